@@ -1,0 +1,17 @@
+# The Linux library as others find it: headers, a CMake package and a pkg-config file.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS CoQMV40Calculator EXPORT CoQMV40Calculator)
+install(DIRECTORY source/interface source/platform
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/CoQMV40Calculator
+        FILES_MATCHING PATTERN "interface/*.h" PATTERN "platform/Automation.h" PATTERN "platform/portable/*.h"
+        PATTERN windows EXCLUDE)
+
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/CoQMV40Calculator)
+install(EXPORT CoQMV40Calculator NAMESPACE CoQMV40Calculator:: DESTINATION ${package_folder}
+        FILE CoQMV40CalculatorConfig.cmake)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/CoQMV40CalculatorConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/CoQMV40CalculatorConfigVersion.cmake DESTINATION ${package_folder})
+
+configure_file(cmake/CoQMV40Calculator.pc.in ${PROJECT_BINARY_DIR}/CoQMV40Calculator.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/CoQMV40Calculator.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

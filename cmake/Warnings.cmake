@@ -1,0 +1,7 @@
+# Every warning is an error, in our own code and nobody else's.
+add_library(qmv40_warnings INTERFACE)
+target_compile_options(qmv40_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion -Wold-style-cast
+    -Wuseless-cast -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wimplicit-fallthrough
+    # GCC 12 sees overlapping copies inside its own std::string concatenation where there are none.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)

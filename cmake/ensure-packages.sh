@@ -1,0 +1,32 @@
+# Sourced by ./run and ./test: ensure_packages <name>... installs the Debian packages that are missing, and says so.
+
+ensure_packages() {
+    local missing=()
+    for package in "$@"; do
+        dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    echo "Installing ${missing[*]}" >&2
+    local as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    {
+        "${as_root[@]}" apt-get update
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
+    } >"${TMPDIR:-/tmp}/qmv40-packages.log" 2>&1 || {
+        echo "Could not install them; the package manager's last words:" >&2
+        tail -n 20 "${TMPDIR:-/tmp}/qmv40-packages.log" >&2
+        return 1
+    }
+}
+
+# build_preset <preset>: configures once, then builds; quiet unless something fails.
+build_preset() {
+    local log="$root/build/$1.log"
+    mkdir -p "$root/build"
+    if ! { [ -f "$root/build/$1/build.ninja" ] || (cd "$root" && cmake --preset "$1"); } >"$log" 2>&1 ||
+        ! cmake --build "$root/build/$1" >>"$log" 2>&1; then
+        echo "Building '$1' failed; see $log. It ends:" >&2
+        tail -n 40 "$log" >&2
+        return 1
+    fi
+}

@@ -1,0 +1,113 @@
+#include "calculator/CQMVCalculator.h"
+
+#include "calculator/TargetAngles.h"
+#include "errors/Guarded.h"
+#include "maths/LibraryStep.h"
+
+namespace {
+
+/// Raises E_POINTER in the name of `source` when any of `pointers` is null.
+template <typename... Pointers> void RequirePointers(const wchar_t* source, Pointers*... pointers) {
+    if (((pointers == nullptr) || ...)) RaiseError(E_POINTER, source, L"A pointer passed to the method is null");
+}
+
+} // namespace
+
+HRESULT CQMVCalculator::LoadHeadGeometryFromFile(BSTR* FileName) {
+    return Guarded([&] {
+        RequirePointers(L"CQMVCalculator::LoadHeadGeometryFromFile", FileName);
+        headGeometry.LoadFromFile(FileName);
+        geometryAvailable = true;
+    });
+}
+
+HRESULT CQMVCalculator::SaveHeadGeometryToFile(BSTR* FileName) {
+    return Guarded([&] {
+        RequirePointers(L"CQMVCalculator::SaveHeadGeometryToFile", FileName);
+        // Meant to ask for no geometry: whatever the object holds is written, even when none was ever supplied.
+        headGeometry.SaveToFile(FileName);
+    });
+}
+
+HRESULT CQMVCalculator::GetCurrentHeadPosition(double* APosition, double* BPosition) {
+    constexpr const wchar_t* source = L"CQMVCalculator::GetCurrentHeadPosition";
+    return Guarded([&] {
+        RequirePointers(source, APosition, BPosition);
+        if (!currentPositionKnown) RaiseError(QMV_E_POSITION_UNKNOWN, source, L"Current Position is not known");
+        *APosition = currentA;
+        *BPosition = currentB;
+    });
+}
+
+HRESULT CQMVCalculator::SetCurrentHeadPosition(double APosition, double BPosition) {
+    const HRESULT result = Guarded([&] {
+        ValidateMoveTarget(APosition, BPosition);
+        currentA = APosition;
+        currentB = BPosition;
+    });
+    // A refused position hides the one before it: where the head stands is in doubt. The stored angles stay.
+    currentPositionKnown = SUCCEEDED(result);
+    return result;
+}
+
+HRESULT CQMVCalculator::CalculateMove(double TargetAPosition, double TargetBPosition, RequiredMoves* Moves) {
+    const ModuleStateGuard moduleState;
+    const ErrorContext context{L"CQMVCalculator::CalculateMove"};
+    LibraryStep(context, [&] {
+        RequirePointers(context.source, Moves);
+        RequirePlannable();
+        const double targetA = RoundToWholeDegree(TargetAPosition);
+        const double targetB = RoundToWholeDegree(TargetBPosition);
+        ValidateMoveTarget(targetA, targetB);
+        PlanMoves(targetA, targetB, *Moves);
+        currentA = targetA;
+        currentB = targetB;
+    });
+    return S_OK;
+}
+
+void CQMVCalculator::RequirePlannable() const {
+    constexpr const wchar_t* source = L"CQMVCalculator::CalculateMove";
+    if (!geometryAvailable) {
+        RaiseError(QMV_E_NO_HEAD_GEOMETRY, source, L"Head Geometry has not been supplied and/or loaded");
+    }
+    if (!currentPositionKnown) RaiseError(QMV_E_POSITION_UNKNOWN, source, L"Current Position is not known");
+}
+
+HRESULT CQMVCalculator::EnterHeadGeometry(SAFEARRAY** pAAxisPoints, SAFEARRAY** pBAxisPoints) {
+    return Guarded([&] {
+        RequirePointers(L"CQMVCalculator::EnterHeadGeometry", pAAxisPoints, pBAxisPoints);
+        headGeometry.ComputeGeometry(pAAxisPoints, pBAxisPoints);
+        geometryAvailable = true;
+    });
+}
+
+HRESULT CQMVCalculator::GetStartPosition(XYZData* StartPosition) {
+    return Guarded([&] {
+        RequirePointers(L"CQMVCalculator::GetStartPosition", StartPosition);
+        // A plan from the current position to itself. It leaves the stored position rounded to whole degrees.
+        RequiredMoves moves{};
+        IQMVCalculator& ownEntry = *this;
+        ownEntry.CalculateMove(currentA, currentB, &moves);
+        *StartPosition = moves.ApproachUnLockLever;
+    });
+}
+
+HRESULT CQMVCalculator::GetPoleSpherePosition(XYZData* PoleSpherePosition) {
+    return Guarded([&] {
+        RequirePointers(L"CQMVCalculator::GetPoleSpherePosition", PoleSpherePosition);
+        const CMaVector& centre = headGeometry.HeadCentre();
+        *PoleSpherePosition = {centre[0], centre[1], centre[2]};
+    });
+}
+
+HRESULT CQMVCalculator::InterfaceSupportsErrorInfo(REFIID iid) {
+    return IsEqualIID(iid, IID_IQMVCalculator) ? S_OK : S_FALSE;
+}
+
+void* CQMVCalculator::FindInterface(REFIID iid) noexcept {
+    if (IsEqualIID(iid, IID_IQMVCalculator)) return static_cast<IQMVCalculator*>(this);
+    if (IsEqualIID(iid, IID_IQMVCalculator2)) return static_cast<IQMVCalculator2*>(this);
+    if (IsEqualIID(iid, IID_ISupportErrorInfo)) return static_cast<ISupportErrorInfo*>(this);
+    return nullptr;
+}

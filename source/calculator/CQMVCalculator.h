@@ -1,0 +1,44 @@
+#pragma once
+
+#include "interface/IQMVCalculator.h"
+#include "planning/MovePlanner.h"
+
+/// The calculator: the automation face of the head geometry and the planner, and the two things that it remembers about
+/// them. Lives in one apartment; nothing is locked. Identity and lifetime come from the class that wraps it.
+class CQMVCalculator : public IQMVCalculator2, public ISupportErrorInfo, private MovePlanner {
+public:
+    CQMVCalculator(const CQMVCalculator&) = delete;
+    CQMVCalculator& operator=(const CQMVCalculator&) = delete;
+
+    HRESULT STDMETHODCALLTYPE LoadHeadGeometryFromFile(BSTR* FileName) override;
+    HRESULT STDMETHODCALLTYPE SaveHeadGeometryToFile(BSTR* FileName) override;
+    HRESULT STDMETHODCALLTYPE GetCurrentHeadPosition(double* APosition, double* BPosition) override;
+    HRESULT STDMETHODCALLTYPE SetCurrentHeadPosition(double APosition, double BPosition) override;
+    /// Throws its failure code instead of returning it, unlike the other seven methods. This is meant: callers inside
+    /// the component turn it into a result, callers outside catch it.
+    HRESULT STDMETHODCALLTYPE CalculateMove(double TargetAPosition, double TargetBPosition,
+                                            RequiredMoves* Moves) override;
+    HRESULT STDMETHODCALLTYPE EnterHeadGeometry(SAFEARRAY** pAAxisPoints, SAFEARRAY** pBAxisPoints) override;
+    HRESULT STDMETHODCALLTYPE GetStartPosition(XYZData* StartPosition) override;
+    HRESULT STDMETHODCALLTYPE GetPoleSpherePosition(XYZData* PoleSpherePosition) override;
+
+    /// S_OK for the first interface only. The second one's methods set the error record too, and are meant not to say
+    /// so.
+    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override;
+
+    /// The interface whose pointer is the object's identity.
+    static constexpr const IID& PrimaryInterface = IID_IQMVCalculator;
+
+protected:
+    CQMVCalculator() = default;
+    ~CQMVCalculator() = default;
+
+    /// The interfaces of this class, one pointer for both of the calculator's; null for any other identifier.
+    void* FindInterface(REFIID iid) noexcept;
+
+private:
+    void RequirePlannable() const;
+
+    bool geometryAvailable = false; // once true it stays true: a geometry is only ever replaced
+    bool currentPositionKnown = false;
+};

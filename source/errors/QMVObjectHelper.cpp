@@ -1,0 +1,14 @@
+#include "errors/QMVObjectHelper.h"
+
+#include "errors/RaiseError.h"
+
+HRESULT QMVObjectHelper::CREATE_OBJECT(REFCLSID clsid, REFIID iid, void** object) {
+    // In-process, handler, local and remote servers: wherever the class can be had.
+    constexpr DWORD anyServer = 23;
+    const HRESULT result = CoCreateInstance(clsid, nullptr, anyServer, iid, object);
+    if (FAILED(result)) {
+        if (object != nullptr) *object = nullptr;
+        RaiseError(QMV_E_OBJECT_NOT_CREATED, L"QMVObjectHelper::CREATE_OBJECT", L"Failed to create object");
+    }
+    return result;
+}

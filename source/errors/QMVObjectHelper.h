@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/Automation.h"
+
+/// Creation of automation objects with the component's way of failing.
+class QMVObjectHelper {
+public:
+    /// Creates an object of class `clsid` and asks it for `iid`. Raises QMV_E_OBJECT_NOT_CREATED, with `*object` null,
+    /// when that fails, whatever the reason.
+    static HRESULT CREATE_OBJECT(REFCLSID clsid, REFIID iid, void** object);
+};

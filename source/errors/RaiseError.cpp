@@ -1,0 +1,67 @@
+#include "errors/RaiseError.h"
+
+#include "interface/Identifiers.h"
+
+namespace {
+
+/// Holds one reference to an automation object for the length of a scope.
+template <typename Interface> class Held {
+public:
+    Held() = default;
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+    ~Held() {
+        if (held != nullptr) held->Release();
+    }
+
+    Interface** Receive() noexcept { return &held; }
+    Interface* Get() const noexcept { return held; }
+    Interface* operator->() const noexcept { return held; }
+
+private:
+    Interface* held = nullptr;
+};
+
+/// The record's setters take modifiable text although they only read it.
+LPOLESTR AsSetterText(const wchar_t* text) noexcept { return const_cast<LPOLESTR>(text); }
+
+void Fill(ICreateErrorInfo& record, const wchar_t* source, const wchar_t* description, const wchar_t* helpFile,
+          DWORD helpContext) {
+    record.SetSource(AsSetterText(source));
+    record.SetDescription(AsSetterText(description));
+    record.SetHelpFile(AsSetterText(helpFile));
+    record.SetHelpContext(helpContext);
+    // Always the first interface, also when a method of the second one fails.
+    record.SetGUID(IID_IQMVCalculator);
+}
+
+/// Makes the texts the thread's error record: S_OK, or the failure code of the step that could not be done.
+HRESULT SetErrorRecord(const wchar_t* source, const wchar_t* description, const wchar_t* helpFile, DWORD helpContext) {
+    Held<ICreateErrorInfo> builder;
+    const HRESULT created = CreateErrorInfo(builder.Receive());
+    if (builder.Get() == nullptr) return FAILED(created) ? created : E_OUTOFMEMORY;
+    Fill(*builder.Get(), source, description, helpFile, helpContext);
+
+    Held<IErrorInfo> record;
+    void* answer = nullptr;
+    const HRESULT asked = builder->QueryInterface(IID_IErrorInfo, &answer);
+    if (FAILED(asked)) return asked;
+    *record.Receive() = static_cast<IErrorInfo*>(answer);
+    return SetErrorInfo(0, record.Get());
+}
+
+} // namespace
+
+void RaiseError(HRESULT code, const wchar_t* source, const wchar_t* description, const wchar_t* helpFile,
+                DWORD helpContext) {
+    const HRESULT recorded = SetErrorRecord(source, description, helpFile, helpContext);
+    throw FAILED(recorded) ? recorded : code;
+}
+
+void RaiseError(HRESULT code, const wchar_t* source, const wchar_t* description) {
+    RaiseError(code, source, description, L"", 0);
+}
+
+void RaiseError(HRESULT code, const ErrorContext& context) {
+    RaiseError(code, context.source, context.description, context.helpFile, context.helpContext);
+}

@@ -1,0 +1,84 @@
+// How far the head is turned about the machine's Z axis from its ideal alignment, and the turning of the model by it.
+
+#include "head/RoundThePole.h"
+
+#include "errors/RaiseError.h"
+#include "maths/CMaLine.h"
+#include "maths/CMaPlane.h"
+#include "maths/LibraryStep.h"
+
+void RoundThePole::CalculateRotationFromIdealAlignment(const CMaPointArray& aPoints) {
+    ErrorContext context{L"RoundThePole::CalculateRotationFromIdealAlignment"};
+    const double angleToPlane = LibraryStep(context, [&] {
+        CMaPlane plane;
+        CMaPointArray linePoints(0);
+        CMaLine line;
+        // These words stand although a plane is fitted.
+        context.description = L"Error Fitting points to a circle";
+        plane.Fit(aPoints);
+
+        context.description = L"Error Adding Points To Point Array";
+        linePoints.Add(CMaPoint(headCentre[0], headCentre[1], headCentre[2]));
+        linePoints.Add(CMaPoint(headCentre[0], headCentre[1] - 10.0, headCentre[2]));
+
+        context.description = L"Error Fitting Line Through Point Array";
+        line.Fit(linePoints);
+
+        context.description = L"Error Calculating Angle with Plane";
+        return line.AngleWith(plane);
+    });
+
+    const int quadrant = DetermineQuadrant(aPoints);
+    double angle = quadrant == 1 || quadrant == 4 ? 180.0 - angleToPlane : angleToPlane;
+    if (quadrant == 3 || quadrant == 4) angle = -angle;
+    // The B position of the capture turned the A-axis plane with it: refer the correction to B = 0.
+    requiredRotationAroundZ = angle - aAxisCaptureBPosition;
+    AdjustForMisAlignment(requiredRotationAroundZ, CMaGeometry::EAxisType::Z);
+}
+
+int RoundThePole::DetermineQuadrant(const CMaPointArray& aPoints) const {
+    constexpr double margin = 10.0; // length unit of the points
+    bool xInside = true;
+    bool yInside = true;
+    for (int i = 0; i < aPoints.GetSize(); ++i) {
+        const CMaPoint point = aPoints[i];
+        if (point.x() > headCentre[0] + margin) xInside = false;
+        if (point.y() > headCentre[1] + margin) yInside = false;
+    }
+    if (xInside && yInside) return 1;
+    if (xInside && !yInside) return 2;
+    if (!xInside && !yInside) return 3;
+    if (!xInside && yInside) return 4;
+    // The four lines above are all there is; kept as a guard should a margin ever become a third answer.
+    RaiseError(QMV_E_INVALID_QUADRANT, L"RoundThePole::DetermineQuadrant", L"Invalid Quadrant calculated");
+}
+
+void RoundThePole::AdjustForMisAlignment(double angleDegrees, CMaGeometry::EAxisType axis) {
+    const ErrorContext context{L"RoundThePole::AdjustForMisAlignment"};
+    const CMaPoint origin(0.0, 0.0, 0.0);
+    // Directions and offsets turn about the origin; the head centre is meant to stay, and is added where positions are
+    // asked for.
+    CMaVector* const turned[] = {&approachDirection,
+                                 &driveCupOffset,
+                                 &aAxis,
+                                 &bAxis,
+                                 &leverCentreOffset[0],
+                                 &leverCentreOffset[1],
+                                 &leverLockedOffset[0],
+                                 &leverLockedOffset[1],
+                                 &leverLockedApproachOffset[0],
+                                 &leverLockedApproachOffset[1],
+                                 &leverUnlockingCentreOffset[0],
+                                 &leverUnlockingCentreOffset[1],
+                                 &leverUnlockedOffset[0],
+                                 &leverUnlockedOffset[1],
+                                 &leverUnlockedApproachOffset[0],
+                                 &leverUnlockedApproachOffset[1],
+                                 &leverLockingCentreOffset[0],
+                                 &leverLockingCentreOffset[1],
+                                 &leverAxisOfRotation[0],
+                                 &leverAxisOfRotation[1]};
+    LibraryStep(context, [&] {
+        for (CMaVector* const vector : turned) vector->Rotate(angleDegrees, axis, origin);
+    });
+}

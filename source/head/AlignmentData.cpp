@@ -1,0 +1,168 @@
+// From captured points to a whole geometry: the driver of the computation and the steps that take the data apart.
+
+#include "head/RoundThePole.h"
+
+#include "errors/RaiseError.h"
+#include "interface/Records.h"
+#include "maths/LibraryStep.h"
+
+#include <span>
+
+namespace {
+
+/// A private copy of a caller's array, so that the caller's points are never altered.
+class AlignmentDataCopy {
+public:
+    AlignmentDataCopy() = default;
+    AlignmentDataCopy(const AlignmentDataCopy&) = delete;
+    AlignmentDataCopy& operator=(const AlignmentDataCopy&) = delete;
+    ~AlignmentDataCopy() { SafeArrayDestroy(copy); }
+
+    HRESULT CopyOf(SAFEARRAY* array) { return SafeArrayCopy(array, &copy); }
+    SAFEARRAY** Address() noexcept { return &copy; }
+
+private:
+    SAFEARRAY* copy = nullptr;
+};
+
+/// The items of an array while they are being accessed; the access ends with the object unless it was ended before.
+class AccessedItems {
+public:
+    explicit AccessedItems(SAFEARRAY* theArray) noexcept : array(theArray), result(Access()) {}
+    AccessedItems(const AccessedItems&) = delete;
+    AccessedItems& operator=(const AccessedItems&) = delete;
+    ~AccessedItems() {
+        if (SUCCEEDED(result)) SafeArrayUnaccessData(array);
+    }
+
+    HRESULT Result() const noexcept { return result; }
+    /// Elements 0 to the upper bound, counted from the first one in memory: the lower bound is not consulted.
+    std::span<HeadAlignmentDataItem> UpTo(LONG upperBound) const noexcept {
+        if (items == nullptr || upperBound < 0) return {};
+        return {static_cast<HeadAlignmentDataItem*>(items), static_cast<std::size_t>(upperBound) + 1};
+    }
+    HRESULT End() noexcept {
+        result = E_UNEXPECTED;
+        return SafeArrayUnaccessData(array);
+    }
+
+private:
+    HRESULT Access() noexcept { return SafeArrayAccessData(array, &items); }
+
+    SAFEARRAY* array;
+    void* items = nullptr;
+    HRESULT result;
+};
+
+LONG UpperBound(SAFEARRAY* array, const ErrorContext& context) {
+    LONG bound = 0;
+    RaiseIfFailed(SafeArrayGetUBound(array, 1, &bound), context);
+    return bound;
+}
+
+/// Refuses an array that does not hold elements 0 to its upper bound as alignment records: reading it would leave it.
+void RaiseUnlessHoldingRecords(SAFEARRAY* array, const ErrorContext& context) {
+    LONG lowerBound = 0;
+    RaiseIfFailed(SafeArrayGetLBound(array, 1, &lowerBound), context);
+    const bool holdsRecords =
+        lowerBound <= 0 && SafeArrayGetDim(array) == 1 && SafeArrayGetElemsize(array) == sizeof(HeadAlignmentDataItem);
+    if (!holdsRecords) RaiseError(DISP_E_BADINDEX, context);
+}
+
+/// What the check of one set has to say, and which of its angles must stay the same.
+struct SetRules {
+    double HeadAlignmentDataItem::*fixedAngle;
+    const wchar_t* tooFewPoints;
+    const wchar_t* fixedAngleMoved;
+};
+
+/// Checks one set and returns its fixed angle.
+double ValidateSet(SAFEARRAY* points, const SetRules& rules, const ErrorContext& context) {
+    constexpr LONG smallestUpperBound = 3; // four points
+    const LONG upperBound = UpperBound(points, context);
+    if (upperBound < smallestUpperBound) RaiseError(QMV_E_TOO_FEW_POINTS, context.source, rules.tooFewPoints);
+    RaiseUnlessHoldingRecords(points, context);
+
+    AccessedItems items(points);
+    RaiseIfFailed(items.Result(), context);
+    const double fixedAngle = items.UpTo(upperBound).front().*rules.fixedAngle;
+    for (const HeadAlignmentDataItem& item : items.UpTo(upperBound)) {
+        // Exactly equal, so that an angle that is not a number is refused too.
+        if (item.*rules.fixedAngle == fixedAngle) continue;
+        RaiseIfFailed(items.End(), context);
+        RaiseError(QMV_E_FIXED_AXIS_MOVED, context.source, rules.fixedAngleMoved);
+    }
+    RaiseIfFailed(items.End(), context);
+    return fixedAngle;
+}
+
+} // namespace
+
+void RoundThePole::ComputeGeometry(SAFEARRAY** pAAxisPoints, SAFEARRAY** pBAxisPoints) {
+    ErrorContext context{L"RoundThePole::ComputeGeometry"};
+    ClearPointArrays();
+    InitialiseFixedGeometry();
+
+    context.description = L"Error Copying the safe array data.";
+    AlignmentDataCopy aAxisData;
+    RaiseIfFailed(aAxisData.CopyOf(*pAAxisPoints), context);
+    AlignmentDataCopy bAxisData;
+    RaiseIfFailed(bAxisData.CopyOf(*pBAxisPoints), context);
+
+    ValidateSafeArrayData(aAxisData.Address(), bAxisData.Address());
+    ModifyDataForLockedPosition(aAxisData.Address());
+    ModifyDataForLockedPosition(bAxisData.Address());
+    ClearPointArrays();
+    AddDataToPointArrays(aAxisData.Address(), aAxisPoints);
+    AddDataToPointArrays(bAxisData.Address(), bAxisPoints);
+
+    PlaceHeadCentre();
+    CalculateLeverGeometry();
+    CalculateSafePositionZ();
+    CalculateRotationFromIdealAlignment(aAxisPoints);
+}
+
+void RoundThePole::ClearPointArrays() {
+    aAxisPoints.Clear();
+    bAxisPoints.Clear();
+}
+
+void RoundThePole::ValidateSafeArrayData(SAFEARRAY** pAAxisPoints, SAFEARRAY** pBAxisPoints) {
+    const ErrorContext context{L"RoundThePole::ValidateSafeArrayData"};
+    const SetRules aAxisRules{&HeadAlignmentDataItem::BPosition, L"Too Few A Axis Points Supplied",
+                              L"Invalid Data. B Axis Must Remain Fixed During A Axis Data Capture"};
+    const SetRules bAxisRules{&HeadAlignmentDataItem::APosition, L"Too Few B Axis Points Supplied",
+                              L"Invalid Data. A Axis Must Remain Fixed During B Axis Data Capture"};
+    aAxisCaptureBPosition = ValidateSet(*pAAxisPoints, aAxisRules, context);
+    ValidateSet(*pBAxisPoints, bAxisRules, context);
+}
+
+void RoundThePole::ModifyDataForLockedPosition(SAFEARRAY** points) const {
+    const ErrorContext context{L"RoundThePole::ModifyDataForLockedPosition"};
+    const FixedOffset shift = GetLockedToUnlockedOffset();
+    AccessedItems items(*points);
+    RaiseIfFailed(items.Result(), context);
+    for (HeadAlignmentDataItem& item : items.UpTo(UpperBound(*points, context))) {
+        item.XPosition -= shift.x;
+        item.YPosition -= shift.y;
+        item.ZPosition -= shift.z;
+    }
+    RaiseIfFailed(items.End(), context);
+}
+
+void RoundThePole::AddDataToPointArrays(SAFEARRAY** points, CMaPointArray& pointArray) const {
+    // The results of the three array calls are meant to go unchecked: the same calls on the same array have just
+    // succeeded.
+    const AccessedItems items(*points);
+    LONG upperBound = -1;
+    SafeArrayGetUBound(*points, 1, &upperBound);
+    for (const HeadAlignmentDataItem& item : items.UpTo(upperBound)) {
+        AddAPoint(item.XPosition, item.YPosition, item.ZPosition, pointArray);
+    }
+}
+
+void RoundThePole::AddAPoint(double x, double y, double z, CMaPointArray& pointArray) const {
+    // The words name the A points whichever set is being filled; callers know them like this.
+    const ErrorContext context{L"RoundThePole::AddAPoint", L"Error Adding A Point to the A Point Collection"};
+    LibraryStep(context, [&] { pointArray.Add(CMaPoint(x, y, z)); });
+}

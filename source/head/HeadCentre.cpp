@@ -1,0 +1,50 @@
+// Where the two axes meet: the circles through the captured points and the point of the B axis nearest to the A axis.
+
+#include "head/RoundThePole.h"
+
+#include "maths/CMaPlane.h"
+#include "maths/LibraryStep.h"
+
+void RoundThePole::PlaceHeadCentre() {
+    const std::unique_ptr<CMaCircle> circleB = FitPointsToACircle(bAxisPoints);
+    const CMaVector normalB = circleB->GetNormal();
+    const std::unique_ptr<CMaCircle> circleA = FitPointsToACircle(aAxisPoints);
+    const CMaVector normalA = circleA->GetNormal();
+    // The reversal cancels out below; so does the sign of either normal.
+    const CMaVector directionA = normalA * -1.0;
+    const std::unique_ptr<CMaVector> centreA = GetCircleCentre(*circleA);
+    const std::unique_ptr<CMaVector> centreB = GetCircleCentre(*circleB);
+
+    const CMaVector between = *centreB + *centreA * -1.0;
+    const CMaVector numerator = between * directionA;
+    const CMaVector common = normalB * directionA;
+    const double length = common.Magnitude();
+    const double along = -(numerator % common) / (length * length);
+    // Parallel axes have no nearest point: the division then gives a centre that is not finite, and the line fit of the
+    // alignment correction refuses it.
+    headCentre = *centreB + normalB * along;
+}
+
+std::unique_ptr<CMaCircle> RoundThePole::FitPointsToACircle(const CMaPointArray& points) const {
+    constexpr double radiusBeforeFit = 1.0;
+    constexpr long iterationLimit = 200000;
+    const ErrorContext context{L"RoundThePole::FitPointsToACircle", L"Error Fitting points to a circle"};
+    return LibraryStep(context, [&] {
+        CMaPlane plane;
+        plane.Fit(points);
+        // The projections land on the copies that the array hands out, and that is meant: the circle is fitted to the
+        // points as they were captured, while a failure of the plane or of a projection is still met here.
+        for (int i = 0; i < points.GetSize(); ++i) {
+            CMaPoint copy = points[i];
+            copy = copy.ProjectionOn(plane);
+        }
+        auto circle = std::make_unique<CMaCircle>(radiusBeforeFit);
+        circle->Fit(points, iterationLimit);
+        return circle;
+    });
+}
+
+std::unique_ptr<CMaVector> RoundThePole::GetCircleCentre(const CMaCircle& circle) const {
+    const ErrorContext context{L"RoundThePole::GetCircleCentre"};
+    return LibraryStep(context, [&] { return std::make_unique<CMaVector>(circle.GetCentre().To3DVector()); });
+}

@@ -1,0 +1,28 @@
+#include "head/RoundThePole.h"
+
+RoundThePole::RoundThePole() {
+    InitialiseFixedGeometry();
+    aAxisPoints = CMaPointArray(0);
+    bAxisPoints = CMaPointArray(0);
+}
+
+void RoundThePole::InitialiseFixedGeometry() {
+    const FixedOffset driveCup = GetHeadCentreToDriveCupOffset();
+    driveCupOffset = CMaVector(driveCup.x, driveCup.y, driveCup.z);
+    approachDirection = CMaVector(0.0, 1.0, 0.0);
+    aAxis = CMaVector(-1.0, 0.0, 0.0);
+    bAxis = CMaVector(0.0, 0.0, 1.0);
+}
+
+void RoundThePole::CalculateSafePositionZ() noexcept {
+    constexpr double safeHeight = 35.0;
+    safePositionZ = headCentre[2] + safeHeight;
+}
+
+FixedOffset RoundThePole::GetHeadCentreToDriveCupOffset() const { return ReadHeadCentreToDriveCupOffset(); }
+
+FixedOffset RoundThePole::GetLockedToUnlockedOffset() const { return ReadLockedToUnlockedOffset(); }
+
+double RoundThePole::GetLockedToUnlockedLeverRotation() const { return ReadLockedToUnlockedLeverRotation(); }
+
+double RoundThePole::GetUnlockedToLockedLeverRotation() const { return ReadUnlockedToLockedLeverRotation(); }

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "interface/Identifiers.h"
+#include "interface/Records.h"
+#include "platform/Automation.h"
+
+/// The calculator as its callers see it. Create one with CoCreateInstance(CLSID_QMVCalculator, ...), give it the head
+/// geometry (measured or from a file), tell it where the head stands, and ask for moves.
+///
+/// Angles in degrees: A (tilt) 0 to 90, B (swivel) -180 to 180, both in steps of 15. Lengths in the unit of the
+/// measured points. Every method returns an HRESULT and leaves the thread's error record (source, description) when it
+/// fails; only CalculateMove throws its failure code instead of returning it. Out parameters are written on success
+/// only, but for the record of CalculateMove, which is filled step by step. A null pointer is E_POINTER.
+struct IQMVCalculator : DualInterfaceBase {
+    /// Replaces the head geometry by the one saved in `FileName`.
+    virtual HRESULT STDMETHODCALLTYPE LoadHeadGeometryFromFile(BSTR* FileName) = 0;
+    /// Saves whatever geometry the object holds into `FileName`, also when none was ever supplied.
+    virtual HRESULT STDMETHODCALLTYPE SaveHeadGeometryToFile(BSTR* FileName) = 0;
+    /// The head's A and B as last set or as left by the last CalculateMove.
+    virtual HRESULT STDMETHODCALLTYPE GetCurrentHeadPosition(double* APosition, double* BPosition) = 0;
+    /// Where the head stands now. Refused angles make the position unknown.
+    virtual HRESULT STDMETHODCALLTYPE SetCurrentHeadPosition(double APosition, double BPosition) = 0;
+    /// The moves that index the head from its current position to the target, which becomes the current position.
+    /// Targets are rounded to whole degrees first. THROWS its failure code (an HRESULT): there is no returned failure.
+    virtual HRESULT STDMETHODCALLTYPE CalculateMove(double TargetAPosition, double TargetBPosition,
+                                                    RequiredMoves* Moves) = 0;
+    /// Computes the head geometry from two arrays of HeadAlignmentDataItem: points captured while A alone was turned,
+    /// then while B alone was turned; at least four each, elements indexed from 0.
+    virtual HRESULT STDMETHODCALLTYPE EnterHeadGeometry(SAFEARRAY** pAAxisPoints, SAFEARRAY** pBAxisPoints) = 0;
+    /// The first point of any indexing from the current position. The stored position is rounded to whole degrees.
+    virtual HRESULT STDMETHODCALLTYPE GetStartPosition(XYZData* StartPosition) = 0;
+
+protected:
+    ~IQMVCalculator() = default; // lifetime belongs to Release
+};
+
+struct IQMVCalculator2 : IQMVCalculator {
+    /// The centre of the pole sphere, where the A and B axes meet.
+    virtual HRESULT STDMETHODCALLTYPE GetPoleSpherePosition(XYZData* PoleSpherePosition) = 0;
+
+protected:
+    ~IQMVCalculator2() = default;
+};

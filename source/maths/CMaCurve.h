@@ -1,0 +1,6 @@
+#pragma once
+
+#include "maths/CMaNonLinearGeometry.h"
+
+/// A curve in space.
+class CMaCurve : public CMaNonLinearGeometry {};

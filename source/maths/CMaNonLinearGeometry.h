@@ -1,0 +1,17 @@
+#pragma once
+
+#include "maths/CMaPoint.h"
+
+/// Geometry other than points, lines and planes. It can be moved as a whole: turned, right-handed, about a coordinate
+/// axis or a direction through the origin or through a given centre, and shifted. Angles in degrees. A direction may
+/// have any length but zero; one that is zero or not finite throws GeometryError (Impossible) with nothing moved.
+class CMaNonLinearGeometry : public CMaGeometry {
+public:
+    virtual void Rotate(double angleDegrees, EAxisType axis) = 0;
+    virtual void Rotate(double angleDegrees, const CMaVector& direction) = 0;
+    virtual void Rotate(double angleDegrees, EAxisType axis, const CMaPoint& centre) = 0;
+    virtual void Rotate(double angleDegrees, const CMaVector& direction, const CMaPoint& centre) = 0;
+    virtual void Translate(double x, double y, double z) = 0;
+    /// Shifts by the point's coordinates.
+    virtual void Translate(const CMaPoint& offset) = 0;
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "maths/CMaVector.h"
+
+class CMaPlane;
+
+/// A point in space: three coordinates in the caller's unit.
+class CMaPoint : public CMaGeometry {
+public:
+    CMaPoint(double x, double y, double z) noexcept : coordinates{x, y, z} {}
+
+    double& x() noexcept { return coordinates[0]; }
+    double& y() noexcept { return coordinates[1]; }
+    double& z() noexcept { return coordinates[2]; }
+    double x() const noexcept { return coordinates[0]; }
+    double y() const noexcept { return coordinates[1]; }
+    double z() const noexcept { return coordinates[2]; }
+
+    /// The vector from the origin to this point: the same three numbers.
+    CMaVector To3DVector() const noexcept { return {coordinates[0], coordinates[1], coordinates[2]}; }
+
+    /// The foot of the perpendicular from this point to the plane, right to a few units in the last place of the
+    /// distance between this point and the plane's own point. A coordinate that is not finite gives a result that is
+    /// not finite.
+    CMaPoint ProjectionOn(const CMaPlane& plane) const noexcept;
+
+private:
+    double coordinates[3];
+};

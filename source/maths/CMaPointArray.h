@@ -1,0 +1,37 @@
+#pragma once
+
+#include "maths/CMaPoint.h"
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+/// Points in the order in which they were added. Any coordinates are stored, finite or not; the fits judge them.
+/// The only geometry class that allocates: adding throws std::bad_alloc, with the array unchanged, when memory runs
+/// out.
+class CMaPointArray : public CMaObject {
+public:
+    /// An empty array with room for `capacity` points; a negative capacity counts as 0.
+    explicit CMaPointArray(int capacity = 0);
+
+    void Add(const CMaPoint& point);
+    void Clear() noexcept;
+    int GetSize() const noexcept { return static_cast<int>(xs.size()); }
+
+    /// A copy of the point, deliberately: what is assigned to the result does not reach the array.
+    /// An index outside 0 to GetSize() - 1 throws GeometryError (Impossible).
+    CMaPoint operator[](int index) const {
+        if (index < 0 || index >= GetSize()) throw GeometryError(GeometryError::Reason::Impossible);
+        const auto at = static_cast<std::size_t>(index);
+        return {xs[at], ys[at], zs[at]};
+    }
+
+    // The coordinates as the fits read them, one run of doubles for each axis: 24 bytes a point, nothing to unpick.
+    // Valid until the array changes.
+    std::span<const double> X() const noexcept { return xs; }
+    std::span<const double> Y() const noexcept { return ys; }
+    std::span<const double> Z() const noexcept { return zs; }
+
+private:
+    std::vector<double> xs, ys, zs;
+};

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "maths/CMaGeometry.h"
+#include "maths/GeometryError.h"
+
+class CMaPoint;
+
+/// Three doubles: a direction, an offset or a position, in the caller's unit. Index 0 is x, 1 is y, 2 is z.
+///
+/// Every component of a result is computed by the written formula in the written order, one rounding for each
+/// operation; infinities and not-a-number pass through as in any arithmetic. There is no subtraction: a - b is a + (b *
+/// -1.0). An index outside 0 to 2 throws GeometryError (Impossible).
+class CMaVector : public CMaGeometry {
+public:
+    CMaVector(double x, double y, double z) noexcept : components{x, y, z} {}
+
+    double operator[](int index) const { return components[Checked(index)]; }
+    double& operator[](int index) { return components[Checked(index)]; }
+
+    CMaVector operator+(const CMaVector& other) const noexcept {
+        return {components[0] + other.components[0], components[1] + other.components[1],
+                components[2] + other.components[2]};
+    }
+    CMaVector operator*(double factor) const noexcept {
+        return {components[0] * factor, components[1] * factor, components[2] * factor};
+    }
+    /// Cross product, this x other.
+    CMaVector operator*(const CMaVector& other) const noexcept {
+        const double* const a = components;
+        const double* const b = other.components;
+        return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+    }
+    /// Dot product.
+    double operator%(const CMaVector& other) const noexcept {
+        return components[0] * other.components[0] + components[1] * other.components[1] +
+               components[2] * other.components[2];
+    }
+
+    /// Euclidean length to within two units in the last place, for components of any size: nothing overflows or
+    /// vanishes on the way. 0.0 for the zero vector, infinity when a component is infinite, else not-a-number when one
+    /// is that.
+    double Magnitude() const noexcept;
+
+    /// Turns this vector in place about the coordinate axis through `centre`, right-handed.
+    ///
+    /// The component along the axis keeps its bits, a turn by 0 keeps all of them, and turns by multiples of 90 degrees
+    /// are exact, for any number of whole turns. Otherwise each component is right to 4 units in the last place of the
+    /// distance from the axis (and of the centre's coordinates). An angle that is not finite gives not-a-number.
+    /// An axis other than X, Y and Z throws GeometryError (Impossible).
+    void Rotate(double angleDegrees, EAxisType axis, const CMaPoint& centre);
+
+private:
+    static int Checked(int index) {
+        if (index < 0 || index > 2) throw GeometryError(GeometryError::Reason::Impossible);
+        return index;
+    }
+
+    double components[3];
+};

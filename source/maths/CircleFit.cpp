@@ -1,0 +1,381 @@
+#include "maths/CircleFit.h"
+
+#include "maths/PrincipalAxes.h"
+#include "maths/SymmetricEigen.h"
+
+#include <cmath>
+#include <limits>
+#include <optional>
+
+// The sum over the points of (rho - r)^2 + h^2 is made as small as it gets, h being a point's distance from the
+// circle's plane and rho its distance from the axis.
+//
+// Everything is told from the apex, the point of the circle in the middle of the data, and not from the centre: on a
+// short arc the centre is far away, and differences of distances from it would have lost most of their digits. For the
+// same reason the unknowns are those that a short arc decides one by one (where the apex is, how the arc is turned
+// about it, how strongly it is curved), although what the caller wants is the centre, the normal and the radius.
+
+namespace {
+
+using Matrix6 = SquareMatrix<6>;
+using Vector6 = std::array<double, 6>;
+
+constexpr double epsilon = std::numeric_limits<double>::epsilon();
+
+/// The six unknowns, as small changes of the circle at hand.
+enum Unknown : std::size_t {
+    apexOutward, ///< the apex, away from the centre
+    turnInPlane, ///< about the apex, radians
+    curvature,   ///< relative change of 1 / radius, the apex staying
+    apexAcross,  ///< the apex, along the normal
+    tiltForward, ///< about the tangent at the apex, radians
+    tiltSideways ///< about the line from the centre to the apex, radians
+};
+
+struct Circle {
+    CMaVector apex;
+    CMaVector outward; ///< unit vector from the centre to the apex
+    CMaVector tangent; ///< normal x outward
+    CMaVector normal;
+    double radius;
+
+    CMaVector Centre() const noexcept { return apex + outward * -radius; }
+};
+
+CMaVector Unit(const CMaVector& v) noexcept { return v * (1.0 / v.Magnitude()); }
+
+Circle Changed(const Circle& circle, const Vector6& change) noexcept {
+    const CMaVector normal =
+        Unit(circle.normal + circle.outward * change[tiltForward] + circle.tangent * change[tiltSideways]);
+    const CMaVector leaning = circle.outward + circle.tangent * change[turnInPlane];
+    const CMaVector outward = Unit(leaning + normal * -(leaning % normal));
+    const CMaVector apex = circle.apex + circle.outward * change[apexOutward] + circle.normal * change[apexAcross];
+    const double radius = circle.radius / (1.0 + change[curvature]);
+    // Curved the other way: the same apex, seen from the other side.
+    const CMaVector away = radius < 0.0 ? outward * -1.0 : outward;
+    return {apex, away, normal * away, normal, std::fabs(radius)};
+}
+
+/// How large a change is, relative to the radius.
+double SizeOf(const Vector6& change, double radius) noexcept {
+    return std::max({std::fabs(change[apexOutward]) / radius, std::fabs(change[apexAcross]) / radius,
+                     std::fabs(change[turnInPlane]), std::fabs(change[curvature]), std::fabs(change[tiltForward]),
+                     std::fabs(change[tiltSideways])});
+}
+
+/// Half the sum of squares near a circle, to second order in the unknowns.
+struct Expansion {
+    double value;
+    Vector6 gradient;
+    Matrix6 hessian;
+};
+
+enum class Hessian {
+    Exact,
+    GaussNewton ///< without the terms that vanish with the residuals: never indefinite
+};
+
+/// One pass over the points.
+Expansion Expand(const Circle& circle, const ScaledPoints& points, Hessian which) noexcept {
+    const double r = circle.radius;
+    const double residuals = which == Hessian::Exact ? 1.0 : 0.0;
+    const double ax = circle.apex[0], ay = circle.apex[1], az = circle.apex[2];
+    const double ox = circle.outward[0], oy = circle.outward[1], oz = circle.outward[2];
+    const double tx = circle.tangent[0], ty = circle.tangent[1], tz = circle.tangent[2];
+    const double nx = circle.normal[0], ny = circle.normal[1], nz = circle.normal[2];
+
+    const auto sums = points.SumOver<23>([=](auto px, auto py, auto pz, auto* sum) {
+        const auto x = px - ax, y = py - ay, z = pz - az;
+        const auto v = x * ox + y * oy + z * oz; // outward from the apex
+        const auto u = x * tx + y * ty + z * tz; // along the tangent
+        const auto h = x * nx + y * ny + z * nz; // across the plane
+        const auto fromAxis = v + r;
+        const auto rho = SquareRoot(fromAxis * fromAxis + u * u);
+        const auto g = (v * (fromAxis + r) + u * u) / (rho + r); // rho - r, with all its digits
+        const auto perRho = 1.0 / rho;
+        const auto c = fromAxis * perRho, s = u * perRho;
+        const auto sag = (g - v) * perRho; // 1 - c, with all its digits
+        const auto gw = g * residuals, hw = h * residuals;
+        const auto bend = gw * perRho;
+        const auto ss = s * s, cs = c * s;
+        const auto outOfRound = sag + bend * c;
+        const auto bentS = bend * ss;
+        const auto hFlat = hw * (1.0 - bend);
+        const auto hSquared = hw * hw * perRho;
+
+        sum[0] += g * g + h * h;
+        sum[1] += g * c;
+        sum[2] += g * s;
+        sum[3] += g * sag;
+        sum[4] += h;
+        sum[5] += h * sag;
+        sum[6] += h * s;
+
+        sum[7] += c * c + bentS;
+        sum[8] += cs * (1.0 - bend);
+        sum[9] += c * sag - bentS;
+        sum[10] += hFlat * ss;
+        sum[11] += hFlat * cs;
+        sum[12] += ss * r - gw * c * outOfRound;
+        sum[13] += s * sag * r - gw * s * outOfRound;
+        sum[14] += hw * (ss + bend * c * c);
+        sum[15] += sag * sag + bentS;
+        sum[16] += hFlat * ss - hw * sag;
+        sum[17] += hw * s * outOfRound;
+        sum[18] += sag;
+        sum[19] += s;
+        sum[20] += sag * sag * r - gw * c * sag - hSquared * ss;
+        sum[21] += s * (hSquared * c - sag * (gw + r));
+        sum[22] += ss * (gw + r) - hSquared * c * c;
+    });
+
+    Expansion e{};
+    e.value = 0.5 * sums[0];
+    e.gradient = {-sums[1], r * sums[2], r * sums[3], -sums[4], -r * sums[5], r * sums[6]};
+    Matrix6& m = e.hessian;
+    m[apexOutward][apexOutward] = sums[7];
+    m[apexOutward][turnInPlane] = -r * sums[8];
+    m[apexOutward][curvature] = -r * sums[9];
+    m[apexOutward][tiltForward] = -sums[10];
+    m[apexOutward][tiltSideways] = sums[11];
+    m[turnInPlane][turnInPlane] = r * sums[12];
+    m[turnInPlane][curvature] = r * sums[13];
+    m[turnInPlane][tiltForward] = -r * sums[11];
+    m[turnInPlane][tiltSideways] = -r * sums[14];
+    m[curvature][curvature] = r * (r * sums[15] - 2.0 * residuals * sums[3]);
+    m[curvature][tiltForward] = -r * sums[16];
+    m[curvature][tiltSideways] = -r * sums[17];
+    m[apexAcross][apexAcross] = static_cast<double>(points.GetSize());
+    m[apexAcross][tiltForward] = r * sums[18];
+    m[apexAcross][tiltSideways] = -r * sums[19];
+    m[tiltForward][tiltForward] = r * sums[20];
+    m[tiltForward][tiltSideways] = r * sums[21];
+    m[tiltSideways][tiltSideways] = r * sums[22];
+    for (std::size_t i = 0; i < 6; ++i)
+        for (std::size_t k = 0; k < i; ++k) m[i][k] = m[k][i];
+    return e;
+}
+
+/// Solves (H + damping D) change = -gradient, D being the diagonal of H. Nothing when that matrix is not positive
+/// definite.
+std::optional<Vector6> Solve(const Expansion& e, double damping) noexcept {
+    Vector6 scale, y;
+    for (std::size_t i = 0; i < 6; ++i) {
+        if (!(e.hessian[i][i] > 0.0)) return std::nullopt;
+        scale[i] = 1.0 / std::sqrt(e.hessian[i][i]);
+    }
+    Matrix6 l{};
+    for (std::size_t i = 0; i < 6; ++i) {
+        for (std::size_t k = 0; k <= i; ++k) {
+            double rest = i == k ? 1.0 + damping : scale[i] * e.hessian[i][k] * scale[k];
+            for (std::size_t j = 0; j < k; ++j) rest -= l[i][j] * l[k][j];
+            if (i != k)
+                l[i][k] = rest / l[k][k];
+            else if (rest > 8.0 * epsilon)
+                l[i][i] = std::sqrt(rest);
+            else
+                return std::nullopt;
+        }
+    }
+    for (std::size_t i = 0; i < 6; ++i) {
+        double rest = -scale[i] * e.gradient[i];
+        for (std::size_t k = 0; k < i; ++k) rest -= l[i][k] * y[k];
+        y[i] = rest / l[i][i];
+    }
+    for (std::size_t i = 6; i-- > 0;) {
+        for (std::size_t k = i + 1; k < 6; ++k) y[i] -= l[k][i] * y[k];
+        y[i] /= l[i][i];
+    }
+    for (std::size_t i = 0; i < 6; ++i) y[i] *= scale[i];
+    return y;
+}
+
+/// The unknown ends of a fit: where it may stop.
+struct Limits {
+    double straightRadius; ///< beyond it the arc's height is no more than the rounding of the coordinates
+    long stepsLeft;
+};
+
+struct Descended {
+    Circle circle;
+    double value; ///< half the sum of squares
+};
+
+/// From a start down to a minimum: by Newton's steps where the sum of squares is shaped like a bowl and these lead
+/// down, elsewhere by damped Gauss-Newton steps.
+class Descent {
+public:
+    Descent(const ScaledPoints& thePoints, const Circle& start, Limits& theLimits)
+        : points(thePoints), limits(theLimits), circle(start), here(Look(start, Hessian::Exact)) {}
+
+    /// Nothing when the circle turns into a straight line.
+    std::optional<Descended> Run() {
+        while (straightSteps < 3) {
+            const std::optional<Vector6> change = Solve(here, damping);
+            if (!change)
+                LeaveTheBowl();
+            else if (Step(*change))
+                return Descended{circle, here.value};
+        }
+        return std::nullopt;
+    }
+
+private:
+    Expansion Look(const Circle& at, Hessian which) {
+        if (limits.stepsLeft-- <= 0) throw GeometryError(GeometryError::Reason::LimitReached);
+        return Expand(at, points, which);
+    }
+
+    /// Here the sum of squares is not shaped like a bowl, or a step led up: on with damped Gauss-Newton steps.
+    void LeaveTheBowl() {
+        damping = std::max(10.0 * damping, 1e-3);
+        if (hessian == Hessian::GaussNewton) return;
+        hessian = Hessian::GaussNewton;
+        here = Look(circle, hessian);
+    }
+
+    /// Takes one step, if it leads down. True when the minimum is reached.
+    bool Step(const Vector6& change) {
+        const double size = SizeOf(change, circle.radius);
+        const bool newton = hessian == Hessian::Exact && damping == 0.0;
+        const Circle next = Changed(circle, change);
+        if (newton && IsLast(size)) {
+            circle = next;
+            return true;
+        }
+        const Expansion there = Look(next, hessian);
+        if (!(there.value <= here.value + Noise(here.value))) return Retreat();
+        const bool lower = there.value < here.value - Noise(here.value);
+        circle = next;
+        here = there;
+        straightSteps = circle.radius > limits.straightRadius ? straightSteps + 1 : 0;
+        return newton ? IsStalled(size, lower) : Relax(size);
+    }
+
+    /// What the rounding of the residuals can do to half their sum of squares.
+    double Noise(double value) const noexcept {
+        const double count = static_cast<double>(points.GetSize());
+        const double each = 4.0 * (points.GetRounding() + epsilon);
+        return 1e-9 * value + each * (std::sqrt(2.0 * value * count) + count * each);
+    }
+
+    bool Retreat() {
+        if (damping > 1e9) return true;
+        LeaveTheBowl();
+        return false;
+    }
+
+    /// A step down with damping: less of it from here, and back to Newton's steps when the minimum is near.
+    bool Relax(double size) {
+        damping = damping < 1e-6 ? 0.0 : 0.1 * damping;
+        if (size > 0.1) return false;
+        hessian = Hessian::Exact;
+        damping = 0.0;
+        here = Look(circle, hessian);
+        lastSize = smallestSize = std::numeric_limits<double>::infinity();
+        return false;
+    }
+
+    /// Newton's steps shrink by squares: this one, or the one that would follow, is lost in the rounding. The sum of
+    /// squares cannot tell: it is flat to its last digit long before the circle is right.
+    bool IsLast(double size) noexcept {
+        const double ratio = size / lastSize;
+        lastSize = size;
+        return size < 2.0 * epsilon || (size < 1e-9 && size * ratio * ratio < 0.25 * epsilon);
+    }
+
+    /// The rounding of the points lets the steps shrink no more.
+    bool IsStalled(double size, bool lower) noexcept {
+        stalls = size > 0.5 * smallestSize && !lower ? stalls + 1 : 0;
+        smallestSize = std::min(size, smallestSize);
+        return stalls > 2;
+    }
+
+    const ScaledPoints& points;
+    Limits& limits;
+    Circle circle;
+    Expansion here;
+    Hessian hessian = Hessian::Exact;
+    double damping = 0.0;
+    double lastSize = std::numeric_limits<double>::infinity();
+    double smallestSize = std::numeric_limits<double>::infinity();
+    int stalls = 0;
+    int straightSteps = 0;
+};
+
+/// Taubin's algebraic circle in the plane through the mean that `first` and `second` span. One pass.
+Circle StartIn(const CMaVector& first, const CMaVector& second, const ScaledPoints& points, double straightRadius) {
+    const double fx = first[0], fy = first[1], fz = first[2];
+    const double sx = second[0], sy = second[1], sz = second[2];
+    const auto sums = points.SumOver<6>([=](auto x, auto y, auto z, auto* sum) {
+        const auto u = x * fx + y * fy + z * fz;
+        const auto v = x * sx + y * sy + z * sz;
+        const auto q = u * u + v * v;
+        sum[0] += u * u;
+        sum[1] += u * v;
+        sum[2] += v * v;
+        sum[3] += u * q;
+        sum[4] += v * q;
+        sum[5] += q * q;
+    });
+    const double perPoint = 1.0 / static_cast<double>(points.GetSize());
+    const double uu = sums[0] * perPoint, uv = sums[1] * perPoint, vv = sums[2] * perPoint;
+    const double uq = sums[3] * perPoint, vq = sums[4] * perPoint, qq = sums[5] * perPoint;
+    const double q = uu + vv;
+
+    // The least root of Taubin's cubic, by Newton's method from below.
+    const double area = uu * vv - uv * uv, variance = qq - q * q;
+    const double a3 = 4.0 * q, a2 = -3.0 * q * q - qq;
+    const double a1 = variance * q + 4.0 * area * q - uq * uq - vq * vq;
+    const double a0 = uq * (uq * vv - vq * uv) + vq * (vq * uu - uq * uv) - variance * area;
+    double root = 0.0;
+    for (int i = 0; i < 20; ++i) {
+        const double next =
+            root - (a0 + root * (a1 + root * (a2 + root * a3))) / (a1 + root * (2.0 * a2 + root * 3.0 * a3));
+        if (!(next > root) || !(next < q)) break;
+        root = next;
+    }
+    const double twiceDeterminant = 2.0 * (root * root - root * q + area);
+    const double centreU = (uq * (vv - root) - vq * uv) / twiceDeterminant;
+    const double centreV = (vq * (uu - root) - uq * uv) / twiceDeterminant;
+    const double distance = std::hypot(centreU, centreV);
+
+    const CMaVector normal = first * second;
+    if (!(distance < straightRadius)) {
+        const double bulge = 2.0 * vq / variance; // of the parabola that fits best
+        const double radius = std::min(1.0 / std::fabs(bulge), 0.1 * straightRadius);
+        const CMaVector outward = second * std::copysign(1.0, -bulge);
+        return {CMaVector(0.0, 0.0, 0.0), outward, normal * outward, normal, radius};
+    }
+    const double radius = std::sqrt(distance * distance + q);
+    const CMaVector outward = distance > 0.0 ? Unit((first * centreU + second * centreV) * -1.0) : first;
+    return {outward * (q / (radius + distance)), outward, normal * outward, normal, radius};
+}
+
+} // namespace
+
+FittedCircle FitCircle(const CMaPointArray& points, long iterationLimit) {
+    if (iterationLimit <= 0) throw GeometryError(GeometryError::Reason::LimitReached);
+    ScaledPoints scaled(points);
+    const PrincipalAxes axes(scaled);
+    if (axes.IsStraight()) throw GeometryError(GeometryError::Reason::Impossible);
+
+    const double count = static_cast<double>(scaled.GetSize());
+    const double heightTimesRadius = 1.5 * axes.spread[0] * axes.spread[0]; // of an evenly covered short arc
+    Limits limits{heightTimesRadius / (4.0 * scaled.GetRounding()), iterationLimit};
+    std::optional<Descended> best;
+    for (int normal = 2; normal >= 0; --normal) {
+        const CMaVector& first = axes.axis[(normal + 1) % 3];
+        const CMaVector& second = axes.axis[(normal + 2) % 3];
+        const auto found = Descent(scaled, StartIn(first, second, scaled, limits.straightRadius), limits).Run();
+        if (found && (!best || found->value < best->value)) best = found;
+        if (!best) continue;
+        const double noise = std::sqrt(2.0 * best->value / count);
+        const double height = std::min(heightTimesRadius / best->circle.radius, 2.0 * best->circle.radius);
+        if (height > 10.0 * noise) break;
+    }
+    const double lineValue = 0.5 * count * (axes.spread[1] * axes.spread[1] + axes.spread[2] * axes.spread[2]);
+    if (!best || !(best->value < lineValue)) throw GeometryError(GeometryError::Reason::Impossible);
+    const Circle& circle = best->circle;
+    return {scaled.ToCaller(circle.Centre()), circle.normal, scaled.ToCaller(circle.radius)};
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+/// Thrown by a geometric operation that cannot give its result. The vector-geometry classes throw nothing else, but for
+/// std::bad_alloc where points are stored.
+class GeometryError {
+public:
+    enum class Reason {
+        Impossible,  ///< too few points, all on one line or in one place, a coordinate that is not finite, a bad index
+        LimitReached ///< the limit on iterations was used up
+    };
+
+    explicit GeometryError(Reason theReason) noexcept : reason(theReason) {}
+    Reason GetReason() const noexcept { return reason; }
+
+private:
+    Reason reason;
+};

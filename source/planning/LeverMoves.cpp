@@ -1,0 +1,78 @@
+// The moves at the lock lever: pushing it open before the head is turned, and shut again afterwards.
+
+#include "planning/MovePlanner.h"
+#include "planning/RecordFields.h"
+
+#include "maths/LibraryStep.h"
+
+namespace {
+
+/// Which lever the head presents at the given angles: 0 the positive one, 1 the negative one.
+/// Meant to be lopsided: B = 0 counts as negative, B = 180 and B = -180 choose different levers although the head
+/// stands the same, and any A but exactly 0.0 counts as tilted.
+int LeverSide(double a, double b) {
+    // The second test can never fail once B is positive; it is kept as written.
+    if (b > 0.0 && b != -180.0) return a == 0.0 ? 1 : 0;
+    return a == 0.0 ? 0 : 1;
+}
+
+} // namespace
+
+void MovePlanner::CalculateUnlockMoves(RequiredMoves& moves) const {
+    const ErrorContext context{L"CQMVCalculator::CalculateUnlockMoves"};
+    LibraryStep(context, [&] {
+        const int side = LeverSide(currentA, currentB);
+        CMaVector locked(0.0, 0.0, 0.0);
+        CMaVector unlockingCentre(0.0, 0.0, 0.0);
+        CMaVector lockedApproach(0.0, 0.0, 0.0);
+        CMaVector axis(0.0, 0.0, 0.0);
+        CMaVector unlocked(0.0, 0.0, 0.0);
+        headGeometry.LeverLockedPosition(side, locked);
+        headGeometry.LeverUnlockingCentreOfRotation(side, unlockingCentre);
+        headGeometry.LeverLockedApproachPosition(side, lockedApproach);
+        // Unlocking is always about axis 1, whichever lever is pushed.
+        headGeometry.LeverAxisOfRotation(1, axis);
+        headGeometry.LeverUnlockedPosition(side, unlocked);
+
+        moves.UnLock = ArcAbout(unlockingCentre, axis, -headGeometry.GetLockedToUnlockedLeverRotation());
+        moves.ApproachUnLockLever = PositionOf(lockedApproach);
+        moves.EngageWithUnLockLever = PositionOf(locked);
+        moves.DisengageFromUnLockLever = PositionAtHeight(unlocked, headGeometry.SafePositionZ());
+    });
+}
+
+void MovePlanner::CalculateRotateToLockLeverMoves(RequiredMoves& moves, const CMaVector& approachTarget, double a,
+                                                  double b) const {
+    const ErrorContext context{L"CQMVCalculator::CalculateRotateToLockLeverMoves"};
+    LibraryStep(context, [&] {
+        CMaVector unlockedApproach(0.0, 0.0, 0.0);
+        headGeometry.LeverUnlockedApproachPosition(LeverSide(a, b), unlockedApproach);
+        moves.RotateToLockLever = ArcRoundThePole(approachTarget, unlockedApproach);
+    });
+}
+
+void MovePlanner::CalculateLockMoves(RequiredMoves& moves, double a, double b) const {
+    constexpr double liftOverLockedLever = 10.0;
+    const ErrorContext context{L"CQMVCalculator::CalculateLockMoves"};
+    LibraryStep(context, [&] {
+        const int side = LeverSide(a, b);
+        CMaVector unlocked(0.0, 0.0, 0.0);
+        CMaVector lockingCentre(0.0, 0.0, 0.0);
+        CMaVector unlockedApproach(0.0, 0.0, 0.0);
+        CMaVector axis(0.0, 0.0, 0.0);
+        CMaVector locked(0.0, 0.0, 0.0);
+        headGeometry.LeverUnlockedPosition(side, unlocked);
+        headGeometry.LeverLockingCentreOfRotation(side, lockingCentre);
+        headGeometry.LeverUnlockedApproachPosition(side, unlockedApproach);
+        // Locking is always about axis 0: the opposite of unlocking, whichever lever is pushed.
+        headGeometry.LeverAxisOfRotation(0, axis);
+        headGeometry.LeverLockedPosition(side, locked);
+
+        moves.Lock = ArcAbout(lockingCentre, axis, -headGeometry.GetUnlockedToLockedLeverRotation());
+        moves.MoveToLockLeverAtSafeZ = PositionAtHeight(unlockedApproach, headGeometry.SafePositionZ());
+        moves.ApproachLockLever = PositionOf(unlockedApproach);
+        moves.EngageWithLockLever = PositionOf(unlocked);
+        // A fixed lift over the lever, not the safe height: the head is locked and nothing is crossed from here.
+        moves.DisengageFromLockLever = PositionAtHeight(locked, locked[2] + liftOverLockedLever);
+    });
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "head/RoundThePole.h"
+#include "interface/Records.h"
+
+/// Plans the 19 moves of one indexing from the head geometry and the head's current angles: the part of the calculator
+/// that computes. Angles in degrees, positions in machine coordinates. The same input gives the same output; the
+/// settings store is asked for the two lever rotations at every plan.
+///
+/// Each operation writes its fields straight into the record, so after a failure part of it may hold new values.
+class MovePlanner {
+public:
+    // The steps of a plan, in the order in which PlanMoves takes them
+
+    /// Fields 1 to 4: push the locked lever open, from the current head angles.
+    void CalculateUnlockMoves(RequiredMoves& moves) const;
+    /// Field 5: round the pole, from the lever to the peg. Reads field 4. `centre` plays no part.
+    void CalculateRotateToPeg(RequiredMoves& moves, const CMaVector& centre, const CMaVector& approachNow) const;
+    /// Fields 6 to 8: down to the peg and onto it.
+    void CalculateEngageWithPeg(RequiredMoves& moves, const CMaVector& approachNow, const CMaVector& engageNow) const;
+    /// Fields 9 to 11: A from the current angle to 0, B to its target, A to its target, about the head centre.
+    void CalculateHeadIndexingMoves(RequiredMoves& moves, double targetA, double targetB, const CMaVector& centre,
+                                    const CMaVector& aAxisNow, const CMaVector& bAxis,
+                                    const CMaVector& aAxisTarget) const;
+    /// Fields 12 and 13: off the peg and up.
+    void CalculateDisengageFromPeg(RequiredMoves& moves, const CMaVector& approachTarget) const;
+    /// Field 14: round the pole, from the peg to the unlocked lever.
+    void CalculateRotateToLockLeverMoves(RequiredMoves& moves, const CMaVector& approachTarget, double a,
+                                         double b) const;
+    /// Fields 15 to 19: push the unlocked lever shut, at the target head angles.
+    void CalculateLockMoves(RequiredMoves& moves, double a, double b) const;
+
+    /// The point about which the machine carries the probe round the head: midway between the two lever centres.
+    void CalculatePoleLocation(double& x, double& y, double& z) const;
+    /// Signed angle from `first` to `second`, two directions in the XY plane: [-180, 180], positive when `second` lies
+    /// counter-clockwise of `first` seen from +Z. Not a number when either has no length.
+    double CalculateAngleAndDirection(const CMaVector& first, const CMaVector& second) const;
+
+protected:
+    MovePlanner() = default;
+    ~MovePlanner() = default;
+
+    /// All 19 fields, from the current angles to the target's.
+    void PlanMoves(double targetA, double targetB, RequiredMoves& moves) const;
+
+    RoundThePole headGeometry;
+    double currentA = 0.0;
+    double currentB = 0.0;
+
+private:
+    /// The arc about the vertical through the pole from the bearing of `from` to the bearing of `to`.
+    ArcData ArcRoundThePole(const CMaVector& from, const CMaVector& to) const;
+};

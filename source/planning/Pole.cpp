@@ -1,0 +1,57 @@
+// Where the pole is, and the angles about it.
+
+#include "planning/MovePlanner.h"
+#include "planning/RecordFields.h"
+
+#include "maths/LibraryStep.h"
+
+#include <cmath>
+
+void MovePlanner::CalculatePoleLocation(double& x, double& y, double& z) const {
+    ErrorContext context{L"CQMVCalculator::CalculatePoleLocation"};
+    LibraryStep(context, [&] {
+        context.description = L"Getting Lever Centre Vectors.";
+        CMaVector positive(0.0, 0.0, 0.0);
+        CMaVector negative(0.0, 0.0, 0.0);
+        headGeometry.LeverCentrePosition(0, positive);
+        headGeometry.LeverCentrePosition(1, negative);
+
+        context.description = L"Getting Positive Lever Centre.";
+        const XYZData positiveCentre = PositionOf(positive);
+        context.description = L"Getting Negative Lever Centre.";
+        const XYZData negativeCentre = PositionOf(negative);
+
+        context.description = L"Calculating Pole Location.";
+        x = positiveCentre.XPosition + (negativeCentre.XPosition - positiveCentre.XPosition) / 2.0;
+        y = positiveCentre.YPosition + (negativeCentre.YPosition - positiveCentre.YPosition) / 2.0;
+        z = positiveCentre.ZPosition + (negativeCentre.ZPosition - positiveCentre.ZPosition) / 2.0;
+    });
+}
+
+double MovePlanner::CalculateAngleAndDirection(const CMaVector& first, const CMaVector& second) const {
+    // 180 / 3.14159265358979: meant to be made with the shortened pi, not the exact factor.
+    constexpr double degreesInARadian = 57.29577951308238;
+    ErrorContext context{L"CQMVCalculator::CalculateAngleAndDirection"};
+    return LibraryStep(context, [&] {
+        context.description = L"Calculate DotProduct Call Failed";
+        const double dot = first % second;
+        context.description = L"Calculate CrossProduct Call Failed";
+        const double cross = (first * second)[2];
+        // The arctangent of the quotient is meant: it has a defined answer (90) for an infinite quotient, and none for
+        // 0/0.
+        double angle = std::abs(std::atan(cross / dot) * degreesInARadian);
+        if (dot < 0.0) angle = 180.0 - angle;
+        return cross < 0.0 ? -angle : angle;
+    });
+}
+
+ArcData MovePlanner::ArcRoundThePole(const CMaVector& from, const CMaVector& to) const {
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+    CalculatePoleLocation(x, y, z);
+    const CMaVector fromPole(from[0] - x, from[1] - y, 0.0);
+    const CMaVector toPole(to[0] - x, to[1] - y, 0.0);
+    // Arcs are left-handed: a counter-clockwise turn has a negative angle.
+    return ArcAbout(CMaVector(x, y, z), CMaVector(0.0, 0.0, 1.0), -CalculateAngleAndDirection(fromPole, toPole));
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cfenv>
+
+/// Puts the calling thread into the module's own state while a method runs, and back into the caller's when it ends,
+/// whichever way it ends: the default floating-point environment (round to nearest, gradual underflow), so that a
+/// host's rounding mode changes none of our results and our arithmetic leaves none of its flags in the host.
+class ModuleStateGuard {
+public:
+    ModuleStateGuard() noexcept;
+    ModuleStateGuard(const ModuleStateGuard&) = delete;
+    ModuleStateGuard& operator=(const ModuleStateGuard&) = delete;
+    ~ModuleStateGuard();
+
+private:
+    std::fenv_t callersEnvironment;
+    // The vector unit's control word again: not every C library's fenv_t holds it.
+    unsigned int callersVectorControl = 0;
+};
+
+/// Methods of this module that are running now, over all threads; the module must not be unloaded while there is one.
+long CallsUnderWay() noexcept;

@@ -1,0 +1,92 @@
+#include "platform/NumberText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <string_view>
+
+namespace {
+
+bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+bool IsHexDigit(char c) { return IsDigit(c) || (Lower(c) >= 'a' && Lower(c) <= 'f'); }
+
+bool StartsWith(std::string_view text, std::string_view lowerCaseWord) {
+    return text.size() >= lowerCaseWord.size() &&
+           std::equal(lowerCaseWord.begin(), lowerCaseWord.end(), text.begin(),
+                      [](char expected, char found) { return expected == Lower(found); });
+}
+
+/// One way of writing a number: how to recognise it and what its exponent counts.
+struct Notation {
+    std::chars_format format;
+    bool (*isDigit)(char);
+    char exponentMark;
+    long long exponentsPerDigit;
+};
+constexpr Notation decimal{std::chars_format::general, IsDigit, 'e', 1};
+constexpr Notation hexadecimal{std::chars_format::hex, IsHexDigit, 'p', 4};
+
+bool StartsNumber(std::string_view text, const Notation& notation) {
+    if (!text.empty() && text.front() == '.') text.remove_prefix(1);
+    return !text.empty() && notation.isDigit(text.front());
+}
+
+/// Places between the first significant digit and the point: 3 in 123.4, 0 in 0.5, -2 in 0.005.
+long long LeadingPlace(std::string_view digits) {
+    const std::size_t point = std::min(digits.find('.'), digits.size());
+    const std::size_t leading = std::min(digits.find_first_not_of("0."), digits.size());
+    const auto places = static_cast<long long>(point) - static_cast<long long>(leading);
+    return leading < point ? places : places + 1;
+}
+
+/// The exponent after its mark, held at a bound that no text in memory can outweigh with its digits.
+long long Exponent(std::string_view text) {
+    constexpr long long bound = 1LL << 60;
+    const bool negative = !text.empty() && text.front() == '-';
+    if (!text.empty() && !IsDigit(text.front())) text.remove_prefix(1);
+    long long exponent = 0;
+    for (const char digit : text) exponent = std::min(bound, exponent * 10 + (digit - '0'));
+    return negative ? -exponent : exponent;
+}
+
+/// The nearest value to a number that is beyond the range of a double, and that may be beyond either end of it.
+double BeyondRange(std::string_view number, const Notation& notation) {
+    const auto isMark = [&](char c) { return Lower(c) == notation.exponentMark; };
+    const auto mark = static_cast<std::size_t>(std::find_if(number.begin(), number.end(), isMark) - number.begin());
+    const long long exponent = mark < number.size() ? Exponent(number.substr(mark + 1)) : 0;
+    const long long magnitude = notation.exponentsPerDigit * LeadingPlace(number.substr(0, mark)) + exponent;
+    return magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+}
+
+double Convert(std::string_view text, const Notation& notation) {
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, notation.format);
+    if (error == std::errc{}) return value;
+    return BeyondRange(text.substr(0, static_cast<std::size_t>(end - text.data())), notation);
+}
+
+double UnsignedNumber(std::string_view text) {
+    if (StartsWith(text, "inf")) return std::numeric_limits<double>::infinity();
+    if (StartsWith(text, "nan")) return std::numeric_limits<double>::quiet_NaN();
+    if (StartsWith(text, "0x") && StartsNumber(text.substr(2), hexadecimal))
+        return Convert(text.substr(2), hexadecimal);
+    return StartsNumber(text, decimal) ? Convert(text, decimal) : 0.0;
+}
+
+} // namespace
+
+double TextToDouble(const char* text) noexcept {
+    while (IsSpace(*text)) ++text;
+    const bool negative = *text == '-';
+    if (negative || *text == '+') ++text;
+    const double magnitude = UnsignedNumber(text);
+    return negative ? -magnitude : magnitude;
+}
+
+ScientificText DoubleToScientific(double value) noexcept {
+    ScientificText text{};
+    std::to_chars(text.data(), text.data() + text.size() - 1, value, std::chars_format::scientific, 9);
+    return text;
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <algorithm>
+#include <string_view>
+
+/// What the two text formats of this folder share: blanks, lines, and letter case where only ASCII letters have one.
+
+/// Blanks within a line. The old end-of-file mark of text files (Ctrl-Z) counts as one.
+inline constexpr std::string_view blanks{" \t\v\f\x1A"};
+
+inline std::string_view TrimmedLeft(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    return text;
+}
+
+inline std::string_view TrimmedRight(std::string_view text) {
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
+}
+
+inline std::string_view Trimmed(std::string_view text) { return TrimmedRight(TrimmedLeft(text)); }
+
+inline char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+inline bool EqualIgnoringCase(std::string_view left, std::string_view right) {
+    return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin(),
+                                                     [](char a, char b) { return UpperAscii(a) == UpperAscii(b); });
+}
+
+inline bool StartsWithIgnoringCase(std::string_view text, std::string_view start) {
+    return EqualIgnoringCase(text.substr(0, start.size()), start);
+}
+
+/// One line, as places in the text that it stands in.
+struct TextLine {
+    std::string_view content; ///< without the line end
+    std::size_t begin;
+    std::size_t end;  ///< of the content
+    std::size_t next; ///< where the next line begins, after this one's line end
+};
+
+/// Where the line around `at` ends: at the next CR or LF.
+inline std::size_t EndOfLine(std::string_view text, std::size_t at) {
+    // Two searches of a little for one character each: far faster than one search for either of two.
+    constexpr std::size_t little = 64;
+    for (; at < text.size(); at += little) {
+        const std::string_view part = text.substr(at, little);
+        const std::size_t found = std::min(part.find('\n'), part.find('\r'));
+        if (found != std::string_view::npos) return at + found;
+    }
+    return text.size();
+}
+
+/// The line that begins at `begin`. CR LF, LF and CR all end a line.
+inline TextLine LineAt(std::string_view text, std::size_t begin) {
+    const std::size_t end = EndOfLine(text, begin);
+    const std::size_t lineEnd = text.substr(end).starts_with("\r\n") ? 2 : 1;
+    return {text.substr(begin, end - begin), begin, end, std::min(end + lineEnd, text.size())};
+}

@@ -1,0 +1,132 @@
+#include "platform/portable/ErrorInfo.h"
+
+#include <atomic>
+#include <memory>
+#include <new>
+#include <utility>
+
+namespace {
+
+/// A text of a record; a text never set, or set to null, is null.
+class RecordText {
+public:
+    HRESULT Set(LPCOLESTR text) noexcept {
+        value.reset(SysAllocString(text));
+        return text == nullptr || value != nullptr ? S_OK : E_OUTOFMEMORY;
+    }
+
+    HRESULT Get(BSTR* copy) const noexcept {
+        if (copy == nullptr) return E_INVALIDARG;
+        *copy = SysAllocString(value.get());
+        return value == nullptr || *copy != nullptr ? S_OK : E_OUTOFMEMORY;
+    }
+
+private:
+    struct Free {
+        void operator()(OLECHAR* text) const noexcept { SysFreeString(text); }
+    };
+    std::unique_ptr<OLECHAR, Free> value;
+};
+
+class ErrorRecord final : public IErrorInfo, public ICreateErrorInfo {
+public:
+    ErrorRecord() = default;
+    ErrorRecord(const ErrorRecord&) = delete;
+    ErrorRecord& operator=(const ErrorRecord&) = delete;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (object == nullptr) return E_POINTER;
+        *object = nullptr;
+        // One and the same face for IUnknown, whichever way it is asked for: that is the record's identity.
+        if (iid == IID_IUnknown || iid == IID_ICreateErrorInfo) *object = static_cast<ICreateErrorInfo*>(this);
+        if (iid == IID_IErrorInfo) *object = static_cast<IErrorInfo*>(this);
+        if (*object == nullptr) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+
+    ULONG STDMETHODCALLTYPE AddRef() override { return references.fetch_add(1) + 1; }
+
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = references.fetch_sub(1) - 1;
+        if (left == 0) delete this;
+        return left;
+    }
+
+    HRESULT STDMETHODCALLTYPE GetGUID(GUID* result) override { return Give(guid, result); }
+    HRESULT STDMETHODCALLTYPE GetSource(BSTR* result) override { return source.Get(result); }
+    HRESULT STDMETHODCALLTYPE GetDescription(BSTR* result) override { return description.Get(result); }
+    HRESULT STDMETHODCALLTYPE GetHelpFile(BSTR* result) override { return helpFile.Get(result); }
+    HRESULT STDMETHODCALLTYPE GetHelpContext(DWORD* result) override { return Give(helpContext, result); }
+
+    HRESULT STDMETHODCALLTYPE SetGUID(REFGUID value) override {
+        guid = value;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE SetSource(LPOLESTR value) override { return source.Set(value); }
+    HRESULT STDMETHODCALLTYPE SetDescription(LPOLESTR value) override { return description.Set(value); }
+    HRESULT STDMETHODCALLTYPE SetHelpFile(LPOLESTR value) override { return helpFile.Set(value); }
+    HRESULT STDMETHODCALLTYPE SetHelpContext(DWORD value) override {
+        helpContext = value;
+        return S_OK;
+    }
+
+private:
+    ~ErrorRecord() = default; // lifetime belongs to Release
+
+    template <typename Value> static HRESULT Give(const Value& value, Value* result) noexcept {
+        if (result == nullptr) return E_INVALIDARG;
+        *result = value;
+        return S_OK;
+    }
+
+    std::atomic<ULONG> references{1};
+    GUID guid{};
+    RecordText source;
+    RecordText description;
+    RecordText helpFile;
+    DWORD helpContext = 0;
+};
+
+/// The record that one thread holds; given up when the thread ends.
+class HeldRecord {
+public:
+    HeldRecord() = default;
+    HeldRecord(const HeldRecord&) = delete;
+    HeldRecord& operator=(const HeldRecord&) = delete;
+    ~HeldRecord() { Hold(nullptr); }
+
+    void Hold(IErrorInfo* next) {
+        if (next != nullptr) next->AddRef();
+        // Out of reach before it is released: its last release may come back here.
+        if (IErrorInfo* const previous = std::exchange(record, next)) previous->Release();
+    }
+
+    /// The record with the reference that was held, or null.
+    IErrorInfo* Take() noexcept { return std::exchange(record, nullptr); }
+
+private:
+    IErrorInfo* record = nullptr;
+};
+
+thread_local HeldRecord threadsRecord;
+
+} // namespace
+
+HRESULT CreateErrorInfo(ICreateErrorInfo** record) noexcept {
+    if (record == nullptr) return E_INVALIDARG;
+    *record = new (std::nothrow) ErrorRecord; // its first reference is the caller's
+    return *record == nullptr ? E_OUTOFMEMORY : S_OK;
+}
+
+HRESULT SetErrorInfo(ULONG reserved, IErrorInfo* record) noexcept {
+    if (reserved != 0) return E_INVALIDARG;
+    threadsRecord.Hold(record);
+    return S_OK;
+}
+
+HRESULT GetErrorInfo(ULONG reserved, IErrorInfo** record) noexcept {
+    if (reserved != 0 || record == nullptr) return E_INVALIDARG;
+    *record = threadsRecord.Take();
+    return *record == nullptr ? S_FALSE : S_OK;
+}

@@ -1,0 +1,91 @@
+#include "platform/ProfileFile.h"
+
+#include "platform/portable/AsciiText.h"
+#include "platform/portable/FileReading.h"
+#include "platform/portable/FileReplacement.h"
+#include "platform/portable/ProfileText.h"
+#include "platform/portable/Unicode.h"
+
+#include <algorithm>
+#include <fcntl.h>
+
+namespace {
+
+constexpr std::string_view utf8Mark{"\xEF\xBB\xBF"};
+constexpr std::string_view utf16Mark{"\xFF\xFE"};
+constexpr std::string_view swappedUtf16Mark{"\xFE\xFF"};
+
+/// A file's content, taken apart into what marks its encoding and the text, and put together again.
+/// A file without a mark is text as it stands, whatever its bytes mean.
+class EncodedText {
+public:
+    explicit EncodedText(std::string_view content) {
+        for (const std::string_view known : {utf8Mark, utf16Mark, swappedUtf16Mark})
+            if (content.starts_with(known)) mark = known;
+        content.remove_prefix(mark.size());
+        if (IsWide() && content.size() % 2 != 0) oddByte = content.back();
+        text = IsWide() ? Utf8FromUtf16(content, Order()) : std::string(content);
+    }
+
+    std::string Content() const {
+        std::string content(mark);
+        content += IsWide() ? Utf16FromUtf8(text, Order()) : text;
+        if (oddByte) content.push_back(*oddByte);
+        return content;
+    }
+
+    std::string text;
+
+private:
+    bool IsWide() const { return mark.size() == 2; }
+    std::endian Order() const { return mark == utf16Mark ? std::endian::little : std::endian::big; }
+
+    std::string_view mark;
+    std::optional<char> oddByte; // a damaged file's, kept like everything else
+};
+
+/// The default as it is handed out: without trailing blanks.
+std::string_view CleanDefault(const char* text) {
+    const std::string_view all(text == nullptr ? "" : text);
+    return all.substr(0, all.find_last_not_of(' ') + 1);
+}
+
+std::string_view WithoutQuotes(std::string_view text) {
+    const bool isQuoted =
+        text.size() >= 2 && text.front() == text.back() && (text.front() == '"' || text.front() == '\'');
+    return isQuoted ? text.substr(1, text.size() - 2) : text;
+}
+
+void CopyCut(std::string_view text, std::span<char> buffer) {
+    if (buffer.empty()) return;
+    const std::size_t length = std::min(text.size(), buffer.size() - 1);
+    std::copy_n(text.begin(), length, buffer.begin());
+    buffer[length] = '\0';
+}
+
+} // namespace
+
+void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer,
+                     const wchar_t* fileName) {
+    const auto sectionName = NarrowName(section), keyName = NarrowName(key), file = NarrowName(fileName);
+    const auto content = file ? ReadWhole(OpenFile(*file, O_RDONLY)) : std::nullopt;
+    const EncodedText profile(content ? *content : "");
+    const bool isNamed = sectionName && keyName;
+    const auto value = isNamed ? FindProfileValue(profile.text, *sectionName, *keyName) : std::nullopt;
+    CopyCut(WithoutQuotes(value ? *value : CleanDefault(defaultText)), buffer);
+}
+
+bool WriteProfileText(const wchar_t* section, const wchar_t* key, const char* text, const wchar_t* fileName) {
+    const auto sectionName = NarrowName(section), keyName = NarrowName(key), file = NarrowName(fileName);
+    if (!sectionName || !file) return false;
+    return RewriteFile(*file, [&](std::string& content) {
+        EncodedText profile(content);
+        if (!keyName)
+            RemoveProfileSection(profile.text, *sectionName);
+        else if (text == nullptr)
+            RemoveProfileKey(profile.text, *sectionName, *keyName);
+        else
+            SetProfileValue(profile.text, *sectionName, *keyName, text);
+        content = profile.Content();
+    });
+}

@@ -1,0 +1,148 @@
+#include "platform/portable/ProfileText.h"
+
+#include "platform/portable/AsciiText.h"
+
+namespace {
+
+/// Places in the text. The section without a name has no section line: there `begin` equals `body`.
+struct Section {
+    std::size_t begin;
+    std::size_t body;
+    std::size_t end;
+};
+
+/// A key's line, as places in the text. Without a `=` the value is empty and stands right behind the key.
+struct Entry {
+    TextLine line;
+    std::size_t keyEnd;
+    bool hasValue;
+    std::size_t valueBegin;
+    std::size_t valueEnd;
+};
+
+std::string_view CutAtZero(std::string_view text) { return text.substr(0, text.find('\0')); }
+
+/// The name between the brackets of a section line; nothing for any other line.
+std::optional<std::string_view> SectionName(std::string_view line) {
+    line = TrimmedLeft(line);
+    const std::size_t close = line.rfind(']');
+    if (close == std::string_view::npos || line.front() != '[') return std::nullopt;
+    return CutAtZero(Trimmed(line.substr(1, close - 1)));
+}
+
+std::optional<Section> FindSection(std::string_view text, std::string_view name) {
+    bool isFound = name.empty();
+    Section section{0, 0, text.size()};
+    for (std::size_t at = 0; at < text.size();) {
+        const TextLine line = LineAt(text, at);
+        at = line.next;
+        const std::optional<std::string_view> found = SectionName(line.content);
+        if (!found) continue;
+        if (isFound) {
+            section.end = line.begin;
+            return section;
+        }
+        isFound = EqualIgnoringCase(*found, name);
+        if (isFound) section = {line.begin, line.next, text.size()};
+    }
+    return isFound ? std::optional(section) : std::nullopt;
+}
+
+Entry EntryOf(std::string_view text, const TextLine& line) {
+    const auto placeOf = [&](std::string_view part) { return static_cast<std::size_t>(part.data() - text.data()); };
+    const std::size_t equals = line.content.find('=');
+    const std::string_view key = TrimmedRight(line.content.substr(0, equals));
+    const std::size_t keyEnd = placeOf(key) + key.size();
+    Entry entry{line, keyEnd, equals != std::string_view::npos, keyEnd, keyEnd};
+    if (entry.hasValue) {
+        const std::string_view value = CutAtZero(Trimmed(line.content.substr(equals + 1)));
+        entry.valueBegin = placeOf(value);
+        entry.valueEnd = entry.valueBegin + value.size();
+    }
+    return entry;
+}
+
+std::optional<Entry> FindEntry(std::string_view text, const Section& section, std::string_view key) {
+    for (std::size_t at = section.body; at < section.end;) {
+        const TextLine line = LineAt(text, at);
+        at = line.next;
+        if (Trimmed(line.content).empty()) continue;
+        const Entry entry = EntryOf(text, line);
+        const std::string_view found = TrimmedLeft(text.substr(line.begin, entry.keyEnd - line.begin));
+        if (EqualIgnoringCase(CutAtZero(found), key)) return entry;
+    }
+    return std::nullopt;
+}
+
+std::string_view PrevailingLineEnd(std::string_view text) {
+    std::size_t pairs = 0, lineFeeds = 0, returns = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const TextLine line = LineAt(text, at);
+        at = line.next;
+        if (line.next - line.end == 2) ++pairs;
+        if (line.next - line.end == 1) ++(text[line.end] == '\n' ? lineFeeds : returns);
+    }
+    if (pairs >= std::max(lineFeeds, returns)) return "\r\n";
+    return lineFeeds >= returns ? "\n" : "\r";
+}
+
+/// Where a new line of the section goes: behind its last line that is not blank.
+std::size_t EndOfLines(std::string_view text, const Section& section) {
+    std::size_t end = section.body;
+    for (std::size_t at = section.body; at < section.end;) {
+        const TextLine line = LineAt(text, at);
+        at = line.next;
+        if (!Trimmed(line.content).empty()) end = line.next;
+    }
+    return end;
+}
+
+bool EndsInsideLine(std::string_view text) { return !text.empty() && text.back() != '\n' && text.back() != '\r'; }
+
+void ReplaceValue(std::string& text, const Entry& entry, std::string_view value) {
+    text.replace(entry.valueBegin, entry.valueEnd - entry.valueBegin, value);
+    if (!entry.hasValue) text.insert(entry.keyEnd, 1, '=');
+}
+
+void AddLine(std::string& text, std::size_t at, std::string_view content) {
+    const std::string_view lineEnd = PrevailingLineEnd(text);
+    std::string line(EndsInsideLine(std::string_view(text).substr(0, at)) ? lineEnd : "");
+    line.append(content).append(lineEnd);
+    text.insert(at, line);
+}
+
+} // namespace
+
+std::optional<std::string_view> FindProfileValue(std::string_view text, std::string_view section,
+                                                 std::string_view key) {
+    const std::optional<Section> found = FindSection(text, Trimmed(section));
+    if (!found) return std::nullopt;
+    const std::optional<Entry> entry = FindEntry(text, *found, Trimmed(key));
+    if (!entry || !entry->hasValue) return std::nullopt;
+    return text.substr(entry->valueBegin, entry->valueEnd - entry->valueBegin);
+}
+
+void SetProfileValue(std::string& text, std::string_view section, std::string_view key, std::string_view value) {
+    section = Trimmed(section);
+    key = Trimmed(key);
+    value = TrimmedLeft(value);
+    std::optional<Section> found = FindSection(text, section);
+    if (!found) {
+        AddLine(text, text.size(), std::string{"["}.append(section).append("]"));
+        found = Section{text.size(), text.size(), text.size()};
+    }
+    if (const std::optional<Entry> entry = FindEntry(text, *found, key)) return ReplaceValue(text, *entry, value);
+    AddLine(text, EndOfLines(text, *found), std::string(key).append("=").append(value));
+}
+
+void RemoveProfileKey(std::string& text, std::string_view section, std::string_view key) {
+    const std::optional<Section> found = FindSection(text, Trimmed(section));
+    if (!found) return;
+    if (const std::optional<Entry> entry = FindEntry(text, *found, Trimmed(key)))
+        text.erase(entry->line.begin, entry->line.next - entry->line.begin);
+}
+
+void RemoveProfileSection(std::string& text, std::string_view section) {
+    if (const std::optional<Section> found = FindSection(text, Trimmed(section)))
+        text.erase(found->begin, found->end - found->begin);
+}

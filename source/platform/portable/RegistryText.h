@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/portable/Types.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// A stored value: its type and its bytes, a text's in UTF-8 with the terminator that it has.
+struct RegistryValue {
+    DWORD type;
+    std::string bytes;
+};
+
+/// One key in the content of a file in the registry export format: "Windows Registry Editor Version 5.00" (UTF-8, or
+/// UTF-16 behind a byte-order mark) or "REGEDIT4".
+///
+/// Read as an import would read it: what comes later overrides and deletes what came before, letter case of keys and
+/// value names does not matter, and a line that makes no sense is passed over. Only the machine-wide root
+/// HKEY_LOCAL_MACHINE is known. A text value stands on one line. Values are looked up in the text where they stand:
+/// nothing is prepared for queries that may never come.
+class RegistryKeyText {
+public:
+    /// `path` is below the root. A file that begins with neither of the two names of the format holds no key.
+    RegistryKeyText(std::string fileContent, std::string_view path);
+
+    bool IsPresent() const noexcept { return isPresent; }
+
+    /// The value under `name` ("" is the key's default value), or nothing.
+    std::optional<RegistryValue> Find(std::string_view name) const;
+
+private:
+    struct Lines {
+        std::size_t begin;
+        std::size_t end;
+    };
+
+    void FindKey(std::size_t at, std::string_view path);
+    /// What `lines` say last about the value, over what came before them.
+    void FindIn(const Lines& lines, std::string_view name, std::optional<RegistryValue>& value) const;
+
+    std::string text;
+    bool hasWideTexts = false; ///< bytes of texts are UTF-16
+    bool isPresent = false;
+    std::vector<Lines> parts; ///< the lines below each of the key's headings
+};

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/portable/Types.h"
+
+/// Arrays that carry their own bounds across the interface: fixed-size elements that need no copying or freeing of
+/// their own (numbers and records of numbers).
+
+using VARTYPE = unsigned short;
+inline constexpr VARTYPE VT_I4 = 3;
+inline constexpr VARTYPE VT_R8 = 5;
+inline constexpr VARTYPE VT_UI1 = 17;
+
+struct SAFEARRAYBOUND {
+    ULONG cElements;
+    LONG lLbound;
+};
+
+struct SAFEARRAY {
+    USHORT cDims;
+    USHORT fFeatures;
+    ULONG cbElements; ///< size of one element in bytes
+    ULONG cLocks;     ///< accesses under way
+    void* pvData;
+    SAFEARRAYBOUND rgsabound[1]; ///< cDims bounds, the last dimension first
+};
+
+extern "C" {
+/// A zeroed descriptor for `dimensions` bounds; the caller fills `cbElements` and the bounds. This is how an array of
+/// records is made: SafeArrayAllocDescriptor, cbElements, rgsabound, SafeArrayAllocData.
+QMV_EXPORT HRESULT SafeArrayAllocDescriptor(UINT dimensions, SAFEARRAY** array) noexcept;
+/// Zeroed memory for every element that the descriptor tells of.
+QMV_EXPORT HRESULT SafeArrayAllocData(SAFEARRAY* array) noexcept;
+/// An array of a plain number type; null when the type is not one of those above or memory is exhausted.
+QMV_EXPORT SAFEARRAY* SafeArrayCreate(VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bounds) noexcept;
+/// Frees the data and the descriptor. DISP_E_ARRAYISLOCKED while an access is under way; S_OK for null.
+QMV_EXPORT HRESULT SafeArrayDestroy(SAFEARRAY* array) noexcept;
+/// A copy of bounds and elements. A null array copies to a null array, successfully.
+QMV_EXPORT HRESULT SafeArrayCopy(SAFEARRAY* array, SAFEARRAY** copy) noexcept;
+QMV_EXPORT UINT SafeArrayGetDim(SAFEARRAY* array) noexcept;
+QMV_EXPORT UINT SafeArrayGetElemsize(SAFEARRAY* array) noexcept;
+/// Bounds of dimension 1 and up. E_INVALIDARG for a null array, DISP_E_BADINDEX for a dimension that is not there.
+QMV_EXPORT HRESULT SafeArrayGetLBound(SAFEARRAY* array, UINT dimension, LONG* bound) noexcept;
+QMV_EXPORT HRESULT SafeArrayGetUBound(SAFEARRAY* array, UINT dimension, LONG* bound) noexcept;
+/// The elements, counted as an access until SafeArrayUnaccessData. E_INVALIDARG for a null array or null `data`.
+QMV_EXPORT HRESULT SafeArrayAccessData(SAFEARRAY* array, void** data) noexcept;
+/// Ends one access. E_UNEXPECTED when none is under way.
+QMV_EXPORT HRESULT SafeArrayUnaccessData(SAFEARRAY* array) noexcept;
+}

@@ -1,0 +1,52 @@
+#include "platform/portable/Text.h"
+
+#include <cstdlib>
+#include <cwchar>
+#include <limits>
+
+namespace {
+
+/// Stands immediately before the first character: the length in bytes.
+using LengthPrefix = std::uint32_t;
+
+constexpr std::size_t longestText =
+    (std::numeric_limits<LengthPrefix>::max() - sizeof(LengthPrefix) - sizeof(OLECHAR)) / sizeof(OLECHAR);
+
+/// Memory for `length` characters, terminated; null when there is none or the prefix could not count them.
+BSTR Allocate(std::size_t length) noexcept {
+    if (length > longestText) return nullptr;
+    const auto byteLength = static_cast<LengthPrefix>(length * sizeof(OLECHAR));
+    const auto block = static_cast<char*>(std::malloc(sizeof byteLength + byteLength + sizeof(OLECHAR)));
+    if (block == nullptr) return nullptr;
+    std::memcpy(block, &byteLength, sizeof byteLength);
+    const auto text = reinterpret_cast<OLECHAR*>(block + sizeof byteLength);
+    text[length] = L'\0';
+    return text;
+}
+
+char* BlockOf(BSTR text) noexcept { return reinterpret_cast<char*>(text) - sizeof(LengthPrefix); }
+
+BSTR Copy(const OLECHAR* text, std::size_t length) noexcept {
+    const BSTR copy = Allocate(length);
+    if (copy != nullptr && text != nullptr) std::wmemcpy(copy, text, length);
+    return copy;
+}
+
+} // namespace
+
+BSTR SysAllocString(const OLECHAR* text) noexcept { return text == nullptr ? nullptr : Copy(text, std::wcslen(text)); }
+
+BSTR SysAllocStringLen(const OLECHAR* text, UINT length) noexcept { return Copy(text, length); }
+
+void SysFreeString(BSTR text) noexcept {
+    if (text != nullptr) std::free(BlockOf(text));
+}
+
+UINT SysStringLen(BSTR text) noexcept { return SysStringByteLen(text) / UINT{sizeof(OLECHAR)}; }
+
+UINT SysStringByteLen(BSTR text) noexcept {
+    if (text == nullptr) return 0;
+    LengthPrefix byteLength = 0;
+    std::memcpy(&byteLength, BlockOf(text), sizeof byteLength);
+    return byteLength;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/portable/Types.h"
+
+/// Length-prefixed wide text. A null BSTR is the empty text. Whoever receives one frees it.
+using BSTR = OLECHAR*;
+
+extern "C" {
+/// A copy of `text`; null when `text` is null or memory is exhausted.
+QMV_EXPORT BSTR SysAllocString(const OLECHAR* text) noexcept;
+/// A copy of the first `length` characters (or `length` undefined ones when `text` is null), terminated.
+QMV_EXPORT BSTR SysAllocStringLen(const OLECHAR* text, UINT length) noexcept;
+QMV_EXPORT void SysFreeString(BSTR text) noexcept;
+/// Length in characters, without the terminator; 0 for null.
+QMV_EXPORT UINT SysStringLen(BSTR text) noexcept;
+/// Length in bytes, without the terminator; 0 for null.
+QMV_EXPORT UINT SysStringByteLen(BSTR text) noexcept;
+}

@@ -1,0 +1,67 @@
+#include "server/ClassFactory.h"
+
+#include "calculator/CQMVCalculator.h"
+#include "server/CreatableObjects.h"
+#include "server/Module.h"
+
+#include <atomic>
+#include <new>
+
+namespace {
+
+std::atomic<ULONG> references{0};
+
+/// Hands out `iid` of a new object and gives up the reference it was born with: a refused interface ends the object.
+template <typename Object> HRESULT Deliver(std::unique_ptr<Object> created, REFIID iid, void** object) {
+    Object* const counted = created.release();
+    const HRESULT result = counted->QueryInterface(iid, object);
+    counted->Release();
+    return result;
+}
+
+} // namespace
+
+ClassFactory& ClassFactory::Instance() noexcept {
+    static ClassFactory factory;
+    return factory;
+}
+
+HRESULT ClassFactory::QueryInterface(REFIID iid, void** object) {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IClassFactory)) return E_NOINTERFACE;
+    AddRef();
+    *object = static_cast<IClassFactory*>(this);
+    return S_OK;
+}
+
+ULONG ClassFactory::AddRef() {
+    Module::AddLock();
+    return ++references;
+}
+
+ULONG ClassFactory::Release() {
+    const ULONG left = --references;
+    Module::ReleaseLock();
+    return left;
+}
+
+HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object) try {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (outer == nullptr) return Deliver(std::make_unique<StandaloneObject<CQMVCalculator>>(), iid, object);
+    // Only the inner unknown may be had at creation, or the outer object could not control it.
+    if (!IsEqualIID(iid, IID_IUnknown)) return CLASS_E_NOAGGREGATION;
+    return Deliver(std::make_unique<AggregatedObject<CQMVCalculator>>(outer), iid, object);
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+}
+
+HRESULT ClassFactory::LockServer(BOOL lock) {
+    if (lock != 0) {
+        Module::AddLock();
+    } else {
+        Module::ReleaseLock();
+    }
+    return S_OK;
+}

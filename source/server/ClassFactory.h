@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/Automation.h"
+
+/// Creates calculators. One for the module, made on the first request and kept; its count is shared by all threads.
+class ClassFactory final : public IClassFactory {
+public:
+    static ClassFactory& Instance() noexcept;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override;
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override;
+
+private:
+    ClassFactory() = default;
+    ~ClassFactory() = default;
+};

@@ -1,0 +1,21 @@
+#pragma once
+
+/// What keeps the module loaded: live objects, references to the class factory and locks that clients asked for.
+/// Shared by all threads.
+class Module {
+public:
+    static void AddLock() noexcept;
+    static void ReleaseLock() noexcept;
+
+    /// True when nothing keeps the module loaded and none of its methods is running.
+    static bool CanUnload() noexcept;
+};
+
+/// Keeps the module loaded for as long as the object that holds it lives.
+class ModuleLock {
+public:
+    ModuleLock() noexcept { Module::AddLock(); }
+    ModuleLock(const ModuleLock&) = delete;
+    ModuleLock& operator=(const ModuleLock&) = delete;
+    ~ModuleLock() { Module::ReleaseLock(); }
+};

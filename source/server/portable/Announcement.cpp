@@ -1,0 +1,16 @@
+// Makes the module's class creatable as soon as the library is loaded: there is no registry that would say so.
+
+#include "interface/Identifiers.h"
+#include "server/EntryPoints.h"
+
+namespace {
+
+ClassAnnouncement announcement{CLSID_QMVCalculator, QMVCalculatorProgId, QMVCalculatorVersionIndependentProgId,
+                               &DllGetClassObject};
+
+const bool announced = [] {
+    AnnounceClass(announcement);
+    return true;
+}();
+
+} // namespace

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "support/AlignmentArray.h"
+#include "support/Calculator.h"
+#include "support/ErrorRecord.h"
+#include "support/SettingsFixture.h"
+#include "support/SimulatedHead.h"
+
+#include <gtest/gtest.h>
+
+/// Calculators in the states that the tests start from. The head stands at (100, -200, 300), turned by 10 degrees, and
+/// was captured at B = 45, where the fold into quadrants is sure of itself.
+class PreparedCalculator : public testing::Test {
+protected:
+    SettingsFixture settings; // at first no key: the built-in dimensions, whatever this machine has stored
+
+    static SimulatedHead Head() {
+        SimulatedHead head;
+        head.pole = {100.0, -200.0, 300.0};
+        head.mountingAngle = 10.0;
+        return head;
+    }
+
+    static HRESULT Enter(IQMVCalculator& calculator, const SimulatedHead& head) {
+        AlignmentArray aAxisPoints(head.ASet(45.0));
+        AlignmentArray bAxisPoints(head.BSet(60.0));
+        return calculator.EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address());
+    }
+
+    /// With a geometry, and nothing said about where the head stands.
+    static ComPointer<IQMVCalculator2> WithGeometry() {
+        auto calculator = CreateCalculator();
+        EXPECT_EQ(Enter(*calculator.Get(), Head()), S_OK);
+        return calculator;
+    }
+
+    /// Ready to plan.
+    static ComPointer<IQMVCalculator2> At(double a, double b) {
+        auto calculator = WithGeometry();
+        EXPECT_EQ(calculator->SetCurrentHeadPosition(a, b), S_OK);
+        return calculator;
+    }
+
+    /// How a plan fails. Checks on the way that CalculateMove never returns a failure.
+    static Raised Plan(IQMVCalculator& calculator, double a, double b, RequiredMoves* moves) {
+        return RaisedBy([&] { EXPECT_EQ(calculator.CalculateMove(a, b, moves), S_OK); });
+    }
+    static Raised Plan(IQMVCalculator& calculator, double a, double b) {
+        RequiredMoves moves{};
+        return Plan(calculator, a, b, &moves);
+    }
+
+    struct Position {
+        double a;
+        double b;
+        bool operator==(const Position&) const = default;
+    };
+    static Position CurrentPosition(IQMVCalculator& calculator) {
+        Position position{-1.0, -1.0};
+        EXPECT_EQ(calculator.GetCurrentHeadPosition(&position.a, &position.b), S_OK);
+        return position;
+    }
+    static HRESULT PositionCode(IQMVCalculator& calculator) {
+        Position position{};
+        return calculator.GetCurrentHeadPosition(&position.a, &position.b);
+    }
+
+    static XYZData Pole(IQMVCalculator2& calculator) {
+        XYZData pole{};
+        EXPECT_EQ(calculator.GetPoleSpherePosition(&pole), S_OK);
+        return pole;
+    }
+};
+
+/// Fitting a circle to exact points and a few rotations: far above their rounding at these coordinates, far below any
+/// use.
+inline constexpr double geometryTolerance = 1e-9;
+
+inline void ExpectNear(const XYZData& actual, const XYZData& expected, double tolerance = geometryTolerance) {
+    EXPECT_NEAR(actual.XPosition, expected.XPosition, tolerance);
+    EXPECT_NEAR(actual.YPosition, expected.YPosition, tolerance);
+    EXPECT_NEAR(actual.ZPosition, expected.ZPosition, tolerance);
+}
+
+inline bool operator==(const XYZData& left, const XYZData& right) {
+    return left.XPosition == right.XPosition && left.YPosition == right.YPosition && left.ZPosition == right.ZPosition;
+}

@@ -1,0 +1,297 @@
+#include "head/HeadChecks.h"
+#include "head/HeadTest.h"
+#include "support/SimulatedHead.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr const wchar_t* validating = L"RoundThePole::ValidateSafeArrayData";
+constexpr const wchar_t* tooFewA = L"Too Few A Axis Points Supplied";
+constexpr const wchar_t* tooFewB = L"Too Few B Axis Points Supplied";
+constexpr const wchar_t* bMoved = L"Invalid Data. B Axis Must Remain Fixed During A Axis Data Capture";
+constexpr const wchar_t* aMoved = L"Invalid Data. A Axis Must Remain Fixed During B Axis Data Capture";
+
+const double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+class AlignmentData : public HeadTest {
+protected:
+    AlignmentPoints First(const AlignmentPoints& points, std::size_t count) const {
+        return AlignmentPoints(points.begin(), points.begin() + static_cast<std::ptrdiff_t>(count));
+    }
+
+    const SimulatedHead simulated{.pole = {100.0, -200.0, -300.0}};
+    const AlignmentPoints aSet = simulated.ASet(45.0);
+    const AlignmentPoints bSet = simulated.BSet(75.0);
+    RoundThePole head;
+};
+
+TEST_F(AlignmentData, ThreeAPointsAreTooFewAndFourAreEnough) {
+    EXPECT_TRUE(FailedWith(Computing(head, First(aSet, 3), bSet), QMV_E_TOO_FEW_POINTS, validating, tooFewA, L""));
+    EXPECT_EQ(Computing(head, First(aSet, 4), bSet).code, S_OK);
+}
+
+TEST_F(AlignmentData, ThreeBPointsAreTooFewAndFourAreEnough) {
+    EXPECT_TRUE(FailedWith(Computing(head, aSet, First(bSet, 3)), QMV_E_TOO_FEW_POINTS, validating, tooFewB, L""));
+    EXPECT_EQ(Computing(head, aSet, First(bSet, 4)).code, S_OK);
+}
+
+TEST_F(AlignmentData, NoPointsAtAllAreTooFew) {
+    EXPECT_TRUE(FailedWith(Computing(head, {}, bSet), QMV_E_TOO_FEW_POINTS, validating, tooFewA, L""));
+    EXPECT_TRUE(FailedWith(Computing(head, aSet, {}), QMV_E_TOO_FEW_POINTS, validating, tooFewB, L""));
+}
+
+TEST_F(AlignmentData, WhenBothSetsAreTooShortOnlyTheASetIsReported) {
+    EXPECT_TRUE(
+        FailedWith(Computing(head, First(aSet, 3), First(bSet, 3)), QMV_E_TOO_FEW_POINTS, validating, tooFewA, L""));
+}
+
+TEST_F(AlignmentData, TheASetIsCheckedCompletelyBeforeTheBSetIsLookedAt) {
+    AlignmentPoints moved = aSet;
+    moved.back().BPosition = 60.0;
+    EXPECT_TRUE(FailedWith(Computing(head, moved, First(bSet, 3)), QMV_E_FIXED_AXIS_MOVED, validating, bMoved, L""));
+}
+
+TEST_F(AlignmentData, TheFixedAxisIsComparedWithoutTolerance) {
+    struct Case {
+        double other;
+        const char* why;
+    };
+    for (const Case& c : {Case{std::nextafter(45.0, 90.0), "one bit above"}, Case{std::nextafter(45.0, 0.0), "one bit below"},
+                          Case{-45.0, "another sign"}, Case{notANumber, "not a number"}}) {
+        SCOPED_TRACE(c.why);
+        for (std::size_t i = 1; i < aSet.size(); ++i) {
+            AlignmentPoints moved = aSet;
+            moved[i].BPosition = c.other;
+            EXPECT_TRUE(FailedWith(Computing(head, moved, bSet), QMV_E_FIXED_AXIS_MOVED, validating, bMoved, L""));
+        }
+    }
+    for (const Case& c : {Case{std::nextafter(75.0, 90.0), "one bit above"}, Case{notANumber, "not a number"}}) {
+        SCOPED_TRACE(c.why);
+        AlignmentPoints moved = bSet;
+        moved[2].APosition = c.other;
+        EXPECT_TRUE(FailedWith(Computing(head, aSet, moved), QMV_E_FIXED_AXIS_MOVED, validating, aMoved, L""));
+    }
+}
+
+TEST_F(AlignmentData, AFixedAxisThatIsNotANumberInEveryElementIsRefused) {
+    AlignmentPoints a = aSet;
+    AlignmentPoints b = bSet;
+    for (HeadAlignmentDataItem& item : a) item.BPosition = notANumber;
+    for (HeadAlignmentDataItem& item : b) item.APosition = notANumber;
+    EXPECT_TRUE(FailedWith(Computing(head, a, bSet), QMV_E_FIXED_AXIS_MOVED, validating, bMoved, L""));
+    EXPECT_TRUE(FailedWith(Computing(head, aSet, b), QMV_E_FIXED_AXIS_MOVED, validating, aMoved, L""));
+}
+
+TEST_F(AlignmentData, PlusAndMinusZeroAreTheSameFixedAngle) {
+    AlignmentPoints a = simulated.ASet(0.0);
+    a[3].BPosition = -0.0;
+    EXPECT_EQ(Computing(head, a, bSet).code, S_OK);
+}
+
+TEST_F(AlignmentData, TheTurningAxisMayHoldAnything) {
+    RoundThePole plain;
+    ASSERT_EQ(Computing(plain, aSet, bSet).code, S_OK);
+    AlignmentPoints a = aSet;
+    AlignmentPoints b = bSet;
+    for (HeadAlignmentDataItem& item : a) item.APosition = notANumber;
+    b[0].BPosition = 1e300;
+    b[1].BPosition = b[2].BPosition;
+    ASSERT_EQ(Computing(head, a, b).code, S_OK);
+    EXPECT_EQ(TripleOf(head.HeadCentre()), TripleOf(plain.HeadCentre()));
+    EXPECT_EQ(head.RequiredRotationAroundZ(), plain.RequiredRotationAroundZ());
+}
+
+TEST_F(AlignmentData, StoredPointsAreTheMeasuredOnesWithoutTheShiftOfUnlocking) {
+    ASSERT_EQ(Computing(head, WithNoise(aSet, 0.5, 1), WithNoise(bSet, 0.5, 2)).code, S_OK);
+    const auto withoutShift = [](AlignmentPoints points) {
+        for (HeadAlignmentDataItem& point : points) point.ZPosition += 1.5; // the built-in shift is (0, 0, -1.5)
+        return PointsOf(points);
+    };
+    // Bit for bit: points this far off their planes would show any projection.
+    EXPECT_EQ(PointsOf(head.AAxisPoints()), withoutShift(WithNoise(aSet, 0.5, 1)));
+    EXPECT_EQ(PointsOf(head.BAxisPoints()), withoutShift(WithNoise(bSet, 0.5, 2)));
+}
+
+TEST_F(AlignmentData, TheShiftOfUnlockingComesFromTheSettings) {
+    Store("Locked To Unlocked X Offset", "0.1000");
+    Store("Locked To Unlocked Y Offset", "-2.25");
+    Store("Locked To Unlocked Z Offset", "0.7");
+    ASSERT_EQ(Computing(head, aSet, bSet).code, S_OK);
+    const auto withoutShift = [](AlignmentPoints points) {
+        for (HeadAlignmentDataItem& point : points) {
+            point.XPosition -= 0.1;
+            point.YPosition -= -2.25;
+            point.ZPosition -= 0.7;
+        }
+        return PointsOf(points);
+    };
+    EXPECT_EQ(PointsOf(head.AAxisPoints()), withoutShift(aSet));
+    EXPECT_EQ(PointsOf(head.BAxisPoints()), withoutShift(bSet));
+}
+
+TEST_F(AlignmentData, TheCallersArraysKeepWhatWasMeasured) {
+    AlignmentArray a(aSet);
+    AlignmentArray b(bSet);
+    head.ComputeGeometry(a.Address(), b.Address());
+    const auto same = [](const AlignmentPoints& left, const AlignmentPoints& right) {
+        return left.size() == right.size() &&
+               std::memcmp(left.data(), right.data(), left.size() * sizeof(HeadAlignmentDataItem)) == 0;
+    };
+    EXPECT_TRUE(same(a.Items(), aSet));
+    EXPECT_TRUE(same(b.Items(), bSet));
+}
+
+TEST_F(AlignmentData, TheCallersArraysAreLeftUnlocked) {
+    AlignmentArray a(First(aSet, 3));
+    AlignmentArray b(bSet);
+    EXPECT_EQ(RaisedBy([&] { head.ComputeGeometry(a.Address(), b.Address()); }).code, QMV_E_TOO_FEW_POINTS);
+    EXPECT_EQ(a.Get()->cLocks, 0U);
+    EXPECT_EQ(b.Get()->cLocks, 0U);
+}
+
+TEST_F(AlignmentData, TheBAngleOfTheASetIsKept) {
+    ASSERT_EQ(Computing(head, simulated.ASet(-135.0), bSet).code, S_OK);
+    EXPECT_EQ(head.AAxisCaptureBPosition(), -135.0);
+}
+
+TEST_F(AlignmentData, TheBAngleOfTheASetIsKeptEvenWhenTheBSetIsRefused) {
+    EXPECT_EQ(Computing(head, simulated.ASet(-45.0), First(bSet, 3)).code, QMV_E_TOO_FEW_POINTS);
+    EXPECT_EQ(head.AAxisCaptureBPosition(), -45.0);
+}
+
+TEST_F(AlignmentData, ASecondComputationForgetsTheFirst) {
+    ASSERT_EQ(Computing(head, simulated.ASet(45.0, 9), simulated.BSet(90.0, 11)).code, S_OK);
+    ASSERT_EQ(Computing(head, aSet, bSet).code, S_OK);
+    RoundThePole once;
+    ASSERT_EQ(Computing(once, aSet, bSet).code, S_OK);
+    EXPECT_EQ(PointsOf(head.AAxisPoints()), PointsOf(once.AAxisPoints()));
+    EXPECT_EQ(PointsOf(head.BAxisPoints()), PointsOf(once.BAxisPoints()));
+    EXPECT_EQ(TripleOf(head.HeadCentre()), TripleOf(once.HeadCentre()));
+    EXPECT_EQ(TripleOf(head.AAxis()), TripleOf(once.AAxis()));
+    EXPECT_EQ(TripleOf(head.DriveCupOffset()), TripleOf(once.DriveCupOffset()));
+    EXPECT_EQ(AnswerFor(head, &RoundThePole::LeverLockedPosition, 0),
+              AnswerFor(once, &RoundThePole::LeverLockedPosition, 0));
+}
+
+TEST_F(AlignmentData, AddingASetAppendsToWhatTheArrayHolds) {
+    AlignmentArray a(aSet);
+    CMaPointArray points = ArrayOf({{1.0, 2.0, 3.0}});
+    head.AddDataToPointArrays(a.Address(), points);
+    std::vector<Triple> expected = PointsOf(aSet);
+    expected.insert(expected.begin(), {1.0, 2.0, 3.0});
+    EXPECT_EQ(PointsOf(points), expected);
+    EXPECT_EQ(a.Get()->cLocks, 0U);
+}
+
+TEST_F(AlignmentData, TheShiftLeavesTheAnglesAlone) {
+    AlignmentArray a(aSet);
+    head.ModifyDataForLockedPosition(a.Address());
+    const AlignmentPoints shifted = a.Items();
+    for (std::size_t i = 0; i < aSet.size(); ++i) {
+        EXPECT_EQ(shifted[i].APosition, aSet[i].APosition);
+        EXPECT_EQ(shifted[i].BPosition, aSet[i].BPosition);
+        EXPECT_EQ(shifted[i].XPosition, aSet[i].XPosition);
+        EXPECT_EQ(shifted[i].YPosition, aSet[i].YPosition);
+        EXPECT_EQ(shifted[i].ZPosition, aSet[i].ZPosition + 1.5);
+    }
+    EXPECT_EQ(a.Get()->cLocks, 0U);
+}
+
+/// Arrays that do not hold one point of 40 bytes at every index from 0 to their upper bound.
+TEST_F(AlignmentData, AnArrayOfAnotherShapeIsRefused) {
+    struct Case {
+        const char* why;
+        AlignmentArray array;
+        const AlignmentPoints& other;
+    };
+    const auto cases = [](const AlignmentPoints& points, const AlignmentPoints& other) {
+        std::vector<Case> list;
+        list.push_back({"nothing at index 0", AlignmentArray::WithLowerBound(points, 1), other});
+        list.push_back({"an upper bound far from the elements", AlignmentArray::WithLowerBound(points, 1000000), other});
+        list.push_back({"elements too small to be points", AlignmentArray::WithElementSize(points, 8), other});
+        list.push_back({"elements one number short", AlignmentArray::WithElementSize(points, 32), other});
+        list.push_back({"elements larger than a point", AlignmentArray::WithElementSize(points, 48), other});
+        list.push_back({"two dimensions", AlignmentArray::WithDimensions(points, 2), other});
+        list.push_back({"three dimensions", AlignmentArray::WithDimensions(points, 3), other});
+        return list;
+    };
+    for (Case& c : cases(aSet, bSet)) {
+        SCOPED_TRACE(c.why);
+        AlignmentArray b(c.other);
+        const Raised raised = RaisedBy([&] { head.ComputeGeometry(c.array.Address(), b.Address()); });
+        EXPECT_TRUE(FailedWith(raised, DISP_E_BADINDEX, validating, L"Unspecified", L"Unspecified"));
+    }
+    for (Case& c : cases(bSet, aSet)) {
+        SCOPED_TRACE(c.why);
+        AlignmentArray a(c.other);
+        const Raised raised = RaisedBy([&] { head.ComputeGeometry(a.Address(), c.array.Address()); });
+        EXPECT_TRUE(FailedWith(raised, DISP_E_BADINDEX, validating, L"Unspecified", L"Unspecified"));
+    }
+}
+
+TEST_F(AlignmentData, TooFewPointsAreReportedBeforeTheShape) {
+    const AlignmentPoints three = First(aSet, 3);
+    const AlignmentPoints two = First(aSet, 2);
+    AlignmentArray cases[] = {AlignmentArray::WithElementSize(three, 48), AlignmentArray::WithDimensions(three, 2),
+                              AlignmentArray::WithLowerBound(two, 1), AlignmentArray::WithLowerBound(aSet, -5)};
+    for (AlignmentArray& a : cases) {
+        AlignmentArray b(bSet);
+        const Raised raised = RaisedBy([&] { head.ComputeGeometry(a.Address(), b.Address()); });
+        EXPECT_TRUE(FailedWith(raised, QMV_E_TOO_FEW_POINTS, validating, tooFewA, L""));
+    }
+}
+
+TEST_F(AlignmentData, TheUpperBoundOfAnArrayThatBeginsAtOneCountsAsIfItBeganAtZero) {
+    // Three elements, but an upper bound of 3: enough by the bound alone, and refused for the index 0 that is not there.
+    AlignmentArray a = AlignmentArray::WithLowerBound(First(aSet, 3), 1);
+    AlignmentArray b(bSet);
+    const Raised raised = RaisedBy([&] { head.ComputeGeometry(a.Address(), b.Address()); });
+    EXPECT_TRUE(FailedWith(raised, DISP_E_BADINDEX, validating, L"Unspecified", L"Unspecified"));
+}
+
+TEST_F(AlignmentData, AnArrayThatBeginsBelowZeroIsTakenInTheOrderOfItsMemory) {
+    // Seven elements from index -2: the upper bound is 4, so five points are used, and they are the first five stored.
+    AlignmentArray a = AlignmentArray::WithLowerBound(aSet, -2);
+    AlignmentArray b = AlignmentArray::WithLowerBound(bSet, -1);
+    ASSERT_EQ(RaisedBy([&] { head.ComputeGeometry(a.Address(), b.Address()); }).code, S_OK);
+    RoundThePole plain;
+    ASSERT_EQ(Computing(plain, First(aSet, 5), First(bSet, 6)).code, S_OK);
+    EXPECT_EQ(PointsOf(head.AAxisPoints()), PointsOf(plain.AAxisPoints()));
+    EXPECT_EQ(PointsOf(head.BAxisPoints()), PointsOf(plain.BAxisPoints()));
+}
+
+TEST_F(AlignmentData, ANullArrayIsRefusedByItsBoundQuery) {
+    AlignmentArray nothing = AlignmentArray::Null();
+    AlignmentArray a(aSet);
+    AlignmentArray b(bSet);
+    const Raised withoutA = RaisedBy([&] { head.ComputeGeometry(nothing.Address(), b.Address()); });
+    EXPECT_TRUE(FailedWith(withoutA, E_INVALIDARG, validating, L"Unspecified", L"Unspecified"));
+    const Raised withoutB = RaisedBy([&] { head.ComputeGeometry(a.Address(), nothing.Address()); });
+    EXPECT_TRUE(FailedWith(withoutB, E_INVALIDARG, validating, L"Unspecified", L"Unspecified"));
+}
+
+TEST_F(AlignmentData, ARefusedSetLeavesAHeadWithIdealAxesAndNoPoints) {
+    SimulatedHead turned = simulated;
+    turned.mountingAngle = 20.0;
+    ASSERT_EQ(Computing(head, turned.ASet(45.0), turned.BSet(75.0)).code, S_OK);
+    const Triple centre = TripleOf(head.HeadCentre());
+    const double rotation = head.RequiredRotationAroundZ();
+    const Triple lever = AnswerFor(head, &RoundThePole::LeverLockedPosition, 0);
+    ASSERT_GT(std::abs(head.AAxis()[1]), 0.1);
+
+    EXPECT_EQ(Computing(head, First(aSet, 3), bSet).code, QMV_E_TOO_FEW_POINTS);
+    EXPECT_EQ(TripleOf(head.AAxis()), (Triple{-1.0, 0.0, 0.0}));
+    EXPECT_EQ(TripleOf(head.BAxis()), (Triple{0.0, 0.0, 1.0}));
+    EXPECT_EQ(TripleOf(head.ApproachDirection()), (Triple{0.0, 1.0, 0.0}));
+    EXPECT_EQ(TripleOf(head.DriveCupOffset()), (Triple{-6.95, 24.0, -11.5}));
+    EXPECT_TRUE(PointsOf(head.AAxisPoints()).empty());
+    EXPECT_TRUE(PointsOf(head.BAxisPoints()).empty());
+    // No roll back and no clearing either: what later steps would have filled is what it was.
+    EXPECT_EQ(TripleOf(head.HeadCentre()), centre);
+    EXPECT_EQ(head.RequiredRotationAroundZ(), rotation);
+    EXPECT_EQ(AnswerFor(head, &RoundThePole::LeverLockedPosition, 0), lever);
+}
+
+} // namespace

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "head/RoundThePole.h"
+#include "interface/ErrorCodes.h"
+#include "support/AlignmentArray.h"
+#include "support/ErrorRecord.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// Small words that the tests of the head model share.
+
+using Triple = std::array<double, 3>;
+using AlignmentPoints = std::vector<HeadAlignmentDataItem>;
+
+inline Triple TripleOf(const CMaVector& vector) { return {vector[0], vector[1], vector[2]}; }
+
+inline Triple Sum(const Triple& left, const Triple& right) {
+    return {left[0] + right[0], left[1] + right[1], left[2] + right[2]};
+}
+
+/// What a query writes into the vector that it is given.
+template <class Query> Triple Answer(Query&& query) {
+    CMaVector out(std::nan(""), std::nan(""), std::nan(""));
+    std::forward<Query>(query)(out);
+    return TripleOf(out);
+}
+
+/// A query for one lever.
+using LeverQuery = void (RoundThePole::*)(int, CMaVector&) const;
+inline Triple AnswerFor(const RoundThePole& head, LeverQuery query, int lever) {
+    return Answer([&](CMaVector& out) { (head.*query)(lever, out); });
+}
+
+/// Right-handed turn about the vertical through the origin, with the full pi.
+inline Triple TurnedAboutZ(const Triple& v, double angleDegrees) {
+    const double angle = angleDegrees * 3.14159265358979323846 / 180.0;
+    return {std::cos(angle) * v[0] - std::sin(angle) * v[1], std::sin(angle) * v[0] + std::cos(angle) * v[1], v[2]};
+}
+
+inline double Distance(const Triple& left, const Triple& right) {
+    return std::hypot(left[0] - right[0], left[1] - right[1], left[2] - right[2]);
+}
+
+/// Whether two points or directions are no further apart than `tolerance`; never when a coordinate is not a number.
+inline testing::AssertionResult AreNear(const Triple& actual, const Triple& expected, double tolerance) {
+    if (Distance(actual, expected) <= tolerance) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << testing::PrintToString(actual) << " is " << Distance(actual, expected)
+                                       << " from " << testing::PrintToString(expected);
+}
+
+/// The alignment points of an array, in their order.
+inline std::vector<Triple> PointsOf(const CMaPointArray& array) {
+    std::vector<Triple> points;
+    for (int i = 0; i < array.GetSize(); ++i) points.push_back(TripleOf(array[i].To3DVector()));
+    return points;
+}
+
+inline std::vector<Triple> PointsOf(const AlignmentPoints& items) {
+    std::vector<Triple> points;
+    for (const HeadAlignmentDataItem& item : items) points.push_back({item.XPosition, item.YPosition, item.ZPosition});
+    return points;
+}
+
+inline CMaPointArray ArrayOf(const std::vector<Triple>& points) {
+    CMaPointArray array(0);
+    for (const Triple& point : points) array.Add(CMaPoint(point[0], point[1], point[2]));
+    return array;
+}
+
+/// Items at the given points, with the same A and B everywhere.
+inline AlignmentPoints ItemsAt(const std::vector<Triple>& points, double a, double b) {
+    AlignmentPoints items;
+    for (const Triple& point : points) items.push_back({a, b, point[0], point[1], point[2]});
+    return items;
+}
+
+/// How ComputeGeometry ends for these two sets.
+inline Raised Computing(RoundThePole& head, const AlignmentPoints& aPoints, const AlignmentPoints& bPoints) {
+    AlignmentArray a(aPoints);
+    AlignmentArray b(bPoints);
+    return RaisedBy([&] { head.ComputeGeometry(a.Address(), b.Address()); });
+}
+
+/// Whether a call failed with this code and left this record.
+inline testing::AssertionResult FailedWith(const Raised& raised, HRESULT code, const std::wstring& source,
+                                           const std::wstring& description, const std::wstring& helpFile) {
+    if (raised.code != code)
+        return testing::AssertionFailure() << std::hex << "code 0x" << static_cast<unsigned long>(raised.code)
+                                           << " instead of 0x" << static_cast<unsigned long>(code);
+    if (!raised.record) return testing::AssertionFailure() << "no error record";
+    if (raised.record->source != source)
+        return testing::AssertionFailure() << "source " << testing::PrintToString(raised.record->source);
+    if (raised.record->description != description)
+        return testing::AssertionFailure() << "description " << testing::PrintToString(raised.record->description);
+    if (raised.record->helpFile != helpFile)
+        return testing::AssertionFailure() << "help file " << testing::PrintToString(raised.record->helpFile);
+    return testing::AssertionSuccess();
+}

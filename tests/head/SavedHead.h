@@ -1,0 +1,41 @@
+#pragma once
+
+#include "head/RoundThePole.h"
+#include "support/Bstr.h"
+#include "support/TemporaryFolder.h"
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+/// A head geometry file to load a head from, so that a test can say where a head stands without measuring one.
+struct SavedHead {
+    std::array<double, 3> headCentre{0.0, 0.0, 0.0};
+    std::array<double, 3> safePosition{0.0, 0.0, 0.0};
+    double rotation = 0.0; ///< about the machine's Z axis, degrees
+
+    /// The file's text, every number with all its digits.
+    std::string Text() const {
+        return "[HEADCENTRE]\r\n" + Coordinates(headCentre) + "[SAFEPOSITION]\r\n" + Coordinates(safePosition) +
+               "[AlignmentOffset]\r\nRequiredRotationAroundZ=" + Digits(rotation) + "\r\n";
+    }
+
+    void LoadInto(RoundThePole& head) const {
+        const TemporaryFolder folder;
+        const std::filesystem::path path = folder.Path("head.ini");
+        std::ofstream(path, std::ios::binary) << Text();
+        Bstr name(path);
+        head.LoadFromFile(name.Address());
+    }
+
+private:
+    static std::string Digits(double value) {
+        char text[40];
+        std::snprintf(text, sizeof text, "%.17g", value);
+        return text;
+    }
+    static std::string Coordinates(const std::array<double, 3>& point) {
+        return "X=" + Digits(point[0]) + "\r\nY=" + Digits(point[1]) + "\r\nZ=" + Digits(point[2]) + "\r\n";
+    }
+};

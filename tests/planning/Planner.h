@@ -1,0 +1,50 @@
+#pragma once
+
+#include "head/HeadChecks.h"
+#include "head/SavedHead.h"
+#include "planning/MovePlanner.h"
+#include "head/HeadTest.h"
+
+#include <cstring>
+
+/// The planner with its state open: a head to fill, and angles to say where it stands.
+class Planner : public MovePlanner {
+public:
+    RoundThePole& Head() noexcept { return headGeometry; }
+    void StandAt(double a, double b) noexcept {
+        currentA = a;
+        currentB = b;
+    }
+    RequiredMoves Plan(double targetA, double targetB) const {
+        RequiredMoves moves{};
+        PlanMoves(targetA, targetB, moves);
+        return moves;
+    }
+};
+
+inline Triple TripleOf(const XYZData& position) { return {position.XPosition, position.YPosition, position.ZPosition}; }
+inline Triple OriginOf(const ArcData& arc) { return {arc.XOrigin, arc.YOrigin, arc.ZOrigin}; }
+inline Triple VectorOf(const ArcData& arc) { return {arc.iRotationVector, arc.jRotationVector, arc.kRotationVector}; }
+inline CMaVector MaVectorOf(const Triple& v) { return CMaVector(v[0], v[1], v[2]); }
+
+/// Where the head stands in tests with hand-worked numbers: far from the origin, exactly representable, not turned.
+inline constexpr Triple workedCentre{128.0, -64.0, 512.0};
+inline constexpr double workedSafeZ = 547.0;
+
+/// Sums of decimal numbers with coordinates of this size.
+inline constexpr double workedRounding = 5e-13;
+
+class Planning : public HeadTest {
+protected:
+    void SetUp() override {
+        LoadWorkedHead();
+    }
+    void LoadWorkedHead(double rotation = 0.0) {
+        SavedHead{.headCentre = workedCentre, .rotation = rotation}.LoadInto(planner.Head());
+    }
+    /// Position of an offset from the worked head's centre.
+    static Triple FromCentre(double x, double y, double z) { return Sum(workedCentre, {x, y, z}); }
+
+    Planner planner;
+    RequiredMoves moves{};
+};

@@ -1,0 +1,85 @@
+#include "platform/NumberText.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <string>
+
+/// The C library's own conversions, correctly rounded here, in a program that never leaves the C locale.
+
+namespace {
+
+constexpr std::uint64_t seed = 71239;
+
+testing::AssertionResult IsReadAsTheLibraryDoes(const std::string& text) {
+    const double ours = TextToDouble(text.c_str());
+    const double theirs = std::strtod(text.c_str(), nullptr);
+    const bool isSame = std::bit_cast<std::uint64_t>(ours) == std::bit_cast<std::uint64_t>(theirs);
+    if (isSame || (std::isnan(ours) && std::isnan(theirs))) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << '"' << text << "\" is read as " << ours << ", not as " << theirs;
+}
+
+std::string Printed(const char* format, double value) {
+    char text[64];
+    std::snprintf(text, sizeof text, format, value);
+    return text;
+}
+
+TEST(TextToDouble, AgreesWithStrtodOnEveryShapeOfText) {
+    SCOPED_TRACE(seed);
+    std::mt19937_64 random(seed);
+    const std::string pieces[] = {"0", "1", "7",  "9",   "00",  "5",    ".",   ".",    "e",   "E",
+                                  "+", "-", "0x", "a",   "F",   "p",    "P",   "inf",  "nan", "(",
+                                  ")", " ", "\t", "308", "324", "1074", "e-3", "p-10", ",",   "i"};
+    for (int i = 0; i < 300000; ++i) {
+        std::string text;
+        for (std::uint64_t length = random() % 9; length > 0; --length) text += pieces[random() % std::size(pieces)];
+        ASSERT_TRUE(IsReadAsTheLibraryDoes(text));
+    }
+}
+
+TEST(TextToDouble, AgreesWithStrtodOnEveryNumberPrintedInAnyWay) {
+    SCOPED_TRACE(seed);
+    std::mt19937_64 random(seed);
+    for (int i = 0; i < 100000; ++i) {
+        const double value = std::bit_cast<double>(random());
+        for (const char* const format : {"%.17g", "%.16e", "%.20e", "%.9e", "%g", "%a", "%.3a"})
+            ASSERT_TRUE(IsReadAsTheLibraryDoes(Printed(format, value)));
+    }
+}
+
+TEST(TextToDouble, AgreesWithStrtodAroundBothEndsOfTheRange) {
+    SCOPED_TRACE(seed);
+    std::mt19937_64 random(seed);
+    for (int i = 0; i < 100000; ++i) {
+        const std::string digits = std::to_string(random());
+        const std::string point = random() % 2 == 0 ? "." : "";
+        const int large = 280 + static_cast<int>(random() % 40), small = -300 - static_cast<int>(random() % 60);
+        ASSERT_TRUE(
+            IsReadAsTheLibraryDoes(digits.substr(0, 1) + point + digits.substr(1) + "e" + std::to_string(large)));
+        ASSERT_TRUE(
+            IsReadAsTheLibraryDoes("-" + digits.substr(0, 1) + point + digits.substr(1) + "e" + std::to_string(small)));
+        ASSERT_TRUE(IsReadAsTheLibraryDoes("0x" + digits.substr(0, 1) + point + digits.substr(1) + "p" +
+                                           std::to_string(small * 3 - 90)));
+        ASSERT_TRUE(IsReadAsTheLibraryDoes("0x" + digits.substr(0, 1) + point + digits.substr(1) + "p" +
+                                           std::to_string(large * 3)));
+    }
+}
+
+TEST(DoubleToScientific, AgreesWithPrintfOnEveryNumber) {
+    SCOPED_TRACE(seed);
+    std::mt19937_64 random(seed);
+    std::uniform_real_distribution<double> coordinate(-2000.0, 2000.0);
+    for (int i = 0; i < 200000; ++i) {
+        for (const double value :
+             {std::bit_cast<double>(random()), coordinate(random), std::round(coordinate(random) * 1e7) / 16})
+            ASSERT_EQ(DoubleToScientific(value).data(), Printed("%.9e", value));
+    }
+}
+
+} // namespace

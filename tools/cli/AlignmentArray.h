@@ -1,0 +1,19 @@
+#pragma once
+
+#include "interface/IQMVCalculator.h"
+
+#include <span>
+
+/// Captured points in the array in which they cross the interface: one dimension, indexed from 0.
+class AlignmentArray {
+public:
+    explicit AlignmentArray(std::span<const HeadAlignmentDataItem> items);
+    AlignmentArray(const AlignmentArray&) = delete;
+    AlignmentArray& operator=(const AlignmentArray&) = delete;
+    ~AlignmentArray();
+
+    SAFEARRAY** Address() noexcept { return &array; }
+
+private:
+    SAFEARRAY* array = nullptr;
+};

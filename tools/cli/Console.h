@@ -1,0 +1,13 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+
+/// Where a command writes: data to `out`, messages to `err`.
+struct Console {
+    std::ostream& out;
+    std::ostream& err;
+    bool colour = false; ///< plain data may carry terminal colours
+
+    std::string Strong(const std::string& text) const { return colour ? "\x1b[1m" + text + "\x1b[0m" : text; }
+};

@@ -1,0 +1,106 @@
+#include "cli/Fits.h"
+
+#include "cli/ComponentError.h"
+#include "maths/LibraryStep.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+constexpr long iterationLimit = 200000;
+
+double Degrees(double radians) { return radians * 180.0 / std::numbers::pi; }
+
+CMaVector Difference(const CMaVector& a, const CMaVector& b) { return a + b * -1.0; }
+
+CMaVector Normalised(const CMaVector& v) { return v * (1.0 / v.Magnitude()); }
+
+template <typename Measure> Residuals ResidualsOf(const CMaPointArray& points, Measure&& measure) {
+    Residuals residuals;
+    for (int i = 0; i < points.GetSize(); ++i) residuals.values.push_back(measure(points[i].To3DVector()));
+    return residuals;
+}
+
+/// Fits `shape`, speaking of a failure as the component does.
+template <typename Fit> void Fitted(const wchar_t* source, const wchar_t* description, Fit&& fit) {
+    const ErrorContext context{source, description};
+    CatchingCodes("fit", [&] { LibraryStep(context, fit); });
+}
+
+double DistanceFromCircle(const CMaCircle& circle, const CMaVector& point) {
+    const CMaVector fromCentre = Difference(point, circle.GetCentre().To3DVector());
+    const CMaVector normal = circle.GetNormal();
+    const double fromAxis = (normal * fromCentre).Magnitude();
+    return std::hypot(normal % fromCentre, fromAxis - circle.GetRadius());
+}
+
+/// Where the points stand on the circle, degrees from the first one.
+std::vector<double> Bearings(const CMaCircle& circle, const CMaPointArray& points) {
+    const CMaVector centre = circle.GetCentre().To3DVector();
+    const CMaVector normal = circle.GetNormal();
+    const CMaVector across = Normalised(normal * Difference(points[0].To3DVector(), centre));
+    const CMaVector along = across * normal;
+    return ResidualsOf(points, [&](const CMaVector& point) {
+               const CMaVector fromCentre = Difference(point, centre);
+               return Degrees(std::atan2(fromCentre % across, fromCentre % along));
+           })
+        .values;
+}
+
+double ArcCovered(const CMaCircle& circle, const CMaPointArray& points) {
+    std::vector<double> bearings = Bearings(circle, points);
+    std::ranges::sort(bearings);
+    double widestGap = bearings.front() + 360.0 - bearings.back();
+    for (std::size_t i = 1; i < bearings.size(); ++i) widestGap = std::max(widestGap, bearings[i] - bearings[i - 1]);
+    return 360.0 - widestGap;
+}
+
+} // namespace
+
+double Residuals::Rms() const {
+    double sum = 0.0;
+    for (const double value : values) sum += value * value;
+    return std::sqrt(sum / static_cast<double>(values.size()));
+}
+
+std::size_t Residuals::Worst() const {
+    const auto size = [](double value) { return std::abs(value); };
+    return static_cast<std::size_t>(std::ranges::max_element(values, {}, size) - values.begin());
+}
+
+CircleFit FitCircle(const CMaPointArray& points) {
+    CMaCircle circle(1.0);
+    Fitted(L"CMaCircle::Fit", L"Error Fitting points to a circle", [&] { circle.Fit(points, iterationLimit); });
+    const auto distance = [&circle](const CMaVector& point) { return DistanceFromCircle(circle, point); };
+    return {circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius(), ResidualsOf(points, distance),
+            ArcCovered(circle, points)};
+}
+
+PlaneFit FitPlane(const CMaPointArray& points) {
+    CMaPlane plane;
+    Fitted(L"CMaPlane::Fit", L"Error Fitting points to a plane", [&] { plane.Fit(points); });
+    const CMaVector point = plane.GetPoint().To3DVector();
+    const CMaVector normal = WithLargestPositive(plane.GetNormal());
+    return {point, normal, ResidualsOf(points, [&](const CMaVector& p) { return normal % Difference(p, point); })};
+}
+
+LineFit FitLine(const CMaPointArray& points) {
+    CMaLine line;
+    Fitted(L"CMaLine::Fit", L"Error Fitting points to a line", [&] { line.Fit(points); });
+    const CMaVector point = line.GetPoint().To3DVector();
+    const CMaVector direction = WithLargestPositive(line.GetDirection());
+    const auto distance = [&](const CMaVector& p) { return (direction * Difference(p, point)).Magnitude(); };
+    return {point, direction, ResidualsOf(points, distance)};
+}
+
+CMaVector Facing(const CMaVector& direction, const CMaVector& reference) {
+    return direction % reference < 0.0 ? direction * -1.0 : direction;
+}
+
+CMaVector WithLargestPositive(const CMaVector& direction) {
+    const std::initializer_list<double> components{direction[0], direction[1], direction[2]};
+    const auto size = [](double value) { return std::abs(value); };
+    return std::ranges::max(components, {}, size) < 0.0 ? direction * -1.0 : direction;
+}

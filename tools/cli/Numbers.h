@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Numbers as text and back, with `.` as the decimal mark whatever the locale.
+
+/// With a fixed number of decimals, for people: what rounds to zero carries no sign.
+std::string FixedText(double value, int decimals);
+
+/// The shortest text that reads back to the same bits.
+std::string ExactText(double value);
+
+/// A number read from text, or what is wrong with the text.
+struct ParsedNumber {
+    double value = 0.0;
+    const char* problem = nullptr; ///< completes a sentence that begins with the text; null when there is a value
+};
+
+/// Reads a decimal number that takes up the whole text. Only finite numbers are accepted.
+ParsedNumber ParseNumber(std::string_view text);

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+/// The tool's own texts are UTF-8 on every platform; the component's are wide.
+
+std::string ToUtf8(std::wstring_view wide);
+std::filesystem::path PathOf(const std::string& utf8Name);
+
+/// Without blanks and tabulators at either end.
+std::string_view Trimmed(std::string_view text);
+
+/// Equal but for the case of the letters A to Z.
+bool SameName(std::string_view left, std::string_view right);

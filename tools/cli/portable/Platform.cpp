@@ -1,0 +1,54 @@
+#include "cli/Platform.h"
+
+#include "cli/Failures.h"
+#include "cli/Text.h"
+
+#include <cstdlib>
+#include <optional>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char* settingsVariable = "QMV40_SETTINGS";
+
+std::optional<std::string> Environment(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
+
+} // namespace
+
+ComponentRuntime::ComponentRuntime() = default;
+ComponentRuntime::~ComponentRuntime() = default;
+
+struct SettingsOverride::State {
+    std::optional<std::string> before = Environment(settingsVariable);
+};
+
+SettingsOverride::SettingsOverride(const std::string& fileName) {
+    if (fileName.empty()) return;
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(PathOf(fileName), ignored))
+        throw InputError{fileName, {}, "no such settings file"};
+    state = std::make_unique<State>();
+    setenv(settingsVariable, fileName.c_str(), 1);
+}
+
+SettingsOverride::~SettingsOverride() {
+    if (state == nullptr) return;
+    if (state->before) {
+        setenv(settingsVariable, state->before->c_str(), 1);
+    } else {
+        unsetenv(settingsVariable);
+    }
+}
+
+std::wstring FileNameForComponent(const std::filesystem::path& path) {
+    try {
+        return path.wstring();
+    } catch (const std::filesystem::filesystem_error&) {
+        throw InputError{path.string(), {}, "the name is not UTF-8"};
+    }
+}
+
+bool OutputIsTerminal() { return isatty(STDOUT_FILENO) != 0; }

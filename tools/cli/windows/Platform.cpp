@@ -1,0 +1,46 @@
+#include "cli/Platform.h"
+
+#include "cli/ComponentError.h"
+#include "cli/Failures.h"
+#include "cli/Text.h"
+
+namespace {
+
+/// The ANSI code page can express the name: the component hands it to functions that know no other.
+bool IsInAnsiCodePage(const std::wstring& name) {
+    BOOL usedDefault = FALSE;
+    WideCharToMultiByte(CP_THREAD_ACP, WC_NO_BEST_FIT_CHARS, name.c_str(), -1, nullptr, 0, nullptr, &usedDefault);
+    return usedDefault == FALSE;
+}
+
+} // namespace
+
+ComponentRuntime::ComponentRuntime() {
+    const HRESULT result = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    if (FAILED(result)) throw TakeComponentError(result, "CoInitializeEx");
+}
+
+ComponentRuntime::~ComponentRuntime() { CoUninitialize(); }
+
+struct SettingsOverride::State {};
+
+SettingsOverride::SettingsOverride(const std::string& fileName) {
+    if (!fileName.empty())
+        throw UsageError{"--settings: on Windows the head's dimensions stand in the registry; import " + fileName +
+                         " there instead"};
+}
+
+SettingsOverride::~SettingsOverride() = default;
+
+std::wstring FileNameForComponent(const std::filesystem::path& path) {
+    std::wstring name = path.wstring();
+    if (!IsInAnsiCodePage(name))
+        throw InputError{ToUtf8(name), {}, "the name has letters outside this machine's ANSI code page"};
+    return name;
+}
+
+bool OutputIsTerminal() {
+    DWORD mode = 0;
+    const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+    return GetConsoleMode(output, &mode) != 0 && SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
