@@ -1,26 +1,9 @@
 #include "errors/RaiseError.h"
 
 #include "interface/Identifiers.h"
+#include "platform/ComPointer.h"
 
 namespace {
-
-/// Holds one reference to an automation object for the length of a scope.
-template <typename Interface> class Held {
-public:
-    Held() = default;
-    Held(const Held&) = delete;
-    Held& operator=(const Held&) = delete;
-    ~Held() {
-        if (held != nullptr) held->Release();
-    }
-
-    Interface** Receive() noexcept { return &held; }
-    Interface* Get() const noexcept { return held; }
-    Interface* operator->() const noexcept { return held; }
-
-private:
-    Interface* held = nullptr;
-};
 
 /// The record's setters take modifiable text although they only read it.
 LPOLESTR AsSetterText(const wchar_t* text) noexcept { return const_cast<LPOLESTR>(text); }
@@ -37,16 +20,14 @@ void Fill(ICreateErrorInfo& record, const wchar_t* source, const wchar_t* descri
 
 /// Makes the texts the thread's error record: S_OK, or the failure code of the step that could not be done.
 HRESULT SetErrorRecord(const wchar_t* source, const wchar_t* description, const wchar_t* helpFile, DWORD helpContext) {
-    Held<ICreateErrorInfo> builder;
+    ComPointer<ICreateErrorInfo> builder;
     const HRESULT created = CreateErrorInfo(builder.Receive());
     if (builder.Get() == nullptr) return FAILED(created) ? created : E_OUTOFMEMORY;
     Fill(*builder.Get(), source, description, helpFile, helpContext);
 
-    Held<IErrorInfo> record;
-    void* answer = nullptr;
-    const HRESULT asked = builder->QueryInterface(IID_IErrorInfo, &answer);
+    ComPointer<IErrorInfo> record;
+    const HRESULT asked = builder->QueryInterface(IID_IErrorInfo, record.ReceiveVoid());
     if (FAILED(asked)) return asked;
-    *record.Receive() = static_cast<IErrorInfo*>(answer);
     return SetErrorInfo(0, record.Get());
 }
 

@@ -212,18 +212,51 @@ public:
     std::optional<Descended> Run() {
         while (straightSteps < 3) {
             const std::optional<Vector6> change = Solve(here, damping);
-            if (!change)
-                LeaveTheBowl();
-            else if (Step(*change))
-                return Descended{circle, here.value};
+            const bool done = change ? Step(*change) : ChangeCourse();
+            if (done) return Descended{circle, here.value};
+            if (damping > hopeless) return std::nullopt;
         }
         return std::nullopt;
     }
 
 private:
+    static constexpr double dampingLimit = 1e9; ///< steps are so small that they change nothing
+    static constexpr double hopeless = 1e3 * dampingLimit;
+
     Expansion Look(const Circle& at, Hessian which) {
         if (limits.stepsLeft-- <= 0) throw GeometryError(GeometryError::Reason::LimitReached);
         return Expand(at, points, which);
+    }
+
+    /// The sum of squares is not shaped like a bowl here. True when it is level all the same, and leads down nowhere.
+    bool ChangeCourse() {
+        const bool level = hessian == Hessian::Exact && relaxedSize < 1e-6;
+        if (level) return !LeaveTheSaddle();
+        LeaveTheBowl();
+        return false;
+    }
+
+    /// Off a saddle along its steepest way down, which the gradient does not show. False when there is none.
+    bool LeaveTheSaddle() {
+        const Expansion bowl = Look(circle, Hessian::GaussNewton);
+        Vector6 scale;
+        for (std::size_t i = 0; i < 6; ++i) scale[i] = 1.0 / std::sqrt(bowl.hessian[i][i]);
+        Matrix6 scaled = here.hessian;
+        for (std::size_t i = 0; i < 6; ++i)
+            for (std::size_t k = 0; k < 6; ++k) scaled[i][k] *= scale[i] * scale[k];
+        const SymmetricEigen<6> eigen(scaled);
+        relaxedSize = std::numeric_limits<double>::infinity();
+        for (double length = 0.5 * std::sqrt(2.0 * here.value); length * length > Noise(here.value); length *= -0.5) {
+            Vector6 change;
+            for (std::size_t i = 0; i < 6; ++i) change[i] = length * scale[i] * eigen.vectors[i][5];
+            const Circle next = Changed(circle, change);
+            const Expansion there = Look(next, Hessian::Exact);
+            if (!(there.value < here.value - Noise(here.value))) continue;
+            circle = next;
+            here = there;
+            return true;
+        }
+        return false;
     }
 
     /// Here the sum of squares is not shaped like a bowl, or a step led up: on with damped Gauss-Newton steps.
@@ -260,7 +293,7 @@ private:
     }
 
     bool Retreat() {
-        if (damping > 1e9) return true;
+        if (damping > dampingLimit) return true;
         LeaveTheBowl();
         return false;
     }
@@ -268,6 +301,7 @@ private:
     /// A step down with damping: less of it from here, and back to Newton's steps when the minimum is near.
     bool Relax(double size) {
         damping = damping < 1e-6 ? 0.0 : 0.1 * damping;
+        relaxedSize = size;
         if (size > 0.1) return false;
         hessian = Hessian::Exact;
         damping = 0.0;
@@ -297,6 +331,7 @@ private:
     Expansion here;
     Hessian hessian = Hessian::Exact;
     double damping = 0.0;
+    double relaxedSize = std::numeric_limits<double>::infinity(); ///< of the last step with damping
     double lastSize = std::numeric_limits<double>::infinity();
     double smallestSize = std::numeric_limits<double>::infinity();
     int stalls = 0;
@@ -343,7 +378,8 @@ Circle StartIn(const CMaVector& first, const CMaVector& second, const ScaledPoin
     const CMaVector normal = first * second;
     if (!(distance < straightRadius)) {
         const double bulge = 2.0 * vq / variance; // of the parabola that fits best
-        const double radius = std::min(1.0 / std::fabs(bulge), 0.1 * straightRadius);
+        const double ofParabola = 1.0 / std::fabs(bulge);
+        const double radius = ofParabola < straightRadius ? ofParabola : 10.0 * std::sqrt(q);
         const CMaVector outward = second * std::copysign(1.0, -bulge);
         return {CMaVector(0.0, 0.0, 0.0), outward, normal * outward, normal, radius};
     }
@@ -352,30 +388,66 @@ Circle StartIn(const CMaVector& first, const CMaVector& second, const ScaledPoin
     return {outward * (q / (radius + distance)), outward, normal * outward, normal, radius};
 }
 
+/// The points reach over 2 to 7 units, scaled as they are: about the height of a short arc, times its radius.
+constexpr double heightTimesRadius = 1.0;
+
+double StraightRadius(const ScaledPoints& points) noexcept { return heightTimesRadius / (4.0 * points.GetRounding()); }
+
+/// Whether the arc stands so clearly out of the noise that there is no doubt on which side of it the centre is.
+bool IsClear(const Descended& found, const ScaledPoints& points) noexcept {
+    const double noise = std::sqrt(2.0 * found.value / static_cast<double>(points.GetSize()));
+    const double height = std::min(heightTimesRadius / found.circle.radius, 2.0 * found.circle.radius);
+    return height > 10.0 * noise;
+}
+
+/// Nothing when there is no circle that fits better than a straight line.
+std::optional<Descended> FitFromTheStart(ScaledPoints& points, Limits& limits) {
+    const PrincipalAxes axes(points);
+    if (axes.IsStraight()) return std::nullopt;
+    std::optional<Descended> best;
+    for (int normal = 2; normal >= 0; --normal) {
+        const CMaVector& first = axes.axis[(normal + 1) % 3];
+        const CMaVector& second = axes.axis[(normal + 2) % 3];
+        const Circle start = StartIn(first, second, points, limits.straightRadius);
+        const std::optional<Descended> found = Descent(points, start, limits).Run();
+        if (found && (!best || found->value < best->value)) best = found;
+        if (best && IsClear(*best, points)) break;
+    }
+    const double middle = axes.spread[1], least = axes.spread[2];
+    const double ofLine = 0.5 * static_cast<double>(points.GetSize()) * (middle * middle + least * least);
+    return best && best->value < ofLine ? best : std::nullopt;
+}
+
+/// So many points decide a circle so well that the whole of a larger set has little to add: some two passes.
+constexpr std::size_t sampleSize = 1024;
+
+/// From the circle through a sample. Nothing when that is no sure start.
+std::optional<Descended> FitFromASample(const CMaPointArray& all, const ScaledPoints& points, Limits& limits) {
+    CMaPointArray sample(sampleSize);
+    for (std::size_t i = 0; i < sampleSize; ++i) sample.Add(all[static_cast<int>(i * points.GetSize() / sampleSize)]);
+    ScaledPoints scaledSample(sample, points);
+    const std::optional<Descended> start = FitFromTheStart(scaledSample, limits);
+    if (!start || !IsClear(*start, scaledSample)) return std::nullopt;
+    Circle circle = start->circle;
+    circle.apex = points.FromBaseOf(scaledSample, circle.apex);
+    const std::optional<Descended> found = Descent(points, circle, limits).Run();
+    return found && IsClear(*found, points) ? found : std::nullopt;
+}
+
 } // namespace
 
 FittedCircle FitCircle(const CMaPointArray& points, long iterationLimit) {
     if (iterationLimit <= 0) throw GeometryError(GeometryError::Reason::LimitReached);
     ScaledPoints scaled(points);
-    const PrincipalAxes axes(scaled);
-    if (axes.IsStraight()) throw GeometryError(GeometryError::Reason::Impossible);
-
-    const double count = static_cast<double>(scaled.GetSize());
-    const double heightTimesRadius = 1.5 * axes.spread[0] * axes.spread[0]; // of an evenly covered short arc
-    Limits limits{heightTimesRadius / (4.0 * scaled.GetRounding()), iterationLimit};
-    std::optional<Descended> best;
-    for (int normal = 2; normal >= 0; --normal) {
-        const CMaVector& first = axes.axis[(normal + 1) % 3];
-        const CMaVector& second = axes.axis[(normal + 2) % 3];
-        const auto found = Descent(scaled, StartIn(first, second, scaled, limits.straightRadius), limits).Run();
-        if (found && (!best || found->value < best->value)) best = found;
-        if (!best) continue;
-        const double noise = std::sqrt(2.0 * best->value / count);
-        const double height = std::min(heightTimesRadius / best->circle.radius, 2.0 * best->circle.radius);
-        if (height > 10.0 * noise) break;
-    }
-    const double lineValue = 0.5 * count * (axes.spread[1] * axes.spread[1] + axes.spread[2] * axes.spread[2]);
-    if (!best || !(best->value < lineValue)) throw GeometryError(GeometryError::Reason::Impossible);
-    const Circle& circle = best->circle;
-    return {scaled.ToCaller(circle.Centre()), circle.normal, scaled.ToCaller(circle.radius)};
+    Limits limits{StraightRadius(scaled), iterationLimit};
+    std::optional<Descended> found;
+    if (scaled.GetSize() > 8 * sampleSize) found = FitFromASample(points, scaled, limits);
+    if (!found) found = FitFromTheStart(scaled, limits);
+    if (!found) throw GeometryError(GeometryError::Reason::Impossible);
+    const Circle& circle = found->circle;
+    const CMaPoint centre = scaled.ToCaller(circle.Centre());
+    const double radius = scaled.ToCaller(circle.radius);
+    const bool finite = std::isfinite(centre.x() + centre.y() + centre.z()) && std::isfinite(radius);
+    if (!finite) throw GeometryError(GeometryError::Reason::Impossible);
+    return {centre, circle.normal, radius};
 }

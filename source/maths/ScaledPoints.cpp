@@ -58,3 +58,9 @@ ScaledPoints::ScaledPoints(const CMaPointArray& points) : xs(points.X()), ys(poi
     });
     MoveBase(sums[0] / count, sums[1] / count, sums[2] / count);
 }
+
+ScaledPoints::ScaledPoints(const CMaPointArray& part, const ScaledPoints& whole) noexcept : ScaledPoints(whole) {
+    xs = part.X();
+    ys = part.Y();
+    zs = part.Z();
+}

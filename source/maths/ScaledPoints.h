@@ -16,6 +16,9 @@ public:
     /// Refers to `points`, which must outlive it and stay as they are.
     explicit ScaledPoints(const CMaPointArray& points);
 
+    /// Some of the points of `whole`, scaled alike and about its base.
+    ScaledPoints(const CMaPointArray& part, const ScaledPoints& whole) noexcept;
+
     std::size_t GetSize() const noexcept { return xs.size(); }
     /// How far a point can have been moved by the rounding of its coordinates.
     double GetRounding() const noexcept { return rounding; }
@@ -25,6 +28,12 @@ public:
         base[0] += x;
         base[1] += y;
         base[2] += z;
+    }
+
+    /// The same place, counted from this base instead of the other's.
+    CMaVector FromBaseOf(const ScaledPoints& other, const CMaVector& position) const noexcept {
+        return {position[0] + (other.base[0] - base[0]), position[1] + (other.base[1] - base[1]),
+                position[2] + (other.base[2] - base[2])};
     }
 
     /// Back to the caller's frame and unit.

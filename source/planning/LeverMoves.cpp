@@ -16,23 +16,25 @@ int LeverSide(double a, double b) {
     return a == 0.0 ? 0 : 1;
 }
 
+/// What one of the head's lever queries answers.
+CMaVector Ask(const RoundThePole& head, void (RoundThePole::*query)(int, CMaVector&) const, int lever) {
+    CMaVector answer(0.0, 0.0, 0.0);
+    (head.*query)(lever, answer);
+    return answer;
+}
+
 } // namespace
 
 void MovePlanner::CalculateUnlockMoves(RequiredMoves& moves) const {
     const ErrorContext context{L"CQMVCalculator::CalculateUnlockMoves"};
     LibraryStep(context, [&] {
         const int side = LeverSide(currentA, currentB);
-        CMaVector locked(0.0, 0.0, 0.0);
-        CMaVector unlockingCentre(0.0, 0.0, 0.0);
-        CMaVector lockedApproach(0.0, 0.0, 0.0);
-        CMaVector axis(0.0, 0.0, 0.0);
-        CMaVector unlocked(0.0, 0.0, 0.0);
-        headGeometry.LeverLockedPosition(side, locked);
-        headGeometry.LeverUnlockingCentreOfRotation(side, unlockingCentre);
-        headGeometry.LeverLockedApproachPosition(side, lockedApproach);
+        const CMaVector locked = Ask(headGeometry, &RoundThePole::LeverLockedPosition, side);
+        const CMaVector unlockingCentre = Ask(headGeometry, &RoundThePole::LeverUnlockingCentreOfRotation, side);
+        const CMaVector lockedApproach = Ask(headGeometry, &RoundThePole::LeverLockedApproachPosition, side);
         // Unlocking is always about axis 1, whichever lever is pushed.
-        headGeometry.LeverAxisOfRotation(1, axis);
-        headGeometry.LeverUnlockedPosition(side, unlocked);
+        const CMaVector axis = Ask(headGeometry, &RoundThePole::LeverAxisOfRotation, 1);
+        const CMaVector unlocked = Ask(headGeometry, &RoundThePole::LeverUnlockedPosition, side);
 
         moves.UnLock = ArcAbout(unlockingCentre, axis, -headGeometry.GetLockedToUnlockedLeverRotation());
         moves.ApproachUnLockLever = PositionOf(lockedApproach);
@@ -45,8 +47,8 @@ void MovePlanner::CalculateRotateToLockLeverMoves(RequiredMoves& moves, const CM
                                                   double b) const {
     const ErrorContext context{L"CQMVCalculator::CalculateRotateToLockLeverMoves"};
     LibraryStep(context, [&] {
-        CMaVector unlockedApproach(0.0, 0.0, 0.0);
-        headGeometry.LeverUnlockedApproachPosition(LeverSide(a, b), unlockedApproach);
+        const CMaVector unlockedApproach =
+            Ask(headGeometry, &RoundThePole::LeverUnlockedApproachPosition, LeverSide(a, b));
         moves.RotateToLockLever = ArcRoundThePole(approachTarget, unlockedApproach);
     });
 }
@@ -56,17 +58,12 @@ void MovePlanner::CalculateLockMoves(RequiredMoves& moves, double a, double b) c
     const ErrorContext context{L"CQMVCalculator::CalculateLockMoves"};
     LibraryStep(context, [&] {
         const int side = LeverSide(a, b);
-        CMaVector unlocked(0.0, 0.0, 0.0);
-        CMaVector lockingCentre(0.0, 0.0, 0.0);
-        CMaVector unlockedApproach(0.0, 0.0, 0.0);
-        CMaVector axis(0.0, 0.0, 0.0);
-        CMaVector locked(0.0, 0.0, 0.0);
-        headGeometry.LeverUnlockedPosition(side, unlocked);
-        headGeometry.LeverLockingCentreOfRotation(side, lockingCentre);
-        headGeometry.LeverUnlockedApproachPosition(side, unlockedApproach);
+        const CMaVector unlocked = Ask(headGeometry, &RoundThePole::LeverUnlockedPosition, side);
+        const CMaVector lockingCentre = Ask(headGeometry, &RoundThePole::LeverLockingCentreOfRotation, side);
+        const CMaVector unlockedApproach = Ask(headGeometry, &RoundThePole::LeverUnlockedApproachPosition, side);
         // Locking is always about axis 0: the opposite of unlocking, whichever lever is pushed.
-        headGeometry.LeverAxisOfRotation(0, axis);
-        headGeometry.LeverLockedPosition(side, locked);
+        const CMaVector axis = Ask(headGeometry, &RoundThePole::LeverAxisOfRotation, 0);
+        const CMaVector locked = Ask(headGeometry, &RoundThePole::LeverLockedPosition, side);
 
         moves.Lock = ArcAbout(lockingCentre, axis, -headGeometry.GetUnlockedToLockedLeverRotation());
         moves.MoveToLockLeverAtSafeZ = PositionAtHeight(unlockedApproach, headGeometry.SafePositionZ());

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <optional>
 #include <string_view>
 
 namespace {
@@ -43,7 +44,7 @@ long long LeadingPlace(std::string_view digits) {
 
 /// The exponent after its mark, held at a bound that no text in memory can outweigh with its digits.
 long long Exponent(std::string_view text) {
-    constexpr long long bound = 1LL << 60;
+    constexpr long long bound = 1LL << 50;
     const bool negative = !text.empty() && text.front() == '-';
     if (!text.empty() && !IsDigit(text.front())) text.remove_prefix(1);
     long long exponent = 0;
@@ -67,12 +68,14 @@ double Convert(std::string_view text, const Notation& notation) {
     return BeyondRange(text.substr(0, static_cast<std::size_t>(end - text.data())), notation);
 }
 
-double UnsignedNumber(std::string_view text) {
+/// The number without its sign; nothing when the text does not begin one.
+std::optional<double> UnsignedNumber(std::string_view text) {
     if (StartsWith(text, "inf")) return std::numeric_limits<double>::infinity();
     if (StartsWith(text, "nan")) return std::numeric_limits<double>::quiet_NaN();
     if (StartsWith(text, "0x") && StartsNumber(text.substr(2), hexadecimal))
         return Convert(text.substr(2), hexadecimal);
-    return StartsNumber(text, decimal) ? Convert(text, decimal) : 0.0;
+    if (StartsNumber(text, decimal)) return Convert(text, decimal);
+    return std::nullopt;
 }
 
 } // namespace
@@ -81,8 +84,9 @@ double TextToDouble(const char* text) noexcept {
     while (IsSpace(*text)) ++text;
     const bool negative = *text == '-';
     if (negative || *text == '+') ++text;
-    const double magnitude = UnsignedNumber(text);
-    return negative ? -magnitude : magnitude;
+    const std::optional<double> number = UnsignedNumber(text);
+    if (!number) return 0.0; // a sign without a number does not count
+    return negative ? -*number : *number;
 }
 
 ScientificText DoubleToScientific(double value) noexcept {

@@ -64,7 +64,7 @@ private:
     class Contained final : public LateBinding<Class> {
     public:
         explicit Contained(IUnknown* theOuter) : outer(theOuter) {}
-        using Class::FindInterface;
+        using LateBinding<Class>::FindInterface;
 
         HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
             return outer->QueryInterface(iid, object);

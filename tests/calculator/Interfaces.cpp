@@ -137,7 +137,7 @@ TEST(ClassObject, IsRefusedForAnotherClassOrInterfaceOrIntoNoPointer) {
 }
 
 TEST(ClassObject, CreatesForEveryInterfaceAndRefusesOthers) {
-    const auto factory = CalculatorFactory();
+    auto factory = CalculatorFactory();
     for (const auto& [name, iid] : interfaces) {
         ComPointer<IUnknown> object;
         EXPECT_EQ(factory->CreateInstance(nullptr, *iid, object.Receive()), S_OK) << name;
@@ -149,6 +149,7 @@ TEST(ClassObject, CreatesForEveryInterfaceAndRefusesOthers) {
     EXPECT_EQ(factory->CreateInstance(nullptr, unknownIdentifier, &object), E_NOINTERFACE);
     EXPECT_EQ(object, nullptr);
     EXPECT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, nullptr), E_POINTER);
+    factory = ComPointer<IClassFactory>();
     EXPECT_EQ(DllCanUnloadNow(), S_OK) << "a refused object is gone";
 }
 
@@ -168,13 +169,12 @@ TEST(Module, CannotUnloadWhileAnObjectLives) {
 }
 
 TEST(Module, CannotUnloadWhileItIsLocked) {
-    const auto factory = CalculatorFactory();
-    EXPECT_EQ(factory->LockServer(true), S_OK);
-    EXPECT_EQ(factory->LockServer(true), S_OK);
+    EXPECT_EQ(CalculatorFactory()->LockServer(true), S_OK);
+    EXPECT_EQ(CalculatorFactory()->LockServer(true), S_OK);
     EXPECT_EQ(DllCanUnloadNow(), S_FALSE);
-    EXPECT_EQ(factory->LockServer(false), S_OK);
+    EXPECT_EQ(CalculatorFactory()->LockServer(false), S_OK);
     EXPECT_EQ(DllCanUnloadNow(), S_FALSE) << "locked twice";
-    EXPECT_EQ(factory->LockServer(false), S_OK);
+    EXPECT_EQ(CalculatorFactory()->LockServer(false), S_OK);
     EXPECT_EQ(DllCanUnloadNow(), S_OK);
 }
 

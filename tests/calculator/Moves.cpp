@@ -65,11 +65,15 @@ TEST_F(Moves, NeedAGeometryFirstAndThenAPosition) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
         const auto calculator = c.withGeometry ? WithGeometry() : CreateCalculator();
-        if (c.withPosition) EXPECT_EQ(calculator->SetCurrentHeadPosition(0.0, 0.0), S_OK);
+        if (c.withPosition) {
+            EXPECT_EQ(calculator->SetCurrentHeadPosition(0.0, 0.0), S_OK);
+        }
         EXPECT_EQ(Plan(*calculator.Get(), 45.0, 90.0).code, c.code);
         XYZData start{untouched, untouched, untouched};
         EXPECT_EQ(calculator->GetStartPosition(&start), c.code);
-        if (FAILED(c.code)) EXPECT_EQ(start, (XYZData{untouched, untouched, untouched}));
+        if (FAILED(c.code)) {
+            EXPECT_EQ(start, (XYZData{untouched, untouched, untouched}));
+        }
     }
 }
 

@@ -1,6 +1,6 @@
 #include "head/HeadChecks.h"
-#include "head/SavedHead.h"
 #include "head/HeadTest.h"
+#include "head/SavedHead.h"
 #include "support/SimulatedHead.h"
 
 #include <cmath>
@@ -77,8 +77,8 @@ TEST_F(AlignmentCorrection, FoldsTheAngleByQuadrant) {
         double signOfY;
         double rotation;
     };
-    for (const Case& c : {Case{1, -1.0, -1.0, 150.0}, Case{2, -1.0, 1.0, 30.0}, Case{3, 1.0, 1.0, -30.0},
-                          Case{4, 1.0, -1.0, -150.0}}) {
+    for (const Case& c :
+         {Case{1, -1.0, -1.0, 150.0}, Case{2, -1.0, 1.0, 30.0}, Case{3, 1.0, 1.0, -30.0}, Case{4, 1.0, -1.0, -150.0}}) {
         SCOPED_TRACE(c.quadrant);
         const std::vector<Triple> points = At30DegreesToY(c.signOfX, c.signOfY);
         ASSERT_EQ(Quadrant(points), c.quadrant);
@@ -162,7 +162,8 @@ TEST_F(AlignmentCorrection, AddsUpWhenAppliedTwice) {
 }
 
 TEST_F(AlignmentCorrection, UsesTheFullPi) {
-    // The pi that is cut to 14 decimals belongs to the trigonometry of head angles alone: here it would show as 3.2e-15.
+    // The pi that is cut to 14 decimals belongs to the trigonometry of head angles alone: here it would show
+    // as 3.2e-15.
     constexpr double sineOfOneDegree = 0.017452406437283512;
     head.AdjustForMisAlignment(179.0, CMaGeometry::Z);
     EXPECT_NEAR(head.ApproachDirection()[0], -sineOfOneDegree, 8e-16);

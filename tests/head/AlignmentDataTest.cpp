@@ -58,8 +58,9 @@ TEST_F(AlignmentData, TheFixedAxisIsComparedWithoutTolerance) {
         double other;
         const char* why;
     };
-    for (const Case& c : {Case{std::nextafter(45.0, 90.0), "one bit above"}, Case{std::nextafter(45.0, 0.0), "one bit below"},
-                          Case{-45.0, "another sign"}, Case{notANumber, "not a number"}}) {
+    for (const Case& c :
+         {Case{std::nextafter(45.0, 90.0), "one bit above"}, Case{std::nextafter(45.0, 0.0), "one bit below"},
+          Case{-45.0, "another sign"}, Case{notANumber, "not a number"}}) {
         SCOPED_TRACE(c.why);
         for (std::size_t i = 1; i < aSet.size(); ++i) {
             AlignmentPoints moved = aSet;
@@ -209,7 +210,8 @@ TEST_F(AlignmentData, AnArrayOfAnotherShapeIsRefused) {
     const auto cases = [](const AlignmentPoints& points, const AlignmentPoints& other) {
         std::vector<Case> list;
         list.push_back({"nothing at index 0", AlignmentArray::WithLowerBound(points, 1), other});
-        list.push_back({"an upper bound far from the elements", AlignmentArray::WithLowerBound(points, 1000000), other});
+        list.push_back(
+            {"an upper bound far from the elements", AlignmentArray::WithLowerBound(points, 1000000), other});
         list.push_back({"elements too small to be points", AlignmentArray::WithElementSize(points, 8), other});
         list.push_back({"elements one number short", AlignmentArray::WithElementSize(points, 32), other});
         list.push_back({"elements larger than a point", AlignmentArray::WithElementSize(points, 48), other});
@@ -244,7 +246,8 @@ TEST_F(AlignmentData, TooFewPointsAreReportedBeforeTheShape) {
 }
 
 TEST_F(AlignmentData, TheUpperBoundOfAnArrayThatBeginsAtOneCountsAsIfItBeganAtZero) {
-    // Three elements, but an upper bound of 3: enough by the bound alone, and refused for the index 0 that is not there.
+    // Three elements, but an upper bound of 3: enough by the bound alone, and refused for the index 0 that is not
+    // there.
     AlignmentArray a = AlignmentArray::WithLowerBound(First(aSet, 3), 1);
     AlignmentArray b(bSet);
     const Raised raised = RaisedBy([&] { head.ComputeGeometry(a.Address(), b.Address()); });

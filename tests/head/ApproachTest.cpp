@@ -1,6 +1,6 @@
 #include "head/HeadChecks.h"
-#include "head/SavedHead.h"
 #include "head/HeadTest.h"
+#include "head/SavedHead.h"
 
 #include <cmath>
 
@@ -10,7 +10,8 @@ using ToRadians = double (*)(double);
 
 /// How the component converts head angles: pi cut to 14 decimals, multiplied first. Both are meant.
 double ShortPiMultipliedFirst(double degrees) { return degrees * 3.14159265358979 / 180.0; }
-double ShortPiDividedFirst(double degrees) { return degrees * (3.14159265358979 / 180.0); }
+double ShortPiDividedFirst(double degrees) { return degrees / 180.0 * 3.14159265358979; }
+double ShortPiOneFactor(double degrees) { return degrees * (3.14159265358979 / 180.0); }
 double FullPi(double degrees) { return degrees * 3.14159265358979323846 / 180.0; }
 
 /// A unit quaternion and what the head does with it, in plain doubles: same operations, same order, other code.
@@ -36,7 +37,8 @@ struct Turn {
 };
 
 Triple ExpectedApproach(const RoundThePole& head, double a, double b, double distance, ToRadians radians) {
-    const Turn turn = Turn::About(TripleOf(head.BAxis()), radians(b)).After(Turn::About(TripleOf(head.AAxis()), radians(a)));
+    const Turn turn =
+        Turn::About(TripleOf(head.BAxis()), radians(b)).After(Turn::About(TripleOf(head.AAxis()), radians(a)));
     const Triple direction = TripleOf(head.ApproachDirection());
     const Triple cup = TripleOf(head.DriveCupOffset());
     const Triple reach =
@@ -46,7 +48,8 @@ Triple ExpectedApproach(const RoundThePole& head, double a, double b, double dis
 }
 
 Triple ExpectedEngagement(const RoundThePole& head, double a, double b, ToRadians radians) {
-    const Turn turn = Turn::About(TripleOf(head.BAxis()), radians(b)).After(Turn::About(TripleOf(head.AAxis()), radians(a)));
+    const Turn turn =
+        Turn::About(TripleOf(head.BAxis()), radians(b)).After(Turn::About(TripleOf(head.AAxis()), radians(a)));
     const Triple reach = turn.Of(TripleOf(head.DriveCupOffset()));
     const Triple centre = TripleOf(head.HeadCentre());
     return {centre[0] - reach[0], centre[1] - reach[1], centre[2] - reach[2]};
@@ -100,7 +103,8 @@ TEST_F(Approach, FollowsHandWorkedTurns) {
 
 TEST_F(Approach, AtNoDistanceIsTheEngagement) {
     SavedHead{.headCentre = {312.5, -48.25, -610.0}, .rotation = 30.0}.LoadInto(head);
-    AtEveryPosition([this](double a, double b) { EXPECT_EQ(ApproachAt(a, b, 0.0), EngagementAt(a, b)) << a << ' ' << b; });
+    AtEveryPosition(
+        [this](double a, double b) { EXPECT_EQ(ApproachAt(a, b, 0.0), EngagementAt(a, b)) << a << ' ' << b; });
     for (const double odd : {7.3, -200.0, 1e6}) EXPECT_EQ(ApproachAt(odd, -odd, 0.0), EngagementAt(odd, -odd));
 }
 
@@ -144,19 +148,24 @@ TEST_F(Approach, KeepsTheDirectionsThatItReads) {
 TEST_F(Approach, ConvertsAnglesWithTheCutPiMultipliedFirst) {
     for (const double rotation : {0.0, 30.0, -12.34}) {
         SavedHead{.rotation = rotation}.LoadInto(head);
-        int otherPiShows = 0;
-        int otherOrderShows = 0;
-        AtEveryPosition([&](double a, double b) {
+        int fullPiShows = 0;
+        int dividedFirstShows = 0;
+        int oneFactorShows = 0;
+        const auto check = [&](double a, double b) {
             const Triple approach = ExpectedApproach(head, a, b, 10.0, ShortPiMultipliedFirst);
             EXPECT_EQ(ApproachAt(a, b, 10.0), approach) << a << ' ' << b;
             EXPECT_EQ(EngagementAt(a, b), ExpectedEngagement(head, a, b, ShortPiMultipliedFirst)) << a << ' ' << b;
             EXPECT_EQ(AAxisAt(b), ExpectedAAxis(head, b, ShortPiMultipliedFirst)) << b;
-            otherPiShows += approach != ExpectedApproach(head, a, b, 10.0, FullPi);
-            otherOrderShows += approach != ExpectedApproach(head, a, b, 10.0, ShortPiDividedFirst);
-        });
+            fullPiShows += approach != ExpectedApproach(head, a, b, 10.0, FullPi);
+            dividedFirstShows += approach != ExpectedApproach(head, a, b, 10.0, ShortPiDividedFirst);
+            oneFactorShows += approach != ExpectedApproach(head, a, b, 10.0, ShortPiOneFactor);
+        };
+        AtEveryPosition(check);
+        for (int b = -180; b <= 180; ++b) check(0.25 * (b + 180), b);
         // The inputs tell the ways apart, or the comparisons above would promise nothing.
-        EXPECT_GT(otherPiShows, 100);
-        EXPECT_GT(otherOrderShows, 10);
+        EXPECT_GT(fullPiShows, 100);
+        EXPECT_GT(dividedFirstShows, 10);
+        EXPECT_GT(oneFactorShows, 10);
     }
 }
 

@@ -88,7 +88,8 @@ TEST_F(HeadCentre, IsThatFootForAxesInAnyDirections) {
         const auto a = Circle(Sum(onA, Scaled(alongA, 90.0 * component(generator))), alongA, 120.0, 7, 270.0);
         const auto b = Circle(Sum(foot, Scaled(alongB, 90.0 * component(generator))), alongB, 80.0, 9, 320.0);
         ASSERT_EQ(Computing(head, Measured(a), Measured(b)).code, S_OK) << i;
-        // Rounded coordinates of 1e-13 tilt an axis by 1e-15, seen over 90 and through an angle between the axes of 0.3.
+        // Rounded coordinates of 1e-13 tilt an axis by 1e-15, seen over 90 and through an angle between the axes of
+        // 0.3.
         EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), foot, 1e-10)) << i;
     }
 }

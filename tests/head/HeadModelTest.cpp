@@ -1,6 +1,6 @@
 #include "head/HeadChecks.h"
-#include "head/SavedHead.h"
 #include "head/HeadTest.h"
+#include "head/SavedHead.h"
 #include "support/SimulatedHead.h"
 
 #include <cstring>
@@ -27,10 +27,10 @@ TEST_F(HeadModel, HoldsNoPointsAndNoLeversWhenFresh) {
     EXPECT_EQ(head.AAxisPoints().GetSize(), 0);
     EXPECT_EQ(head.BAxisPoints().GetSize(), 0);
     const LeverQuery queries[] = {
-        &RoundThePole::LeverCentrePosition,           &RoundThePole::LeverLockedPosition,
-        &RoundThePole::LeverLockedApproachPosition,   &RoundThePole::LeverUnlockingCentreOfRotation,
-        &RoundThePole::LeverUnlockedPosition,         &RoundThePole::LeverUnlockedApproachPosition,
-        &RoundThePole::LeverLockingCentreOfRotation,  &RoundThePole::LeverAxisOfRotation};
+        &RoundThePole::LeverCentrePosition,          &RoundThePole::LeverLockedPosition,
+        &RoundThePole::LeverLockedApproachPosition,  &RoundThePole::LeverUnlockingCentreOfRotation,
+        &RoundThePole::LeverUnlockedPosition,        &RoundThePole::LeverUnlockedApproachPosition,
+        &RoundThePole::LeverLockingCentreOfRotation, &RoundThePole::LeverAxisOfRotation};
     for (const LeverQuery query : queries)
         for (const int lever : {0, 1}) EXPECT_EQ(AnswerFor(head, query, lever), (Triple{0.0, 0.0, 0.0}));
 }

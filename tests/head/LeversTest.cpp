@@ -1,6 +1,6 @@
 #include "head/HeadChecks.h"
-#include "head/SavedHead.h"
 #include "head/HeadTest.h"
+#include "head/SavedHead.h"
 
 namespace {
 
@@ -118,8 +118,7 @@ TEST_F(Levers, AndTheirAxesAreTurnedWithALoadedHead) {
     const double cosine = std::sqrt(0.75);
     EXPECT_TRUE(AreNear(At(&RoundThePole::LeverAxisOfRotation, 0), {cosine, 0.5, 0.0}, 1e-15));
     EXPECT_TRUE(AreNear(At(&RoundThePole::LeverAxisOfRotation, 1), {-cosine, -0.5, 0.0}, 1e-15));
-    EXPECT_TRUE(
-        AreNear(At(&RoundThePole::LeverCentrePosition, 0), {30.3 * cosine, 15.15, -32.25}, 3 * rounding));
+    EXPECT_TRUE(AreNear(At(&RoundThePole::LeverCentrePosition, 0), {30.3 * cosine, 15.15, -32.25}, 3 * rounding));
     EXPECT_NE(At(&RoundThePole::LeverAxisOfRotation, 0), (Triple{1.0, 0.0, 0.0}));
 }
 

@@ -42,8 +42,10 @@ inline std::vector<ReferenceHead::FileEntry> EntriesOf(const std::filesystem::pa
     for (std::string line; std::getline(stream, line);) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
         const std::size_t equals = line.find('=');
-        if (line.starts_with('[')) section = line.substr(1, line.find(']') - 1);
-        else if (equals != std::string::npos) entries.push_back({section, line.substr(0, equals), line.substr(equals + 1)});
+        if (line.starts_with('['))
+            section = line.substr(1, line.find(']') - 1);
+        else if (equals != std::string::npos)
+            entries.push_back({section, line.substr(0, equals), line.substr(equals + 1)});
     }
     return entries;
 }

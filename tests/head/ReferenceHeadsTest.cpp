@@ -1,6 +1,6 @@
 #include "head/HeadChecks.h"
-#include "head/SavedHead.h"
 #include "head/ReferenceCase.h"
+#include "head/SavedHead.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -53,8 +53,8 @@ TEST_P(ReferenceHeads, AreSavedToTheLastDigit) {
     const std::vector<ReferenceHead::FileEntry> entries = EntriesOf(path);
     ASSERT_EQ(entries.size(), Case().file.size());
     // The reference knows these to more digits than the file keeps.
-    const double values[] = {Case().headCentre[0], Case().headCentre[1],   Case().headCentre[2],           0.0,
-                             0.0,                  Case().safePositionZ, Case().requiredRotationAroundZ};
+    const double values[] = {Case().headCentre[0], Case().headCentre[1],          Case().headCentre[2], 0.0, 0.0,
+                             Case().safePositionZ, Case().requiredRotationAroundZ};
     for (std::size_t i = 0; i < entries.size(); ++i) {
         SCOPED_TRACE(Case().file[i].section + " " + Case().file[i].key);
         EXPECT_EQ(entries[i].section, Case().file[i].section);

@@ -17,7 +17,8 @@ Triple TurnedAbout(const ArcData& arc, const Triple& point, double degrees) {
     const Triple origin = OriginOf(arc);
     const Triple p{point[0] - origin[0], point[1] - origin[1], point[2] - origin[2]};
     const double along = (axis[0] * p[0] + axis[1] * p[1] + axis[2] * p[2]) * (1.0 - c);
-    const Triple cross{axis[1] * p[2] - axis[2] * p[1], axis[2] * p[0] - axis[0] * p[2], axis[0] * p[1] - axis[1] * p[0]};
+    const Triple cross{axis[1] * p[2] - axis[2] * p[1], axis[2] * p[0] - axis[0] * p[2],
+                       axis[0] * p[1] - axis[1] * p[0]};
     Triple result{};
     for (std::size_t i = 0; i < 3; ++i) result[i] = origin[i] + p[i] * c + cross[i] * s + axis[i] * along;
     return result;
@@ -95,8 +96,8 @@ TEST_F(ExecutedMoves, OfIndexingMissByMillimetresWhenTurnedTheWrongWay) {
         Angles from;
         Angles to;
     };
-    for (const Case& c : {Case{{0, 0}, {45, 90}}, Case{{0, 0}, {15, 0}}, Case{{0, 0}, {0, 15}}, Case{{90, -90}, {0, 90}},
-                          Case{{45, 120}, {75, -165}}}) {
+    for (const Case& c : {Case{{0, 0}, {45, 90}}, Case{{0, 0}, {15, 0}}, Case{{0, 0}, {0, 15}},
+                          Case{{90, -90}, {0, 90}}, Case{{45, 120}, {75, -165}}}) {
         planner.StandAt(c.from.a, c.from.b);
         const RequiredMoves plan = planner.Plan(c.to.a, c.to.b);
         EXPECT_GT(Distance(AfterIndexing(plan, ExecutedTheWrongWay), Engagement(c.to)), 5.0)
@@ -118,7 +119,8 @@ TEST_F(ExecutedMoves, RoundThePoleEndOnTheBearingOfThePegAndOfTheLever) {
 
             const Triple offPeg = TripleOf(plan.DisengageFromPegToSafeZ);
             const Triple atLever = Executed(plan.RotateToLockLever, offPeg);
-            ASSERT_LE(BearingBetween(plan.RotateToLockLever, atLever, TripleOf(plan.ApproachLockLever)), bearingTolerance);
+            ASSERT_LE(BearingBetween(plan.RotateToLockLever, atLever, TripleOf(plan.ApproachLockLever)),
+                      bearingTolerance);
             ASSERT_NEAR(atLever[2], offPeg[2], executionTolerance);
 
             const Triple astray = ExecutedTheWrongWay(plan.RotateToPeg, offLever);
@@ -140,12 +142,12 @@ TEST_F(ExecutedMoves, OfAMeasuredHeadEndOnTheSameSpotsTurned) {
     planner.StandAt(30.0, -45.0);
     const RequiredMoves before = plain.Plan(75.0, 120.0);
     const RequiredMoves after = planner.Plan(75.0, 120.0);
-    for (const auto& move : {&RequiredMoves::ApproachUnLockLever, &RequiredMoves::EngageWithUnLockLever,
-                             &RequiredMoves::DisengageFromUnLockLever, &RequiredMoves::MoveToPegAtSafeZ,
-                             &RequiredMoves::ApproachPeg, &RequiredMoves::EngageWithPeg, &RequiredMoves::DisengageFromPeg,
-                             &RequiredMoves::DisengageFromPegToSafeZ, &RequiredMoves::MoveToLockLeverAtSafeZ,
-                             &RequiredMoves::ApproachLockLever, &RequiredMoves::EngageWithLockLever,
-                             &RequiredMoves::DisengageFromLockLever})
+    for (const auto& move :
+         {&RequiredMoves::ApproachUnLockLever, &RequiredMoves::EngageWithUnLockLever,
+          &RequiredMoves::DisengageFromUnLockLever, &RequiredMoves::MoveToPegAtSafeZ, &RequiredMoves::ApproachPeg,
+          &RequiredMoves::EngageWithPeg, &RequiredMoves::DisengageFromPeg, &RequiredMoves::DisengageFromPegToSafeZ,
+          &RequiredMoves::MoveToLockLeverAtSafeZ, &RequiredMoves::ApproachLockLever,
+          &RequiredMoves::EngageWithLockLever, &RequiredMoves::DisengageFromLockLever})
         EXPECT_TRUE(AreNear(TripleOf(after.*move), TurnedAboutZ(TripleOf(before.*move), 25.0), 1e-9));
     for (const auto& move : {&RequiredMoves::UnLock, &RequiredMoves::RotateToPeg, &RequiredMoves::IntermediateAPosition,
                              &RequiredMoves::MoveToBPosition, &RequiredMoves::MoveToAPosition,
@@ -165,8 +167,8 @@ TEST_F(ExecutedMoves, AreTheSameAfterSavingAndLoadingTheHeadWithinTenDigits) {
     Planner loaded;
     loaded.Head().LoadFromFile(name.Address());
 
-    // Ten digits: half a unit of the tenth in coordinates below 1000, and in a rotation below 100 degrees, which moves a
-    // point 60 from the head centre by 1.05 for each degree.
+    // Ten digits: half a unit of the tenth in coordinates below 1000, and in a rotation below 100 degrees, which moves
+    // a point 60 from the head centre by 1.05 for each degree.
     constexpr double rotationStep = 5e-9;
     constexpr double lengthStep = 5e-8 + 1.05 * rotationStep;
     constexpr double directionStep = rotationStep / 57.0;

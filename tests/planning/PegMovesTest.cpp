@@ -92,8 +92,8 @@ TEST_F(PegMoves, IndexBTheLongWayRoundWithoutWrapping) {
         double to;
         double angle;
     };
-    for (const Case& c : {Case{-180.0, 180.0, -360.0}, Case{180.0, -180.0, 360.0}, Case{150.0, -165.0, 315.0},
-                          Case{90.0, 90.0, 0.0}}) {
+    for (const Case& c :
+         {Case{-180.0, 180.0, -360.0}, Case{180.0, -180.0, 360.0}, Case{150.0, -165.0, 315.0}, Case{90.0, 90.0, 0.0}}) {
         planner.StandAt(0.0, c.from);
         EXPECT_EQ(planner.Plan(0.0, c.to).MoveToBPosition.RotationAngle, c.angle) << c.from << " to " << c.to;
     }

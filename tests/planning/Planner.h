@@ -1,9 +1,9 @@
 #pragma once
 
 #include "head/HeadChecks.h"
+#include "head/HeadTest.h"
 #include "head/SavedHead.h"
 #include "planning/MovePlanner.h"
-#include "head/HeadTest.h"
 
 #include <cstring>
 
@@ -36,9 +36,7 @@ inline constexpr double workedRounding = 5e-13;
 
 class Planning : public HeadTest {
 protected:
-    void SetUp() override {
-        LoadWorkedHead();
-    }
+    void SetUp() override { LoadWorkedHead(); }
     void LoadWorkedHead(double rotation = 0.0) {
         SavedHead{.headCentre = workedCentre, .rotation = rotation}.LoadInto(planner.Head());
     }

@@ -38,7 +38,7 @@ TEST_F(Pole, FollowsTheLeversWhereTheSettingsPutThem) {
 TEST_F(Pole, IsTheFirstCentrePlusHalfTheWayToTheSecondBitForBit) {
     int meanWouldShow = 0;
     for (int i = 1; i <= 40; ++i) {
-        SavedHead{.headCentre = {i * 12.34567, -i * 76.5432, i * 0.98765}, .rotation = i * 7.77}.LoadInto(planner.Head());
+        SavedHead{.headCentre = {i * 1.2345, i * -7.65432, i * 0.12345}, .rotation = i * 7.77}.LoadInto(planner.Head());
         const Triple positive = AnswerFor(planner.Head(), &RoundThePole::LeverCentrePosition, 0);
         const Triple negative = AnswerFor(planner.Head(), &RoundThePole::LeverCentrePosition, 1);
         Triple expected{};
@@ -60,17 +60,13 @@ TEST_F(Pole, MeasuresAnglesCounterClockwiseSeenFromAbove) {
         double angle;
         const char* why;
     };
-    for (const Case& c : {Case{1.0, 0.0, 0.0, "the same direction"},
-                          Case{5.0, 0.0, 0.0, "the same direction, another length"},
-                          Case{3.0, 3.0, 45.0, "first quadrant"},
-                          Case{0.0, 2.0, 90.0, "perpendicular: the quotient is infinite"},
-                          Case{-3.0, 3.0, 135.0, "second quadrant"},
-                          Case{-4.0, 0.0, 180.0, "opposite is 180, never -180"},
-                          Case{-3.0, -3.0, -135.0, "third quadrant"},
-                          Case{0.0, -2.0, -90.0, "perpendicular, clockwise"},
-                          Case{3.0, -3.0, -45.0, "fourth quadrant"},
-                          Case{std::sqrt(0.75), 0.5, 30.0, "thirty degrees"},
-                          Case{-0.5, std::sqrt(0.75), 120.0, "a hundred and twenty"}})
+    for (const Case& c :
+         {Case{1.0, 0.0, 0.0, "the same direction"}, Case{5.0, 0.0, 0.0, "the same direction, another length"},
+          Case{3.0, 3.0, 45.0, "first quadrant"}, Case{0.0, 2.0, 90.0, "perpendicular: the quotient is infinite"},
+          Case{-3.0, 3.0, 135.0, "second quadrant"}, Case{-4.0, 0.0, 180.0, "opposite is 180, never -180"},
+          Case{-3.0, -3.0, -135.0, "third quadrant"}, Case{0.0, -2.0, -90.0, "perpendicular, clockwise"},
+          Case{3.0, -3.0, -45.0, "fourth quadrant"}, Case{std::sqrt(0.75), 0.5, 30.0, "thirty degrees"},
+          Case{-0.5, std::sqrt(0.75), 120.0, "a hundred and twenty"}})
         EXPECT_NEAR(AngleTo(c.x, c.y), c.angle, 2e-13) << c.why;
 }
 
@@ -120,7 +116,8 @@ TEST_F(Pole, MeasuresNoNumberFromOrToADirectionWithoutLength) {
     EXPECT_TRUE(std::isnan(planner.CalculateAngleAndDirection(somewhere, nowhere)));
     EXPECT_TRUE(std::isnan(planner.CalculateAngleAndDirection(nowhere, nowhere)));
     // Nor between directions so long that both products overflow, where two arguments would still give 45 degrees.
-    EXPECT_TRUE(std::isnan(planner.CalculateAngleAndDirection(CMaVector(1e200, 0.0, 0.0), CMaVector(1e200, 1e200, 0.0))));
+    EXPECT_TRUE(
+        std::isnan(planner.CalculateAngleAndDirection(CMaVector(1e200, 0.0, 0.0), CMaVector(1e200, 1e200, 0.0))));
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-#include "planning/Planner.h"
 #include "head/ReferenceCase.h"
+#include "planning/Planner.h"
 
 #include <algorithm>
 #include <array>
@@ -33,8 +33,8 @@ TEST_F(Sequence, EachStepWritesItsOwnFieldsAndNoOther) {
         {"unlock", [&](RequiredMoves& m) { planner.CalculateUnlockMoves(m); }, 0, 128},
         {"rotate to peg", [&](RequiredMoves& m) { planner.CalculateRotateToPeg(m, point, point); }, 128, 184},
         {"engage with peg", [&](RequiredMoves& m) { planner.CalculateEngageWithPeg(m, point, point); }, 184, 256},
-        {"index", [&](RequiredMoves& m) { planner.CalculateHeadIndexingMoves(m, 1, 2, point, point, point, point); }, 256,
-         424},
+        {"index", [&](RequiredMoves& m) { planner.CalculateHeadIndexingMoves(m, 1, 2, point, point, point, point); },
+         256, 424},
         {"disengage from peg", [&](RequiredMoves& m) { planner.CalculateDisengageFromPeg(m, point); }, 424, 472},
         {"rotate to lock lever", [&](RequiredMoves& m) { planner.CalculateRotateToLockLeverMoves(m, point, 45, 90); },
          472, 528},
@@ -71,9 +71,7 @@ TEST_F(Sequence, PutsTheStepsTogetherFromTheCurrentAnglesAndTheTarget) {
     const auto approach = [&](double a, double b) {
         return Answer([&](CMaVector& out) { head.ApproachPosition(a, b, 10.0, out); });
     };
-    const auto aAxis = [&](double b) {
-        return Answer([&](CMaVector& out) { head.RotatedAAxis(b, out); });
-    };
+    const auto aAxis = [&](double b) { return Answer([&](CMaVector& out) { head.RotatedAAxis(b, out); }); };
     EXPECT_EQ(TripleOf(plan.ApproachPeg), approach(30.0, -45.0));
     EXPECT_EQ(TripleOf(plan.EngageWithPeg), Answer([&](CMaVector& out) { head.EngagementPosition(30.0, -45.0, out); }));
     EXPECT_EQ(TripleOf(plan.DisengageFromPeg), approach(75.0, 120.0));
@@ -92,8 +90,8 @@ TEST_F(Sequence, KeepsToTheSafeHeightBetweenItsThreePlaces) {
         for (int b = -180; b <= 180; b += 60) {
             planner.StandAt(a, b);
             const RequiredMoves plan = planner.Plan(90.0 - a, -b);
-            for (const XYZData& high : {plan.DisengageFromUnLockLever, plan.MoveToPegAtSafeZ, plan.DisengageFromPegToSafeZ,
-                                        plan.MoveToLockLeverAtSafeZ})
+            for (const XYZData& high : {plan.DisengageFromUnLockLever, plan.MoveToPegAtSafeZ,
+                                        plan.DisengageFromPegToSafeZ, plan.MoveToLockLeverAtSafeZ})
                 EXPECT_EQ(high.ZPosition, workedSafeZ);
         }
 }
@@ -125,7 +123,8 @@ TEST_P(ReferencePlans, AgreeInEveryNumber) {
     ASSERT_EQ(Computing(planner.Head(), GetParam().aAxisPoints, GetParam().bAxisPoints).code, S_OK);
     ASSERT_FALSE(GetParam().plans.empty());
     for (const ReferenceHead::Plan& plan : GetParam().plans) {
-        SCOPED_TRACE(testing::Message() << plan.from.a << ' ' << plan.from.b << " to " << plan.to.a << ' ' << plan.to.b);
+        SCOPED_TRACE(testing::Message() << plan.from.a << ' ' << plan.from.b << " to " << plan.to.a << ' '
+                                        << plan.to.b);
         planner.StandAt(plan.from.a, plan.from.b);
         Compare(planner.Plan(plan.to.a, plan.to.b), plan.moves);
     }

@@ -161,7 +161,8 @@ TEST(DoubleToScientific, IsReadBackToTenDigitsAndThenToTheSameText) {
         const ScientificText text = DoubleToScientific(value);
         const double back = TextToDouble(text.data());
         const double leadingPlace = std::pow(10.0, std::floor(std::log10(std::abs(value))));
-        if (std::isfinite(back)) EXPECT_LE(std::abs(back - value) / leadingPlace, halfOfTheTenthDigit) << text.data();
+        if (!std::isfinite(back)) continue; // rounded up beyond the largest
+        EXPECT_LE(std::abs(back - value) / leadingPlace, halfOfTheTenthDigit) << text.data();
         EXPECT_STREQ(DoubleToScientific(back).data(), text.data());
     }
 }

@@ -29,10 +29,13 @@ TEST(CaptureFile, IsReadInEverySpellingThatMeansTheSame) {
         {"aposition,BPOSITION,xPosition,YpositioN,zposition\n45,-90,1.5,-2.25,1000\n", "in any letter case"},
         {"APosition,BPosition,XPosition,YPosition,ZPosition\n45,-90,1.5,-2.25,1000", "no newline at the end"},
         {"APosition,BPosition,XPosition,YPosition,ZPosition\r\n45,-90,1.5,-2.25,1000\r\n", "CRLF"},
-        {"\xEF\xBB\xBF" "APosition,BPosition,XPosition,YPosition,ZPosition\n45,-90,1.5,-2.25,1000\n", "byte-order mark"},
+        {"\xEF\xBB\xBF"
+         "APosition,BPosition,XPosition,YPosition,ZPosition\n45,-90,1.5,-2.25,1000\n",
+         "byte-order mark"},
         {"# a\n\n  # b\nAPosition,BPosition,XPosition,YPosition,ZPosition\n \t\n# c, d\n45,-90,1.5,-2.25,1000\n\n",
          "comments and blank lines anywhere"},
-        {" APosition ,\tBPosition, XPosition,YPosition,ZPosition \n 45 , -90,\t1.5,-2.25 ,1000\t\n", "blanks around fields"},
+        {" APosition ,\tBPosition, XPosition,YPosition,ZPosition \n 45 , -90,\t1.5,-2.25 ,1000\t\n",
+         "blanks around fields"},
         {"\"APosition\",\"BPosition\",XPosition,YPosition,ZPosition\n\"45\", \"-90\" ,1.5,\"-2.25\",\"1000\"\n",
          "quoted fields"},
         {"APosition,BPosition,XPosition,YPosition,ZPosition\n45.0,-9e1,+1.5,-225e-2,1.0E3\n", "spellings of numbers"},
@@ -110,7 +113,9 @@ TEST(CaptureFile, IsRefusedAsAWholeWhenItIsNoText) {
     } cases[] = {
         {folder.Name("nowhere.csv"), "no such file"},
         {folder.Name("."), "is a folder"},
-        {folder.Write("wide.csv", "\xFF\xFE" "A"), "is UTF-16 text: save it as UTF-8"},
+        {folder.Write("wide.csv", "\xFF\xFE"
+                                  "A"),
+         "is UTF-16 text: save it as UTF-8"},
     };
     for (const auto& each : cases) {
         try {

@@ -59,4 +59,5 @@ std::string PlainGeometryFile(const TemporaryFolder& folder);
 
 /// Where two documents differ: in their members, in the order of these, or in a number by more than `tolerance` times
 /// the larger of 1 and its size. Empty when they do not.
-std::string DifferenceBetween(const Json& expected, const Json& actual, double tolerance, const std::string& where = "");
+std::string DifferenceBetween(const Json& expected, const Json& actual, double tolerance,
+                              const std::string& where = "");

@@ -38,9 +38,8 @@ private:
 
 Calculator::Calculator() {
     void* created = nullptr;
-    ThrowIfFailed(
-        CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator2, &created),
-        "CoCreateInstance");
+    ThrowIfFailed(CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator2, &created),
+                  "CoCreateInstance");
     component.reset(static_cast<IQMVCalculator2*>(created));
 }
 

@@ -6,8 +6,8 @@ namespace CLI {
 class App;
 }
 
-/// Each adds one command to the tool. The command runs while the command line is parsed, writes to `console` (which must
-/// live until then), and throws InputError, UsageError or ComponentError when it cannot do its work.
+/// Each adds one command to the tool. The command runs while the command line is parsed, writes to `console` (which
+/// must live until then), and throws InputError, UsageError or ComponentError when it cannot do its work.
 
 void AddGeometryCommand(CLI::App& tool, const Console& console);
 void AddMoveCommand(CLI::App& tool, const Console& console);

@@ -26,7 +26,8 @@ struct KnownFailure {
 constexpr std::array knownFailures{
     KnownFailure{QMV_E_READ_FROM_FILE, "The geometry file lacks a value. Compute it afresh with `qmv40 geometry`."},
     KnownFailure{QMV_E_WRITE_TO_FILE, "Check that the folder exists and that you may write there."},
-    KnownFailure{QMV_E_TOO_FEW_POINTS, "Capture at least four points for each axis; seven over the whole range are good."},
+    KnownFailure{QMV_E_TOO_FEW_POINTS,
+                 "Capture at least four points for each axis; seven over the whole range are good."},
     KnownFailure{QMV_E_FIXED_AXIS_MOVED, "Every A-axis point needs the very same BPosition, every B-axis point the "
                                          "very same APosition. Were the two files exchanged?"},
     KnownFailure{QMV_E_GEOMETRY_IMPOSSIBLE, "The points do not determine the shape: too few different ones, or all on "
@@ -40,7 +41,8 @@ constexpr std::array knownFailures{
 
 ComponentError TakeComponentError(HRESULT code, const char* withoutRecord) {
     IErrorInfo* record = nullptr;
-    if (GetErrorInfo(0, &record) != S_OK || record == nullptr) return {code, withoutRecord, "no description is available"};
+    if (GetErrorInfo(0, &record) != S_OK || record == nullptr)
+        return {code, withoutRecord, "no description is available"};
     ComponentError error{code, TextOf(*record, &IErrorInfo::GetSource), TextOf(*record, &IErrorInfo::GetDescription)};
     record->Release();
     return error;

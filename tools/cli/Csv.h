@@ -11,4 +11,5 @@
 /// case, and columns that nobody asked for are ignored. `.` is the decimal mark whatever the locale. Fields may be
 /// quoted and surrounded by blanks; lines end in LF or CRLF; a UTF-8 byte-order mark is skipped.
 /// Throws InputError, with the line, for anything that is not so.
-std::vector<std::vector<double>> ReadNumberColumns(const std::string& fileName, std::span<const std::string_view> names);
+std::vector<std::vector<double>> ReadNumberColumns(const std::string& fileName,
+                                                   std::span<const std::string_view> names);

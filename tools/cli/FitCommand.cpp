@@ -77,11 +77,12 @@ void AddFitCommand(CLI::App& tool, const Console& console) {
         ->required()
         ->type_name("FILE");
     AddCommonOptions(command, *options);
-    command.footer("Example:\n"
-                   "  qmv40 fit --shape circle --points a-axis.csv\n"
-                   "\n"
-                   "The points are taken as they stand in the file. Residuals are distances from the shape, for a plane\n"
-                   "with the sign that its normal gives. A normal or direction could as well point the other way; the\n"
-                   "one whose largest component is positive is shown. No settings have a say in a fit.");
+    command.footer(
+        "Example:\n"
+        "  qmv40 fit --shape circle --points a-axis.csv\n"
+        "\n"
+        "The points are taken as they stand in the file. Residuals are distances from the shape, for a plane\n"
+        "with the sign that its normal gives. A normal or direction could as well point the other way; the\n"
+        "one whose largest component is positive is shown. No settings have a say in a fit.");
     command.callback([options, &console] { Run(*options, console); });
 }

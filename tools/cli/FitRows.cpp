@@ -44,8 +44,8 @@ void FitRows::AddDirection(const std::string& name, const std::vector<CMaVector>
     AddComponents(name, {"i", "j", "k"}, "", directionDecimals, directionOfEachFit);
 }
 
-void FitRows::AddComponents(const std::string& name, const char* const (&axes)[3], const std::string& unit, int decimals,
-                            const std::vector<CMaVector>& vectorOfEachFit) {
+void FitRows::AddComponents(const std::string& name, const char* const (&axes)[3], const std::string& unit,
+                            int decimals, const std::vector<CMaVector>& vectorOfEachFit) {
     for (int i = 0; i < 3; ++i) {
         std::vector<std::string> values;
         for (const CMaVector& each : vectorOfEachFit) values.push_back(FixedText(each[i], decimals));

@@ -42,10 +42,11 @@ std::vector<double> Bearings(const CMaCircle& circle, const CMaPointArray& point
     const CMaVector normal = circle.GetNormal();
     const CMaVector across = Normalised(normal * Difference(points[0].To3DVector(), centre));
     const CMaVector along = across * normal;
-    return ResidualsOf(points, [&](const CMaVector& point) {
-               const CMaVector fromCentre = Difference(point, centre);
-               return Degrees(std::atan2(fromCentre % across, fromCentre % along));
-           })
+    return ResidualsOf(points,
+                       [&](const CMaVector& point) {
+                           const CMaVector fromCentre = Difference(point, centre);
+                           return Degrees(std::atan2(fromCentre % across, fromCentre % along));
+                       })
         .values;
 }
 

@@ -83,14 +83,17 @@ void PrintFits(const GeometryReport& report, const Console& console) {
 void PrintReport(const GeometryReport& report, const Console& console) {
     console.out << console.Strong("Head centre (centre of the pole sphere)") << '\n'
                 << PositionLine(report.headCentre) << '\n'
-                << console.Strong("Head turned about Z by") << "\n  " << FitRows::Angle(report.rotationAroundZ) << " deg\n"
-                << console.Strong("Safe position") << '\n'
-                << PositionLine(report.safePosition) << "\n\n"
+                << console.Strong("Head turned about Z by") << "\n  " << FitRows::Angle(report.rotationAroundZ)
+                << " deg\n"
+                << console.Strong("Safe height, above the pole sphere and both levers") << "\n  Z "
+                << FitRows::Length(report.safePosition.ZPosition) << " mm\n\n"
                 << console.Strong("Circles through the points, brought to the locked position") << '\n';
     PrintFits(report, console);
-    console.out << "\nThe RMS tells how well the points lie on a circle, not how well its centre is known. With seven points the\n"
-                   "centre scatters about as much as a point does on half a turn, 3.4 times as much on 90 deg, 7 times on\n"
-                   "60 deg and 29 times on 30 deg. Capture A over its whole range.\n";
+    console.out
+        << "\nThe RMS tells how well the points lie on a circle, not how well its centre is known. With seven points "
+           "the\n"
+           "centre scatters about as much as a point does on half a turn, 3.4 times as much on 90 deg, 7 times on\n"
+           "60 deg and 29 times on 30 deg. Capture A over its whole range.\n";
 }
 
 void Run(const GeometryOptions& options, const Console& console) {
@@ -130,7 +133,8 @@ void AddGeometryCommand(CLI::App& tool, const Console& console) {
         "A capture is a CSV file with the columns APosition, BPosition, XPosition, YPosition, ZPosition in any order\n"
         "and letter case: the head's angles and the point on the pole sphere, measured with the head unlocked. `.` is\n"
         "the decimal mark, `#` starts a comment line, other columns are ignored. At least four points for each axis.\n"
-        "Capture the A points at B = 45, -45, 135 or -135 with a straight stylus: elsewhere the turn of the head about\n"
+        "Capture the A points at B = 45, -45, 135 or -135 with a straight stylus: elsewhere the turn of the head "
+        "about\n"
         "Z may come out on the wrong side.");
     command.callback([options, &console] { Run(*options, console); });
 }

@@ -27,9 +27,10 @@ Json AnglesJson(const HeadAngles& angles) { return {{"A", angles.a}, {"B", angle
 Json MovesJson(const RequiredMoves& moves) {
     Json document = Json::object();
     for (const Move& move : AllMoves())
-        document[move.name] = std::visit(ForKind{[&](XYZData RequiredMoves::*field) { return PositionJson(moves.*field); },
-                                                 [&](ArcData RequiredMoves::*field) { return ArcJson(moves.*field); }},
-                                         move.field);
+        document[move.name] =
+            std::visit(ForKind{[&](XYZData RequiredMoves::*field) { return PositionJson(moves.*field); },
+                               [&](ArcData RequiredMoves::*field) { return ArcJson(moves.*field); }},
+                       move.field);
     return document;
 }
 
@@ -42,8 +43,7 @@ Json CircleJson(const CircleFit& fit) {
 }
 
 Json ErrorJson(const ComponentError& error) {
-    return {{"error",
-             {{"code", CodeText(error.code)}, {"source", error.source}, {"description", error.description}}}};
+    return {{"error", {{"code", CodeText(error.code)}, {"source", error.source}, {"description", error.description}}}};
 }
 
 Json ErrorJson(const InputError& error) {

@@ -9,8 +9,8 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
-/// The documents that --json prints. Members keep the order in which they are written here; doubles read back to the same
-/// bits, what is not a finite number is null.
+/// The documents that --json prints. Members keep the order in which they are written here; doubles read back to the
+/// same bits, what is not a finite number is null.
 using Json = nlohmann::ordered_json;
 
 Json PointJson(const CMaVector& point);

@@ -60,7 +60,8 @@ void AddMoveCommand(CLI::App& tool, const Console& console) {
         "  qmv40 move --geometry head.ini --from 0,0 --to 45,90\n"
         "  qmv40 move --geometry head.ini --from 0,0 --to 45,90 --to 90,-180 --to 0,0 --csv\n"
         "\n"
-        "Moves are straight (to X, Y, Z) or arcs about an axis: X, Y, Z is a point on it, i, j, k its direction, and a\n"
+        "Moves are straight (to X, Y, Z) or arcs about an axis: X, Y, Z is a point on it, i, j, k its direction, and "
+        "a\n"
         "positive angle turns the machine clockwise as seen from the tip of that direction. In CSV the columns i to\n"
         "RotationAngle are empty for straight moves, and numbers have all their digits.\n"
         "If one plan of a tour is refused, none is printed.");

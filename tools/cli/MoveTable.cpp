@@ -7,6 +7,7 @@
 namespace {
 
 constexpr int lengthDecimals = 4;
+constexpr std::size_t pathColumn = 2;
 
 void AddMove(Table& table, std::size_t number, const Move& move, const RequiredMoves& moves) {
     const std::string head = std::to_string(number);
@@ -21,7 +22,7 @@ void AddMove(Table& table, std::size_t number, const Move& move, const RequiredM
                        [&](ArcData RequiredMoves::*field) {
                            const ArcData& arc = moves.*field;
                            addRow("arc about", arc.XOrigin, arc.YOrigin, arc.ZOrigin);
-                           table.AddRow({"", "", "", "", "", "", "  " + TurnInWords(arc)});
+                           table.AddNote(pathColumn, TurnInWords(arc));
                        }},
                move.field);
 }
@@ -52,8 +53,8 @@ std::string CsvMove(const Move& move, const RequiredMoves& moves) {
 void PrintMoveTables(std::span<const Plan> plans, const Console& console) {
     for (std::size_t i = 0; i < plans.size(); ++i) {
         const std::string number = plans.size() == 1 ? "" : " " + std::to_string(i + 1);
-        const std::string title =
-            "Plan" + number + ": from " + HeadAnglesText(plans[i].from) + " to " + HeadAnglesText(plans[i].to) + " (deg)";
+        const std::string title = "Plan" + number + ": from " + HeadAnglesText(plans[i].from) + " to " +
+                                  HeadAnglesText(plans[i].to) + " (deg)";
         console.out << (i == 0 ? "" : "\n") << console.Strong(title) << "\n\n";
         Table table({{"#"},
                      {"Move", Table::Align::Left},

@@ -20,7 +20,5 @@ std::span<const Move> AllMoves();
 std::string TurnInWords(const ArcData& arc);
 
 /// Picks a call for each kind of move in std::visit.
-template <typename... Calls> struct ForKind : Calls... {
-    using Calls::operator()...;
-};
+template <typename... Calls> struct ForKind : Calls... { using Calls::operator()...; };
 template <typename... Calls> ForKind(Calls...) -> ForKind<Calls...>;

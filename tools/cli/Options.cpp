@@ -11,8 +11,9 @@ HeadAngles AnglesOrUsageError(const std::string& option, const std::string& text
 
 void AddCommonOptions(CLI::App& command, CommonOptions& options) {
     command.add_flag("--json", options.json, "Print one JSON document instead of text");
-    command.add_option("--settings", options.settings,
-                       "Take the head's fixed dimensions from this settings file, in the registry export format")
+    command
+        .add_option("--settings", options.settings,
+                    "Take the head's fixed dimensions from this settings file, in the registry export format")
         ->type_name("FILE");
 }
 
@@ -38,7 +39,8 @@ void AddToOption(CLI::App& command, std::vector<HeadAngles>& targets) {
             [&targets](const std::vector<std::string>& texts) {
                 for (const std::string& text : texts) targets.push_back(AnglesOrUsageError("--to", text));
             },
-            "Where it is to go, rounded to whole degrees. Given several times: a tour, each plan starting where the one "
+            "Where it is to go, rounded to whole degrees. Given several times: a tour, each plan starting where the "
+            "one "
             "before ended")
         ->required()
         ->type_name("A,B");

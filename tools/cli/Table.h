@@ -17,13 +17,22 @@ public:
     explicit Table(std::vector<Column> theColumns) : columns(std::move(theColumns)) {}
 
     /// Cells of one row, as many as there are columns or fewer.
-    void AddRow(std::vector<std::string> cells) { rows.push_back(std::move(cells)); }
+    void AddRow(std::vector<std::string> cells) { rows.push_back({std::move(cells), ""}); }
+    /// A line of its own that begins at a column and may run past the others.
+    void AddNote(std::size_t column, std::string text) {
+        rows.push_back({std::vector<std::string>(column), std::move(text)});
+    }
     void Print(const Console& console) const;
 
 private:
+    struct Row {
+        std::vector<std::string> cells;
+        std::string note; ///< follows the cells
+    };
+
     std::vector<std::size_t> Widths() const;
-    std::string LineOf(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths) const;
+    std::string LineOf(const Row& row, const std::vector<std::size_t>& widths) const;
 
     std::vector<Column> columns;
-    std::vector<std::vector<std::string>> rows;
+    std::vector<Row> rows;
 };

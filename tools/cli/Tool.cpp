@@ -45,7 +45,8 @@ bool WantsJson(const CLI::App& tool) {
 }
 
 void Report(const ComponentError& error, const Console& console) {
-    console.err << "qmv40: error " << CodeText(error.code) << " from " << error.source << ": " << error.description << '\n';
+    console.err << "qmv40: error " << CodeText(error.code) << " from " << error.source << ": " << error.description
+                << '\n';
     if (const std::string remedy = Remedy(error.code); !remedy.empty()) console.err << remedy << '\n';
 }
 

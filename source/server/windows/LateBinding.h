@@ -1,0 +1,35 @@
+#pragma once
+
+#include "server/windows/CalculatorDispatch.h"
+
+/// The dispatch entries of a dual interface, over `Base`, and its answer to IID_IDispatch.
+template <typename Base> class LateBinding : public Base {
+public:
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+        if (count == nullptr) return E_POINTER;
+        *count = 1;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
+        return dispatch.GetTypeInfo(index, info);
+    }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
+        return dispatch.GetIDsOfNames(reserved, names, count, ids);
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID method, REFIID reserved, LCID, WORD flags, DISPPARAMS* arguments,
+                                     VARIANT* result, EXCEPINFO* exception, UINT* argumentError) override {
+        return dispatch.Invoke(*this, method, reserved, flags, arguments, result, exception, argumentError);
+    }
+
+    /// The dispatch pointer is the dual interfaces' own.
+    void* FindInterface(REFIID iid) noexcept {
+        return Base::FindInterface(IsEqualIID(iid, IID_IDispatch) ? Base::PrimaryInterface : iid);
+    }
+
+protected:
+    LateBinding() = default;
+    ~LateBinding() = default;
+
+private:
+    CalculatorDispatch dispatch;
+};

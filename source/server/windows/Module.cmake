@@ -1,0 +1,32 @@
+# The server module, with its type library, registration script and version as resources.
+enable_language(RC)
+set(definition ${CMAKE_CURRENT_LIST_DIR}/CoQMV40Calculator.idl)
+set(generated ${CMAKE_CURRENT_BINARY_DIR}/generated)
+file(MAKE_DIRECTORY ${generated})
+
+# The definition compiler finds the automation library's own type library where Wine has it.
+find_program(WIDL x86_64-w64-mingw32-widl REQUIRED)
+find_path(STDOLE_FOLDER stdole2.tlb PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows
+          NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+set(widl ${WIDL} -m64 -I . -L ${STDOLE_FOLDER})
+# Run beside the definition, so that no folder of the machine gets into what it writes.
+add_custom_command(
+    OUTPUT ${PROJECT_BINARY_DIR}/bin/CoQMV40Calculator.tlb ${PROJECT_BINARY_DIR}/bin/CoQMV40Calculator.h
+    COMMAND ${widl} -t -o ${PROJECT_BINARY_DIR}/bin/CoQMV40Calculator.tlb CoQMV40Calculator.idl
+    COMMAND ${widl} -h -o ${PROJECT_BINARY_DIR}/bin/CoQMV40Calculator.h CoQMV40Calculator.idl
+    COMMAND ${CMAKE_COMMAND} -E copy ${definition} ${PROJECT_BINARY_DIR}/bin
+    DEPENDS ${definition} ${CMAKE_CURRENT_LIST_DIR}/oaidl.idl
+    WORKING_DIRECTORY ${CMAKE_CURRENT_LIST_DIR} VERBATIM)
+
+configure_file(${CMAKE_CURRENT_LIST_DIR}/CoQMV40Calculator.rc.in ${generated}/CoQMV40Calculator.rc @ONLY)
+set_source_files_properties(${generated}/CoQMV40Calculator.rc PROPERTIES
+    COMPILE_OPTIONS "-I${PROJECT_BINARY_DIR}/bin;-I${CMAKE_CURRENT_LIST_DIR}"
+    OBJECT_DEPENDS "${PROJECT_BINARY_DIR}/bin/CoQMV40Calculator.tlb;${CMAKE_CURRENT_LIST_DIR}/CoQMV40Calculator.rgs")
+
+add_library(CoQMV40Calculator MODULE $<TARGET_OBJECTS:qmv40_server>
+    ${generated}/CoQMV40Calculator.rc ${CMAKE_CURRENT_LIST_DIR}/CoQMV40Calculator.def)
+target_link_libraries(CoQMV40Calculator PRIVATE qmv40_calculator)
+set_target_properties(CoQMV40Calculator PROPERTIES PREFIX "")
+# The last two make two builds the same, bit for bit: the base is else made from the name of the output.
+target_link_options(CoQMV40Calculator PRIVATE
+    -s -static -Wl,--no-insert-timestamp -Wl,--disable-auto-image-base)

@@ -1,0 +1,115 @@
+// Registration of the class and its type library.
+
+#include "interface/Identifiers.h"
+#include "platform/ComPointer.h"
+#include "server/windows/Application.h"
+#include "server/windows/IRegistrar.h"
+
+#include <new>
+#include <string>
+
+namespace {
+
+constexpr UINT scriptResource = 101;
+constexpr WORD majorVersion = 1;
+constexpr WORD minorVersion = 0;
+constexpr LCID locale = 1033;
+
+/// The caller's apartment, or one of our own for the length of the call: the registrar is an automation object.
+class Apartment {
+public:
+    Apartment() noexcept : entered(CoInitialize(nullptr)) {}
+    Apartment(const Apartment&) = delete;
+    Apartment& operator=(const Apartment&) = delete;
+    ~Apartment() {
+        if (SUCCEEDED(entered)) CoUninitialize();
+    }
+
+private:
+    HRESULT entered;
+};
+
+/// A path as the script's quoted text holds it.
+std::wstring Quoted(const std::wstring& path) {
+    std::wstring quoted;
+    for (const wchar_t character : path) {
+        quoted += character;
+        if (character == L'\'') quoted += character;
+    }
+    return quoted;
+}
+
+using ApplyScript = HRESULT (STDMETHODCALLTYPE IRegistrar::*)(LPCOLESTR, UINT, LPCOLESTR);
+
+HRESULT RunScript(const std::wstring& modulePath, ApplyScript apply) {
+    ComPointer<IRegistrar> registrar;
+    const HRESULT created =
+        CoCreateInstance(CLSID_Registrar, nullptr, CLSCTX_INPROC_SERVER, IID_IRegistrar, registrar.ReceiveVoid());
+    if (FAILED(created)) return created;
+    const HRESULT replaced = registrar->AddReplacement(L"MODULE", Quoted(modulePath).c_str());
+    if (FAILED(replaced)) return replaced;
+    return (registrar.Get()->*apply)(modulePath.c_str(), scriptResource, L"REGISTRY");
+}
+
+/// The library is of locale 1033; a lookup that asks for no locale, as marshalling does on some platforms, finds it by
+/// an entry for the neutral locale beside it.
+constexpr const wchar_t* neutralLocaleKey = L"TypeLib\\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}\\1.0\\0";
+constexpr const wchar_t* neutralLocalePlatform = L"win64";
+
+HRESULT RegisterNeutralLocale(const std::wstring& modulePath) {
+    const std::wstring key = std::wstring(neutralLocaleKey) + L'\\' + neutralLocalePlatform;
+    const auto bytes = static_cast<DWORD>((modulePath.size() + 1) * sizeof(wchar_t));
+    return HRESULT_FROM_WIN32(static_cast<unsigned long>(
+        RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, REG_SZ, modulePath.c_str(), bytes)));
+}
+
+void UnregisterNeutralLocale() {
+    const std::wstring key = std::wstring(neutralLocaleKey) + L'\\' + neutralLocalePlatform;
+    RegDeleteKeyW(HKEY_CLASSES_ROOT, key.c_str());
+    // Goes only when nothing else is registered under it.
+    RegDeleteKeyW(HKEY_CLASSES_ROOT, neutralLocaleKey);
+}
+
+HRESULT RegisterTypeLibrary(const std::wstring& modulePath) {
+    ComPointer<ITypeLib> library;
+    const HRESULT loaded = CQMVCalculatorApp::Instance().LoadTypeLibrary(library.Receive());
+    if (FAILED(loaded)) return loaded;
+    std::wstring path = modulePath;
+    const HRESULT registered = RegisterTypeLib(library.Get(), path.data(), nullptr);
+    return FAILED(registered) ? registered : RegisterNeutralLocale(modulePath);
+}
+
+bool IsTypeLibraryRegistered() {
+    BSTR path = nullptr;
+    const HRESULT found = QueryPathOfRegTypeLib(LIBID_CoQMV40CalculatorLib, majorVersion, minorVersion, locale, &path);
+    SysFreeString(path);
+    return SUCCEEDED(found);
+}
+
+HRESULT UnregisterTypeLibrary() {
+    // Unregistering twice is no failure.
+    if (!IsTypeLibraryRegistered()) return S_OK;
+    UnregisterNeutralLocale();
+    return UnRegisterTypeLib(LIBID_CoQMV40CalculatorLib, majorVersion, minorVersion, locale, SYS_WIN64);
+}
+
+} // namespace
+
+STDAPI DllRegisterServer() try {
+    const Apartment apartment;
+    const std::wstring modulePath = CQMVCalculatorApp::Instance().ModulePath();
+    const HRESULT scripted = RunScript(modulePath, &IRegistrar::ResourceRegister);
+    return FAILED(scripted) ? scripted : RegisterTypeLibrary(modulePath);
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+}
+
+STDAPI DllUnregisterServer() try {
+    const Apartment apartment;
+    const std::wstring modulePath = CQMVCalculatorApp::Instance().ModulePath();
+    const HRESULT scripted = RunScript(modulePath, &IRegistrar::ResourceUnregister);
+    const HRESULT unregistered = UnregisterTypeLibrary();
+    return FAILED(scripted) ? scripted : unregistered;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+}

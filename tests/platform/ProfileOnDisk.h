@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/ProfileFile.h"
+#include "support/TemporaryFolder.h"
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+/// A profile file in a folder of its own. There is no file until something is put into it.
+class ProfileOnDisk {
+public:
+    std::filesystem::path Path() const { return folder.Path("head.ini"); }
+    const std::filesystem::path& Folder() const { return folder.Path(); }
+    bool Exists() const { return std::filesystem::exists(Path()); }
+
+    void Put(const std::string& content) const {
+        std::ofstream file(Path(), std::ios::binary | std::ios::trunc);
+        if (!(file << content).flush()) throw std::runtime_error("cannot write " + Path().string());
+    }
+
+    std::string Content() const {
+        std::ifstream file(Path(), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    std::string Read(const wchar_t* section, const wchar_t* key, const char* defaultText = "default",
+                     std::size_t capacity = 349) const {
+        std::vector<char> buffer(capacity, '#');
+        ReadProfileText(section, key, defaultText, buffer, Path().wstring().c_str());
+        return buffer.data();
+    }
+
+    bool Write(const wchar_t* section, const wchar_t* key, const char* text) const {
+        return WriteProfileText(section, key, text, Path().wstring().c_str());
+    }
+
+private:
+    TemporaryFolder folder;
+};

@@ -1,0 +1,128 @@
+#include "platform/ProfileOnDisk.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <random>
+#include <string>
+
+/// A write changes the bytes that it is about and no other.
+
+namespace {
+
+using namespace std::string_literals;
+
+TEST(ProfileBytes, StayAsTheyAreButForTheOnesWritten) {
+    const struct {
+        std::string before;
+        const wchar_t* section;
+        const wchar_t* key;
+        const char* text;
+        std::string after;
+        const char* why;
+    } cases[] = {
+        {"[S]\n  k\t= 1 \n", L"S", L"k", "9", "[S]\n  k\t= 9 \n", "indentation and blanks"},
+        {"\n; c\n\n[S]\n\nk=1\n\n\n[T]\n", L"S", L"k", "9", "\n; c\n\n[S]\n\nk=9\n\n\n[T]\n", "blank lines, comments"},
+        {"[S]\nk=1\r\nm=2\rn=3", L"S", L"m", "9", "[S]\nk=1\r\nm=9\rn=3", "each line's own end"},
+        {"[S]\nk=1 ; c\n", L"S", L"k", "9", "[S]\nk=9\n", "what looks like a comment is the value"},
+        {"[S]\nk=\"1\"\n", L"S", L"k", "9", "[S]\nk=9\n", "quotes belong to the value"},
+        {"[S]\nk=1\0x\n"s, L"S", L"k", "9", "[S]\nk=9\0x\n"s, "a zero byte does not"},
+        {"[S]\nk=\n", L"S", L"k", "9", "[S]\nk=9\n", "an empty value"},
+        {"[S]\nk =  \n", L"S", L"k", "9", "[S]\nk =  9\n", "one of blanks"},
+        {"[S]\nk ", L"S", L"k", "9", "[S]\nk=9 ", "none at all"},
+        {"[S]\nk=1\n\n\n[T]\n", L"S", L"m", "9", "[S]\nk=1\nm=9\n\n\n[T]\n", "a new key before trailing blank lines"},
+        {"[S]\n\n\n", L"S", L"m", "9", "[S]\nm=9\n\n\n", "also when there is nothing else"},
+        {"[S]", L"S", L"m", "9", "[S]\r\nm=9\r\n", "without any line end, the new ones are CR LF"},
+        {"[S]\nk=1", L"T", L"m", "9", "[S]\nk=1\n[T]\nm=9\n", "the file's own line end otherwise"},
+        {"[S]\rk=1\r", L"T", L"m", "9", "[S]\rk=1\r[T]\rm=9\r", "whichever it is"},
+        {"[S]\nk=1\n\r\nm=1\r\n", L"S", L"n", "9", "[S]\nk=1\n\r\nm=1\r\nn=9\r\n", "the commoner one; CR LF in doubt"},
+        {"[S]\nk=1\nm=1\r\n", L"S", L"n", "9", "[S]\nk=1\nm=1\r\nn=9\n", "the commoner one"},
+        {"[S]\r\n", L"", L"n", "9", "n=9\r\n[S]\r\n", "a key before any section"},
+        {"\n[S]\n", L"", L"n", "9", "n=9\n\n[S]\n", "and before blank lines there"},
+        {"[S]\nk=1\nm=2", L"S", L"m", nullptr, "[S]\nk=1\n", "a removed last line goes without a trace"},
+        {" [S] x\nk=1\n\n[T]\n", L"S", nullptr, nullptr, "[T]\n", "a removed section with its blank lines"},
+        {"[S]\nk=\xE4\n", L"S", L"m", "9", "[S]\nk=\xE4\nm=9\n", "bytes of no known encoding"},
+        {"\xEF\xBB\xBF[S]\nk=\xC3\xA4\n", L"S", L"k", "9", "\xEF\xBB\xBF[S]\nk=9\n", "the UTF-8 mark"},
+        {"\xEF\xBB\xBF", L"S", L"k", "9", "\xEF\xBB\xBF[S]\r\nk=9\r\n", "even alone"},
+    };
+    const ProfileOnDisk profile;
+    for (const auto& [before, section, key, text, after, why] : cases) {
+        profile.Put(before);
+        EXPECT_TRUE(profile.Write(section, key, text)) << why;
+        EXPECT_EQ(profile.Content(), after) << why;
+    }
+}
+
+/// UTF-16 text, given as units.
+std::string Utf16(const std::u16string& text, bool isSwapped) {
+    std::string bytes = isSwapped ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char16_t unit : text) {
+        const auto low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
+        bytes += isSwapped ? high : low;
+        bytes += isSwapped ? low : high;
+    }
+    return bytes;
+}
+
+TEST(ProfileBytes, StayUtf16InAUtf16File) {
+    for (const bool isSwapped : {false, true}) {
+        const ProfileOnDisk profile;
+        // An umlaut, a character of two units, and halves of one that stand alone.
+        profile.Put(Utf16(u"[S]\nk=\u00E4\U0001F600\n\xD83D=\xDE00\xD83D\n", isSwapped) + "?");
+        EXPECT_EQ(profile.Read(L"S", L"k"), "\xC3\xA4\xF0\x9F\x98\x80");
+        EXPECT_TRUE(profile.Write(L"S", L"m", "\xC3\xB6\xF0\x9F\x98\x81"));
+        EXPECT_EQ(profile.Content(),
+                  Utf16(u"[S]\nk=\u00E4\U0001F600\n\xD83D=\xDE00\xD83D\nm=\u00F6\U0001F601\n", isSwapped) + "?");
+        EXPECT_EQ(profile.Read(L"S", L"m"), "\xC3\xB6\xF0\x9F\x98\x81");
+        EXPECT_TRUE(profile.Write(L"\u00E4", L"\U0001F600", "1"));
+        EXPECT_EQ(profile.Read(L"\u00E4", L"\U0001F600"), "1");
+    }
+}
+
+TEST(ProfileBytes, OfAValueThatIsNoTextBecomeAVisibleMarkInAUtf16File) {
+    const ProfileOnDisk profile;
+    profile.Put(Utf16(u"[S]\n", false));
+    for (const char* const broken : {"\x80", "\xC3", "\xC0\xAF", "\xE4\xB8", "\xF5\x80\x80\x80", "\xED\xA0"}) {
+        EXPECT_TRUE(profile.Write(L"S", L"k", broken));
+        EXPECT_EQ(profile.Read(L"S", L"k").substr(0, 3), "\xEF\xBF\xBD") << testing::PrintToString(broken);
+    }
+}
+
+TEST(ProfileBytes, AreRestoredByWritingAValueBack) {
+    constexpr std::uint64_t seed = 86028121;
+    SCOPED_TRACE(seed);
+    std::mt19937_64 random(seed);
+    const std::string pieces[] = {"[S]",  "[T]", "[", "]",  "k", "K",  "m", "=",  "=",   "\n",   "\n",
+                                  "\r\n", "\r",  " ", "\t", ";", "\"", "1", "22", "\0"s, "\xE4", "x y"};
+    const ProfileOnDisk profile;
+    int found = 0;
+    for (int i = 0; i < 300; ++i) {
+        std::string content;
+        for (std::uint64_t length = random() % 60; length > 0; --length)
+            content += pieces[random() % std::size(pieces)];
+        profile.Put(content);
+        const std::string stored = profile.Read(L"S", L"k", "(none)");
+        // Reading takes outer quotes off, so that a value that had them is not written back as it was.
+        if (stored == "(none)" || content.find('"') != std::string::npos) continue;
+        ++found;
+        ASSERT_TRUE(profile.Write(L"S", L"k", "longer than before"));
+        ASSERT_EQ(profile.Read(L"S", L"k"), "longer than before") << testing::PrintToString(content);
+        ASSERT_TRUE(profile.Write(L"S", L"k", stored.c_str()));
+        ASSERT_EQ(profile.Content(), content);
+    }
+    EXPECT_GT(found, 10) << "too few of the random files hold the key";
+}
+
+TEST(ProfileBytes, OfAnUntouchedFileAreNotWrittenAgain) {
+    const ProfileOnDisk profile;
+    profile.Put("[S]\r\nk=1\r\n");
+    const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+    std::filesystem::last_write_time(profile.Path(), longAgo);
+    const auto written = std::filesystem::last_write_time(profile.Path());
+    EXPECT_TRUE(profile.Write(L"S", L"k", "1"));
+    EXPECT_TRUE(profile.Write(L"S", L"none", nullptr));
+    EXPECT_EQ(std::filesystem::last_write_time(profile.Path()), written);
+}
+
+} // namespace

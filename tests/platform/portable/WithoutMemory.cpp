@@ -1,0 +1,169 @@
+#include "platform/Automation.h"
+#include "platform/ProfileFile.h"
+#include "platform/ProfileOnDisk.h"
+#include "platform/SettingsStore.h"
+#include "support/FailingAllocations.h"
+#include "support/SettingsFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <new>
+#include <string>
+
+/// Every call here is made to run out of memory at its first allocation, its second, and so on until it gets by with
+/// what there is. Leaks are the sanitizer's to find.
+
+namespace {
+
+/// Calls `attempt` with memory running out at every allocation that it makes; `attempt` gets a function that says
+/// whether it did, to be called right behind the call under test.
+template <typename Attempt> void AtEveryAllocation(Attempt attempt) {
+    bool wasReached = true;
+    long count = 0;
+    for (; wasReached && count < 1000; ++count) {
+        SCOPED_TRACE(count);
+        FailingAllocations failing(count);
+        wasReached = attempt([&] { return failing.Stop(); });
+    }
+    EXPECT_GT(count, 1) << "the call needs no memory at all";
+    EXPECT_LT(count, 1000) << "the call never gets by";
+}
+
+TEST(WithoutMemory, TextsAreNull) {
+    AtEveryAllocation([](auto ranOut) {
+        const BSTR text = SysAllocString(L"text");
+        const bool didRunOut = ranOut();
+        EXPECT_EQ(text == nullptr, didRunOut);
+        SysFreeString(text);
+        return didRunOut;
+    });
+}
+
+TEST(WithoutMemory, ArraysAreNotMade) {
+    AtEveryAllocation([](auto ranOut) {
+        SAFEARRAYBOUND bound{5, 0};
+        SAFEARRAY* const array = SafeArrayCreate(VT_R8, 1, &bound);
+        const bool didRunOut = ranOut();
+        EXPECT_EQ(array == nullptr, didRunOut);
+        EXPECT_EQ(SafeArrayDestroy(array), S_OK);
+        return didRunOut;
+    });
+}
+
+TEST(WithoutMemory, ArraysAreNotCopied) {
+    SAFEARRAYBOUND bound{5, 0};
+    SAFEARRAY* const array = SafeArrayCreate(VT_R8, 1, &bound);
+    AtEveryAllocation([&](auto ranOut) {
+        SAFEARRAY* copy = array;
+        const HRESULT result = SafeArrayCopy(array, &copy);
+        const bool didRunOut = ranOut();
+        EXPECT_EQ(result, didRunOut ? E_OUTOFMEMORY : S_OK);
+        EXPECT_EQ(copy == nullptr, didRunOut);
+        EXPECT_EQ(SafeArrayDestroy(copy), S_OK);
+        return didRunOut;
+    });
+    EXPECT_EQ(SafeArrayDestroy(array), S_OK);
+}
+
+TEST(WithoutMemory, ErrorRecordsAreNotMade) {
+    AtEveryAllocation([](auto ranOut) {
+        ICreateErrorInfo* record = nullptr;
+        const HRESULT result = CreateErrorInfo(&record);
+        const bool didRunOut = ranOut();
+        EXPECT_EQ(result, didRunOut ? E_OUTOFMEMORY : S_OK);
+        if (record != nullptr) record->Release();
+        return didRunOut;
+    });
+}
+
+TEST(WithoutMemory, ErrorRecordsNeitherTakeNorGiveTexts) {
+    ICreateErrorInfo* record = nullptr;
+    ASSERT_EQ(CreateErrorInfo(&record), S_OK);
+    std::wstring source = L"source";
+    AtEveryAllocation([&](auto ranOut) {
+        const HRESULT result = record->SetSource(source.data());
+        const bool didRunOut = ranOut();
+        EXPECT_EQ(result, didRunOut ? E_OUTOFMEMORY : S_OK);
+        return didRunOut;
+    });
+    void* read = nullptr;
+    ASSERT_EQ(record->QueryInterface(IID_IErrorInfo, &read), S_OK);
+    AtEveryAllocation([&](auto ranOut) {
+        BSTR text = nullptr;
+        const HRESULT result = static_cast<IErrorInfo*>(read)->GetSource(&text);
+        const bool didRunOut = ranOut();
+        EXPECT_EQ(result, didRunOut ? E_OUTOFMEMORY : S_OK);
+        EXPECT_EQ(text == nullptr, didRunOut);
+        SysFreeString(text);
+        return didRunOut;
+    });
+    static_cast<IErrorInfo*>(read)->Release();
+    record->Release();
+}
+
+/// Whether `call` ended for want of memory.
+template <typename Call> bool EndsForWantOfMemory(Call call) {
+    try {
+        call();
+        return false;
+    } catch (const std::bad_alloc&) {
+        return true;
+    }
+}
+
+TEST(WithoutMemory, ProfilesAreReadToTheEndOrNotAtAll) {
+    const ProfileOnDisk profile;
+    profile.Put("[SAFEPOSITION OF THE HEAD]\r\nRequiredRotationAroundZ=1\r\n");
+    const std::wstring path = profile.Path().wstring();
+    AtEveryAllocation([&](auto ranOut) {
+        char buffer[20] = "untouched";
+        const bool ended = EndsForWantOfMemory([&] {
+            ReadProfileText(L"SAFEPOSITION OF THE HEAD", L"RequiredRotationAroundZ", "default", buffer, path.c_str());
+        });
+        const bool didRunOut = ranOut();
+        EXPECT_STREQ(buffer, ended ? "untouched" : "1");
+        EXPECT_EQ(ended, didRunOut);
+        return didRunOut;
+    });
+}
+
+TEST(WithoutMemory, ProfilesAreWrittenWholeOrLeftAsTheyAre) {
+    const ProfileOnDisk profile;
+    const std::string before = "[HEADCENTRE]\r\nX=1\r\n",
+                      after = "[HEADCENTRE]\r\nX=1\r\nRequiredRotationAroundZ=2\r\n";
+    const std::wstring path = profile.Path().wstring();
+    bool didRunOut = true;
+    for (long count = 0; didRunOut; ++count) {
+        SCOPED_TRACE(count);
+        profile.Put(before);
+        bool isWritten = false;
+        FailingAllocations failing(count);
+        const bool ended = EndsForWantOfMemory(
+            [&] { isWritten = WriteProfileText(L"HEADCENTRE", L"RequiredRotationAroundZ", "2", path.c_str()); });
+        didRunOut = failing.Stop();
+        ASSERT_LT(count, 1000);
+        EXPECT_EQ(didRunOut, ended) << "a lack of memory is never hidden";
+        EXPECT_EQ(profile.Content(), isWritten ? after : before);
+        const std::filesystem::directory_iterator files(profile.Folder());
+        EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "nothing is left behind";
+    }
+}
+
+TEST(WithoutMemory, SettingsAreReadOrTheCallEnds) {
+    SettingsFixture settings;
+    settings.SetText("Head Centre To Drive Cup X Offset", "-7.25");
+    AtEveryAllocation([&](auto ranOut) {
+        char buffer[20] = "";
+        DWORD type = 0, length = 0;
+        LSTATUS status = ERROR_MORE_DATA;
+        const bool ended = EndsForWantOfMemory([&] {
+            status = SettingsKey(SettingsFixture::key).Query("Head Centre To Drive Cup X Offset", buffer, type, length);
+        });
+        const bool didRunOut = ranOut();
+        EXPECT_EQ(ended, didRunOut);
+        EXPECT_EQ(status, ended ? ERROR_MORE_DATA : ERROR_SUCCESS);
+        return didRunOut;
+    });
+}
+
+} // namespace
