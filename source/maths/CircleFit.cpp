@@ -91,8 +91,9 @@ Expansion Expand(const Circle& circle, const ScaledPoints& points, Hessian which
         const auto h = x * nx + y * ny + z * nz; // across the plane
         const auto fromAxis = v + r;
         const auto rho = SquareRoot(fromAxis * fromAxis + u * u);
-        const auto g = (v * (fromAxis + r) + u * u) / (rho + r); // rho - r, with all its digits
-        const auto perRho = 1.0 / rho;
+        const auto perBoth = 1.0 / (rho * (rho + r)); // one division is dearer than all else here
+        const auto perRho = perBoth * (rho + r);
+        const auto g = (v * (fromAxis + r) + u * u) * (perBoth * rho); // rho - r, with all its digits
         const auto c = fromAxis * perRho, s = u * perRho;
         const auto sag = (g - v) * perRho; // 1 - c, with all its digits
         const auto gw = g * residuals, hw = h * residuals;
@@ -211,7 +212,7 @@ public:
     /// Nothing when the circle turns into a straight line.
     std::optional<Descended> Run() {
         while (straightSteps < 3) {
-            const std::optional<Vector6> change = Solve(here, damping);
+            const std::optional<Vector6> change = Solve(here, hessian == Hessian::Exact ? 0.0 : damping);
             const bool done = change ? Step(*change) : ChangeCourse();
             if (done) return Descended{circle, here.value};
             if (damping > hopeless) return std::nullopt;
@@ -261,16 +262,16 @@ private:
 
     /// Here the sum of squares is not shaped like a bowl, or a step led up: on with damped Gauss-Newton steps.
     void LeaveTheBowl() {
-        damping = std::max(10.0 * damping, 1e-3);
-        if (hessian == Hessian::GaussNewton) return;
-        hessian = Hessian::GaussNewton;
-        here = Look(circle, hessian);
+        if (hessian == Hessian::GaussNewton)
+            damping *= 10.0;
+        else
+            here = Look(circle, hessian = Hessian::GaussNewton);
     }
 
     /// Takes one step, if it leads down. True when the minimum is reached.
     bool Step(const Vector6& change) {
         const double size = SizeOf(change, circle.radius);
-        const bool newton = hessian == Hessian::Exact && damping == 0.0;
+        const bool newton = hessian == Hessian::Exact;
         const Circle next = Changed(circle, change);
         if (newton && IsLast(size)) {
             circle = next;
@@ -300,11 +301,10 @@ private:
 
     /// A step down with damping: less of it from here, and back to Newton's steps when the minimum is near.
     bool Relax(double size) {
-        damping = damping < 1e-6 ? 0.0 : 0.1 * damping;
+        damping = std::max(0.1 * damping, epsilon);
         relaxedSize = size;
         if (size > 0.1) return false;
         hessian = Hessian::Exact;
-        damping = 0.0;
         here = Look(circle, hessian);
         lastSize = smallestSize = std::numeric_limits<double>::infinity();
         return false;
@@ -330,7 +330,7 @@ private:
     Circle circle;
     Expansion here;
     Hessian hessian = Hessian::Exact;
-    double damping = 0.0;
+    double damping = 1e-3;                                        ///< of Gauss-Newton steps, relative
     double relaxedSize = std::numeric_limits<double>::infinity(); ///< of the last step with damping
     double lastSize = std::numeric_limits<double>::infinity();
     double smallestSize = std::numeric_limits<double>::infinity();
@@ -405,7 +405,9 @@ std::optional<Descended> FitFromTheStart(ScaledPoints& points, Limits& limits) {
     const PrincipalAxes axes(points);
     if (axes.IsStraight()) return std::nullopt;
     std::optional<Descended> best;
-    for (int normal = 2; normal >= 0; --normal) {
+    // Across a direction in which the points lie far apart no circle can be.
+    const int last = axes.spread[0] < 4.0 * axes.spread[1] ? 0 : 1;
+    for (int normal = 2; normal >= last; --normal) {
         const CMaVector& first = axes.axis[(normal + 1) % 3];
         const CMaVector& second = axes.axis[(normal + 2) % 3];
         const Circle start = StartIn(first, second, points, limits.straightRadius);

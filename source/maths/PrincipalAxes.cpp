@@ -52,14 +52,18 @@ PrincipalAxes::PrincipalAxes(ScaledPoints& points) noexcept {
     const double count = static_cast<double>(points.GetSize());
     straightWithin = straightInRoundings * points.GetRounding();
 
-    // A turn that is small leaves an error of its square: with the second or third frame all is done.
+    // The first sums are about the middle of the box and in the caller's frame, which may cost digits; the later ones
+    // are about the mean and in the frame that the first ones gave. A small turn leaves an error of its square.
     constexpr int frameLimit = 4;
     constexpr double smallTurn = 1e-8;
     for (int frames = 0; frames < frameLimit; ++frames) {
         const auto m = MomentsIn(axis, points);
-        const CMaVector rest = (axis[0] * m[0] + axis[1] * m[1] + axis[2] * m[2]) * (1.0 / count);
+        const double u = m[0] / count, v = m[1] / count, w = m[2] / count;
+        const CMaVector rest = axis[0] * u + axis[1] * v + axis[2] * w;
         points.MoveBase(rest[0], rest[1], rest[2]);
-        const SymmetricEigen<3> eigen({{{m[3], m[4], m[5]}, {m[4], m[6], m[7]}, {m[5], m[7], m[8]}}});
+        const double uv = m[4] - m[0] * v, uw = m[5] - m[0] * w, vw = m[7] - m[1] * w;
+        const SymmetricEigen<3> eigen(
+            {{{m[3] - m[0] * u, uv, uw}, {uv, m[6] - m[1] * v, vw}, {uw, vw, m[8] - m[2] * w}}});
         for (std::size_t i = 0; i < 3; ++i) spread[i] = std::sqrt(std::max(eigen.values[i], 0.0) / count);
         const double turn = Turn(axis, eigen.vectors);
         if (frames > 0 && turn < smallTurn) return;

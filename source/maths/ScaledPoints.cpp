@@ -16,21 +16,23 @@ struct Range {
 };
 
 Range RangeOf(std::span<const double> values) {
-    Lanes lowest{values[0], values[0]}, highest = lowest, notFinite{};
+    // Two of each, so that no step waits for the one before.
+    Lanes lowest[2] = {{values[0], values[0]}, {values[0], values[0]}};
+    Lanes highest[2] = {lowest[0], lowest[0]}, notFinite[2] = {};
+    const auto take = [&](Lanes v, int which) {
+        lowest[which] = Smaller(v, lowest[which]);
+        highest[which] = Larger(v, highest[which]);
+        notFinite[which] += v * 0.0; // not-a-number from the first value that is not finite
+    };
     std::size_t i = 0;
-    for (; i + laneCount <= values.size(); i += laneCount) {
-        const Lanes v = LoadLanes(&values[i]);
-        lowest = Smaller(v, lowest);
-        highest = Larger(v, highest);
-        notFinite += v * 0.0; // not-a-number from the first value that is not finite
+    for (; i + 2 * laneCount <= values.size(); i += 2 * laneCount) {
+        take(LoadLanes(&values[i]), 0);
+        take(LoadLanes(&values[i + laneCount]), 1);
     }
-    for (; i < values.size(); ++i) {
-        lowest[0] = Smaller(values[i], lowest[0]);
-        highest[0] = Larger(values[i], highest[0]);
-        notFinite[0] += values[i] * 0.0;
-    }
-    if (Total(notFinite) != 0.0) ThrowImpossible();
-    return {Smaller(lowest[0], lowest[1]), Larger(highest[0], highest[1])};
+    for (; i < values.size(); ++i) take(Lanes{values[i], values[i]}, 0);
+    if (Total(notFinite[0] + notFinite[1]) != 0.0) ThrowImpossible();
+    const Lanes least = Smaller(lowest[0], lowest[1]), greatest = Larger(highest[0], highest[1]);
+    return {Smaller(least[0], least[1]), Larger(greatest[0], greatest[1])};
 }
 
 } // namespace
@@ -50,13 +52,6 @@ ScaledPoints::ScaledPoints(const CMaPointArray& points) : xs(points.X()), ys(poi
     rounding = std::max(Limits::epsilon() * largest, Limits::denorm_min()) * scale;
     for (int axis = 0; axis < 3; ++axis)
         base[axis] = 0.5 * (ranges[axis].lowest * scale) + 0.5 * (ranges[axis].highest * scale);
-    const double count = static_cast<double>(xs.size());
-    const auto sums = SumOver<3>([](auto x, auto y, auto z, auto* sum) {
-        sum[0] += x;
-        sum[1] += y;
-        sum[2] += z;
-    });
-    MoveBase(sums[0] / count, sums[1] / count, sums[2] / count);
 }
 
 ScaledPoints::ScaledPoints(const CMaPointArray& part, const ScaledPoints& whole) noexcept : ScaledPoints(whole) {

@@ -7,9 +7,10 @@
 #include <array>
 #include <cstddef>
 
-/// The points of a fit as the fits want them: about their mean, and scaled by a power of two so that the set is about 1
-/// in size. Neither costs accuracy (the scaling changes no digit), and nothing overflows or vanishes, whatever the size
-/// of the coordinates. The points are not copied: every sum reads them where they are stored, in one pass.
+/// The points of a fit as the fits want them: about a point in their middle, and scaled by a power of two so that the
+/// set is about 1 in size. Neither costs accuracy (the scaling changes no digit), and nothing overflows or vanishes,
+/// whatever the size of the coordinates. The points are not copied: every sum reads them where they are stored, in one
+/// pass.
 class ScaledPoints {
 public:
     /// Throws GeometryError (Impossible) when there are no points, all are in one place or a coordinate is not finite.
@@ -23,7 +24,7 @@ public:
     /// How far a point can have been moved by the rounding of its coordinates.
     double GetRounding() const noexcept { return rounding; }
 
-    /// Moves the base, from which points are counted, by the mean of what is left.
+    /// Moves the base, from which the points are counted. At first it is the middle of the box around them.
     void MoveBase(double x, double y, double z) noexcept {
         base[0] += x;
         base[1] += y;

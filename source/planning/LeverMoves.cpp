@@ -36,9 +36,12 @@ void MovePlanner::CalculateUnlockMoves(RequiredMoves& moves) const {
         const CMaVector axis = Ask(headGeometry, &RoundThePole::LeverAxisOfRotation, 1);
         const CMaVector unlocked = Ask(headGeometry, &RoundThePole::LeverUnlockedPosition, side);
 
-        moves.UnLock = ArcAbout(unlockingCentre, axis, -headGeometry.GetLockedToUnlockedLeverRotation());
+        // The settings are read between the writes, and a failure there is meant to leave what was written before it.
+        SetRotationVector(moves.UnLock, axis);
+        moves.UnLock.RotationAngle = -headGeometry.GetLockedToUnlockedLeverRotation();
         moves.ApproachUnLockLever = PositionOf(lockedApproach);
         moves.EngageWithUnLockLever = PositionOf(locked);
+        SetOrigin(moves.UnLock, unlockingCentre);
         moves.DisengageFromUnLockLever = PositionAtHeight(unlocked, headGeometry.SafePositionZ());
     });
 }
@@ -65,7 +68,9 @@ void MovePlanner::CalculateLockMoves(RequiredMoves& moves, double a, double b) c
         const CMaVector axis = Ask(headGeometry, &RoundThePole::LeverAxisOfRotation, 0);
         const CMaVector locked = Ask(headGeometry, &RoundThePole::LeverLockedPosition, side);
 
-        moves.Lock = ArcAbout(lockingCentre, axis, -headGeometry.GetUnlockedToLockedLeverRotation());
+        SetRotationVector(moves.Lock, axis);
+        moves.Lock.RotationAngle = -headGeometry.GetUnlockedToLockedLeverRotation();
+        SetOrigin(moves.Lock, lockingCentre);
         moves.MoveToLockLeverAtSafeZ = PositionAtHeight(unlockedApproach, headGeometry.SafePositionZ());
         moves.ApproachLockLever = PositionOf(unlockedApproach);
         moves.EngageWithLockLever = PositionOf(unlocked);

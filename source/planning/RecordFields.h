@@ -14,6 +14,18 @@ inline CMaVector VectorOf(const XYZData& position) {
     return CMaVector(position.XPosition, position.YPosition, position.ZPosition);
 }
 
+inline void SetOrigin(ArcData& arc, const CMaVector& origin) {
+    arc.XOrigin = origin[0];
+    arc.YOrigin = origin[1];
+    arc.ZOrigin = origin[2];
+}
+
+inline void SetRotationVector(ArcData& arc, const CMaVector& axis) {
+    arc.iRotationVector = axis[0];
+    arc.jRotationVector = axis[1];
+    arc.kRotationVector = axis[2];
+}
+
 inline ArcData ArcAbout(const CMaVector& origin, const CMaVector& axis, double angleDegrees) {
     return {origin[0], origin[1], origin[2], axis[0], axis[1], axis[2], angleDegrees};
 }

@@ -1,11 +1,20 @@
+#include "calculator/CQMVCalculator.h"
 #include "calculator/PreparedCalculator.h"
 #include "interface/ErrorCodes.h"
+#include "server/CreatableObjects.h"
 
 #include <cmath>
 
 namespace {
 
 class HeadPosition : public PreparedCalculator {};
+
+/// A calculator that shows the angles it keeps, hidden or not.
+class OpenCalculator : public CQMVCalculator {
+public:
+    using CQMVCalculator::currentA;
+    using CQMVCalculator::currentB;
+};
 
 TEST_F(HeadPosition, IsUnknownToAFreshObject) {
     const auto calculator = CreateCalculator();
@@ -48,6 +57,14 @@ TEST_F(HeadPosition, IsHiddenByARefusedOneUntilTheNextThatIsAccepted) {
     EXPECT_EQ(calculator->SetCurrentHeadPosition(30.0, 15.0), S_OK);
     EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{30.0, 15.0}));
     EXPECT_EQ(Plan(*calculator.Get(), 0.0, 0.0).code, S_OK);
+}
+
+TEST_F(HeadPosition, IsNotLostByARefusedOneAlthoughHidden) {
+    StandaloneObject<OpenCalculator> calculator;
+    ASSERT_EQ(calculator.SetCurrentHeadPosition(45.0, -30.0), S_OK);
+    ASSERT_EQ(calculator.SetCurrentHeadPosition(10.0, 0.0), QMV_E_INVALID_TARGET);
+    EXPECT_EQ(calculator.currentA, 45.0);
+    EXPECT_EQ(calculator.currentB, -30.0);
 }
 
 TEST_F(HeadPosition, BecomesUnknownByEveryKindOfRefusal) {

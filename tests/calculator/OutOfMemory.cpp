@@ -121,6 +121,7 @@ TEST_F(OutOfMemory, LeavesAWholeFileOrNoneAndNothingBesides) {
     ASSERT_EQ(calculator->SaveHeadGeometryToFile(name.Address()), S_OK);
     const std::string expected = ContentOf(path);
     std::filesystem::remove(path);
+    constexpr long sevenWritesAreAlike = 3; // and each is slow: the file is flushed to the disk
     ForEveryAllocation([&] { return calculator->SaveHeadGeometryToFile(name.Address()); },
                        [&](HRESULT code) {
                            ExpectSuccessOrOutOfMemory(code);
@@ -133,7 +134,8 @@ TEST_F(OutOfMemory, LeavesAWholeFileOrNoneAndNothingBesides) {
                            EXPECT_TRUE(content.empty() || content.back() == '\n');
                            std::filesystem::remove(path);
                            EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
-                       });
+                       },
+                       sevenWritesAreAlike);
 }
 
 /// How many numbers of a plan come from each step of the planning, in the order of the steps and of the record.

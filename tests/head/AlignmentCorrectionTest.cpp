@@ -70,6 +70,14 @@ TEST_F(AlignmentCorrection, FindsTheQuadrantWithAMarginOfExactlyTen) {
     for (const Case& c : cases) EXPECT_EQ(Quadrant(c.points), c.quadrant) << c.why;
 }
 
+TEST_F(AlignmentCorrection, FindsTheQuadrantOfAHeadAtTheOriginToTheLastBitOfTen) {
+    const double beyond = std::nextafter(10.0, infinity);
+    EXPECT_EQ(Quadrant({{10.0, 10.0, 0.0}}), 1);
+    EXPECT_EQ(Quadrant({{beyond, 10.0, 0.0}}), 4);
+    EXPECT_EQ(Quadrant({{10.0, beyond, 0.0}}), 2);
+    EXPECT_EQ(Quadrant({{beyond, beyond, 0.0}}), 3);
+}
+
 TEST_F(AlignmentCorrection, FoldsTheAngleByQuadrant) {
     struct Case {
         int quadrant;

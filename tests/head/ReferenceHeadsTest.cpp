@@ -7,10 +7,11 @@
 
 namespace {
 
-/// What rounding may do to numbers of this size on their way through two fits (lengths: fits of such points promise
-/// 1e-9; angles: the same over the shortest arc's radius).
+/// How far rounding may move a number on its way through the fits: a hundredth of the file's last digit for coordinates
+/// of some hundreds, and no more for angles. Lengths are what circle fits of such points promise; an angle comes from a
+/// plane through points 100 apart, which are rounded at 1e-13.
 constexpr double lengthNoise = 1e-9;
-constexpr double angleNoise = 1e-9;
+constexpr double angleNoise = 1e-10;
 
 /// Whether `text` is a correct rounding to ten digits of some value within `noise` of `value`. Where `value` stands
 /// further than that from a tie between two texts, this leaves exactly one.

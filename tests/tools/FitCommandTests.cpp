@@ -67,7 +67,7 @@ TEST(FitCommand, ShowsHowMuchOfATurnTheCirclesPointsCover) {
     const std::string points =
         folder.Write("points.csv", std::string(header) + "0,10,0\n10,0,0\n7.0710678118654755,7.0710678118654755,0\n");
     const ToolRun run = RunQmv40({"fit", "--shape", "circle", "--points", points});
-    EXPECT_NE(std::string::npos, run.out.find("arc covered             90.0000  deg")) << run.out;
+    EXPECT_NE(std::string::npos, run.out.find("arc covered            90.0000  deg")) << run.out;
 }
 
 TEST(FitCommand, RefusesPointsThatDoNotDetermineTheShape) {

@@ -86,8 +86,9 @@ TEST(GeometryCommand, ShowsEveryFigureWithItsUnitToAPerson) {
              "radius                 195.5000   195.5000  mm\n",
              "arc covered             90.0000   330.0000  deg\n",
              "RMS tells how well the points lie on a circle, not how well its centre is known",
-         })
+         }) {
         EXPECT_NE(std::string::npos, text.find(expected)) << "missing: " << expected << "\nin:\n" << text;
+    }
 }
 
 TEST(GeometryCommand, ReportsTheComponentsRefusal) {

@@ -89,9 +89,10 @@ TEST_F(MoveCommand, PlansTheMovesOfTheHeadThatWasCaptured) {
     for (const auto& each : cases) {
         ASSERT_EQ(each.numbers.size(), moves[each.move].size()) << each.move;
         std::size_t i = 0;
-        for (const auto& item : moves[each.move].items())
+        for (const auto& item : moves[each.move].items()) {
             EXPECT_NEAR(each.numbers[i++], item.value().get<double>(), roundedCapture.length)
                 << each.move << item.key();
+        }
     }
 }
 
@@ -102,12 +103,13 @@ TEST_F(MoveCommand, PrintsTheComponentsNumbersToTheLastBit) {
     const RequiredMoves planned = calculator.CalculateMove({60.0, 165.0});
     const Json moves = PlansOf(MoveArguments(geometry, "15,-75", {"60,165"}, {"--json"}))[0]["moves"];
     const double* number = &planned.ApproachUnLockLever.XPosition;
-    for (const auto& move : moves.items())
+    for (const auto& move : moves.items()) {
         for (const auto& field : move.value().items()) {
             ASSERT_EQ(std::bit_cast<std::uint64_t>(*number++),
                       std::bit_cast<std::uint64_t>(field.value().get<double>()))
                 << move.key() << field.key();
         }
+    }
 }
 
 TEST_F(MoveCommand, KeepsTheSignOfAZeroAngle) {
@@ -220,8 +222,9 @@ TEST_F(MoveCommand, ShowsAPersonEveryMoveAndWhichWayEachArcTurns) {
              "target\n",
              "  turn 90.0000 deg counter-clockwise, seen from above\n",
              "  19  DisengageFromLockLever    straight to  442.8000  -197.5500  -681.5500  lift off the closed lever\n",
-         })
+         }) {
         EXPECT_NE(std::string::npos, text.find(expected)) << "missing: " << expected << "\nin:\n" << text;
+    }
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 132u) << line;
 }

@@ -100,8 +100,9 @@ TEST(HeadAnglesText, IsTwoNumbersWithACommaBetween) {
         EXPECT_EQ(each.a, angles->a) << each.text;
         EXPECT_EQ(each.b, angles->b) << each.text;
     }
-    for (const char* bad : {"", "45", "45,", ",90", "45;90", "45,90,0", "a,b", "45 90", "nan,0", "0,inf"})
+    for (const char* bad : {"", "45", "45,", ",90", "45;90", "45,90,0", "a,b", "45 90", "nan,0", "0,inf"}) {
         EXPECT_FALSE(ParseHeadAngles(bad).has_value()) << bad;
+    }
 }
 
 TEST(JsonDocuments, KeepEveryBitOfADoubleAndTheSignOfZero) {
@@ -130,7 +131,7 @@ TEST(MovesList, HoldsEveryFieldOfTheRecordOnceInTheOrderOfTheRecord) {
     RequiredMoves moves{};
     const char* const begin = reinterpret_cast<const char*>(&moves);
     std::ptrdiff_t expected = 0;
-    for (const Move& move : AllMoves())
+    for (const Move& move : AllMoves()) {
         std::visit(ForKind{[&](XYZData RequiredMoves::*field) {
                                EXPECT_EQ(expected, reinterpret_cast<const char*>(&(moves.*field)) - begin) << move.name;
                                expected += 24;
@@ -140,6 +141,7 @@ TEST(MovesList, HoldsEveryFieldOfTheRecordOnceInTheOrderOfTheRecord) {
                                expected += 56;
                            }},
                    move.field);
+    }
     EXPECT_EQ(680, expected);
 }
 

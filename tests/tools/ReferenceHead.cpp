@@ -44,8 +44,9 @@ std::string AnglesArgument(const Json& angles) {
 
 std::vector<Json> LoadReferenceDocuments() {
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(QMV40_TEST_DATA) / "heads"))
+    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(QMV40_TEST_DATA) / "heads")) {
         if (entry.path().extension() == ".json") files.push_back(entry.path());
+    }
     std::ranges::sort(files);
     std::vector<Json> documents;
     for (const std::filesystem::path& file : files) documents.push_back(Json::parse(ReadFile(file.string())));

@@ -26,8 +26,9 @@ inline void ExpectNear(const Json& expected, const Json& actual, double toleranc
 
 inline void ExpectAllNear(const Json& expected, const Json& actual, double tolerance, const std::string& what) {
     ASSERT_EQ(expected.size(), actual.size()) << what;
-    for (const auto& item : expected.items())
+    for (const auto& item : expected.items()) {
         ExpectNear(item.value(), actual[item.key()], tolerance, what + " " + item.key());
+    }
 }
 
 inline void ExpectFit(const Json& fit, const Json& direction, const Json& centre, double radius,

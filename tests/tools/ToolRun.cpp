@@ -88,8 +88,9 @@ std::string PlainGeometryFile(const TemporaryFolder& folder) {
 }
 
 std::string DifferenceBetween(const Json& expected, const Json& actual, double tolerance, const std::string& where) {
-    if (expected.is_number() && actual.is_number())
+    if (expected.is_number() && actual.is_number()) {
         return DifferenceBetweenNumbers(expected.get<double>(), actual.get<double>(), tolerance, where);
+    }
     if (expected.type() != actual.type() || expected.size() != actual.size()) return where + ": another shape";
     if (!expected.is_structured()) return expected == actual ? "" : where + ": another value";
     auto other = actual.begin();

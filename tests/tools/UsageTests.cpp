@@ -23,8 +23,9 @@ TEST(Usage, HelpTeachesEveryCommandByAnExample) {
 TEST(Usage, HelpOfTheToolNamesEveryCommandAndTheExitCodes) {
     const ToolRun run = RunQmv40({"--help"});
     EXPECT_EQ(0, run.exitCode);
-    for (const char* command : commands)
+    for (const char* command : commands) {
         EXPECT_NE(std::string::npos, run.out.find(std::string("\n  ") + command)) << command;
+    }
     EXPECT_NE(std::string::npos, run.out.find("Exit codes: 0 done;")) << run.out;
 }
 

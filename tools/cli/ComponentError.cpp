@@ -1,6 +1,6 @@
 #include "cli/ComponentError.h"
 
-#include "cli/Text.h"
+#include "cli/Platform.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,7 @@ using TextGetter = HRESULT (STDMETHODCALLTYPE IErrorInfo::*)(BSTR*);
 std::string TextOf(IErrorInfo& record, TextGetter getter) {
     BSTR text = nullptr;
     if (FAILED((record.*getter)(&text)) || text == nullptr) return {};
-    const std::string utf8 = ToUtf8({text, SysStringLen(text)});
+    std::string utf8 = ToUtf8({text, SysStringLen(text)});
     SysFreeString(text);
     return utf8;
 }
@@ -41,8 +41,9 @@ constexpr std::array knownFailures{
 
 ComponentError TakeComponentError(HRESULT code, const char* withoutRecord) {
     IErrorInfo* record = nullptr;
-    if (GetErrorInfo(0, &record) != S_OK || record == nullptr)
+    if (GetErrorInfo(0, &record) != S_OK || record == nullptr) {
         return {code, withoutRecord, "no description is available"};
+    }
     ComponentError error{code, TextOf(*record, &IErrorInfo::GetSource), TextOf(*record, &IErrorInfo::GetDescription)};
     record->Release();
     return error;
@@ -56,6 +57,6 @@ std::string CodeText(HRESULT code) {
 }
 
 std::string Remedy(HRESULT code) {
-    const auto known = std::ranges::find(knownFailures, code, &KnownFailure::code);
+    const auto* const known = std::ranges::find(knownFailures, code, &KnownFailure::code);
     return known == knownFailures.end() ? "" : known->remedy;
 }

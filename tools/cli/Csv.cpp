@@ -36,8 +36,9 @@ std::string ReadWhole(const std::string& fileName) {
 
 /// The content without its byte-order mark. Text in another encoding would fail in the header, and puzzle the user.
 std::string_view WithoutMark(const std::string& fileName, std::string_view content) {
-    if (content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF"))
+    if (content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF")) {
         throw InputError{fileName, {}, "is UTF-16 text: save it as UTF-8"};
+    }
     if (content.starts_with("\xEF\xBB\xBF")) content.remove_prefix(3);
     return content;
 }
@@ -99,8 +100,9 @@ std::size_t ColumnIndex(const Line& line, const std::vector<std::string>& header
         line.Refuse("the header has no column " + std::string(name) +
                     (hasSemicolons ? " (fields are to be separated by commas)" : ""));
     }
-    if (std::find_if(std::next(found), header.end(), isNamed) != header.end())
+    if (std::find_if(std::next(found), header.end(), isNamed) != header.end()) {
         line.Refuse("the header has two columns " + std::string(name));
+    }
     return static_cast<std::size_t>(found - header.begin());
 }
 
@@ -125,9 +127,10 @@ std::vector<std::vector<double>> ReadNumberColumns(const std::string& fileName,
     std::vector<std::vector<double>> rows;
     for (const Line& line : std::span(lines).subspan(1)) {
         const std::vector<std::string> fields = Fields(line);
-        if (fields.size() != header.size())
+        if (fields.size() != header.size()) {
             line.Refuse("there are " + std::to_string(fields.size()) + " fields where the header has " +
                         std::to_string(header.size()));
+        }
         std::vector<double>& row = rows.emplace_back();
         for (std::size_t i = 0; i < names.size(); ++i) row.push_back(Number(line, fields[columns[i]], names[i]));
     }

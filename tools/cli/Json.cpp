@@ -26,11 +26,12 @@ Json AnglesJson(const HeadAngles& angles) { return {{"A", angles.a}, {"B", angle
 
 Json MovesJson(const RequiredMoves& moves) {
     Json document = Json::object();
-    for (const Move& move : AllMoves())
+    for (const Move& move : AllMoves()) {
         document[move.name] =
             std::visit(ForKind{[&](XYZData RequiredMoves::*field) { return PositionJson(moves.*field); },
                                [&](ArcData RequiredMoves::*field) { return ArcJson(moves.*field); }},
                        move.field);
+    }
     return document;
 }
 

@@ -30,9 +30,10 @@ std::vector<Plan> PlanTour(const MoveOptions& options) {
 
 Json PlansJson(const std::vector<Plan>& plans) {
     Json documents = Json::array();
-    for (const Plan& plan : plans)
+    for (const Plan& plan : plans) {
         documents.push_back(
             {{"from", AnglesJson(plan.from)}, {"to", AnglesJson(plan.to)}, {"moves", MovesJson(plan.moves)}});
+    }
     return {{"plans", documents}};
 }
 

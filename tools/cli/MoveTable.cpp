@@ -76,8 +76,9 @@ void PrintMovesAsCsv(std::span<const Plan> plans, const Console& console) {
     for (const Plan& plan : plans) {
         ++planNumber;
         std::size_t moveNumber = 0;
-        for (const Move& move : AllMoves())
+        for (const Move& move : AllMoves()) {
             console.out << std::to_string(planNumber) << ',' << std::to_string(++moveNumber) << ',' << move.name << ','
                         << CsvMove(move, plan.moves) << '\n';
+        }
     }
 }

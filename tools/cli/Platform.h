@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <string_view>
 
 /// The few things in which the platforms differ; the build picks the folder that implements them.
 
@@ -29,6 +30,9 @@ private:
     struct State;
     std::unique_ptr<State> state;
 };
+
+/// The component's wide text as UTF-8.
+std::string ToUtf8(std::wstring_view wide);
 
 /// The wide form of a file name under which the component finds the same file. Throws InputError when there is none.
 std::wstring FileNameForComponent(const std::filesystem::path& path);

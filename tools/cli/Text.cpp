@@ -8,12 +8,6 @@ char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A'
 
 } // namespace
 
-std::string ToUtf8(std::wstring_view wide) {
-    // A path knows how the platform's wide text is encoded.
-    const std::u8string utf8 = std::filesystem::path(wide).u8string();
-    return {utf8.begin(), utf8.end()};
-}
-
 std::filesystem::path PathOf(const std::string& utf8Name) {
     return std::filesystem::path(std::u8string(utf8Name.begin(), utf8Name.end()));
 }

@@ -4,9 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// The tool's own texts are UTF-8 on every platform; the component's are wide.
+/// The tool's own texts are UTF-8 on every platform; Platform.h turns the component's wide ones into it.
 
-std::string ToUtf8(std::wstring_view wide);
 std::filesystem::path PathOf(const std::string& utf8Name);
 
 /// Without blanks and tabulators at either end.

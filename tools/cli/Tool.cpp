@@ -78,6 +78,10 @@ int RunCommand(std::vector<std::string> arguments, CLI::App& tool, const Console
         return Refused(error, exitBadFile, tool, console);
     } catch (const ComponentError& error) {
         return Refused(error, exitRefused, tool, console);
+    } catch (const std::exception& error) {
+        // Out of memory, a working folder that vanished: nothing that a command foresees.
+        console.err << "qmv40: " << error.what() << '\n';
+        return exitRefused;
     }
 }
 

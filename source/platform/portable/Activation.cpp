@@ -25,7 +25,7 @@ HRESULT CreateFrom(const ClassAnnouncement& announcement, IUnknown* outer, REFII
     void* found = nullptr;
     const HRESULT result = announcement.getClassObject(announcement.clsid, IID_IClassFactory, &found);
     if (FAILED(result)) return result;
-    const auto factory = static_cast<IClassFactory*>(found);
+    auto* const factory = static_cast<IClassFactory*>(found);
     const HRESULT created = factory->CreateInstance(outer, iid, object);
     factory->Release();
     return created;

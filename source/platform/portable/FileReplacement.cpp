@@ -2,7 +2,6 @@
 
 #include "platform/portable/FileReading.h"
 
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -84,13 +83,12 @@ public:
     }
 
 private:
-    /// A name may be taken, by what a process that had the same number left behind when it was ended.
+    /// A name may be taken: by another thread, or by what a process that had the same number left behind when it was
+    /// ended.
     int Create(const path& folder, mode_t mode) {
         constexpr int mostAttempts = 100;
-        static std::atomic<unsigned> number{0};
         for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-            const unsigned unused = number.fetch_add(1);
-            name = folder / (".qmv40-" + std::to_string(::getpid()) + "-" + std::to_string(unused) + ".tmp");
+            name = folder / (".qmv40-" + std::to_string(::getpid()) + "-" + std::to_string(attempt) + ".tmp");
             const int created = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
             exists = created >= 0;
             if (exists || errno != EEXIST) return created;
@@ -119,8 +117,8 @@ path FolderOf(const path& file) { return file.has_parent_path() ? file.parent_pa
 
 /// `original` is null for a file that is not there yet.
 bool ReplaceFile(const path& target, const FolderLock& folder, const struct stat* original, std::string_view content) {
-    // A new file gets the permissions that the process gives its files, an old one nobody's until it gets its own
-    // again.
+    // A new file gets the permissions that the process gives its files; the copy of an old one is nobody else's to
+    // read until it has those of the original.
     TemporaryFile file(FolderOf(target), original == nullptr ? 0666 : 0600);
     if (!file.Exists() || (original != nullptr && !file.TakeAfter(*original))) return false;
     if (!file.Fill(content) || !file.Replace(target)) return false;

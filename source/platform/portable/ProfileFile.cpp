@@ -67,7 +67,9 @@ void CopyCut(std::string_view text, std::span<char> buffer) {
 
 void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer,
                      const wchar_t* fileName) {
-    const auto sectionName = NarrowName(section), keyName = NarrowName(key), file = NarrowName(fileName);
+    const auto sectionName = NarrowName(section);
+    const auto keyName = NarrowName(key);
+    const auto file = NarrowName(fileName);
     const auto content = file ? ReadWhole(OpenFile(*file, O_RDONLY)) : std::nullopt;
     const EncodedText profile(content ? *content : "");
     const bool isNamed = sectionName && keyName;
@@ -76,7 +78,9 @@ void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* def
 }
 
 bool WriteProfileText(const wchar_t* section, const wchar_t* key, const char* text, const wchar_t* fileName) {
-    const auto sectionName = NarrowName(section), keyName = NarrowName(key), file = NarrowName(fileName);
+    const auto sectionName = NarrowName(section);
+    const auto keyName = NarrowName(key);
+    const auto file = NarrowName(fileName);
     if (!sectionName || !file) return false;
     return RewriteFile(*file, [&](std::string& content) {
         EncodedText profile(content);

@@ -75,7 +75,9 @@ std::optional<Entry> FindEntry(std::string_view text, const Section& section, st
 }
 
 std::string_view PrevailingLineEnd(std::string_view text) {
-    std::size_t pairs = 0, lineFeeds = 0, returns = 0;
+    std::size_t pairs = 0;
+    std::size_t lineFeeds = 0;
+    std::size_t returns = 0;
     for (std::size_t at = 0; at < text.size();) {
         const TextLine line = LineAt(text, at);
         at = line.next;

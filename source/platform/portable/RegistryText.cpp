@@ -38,8 +38,9 @@ bool IsRestOfLine(std::string_view text) {
 /// What a heading line does to the key that is looked for.
 enum class Heading { None, OtherKey, KeyBelow, Key, Removal };
 
-bool IsBelow(std::string_view path, std::string_view ancestor) {
-    return path.size() > ancestor.size() && path[ancestor.size()] == '\\' && StartsWithIgnoringCase(path, ancestor);
+/// Whether `key` is a subkey of `ancestor`, at any depth.
+bool IsBelow(std::string_view ancestor, std::string_view key) {
+    return key.size() > ancestor.size() && key[ancestor.size()] == '\\' && StartsWithIgnoringCase(key, ancestor);
 }
 
 Heading HeadingOf(std::string_view line, std::string_view path) {
@@ -52,9 +53,9 @@ Heading HeadingOf(std::string_view line, std::string_view path) {
     line.remove_prefix(root.size());
     if (line.ends_with('\\')) line.remove_suffix(1);
     const bool isKey = EqualIgnoringCase(line, path);
-    if (isRemoval) return isKey || IsBelow(path, line) ? Heading::Removal : Heading::OtherKey;
+    if (isRemoval) return isKey || IsBelow(line, path) ? Heading::Removal : Heading::OtherKey;
     if (isKey) return Heading::Key;
-    return IsBelow(line, path) ? Heading::KeyBelow : Heading::OtherKey;
+    return IsBelow(path, line) ? Heading::KeyBelow : Heading::OtherKey;
 }
 
 char Unescaped(char c) {
@@ -70,7 +71,8 @@ char Unescaped(char c) {
     }
 }
 
-/// Takes `"text"` off the front and hands each of its characters to `take`; false when there is no such text.
+/// Takes `"text"` off the front and hands each of its characters to `take`; false when there is no such text, or as
+/// soon as `take` refuses a character.
 template <typename Take> bool TakeQuoted(std::string_view& line, Take take) {
     if (!Skip(line, "\"")) return false;
     while (!line.empty()) {
@@ -81,22 +83,22 @@ template <typename Take> bool TakeQuoted(std::string_view& line, Take take) {
             c = Unescaped(line.front());
             line.remove_prefix(1);
         }
-        take(c);
+        if (!take(c)) return false;
     }
     return false;
 }
 
-/// Takes `"name"=` or `@=` off the front when it names `name`.
+/// Takes `"name"=` or `@=` off the front, if that is what stands there.
 bool TakeName(std::string_view& line, std::string_view name) {
-    bool isSame = true;
-    const auto compare = [&](char c) {
-        isSame = isSame && !name.empty() && UpperAscii(c) == UpperAscii(name.front());
-        if (!name.empty()) name.remove_prefix(1);
+    const auto isNext = [&](char c) {
+        if (name.empty() || UpperAscii(c) != UpperAscii(name.front())) return false;
+        name.remove_prefix(1);
+        return true;
     };
     SkipBlanks(line);
-    if (!Skip(line, "@") && !TakeQuoted(line, compare)) return false;
+    if (!Skip(line, "@") && !TakeQuoted(line, isNext)) return false;
     SkipBlanks(line);
-    if (!isSame || !name.empty() || !Skip(line, "=")) return false;
+    if (!name.empty() || !Skip(line, "=")) return false;
     SkipBlanks(line);
     return true;
 }
@@ -113,7 +115,8 @@ std::optional<DWORD> TakeHex(std::string_view& line, std::size_t mostDigits) {
 
 std::optional<RegistryValue> TakeText(std::string_view line) {
     RegistryValue value{REG_SZ, {}};
-    if (!TakeQuoted(line, [&](char c) { value.bytes.push_back(c); }) || !IsRestOfLine(line)) return std::nullopt;
+    const auto append = [&](char c) { return value.bytes.push_back(c), true; };
+    if (!TakeQuoted(line, append) || !IsRestOfLine(line)) return std::nullopt;
     value.bytes.push_back('\0');
     return value;
 }

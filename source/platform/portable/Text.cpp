@@ -16,10 +16,10 @@ constexpr std::size_t longestText =
 BSTR Allocate(std::size_t length) noexcept {
     if (length > longestText) return nullptr;
     const auto byteLength = static_cast<LengthPrefix>(length * sizeof(OLECHAR));
-    const auto block = static_cast<char*>(std::malloc(sizeof byteLength + byteLength + sizeof(OLECHAR)));
+    auto* const block = static_cast<char*>(std::malloc(sizeof byteLength + byteLength + sizeof(OLECHAR)));
     if (block == nullptr) return nullptr;
     std::memcpy(block, &byteLength, sizeof byteLength);
-    const auto text = reinterpret_cast<OLECHAR*>(block + sizeof byteLength);
+    auto* const text = reinterpret_cast<OLECHAR*>(block + sizeof byteLength);
     text[length] = L'\0';
     return text;
 }

@@ -69,7 +69,8 @@ std::optional<std::string> NarrowName(const wchar_t* name) {
 std::string Utf8FromUtf16(std::string_view bytes, std::endian order) {
     const std::size_t low = order == std::endian::little ? 0 : 1;
     const auto unitAt = [&](std::size_t at) -> char32_t {
-        return at + 2 > bytes.size() ? 0U : Byte(bytes[at + low]) | Byte(bytes[at + 1 - low]) << 8U;
+        if (at + 2 > bytes.size()) return 0;
+        return char32_t{Byte(bytes[at + low])} | char32_t{Byte(bytes[at + 1 - low])} << 8;
     };
     std::string text;
     text.reserve(bytes.size() / 2);

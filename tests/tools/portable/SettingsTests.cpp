@@ -8,8 +8,9 @@ namespace {
 std::string SettingsText(const Json& values) {
     std::string text = "Windows Registry Editor Version 5.00\n\n"
                        "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Hollbeck\\VRX Software\\QMV40Calculator]\n";
-    for (const auto& value : values.items())
+    for (const auto& value : values.items()) {
         text += '"' + value.key() + "\"=\"" + value.value().get<std::string>() + "\"\n";
+    }
     return text;
 }
 

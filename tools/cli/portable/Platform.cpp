@@ -28,8 +28,9 @@ struct SettingsOverride::State {
 SettingsOverride::SettingsOverride(const std::string& fileName) {
     if (fileName.empty()) return;
     std::error_code ignored;
-    if (!std::filesystem::is_regular_file(PathOf(fileName), ignored))
+    if (!std::filesystem::is_regular_file(PathOf(fileName), ignored)) {
         throw InputError{fileName, {}, "no such settings file"};
+    }
     state = std::make_unique<State>();
     setenv(settingsVariable, fileName.c_str(), 1);
 }
@@ -43,9 +44,17 @@ SettingsOverride::~SettingsOverride() {
     }
 }
 
+// A path converts between UTF-8 and UTF-32 whatever the locale; between narrow and wide it asks the locale.
+
+std::string ToUtf8(std::wstring_view wide) {
+    const std::u8string utf8 = std::filesystem::path(std::u32string(wide.begin(), wide.end())).u8string();
+    return {utf8.begin(), utf8.end()};
+}
+
 std::wstring FileNameForComponent(const std::filesystem::path& path) {
     try {
-        return path.wstring();
+        const std::u32string name = path.u32string();
+        return {name.begin(), name.end()};
     } catch (const std::filesystem::filesystem_error&) {
         throw InputError{path.string(), {}, "the name is not UTF-8"};
     }

@@ -1,5 +1,4 @@
 #include "cli/Platform.h"
-#include "cli/Text.h"
 #include "cli/Tool.h"
 #include "interface/Identifiers.h"
 

@@ -2,7 +2,6 @@
 
 #include "cli/ComponentError.h"
 #include "cli/Failures.h"
-#include "cli/Text.h"
 
 namespace {
 
@@ -25,17 +24,24 @@ ComponentRuntime::~ComponentRuntime() { CoUninitialize(); }
 struct SettingsOverride::State {};
 
 SettingsOverride::SettingsOverride(const std::string& fileName) {
-    if (!fileName.empty())
+    if (!fileName.empty()) {
         throw UsageError{"--settings: on Windows the head's dimensions stand in the registry; import " + fileName +
                          " there instead"};
+    }
 }
 
 SettingsOverride::~SettingsOverride() = default;
 
+std::string ToUtf8(std::wstring_view wide) {
+    const std::u8string utf8 = std::filesystem::path(wide).u8string();
+    return {utf8.begin(), utf8.end()};
+}
+
 std::wstring FileNameForComponent(const std::filesystem::path& path) {
     std::wstring name = path.wstring();
-    if (!IsInAnsiCodePage(name))
+    if (!IsInAnsiCodePage(name)) {
         throw InputError{ToUtf8(name), {}, "the name has letters outside this machine's ANSI code page"};
+    }
     return name;
 }
 

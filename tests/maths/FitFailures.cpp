@@ -1,0 +1,129 @@
+#include "maths/CMaLine.h"
+#include "maths/CMaPlane.h"
+#include "maths/GeometryChecks.h"
+
+#include <limits>
+
+namespace {
+
+constexpr auto impossible = GeometryError::Reason::Impossible;
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double huge = std::numeric_limits<double>::max();
+
+struct Case {
+    std::vector<Coordinates> points;
+    bool aLine, aPlane, aCircle; ///< is there one?
+    const char* why;
+};
+
+const Case cases[] = {
+    {{}, false, false, false, "no points"},
+    {{{1, 2, 3}}, false, false, false, "one point"},
+    {{{1, 2, 3}, {1, 2, 3}, {1, 2, 3}, {1, 2, 3}}, false, false, false, "all in one place"},
+    {{{0.1, 0.2, 0.3}, {0.1, 0.2, 0.3}, {0.1, 0.2, 0.3}}, false, false, false, "in a place that is not a round number"},
+    {{{1, 2, 3}, {4, 5, 6}}, true, false, false, "two points"},
+    {{{1, 2, 3}, {4, 5, 6}, {1, 2, 3}, {4, 5, 6}}, true, false, false, "two points, twice"},
+    {{{0, 0, 0}, {1, 1, 1}, {2, 2, 2}, {5, 5, 5}}, true, false, false, "all on one line"},
+    {{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {5, 0, 0}}, true, false, false, "all on one axis"},
+    {{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, true, true, true, "three points"},
+    {{{0, 0, 0}, {1, 0, 0}, {notANumber, 1, 0}}, false, false, false, "not a number"},
+    {{{0, 0, 0}, {1, infinity, 0}, {0, 1, 0}, {1, 1, 0}}, false, false, false, "infinite"},
+    {{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, -infinity}}, false, false, false, "infinite at the end"},
+    {{{0, 0, 0}, {1, 0, -infinity}, {0, 1, infinity}, {1, 1, 0}}, false, false, false, "infinite both ways"},
+    {{{0, 0, 0}, {1e300, 1e300, 1e300}, {-1e300, -1e300, -1e300}}, true, false, false, "on a line of any size"},
+    {{{0, 0, 0}, {1e-310, 2e-310, 0}, {-1e-310, -2e-310, 0}}, true, false, false, "on a line of the least size"},
+    {{{huge, 0, 0}, {-huge, 0, 0}, {0, huge, 0}}, true, true, true, "the largest there are"},
+    {{{-3, 0.01, 0}, {-1, -0.01, 0}, {1, 0.01, 0}, {3, -0.01, 0}}, true, true, false, "bent alike to both sides"},
+};
+
+void ExpectOutcome(const Case& one) {
+    SCOPED_TRACE(one.why);
+    const CMaPointArray points = ArrayOf(one.points);
+    CMaLine line;
+    CMaPlane plane;
+    CMaCircle circle(4.0);
+    if (one.aLine) {
+        EXPECT_NO_THROW(line.Fit(points));
+    } else {
+        EXPECT_TRUE(FailsWith(impossible, [&] { line.Fit(points); }));
+        EXPECT_EQ(Distance(line.GetDirection(), {1.0, 0.0, 0.0}), 0.0) << "the line is kept";
+    }
+    if (one.aPlane) {
+        EXPECT_NO_THROW(plane.Fit(points));
+    } else {
+        EXPECT_TRUE(FailsWith(impossible, [&] { plane.Fit(points); }));
+        EXPECT_EQ(Distance(plane.GetNormal(), {0.0, 0.0, 1.0}), 0.0) << "the plane is kept";
+    }
+    if (one.aCircle) {
+        EXPECT_NO_THROW(circle.Fit(points, 200000));
+    } else {
+        EXPECT_TRUE(FailsWith(impossible, [&] { circle.Fit(points, 200000); }));
+        EXPECT_EQ(circle.GetRadius(), 4.0) << "the circle is kept";
+        EXPECT_EQ(Distance(circle.GetCentre(), {0.0, 0.0, 0.0}), 0.0) << "the circle is kept";
+    }
+}
+
+} // namespace
+
+TEST(FitFailures, AreSaidAndLeaveTheObjectAsItWas) {
+    for (const Case& one : cases) ExpectOutcome(one);
+}
+
+TEST(FitFailures, DoNotDependOnTheOrderOfThePoints) {
+    for (Case one : cases) {
+        std::reverse(one.points.begin(), one.points.end());
+        ExpectOutcome(one);
+        if (!one.points.empty()) std::rotate(one.points.begin(), one.points.begin() + 1, one.points.end());
+        ExpectOutcome(one);
+    }
+}
+
+TEST(FitFailures, PointsRoundedFromALineAreOnALineWhereverItIs) {
+    std::mt19937_64 random(77);
+    std::uniform_real_distribution<double> along(-1.0, 1.0);
+    for (const double away : {0.0, 1.0, 1e4, 1e9})
+        for (const double size : {1e-3, 1.0, 1e3})
+            for (const int count : {3, 4, 10, 100, 20'000}) {
+                if (away * 1e-12 > size) continue; // then rounding leaves hardly a point apart from the others
+                SCOPED_TRACE("seed 77: " + std::to_string(away) + ' ' + std::to_string(size) + ' ' +
+                             std::to_string(count));
+                const RandomFrame frame(random);
+                const Coordinates start = frame.At(0.6 * away, 0.0, 0.8 * away);
+                const CMaVector direction = RandomFrame(random).first;
+                CMaPointArray points;
+                for (int i = 0; i < count; ++i) {
+                    const double t = size * along(random);
+                    points.Add(CMaPoint(start[0] + t * direction[0], start[1] + t * direction[1],
+                                        start[2] + t * direction[2]));
+                }
+                EXPECT_TRUE(FailsWith(impossible, [&] { CMaPlane().Fit(points); }));
+                EXPECT_TRUE(FailsWith(impossible, [&] { CMaCircle(1.0).Fit(points, 200000); }));
+                EXPECT_NO_THROW(CMaLine().Fit(points));
+            }
+}
+
+TEST(FitFailures, NoiseOnALineNeverLoops) {
+    // There may be a circle in such points or none; either way the answer comes soon, and a circle is a real one.
+    constexpr long soon = 1000;
+    std::mt19937_64 random(78);
+    std::normal_distribution<double> normal;
+    for (int round = 0; round < 2000; ++round) {
+        SCOPED_TRACE("seed 78, round " + std::to_string(round));
+        CMaPointArray points;
+        const int count = 3 + round % 9;
+        const double noise = std::pow(10.0, -(round % 13));
+        for (int i = 0; i < count; ++i)
+            points.Add(CMaPoint(normal(random), noise * normal(random), noise * normal(random)));
+        CMaCircle circle(1.0);
+        try {
+            circle.Fit(points, soon);
+        } catch (const GeometryError& error) {
+            EXPECT_EQ(error.GetReason(), impossible);
+            continue;
+        }
+        EXPECT_TRUE(std::isfinite(circle.GetCentre().To3DVector().Magnitude()));
+        EXPECT_GT(circle.GetRadius(), 0.0);
+        EXPECT_NEAR(circle.GetNormal().Magnitude(), 1.0, 1e-14);
+    }
+}

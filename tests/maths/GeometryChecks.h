@@ -1,0 +1,69 @@
+#pragma once
+
+#include "maths/CMaCircle.h"
+#include "maths/CMaPointArray.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <numbers>
+#include <random>
+#include <vector>
+
+using Coordinates = std::array<double, 3>;
+
+inline CMaPointArray ArrayOf(const std::vector<Coordinates>& points) {
+    CMaPointArray array;
+    for (const auto& [x, y, z] : points) array.Add(CMaPoint(x, y, z));
+    return array;
+}
+
+inline CMaVector Difference(const CMaVector& a, const CMaVector& b) { return a + b * -1.0; }
+
+inline double Distance(const CMaVector& a, const CMaVector& b) { return Difference(a, b).Magnitude(); }
+inline double Distance(const CMaPoint& a, const CMaPoint& b) { return Distance(a.To3DVector(), b.To3DVector()); }
+
+/// How far two unit vectors differ, in radians, whichever way each of them points.
+inline double DirectionError(const CMaVector& a, const CMaVector& b) {
+    return std::min(Distance(a, b), Distance(a, b * -1.0));
+}
+
+/// The same bits: tells -0.0 from 0.0, and one not-a-number is like another.
+inline bool SameBits(double a, double b) {
+    return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b));
+}
+
+template <typename Action> testing::AssertionResult FailsWith(GeometryError::Reason reason, Action&& action) {
+    try {
+        action();
+    } catch (const GeometryError& error) {
+        if (error.GetReason() == reason) return testing::AssertionSuccess();
+        return testing::AssertionFailure() << "failed for the other reason";
+    }
+    return testing::AssertionFailure() << "did not fail";
+}
+
+/// An orthonormal right-handed frame turned at random.
+struct RandomFrame {
+    explicit RandomFrame(std::mt19937_64& random) {
+        std::normal_distribution<double> normal;
+        const auto unit = [](const CMaVector& v) { return v * (1.0 / v.Magnitude()); };
+        const auto direction = [&] {
+            const double x = normal(random), y = normal(random), z = normal(random);
+            return CMaVector(x, y, z);
+        };
+        first = unit(direction());
+        third = unit(first * direction());
+        second = third * first;
+    }
+
+    Coordinates At(double u, double v, double w) const {
+        const CMaVector position = first * u + second * v + third * w;
+        return {position[0], position[1], position[2]};
+    }
+
+    CMaVector first{1.0, 0.0, 0.0}, second{0.0, 1.0, 0.0}, third{0.0, 0.0, 1.0};
+};
