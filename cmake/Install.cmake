@@ -2,6 +2,11 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS CoQMV40Calculator EXPORT CoQMV40Calculator)
+if(QMV40_TOOLS)
+    # The tool finds the library beside itself, wherever both are put.
+    set_target_properties(qmv40 PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+    install(TARGETS qmv40)
+endif()
 install(DIRECTORY source/interface source/platform
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/CoQMV40Calculator
         FILES_MATCHING PATTERN "interface/*.h" PATTERN "platform/Automation.h" PATTERN "platform/portable/*.h"

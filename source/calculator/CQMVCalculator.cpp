@@ -8,7 +8,8 @@ namespace {
 
 /// Raises E_POINTER in the name of `source` when any of `pointers` is null.
 template <typename... Pointers> void RequirePointers(const wchar_t* source, Pointers*... pointers) {
-    if (((pointers == nullptr) || ...)) RaiseError(E_POINTER, source, L"A pointer passed to the method is null");
+    const bool anyNull = (... || (pointers == nullptr));
+    if (anyNull) RaiseError(E_POINTER, source, L"A pointer passed to the method is null");
 }
 
 } // namespace

@@ -26,7 +26,7 @@ HRESULT SetErrorRecord(const wchar_t* source, const wchar_t* description, const 
     Fill(*builder.Get(), source, description, helpFile, helpContext);
 
     ComPointer<IErrorInfo> record;
-    const HRESULT asked = builder->QueryInterface(IID_IErrorInfo, record.ReceiveVoid());
+    const HRESULT asked = builder->QueryInterface(IID_IErrorInfo, record.Receive());
     if (FAILED(asked)) return asked;
     return SetErrorInfo(0, record.Get());
 }

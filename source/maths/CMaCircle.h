@@ -13,14 +13,15 @@ public:
     ///
     /// All six unknowns are fitted together. (A plane first and then a circle in it is another answer, and on short
     /// noisy arcs a wrong one.) Centre and radius are right to some 20 times what the rounding of the coordinates alone
-    /// can do to them; coordinates may have any finite size. `iterationLimit` bounds the steps of the iteration: some
-    /// ten are usual.
+    /// can do to them; coordinates may have any finite size. Where points hardly form a circle, several circles may be
+    /// better than all their neighbours: the one found is then nearly always, but not surely, the best.
+    ///
+    /// `iterationLimit` bounds the steps of the iteration, each of which reads the points once. A handful is usual,
+    /// hundreds are taken where the points hardly form a circle.
     ///
     /// Throws GeometryError, the circle unchanged:
-    /// - Impossible, when there are fewer than three distinct points, when all lie on one line as far as the rounding
-    /// of
-    ///   their coordinates lets one tell, when no circle fits better than a straight line, or when a coordinate is not
-    ///   finite;
+    /// - Impossible, when there are fewer than three distinct points, when all lie on one line as far as rounding lets
+    ///   one tell, when no circle is found that fits better than a straight line, or when a coordinate is not finite;
     /// - LimitReached, when the limit is not positive or is used up.
     void Fit(const CMaPointArray& points, long iterationLimit);
 

@@ -288,7 +288,7 @@ private:
 
     /// What the rounding of the residuals can do to half their sum of squares.
     double Noise(double value) const noexcept {
-        const double count = static_cast<double>(points.GetSize());
+        const auto count = static_cast<double>(points.GetSize());
         const double each = 4.0 * (points.GetRounding() + epsilon);
         return 1e-9 * value + each * (std::sqrt(2.0 * value * count) + count * each);
     }
@@ -338,8 +338,10 @@ private:
     int straightSteps = 0;
 };
 
-/// Taubin's algebraic circle in the plane through the mean that `first` and `second` span. One pass.
-Circle StartIn(const CMaVector& first, const CMaVector& second, const ScaledPoints& points, double straightRadius) {
+/// Taubin's algebraic circle in the plane through the mean that `first` and `second` span. One pass. Nothing when it is
+/// not to be told from a straight line.
+std::optional<Circle> StartIn(const CMaVector& first, const CMaVector& second, const ScaledPoints& points,
+                              double straightRadius) {
     const double fx = first[0], fy = first[1], fz = first[2];
     const double sx = second[0], sy = second[1], sz = second[2];
     const auto sums = points.SumOver<6>([=](auto x, auto y, auto z, auto* sum) {
@@ -375,17 +377,36 @@ Circle StartIn(const CMaVector& first, const CMaVector& second, const ScaledPoin
     const double centreV = (vq * (uu - root) - uq * uv) / twiceDeterminant;
     const double distance = std::hypot(centreU, centreV);
 
+    if (!(distance < straightRadius)) return std::nullopt;
+
     const CMaVector normal = first * second;
-    if (!(distance < straightRadius)) {
-        const double bulge = 2.0 * vq / variance; // of the parabola that fits best
-        const double ofParabola = 1.0 / std::fabs(bulge);
-        const double radius = ofParabola < straightRadius ? ofParabola : 10.0 * std::sqrt(q);
-        const CMaVector outward = second * std::copysign(1.0, -bulge);
-        return {CMaVector(0.0, 0.0, 0.0), outward, normal * outward, normal, radius};
-    }
     const double radius = std::sqrt(distance * distance + q);
     const CMaVector outward = distance > 0.0 ? Unit((first * centreU + second * centreV) * -1.0) : first;
-    return {outward * (q / (radius + distance)), outward, normal * outward, normal, radius};
+    return Circle{outward * (q / (radius + distance)), outward, normal * outward, normal, radius};
+}
+
+/// A flat arc along the direction of most spread, bent to the side to which the points are. One pass. It fits better
+/// than a straight line; nothing when the points are bent to no side.
+std::optional<Circle> StartFlat(const PrincipalAxes& axes, const ScaledPoints& points, double straightRadius) {
+    const double ux = axes.axis[0][0], uy = axes.axis[0][1], uz = axes.axis[0][2];
+    const auto sums = points.SumOver<5>([=](auto x, auto y, auto z, auto* sum) {
+        const auto u = x * ux + y * uy + z * uz;
+        const auto q = u * u;
+        sum[0] += q;
+        sum[1] += q * q;
+        sum[2] += x * q;
+        sum[3] += y * q;
+        sum[4] += z * q;
+    });
+    const double variance = sums[1] - sums[0] * sums[0] / static_cast<double>(points.GetSize());
+    const CMaVector bent = CMaVector(sums[2], sums[3], sums[4]) * (2.0 / variance);
+    const CMaVector bend = bent + axes.axis[0] * -(bent % axes.axis[0]);
+    const double curvature = bend.Magnitude();
+    if (!(curvature * straightRadius > 1.0)) return std::nullopt;
+    constexpr double flat = 10.0;
+    const CMaVector outward = bend * (-1.0 / curvature);
+    const CMaVector normal = Unit(outward * axes.axis[0]);
+    return Circle{CMaVector(0.0, 0.0, 0.0), outward, normal * outward, normal, std::max(1.0 / curvature, flat)};
 }
 
 /// The points reach over 2 to 7 units, scaled as they are: about the height of a short arc, times its radius.
@@ -405,19 +426,21 @@ std::optional<Descended> FitFromTheStart(ScaledPoints& points, Limits& limits) {
     const PrincipalAxes axes(points);
     if (axes.IsStraight()) return std::nullopt;
     std::optional<Descended> best;
+    const auto descendFrom = [&](const std::optional<Circle>& start) {
+        if (!start) return;
+        const std::optional<Descended> found = Descent(points, *start, limits).Run();
+        if (found && (!best || found->value < best->value)) best = found;
+    };
     // Across a direction in which the points lie far apart no circle can be.
     const int last = axes.spread[0] < 4.0 * axes.spread[1] ? 0 : 1;
-    for (int normal = 2; normal >= last; --normal) {
-        const CMaVector& first = axes.axis[(normal + 1) % 3];
-        const CMaVector& second = axes.axis[(normal + 2) % 3];
-        const Circle start = StartIn(first, second, points, limits.straightRadius);
-        const std::optional<Descended> found = Descent(points, start, limits).Run();
-        if (found && (!best || found->value < best->value)) best = found;
-        if (best && IsClear(*best, points)) break;
-    }
+    for (int normal = 2; normal >= last && !(best && IsClear(*best, points)); --normal)
+        descendFrom(StartIn(axes.axis[(normal + 1) % 3], axes.axis[(normal + 2) % 3], points, limits.straightRadius));
+
     const double middle = axes.spread[1], least = axes.spread[2];
     const double ofLine = 0.5 * static_cast<double>(points.GetSize()) * (middle * middle + least * least);
-    return best && best->value < ofLine ? best : std::nullopt;
+    const auto beatsTheLine = [&] { return best && best->value < ofLine; };
+    if (!beatsTheLine()) descendFrom(StartFlat(axes, points, limits.straightRadius));
+    return beatsTheLine() ? best : std::nullopt;
 }
 
 /// So many points decide a circle so well that the whole of a larger set has little to add: some two passes.

@@ -49,7 +49,7 @@ double Turn(CMaVector (&frame)[3], const SquareMatrix<3>& vectors) noexcept {
 } // namespace
 
 PrincipalAxes::PrincipalAxes(ScaledPoints& points) noexcept {
-    const double count = static_cast<double>(points.GetSize());
+    const auto count = static_cast<double>(points.GetSize());
     straightWithin = straightInRoundings * points.GetRounding();
 
     // The first sums are about the middle of the box and in the caller's frame, which may cost digits; the later ones

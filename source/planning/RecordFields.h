@@ -11,7 +11,7 @@ inline XYZData PositionOf(const CMaVector& point) { return {point[0], point[1], 
 inline XYZData PositionAtHeight(const CMaVector& point, double z) { return {point[0], point[1], z}; }
 
 inline CMaVector VectorOf(const XYZData& position) {
-    return CMaVector(position.XPosition, position.YPosition, position.ZPosition);
+    return {position.XPosition, position.YPosition, position.ZPosition};
 }
 
 inline void SetOrigin(ArcData& arc, const CMaVector& origin) {

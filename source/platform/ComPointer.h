@@ -1,25 +1,44 @@
 #pragma once
 
-/// Holds one reference to an automation object for the length of a scope.
+#include <utility>
+
+/// Holds one reference to an automation object, or none.
 template <typename Interface> class ComPointer {
 public:
-    ComPointer() = default;
-    ComPointer(const ComPointer&) = delete;
-    ComPointer& operator=(const ComPointer&) = delete;
-    ~ComPointer() { Reset(); }
-
-    void Reset() noexcept {
+    ComPointer() noexcept = default;
+    /// Takes over a reference that the caller holds.
+    explicit ComPointer(Interface* owned) noexcept : held(owned) {}
+    ComPointer(const ComPointer& other) noexcept : held(other.held) {
+        if (held != nullptr) held->AddRef();
+    }
+    ComPointer(ComPointer&& other) noexcept : held(std::exchange(other.held, nullptr)) {}
+    ComPointer& operator=(ComPointer other) noexcept {
+        std::swap(held, other.held);
+        return *this;
+    }
+    ~ComPointer() {
         if (held != nullptr) held->Release();
-        held = nullptr;
     }
-    /// Where a call puts a new reference.
-    Interface** Receive() noexcept {
-        Reset();
-        return &held;
-    }
-    void** ReceiveVoid() noexcept { return reinterpret_cast<void**>(Receive()); }
+
     Interface* Get() const noexcept { return held; }
     Interface* operator->() const noexcept { return held; }
+    explicit operator bool() const noexcept { return held != nullptr; }
+
+    /// Where a call puts a new reference, typed or not.
+    class Place {
+    public:
+        explicit Place(Interface** thePlace) noexcept : place(thePlace) {}
+        operator Interface**() const noexcept { return place; }
+        operator void**() const noexcept { return reinterpret_cast<void**>(place); }
+
+    private:
+        Interface** place;
+    };
+    /// An argument for a call that hands out a reference; what was held before is let go of.
+    Place Receive() noexcept {
+        *this = ComPointer();
+        return Place(&held);
+    }
 
 private:
     Interface* held = nullptr;

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr const char* settingsKeyPath = "Software\\Hollbeck\\VRX Software\\QMV40Calculator";
+constexpr const char* settingsKeyPath = R"(Software\Hollbeck\VRX Software\QMV40Calculator)";
 
 /// Reads the values of one offset, one after the other, from a key that is open for that long.
 class OffsetReader {

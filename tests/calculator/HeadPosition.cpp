@@ -14,6 +14,9 @@ class OpenCalculator : public CQMVCalculator {
 public:
     using CQMVCalculator::currentA;
     using CQMVCalculator::currentB;
+
+protected:
+    ~OpenCalculator() = default;
 };
 
 TEST_F(HeadPosition, IsUnknownToAFreshObject) {

@@ -14,7 +14,8 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr long iterationLimit = 200000;
+/// Newton's method needs fewer for the worst of them; one that only creeps up on the answer needs more.
+constexpr long iterationLimit = 45;
 /// Beyond the floor itself: room for the rounding of the arithmetic.
 constexpr double floors = 20.0;
 /// In the unit of the points: far below what any probe resolves.

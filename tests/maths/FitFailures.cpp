@@ -35,6 +35,8 @@ const Case cases[] = {
     {{{0, 0, 0}, {1e-310, 2e-310, 0}, {-1e-310, -2e-310, 0}}, true, false, false, "on a line of the least size"},
     {{{huge, 0, 0}, {-huge, 0, 0}, {0, huge, 0}}, true, true, true, "the largest there are"},
     {{{-3, 0.01, 0}, {-1, -0.01, 0}, {1, 0.01, 0}, {3, -0.01, 0}}, true, true, false, "bent alike to both sides"},
+    {{{-6, -1, 0}, {-3, 0, 0}, {-2, 0, 0}, {1, 1, 0}}, true, true, false, "a slim parallelogram"},
+    {{{6, 0, 0}, {-2, 1, 0}, {-2, 1, 0}, {2, 1, 0}, {6, 2, 0}}, true, true, false, "alike on both sides of a line"},
 };
 
 void ExpectOutcome(const Case& one) {

@@ -29,8 +29,8 @@ void ShowCircle(const CMaPointArray& points, bool json, const Console& console) 
     rows.Add("points", "", {std::to_string(fit.residuals.values.size())});
     rows.AddPoint("centre", {fit.centre});
     rows.AddDirection("normal", {fit.normal});
-    rows.Add("radius", "mm", {rows.Length(fit.radius)});
-    rows.Add("arc covered", "deg", {rows.Angle(fit.arcCovered)});
+    rows.Add("radius", "mm", {FitRows::Length(fit.radius)});
+    rows.Add("arc covered", "deg", {FitRows::Angle(fit.arcCovered)});
     rows.AddResiduals({&fit.residuals});
     rows.Print(console);
 }

@@ -74,8 +74,8 @@ void PrintFits(const GeometryReport& report, const Console& console) {
     rows.Add("captured at", "deg", {"B " + ExactText(report.aAxisCaptureB), "A " + ExactText(report.bAxisCaptureA)});
     rows.AddPoint("centre", {a.centre, b.centre});
     rows.AddDirection("axis", {a.normal, b.normal});
-    rows.Add("radius", "mm", {rows.Length(a.radius), rows.Length(b.radius)});
-    rows.Add("arc covered", "deg", {rows.Angle(a.arcCovered), rows.Angle(b.arcCovered)});
+    rows.Add("radius", "mm", {FitRows::Length(a.radius), FitRows::Length(b.radius)});
+    rows.Add("arc covered", "deg", {FitRows::Angle(a.arcCovered), FitRows::Angle(b.arcCovered)});
     rows.AddResiduals({&a.residuals, &b.residuals});
     rows.Print(console);
 }

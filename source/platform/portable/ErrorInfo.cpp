@@ -49,7 +49,7 @@ public:
 
     ULONG STDMETHODCALLTYPE Release() override {
         const ULONG left = references.fetch_sub(1) - 1;
-        if (left == 0) delete this;
+        if (left == 0) std::unique_ptr<ErrorRecord>(this).reset();
         return left;
     }
 
@@ -72,7 +72,9 @@ public:
     }
 
 private:
-    ~ErrorRecord() = default; // lifetime belongs to Release
+    // Lifetime belongs to Release.
+    friend std::default_delete<ErrorRecord>;
+    ~ErrorRecord() = default;
 
     template <typename Value> static HRESULT Give(const Value& value, Value* result) noexcept {
         if (result == nullptr) return E_INVALIDARG;

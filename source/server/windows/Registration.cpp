@@ -44,7 +44,7 @@ using ApplyScript = HRESULT (STDMETHODCALLTYPE IRegistrar::*)(LPCOLESTR, UINT, L
 HRESULT RunScript(const std::wstring& modulePath, ApplyScript apply) {
     ComPointer<IRegistrar> registrar;
     const HRESULT created =
-        CoCreateInstance(CLSID_Registrar, nullptr, CLSCTX_INPROC_SERVER, IID_IRegistrar, registrar.ReceiveVoid());
+        CoCreateInstance(CLSID_Registrar, nullptr, CLSCTX_INPROC_SERVER, IID_IRegistrar, registrar.Receive());
     if (FAILED(created)) return created;
     const HRESULT replaced = registrar->AddReplacement(L"MODULE", Quoted(modulePath).c_str());
     if (FAILED(replaced)) return replaced;

@@ -1,0 +1,86 @@
+#include "server/Client.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+/// The component's file as the loader and the linker see it.
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsSubsetOf;
+
+/// The loaded file, read where the loader put it.
+class Image {
+public:
+    explicit Image(HMODULE module) : base(reinterpret_cast<const char*>(module)) {
+        const auto* const dos = At<IMAGE_DOS_HEADER>(0);
+        headers = At<IMAGE_NT_HEADERS64>(static_cast<DWORD>(dos->e_lfanew));
+    }
+
+    std::vector<std::string> Exports() const {
+        const auto* const table = At<IMAGE_EXPORT_DIRECTORY>(Directory(IMAGE_DIRECTORY_ENTRY_EXPORT));
+        std::vector<std::string> names;
+        for (DWORD i = 0; i < table->NumberOfNames; ++i)
+            names.emplace_back(At<char>(At<DWORD>(table->AddressOfNames)[i]));
+        return names;
+    }
+    /// Exports without a name count too.
+    DWORD ExportedFunctions() const {
+        return At<IMAGE_EXPORT_DIRECTORY>(Directory(IMAGE_DIRECTORY_ENTRY_EXPORT))->NumberOfFunctions;
+    }
+    /// The libraries that it needs, in small letters.
+    std::vector<std::string> Imports() const {
+        std::vector<std::string> names;
+        const auto* library = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT));
+        for (; library->Name != 0; ++library) {
+            std::string name(At<char>(library->Name));
+            std::transform(name.begin(), name.end(), name.begin(), [](char c) {
+                return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+            });
+            names.push_back(name);
+        }
+        return names;
+    }
+    WORD Machine() const { return headers->FileHeader.Machine; }
+
+private:
+    template <class T> const T* At(DWORD offset) const { return reinterpret_cast<const T*>(base + offset); }
+    DWORD Directory(std::size_t entry) const { return headers->OptionalHeader.DataDirectory[entry].VirtualAddress; }
+
+    const char* base;
+    const IMAGE_NT_HEADERS64* headers;
+};
+
+TEST(ModuleFile, IsForSixtyFourBitPrograms) {
+    EXPECT_EQ(Image(LoadedServer().Module()).Machine(), IMAGE_FILE_MACHINE_AMD64);
+}
+
+TEST(ModuleFile, ExportsItsFourEntryPointsAndNothingElse) {
+    const LoadedServer server;
+    const Image image(server.Module());
+    EXPECT_THAT(image.Exports(),
+                ElementsAre("DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"));
+    EXPECT_EQ(image.ExportedFunctions(), 4U);
+}
+
+TEST(ModuleFile, NeedsTheLibrariesOfTheSystemAlone) {
+    const LoadedServer server;
+    const auto imports = Image(server.Module()).Imports();
+    EXPECT_FALSE(imports.empty());
+    EXPECT_THAT(imports, IsSubsetOf({"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll"}));
+}
+
+TEST(ModuleFile, CarriesTypeLibraryScriptAndVersion) {
+    const LoadedServer server;
+    EXPECT_NE(FindResourceW(server.Module(), MAKEINTRESOURCEW(1), L"TYPELIB"), nullptr);
+    EXPECT_NE(FindResourceW(server.Module(), MAKEINTRESOURCEW(101), L"REGISTRY"), nullptr);
+    EXPECT_NE(FindResourceW(server.Module(), MAKEINTRESOURCEW(VS_VERSION_INFO), MAKEINTRESOURCEW(16)), nullptr);
+}
+
+TEST(ModuleFile, CanBeUnloadedAsSoonAsItIsLoaded) { EXPECT_EQ(LoadedServer().CanUnloadNow(), S_OK); }
+
+} // namespace

@@ -1,0 +1,206 @@
+#include "server/Registry.h"
+
+#include "server/Client.h"
+#include "support/TemporaryFolder.h"
+
+#include <optional>
+#include <thread>
+
+/// What registering writes, what unregistering takes away, and what neither touches.
+
+namespace {
+
+constexpr const wchar_t* clsidText = L"{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}";
+constexpr const wchar_t* libraryText = L"{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}";
+constexpr const wchar_t* description = L"QMVCalculator Class";
+
+std::wstring Below(const wchar_t* key, const wchar_t* subkey) { return std::wstring(key) + L'\\' + subkey; }
+
+/// What the registration script writes for the module at `path`, all of it.
+RegistryTexts ScriptTexts(const std::wstring& path) {
+    return {{programKey, {{L"", description}}},
+            {Below(programKey, L"CLSID"), {{L"", clsidText}}},
+            {versionIndependentProgramKey, {{L"", description}}},
+            {Below(versionIndependentProgramKey, L"CLSID"), {{L"", clsidText}}},
+            {Below(versionIndependentProgramKey, L"CurVer"), {{L"", L"QMV.QMVCalculator.1"}}},
+            {classKey, {{L"", description}}},
+            {Below(classKey, L"ProgID"), {{L"", L"QMV.QMVCalculator.1"}}},
+            {Below(classKey, L"VersionIndependentProgID"), {{L"", L"QMV.QMVCalculator"}}},
+            {Below(classKey, L"Programmable"), {}},
+            {Below(classKey, L"InprocServer32"), {{L"", path}, {L"ThreadingModel", L"Apartment"}}},
+            {Below(classKey, L"TypeLib"), {{L"", libraryText}}}};
+}
+
+RegistryTexts ScriptTextsFound() {
+    RegistryTexts texts = TextsBelow(programKey);
+    texts.merge(TextsBelow(versionIndependentProgramKey));
+    texts.merge(TextsBelow(classKey));
+    return texts;
+}
+
+std::optional<std::wstring> Text(const RegistryTexts& texts, const std::wstring& key, const std::wstring& name = L"") {
+    const auto values = texts.find(key);
+    if (values == texts.end()) return std::nullopt;
+    const auto text = values->second.find(name);
+    return text == values->second.end() ? std::nullopt : std::optional(text->second);
+}
+
+class Registration : public Client {
+protected:
+    ~Registration() override {
+        RemoveKey(strangerClass);
+        RemoveKey(strangerProgram);
+    }
+
+    static constexpr const wchar_t* strangerClass = LR"(CLSID\{9C0A7C1D-5B1E-4E7B-8F0D-2A613394E570})";
+    static constexpr const wchar_t* strangerProgram = L"QMV.SomethingElse";
+};
+
+TEST_F(Registration, WritesTheClassUnderItsIdentifierAndBothItsNames) {
+    ASSERT_EQ(RegisteredTexts(), RegistryTexts{});
+    ASSERT_EQ(server.Register(), S_OK);
+    EXPECT_EQ(ScriptTextsFound(), ScriptTexts(ServerPath()));
+}
+
+TEST_F(Registration, WritesTheTypeLibraryForItsLocaleAndForNone) {
+    ASSERT_EQ(server.Register(), S_OK);
+    const auto texts = TextsBelow(typeLibraryKey);
+    EXPECT_EQ(Text(texts, Below(typeLibraryKey, L"1.0")), L"CoQMV40Calculator 1.0 Type Library");
+    EXPECT_EQ(Text(texts, Below(typeLibraryKey, LR"(1.0\409\win64)")), ServerPath().wstring());
+    EXPECT_EQ(Text(texts, Below(typeLibraryKey, LR"(1.0\0\win64)")), ServerPath().wstring())
+        << "marshalling looks it up without a locale";
+}
+
+TEST_F(Registration, WritesBothInterfacesForMarshallingByTheTypeLibrary) {
+    ASSERT_EQ(server.Register(), S_OK);
+    const struct {
+        const wchar_t* key;
+        const wchar_t* name;
+    } cases[] = {{firstInterfaceKey, L"IQMVCalculator"}, {secondInterfaceKey, L"IQMVCalculator2"}};
+    for (const auto& [key, name] : cases) {
+        const auto texts = TextsBelow(key);
+        EXPECT_EQ(Text(texts, key), name);
+        EXPECT_EQ(Text(texts, Below(key, L"ProxyStubClsid32")), L"{00020424-0000-0000-C000-000000000046}") << name;
+        EXPECT_EQ(Text(texts, Below(key, L"TypeLib")), libraryText) << name;
+        EXPECT_EQ(Text(texts, Below(key, L"TypeLib"), L"Version"), L"1.0") << name;
+    }
+}
+
+TEST_F(Registration, DoneTwiceIsTheSameAsDoneOnce) {
+    ASSERT_EQ(server.Register(), S_OK);
+    const auto once = RegisteredTexts();
+    ASSERT_EQ(server.Register(), S_OK);
+    EXPECT_EQ(RegisteredTexts(), once);
+}
+
+TEST_F(Registration, IsUndoneWithoutATrace) {
+    ASSERT_EQ(server.Register(), S_OK);
+    ASSERT_EQ(server.Register(), S_OK);
+    EXPECT_EQ(server.Unregister(), S_OK);
+    EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
+    EXPECT_TRUE(KeyExists(L"CLSID"));
+    EXPECT_TRUE(KeyExists(L"TypeLib"));
+    EXPECT_TRUE(KeyExists(L"Interface"));
+}
+
+TEST_F(Registration, CanBeUndoneTwiceAndWithoutHavingBeenDone) {
+    EXPECT_EQ(server.Unregister(), S_OK);
+    ASSERT_EQ(server.Register(), S_OK);
+    EXPECT_EQ(server.Unregister(), S_OK);
+    EXPECT_EQ(server.Unregister(), S_OK);
+    EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
+}
+
+TEST_F(Registration, CanBeDoneAgainAfterItWasUndone) {
+    ASSERT_EQ(server.Register(), S_OK);
+    ASSERT_EQ(server.Unregister(), S_OK);
+    ASSERT_EQ(server.Register(), S_OK);
+    EXPECT_EQ(ScriptTextsFound(), ScriptTexts(ServerPath()));
+}
+
+TEST_F(Registration, LeavesOtherClassesAndProgramsAlone) {
+    SetText(strangerClass, L"", L"somebody else's");
+    SetText(strangerProgram, L"", L"somebody else's");
+    const auto classBefore = TextsBelow(strangerClass);
+    ASSERT_EQ(classBefore.size(), 1U);
+    ASSERT_EQ(server.Register(), S_OK);
+    EXPECT_EQ(TextsBelow(strangerClass), classBefore);
+    ASSERT_EQ(server.Unregister(), S_OK);
+    EXPECT_EQ(TextsBelow(strangerClass), classBefore);
+    EXPECT_EQ(Text(TextsBelow(strangerProgram), strangerProgram), L"somebody else's");
+}
+
+TEST_F(Registration, KeepsWhatSomebodyElsePutUnderTheProgramNames) {
+    const std::wstring foreign = Below(programKey, L"Somebody");
+    SetText(foreign, L"name", L"theirs");
+    ASSERT_EQ(server.Register(), S_OK);
+    EXPECT_EQ(Text(TextsBelow(programKey), foreign, L"name"), L"theirs");
+    ASSERT_EQ(server.Register(), S_OK);
+    ASSERT_EQ(server.Unregister(), S_OK);
+    EXPECT_EQ(Text(TextsBelow(programKey), foreign, L"name"), L"theirs");
+    EXPECT_FALSE(KeyExists(Below(programKey, L"CLSID")));
+}
+
+TEST_F(Registration, StartsFromACleanClassKey) {
+    SetText(Below(classKey, L"LocalServer32"), L"", L"left by an older version");
+    SetText(Below(classKey, L"Programmable"), L"old", L"left by an older version");
+    ASSERT_EQ(server.Register(), S_OK);
+    EXPECT_EQ(ScriptTextsFound(), ScriptTexts(ServerPath()));
+}
+
+TEST_F(Registration, IsUndoneInsideTheClassKeyWhateverElseIsThere) {
+    ASSERT_EQ(server.Register(), S_OK);
+    SetText(Below(classKey, L"Somebody"), L"", L"theirs");
+    ASSERT_EQ(server.Unregister(), S_OK);
+    for (const auto& [key, values] : ScriptTexts(ServerPath())) {
+        // Registrars differ in whether the class key itself goes while somebody else's key is in it.
+        if (key != classKey) EXPECT_FALSE(KeyExists(key)) << std::filesystem::path(key);
+    }
+}
+
+TEST_F(Registration, TakesTheModuleFromAPathWithBlanksApostropheAndForeignLetters) {
+    const TemporaryFolder folder;
+    const auto place = folder.Path() / L"M\u00FCller's  probe head \u03A9 'A'";
+    ASSERT_TRUE(std::filesystem::create_directory(place));
+    const auto path = place / L"CoQMV40Calculator.dll";
+    std::filesystem::copy_file(ServerPath(), path);
+    {
+        const LoadedServer copy(path);
+        ASSERT_EQ(copy.Register(), S_OK);
+        EXPECT_EQ(ScriptTextsFound(), ScriptTexts(path));
+        EXPECT_EQ(Text(TextsBelow(typeLibraryKey), Below(typeLibraryKey, LR"(1.0\0\win64)")), path.wstring());
+        {
+            CLSID clsid{};
+            ASSERT_EQ(CLSIDFromProgID(L"QMV.QMVCalculator.1", &clsid), S_OK);
+            ComPointer<IQMVCalculator> calculator;
+            ASSERT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator, calculator.Receive()),
+                      S_OK);
+            EXPECT_EQ(copy.CanUnloadNow(), S_FALSE) << "the object comes from the copy";
+            EXPECT_EQ(server.CanUnloadNow(), S_OK);
+            LPOLESTR names[] = {const_cast<LPOLESTR>(L"CalculateMove")};
+            DISPID id = 0;
+            EXPECT_EQ(calculator->GetIDsOfNames(IID_NULL, names, 1, 0, &id), S_OK);
+            EXPECT_EQ(id, 5);
+        }
+        CoFreeUnusedLibraries();
+        EXPECT_EQ(copy.Unregister(), S_OK);
+    }
+    EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
+}
+
+TEST_F(Registration, WorksOnAThreadWithoutAnApartment) {
+    HRESULT registered = E_FAIL;
+    HRESULT unregistered = E_FAIL;
+    bool written = false;
+    std::thread([&] {
+        registered = server.Register();
+        written = KeyExists(classKey);
+        unregistered = server.Unregister();
+    }).join();
+    EXPECT_EQ(registered, S_OK);
+    EXPECT_TRUE(written);
+    EXPECT_EQ(unregistered, S_OK);
+    EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
+}
+
+} // namespace
