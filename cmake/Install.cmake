@@ -18,5 +18,7 @@ install(EXPORT CoQMV40Calculator NAMESPACE CoQMV40Calculator:: DESTINATION ${pac
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/CoQMV40CalculatorConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/CoQMV40CalculatorConfigVersion.cmake DESTINATION ${package_folder})
 
+# From the folder of the description up to the prefix, so that the installed tree can be moved.
+file(RELATIVE_PATH prefix_from_package /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/CoQMV40Calculator.pc.in ${PROJECT_BINARY_DIR}/CoQMV40Calculator.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/CoQMV40Calculator.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

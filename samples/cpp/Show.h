@@ -12,9 +12,7 @@
 #include <string>
 
 /// Rounded so that every language prints the same text, never a negative zero.
-inline double Thousandths(double number) {
-    return std::floor(number * 1000.0 + 0.5) / 1000.0;
-}
+inline double Thousandths(double number) { return std::floor(number * 1000.0 + 0.5) / 1000.0; }
 
 inline void ShowNumbers(std::initializer_list<double> numbers) {
     for (const double number : numbers) std::printf(" %.3f", Thousandths(number));
@@ -76,7 +74,8 @@ public:
     BSTR text = nullptr;
 };
 
-/// COM for the length of the program, in a single-threaded apartment: the component's own kind, so no call is marshalled.
+/// COM for the length of the program, in a single-threaded apartment: the component's own kind, so no call is
+/// marshalled.
 class Apartment {
 public:
     Apartment() { CoInitialize(nullptr); }

@@ -21,6 +21,7 @@ std::vector<Table::Column> Columns(const std::vector<std::string>& titles) {
 template <typename Figure>
 std::vector<std::string> ForEachFit(const std::vector<const Residuals*>& residuals, Figure&& figure) {
     std::vector<std::string> texts;
+    texts.reserve(residuals.size());
     for (const Residuals* const each : residuals) texts.push_back(figure(*each));
     return texts;
 }
@@ -48,6 +49,7 @@ void FitRows::AddComponents(const std::string& name, const char* const (&axes)[3
                             int decimals, const std::vector<CMaVector>& vectorOfEachFit) {
     for (int i = 0; i < 3; ++i) {
         std::vector<std::string> values;
+        values.reserve(vectorOfEachFit.size());
         for (const CMaVector& each : vectorOfEachFit) values.push_back(FixedText(each[i], decimals));
         Add(name + " " + axes[i], unit, values);
     }

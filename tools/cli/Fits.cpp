@@ -101,7 +101,6 @@ CMaVector Facing(const CMaVector& direction, const CMaVector& reference) {
 }
 
 CMaVector WithLargestPositive(const CMaVector& direction) {
-    const std::initializer_list<double> components{direction[0], direction[1], direction[2]};
-    const auto size = [](double value) { return std::abs(value); };
-    return std::ranges::max(components, {}, size) < 0.0 ? direction * -1.0 : direction;
+    const auto smaller = [](double left, double right) { return std::abs(left) < std::abs(right); };
+    return std::max({direction[0], direction[1], direction[2]}, smaller) < 0.0 ? direction * -1.0 : direction;
 }

@@ -13,7 +13,7 @@ public:
     ComponentRuntime();
     ComponentRuntime(const ComponentRuntime&) = delete;
     ComponentRuntime& operator=(const ComponentRuntime&) = delete;
-    ~ComponentRuntime();
+    ~ComponentRuntime(); // NOLINT(performance-trivially-destructible): not on every platform
 };
 
 /// Takes the head's fixed dimensions from a settings file instead of the machine's own settings while it lives.

@@ -9,7 +9,7 @@ char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A'
 } // namespace
 
 std::filesystem::path PathOf(const std::string& utf8Name) {
-    return std::filesystem::path(std::u8string(utf8Name.begin(), utf8Name.end()));
+    return {std::u8string(utf8Name.begin(), utf8Name.end())};
 }
 
 std::string_view Trimmed(std::string_view text) {

@@ -1,0 +1,61 @@
+# Sourced by the checks: a folder to work in, Windows' own commands, and what the samples must print.
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+tree=$1
+work=$(mktemp -d)
+export WINEPREFIX=${WINEPREFIX:-$tree/wine} WINE_TIME_LIMIT=60 LC_ALL=C.UTF-8
+
+fail() {
+    echo "$@" >&2
+    exit 1
+}
+
+# windows <program or command> <argument>...: lines end as they do here.
+windows() {
+    local program=$1 status=0
+    [ -f "$program" ] || program=$WINEPREFIX/drive_c/windows/system32/$1.exe
+    "$root/cmake/wine-run" "$program" "${@:2}" >"$work/output" || status=$?
+    tr -d '\r' <"$work/output"
+    return $status
+}
+
+# windows_path <file>: its name as Windows programs see it.
+windows_path() { echo "Z:${1//\//\\}"; }
+
+# remember_registry <name>; same_registry <name> <when>: the classes and the programs installed are as they were.
+remember_registry() { windows reg export 'HKLM\Software' "$(windows_path "$work/$1.reg")" /y >/dev/null; }
+diff_registry() { diff <(iconv -f UTF-16 "$work/$1.reg") <(iconv -f UTF-16 "$work/now.reg") | head -40; }
+same_registry() {
+    remember_registry now
+    cmp "$work/$1.reg" "$work/now.reg" || fail "the registry is not as it was before, $2: $(diff_registry "$1")"
+}
+
+# An ideal head, square to the machine. Its pole is the head centre.
+cat >"$work/head.ini" <<'INI'
+[HEADCENTRE]
+X=100
+Y=200
+Z=-300
+[SAFEPOSITION]
+X=0
+Y=0
+Z=-265
+[AlignmentOffset]
+RequiredRotationAroundZ=0
+INI
+
+# check_plan <file>: the text of a sample that can show everything. The numbers are worked out by hand: the head centre and
+# the lever's locked ball, (30.3, -19.3, -36.55) from it, less the drive cup, and the turns of a tilt by 45 and a swivel by 90.
+check_plan() {
+    [ "$(wc -l <"$1")" -eq 22 ] || fail "$1 has not 22 lines: $(cat "$1")"
+    while read -r line; do
+        grep -qxF -- "$line" "$1" || fail "$1 lacks '$line': $(cat "$1")"
+    done <<'LINES'
+refused 0x8A00000E: Invalid A Target Angle, value must be a 15 degree interval.
+position 0.000 0.000
+position 45.000 90.000
+2 EngageWithUnLockLever 130.300 180.700 -336.550
+8 EngageWithPeg 106.950 176.000 -288.500
+10 MoveToBPosition 100.000 200.000 -300.000 0.000 0.000 1.000 -90.000
+11 MoveToAPosition 100.000 200.000 -300.000 0.000 -1.000 0.000 -45.000
+LINES
+}

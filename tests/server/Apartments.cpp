@@ -1,0 +1,263 @@
+#include "server/LateCall.h"
+
+#include "interface/ErrorCodes.h"
+#include "server/Client.h"
+#include "support/AlignmentArray.h"
+#include "support/ErrorRecord.h"
+#include "support/TemporaryFolder.h"
+
+#include <atomic>
+#include <functional>
+#include <thread>
+
+/// A calculator lives in one apartment. What happens when another one uses it, and when many create their own.
+
+namespace {
+
+/// An apartment on a thread of its own that makes something and serves calls from outside until it is let go.
+class ServingThread {
+public:
+    /// `make` gives the object to serve; the thread keeps it and sends its interface `iid` to whoever asks.
+    ServingThread(std::function<ComPointer<IQMVCalculator2>()> make, REFIID iid)
+        : thread([this, make = std::move(make), iid] { Serve(make, iid); }) {
+        WaitForSingleObject(ready, INFINITE);
+    }
+    ServingThread(const ServingThread&) = delete;
+    ServingThread& operator=(const ServingThread&) = delete;
+    ~ServingThread() {
+        SetEvent(stop);
+        thread.join();
+        CloseHandle(ready);
+        CloseHandle(stop);
+    }
+
+    /// The object as the calling thread's apartment sees it. Once only.
+    HRESULT Receive(REFIID iid, void** object) {
+        return CoGetInterfaceAndReleaseStream(std::exchange(stream, nullptr), iid, object);
+    }
+
+private:
+    void Serve(const std::function<ComPointer<IQMVCalculator2>()>& make, IID iid) {
+        const Apartment apartment;
+        const auto calculator = make();
+        CoMarshalInterThreadInterfaceInStream(iid, calculator.Get(), &stream);
+        SetEvent(ready);
+        while (MsgWaitForMultipleObjects(1, &stop, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
+            MSG message;
+            while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) DispatchMessageW(&message);
+        }
+    }
+
+    HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    HANDLE stop = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    IStream* stream = nullptr;
+    std::thread thread;
+};
+
+bool IsProxy(IUnknown& object) { return static_cast<bool>(Ask(object, IID_IMultiQI)); }
+
+class OtherApartment : public RegisteredClient {
+protected:
+    void SetUp() override {
+        RegisteredClient::SetUp();
+        serving = std::make_unique<ServingThread>([this] { return At(15.0, 30.0); }, IID_IQMVCalculator2);
+        ASSERT_EQ(serving->Receive(IID_IQMVCalculator2, calculator.Receive()), S_OK);
+        ASSERT_TRUE(IsProxy(*calculator.Get()));
+    }
+    void TearDown() override {
+        calculator = {};
+        serving.reset();
+        RegisteredClient::TearDown();
+    }
+
+    /// The object still does its work.
+    void ExpectItWorks() {
+        XYZData pole{};
+        EXPECT_EQ(calculator->GetPoleSpherePosition(&pole), S_OK);
+        EXPECT_NEAR(pole.XPosition, 100.0, tolerance);
+        EXPECT_NEAR(pole.YPosition, -200.0, tolerance);
+        EXPECT_NEAR(pole.ZPosition, 300.0, tolerance);
+    }
+
+    /// Far above the rounding of a fit to exact points at these coordinates, far below any use.
+    static constexpr double tolerance = 1e-9;
+
+    std::unique_ptr<ServingThread> serving;
+    ComPointer<IQMVCalculator2> calculator;
+};
+
+TEST_F(OtherApartment, ReachesNumbersAndPositions) {
+    double a = 0.0;
+    double b = 0.0;
+    EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
+    EXPECT_EQ(a, 15.0);
+    EXPECT_EQ(b, 30.0);
+    EXPECT_EQ(calculator->SetCurrentHeadPosition(90.0, -180.0), S_OK);
+    EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
+    EXPECT_EQ(a, 90.0);
+    EXPECT_EQ(b, -180.0);
+    ExpectItWorks();
+}
+
+TEST_F(OtherApartment, ReceivesTheWholePlan) {
+    const auto direct = At(15.0, 30.0);
+    RequiredMoves moves{};
+    RequiredMoves expected{};
+    EXPECT_EQ(calculator->CalculateMove(90.0, -45.0, &moves), S_OK);
+    EXPECT_EQ(direct->CalculateMove(90.0, -45.0, &expected), S_OK);
+    EXPECT_EQ(std::memcmp(&moves, &expected, sizeof moves), 0);
+}
+
+TEST_F(OtherApartment, SavesAndLoadsByFileName) {
+    const TemporaryFolder folder;
+    Bstr path(folder.Path("head.ini"));
+    EXPECT_EQ(calculator->SaveHeadGeometryToFile(path.Address()), S_OK);
+    EXPECT_TRUE(std::filesystem::exists(folder.Path("head.ini")));
+    EXPECT_EQ(calculator->LoadHeadGeometryFromFile(path.Address()), S_OK);
+    ExpectItWorks();
+}
+
+TEST_F(OtherApartment, ReceivesFailureCodesAndKeepsItsOutParameters) {
+    double a = 12.5;
+    double b = -12.5;
+    EXPECT_EQ(calculator->SetCurrentHeadPosition(7.0, 0.0), QMV_E_INVALID_TARGET);
+    EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), QMV_E_POSITION_UNKNOWN);
+    EXPECT_EQ(a, 12.5);
+    EXPECT_EQ(b, -12.5);
+    ExpectItWorks();
+}
+
+TEST_F(OtherApartment, HasOneIdentityForTheObjectToo) {
+    ComPointer<IQMVCalculator> first;
+    ASSERT_EQ(calculator->QueryInterface(IID_IQMVCalculator, first.Receive()), S_OK);
+    EXPECT_EQ(Ask(*first.Get(), IID_IUnknown).Get(), Ask(*calculator.Get(), IID_IUnknown).Get());
+}
+
+TEST_F(OtherApartment, BindsLateToMethodsOfNumbers) {
+    EXPECT_EQ(Call(*calculator.Get(), L"SetCurrentHeadPosition", 45.0, 60.0).code, S_OK);
+    double a = 0.0;
+    double b = 0.0;
+    EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
+    EXPECT_EQ(a, 45.0);
+    EXPECT_EQ(b, 60.0);
+}
+
+// Not every platform's marshaller carries arrays of records. One that does not must say so, and nothing may be lost.
+TEST_F(OtherApartment, ReceivesPointArraysOrSaysThatItCannot) {
+    SimulatedHead elsewhere = Head();
+    elsewhere.pole = {0.0, 0.0, 0.0};
+    AlignmentArray aAxisPoints(elsewhere.ASet(45.0));
+    AlignmentArray bAxisPoints(elsewhere.BSet(60.0));
+    const HRESULT entered = calculator->EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address());
+    RecordProperty("entered", std::to_string(entered));
+    if (FAILED(entered)) {
+        ExpectItWorks();
+        return;
+    }
+    XYZData pole{};
+    EXPECT_EQ(calculator->GetPoleSpherePosition(&pole), S_OK);
+    EXPECT_NEAR(pole.ZPosition, 0.0, tolerance);
+}
+
+// Nor does every one carry error records; one that does must carry the right one.
+TEST_F(OtherApartment, ReceivesTheErrorRecordOrNone) {
+    const Raised raised = ReturnedBy([&] { return calculator->SetCurrentHeadPosition(0.0, 7.0); });
+    EXPECT_EQ(raised.code, QMV_E_INVALID_TARGET);
+    RecordProperty("carried", raised.record ? "yes" : "no");
+    if (raised.record) {
+        EXPECT_EQ(raised.record->source, L"CQMVCalculator::ValidateMoveTarget");
+    }
+}
+
+// What CalculateMove throws in the object's apartment cannot be caught in another one: it arrives as some failure.
+TEST_F(OtherApartment, IsToldOfARefusedPlanByAFailureOfSomeKind) {
+    RequiredMoves moves{};
+    EXPECT_TRUE(FAILED(calculator->CalculateMove(7.0, 0.0, &moves)));
+    ExpectItWorks();
+    EXPECT_EQ(calculator->CalculateMove(90.0, 0.0, &moves), S_OK);
+}
+
+class ManyApartments : public RegisteredClient {};
+
+TEST_F(ManyApartments, FreeThreadedClientsAreGivenAProxy) {
+    std::atomic<bool> proxy{false};
+    std::atomic<HRESULT> set{E_FAIL};
+    double a = 0.0;
+    double b = 0.0;
+    std::thread([&] {
+        const Apartment freeThreaded(COINIT_MULTITHREADED);
+        const auto calculator = CreateRegistered();
+        if (!calculator) return;
+        proxy = IsProxy(*calculator.Get());
+        set = calculator->SetCurrentHeadPosition(75.0, -90.0);
+        calculator->GetCurrentHeadPosition(&a, &b);
+    }).join();
+    EXPECT_TRUE(proxy);
+    EXPECT_EQ(set, S_OK);
+    EXPECT_EQ(a, 75.0);
+    EXPECT_EQ(b, -90.0);
+}
+
+TEST_F(ManyApartments, SingleThreadedClientsAreGivenTheObjectItself) {
+    const auto calculator = CreateRegistered();
+    ASSERT_TRUE(calculator);
+    EXPECT_FALSE(IsProxy(*calculator.Get()));
+}
+
+/// Runs `work` on several threads at once, each in its own apartment, and gives the number of times it succeeded.
+int SuccessesOnThreads(int threads, const std::function<bool(int)>& work) {
+    std::atomic<int> successes{0};
+    std::atomic<int> arrived{0};
+    std::vector<std::thread> running;
+    for (int i = 0; i < threads; ++i) {
+        running.emplace_back([&, i] {
+            const Apartment apartment;
+            ++arrived;
+            while (arrived < threads) std::this_thread::yield();
+            if (work(i)) ++successes;
+        });
+    }
+    for (std::thread& thread : running) thread.join();
+    return successes;
+}
+
+constexpr int threads = 8;
+constexpr int rounds = 50;
+
+bool SetsAndGets(IQMVCalculator& calculator, double a, double b) {
+    double foundA = 0.0;
+    double foundB = 0.0;
+    return calculator.SetCurrentHeadPosition(a, b) == S_OK &&
+           calculator.GetCurrentHeadPosition(&foundA, &foundB) == S_OK && foundA == a && foundB == b;
+}
+
+TEST_F(ManyApartments, CreateAtOnceAndEachHasItsOwn) {
+    EXPECT_EQ(SuccessesOnThreads(threads,
+                                 [](int i) {
+                                     for (int round = 0; round < rounds; ++round) {
+                                         const auto calculator = CreateRegistered();
+                                         if (!calculator || !SetsAndGets(*calculator.Get(), 0.0, 15.0 * i)) return false;
+                                         if (References(*calculator.Get()) != 1) return false;
+                                     }
+                                     return true;
+                                 }),
+              threads);
+    EXPECT_EQ(server.CanUnloadNow(), S_OK);
+}
+
+TEST_F(ManyApartments, CountClassObjectsObjectsAndLocksTogether) {
+    const auto work = [&](int i) {
+        for (int round = 0; round < rounds; ++round) {
+            const auto factory = server.Factory();
+            const auto calculator = server.Create();
+            if (!factory || !calculator || !SetsAndGets(*calculator.Get(), 90.0, -15.0 * i)) return false;
+            if (factory->LockServer(TRUE) != S_OK || server.CanUnloadNow() != S_FALSE) return false;
+            if (factory->LockServer(FALSE) != S_OK) return false;
+        }
+        return true;
+    };
+    EXPECT_EQ(SuccessesOnThreads(threads, work), threads);
+    EXPECT_EQ(server.CanUnloadNow(), S_OK);
+}
+
+} // namespace

@@ -1,0 +1,448 @@
+#include "server/LateCall.h"
+
+#include "interface/ErrorCodes.h"
+#include "server/Client.h"
+#include "server/Registry.h"
+#include "support/TemporaryFolder.h"
+
+#include <functional>
+
+/// All that late-bound languages do, with nothing registered: names and records come from the module's own resource.
+
+namespace {
+
+class LateBinding : public Client {
+protected:
+    void SetUp() override { ASSERT_EQ(RegisteredTexts(), RegistryTexts{}); }
+
+    TemporaryFolder folder;
+};
+
+/// German writes 7,5 and takes a point for a separator of thousands.
+constexpr LCID german = 0x0407;
+
+template <class Record> bool SameBytes(const Record& left, const Record& right) {
+    return std::memcmp(&left, &right, sizeof left) == 0;
+}
+
+/// Points as a record-holding language makes them, from the description that the object gives of its types.
+class RecordArray {
+public:
+    RecordArray(IDispatch& object, const std::vector<HeadAlignmentDataItem>& points) {
+        const auto face = Received<ITypeInfo>([&](ITypeInfo** out) { return object.GetTypeInfo(0, 0, out); });
+        UINT index = 0;
+        const auto library =
+            Received<ITypeLib>([&](ITypeLib** out) { return face->GetContainingTypeLib(out, &index); });
+        const auto type = Received<ITypeInfo>(
+            [&](ITypeInfo** out) { return library->GetTypeInfoOfGuid(GUID_HeadAlignmentDataItem, out); });
+        const auto record =
+            Received<IRecordInfo>([&](IRecordInfo** out) { return GetRecordInfoFromTypeInfo(type.Get(), out); });
+        array = SafeArrayCreateVectorEx(VT_RECORD, 0, static_cast<ULONG>(points.size()), record.Get());
+        for (LONG i = 0; i < static_cast<LONG>(points.size()); ++i) {
+            HeadAlignmentDataItem point = points[static_cast<std::size_t>(i)];
+            EXPECT_EQ(SafeArrayPutElement(array, &i, &point), S_OK);
+        }
+    }
+    RecordArray(const RecordArray&) = delete;
+    RecordArray& operator=(const RecordArray&) = delete;
+    ~RecordArray() { SafeArrayDestroy(array); }
+
+    SAFEARRAY* Get() const { return array; }
+    SAFEARRAY** Address() { return &array; }
+
+private:
+    SAFEARRAY* array = nullptr;
+};
+
+TEST_F(LateBinding, FindsTheEightMethodsWhateverTheLettersCase) {
+    const auto calculator = server.Create();
+    const wchar_t* const names[] = {L"LoadHeadGeometryFromFile", L"SaveHeadGeometryToFile", L"GetCurrentHeadPosition",
+                                    L"SetCurrentHeadPosition",   L"CalculateMove",          L"EnterHeadGeometry",
+                                    L"GetStartPosition",         L"GetPoleSpherePosition"};
+    DISPID expected = 0;
+    for (const std::wstring name : names) {
+        std::wstring small;
+        std::wstring capital;
+        for (const wchar_t letter : name) {
+            small += static_cast<wchar_t>(std::towlower(letter));
+            capital += static_cast<wchar_t>(std::towupper(letter));
+        }
+        ++expected;
+        for (const std::wstring& written : {name, small, capital})
+            EXPECT_EQ(IdOf(*calculator.Get(), written.c_str()), expected) << std::filesystem::path(written);
+    }
+}
+
+TEST_F(LateBinding, FindsParametersByName) {
+    const auto calculator = server.Create();
+    LPOLESTR names[] = {const_cast<LPOLESTR>(L"SetCurrentHeadPosition"), const_cast<LPOLESTR>(L"BPosition"),
+                        const_cast<LPOLESTR>(L"aposition")};
+    DISPID ids[] = {-5, -5, -5};
+    EXPECT_EQ(calculator->GetIDsOfNames(IID_NULL, names, 3, 0, ids), S_OK);
+    EXPECT_EQ(ids[0], 4);
+    EXPECT_EQ(ids[1], 1);
+    EXPECT_EQ(ids[2], 0);
+}
+
+TEST_F(LateBinding, SaysThatItDoesNotKnowAName) {
+    const auto calculator = server.Create();
+    LPOLESTR names[] = {const_cast<LPOLESTR>(L"CalculateMoves")};
+    DISPID id = 1;
+    EXPECT_EQ(calculator->GetIDsOfNames(IID_NULL, names, 1, 0, &id), DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(id, DISPID_UNKNOWN);
+}
+
+TEST_F(LateBinding, DescribesItsOneTypeAndNoOther) {
+    const auto calculator = server.Create();
+    UINT count = 0;
+    EXPECT_EQ(calculator->GetTypeInfoCount(&count), S_OK);
+    EXPECT_EQ(count, 1U);
+    EXPECT_EQ(calculator->GetTypeInfoCount(nullptr), E_POINTER);
+    EXPECT_EQ(calculator->GetTypeInfo(0, 0, nullptr), E_POINTER);
+    int anything = 0;
+    auto* info = reinterpret_cast<ITypeInfo*>(&anything);
+    EXPECT_EQ(calculator->GetTypeInfo(1, 0, &info), DISP_E_BADINDEX);
+    EXPECT_EQ(info, nullptr);
+    const auto own = Received<ITypeInfo>([&](ITypeInfo** out) { return calculator->GetTypeInfo(0, 0, out); });
+    TYPEATTR* attributes = nullptr;
+    ASSERT_EQ(own->GetTypeAttr(&attributes), S_OK);
+    EXPECT_TRUE(IsEqualGUID(attributes->guid, IID_IQMVCalculator2));
+    own->ReleaseTypeAttr(attributes);
+}
+
+TEST_F(LateBinding, RefusesCallsThatAreNoneOfItsOwn) {
+    const auto calculator = server.Create();
+    DISPPARAMS none{};
+    DISPID id = 0;
+    LPOLESTR names[] = {const_cast<LPOLESTR>(L"CalculateMove")};
+    EXPECT_EQ(calculator->GetIDsOfNames(unknownIdentifier, names, 1, 0, &id), DISP_E_UNKNOWNINTERFACE);
+    EXPECT_EQ(calculator->Invoke(8, unknownIdentifier, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr),
+              DISP_E_UNKNOWNINTERFACE);
+    for (const DISPID method : {DISPID{0}, DISPID{9}, DISPID{-1}, DISPID{DISPID_NEWENUM}})
+        EXPECT_EQ(InvokeWith(*calculator.Get(), method, {}).code, DISP_E_MEMBERNOTFOUND) << method;
+    for (const WORD flags : {WORD{DISPATCH_PROPERTYPUT}, WORD{DISPATCH_PROPERTYPUTREF}})
+        EXPECT_EQ(InvokeWith(*calculator.Get(), 8, {}, {.flags = flags}).code, DISP_E_MEMBERNOTFOUND) << flags;
+}
+
+TEST_F(LateBinding, TakesAFunctionCallWrittenAsAPropertyReadToo) {
+    const auto calculator = server.Create();
+    EXPECT_EQ(InvokeWith(*calculator.Get(), 8, {}, {.flags = DISPATCH_METHOD | DISPATCH_PROPERTYGET}).code, S_OK);
+}
+
+TEST_F(LateBinding, DoesByNameAllThatTheInterfaceDoes) {
+    const auto late = server.Create();
+    const auto direct = WithGeometry();
+    RecordArray aAxisPoints(*late.Get(), Head().ASet(45.0));
+    RecordArray bAxisPoints(*late.Get(), Head().BSet(60.0));
+    ASSERT_EQ(Call(*late.Get(), L"EnterHeadGeometry", aAxisPoints.Get(), bAxisPoints.Get()).code, S_OK);
+
+    XYZData pole{};
+    EXPECT_EQ(direct->GetPoleSpherePosition(&pole), S_OK);
+    EXPECT_TRUE(SameBytes(RecordIn<XYZData>(Call(*late.Get(), L"GetPoleSpherePosition"), GUID_XYZData), pole));
+
+    EXPECT_EQ(Call(*late.Get(), L"SetCurrentHeadPosition", 15.0, 30.0).code, S_OK);
+    EXPECT_EQ(direct->SetCurrentHeadPosition(15.0, 30.0), S_OK);
+    XYZData start{};
+    EXPECT_EQ(direct->GetStartPosition(&start), S_OK);
+    EXPECT_TRUE(SameBytes(RecordIn<XYZData>(Call(*late.Get(), L"GetStartPosition"), GUID_XYZData), start));
+
+    RequiredMoves moves{};
+    EXPECT_EQ(direct->CalculateMove(90.0, -45.0, &moves), S_OK);
+    EXPECT_TRUE(SameBytes(
+        RecordIn<RequiredMoves>(Call(*late.Get(), L"CalculateMove", 90.0, -45.0), GUID_RequiredMoves), moves));
+
+    double a = 0.0;
+    double b = 0.0;
+    EXPECT_EQ(Call(*late.Get(), L"GetCurrentHeadPosition", &a, &b).code, S_OK);
+    EXPECT_EQ(a, 90.0);
+    EXPECT_EQ(b, -45.0);
+}
+
+TEST_F(LateBinding, SavesAndLoadsByName) {
+    const auto calculator = At(15.0, 30.0);
+    const auto loaded = server.Create();
+    Bstr path(folder.Path("head.ini"));
+    EXPECT_EQ(Call(*calculator.Get(), L"SaveHeadGeometryToFile", path).code, S_OK);
+    EXPECT_TRUE(std::filesystem::exists(folder.Path("head.ini")));
+    EXPECT_EQ(Call(*loaded.Get(), L"LoadHeadGeometryFromFile", path).code, S_OK);
+    EXPECT_EQ(loaded->SetCurrentHeadPosition(0.0, 0.0), S_OK);
+    EXPECT_EQ(Call(*loaded.Get(), L"CalculateMove", 90.0, 0.0).code, S_OK) << "it has a geometry now";
+}
+
+TEST_F(LateBinding, TakesAFileNameInEveryFormThatLanguagesPass) {
+    ASSERT_EQ(At(0.0, 0.0)->SaveHeadGeometryToFile(Bstr(folder.Path("head.ini")).Address()), S_OK);
+    Bstr path(folder.Path("head.ini"));
+    VARIANT variable = Argument(path);
+    VARIANT reference = Argument(path.Address());
+    const struct {
+        const char* why;
+        VARIANT argument;
+    } forms[] = {{"an expression", Argument(path)},
+                 {"a text variable", Argument(path.Address())},
+                 {"a script's variable", Argument(&variable)},
+                 {"a script's variable that refers to a text", Argument(&reference)}};
+    for (const auto& [why, argument] : forms) {
+        const auto calculator = server.Create();
+        EXPECT_EQ(InvokeWith(*calculator.Get(), 1, {argument}).code, S_OK) << why;
+        EXPECT_EQ(calculator->SetCurrentHeadPosition(0.0, 0.0), S_OK);
+        RequiredMoves moves{};
+        EXPECT_EQ(calculator->CalculateMove(0.0, 15.0, &moves), S_OK) << why;
+    }
+    EXPECT_STREQ(path.Text(), folder.Path("head.ini").c_str()) << "the caller's text is as it was";
+}
+
+TEST_F(LateBinding, TakesANumberInEveryFormThatLanguagesPass) {
+    double plain = 45.0;
+    Bstr text(std::wstring(L"45.0"));
+    Bstr exponent(std::wstring(L"4.5e1"));
+    VARIANT number = Argument(45);
+    VARIANT words = Argument(text);
+    VARIANT small{};
+    V_VT(&small) = VT_UI1;
+    V_UI1(&small) = 45;
+    VARIANT single{};
+    V_VT(&single) = VT_R4;
+    V_R4(&single) = 45.0F;
+    const struct {
+        const char* why;
+        VARIANT argument;
+    } forms[] = {{"a double", Argument(45.0)},
+                 {"a whole number", Argument(45)},
+                 {"a byte", small},
+                 {"a single", single},
+                 {"a double variable", Argument(&plain)},
+                 {"a script's variable", Argument(&number)},
+                 {"a text", Argument(text)},
+                 {"a text with an exponent", Argument(exponent)},
+                 {"a text in a script's variable", Argument(&words)}};
+    for (const auto& [why, argument] : forms) {
+        for (const LCID locale : {LCID{LOCALE_USER_DEFAULT}, german}) {
+            const auto calculator = server.Create();
+            EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {argument, Argument(-30.0)}, {.locale = locale}).code, S_OK)
+                << why << ", locale " << locale;
+            double a = 0.0;
+            double b = 0.0;
+            EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
+            EXPECT_EQ(a, 45.0) << why << ", locale " << locale;
+            EXPECT_EQ(b, -30.0);
+        }
+    }
+}
+
+TEST_F(LateBinding, TakesRecordArraysInEveryFormThatLanguagesPass) {
+    const auto direct = WithGeometry();
+    XYZData expected{};
+    ASSERT_EQ(direct->GetPoleSpherePosition(&expected), S_OK);
+    RecordArray aAxisPoints(*direct.Get(), Head().ASet(45.0));
+    RecordArray bAxisPoints(*direct.Get(), Head().BSet(60.0));
+    VARIANT aVariable = Argument(aAxisPoints.Get());
+    VARIANT bVariable = Argument(bAxisPoints.Address());
+    const struct {
+        const char* why;
+        VARIANT a;
+        VARIANT b;
+    } forms[] = {{"by value", Argument(aAxisPoints.Get()), Argument(bAxisPoints.Get())},
+                 {"by reference", Argument(aAxisPoints.Address()), Argument(bAxisPoints.Address())},
+                 {"in variables", Argument(&aVariable), Argument(&bVariable)}};
+    for (const auto& [why, a, b] : forms) {
+        const auto calculator = server.Create();
+        EXPECT_EQ(InvokeWith(*calculator.Get(), 6, {a, b}).code, S_OK) << why;
+        XYZData pole{};
+        EXPECT_EQ(calculator->GetPoleSpherePosition(&pole), S_OK);
+        EXPECT_TRUE(SameBytes(pole, expected)) << why;
+    }
+    EXPECT_EQ(aAxisPoints.Get()->rgsabound[0].cElements, 7U) << "the caller's array is as it was";
+}
+
+TEST_F(LateBinding, WritesPositionsWhereverTheArgumentRefersTo) {
+    const auto calculator = At(15.0, -30.0);
+    double a = 0.0;
+    double b = 0.0;
+    EXPECT_EQ(Call(*calculator.Get(), L"GetCurrentHeadPosition", &a, &b).code, S_OK);
+    EXPECT_EQ(a, 15.0);
+    EXPECT_EQ(b, -30.0);
+    VARIANT aVariable{};
+    VARIANT bVariable{};
+    V_VT(&bVariable) = VT_BSTR;
+    V_BSTR(&bVariable) = SysAllocString(L"what the variable held before");
+    EXPECT_EQ(Call(*calculator.Get(), L"GetCurrentHeadPosition", &aVariable, &bVariable).code, S_OK);
+    EXPECT_EQ(V_VT(&aVariable), VT_R8);
+    EXPECT_EQ(V_R8(&aVariable), 15.0);
+    EXPECT_EQ(V_VT(&bVariable), VT_R8);
+    EXPECT_EQ(V_R8(&bVariable), -30.0);
+}
+
+TEST_F(LateBinding, WritesBothPositionsOrNeither) {
+    const auto calculator = At(15.0, -30.0);
+    double a = 1.0;
+    long whole = 2;
+    VARIANT cannotHold{};
+    V_VT(&cannotHold) = VT_I4 | VT_BYREF;
+    V_I4REF(&cannotHold) = &whole;
+    const auto outcome = InvokeWith(*calculator.Get(), 3, {Argument(&a), cannotHold});
+    EXPECT_EQ(outcome.code, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(outcome.wrongArgument, 0U);
+    EXPECT_EQ(a, 1.0);
+    EXPECT_EQ(whole, 2);
+}
+
+TEST_F(LateBinding, TakesArgumentsByName) {
+    const auto calculator = server.Create();
+    const auto expectPosition = [&](double expectedA, double expectedB) {
+        double a = 0.0;
+        double b = 0.0;
+        EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
+        EXPECT_EQ(a, expectedA);
+        EXPECT_EQ(b, expectedB);
+    };
+    EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(-45.0), Argument(15.0)}, {.named = {1, 0}}).code, S_OK);
+    expectPosition(15.0, -45.0);
+    EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(30.0), Argument(-60.0)}, {.named = {0, 1}}).code, S_OK);
+    expectPosition(30.0, -60.0);
+    EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(-75.0), Argument(90.0)}, {.named = {1}}).code, S_OK)
+        << "one by name, one by its place";
+    expectPosition(90.0, -75.0);
+    EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(0.0), Argument(0.0)}, {.named = {0, 7}}).code,
+              DISP_E_PARAMNOTFOUND);
+    expectPosition(90.0, -75.0);
+}
+
+TEST_F(LateBinding, RefusesTheWrongNumberOfArguments) {
+    const auto calculator = server.Create();
+    const struct {
+        DISPID method;
+        std::size_t right;
+    } methods[] = {{1, 1}, {2, 1}, {3, 2}, {4, 2}, {5, 2}, {6, 2}, {7, 0}, {8, 0}};
+    for (const auto& [method, right] : methods) {
+        for (std::size_t count = 0; count <= 4; ++count) {
+            if (count == right) continue;
+            EXPECT_EQ(InvokeWith(*calculator.Get(), method, std::vector<VARIANT>(count, Argument(0.0))).code,
+                      DISP_E_BADPARAMCOUNT)
+                << "method " << method << " with " << count;
+        }
+    }
+}
+
+TEST_F(LateBinding, SaysWhichArgumentIsOfTheWrongType) {
+    const auto calculator = server.Create();
+    Bstr words(std::wstring(L"fifteen"));
+    RecordArray points(*calculator.Get(), Head().ASet(45.0));
+    VARIANT object{};
+    V_VT(&object) = VT_UNKNOWN;
+    const struct {
+        const char* why;
+        DISPID method;
+        std::vector<VARIANT> arguments;
+        UINT wrong; // counted from the last one
+    } calls[] = {{"no number, first", 4, {Argument(words), Argument(0.0)}, 1},
+                 {"no number, second", 4, {Argument(0.0), Argument(words)}, 0},
+                 {"no target", 5, {Argument(0.0), object}, 0},
+                 {"no records, first", 6, {Argument(1), Argument(points.Get())}, 1},
+                 {"no records, second", 6, {Argument(points.Get()), Argument(words)}, 0},
+                 {"no name", 1, {Argument(points.Get())}, 0},
+                 {"no name to save", 2, {object}, 0}};
+    for (const auto& [why, method, arguments, wrong] : calls) {
+        const auto outcome = InvokeWith(*calculator.Get(), method, arguments);
+        EXPECT_EQ(outcome.code, DISP_E_TYPEMISMATCH) << why;
+        EXPECT_EQ(outcome.wrongArgument, wrong) << why;
+    }
+    EXPECT_EQ(Call(*calculator.Get(), L"GetCurrentHeadPosition", words, words).scode, QMV_E_POSITION_UNKNOWN)
+        << "none of the calls reached the object";
+}
+
+TEST_F(LateBinding, ReportsAFailingMethodByCodeSourceAndDescription) {
+    const auto fresh = server.Create();
+    const auto placed = At(15.0, 30.0);
+    double a = 12.5;
+    double b = -12.5;
+    Bstr nowhere(folder.Path("no such folder") / "head.ini");
+    RecordArray few(*fresh.Get(), Head().ASet(45.0, 3));
+    RecordArray enough(*fresh.Get(), Head().BSet(60.0));
+    SAFEARRAY* none = nullptr;
+    const struct {
+        const char* how;
+        std::function<Outcome()> action;
+        HRESULT scode;
+        const wchar_t* source;
+        const wchar_t* description;
+        const wchar_t* helpFile;
+    } failures[] = {
+        {"a position never set", [&] { return Call(*fresh.Get(), L"GetCurrentHeadPosition", &a, &b); },
+         QMV_E_POSITION_UNKNOWN, L"CQMVCalculator::GetCurrentHeadPosition", L"Current Position is not known", L""},
+        {"a plan without a geometry, which throws elsewhere",
+         [&] { return Call(*fresh.Get(), L"CalculateMove", 0.0, 0.0); }, QMV_E_NO_HEAD_GEOMETRY,
+         L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded", L""},
+        {"a target between two steps, which throws elsewhere",
+         [&] { return Call(*placed.Get(), L"CalculateMove", 0, 7); }, QMV_E_INVALID_TARGET,
+         L"CQMVCalculator::ValidateMoveTarget", L"Invalid B Target Angle, value must be a 15 degree interval.", L""},
+        {"a start without a geometry", [&] { return Call(*fresh.Get(), L"GetStartPosition"); }, QMV_E_NO_HEAD_GEOMETRY,
+         L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded", L""},
+        {"a position out of range", [&] { return Call(*fresh.Get(), L"SetCurrentHeadPosition", 105.0, 0.0); },
+         QMV_E_INVALID_TARGET, L"CQMVCalculator::ValidateMoveTarget",
+         L"Invalid A Target Angle, value must be between 0 and 90.", L""},
+        {"too few points", [&] { return Call(*fresh.Get(), L"EnterHeadGeometry", few.Get(), enough.Get()); },
+         QMV_E_TOO_FEW_POINTS, L"RoundThePole::ValidateSafeArrayData", L"Too Few A Axis Points Supplied", L""},
+        {"no array", [&] { return Call(*fresh.Get(), L"EnterHeadGeometry", none, enough.Get()); }, E_INVALIDARG,
+         L"RoundThePole::ValidateSafeArrayData", L"Unspecified", L"Unspecified"},
+        {"no file", [&] { return Call(*fresh.Get(), L"LoadHeadGeometryFromFile", nowhere); }, QMV_E_READ_FROM_FILE,
+         L"RoundThePole::ReadDoubleFromIniFile", L"Failed To Read from File", L""},
+        {"nowhere to save", [&] { return Call(*fresh.Get(), L"SaveHeadGeometryToFile", nowhere); },
+         QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File", L""}};
+    for (const auto& failure : failures) {
+        SCOPED_TRACE(failure.how);
+        const Outcome outcome = failure.action();
+        EXPECT_EQ(outcome.code, DISP_E_EXCEPTION);
+        EXPECT_EQ(outcome.scode, failure.scode);
+        EXPECT_EQ(outcome.source, failure.source);
+        EXPECT_EQ(outcome.description, failure.description);
+        EXPECT_EQ(outcome.helpFile, failure.helpFile);
+        EXPECT_EQ(V_VT(outcome.result.get()), VT_EMPTY);
+    }
+    EXPECT_EQ(a, 12.5);
+    EXPECT_EQ(b, -12.5);
+}
+
+TEST_F(LateBinding, DoesNotTellOfAnOlderFailure) {
+    const auto fresh = server.Create();
+    double a = 0.0;
+    ASSERT_EQ(fresh->GetCurrentHeadPosition(&a, &a), QMV_E_POSITION_UNKNOWN);
+    const auto outcome = Call(*fresh.Get(), L"CalculateMove", 0.0, 0.0);
+    EXPECT_EQ(outcome.scode, QMV_E_NO_HEAD_GEOMETRY);
+    EXPECT_EQ(outcome.source, L"CQMVCalculator::CalculateMove");
+    SetErrorInfo(0, nullptr);
+}
+
+TEST_F(LateBinding, NeedsNobodyToTakeResultsAndReports) {
+    const auto calculator = At(15.0, 30.0);
+    VARIANT targets[] = {Argument(30.0), Argument(90.0)};
+    DISPPARAMS parameters{targets, nullptr, 2, 0};
+    EXPECT_EQ(calculator->Invoke(5, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr), S_OK);
+    targets[0] = Argument(7.0);
+    EXPECT_EQ(calculator->Invoke(5, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr),
+              DISP_E_EXCEPTION);
+    VARIANT wrong[] = {Argument(30.0), VARIANT{}};
+    V_VT(&wrong[1]) = VT_UNKNOWN;
+    parameters.rgvarg = wrong;
+    EXPECT_EQ(calculator->Invoke(5, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr),
+              DISP_E_TYPEMISMATCH);
+}
+
+TEST_F(LateBinding, WorksForAPartOfAnotherObject) {
+    // The part itself stands in for its owner here: what counts is that late binding is the part's own.
+    const auto owner = server.Create();
+    ComPointer<IUnknown> inner;
+    ASSERT_EQ(server.Factory()->CreateInstance(owner.Get(), IID_IUnknown, inner.Receive()), S_OK);
+    {
+        ComPointer<IDispatch> part;
+        ASSERT_EQ(inner->QueryInterface(IID_IDispatch, part.Receive()), S_OK);
+        EXPECT_EQ(Call(*part.Get(), L"SetCurrentHeadPosition", 15.0, 30.0).code, S_OK);
+        double a = 0.0;
+        double b = 0.0;
+        EXPECT_EQ(Call(*part.Get(), L"GetCurrentHeadPosition", &a, &b).code, S_OK);
+        EXPECT_EQ(b, 30.0);
+    }
+    EXPECT_EQ(References(*owner.Get()), 1U);
+    EXPECT_EQ(References(*inner.Get()), 1U);
+}
+
+} // namespace

@@ -1,0 +1,140 @@
+#pragma once
+
+#include "support/Bstr.h"
+#include "support/Calculator.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// Late-bound calls as scripts make them. Arguments are lent to the call: what they are made from stays the test's.
+
+inline VARIANT Argument(const VARIANT& whatever) { return whatever; }
+inline VARIANT Argument(double number) {
+    VARIANT argument{};
+    V_VT(&argument) = VT_R8;
+    V_R8(&argument) = number;
+    return argument;
+}
+inline VARIANT Argument(int number) {
+    VARIANT argument{};
+    V_VT(&argument) = VT_I4;
+    V_I4(&argument) = number;
+    return argument;
+}
+inline VARIANT Argument(Bstr& text) {
+    VARIANT argument{};
+    V_VT(&argument) = VT_BSTR;
+    V_BSTR(&argument) = *text.Address();
+    return argument;
+}
+inline VARIANT Argument(BSTR* text) {
+    VARIANT argument{};
+    V_VT(&argument) = VT_BSTR | VT_BYREF;
+    V_BSTRREF(&argument) = text;
+    return argument;
+}
+inline VARIANT Argument(double* number) {
+    VARIANT argument{};
+    V_VT(&argument) = VT_R8 | VT_BYREF;
+    V_R8REF(&argument) = number;
+    return argument;
+}
+/// A script's variable.
+inline VARIANT Argument(VARIANT* variable) {
+    VARIANT argument{};
+    V_VT(&argument) = VT_VARIANT | VT_BYREF;
+    V_VARIANTREF(&argument) = variable;
+    return argument;
+}
+inline VARIANT Argument(SAFEARRAY* records) {
+    VARIANT argument{};
+    V_VT(&argument) = VT_ARRAY | VT_RECORD;
+    V_ARRAY(&argument) = records;
+    return argument;
+}
+inline VARIANT Argument(SAFEARRAY** records) {
+    VARIANT argument{};
+    V_VT(&argument) = VT_ARRAY | VT_RECORD | VT_BYREF;
+    V_ARRAYREF(&argument) = records;
+    return argument;
+}
+
+/// What came of a call.
+struct Outcome {
+    static constexpr UINT noArgument = 99;
+
+    HRESULT code = S_OK;
+    std::shared_ptr<VARIANT> result;
+    HRESULT scode = S_OK;
+    std::wstring source;
+    std::wstring description;
+    std::wstring helpFile;
+    UINT wrongArgument = noArgument; ///< counted from the last one
+};
+
+/// How a call is made, besides its arguments.
+struct Manner {
+    WORD flags = DISPATCH_METHOD;
+    LCID locale = LOCALE_USER_DEFAULT;
+    std::vector<DISPID> named{}; ///< the places that the first arguments go to; the others follow in their order
+};
+
+inline Outcome InvokeWith(IDispatch& object, DISPID method, std::vector<VARIANT> arguments, Manner manner = {}) {
+    // Named ones stand first, the others last to first.
+    std::reverse(arguments.begin() + static_cast<std::ptrdiff_t>(manner.named.size()), arguments.end());
+    DISPPARAMS parameters{arguments.data(), manner.named.data(), static_cast<UINT>(arguments.size()),
+                          static_cast<UINT>(manner.named.size())};
+    Outcome outcome;
+    outcome.result = {new VARIANT{}, [](VARIANT* owned) {
+                          VariantClear(owned);
+                          delete owned;
+                      }};
+    EXCEPINFO exception{};
+    outcome.code = object.Invoke(method, IID_NULL, manner.locale, manner.flags, &parameters, outcome.result.get(),
+                                 &exception, &outcome.wrongArgument);
+    const auto taken = [](BSTR text) {
+        const std::wstring copy(text == nullptr ? L"" : text, SysStringLen(text));
+        SysFreeString(text);
+        return copy;
+    };
+    outcome.scode = exception.scode;
+    outcome.source = taken(exception.bstrSource);
+    outcome.description = taken(exception.bstrDescription);
+    outcome.helpFile = taken(exception.bstrHelpFile);
+    return outcome;
+}
+
+inline DISPID IdOf(IDispatch& object, const wchar_t* name) {
+    std::wstring text(name);
+    LPOLESTR names[] = {text.data()};
+    DISPID id = DISPID_UNKNOWN;
+    EXPECT_EQ(object.GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id), S_OK);
+    return id;
+}
+
+/// Calls a method by its name.
+template <class... Arguments> Outcome Call(IDispatch& object, const wchar_t* method, Arguments&&... arguments) {
+    return InvokeWith(object, IdOf(object, method), {Argument(arguments)...});
+}
+
+/// The record in a result, which must be of the type with that identifier.
+template <class Record> Record RecordIn(const Outcome& outcome, REFGUID type) {
+    Record record{};
+    EXPECT_EQ(outcome.code, S_OK);
+    EXPECT_EQ(V_VT(outcome.result.get()), VT_RECORD);
+    if (V_VT(outcome.result.get()) != VT_RECORD) return record;
+    GUID found{};
+    ULONG size = 0;
+    V_RECORDINFO(outcome.result.get())->GetGuid(&found);
+    V_RECORDINFO(outcome.result.get())->GetSize(&size);
+    EXPECT_TRUE(IsEqualGUID(found, type));
+    EXPECT_EQ(size, sizeof record);
+    if (size == sizeof record) std::memcpy(&record, V_RECORD(outcome.result.get()), sizeof record);
+    return record;
+}

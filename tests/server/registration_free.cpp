@@ -1,0 +1,57 @@
+#include "server/Client.h"
+
+#include "server/LateCall.h"
+#include "server/Registry.h"
+
+/// The component used by its manifest: this program carries one that names the component's file, and nothing is
+/// registered.
+
+namespace {
+
+class RegistrationFree : public Client {
+protected:
+    void SetUp() override { ASSERT_EQ(RegisteredTexts(), RegistryTexts{}); }
+    void TearDown() override { EXPECT_EQ(RegisteredTexts(), RegistryTexts{}) << "using it registers nothing"; }
+
+    static ComPointer<IQMVCalculator2> Create(REFCLSID clsid) {
+        ComPointer<IQMVCalculator2> calculator;
+        EXPECT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator2, calculator.Receive()),
+                  S_OK);
+        return calculator;
+    }
+};
+
+TEST_F(RegistrationFree, CreatesByTheIdentifierFromTheFileBesideTheProgram) {
+    const auto calculator = Create(CLSID_QMVCalculator);
+    ASSERT_TRUE(calculator);
+    EXPECT_EQ(server.CanUnloadNow(), S_FALSE) << "the object is that file's";
+    EXPECT_EQ(Enter(*calculator.Get()), S_OK);
+    EXPECT_EQ(calculator->SetCurrentHeadPosition(15.0, 30.0), S_OK);
+    RequiredMoves moves{};
+    RequiredMoves expected{};
+    EXPECT_EQ(calculator->CalculateMove(90.0, -45.0, &moves), S_OK);
+    EXPECT_EQ(At(15.0, 30.0)->CalculateMove(90.0, -45.0, &expected), S_OK);
+    EXPECT_EQ(std::memcmp(&moves, &expected, sizeof moves), 0);
+}
+
+TEST_F(RegistrationFree, CreatesByBothNames) {
+    for (const wchar_t* const progId : {QMVCalculatorProgId, QMVCalculatorVersionIndependentProgId}) {
+        CLSID clsid{}; // may be an alias of the class that holds in this program alone
+        ASSERT_EQ(CLSIDFromProgID(progId, &clsid), S_OK) << std::filesystem::path(progId);
+        EXPECT_TRUE(Create(clsid)) << std::filesystem::path(progId);
+    }
+}
+
+TEST_F(RegistrationFree, BindsLate) {
+    const auto calculator = Create(CLSID_QMVCalculator);
+    ASSERT_TRUE(calculator);
+    EXPECT_EQ(Call(*calculator.Get(), L"SetCurrentHeadPosition", 15.0, 30.0).code, S_OK);
+    EXPECT_EQ(Call(*calculator.Get(), L"GetPoleSpherePosition").code, S_OK);
+}
+
+TEST_F(RegistrationFree, FindsTheTypeLibrary) {
+    EXPECT_TRUE(Received<ITypeLib>(
+        [](ITypeLib** out) { return LoadRegTypeLib(LIBID_CoQMV40CalculatorLib, 1, 0, 1033, out); }));
+}
+
+} // namespace
