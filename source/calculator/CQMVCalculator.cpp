@@ -52,18 +52,21 @@ HRESULT CQMVCalculator::SetCurrentHeadPosition(double APosition, double BPositio
 }
 
 HRESULT CQMVCalculator::CalculateMove(double TargetAPosition, double TargetBPosition, RequiredMoves* Moves) {
-    const ModuleStateGuard moduleState;
-    const ErrorContext context{L"CQMVCalculator::CalculateMove"};
-    LibraryStep(context, [&] {
-        RequirePointers(context.source, Moves);
-        RequirePlannable();
-        const double targetA = RoundToWholeDegree(TargetAPosition);
-        const double targetB = RoundToWholeDegree(TargetBPosition);
-        ValidateMoveTarget(targetA, targetB);
-        PlanMoves(targetA, targetB, *Moves);
-        currentA = targetA;
-        currentB = targetB;
+    const HRESULT planned = Guarded([&] {
+        const ErrorContext context{L"CQMVCalculator::CalculateMove"};
+        LibraryStep(context, [&] {
+            RequirePointers(context.source, Moves);
+            RequirePlannable();
+            const double targetA = RoundToWholeDegree(TargetAPosition);
+            const double targetB = RoundToWholeDegree(TargetBPosition);
+            ValidateMoveTarget(targetA, targetB);
+            PlanMoves(targetA, targetB, *Moves);
+            currentA = targetA;
+            currentB = targetB;
+        });
     });
+    // A failure leaves this method thrown, as promised, but only once everything on the way has been cleaned up.
+    if (FAILED(planned)) ThrowRecordedCode(planned);
     return S_OK;
 }
 

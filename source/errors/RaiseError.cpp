@@ -46,3 +46,5 @@ void RaiseError(HRESULT code, const wchar_t* source, const wchar_t* description)
 void RaiseError(HRESULT code, const ErrorContext& context) {
     RaiseError(code, context.source, context.description, context.helpFile, context.helpContext);
 }
+
+void ThrowRecordedCode(HRESULT code) { throw code; }

@@ -22,12 +22,22 @@ windows() {
 windows_path() { echo "Z:${1//\//\\}"; }
 
 # remember_registry <name>; same_registry <name> <when>: the classes and the programs installed are as they were.
-remember_registry() { windows reg export 'HKLM\Software' "$(windows_path "$work/$1.reg")" /y >/dev/null; }
-diff_registry() { diff <(iconv -f UTF-16 "$work/$1.reg") <(iconv -f UTF-16 "$work/now.reg") | head -40; }
+remember_registry() {
+    local key
+    for key in Classes 'Microsoft\Windows\CurrentVersion\Uninstall'; do
+        windows reg export "HKLM\\Software\\$key" "$(windows_path "$work/part.reg")" /y >/dev/null
+        iconv -f UTF-16 "$work/part.reg"
+    done >"$work/$1.reg"
+}
+diff_registry() { diff "$work/$1.reg" "$work/now.reg" | head -40; }
 same_registry() {
     remember_registry now
     cmp "$work/$1.reg" "$work/now.reg" || fail "the registry is not as it was before, $2: $(diff_registry "$1")"
 }
+
+# The script host registers its own types when it first runs; that is no business of the comparison.
+: >"$work/empty.vbs"
+(cd "$work" && windows cscript //nologo empty.vbs)
 
 # An ideal head, square to the machine. Its pole is the head centre.
 cat >"$work/head.ini" <<'INI'

@@ -62,9 +62,9 @@ TEST_F(Activation, RefusesAnOuterObjectThatAsksForMoreThanTheInnerIdentity) {
 
 TEST_F(Activation, HandsOutTheClassObject) {
     ComPointer<IClassFactory> factory;
-    ASSERT_EQ(CoGetClassObject(CLSID_QMVCalculator, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
-                               factory.Receive()),
-              S_OK);
+    ASSERT_EQ(
+        CoGetClassObject(CLSID_QMVCalculator, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, factory.Receive()),
+        S_OK);
     EXPECT_EQ(factory.Get(), server.Factory().Get());
 }
 
@@ -115,11 +115,11 @@ TEST_F(Failures, LeaveARecordOfEveryKindWithItsHelpFileAndInterface) {
         {"a position never set", [&] { return ReturnedBy([&] { return fresh->GetCurrentHeadPosition(&a, &b); }); },
          QMV_E_POSITION_UNKNOWN, L"CQMVCalculator::GetCurrentHeadPosition", L"Current Position is not known", L""},
         {"a start without a geometry", [&] { return ReturnedBy([&] { return fresh->GetStartPosition(&start); }); },
-         QMV_E_NO_HEAD_GEOMETRY, L"CQMVCalculator::CalculateMove",
-         L"Head Geometry has not been supplied and/or loaded", L""},
+         QMV_E_NO_HEAD_GEOMETRY, L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded",
+         L""},
         {"a plan without a geometry, thrown", [&] { return RaisedBy([&] { fresh->CalculateMove(0.0, 0.0, &moves); }); },
-         QMV_E_NO_HEAD_GEOMETRY, L"CQMVCalculator::CalculateMove",
-         L"Head Geometry has not been supplied and/or loaded", L""},
+         QMV_E_NO_HEAD_GEOMETRY, L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded",
+         L""},
         {"a target out of range, thrown", [&] { return RaisedBy([&] { placed->CalculateMove(105.0, 0.0, &moves); }); },
          QMV_E_INVALID_TARGET, L"CQMVCalculator::ValidateMoveTarget",
          L"Invalid A Target Angle, value must be between 0 and 90.", L""},
@@ -134,7 +134,8 @@ TEST_F(Failures, LeaveARecordOfEveryKindWithItsHelpFileAndInterface) {
          E_INVALIDARG, L"RoundThePole::ValidateSafeArrayData", L"Unspecified", L"Unspecified"},
         {"no file", [&] { return ReturnedBy([&] { return fresh->LoadHeadGeometryFromFile(nowhere.Address()); }); },
          QMV_E_READ_FROM_FILE, L"RoundThePole::ReadDoubleFromIniFile", L"Failed To Read from File", L""},
-        {"nowhere to save", [&] { return ReturnedBy([&] { return fresh->SaveHeadGeometryToFile(nowhere.Address()); }); },
+        {"nowhere to save",
+         [&] { return ReturnedBy([&] { return fresh->SaveHeadGeometryToFile(nowhere.Address()); }); },
          QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File", L""}};
     for (const Failure& failure : failures) {
         SCOPED_TRACE(failure.how);

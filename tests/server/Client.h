@@ -58,6 +58,9 @@ inline ComPointer<IUnknown> Ask(IUnknown& from, REFIID iid) {
     return answer;
 }
 
+/// Whether the object lives in another apartment.
+inline bool IsProxy(IUnknown& object) { return static_cast<bool>(Ask(object, IID_IMultiQI)); }
+
 /// The references that `object` has besides the one that counting takes.
 inline ULONG References(IUnknown& object) {
     object.AddRef();
@@ -72,8 +75,7 @@ template <class Interface, class Call> ComPointer<Interface> Received(Call&& cal
 }
 
 /// No interface of anybody's.
-inline constexpr GUID unknownIdentifier{
-    0x9C0A7C1D, 0x5B1E, 0x4E7B, {0x8F, 0x0D, 0x2A, 0x61, 0x33, 0x94, 0xE5, 0x70}};
+inline constexpr GUID unknownIdentifier{0x9C0A7C1D, 0x5B1E, 0x4E7B, {0x8F, 0x0D, 0x2A, 0x61, 0x33, 0x94, 0xE5, 0x70}};
 
 /// A single-threaded client with the component loaded, and no settings but the built-in ones. Nothing is registered
 /// unless the test does it, and nothing is left so.

@@ -38,12 +38,11 @@ TEST_F(ClassObject, IsRefusedForAnotherClassOrInterfaceOrIntoNoPointer) {
         const CLSID* clsid;
         const IID* iid;
         HRESULT code;
-    } cases[] = {{"no class of the module's", &unknownIdentifier, &IID_IClassFactory, CLASS_E_CLASSNOTAVAILABLE},
-                 {"an interface's identifier as the class", &IID_IQMVCalculator, &IID_IClassFactory,
-                  CLASS_E_CLASSNOTAVAILABLE},
-                 {"the object's interface of the class object", &CLSID_QMVCalculator, &IID_IQMVCalculator,
-                  E_NOINTERFACE},
-                 {"nobody's interface", &CLSID_QMVCalculator, &unknownIdentifier, E_NOINTERFACE}};
+    } cases[] = {
+        {"no class of the module's", &unknownIdentifier, &IID_IClassFactory, CLASS_E_CLASSNOTAVAILABLE},
+        {"an interface's identifier as the class", &IID_IQMVCalculator, &IID_IClassFactory, CLASS_E_CLASSNOTAVAILABLE},
+        {"the object's interface of the class object", &CLSID_QMVCalculator, &IID_IQMVCalculator, E_NOINTERFACE},
+        {"nobody's interface", &CLSID_QMVCalculator, &unknownIdentifier, E_NOINTERFACE}};
     for (const auto& [why, clsid, iid, code] : cases) {
         void* object = this;
         EXPECT_EQ(server.GetClassObject(*clsid, *iid, &object), code) << why;

@@ -148,8 +148,8 @@ TEST_F(LateBinding, DoesByNameAllThatTheInterfaceDoes) {
 
     RequiredMoves moves{};
     EXPECT_EQ(direct->CalculateMove(90.0, -45.0, &moves), S_OK);
-    EXPECT_TRUE(SameBytes(
-        RecordIn<RequiredMoves>(Call(*late.Get(), L"CalculateMove", 90.0, -45.0), GUID_RequiredMoves), moves));
+    EXPECT_TRUE(SameBytes(RecordIn<RequiredMoves>(Call(*late.Get(), L"CalculateMove", 90.0, -45.0), GUID_RequiredMoves),
+                          moves));
 
     double a = 0.0;
     double b = 0.0;
@@ -386,8 +386,8 @@ TEST_F(LateBinding, ReportsAFailingMethodByCodeSourceAndDescription) {
          L"RoundThePole::ValidateSafeArrayData", L"Unspecified", L"Unspecified"},
         {"no file", [&] { return Call(*fresh.Get(), L"LoadHeadGeometryFromFile", nowhere); }, QMV_E_READ_FROM_FILE,
          L"RoundThePole::ReadDoubleFromIniFile", L"Failed To Read from File", L""},
-        {"nowhere to save", [&] { return Call(*fresh.Get(), L"SaveHeadGeometryToFile", nowhere); },
-         QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File", L""}};
+        {"nowhere to save", [&] { return Call(*fresh.Get(), L"SaveHeadGeometryToFile", nowhere); }, QMV_E_WRITE_TO_FILE,
+         L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File", L""}};
     for (const auto& failure : failures) {
         SCOPED_TRACE(failure.how);
         const Outcome outcome = failure.action();

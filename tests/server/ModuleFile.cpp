@@ -38,9 +38,8 @@ public:
         const auto* library = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT));
         for (; library->Name != 0; ++library) {
             std::string name(At<char>(library->Name));
-            std::transform(name.begin(), name.end(), name.begin(), [](char c) {
-                return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-            });
+            std::transform(name.begin(), name.end(), name.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
             names.push_back(name);
         }
         return names;

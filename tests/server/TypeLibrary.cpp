@@ -13,8 +13,8 @@ protected:
         return Received<ITypeInfo>([&](ITypeInfo** out) { return library->GetTypeInfoOfGuid(guid, out); });
     }
 
-    ComPointer<ITypeLib> library = Received<ITypeLib>(
-        [](ITypeLib** out) { return LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, out); });
+    ComPointer<ITypeLib> library =
+        Received<ITypeLib>([](ITypeLib** out) { return LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, out); });
 };
 
 class RegisteredTypeLibrary : public RegisteredClient {};
@@ -76,12 +76,14 @@ TEST_F(TypeLibrary, IsTheFirstOfTheModule) {
     EXPECT_EQ(attributes->lcid, 1033U);
     EXPECT_EQ(attributes->syskind, SYS_WIN64);
     library->ReleaseTLibAttr(attributes);
-    EXPECT_EQ(WordsOf(*library.Get(), MEMBERID_NIL), (Words{L"CoQMV40CalculatorLib", L"CoQMV40Calculator 1.0 Type Library"}));
+    EXPECT_EQ(WordsOf(*library.Get(), MEMBERID_NIL),
+              (Words{L"CoQMV40CalculatorLib", L"CoQMV40Calculator 1.0 Type Library"}));
 }
 
 TEST_F(TypeLibrary, IsAlsoAFileBesideTheModule) {
     const auto path = ServerPath().parent_path() / L"CoQMV40Calculator.tlb";
-    const auto file = Received<ITypeLib>([&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
+    const auto file =
+        Received<ITypeLib>([&](ITypeLib** out) { return LoadTypeLibEx(path.c_str(), REGKIND_NONE, out); });
     ASSERT_TRUE(file);
     EXPECT_EQ(WordsOf(*file.Get(), MEMBERID_NIL), WordsOf(*library.Get(), MEMBERID_NIL));
     EXPECT_EQ(file->GetTypeInfoCount(), library->GetTypeInfoCount());
@@ -92,15 +94,14 @@ TEST_F(TypeLibrary, NamesItsTypesAndSaysWhatTheyAre) {
         const GUID* guid;
         TYPEKIND kind;
         Words words;
-    } types[] = {{&CLSID_QMVCalculator, TKIND_COCLASS, {L"QMVCalculator", L"QMVCalculator Class"}},
-                 {&IID_IQMVCalculator, TKIND_DISPATCH, {L"IQMVCalculator", L"IQMVCalculator Interface"}},
-                 {&IID_IQMVCalculator2, TKIND_DISPATCH, {L"IQMVCalculator2", L"IQMVCalculator2 Interface"}},
-                 {&GUID_XYZData, TKIND_RECORD, {L"XYZData", L"XYZ Data Item"}},
-                 {&GUID_ArcData, TKIND_RECORD, {L"ArcData", L"Arc Data Item"}},
-                 {&GUID_HeadAlignmentDataItem,
-                  TKIND_RECORD,
-                  {L"HeadAlignmentDataItem", L"Head Alignment Position information"}},
-                 {&GUID_RequiredMoves, TKIND_RECORD, {L"RequiredMoves", L"Required Moves"}}};
+    } types[] = {
+        {&CLSID_QMVCalculator, TKIND_COCLASS, {L"QMVCalculator", L"QMVCalculator Class"}},
+        {&IID_IQMVCalculator, TKIND_DISPATCH, {L"IQMVCalculator", L"IQMVCalculator Interface"}},
+        {&IID_IQMVCalculator2, TKIND_DISPATCH, {L"IQMVCalculator2", L"IQMVCalculator2 Interface"}},
+        {&GUID_XYZData, TKIND_RECORD, {L"XYZData", L"XYZ Data Item"}},
+        {&GUID_ArcData, TKIND_RECORD, {L"ArcData", L"Arc Data Item"}},
+        {&GUID_HeadAlignmentDataItem, TKIND_RECORD, {L"HeadAlignmentDataItem", L"Head Alignment Position information"}},
+        {&GUID_RequiredMoves, TKIND_RECORD, {L"RequiredMoves", L"Required Moves"}}};
     EXPECT_EQ(library->GetTypeInfoCount(), std::size(types));
     for (const auto& [guid, kind, words] : types) {
         const auto info = Info(*guid);

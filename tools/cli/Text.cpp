@@ -8,9 +8,7 @@ char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A'
 
 } // namespace
 
-std::filesystem::path PathOf(const std::string& utf8Name) {
-    return {std::u8string(utf8Name.begin(), utf8Name.end())};
-}
+std::filesystem::path PathOf(const std::string& utf8Name) { return {std::u8string(utf8Name.begin(), utf8Name.end())}; }
 
 std::string_view Trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" \t");

@@ -21,11 +21,18 @@ HRESULT CQMVCalculatorApp::LoadTypeLibrary(ITypeLib** library) const {
     return LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, library);
 }
 
+// The C++ runtime's own: gives back what it keeps for throwing when memory has run out.
+namespace __gnu_cxx {
+void __freeres();
+}
+
 // NOLINTNEXTLINE(readability-identifier-naming): the loader's own name.
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnds) {
     if (reason == DLL_PROCESS_ATTACH) {
         CQMVCalculatorApp::Instance().InitInstance(module);
         DisableThreadLibraryCalls(module);
     }
+    // The runtime is inside this module and goes with it: without this every load would leave its reserve behind.
+    if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) __gnu_cxx::__freeres();
     return TRUE;
 }

@@ -45,14 +45,18 @@ HRESULT CallWithFileName(IQMVCalculator2& calculator, HRESULT (STDMETHODCALLTYPE
 }
 
 HRESULT CallGetCurrentHeadPosition(IQMVCalculator2& calculator, DispatchArguments& arguments, HRESULT& outcome) {
-    const HRESULT required = arguments.Require(2);
-    if (FAILED(required)) return required;
+    // Both or neither: what cannot be written is found out before anything is.
+    HRESULT ready = arguments.Require(2);
+    if (SUCCEEDED(ready)) ready = arguments.RequireRoomForNumber(0);
+    if (SUCCEEDED(ready)) ready = arguments.RequireRoomForNumber(1);
+    if (FAILED(ready)) return ready;
     double a = 0.0;
     double b = 0.0;
     outcome = calculator.GetCurrentHeadPosition(&a, &b);
     if (FAILED(outcome)) return S_OK;
-    const HRESULT written = arguments.Write(0, a);
-    return FAILED(written) ? written : arguments.Write(1, b);
+    arguments.Write(0, a);
+    arguments.Write(1, b);
+    return S_OK;
 }
 
 HRESULT ReadAngles(DispatchArguments& arguments, double& a, double& b) {

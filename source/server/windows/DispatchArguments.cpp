@@ -58,16 +58,21 @@ HRESULT DispatchArguments::Read(UINT place, SAFEARRAY**& records) {
     return S_OK;
 }
 
-HRESULT DispatchArguments::Write(UINT place, double number) {
+HRESULT DispatchArguments::RequireRoomForNumber(UINT place) const noexcept {
+    const VARIANT* const argument = At(place);
+    const bool byValue = (V_VT(argument) & VT_BYREF) == 0;
+    const bool typed = V_VT(argument) == (VT_R8 | VT_BYREF) && V_R8REF(argument) != nullptr;
+    const bool variable = V_VT(argument) == (VT_VARIANT | VT_BYREF) && V_VARIANTREF(argument) != nullptr;
+    return byValue || typed || variable ? S_OK : Mismatch(place);
+}
+
+void DispatchArguments::Write(UINT place, double number) {
     VARIANT* const argument = At(place);
-    if (V_VT(argument) == (VT_R8 | VT_BYREF) && V_R8REF(argument) != nullptr) {
+    if (V_VT(argument) == (VT_R8 | VT_BYREF)) {
         *V_R8REF(argument) = number;
-    } else if (V_VT(argument) == (VT_VARIANT | VT_BYREF) && V_VARIANTREF(argument) != nullptr) {
+    } else if (V_VT(argument) == (VT_VARIANT | VT_BYREF)) {
         VariantClear(V_VARIANTREF(argument));
         V_VT(V_VARIANTREF(argument)) = VT_R8;
         V_R8(V_VARIANTREF(argument)) = number;
-    } else if ((V_VT(argument) & VT_BYREF) != 0) {
-        return Mismatch(place);
     }
-    return S_OK;
 }

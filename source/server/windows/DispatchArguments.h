@@ -18,8 +18,10 @@ public:
     HRESULT Read(UINT place, BSTR& text);
     /// An array of records, which stays the caller's.
     HRESULT Read(UINT place, SAFEARRAY**& records);
-    /// Puts a number where the argument refers to. An argument by value has no room for it and is left alone.
-    HRESULT Write(UINT place, double number);
+    /// S_OK when Write would find room for a number there.
+    HRESULT RequireRoomForNumber(UINT place) const noexcept;
+    /// Puts a number where the argument refers to. An argument by value has nowhere to put it and is left alone.
+    void Write(UINT place, double number);
 
 private:
     VARIANT* At(UINT place) const noexcept;
