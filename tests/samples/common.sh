@@ -39,6 +39,12 @@ same_registry() {
 : >"$work/empty.vbs"
 (cd "$work" && windows cscript //nologo empty.vbs)
 
+# Marshalling without a registration makes the platform note the interfaces; such a note goes with the next unregistering.
+for switches in "/s" "/s /u"; do
+    # shellcheck disable=SC2086
+    windows regsvr32 $switches "$(windows_path "$tree/bin/CoQMV40Calculator.dll")"
+done
+
 # An ideal head, square to the machine. Its pole is the head centre.
 cat >"$work/head.ini" <<'INI'
 [HEADCENTRE]
