@@ -8,7 +8,9 @@ file(MAKE_DIRECTORY ${generated})
 find_program(WIDL x86_64-w64-mingw32-widl REQUIRED)
 find_path(STDOLE_FOLDER stdole2.tlb PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows
           NO_CMAKE_FIND_ROOT_PATH REQUIRED)
-set(widl ${WIDL} -m64 -I . -L ${STDOLE_FOLDER})
+# It also writes the time into the type library; a stopped clock makes two builds the same.
+find_program(FAKETIME faketime REQUIRED)
+set(widl ${CMAKE_COMMAND} -E env TZ=UTC ${FAKETIME} -f "2026-01-01 00:00:00" ${WIDL} -m64 -I . -L ${STDOLE_FOLDER})
 # Run beside the definition, so that no folder of the machine gets into what it writes.
 add_custom_command(
     OUTPUT ${PROJECT_BINARY_DIR}/bin/CoQMV40Calculator.tlb ${PROJECT_BINARY_DIR}/bin/CoQMV40Calculator.h
