@@ -61,11 +61,14 @@ LONG UpperBound(SAFEARRAY* array, const ErrorContext& context) {
 }
 
 /// Refuses an array that does not hold elements 0 to its upper bound as alignment records: reading it would leave it.
-void RaiseUnlessHoldingRecords(SAFEARRAY* array, const ErrorContext& context) {
+void RaiseUnlessHoldingRecords(SAFEARRAY* array, LONG upperBound, const ErrorContext& context) {
     LONG lowerBound = 0;
     RaiseIfFailed(SafeArrayGetLBound(array, 1, &lowerBound), context);
+    const bool isOfRecords =
+        SafeArrayGetDim(array) == 1 && SafeArrayGetElemsize(array) == sizeof(HeadAlignmentDataItem);
+    // The count is asked as well: the upper bound of an empty array with the lowest lower bound wraps to the highest.
     const bool holdsRecords =
-        lowerBound <= 0 && SafeArrayGetDim(array) == 1 && SafeArrayGetElemsize(array) == sizeof(HeadAlignmentDataItem);
+        isOfRecords && lowerBound <= 0 && array->rgsabound[0].cElements > static_cast<ULONG>(upperBound);
     if (!holdsRecords) RaiseError(DISP_E_BADINDEX, context);
 }
 
@@ -81,7 +84,7 @@ double ValidateSet(SAFEARRAY* points, const SetRules& rules, const ErrorContext&
     constexpr LONG smallestUpperBound = 3; // four points
     const LONG upperBound = UpperBound(points, context);
     if (upperBound < smallestUpperBound) RaiseError(QMV_E_TOO_FEW_POINTS, context.source, rules.tooFewPoints);
-    RaiseUnlessHoldingRecords(points, context);
+    RaiseUnlessHoldingRecords(points, upperBound, context);
 
     AccessedItems items(points);
     RaiseIfFailed(items.Result(), context);

@@ -20,26 +20,44 @@ CQuaternion TurnAbout(const CMaVector& axis, double angleDegrees) {
     return turn;
 }
 
+constexpr ErrorContext approaching{L"RoundThePole::ApproachPosition", L"Error Calculating Approach Position"};
+constexpr ErrorContext engaging{L"RoundThePole::EngagementPosition", L"Error Calculating Engagement Position"};
+
 } // namespace
 
 void RoundThePole::ApproachPosition(double a, double b, double distance, CMaVector& out) const {
-    const ErrorContext context{L"RoundThePole::ApproachPosition", L"Error Calculating Approach Position"};
-    LibraryStep(context, [&] {
-        // The turn about A comes first, then the turn about B.
-        const std::unique_ptr<CQuaternion> headTurn = TurnAbout(bAxis, b).Multiply(TurnAbout(aAxis, a));
-        const CMaVector cupFromCentre = approachDirection * distance + driveCupOffset;
-        const std::unique_ptr<CMaVector> turned = headTurn->RotateVector(cupFromCentre);
-        out = headCentre + *turned * -1.0;
-    });
+    const ErrorContext context = approaching;
+    LibraryStep(context, [&] { out = ApproachFor(*HeadTurn(a, b), distance); });
 }
 
 void RoundThePole::EngagementPosition(double a, double b, CMaVector& out) const {
-    const ErrorContext context{L"RoundThePole::EngagementPosition", L"Error Calculating Engagement Position"};
+    const ErrorContext context = engaging;
+    LibraryStep(context, [&] { out = PositionWith(*HeadTurn(a, b), driveCupOffset); });
+}
+
+void RoundThePole::ApproachAndEngagement(double a, double b, double distance, CMaVector& approach,
+                                         CMaVector& engagement) const {
+    ErrorContext context = approaching;
     LibraryStep(context, [&] {
-        const std::unique_ptr<CQuaternion> headTurn = TurnAbout(bAxis, b).Multiply(TurnAbout(aAxis, a));
-        const std::unique_ptr<CMaVector> turned = headTurn->RotateVector(driveCupOffset);
-        out = headCentre + *turned * -1.0;
+        const std::unique_ptr<CQuaternion> headTurn = HeadTurn(a, b);
+        approach = ApproachFor(*headTurn, distance);
+        context = engaging;
+        engagement = PositionWith(*headTurn, driveCupOffset);
     });
+}
+
+std::unique_ptr<CQuaternion> RoundThePole::HeadTurn(double a, double b) const {
+    // The turn about A comes first, then the turn about B.
+    return TurnAbout(bAxis, b).Multiply(TurnAbout(aAxis, a));
+}
+
+CMaVector RoundThePole::ApproachFor(const CQuaternion& headTurn, double distance) const {
+    return PositionWith(headTurn, approachDirection * distance + driveCupOffset);
+}
+
+CMaVector RoundThePole::PositionWith(const CQuaternion& headTurn, const CMaVector& cupFromCentre) const {
+    const std::unique_ptr<CMaVector> turned = headTurn.RotateVector(cupFromCentre);
+    return headCentre + *turned * -1.0;
 }
 
 void RoundThePole::RotatedAAxis(double b, CMaVector& out) const {

@@ -39,37 +39,43 @@ void RoundThePole::WriteDoubleToIniFile(const wchar_t* section, const wchar_t* k
 }
 
 void RoundThePole::SaveToFile(const BSTR* fileName) const {
-    RaisingWholeFailure(QMV_E_WRITE_TO_FILE, L"Failed To Save File", [&] {
-        for (int i = 0; i < 3; ++i) {
-            WriteDoubleToIniFile(headCentreSection, coordinateKeys[i], headCentre[i], *fileName);
-        }
-        WriteDoubleToIniFile(safePositionSection, L"X", safePositionX, *fileName);
-        WriteDoubleToIniFile(safePositionSection, L"Y", safePositionY, *fileName);
-        WriteDoubleToIniFile(safePositionSection, L"Z", safePositionZ, *fileName);
-        WriteDoubleToIniFile(alignmentSection, rotationKey, requiredRotationAroundZ, *fileName);
-    });
+    RaisingWholeFailure(QMV_E_WRITE_TO_FILE, L"Failed To Save File",
+                        [&] { WriteTogether(*fileName, [&] { WriteNumbers(*fileName); }); });
 }
 
 void RoundThePole::LoadFromFile(const BSTR* fileName) {
-    RaisingWholeFailure(QMV_E_READ_FROM_FILE, L"Failed To Load File", [&] {
-        for (int i = 0; i < 3; ++i) {
-            headCentre[i] = ReadDoubleFromIniFile(headCentreSection, coordinateKeys[i], *fileName);
-        }
-        // Read a second time and not used: meant, and harmless.
-        CMaPoint unused(0.0, 0.0, 0.0);
-        unused.x() = ReadDoubleFromIniFile(headCentreSection, L"X", *fileName);
-        unused.y() = ReadDoubleFromIniFile(headCentreSection, L"Y", *fileName);
-        unused.z() = ReadDoubleFromIniFile(headCentreSection, L"Z", *fileName);
+    RaisingWholeFailure(QMV_E_READ_FROM_FILE, L"Failed To Load File",
+                        [&] { ReadTogether(*fileName, [&] { ReadNumbers(*fileName); }); });
+}
 
-        safePositionX = ReadDoubleFromIniFile(safePositionSection, L"X", *fileName);
-        safePositionY = ReadDoubleFromIniFile(safePositionSection, L"Y", *fileName);
-        safePositionZ = ReadDoubleFromIniFile(safePositionSection, L"Z", *fileName);
+void RoundThePole::WriteNumbers(const wchar_t* fileName) const {
+    for (int i = 0; i < 3; ++i) {
+        WriteDoubleToIniFile(headCentreSection, coordinateKeys[i], headCentre[i], fileName);
+    }
+    WriteDoubleToIniFile(safePositionSection, L"X", safePositionX, fileName);
+    WriteDoubleToIniFile(safePositionSection, L"Y", safePositionY, fileName);
+    WriteDoubleToIniFile(safePositionSection, L"Z", safePositionZ, fileName);
+    WriteDoubleToIniFile(alignmentSection, rotationKey, requiredRotationAroundZ, fileName);
+}
 
-        InitialiseFixedGeometry();
-        CalculateLeverGeometry();
-        // Replaces the Z just read: the saved Z must be there and is meant never to survive a load.
-        CalculateSafePositionZ();
-        requiredRotationAroundZ = ReadDoubleFromIniFile(alignmentSection, rotationKey, *fileName);
-        AdjustForMisAlignment(requiredRotationAroundZ, CMaGeometry::EAxisType::Z);
-    });
+void RoundThePole::ReadNumbers(const wchar_t* fileName) {
+    for (int i = 0; i < 3; ++i) {
+        headCentre[i] = ReadDoubleFromIniFile(headCentreSection, coordinateKeys[i], fileName);
+    }
+    // Read a second time and not used: meant, and harmless.
+    CMaPoint unused(0.0, 0.0, 0.0);
+    unused.x() = ReadDoubleFromIniFile(headCentreSection, L"X", fileName);
+    unused.y() = ReadDoubleFromIniFile(headCentreSection, L"Y", fileName);
+    unused.z() = ReadDoubleFromIniFile(headCentreSection, L"Z", fileName);
+
+    safePositionX = ReadDoubleFromIniFile(safePositionSection, L"X", fileName);
+    safePositionY = ReadDoubleFromIniFile(safePositionSection, L"Y", fileName);
+    safePositionZ = ReadDoubleFromIniFile(safePositionSection, L"Z", fileName);
+
+    InitialiseFixedGeometry();
+    CalculateLeverGeometry();
+    // Replaces the Z just read: the saved Z must be there and is meant never to survive a load.
+    CalculateSafePositionZ();
+    requiredRotationAroundZ = ReadDoubleFromIniFile(alignmentSection, rotationKey, fileName);
+    AdjustForMisAlignment(requiredRotationAroundZ, CMaGeometry::EAxisType::Z);
 }

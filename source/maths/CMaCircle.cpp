@@ -2,6 +2,7 @@
 
 #include "maths/CircleFit.h"
 #include "maths/DegreeTurn.h"
+#include "maths/Unit.h"
 
 #include <cmath>
 
@@ -21,7 +22,7 @@ CMaVector UnitAlong(const CMaVector& direction) {
     const int exponent = -std::ilogb(length);
     const CMaVector nearUnit(std::ldexp(direction[0], exponent), std::ldexp(direction[1], exponent),
                              std::ldexp(direction[2], exponent));
-    return nearUnit * (1.0 / nearUnit.Magnitude());
+    return Unit(nearUnit);
 }
 
 } // namespace
@@ -52,8 +53,7 @@ void CMaCircle::Rotate(double angleDegrees, const CMaVector& direction, const CM
     const CMaVector pivot = about.To3DVector();
     const CMaVector arm = centre.To3DVector() + pivot * -1.0;
     centre = At(pivot + Turned(arm, axis, turn));
-    const CMaVector turned = Turned(normal, axis, turn);
-    normal = turned * (1.0 / turned.Magnitude()); // unit again, however often it was turned
+    normal = Unit(Turned(normal, axis, turn)); // unit again, however often it was turned
 }
 
 void CMaCircle::Translate(double x, double y, double z) {

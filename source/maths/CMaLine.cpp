@@ -2,6 +2,7 @@
 
 #include "maths/CMaPlane.h"
 #include "maths/PrincipalAxes.h"
+#include "maths/Unit.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,7 +12,7 @@ void CMaLine::Fit(const CMaPointArray& points) {
     ScaledPoints scaled(points);
     const PrincipalAxes axes(scaled);
     point = scaled.ToCaller(CMaVector(0.0, 0.0, 0.0));
-    direction = axes.axis[0];
+    direction = Unit(axes.axis[0]);
 }
 
 double CMaLine::AngleWith(const CMaPlane& plane) const noexcept {

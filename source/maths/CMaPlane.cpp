@@ -1,13 +1,14 @@
 #include "maths/CMaPlane.h"
 
 #include "maths/PrincipalAxes.h"
+#include "maths/Unit.h"
 
 void CMaPlane::Fit(const CMaPointArray& points) {
     ScaledPoints scaled(points);
     const PrincipalAxes axes(scaled);
     if (axes.IsStraight()) throw GeometryError(GeometryError::Reason::Impossible);
     point = scaled.ToCaller(CMaVector(0.0, 0.0, 0.0));
-    normal = axes.axis[2];
+    normal = Unit(axes.axis[2]);
 }
 
 CMaPoint CMaPoint::ProjectionOn(const CMaPlane& plane) const noexcept {

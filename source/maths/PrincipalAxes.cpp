@@ -9,63 +9,98 @@ namespace {
 /// Points that a program places on a line carry a few roundings each, one for every operation that made them.
 constexpr double straightInRoundings = 4.0;
 
-/// Sums over the points: the three coordinates in a frame, then the six products of two of them.
-std::array<double, 9> MomentsIn(const CMaVector (&frame)[3], const ScaledPoints& points) noexcept {
+/// The three coordinates of a point, then the six products of two of them.
+constexpr auto products = [](double u, double v, double w) noexcept {
+    return std::array{u, v, w, u * u, u * v, u * w, v * v, v * w, w * w};
+};
+
+using Sums = decltype(products(0.0, 0.0, 0.0));
+using Frame = CMaVector[3];
+
+Sums SumsIn(const Frame& frame, const ScaledPoints& points) noexcept {
     const double ux = frame[0][0], uy = frame[0][1], uz = frame[0][2];
     const double vx = frame[1][0], vy = frame[1][1], vz = frame[1][2];
     const double wx = frame[2][0], wy = frame[2][1], wz = frame[2][2];
-    return points.SumOver<9>([=](auto x, auto y, auto z, auto* sum) {
-        const auto u = x * ux + y * uy + z * uz;
-        const auto v = x * vx + y * vy + z * vz;
-        const auto w = x * wx + y * wy + z * wz;
-        sum[0] += u;
-        sum[1] += v;
-        sum[2] += w;
-        sum[3] += u * u;
-        sum[4] += u * v;
-        sum[5] += u * w;
-        sum[6] += v * v;
-        sum[7] += v * w;
-        sum[8] += w * w;
+    return points.SumOver([=](double x, double y, double z) {
+        return products(x * ux + y * uy + z * uz, x * vx + y * vy + z * vz, x * wx + y * wy + z * wz);
     });
 }
 
-CMaVector Unit(const CMaVector& v) noexcept { return v * (1.0 / v.Magnitude()); }
+/// The sums of products about the mean.
+SquareMatrix<3> ScatterOf(const Sums& sums, double count) noexcept {
+    const auto [u, v, w, uu, uv, uw, vv, vw, ww] = sums;
+    const double meanV = v / count, meanW = w / count;
+    const double aboutUV = uv - u * meanV, aboutUW = uw - u * meanW, aboutVW = vw - v * meanW;
+    return {{{uu - u * u / count, aboutUV, aboutUW},
+             {aboutUV, vv - v * meanV, aboutVW},
+             {aboutUW, aboutVW, ww - w * meanW}}};
+}
+
+SquareMatrix<3> Product(const SquareMatrix<3>& a, const SquareMatrix<3>& b) noexcept {
+    SquareMatrix<3> product{};
+    for (std::size_t i = 0; i < 3; ++i)
+        for (std::size_t k = 0; k < 3; ++k) product[i][k] = a[i][0] * b[0][k] + a[i][1] * b[1][k] + a[i][2] * b[2][k];
+    return product;
+}
+
+/// Orthonormal rows, the first of them along the longest eigenvector or, where two are much longer than the third,
+/// nearly in their plane. Turned into this frame a matrix is soon diagonal.
+SquareMatrix<3> FrameNear(const SquareMatrix<3>& scatter) noexcept {
+    SquareMatrix<3> power = scatter;
+    const double perTrace = 1.0 / (scatter[0][0] + scatter[1][1] + scatter[2][2]);
+    for (auto& row : power)
+        for (double& element : row) element *= perTrace;
+    for (int i = 0; i < 4; ++i) power = Product(power, power); // all but the longest vanish from it
+    std::size_t largest = power[0][0] > power[1][1] ? 0 : 1;
+    if (power[2][2] > power[largest][largest]) largest = 2;
+    const auto [x, y, z] = power[largest];
+    const double perLength = 1.0 / std::sqrt(x * x + y * y + z * z);
+    const double a = x * perLength, b = y * perLength, c = z * perLength;
+    // Two unit vectors across it, without another root.
+    const double sign = std::copysign(1.0, c), d = -1.0 / (sign + c), e = a * b * d;
+    return {{{a, b, c}, {1.0 + sign * a * a * d, sign * e, -sign * a}, {e, sign + b * b * d, -b}}};
+}
+
+SquareMatrix<3> Transposed(const SquareMatrix<3>& m) noexcept {
+    return {{{m[0][0], m[1][0], m[2][0]}, {m[0][1], m[1][1], m[2][1]}, {m[0][2], m[1][2], m[2][2]}}};
+}
 
 /// Turns the frame by the eigenvectors; returns the sine of about how far.
 double Turn(CMaVector (&frame)[3], const SquareMatrix<3>& vectors) noexcept {
     const auto turned = [&](std::size_t k) {
         return frame[0] * vectors[0][k] + frame[1] * vectors[1][k] + frame[2] * vectors[2][k];
     };
-    const CMaVector longest = Unit(turned(0));
-    const CMaVector middle = turned(1);
-    const CMaVector least = Unit(longest * middle);
+    const CMaVector longest = turned(0), middle = turned(1);
     frame[0] = longest;
-    frame[1] = least * longest;
-    frame[2] = least;
+    frame[1] = middle;
+    frame[2] = longest * middle;
     return std::max({std::fabs(vectors[0][1]), std::fabs(vectors[0][2]), std::fabs(vectors[1][2])});
 }
 
 } // namespace
 
-PrincipalAxes::PrincipalAxes(ScaledPoints& points) noexcept {
+PrincipalAxes::PrincipalAxes(ScaledPoints& points, Digits digits) noexcept {
     const auto count = static_cast<double>(points.GetSize());
     straightWithin = straightInRoundings * points.GetRounding();
 
     // The first sums are about the middle of the box and in the caller's frame, which may cost digits; the later ones
     // are about the mean and in the frame that the first ones gave. A small turn leaves an error of its square.
     constexpr int frameLimit = 4;
-    constexpr double smallTurn = 1e-8;
+    constexpr double smallTurn = 1e-8, wide = 1e-4;
     for (int frames = 0; frames < frameLimit; ++frames) {
-        const auto m = MomentsIn(axis, points);
-        const double u = m[0] / count, v = m[1] / count, w = m[2] / count;
-        const CMaVector rest = axis[0] * u + axis[1] * v + axis[2] * w;
+        const Sums sums = frames == 0 ? points.SumOver(products) : SumsIn(axis, points);
+        const CMaVector rest = (axis[0] * sums[0] + axis[1] * sums[1] + axis[2] * sums[2]) * (1.0 / count);
         points.MoveBase(rest[0], rest[1], rest[2]);
-        const double uv = m[4] - m[0] * v, uw = m[5] - m[0] * w, vw = m[7] - m[1] * w;
-        const SymmetricEigen<3> eigen(
-            {{{m[3] - m[0] * u, uv, uw}, {uv, m[6] - m[1] * v, vw}, {uw, vw, m[8] - m[2] * w}}});
+        SquareMatrix<3> scatter = ScatterOf(sums, count);
+        if (frames == 0) {
+            const SquareMatrix<3> near = FrameNear(scatter);
+            scatter = Product(Product(near, scatter), Transposed(near));
+            for (std::size_t i = 0; i < 3; ++i) axis[i] = CMaVector(near[i][0], near[i][1], near[i][2]);
+        }
+        const SymmetricEigen<3> eigen(scatter);
         for (std::size_t i = 0; i < 3; ++i) spread[i] = std::sqrt(std::max(eigen.values[i], 0.0) / count);
         const double turn = Turn(axis, eigen.vectors);
         if (frames > 0 && turn < smallTurn) return;
+        if (digits == Digits::Half && spread[1] > wide * spread[0]) return;
     }
 }

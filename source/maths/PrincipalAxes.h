@@ -8,8 +8,13 @@
 /// eigenvectors of the covariance matrix in a fixed frame, the least direction is not blurred by the square of the
 /// width over the length.
 struct PrincipalAxes {
+    enum class Digits {
+        All,
+        Half ///< enough to start from; reads the points once, unless they lie nearly on a line
+    };
+
     /// Moves the base of `points` onto their mean, to the last digit.
-    explicit PrincipalAxes(ScaledPoints& points) noexcept;
+    explicit PrincipalAxes(ScaledPoints& points, Digits digits = Digits::All) noexcept;
 
     /// No width that the rounding of the coordinates could not have made out of a straight line.
     bool IsStraight() const noexcept { return spread[1] <= straightWithin; }

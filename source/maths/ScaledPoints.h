@@ -1,7 +1,6 @@
 #pragma once
 
 #include "maths/CMaPointArray.h"
-#include "maths/Lanes.h"
 
 #include <algorithm>
 #include <array>
@@ -43,27 +42,49 @@ public:
     }
     double ToCaller(double length) const noexcept { return length / scale; }
 
-    /// Calls `kernel(x, y, z, sums)` for all points, which adds to each of the `Count` sums; x, y, z are Lanes or
-    /// double. The sums are taken in short runs, so that their rounding hardly grows with the number of points.
-    template <std::size_t Count, typename Kernel> std::array<double, Count> SumOver(const Kernel& kernel) const {
-        constexpr std::size_t runLength = 512;
-        std::array<double, Count> totals{};
-        for (std::size_t begin = 0; begin < xs.size(); begin += runLength)
-            AddRun(begin, std::min(begin + runLength, xs.size()), kernel, totals);
-        return totals;
+    /// Sums over all points of the terms, an array of doubles, that `termsOf(x, y, z)` gives for one. Their rounding
+    /// hardly grows with the number of points, and is the same on every machine, however wide its registers are.
+    template <typename TermsOf> auto SumOver(const TermsOf& termsOf) const {
+#ifdef QMV40_MAY_USE_AVX2
+        if (__builtin_cpu_supports("avx2")) return SumWithAvx2(termsOf);
+#endif
+        return Sum(termsOf);
     }
 
 private:
-    template <std::size_t Count, typename Kernel>
-    void AddRun(std::size_t begin, std::size_t end, const Kernel& kernel, std::array<double, Count>& totals) const {
-        Lanes sums[Count]{};
-        double oddSums[Count]{};
+    static constexpr std::size_t laneCount = 8;
+
+#ifdef QMV40_MAY_USE_AVX2
+    template <typename TermsOf> [[gnu::target("avx2"), gnu::flatten]] auto SumWithAvx2(const TermsOf& termsOf) const {
+        return Sum(termsOf);
+    }
+#endif
+
+    template <typename TermsOf> [[gnu::flatten]] auto Sum(const TermsOf& termsOf) const {
+        constexpr std::size_t runLength = 512; // so short that the sums of a run lose nothing
+        decltype(termsOf(0.0, 0.0, 0.0)) totals{};
+        for (std::size_t begin = 0; begin < xs.size(); begin += runLength)
+            AddRun(begin, std::min(begin + runLength, xs.size()), termsOf, totals);
+        return totals;
+    }
+
+    /// Neighbouring points are added up in sums of their own, side by side: the compiler takes as many at a time as
+    /// there is room for in a register, and the result is the same.
+    template <typename TermsOf, std::size_t Count>
+    void AddRun(std::size_t begin, std::size_t end, const TermsOf& termsOf, std::array<double, Count>& totals) const {
+        double sums[Count][laneCount] = {};
+        const auto add = [&](std::size_t i, std::size_t lane) {
+            const auto terms = termsOf(xs[i] * scale - base[0], ys[i] * scale - base[1], zs[i] * scale - base[2]);
+            for (std::size_t k = 0; k < Count; ++k) sums[k][lane] += terms[k];
+        };
         std::size_t i = begin;
         for (; i + laneCount <= end; i += laneCount)
-            kernel(LoadLanes(&xs[i]) * scale - base[0], LoadLanes(&ys[i]) * scale - base[1],
-                   LoadLanes(&zs[i]) * scale - base[2], sums);
-        for (; i < end; ++i) kernel(xs[i] * scale - base[0], ys[i] * scale - base[1], zs[i] * scale - base[2], oddSums);
-        for (std::size_t k = 0; k < Count; ++k) totals[k] += Total(sums[k]) + oddSums[k];
+            for (std::size_t lane = 0; lane < laneCount; ++lane) add(i + lane, lane);
+        for (std::size_t lane = 0; i + lane < end; ++lane) add(i + lane, lane);
+        for (std::size_t width = laneCount / 2; width > 0; width /= 2)
+            for (std::size_t k = 0; k < Count; ++k)
+                for (std::size_t lane = 0; lane < width; ++lane) sums[k][lane] += sums[k][lane + width];
+        for (std::size_t k = 0; k < Count; ++k) totals[k] += sums[k][0];
     }
 
     std::span<const double> xs, ys, zs;

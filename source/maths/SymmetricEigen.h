@@ -1,10 +1,10 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <utility>
 
 template <std::size_t Size> using SquareMatrix = std::array<std::array<double, Size>, Size>;
 
@@ -26,23 +26,25 @@ private:
     static constexpr int sweepLimit = 30; // five are usual
 
     bool Sweep(SquareMatrix<Size>& m) noexcept {
-        constexpr double epsilon = std::numeric_limits<double>::epsilon();
+        constexpr double negligible = 0.5 * std::numeric_limits<double>::epsilon();
         bool turned = false;
-        for (std::size_t p = 0; p < Size; ++p)
+        for (std::size_t p = Size - 1; p-- > 0;)
             for (std::size_t q = p + 1; q < Size; ++q) {
-                const double negligible = 0.5 * epsilon * std::sqrt(std::fabs(m[p][p])) * std::sqrt(std::fabs(m[q][q]));
-                if (!(std::fabs(m[p][q]) > negligible)) continue;
+                if (!(std::fabs(m[p][q]) > negligible * std::fabs(m[q][q] - m[p][p]))) continue;
                 Rotate(m, p, q);
                 turned = true;
             }
         return turned;
     }
 
+    /// Makes m[p][q] zero. Written so that few roots and quotients wait for each other.
     void Rotate(SquareMatrix<Size>& m, std::size_t p, std::size_t q) noexcept {
-        const double theta = 0.5 * (m[q][q] - m[p][p]) / m[p][q];
-        const double t = std::copysign(1.0, theta) / (std::fabs(theta) + std::sqrt(theta * theta + 1.0));
-        const double c = 1.0 / std::sqrt(t * t + 1.0), s = t * c;
-        const double shift = t * m[p][q];
+        const double off = m[p][q], half = 0.5 * (m[q][q] - m[p][p]);
+        const double along = std::fabs(half) + std::sqrt(half * half + off * off);
+        const double across = std::copysign(1.0, half) * off;
+        const double perLength = 1.0 / std::sqrt(along * along + off * off);
+        const double c = along * perLength, s = across * perLength;
+        const double shift = across * off / along;
         m[p][p] -= shift;
         m[q][q] += shift;
         m[p][q] = m[q][p] = 0.0;
@@ -62,11 +64,11 @@ private:
     }
 
     void SortDescending() noexcept {
-        for (std::size_t i = 0; i < Size; ++i) {
-            const auto largest = static_cast<std::size_t>(
-                std::max_element(values.begin() + static_cast<std::ptrdiff_t>(i), values.end()) - values.begin());
-            std::swap(values[i], values[largest]);
-            for (auto& row : vectors) std::swap(row[i], row[largest]);
-        }
+        for (std::size_t i = 0; i < Size; ++i)
+            for (std::size_t k = i + 1; k < Size; ++k) {
+                if (values[k] <= values[i]) continue;
+                std::swap(values[i], values[k]);
+                for (auto& row : vectors) std::swap(row[i], row[k]);
+            }
     }
 };

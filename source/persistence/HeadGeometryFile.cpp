@@ -15,6 +15,12 @@ constexpr const char* missingValueText = "999999999";
 /// Longer texts are cut to fit, terminator included.
 using ValueText = std::array<char, 349>;
 
+void RequireWritten(bool isWritten) {
+    if (!isWritten) {
+        RaiseError(QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File");
+    }
+}
+
 } // namespace
 
 double ReadDoubleFromHeadGeometryFile(const wchar_t* section, const wchar_t* key, const wchar_t* fileName) {
@@ -29,7 +35,16 @@ double ReadDoubleFromHeadGeometryFile(const wchar_t* section, const wchar_t* key
 }
 
 void WriteDoubleToHeadGeometryFile(const wchar_t* section, const wchar_t* key, double value, const wchar_t* fileName) {
-    if (!WriteProfileText(section, key, DoubleToScientific(value).data(), fileName)) {
-        RaiseError(QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File");
-    }
+    RequireWritten(WriteProfileText(section, key, DoubleToScientific(value).data(), fileName));
+}
+
+void ReadTogether(const wchar_t* fileName, const std::function<void()>& reads) {
+    const ProfileSnapshot snapshot(fileName);
+    reads();
+}
+
+void WriteTogether(const wchar_t* fileName, const std::function<void()>& writes) {
+    ProfileBatch batch(fileName);
+    writes();
+    RequireWritten(batch.Commit());
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 /// Single numbers of a head geometry file: an initialisation-profile text file, numbers written as "%.9e" and read in
 /// the C locale whatever the host has set.
 
@@ -9,3 +11,10 @@ double ReadDoubleFromHeadGeometryFile(const wchar_t* section, const wchar_t* key
 
 /// Stores `value`, keeping everything else in the file. Raises QMV_E_WRITE_TO_FILE when the file cannot be written.
 void WriteDoubleToHeadGeometryFile(const wchar_t* section, const wchar_t* key, double value, const wchar_t* fileName);
+
+/// Runs `reads`, which sees the file as it is at one moment, whoever replaces it meanwhile.
+void ReadTogether(const wchar_t* fileName, const std::function<void()>& reads);
+
+/// Runs `writes`, whose values reach the file together or not at all. Raises QMV_E_WRITE_TO_FILE when it cannot be
+/// written. On Windows there are files that can only be written value by value: see ProfileBatch.
+void WriteTogether(const wchar_t* fileName, const std::function<void()>& writes);

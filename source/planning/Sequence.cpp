@@ -9,8 +9,7 @@ void MovePlanner::PlanMoves(double targetA, double targetB, RequiredMoves& moves
     CMaVector approachTarget(0.0, 0.0, 0.0);
     CMaVector aAxisNow(0.0, 0.0, 0.0);
     CMaVector aAxisTarget(0.0, 0.0, 0.0);
-    headGeometry.ApproachPosition(currentA, currentB, approachDistance, approachNow);
-    headGeometry.EngagementPosition(currentA, currentB, engageNow);
+    headGeometry.ApproachAndEngagement(currentA, currentB, approachDistance, approachNow, engageNow);
     headGeometry.ApproachPosition(targetA, targetB, approachDistance, approachTarget);
     headGeometry.RotatedAAxis(currentB, aAxisNow);
     const CMaVector centre = headGeometry.HeadCentre();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <span>
 
 /// Initialisation-profile files: `[section]` lines and `key=value` lines.
@@ -9,7 +10,8 @@
 /// On Windows both calls are the platform's own, with what that brings: a file name without a folder is one in the
 /// Windows folder (".\name" is one in the current folder), a null one is win.ini, and reading with a null section or
 /// key lists names. Elsewhere a file name without a folder is one in the current folder, and a null file, section or
-/// key holds no value to read.
+/// key holds no value to read. A file name of 260 characters or more (Windows) or that the system does not take names
+/// no file.
 
 /// Copies the value of `key` in `section`, terminated, into `buffer`, cut to fit; a missing file, section or key gives
 /// `defaultText`. Blanks around the value and one matching pair of quotes are removed.
@@ -24,3 +26,37 @@ void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* def
 /// Away from Windows every other byte of the file stays as it is, and the file is replaced whole or not at all, so that
 /// a crash or a full disk leaves the old content or the new.
 bool WriteProfileText(const wchar_t* section, const wchar_t* key, const char* text, const wchar_t* fileName);
+
+/// Several reads of one file as one. While one lives, what the calling thread reads from the file of that name is what
+/// it held when this was made, whoever replaces it meanwhile. On Windows nobody can change the file meanwhile, unless
+/// somebody had it open for writing before or its name is not an absolute one.
+class ProfileSnapshot {
+public:
+    explicit ProfileSnapshot(const wchar_t* fileName);
+    ProfileSnapshot(const ProfileSnapshot&) = delete;
+    ProfileSnapshot& operator=(const ProfileSnapshot&) = delete;
+    ~ProfileSnapshot();
+
+private:
+    struct State;
+    std::unique_ptr<State> state;
+};
+
+/// Several writes to one file as one. While one lives, what the calling thread writes to the file of that name is held
+/// back, and reaches the file at Commit: all of it, in one replacement, or nothing. Without a Commit nothing does.
+/// On Windows that takes an absolute name, which is no link's, and a folder where a second file can be made; for any
+/// other each write goes to the file at once, as without this.
+class ProfileBatch {
+public:
+    explicit ProfileBatch(const wchar_t* fileName);
+    ProfileBatch(const ProfileBatch&) = delete;
+    ProfileBatch& operator=(const ProfileBatch&) = delete;
+    ~ProfileBatch();
+
+    /// False when the file could not be written.
+    bool Commit();
+
+private:
+    struct State;
+    std::unique_ptr<State> state;
+};

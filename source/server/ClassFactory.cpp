@@ -1,6 +1,7 @@
 #include "server/ClassFactory.h"
 
 #include "calculator/CQMVCalculator.h"
+#include "platform/ModuleState.h"
 #include "server/CreatableObjects.h"
 #include "server/Module.h"
 
@@ -47,6 +48,7 @@ ULONG ClassFactory::Release() {
 }
 
 HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object) try {
+    const ModuleStateGuard moduleState; // a new calculator reads numbers
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if (outer == nullptr) return Deliver(std::make_unique<StandaloneObject<CQMVCalculator>>(), iid, object);

@@ -254,6 +254,31 @@ TEST(Circle, GrowsWithItsPoints) {
     });
 }
 
+TEST(Circle, GrowsWithItsPointsToTheLastBitWhenTheyAreDoubled) {
+    ForManyArcs(20, [](const Arc&, const std::vector<Coordinates>& points) {
+        const CMaCircle circle = Fitted(points);
+        for (const double factor : {2.0, 0x1p-30, 0x1p500}) {
+            std::vector<Coordinates> scaled;
+            for (const Coordinates& p : points) scaled.push_back({p[0] * factor, p[1] * factor, p[2] * factor});
+            const CMaCircle other = Fitted(scaled);
+            EXPECT_EQ(Distance(other.GetCentre().To3DVector(), circle.GetCentre().To3DVector() * factor), 0.0);
+            EXPECT_EQ(Distance(other.GetNormal(), circle.GetNormal()), 0.0);
+            EXPECT_EQ(other.GetRadius(), circle.GetRadius() * factor);
+        }
+    });
+}
+
+TEST(Circle, IsMirroredWithItsPoints) {
+    ForManyArcs(21, [](const Arc& arc, const std::vector<Coordinates>& points) {
+        std::vector<Coordinates> mirrored;
+        for (const Coordinates& p : points) mirrored.push_back({p[1], p[0], -p[2]});
+        const CMaCircle circle = Fitted(points);
+        const CMaVector centre = circle.GetCentre().To3DVector(), normal = circle.GetNormal();
+        ExpectSameCircle(Fitted(mirrored), {centre[1], centre[0], -centre[2]}, {normal[1], normal[0], -normal[2]},
+                         circle.GetRadius(), Rounding(arc, SizeOf(points)));
+    });
+}
+
 TEST(Circle, DoesNotDependOnTheOrderOfItsPoints) {
     ForManyArcs(15, [](const Arc& arc, const std::vector<Coordinates>& points) {
         const CMaCircle circle = Fitted(points);
@@ -314,11 +339,11 @@ TEST(Circle, FitsArcsOfAThousandthOfADegree) {
 TEST(Circle, OfManyPointsCountsThemAll) {
     // So many that a sample of them is a good circle too: but the best of all is better than it can be.
     std::mt19937_64 random(19);
-    std::vector<Coordinates> points = PointsOn({100.0, 90.0, 0.01, 50'000, ""}, random, {1000.0, -500.0, 30.0});
+    std::vector<Coordinates> points = PointsOn({100.0, 90.0, 0.01, 70'000, ""}, random, {1000.0, -500.0, 30.0});
     const CMaCircle circle = Fitted(points);
     const double best = SumOfSquares(points, circle);
     const CMaVector centre = circle.GetCentre().To3DVector(), normal = circle.GetNormal();
-    constexpr double step = 1e-6; // a thousandth of what a sample of a few thousand leaves open
+    constexpr double step = 1e-6; // a hundredth of what a sample of several thousand leaves open
     for (int axis = 0; axis < 3; ++axis)
         for (const double sign : {1.0, -1.0}) {
             CMaVector shift(0.0, 0.0, 0.0);
@@ -346,9 +371,11 @@ TEST(Circle, StopsAtItsLimit) {
             << limit;
         EXPECT_EQ(circle.GetRadius(), 4.0) << limit;
     }
-    CMaCircle circle(1.0);
-    EXPECT_NO_THROW(circle.Fit(ArrayOf(points), 30)) << "a handful is usual";
-    EXPECT_EQ(circle.GetRadius(), right.GetRadius());
+    for (const long limit : {10L, std::numeric_limits<long>::max()}) {
+        CMaCircle circle(1.0);
+        EXPECT_NO_THROW(circle.Fit(ArrayOf(points), limit)) << "a handful is usual";
+        EXPECT_EQ(circle.GetRadius(), right.GetRadius());
+    }
 }
 
 TEST(Circle, CanBeMovedAsAWhole) {

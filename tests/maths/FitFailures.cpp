@@ -129,3 +129,95 @@ TEST(FitFailures, NoiseOnALineNeverLoops) {
         EXPECT_NEAR(circle.GetNormal().Magnitude(), 1.0, 1e-14);
     }
 }
+
+TEST(FitFailures, ACoordinateThatIsNotFiniteIsFoundWhereverItIs) {
+    // Numbers of points that fill no, one, several groups of those that are taken together, and that leave some over.
+    for (const std::size_t count : {3U, 4U, 5U, 8U, 9U, 15U, 17U, 40U}) {
+        std::vector<Coordinates> points;
+        for (std::size_t i = 0; i < count; ++i) {
+            const double angle = 6.0 * static_cast<double>(i) / static_cast<double>(count);
+            points.push_back({std::cos(angle), std::sin(angle), 0.5});
+        }
+        for (std::size_t i = 0; i < count; ++i)
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                for (const double bad : {notANumber, infinity, -infinity}) {
+                    std::vector<Coordinates> spoilt = points;
+                    spoilt[i][axis] = bad;
+                    const CMaPointArray array = ArrayOf(spoilt);
+                    ASSERT_TRUE(FailsWith(impossible, [&] { CMaLine().Fit(array); })) << count << ' ' << i;
+                    ASSERT_TRUE(FailsWith(impossible, [&] { CMaPlane().Fit(array); })) << count << ' ' << i;
+                    ASSERT_TRUE(FailsWith(impossible, [&] { CMaCircle(1.0).Fit(array, 1000); })) << count << ' ' << i;
+                }
+    }
+}
+
+TEST(FitFailures, ACoordinateThatIsNotFiniteIsFoundAmongManyPoints) {
+    CMaPointArray points;
+    for (int i = 0; i < 100'000; ++i) points.Add(CMaPoint(std::cos(0.001 * i), std::sin(0.001 * i), 1.0));
+    points.Add(CMaPoint(0.0, notANumber, 1.0));
+    EXPECT_TRUE(FailsWith(impossible, [&] { CMaCircle(1.0).Fit(points, 1000); }));
+}
+
+TEST(FitFailures, TwoPlacesAreNoPlaneAndNoCircleHoweverOftenTheyAreGiven) {
+    const Coordinates one = {0.1, 0.2, 0.3}, other = {-7.0 / 3.0, 1e-3, 12.7};
+    for (const std::size_t count : {2U, 3U, 4U, 9U, 40U, 1000U})
+        for (const std::size_t ofOther : {std::size_t{1}, count / 2, count - 1}) {
+            std::vector<Coordinates> points(count, one);
+            std::fill_n(points.begin(), ofOther, other);
+            const CMaPointArray array = ArrayOf(points);
+            EXPECT_NO_THROW(CMaLine().Fit(array));
+            EXPECT_TRUE(FailsWith(impossible, [&] { CMaPlane().Fit(array); })) << count << ' ' << ofOther;
+            EXPECT_TRUE(FailsWith(impossible, [&] { CMaCircle(1.0).Fit(array, 1000); })) << count << ' ' << ofOther;
+        }
+}
+
+TEST(FitFailures, ThreePointsNearlyOnALineGiveTheirCircumcircleOrNone) {
+    // Height 1 above the middle of a chord of 2: exact whatever it is.
+    int circles = 0;
+    for (double height = 1.0; height > 1e-20; height *= 0.1) {
+        CMaCircle circle(1.0);
+        try {
+            circle.Fit(ArrayOf({{-1.0, 0.0, 0.0}, {0.0, height, 0.0}, {1.0, 0.0, 0.0}}), 1000);
+        } catch (const GeometryError& error) {
+            EXPECT_EQ(error.GetReason(), impossible) << height;
+            EXPECT_LT(height, 1e-14);
+            continue;
+        }
+        ++circles;
+        const double radius = (1.0 + height * height) / (2.0 * height);
+        constexpr double rounding = 1e-15; // of the points, against the height
+        EXPECT_NEAR(circle.GetRadius() / radius, 1.0, rounding * (1.0 + 1.0 / height)) << height;
+        EXPECT_LT(DirectionError(circle.GetNormal(), {0.0, 0.0, 1.0}), 1e-15) << height;
+    }
+    EXPECT_GE(circles, 14);
+}
+
+TEST(FitFailures, PointsThatFormNothingAreDoneWithSoonToo) {
+    constexpr long soon = 4000;
+    std::mt19937_64 random(79);
+    std::normal_distribution<double> normal;
+    const auto grid = [&](int size) {
+        return static_cast<double>(static_cast<int>(random() % 1000) % size - size / 2);
+    };
+    for (int round = 0; round < 600; ++round) {
+        SCOPED_TRACE("seed 79, round " + std::to_string(round));
+        CMaPointArray points;
+        const int count = 3 + round % 20;
+        for (int i = 0; i < count; ++i) switch (round % 3) {
+            case 0:
+                points.Add(CMaPoint(normal(random), normal(random), normal(random)));
+                break;
+            case 1:
+                points.Add(CMaPoint(grid(13), grid(5), grid(3)));
+                break;
+            default:
+                points.Add(CMaPoint(grid(3), grid(3), grid(2)));
+            }
+        CMaCircle circle(1.0);
+        try {
+            circle.Fit(points, soon);
+        } catch (const GeometryError& error) {
+            EXPECT_EQ(error.GetReason(), impossible);
+        }
+    }
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <optional>
 #include <string>
 
@@ -23,8 +24,20 @@ private:
     int number;
 };
 
+/// The result of a system call that is made again for as long as a signal interrupts it.
+template <typename Call> int Uninterrupted(Call call) noexcept {
+    int result = -1;
+    do {
+        result = call();
+    } while (result < 0 && errno == EINTR);
+    return result;
+}
+
 /// Opens a file without waiting for anything behind the name (a pipe's other end, say); `flags` as for open(2).
 FileDescriptor OpenFile(const std::string& name, int flags) noexcept;
+/// The same in an open folder; `mode` as for open(2).
+FileDescriptor OpenFileIn(const FileDescriptor& folder, const std::string& name, int flags, unsigned mode = 0) noexcept;
 
-/// All bytes of an ordinary file; nothing when it is of another kind, too large, or cannot be read to its end.
+/// All bytes of an ordinary file; nothing when it is of another kind, too large, or cannot be read to its end. A file
+/// that is being written in place is read again, and given up when it does not settle.
 std::optional<std::string> ReadWhole(const FileDescriptor& file);

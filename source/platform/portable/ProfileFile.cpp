@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <fcntl.h>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -63,15 +65,87 @@ void CopyCut(std::string_view text, std::span<char> buffer) {
     buffer[length] = '\0';
 }
 
+EncodedText ReadFile(const std::optional<std::string>& file) {
+    const auto content = file ? ReadWhole(OpenFile(*file, O_RDONLY)) : std::nullopt;
+    return EncodedText(content ? *content : "");
+}
+
+/// One write, kept until it is its turn.
+struct Edit {
+    std::string section;
+    std::optional<std::string> key;
+    std::optional<std::string> text;
+
+    void ApplyTo(std::string& profile) const {
+        if (!key)
+            RemoveProfileSection(profile, section);
+        else if (!text)
+            RemoveProfileKey(profile, section, *key);
+        else
+            SetProfileValue(profile, section, *key, *text);
+    }
+};
+
+bool Apply(const std::vector<Edit>& edits, const std::string& file) {
+    return RewriteFile(file, [&](std::string& content) {
+        EncodedText profile(content);
+        for (const Edit& edit : edits) edit.ApplyTo(profile.text);
+        content = profile.Content();
+    });
+}
+
+/// What a thread has open: the file's name as the caller wrote it, and what stands for the file.
+template <typename Content> struct OpenProfile {
+    std::wstring name;
+    Content content;
+    OpenProfile* outer = nullptr; ///< opened before it
+
+    /// The latest one of `fileName`, or null.
+    static OpenProfile* Find(OpenProfile* latest, const wchar_t* fileName) {
+        while (latest != nullptr && (fileName == nullptr || latest->name != fileName)) latest = latest->outer;
+        return latest;
+    }
+};
+using OpenSnapshot = OpenProfile<EncodedText>;
+using OpenBatch = OpenProfile<std::vector<Edit>>;
+
+thread_local OpenSnapshot* latestSnapshot = nullptr;
+thread_local OpenBatch* latestBatch = nullptr;
+
+std::wstring NameOrNone(const wchar_t* name) { return name == nullptr ? L"" : name; }
+
 } // namespace
+
+struct ProfileSnapshot::State : OpenSnapshot {};
+
+ProfileSnapshot::ProfileSnapshot(const wchar_t* fileName)
+    : state(std::make_unique<State>(State{{NameOrNone(fileName), ReadFile(NarrowName(fileName)), latestSnapshot}})) {
+    latestSnapshot = state.get();
+}
+
+ProfileSnapshot::~ProfileSnapshot() { latestSnapshot = state->outer; }
+
+struct ProfileBatch::State : OpenBatch {};
+
+ProfileBatch::ProfileBatch(const wchar_t* fileName)
+    : state(std::make_unique<State>(State{{NameOrNone(fileName), {}, latestBatch}})) {
+    latestBatch = state.get();
+}
+
+ProfileBatch::~ProfileBatch() { latestBatch = state->outer; }
+
+bool ProfileBatch::Commit() {
+    const auto file = NarrowName(state->name.c_str());
+    return file && Apply(std::exchange(state->content, {}), *file);
+}
 
 void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer,
                      const wchar_t* fileName) {
     const auto sectionName = NarrowName(section);
     const auto keyName = NarrowName(key);
-    const auto file = NarrowName(fileName);
-    const auto content = file ? ReadWhole(OpenFile(*file, O_RDONLY)) : std::nullopt;
-    const EncodedText profile(content ? *content : "");
+    const OpenSnapshot* const snapshot = OpenSnapshot::Find(latestSnapshot, fileName);
+    const EncodedText read = snapshot != nullptr ? EncodedText("") : ReadFile(NarrowName(fileName));
+    const EncodedText& profile = snapshot != nullptr ? snapshot->content : read;
     const bool isNamed = sectionName && keyName;
     const auto value = isNamed ? FindProfileValue(profile.text, *sectionName, *keyName) : std::nullopt;
     CopyCut(WithoutQuotes(value ? *value : CleanDefault(defaultText)), buffer);
@@ -79,17 +153,11 @@ void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* def
 
 bool WriteProfileText(const wchar_t* section, const wchar_t* key, const char* text, const wchar_t* fileName) {
     const auto sectionName = NarrowName(section);
-    const auto keyName = NarrowName(key);
     const auto file = NarrowName(fileName);
     if (!sectionName || !file) return false;
-    return RewriteFile(*file, [&](std::string& content) {
-        EncodedText profile(content);
-        if (!keyName)
-            RemoveProfileSection(profile.text, *sectionName);
-        else if (text == nullptr)
-            RemoveProfileKey(profile.text, *sectionName, *keyName);
-        else
-            SetProfileValue(profile.text, *sectionName, *keyName, text);
-        content = profile.Content();
-    });
+    Edit edit{*sectionName, NarrowName(key), text == nullptr ? std::nullopt : std::optional<std::string>(text)};
+    OpenBatch* const batch = OpenBatch::Find(latestBatch, fileName);
+    if (batch == nullptr) return Apply({std::move(edit)}, *file);
+    batch->content.push_back(std::move(edit));
+    return true;
 }

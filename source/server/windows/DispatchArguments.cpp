@@ -30,20 +30,24 @@ HRESULT DispatchArguments::Mismatch(UINT place) const noexcept {
     return DISP_E_TYPEMISMATCH;
 }
 
+HRESULT DispatchArguments::Convert(UINT place, VARTYPE type, VARIANT& converted) const noexcept {
+    VariantInit(&converted);
+    const HRESULT result = VariantChangeTypeEx(&converted, Plain(place), LOCALE_INVARIANT, 0, type);
+    return FAILED(result) ? Mismatch(place) : S_OK;
+}
+
 HRESULT DispatchArguments::Read(UINT place, double& number) {
     VARIANT converted;
-    VariantInit(&converted);
-    if (FAILED(VariantChangeTypeEx(&converted, Plain(place), LOCALE_INVARIANT, 0, VT_R8))) return Mismatch(place);
-    number = V_R8(&converted);
-    return S_OK;
+    const HRESULT result = Convert(place, VT_R8, converted);
+    if (SUCCEEDED(result)) number = V_R8(&converted);
+    return result;
 }
 
 HRESULT DispatchArguments::Read(UINT place, BSTR& text) {
     VARIANT converted;
-    VariantInit(&converted);
-    if (FAILED(VariantChangeTypeEx(&converted, Plain(place), LOCALE_INVARIANT, 0, VT_BSTR))) return Mismatch(place);
-    text = V_BSTR(&converted);
-    return S_OK;
+    const HRESULT result = Convert(place, VT_BSTR, converted);
+    if (SUCCEEDED(result)) text = V_BSTR(&converted);
+    return result;
 }
 
 HRESULT DispatchArguments::Read(UINT place, SAFEARRAY**& records) {

@@ -27,6 +27,8 @@ private:
     VARIANT* At(UINT place) const noexcept;
     /// The same with a script's variable looked through.
     VARIANT* Plain(UINT place) const noexcept;
+    /// The argument as `type`; the caller frees what that owns.
+    HRESULT Convert(UINT place, VARTYPE type, VARIANT& converted) const noexcept;
     HRESULT Mismatch(UINT place) const noexcept;
 
     DISPPARAMS& arguments;

@@ -1,0 +1,184 @@
+#include "maths/CircleExpansion.h"
+
+#include "maths/Unit.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+/// A point as seen from a circle.
+struct Seen {
+    double g, h;   ///< its distance from the axis less the radius, its height above the plane
+    double s, sag; ///< sine of its angle from the apex, and 1 - cosine, both with all their digits
+    double perRho; ///< 1 / distance from the axis
+};
+
+/// Sees points from a circle.
+class View {
+public:
+    explicit View(const ApexCircle& circle) noexcept
+        : r(circle.radius), axisSquared(1e-24 * r * r), apex(circle.apex), outward(circle.outward),
+          tangent(circle.tangent), normal(circle.normal) {}
+
+    Seen operator()(double px, double py, double pz) const noexcept {
+        const double x = px - apex.x, y = py - apex.y, z = pz - apex.z;
+        const double v = x * outward.x + y * outward.y + z * outward.z; // outward from the apex
+        const double u = x * tangent.x + y * tangent.y + z * tangent.z; // along the tangent
+        const double h = x * normal.x + y * normal.y + z * normal.z;
+        const double fromAxis = v + r;
+        const double rho = std::sqrt(fromAxis * fromAxis + u * u + axisSquared);
+        const double perBoth = 1.0 / (rho * (rho + r)); // one division is dearer than all else here
+        const double perRho = perBoth * (rho + r);
+        const double g = (v * (fromAxis + r) + u * u) * (perBoth * rho);
+        return {g, h, u * perRho, (g - v) * perRho, perRho};
+    }
+
+private:
+    struct Components {
+        explicit Components(const CMaVector& v) : x(v[0]), y(v[1]), z(v[2]) {}
+        double x, y, z;
+    };
+
+    double r;
+    double axisSquared; ///< the axis has a thickness, too thin to matter: from a point on it there is no direction
+    Components apex, outward, tangent, normal;
+};
+
+void MirrorUpperTriangle(Matrix6& m) noexcept {
+    for (std::size_t i = 0; i < 6; ++i)
+        for (std::size_t k = 0; k < i; ++k) m[i][k] = m[k][i];
+}
+
+/// Solves for `Size` unknowns from `first` on. H = L D L', L having ones on its diagonal: no roots to wait for.
+template <std::size_t Size>
+bool Solve(const Expansion& e, std::size_t first, double damping, Vector6& change) noexcept {
+    constexpr double notPositive = 8.0 * std::numeric_limits<double>::epsilon();
+    double l[Size][Size], ld[Size][Size], perPivot[Size];
+    double* const y = &change[first];
+    for (std::size_t i = 0; i < Size; ++i) {
+        const auto& row = e.hessian[first + i];
+        double pivot = row[first + i] * (1.0 + damping);
+        y[i] = -e.gradient[first + i];
+        for (std::size_t k = 0; k < i; ++k) {
+            ld[i][k] = row[first + k];
+            for (std::size_t j = 0; j < k; ++j) ld[i][k] -= ld[i][j] * l[k][j];
+            l[i][k] = ld[i][k] * perPivot[k];
+            pivot -= ld[i][k] * l[i][k];
+            y[i] -= l[i][k] * y[k];
+        }
+        if (!(pivot > notPositive * row[first + i])) return false;
+        perPivot[i] = 1.0 / pivot;
+    }
+    for (std::size_t i = Size; i-- > 0;) {
+        y[i] *= perPivot[i];
+        for (std::size_t k = i + 1; k < Size; ++k) y[i] -= l[k][i] * y[k];
+    }
+    return true;
+}
+
+} // namespace
+
+ApexCircle Changed(const ApexCircle& circle, const Vector6& change) noexcept {
+    const CMaVector normal =
+        Unit(circle.normal + circle.outward * change[tiltForward] + circle.tangent * change[tiltSideways]);
+    const CMaVector leaning = circle.outward + circle.tangent * change[turnInPlane];
+    const CMaVector outward = Unit(leaning + normal * -(leaning % normal));
+    const CMaVector apex = circle.apex + circle.outward * change[apexOutward] + circle.normal * change[apexAcross];
+    const double radius = circle.radius / (1.0 + change[curvature]);
+    // Curved the other way: the same apex, seen from the other side.
+    const CMaVector away = radius < 0.0 ? outward * -1.0 : outward;
+    return {apex, away, normal * away, normal, std::fabs(radius)};
+}
+
+double SizeOf(const Vector6& change, double radius) noexcept {
+    return std::max({std::fabs(change[apexOutward]) / radius, std::fabs(change[apexAcross]) / radius,
+                     std::fabs(change[turnInPlane]), std::fabs(change[curvature]), std::fabs(change[tiltForward]),
+                     std::fabs(change[tiltSideways])});
+}
+
+Expansion::Expansion(const ApexCircle& circle, const ScaledPoints& points) noexcept {
+    const auto [squares, gc, gs, gSag, h, hSag, hs, s, sag, sSag, sagSag] =
+        points.SumOver([view = View(circle)](double x, double y, double z) {
+            const Seen at = view(x, y, z);
+            const double gTimesSag = at.g * at.sag;
+            return std::array{at.g * at.g + at.h * at.h,
+                              at.g - gTimesSag,
+                              at.g * at.s,
+                              gTimesSag,
+                              at.h,
+                              at.h * at.sag,
+                              at.h * at.s,
+                              at.s,
+                              at.sag,
+                              at.s * at.sag,
+                              at.sag * at.sag};
+        });
+    const double r = circle.radius, rr = r * r, count = static_cast<double>(points.GetSize());
+    const double ss = 2.0 * sag - sagSag;
+
+    value = 0.5 * squares;
+    gradient = {-gc, r * gs, r * gSag, -h, -r * hSag, r * hs};
+    hessian[apexOutward][apexOutward] = count - ss;
+    hessian[apexOutward][turnInPlane] = -r * (s - sSag);
+    hessian[apexOutward][curvature] = -r * (sag - sagSag);
+    hessian[turnInPlane][turnInPlane] = rr * ss;
+    hessian[turnInPlane][curvature] = rr * sSag;
+    hessian[curvature][curvature] = rr * sagSag;
+    hessian[apexAcross][apexAcross] = count;
+    hessian[apexAcross][tiltForward] = r * sag;
+    hessian[apexAcross][tiltSideways] = -r * s;
+    hessian[tiltForward][tiltForward] = rr * sagSag;
+    hessian[tiltForward][tiltSideways] = -rr * sSag;
+    hessian[tiltSideways][tiltSideways] = rr * ss;
+    MirrorUpperTriangle(hessian);
+}
+
+void Expansion::MakeExact(const ApexCircle& circle, const ScaledPoints& points) noexcept {
+    exact = true;
+    // bend is g / rho: so much the direction to the point turns less than it would on the circle.
+    const auto [bendSS, bendCS, flatSS, flatCS, inTurn, inCurvature, acrossTurn, acrossCurvature, forward, both,
+                sideways] = points.SumOver([view = View(circle)](double x, double y, double z) {
+        const Seen at = view(x, y, z);
+        const double g = at.g, h = at.h, s = at.s, sag = at.sag, c = 1.0 - sag;
+        const double bend = g * at.perRho, flat = h * (1.0 - bend), hh = h * h * at.perRho;
+        const double ss = s * s, cs = c * s, cc = c * c;
+        const double outOfRound = sag + bend * c;
+        return std::array{bend * ss,
+                          bend * cs,
+                          flat * ss,
+                          flat * cs,
+                          g * c * outOfRound,
+                          g * s * outOfRound,
+                          h * (ss + bend * cc),
+                          h * s * outOfRound,
+                          g * c * sag + hh * ss,
+                          s * (hh * c - g * sag),
+                          g * ss - hh * cc};
+    });
+    const double r = circle.radius;
+    hessian[apexOutward][apexOutward] += bendSS;
+    hessian[apexOutward][turnInPlane] += r * bendCS;
+    hessian[apexOutward][curvature] += r * bendSS;
+    hessian[apexOutward][tiltForward] -= flatSS;
+    hessian[apexOutward][tiltSideways] += flatCS;
+    hessian[turnInPlane][turnInPlane] -= r * inTurn;
+    hessian[turnInPlane][curvature] -= r * inCurvature;
+    hessian[turnInPlane][tiltForward] -= r * flatCS;
+    hessian[turnInPlane][tiltSideways] -= r * acrossTurn;
+    hessian[curvature][curvature] += r * (r * bendSS) - 2.0 * gradient[curvature];
+    hessian[curvature][tiltForward] -= r * flatSS + gradient[tiltForward];
+    hessian[curvature][tiltSideways] -= r * acrossCurvature;
+    hessian[tiltForward][tiltForward] -= r * forward;
+    hessian[tiltForward][tiltSideways] += r * both;
+    hessian[tiltSideways][tiltSideways] += r * sideways;
+    MirrorUpperTriangle(hessian);
+}
+
+std::optional<Vector6> Expansion::Step(double damping) const noexcept {
+    Vector6 change;
+    const bool solved = exact ? Solve<6>(*this, 0, damping, change)
+                              : Solve<3>(*this, 0, damping, change) && Solve<3>(*this, 3, damping, change);
+    if (!solved) return std::nullopt;
+    return change;
+}
