@@ -1,0 +1,79 @@
+// CalculateMove as a client calls it: through the shared library's interface, with a store of all fourteen settings
+// that is read afresh at every plan.
+
+#include "benchmarks/HeadAngles.h"
+#include "benchmarks/Subjects.h"
+#include "benchmarks/Verify.h"
+#include "interface/IQMVCalculator.h"
+#include "platform/ComPointer.h"
+#include "support/Bstr.h"
+
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+/// A store that answers at once, and one that is not there: the second costs less than any other can.
+constexpr const char* fullStore = QMV40_SCENARIOS "/settings-override/settings.reg";
+constexpr const char* noStore = QMV40_SCENARIOS "/there is none";
+
+void UseStore(const char* file) { ::setenv("QMV40_SETTINGS", file, 1); }
+
+ComPointer<IQMVCalculator2> LoadedCalculator() {
+    ComPointer<IQMVCalculator2> calculator;
+    Verify(SUCCEEDED(CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator2,
+                                      calculator.Receive())),
+           "no calculator");
+    Bstr file(std::filesystem::path(QMV40_BENCHMARK_HEAD));
+    Verify(calculator->LoadHeadGeometryFromFile(file.Address()) == S_OK, "no geometry");
+    return calculator;
+}
+
+double UnlockingTurn(IQMVCalculator2& calculator) {
+    RequiredMoves moves{};
+    calculator.SetCurrentHeadPosition(0.0, 0.0);
+    calculator.CalculateMove(45.0, 90.0, &moves);
+    return moves.UnLock.RotationAngle;
+}
+
+void VerifyReadsAfresh(IQMVCalculator2& calculator) {
+    UseStore(noStore);
+    const double byDefault = UnlockingTurn(calculator);
+    UseStore(fullStore);
+    Verify(byDefault == -135.0 && UnlockingTurn(calculator) == -120.0, "settings are read at every plan");
+}
+
+/// As many plans as there would be pairs of 325 positions, over and over through all pairs of those there are.
+constexpr int plansOfATour = 325 * 325;
+
+void PlanTour(IQMVCalculator2& calculator, const std::vector<HeadAngles>& positions) {
+    RequiredMoves moves;
+    int plans = 0;
+    while (plans < plansOfATour)
+        for (const HeadAngles& from : positions)
+            for (const HeadAngles& to : positions) {
+                if (plans++ == plansOfATour) return;
+                calculator.SetCurrentHeadPosition(from.a, from.b);
+                calculator.CalculateMove(to.a, to.b, &moves);
+                benchmark::DoNotOptimize(moves);
+            }
+}
+
+} // namespace
+
+void AddMoves(Suite& suite) {
+    const auto calculator = LoadedCalculator();
+    VerifyReadsAfresh(*calculator.Get());
+    const auto positions = std::make_shared<const std::vector<HeadAngles>>(AllHeadAngles());
+    const auto timeOne = [&](const std::string& name, const char* store) {
+        suite.TimeByTheClock(name, [calculator, positions, store] {
+            UseStore(store);
+            PlanTour(*calculator.Get(), *positions);
+        });
+    };
+    timeOne("moves with settings", fullStore);
+    timeOne("moves without settings", noStore);
+    const std::string subject = "CalculateMove, 14 settings in a file", size = "105 625 plans";
+    suite.Report(subject, size, TimeOf("moves with settings"), Limit{2.0, "< 2 s"});
+    suite.Compare(subject, size, "moves with settings", "without a store", "moves without settings");
+}

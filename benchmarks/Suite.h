@@ -1,0 +1,109 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// What one call of each piece of timed work took, in seconds, once for every round.
+class Timings {
+public:
+    void Add(const std::string& name, double seconds) { samples[name].push_back(seconds); }
+    /// The middle one of the rounds; throws std::out_of_range for work that was not timed.
+    double Median(const std::string& name) const;
+    /// The middle one of the ratios of two pieces of work in the same round: what slows a whole round down cancels out.
+    double MedianRatio(const std::string& ours, const std::string& peers) const;
+
+private:
+    std::map<std::string, std::vector<double>> samples;
+};
+
+/// A number of the table, worked out when everything has been timed.
+struct Figure {
+    std::function<double(const Timings&)> value;
+    std::string unit; ///< "s" is shown as ns, us, ms or s
+};
+
+/// What a row must not exceed: its ratio when it has a peer, else the number itself.
+struct Limit {
+    double most;
+    std::string text;
+};
+
+/// One line of the table.
+struct Row {
+    std::string subject;
+    std::string size;
+    Figure ours;
+    std::string peer; ///< empty: nothing to compare with
+    std::optional<Figure> peers;
+    std::optional<Figure> ratio;
+    std::optional<Limit> limit; ///< none: for information
+};
+
+/// How long to measure.
+struct Effort {
+    int rounds;
+    double secondsEach; ///< of one piece of work in one round, at least
+    bool large;         ///< with the sizes that take seconds a call
+};
+
+/// The pieces of timed work and the rows made of their times.
+/// Everything is timed once in every round, one after the other, and a ratio is the middle one of the rounds' ratios:
+/// whatever else the machine is busy with for a while falls on ours and on the peers' alike.
+class Suite {
+public:
+    explicit Suite(const Effort& theEffort) : effort(theEffort) {}
+
+    bool IsLarge() const noexcept { return effort.large; }
+
+    /// Times calls of `work`; counts the processor time of this thread.
+    template <typename Work> void Time(const std::string& name, Work work) { Register(name, std::move(work)); }
+    /// The same by the clock on the wall, for work that waits for others.
+    template <typename Work> void TimeByTheClock(const std::string& name, Work work) {
+        Register(name, std::move(work))->UseRealTime();
+    }
+
+    /// A row of one number, which the limit is for.
+    void Report(const std::string& subject, const std::string& size, const Figure& ours,
+                std::optional<Limit> limit = std::nullopt);
+    /// A row of two pieces of timed work; the limit is for their ratio.
+    void Compare(const std::string& subject, const std::string& size, const std::string& ours,
+                 const std::string& peersName, const std::string& peers, std::optional<Limit> limit = std::nullopt);
+    /// A row of two numbers known already.
+    void Compare(const std::string& subject, const std::string& size, const std::string& unit, double ours,
+                 const std::string& peersName, double peers);
+    void Add(Row row) { rows.push_back(std::move(row)); }
+
+    void Run();
+    /// The table, in Markdown, and how many of the limits are kept.
+    void Print() const;
+    void WriteCsv(const std::string& path) const;
+
+private:
+    template <typename Work> benchmark::internal::Benchmark* Register(const std::string& name, Work work) {
+        return benchmark::RegisterBenchmark(name.c_str(),
+                                            [work](benchmark::State& state) {
+                                                for ([[maybe_unused]] auto once : state) work();
+                                            })
+            ->MinTime(effort.secondsEach);
+    }
+
+    Effort effort;
+    std::vector<Row> rows;
+    Timings timings;
+};
+
+/// A whole number in groups of three digits.
+std::string Grouped(std::size_t number);
+
+/// The time of a piece of work as a figure.
+Figure TimeOf(const std::string& name);
+/// The ratio of two pieces of work.
+Figure RatioOf(const std::string& ours, const std::string& peers);
+/// A number known already.
+Figure Known(double value, const std::string& unit);

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "benchmarks/peers/CirclePeers.h"
+
+#include <Eigen/Dense>
+
+/// What both minimisers work on: the points about their mean and in the frame of their plane, and six unknowns there,
+/// centre (3), tilts of the normal (2) and radius (1).
+struct CircleProblem {
+    using Unknowns = Eigen::Matrix<double, 6, 1>;
+
+    explicit CircleProblem(const std::vector<Points::Point>& points);
+
+    /// The algebraic circle in the plane.
+    Unknowns Start() const;
+    PeerCircle ToCaller(const Unknowns& unknowns) const;
+
+    Eigen::Vector3d mean;
+    Eigen::Matrix3d frame; ///< columns: two directions in the plane and its normal
+    Eigen::Matrix3Xd local;
+};
