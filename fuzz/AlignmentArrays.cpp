@@ -1,0 +1,285 @@
+// Alignment arrays of every shape and content. Promised:
+//   - the first thing wrong with them decides the refusal: its code and its words, by the documented rules told here a
+//     second time; what is right in shape is computed, or refused as impossible;
+//   - the caller's arrays are as they were, whatever happened;
+//   - a geometry that was accepted has its pole in finite space, and plans that keep the laws of PlanLaws.h;
+//   - the points of a head that exists give its pole and its mounting angle;
+//   - a refusal leaves the position, and leaves plans impossible where they were; good points then give the plans of a
+//     fresh calculator.
+
+#include "PlanLaws.h"
+
+#include "interface/ErrorCodes.h"
+#include "support/AlignmentArray.h"
+#include "support/Calculator.h"
+#include "support/ErrorRecord.h"
+#include "support/SimulatedHead.h"
+
+#include <cstring>
+#include <vector>
+
+namespace {
+
+using Items = std::vector<HeadAlignmentDataItem>;
+
+/// A head that exists, and how its points were captured.
+struct Capture {
+    SimulatedHead head;
+    double captureB; ///< of the A set
+    double captureA; ///< of the B set
+
+    static Capture Take(FuzzedDataProvider& input) {
+        Capture capture{};
+        for (double& coordinate : capture.head.pole) coordinate = input.ConsumeFloatingPointInRange(-5000.0, 5000.0);
+        // As the page on conventions asks: mounted less than 40 degrees askew and captured at an odd multiple of 45,
+        // the A points stand in the middle of a quadrant.
+        capture.head.mountingAngle = input.ConsumeFloatingPointInRange(-35.0, 35.0);
+        capture.head.stylus = {0.0, 0.0, -input.ConsumeFloatingPointInRange(120.0, 500.0)};
+        capture.captureB = input.PickValueInArray({-135.0, -45.0, 45.0, 135.0});
+        capture.captureA = input.PickValueInArray({45.0, 75.0, 90.0});
+        return capture;
+    }
+    Items ASet(int count) const { return head.ASet(captureB, count); }
+    Items BSet(int count) const { return head.BSet(captureA, count); }
+};
+
+Items TakeAnyItems(FuzzedDataProvider& input, bool isASet) {
+    Items items(input.ConsumeIntegralInRange<std::size_t>(0, 12));
+    const double fixed = TakeDouble(input);
+    for (HeadAlignmentDataItem& item : items) {
+        for (double* const value :
+             {&item.APosition, &item.BPosition, &item.XPosition, &item.YPosition, &item.ZPosition})
+            *value = TakeDouble(input);
+        if (input.ConsumeIntegralInRange(0, 30) != 30) (isASet ? item.BPosition : item.APosition) = fixed;
+    }
+    return items;
+}
+
+/// Spoils some of the items, if any: one number of one, or one by another.
+void Damage(Items& items, FuzzedDataProvider& input) {
+    if (items.empty()) return;
+    for (int times = input.ConsumeIntegralInRange(0, 6); times > 0; --times) {
+        HeadAlignmentDataItem& item = items[input.ConsumeIntegralInRange<std::size_t>(0, items.size() - 1)];
+        if (input.ConsumeBool()) {
+            item = items[input.ConsumeIntegralInRange<std::size_t>(0, items.size() - 1)];
+        } else {
+            double numbers[5];
+            std::memcpy(numbers, &item, sizeof numbers);
+            numbers[input.ConsumeIntegralInRange<std::size_t>(0, 4)] = TakeDouble(input);
+            std::memcpy(&item, numbers, sizeof numbers);
+        }
+    }
+}
+
+/// An array as no careful caller would make it.
+class HostileArray {
+public:
+    HostileArray(const Items& items, FuzzedDataProvider& input) {
+        const int oddity = input.ConsumeIntegralInRange(0, 9);
+        if (oddity == 1) return; // no array at all
+        const USHORT dimensions = oddity == 2 ? input.PickValueInArray<USHORT>({0, 2, 3}) : 1;
+        const ULONG size = oddity == 3 ? input.PickValueInArray<ULONG>({0, 1, 8, 39, 41, 80}) : sizeof items[0];
+        constexpr LONG lowest = std::numeric_limits<LONG>::min();
+        constexpr LONG highest = std::numeric_limits<LONG>::max();
+        const LONG first = oddity == 4 ? input.PickValueInArray({1, 5, -1, -3, -100, highest, highest - 5, lowest}) : 0;
+        SafeArrayAllocDescriptor(std::max<USHORT>(dimensions, 1), &array);
+        array->cbElements = size;
+        std::fill_n(array->rgsabound, std::max<USHORT>(dimensions, 1), SAFEARRAYBOUND{1, 7});
+        // Dimension 1, the one that is asked for, is stored last.
+        SAFEARRAYBOUND* const bounds = array->rgsabound;
+        bounds[std::max<USHORT>(dimensions, 1) - 1] = {static_cast<ULONG>(items.size()), first};
+        if (oddity != 5) Fill(items);
+        array->cDims = dimensions;
+        if (oddity == 6) array->cLocks = input.ConsumeIntegralInRange<ULONG>(1, 0xFFFF);
+    }
+    HostileArray(const HostileArray&) = delete;
+    HostileArray& operator=(const HostileArray&) = delete;
+    ~HostileArray() {
+        if (array != nullptr) array->cLocks = 0;
+        SafeArrayDestroy(array);
+    }
+
+    SAFEARRAY** Address() noexcept { return &array; }
+    const SAFEARRAY* Get() const noexcept { return array; }
+
+    /// The upper bound of dimension 1, as arrays count.
+    LONG UpperBound() const {
+        const SAFEARRAYBOUND* const bounds = array->rgsabound;
+        const SAFEARRAYBOUND& bound = bounds[array->cDims - 1];
+        return static_cast<LONG>(static_cast<ULONG>(bound.lLbound) + bound.cElements - 1U);
+    }
+    /// Elements 0 to the upper bound are there, and are points.
+    bool HoldsRecords() const {
+        return array->cDims == 1 && array->rgsabound[0].lLbound <= 0 &&
+               array->cbElements == sizeof(HeadAlignmentDataItem) &&
+               array->rgsabound[0].cElements > static_cast<ULONG>(UpperBound());
+    }
+    /// The points that count: as many as the upper bound tells, from the first one in memory.
+    Items Counted() const {
+        Items items(static_cast<std::size_t>(UpperBound()) + 1);
+        if (array->pvData != nullptr) std::memcpy(items.data(), array->pvData, items.size() * sizeof items[0]);
+        return items;
+    }
+    /// Everything of it, to see whether it is still the same.
+    std::string Image() const {
+        if (array == nullptr) return {};
+        std::string image(reinterpret_cast<const char*>(array), sizeof *array);
+        if (array->pvData != nullptr) image.append(static_cast<const char*>(array->pvData), dataSize);
+        return image;
+    }
+
+private:
+    void Fill(const Items& items) {
+        SafeArrayAllocData(array);
+        dataSize = items.size() * array->cbElements;
+        if (dataSize != 0) std::memcpy(array->pvData, items.data(), std::min(dataSize, items.size() * sizeof items[0]));
+    }
+
+    SAFEARRAY* array = nullptr;
+    std::size_t dataSize = 0;
+};
+
+struct Refusal {
+    HRESULT code;
+    const wchar_t* description;
+};
+
+/// What the copying of the arrays, which comes first, has against one.
+std::optional<Refusal> AgainstCopying(const HostileArray& points) {
+    const bool isNoArray = points.Get() != nullptr && (points.Get()->cDims == 0 || points.Get()->cbElements == 0);
+    if (isNoArray) return Refusal{E_INVALIDARG, L"Error Copying the safe array data."};
+    return {};
+}
+
+std::optional<Refusal> AgainstSet(const HostileArray& points, double HeadAlignmentDataItem::*fixedAngle,
+                                  const wchar_t* tooFew, const wchar_t* moved) {
+    if (points.Get() == nullptr) return Refusal{E_INVALIDARG, L"Unspecified"};
+    if (points.UpperBound() < 3) return Refusal{QMV_E_TOO_FEW_POINTS, tooFew};
+    if (!points.HoldsRecords()) return Refusal{DISP_E_BADINDEX, L"Unspecified"};
+    const Items items = points.Counted();
+    const auto isFixed = [&](const auto& item) { return item.*fixedAngle == items.front().*fixedAngle; };
+    if (!std::ranges::all_of(items, isFixed)) return Refusal{QMV_E_FIXED_AXIS_MOVED, moved};
+    return {};
+}
+
+/// What is wrong with the arrays before anything is computed; the first thing counts.
+std::optional<Refusal> ExpectedRefusal(const HostileArray& a, const HostileArray& b) {
+    if (const auto refusal = AgainstCopying(a)) return refusal;
+    if (const auto refusal = AgainstCopying(b)) return refusal;
+    if (const auto refusal = AgainstSet(a, &HeadAlignmentDataItem::BPosition, L"Too Few A Axis Points Supplied",
+                                        L"Invalid Data. B Axis Must Remain Fixed During A Axis Data Capture"))
+        return refusal;
+    return AgainstSet(b, &HeadAlignmentDataItem::APosition, L"Too Few B Axis Points Supplied",
+                      L"Invalid Data. A Axis Must Remain Fixed During B Axis Data Capture");
+}
+
+constexpr HeadAngles from{30.0, -45.0};
+constexpr HeadAngles to{45.0, 90.0};
+
+Raised Plan(IQMVCalculator2& calculator, RequiredMoves& moves) {
+    Promise(calculator.SetCurrentHeadPosition(from.a, from.b) == S_OK, "angles that can be reached are accepted");
+    return RaisedBy([&] { calculator.CalculateMove(to.a, to.b, &moves); });
+}
+
+/// How far a head is mounted turned, as its plans tell.
+double MountingAngleIn(const RequiredMoves& moves) {
+    const Triple axis = AxisOf(moves.UnLock);
+    return std::atan2(-axis[1], -axis[0]) * (180.0 / std::numbers::pi);
+}
+
+void PromiseGeometry(IQMVCalculator2& calculator, double captureB) {
+    XYZData pole{};
+    Promise(calculator.GetPoleSpherePosition(&pole) == S_OK, "there is always a pole sphere");
+    const Triple centre = PositionIn(pole);
+    Promise(std::isfinite(centre[0]) && std::isfinite(centre[1]) && std::isfinite(centre[2]),
+            "a geometry that is accepted has its pole in finite space");
+    RequiredMoves moves{};
+    Promise(Plan(calculator, moves).code == S_OK, "with a geometry and a position there is a plan");
+    // Which way a head faces that was captured at an infinite angle, nothing can tell.
+    if (Length(centre) > farthestCentre || !std::isfinite(captureB)) return;
+    PromisePlan(moves, {centre, MountingAngleIn(moves)}, from, to);
+}
+
+void PromiseTruth(IQMVCalculator2& calculator, const Capture& capture) {
+    // Rounding of coordinates of some thousands, carried through the shortest arcs that are tried here.
+    constexpr double tolerance = 1e-6;
+    XYZData pole{};
+    RequiredMoves moves{};
+    Promise(calculator.GetPoleSpherePosition(&pole) == S_OK, "there is a pole sphere");
+    Promise(Length(PositionIn(pole) - capture.head.pole) <= tolerance, "the points of a head give its pole");
+    Promise(Plan(calculator, moves).code == S_OK, "the points of a head give plans");
+    const double off = std::remainder(MountingAngleIn(moves) - capture.head.mountingAngle, 360.0);
+    Promise(std::abs(off) <= tolerance, "the points of a head give its mounting angle");
+}
+
+RequiredMoves PlanFromGoodPoints(IQMVCalculator2& calculator, const Capture& capture) {
+    AlignmentArray a(capture.ASet(7));
+    AlignmentArray b(capture.BSet(7));
+    Promise(calculator.EnterHeadGeometry(a.Address(), b.Address()) == S_OK, "the points of a head are accepted");
+    PromiseTruth(calculator, capture);
+    RequiredMoves moves{};
+    Plan(calculator, moves);
+    return moves;
+}
+
+bool StandsAt(IQMVCalculator2& calculator, const HeadAngles& angles) {
+    HeadAngles found{};
+    return calculator.GetCurrentHeadPosition(&found.a, &found.b) == S_OK && found.a == angles.a && found.b == angles.b;
+}
+
+void PromiseRefusal(const Raised& entered, const std::optional<Refusal>& expected) {
+    Promise(entered.record.has_value(), "a refusal leaves an error record");
+    if (expected) {
+        Promise(entered.code == expected->code, "the first thing wrong with the arrays decides the code");
+        Promise(entered.record->description == expected->description, "and the words");
+        return;
+    }
+    Promise(entered.code == QMV_E_GEOMETRY_IMPOSSIBLE || entered.code == QMV_E_GEOMETRY_LIMIT_REACHED,
+            "points that make no geometry have a code of their own");
+}
+
+Items TakeItems(FuzzedDataProvider& input, const Capture& capture, bool isASet) {
+    if (input.ConsumeBool()) return TakeAnyItems(input, isASet);
+    const int count = input.ConsumeIntegralInRange(2, 40);
+    Items items = isASet ? capture.ASet(count) : capture.BSet(count);
+    Damage(items, input);
+    return items;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    return ::setenv("QMV40_SETTINGS", "/nonexistent", 1); // the built-in dimensions
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    FuzzedDataProvider input(data, size);
+    const Capture capture = Capture::Take(input);
+    const ComPointer<IQMVCalculator2> object = CreateCalculator();
+    IQMVCalculator2& calculator = *object.Get();
+    const bool hadGeometry = input.ConsumeBool();
+    if (hadGeometry) PlanFromGoodPoints(calculator, capture);
+    Promise(calculator.SetCurrentHeadPosition(from.a, from.b) == S_OK, "angles that can be reached are accepted");
+
+    HostileArray a(TakeItems(input, capture, true), input);
+    HostileArray separate(TakeItems(input, capture, false), input);
+    HostileArray& b = input.ConsumeIntegralInRange(0, 20) == 20 ? a : separate;
+    const std::optional<Refusal> refusal = ExpectedRefusal(a, b);
+    const std::string images = a.Image() + b.Image();
+    const Raised entered = ReturnedBy([&] { return calculator.EnterHeadGeometry(a.Address(), b.Address()); });
+    Promise(a.Image() + b.Image() == images, "the caller's arrays are as they were");
+    Promise(StandsAt(calculator, from), "a geometry leaves the position");
+    if (entered.code == S_OK) {
+        Promise(!refusal && !entered.record, "what is wrong is refused");
+        PromiseGeometry(calculator, a.Counted().front().BPosition);
+        return 0;
+    }
+    PromiseRefusal(entered, refusal);
+    RequiredMoves moves{};
+    Promise(Plan(calculator, moves).code == (hadGeometry ? S_OK : QMV_E_NO_HEAD_GEOMETRY),
+            "a refused geometry is none, and takes none away");
+    const ComPointer<IQMVCalculator2> fresh = CreateCalculator();
+    Promise(SamePlan(PlanFromGoodPoints(calculator, capture), PlanFromGoodPoints(*fresh.Get(), capture)),
+            "after a refusal good points give the plans of a fresh calculator");
+    return 0;
+}

@@ -1,0 +1,221 @@
+// Captures as CSV. Promised:
+//   - any bytes: rows of finite numbers, or a refusal that names the file, a line of it and a reason; twice the same;
+//   - what a careful writer writes, whatever the order and letter case of its header, its quotes, blanks, comments,
+//   line
+//     ends and other columns, reads back to the same bits;
+//   - one line of that spoilt: refused with the number of just that line.
+
+#include "Support.h"
+
+#include "cli/Capture.h"
+#include "cli/Failures.h"
+
+#include <algorithm>
+#include <span>
+#include <variant>
+#include <vector>
+
+namespace {
+
+using Row = std::vector<double>;
+using Rows = std::vector<Row>;
+using Outcome = std::variant<Rows, InputError>;
+
+const std::string& CaptureName() {
+    static const ScratchFolder folder;
+    static const std::string name = folder.Name("capture.csv");
+    return name;
+}
+
+Rows RowsOf(const std::vector<HeadAlignmentDataItem>& items) {
+    Rows rows;
+    for (const auto& item : items) {
+        rows.push_back({item.APosition, item.BPosition, item.XPosition, item.YPosition, item.ZPosition});
+    }
+    return rows;
+}
+
+Rows RowsOf(const std::vector<XYZData>& points) {
+    Rows rows;
+    for (const auto& point : points) rows.push_back({point.XPosition, point.YPosition, point.ZPosition});
+    return rows;
+}
+
+template <typename Read> Outcome OutcomeOf(Read read) {
+    try {
+        return RowsOf(read(CaptureName()));
+    } catch (const InputError& error) {
+        return error;
+    }
+}
+
+bool SameRows(const Rows& left, const Rows& right) {
+    return std::ranges::equal(left, right,
+                              [](const Row& a, const Row& b) { return std::ranges::equal(a, b, SameNumber); });
+}
+
+void PromiseDefined(const Outcome& outcome, const Outcome& again, std::string_view content) {
+    Promise(outcome.index() == again.index(), "the same file is read the same way");
+    const auto lines = static_cast<std::size_t>(std::ranges::count(content, '\n')) + 1;
+    if (const auto* const rows = std::get_if<Rows>(&outcome)) {
+        Promise(SameRows(*rows, std::get<Rows>(again)), "the same file has the same rows");
+        Promise(rows->size() < lines, "every row, and the header, has a line of its own");
+        for (const Row& row : *rows) {
+            Promise(std::ranges::all_of(row, [](double value) { return std::isfinite(value); }), "numbers are finite");
+        }
+        return;
+    }
+    const InputError& error = std::get<InputError>(outcome);
+    Promise(error.file == CaptureName() && !error.reason.empty(), "a refusal names the file and a reason");
+    const bool isUtf16 = content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF");
+    Promise(error.line.has_value() != isUtf16, "a refusal names a line, but for text in another encoding");
+    Promise(!error.line || (*error.line >= 1 && *error.line <= lines), "a line of the file");
+    Promise(error.line == std::get<InputError>(again).line, "and the same one each time");
+}
+
+/// A file as a careful writer makes it, line by line, and what must be read from it.
+class CarefulWriter {
+public:
+    explicit CarefulWriter(FuzzedDataProvider& theInput) : input(theInput) {
+        for (std::size_t i = 0; i < columns.size(); ++i) std::swap(order[i], order[i + Below(columns.size() - i)]);
+        others = Below(3);
+        lineEnd = input.PickValueInArray({"\n", "\r\n"});
+        AddNoise();
+        std::vector<std::string> names;
+        for (const std::size_t column : order) names.push_back(WithAnyCase(columns[column]));
+        for (std::size_t i = 0; i < others; ++i) names.emplace_back(i == 0 ? "Remark" : "Remark, with a \"comma\"");
+        AddLine(names);
+        const std::size_t count = Below(9);
+        for (std::size_t i = 0; i < count; ++i) AddRow();
+    }
+
+    const Rows& Expected() const { return rows; }
+    std::size_t Lines() const { return lines.size(); }
+
+    /// The file; with one line spoilt if one is named.
+    std::string Content(std::optional<std::size_t> spoilt = {}, std::string_view spoiltText = {}) const {
+        std::string content(mark);
+        for (std::size_t i = 0; i < lines.size(); ++i)
+            content.append(i == spoilt ? spoiltText : lines[i]).append(lineEnd);
+        return content;
+    }
+
+    bool CanSpoil() const { return !dataLines.empty(); }
+    struct Damage {
+        std::size_t line;
+        std::string text;
+    };
+    /// One of the lines of numbers, made wrong.
+    Damage Spoil() {
+        const std::size_t line = dataLines[Below(dataLines.size())];
+        const std::string& text = lines[line];
+        switch (Below(4)) {
+        case 0:
+            return {line, text + ",1"}; // a field too many
+        case 1:
+            return {line, "7"}; // too few
+        case 2:
+            return {line, text + ",\"1"}; // a quote that stays open
+        default: {
+            std::string wrong;
+            const char* const noNumber = input.PickValueInArray(
+                {"", "x", "nan", "-inf", "1e999", "0x10", "1 2", "+-1", "1.5.", "--1", "1e", "1;2"});
+            for (std::size_t i = 0; i < columns.size() + others; ++i) wrong += i == 0 ? noNumber : ",1";
+            return {line, wrong};
+        }
+        }
+    }
+
+private:
+    static constexpr std::array<std::string_view, 5> columns{"APosition", "BPosition", "XPosition", "YPosition",
+                                                             "ZPosition"};
+
+    std::size_t Below(std::size_t count) { return input.ConsumeIntegralInRange<std::size_t>(0, count - 1); }
+
+    std::string WithAnyCase(std::string_view name) {
+        std::string text(name);
+        const auto flips = input.ConsumeIntegral<std::uint16_t>();
+        for (std::size_t i = 0; i < text.size(); ++i)
+            if ((flips >> i & 1U) != 0) text[i] = static_cast<char>(text[i] ^ 0x20);
+        return text;
+    }
+
+    static std::string Quoted(const std::string& field) {
+        std::string quoted = "\"";
+        for (const char c : field) quoted.append(c == '"' ? 2 : 1, c);
+        return quoted + '"';
+    }
+
+    void AddLine(const std::vector<std::string>& fields) {
+        std::string line;
+        for (const std::string& field : fields) {
+            const char* const blanks = input.PickValueInArray({"", "", " ", "\t "});
+            const bool isQuoted = field.find(',') != std::string::npos || input.ConsumeBool();
+            line.append(line.empty() ? "" : ",").append(blanks);
+            line.append(isQuoted ? Quoted(field) : field).append(blanks);
+        }
+        lines.push_back(line);
+    }
+
+    /// Lines that say nothing.
+    void AddNoise() {
+        while (input.ConsumeIntegralInRange(0, 3) == 3)
+            lines.emplace_back(input.PickValueInArray({"", " \t", "# 1,2,3", "  #"}));
+    }
+
+    void AddRow() {
+        AddNoise();
+        Row row(columns.size());
+        for (double& value : row) {
+            value = TakeDouble(input);
+            if (!std::isfinite(value)) value = -0.0;
+        }
+        std::vector<std::string> fields;
+        for (const std::size_t column : order) {
+            std::array<char, 40> text{};
+            std::snprintf(text.data(), text.size(), input.ConsumeBool() ? "%.17g" : "%+.16E", row[column]);
+            fields.emplace_back(text.data());
+        }
+        for (std::size_t i = 0; i < others; ++i) fields.emplace_back("any, \"thing\"");
+        dataLines.push_back(lines.size());
+        AddLine(fields);
+        rows.push_back(row);
+    }
+
+    FuzzedDataProvider& input;
+    std::array<std::size_t, 5> order{0, 1, 2, 3, 4};
+    std::size_t others = 0;
+    std::string lineEnd;
+    std::string mark = input.ConsumeBool() ? "\xEF\xBB\xBF" : "";
+    std::vector<std::string> lines;
+    std::vector<std::size_t> dataLines;
+    Rows rows;
+};
+
+void PromiseRoundTrip(FuzzedDataProvider& input) {
+    CarefulWriter writer(input);
+    WriteFile(CaptureName(), writer.Content());
+    const Outcome outcome = OutcomeOf(ReadCapture);
+    Promise(std::holds_alternative<Rows>(outcome), "a careful writer's file is accepted");
+    Promise(SameRows(std::get<Rows>(outcome), writer.Expected()), "and reads back to the same bits");
+    if (!writer.CanSpoil()) return;
+
+    const auto damage = writer.Spoil();
+    WriteFile(CaptureName(), writer.Content(damage.line, damage.text));
+    const Outcome spoilt = OutcomeOf(ReadCapture);
+    Promise(std::holds_alternative<InputError>(spoilt), "a spoilt line is refused");
+    Promise(std::get<InputError>(spoilt).line == damage.line + 1, "with its own number");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view content(reinterpret_cast<const char*>(data), size);
+    WriteFile(CaptureName(), content);
+    PromiseDefined(OutcomeOf(ReadCapture), OutcomeOf(ReadCapture), content);
+    PromiseDefined(OutcomeOf(ReadPoints), OutcomeOf(ReadPoints), content);
+
+    FuzzedDataProvider input(data, size);
+    PromiseRoundTrip(input);
+    return 0;
+}

@@ -1,0 +1,169 @@
+// Any argument list for qmv40, in a folder with good and bad files. Promised:
+//   - the tool returns one of its exit codes and throws nothing;
+//   - with --json it prints exactly one document, of the members that its page tells of: the result, or the error of a
+//     component or of a file that refused; wrong usage prints none;
+//   - without --json a failure prints nothing on standard output and a reason on standard error; a success prints;
+//   - the same arguments give the same output, and the settings in the environment stay as they were;
+//   - no file changes but those that --output may name.
+// Input: one argument a line, an empty line, and the content of the file "given".
+
+#include "Support.h"
+
+#include "cli/Tool.h"
+
+#include <algorithm>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <vector>
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+using Json = nlohmann::json;
+
+constexpr std::string_view geometryFile{"[HEADCENTRE]\nX=412.5\nY=-178.25\nZ=-655\n[SAFEPOSITION]\nX=0\nY=0\nZ=0\n"
+                                        "[AlignmentOffset]\nRequiredRotationAroundZ=30\n"};
+constexpr std::string_view aAxisFile{"APosition,BPosition,XPosition,YPosition,ZPosition\n"
+                                     "0,45,412.5,-178.25,-476.5\n15,45,379.557714,-145.307714,-482.633351\n"
+                                     "30,45,348.860390,-114.610390,-500.615427\n45,45,322.5,-88.25,-529.220779\n"
+                                     "60,45,302.272959,-68.022959,-566.5\n75,45,289.557714,-55.307714,-609.912572\n"
+                                     "90,45,285.220779,-50.970779,-656.5\n"};
+constexpr std::string_view bAxisFile{"APosition,BPosition,XPosition,YPosition,ZPosition\n"
+                                     "90,-180,412.5,-358.25,-656.5\n90,-135,539.779221,-305.529221,-656.5\n"
+                                     "90,-90,592.5,-178.25,-656.5\n90,-45,539.779221,-50.970779,-656.5\n"
+                                     "90,0,412.5,1.75,-656.5\n90,45,285.220779,-50.970779,-656.5\n"
+                                     "90,90,232.5,-178.25,-656.5\n"};
+constexpr std::string_view settingsFile{
+    "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\Software\\Hollbeck\\VRX Software\\QMV40Calculator]\n"
+    "\"Locked To Unlocked Lever Rotation\"=\"120\"\n"};
+
+using Files = std::map<std::string, std::string>; ///< name to content
+
+/// The working folder: everything that a run may read or write.
+class WorkingFolder {
+public:
+    WorkingFolder() { std::filesystem::current_path(folder.Path()); }
+
+    /// Makes it hold just these files and the folder "dir".
+    void Prepare(const Files& files) {
+        if (files == Content() && std::filesystem::is_directory("dir")) return;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
+            std::filesystem::remove_all(entry.path());
+        }
+        std::filesystem::create_directory("dir");
+        for (const auto& [name, content] : files) WriteFile(name, content);
+    }
+    static Files Content() {
+        Files files;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(".")) {
+            if (!entry.is_regular_file()) continue;
+            const std::string name = entry.path().lexically_normal();
+            files[name] = ReadFile(name);
+        }
+        return files;
+    }
+
+private:
+    ScratchFolder folder;
+};
+
+/// Keeps a name inside the working folder: "dir/" is the only folder that it may name.
+std::string Confined(std::string argument) {
+    argument = argument.substr(0, argument.find('\0')); // no system hands over more
+    for (std::size_t at = argument.find('/'); at != std::string::npos; at = argument.find('/', at + 1)) {
+        const bool isFolder = at == 3 || (at > 3 && argument[at - 4] == '=');
+        if (at < 3 || !isFolder || argument.compare(at - 3, 3, "dir") != 0) argument[at] = '_';
+    }
+    return argument;
+}
+
+Arguments TakeArguments(std::string_view& input) {
+    constexpr std::size_t mostArguments = 24;
+    Arguments arguments;
+    while (!input.empty() && arguments.size() < mostArguments) {
+        const std::string_view line = input.substr(0, input.find('\n'));
+        input.remove_prefix(std::min(line.size() + 1, input.size()));
+        if (line.empty()) break;
+        // A line of one blank stands for the argument that an empty line cannot be.
+        arguments.push_back(Confined(std::string(line == " " ? "" : line)));
+    }
+    return arguments;
+}
+
+struct Run {
+    int exitCode;
+    std::string out;
+    std::string err;
+};
+
+Run RunOnce(const Arguments& arguments) {
+    std::ostringstream out;
+    std::ostringstream err;
+    const int exitCode = RunTool(arguments, {out, err, false});
+    return {exitCode, out.str(), err.str()};
+}
+
+bool Has(const Arguments& arguments, std::string_view start) {
+    return std::ranges::any_of(arguments, [&](const std::string& each) { return each.starts_with(start); });
+}
+
+void PromiseDocument(const Run& run) {
+    const Json document = Json::parse(run.out, nullptr, false);
+    Promise(!document.is_discarded() && document.is_object(), "--json prints exactly one document");
+    if (run.exitCode == 1 || run.exitCode == 3) {
+        Promise(document.size() == 1 && document.contains("error"), "a failure is a document with an error");
+        const Json& error = document["error"];
+        Promise(error.contains("description") && !error["description"].get<std::string>().empty(), "that says why");
+        Promise(error.contains(run.exitCode == 1 ? "code" : "file"), "and where from");
+        return;
+    }
+    Promise(!document.empty() && !document.contains("error"), "a result is a document without an error");
+}
+
+void PromiseOutput(const Arguments& arguments, const Run& run) {
+    Promise(run.exitCode >= 0 && run.exitCode <= 4, "the exit code is one of the tool's");
+    if (Has(arguments, "--json=")) return; // a yes or a no: the parser's affair
+    const bool isHelp =
+        run.exitCode == 0 && (Has(arguments, "-h") || Has(arguments, "--help") || Has(arguments, "--version"));
+    if (run.exitCode == 2) {
+        Promise(run.out.empty() && !run.err.empty(), "wrong usage is told on standard error alone");
+    } else if (isHelp) {
+        Promise(!run.out.empty() && run.err.empty(), "help goes to standard output alone");
+    } else if (std::ranges::find(arguments, "--json") != arguments.end()) {
+        PromiseDocument(run);
+    } else if (run.exitCode == 0 || run.exitCode == 4) {
+        Promise(!run.out.empty(), "a success prints something");
+    } else {
+        Promise(run.out.empty() && !run.err.empty(), "a failure is told on standard error alone");
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    return ::setenv("QMV40_SETTINGS", "/nonexistent", 1); // the built-in dimensions
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static WorkingFolder folder;
+    std::string_view input(reinterpret_cast<const char*>(data), size);
+    const Arguments arguments = TakeArguments(input);
+    if (Has(arguments, "--all") || Has(arguments, "selfcheck")) return 0; // thousands of plans at a time
+    const Files files{{"head.ini", std::string(geometryFile)},
+                      {"a.csv", std::string(aAxisFile)},
+                      {"b.csv", std::string(bAxisFile)},
+                      {"settings.reg", std::string(settingsFile)},
+                      {"given", std::string(input)}};
+    folder.Prepare(files);
+
+    const Run run = RunOnce(arguments);
+    PromiseOutput(arguments, run);
+    Promise(std::string_view("/nonexistent") == std::getenv("QMV40_SETTINGS"), "the environment is as it was");
+    if (Has(arguments, "--output")) return 0;
+    Promise(WorkingFolder::Content() == files, "no file changes but what --output names");
+    const Run again = RunOnce(arguments);
+    Promise(again.exitCode == run.exitCode && again.out == run.out && again.err == run.err,
+            "the same arguments give the same output");
+    return 0;
+}

@@ -1,0 +1,179 @@
+// Any bytes as a head geometry file, and what comes of it. Promised:
+//   - a load succeeds exactly when all seven numbers can be read, by the C library's rules for numbers, and none is
+//     999999999; it fails with the one code and the words for that, and with no other;
+//   - after a load the pole is where the file says, and every plan keeps the laws of PlanLaws.h, or, for a head that is
+//     on no machine, is at least made;
+//   - a save into a new file holds the numbers to ten digits; a second load and save changes none of them;
+//   - a save into the very same file, whatever else it holds, loads again to the same numbers;
+//   - after a failure a good file loads as into a fresh calculator.
+
+#include "PlanLaws.h"
+
+#include "interface/ErrorCodes.h"
+#include "platform/ProfileFile.h"
+#include "support/Bstr.h"
+#include "support/Calculator.h"
+#include "support/ErrorRecord.h"
+
+#include <vector>
+
+namespace {
+
+/// The scratch files and the names under which the component is told of them.
+struct File {
+    explicit File(const char* fileName)
+        : name(Folder().Name(fileName)), wide(name.begin(), name.end()), argument(wide) {}
+
+    static ScratchFolder& Folder() {
+        static ScratchFolder folder;
+        return folder;
+    }
+
+    std::string name;
+    std::wstring wide;
+    Bstr argument;
+};
+
+constexpr std::string_view goodFile{"[HEADCENTRE]\nX=412.5\nY=-178.25\nZ=-655\n[SAFEPOSITION]\nX=0\nY=0\nZ=0\n"
+                                    "[AlignmentOffset]\nRequiredRotationAroundZ=30\n"};
+
+constexpr const wchar_t* sections[] = {L"HEADCENTRE",   L"HEADCENTRE",   L"HEADCENTRE",     L"SAFEPOSITION",
+                                       L"SAFEPOSITION", L"SAFEPOSITION", L"AlignmentOffset"};
+constexpr const wchar_t* keys[] = {L"X", L"Y", L"Z", L"X", L"Y", L"Z", L"RequiredRotationAroundZ"};
+using SevenTexts = std::array<std::string, 7>;
+using SevenNumbers = std::array<double, 7>; ///< centre, safe position, rotation
+constexpr std::size_t safeZ = 5;
+constexpr std::size_t rotation = 6;
+
+SevenTexts TextsIn(const File& file) {
+    SevenTexts texts;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        std::array<char, 349> buffer{};
+        ReadProfileText(sections[i], keys[i], "999999999", buffer, file.wide.c_str());
+        texts[i] = buffer.data();
+    }
+    return texts;
+}
+
+SevenNumbers NumbersIn(const SevenTexts& texts) {
+    SevenNumbers numbers{};
+    for (std::size_t i = 0; i < texts.size(); ++i) numbers[i] = std::strtod(texts[i].c_str(), nullptr);
+    return numbers;
+}
+
+bool IsComplete(const SevenNumbers& numbers) { return std::ranges::find(numbers, 999999999.0) == numbers.end(); }
+
+/// As a load must go, given what the file holds.
+bool Load(IQMVCalculator2& calculator, File& file, const SevenNumbers& numbers) {
+    const Raised loaded = ReturnedBy([&] { return calculator.LoadHeadGeometryFromFile(file.argument.Address()); });
+    if (IsComplete(numbers)) {
+        Promise(loaded.code == S_OK && !loaded.record, "a file with all seven numbers loads");
+        return true;
+    }
+    Promise(loaded.code == QMV_E_READ_FROM_FILE, "a file that lacks a number is refused with the code for that");
+    Promise(loaded.record && loaded.record->source == L"RoundThePole::ReadDoubleFromIniFile" &&
+                loaded.record->description == L"Failed To Read from File",
+            "and with the words");
+    return false;
+}
+
+HeadAngles TakeLegalAngles(FuzzedDataProvider& input) {
+    return {15.0 * input.ConsumeIntegralInRange(0, 6), 15.0 * input.ConsumeIntegralInRange(-12, 12)};
+}
+
+struct Indexing {
+    HeadAngles from;
+    HeadAngles to;
+};
+
+RequiredMoves PlanOf(IQMVCalculator2& calculator, const Indexing& indexing) {
+    RequiredMoves moves{};
+    Promise(calculator.SetCurrentHeadPosition(indexing.from.a, indexing.from.b) == S_OK,
+            "angles that can be reached are accepted");
+    const Raised planned = RaisedBy([&] { calculator.CalculateMove(indexing.to.a, indexing.to.b, &moves); });
+    Promise(planned.code == S_OK, "with a geometry and a position there is a plan");
+    return moves;
+}
+
+void PromisePlans(IQMVCalculator2& calculator, const SevenNumbers& numbers, const Indexing& indexing) {
+    const IdealHead head{{numbers[0], numbers[1], numbers[2]}, numbers[rotation]};
+    XYZData pole{};
+    Promise(calculator.GetPoleSpherePosition(&pole) == S_OK, "there is always a pole sphere");
+    for (std::size_t i = 0; i < 3; ++i) {
+        Promise(SameNumber(PositionIn(pole)[i], head.centre[i]), "the pole sphere is where the file says");
+    }
+    const RequiredMoves moves = PlanOf(calculator, indexing);
+    // Not the other way round: a length that is not a number is no near one.
+    const bool isOnAMachine = Length(head.centre) <= farthestCentre && std::isfinite(head.mountingAngle);
+    if (isOnAMachine) PromisePlan(moves, head, indexing.from, indexing.to);
+}
+
+std::string TenDigits(double number) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.9e", number);
+    return text.data();
+}
+
+void Save(IQMVCalculator2& calculator, File& file) {
+    const Raised saved = ReturnedBy([&] { return calculator.SaveHeadGeometryToFile(file.argument.Address()); });
+    Promise(saved.code == S_OK && !saved.record, "a geometry can be saved into an ordinary file");
+}
+
+void PromiseSaves(IQMVCalculator2& calculator, File& original, SevenNumbers numbers) {
+    static File fresh("fresh.ini");
+    static File second("second.ini");
+    numbers[safeZ] = numbers[2] + 35.0;
+    std::filesystem::remove(fresh.name);
+    Save(calculator, fresh);
+    const SevenTexts saved = TextsIn(fresh);
+    for (std::size_t i = 0; i < saved.size(); ++i) {
+        Promise(saved[i] == TenDigits(numbers[i]), "a save holds ten digits of what was loaded");
+    }
+    const ComPointer<IQMVCalculator2> another = CreateCalculator();
+    const SevenNumbers savedNumbers = NumbersIn(saved);
+    if (!Load(*another.Get(), fresh, savedNumbers)) return; // nine nines, by rounding
+    std::filesystem::remove(second.name);
+    Save(*another.Get(), second);
+    const SevenTexts savedAgain = TextsIn(second);
+    for (std::size_t i = 0; i < saved.size(); ++i) {
+        Promise(i == safeZ || savedAgain[i] == saved[i], "loading and saving again changes nothing");
+    }
+    Save(calculator, original);
+    Promise(TextsIn(original) == saved, "a save into a file with anything else in it holds the same numbers");
+    Load(*another.Get(), original, savedNumbers);
+}
+
+/// What is left of a failed load does not spoil the next one.
+void PromiseRecovery(IQMVCalculator2& calculator, const Indexing& indexing) {
+    static File good("good.ini");
+    WriteFile(good.name, goodFile);
+    const SevenNumbers numbers = NumbersIn(TextsIn(good));
+    const ComPointer<IQMVCalculator2> fresh = CreateCalculator();
+    const bool areLoaded = Load(calculator, good, numbers) && Load(*fresh.Get(), good, numbers);
+    Promise(areLoaded && SamePlan(PlanOf(calculator, indexing), PlanOf(*fresh.Get(), indexing)),
+            "after a failure a good file gives the plans of a fresh calculator");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    return ::setenv("QMV40_SETTINGS", "/nonexistent", 1); // the built-in dimensions
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static File file("head.ini");
+    FuzzedDataProvider input(data, size);
+    const HeadAngles from = TakeLegalAngles(input);
+    const Indexing indexing{from, TakeLegalAngles(input)};
+    WriteFile(file.name, input.ConsumeRemainingBytesAsString());
+    const SevenNumbers numbers = NumbersIn(TextsIn(file));
+
+    const ComPointer<IQMVCalculator2> calculator = CreateCalculator();
+    if (Load(*calculator.Get(), file, numbers)) {
+        PromisePlans(*calculator.Get(), numbers, indexing);
+        PromiseSaves(*calculator.Get(), file, numbers);
+    } else {
+        PromiseRecovery(*calculator.Get(), indexing);
+    }
+    return 0;
+}

@@ -1,0 +1,153 @@
+// Any pair of doubles as where the head stands, any pairs as where it is to go. Promised:
+//   - the right refusal, with its code and its words: range before interval, A before B, targets first brought to whole
+//     degrees with halves away from zero, what no 32-bit integer holds out of range;
+//   - or a plan that keeps every law of PlanLaws.h, its arcs, made left-handed, ending engaged at the target;
+//   - a refused target leaves the position, a refused position hides it;
+//   - the same plan from every calculator with the same head, and its first point as the start position.
+// Input: which head, the position, then targets until the bytes run out.
+
+#include "PlanLaws.h"
+
+#include "interface/ErrorCodes.h"
+#include "support/Bstr.h"
+#include "support/Calculator.h"
+#include "support/ErrorRecord.h"
+
+#include <vector>
+
+namespace {
+
+constexpr IdealHead heads[] = {{{0.0, 0.0, 0.0}, 0.0},
+                               {{412.5, -178.25, -655.0}, 30.0},
+                               {{-1500.0, 2750.125, -0.5}, -167.25},
+                               {{999000.0, -999000.0, 12345.0}, 719.5}};
+
+ComPointer<IQMVCalculator2> CalculatorOf(const IdealHead& head) {
+    const ScratchFolder folder;
+    const std::string name = folder.Name("head.ini");
+    const auto entry = [](const char* key, double value) {
+        std::array<char, 64> text{};
+        std::snprintf(text.data(), text.size(), "%s=%.17g\r\n", key, value);
+        return std::string(text.data());
+    };
+    WriteFile(name, "[HEADCENTRE]\r\n" + entry("X", head.centre[0]) + entry("Y", head.centre[1]) +
+                        entry("Z", head.centre[2]) + "[SAFEPOSITION]\r\nX=0\r\nY=0\r\nZ=0\r\n[AlignmentOffset]\r\n" +
+                        entry("RequiredRotationAroundZ", head.mountingAngle));
+    ComPointer<IQMVCalculator2> calculator = CreateCalculator();
+    Bstr argument{std::filesystem::path(name)};
+    Promise(calculator->LoadHeadGeometryFromFile(argument.Address()) == S_OK, "a whole geometry file loads");
+    return calculator;
+}
+
+struct HeadAndCalculators {
+    IdealHead head;
+    ComPointer<IQMVCalculator2> calculator = CalculatorOf(head);
+    ComPointer<IQMVCalculator2> another = CalculatorOf(head);
+};
+
+/// Why angles are refused, in the component's words; null when they are not.
+const wchar_t* RefusalOf(const HeadAngles& angles) {
+    if (angles.a < 0.0 || angles.a > 90.0) return L"Invalid A Target Angle, value must be between 0 and 90.";
+    if (angles.b < -180.0 || angles.b > 180.0) return L"Invalid B Target Angle, value must be between -180 and 180.";
+    const auto isStep = [](double angle) { return std::nearbyint(angle / 15.0) * 15.0 == angle; };
+    if (!isStep(angles.a)) return L"Invalid A Target Angle, value must be a 15 degree interval.";
+    if (!isStep(angles.b)) return L"Invalid B Target Angle, value must be a 15 degree interval.";
+    return nullptr;
+}
+
+/// Halves away from zero, whatever truncation makes of the sum that rounding begins with.
+double WholeDegrees(double angle) {
+    const double shifted = std::trunc(angle > 0.0 ? angle + 0.5 : angle - 0.5);
+    const bool isWhole = shifted >= -2147483648.0 && shifted <= 2147483647.0;
+    return isWhole ? shifted + 0.0 : -2147483648.0; // whole numbers know no -0
+}
+
+void PromiseRecord(const Raised& raised, const wchar_t* description) {
+    Promise(raised.code == QMV_E_INVALID_TARGET, "angles that cannot be reached have their own code");
+    Promise(raised.record && raised.record->source == L"CQMVCalculator::ValidateMoveTarget" &&
+                raised.record->description == description,
+            "and the error record says which angle and why");
+}
+
+bool StandsAt(IQMVCalculator2& calculator, const HeadAngles& angles) {
+    HeadAngles found{-1.0, -1.0};
+    return calculator.GetCurrentHeadPosition(&found.a, &found.b) == S_OK && SameNumber(found.a, angles.a) &&
+           SameNumber(found.b, angles.b);
+}
+
+/// False when the position was refused.
+bool Place(IQMVCalculator2& calculator, const HeadAngles& angles) {
+    const Raised placed = ReturnedBy([&] { return calculator.SetCurrentHeadPosition(angles.a, angles.b); });
+    if (const wchar_t* const refusal = RefusalOf(angles)) {
+        PromiseRecord(placed, refusal);
+        HeadAngles found{-1.0, -2.0};
+        Promise(calculator.GetCurrentHeadPosition(&found.a, &found.b) == QMV_E_POSITION_UNKNOWN && found.a == -1.0 &&
+                    found.b == -2.0,
+                "after a refused position there is none");
+        return false;
+    }
+    Promise(placed.code == S_OK && !placed.record, "angles that can be reached are accepted");
+    Promise(StandsAt(calculator, angles), "the head stands where it was said to stand");
+    return true;
+}
+
+/// Goes to the target if it can be reached, and returns where the head stands then.
+HeadAngles Go(const HeadAndCalculators& planner, const HeadAngles& from, const HeadAngles& target) {
+    IQMVCalculator2& calculator = *planner.calculator.Get();
+    const HeadAngles to{WholeDegrees(target.a), WholeDegrees(target.b)};
+    RequiredMoves moves{};
+    const Raised planned = RaisedBy([&] { calculator.CalculateMove(target.a, target.b, &moves); });
+    if (const wchar_t* const refusal = RefusalOf(to)) {
+        PromiseRecord(planned, refusal);
+        Promise(StandsAt(calculator, from), "a refused target leaves the position");
+        return from;
+    }
+    Promise(planned.code == S_OK && !planned.record, "a target that can be reached is planned for");
+    Promise(StandsAt(calculator, to), "the target becomes the position");
+    PromisePlan(moves, planner.head, from, to);
+
+    IQMVCalculator2& other = *planner.another.Get();
+    XYZData start{};
+    Promise(other.SetCurrentHeadPosition(from.a, from.b) == S_OK, "another calculator can stand there");
+    Promise(other.GetStartPosition(&start) == S_OK, "there is a start position");
+    Promise(std::memcmp(&start, &moves.ApproachUnLockLever, sizeof start) == 0, "where every plan from here begins");
+    RequiredMoves again{};
+    // Asking for the start made a position of -0 a position of 0.
+    Promise(other.SetCurrentHeadPosition(from.a, from.b) == S_OK, "another calculator can stand there again");
+    Promise(other.CalculateMove(to.a, to.b, &again) == S_OK && SamePlan(moves, again), "one head, one plan");
+    return to;
+}
+
+double TakeAngle(FuzzedDataProvider& input) {
+    const auto kind = input.ConsumeIntegralInRange(0, 3);
+    if (kind == 0) return TakeDouble(input);
+    const double step = 15.0 * input.ConsumeIntegralInRange(-14, 14);
+    if (kind == 1) return step + input.PickValueInArray({0.5, -0.5, 0.49999999999999994, 1e-13, -1e-13, 1.0});
+    return step;
+}
+
+HeadAngles TakeAngles(FuzzedDataProvider& input) {
+    const double a = TakeAngle(input);
+    return {a, TakeAngle(input)};
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    return ::setenv("QMV40_SETTINGS", "/nonexistent", 1); // the built-in dimensions
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const std::vector<HeadAndCalculators> planners = [] {
+        std::vector<HeadAndCalculators> made;
+        for (const IdealHead& head : heads) made.push_back({head});
+        return made;
+    }();
+    FuzzedDataProvider input(data, size);
+    const HeadAndCalculators& planner = planners[input.ConsumeIntegralInRange<std::size_t>(0, planners.size() - 1)];
+    HeadAngles position = TakeAngles(input);
+    if (!Place(*planner.calculator.Get(), position)) return 0;
+    do position = Go(planner, position, TakeAngles(input));
+    while (input.remaining_bytes() != 0);
+    return 0;
+}
