@@ -1,6 +1,7 @@
 #include "calculator/PreparedCalculator.h"
 #include "interface/ErrorCodes.h"
 #include "support/Bstr.h"
+#include "support/ExpectedFailure.h"
 #include "support/TemporaryFolder.h"
 
 #include <cmath>
@@ -16,14 +17,7 @@ using Points = std::vector<HeadAlignmentDataItem>;
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-struct Failure {
-    const char* how;
-    std::function<Raised()> action;
-    HRESULT code;
-    const wchar_t* source;
-    const wchar_t* description;
-    const wchar_t* helpFile;
-};
+using Failure = ExpectedFailure;
 
 constexpr const wchar_t* fixedError = L"";
 constexpr const wchar_t* passedOn = L"Unspecified";
@@ -76,19 +70,8 @@ protected:
     TemporaryFolder folder;
 };
 
-void ExpectRecord(const Raised& raised, const Failure& expected) {
-    SCOPED_TRACE(expected.how);
-    EXPECT_EQ(raised.code, expected.code) << std::hex << "0x" << static_cast<unsigned>(raised.code);
-    ASSERT_TRUE(raised.record);
-    EXPECT_EQ(raised.record->source, expected.source);
-    EXPECT_EQ(raised.record->description, expected.description);
-    EXPECT_EQ(raised.record->helpFile, expected.helpFile);
-    EXPECT_EQ(raised.record->helpContext, 0U);
-    EXPECT_TRUE(IsEqualGUID(raised.record->guid, IID_IQMVCalculator));
-}
-
 void ExpectRecords(const std::vector<Failure>& failures) {
-    for (const Failure& failure : failures) ExpectRecord(failure.action(), failure);
+    for (const Failure& failure : failures) ExpectRecord(failure);
 }
 
 TEST_F(Errors, OfThePositionAndTheMovesNameOperationAndReason) {

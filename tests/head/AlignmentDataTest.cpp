@@ -212,6 +212,8 @@ TEST_F(AlignmentData, AnArrayOfAnotherShapeIsRefused) {
         list.push_back({"nothing at index 0", AlignmentArray::WithLowerBound(points, 1), other});
         list.push_back(
             {"an upper bound far from the elements", AlignmentArray::WithLowerBound(points, 1000000), other});
+        list.push_back({"no element, and bounds that wrap round to a high upper one",
+                        AlignmentArray::WithLowerBound({}, std::numeric_limits<LONG>::min()), other});
         list.push_back({"elements too small to be points", AlignmentArray::WithElementSize(points, 8), other});
         list.push_back({"elements one number short", AlignmentArray::WithElementSize(points, 32), other});
         list.push_back({"elements larger than a point", AlignmentArray::WithElementSize(points, 48), other});

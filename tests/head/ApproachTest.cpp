@@ -115,6 +115,16 @@ TEST_F(Approach, StandsTheDistanceShortOfEngagement) {
     });
 }
 
+TEST_F(Approach, AndEngagementTogetherAreBitForBitWhatEachIsAlone) {
+    SavedHead{.headCentre = {312.5, -48.25, -610.0}, .rotation = 30.0}.LoadInto(head);
+    AtEveryPosition([this](double a, double b) {
+        CMaVector approach(0.0, 0.0, 0.0), engagement(0.0, 0.0, 0.0);
+        head.ApproachAndEngagement(a, b, 10.0, approach, engagement);
+        EXPECT_EQ(TripleOf(approach), ApproachAt(a, b, 10.0)) << a << ' ' << b;
+        EXPECT_EQ(TripleOf(engagement), EngagementAt(a, b)) << a << ' ' << b;
+    });
+}
+
 TEST_F(Approach, IsTheSameAtBothEndsOfB) {
     SavedHead{.headCentre = {312.5, -48.25, -610.0}, .rotation = 30.0}.LoadInto(head);
     for (int a = 0; a <= 90; a += 15) {

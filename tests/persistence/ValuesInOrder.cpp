@@ -29,6 +29,11 @@ struct Profile {
     std::vector<std::wstring> files;
     std::vector<std::string> defaults;
     std::vector<std::size_t> capacities;
+    std::vector<std::wstring> snapshots;                              ///< names of the files whose reads were made one
+    std::vector<std::size_t> snapshotsEndedAt;                        ///< reads made when each ended
+    std::vector<std::wstring> batches;                                ///< names of the files whose writes were made one
+    std::vector<std::size_t> commitsAfter;                            ///< writes made before each
+    bool commits = true;                                              ///< whether a commit succeeds
     std::function<void(std::size_t)> beforeRead = [](std::size_t) {}; ///< may throw; the argument counts from 0
     std::function<bool(std::size_t)> write = [](std::size_t) { return true; }; ///< whether it succeeds; may throw
 } profile;
@@ -57,6 +62,19 @@ bool WriteProfileText(const wchar_t* section, const wchar_t* key, const char* te
     if (!profile.write(profile.written.size() - 1)) return false;
     profile.texts[entry] = text;
     return true;
+}
+
+// Held together by what this program sees: each access counts when it is made.
+struct ProfileSnapshot::State {};
+ProfileSnapshot::ProfileSnapshot(const wchar_t* fileName) { profile.snapshots.push_back(fileName); }
+ProfileSnapshot::~ProfileSnapshot() { profile.snapshotsEndedAt.push_back(profile.read.size()); }
+
+struct ProfileBatch::State {};
+ProfileBatch::ProfileBatch(const wchar_t* fileName) { profile.batches.push_back(fileName); }
+ProfileBatch::~ProfileBatch() = default;
+bool ProfileBatch::Commit() {
+    profile.commitsAfter.push_back(profile.written.size());
+    return profile.commits;
 }
 
 // No settings: every fixed offset is the default, whatever the machine that runs the tests has stored.
@@ -122,6 +140,31 @@ TEST_F(HeadGeometryFile, IsSavedInItsOrderIntoTheOneFile) {
     EXPECT_EQ(profile.written, savedOrder);
     EXPECT_EQ(profile.files, std::vector<std::wstring>(7, L"a head.ini"));
     EXPECT_TRUE(profile.read.empty());
+}
+
+TEST_F(HeadGeometryFile, GetsItsSevenValuesInOneReplacement) {
+    EXPECT_EQ(Save().code, S_OK);
+    EXPECT_EQ(profile.batches, std::vector<std::wstring>{L"a head.ini"});
+    EXPECT_EQ(profile.commitsAfter, std::vector<std::size_t>{7});
+}
+
+TEST_F(HeadGeometryFile, IsNotReplacedWhenAValueCannotBeWritten) {
+    profile.write = [](std::size_t i) { return i != 3; };
+    EXPECT_EQ(Save().code, QMV_E_WRITE_TO_FILE);
+    EXPECT_TRUE(profile.commitsAfter.empty());
+}
+
+TEST_F(HeadGeometryFile, CannotBeSavedWhenTheReplacementFails) {
+    profile.commits = false;
+    ExpectRecord(Save(), QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File");
+    EXPECT_EQ(profile.commitsAfter, std::vector<std::size_t>{7});
+}
+
+TEST_F(HeadGeometryFile, IsLoadedAsItIsAtOneMoment) {
+    FillWithNumbers();
+    EXPECT_EQ(Load().code, S_OK);
+    EXPECT_EQ(profile.snapshots, std::vector<std::wstring>{L"a head.ini"});
+    EXPECT_EQ(profile.snapshotsEndedAt, std::vector<std::size_t>{10});
 }
 
 TEST_F(HeadGeometryFile, HoldsZerosWhenNoGeometryWasEverSupplied) {

@@ -115,4 +115,87 @@ TEST(ModuleState, GivesTheHostItsSettingsBackWhenAnExceptionLeaves) {
 
 #endif
 
+#ifdef __x86_64__
+
+/// The older floating-point unit, which long doubles and parts of the C library use.
+constexpr unsigned short olderUnitsDefault = 0x037F;
+constexpr unsigned short olderUnitsFlags = 0x003F;
+
+unsigned short OlderUnitsControl() {
+    unsigned short control = 0;
+    asm volatile("fnstcw %0" : "=m"(control));
+    return control;
+}
+
+unsigned short FlagsOfTheOlderUnit() {
+    unsigned short status = 0;
+    asm volatile("fnstsw %0" : "=m"(status));
+    return status & olderUnitsFlags;
+}
+
+/// A host that has the unit set in its own way; it is as the thread started with it at the end.
+class OlderUnit {
+public:
+    explicit OlderUnit(unsigned short control) { asm volatile("fnclex\n\tfldcw %0" : : "m"(control)); }
+    OlderUnit(const OlderUnit&) = delete;
+    OlderUnit& operator=(const OlderUnit&) = delete;
+    ~OlderUnit() { asm volatile("fnclex\n\tfldcw %0" : : "m"(olderUnitsDefault)); }
+};
+
+void RaiseAFlagOfTheOlderUnit() {
+    volatile long double third = 1.0L;
+    third = third / 3.0L;
+}
+
+TEST(ModuleState, SetsTheOlderUnitToItsDefaultsAndBack) {
+    struct Case {
+        unsigned short control;
+        const char* why;
+    };
+    for (const Case& c : {Case{olderUnitsDefault, "as a thread starts"}, Case{0x027F, "53 bits, some hosts' default"},
+                          Case{0x0B7F, "rounding up"}, Case{0x037A, "traps on division by zero"}}) {
+        const OlderUnit host(c.control);
+        {
+            const ModuleStateGuard guard;
+            EXPECT_EQ(OlderUnitsControl(), olderUnitsDefault) << c.why;
+        }
+        EXPECT_EQ(OlderUnitsControl(), c.control) << c.why;
+    }
+}
+
+TEST(ModuleState, LeavesNoFlagInTheOlderUnit) {
+    const OlderUnit host(olderUnitsDefault);
+    {
+        const ModuleStateGuard guard;
+        RaiseAFlagOfTheOlderUnit();
+        ASSERT_NE(FlagsOfTheOlderUnit(), 0);
+    }
+    EXPECT_EQ(FlagsOfTheOlderUnit(), 0);
+}
+
+TEST(ModuleState, KeepsTheHostsFlagsInTheOlderUnitAndOutOfOurs) {
+    const OlderUnit host(olderUnitsDefault);
+    RaiseAFlagOfTheOlderUnit();
+    const unsigned short raised = FlagsOfTheOlderUnit();
+    ASSERT_NE(raised, 0);
+    {
+        const ModuleStateGuard guard;
+        EXPECT_EQ(FlagsOfTheOlderUnit(), 0);
+    }
+    EXPECT_EQ(FlagsOfTheOlderUnit(), raised);
+}
+
+TEST(ModuleState, KeepsWhatTheHostHasSetInTheVectorUnitApartFromTheOlderOne) {
+    const OlderUnit host(olderUnitsDefault);
+    const unsigned int before = _mm_getcsr();
+    {
+        const ModuleStateGuard guard;
+        RaiseAFlagOfTheOlderUnit(); // sends the guard the long way out
+        result = one / zero;
+    }
+    EXPECT_EQ(_mm_getcsr(), before);
+}
+
+#endif
+
 } // namespace

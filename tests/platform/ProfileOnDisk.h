@@ -3,8 +3,11 @@
 #include "platform/ProfileFile.h"
 #include "support/TemporaryFolder.h"
 
+#include <gtest/gtest.h>
+
 #include <fstream>
 #include <iterator>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -40,3 +43,22 @@ public:
 private:
     TemporaryFolder folder;
 };
+
+/// A write into a file of a certain content, and what the file must be then.
+struct ProfileEdit {
+    std::string before;
+    const wchar_t* section;
+    const wchar_t* key;
+    const char* text;
+    std::string after;
+    const char* why;
+};
+
+inline void ExpectEdits(std::span<const ProfileEdit> edits) {
+    const ProfileOnDisk profile;
+    for (const auto& [before, section, key, text, after, why] : edits) {
+        profile.Put(before);
+        EXPECT_TRUE(profile.Write(section, key, text)) << why;
+        EXPECT_EQ(profile.Content(), after) << why;
+    }
+}

@@ -23,14 +23,7 @@ TEST(ProfileWriting, MakesFileSectionAndKey) {
 }
 
 TEST(ProfileWriting, LeavesTheFileAsTheRulesSay) {
-    const struct {
-        const char* before;
-        const wchar_t* section;
-        const wchar_t* key;
-        const char* text;
-        const char* after;
-        const char* why;
-    } cases[] = {
+    const ProfileEdit edits[] = {
         {"[S]\r\nk=1\r\nm=2\r\n", L"S", L"k", "9", "[S]\r\nk=9\r\nm=2\r\n", "replaces where the key stands"},
         {"[s]\r\nK=1\r\n", L"S", L"k", "9", "[s]\r\nK=9\r\n", "the stored spelling stays"},
         {"[S]\r\nk=1\r\n[T]\r\n", L"S", L"m", "9", "[S]\r\nk=1\r\nm=9\r\n[T]\r\n", "a new key at the section's end"},
@@ -56,12 +49,7 @@ TEST(ProfileWriting, LeavesTheFileAsTheRulesSay) {
         {"[S]\r\nk=1\r\n[T]\r\n[S]\r\nm=2\r\n", L"S", nullptr, nullptr, "[T]\r\n[S]\r\nm=2\r\n", "the first of two"},
         {"[S]\r\nk=1\r\n", L"None", nullptr, nullptr, "[S]\r\nk=1\r\n", "a section that is not there"},
     };
-    const ProfileOnDisk profile;
-    for (const auto& [before, section, key, text, after, why] : cases) {
-        profile.Put(before);
-        EXPECT_TRUE(profile.Write(section, key, text)) << why;
-        EXPECT_EQ(profile.Content(), after) << why;
-    }
+    ExpectEdits(edits);
 }
 
 TEST(ProfileWriting, RemovesFromAFileThatIsNotThereWithoutMakingIt) {

@@ -4,12 +4,10 @@
 #include "support/AlignmentArray.h"
 #include "support/Bstr.h"
 #include "support/ErrorRecord.h"
+#include "support/ExpectedFailure.h"
 #include "support/TemporaryFolder.h"
 
 #include <cstring>
-#include <functional>
-#include <string>
-#include <vector>
 
 /// The component through its registration, as most clients have it, and what it tells of its failures there.
 
@@ -89,15 +87,6 @@ TEST(ActivationWithoutRegistration, FindsNeitherClassNorName) {
     EXPECT_EQ(CLSIDFromProgID(QMVCalculatorProgId, &clsid), CO_E_CLASSSTRING);
 }
 
-struct Failure {
-    const char* how;
-    std::function<Raised()> action;
-    HRESULT code;
-    const wchar_t* source;
-    const wchar_t* description;
-    const wchar_t* helpFile;
-};
-
 TEST_F(Failures, LeaveARecordOfEveryKindWithItsHelpFileAndInterface) {
     const auto fresh = CreateRegistered();
     const auto placed = CreateRegistered();
@@ -111,7 +100,7 @@ TEST_F(Failures, LeaveARecordOfEveryKindWithItsHelpFileAndInterface) {
     double b = 0.0;
     XYZData start{};
     RequiredMoves moves{};
-    const Failure failures[] = {
+    const ExpectedFailure failures[] = {
         {"a position never set", [&] { return ReturnedBy([&] { return fresh->GetCurrentHeadPosition(&a, &b); }); },
          QMV_E_POSITION_UNKNOWN, L"CQMVCalculator::GetCurrentHeadPosition", L"Current Position is not known", L""},
         {"a start without a geometry", [&] { return ReturnedBy([&] { return fresh->GetStartPosition(&start); }); },
@@ -137,18 +126,7 @@ TEST_F(Failures, LeaveARecordOfEveryKindWithItsHelpFileAndInterface) {
         {"nowhere to save",
          [&] { return ReturnedBy([&] { return fresh->SaveHeadGeometryToFile(nowhere.Address()); }); },
          QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File", L""}};
-    for (const Failure& failure : failures) {
-        SCOPED_TRACE(failure.how);
-        const Raised raised = failure.action();
-        EXPECT_EQ(raised.code, failure.code) << std::hex << static_cast<unsigned>(raised.code);
-        ASSERT_TRUE(raised.record);
-        EXPECT_EQ(raised.record->source, failure.source);
-        EXPECT_EQ(raised.record->description, failure.description);
-        EXPECT_EQ(raised.record->helpFile, failure.helpFile);
-        EXPECT_EQ(raised.record->helpContext, 0U);
-        EXPECT_TRUE(IsEqualGUID(raised.record->guid, IID_IQMVCalculator));
-        EXPECT_FALSE(TakeErrorRecord()) << "it is there once";
-    }
+    for (const ExpectedFailure& failure : failures) ExpectRecord(failure);
 }
 
 TEST_F(Failures, AreSaidToBeRecordedForTheFirstInterfaceOnly) {

@@ -2,7 +2,7 @@
 
 #include "support/CountedMalloc.h"
 
-#include <cstdlib>
+#include <atomic>
 #include <new>
 
 namespace {
@@ -22,6 +22,7 @@ struct Countdown {
 };
 
 thread_local constinit Countdown countdown;
+constinit std::atomic<long> liveBlocks{0};
 
 // On malloc, so that a sanitizer that watches the heap still sees every block.
 void* Allocate(std::size_t size) noexcept { return CountedMalloc(size == 0 ? 1 : size); }
@@ -35,6 +36,10 @@ void* AllocateOrThrow(std::size_t size) {
 } // namespace
 
 bool AllocationFailsNow() noexcept { return countdown.FailsNow(); }
+
+void CountBlock(int change) noexcept { liveBlocks.fetch_add(change, std::memory_order_relaxed); }
+
+long FailingAllocations::LiveBlocks() noexcept { return liveBlocks.load(); }
 
 FailingAllocations::FailingAllocations(long successes, Extent extent) noexcept {
     countdown = {true, false, successes, extent};
@@ -51,9 +56,9 @@ void* operator new(std::size_t size) { return AllocateOrThrow(size); }
 void* operator new[](std::size_t size) { return AllocateOrThrow(size); }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete[](void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
-void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
-void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
-void operator delete[](void* block, const std::nothrow_t&) noexcept { std::free(block); }
+void operator delete(void* block) noexcept { CountedFree(block); }
+void operator delete[](void* block) noexcept { CountedFree(block); }
+void operator delete(void* block, std::size_t) noexcept { CountedFree(block); }
+void operator delete[](void* block, std::size_t) noexcept { CountedFree(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { CountedFree(block); }
+void operator delete[](void* block, const std::nothrow_t&) noexcept { CountedFree(block); }

@@ -19,6 +19,10 @@ public:
     FailingAllocations& operator=(const FailingAllocations&) = delete;
     ~FailingAllocations();
 
+    /// Blocks that are allocated now and not given back: `new`, and but for Windows malloc and calloc in the program's
+    /// own code. Only differences mean anything.
+    static long LiveBlocks() noexcept;
+
     /// Back to normal. True when an allocation was made to fail.
     bool Stop() noexcept;
 };

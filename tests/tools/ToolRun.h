@@ -20,6 +20,9 @@ struct ToolRun {
 /// Runs the tool in this process, without colours.
 ToolRun RunQmv40(std::vector<std::string> arguments);
 
+/// Apart from the folder of that name that other tests share.
+namespace tools_tests {
+
 /// A folder of its own, removed with everything in it. Its name holds blanks.
 class TemporaryFolder {
 public:
@@ -38,6 +41,10 @@ public:
 private:
     std::filesystem::path path;
 };
+
+} // namespace tools_tests
+
+using tools_tests::TemporaryFolder;
 
 std::string ReadFile(const std::string& fileName);
 

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr const char* commands[] = {"geometry", "move", "start", "pole", "fit"};
+constexpr const char* commands[] = {"geometry", "move", "check", "start", "pole", "fit"};
 
 TEST(Usage, HelpTeachesEveryCommandByAnExample) {
     for (const char* command : commands) {
@@ -54,6 +54,9 @@ TEST(Usage, WhatMakesNoSenseIsRefusedOnStandardErrorAlone) {
         {{"move", "--geometry", "x.ini", "--from", "0,0", "--to", "a,b"}, "no numbers"},
         {{"move", "--geometry", "x.ini", "--from", "0,0", "--to", "0,0", "--json", "--csv"}, "two formats"},
         {{"fit", "--shape", "sphere", "--points", "p.csv"}, "no such shape"},
+        {{"settings"}, "no command of a command that has some"},
+        {{"settings", "validate"}, "no file"},
+        {{"selfcheck", "--settings", "x.reg"}, "no settings have a say there"},
     };
     for (const auto& each : cases) {
         const ToolRun run = RunQmv40(each.arguments);

@@ -11,17 +11,20 @@ constexpr std::array<std::string_view, 5> captureColumns{"APosition", "BPosition
 
 } // namespace
 
-std::vector<HeadAlignmentDataItem> ReadCapture(const std::string& fileName) {
-    std::vector<HeadAlignmentDataItem> items;
-    for (const std::vector<double>& row : ReadNumberColumns(fileName, captureColumns)) {
-        items.push_back({row[0], row[1], row[2], row[3], row[4]});
+CaptureFile ReadCaptureFile(const std::string& fileName) {
+    CaptureFile file{fileName, {}, {}};
+    for (const auto& [line, row] : ReadNumberColumns(fileName, captureColumns)) {
+        file.items.push_back({row[0], row[1], row[2], row[3], row[4]});
+        file.lines.push_back(line);
     }
-    return items;
+    return file;
 }
+
+std::vector<HeadAlignmentDataItem> ReadCapture(const std::string& fileName) { return ReadCaptureFile(fileName).items; }
 
 std::vector<XYZData> ReadPoints(const std::string& fileName) {
     std::vector<XYZData> points;
-    for (const std::vector<double>& row : ReadNumberColumns(fileName, std::span(captureColumns).subspan<2>())) {
+    for (const auto& [line, row] : ReadNumberColumns(fileName, std::span(captureColumns).subspan<2>())) {
         points.push_back({row[0], row[1], row[2]});
     }
     return points;

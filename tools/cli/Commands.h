@@ -11,6 +11,10 @@ class App;
 
 void AddGeometryCommand(CLI::App& tool, const Console& console);
 void AddMoveCommand(CLI::App& tool, const Console& console);
+void AddCheckCommand(CLI::App& tool, const Console& console);
 void AddStartCommand(CLI::App& tool, const Console& console);
 void AddPoleCommand(CLI::App& tool, const Console& console);
 void AddFitCommand(CLI::App& tool, const Console& console);
+void AddSettingsCommand(CLI::App& tool, const Console& console);
+void AddSelfcheckCommand(CLI::App& tool, const Console& console);
+void AddDoctorCommand(CLI::App& tool, const Console& console);

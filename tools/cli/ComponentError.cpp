@@ -34,7 +34,9 @@ constexpr std::array knownFailures{
                                             "one line or in one place."},
     KnownFailure{QMV_E_GEOMETRY_LIMIT_REACHED, "The fit found no end: look for mistyped points."},
     KnownFailure{QMV_E_INVALID_TARGET, "A goes from 0 to 90 and B from -180 to 180, both in steps of 15 degrees."},
-    KnownFailure{REGDB_E_CLASSNOTREG, "The component CoQMV40Calculator is not registered on this machine."},
+    KnownFailure{REGDB_E_CLASSNOTREG,
+                 "The component is not registered on this machine. As administrator, in its folder: "
+                 "regsvr32 CoQMV40Calculator.dll"},
 };
 
 } // namespace

@@ -7,7 +7,8 @@
 struct Console {
     std::ostream& out;
     std::ostream& err;
-    bool colour = false; ///< plain data may carry terminal colours
+    bool colour = false;   ///< plain data may carry terminal colours
+    bool progress = false; ///< messages are read on a terminal: a line there may be written over
 
     std::string Strong(const std::string& text) const { return colour ? "\x1b[1m" + text + "\x1b[0m" : text; }
 };

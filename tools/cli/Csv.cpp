@@ -1,13 +1,12 @@
 #include "cli/Csv.h"
 
 #include "cli/Failures.h"
+#include "cli/Files.h"
 #include "cli/Numbers.h"
 #include "cli/Text.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
-#include <sstream>
 
 namespace {
 
@@ -19,20 +18,6 @@ struct Line {
 
     [[noreturn]] void Refuse(std::string reason) const { throw InputError{file, number, std::move(reason)}; }
 };
-
-std::string ReadWhole(const std::string& fileName) {
-    const std::filesystem::path path = PathOf(fileName);
-    std::error_code ignored;
-    if (!std::filesystem::exists(path, ignored)) throw InputError{fileName, {}, "no such file"};
-    if (std::filesystem::is_directory(path, ignored)) throw InputError{fileName, {}, "is a folder"};
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream content;
-    content << file.rdbuf();
-    // Copying nothing counts as a failure of the target, and a file may be empty.
-    const bool isEmpty = std::filesystem::file_size(path, ignored) == 0;
-    if (!file || (!content && !isEmpty)) throw InputError{fileName, {}, "cannot be read"};
-    return content.str();
-}
 
 /// The content without its byte-order mark. Text in another encoding would fail in the header, and puzzle the user.
 std::string_view WithoutMark(const std::string& fileName, std::string_view content) {
@@ -114,9 +99,8 @@ double Number(const Line& line, const std::string& field, std::string_view colum
 
 } // namespace
 
-std::vector<std::vector<double>> ReadNumberColumns(const std::string& fileName,
-                                                   std::span<const std::string_view> names) {
-    const std::string content = ReadWhole(fileName);
+std::vector<NumberRow> ReadNumberColumns(const std::string& fileName, std::span<const std::string_view> names) {
+    const std::string content = ReadWholeFile(fileName);
     const std::vector<Line> lines = SignificantLines(fileName, WithoutMark(fileName, content));
     if (lines.empty()) throw InputError{fileName, 1, "there is no header"};
 
@@ -124,15 +108,15 @@ std::vector<std::vector<double>> ReadNumberColumns(const std::string& fileName,
     std::vector<std::size_t> columns;
     for (const std::string_view name : names) columns.push_back(ColumnIndex(lines.front(), header, name));
 
-    std::vector<std::vector<double>> rows;
+    std::vector<NumberRow> rows;
     for (const Line& line : std::span(lines).subspan(1)) {
         const std::vector<std::string> fields = Fields(line);
         if (fields.size() != header.size()) {
             line.Refuse("there are " + std::to_string(fields.size()) + " fields where the header has " +
                         std::to_string(header.size()));
         }
-        std::vector<double>& row = rows.emplace_back();
-        for (std::size_t i = 0; i < names.size(); ++i) row.push_back(Number(line, fields[columns[i]], names[i]));
+        NumberRow& row = rows.emplace_back(NumberRow{line.number, {}});
+        for (std::size_t i = 0; i < names.size(); ++i) row.values.push_back(Number(line, fields[columns[i]], names[i]));
     }
     return rows;
 }

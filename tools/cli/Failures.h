@@ -24,3 +24,8 @@ struct InputError {
 struct UsageError {
     std::string reason;
 };
+
+/// The command has said all there is to say; only its exit code is left to tell.
+struct CommandEnded {
+    ExitCode exitCode;
+};

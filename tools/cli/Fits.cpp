@@ -1,6 +1,7 @@
 #include "cli/Fits.h"
 
 #include "cli/ComponentError.h"
+#include "diagnostics/AxisCircle.h"
 #include "maths/LibraryStep.h"
 
 #include <algorithm>
@@ -50,14 +51,6 @@ std::vector<double> Bearings(const CMaCircle& circle, const CMaPointArray& point
         .values;
 }
 
-double ArcCovered(const CMaCircle& circle, const CMaPointArray& points) {
-    std::vector<double> bearings = Bearings(circle, points);
-    std::ranges::sort(bearings);
-    double widestGap = bearings.front() + 360.0 - bearings.back();
-    for (std::size_t i = 1; i < bearings.size(); ++i) widestGap = std::max(widestGap, bearings[i] - bearings[i - 1]);
-    return 360.0 - widestGap;
-}
-
 } // namespace
 
 double Residuals::Rms() const {
@@ -76,7 +69,7 @@ CircleFit FitCircle(const CMaPointArray& points) {
     Fitted(L"CMaCircle::Fit", L"Error Fitting points to a circle", [&] { circle.Fit(points, iterationLimit); });
     const auto distance = [&circle](const CMaVector& point) { return DistanceFromCircle(circle, point); };
     return {circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius(), ResidualsOf(points, distance),
-            ArcCovered(circle, points)};
+            diagnostics::ArcCovered(Bearings(circle, points))};
 }
 
 PlaneFit FitPlane(const CMaPointArray& points) {

@@ -1,13 +1,9 @@
 #pragma once
 
+#include "check/HeadAngles.h"
+
 #include <optional>
 #include <string>
-
-/// Where the head stands or is to stand, degrees.
-struct HeadAngles {
-    double a;
-    double b;
-};
 
 /// Two finite numbers with a comma between, such as 45,-90.
 std::optional<HeadAngles> ParseHeadAngles(const std::string& text);

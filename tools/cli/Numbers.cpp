@@ -1,5 +1,7 @@
 #include "cli/Numbers.h"
 
+#include "cli/Text.h"
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -36,4 +38,13 @@ ParsedNumber ParseNumber(std::string_view text) {
     if (result.ptr != text.data() + text.size()) return {.problem = "goes on after the number"};
     if (!std::isfinite(parsed.value)) return {.problem = "is not a finite number"};
     return parsed;
+}
+
+std::optional<std::pair<double, double>> ParseNumberPair(std::string_view text) {
+    const std::size_t comma = text.find(',');
+    if (comma == std::string_view::npos) return std::nullopt;
+    const ParsedNumber first = ParseNumber(Trimmed(text.substr(0, comma)));
+    const ParsedNumber second = ParseNumber(Trimmed(text.substr(comma + 1)));
+    if (first.problem != nullptr || second.problem != nullptr) return std::nullopt;
+    return std::pair(first.value, second.value);
 }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// Numbers as text and back, with `.` as the decimal mark whatever the locale.
 
@@ -19,3 +21,6 @@ struct ParsedNumber {
 
 /// Reads a decimal number that takes up the whole text. Only finite numbers are accepted.
 ParsedNumber ParseNumber(std::string_view text);
+
+/// Two finite numbers with a comma between, such as -500,0.
+std::optional<std::pair<double, double>> ParseNumberPair(std::string_view text);

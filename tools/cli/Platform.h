@@ -39,3 +39,6 @@ std::wstring FileNameForComponent(const std::filesystem::path& path);
 
 /// Standard output goes to a terminal that understands colours.
 bool OutputIsTerminal();
+
+/// Standard error goes to one.
+bool ErrorsGoToTerminal();

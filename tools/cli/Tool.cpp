@@ -25,22 +25,11 @@ constexpr const char* footer =
     "Exit codes: 0 done; 1 the component refused; 2 wrong usage; 3 a file is missing, malformed or cannot be\n"
     "written; 4 a check found something wrong. Set NO_COLOR for text without colours.";
 
-void AddCommands(CLI::App& tool, const Console& console) {
-    tool.set_version_flag("--version", "qmv40 " QMV40_VERSION);
-    tool.footer(footer);
-    tool.require_subcommand(1);
-    AddGeometryCommand(tool, console);
-    AddMoveCommand(tool, console);
-    AddStartCommand(tool, console);
-    AddPoleCommand(tool, console);
-    AddFitCommand(tool, console);
-}
-
 /// The command that was asked for prints documents, its failures included.
-bool WantsJson(const CLI::App& tool) {
+bool WantsJson(const CLI::App& tool) { // NOLINT(misc-no-recursion): commands may have commands of their own
     return std::ranges::any_of(tool.get_subcommands(), [](const CLI::App* command) {
         const CLI::Option* const json = command->get_option_no_throw("--json");
-        return json != nullptr && json->count() != 0;
+        return (json != nullptr && json->count() != 0) || WantsJson(*command);
     });
 }
 
@@ -71,6 +60,8 @@ int RunCommand(std::vector<std::string> arguments, CLI::App& tool, const Console
         return exitDone;
     } catch (const CLI::ParseError& error) {
         return tool.exit(error, console.out, console.err) == 0 ? exitDone : exitWrongUsage;
+    } catch (const CommandEnded& ended) {
+        return ended.exitCode;
     } catch (const UsageError& error) {
         console.err << "qmv40: " << error.reason << '\n';
         return exitWrongUsage;
@@ -87,9 +78,27 @@ int RunCommand(std::vector<std::string> arguments, CLI::App& tool, const Console
 
 } // namespace
 
+void MakeTool(CLI::App& tool, const Console& console) {
+    tool.name("qmv40");
+    tool.description(description);
+    tool.allow_windows_style_options(false); // a name that begins with a slash is a file's
+    tool.set_version_flag("--version", "qmv40 " QMV40_VERSION);
+    tool.footer(footer);
+    tool.require_subcommand(1);
+    AddGeometryCommand(tool, console);
+    AddMoveCommand(tool, console);
+    AddCheckCommand(tool, console);
+    AddStartCommand(tool, console);
+    AddPoleCommand(tool, console);
+    AddFitCommand(tool, console);
+    AddSettingsCommand(tool, console);
+    AddSelfcheckCommand(tool, console);
+    AddDoctorCommand(tool, console);
+}
+
 int RunTool(std::vector<std::string> arguments, const Console& console) {
-    CLI::App tool(description, "qmv40");
-    AddCommands(tool, console);
+    CLI::App tool;
+    MakeTool(tool, console);
     const int exitCode = RunCommand(std::move(arguments), tool, console);
     if (console.out.flush()) return exitCode;
     console.err << "qmv40: the output could not be written\n";

@@ -14,14 +14,7 @@ namespace {
 using namespace std::string_literals;
 
 TEST(ProfileBytes, StayAsTheyAreButForTheOnesWritten) {
-    const struct {
-        std::string before;
-        const wchar_t* section;
-        const wchar_t* key;
-        const char* text;
-        std::string after;
-        const char* why;
-    } cases[] = {
+    const ProfileEdit edits[] = {
         {"[S]\n  k\t= 1 \n", L"S", L"k", "9", "[S]\n  k\t= 9 \n", "indentation and blanks"},
         {"\n; c\n\n[S]\n\nk=1\n\n\n[T]\n", L"S", L"k", "9", "\n; c\n\n[S]\n\nk=9\n\n\n[T]\n", "blank lines, comments"},
         {"[S]\nk=1\r\nm=2\rn=3", L"S", L"m", "9", "[S]\nk=1\r\nm=9\rn=3", "each line's own end"},
@@ -46,12 +39,7 @@ TEST(ProfileBytes, StayAsTheyAreButForTheOnesWritten) {
         {"\xEF\xBB\xBF[S]\nk=\xC3\xA4\n", L"S", L"k", "9", "\xEF\xBB\xBF[S]\nk=9\n", "the UTF-8 mark"},
         {"\xEF\xBB\xBF", L"S", L"k", "9", "\xEF\xBB\xBF[S]\r\nk=9\r\n", "even alone"},
     };
-    const ProfileOnDisk profile;
-    for (const auto& [before, section, key, text, after, why] : cases) {
-        profile.Put(before);
-        EXPECT_TRUE(profile.Write(section, key, text)) << why;
-        EXPECT_EQ(profile.Content(), after) << why;
-    }
+    ExpectEdits(edits);
 }
 
 /// UTF-16 text, given as units.

@@ -1,4 +1,5 @@
 #include "platform/ProfileOnDisk.h"
+#include "support/portable/OtherProcess.h"
 
 #include <gtest/gtest.h>
 
@@ -38,23 +39,6 @@ struct stat StatusOf(const fs::path& path) {
     struct stat status {};
     EXPECT_EQ(::stat(path.c_str(), &status), 0);
     return status;
-}
-
-/// Runs `action` in a process of its own, so that what it does to itself ends with it. True when it returns true.
-template <typename Action> bool InAnotherProcess(Action action) {
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(action() ? 0 : 1);
-    int status = 0;
-    return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-/// The same as a user who may not do everything. Root becomes one; anybody else is one.
-template <typename Action> bool AsOrdinaryUser(Action action) {
-    constexpr uid_t nobody = 65534;
-    return InAnotherProcess([&] {
-        if (::geteuid() == 0 && (::setgid(nobody) != 0 || ::setuid(nobody) != 0)) return false;
-        return action();
-    });
 }
 
 /// A profile that everybody may reach.
@@ -296,13 +280,36 @@ TEST(ProfileReplacing, DoesNotWaitForEverForAFolderThatIsLocked) {
     ::close(folder);
 }
 
-TEST(ProfileReplacing, PassesOverWhatACrashedProgramLeftBehind) {
+TEST(ProfileReplacing, TakesAwayWhatACrashedProgramLeftBehind) {
     const ProfileOnDisk profile;
-    // The names that this process would try first.
-    for (int i = 0; i < 90; ++i)
-        std::ofstream(profile.Folder() / (".qmv40-" + std::to_string(::getpid()) + "-" + std::to_string(i) + ".tmp"));
+    std::ofstream(profile.Folder() / ".qmv40.tmp") << "half a fi";
     EXPECT_TRUE(profile.Write(L"S", L"k", "1"));
     EXPECT_EQ(profile.Read(L"S", L"k"), "1");
+    EXPECT_EQ(NamesIn(profile.Folder()), std::vector<std::string>{"head.ini"});
+}
+
+TEST(ProfileReplacing, PassesOverWhatItCannotTakeAway) {
+    const ProfileOnDisk profile;
+    fs::create_directory(profile.Folder() / ".qmv40.tmp");
+    EXPECT_TRUE(profile.Write(L"S", L"k", "1"));
+    EXPECT_EQ(profile.Read(L"S", L"k"), "1");
+}
+
+// Without the folder's lock, whose owner is not to be disturbed, there may be other writers at work.
+TEST(ProfileReplacing, LeavesOtherWritersFilesAloneInAFolderThatIsLocked) {
+    const ProfileOnDisk profile;
+    const int folder = ::open(profile.Folder().c_str(), O_RDONLY | O_DIRECTORY);
+    ASSERT_EQ(::flock(folder, LOCK_EX), 0);
+    // The names that this process would try first.
+    const auto taken = [&](int i) {
+        return profile.Folder() / (".qmv40-" + std::to_string(::getpid()) + "-" + std::to_string(i) + ".tmp");
+    };
+    for (int i = 0; i < 90; ++i) std::ofstream(taken(i)) << "theirs";
+    std::ofstream(profile.Folder() / ".qmv40.tmp") << "theirs";
+    EXPECT_TRUE(profile.Write(L"S", L"k", "1"));
+    EXPECT_EQ(profile.Read(L"S", L"k"), "1");
+    EXPECT_EQ(NamesIn(profile.Folder()).size(), 92U);
+    ::close(folder);
 }
 
 } // namespace

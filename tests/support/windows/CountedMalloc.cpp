@@ -3,4 +3,13 @@
 #include <cstdlib>
 
 // The system's own allocations (texts, arrays, error records) are out of reach here.
-void* CountedMalloc(std::size_t size) noexcept { return AllocationFailsNow() ? nullptr : std::malloc(size); }
+void* CountedMalloc(std::size_t size) noexcept {
+    void* const block = AllocationFailsNow() ? nullptr : std::malloc(size);
+    if (block != nullptr) CountBlock(1);
+    return block;
+}
+
+void CountedFree(void* block) noexcept {
+    if (block != nullptr) CountBlock(-1);
+    std::free(block);
+}

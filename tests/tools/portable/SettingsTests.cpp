@@ -103,4 +103,42 @@ TEST(Settings, OfTheReferenceHeadsBringThemOutAsWorkedOut) {
     EXPECT_GE(heads, 3) << "the reference heads were not found";
 }
 
+TEST(Settings, OfTheScenarioGivePlansThatTheCheckPasses) {
+    const TemporaryFolder folder;
+    const Scenario scenario = LoadScenario("settings-override");
+    const std::string geometry = folder.Name("head.ini");
+    ASSERT_EQ(0, RunQmv40(scenario.GeometryArguments({"--output", geometry})).exitCode);
+    const std::vector<std::string> check{"check", "--geometry", geometry, "--all", "--reachable"};
+    std::vector<std::string> withSettings = check;
+    withSettings.insert(withSettings.end(), {"--settings", scenario.settings});
+    const ToolRun run = RunQmv40(withSettings);
+    EXPECT_EQ(0, run.exitCode) << run.out;
+}
+
+TEST(Settings, ThatWereNotThereWhenThePlanWasMadeAreNoticedByTheCheck) {
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+    const std::string plan = RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "45,90", "--json"}).out;
+    const ToolRun run = RunQmv40({"check", "--geometry", geometry, "--plan", folder.Write("plan.json", plan),
+                                  "--settings", LoadScenario("settings-override").settings});
+    EXPECT_EQ(4, run.exitCode);
+    EXPECT_NE(std::string::npos, run.out.find("lever-not-touched")) << run.out;
+}
+
+TEST(Settings, OfEveryReferenceHeadGivePlansThatTheCheckPasses) {
+    const TemporaryFolder folder;
+    for (const Json& head : LoadReferenceDocuments()) {
+        const bool isMadeUp = !head["settings"].empty();
+        const std::string settings = isMadeUp ? folder.Write("settings.reg", SettingsText(head["settings"])) : "";
+        std::vector<std::string> check{"check", "--geometry", ReferenceGeometryFile(head, folder, settings), "--all",
+                                       "--reachable"};
+        // Dimensions made up at random put some levers where sphere and ball would be: those have no size here.
+        if (isMadeUp) {
+            check.insert(check.end(), {"--settings", settings, "--sphere-radius", "0", "--ball-radius", "0"});
+        }
+        const ToolRun run = RunQmv40(check);
+        EXPECT_EQ(0, run.exitCode) << head["name"] << '\n' << run.out;
+    }
+}
+
 } // namespace

@@ -4,6 +4,6 @@
 #include <iostream>
 
 int main(int argc, char** argv) {
-    const Console console{std::cout, std::cerr, OutputIsTerminal() && ColourIsWelcome()};
+    const Console console{std::cout, std::cerr, OutputIsTerminal() && ColourIsWelcome(), ErrorsGoToTerminal()};
     return RunTool({argv + 1, argv + argc}, console);
 }

@@ -61,3 +61,5 @@ std::wstring FileNameForComponent(const std::filesystem::path& path) {
 }
 
 bool OutputIsTerminal() { return isatty(STDOUT_FILENO) != 0; }
+
+bool ErrorsGoToTerminal() { return isatty(STDERR_FILENO) != 0; }

@@ -8,6 +8,6 @@ int wmain(int argc, wchar_t** argv) {
     SetConsoleOutputCP(CP_UTF8);
     std::vector<std::string> arguments;
     for (int i = 1; i < argc; ++i) arguments.push_back(ToUtf8(argv[i]));
-    const Console console{std::cout, std::cerr, OutputIsTerminal() && ColourIsWelcome()};
+    const Console console{std::cout, std::cerr, OutputIsTerminal() && ColourIsWelcome(), ErrorsGoToTerminal()};
     return RunTool(std::move(arguments), console);
 }

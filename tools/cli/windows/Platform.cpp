@@ -12,6 +12,14 @@ bool IsInAnsiCodePage(const std::wstring& name) {
     return usedDefault == FALSE;
 }
 
+/// The standard handle is a console, and now takes what else a terminal takes.
+bool UnderstandsColours(DWORD standardHandle) {
+    DWORD mode = 0;
+    const HANDLE console = GetStdHandle(standardHandle);
+    return GetConsoleMode(console, &mode) != 0 &&
+           SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
 } // namespace
 
 ComponentRuntime::ComponentRuntime() {
@@ -45,8 +53,6 @@ std::wstring FileNameForComponent(const std::filesystem::path& path) {
     return name;
 }
 
-bool OutputIsTerminal() {
-    DWORD mode = 0;
-    const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
-    return GetConsoleMode(output, &mode) != 0 && SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
-}
+bool OutputIsTerminal() { return UnderstandsColours(STD_OUTPUT_HANDLE); }
+
+bool ErrorsGoToTerminal() { return UnderstandsColours(STD_ERROR_HANDLE); }

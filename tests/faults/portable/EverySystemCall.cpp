@@ -1,0 +1,159 @@
+#include "faults/portable/TracedProcess.h"
+
+#include "interface/ErrorCodes.h"
+#include "support/ErrorRecord.h"
+#include "support/TemporaryFolder.h"
+#include "support/TwoGeometries.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <iostream>
+#include <sys/syscall.h>
+
+/// A save is interrupted at each of its system calls in turn, by the process's end and by the call's failure.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What a save or a load says of itself when it has come back.
+enum Verdict { succeeded = 0, refused = 1, wrong = 2 };
+
+constexpr long mostCalls = 2000;
+
+class EverySystemCall : public testing::Test {
+protected:
+    EverySystemCall() { TwoGeometries::Put(path, 1); }
+
+    std::size_t FilesInFolder() const {
+        const fs::directory_iterator files(folder.Path());
+        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+    }
+
+    void Save() {
+        raised = ReturnedBy([&] { return second->SaveHeadGeometryToFile(name.Address()); });
+    }
+    /// A save that succeeded has replaced the file; one that failed has the right code and record, has left the file
+    /// and the folder as they were, and the object can still save.
+    int VerdictOnSave() {
+        if (raised.code == S_OK) return TwoGeometries::HeldByFile(path) == 2 ? succeeded : wrong;
+        const bool isRightCode = raised.code == QMV_E_WRITE_TO_FILE && raised.record &&
+                                 raised.record->description == L"Failed To Write To File";
+        if (!isRightCode || TwoGeometries::HeldByFile(path) != 1 || FilesInFolder() != 1) return wrong;
+        const bool savesAgain = second->SaveHeadGeometryToFile(name.Address()) == S_OK;
+        return savesAgain && TwoGeometries::HeldByFile(path) == 2 ? refused : wrong;
+    }
+
+    void Load() {
+        raised = ReturnedBy([&] { return loader->LoadHeadGeometryFromFile(name.Address()); });
+    }
+    int VerdictOnLoad() {
+        if (raised.code == S_OK) return TwoGeometries::HeldBy(*loader.Get()) == 1 ? succeeded : wrong;
+        if (raised.code != QMV_E_READ_FROM_FILE || !raised.record) return wrong;
+        const bool loadsAgain = loader->LoadHeadGeometryFromFile(name.Address()) == S_OK;
+        return loadsAgain && TwoGeometries::HeldBy(*loader.Get()) == 1 ? refused : wrong;
+    }
+
+    TemporaryFolder folder;
+    fs::path path = folder.Path("head.ini");
+    Bstr name{path};
+    ComPointer<IQMVCalculator2> second = TwoGeometries::Calculator(folder.Path(), 2);
+    ComPointer<IQMVCalculator2> loader = CreateCalculator();
+    Raised raised;
+};
+
+TEST_F(EverySystemCall, OfASaveMayBeTheProcesssLast) {
+    long calls = 0;
+    std::size_t left = 0;
+    int found[] = {0, 0, 0};
+    for (const auto kind : {Interruption::Kind::KillBefore, Interruption::Kind::KillAfter}) {
+        bool wasReached = true;
+        for (long call = 0; wasReached && call < mostCalls; ++call) {
+            SCOPED_TRACE(testing::Message()
+                         << (kind == Interruption::Kind::KillBefore ? "before" : "after") << " call " << call);
+            TwoGeometries::Put(path, 1);
+            wasReached = RunTraced(
+                             {kind, call}, [&] { Save(); }, [] { return 0; })
+                             .wasReached;
+            const int held = TwoGeometries::HeldByFile(path);
+            ASSERT_NE(held, 0) << TwoGeometries::ContentOf(path);
+            ++found[held];
+            left = std::max(left, FilesInFolder() - 1);
+            calls = std::max(calls, call);
+        }
+        ASSERT_FALSE(wasReached) << "no end of system calls";
+    }
+    std::cout << "killed at " << calls << " system calls, before and after each: " << found[1] << " old files, "
+              << found[2] << " new ones" << std::endl;
+    EXPECT_GT(found[1], 10) << "there are so many calls before the file is replaced";
+    EXPECT_GT(found[2], 2) << "and some behind that";
+    EXPECT_LE(left, 1U) << "what a killed process leaves behind must not pile up";
+    TwoGeometries::Put(path, 1);
+    Save();
+    EXPECT_EQ(VerdictOnSave(), succeeded);
+    EXPECT_EQ(FilesInFolder(), 1U) << "and the next save takes it away";
+}
+
+#ifdef __x86_64__
+
+/// Not the calls that no file system has a hand in.
+bool MayFail(const SystemCall& call) {
+    constexpr long excluded[] = {SYS_mmap,   SYS_munmap, SYS_mremap,         SYS_mprotect, SYS_madvise,
+                                 SYS_brk,    SYS_futex,  SYS_rt_sigprocmask, SYS_gettid,   SYS_getpid,
+                                 SYS_tgkill, SYS_pipe,   SYS_pipe2};
+    return !call.isOnPipe && std::ranges::find(excluded, call.number) == std::end(excluded);
+}
+
+/// Calls that a signal can interrupt: that is no failure.
+bool MayBeInterrupted(long number) {
+    constexpr long calls[] = {SYS_openat, SYS_pread64, SYS_write, SYS_fsync, SYS_close, SYS_flock};
+    return std::ranges::find(calls, number) != std::end(calls);
+}
+
+struct Failing {
+    int error;
+    const char* name;
+};
+constexpr Failing failings[] = {{EINTR, "EINTR"},   {EIO, "EIO"},       {ENOSPC, "ENOSPC"}, {EDQUOT, "EDQUOT"},
+                                {EACCES, "EACCES"}, {EMFILE, "EMFILE"}, {ENOMEM, "ENOMEM"}, {EROFS, "EROFS"}};
+
+/// Fails one call of `action` after the other in each way.
+void FailEveryCall(const std::function<void()>& before, const std::function<void()>& action,
+                   const std::function<int()>& verdict) {
+    int counts[] = {0, 0, 0};
+    for (const auto& [error, errorName] : failings) {
+        bool wasReached = true;
+        for (long call = 0; wasReached && call < mostCalls; ++call) {
+            before();
+            const Traced traced = RunTraced({Interruption::Kind::Fail, call, error, MayFail}, action, verdict);
+            wasReached = traced.wasReached;
+            if (!traced.wasInterrupted) continue;
+            SCOPED_TRACE(testing::Message()
+                         << "call " << call << ", number " << traced.call.number << ": " << errorName);
+            const int outcome = traced.exitCode;
+            ASSERT_TRUE(outcome == succeeded || outcome == refused) << outcome;
+            if (error == EINTR && MayBeInterrupted(traced.call.number)) {
+                EXPECT_EQ(outcome, succeeded);
+            }
+            ++counts[outcome];
+        }
+        ASSERT_FALSE(wasReached) << "no end of system calls";
+    }
+    std::cout << "failed " << counts[succeeded] + counts[refused] << " system calls: " << counts[refused]
+              << " refused, " << counts[succeeded] << " done all the same" << std::endl;
+    EXPECT_GT(counts[refused], 10);
+}
+
+TEST_F(EverySystemCall, OfASaveMayFail) {
+    FailEveryCall([&] { TwoGeometries::Put(path, 1); }, [&] { Save(); }, [&] { return VerdictOnSave(); });
+}
+
+TEST_F(EverySystemCall, OfALoadMayFail) {
+    FailEveryCall([] {}, [&] { Load(); }, [&] { return VerdictOnLoad(); });
+}
+
+#endif
+
+} // namespace

@@ -1,0 +1,60 @@
+#include "interface/ErrorCodes.h"
+#include "neighbours/Neighbour.h"
+#include "support/Calculator.h"
+#include "support/ErrorRecord.h"
+#include "support/Unwinding.h"
+
+#include <exception>
+
+/// A host that calls while an exception of its own is on its way up: from a destructor that runs because of it.
+
+namespace {
+
+class ExceptionInFlight : public Neighbour {};
+
+TEST_F(ExceptionInFlight, ChangesNothing) {
+    Seen actual;
+    int inFlight = 0;
+    WhileUnwinding([&] {
+        inFlight = std::uncaught_exceptions();
+        actual = job.Do();
+    });
+    EXPECT_EQ(inFlight, 1);
+    EXPECT_EQ(std::uncaught_exceptions(), 0);
+    ExpectSame(actual, expected);
+}
+
+// What CalculateMove throws is the destructor's to catch: one that let it out would end the program, whoever threw.
+TEST_F(ExceptionInFlight, LeavesTheDestructorToCatchWhatCalculateMoveThrows) {
+    const auto calculator = CreateCalculator();
+    RequiredMoves moves{};
+    HRESULT caught = S_OK;
+    WhileUnwinding([&] {
+        try {
+            calculator->CalculateMove(0.0, 0.0, &moves);
+        } catch (const HRESULT code) {
+            caught = code;
+        }
+    });
+    EXPECT_EQ(caught, QMV_E_NO_HEAD_GEOMETRY);
+    const auto record = TakeErrorRecord();
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->description, L"Head Geometry has not been supplied and/or loaded");
+}
+
+TEST_F(ExceptionInFlight, MayBeMetAgainAndAgainInItsHandler) {
+    const auto calculator = CreateCalculator();
+    RequiredMoves moves{};
+    for (int i = 0; i < 3; ++i) {
+        try {
+            calculator->CalculateMove(0.0, 0.0, &moves);
+            FAIL() << "nothing was thrown";
+        } catch (const HRESULT outer) {
+            EXPECT_EQ(outer, QMV_E_NO_HEAD_GEOMETRY);
+            ExpectSame(job.Do(), expected); // calls that throw and are caught inside
+        }
+    }
+    EXPECT_EQ(std::uncaught_exceptions(), 0);
+}
+
+} // namespace

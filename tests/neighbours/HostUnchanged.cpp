@@ -1,0 +1,40 @@
+#include "neighbours/HostSnapshot.h"
+#include "neighbours/Neighbour.h"
+#include "support/Calculator.h"
+
+#include <cerrno>
+
+/// What a process has set for all that runs in it is the same after every call.
+
+namespace {
+
+class Host : public Neighbour {};
+
+TEST_F(Host, IsTheSameAfterEveryCall) {
+    for (int round = 0; round < 3; ++round) {
+        const HostSnapshot before;
+        const Seen actual = job.Do();
+        const HostSnapshot after;
+        EXPECT_EQ(after.Lines(), before.Lines());
+        ExpectSame(actual, expected);
+    }
+}
+
+TEST_F(Host, KeepsItsErrorNumber) {
+    const auto calculator = CreateCalculator();
+    Bstr nowhere(folder.Path("none") / "head.ini");
+    Bstr name(folder.Path("head.ini"));
+    constexpr int theHosts = 4711;
+    errno = theHosts;
+    calculator->LoadHeadGeometryFromFile(nowhere.Address());
+    const int afterLoading = errno;
+    calculator->SaveHeadGeometryToFile(nowhere.Address());
+    const int afterSavingNowhere = errno;
+    calculator->SaveHeadGeometryToFile(name.Address());
+    const int afterSaving = errno;
+    EXPECT_EQ(afterLoading, theHosts);
+    EXPECT_EQ(afterSavingNowhere, theHosts);
+    EXPECT_EQ(afterSaving, theHosts);
+}
+
+} // namespace

@@ -1,0 +1,42 @@
+#include "neighbours/Neighbour.h"
+#include "support/HostLocale.h"
+
+#include <clocale>
+#include <locale>
+#include <string>
+
+/// A host's locale has no say in what is read, written or computed, and stays what it was.
+
+namespace {
+
+class Locales : public Neighbour {};
+
+TEST_F(Locales, OfTheCLibraryChangeNothingAndAreNotChanged) {
+    ASSERT_NE(expected.file.find("e+02"), std::string::npos) << "there is a number that a locale could write otherwise";
+    for (const auto language : HostLocale::all) {
+        const HostLocale host(language);
+        SCOPED_TRACE(host.Name());
+        const std::string before = std::setlocale(LC_ALL, nullptr);
+        ExpectSame(job.Do(), expected);
+        EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
+    }
+}
+
+/// Numbers with commas and points, truth in German, and money on top.
+class OtherNumbers : public std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+TEST_F(Locales, OfTheCPlusPlusLibraryChangeNothingAndAreNotChanged) {
+    const std::locale chosen(std::locale::classic(), new OtherNumbers); // owned by the locale
+    const std::locale before = std::locale::global(chosen);
+    const Seen actual = job.Do();
+    const bool isKept = std::locale() == chosen;
+    std::locale::global(before);
+    ExpectSame(actual, expected);
+    EXPECT_TRUE(isKept);
+}
+
+} // namespace

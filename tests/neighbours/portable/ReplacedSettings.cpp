@@ -1,0 +1,107 @@
+#include "settings/FixedHeadOffsets.h"
+#include "support/Rounds.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <thread>
+
+/// A settings file that is replaced while it is read.
+
+namespace {
+
+/// Three values that belong together, and so much besides that a file takes a while to write.
+std::string SettingsText(const std::string& value, bool isLong) {
+    std::string text = "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\Software\\Hollbeck\\VRX Software\\QMV40Calculator]\n";
+    const auto add = [&](const char* name) {
+        text += "\"Head Centre To Drive Cup " + std::string(name) + " Offset\"=\"" + value + "\"\n";
+    };
+    add("X");
+    if (isLong) text += "; " + std::string(100000, '-') + "\n";
+    add("Y");
+    add("Z");
+    return text;
+}
+
+class ReplacedSettings : public testing::Test {
+protected:
+    ReplacedSettings() {
+        if (const char* const before = std::getenv(variable)) chosenBefore = before;
+        ::setenv(variable, file.c_str(), 1);
+    }
+    ~ReplacedSettings() override {
+        chosenBefore.empty() ? ::unsetenv(variable) : ::setenv(variable, chosenBefore.c_str(), 1);
+    }
+
+    void PutInPlace(const std::string& text) const { std::ofstream(file, std::ios::binary) << text; }
+    void PutByRenaming(const std::string& text) const {
+        const auto beside = folder.Path("settings.new");
+        std::ofstream(beside, std::ios::binary) << text;
+        std::filesystem::rename(beside, file);
+    }
+
+    static constexpr const char* variable = "QMV40_SETTINGS";
+    TemporaryFolder folder;
+    std::filesystem::path file = folder.Path("settings.reg");
+    std::string chosenBefore;
+};
+
+/// Reads while `write` writes, and counts the reads that gave the values 1, the values 2, the defaults.
+struct Reads {
+    long first = 0;
+    long second = 0;
+    long defaults = 0;
+    long mixed = 0;
+};
+template <typename Write> Reads ReadWhile(int writes, Write write) {
+    std::atomic<bool> isDone{false};
+    std::thread writer([&] {
+        for (int i = 0; i < writes; ++i) write(i % 2 == 0 ? "2.5" : "1.5");
+        isDone = true;
+    });
+    Reads reads;
+    while (!isDone) {
+        const FixedOffset offset = ReadHeadCentreToDriveCupOffset();
+        const auto isAll = [&](double x, double y, double z) {
+            return offset.x == x && offset.y == y && offset.z == z;
+        };
+        if (isAll(1.5, 1.5, 1.5))
+            ++reads.first;
+        else if (isAll(2.5, 2.5, 2.5))
+            ++reads.second;
+        else if (isAll(-6.95, 24.0, -11.5))
+            ++reads.defaults;
+        else
+            ++reads.mixed;
+    }
+    writer.join();
+    return reads;
+}
+
+TEST_F(ReplacedSettings, GiveTheOldValuesOrTheNewOnesWhenTheFileIsRenamedOver) {
+    PutInPlace(SettingsText("1.5", true));
+    const Reads reads = ReadWhile(Rounds(300), [&](const char* value) { PutByRenaming(SettingsText(value, true)); });
+    std::cout << reads.first << " reads gave the one, " << reads.second << " the other" << std::endl;
+    EXPECT_GT(reads.first, 0);
+    EXPECT_GT(reads.second, 0);
+    EXPECT_EQ(reads.defaults, 0);
+    EXPECT_EQ(reads.mixed, 0);
+}
+
+// Nothing tells a file that is being written from one that says no more: the defaults count while it does not name the
+// key. But values of two writes never come together.
+TEST_F(ReplacedSettings, GiveTheOldValuesOrTheNewOnesOrTheDefaultsWhenTheFileIsRewrittenInPlace) {
+    PutInPlace(SettingsText("1.5", false));
+    const Reads reads = ReadWhile(2000, [&](const char* value) { PutInPlace(SettingsText(value, false)); });
+    std::cout << reads.first << " reads gave the one, " << reads.second << " the other, " << reads.defaults
+              << " the defaults" << std::endl;
+    EXPECT_GT(reads.first + reads.second, 0);
+    EXPECT_EQ(reads.mixed, 0);
+}
+
+} // namespace

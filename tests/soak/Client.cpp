@@ -1,0 +1,182 @@
+#include "soak/Client.h"
+
+#include "support/ErrorRecord.h"
+#include "support/SimulatedHead.h"
+
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace {
+
+constexpr const wchar_t* noGeometry = L"Head Geometry has not been supplied and/or loaded";
+constexpr const wchar_t* noPosition = L"Current Position is not known";
+
+void Require(bool isAsItMustBe, const char* what) {
+    if (!isAsItMustBe) throw std::runtime_error(what);
+}
+
+std::vector<HeadAlignmentDataItem> OnALine() {
+    auto points = SimulatedHead().ASet(45.0);
+    double along = 0.0;
+    for (auto& point : points) point = {point.APosition, point.BPosition, along += 1.0, 0.0, 0.0};
+    return points;
+}
+
+/// The code that a call returns or throws.
+template <typename Made> HRESULT CodeOf(Made&& call) {
+    try {
+        return call();
+    } catch (const HRESULT thrown) {
+        return thrown;
+    }
+}
+
+} // namespace
+
+Workshop::Workshop(const std::filesystem::path& folder, const Answers& theAnswers, std::uint64_t seed)
+    : answers(theAnswers), nowhere(folder / "no such folder" / "head.ini"), scratch(folder / "scratch.ini"),
+      scratchPath(folder / "scratch.ini"), fewPoints(SimulatedHead().ASet(45.0, 3)), onALine(OnALine()),
+      goodB(SimulatedHead().BSet(60.0)), random(seed) {}
+
+void Client::Call() {
+    const struct {
+        std::size_t share;
+        void (Client::*make)();
+    } kinds[] = {
+        {400, &Client::Plan},           {100, &Client::AskForStart},
+        {100, &Client::AskForPole},     {100, &Client::AskForPosition},
+        {100, &Client::SetPosition},    {40, &Client::PlanToNowhere},
+        {40, &Client::SetNoPosition},   {50, &Client::TakeGeometry},
+        {20, &Client::TakeBadGeometry}, {5, &Client::Save},
+        {15, &Client::SaveNowhere},     {30, &Client::PassNoPointer},
+    };
+    constexpr std::size_t shares = 1000;
+    std::size_t chosen = workshop.Choose(shares);
+    for (const auto& [share, make] : kinds) {
+        if (chosen < share) return (this->*make)();
+        chosen -= share;
+    }
+    throw std::logic_error("the shares do not add up");
+}
+
+void Client::Settle() {
+    Expect(Give(0), S_OK);
+    Expect(calculator->SetCurrentHeadPosition(positions[0].a, positions[0].b), S_OK);
+    position = 0;
+    SetErrorInfo(0, nullptr);
+}
+
+void Client::Plan() {
+    const std::size_t to = workshop.Choose(positions.size());
+    RequiredMoves moves{};
+    const HRESULT code = CodeOf([&] { return calculator->CalculateMove(positions[to].a, positions[to].b, &moves); });
+    if (!held) return Expect(code, QMV_E_NO_HEAD_GEOMETRY, noGeometry);
+    if (!position) return Expect(code, QMV_E_POSITION_UNKNOWN, noPosition);
+    Expect(code, S_OK);
+    const auto& expected = workshop.answers.Plan(*held, *position, to);
+    Require(std::memcmp(&moves, expected.data(), sizeof moves) == 0, "a plan is not a fresh object's");
+    position = to;
+}
+
+void Client::PlanToNowhere() {
+    RequiredMoves moves{};
+    const HRESULT code = CodeOf([&] { return calculator->CalculateMove(105.0, 0.0, &moves); });
+    if (!held) return Expect(code, QMV_E_NO_HEAD_GEOMETRY, noGeometry);
+    if (!position) return Expect(code, QMV_E_POSITION_UNKNOWN, noPosition);
+    Expect(code, QMV_E_INVALID_TARGET, L"Invalid A Target Angle, value must be between 0 and 90.");
+}
+
+void Client::AskForStart() {
+    XYZData start{};
+    const HRESULT code = calculator->GetStartPosition(&start);
+    if (!held) return Expect(code, QMV_E_NO_HEAD_GEOMETRY, noGeometry);
+    if (!position) return Expect(code, QMV_E_POSITION_UNKNOWN, noPosition);
+    Expect(code, S_OK);
+    const auto& expected = workshop.answers.Plan(*held, *position, *position);
+    Require(std::memcmp(&start, expected.data(), sizeof start) == 0, "a start is not a fresh object's");
+}
+
+void Client::AskForPole() {
+    XYZData pole{};
+    Expect(calculator->GetPoleSpherePosition(&pole), S_OK);
+    const XYZData expected = held ? workshop.answers.Pole(*held) : XYZData{};
+    Require(std::memcmp(&pole, &expected, sizeof pole) == 0, "a pole is not a fresh object's");
+}
+
+void Client::AskForPosition() {
+    HeadAngles angles{};
+    const HRESULT code = calculator->GetCurrentHeadPosition(&angles.a, &angles.b);
+    if (!position) return Expect(code, QMV_E_POSITION_UNKNOWN, noPosition);
+    Expect(code, S_OK);
+    Require(angles.a == positions[*position].a && angles.b == positions[*position].b, "a position is another one");
+}
+
+void Client::SetPosition() {
+    const std::size_t chosen = workshop.Choose(positions.size());
+    Expect(calculator->SetCurrentHeadPosition(positions[chosen].a, positions[chosen].b), S_OK);
+    position = chosen;
+}
+
+void Client::SetNoPosition() {
+    Expect(calculator->SetCurrentHeadPosition(7.0, 0.0), QMV_E_INVALID_TARGET,
+           L"Invalid A Target Angle, value must be a 15 degree interval.");
+    position.reset();
+}
+
+void Client::TakeGeometry() { Expect(Give(workshop.Choose(Answers::heldCount)), S_OK); }
+
+// What a failure may have replaced by half is replaced whole at once, as callers are told to do.
+void Client::TakeBadGeometry() {
+    switch (workshop.Choose(4)) {
+    case 0:
+        Expect(calculator->EnterHeadGeometry(workshop.fewPoints.Address(), workshop.goodB.Address()),
+               QMV_E_TOO_FEW_POINTS, L"Too Few A Axis Points Supplied");
+        break;
+    case 1:
+        Expect(calculator->EnterHeadGeometry(workshop.goodB.Address(), workshop.goodB.Address()),
+               QMV_E_FIXED_AXIS_MOVED, L"Invalid Data. B Axis Must Remain Fixed During A Axis Data Capture");
+        break;
+    case 2:
+        Expect(calculator->EnterHeadGeometry(workshop.onALine.Address(), workshop.goodB.Address()),
+               QMV_E_GEOMETRY_IMPOSSIBLE, L"Error Fitting points to a circle");
+        break;
+    default:
+        Expect(calculator->LoadHeadGeometryFromFile(workshop.nowhere.Address()), QMV_E_READ_FROM_FILE,
+               L"Failed To Read from File");
+    }
+    TakeGeometry();
+}
+
+void Client::Save() {
+    if (!held) return TakeGeometry();
+    Expect(calculator->SaveHeadGeometryToFile(workshop.scratch.Address()), S_OK);
+    std::ifstream file(workshop.scratchPath, std::ios::binary);
+    const std::string content(std::istreambuf_iterator<char>(file), {});
+    Require(content == workshop.answers.SavedText(*held), "a saved file is not a fresh object's");
+}
+
+void Client::SaveNowhere() {
+    Expect(calculator->SaveHeadGeometryToFile(workshop.nowhere.Address()), QMV_E_WRITE_TO_FILE,
+           L"Failed To Write To File");
+}
+
+void Client::PassNoPointer() {
+    constexpr const wchar_t* isNull = L"A pointer passed to the method is null";
+    if (workshop.Choose(2) == 0) return Expect(calculator->GetPoleSpherePosition(nullptr), E_POINTER, isNull);
+    Expect(calculator->EnterHeadGeometry(nullptr, workshop.goodB.Address()), E_POINTER, isNull);
+}
+
+HRESULT Client::Give(std::size_t which) {
+    held = which;
+    return workshop.answers.HeldAs(which).GiveTo(*calculator.Get());
+}
+
+void Client::Expect(HRESULT actual, HRESULT expected, const wchar_t* description) {
+    ++workshop.calls;
+    Require(actual == expected, "a call has another code than it must have");
+    if (description == nullptr) return;
+    const auto record = TakeErrorRecord();
+    Require(record && record->description == description, "an error record is not the failure's");
+}

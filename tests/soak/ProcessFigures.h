@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+
+/// What this process holds of the system's goods at the moment.
+struct ProcessFigures {
+    std::size_t residentBytes; ///< 0 where it cannot be told
+    std::size_t heapBytes;     ///< allocated and not given back
+    long blocks;               ///< the same in blocks of the program's own code
+    long openFiles;            ///< file descriptors or handles; 0 where they cannot be told
+
+    static ProcessFigures Now();
+};
+
+/// To be called first: switches off what keeps freed memory for later, where there is such a thing.
+void MakeFiguresExact();

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdlib>
+#include <sys/wait.h>
+#include <unistd.h>
+
+/// Runs `action` in a process of its own, so that what it does to itself ends with it: its result, 0 to 255, or -1 when
+/// it did not come to its end.
+template <typename Action> int CodeOfAnotherProcess(Action action) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        try {
+            ::_exit(action());
+        } catch (...) {
+            std::abort(); // or there would be two of the test program
+        }
+    }
+    int status = 0;
+    return ::waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/// The same, true when `action` returns true.
+template <typename Action> bool InAnotherProcess(Action action) {
+    return CodeOfAnotherProcess([&] { return action() ? 0 : 1; }) == 0;
+}
+
+/// The same as a user who may not do everything. Root becomes one; anybody else is one.
+template <typename Action> bool AsOrdinaryUser(Action action) {
+    constexpr uid_t nobody = 65534;
+    return InAnotherProcess([&] {
+        if (::geteuid() == 0 && (::setgid(nobody) != 0 || ::setuid(nobody) != 0)) return false;
+        return action();
+    });
+}

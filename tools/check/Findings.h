@@ -1,0 +1,63 @@
+#pragma once
+
+#include "check/PlannedMove.h"
+
+#include <optional>
+#include <span>
+
+namespace check {
+
+/// What can be wrong with a plan.
+enum class FindingKind {
+    MovesOutOfOrder,
+    MoveMissing,
+    NotANumber,
+    StartIsNotTheEndBefore,
+    LeverNotTouched,
+    WrongLever,
+    LeverNotUnlocked,
+    LeverNotLocked,
+    EngagedWhileLocked,
+    PegNotEngaged,
+    IndexedWhileLocked,
+    PegTornOut,
+    HeadAngleOutOfRange,
+    TargetNotReached,
+    TargetPositionMissed,
+    StillOnThePeg,
+    NotLockedAtTheEnd,
+    ArcLeavesItsStart,
+    ArcLosesItsRadius,
+    ArcAxisTilted,
+    ArcCentreOff,
+    ArcTurnsTheWrongWay,
+    ArcAngleOff,
+    SwingGoesTheLongWay,
+    ApproachFromTheWrongSide,
+    ApproachLineMissed,
+    ApproachTooShort,
+    NotAboveTheApproach,
+    BelowSafeHeight,
+    TouchesPoleSphere,
+    TouchesLever,
+    TravelLimitExceeded
+};
+
+struct FindingText {
+    FindingKind kind;
+    const char* name;     ///< short and stable: programs look for it
+    const char* unit;     ///< of the amount by which it is wrong; empty where there is none
+    const char* sentence; ///< what is wrong
+    const char* remedy;   ///< what to do next
+};
+
+const FindingText& TextOf(FindingKind kind);
+std::span<const FindingText> AllFindingTexts();
+
+struct Finding {
+    FindingKind kind;
+    std::optional<std::size_t> move; ///< index among the moves of the plan; none: the plan as a whole
+    std::optional<double> amount;    ///< by how much it is wrong
+};
+
+} // namespace check

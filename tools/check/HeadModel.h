@@ -1,0 +1,93 @@
+#pragma once
+
+#include "check/HeadAngles.h"
+#include "maths/CMaVector.h"
+
+/// A model of the head on the machine, made for checking plans: it knows how the head is built and how it turns, and
+/// nothing of how plans are made.
+///
+/// Machine coordinates, millimetres, degrees. The machine's position is where the head centre is. The pole sphere stays
+/// where it is; the drive cup goes with the head and turns with A and B. The levers are given, as everywhere, by the
+/// machine's position at which the machine touches them.
+
+namespace check {
+
+/// The lever whose ball is on the +X side of the head centre when the head is mounted square, and the other one.
+enum class LeverSide { Plus, Minus };
+
+enum class LeverState { Locked, Unlocked };
+
+/// Dimensions as seen from the head centre at A = 0, B = 0 with the head mounted square.
+struct HeadDimensions {
+    CMaVector driveCup;
+    CMaVector leverCentre;  ///< of the lever on the plus side; the other's X is the opposite
+    CMaVector lockedBall;   ///< from the lever centre
+    CMaVector unlockedBall; ///< from the lever centre
+    double unlockingTurn;   ///< how far the lever has to be pushed
+    double lockingTurn;
+};
+
+/// How machine and head come to a contact and leave it: along one line, the last `distance` of it straight.
+struct ContactLine {
+    CMaVector contact; ///< the machine's position in contact
+    CMaVector outward; ///< of unit length, away from the contact
+    double distance;   ///< far enough from the contact to move freely
+
+    CMaVector ApproachPoint() const { return contact + outward * distance; }
+};
+
+/// An axis in space and how far something turns about it, right-handed.
+struct Turning {
+    CMaVector centre;
+    CMaVector axis; ///< of unit length
+    double degrees;
+};
+
+class HeadModel {
+public:
+    /// `centre`: of the pole sphere, and of the head when the drive cup's offset is taken off. `turnedAboutZ`: how far
+    /// the head is mounted turned, +X towards +Y.
+    HeadModel(const CMaVector& theCentre, double turnedAboutZ, const HeadDimensions& theDimensions)
+        : centre(theCentre), mountedTurn(turnedAboutZ), dimensions(theDimensions) {}
+
+    const CMaVector& PoleSphere() const { return centre; }
+    /// Z at which the machine moves freely above the pole sphere and both levers.
+    double SafeHeight() const;
+
+    // The drive cup and the pole sphere, which it sits on while the head is indexed
+
+    /// From the head centre to the drive cup.
+    CMaVector DriveCup(const HeadAngles& angles) const;
+    /// Where the machine is when the cup sits on the sphere.
+    CMaVector EngagementPosition(const HeadAngles& angles) const;
+    ContactLine PegLine(const HeadAngles& angles) const;
+    /// The turns that the machine gives the head about the pole sphere when A or B is to change by `degrees`.
+    Turning TurnOfA(double degrees, double b) const;
+    Turning TurnOfB(double degrees) const;
+
+    // The levers
+
+    CMaVector LeverCentre(LeverSide side) const;
+    CMaVector LeverBall(LeverSide side, LeverState state) const;
+    ContactLine LeverLine(LeverSide side, LeverState state) const;
+    /// How the machine has to turn, touching the lever's ball, to push it out of `state` into the other.
+    Turning LeverPush(LeverSide side, LeverState state) const;
+    /// The lever within reach while the head stands at `angles`: the stylus, or at A = 0 the drive cup, points away
+    /// from the pole sphere's stem.
+    static LeverSide LeverInReach(const HeadAngles& angles);
+
+    /// The vertical about which the machine swings round the pole sphere, half-way between the levers.
+    CMaVector SwingCentre() const;
+
+private:
+    CMaVector Mounted(const CMaVector& offset) const;
+    CMaVector TurnedWithHead(const CMaVector& offset, const HeadAngles& angles) const;
+
+    CMaVector centre;
+    double mountedTurn;
+    HeadDimensions dimensions;
+};
+
+constexpr LeverSide OtherLever(LeverSide side) { return side == LeverSide::Plus ? LeverSide::Minus : LeverSide::Plus; }
+
+} // namespace check

@@ -1,0 +1,137 @@
+#include "cli/AllPairs.h"
+
+#include "cli/Calculator.h"
+#include "cli/Numbers.h"
+#include "cli/Progress.h"
+#include "cli/Table.h"
+
+#include <algorithm>
+
+namespace {
+
+using check::FindingKind;
+
+std::size_t IndexOf(FindingKind kind) { return static_cast<std::size_t>(kind); }
+
+/// Runs a step of the component; false when it refuses the angles.
+template <typename Step> bool IsAccepted(Step&& step) {
+    try {
+        std::forward<Step>(step)();
+        return true;
+    } catch (const ComponentError& error) {
+        if (error.code == QMV_E_INVALID_TARGET) return false;
+        throw;
+    }
+}
+
+void Take(AllPairs& all, const check::PlanToCheck& plan, const check::PlanReport& report) {
+    all.figures.Take(plan, report);
+    all.findings += report.findings.size();
+    bool isNew = false;
+    for (const check::Finding& finding : report.findings) {
+        isNew = all.findingsOfKind[IndexOf(finding.kind)]++ == 0 || isNew;
+    }
+    if (isNew) all.examples.push_back({plan, report});
+}
+
+struct Example {
+    const CheckedPlan& checked;
+    const check::Finding& finding;
+};
+
+/// The first finding of a kind that has some.
+Example ExampleOf(const AllPairs& all, FindingKind kind) {
+    for (const CheckedPlan& checked : all.examples) {
+        const auto& findings = checked.report.findings;
+        const auto found = std::ranges::find(findings, kind, &check::Finding::kind);
+        if (found != findings.end()) return {checked, *found};
+    }
+    throw std::logic_error("a finding without its plan");
+}
+
+std::vector<FindingKind> KindsFound(const AllPairs& all) {
+    std::vector<FindingKind> kinds;
+    for (const check::FindingText& text : check::AllFindingTexts()) {
+        if (all.findingsOfKind[IndexOf(text.kind)] != 0) kinds.push_back(text.kind);
+    }
+    return kinds;
+}
+
+} // namespace
+
+std::vector<HeadAngles> HeadPositions(double leastA) {
+    constexpr double step = 15.0;
+    std::vector<HeadAngles> positions;
+    for (double a = leastA; a <= 90.0; a += step) {
+        for (double b = -180.0; b <= 180.0; b += step) positions.push_back({a, b});
+    }
+    return positions;
+}
+
+AllPairs CheckAllPairs(const std::string& geometryFile, const check::HeadModel& head,
+                       const check::CheckOptions& options, std::vector<HeadAngles> positions, const Console& console) {
+    AllPairs all;
+    all.positions = std::move(positions);
+    all.findingsOfKind.resize(check::AllFindingTexts().size());
+    Calculator calculator;
+    calculator.LoadHeadGeometry(geometryFile);
+    Progress progress(console, "checking all pairs", all.Pairs());
+    for (const HeadAngles& from : all.positions) {
+        for (const HeadAngles& to : all.positions) {
+            RequiredMoves moves{};
+            if (IsAccepted([&] {
+                    calculator.SetCurrentHeadPosition(from);
+                    moves = calculator.CalculateMove(to);
+                })) {
+                const check::PlanToCheck plan{from, to, check::MovesInOrder(moves)};
+                Take(all, plan, check::CheckPlan(head, options, plan));
+            } else {
+                ++all.refused;
+            }
+        }
+        progress.Advance(all.positions.size());
+    }
+    return all;
+}
+
+void PrintAllPairs(const AllPairs& all, const Console& console) {
+    console.out << console.Strong("All pairs of positions: A " + ExactText(all.positions.front().a) +
+                                  " to 90, B -180 to 180, in steps of 15 (deg)")
+                << '\n';
+    Table table({{"", Table::Align::Left}, {""}, {"", Table::Align::Left}});
+    table.AddRow({"positions", std::to_string(all.positions.size())});
+    table.AddRow({"pairs", std::to_string(all.Pairs())});
+    table.AddRow({"refused by the component", std::to_string(all.refused),
+                  all.refused == 0 ? "" : "the head tilts from A 0 to 90 alone"});
+    table.AddRow({"planned and checked", std::to_string(all.figures.Plans())});
+    table.Print(console);
+    for (const FindingKind kind : KindsFound(all)) {
+        const auto [checked, finding] = ExampleOf(all, kind);
+        console.out << '\n'
+                    << std::to_string(all.findingsOfKind[IndexOf(kind)]) << " times, first from "
+                    << HeadAnglesText(checked.plan.from) << " to " << HeadAnglesText(checked.plan.to) << ":\n";
+        PrintFinding(finding, finding.move ? MoveText(*finding.move, checked.plan.moves[*finding.move].id) : "the plan",
+                     console);
+    }
+    PrintFigures(all.figures, console);
+    PrintVerdict(all.findings, std::to_string(all.figures.Plans()) + " plans", console);
+}
+
+Json AllPairsJson(const AllPairs& all, const check::CheckOptions& options) {
+    Json findings = Json::array();
+    for (const FindingKind kind : KindsFound(all)) {
+        const auto [checked, finding] = ExampleOf(all, kind);
+        Json first{{"from", AnglesJson(checked.plan.from)}, {"to", AnglesJson(checked.plan.to)}};
+        first.update(FindingJson(finding, checked.plan));
+        findings.push_back(
+            {{"name", check::TextOf(kind).name}, {"count", all.findingsOfKind[IndexOf(kind)]}, {"first", first}});
+    }
+    return {{"verdict", Verdict(all.findings)},
+            {"allowances", AllowancesJson(options)},
+            {"positions", all.positions.size()},
+            {"pairs", all.Pairs()},
+            {"refused", all.refused},
+            {"checked", all.figures.Plans()},
+            {"findings", findings},
+            {"worst", FiguresJson(all.figures)}};
+}

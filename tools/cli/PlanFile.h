@@ -1,0 +1,12 @@
+#pragma once
+
+#include "check/PlannedMove.h"
+
+#include <string>
+#include <vector>
+
+/// The plans of a document that `qmv40 move --json` printed, as it is or edited since. Moves keep the order in which
+/// they stand there; null is not-a-number. Members that nobody asked for are ignored.
+/// Throws InputError for a file that is no such document: a member that is missing, stands twice or is of another type,
+/// a move that there is none of.
+std::vector<check::PlanToCheck> ReadPlans(const std::string& fileName);

@@ -1,0 +1,112 @@
+#include "manual/Manual.h"
+
+#include "cli/HeadSettings.h"
+
+namespace {
+
+/// The words after the tool's own name, as the script keeps them.
+std::string WordsOf(const ManualCommand& command) {
+    const std::size_t blank = command.name.find(' ');
+    return blank == std::string::npos ? "" : command.name.substr(blank + 1);
+}
+
+std::string LastWord(const std::string& name) { return name.substr(name.rfind(' ') + 1); }
+
+/// Calls `visit` for the command and all below it.
+template <typename Visit> void ForEach(const ManualCommand& command, const Visit& visit) { // NOLINT(misc-no-recursion)
+    visit(command);
+    for (const ManualCommand& each : command.commands) ForEach(each, visit);
+}
+
+/// A case of the script: what was typed so far, and how to complete it.
+std::string Case(const std::string& pattern, const std::string& action) {
+    return "    \"" + pattern + "\") " + action + " ;;\n";
+}
+
+std::string SettingNames() {
+    std::string names;
+    for (const HeadSetting& setting : AllHeadSettings()) {
+        names += (names.empty() ? "" : " ") + std::string(setting.shortName) + "=";
+    }
+    return names;
+}
+
+/// How the value of an option is completed.
+std::string ValueAction(const ManualOption& option) {
+    if (option.IsFile()) return "_qmv40_files; return";
+    if (option.argument == "NAME=NUMBER") return "compopt -o nospace 2>/dev/null; words=\"" + SettingNames() + "\"";
+    std::string choices;
+    for (const std::string& choice : option.choices) choices += (choices.empty() ? "" : " ") + choice;
+    return choices.empty() ? "return" : "words=\"" + choices + "\"";
+}
+
+std::string CommandCases(const ManualCommand& tool) {
+    std::string cases;
+    ForEach(tool, [&](const ManualCommand& command) {
+        for (const ManualCommand& each : command.commands) {
+            cases += "    " + Case(WordsOf(command) + "|" + LastWord(each.name), "command=\"" + WordsOf(each) + "\"");
+        }
+    });
+    return cases;
+}
+
+std::string ValueCases(const ManualCommand& tool) {
+    std::string cases;
+    ForEach(tool, [&](const ManualCommand& command) {
+        for (const ManualOption& option : command.options) {
+            if (option.argument.empty()) continue;
+            for (const std::string& name : option.names)
+                cases += Case(WordsOf(command) + "|" + name, ValueAction(option));
+        }
+    });
+    return cases;
+}
+
+std::string WordCases(const ManualCommand& tool) {
+    std::string cases;
+    ForEach(tool, [&](const ManualCommand& command) {
+        std::string words;
+        bool takesFile = false;
+        for (const ManualCommand& each : command.commands) words += LastWord(each.name) + ' ';
+        for (const ManualOption& option : command.options) {
+            takesFile = takesFile || (option.IsPositional() && option.IsFile());
+            for (const std::string& name : option.names) words += name + ' ';
+        }
+        words.pop_back();
+        const std::string files = "[[ $current == -* ]] || { _qmv40_files; return; }; ";
+        cases += Case(WordsOf(command), (takesFile ? files : "") + "words=\"" + words + "\"");
+    });
+    return cases;
+}
+
+} // namespace
+
+std::string BashCompletion(const ManualCommand& tool) {
+    return "# Completes the command line of qmv40 in bash.\n"
+           "_qmv40_files() {\n"
+           "    compopt -o filenames 2>/dev/null\n"
+           "    mapfile -t COMPREPLY < <(compgen -f -- \"${COMP_WORDS[COMP_CWORD]}\")\n"
+           "}\n"
+           "\n"
+           "_qmv40() {\n"
+           "    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}\n"
+           "    local command=\"\" words=\"\" word\n"
+           "    COMPREPLY=()\n"
+           "    for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
+           "        case \"$command|$word\" in\n" +
+           CommandCases(tool) +
+           "        esac\n"
+           "    done\n"
+           "    case \"$command|$previous\" in\n" +
+           ValueCases(tool) +
+           "    esac\n"
+           "    if [ -z \"$words\" ]; then\n"
+           "    case \"$command\" in\n" +
+           WordCases(tool) +
+           "    esac\n"
+           "    fi\n"
+           "    mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$current\")\n"
+           "}\n"
+           "\n"
+           "complete -F _qmv40 qmv40\n";
+}

@@ -1,0 +1,99 @@
+#include "manual/Manual.h"
+
+#include "cli/HeadSettings.h"
+
+#include <algorithm>
+
+namespace {
+
+std::string FunctionOf(const ManualCommand& command) {
+    std::string name = "_" + command.name;
+    std::ranges::replace(name, ' ', '_');
+    return name;
+}
+
+std::string LastWord(const std::string& name) { return name.substr(name.rfind(' ') + 1); }
+
+/// Text inside single quotes, with a backslash before each of `special`.
+std::string Escaped(const std::string& text, std::string_view special) {
+    std::string escaped;
+    for (const char c : text) {
+        if (c == '\'') {
+            escaped += "'\\''";
+            continue;
+        }
+        if (special.find(c) != std::string_view::npos) escaped += '\\';
+        escaped += c;
+    }
+    return escaped;
+}
+
+std::string Words(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
+    return text;
+}
+
+/// How the value of an option is completed.
+std::string Action(const ManualOption& option) {
+    if (option.IsFile()) return "_files";
+    if (!option.choices.empty()) return "(" + Words(option.choices) + ")";
+    if (option.argument != "NAME=NUMBER") return " ";
+    std::vector<std::string> names;
+    for (const HeadSetting& setting : AllHeadSettings()) names.emplace_back(setting.shortName);
+    return "compadd -S = -- " + Words(names);
+}
+
+std::string OptionSpecification(const ManualOption& option) {
+    const std::string value = option.argument.empty() ? "" : ":" + Escaped(option.argument, ":") + ":" + Action(option);
+    if (option.IsPositional()) return "        '1" + value + "' \\\n";
+    const std::string text = "[" + Escaped(option.description, "[]\\") + "]" + value + "' \\\n";
+    std::string specifications;
+    for (const std::string& name : option.names) {
+        const std::string exclusive = option.names.size() > 1 ? "(" + Words(option.names) + ")" : "";
+        specifications += "        '" + (option.isRepeatable ? "*" : exclusive) + name + text;
+    }
+    return specifications;
+}
+
+// NOLINTNEXTLINE(misc-no-recursion): commands have commands of their own
+void AppendFunction(const ManualCommand& command, std::string& script) {
+    for (const ManualCommand& each : command.commands) AppendFunction(each, script);
+    script += FunctionOf(command) + "() {\n";
+    if (!command.commands.empty()) script += "    local context state state_descr line\n    typeset -A opt_args\n";
+    script += "    _arguments -C \\\n";
+    for (const ManualOption& option : command.options) script += OptionSpecification(option);
+    if (command.commands.empty()) {
+        script.erase(script.size() - std::string_view(" \\\n").size());
+        script += "\n}\n\n";
+        return;
+    }
+    script += "        '1: :->command' '*:: :->rest'\n"
+              "    case $state in\n"
+              "    command)\n"
+              "        local -a commands=(\n";
+    for (const ManualCommand& each : command.commands) {
+        script += "            '" + LastWord(each.name) + ":" + Escaped(each.description, "") + "'\n";
+    }
+    script += "        )\n"
+              "        _describe command commands\n"
+              "        ;;\n"
+              "    rest)\n"
+              "        case $words[1] in\n";
+    for (const ManualCommand& each : command.commands) {
+        script += "        " + LastWord(each.name) + ") " + FunctionOf(each) + " ;;\n";
+    }
+    script += "        esac\n"
+              "        ;;\n"
+              "    esac\n"
+              "}\n\n";
+}
+
+} // namespace
+
+std::string ZshCompletion(const ManualCommand& tool) {
+    std::string script = "#compdef qmv40\n"
+                         "# Completes the command line of qmv40 in zsh.\n\n";
+    AppendFunction(tool, script);
+    return script + FunctionOf(tool) + " \"$@\"\n";
+}
