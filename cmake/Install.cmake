@@ -1,4 +1,5 @@
-# The Linux library as others find it: headers, a CMake package and a pkg-config file.
+# The Linux library as others find it: headers, a CMake package and a pkg-config file; and the tool with all that goes
+# with it.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS CoQMV40Calculator EXPORT CoQMV40Calculator)
@@ -6,7 +7,14 @@ if(QMV40_TOOLS)
     # The tool finds the library beside itself, wherever both are put.
     set_target_properties(qmv40 PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
     install(TARGETS qmv40)
+    set(manual ${PROJECT_BINARY_DIR}/manual)
+    install(FILES ${manual}/qmv40.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES ${manual}/qmv40.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME qmv40)
+    install(FILES ${manual}/_qmv40 DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
 endif()
+file(GLOB documents docs/*.md docs/*.svg)
+install(FILES CHANGELOG.md ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY scenarios DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.csv" PATTERN "*.reg" PATTERN "README.md")
 install(DIRECTORY source/interface source/platform
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/CoQMV40Calculator
         FILES_MATCHING PATTERN "interface/*.h" PATTERN "platform/Automation.h" PATTERN "platform/portable/*.h"

@@ -19,12 +19,12 @@ ensure_packages() {
     }
 }
 
-# build_preset <preset> [target]: configures once, then builds; quiet unless something fails.
+# build_preset <preset> [target]...: configures once, then builds; quiet unless something fails.
 build_preset() {
     local log="$root/build/$1.log"
     mkdir -p "$root/build"
     if ! { [ -f "$root/build/$1/build.ninja" ] || (cd "$root" && cmake --preset "$1"); } >"$log" 2>&1 ||
-        ! cmake --build "$root/build/$1" ${2:+--target "$2"} >>"$log" 2>&1; then
+        ! cmake --build "$root/build/$1" ${2:+--target "${@:2}"} >>"$log" 2>&1; then
         echo "Building '$1' failed; see $log. It ends:" >&2
         tail -n 40 "$log" >&2
         return 1

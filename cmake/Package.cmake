@@ -1,0 +1,21 @@
+# A Debian package of everything that is installed: cmake --build build/native --target package, or packaging/debian.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME coqmv40calculator)
+set(CPACK_PACKAGE_CONTACT "The CoQMV40Calculator maintainers <maintainers@localhost>")
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/package)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/DebianLayout.cmake)
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+"The library with its headers, the command-line tool qmv40 with its manual
+ page and completions for bash and zsh, the documents, and captures to try
+ it on.")
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/bin)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+# The library's own headers need the compiler's alone; a program is built against them with no other package.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "g++ | clang, pkg-config | cmake")
+include(CPack)
