@@ -12,12 +12,15 @@ public:
     /// The circle with the smallest sum of squared distances to the points, in the length unit of the points.
     ///
     /// All six unknowns are fitted together. (A plane first and then a circle in it is another answer, and on short
-    /// noisy arcs a wrong one.) Centre and radius are right to some 20 times what the rounding of the coordinates alone
-    /// can do to them; coordinates may have any finite size. Where points hardly form a circle, several circles may be
-    /// better than all their neighbours: the one found is then nearly always, but not surely, the best.
+    /// noisy arcs a wrong one.) Centre, radius and normal are right to 20 times what rounding the points' coordinates
+    /// by half a unit in the last place can do to them, and to 4 roundings of the result; where the points form no
+    /// clear arc, to 1e-9 of the unit. Coordinates may have any finite size. Points that stray from the circle by less
+    /// than a tenth of the arc's height get the best of all circles. Otherwise several may be better than all their
+    /// neighbours, and the one found is nearly always, but not surely, the best. The result is the same on every
+    /// machine.
     ///
-    /// `iterationLimit` bounds the steps of the iteration, each of which reads the points once. A handful is usual,
-    /// hundreds are taken where the points hardly form a circle.
+    /// `iterationLimit` bounds the steps of the iteration, each of which reads the points once or twice. A handful is
+    /// usual, hundreds are taken where the points hardly form a circle, never more than 5,000.
     ///
     /// Throws GeometryError, the circle unchanged:
     /// - Impossible, when there are fewer than three distinct points, when all lie on one line as far as rounding lets

@@ -10,9 +10,10 @@ class CMaLine : public CMaGeometry {
 public:
     /// The line with the smallest sum of squared distances to the points.
     ///
-    /// Through their mean, along the direction in which they spread most. The direction is right to a few times the
-    /// rounding of the spread (2e-16) divided by how much longer than wide the set is seen to be, the point to a few
-    /// units in the last place of its coordinates; coordinates may have any finite size.
+    /// Through their mean, along the direction in which they spread most. The direction is right to 20 times what
+    /// rounding the points' coordinates by half a unit in the last place can do to it, and to a few roundings (2e-16
+    /// radians) more, magnified where the points spread nearly alike in two directions; the point to 4 roundings of the
+    /// largest coordinate. Coordinates may have any finite size.
     /// Throws GeometryError (Impossible), the line unchanged, when there are fewer than two distinct points or a
     /// coordinate is not finite. A set that spreads alike in several directions gives one of the lines that fit best.
     void Fit(const CMaPointArray& points);

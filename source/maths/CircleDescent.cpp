@@ -35,7 +35,7 @@ private:
     /// A valley whose floor is level may turn without end: so many tries that lead no further down are enough.
     static constexpr int patience = 50;
     /// Whoever has not arrived by then never does: it is creeping towards a straight line.
-    static constexpr int enough = 2000;
+    static constexpr int enough = 500;
 
     /// With the exact Hessian for a step of Newton's.
     Expansion Look(const ApexCircle& at, bool exact = false) {

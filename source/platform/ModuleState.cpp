@@ -1,7 +1,9 @@
 #include "platform/ModuleState.h"
 
+#include <array>
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 
 #ifdef __SSE2__
 #include <xmmintrin.h>
@@ -24,21 +26,35 @@ unsigned int VectorControl() { return defaultVectorControl; }
 void SetVectorControl(unsigned int) {}        // fenv_t holds everything here
 #endif
 
+// The older floating-point unit, which long doubles and parts of the C library use. Its two words are read in a moment;
+// taking its whole environment and putting it back twice, as the C library does, takes as long as the arithmetic of
+// half a plan. So that is for hosts that have set it in their own way.
 #ifdef __x86_64__
-/// Whether the older floating-point unit, which long doubles and parts of the C library use, is as a thread starts with
-/// it, no flag raised. Its two words are read in a moment; taking its whole environment and putting it back twice, as
-/// the C library does, takes as long as the arithmetic of half a plan.
+constexpr unsigned int flagBits = 0x003F;
+
 bool IsOlderUnitAtDefault() {
     constexpr unsigned short defaultControl = 0x037F;
-    constexpr unsigned short flags = 0x003F;
     unsigned short control = 0;
-    unsigned short status = 0;
     asm volatile("fnstcw %0" : "=m"(control));
+    return control == defaultControl;
+}
+
+unsigned int OlderUnitsFlags() {
+    unsigned short status = 0;
     asm volatile("fnstsw %0" : "=m"(status));
-    return control == defaultControl && (status & flags) == 0;
+    return status & flagBits;
+}
+
+void SetOlderUnitsFlags(unsigned int flags) {
+    std::array<std::uint32_t, 7> environment{};
+    asm volatile("fnstenv %0" : "=m"(environment));
+    environment[1] = (environment[1] & ~flagBits) | flags;
+    asm volatile("fldenv %0" : : "m"(environment));
 }
 #else
 bool IsOlderUnitAtDefault() { return false; } // fenv_t has to be taken and put back
+unsigned int OlderUnitsFlags() { return 0; }
+void SetOlderUnitsFlags(unsigned int) {}
 #endif
 
 } // namespace
@@ -47,6 +63,7 @@ ModuleStateGuard::ModuleStateGuard() noexcept {
     callsUnderWay.fetch_add(1);
     callersErrorNumber = errno;
     callersVectorControl = VectorControl();
+    callersFlags = OlderUnitsFlags(); // whatever they are, they change no result
     isHostAtDefault = IsOlderUnitAtDefault();
     if (!isHostAtDefault) {
         std::fegetenv(&callersEnvironment);
@@ -58,8 +75,8 @@ ModuleStateGuard::ModuleStateGuard() noexcept {
 ModuleStateGuard::~ModuleStateGuard() {
     if (!isHostAtDefault)
         std::fesetenv(&callersEnvironment);
-    else if (!IsOlderUnitAtDefault())
-        std::fesetenv(FE_DFL_ENV);
+    else if (OlderUnitsFlags() != callersFlags)
+        SetOlderUnitsFlags(callersFlags);
     SetVectorControl(callersVectorControl);
     errno = callersErrorNumber;
     callsUnderWay.fetch_sub(1);

@@ -15,7 +15,8 @@ public:
 
 private:
     std::fenv_t callersEnvironment; // only when it is not the default
-    bool isHostAtDefault = false;   // but for the vector unit
+    bool isHostAtDefault = false;   // but for the vector unit, and for flags
+    unsigned int callersFlags = 0;  // then these, of the older floating-point unit
     // The vector unit's control word again: not every C library's fenv_t holds it.
     unsigned int callersVectorControl = 0;
     int callersErrorNumber = 0;

@@ -5,14 +5,14 @@
 
 namespace {
 
-constexpr const char* header = "XPosition,YPosition,ZPosition\n";
+constexpr const char* pointsHeader = "XPosition,YPosition,ZPosition\n";
 // Hand-made points of a few units: rounding alone.
 constexpr double tolerance = 1e-12;
 
 Json FitOf(const std::string& shape, const std::string& points) {
     const TemporaryFolder folder;
     const ToolRun run =
-        RunQmv40({"fit", "--shape", shape, "--points", folder.Write("points.csv", header + points), "--json"});
+        RunQmv40({"fit", "--shape", shape, "--points", folder.Write("points.csv", pointsHeader + points), "--json"});
     EXPECT_EQ(0, run.exitCode) << run.out << run.err;
     return run.Document();
 }
@@ -55,7 +55,8 @@ TEST(FitCommand, FitsALine) {
 TEST(FitCommand, ShowsTheLargestResidualAndItsPointToAPerson) {
     const TemporaryFolder folder;
     // The last two points cannot both lie on the circle through the rest.
-    const std::string points = folder.Write("points.csv", std::string(header) + "1,0,0\n0,1,0\n-1,0,0\n0,-1,0.01\n");
+    const std::string points =
+        folder.Write("points.csv", std::string(pointsHeader) + "1,0,0\n0,1,0\n-1,0,0\n0,-1,0.01\n");
     const ToolRun run = RunQmv40({"fit", "--shape", "plane", "--points", points});
     EXPECT_EQ(0, run.exitCode);
     EXPECT_NE(std::string::npos, run.out.find("RMS of the residuals  0.002500  mm")) << run.out;
@@ -64,8 +65,8 @@ TEST(FitCommand, ShowsTheLargestResidualAndItsPointToAPerson) {
 
 TEST(FitCommand, ShowsHowMuchOfATurnTheCirclesPointsCover) {
     const TemporaryFolder folder;
-    const std::string points =
-        folder.Write("points.csv", std::string(header) + "0,10,0\n10,0,0\n7.0710678118654755,7.0710678118654755,0\n");
+    const std::string points = folder.Write(
+        "points.csv", std::string(pointsHeader) + "0,10,0\n10,0,0\n7.0710678118654755,7.0710678118654755,0\n");
     const ToolRun run = RunQmv40({"fit", "--shape", "circle", "--points", points});
     EXPECT_NE(std::string::npos, run.out.find("arc covered            90.0000  deg")) << run.out;
 }
@@ -85,7 +86,7 @@ TEST(FitCommand, RefusesPointsThatDoNotDetermineTheShape) {
     };
     const TemporaryFolder folder;
     for (const auto& each : cases) {
-        const std::string points = folder.Write("points.csv", std::string(header) + each.points);
+        const std::string points = folder.Write("points.csv", std::string(pointsHeader) + each.points);
         const ToolRun run = RunQmv40({"fit", "--shape", each.shape, "--points", points, "--json"});
         EXPECT_EQ(1, run.exitCode) << each.why;
         EXPECT_EQ("0x8A00000C", run.Document()["error"]["code"]) << each.why;

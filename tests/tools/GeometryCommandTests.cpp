@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr const char* header = "APosition,BPosition,XPosition,YPosition,ZPosition\n";
+constexpr const char* captureHeader = "APosition,BPosition,XPosition,YPosition,ZPosition\n";
 
 /// Makes `folder` the process's own for a while.
 class WorkingFolder {
@@ -93,7 +93,7 @@ TEST(GeometryCommand, ShowsEveryFigureWithItsUnitToAPerson) {
 
 TEST(GeometryCommand, ReportsTheComponentsRefusal) {
     const std::string three = "0,45,1,0,0\n15,45,2,0,0\n30,45,3,0,0\n";
-    const std::string h = header;
+    const std::string h = captureHeader;
     const struct {
         std::string aAxis;
         const char* code;
@@ -135,7 +135,7 @@ TEST(GeometryCommand, ReportsTheComponentsRefusal) {
 TEST(GeometryCommand, WritesNothingWhenTheCaptureIsRefused) {
     const TemporaryFolder folder;
     const Scenario plain = LoadScenario("plain");
-    const std::string aAxis = folder.Write("a.csv", std::string(header) + "0,45,1,0,0\n");
+    const std::string aAxis = folder.Write("a.csv", std::string(captureHeader) + "0,45,1,0,0\n");
     const std::string output = folder.Name("head.ini");
     EXPECT_EQ(1, RunQmv40({"geometry", "--a-axis", aAxis, "--b-axis", plain.bAxis, "--output", output}).exitCode);
     EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(output)));
@@ -153,7 +153,7 @@ TEST(GeometryCommand, ReportsAnOutputFolderThatIsNotThere) {
 
 TEST(GeometryCommand, NamesTheFileAndTheLineOfAMalformedCapture) {
     const TemporaryFolder folder;
-    const std::string aAxis = folder.Write("a.csv", std::string("# by hand\n") + header + "0,45,1,0,zero\n");
+    const std::string aAxis = folder.Write("a.csv", std::string("# by hand\n") + captureHeader + "0,45,1,0,zero\n");
     const std::vector<std::string> arguments{"geometry", "--a-axis", aAxis, "--b-axis", LoadScenario("plain").bAxis};
     const ToolRun run = RunQmv40(arguments);
     EXPECT_EQ(3, run.exitCode);

@@ -12,7 +12,7 @@ namespace {
 constexpr double fullPrecision = 1e-9;
 // The plans come from the geometry file, whose numbers have ten digits: up to 5e-8 of a length, and an angle's 5e-9 of
 // a degree carried by an arm of some tens of millimetres.
-constexpr double filePrecision = 1e-9;
+constexpr double planPrecision = 1e-9;
 
 std::string CaptureText(const Json& rows) {
     std::string text = "APosition,BPosition,XPosition,YPosition,ZPosition\n";
@@ -77,6 +77,6 @@ void ExpectReferenceHead(const Json& head, const std::string& settings) {
         const Json plans = DocumentOf(WithSettings({"move", "--geometry", geometryFile, "--from",
                                                     AnglesArgument(plan["from"]), "--to", AnglesArgument(plan["to"])},
                                                    settings));
-        EXPECT_EQ("", DifferenceBetween(plan["moves"], plans["plans"][0]["moves"], filePrecision, plan["to"].dump()));
+        EXPECT_EQ("", DifferenceBetween(plan["moves"], plans["plans"][0]["moves"], planPrecision, plan["to"].dump()));
     }
 }

@@ -10,8 +10,8 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr const char* header = "Windows Registry Editor Version 5.00\r\n\r\n"
-                               "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Hollbeck\\VRX Software\\QMV40Calculator]\r\n";
+constexpr const char* registryHeader = "Windows Registry Editor Version 5.00\r\n\r\n"
+                                       "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Hollbeck\\VRX Software\\QMV40Calculator]\r\n";
 
 Json SettingOf(const Json& document, const std::string& name) {
     for (const Json& setting : document["settings"]) {
@@ -78,7 +78,7 @@ TEST(SettingsValidate, FindsNothingWrongWithTheShippedSettings) {
 TEST(SettingsValidate, EndsWithFourWhenTheComponentWouldNotReadAValue) {
     const TemporaryFolder folder;
     const std::string file =
-        folder.Write("settings.reg", std::string(header) + "\"Head Centre To Drive Cup Y Offset\"=\"25\"\r\n");
+        folder.Write("settings.reg", std::string(registryHeader) + "\"Head Centre To Drive Cup Y Offset\"=\"25\"\r\n");
     const ToolRun run = RunQmv40({"settings", "validate", file});
     EXPECT_EQ(4, run.exitCode);
     EXPECT_THAT(run.out, HasSubstr("line 4: \"Head Centre To Drive Cup Y Offset\" is not read"));
@@ -101,10 +101,10 @@ TEST(SettingsWrite, WritesAnOffsetWholeInTextsOfOneLength) {
     const ToolRun run = RunQmv40(
         {"settings", "write", "--set", "lever-centre-x=31", "--set", "unlocked to locked lever rotation=137.5"});
     EXPECT_EQ(0, run.exitCode) << run.err;
-    EXPECT_EQ(std::string(header) + "\"Head Centre To Lever Centre X Offset\"=\"31.000\"\r\n"
-                                    "\"Head Centre To Lever Centre Y Offset\"=\"0.0000\"\r\n"
-                                    "\"Head Centre To Lever Centre Z Offset\"=\"-32.25\"\r\n"
-                                    "\"UnLocked To locked Lever Rotation\"=\"137.5\"\r\n",
+    EXPECT_EQ(std::string(registryHeader) + "\"Head Centre To Lever Centre X Offset\"=\"31.000\"\r\n"
+                                            "\"Head Centre To Lever Centre Y Offset\"=\"0.0000\"\r\n"
+                                            "\"Head Centre To Lever Centre Z Offset\"=\"-32.25\"\r\n"
+                                            "\"UnLocked To locked Lever Rotation\"=\"137.5\"\r\n",
               run.out);
 }
 
@@ -133,13 +133,13 @@ TEST(SettingsWrite, KeepsTheOtherDimensionsOfItsBase) {
     EXPECT_EQ(139.5, SettingOf(document, "UnLocked To locked Lever Rotation")["inForce"]);
     EXPECT_EQ(nullptr, SettingOf(document, "Locked To Unlocked Z Offset")["stored"]);
     EXPECT_EQ(nullptr, document["file"]);
-    EXPECT_THAT(document["content"].get<std::string>(), testing::StartsWith(header));
+    EXPECT_THAT(document["content"].get<std::string>(), testing::StartsWith(registryHeader));
 }
 
 TEST(SettingsWrite, WarnsOfWhatItsBaseDoesNotSayAndLeavesItOut) {
     const TemporaryFolder folder;
     const std::string base =
-        folder.Write("base.reg", std::string(header) + "\"Locked To Unlocked Z Offset\"=\"-2\"\r\n");
+        folder.Write("base.reg", std::string(registryHeader) + "\"Locked To Unlocked Z Offset\"=\"-2\"\r\n");
     const ToolRun run = RunQmv40({"settings", "write", "--base", base, "--set", "locking-rotation=139.5"});
     EXPECT_EQ(0, run.exitCode);
     EXPECT_THAT(run.err, HasSubstr("\"Locked To Unlocked Z Offset\" is not read"));

@@ -14,10 +14,10 @@ namespace {
 
 using testing::HasSubstr;
 
-constexpr const char* header = "Windows Registry Editor Version 5.00\n\n"
-                               "[HKEY_LOCAL_MACHINE\\Software\\Hollbeck\\VRX Software\\QMV40Calculator]\n";
+constexpr const char* settingsHeader = "Windows Registry Editor Version 5.00\n\n"
+                                       "[HKEY_LOCAL_MACHINE\\Software\\Hollbeck\\VRX Software\\QMV40Calculator]\n";
 
-SettingsReading ReadLines(const std::string& lines) { return ReadSettings(SettingsInFile(header + lines)); }
+SettingsReading ReadLines(const std::string& lines) { return ReadSettings(SettingsInFile(settingsHeader + lines)); }
 
 std::string ComplaintsText(const SettingsReading& reading) {
     std::ostringstream text;
@@ -139,7 +139,7 @@ TEST(SettingsRules, AFileThatDoesNotNameItsFormatIsNotReadAtAll) {
 }
 
 TEST(SettingsRules, AFileMayBeWrittenInAnyOfItsEncodings) {
-    const std::string text = std::string(header) + "\"UnLocked To locked Lever Rotation\"=\"137\"\r\n";
+    const std::string text = std::string(settingsHeader) + "\"UnLocked To locked Lever Rotation\"=\"137\"\r\n";
     std::string little = "\xFF\xFE";
     std::string big = "\xFE\xFF";
     for (const char c : text) {

@@ -70,7 +70,7 @@ Path Machine::PathOf(const ArcData& arc) const {
     return Path::Arc(start, OriginOf(arc), AxisOf(arc), RightHandedDegrees(arc));
 }
 
-HeadState Machine::After(const XYZData&) const {
+HeadState Machine::After(const XYZData& /*target*/) const {
     HeadState after = state;
     after.isOnPeg = IsAt(*position, head.EngagementPosition(state.angles));
     after.touchedBall.reset();

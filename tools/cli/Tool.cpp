@@ -52,9 +52,18 @@ template <typename Error> int Refused(const Error& error, int exitCode, const CL
     return exitCode;
 }
 
+/// The parser takes what follows an empty value for the value: `--points= --json` would look for a file named --json.
+void RefuseEmptyValues(const std::vector<std::string>& arguments) {
+    for (const std::string& argument : arguments) {
+        const bool isEmptyValue = argument.starts_with("--") && argument.find('=') == argument.size() - 1;
+        if (isEmptyValue) throw UsageError{argument + " is given no value"};
+    }
+}
+
 int RunCommand(std::vector<std::string> arguments, CLI::App& tool, const Console& console) {
     try {
         const ComponentRuntime runtime;
+        RefuseEmptyValues(arguments);
         std::ranges::reverse(arguments); // the parser takes them from the back
         tool.parse(arguments);
         return exitDone;

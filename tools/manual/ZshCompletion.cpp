@@ -51,7 +51,7 @@ std::string OptionSpecification(const ManualOption& option) {
     std::string specifications;
     for (const std::string& name : option.names) {
         const std::string exclusive = option.names.size() > 1 ? "(" + Words(option.names) + ")" : "";
-        specifications += "        '" + (option.isRepeatable ? "*" : exclusive) + name + text;
+        specifications.append("        '").append(option.isRepeatable ? "*" : exclusive).append(name).append(text);
     }
     return specifications;
 }

@@ -22,7 +22,7 @@ LSTATUS SettingsKey::Query(const char* name, std::span<char> buffer, DWORD& type
     // other.
     char nowhere = '\0';
     char* const destination = buffer.empty() ? &nowhere : buffer.data();
-    DWORD bytes = static_cast<DWORD>(buffer.size());
+    auto bytes = static_cast<DWORD>(buffer.size());
     const LSTATUS result =
         RegQueryValueExA(state->key, name, nullptr, &type, reinterpret_cast<BYTE*>(destination), &bytes);
     if (result == ERROR_SUCCESS || result == ERROR_MORE_DATA) length = bytes;

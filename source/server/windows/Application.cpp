@@ -23,7 +23,7 @@ HRESULT CQMVCalculatorApp::LoadTypeLibrary(ITypeLib** library) const {
 
 // The C++ runtime's own: gives back what it keeps for throwing when memory has run out.
 namespace __gnu_cxx {
-void __freeres();
+void __freeres(); // NOLINT(bugprone-reserved-identifier): reserved for it, indeed
 }
 
 // NOLINTNEXTLINE(readability-identifier-naming): the loader's own name.

@@ -34,7 +34,7 @@ std::optional<std::wstring> RegisteredText(const std::wstring& path, const wchar
     const LSTATUS result = RegQueryValueExW(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(text.data()), &bytes);
     RegCloseKey(key);
     if (result != ERROR_SUCCESS) return std::nullopt;
-    return std::wstring(text.c_str());
+    return text.substr(0, text.find(L'\0'));
 }
 
 Json JsonOf(const std::optional<std::wstring>& text) { return text ? Json(ToUtf8(*text)) : Json(); }
@@ -90,7 +90,7 @@ std::string BitnessOf(const std::filesystem::path& file) {
 
 std::string ContentOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 /// How two files compare, in a word for people.
