@@ -6,13 +6,14 @@
 #include <fstream>
 #include <random>
 #include <sstream>
+#include <utility>
 
 namespace {
 
 /// A new file beside the one it is to replace; removed unless it did.
 class FileBeside {
 public:
-    explicit FileBeside(const std::filesystem::path& target) : name(target) {
+    explicit FileBeside(std::filesystem::path target) : name(std::move(target)) {
         std::random_device random;
         name += "." + std::to_string(random()) + ".tmp";
     }
