@@ -59,11 +59,11 @@ std::vector<FindingKind> KindsFound(const AllPairs& all) {
 
 } // namespace
 
-std::vector<HeadAngles> HeadPositions(double leastA) {
-    constexpr double step = 15.0;
+std::vector<HeadAngles> HeadPositions(int leastA) {
+    constexpr int step = 15;
     std::vector<HeadAngles> positions;
-    for (double a = leastA; a <= 90.0; a += step) {
-        for (double b = -180.0; b <= 180.0; b += step) positions.push_back({a, b});
+    for (int a = leastA; a <= 90; a += step) {
+        for (int b = -180; b <= 180; b += step) positions.push_back({static_cast<double>(a), static_cast<double>(b)});
     }
     return positions;
 }

@@ -22,7 +22,7 @@ struct AllPairs {
 };
 
 /// A from `leastA` to 90, B from -180 to 180, in steps of 15.
-std::vector<HeadAngles> HeadPositions(double leastA);
+std::vector<HeadAngles> HeadPositions(int leastA);
 
 /// Geometry and settings are those of `geometryFile` and the settings in force.
 AllPairs CheckAllPairs(const std::string& geometryFile, const check::HeadModel& head,

@@ -72,7 +72,7 @@ CheckedTour CheckTour(std::vector<check::PlanToCheck> plans, const check::HeadMo
 
 /// How many findings there were.
 std::size_t RunAll(const CheckCommandOptions& options, const check::HeadModel& head, const Console& console) {
-    const double leastA = options.reachable ? 0.0 : -90.0;
+    const int leastA = options.reachable ? 0 : -90;
     const AllPairs all = CheckAllPairs(options.geometry, head, options.check, HeadPositions(leastA), console);
     if (options.json) {
         PrintJson(AllPairsJson(all, options.check), console.out);
