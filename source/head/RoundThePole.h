@@ -8,8 +8,6 @@
 
 #include <memory>
 
-class CQuaternion;
-
 /// The model of one indexable probe head as it sits on the machine: where the head centre is, in which directions its A
 /// and B axes point, where the lock lever, its ball and the drive cup are, and how far the whole head is turned about
 /// the machine's Z axis from its ideal alignment.
@@ -50,8 +48,6 @@ public:
     void ApproachPosition(double a, double b, double distance, CMaVector& out) const;
     /// Where the drive cup sits on the peg, for the given head angles.
     void EngagementPosition(double a, double b, CMaVector& out) const;
-    /// What the two above give for the same head angles, bit for bit, with one turn of the head for both.
-    void ApproachAndEngagement(double a, double b, double distance, CMaVector& approach, CMaVector& engagement) const;
     /// The direction of the A axis after a turn of `b` degrees about the B axis.
     void RotatedAAxis(double b, CMaVector& out) const;
 
@@ -122,11 +118,6 @@ public:
 
 private:
     void PlaceHeadCentre();
-    /// From A = 0, B = 0 to the given head angles.
-    std::unique_ptr<CQuaternion> HeadTurn(double a, double b) const;
-    CMaVector ApproachFor(const CQuaternion& headTurn, double distance) const;
-    /// Where the machine stands when the turned head puts the point `cupFromCentre` of its own frame where the peg is.
-    CMaVector PositionWith(const CQuaternion& headTurn, const CMaVector& cupFromCentre) const;
     void WriteNumbers(const wchar_t* fileName) const;
     void ReadNumbers(const wchar_t* fileName);
 

@@ -27,13 +27,12 @@ Sums SumsIn(const Frame& frame, const ScaledPoints& points) noexcept {
 }
 
 /// The sums of products about the mean.
-SquareMatrix<3> ScatterOf(const Sums& sums, double count) noexcept {
+SquareMatrix<3> ScatterOf(const Sums& sums, double perCount) noexcept {
     const auto [u, v, w, uu, uv, uw, vv, vw, ww] = sums;
-    const double meanV = v / count, meanW = w / count;
+    const double meanU = u * perCount, meanV = v * perCount, meanW = w * perCount;
     const double aboutUV = uv - u * meanV, aboutUW = uw - u * meanW, aboutVW = vw - v * meanW;
-    return {{{uu - u * u / count, aboutUV, aboutUW},
-             {aboutUV, vv - v * meanV, aboutVW},
-             {aboutUW, aboutVW, ww - w * meanW}}};
+    return {
+        {{uu - u * meanU, aboutUV, aboutUW}, {aboutUV, vv - v * meanV, aboutVW}, {aboutUW, aboutVW, ww - w * meanW}}};
 }
 
 SquareMatrix<3> Product(const SquareMatrix<3>& a, const SquareMatrix<3>& b) noexcept {
@@ -80,27 +79,29 @@ double Turn(CMaVector (&frame)[3], const SquareMatrix<3>& vectors) noexcept {
 } // namespace
 
 PrincipalAxes::PrincipalAxes(ScaledPoints& points, Digits digits) noexcept {
-    const auto count = static_cast<double>(points.GetSize());
+    const double perCount = 1.0 / static_cast<double>(points.GetSize());
     straightWithin = straightInRoundings * points.GetRounding();
 
     // The first sums are about the middle of the box and in the caller's frame, which may cost digits; the later ones
     // are about the mean and in the frame that the first ones gave. A small turn leaves an error of its square.
     constexpr int frameLimit = 4;
     constexpr double smallTurn = 1e-8, wide = 1e-4;
+    std::array<double, 3> squares{};
     for (int frames = 0; frames < frameLimit; ++frames) {
         const Sums sums = frames == 0 ? points.SumOver(products) : SumsIn(axis, points);
-        const CMaVector rest = (axis[0] * sums[0] + axis[1] * sums[1] + axis[2] * sums[2]) * (1.0 / count);
+        const CMaVector rest = (axis[0] * sums[0] + axis[1] * sums[1] + axis[2] * sums[2]) * perCount;
         points.MoveBase(rest[0], rest[1], rest[2]);
-        SquareMatrix<3> scatter = ScatterOf(sums, count);
+        SquareMatrix<3> scatter = ScatterOf(sums, perCount);
         if (frames == 0) {
             const SquareMatrix<3> near = FrameNear(scatter);
             scatter = Product(Product(near, scatter), Transposed(near));
             for (std::size_t i = 0; i < 3; ++i) axis[i] = CMaVector(near[i][0], near[i][1], near[i][2]);
         }
         const SymmetricEigen<3> eigen(scatter);
-        for (std::size_t i = 0; i < 3; ++i) spread[i] = std::sqrt(std::max(eigen.values[i], 0.0) / count);
+        squares = eigen.values;
         const double turn = Turn(axis, eigen.vectors);
-        if (frames > 0 && turn < smallTurn) return;
-        if (digits == Digits::Half && spread[1] > wide * spread[0]) return;
+        if (frames > 0 && turn < smallTurn) break;
+        if (digits == Digits::Half && squares[1] > wide * wide * squares[0]) break;
     }
+    for (std::size_t i = 0; i < 3; ++i) spread[i] = std::sqrt(std::max(squares[i], 0.0) * perCount);
 }

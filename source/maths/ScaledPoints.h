@@ -81,10 +81,10 @@ private:
         for (; i + laneCount <= end; i += laneCount)
             for (std::size_t lane = 0; lane < laneCount; ++lane) add(i + lane, lane);
         for (std::size_t lane = 0; i + lane < end; ++lane) add(i + lane, lane);
-        for (std::size_t width = laneCount / 2; width > 0; width /= 2)
-            for (std::size_t k = 0; k < Count; ++k)
-                for (std::size_t lane = 0; lane < width; ++lane) sums[k][lane] += sums[k][lane + width];
-        for (std::size_t k = 0; k < Count; ++k) totals[k] += sums[k][0];
+        for (std::size_t k = 0; k < Count; ++k) {
+            const double* const l = sums[k];
+            totals[k] += ((l[0] + l[4]) + (l[2] + l[6])) + ((l[1] + l[5]) + (l[3] + l[7]));
+        }
     }
 
     std::span<const double> xs, ys, zs;

@@ -37,14 +37,30 @@ private:
         return turned;
     }
 
-    /// Makes m[p][q] zero. Written so that few roots and quotients wait for each other.
+    /// A turn by which one element off the diagonal becomes zero: cosine, sine, and what that adds to one of the two
+    /// elements on the diagonal and takes from the other. Written so that few roots and quotients wait for each other.
+    struct Turning {
+        Turning(double off, double half) noexcept {
+            constexpr double smallTangent = 1e-8; // its square is below a rounding of 1
+            if (std::fabs(off) < smallTangent * std::fabs(half)) {
+                s = 0.5 * off / half;
+                shift = s * off;
+                return;
+            }
+            const double along = std::fabs(half) + std::sqrt(half * half + off * off);
+            const double across = std::copysign(1.0, half) * off;
+            const double perLength = 1.0 / std::sqrt(along * along + off * off);
+            c = along * perLength;
+            s = across * perLength;
+            shift = across * off / along;
+        }
+
+        double c = 1.0, s, shift;
+    };
+
+    /// Makes m[p][q] zero.
     void Rotate(SquareMatrix<Size>& m, std::size_t p, std::size_t q) noexcept {
-        const double off = m[p][q], half = 0.5 * (m[q][q] - m[p][p]);
-        const double along = std::fabs(half) + std::sqrt(half * half + off * off);
-        const double across = std::copysign(1.0, half) * off;
-        const double perLength = 1.0 / std::sqrt(along * along + off * off);
-        const double c = along * perLength, s = across * perLength;
-        const double shift = across * off / along;
+        const auto [c, s, shift] = Turning(m[p][q], 0.5 * (m[q][q] - m[p][p]));
         m[p][p] -= shift;
         m[q][q] += shift;
         m[p][q] = m[q][p] = 0.0;

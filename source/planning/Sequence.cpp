@@ -2,18 +2,18 @@
 
 #include "planning/MovePlanner.h"
 
+#include "head/TurnedHead.h"
+
 void MovePlanner::PlanMoves(double targetA, double targetB, RequiredMoves& moves) const {
     constexpr double approachDistance = 10.0;
-    CMaVector approachNow(0.0, 0.0, 0.0);
-    CMaVector engageNow(0.0, 0.0, 0.0);
-    CMaVector approachTarget(0.0, 0.0, 0.0);
-    CMaVector aAxisNow(0.0, 0.0, 0.0);
-    CMaVector aAxisTarget(0.0, 0.0, 0.0);
-    headGeometry.ApproachAndEngagement(currentA, currentB, approachDistance, approachNow, engageNow);
-    headGeometry.ApproachPosition(targetA, targetB, approachDistance, approachTarget);
-    headGeometry.RotatedAAxis(currentB, aAxisNow);
+    TurnedHead now(headGeometry, currentA, currentB);
+    TurnedHead target(headGeometry, targetA, targetB);
+    const CMaVector approachNow = now.ApproachPosition(approachDistance);
+    const CMaVector engageNow = now.EngagementPosition();
+    const CMaVector approachTarget = target.ApproachPosition(approachDistance);
+    const CMaVector aAxisNow = now.RotatedAAxis();
     const CMaVector centre = headGeometry.HeadCentre();
-    headGeometry.RotatedAAxis(targetB, aAxisTarget);
+    const CMaVector aAxisTarget = target.RotatedAAxis();
     const CMaVector bAxis = headGeometry.BAxis();
 
     CalculateUnlockMoves(moves);

@@ -1,6 +1,7 @@
 #include "head/HeadChecks.h"
 #include "head/HeadTest.h"
 #include "head/SavedHead.h"
+#include "head/TurnedHead.h"
 
 #include <cmath>
 
@@ -115,13 +116,13 @@ TEST_F(Approach, StandsTheDistanceShortOfEngagement) {
     });
 }
 
-TEST_F(Approach, AndEngagementTogetherAreBitForBitWhatEachIsAlone) {
+TEST_F(Approach, EngagementAndAAxisOfOneTurnedHeadAreBitForBitWhatEachIsAlone) {
     SavedHead{.headCentre = {312.5, -48.25, -610.0}, .rotation = 30.0}.LoadInto(head);
     AtEveryPosition([this](double a, double b) {
-        CMaVector approach(0.0, 0.0, 0.0), engagement(0.0, 0.0, 0.0);
-        head.ApproachAndEngagement(a, b, 10.0, approach, engagement);
-        EXPECT_EQ(TripleOf(approach), ApproachAt(a, b, 10.0)) << a << ' ' << b;
-        EXPECT_EQ(TripleOf(engagement), EngagementAt(a, b)) << a << ' ' << b;
+        TurnedHead turned(head, a, b);
+        EXPECT_EQ(TripleOf(turned.ApproachPosition(10.0)), ApproachAt(a, b, 10.0)) << a << ' ' << b;
+        EXPECT_EQ(TripleOf(turned.EngagementPosition()), EngagementAt(a, b)) << a << ' ' << b;
+        EXPECT_EQ(TripleOf(turned.RotatedAAxis()), AAxisAt(b)) << a << ' ' << b;
     });
 }
 
