@@ -10,7 +10,7 @@
 
 void CMaLine::Fit(const CMaPointArray& points) {
     ScaledPoints scaled(points);
-    const PrincipalAxes axes(scaled);
+    const PrincipalAxes axes(scaled, PrincipalAxes::Digits::AllOfTheLongest);
     point = scaled.ToCaller(CMaVector(0.0, 0.0, 0.0));
     direction = Unit(axes.axis[0]);
 }

@@ -64,8 +64,8 @@ SquareMatrix<3> Transposed(const SquareMatrix<3>& m) noexcept {
     return {{{m[0][0], m[1][0], m[2][0]}, {m[0][1], m[1][1], m[2][1]}, {m[0][2], m[1][2], m[2][2]}}};
 }
 
-/// Turns the frame by the eigenvectors; returns the sine of about how far.
-double Turn(CMaVector (&frame)[3], const SquareMatrix<3>& vectors) noexcept {
+/// Turns the frame by the eigenvectors.
+void Turn(CMaVector (&frame)[3], const SquareMatrix<3>& vectors) noexcept {
     const auto turned = [&](std::size_t k) {
         return frame[0] * vectors[0][k] + frame[1] * vectors[1][k] + frame[2] * vectors[2][k];
     };
@@ -73,7 +73,12 @@ double Turn(CMaVector (&frame)[3], const SquareMatrix<3>& vectors) noexcept {
     frame[0] = longest;
     frame[1] = middle;
     frame[2] = longest * middle;
-    return std::max({std::fabs(vectors[0][1]), std::fabs(vectors[0][2]), std::fabs(vectors[1][2])});
+}
+
+/// The sine of about how far that is, for the axes that matter.
+double SizeOfTurn(const SquareMatrix<3>& vectors, PrincipalAxes::Digits digits) noexcept {
+    const double longest = std::max(std::fabs(vectors[0][1]), std::fabs(vectors[0][2]));
+    return digits == PrincipalAxes::Digits::AllOfTheLongest ? longest : std::max(longest, std::fabs(vectors[1][2]));
 }
 
 } // namespace
@@ -99,8 +104,8 @@ PrincipalAxes::PrincipalAxes(ScaledPoints& points, Digits digits) noexcept {
         }
         const SymmetricEigen<3> eigen(scatter);
         squares = eigen.values;
-        const double turn = Turn(axis, eigen.vectors);
-        if (frames > 0 && turn < smallTurn) break;
+        Turn(axis, eigen.vectors);
+        if (frames > 0 && SizeOfTurn(eigen.vectors, digits) < smallTurn) break;
         if (digits == Digits::Half && squares[1] > wide * wide * squares[0]) break;
     }
     for (std::size_t i = 0; i < 3; ++i) spread[i] = std::sqrt(std::max(squares[i], 0.0) * perCount);

@@ -10,7 +10,8 @@
 struct PrincipalAxes {
     enum class Digits {
         All,
-        Half ///< enough to start from; reads the points once, unless they lie nearly on a line
+        AllOfTheLongest, ///< the other two may lie anyhow across it
+        Half             ///< enough to start from; reads the points once, unless they lie nearly on a line
     };
 
     /// Moves the base of `points` onto their mean, to the last digit.

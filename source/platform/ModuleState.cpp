@@ -13,8 +13,10 @@ namespace {
 
 std::atomic<long> callsUnderWay{0};
 
+constexpr unsigned int flagBits = 0x003F; // of either unit
+
 #ifdef __SSE2__
-// Round to nearest, gradual underflow, every exception masked, no flag raised.
+// Round to nearest, gradual underflow, every exception masked.
 constexpr unsigned int defaultVectorControl = 0x1F80;
 
 unsigned int VectorControl() { return _mm_getcsr(); }
@@ -30,8 +32,6 @@ void SetVectorControl(unsigned int) {}        // fenv_t holds everything here
 // taking its whole environment and putting it back twice, as the C library does, takes as long as the arithmetic of
 // half a plan. So that is for hosts that have set it in their own way.
 #ifdef __x86_64__
-constexpr unsigned int flagBits = 0x003F;
-
 bool IsOlderUnitAtDefault() {
     constexpr unsigned short defaultControl = 0x037F;
     unsigned short control = 0;
@@ -63,13 +63,15 @@ ModuleStateGuard::ModuleStateGuard() noexcept {
     callsUnderWay.fetch_add(1);
     callersErrorNumber = errno;
     callersVectorControl = VectorControl();
-    callersFlags = OlderUnitsFlags(); // whatever they are, they change no result
+    callersFlags = OlderUnitsFlags();
     isHostAtDefault = IsOlderUnitAtDefault();
     if (!isHostAtDefault) {
         std::fegetenv(&callersEnvironment);
         std::fesetenv(FE_DFL_ENV);
     }
-    SetVectorControl(defaultVectorControl);
+    // Flags are left as they are: they change no result, and to write the word that holds them may take as long as a
+    // turn of the head.
+    if ((callersVectorControl & ~flagBits) != defaultVectorControl) SetVectorControl(defaultVectorControl);
 }
 
 ModuleStateGuard::~ModuleStateGuard() {
@@ -77,7 +79,7 @@ ModuleStateGuard::~ModuleStateGuard() {
         std::fesetenv(&callersEnvironment);
     else if (OlderUnitsFlags() != callersFlags)
         SetOlderUnitsFlags(callersFlags);
-    SetVectorControl(callersVectorControl);
+    if (VectorControl() != callersVectorControl) SetVectorControl(callersVectorControl);
     errno = callersErrorNumber;
     callsUnderWay.fetch_sub(1);
 }
