@@ -145,6 +145,16 @@ TEST_F(AlignmentCorrection, TurnsEveryDirectionAndOffsetButNotTheHeadCentre) {
     }
 }
 
+TEST_F(AlignmentCorrection, TurnsAboutTheOriginWhicheverTheAxis) {
+    // A quarter turn is exact: Y goes to Z about X, Z to X about Y.
+    head.AdjustForMisAlignment(90.0, CMaGeometry::X);
+    EXPECT_EQ(TripleOf(head.ApproachDirection()), (Triple{0.0, 0.0, 1.0}));
+    EXPECT_EQ(TripleOf(head.DriveCupOffset()), (Triple{-6.95, 11.5, 24.0}));
+    head.AdjustForMisAlignment(90.0, CMaGeometry::Y);
+    EXPECT_EQ(TripleOf(head.ApproachDirection()), (Triple{1.0, 0.0, 0.0}));
+    EXPECT_EQ(TripleOf(head.DriveCupOffset()), (Triple{24.0, 11.5, 6.95}));
+}
+
 TEST_F(AlignmentCorrection, ByZeroLeavesEveryBit) {
     SavedHead{.headCentre = {0.1, 0.2, 0.3}, .rotation = 33.3}.LoadInto(head);
     const auto state = [this] {

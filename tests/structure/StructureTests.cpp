@@ -123,6 +123,38 @@ TEST(Structure, TheCheckerOfPlansHasAModelOfItsOwn) {
     EXPECT_THAT(violations, IsEmpty());
 }
 
+/// Functions and types that a header gives to everybody, with the namespace around them.
+std::vector<std::string> NamesGivenBy(const SourceFile& header) {
+    static const std::regex space("\\nnamespace ([a-z_]+) \\{");
+    static const std::regex type("\\n(?:struct|class|enum class|enum) (\\w+)[^;{]*\\{");
+    static const std::regex function("\\n(?:inline |constexpr )*[A-Za-z][\\w:<>,&* ]*[ &*]((?!decltype)\\w+\\([^()]*\\))");
+    const std::string code = CodeOf(header.text);
+    std::smatch within;
+    const std::string prefix = std::regex_search(code, within, space) ? within[1].str() + "::" : "";
+    std::vector<std::string> names;
+    for (const std::regex* kind : {&type, &function})
+        for (std::sregex_iterator match(code.begin(), code.end(), *kind), end; match != end; ++match)
+            names.push_back(prefix + match->str(1));
+    return names;
+}
+
+TEST(Structure, NoTwoHeadersOfOneProgramGiveTheSameName) {
+    // The linker would take one for the other without a word.
+    std::map<std::string, std::string> givenBy;
+    std::vector<std::string> clashes;
+    for (const SourceFile& file : SourceFiles()) {
+        const bool isHeader = file.name.ends_with(".h") && file.folder != "benchmarks";
+        // Of the two platforms a program has one.
+        if (!isHeader || file.name.find("/windows/") != std::string::npos) continue;
+        for (const std::string& name : NamesGivenBy(file)) {
+            const auto [known, isNew] = givenBy.emplace(name, file.name);
+            if (!isNew && known->second != file.name) clashes.push_back(name + ": " + known->second + ", " + file.name);
+        }
+    }
+    EXPECT_GT(givenBy.size(), 200u) << "the names were not found";
+    EXPECT_THAT(clashes, IsEmpty());
+}
+
 TEST(Structure, TheLinkedFoldersAreTheIncludedFolders) {
     static const std::regex linked("qmv40_folder\\(([a-z]+)(?: MAY_INCLUDE ([a-z ]+?))?\\s+SOURCES");
     const auto allowed = AllowedIncludes();

@@ -4,6 +4,9 @@
 #include <string_view>
 
 /// What the two text formats of this folder share: blanks, lines, and letter case where only ASCII letters have one.
+/// In a namespace, because programs that link the component's folders have a Trimmed of their own.
+
+namespace ascii_text {
 
 /// Blanks within a line. The old end-of-file mark of text files (Ctrl-Z) counts as one.
 inline constexpr std::string_view blanks{" \t\v\f\x1A"};
@@ -56,3 +59,5 @@ inline TextLine LineAt(std::string_view text, std::size_t begin) {
     const std::size_t lineEnd = text.substr(end).starts_with("\r\n") ? 2 : 1;
     return {text.substr(begin, end - begin), begin, end, std::min(end + lineEnd, text.size())};
 }
+
+} // namespace ascii_text

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+using namespace ascii_text;
+
 namespace {
 
 constexpr std::string_view utf8Mark{"\xEF\xBB\xBF"};

@@ -2,6 +2,8 @@
 
 #include "platform/portable/AsciiText.h"
 
+using namespace ascii_text;
+
 namespace {
 
 /// Places in the text. The section without a name has no section line: there `begin` equals `body`.

@@ -6,6 +6,8 @@
 #include <charconv>
 #include <utility>
 
+using namespace ascii_text;
+
 namespace {
 
 constexpr std::string_view wideFormat{"Windows Registry Editor Version 5.00"};
