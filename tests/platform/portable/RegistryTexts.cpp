@@ -67,6 +67,8 @@ TEST_F(RegistryText, UnderstandsEveryKindOfValue) {
         {R"("")", Text(""), "an empty one"},
         {R"("a\\b\"c")", Text("a\\b\"c"), "escaped backslash and quote"},
         {R"("\\\\")", Text("\\\\"), "two backslashes"},
+        {R"("a\nb\rc\qd")", Text("a\nb\rcqd"), "escaped line ends; any other letter stands for itself"},
+        {R"("a\0b")", Text("a\0b"s), "an escaped zero does not end it"},
         {R"(  "x"  ; why)", Text("x"), "blanks and a comment around it"},
         {R"("a;b")", Text("a;b"), "no comment within quotes"},
         {R"("x" y)", std::nullopt, "anything else behind it is garbage"},
