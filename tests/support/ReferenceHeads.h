@@ -3,6 +3,7 @@
 #include "interface/Records.h"
 
 #include <array>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -37,6 +38,9 @@ struct ReferenceHead {
     std::vector<FileEntry> file; ///< the seven entries of the geometry file, in their order
     std::vector<Plan> plans;
 };
+
+/// How a failing test names it.
+inline void PrintTo(const ReferenceHead& head, std::ostream* out) { *out << head.name; }
 
 /// All of tests/data/heads, by name. Throws when a file is missing or not as expected: no test may pass on no data.
 std::vector<ReferenceHead> LoadReferenceHeads();

@@ -145,7 +145,7 @@ bool BecomeOwnRoot() {
 
 /// Puts a disk of 16 blocks in the place of `folder`, for this process alone. False when it may not.
 bool MountSmallDisk(const fs::path& folder) {
-    return BecomeOwnRoot() && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+    return BecomeOwnRoot() && ::mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == 0 &&
            ::mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=64k") == 0;
 }
 

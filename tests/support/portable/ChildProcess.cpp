@@ -22,7 +22,9 @@ struct ChildProcess::State {
 
 ChildProcess::ChildProcess(const std::string& job, const std::filesystem::path& path)
     : state(std::make_unique<State>()) {
-    std::string program = "/proc/self/exe", marker = "--job", name = job, file = path;
+    // The name behind the link: a checker that runs this program stands behind the link itself.
+    std::string program = std::filesystem::read_symlink("/proc/self/exe");
+    std::string marker = "--job", name = job, file = path;
     const std::array<char*, 5> arguments{program.data(), marker.data(), name.data(), file.data(), nullptr};
     if (::posix_spawn(&state->process, program.c_str(), nullptr, nullptr, arguments.data(), environ) != 0)
         throw std::runtime_error("the test program cannot be started a second time");
