@@ -1,5 +1,6 @@
-# Sourced by ./run and ./test: ensure_packages <name>... installs the Debian packages that are missing, and says so.
+# Sourced by ./run, ./test and the programs beside them.
 
+# ensure_packages <name>...: installs the Debian packages that are missing, and says so.
 ensure_packages() {
     local missing=()
     for package in "$@"; do
@@ -17,6 +18,13 @@ ensure_packages() {
         tail -n 20 "${TMPDIR:-/tmp}/qmv40-packages.log" >&2
         return 1
     }
+}
+
+# ensure_node: node and npm, which build the page of `qmv40 view`. Some packages of node bring npm with them. A tree that was
+# configured without them looks again.
+ensure_node() {
+    command -v npm >/dev/null && return
+    ensure_packages nodejs npm && rm -f "$root"/build/*/build.ninja
 }
 
 # build_preset <preset> [target]...: configures once, then builds; quiet unless something fails.

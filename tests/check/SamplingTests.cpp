@@ -28,7 +28,8 @@ check::PlanToCheck Indexing(const check::HeadModel& head) {
 class Sampling : public testing::Test {
 protected:
     const check::HeadModel head = IdealHead();
-    const std::vector<SweptMove> path = check::SweptPath(head, check::CheckPlan(head, {}, Indexing(head)), 4.0);
+    const std::vector<SweptMove> path =
+        check::SweptPath(head, check::CheckPlan(head, {}, Indexing(head)), {.degrees = 4.0});
 };
 
 TEST_F(Sampling, JoinsTheMovesEndToEnd) {
@@ -51,6 +52,39 @@ TEST_F(Sampling, FollowsArcsAsCloselyAsAskedForAndStraightMovesByTheirEnds) {
     for (const SweptMove& move : path) {
         EXPECT_EQ(0.0, move.samples.front().fraction);
         EXPECT_EQ(1.0, move.samples.back().fraction);
+    }
+}
+
+TEST_F(Sampling, FollowsStraightMovesAsCloselyAsAskedFor) {
+    const auto fine = check::SweptPath(head, check::CheckPlan(head, {}, Indexing(head)), {.millimetres = 1.5});
+    // The last one, off the peg: 10 mm.
+    const std::vector<Sample>& straight = fine.back().samples;
+    ASSERT_EQ(8u, straight.size()) << "seven steps of at most 1.5 mm";
+    for (std::size_t i = 1; i < straight.size(); ++i) {
+        EXPECT_NEAR(10.0 / 7.0, check::Distance(straight[i - 1].position, straight[i].position), rounding);
+    }
+    EXPECT_EQ(2u, fine.front().samples.size()) << "a move that goes nowhere has its two ends";
+}
+
+TEST_F(Sampling, HasTheCupOffThePegAsSoonAsAStraightMoveLeavesIt) {
+    const auto fine = check::SweptPath(head, check::CheckPlan(head, {}, Indexing(head)), {.millimetres = 1.5});
+    const std::vector<Sample>& onto = fine[2].samples;
+    const std::vector<Sample>& off = fine.back().samples;
+    for (std::size_t i = 0; i + 1 < onto.size(); ++i) EXPECT_FALSE(onto[i].isOnPeg);
+    EXPECT_TRUE(onto.back().isOnPeg);
+    EXPECT_TRUE(off.front().isOnPeg);
+    for (std::size_t i = 1; i < off.size(); ++i) EXPECT_FALSE(off[i].isOnPeg);
+}
+
+TEST_F(Sampling, GivesAMistakenMoveNoMoreThanTenThousandSteps) {
+    for (const double far : {1e6, 1e300}) {
+        check::PlanToCheck plan = Indexing(head);
+        std::get<XYZData>(plan.moves.back().data).XPosition = far;
+        std::get<ArcData>(plan.moves[4].data).RotationAngle = far;
+        const auto swept = check::SweptPath(head, check::CheckPlan(head, {}, plan), {.millimetres = 1.0});
+        EXPECT_EQ(10001u, swept[4].samples.size());
+        EXPECT_EQ(10001u, swept.back().samples.size());
+        EXPECT_EQ(far, swept.back().samples.back().position[0]);
     }
 }
 

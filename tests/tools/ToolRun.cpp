@@ -13,11 +13,6 @@
 
 namespace {
 
-std::string Utf8Name(const std::filesystem::path& path) {
-    const std::u8string name = path.u8string();
-    return {name.begin(), name.end()};
-}
-
 std::string DifferenceBetweenNumbers(double expected, double actual, double tolerance, const std::string& where) {
     const double allowed = tolerance * std::max(1.0, std::abs(expected));
     if (std::abs(expected - actual) <= allowed) return {};

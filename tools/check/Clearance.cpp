@@ -38,4 +38,11 @@ Room RoomOf(const ExecutedMove& move, const HeadModel& head, const BallSizes& si
     return {ToPoleSphere(move, head) - sizes.poleSphereRadius, ToLevers(move, head) - sizes.leverBallRadius};
 }
 
+Room RoomAt(const ExecutedMove& move, double fraction, const HeadModel& head, const BallSizes& sizes) {
+    const CMaVector place = move.path.At(fraction);
+    ExecutedMove standing{move.id, Path::Straight(place, place), move.before, move.before, 0.0};
+    standing.before.angles = move.AnglesAt(fraction);
+    return RoomOf(standing, head, sizes);
+}
+
 } // namespace check

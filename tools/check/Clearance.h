@@ -31,5 +31,7 @@ bool IsPegContact(MoveId id);
 bool IsLeverContact(MoveId id);
 
 Room RoomOf(const ExecutedMove& move, const HeadModel& head, const BallSizes& sizes);
+/// The same at one place of the move's way.
+Room RoomAt(const ExecutedMove& move, double fraction, const HeadModel& head, const BallSizes& sizes);
 
 } // namespace check

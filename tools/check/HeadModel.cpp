@@ -43,6 +43,8 @@ Turning HeadModel::TurnOfA(double degrees, double b) const {
 
 Turning HeadModel::TurnOfB(double degrees) const { return {centre, {0.0, 0.0, 1.0}, degrees}; }
 
+CMaVector HeadModel::PlaceOnHead(const CMaVector& position) const { return Way(position, centre); }
+
 CMaVector HeadModel::LeverCentre(LeverSide side) const {
     CMaVector offset = dimensions.leverCentre;
     if (side == LeverSide::Minus) offset[0] = -offset[0];

@@ -54,6 +54,11 @@ public:
     /// Z at which the machine moves freely above the pole sphere and both levers.
     double SafeHeight() const;
 
+    /// A direction or an offset that goes with the head's body: as it is, given as at a head mounted square.
+    CMaVector Mounted(const CMaVector& offset) const;
+    /// One that also turns with A and B, given at A = 0, B = 0.
+    CMaVector TurnedWithHead(const CMaVector& offset, const HeadAngles& angles) const;
+
     // The drive cup and the pole sphere, which it sits on while the head is indexed
 
     /// From the head centre to the drive cup.
@@ -67,6 +72,10 @@ public:
 
     // The levers
 
+    /// Which place of the head, from its centre, is at the pole sphere's centre while the machine is at `position`. A
+    /// lever's own place is so the opposite of its position seen from the pole: that on the plus side is at the head's
+    /// -X.
+    CMaVector PlaceOnHead(const CMaVector& position) const;
     CMaVector LeverCentre(LeverSide side) const;
     CMaVector LeverBall(LeverSide side, LeverState state) const;
     ContactLine LeverLine(LeverSide side, LeverState state) const;
@@ -80,9 +89,6 @@ public:
     CMaVector SwingCentre() const;
 
 private:
-    CMaVector Mounted(const CMaVector& offset) const;
-    CMaVector TurnedWithHead(const CMaVector& offset, const HeadAngles& angles) const;
-
     CMaVector centre;
     double mountedTurn;
     HeadDimensions dimensions;

@@ -1,5 +1,6 @@
 #include "cli/CheckReport.h"
 
+#include "check/Sampling.h"
 #include "cli/Moves.h"
 #include "cli/Numbers.h"
 #include "cli/Table.h"
@@ -13,16 +14,6 @@ using check::MoveId;
 using check::WorstFigure;
 
 constexpr int figureDecimals = 4;
-
-const char* NameOf(MoveId id) { return AllMoves()[check::IndexOf(id)].name; }
-
-const char* NameOf(LeverState state) { return state == LeverState::Locked ? "locked" : "open"; }
-
-/// What the move must touch, and therefore is left out of its room.
-const char* ContactOf(MoveId id) {
-    if (check::IsPegContact(id)) return "peg";
-    return check::IsLeverContact(id) ? "lever" : "";
-}
 
 void PrintMoves(const CheckedPlan& checked, const Console& console) {
     Table table({{"#"},
@@ -120,44 +111,46 @@ Json PlanJson(const CheckedPlan& checked, const check::HeadModel& head) {
     const std::vector<check::SweptMove> path = check::SweptPath(head, checked.report);
     Json moves = Json::array();
     for (std::size_t i = 0; i < path.size(); ++i) moves.push_back(MoveJson(i, checked.report.moves[i], path[i]));
-    Json findings = Json::array();
-    for (const check::Finding& finding : checked.report.findings) {
-        findings.push_back(FindingJson(finding, checked.plan));
-    }
     return {{"from", AnglesJson(checked.plan.from)},
             {"to", AnglesJson(checked.plan.to)},
             {"verdict", Verdict(checked.report.findings.size())},
-            {"findings", findings},
+            {"findings", PlanFindingsJson(checked)},
             {"moves", moves}};
 }
 
-std::string AmountText(const check::Finding& finding) {
-    if (!finding.amount) return "";
-    return " by " + FixedText(*finding.amount, figureDecimals) + " " + check::TextOf(finding.kind).unit;
+void PrintHeading(const CheckedTour& tour, std::size_t index, const std::string& whatFollows, const Console& console) {
+    const check::PlanToCheck& plan = tour.plans[index].plan;
+    const std::string number = tour.plans.size() == 1 ? "" : " " + std::to_string(index + 1);
+    console.out << (index == 0 ? "" : "\n")
+                << console.Strong("Plan" + number + ": from " + HeadAnglesText(plan.from) + " to " +
+                                  HeadAnglesText(plan.to) + " (deg)" + whatFollows)
+                << '\n';
+}
+
+void PrintFiguresAndVerdict(const CheckedTour& tour, const Console& console) {
+    PrintFigures(tour.figures, console);
+    const std::size_t plans = tour.plans.size();
+    PrintVerdict(tour.Findings(), std::to_string(plans) + (plans == 1 ? " plan" : " plans"), console);
 }
 
 } // namespace
 
-std::size_t CheckedTour::Findings() const {
-    std::size_t findings = 0;
-    for (const CheckedPlan& checked : plans) findings += checked.report.findings.size();
-    return findings;
-}
-
 void PrintCheckedTour(const CheckedTour& tour, const Console& console) {
     for (std::size_t i = 0; i < tour.plans.size(); ++i) {
-        const CheckedPlan& checked = tour.plans[i];
-        const std::string number = tour.plans.size() == 1 ? "" : " " + std::to_string(i + 1);
-        console.out << (i == 0 ? "" : "\n")
-                    << console.Strong("Plan" + number + ": from " + HeadAnglesText(checked.plan.from) + " to " +
-                                      HeadAnglesText(checked.plan.to) + " (deg), as after each move")
-                    << "\n\n";
-        PrintMoves(checked, console);
-        PrintFindings(checked, console);
+        PrintHeading(tour, i, ", as after each move", console);
+        console.out << '\n';
+        PrintMoves(tour.plans[i], console);
+        PrintFindings(tour.plans[i], console);
     }
-    PrintFigures(tour.figures, console);
-    const std::size_t plans = tour.plans.size();
-    PrintVerdict(tour.Findings(), std::to_string(plans) + (plans == 1 ? " plan" : " plans"), console);
+    PrintFiguresAndVerdict(tour, console);
+}
+
+void PrintJudgement(const CheckedTour& tour, const Console& console) {
+    for (std::size_t i = 0; i < tour.plans.size(); ++i) {
+        PrintHeading(tour, i, "", console);
+        PrintFindings(tour.plans[i], console);
+    }
+    PrintFiguresAndVerdict(tour, console);
 }
 
 Json CheckedTourJson(const CheckedTour& tour, const check::HeadModel& head, const check::CheckOptions& options) {
@@ -169,7 +162,21 @@ Json CheckedTourJson(const CheckedTour& tour, const check::HeadModel& head, cons
             {"plans", plans}};
 }
 
+const char* NameOf(MoveId id) { return AllMoves()[check::IndexOf(id)].name; }
+
+const char* NameOf(LeverState state) { return state == LeverState::Locked ? "locked" : "open"; }
+
+const char* ContactOf(MoveId id) {
+    if (check::IsPegContact(id)) return "peg";
+    return check::IsLeverContact(id) ? "lever" : "";
+}
+
 std::string MoveText(std::size_t index, MoveId id) { return "move " + std::to_string(index + 1) + " " + NameOf(id); }
+
+std::string AmountText(const check::Finding& finding) {
+    if (!finding.amount) return "";
+    return " by " + FixedText(*finding.amount, figureDecimals) + " " + check::TextOf(finding.kind).unit;
+}
 
 void PrintFinding(const check::Finding& finding, const std::string& where, const Console& console) {
     const check::FindingText& text = check::TextOf(finding.kind);
@@ -191,11 +198,13 @@ void PrintFigures(const check::Figures& figures, const Console& console) {
 
 const char* Verdict(std::size_t findings) { return findings == 0 ? "clear" : "findings"; }
 
+std::string VerdictText(std::size_t findings) {
+    if (findings == 0) return "clear, no findings";
+    return std::to_string(findings) + (findings == 1 ? " finding" : " findings");
+}
+
 void PrintVerdict(std::size_t findings, const std::string& checked, const Console& console) {
-    const std::string count = std::to_string(findings) + (findings == 1 ? " finding" : " findings");
-    console.out << '\n'
-                << console.Strong("Verdict: " + (findings == 0 ? std::string("clear, no findings") : count)) << " in "
-                << checked << ".\n";
+    console.out << '\n' << console.Strong("Verdict: " + VerdictText(findings)) << " in " << checked << ".\n";
 }
 
 Json FindingJson(const check::Finding& finding, const check::PlanToCheck& plan) {
@@ -207,6 +216,14 @@ Json FindingJson(const check::Finding& finding, const check::PlanToCheck& plan) 
             {"unit", text.unit},
             {"sentence", text.sentence},
             {"remedy", text.remedy}};
+}
+
+Json PlanFindingsJson(const CheckedPlan& checked) {
+    Json findings = Json::array();
+    for (const check::Finding& finding : checked.report.findings) {
+        findings.push_back(FindingJson(finding, checked.plan));
+    }
+    return findings;
 }
 
 Json FiguresJson(const check::Figures& figures) {

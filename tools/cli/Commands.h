@@ -12,6 +12,7 @@ class App;
 void AddGeometryCommand(CLI::App& tool, const Console& console);
 void AddMoveCommand(CLI::App& tool, const Console& console);
 void AddCheckCommand(CLI::App& tool, const Console& console);
+void AddViewCommand(CLI::App& tool, const Console& console);
 void AddStartCommand(CLI::App& tool, const Console& console);
 void AddPoleCommand(CLI::App& tool, const Console& console);
 void AddFitCommand(CLI::App& tool, const Console& console);

@@ -1,8 +1,8 @@
-#include "cli/Calculator.h"
 #include "cli/Commands.h"
 #include "cli/Json.h"
 #include "cli/MoveTable.h"
 #include "cli/Options.h"
+#include "cli/PlanSelection.h"
 #include "cli/Platform.h"
 
 namespace {
@@ -13,20 +13,6 @@ struct MoveOptions : CommonOptions {
     std::vector<HeadAngles> targets;
     bool csv = false;
 };
-
-/// All plans or none: a tour that stops half-way is no tour.
-std::vector<Plan> PlanTour(const MoveOptions& options) {
-    Calculator calculator;
-    calculator.LoadHeadGeometry(options.geometry);
-    calculator.SetCurrentHeadPosition(options.from);
-    std::vector<Plan> plans;
-    for (const HeadAngles& target : options.targets) {
-        const HeadAngles from = calculator.CurrentHeadPosition();
-        const RequiredMoves moves = calculator.CalculateMove(target);
-        plans.push_back({from, calculator.CurrentHeadPosition(), moves});
-    }
-    return plans;
-}
 
 Json PlansJson(const std::vector<Plan>& plans) {
     Json documents = Json::array();
@@ -39,7 +25,7 @@ Json PlansJson(const std::vector<Plan>& plans) {
 
 void Run(const MoveOptions& options, const Console& console) {
     const SettingsOverride settings(options.settings);
-    const std::vector<Plan> plans = PlanTour(options);
+    const std::vector<Plan> plans = PlanTour(options.geometry, options.from, options.targets);
     if (options.json) return PrintJson(PlansJson(plans), console.out);
     if (options.csv) return PrintMovesAsCsv(plans, console);
     PrintMoveTables(plans, console);

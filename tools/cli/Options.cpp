@@ -7,6 +7,14 @@ HeadAngles AnglesOrUsageError(const std::string& option, const std::string& text
     throw CLI::ValidationError(option, "'" + text + "' is not two angles in degrees such as 45,-90");
 }
 
+template <typename Angles> CLI::Option* AddFrom(CLI::App& command, Angles& from) {
+    return command
+        .add_option_function<std::string>(
+            "--from", [&from](const std::string& text) { from = AnglesOrUsageError("--from", text); },
+            "Where the head stands, degrees: A 0 to 90, B -180 to 180, in steps of 15")
+        ->type_name("A,B");
+}
+
 } // namespace
 
 void AddCommonOptions(CLI::App& command, CommonOptions& options) {
@@ -23,14 +31,9 @@ void AddGeometryOption(CLI::App& command, std::string& fileName) {
         ->type_name("FILE");
 }
 
-void AddFromOption(CLI::App& command, HeadAngles& from) {
-    command
-        .add_option_function<std::string>(
-            "--from", [&from](const std::string& text) { from = AnglesOrUsageError("--from", text); },
-            "Where the head stands, degrees: A 0 to 90, B -180 to 180, in steps of 15")
-        ->required()
-        ->type_name("A,B");
-}
+void AddFromOption(CLI::App& command, HeadAngles& from) { AddFrom(command, from)->required(); }
+
+void AddFromOption(CLI::App& command, std::optional<HeadAngles>& from) { AddFrom(command, from); }
 
 void AddToOption(CLI::App& command, std::vector<HeadAngles>& targets) {
     command

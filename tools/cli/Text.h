@@ -7,6 +7,7 @@
 /// The tool's own texts are UTF-8 on every platform; Platform.h turns the component's wide ones into it.
 
 std::filesystem::path PathOf(const std::string& utf8Name);
+std::string Utf8Name(const std::filesystem::path& path);
 
 /// Without blanks and tabulators at either end.
 std::string_view Trimmed(std::string_view text);

@@ -97,6 +97,7 @@ void MakeTool(CLI::App& tool, const Console& console) {
     AddGeometryCommand(tool, console);
     AddMoveCommand(tool, console);
     AddCheckCommand(tool, console);
+    AddViewCommand(tool, console);
     AddStartCommand(tool, console);
     AddPoleCommand(tool, console);
     AddFitCommand(tool, console);

@@ -1,0 +1,6 @@
+# Puts the tests and the packages they need into a folder of the build tree: nothing is written beside the sources.
+#   cmake -D source=... -D workplace=... -D npm=... -P packages.cmake
+file(GLOB tests ${source}/*.mjs)
+file(COPY ${tests} ${source}/package.json ${source}/package-lock.json DESTINATION ${workplace})
+execute_process(COMMAND ${npm} ci --ignore-scripts --no-audit --no-fund --prefer-offline --silent
+    WORKING_DIRECTORY ${workplace} COMMAND_ERROR_IS_FATAL ANY)

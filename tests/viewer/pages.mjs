@@ -1,0 +1,76 @@
+// The pages under test, each written by the tool itself, and what the tool says of the same plans by other commands.
+
+import { execFileSync } from "node:child_process";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { pathToFileURL } from "node:url";
+
+const tool = process.env.QMV40_TOOL;
+const scenarios = process.env.QMV40_SCENARIOS;
+
+/** The tool's output; `status`: the exit code that is expected. */
+function run(args, status = 0) {
+    try {
+        const output = execFileSync(tool, args, { encoding: "utf8", stdio: ["ignore", "pipe", "pipe"] });
+        if (status !== 0) throw new Error(`qmv40 ${args.join(" ")} ended with 0 instead of ${status}`);
+        return output;
+    } catch (failure) {
+        if (failure.status === undefined || failure.status !== status) throw failure;
+        return failure.stdout;
+    }
+}
+
+export class Pages {
+    constructor() { this.folder = mkdtempSync(join(tmpdir(), "qmv40-view-")); }
+
+    remove() { rmSync(this.folder, { recursive: true }); }
+
+    path(name) { return join(this.folder, name); }
+
+    /** The geometry file of a shipped capture. */
+    geometry(scenario, name = `${scenario}.ini`) {
+        const captured = ["a", "b"].flatMap((axis) => [`--${axis}-axis`, join(scenarios, scenario, `${axis}-axis.csv`)]);
+        run(["geometry", ...captured, "--output", this.path(name)]);
+        return this.path(name);
+    }
+
+    /** Where to open the page that `qmv40 view` writes with these arguments. */
+    view(name, args, status = 0) {
+        run(["view", ...args, "--output", this.path(name)], status);
+        return pathToFileURL(this.path(name)).href;
+    }
+
+    /** The plans as `qmv40 move` has them. */
+    plans(args) { return JSON.parse(run(["move", ...args, "--json"])).plans; }
+
+    /** The page of a plan that was edited by hand. */
+    spoiled(name, geometry, moves, spoil) {
+        const plan = { plans: this.plans(["--geometry", geometry, ...moves]) };
+        spoil(plan.plans[0].moves);
+        writeFileSync(this.path(`${name}.json`), JSON.stringify(plan));
+        return this.view(`${name}.html`, ["--geometry", geometry, "--plan", this.path(`${name}.json`)], 4);
+    }
+
+    text(name) { return readFileSync(this.path(name), "utf8"); }
+}
+
+/** Where the machine is after an arc: a positive angle turns clockwise, seen from the tip of the vector. */
+function afterArc([x, y, z], arc) {
+    const u = [arc.iRotationVector, arc.jRotationVector, arc.kRotationVector];
+    const origin = [arc.XOrigin, arc.YOrigin, arc.ZOrigin];
+    const v = [x - origin[0], y - origin[1], z - origin[2]];
+    const angle = (-arc.RotationAngle * Math.PI) / 180;
+    const along = u[0] * v[0] + u[1] * v[1] + u[2] * v[2];
+    const across = [u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]];
+    return v.map((value, i) => origin[i] + Math.cos(angle) * value + Math.sin(angle) * across[i] + (1 - Math.cos(angle)) * along * u[i]);
+}
+
+/** Where each move of a plan of `qmv40 move` ends: `[[name, [x, y, z]], …]`. */
+export function endsOfMoves(plan) {
+    let at;
+    return Object.entries(plan.moves).map(([name, move]) => {
+        at = "RotationAngle" in move ? afterArc(at, move) : [move.XPosition, move.YPosition, move.ZPosition];
+        return [name, at];
+    });
+}

@@ -1,0 +1,211 @@
+// Going through the moves: what is shown where, and that every way of going there goes there.
+
+import assert from "node:assert/strict";
+import { after, before, describe, it } from "node:test";
+import { assertAt, launch, OpenPage } from "./browser.mjs";
+import { endsOfMoves, Pages } from "./pages.mjs";
+
+const moveArguments = ["--from", "0,0", "--to", "45,90"];
+
+describe("The player", () => {
+    let browser, pages, opened, ends;
+
+    before(async () => {
+        pages = new Pages();
+        const geometry = pages.geometry("plain");
+        [ends] = pages.plans(["--geometry", geometry, ...moveArguments]).map(endsOfMoves);
+        browser = await launch();
+        opened = await OpenPage.open(browser, pages.view("plain.html", ["--geometry", geometry, ...moveArguments]));
+    });
+    after(async () => {
+        await browser?.close();
+        pages.remove();
+    });
+
+    /** A promise about the page as it stands at the start. */
+    const promise = (sentence, keep) => it(sentence, async () => {
+        await opened.press("Home");
+        await keep(opened);
+        opened.assertQuiet();
+    });
+
+    promise("stands at the start, locked and free, when the page opens", async (opened) => {
+        assert.equal(await opened.moveName(), "ApproachUnLockLever");
+        assert.equal(await opened.isPlaying(), false);
+        const { a, b, lever, peg } = await opened.machine();
+        assert.deepEqual([a, b, lever, peg], ["0.000", "0.000", "Levers locked", "Free of the peg"]);
+    });
+
+    promise("shows at the end of every move where the plan says that it ends", async (opened) => {
+        for (const [i, [name, end]] of ends.entries()) {
+            await opened.press("ArrowRight");
+            assert.equal(await opened.moveName(), name);
+            assert.equal(await opened.row(i + 1).getAttribute("aria-current"), "step");
+            assertAt(await opened.position(), end, name);
+        }
+        await opened.press("ArrowRight");
+        assert.equal(await opened.moveName(), "DisengageFromLockLever", "there is nothing after the end");
+    });
+
+    promise("ends at the angles that were asked for, locked again and off the peg", async (opened) => {
+        await opened.press("End");
+        const { a, b, lever, peg } = await opened.machine();
+        assert.deepEqual([a, b, lever, peg], ["45.000", "90.000", "Levers locked", "Free of the peg"]);
+    });
+
+    promise("shows the head open and on the peg while it is turned", async (opened) => {
+        await opened.row(10).click();
+        await opened.press(".", ".");
+        const { lever, peg, room } = await opened.machine();
+        assert.deepEqual([lever, peg, room], ["Levers open", "On the peg", "\u2014"]);
+    });
+
+    promise("plays to the end and stops there", async (opened) => {
+        await opened.page.selectOption("#speed", { label: "very fast" });
+        await opened.click("#play");
+        assert.equal(await opened.isPlaying(), true);
+        await opened.untilStopped();
+        assert.equal(await opened.moveName(), "DisengageFromLockLever");
+        assertAt(await opened.position(), ends.at(-1)[1], "the end");
+    });
+
+    promise("starts again from the start when it is played at the end", async (opened) => {
+        await opened.press("End");
+        await opened.press("Space", "Space");
+        const line = opened.page.locator("#time");
+        assert.ok(Number(await line.inputValue()) < Number(await line.getAttribute("max")) / 2);
+    });
+
+    promise("holds where it is while it pauses", async (opened) => {
+        await opened.press("Space");
+        await opened.page.waitForTimeout(600);
+        await opened.press("Space");
+        const held = await opened.machine();
+        await opened.page.waitForTimeout(300);
+        assert.deepEqual(await opened.machine(), held);
+        assert.notDeepEqual([held.x, held.y, held.z].map(Number), ends[0][1], "it had moved before");
+    });
+
+    promise("goes farther in the same time when it is faster", async (opened) => {
+        const wayIn = async (speed) => {
+            await opened.press("Home");
+            await opened.page.selectOption("#speed", { label: speed });
+            await opened.click("#play");
+            await opened.page.waitForTimeout(400);
+            await opened.click("#play");
+            return Number(await opened.page.locator("#time").inputValue());
+        };
+        const slow = await wayIn("slow");
+        assert.ok(slow > 0);
+        // Fifteen times as fast; how late a busy machine presses the button is anybody's guess.
+        assert.ok(await wayIn("very fast") > 3 * slow);
+    });
+
+    promise("goes to both ends with Home and End and their buttons", async (opened) => {
+        const placesAfter = async (go) => { await go(); return opened.position(); };
+        for (const [start, end] of [["Home", "End"], ["#to-start", "#to-end"]]) {
+            const go = (where) => () => where.startsWith("#") ? opened.click(where) : opened.press(where);
+            assertAt(await placesAfter(go(end)), ends.at(-1)[1], end);
+            assertAt(await placesAfter(go(start)), ends[0][1], start);
+        }
+    });
+
+    promise("goes back to the start of the move, and then of the one before", async (opened) => {
+        await opened.row(5).click();
+        await opened.press(".", ".");
+        await opened.press("ArrowLeft");
+        assert.equal(await opened.moveName(), "RotateToPeg");
+        assertAt(await opened.position(), ends[3][1], "the start of the fifth move");
+        await opened.click("#back");
+        assert.equal(await opened.moveName(), "DisengageFromUnLockLever");
+        assertAt(await opened.position(), ends[2][1], "the start of the fourth move");
+    });
+
+    promise("goes step by step through the samples of the document, and shows their numbers", async (opened) => {
+        const { samples } = (await opened.document()).plans[0].moves[4];
+        await opened.row(5).click();
+        for (const sample of samples.slice(0, 20)) {
+            const { x, y, z, a, b, room } = await opened.machine();
+            assert.deepEqual([x, y, z, a, b, room].map(Number), [...sample.at, sample.A, sample.B, sample.room].map((value) =>
+                Number(value.toFixed(3))));
+            await opened.press(".");
+        }
+    });
+
+    promise("goes where the time line is clicked", async (opened) => {
+        for (const move of [4, 5, 16]) {
+            const mark = await opened.page.locator(`.mark:nth-child(${move})`).boundingBox();
+            const line = await opened.page.locator("#time").boundingBox();
+            await opened.page.mouse.click(mark.x + mark.width / 2, line.y + line.height / 2);
+            assert.equal(await opened.moveName(), ends[move - 1][0]);
+        }
+    });
+
+    promise("goes to the start of a move when its row is clicked, anywhere in the row", async (opened) => {
+        for (const move of [16, 3, 11]) {
+            await opened.row(move).locator("td").first().click();
+            assert.equal(await opened.moveName(), ends[move - 1][0]);
+            assertAt(await opened.position(), ends[move - 2][1], ends[move - 1][0]);
+        }
+    });
+
+    promise("goes from row to row with the keys alone, one stop of the tab key for the whole list", async (opened) => {
+        await opened.page.locator("#rows button").first().focus();
+        await opened.press("ArrowDown", "ArrowDown");
+        assert.equal(await opened.moveName(), "UnLock");
+        assert.equal(await opened.page.evaluate(() => document.activeElement.textContent), "UnLock");
+        assert.equal(await opened.page.locator('#rows button[tabindex="0"]').count(), 1);
+        await opened.press("ArrowUp");
+        assert.equal(await opened.moveName(), "EngageWithUnLockLever");
+    });
+
+    promise("shows the planned numbers of the move as the plan has them", async (opened) => {
+        await opened.row(5).click();
+        const planned = await opened.text("#move-planned");
+        for (const number of ["110.9429 deg", "412.5000, -178.2500, -687.2500 mm", "0.0000, 0.0000, 1.0000"]) {
+            assert.ok(planned.includes(number), `${number} in ${planned}`);
+        }
+        await opened.row(8).click();
+        assert.match(await opened.text("#move-planned"), /419\.4500, -202\.2500, -643\.5000 mm/);
+    });
+});
+
+describe("A tour of three plans", () => {
+    let browser, pages, opened, plans;
+
+    before(async () => {
+        pages = new Pages();
+        const tour = ["--geometry", pages.geometry("turned-30"), "--from", "0,0", "--to", "45,90", "--to", "15,-30", "--to", "90,180"];
+        plans = pages.plans(tour);
+        browser = await launch();
+        opened = await OpenPage.open(browser, pages.view("tour.html", tour));
+    });
+    after(async () => {
+        await browser?.close();
+        pages.remove();
+    });
+
+    it("offers each plan, with its own ends", async () => {
+        const offered = await opened.page.locator("#plan option").allInnerTexts();
+        assert.deepEqual(offered, ["1: A 0\u00b0, B 0\u00b0 to A 45\u00b0, B 90\u00b0", "2: A 45\u00b0, B 90\u00b0 to A 15\u00b0, B -30\u00b0",
+                                   "3: A 15\u00b0, B -30\u00b0 to A 90\u00b0, B 180\u00b0"]);
+    });
+
+    it("shows of each plan its moves, its end and its drawing alone, and begins where the plan before ended", async () => {
+        let before;
+        for (const [i, plan] of plans.entries()) {
+            await opened.page.selectOption("#plan", String(i));
+            if (before) assertAt(await opened.position(), before, `the start of plan ${i + 1}`);
+            await opened.page.locator("#scene").focus();
+            await opened.press("End");
+            before = endsOfMoves(plan).at(-1)[1];
+            assertAt(await opened.position(), before, `the end of plan ${i + 1}`);
+            const { a, b } = await opened.machine();
+            assert.deepEqual([Number(a), Number(b)], [plan.to.A, plan.to.B]);
+            const shown = await opened.page.locator("#drawings figure").evaluateAll((figures) => figures.map((figure) => !figure.hidden));
+            assert.deepEqual(shown, plans.map((_, other) => other === i));
+        }
+    });
+
+    it("complained about nothing", () => opened.close());
+});

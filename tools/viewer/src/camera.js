@@ -1,0 +1,126 @@
+// The views of the picture: one in perspective that is turned at will, and three along the machine's axes, true to scale.
+
+import { Box3, MOUSE, OrthographicCamera, PerspectiveCamera, TOUCH, Vector3 } from "three";
+import { OrbitControls } from "three/addons/controls/OrbitControls.js";
+
+const fieldOfView = 32;
+const halfField = (fieldOfView / 2) * (Math.PI / 180);
+const distances = { near: 1, far: 20000 };
+// Room at the rim for the buttons and the triad.
+const rim = 1.1;
+// From above, a hair's breadth off the vertical, so that +Y stays up.
+const almostAbove = 1e-4;
+
+/** From the middle of the picture towards the eye. */
+const directions = {
+    free: new Vector3(0.75, -1, 0.62).normalize(),
+    top: new Vector3(0, -almostAbove, 1).normalize(),
+    front: new Vector3(0, -1, 0),
+    side: new Vector3(1, 0, 0),
+};
+
+export class Views {
+    constructor(element, onChange) {
+        this.element = element;
+        this.perspective = new PerspectiveCamera(fieldOfView, 1, distances.near, distances.far);
+        this.parallel = new OrthographicCamera(-1, 1, 1, -1, distances.near, distances.far);
+        for (const camera of [this.perspective, this.parallel]) camera.up.set(0, 0, 1);
+        this.controls = new OrbitControls(this.perspective, element);
+        this.controls.addEventListener("change", onChange);
+        this.onChange = onChange;
+        this.name = "free";
+        this.points = [];
+    }
+
+    get camera() { return this.controls.object; }
+    get isParallel() { return this.name !== "free"; }
+
+    setView(name) {
+        this.name = name;
+        this.controls.object = this.isParallel ? this.parallel : this.perspective;
+        // A drag turns the free view and moves the others.
+        this.controls.enableRotate = !this.isParallel;
+        this.controls.mouseButtons.LEFT = this.isParallel ? MOUSE.PAN : MOUSE.ROTATE;
+        this.controls.touches.ONE = this.isParallel ? TOUCH.PAN : TOUCH.ROTATE;
+        this.look(directions[name]);
+    }
+
+    /** `points`: what has to be seen. */
+    enclose(points) { this.points = points; }
+
+    /** Shows everything from where one looks. */
+    fit() { this.look(this.camera.position.clone().sub(this.controls.target).normalize()); }
+
+    look(direction) {
+        const { camera } = this;
+        camera.position.copy(direction);
+        camera.lookAt(0, 0, 0);
+        const { middle, around } = this.seenFrom(camera.quaternion);
+        const distance = this.isParallel ? this.fitParallel(around) : this.fitPerspective(around);
+        this.controls.target.copy(middle);
+        camera.position.copy(middle).addScaledVector(direction, distance);
+        camera.updateProjectionMatrix();
+        this.controls.update();
+        this.onChange();
+    }
+
+    /** The middle of what has to be seen, and its points from there: to the right, up, towards the eye. */
+    seenFrom(turn) {
+        const turnBack = turn.clone().invert();
+        const seen = this.points.map((point) => point.clone().applyQuaternion(turnBack));
+        const middle = new Box3().setFromPoints(seen).getCenter(new Vector3());
+        seen.forEach((point) => point.sub(middle));
+        return { middle: middle.applyQuaternion(turn), around: seen };
+    }
+
+    fitPerspective(around) {
+        const tangent = Math.tan(halfField) / rim;
+        const { aspect } = this.perspective;
+        return Math.max(...around.map((point) => point.z + Math.max(Math.abs(point.y), Math.abs(point.x) / aspect) / tangent));
+    }
+
+    fitParallel(around) {
+        const { right, top } = this.parallel;
+        const zooms = around.map((point) => Math.min(right / Math.abs(point.x), top / Math.abs(point.y)));
+        this.parallel.zoom = Math.min(...zooms) / rim;
+        return 2 * Math.max(...around.map((point) => point.length()));
+    }
+
+    resize(width, height) {
+        this.height = height;
+        this.perspective.aspect = width / height;
+        Object.assign(this.parallel, { left: -width / 2, right: width / 2, top: height / 2, bottom: -height / 2 });
+        for (const camera of [this.perspective, this.parallel]) camera.updateProjectionMatrix();
+    }
+
+    /** By angles in radians, about the vertical and up. A view along an axis becomes the free one. */
+    orbit(around, upwards) {
+        const offset = this.camera.position.clone().sub(this.controls.target);
+        if (this.isParallel) this.setView("free");
+        const azimuth = Math.atan2(offset.y, offset.x) - around;
+        const height = Math.asin(offset.z / offset.length()) + upwards;
+        const elevation = Math.min(Math.max(height, -Math.PI / 2 + almostAbove), Math.PI / 2 - almostAbove);
+        const distance = this.camera.position.distanceTo(this.controls.target);
+        const flat = distance * Math.cos(elevation);
+        this.camera.position.copy(this.controls.target)
+            .add(new Vector3(flat * Math.cos(azimuth), flat * Math.sin(azimuth), distance * Math.sin(elevation)));
+        this.controls.update();
+        this.onChange();
+    }
+
+    zoom(factor) {
+        const { camera } = this;
+        if (this.isParallel) camera.zoom *= factor;
+        else camera.position.sub(this.controls.target).divideScalar(factor).add(this.controls.target);
+        camera.updateProjectionMatrix();
+        this.controls.update();
+        this.onChange();
+    }
+
+    /** How many millimetres one pixel shows at a point. */
+    millimetresAPixel(point) {
+        if (this.isParallel) return 1 / this.parallel.zoom;
+        const distance = point.distanceTo(this.perspective.position);
+        return (2 * distance * Math.tan(halfField)) / this.height;
+    }
+}

@@ -1,0 +1,78 @@
+// The document that qmv40 view put into the page: its numbers as words, and its samples in the order of the machine's way.
+// Nothing is worked out here that is shown: every number on the page is one of the document's.
+
+const lengthDecimals = 3;
+export const angleDecimals = 3;
+// What the tool prints for a planned number, and what a machine is given.
+export const plannedDecimals = 4;
+
+/** The document. Throws with a sentence for people when there is none that can be read. */
+export function readDocument() {
+    try {
+        return JSON.parse(document.getElementById("document").textContent);
+    } catch {
+        throw new Error("This page holds no plan that can be read. Make it again with qmv40 view.");
+    }
+}
+
+/** A number with a fixed number of decimals and a decimal point everywhere. No number is said to be none. */
+export function numberText(number, decimals = lengthDecimals) {
+    if (typeof number !== "number") return "not a number";
+    const text = number.toFixed(decimals);
+    return /^-[0.]*$/.test(text) ? text.slice(1) : text;
+}
+
+/** As many decimals as the number needs, for angles that are mostly whole. */
+function shortText(number) {
+    const text = numberText(number);
+    return text.includes(".") ? text.replace(/\.?0*$/, "") : text;
+}
+
+/** Room that was measured, or a dash where the move has to touch. */
+export function roomText(number) {
+    return number === null || number === undefined ? "\u2014" : numberText(number);
+}
+
+export function anglesText(angles) {
+    return `A ${shortText(angles.A)}\u00b0, B ${shortText(angles.B)}\u00b0`;
+}
+
+/** One sentence for what a level means, with the limits that the document gives. */
+export function levelMeaning(level, levels) {
+    const clear = levels.find((each) => each.name === "clear");
+    const limit = clear ? `${shortText(clear.atLeast)} mm` : "the limit";
+    return {
+        clear: `clear: ${limit} of room or more`,
+        tight: `tight: less than ${limit} of room`,
+        contact: "contact: has to touch",
+        finding: "finding: something is wrong",
+    }[level];
+}
+
+/** The words for what a move must touch. */
+export function contactText(mustTouch) {
+    return mustTouch === "" ? "nothing" : mustTouch;
+}
+
+function stepLength(before, after) {
+    if (!before || !after) return 0;
+    const length = Math.hypot(...after.at.map((value, i) => value - before.at[i]));
+    return Number.isFinite(length) ? length : 0;
+}
+
+/**
+ * The plan's samples one after the other: `{move, sample, time, isFirst, isLast}`, time being the length of the path up to there.
+ * A move that was not run has one frame without a sample, so that it can be looked at all the same.
+ */
+export function framesOf(plan) {
+    const frames = [];
+    let time = 0;
+    plan.moves.forEach((move, index) => {
+        const samples = move.samples.length > 0 ? move.samples : [null];
+        samples.forEach((sample, i) => {
+            time += i > 0 ? stepLength(samples[i - 1], sample) : 0;
+            frames.push({ move: index, sample, time, isFirst: i === 0, isLast: i === samples.length - 1 });
+        });
+    });
+    return frames;
+}

@@ -1,0 +1,110 @@
+// Words in the picture: numbers of the moves, names of the parts, and the directions of the axes. They are text of the page,
+// so that they stay sharp, and they give way to each other, so that they can be read.
+
+import { Vector3 } from "three";
+
+const gap = 3; // pixels between two labels
+const arm = 34; // of the triad, in its own units
+
+class Label {
+    constructor(parent, className) {
+        this.element = document.createElement("span");
+        this.element.className = `label ${className}`;
+        parent.append(this.element);
+    }
+
+    say(text) {
+        if (this.element.textContent === text) return;
+        this.element.textContent = text;
+        this.size = null;
+    }
+
+    emphasise(isCurrent) {
+        if (this.element.classList.contains("current") === isCurrent) return;
+        this.element.classList.toggle("current", isCurrent);
+        this.size = null;
+    }
+
+    measure() {
+        this.size ??= { width: this.element.offsetWidth, height: this.element.offsetHeight };
+        return this.size;
+    }
+}
+
+function overlaps(one, other) {
+    return one.left < other.right + gap && other.left < one.right + gap && one.top < other.bottom + gap && other.top < one.bottom + gap;
+}
+
+export class Labels {
+    constructor(element) {
+        this.element = element;
+        this.labels = [];
+    }
+
+    /** `where()` gives the point that the label names, or null. The lower the rank, the sooner it is shown. */
+    add(className, rank, where) {
+        const label = new Label(this.element, className);
+        Object.assign(label, { rank, where });
+        this.labels.push(label);
+        return label;
+    }
+
+    remove(labels) {
+        labels.forEach((label) => label.element.remove());
+        this.labels = this.labels.filter((label) => !labels.includes(label));
+    }
+
+    /** After the letters may have changed their size. */
+    measureAgain() { this.labels.forEach((label) => { label.size = null; }); }
+
+    /** Above the point, in the middle. */
+    boxOf(label, camera, width, height) {
+        const at = label.where();
+        if (!at) return null;
+        const seen = at.clone().project(camera);
+        const { width: w, height: h } = label.measure();
+        const x = (seen.x + 1) * width / 2;
+        const y = (1 - seen.y) * height / 2;
+        const box = { left: x - w / 2, right: x + w / 2, top: y - h - 9, bottom: y - 9 };
+        const isInside = box.left > 0 && box.right < width && box.top > 0 && box.bottom < height;
+        return isInside && Math.abs(seen.z) < 1 ? box : null;
+    }
+
+    place(camera, width, height, taken) {
+        const boxes = [...taken];
+        for (const label of [...this.labels].sort((one, other) => one.rank - other.rank)) {
+            const box = this.boxOf(label, camera, width, height);
+            const isShown = box !== null && !boxes.some((other) => overlaps(box, other));
+            label.element.style.visibility = isShown ? "visible" : "hidden";
+            if (!isShown) continue;
+            label.element.style.transform = `translate(${Math.round(box.left)}px, ${Math.round(box.top)}px)`;
+            boxes.push(box);
+        }
+    }
+}
+
+const axes = [["x", new Vector3(1, 0, 0)], ["y", new Vector3(0, 1, 0)], ["z", new Vector3(0, 0, 1)]];
+
+function drawing(tag, attributes, text = "") {
+    const made = document.createElementNS("http://www.w3.org/2000/svg", tag);
+    for (const [name, value] of Object.entries(attributes)) made.setAttribute(name, value);
+    made.textContent = text;
+    return made;
+}
+
+/** Beside the tip, or beside the middle for an axis that points at the eye. */
+function placeOfLetter(to) {
+    const length = Math.hypot(to.x, to.y);
+    return length < 0.3 ? { x: -0.4 * arm, y: 0.4 * arm } : { x: to.x * arm + 9 * to.x / length, y: -to.y * arm - 9 * to.y / length };
+}
+
+/** The machine's axes as they lie in the picture; those that point away from the eye first. */
+export function drawTriad(element, camera) {
+    const turnBack = camera.quaternion.clone().invert();
+    const seen = axes.map(([name, direction]) => ({ name, to: direction.clone().applyQuaternion(turnBack) }));
+    seen.sort((one, other) => one.to.z - other.to.z);
+    element.replaceChildren(...seen.flatMap(({ name, to }) => [
+        drawing("line", { x1: 0, y1: 0, x2: arm * to.x, y2: -arm * to.y, class: name }),
+        drawing("text", { ...placeOfLetter(to), class: name }, name.toUpperCase()),
+    ]));
+}

@@ -1,0 +1,136 @@
+// Puts the page together: the document, the player, the panels and, where the browser can, the picture.
+
+import { framesOf, anglesText, readDocument } from "./document.js";
+import { listFindings, listMoves, offerPlans, showDrawing, showHeading, showLegend, showMachine, showMove } from "./panels.js";
+import { Player } from "./player.js";
+import { createScene } from "./scene.js";
+import { connectPlayer, markMoves, showTime } from "./timeline.js";
+
+const byId = (id) => document.getElementById(id);
+const orbitStep = Math.PI / 24;
+const zoomStep = 1.15;
+// A page that was out of sight goes on where it was.
+const longestTick = 0.25;
+
+/** A page with a plan in it. */
+class Viewer {
+    constructor(theDocument) {
+        this.document = theDocument;
+        this.scene = null;
+        this.player = new Player(() => this.show());
+    }
+
+    get plan() { return this.document.plans[this.planIndex]; }
+
+    start() {
+        byId("work").hidden = false;
+        showHeading(this.document);
+        showLegend(this.document.levels);
+        offerPlans(this.document, (index) => this.choosePlan(index));
+        connectPlayer(this.player);
+        this.scene = this.sceneOrSentence();
+        this.choosePlan(0);
+        document.addEventListener("keydown", (event) => this.onKey(event));
+    }
+
+    /** The picture, or nothing and a sentence that says why. */
+    sceneOrSentence() {
+        try {
+            return createScene(this.document, (reason) => this.doWithoutScene(reason));
+        } catch (problem) {
+            this.doWithoutScene(problem.message);
+            return null;
+        }
+    }
+
+    /** The drawings take the picture's place. */
+    doWithoutScene(reason) {
+        this.scene = null;
+        byId("stage").append(byId("drawn"));
+        document.documentElement.classList.add("flat");
+        byId("no-scene").hidden = false;
+        byId("no-scene").textContent = reason;
+    }
+
+    choosePlan(index) {
+        const { plans } = this.document;
+        this.planIndex = index;
+        listMoves(this.plan, `Moves from ${anglesText(this.plan.from)} to ${anglesText(this.plan.to)}`, (move) => this.goToStart(move));
+        listFindings(this.plan, (move) => this.goToEnd(move));
+        showDrawing(index, plans.length);
+        const frames = framesOf(this.plan);
+        this.scene?.showPlan(this.plan, frames);
+        this.player.load(frames);
+        markMoves(this.player, this.plan);
+        showTime(this.player, this.plan);
+    }
+
+    goToStart(move) {
+        this.player.pause();
+        this.player.goTo(this.player.startOf(move));
+    }
+
+    /** What a finding is about is mostly seen when its move is done. */
+    goToEnd(move) {
+        this.player.pause();
+        this.player.goTo(this.player.endOf(move));
+    }
+
+    show() {
+        const { frame, ahead } = this.player;
+        showMachine(frame.sample);
+        showMove(this.plan, frame.move, this.document.levels);
+        showTime(this.player, this.plan);
+        this.scene?.showFrame(frame, ahead);
+        if (this.player.isPlaying && !this.clock) this.clock = requestAnimationFrame((now) => this.keepTime(now, now));
+    }
+
+    /** Runs while it plays alone: a page that shows a standing machine costs nothing. */
+    keepTime(now, before) {
+        this.clock = this.player.isPlaying ? requestAnimationFrame((next) => this.keepTime(next, now)) : 0;
+        this.player.tick(Math.min((now - before) / 1000, longestTick));
+    }
+
+    onKey(event) {
+        const isTyping = event.target.matches("select, summary");
+        if (event.ctrlKey || event.altKey || event.metaKey || isTyping || event.defaultPrevented) return;
+        const action = event.shiftKey ? this.turnAction(event.key) : this.playAction(event) ?? this.viewAction(event.key.toLowerCase());
+        if (!action) return;
+        event.preventDefault();
+        action();
+    }
+
+    playAction(event) {
+        // Space on a button presses that button.
+        if (event.key === " " && event.target.matches("button")) return undefined;
+        return {
+            " ": () => this.player.toggle(),
+            ArrowRight: () => this.player.forward(), ArrowLeft: () => this.player.back(),
+            ".": () => this.player.step(1), ",": () => this.player.step(-1),
+            Home: () => this.player.toStart(), End: () => this.player.toEnd(),
+        }[event.key];
+    }
+
+    turnAction(key) {
+        return {
+            ArrowLeft: () => this.scene?.orbit(orbitStep, 0), ArrowRight: () => this.scene?.orbit(-orbitStep, 0),
+            ArrowUp: () => this.scene?.orbit(0, orbitStep), ArrowDown: () => this.scene?.orbit(0, -orbitStep),
+            "+": () => this.scene?.zoom(zoomStep),
+        }[key];
+    }
+
+    viewAction(key) {
+        return {
+            1: () => this.scene?.setView("free"), 2: () => this.scene?.setView("top"), 3: () => this.scene?.setView("front"),
+            4: () => this.scene?.setView("side"), f: () => this.scene?.fit(),
+            "+": () => this.scene?.zoom(zoomStep), "=": () => this.scene?.zoom(zoomStep), "-": () => this.scene?.zoom(1 / zoomStep),
+        }[key];
+    }
+}
+
+try {
+    new Viewer(readDocument()).start();
+} catch (problem) {
+    byId("failure").hidden = false;
+    byId("failure").textContent = problem.message;
+}

@@ -1,0 +1,98 @@
+// Goes through a plan's frames. The clock is the length of the path: equal times are equal ways of the machine.
+
+/** Calls `onChange` whenever it stands elsewhere, starts or stops. */
+export class Player {
+    constructor(onChange) {
+        this.onChange = onChange;
+        this.frames = [];
+        this.index = 0; // of the frame that is reached
+        this.time = 0; // between that frame's and the next one's
+        this.isPlaying = false;
+        this.speed = 25; // mm of path a second
+    }
+
+    load(frames) {
+        this.frames = frames;
+        this.isPlaying = false;
+        this.goTo(0);
+    }
+
+    get frame() { return this.frames[this.index]; }
+    get lastIndex() { return this.frames.length - 1; }
+    get duration() { return this.frames[this.lastIndex].time; }
+    get isAtEnd() { return this.index === this.lastIndex; }
+
+    /** The frame after the one that is reached, and how much of the way to it is done. */
+    get ahead() {
+        const next = this.frames[this.index + 1];
+        if (!next || next.time === this.frame.time) return { frame: this.frame, fraction: 0 };
+        return { frame: next, fraction: (this.time - this.frame.time) / (next.time - this.frame.time) };
+    }
+
+    goTo(index) {
+        this.index = Math.min(Math.max(index, 0), this.lastIndex);
+        this.time = this.frame.time;
+        this.onChange();
+    }
+
+    goToTime(time) {
+        this.time = Math.min(Math.max(time, 0), this.duration);
+        this.index = this.indexAt(this.time);
+        this.onChange();
+    }
+
+    /** Where moves meet, the end of the earlier one: there its numbers can be read. */
+    indexAt(time) {
+        if (time >= this.duration) return this.lastIndex;
+        const reached = this.frames.findIndex((frame) => frame.time > time) - 1;
+        const reachedTime = this.frames[reached].time;
+        return reachedTime < time ? reached : this.frames.findIndex((frame) => frame.time === reachedTime);
+    }
+
+    startOf(move) { return this.frames.findIndex((frame) => frame.move === move); }
+    endOf(move) { return this.frames.findLastIndex((frame) => frame.move === move); }
+
+    /** To the end of this move, or from there to the end of the next one. */
+    forward() {
+        this.pause();
+        const { move, isLast } = this.frame;
+        this.goTo(isLast && !this.isAtEnd ? this.endOf(move + 1) : this.endOf(move));
+    }
+
+    /** To the start of this move, or from there to the start of the one before. */
+    back() {
+        this.pause();
+        const isAtStart = this.frame.isFirst && this.time === this.frame.time;
+        this.goTo(this.startOf(isAtStart ? Math.max(this.frame.move - 1, 0) : this.frame.move));
+    }
+
+    step(samples) {
+        this.pause();
+        this.goTo(this.index + samples);
+    }
+
+    toStart() { this.pause(); this.goTo(0); }
+    toEnd() { this.pause(); this.goTo(this.lastIndex); }
+
+    toggle() { return this.isPlaying ? this.pause() : this.play(); }
+
+    play() {
+        if (this.isAtEnd) this.goTo(0);
+        this.isPlaying = true;
+        this.onChange();
+    }
+
+    pause() {
+        if (!this.isPlaying) return;
+        this.isPlaying = false;
+        this.onChange();
+    }
+
+    /** Lets time pass while it plays. */
+    tick(seconds) {
+        if (!this.isPlaying) return;
+        const time = this.time + seconds * this.speed;
+        if (time >= this.duration) this.isPlaying = false;
+        this.goToTime(time);
+    }
+}

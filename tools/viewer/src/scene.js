@@ -1,0 +1,266 @@
+// The picture: pole sphere, safe height, path and head. Drawn only when something in it has changed.
+
+import {
+    Box3, BufferGeometry, DirectionalLight, DoubleSide, Group, HemisphereLight, Line, LineBasicMaterial, LineDashedMaterial,
+    LineLoop, Mesh, MeshBasicMaterial, MeshLambertMaterial, PlaneGeometry, Scene, Vector3, WebGLRenderer,
+} from "three";
+import { Views } from "./camera.js";
+import { Colours } from "./colours.js";
+import { Head, headReach } from "./head.js";
+import { drawTriad, Labels } from "./labels.js";
+import { Paths } from "./paths.js";
+import { ball, cylinder, vector } from "./solids.js";
+
+const byId = (id) => document.getElementById(id);
+const stemLength = 66;
+const footRadius = 11;
+const footHeight = 4;
+// How far the plane of the safe height is drawn beyond the path.
+const planeMargin = 25;
+const axisReach = 34;
+// A mistyped plan may lead anywhere, millimetres: what is nearer is still to be seen.
+const farthest = 1000;
+const axisOrder = 5;
+
+/** What is seen of the head from every side, as points about its centre. */
+const outlineOfHead = [-headReach.aside, headReach.aside].flatMap((aside) => [-headReach.down, headReach.up].flatMap((z) =>
+    [new Vector3(aside, 0, z), new Vector3(0, aside, z)]));
+
+const noWebGl = "No 3-D picture: this browser has no WebGL 2, or it is switched off. Numbers, findings and drawings are all here.";
+const lostWebGl = "No 3-D picture any more: the browser gave up its graphics. Loading the page again may bring it back.";
+
+function dashedLine(from, to, material) {
+    const line = new Line(new BufferGeometry().setFromPoints([from, to]), material);
+    line.computeLineDistances();
+    line.renderOrder = axisOrder;
+    return line;
+}
+
+/** Throws with a sentence for people where there is no WebGL. */
+function rendererFor(canvas) {
+    const context = canvas.getContext("webgl2", { antialias: true, alpha: true });
+    if (!context) throw new Error(noWebGl);
+    return new WebGLRenderer({ canvas, context, antialias: true, alpha: true });
+}
+
+class Picture {
+    constructor(theDocument, onLost) {
+        this.document = theDocument;
+        this.element = byId("scene");
+        this.canvas = document.createElement("canvas");
+        this.renderer = rendererFor(this.canvas);
+        this.element.prepend(this.canvas);
+        this.colours = new Colours(document.documentElement);
+        this.labels = new Labels(byId("labels"));
+        this.views = new Views(this.canvas, () => this.requestDrawing());
+        this.origin = vector(theDocument.sphere.centre);
+        this.scene = new Scene();
+        this.addLight();
+        this.addSphere();
+        this.connect(onLost);
+    }
+
+    connect(onLost) {
+        this.canvas.addEventListener("webglcontextlost", () => onLost(lostWebGl));
+        matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => this.refreshColours());
+        new ResizeObserver(() => this.resize()).observe(this.element);
+        byId("fit").addEventListener("click", () => this.fit());
+        for (const button of byId("views").querySelectorAll("[data-view]")) {
+            button.addEventListener("click", () => this.setView(button.dataset.view));
+        }
+    }
+
+    addLight() {
+        const lamp = new DirectionalLight(0xffffff, 1.7);
+        lamp.position.set(-0.5, -1, 1.6);
+        const fill = new DirectionalLight(0xffffff, 0.6);
+        fill.position.set(1, 0.6, 0.3);
+        const sky = new HemisphereLight(0xffffff, 0xb0b4ba, 1.5);
+        sky.position.set(0, 0, 1);
+        this.scene.add(lamp, fill, sky);
+    }
+
+    addSphere() {
+        const { radius } = this.document.sphere;
+        const steel = this.colours.paint(new MeshLambertMaterial(), "metal");
+        const foot = this.origin.clone().setZ(this.origin.z - stemLength);
+        this.scene.add(
+            ball(this.origin, radius, this.colours.paint(new MeshLambertMaterial(), "sphere")),
+            cylinder(foot, this.origin, radius * 0.5, steel, radius * 0.36),
+            cylinder(foot.clone().setZ(foot.z - footHeight), foot, footRadius, steel));
+        this.labels.add("part", 3, () => this.origin.clone().setZ(this.origin.z - stemLength)).say("Pole sphere");
+    }
+
+    showPlan(plan, frames) {
+        this.paths?.dispose();
+        this.labels.remove(this.planLabels ?? []);
+        this.planLabels = [];
+        this.plan = plan;
+        this.content?.removeFromParent();
+        this.content = new Group();
+        this.scene.add(this.content);
+        this.pathColours = new Colours(document.documentElement);
+        this.paths = new Paths(plan, this.pathColours);
+        const first = frames.find((frame) => frame.sample)?.sample;
+        this.head = new Head(this.document, this.pathColours, first);
+        this.content.add(this.paths.group, this.head.group);
+        this.frame();
+        this.addSafeHeight();
+        this.addAxes();
+        this.labelMoves();
+        this.resize();
+        this.setView(this.views.name);
+    }
+
+    /** Everything has to be seen, wherever the machine goes. */
+    frame() {
+        const points = this.paths.points.filter((point) => point.distanceTo(this.origin) < farthest);
+        const foot = this.origin.clone().setZ(this.origin.z - stemLength - footHeight);
+        this.pathBox = new Box3().setFromPoints([...points, this.origin]);
+        const heads = points.flatMap((point) => outlineOfHead.map((offset) => point.clone().add(offset)));
+        this.views.enclose([this.origin, foot, ...heads]);
+    }
+
+    addSafeHeight() {
+        const { safeHeight } = this.document;
+        if (!Number.isFinite(safeHeight)) return;
+        const { min, max } = this.pathBox.clone().expandByScalar(planeMargin);
+        const corners = [[min.x, min.y], [max.x, min.y], [max.x, max.y], [min.x, max.y]]
+            .map(([x, y]) => new Vector3(x, y, safeHeight));
+        const look = { transparent: true, depthWrite: false };
+        const tint = this.pathColours.paint(new MeshBasicMaterial({ ...look, opacity: 0.1, side: DoubleSide }), "safe");
+        const plane = new Mesh(new PlaneGeometry(max.x - min.x, max.y - min.y), tint);
+        plane.position.set((min.x + max.x) / 2, (min.y + max.y) / 2, safeHeight);
+        const rim = new LineLoop(new BufferGeometry().setFromPoints(corners),
+                                 this.pathColours.paint(new LineBasicMaterial({ ...look, opacity: 0.6 }), "safe"));
+        this.content.add(plane, rim);
+        this.addLabel("part safe", 4, "Safe height", () => corners[3]);
+    }
+
+    /** The A axis as B has turned it, and the B axis, which is the machine's vertical; both seen through the head. */
+    addAxes() {
+        const look = { dashSize: 3, gapSize: 1.5, depthTest: false, transparent: true };
+        const dashed = this.pathColours.paint(new LineDashedMaterial(look), "axis");
+        const high = new Vector3(0, 0, headReach.up - 4);
+        this.axisA = dashedLine(new Vector3(0, -axisReach, 0), new Vector3(0, axisReach, 0), dashed);
+        this.head.group.add(this.axisA, dashedLine(new Vector3(0, 0, -axisReach / 2), high, dashed));
+        this.addHeadLabel("part axis", 1, "A", () => this.head.tiltAxis.clone().multiplyScalar(axisReach));
+        this.addHeadLabel("part axis", 1, "B", () => high);
+        this.leverLabels = this.head.levers.levers.map((lever) =>
+            this.addHeadLabel("part", 2, "", () => lever.pivot.clone().setZ(lever.pivot.z + 5)));
+    }
+
+    /** A label that goes with the head; `offset()` from its centre. */
+    addHeadLabel(className, rank, text, offset) {
+        return this.addLabel(className, rank, text, () => this.head.at ? offset().clone().add(this.head.at) : null);
+    }
+
+    addLabel(className, rank, text, where) {
+        const label = this.labels.add(className, rank, where);
+        label.say(text);
+        this.planLabels.push(label);
+        return label;
+    }
+
+    labelMoves() {
+        this.moveLabels = this.plan.moves.map((move, i) =>
+            this.addLabel(`move ${move.level}`, 10 + i, String(i + 1), () => this.paths.middleOf(i)));
+    }
+
+    showFrame(frame, { frame: ahead, fraction }) {
+        this.paths.show(frame.move);
+        this.moveLabels.forEach((label, i) => {
+            const isCurrent = i === frame.move;
+            label.rank = isCurrent ? 0 : 10 + Math.abs(i - frame.move);
+            label.emphasise(isCurrent);
+        });
+        byId("caption").textContent = `${frame.move + 1} ${this.plan.moves[frame.move].name}`;
+        if (frame.sample) this.showHead(frame, ahead.sample ?? frame.sample, fraction);
+        this.requestDrawing();
+    }
+
+    showHead(frame, ahead, fraction) {
+        const { sample } = frame;
+        if (![...sample.at, ...sample.tiltAxis, ...sample.stylus].every(Number.isFinite)) return;
+        this.head.show(sample, ahead, fraction);
+        this.head.group.updateMatrixWorld();
+        this.axisA.quaternion.setFromUnitVectors(new Vector3(0, 1, 0), this.head.tiltAxis);
+        this.showLevers(frame);
+        this.leverLabels.forEach((label, i) => label.say(`${this.document.levers[i].side} lever, ${sample.lever}`));
+    }
+
+    showLevers({ move, sample }) {
+        const { levers } = this.head;
+        const planned = this.plan.moves[move];
+        const start = planned.samples[0];
+        const isPush = planned.kind === "arc" && start.lever === sample.lever;
+        const touched = isPush ? levers.touchedAt(vector(start.at), start.lever) : undefined;
+        if (touched) levers.showPushed(sample.lever, touched, this.head.at);
+        else levers.show(sample.lever);
+    }
+
+    setView(name) {
+        this.views.setView(name);
+        this.markView();
+    }
+
+    markView() {
+        for (const button of byId("views").querySelectorAll("[data-view]")) {
+            button.setAttribute("aria-pressed", String(button.dataset.view === this.views.name));
+        }
+    }
+
+    fit() { this.views.fit(); }
+    zoom(factor) { this.views.zoom(factor); }
+
+    orbit(around, upwards) {
+        this.views.orbit(around, upwards);
+        this.markView();
+    }
+
+    refreshColours() {
+        this.colours.refresh();
+        this.pathColours.refresh();
+        this.requestDrawing();
+    }
+
+    resize() {
+        const { clientWidth: width, clientHeight: height } = this.element;
+        if (width === 0 || height === 0) return;
+        this.renderer.setPixelRatio(window.devicePixelRatio);
+        this.renderer.setSize(width, height);
+        this.views.resize(width, height);
+        this.labels.measureAgain();
+        if (this.plan) this.fit();
+    }
+
+    requestDrawing() {
+        this.pending ??= requestAnimationFrame(() => {
+            this.pending = undefined;
+            this.draw();
+        });
+    }
+
+    draw() {
+        if (!this.paths) return;
+        const { camera } = this.views;
+        this.paths.scaleArrows((point) => this.views.millimetresAPixel(point));
+        this.renderer.render(this.scene, camera);
+        this.labels.place(camera, this.element.clientWidth, this.element.clientHeight, this.takenBoxes());
+        drawTriad(byId("triad"), camera);
+    }
+
+    /** Where buttons and legend stand, no label does. */
+    takenBoxes() {
+        const { left, top } = this.element.getBoundingClientRect();
+        return ["views", "legend", "triad", "caption"].map(byId).map((element) => {
+            const box = element.getBoundingClientRect();
+            return { left: box.left - left, right: box.right - left, top: box.top - top, bottom: box.bottom - top };
+        });
+    }
+}
+
+/** Throws with a sentence for people where there can be no picture; `onLost` gets one when it is lost later. */
+export function createScene(theDocument, onLost) {
+    return new Picture(theDocument, onLost);
+}

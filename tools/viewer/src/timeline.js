@@ -1,0 +1,55 @@
+// The line on which one sees where in the plan the machine is: a slider over one stretch for each move.
+
+const byId = (id) => document.getElementById(id);
+// A number needs this share of the line to be read.
+const widthOfANumber = 0.028;
+
+function stretchesOf(player, plan) {
+    return plan.moves.map((move, i) => ({
+        move, index: i,
+        from: player.frames[player.startOf(i)].time,
+        to: player.frames[player.endOf(i)].time,
+    }));
+}
+
+function markOf({ move, index, from, to }, duration) {
+    const mark = document.createElement("span");
+    const share = duration > 0 ? (to - from) / duration : 0;
+    mark.className = `mark ${move.level}`;
+    mark.style.left = `${duration > 0 ? 100 * from / duration : 0}%`;
+    mark.style.width = `${100 * share}%`;
+    mark.textContent = share > widthOfANumber ? String(index + 1) : "";
+    return mark;
+}
+
+/** Shows the plan that the player has loaded. */
+export function markMoves(player, plan) {
+    byId("marks").replaceChildren(...stretchesOf(player, plan).map((stretch) => markOf(stretch, player.duration)));
+    byId("time").max = player.duration;
+}
+
+export function showTime(player, plan) {
+    const move = player.frame.move;
+    byId("time").value = player.time;
+    byId("time").setAttribute("aria-valuetext", `Move ${move + 1} of ${plan.moves.length}, ${plan.moves[move].name}`);
+    [...byId("marks").children].forEach((mark, i) => {
+        mark.classList.toggle("current", i === move);
+        mark.classList.toggle("done", i < move);
+    });
+    byId("play-word").textContent = player.isPlaying ? "Pause" : "Play";
+    byId("play").setAttribute("aria-label", player.isPlaying ? "Pause" : "Play");
+    byId("play-icon").setAttribute("d", player.isPlaying ? "M6 4h4v16H6zM14 4h4v16h-4z" : "M7 4v16l13-8z");
+}
+
+export function connectPlayer(player) {
+    const actions = {
+        "to-start": () => player.toStart(), back: () => player.back(), play: () => player.toggle(),
+        forward: () => player.forward(), "to-end": () => player.toEnd(),
+    };
+    for (const [id, action] of Object.entries(actions)) byId(id).addEventListener("click", action);
+    byId("time").addEventListener("input", (event) => {
+        player.pause();
+        player.goToTime(Number(event.target.value));
+    });
+    byId("speed").addEventListener("change", (event) => { player.speed = Number(event.target.value); });
+}
