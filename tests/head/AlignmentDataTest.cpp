@@ -186,6 +186,27 @@ TEST_F(AlignmentData, AddingASetAppendsToWhatTheArrayHolds) {
     EXPECT_EQ(a.Get()->cLocks, 0U);
 }
 
+TEST_F(AlignmentData, AddingASetOfOnePointAddsIt) {
+    AlignmentArray a(First(aSet, 1));
+    CMaPointArray points(0);
+    head.AddDataToPointArrays(a.Address(), points);
+    EXPECT_EQ(PointsOf(points), PointsOf(First(aSet, 1)));
+}
+
+TEST_F(AlignmentData, OfAnArrayThatCannotBeLockedOnceMoreIsRefused) {
+    constexpr ULONG mostLocks = 0xFFFF;
+    AlignmentArray a(aSet);
+    AlignmentArray b(bSet);
+    for (AlignmentArray* const locked : {&a, &b}) {
+        locked->Get()->cLocks = mostLocks;
+        EXPECT_TRUE(FailedWith(RaisedBy([&] { head.ValidateSafeArrayData(a.Address(), b.Address()); }), E_UNEXPECTED,
+                               validating, L"Unspecified", L"Unspecified"));
+        EXPECT_TRUE(FailedWith(RaisedBy([&] { head.ModifyDataForLockedPosition(locked->Address()); }), E_UNEXPECTED,
+                               L"RoundThePole::ModifyDataForLockedPosition", L"Unspecified", L"Unspecified"));
+        locked->Get()->cLocks = 0;
+    }
+}
+
 TEST_F(AlignmentData, TheShiftLeavesTheAnglesAlone) {
     AlignmentArray a(aSet);
     head.ModifyDataForLockedPosition(a.Address());
