@@ -22,6 +22,16 @@ constexpr double fewRoundings = 1e-15; // radians
 
 } // namespace
 
+TEST(Line, IsTheXAxisBeforeAnyFit) {
+    EXPECT_EQ(Distance(CMaLine().GetPoint(), {0.0, 0.0, 0.0}), 0.0);
+    EXPECT_EQ(Distance(CMaLine().GetDirection(), {1.0, 0.0, 0.0}), 0.0);
+}
+
+TEST(Plane, IsTheXYPlaneBeforeAnyFit) {
+    EXPECT_EQ(Distance(CMaPlane().GetPoint(), {0.0, 0.0, 0.0}), 0.0);
+    EXPECT_EQ(Distance(CMaPlane().GetNormal(), {0.0, 0.0, 1.0}), 0.0);
+}
+
 TEST(Line, ThroughTwoPointsRunsAlongTheirDifference) {
     const CMaLine line = LineThrough({{10.0, 20.0, 30.0}, {10.0, 10.0, 30.0}});
     EXPECT_EQ(DirectionError(line.GetDirection(), {0.0, 1.0, 0.0}), 0.0);
