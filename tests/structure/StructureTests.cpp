@@ -127,7 +127,8 @@ TEST(Structure, TheCheckerOfPlansHasAModelOfItsOwn) {
 std::vector<std::string> NamesGivenBy(const SourceFile& header) {
     static const std::regex space("\\nnamespace ([a-z_]+) \\{");
     static const std::regex type("\\n(?:struct|class|enum class|enum) (\\w+)[^;{]*\\{");
-    static const std::regex function("\\n(?:inline |constexpr )*[A-Za-z][\\w:<>,&* ]*[ &*]((?!decltype)\\w+\\([^()]*\\))");
+    static const std::regex function(
+        "\\n(?:inline |constexpr )*[A-Za-z][\\w:<>,&* ]*[ &*]((?!decltype)\\w+\\([^()]*\\))");
     const std::string code = CodeOf(header.text);
     std::smatch within;
     const std::string prefix = std::regex_search(code, within, space) ? within[1].str() + "::" : "";
