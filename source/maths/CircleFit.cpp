@@ -79,7 +79,8 @@ FittedCircle FitCircle(const CMaPointArray& points, long iterationLimit) {
     const ApexCircle& circle = found->circle;
     const CMaPoint centre = scaled.ToCaller(circle.Centre());
     const double radius = scaled.ToCaller(circle.radius);
-    const bool finite = std::isfinite(centre.x() + centre.y() + centre.z()) && std::isfinite(radius);
+    const bool finite =
+        std::isfinite(centre.x()) && std::isfinite(centre.y()) && std::isfinite(centre.z()) && std::isfinite(radius);
     if (!finite) throw GeometryError(GeometryError::Reason::Impossible);
     return {centre, circle.normal, radius};
 }

@@ -104,6 +104,12 @@ TEST(Circle, LiesAboutTheOriginWithTheRadiusOfItsConstructionUntilItIsFitted) {
     EXPECT_EQ(Fitted({{3.0, 0.0, 0.0}, {0.0, 3.0, 0.0}, {-3.0, 0.0, 0.0}}).GetRadius(), 3.0);
 }
 
+TEST(Circle, MayLieWhereTheSumOfItsCoordinatesIsBeyondADouble) {
+    constexpr double far = 1.2e308, radius = 1e300;
+    const CMaCircle circle = Fitted({{far + radius, far, far}, {far, far + radius, far}, {far - radius, far, far}});
+    ExpectSameCircle(circle, {far, far, far}, {0.0, 0.0, 1.0}, radius, 1e-15 * far);
+}
+
 TEST(Circle, ThroughThreePointsIsTheirCircumcircle) {
     constexpr double fewRoundings = 1e-14;
     const CMaCircle circle = Fitted({{0.0, 0.0, 7.0}, {3.0, 0.0, 7.0}, {0.0, 4.0, 7.0}});

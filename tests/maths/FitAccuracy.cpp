@@ -137,6 +137,22 @@ TEST(FitAccuracy, CirclesAreRightToTheRoundingOfTheirPoints) {
     }
 }
 
+TEST(FitAccuracy, OfAClearCircleTakesThreeSteps) {
+    constexpr long steps = 3;
+    Random random(47);
+    int clear = 0;
+    for (int round = 0; round < 600; ++round) {
+        const Arc arc = Arc::Draw(random);
+        const std::vector<Coordinates> points = arc.Points(random);
+        // Where the points stray so little, the circle that the steps start from is as good as found.
+        if (!arc.IsClear() || arc.Height() < 1000.0 * arc.Strays()) continue;
+        ++clear;
+        CMaCircle circle(1.0);
+        EXPECT_NO_THROW(circle.Fit(ArrayOf(points), steps)) << "seed 47, round " << round << ": " << arc.Describe();
+    }
+    EXPECT_GT(clear, 100);
+}
+
 TEST(FitAccuracy, CirclesOfThousandsOfPointsAreRightToTheirRounding) {
     const Arc arcs[] = {{Kind::Unbalanced, 90.0, 100.0, 1e-2, 1e3, 4000},
                         {Kind::Alternating, 1.0, 1e5, 0.1, 0.0, 4000},
