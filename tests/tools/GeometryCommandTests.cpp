@@ -1,4 +1,5 @@
 #include "tools/ScenarioExpectations.h"
+#include "tools/WorkingFolder.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -6,20 +7,6 @@
 namespace {
 
 constexpr const char* captureHeader = "APosition,BPosition,XPosition,YPosition,ZPosition\n";
-
-/// Makes `folder` the process's own for a while.
-class WorkingFolder {
-public:
-    explicit WorkingFolder(const std::filesystem::path& folder) : before(std::filesystem::current_path()) {
-        std::filesystem::current_path(folder);
-    }
-    WorkingFolder(const WorkingFolder&) = delete;
-    WorkingFolder& operator=(const WorkingFolder&) = delete;
-    ~WorkingFolder() { std::filesystem::current_path(before); }
-
-private:
-    std::filesystem::path before;
-};
 
 TEST(GeometryCommand, FindsTheHeadThatTheScenarioWasComputedFrom) {
     ExpectGeometryOf(LoadScenario("plain"), roundedCapture);

@@ -1,4 +1,5 @@
 #include "tools/ViewedPlan.h"
+#include "tools/WorkingFolder.h"
 
 #include "cli/Calculator.h"
 #include "cli/Failures.h"
@@ -399,20 +400,6 @@ TEST_F(ViewCommand, GivesEachPlanOfATourASheetOfItsOwn) {
     EXPECT_TRUE(Holds(head.folder.Name("of a tour.v2-2.svg"), "Sheet 2 of 2"));
     EXPECT_FALSE(std::filesystem::exists(head.folder.Path() / "of a tour.v2.svg"));
 }
-
-/// The working folder for a while.
-class WorkingFolder {
-public:
-    explicit WorkingFolder(const std::filesystem::path& folder) : before(std::filesystem::current_path()) {
-        std::filesystem::current_path(folder);
-    }
-    WorkingFolder(const WorkingFolder&) = delete;
-    WorkingFolder& operator=(const WorkingFolder&) = delete;
-    ~WorkingFolder() { std::filesystem::current_path(before); }
-
-private:
-    std::filesystem::path before;
-};
 
 TEST_F(ViewCommand, WritesAPageUnlessItIsAskedForADrawingOrADocumentAlone) {
     const struct {
