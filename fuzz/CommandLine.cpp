@@ -2,9 +2,10 @@
 //   - the tool returns one of its exit codes and throws nothing;
 //   - with --json it prints exactly one document: the result, or the error of a component or of a file that refused;
 //     wrong usage prints none;
-//   - without --json a failure prints nothing on standard output and a reason on standard error; a success prints;
+//   - without --json a failure prints nothing on standard output and a reason on standard error; a success prints,
+//     or says there which file it wrote;
 //   - the same arguments give the same output, and the settings in the environment stay as they were;
-//   - no file changes but those that --output may name.
+//   - no file changes but those that --output and --svg may name, and the page of `view`.
 // Input: one argument a line, an empty line, and the content of the file "given".
 
 #include "Support.h"
@@ -121,6 +122,10 @@ void PromiseDocument(const Run& run) {
     Promise(!document.empty() && !document.contains("error"), "a result is a document without an error");
 }
 
+bool MayWrite(const Arguments& arguments) {
+    return Has(arguments, "--output") || Has(arguments, "--svg") || Has(arguments, "view");
+}
+
 bool IsHelp(const Arguments& arguments, const Run& run) {
     const bool isAskedFor = Has(arguments, "-h") || Has(arguments, "--help") || Has(arguments, "--version");
     return run.exitCode == 0 && isAskedFor;
@@ -136,7 +141,8 @@ void PromiseOutput(const Arguments& arguments, const Run& run) {
     } else if (std::ranges::find(arguments, "--json") != arguments.end()) {
         PromiseDocument(run);
     } else if (run.exitCode == 0 || run.exitCode == 4) {
-        Promise(!run.out.empty(), "a success prints something");
+        const bool isWritten = MayWrite(arguments) && !run.err.empty();
+        Promise(!run.out.empty() || isWritten, "a success prints something, or says what it wrote");
     } else {
         Promise(run.out.empty() && !run.err.empty(), "a failure is told on standard error alone");
     }
@@ -163,8 +169,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Run run = RunOnce(arguments);
     PromiseOutput(arguments, run);
     Promise(std::string_view("/nonexistent") == std::getenv("QMV40_SETTINGS"), "the environment is as it was");
-    if (Has(arguments, "--output")) return 0;
-    Promise(WorkingFolder::Content() == files, "no file changes but what --output names");
+    if (MayWrite(arguments)) return 0;
+    Promise(WorkingFolder::Content() == files, "no file changes but what is to be written");
     const Run again = RunOnce(arguments);
     Promise(again.exitCode == run.exitCode, "the same arguments end the same way");
     // The parser names options that exclude each other in the order of their addresses.
