@@ -39,14 +39,15 @@ private:
 // Milliseconds.
 constexpr ULONGLONG patience = 2000;
 constexpr ULONGLONG littlePatience = 100;
+constexpr ULONGLONG patienceInTheQueue = 10000; // many savers on a busy machine
 
 /// Makes `attempt` until it succeeds, as long as it fails because somebody else has the file open. Access is denied for
 /// that reason too, but mostly for lasting ones: that is borne for `withDenial` only.
-template <typename Attempt> bool Patiently(ULONGLONG withDenial, Attempt attempt) {
+template <typename Attempt> bool Patiently(ULONGLONG withDenial, Attempt attempt, ULONGLONG withSharing = patience) {
     const ULONGLONG start = GetTickCount64();
     while (!attempt()) {
         const DWORD error = GetLastError();
-        const ULONGLONG allowed = error == ERROR_SHARING_VIOLATION ? patience : withDenial;
+        const ULONGLONG allowed = error == ERROR_SHARING_VIOLATION ? withSharing : withDenial;
         const bool isInUse = error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
         if (!isInUse || GetTickCount64() - start >= allowed) return false;
         Sleep(1);
@@ -105,12 +106,13 @@ class FileBeside {
 public:
     explicit FileBeside(std::string file) : target(std::move(file)), name(target + copyEnding) {
         const std::string lockName = target + lockEnding; // gone with its handle, whatever becomes of us
-        // A lock that is just being let go of is denied.
-        Patiently(littlePatience, [&] {
+        const auto takeLock = [&] {
             lock = FileHandle(lockName.c_str(), GENERIC_WRITE | DELETE, 0, OPEN_ALWAYS,
                               FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE);
             return lock.IsOpen();
-        });
+        };
+        // A lock that is just being let go of is denied.
+        isTaken = !Patiently(littlePatience, takeLock, patienceInTheQueue) && GetLastError() == ERROR_SHARING_VIOLATION;
         isUsable = lock.IsOpen() && Prepare();
     }
     FileBeside(const FileBeside&) = delete;
@@ -120,6 +122,8 @@ public:
     }
 
     bool IsUsable() const noexcept { return isUsable; }
+    /// Somebody else is saving, and goes on and on.
+    bool IsTaken() const noexcept { return isTaken; }
     const char* Name() const noexcept { return name.c_str(); }
 
     bool TakePlace() {
@@ -164,6 +168,7 @@ private:
     std::string target;
     std::string name;
     FileHandle lock;
+    bool isTaken = false;
     bool isUsable = false;
 };
 
@@ -199,6 +204,8 @@ bool WriteProfileText(const wchar_t* section, const wchar_t* key, const char* te
     if (IsTooLong(fileName)) return false;
     const NarrowName narrow(fileName);
     const OpenBatch* const batch = FindBatch(fileName);
+    // Written into the file now, the values of two savers would mix.
+    if (batch != nullptr && batch->beside->IsTaken()) return false;
     return WritePrivateProfileStringA(NarrowName(section).Get(), NarrowName(key).Get(), text,
                                       batch != nullptr ? batch->beside->Name() : narrow.Get()) != 0;
 }
@@ -227,7 +234,7 @@ ProfileBatch::ProfileBatch(const wchar_t* fileName) : state(std::make_unique<Sta
     if (!name) return;
     state->name = fileName;
     state->beside.emplace(std::move(*name));
-    if (!state->beside->IsUsable()) return;
+    if (!state->beside->IsUsable() && !state->beside->IsTaken()) return;
     state->outer = std::exchange(latestBatch, state.get());
     state->isHeldBack = true;
 }
@@ -236,4 +243,4 @@ ProfileBatch::~ProfileBatch() {
     if (state->isHeldBack) latestBatch = state->outer;
 }
 
-bool ProfileBatch::Commit() { return !state->isHeldBack || state->beside->TakePlace(); }
+bool ProfileBatch::Commit() { return !state->isHeldBack || (!state->beside->IsTaken() && state->beside->TakePlace()); }

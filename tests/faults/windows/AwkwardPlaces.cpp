@@ -3,6 +3,7 @@
 #include "support/TemporaryFolder.h"
 #include "support/TwoGeometries.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
 
 /// Places that this platform alone can make awkward: attributes, and files that somebody has open.
@@ -53,6 +54,20 @@ TEST_F(AwkwardPlaces, KeepAFileThatMustNotBeWritten) {
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
     EXPECT_EQ(raised.code, anybodyMayWrite ? S_OK : QMV_E_WRITE_TO_FILE);
     EXPECT_EQ(TwoGeometries::HeldByFile(path), anybodyMayWrite ? 2 : 1);
+    ExpectOnlyTheFile();
+}
+
+TEST_F(AwkwardPlaces, KeepAFileThatAnotherGoesOnSaving) {
+    const fs::path lock = path.native() + L".qmv40-lock";
+    std::ofstream(lock).flush();
+    {
+        const OpenElsewhere another(lock, GENERIC_WRITE, 0);
+        ASSERT_TRUE(another.IsOpen());
+        EXPECT_EQ(Save().code, QMV_E_WRITE_TO_FILE) << "after ten seconds of waiting";
+        EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
+    }
+    EXPECT_EQ(Save().code, S_OK);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
     ExpectOnlyTheFile();
 }
 
