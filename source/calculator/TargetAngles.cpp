@@ -14,8 +14,8 @@ namespace {
 
 bool IsOnStep(double angle) noexcept {
     constexpr double step = 15.0;
-    // The remainder's own function takes longer than the arithmetic of a move. Within the range this is as exact: a
-    // whole number of steps and its product with the step are, and no other angle is such a product.
+    // Quicker than the remainder's own function and, within the range, as exact: a whole number of steps and its
+    // product with the step are, and no other angle is such a product.
     return step * std::trunc(angle / step) == angle;
 }
 

@@ -6,9 +6,10 @@
 
 class RoundThePole;
 
-/// A head turned to given angles, for who asks more than one thing about them: each turn is made once, when the first
-/// answer needs it. RoundThePole's operations of the same names are these, asked once. Degrees, machine coordinates.
-/// The head must outlive it. Failures are raised as codes (RaiseError.h), in the name of RoundThePole's operation.
+/// A head turned to given angles, for who asks more than one thing about them: each turn is made once, that
+/// about A when a position first needs it. RoundThePole's operations of the same names are these, asked once. Degrees,
+/// machine coordinates. The head must outlive it. Failures are raised as codes (RaiseError.h), in the name of
+/// RoundThePole's operation.
 class TurnedHead {
 public:
     TurnedHead(const RoundThePole& theHead, double theA, double b);

@@ -81,6 +81,7 @@ private:
         for (; i + laneCount <= end; i += laneCount)
             for (std::size_t lane = 0; lane < laneCount; ++lane) add(i + lane, lane);
         for (std::size_t lane = 0; i + lane < end; ++lane) add(i + lane, lane);
+        static_assert(laneCount == 8);
         for (std::size_t k = 0; k < Count; ++k) {
             const double* const l = sums[k];
             totals[k] += ((l[0] + l[4]) + (l[2] + l[6])) + ((l[1] + l[5]) + (l[3] + l[7]));
