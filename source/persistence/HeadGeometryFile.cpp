@@ -1,7 +1,7 @@
 #include "persistence/HeadGeometryFile.h"
 
 #include "errors/RaiseError.h"
-#include "platform/NumberText.h"
+#include "formats/NumberText.h"
 #include "platform/ProfileFile.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "settings/FixedHeadOffsets.h"
 
-#include "platform/NumberText.h"
+#include "formats/NumberText.h"
 #include "platform/SettingsStore.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "cli/Numbers.h"
 #include "cli/Text.h"
-#include "platform/NumberText.h"
+#include "formats/NumberText.h"
 
 #include <cmath>
 

@@ -1,10 +1,10 @@
 #include "platform/ProfileFile.h"
 
-#include "platform/portable/AsciiText.h"
+#include "formats/AsciiText.h"
+#include "formats/ProfileText.h"
+#include "formats/Unicode.h"
 #include "platform/portable/FileReading.h"
 #include "platform/portable/FileReplacement.h"
-#include "platform/portable/ProfileText.h"
-#include "platform/portable/Unicode.h"
 
 #include <algorithm>
 #include <fcntl.h>

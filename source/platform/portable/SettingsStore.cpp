@@ -1,7 +1,7 @@
 #include "platform/SettingsStore.h"
 
+#include "formats/RegistryText.h"
 #include "platform/portable/FileReading.h"
-#include "platform/portable/RegistryText.h"
 
 #include <algorithm>
 #include <chrono>
@@ -47,7 +47,7 @@ bool SettingsKey::IsOpen() const noexcept { return state != nullptr; }
 
 LSTATUS SettingsKey::Query(const char* name, std::span<char> buffer, DWORD& type, DWORD& length) const {
     const std::optional<RegistryValue> value = state ? state->key.Find(name) : std::nullopt;
-    type = value ? value->type : REG_NONE;
+    type = value ? static_cast<DWORD>(value->type) : REG_NONE;
     length = value ? static_cast<DWORD>(value->bytes.size()) : 0;
     if (!value) return ERROR_FILE_NOT_FOUND;
     if (value->bytes.size() > buffer.size()) return ERROR_MORE_DATA;

@@ -1,15 +1,25 @@
 #pragma once
 
-#include "platform/portable/Types.h"
-
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-/// A stored value: its type and its bytes, a text's in UTF-8 with the terminator that it has.
+/// The registry's own numbers of the types of values.
+enum class RegistryType : std::uint32_t {
+    None = 0,
+    Text = 1,
+    ExpandableText = 2,
+    Binary = 3,
+    Number = 4,
+    TextList = 7
+};
+
+/// A stored value: its type (also one that RegistryType does not name) and its bytes, a text's in UTF-8 with the
+/// terminator that it has.
 struct RegistryValue {
-    DWORD type;
+    RegistryType type;
     std::string bytes;
 };
 

@@ -1,4 +1,4 @@
-#include "platform/NumberText.h"
+#include "formats/NumberText.h"
 #include "support/HostLocale.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/NumberText.h"
+#include "formats/NumberText.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "platform/portable/Unicode.h"
+#include "formats/Unicode.h"
 
 namespace {
 

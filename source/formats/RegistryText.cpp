@@ -1,7 +1,7 @@
-#include "platform/portable/RegistryText.h"
+#include "formats/RegistryText.h"
 
-#include "platform/portable/AsciiText.h"
-#include "platform/portable/Unicode.h"
+#include "formats/AsciiText.h"
+#include "formats/Unicode.h"
 
 #include <charconv>
 #include <utility>
@@ -13,7 +13,6 @@ namespace {
 constexpr std::string_view wideFormat{"Windows Registry Editor Version 5.00"};
 constexpr std::string_view narrowFormat{"REGEDIT4"};
 constexpr std::string_view root{"HKEY_LOCAL_MACHINE\\"};
-constexpr DWORD multipleTexts = 7;
 
 std::string InUtf8(std::string content) {
     const std::string_view all(content);
@@ -106,8 +105,8 @@ bool TakeName(std::string_view& line, std::string_view name) {
 }
 
 /// Takes a hexadecimal number of at most `mostDigits` digits off the front.
-std::optional<DWORD> TakeHex(std::string_view& line, std::size_t mostDigits) {
-    DWORD number = 0;
+std::optional<std::uint32_t> TakeHex(std::string_view& line, std::size_t mostDigits) {
+    std::uint32_t number = 0;
     const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), number, 16);
     const auto length = static_cast<std::size_t>(end - line.data());
     if (error != std::errc{} || length > mostDigits) return std::nullopt;
@@ -116,7 +115,7 @@ std::optional<DWORD> TakeHex(std::string_view& line, std::size_t mostDigits) {
 }
 
 std::optional<RegistryValue> TakeText(std::string_view line) {
-    RegistryValue value{REG_SZ, {}};
+    RegistryValue value{RegistryType::Text, {}};
     const auto append = [&](char c) { return value.bytes.push_back(c), true; };
     if (!TakeQuoted(line, append) || !IsRestOfLine(line)) return std::nullopt;
     value.bytes.push_back('\0');
@@ -125,20 +124,21 @@ std::optional<RegistryValue> TakeText(std::string_view line) {
 
 std::optional<RegistryValue> TakeNumber(std::string_view line) {
     constexpr std::size_t mostDigits = 8;
-    const std::optional<DWORD> number = TakeHex(line, mostDigits);
+    const std::optional<std::uint32_t> number = TakeHex(line, mostDigits);
     if (!number || !IsRestOfLine(line)) return std::nullopt;
-    RegistryValue value{REG_DWORD, {}};
+    RegistryValue value{RegistryType::Number, {}};
     for (int shift = 0; shift < 32; shift += 8) value.bytes.push_back(static_cast<char>(*number >> shift & 0xFFU));
     return value;
 }
 
 /// The type in `hex:` or `hex(2):`, taken off the front.
-std::optional<DWORD> TakeHexType(std::string_view& line) {
+std::optional<RegistryType> TakeHexType(std::string_view& line) {
     constexpr std::size_t mostDigits = 8;
-    if (Skip(line, ":")) return REG_BINARY;
+    if (Skip(line, ":")) return RegistryType::Binary;
     if (!Skip(line, "(")) return std::nullopt;
-    const std::optional<DWORD> type = TakeHex(line, mostDigits);
-    return Skip(line, "):") ? type : std::nullopt;
+    const std::optional<std::uint32_t> type = TakeHex(line, mostDigits);
+    if (!type || !Skip(line, "):")) return std::nullopt;
+    return RegistryType{*type};
 }
 
 /// The bytes that `text` begins with, up to the end of the last line that a backslash continues.
@@ -149,7 +149,7 @@ std::optional<std::string> TakeBytes(std::string_view text) {
         at = whole.next;
         std::string_view line = TrimmedLeft(whole.content);
         while (!IsRestOfLine(line) && line.front() != '\\') {
-            const std::optional<DWORD> byte = TakeHex(line, 2);
+            const std::optional<std::uint32_t> byte = TakeHex(line, 2);
             if (!byte) return std::nullopt;
             bytes.push_back(static_cast<char>(*byte));
             SkipBlanks(line);
@@ -163,10 +163,11 @@ std::optional<std::string> TakeBytes(std::string_view text) {
 }
 
 std::optional<RegistryValue> TakeTypedBytes(std::string_view text, bool hasWideTexts) {
-    const std::optional<DWORD> type = TakeHexType(text);
+    const std::optional<RegistryType> type = TakeHexType(text);
     std::optional<std::string> bytes = type ? TakeBytes(text) : std::nullopt;
     if (!bytes) return std::nullopt;
-    const bool isText = *type == REG_SZ || *type == REG_EXPAND_SZ || *type == multipleTexts;
+    const bool isText =
+        *type == RegistryType::Text || *type == RegistryType::ExpandableText || *type == RegistryType::TextList;
     if (!isText || !hasWideTexts) return RegistryValue{*type, std::move(*bytes)};
     if (bytes->size() % 2 != 0) bytes->push_back('\0');
     return RegistryValue{*type, Utf8FromUtf16(*bytes, std::endian::little)};

@@ -1,6 +1,6 @@
-#include "platform/portable/ProfileText.h"
+#include "formats/ProfileText.h"
 
-#include "platform/portable/AsciiText.h"
+#include "formats/AsciiText.h"
 
 using namespace ascii_text;
 
