@@ -1,12 +1,10 @@
 #pragma once
 
-/// The fourteen fixed dimensions of the head's mechanics. Each has a built-in default that a text value in the settings
-/// store may override, machine by machine, under the key "Software\Hollbeck\VRX Software\QMV40Calculator".
+/// The fixed offsets and rotations of the head's mechanics, as the head model takes them from the settings store: see
+/// HeadSettings.h for their names, their built-in values and the rules of reading.
 ///
-/// Every reader reads the store afresh; nothing is cached or written. A missing key or value gives the default,
-/// silently. Text that does not begin a number is 0.0, not the default. Lengths in the unit of the alignment points.
-/// The values of one offset are read in the order X, Y, Z, each with a buffer only as long as the text before it: see
-/// the source for what that does to a site that overrides only Y or Z.
+/// Every function opens the store's key, reads and closes it; nothing is cached or written. Nothing fails: what is
+/// missing has its built-in value. Lengths in the unit of the captured points, angles in degrees.
 
 struct FixedOffset {
     double x;
@@ -26,8 +24,8 @@ FixedOffset ReadLeverCentreToBallCentreOffset(int leverState);
 /// How far the head moves when its lever is unlocked.
 FixedOffset ReadLockedToUnlockedOffset();
 
-/// How far the lever turns when it is unlocked, degrees.
+/// How far the lever turns when it is unlocked.
 double ReadLockedToUnlockedLeverRotation();
 
-/// How far the lever turns when it is locked, degrees.
+/// How far the lever turns when it is locked.
 double ReadUnlockedToLockedLeverRotation();

@@ -1,8 +1,10 @@
 #include "platform/SettingsStore.h"
 #include "settings/FixedHeadOffsets.h"
+#include "settings/HeadSettings.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <map>
@@ -153,6 +155,13 @@ const std::vector<Case>& Cases() {
         {"a value of no bytes is an empty text and leaves no room",
          {zeroBytes, Text("2"), Text("3")},
          {0.0, none, none}},
+        {"values of no bytes fit into no room", {zeroBytes, zeroBytes, zeroBytes}, {0.0, 0.0, 0.0}},
+        {"nothing fits after a value that is missing, not even no bytes",
+         {none, zeroBytes, zeroBytes},
+         {none, none, none}},
+        {"nor after a value that is too long", {Text("1"), Text("12.5"), zeroBytes}, {1.0, none, none}},
+        {"nor after one of another type", {Text("1"), binary, zeroBytes}, {1.0, none, none}},
+        {"nor after one without a terminator", {Text("123456"), unterminated, zeroBytes}, {123456.0, none, none}},
         {"a word is zero, not the default, and is meant to be", {Text("abc"), Text("x"), Text("mm")}, {0.0, 0.0, none}},
         {"conversion stops where the number ends", {Text("7mm"), Text("8 9"), Text("1,5")}, {7.0, 8.0, 1.0}},
         {"leading blanks are skipped", {Text("   4.5"), Text("\t-6"), Text(" +7")}, {4.5, -6.0, 7.0}},
@@ -234,7 +243,7 @@ struct Rotation {
 
 constexpr Rotation rotations[] = {
     {"Locked To Unlocked Lever Rotation", ReadLockedToUnlockedLeverRotation, 135.0},
-    // The capitals of this name are unlike those of its partner, and are meant: machines have the value under it.
+    // The capitals of this name are unlike those of its partner, and are required.
     {"UnLocked To locked Lever Rotation", ReadUnlockedToLockedLeverRotation, 138.0},
 };
 
@@ -273,6 +282,56 @@ TEST(LeverRotations, AreZeroWhereTheTextIsNoNumber) {
             store = Store{};
             store.values.emplace(rotation.name, Text(text));
             EXPECT_EQ(rotation.read(), 0.0);
+        }
+    }
+}
+
+/// Why each setting of the shift has the value that it has.
+std::vector<qmv40::SettingSource> SourcesOfTheShift() {
+    std::vector<qmv40::SettingSource> sources;
+    const auto readings = qmv40::ReadHeadSettings();
+    for (std::size_t i = 0; i < readings.size(); ++i)
+        if (qmv40::HeadSettings()[i].offset == qmv40::HeadOffset::LockedToUnlocked)
+            sources.push_back(readings[i].source);
+    return sources;
+}
+
+TEST(HeadSettings, SayWhyABuiltInValueCounts) {
+    using enum qmv40::SettingSource;
+    const Group& shift = Groups().back();
+    const struct {
+        Case stored;
+        std::vector<qmv40::SettingSource> sources;
+    } cases[] = {
+        {{"all read", {Text("1"), Text("2"), Text("3")}, {}}, {Stored, Stored, Stored}},
+        {{"X missing", {none, Text("2"), Text("3")}, {}}, {Missing, EarlierUnreadable, EarlierUnreadable}},
+        {{"Y too long", {Text("1"), Text("12.5"), none}, {}}, {Stored, TooLong, EarlierUnreadable}},
+        {{"Z of another type", {Text("12"), Text("2"), StoredValue{REG_BINARY, "3"}}, {}}, {Stored, Stored, WrongType}},
+        {{"Z without its end", {Text("12"), Text("2"), StoredValue{REG_SZ, "3"}}, {}}, {Stored, Stored, NotTerminated}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.stored.why);
+        Store3(shift, c.stored);
+        EXPECT_EQ(SourcesOfTheShift(), c.sources);
+    }
+    store.hasKey = false;
+    EXPECT_EQ(SourcesOfTheShift(), (std::vector{NoKey, NoKey, NoKey}));
+}
+
+double ValueInForce(const std::string& name) {
+    const auto table = qmv40::HeadSettings();
+    const auto row = std::ranges::find(table, name, [](const auto& setting) { return setting.name; });
+    return qmv40::ReadHeadSettings()[static_cast<std::size_t>(row - table.begin())].value;
+}
+
+TEST(HeadSettings, AreReadAsTheComponentReadsEachOffset) {
+    for (const Group& group : Groups()) {
+        if (group.sign[0] < 0 || group.sign[1] < 0) continue; // the table has the figures of selector 0
+        for (const Case& testCase : Cases()) {
+            SCOPED_TRACE(std::string(group.what) + ": " + testCase.why);
+            Store3(group, testCase);
+            for (int i = 0; i < 3; ++i) EXPECT_EQ(ValueInForce(group.names[i]), Expected(group, testCase, i));
+            EXPECT_EQ(store.openNow, 0);
         }
     }
 }

@@ -125,7 +125,7 @@ TEST(Structure, TheCheckerOfPlansHasAModelOfItsOwn) {
 
 /// Functions and types that a header gives to everybody, with the namespace around them.
 std::vector<std::string> NamesGivenBy(const SourceFile& header) {
-    static const std::regex space("\\nnamespace ([a-z_]+) \\{");
+    static const std::regex space("\\nnamespace ([a-z0-9_]+) \\{");
     static const std::regex type("\\n(?:struct|class|enum class|enum) (\\w+)[^;{]*\\{");
     static const std::regex function(
         "\\n(?:inline |constexpr )*[A-Za-z][\\w:<>,&* ]*[ &*]((?!decltype)\\w+\\([^()]*\\))");
