@@ -2,7 +2,7 @@
 
 #include "calculator/TargetAngles.h"
 #include "errors/Guarded.h"
-#include "maths/LibraryStep.h"
+#include "maths/RaisingGeometryErrors.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ HRESULT CQMVCalculator::LoadHeadGeometryFromFile(BSTR* FileName) {
 HRESULT CQMVCalculator::SaveHeadGeometryToFile(BSTR* FileName) {
     return Guarded([&] {
         RequirePointers(L"CQMVCalculator::SaveHeadGeometryToFile", FileName);
-        // Meant to ask for no geometry: whatever the object holds is written, even when none was ever supplied.
+        // No flag is checked, as required: whatever the object holds is written, even when none was ever supplied.
         headGeometry.SaveToFile(FileName);
     });
 }
@@ -33,8 +33,8 @@ HRESULT CQMVCalculator::SaveHeadGeometryToFile(BSTR* FileName) {
 HRESULT CQMVCalculator::GetCurrentHeadPosition(double* APosition, double* BPosition) {
     constexpr const wchar_t* source = L"CQMVCalculator::GetCurrentHeadPosition";
     return Guarded([&] {
-        RequirePointers(source, APosition, BPosition);
         if (!currentPositionKnown) RaiseError(QMV_E_POSITION_UNKNOWN, source, L"Current Position is not known");
+        RequirePointers(source, APosition, BPosition);
         *APosition = currentA;
         *BPosition = currentB;
     });
@@ -54,12 +54,12 @@ HRESULT CQMVCalculator::SetCurrentHeadPosition(double APosition, double BPositio
 HRESULT CQMVCalculator::CalculateMove(double TargetAPosition, double TargetBPosition, RequiredMoves* Moves) {
     const HRESULT planned = Guarded([&] {
         const ErrorContext context{L"CQMVCalculator::CalculateMove"};
-        LibraryStep(context, [&] {
-            RequirePointers(context.source, Moves);
+        RaisingGeometryErrors(context, [&] {
             RequirePlannable();
             const double targetA = RoundToWholeDegree(TargetAPosition);
             const double targetB = RoundToWholeDegree(TargetBPosition);
             ValidateMoveTarget(targetA, targetB);
+            RequirePointers(context.source, Moves);
             PlanMoves(targetA, targetB, *Moves);
             currentA = targetA;
             currentB = targetB;
@@ -87,14 +87,16 @@ HRESULT CQMVCalculator::EnterHeadGeometry(SAFEARRAY** pAAxisPoints, SAFEARRAY** 
 }
 
 HRESULT CQMVCalculator::GetStartPosition(XYZData* StartPosition) {
-    return Guarded([&] {
-        RequirePointers(L"CQMVCalculator::GetStartPosition", StartPosition);
-        // A plan from the current position to itself. It leaves the stored position rounded to whole degrees.
+    HRESULT planned = S_OK;
+    const HRESULT caught = Guarded([&] {
         RequiredMoves moves{};
         IQMVCalculator& ownEntry = *this;
-        ownEntry.CalculateMove(currentA, currentB, &moves);
-        *StartPosition = moves.ApproachUnLockLever;
+        // Without an output there is no record either: CalculateMove then refuses after its own checks, and the
+        // rounding of the stored position, which is a side effect of a success, does not happen.
+        planned = ownEntry.CalculateMove(currentA, currentB, StartPosition != nullptr ? &moves : nullptr);
+        if (SUCCEEDED(planned) && StartPosition != nullptr) *StartPosition = moves.ApproachUnLockLever;
     });
+    return FAILED(caught) ? caught : planned;
 }
 
 HRESULT CQMVCalculator::GetPoleSpherePosition(XYZData* PoleSpherePosition) {

@@ -5,15 +5,15 @@
 #include "errors/RaiseError.h"
 #include "maths/CMaLine.h"
 #include "maths/CMaPlane.h"
-#include "maths/LibraryStep.h"
+#include "maths/RaisingGeometryErrors.h"
 
 void RoundThePole::CalculateRotationFromIdealAlignment(const CMaPointArray& aPoints) {
     ErrorContext context{L"RoundThePole::CalculateRotationFromIdealAlignment"};
-    const double angleToPlane = LibraryStep(context, [&] {
+    const double angleToPlane = RaisingGeometryErrors(context, [&] {
         CMaPlane plane;
         CMaPointArray linePoints(0);
         CMaLine line;
-        // These words stand although a plane is fitted.
+        // The text is fixed: it says circle although a plane is fitted.
         context.description = L"Error Fitting points to a circle";
         plane.Fit(aPoints);
 
@@ -31,33 +31,35 @@ void RoundThePole::CalculateRotationFromIdealAlignment(const CMaPointArray& aPoi
     const int quadrant = DetermineQuadrant(aPoints);
     double angle = quadrant == 1 || quadrant == 4 ? 180.0 - angleToPlane : angleToPlane;
     if (quadrant == 3 || quadrant == 4) angle = -angle;
-    // The B position of the capture turned the A-axis plane with it: refer the correction to B = 0.
+    // At the capture, the A-axis plane was turned by the head's B position; the correction is stated for B = 0.
     requiredRotationAroundZ = angle - aAxisCaptureBPosition;
     AdjustForMisAlignment(requiredRotationAroundZ, CMaGeometry::EAxisType::Z);
 }
 
 int RoundThePole::DetermineQuadrant(const CMaPointArray& aPoints) const {
+    const ErrorContext context{L"RoundThePole::DetermineQuadrant"};
     constexpr double margin = 10.0; // length unit of the points
     bool xInside = true;
     bool yInside = true;
-    for (int i = 0; i < aPoints.GetSize(); ++i) {
-        const CMaPoint point = aPoints[i];
-        if (point.x() > headCentre[0] + margin) xInside = false;
-        if (point.y() > headCentre[1] + margin) yInside = false;
-    }
+    RaisingGeometryErrors(context, [&] {
+        for (int i = 0; i < aPoints.GetSize(); ++i) {
+            const CMaPoint point = aPoints[i];
+            if (point.x() > headCentre[0] + margin) xInside = false;
+            if (point.y() > headCentre[1] + margin) yInside = false;
+        }
+    });
     if (xInside && yInside) return 1;
     if (xInside && !yInside) return 2;
     if (!xInside && !yInside) return 3;
     if (!xInside && yInside) return 4;
-    // The four lines above are all there is; kept as a guard should a margin ever become a third answer.
-    RaiseError(QMV_E_INVALID_QUADRANT, L"RoundThePole::DetermineQuadrant", L"Invalid Quadrant calculated");
+    // Required as a guard, although the four lines above cover every case.
+    RaiseError(QMV_E_INVALID_QUADRANT, context.source, L"Invalid Quadrant calculated");
 }
 
 void RoundThePole::AdjustForMisAlignment(double angleDegrees, CMaGeometry::EAxisType axis) {
     const ErrorContext context{L"RoundThePole::AdjustForMisAlignment"};
     const CMaPoint origin(0.0, 0.0, 0.0);
-    // Directions and offsets turn about the origin; the head centre is meant to stay, and is added where positions are
-    // asked for.
+    // Directions and offsets turn about the origin. The head centre does not turn: the position queries add it.
     CMaVector* const turned[] = {&approachDirection,
                                  &driveCupOffset,
                                  &aAxis,
@@ -78,7 +80,7 @@ void RoundThePole::AdjustForMisAlignment(double angleDegrees, CMaGeometry::EAxis
                                  &leverLockingCentreOffset[1],
                                  &leverAxisOfRotation[0],
                                  &leverAxisOfRotation[1]};
-    LibraryStep(context, [&] {
+    RaisingGeometryErrors(context, [&] {
         for (CMaVector* const vector : turned) vector->Rotate(angleDegrees, axis, origin);
     });
 }

@@ -4,7 +4,7 @@
 
 #include "errors/RaiseError.h"
 #include "interface/Records.h"
-#include "maths/LibraryStep.h"
+#include "maths/RaisingGeometryErrors.h"
 
 #include <span>
 
@@ -60,7 +60,8 @@ LONG UpperBound(SAFEARRAY* array, const ErrorContext& context) {
     return bound;
 }
 
-/// Refuses an array that does not hold elements 0 to its upper bound as alignment records: reading it would leave it.
+/// Refuses an array that does not hold elements 0 to its upper bound as alignment records: reading would go beyond its
+/// memory.
 void RaiseUnlessHoldingRecords(SAFEARRAY* array, LONG upperBound, const ErrorContext& context) {
     LONG lowerBound = 0;
     RaiseIfFailed(SafeArrayGetLBound(array, 1, &lowerBound), context);
@@ -72,15 +73,16 @@ void RaiseUnlessHoldingRecords(SAFEARRAY* array, LONG upperBound, const ErrorCon
     if (!holdsRecords) RaiseError(DISP_E_BADINDEX, context);
 }
 
-/// What the check of one set has to say, and which of its angles must stay the same.
+/// The texts with which one set is refused, and which of its angles must stay the same.
 struct SetRules {
     double HeadAlignmentDataItem::*fixedAngle;
     const wchar_t* tooFewPoints;
     const wchar_t* fixedAngleMoved;
 };
 
-/// Checks one set and returns its fixed angle.
-double ValidateSet(SAFEARRAY* points, const SetRules& rules, const ErrorContext& context) {
+/// Checks one set. Stores its fixed angle while the data are still being accessed, as required: an access that cannot
+/// be ended fails the check, and the angle is stored all the same.
+void ValidateSet(SAFEARRAY* points, const SetRules& rules, const ErrorContext& context, double& fixedAngle) {
     constexpr LONG smallestUpperBound = 3; // four points
     const LONG upperBound = UpperBound(points, context);
     if (upperBound < smallestUpperBound) RaiseError(QMV_E_TOO_FEW_POINTS, context.source, rules.tooFewPoints);
@@ -88,15 +90,15 @@ double ValidateSet(SAFEARRAY* points, const SetRules& rules, const ErrorContext&
 
     AccessedItems items(points);
     RaiseIfFailed(items.Result(), context);
-    const double fixedAngle = items.UpTo(upperBound).front().*rules.fixedAngle;
+    const double firstAngle = items.UpTo(upperBound).front().*rules.fixedAngle;
     for (const HeadAlignmentDataItem& item : items.UpTo(upperBound)) {
         // Exactly equal, so that an angle that is not a number is refused too.
-        if (item.*rules.fixedAngle == fixedAngle) continue;
+        if (item.*rules.fixedAngle == firstAngle) continue;
         RaiseIfFailed(items.End(), context);
         RaiseError(QMV_E_FIXED_AXIS_MOVED, context.source, rules.fixedAngleMoved);
     }
+    fixedAngle = firstAngle;
     RaiseIfFailed(items.End(), context);
-    return fixedAngle;
 }
 
 } // namespace
@@ -104,7 +106,7 @@ double ValidateSet(SAFEARRAY* points, const SetRules& rules, const ErrorContext&
 void RoundThePole::ComputeGeometry(SAFEARRAY** pAAxisPoints, SAFEARRAY** pBAxisPoints) {
     ErrorContext context{L"RoundThePole::ComputeGeometry"};
     ClearPointArrays();
-    InitialiseFixedGeometry();
+    RaisingGeometryErrors(context, [&] { InitialiseFixedGeometry(); });
 
     context.description = L"Error Copying the safe array data.";
     AlignmentDataCopy aAxisData;
@@ -115,11 +117,11 @@ void RoundThePole::ComputeGeometry(SAFEARRAY** pAAxisPoints, SAFEARRAY** pBAxisP
     ValidateSafeArrayData(aAxisData.Address(), bAxisData.Address());
     ModifyDataForLockedPosition(aAxisData.Address());
     ModifyDataForLockedPosition(bAxisData.Address());
-    ClearPointArrays();
+    ClearPointArrays(); // a second time, as required
     AddDataToPointArrays(aAxisData.Address(), aAxisPoints);
     AddDataToPointArrays(bAxisData.Address(), bAxisPoints);
 
-    PlaceHeadCentre();
+    RaisingGeometryErrors(context, [&] { PlaceHeadCentre(); });
     CalculateLeverGeometry();
     CalculateSafePositionZ();
     CalculateRotationFromIdealAlignment(aAxisPoints);
@@ -136,13 +138,14 @@ void RoundThePole::ValidateSafeArrayData(SAFEARRAY** pAAxisPoints, SAFEARRAY** p
                               L"Invalid Data. B Axis Must Remain Fixed During A Axis Data Capture"};
     const SetRules bAxisRules{&HeadAlignmentDataItem::APosition, L"Too Few B Axis Points Supplied",
                               L"Invalid Data. A Axis Must Remain Fixed During B Axis Data Capture"};
-    aAxisCaptureBPosition = ValidateSet(*pAAxisPoints, aAxisRules, context);
-    ValidateSet(*pBAxisPoints, bAxisRules, context);
+    ValidateSet(*pAAxisPoints, aAxisRules, context, aAxisCaptureBPosition);
+    double captureA = 0.0; // not kept: the B circle is the same whatever A is
+    ValidateSet(*pBAxisPoints, bAxisRules, context, captureA);
 }
 
 void RoundThePole::ModifyDataForLockedPosition(SAFEARRAY** points) const {
     const ErrorContext context{L"RoundThePole::ModifyDataForLockedPosition"};
-    const FixedOffset shift = GetLockedToUnlockedOffset();
+    const FixedOffset shift = RaisingGeometryErrors(context, [&] { return GetLockedToUnlockedOffset(); });
     AccessedItems items(*points);
     RaiseIfFailed(items.Result(), context);
     for (HeadAlignmentDataItem& item : items.UpTo(UpperBound(*points, context))) {
@@ -154,18 +157,21 @@ void RoundThePole::ModifyDataForLockedPosition(SAFEARRAY** points) const {
 }
 
 void RoundThePole::AddDataToPointArrays(SAFEARRAY** points, CMaPointArray& pointArray) const {
-    // The results of the three array calls are meant to go unchecked: the same calls on the same array have just
-    // succeeded.
-    const AccessedItems items(*points);
-    LONG upperBound = -1;
-    SafeArrayGetUBound(*points, 1, &upperBound);
-    for (const HeadAlignmentDataItem& item : items.UpTo(upperBound)) {
-        AddAPoint(item.XPosition, item.YPosition, item.ZPosition, pointArray);
-    }
+    const ErrorContext context{L"RoundThePole::AddDataToPointArrays"};
+    RaisingGeometryErrors(context, [&] {
+        // The results of the three array calls are not checked, as required: the same calls on the same array have just
+        // succeeded.
+        const AccessedItems items(*points);
+        LONG upperBound = -1;
+        SafeArrayGetUBound(*points, 1, &upperBound);
+        for (const HeadAlignmentDataItem& item : items.UpTo(upperBound)) {
+            AddAPoint(item.XPosition, item.YPosition, item.ZPosition, pointArray);
+        }
+    });
 }
 
 void RoundThePole::AddAPoint(double x, double y, double z, CMaPointArray& pointArray) const {
-    // The words name the A points whichever set is being filled; callers know them like this.
+    // The text is fixed: it says A whichever set is being filled.
     const ErrorContext context{L"RoundThePole::AddAPoint", L"Error Adding A Point to the A Point Collection"};
-    LibraryStep(context, [&] { pointArray.Add(CMaPoint(x, y, z)); });
+    RaisingGeometryErrors(context, [&] { pointArray.Add(CMaPoint(x, y, z)); });
 }

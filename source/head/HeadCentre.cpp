@@ -3,14 +3,14 @@
 #include "head/RoundThePole.h"
 
 #include "maths/CMaPlane.h"
-#include "maths/LibraryStep.h"
+#include "maths/RaisingGeometryErrors.h"
 
 void RoundThePole::PlaceHeadCentre() {
     const std::unique_ptr<CMaCircle> circleB = FitPointsToACircle(bAxisPoints);
     const CMaVector normalB = circleB->GetNormal();
     const std::unique_ptr<CMaCircle> circleA = FitPointsToACircle(aAxisPoints);
     const CMaVector normalA = circleA->GetNormal();
-    // The reversal cancels out below; so does the sign of either normal.
+    // The reversal is required; it cancels out below, as does the sign of either normal.
     const CMaVector directionA = normalA * -1.0;
     const std::unique_ptr<CMaVector> centreA = GetCircleCentre(*circleA);
     const std::unique_ptr<CMaVector> centreB = GetCircleCentre(*circleB);
@@ -20,8 +20,8 @@ void RoundThePole::PlaceHeadCentre() {
     const CMaVector common = normalB * directionA;
     const double length = common.Magnitude();
     const double along = -(numerator % common) / (length * length);
-    // Parallel axes have no nearest point: the division then gives a centre that is not finite, and the line fit of the
-    // alignment correction refuses it.
+    // Parallel axes have no nearest point: the division, which is not guarded, gives a centre that is not finite, and
+    // the line fit of the alignment correction refuses it.
     headCentre = *centreB + normalB * along;
 }
 
@@ -29,11 +29,11 @@ std::unique_ptr<CMaCircle> RoundThePole::FitPointsToACircle(const CMaPointArray&
     constexpr double radiusBeforeFit = 1.0;
     constexpr long iterationLimit = 200000;
     const ErrorContext context{L"RoundThePole::FitPointsToACircle", L"Error Fitting points to a circle"};
-    return LibraryStep(context, [&] {
+    return RaisingGeometryErrors(context, [&] {
         CMaPlane plane;
         plane.Fit(points);
-        // The projections land on the copies that the array hands out, and that is meant: the circle is fitted to the
-        // points as they were captured, while a failure of the plane or of a projection is still met here.
+        // The projections are required although they have no effect: each is assigned to the copy that the array
+        // returns, so the circle is fitted to the points as they were captured.
         for (int i = 0; i < points.GetSize(); ++i) {
             CMaPoint copy = points[i];
             copy = copy.ProjectionOn(plane);
@@ -46,5 +46,5 @@ std::unique_ptr<CMaCircle> RoundThePole::FitPointsToACircle(const CMaPointArray&
 
 std::unique_ptr<CMaVector> RoundThePole::GetCircleCentre(const CMaCircle& circle) const {
     const ErrorContext context{L"RoundThePole::GetCircleCentre"};
-    return LibraryStep(context, [&] { return std::make_unique<CMaVector>(circle.GetCentre().To3DVector()); });
+    return RaisingGeometryErrors(context, [&] { return std::make_unique<CMaVector>(circle.GetCentre().To3DVector()); });
 }

@@ -8,6 +8,8 @@
 
 #include <memory>
 
+class CQuaternion;
+
 /// The model of one indexable probe head as it sits on the machine: where the head centre is, in which directions its A
 /// and B axes point, where the lock lever, its ball and the drive cup are, and how far the whole head is turned about
 /// the machine's Z axis from its ideal alignment.
@@ -17,7 +19,8 @@
 /// any other value the negative one.
 ///
 /// Filled by ComputeGeometry or LoadFromFile; both leave the same state, and both may leave it half rebuilt when they
-/// fail. Whether a geometry is there at all is the caller's to remember. Failures are raised as codes (RaiseError.h).
+/// fail. The object does not know whether it holds a geometry: its owner remembers that. Failures are raised as codes
+/// (RaiseError.h).
 class RoundThePole {
 public:
     /// The ideal head at the origin: ideal axes, the drive cup of the settings, everything else zero.
@@ -117,6 +120,8 @@ public:
     double AAxisCaptureBPosition() const noexcept { return aAxisCaptureBPosition; }
 
 private:
+    /// The rotation of the head from A = 0, B = 0: the turn about A comes first, then the turn about B.
+    std::unique_ptr<CQuaternion> HeadTurn(double a, double b) const;
     void PlaceHeadCentre();
     void WriteNumbers(const wchar_t* fileName) const;
     void ReadNumbers(const wchar_t* fileName);

@@ -1,6 +1,6 @@
 #include "maths/CQuaternion.h"
 
-#include "maths/LibraryStep.h"
+#include "maths/RaisingGeometryErrors.h"
 
 #include <cmath>
 #include <tuple>
@@ -8,7 +8,7 @@
 CQuaternion::CQuaternion() : rotationMatrix(3, 3) {
     ErrorContext context{L"CQuaternion::CQuaternion"};
     context.description = L"Error initialising matrix with default data.";
-    LibraryStep(context, [&] {
+    RaisingGeometryErrors(context, [&] {
         for (int i = 0; i < 3; ++i) rotationMatrix.SetElement(i, i, 1.0);
     });
 }
@@ -16,7 +16,7 @@ CQuaternion::CQuaternion() : rotationMatrix(3, 3) {
 void CQuaternion::InitialiseFromAngleAndDirection(double angleRadians, const CMaVector& direction) {
     ErrorContext context{L"CQuaternion::InitialiseFromAngleAndDirection"};
     context.description = L"Error extracting data from direction vector";
-    LibraryStep(context, [&] {
+    RaisingGeometryErrors(context, [&] {
         const double dx = direction[0], dy = direction[1], dz = direction[2];
         const double sine = std::sin(0.5 * angleRadians);
         w = std::cos(0.5 * angleRadians);
@@ -39,7 +39,7 @@ void CQuaternion::CalculateRotationMatrix() {
     // Named after its usual caller, deliberately: that is the operation whose failure a client is told about.
     ErrorContext context{L"CQuaternion::InitialiseFromAngleAndDirection"};
     context.description = L"Error calculating rotation matrix";
-    LibraryStep(context, [&] {
+    RaisingGeometryErrors(context, [&] {
         rotationMatrix.SetElement(0, 0, x * x - y * y - z * z + w * w);
         rotationMatrix.SetElement(1, 1, -x * x + y * y - z * z + w * w);
         rotationMatrix.SetElement(2, 2, -x * x - y * y + z * z + w * w);

@@ -3,40 +3,41 @@
 #include "planning/MovePlanner.h"
 #include "planning/RecordFields.h"
 
-#include "maths/LibraryStep.h"
+#include "maths/RaisingGeometryErrors.h"
 
 namespace {
 
 /// Which lever the head presents at the given angles: 0 the positive one, 1 the negative one.
-/// Meant to be lopsided: B = 0 counts as negative, B = 180 and B = -180 choose different levers although the head
-/// stands the same, and any A but exactly 0.0 counts as tilted.
+/// Required as it is, and asymmetric: B = 0 counts as negative, B = 180 and B = -180 choose different levers although
+/// the head stands the same, and every A that is not exactly 0.0 counts as tilted.
 int LeverSide(double a, double b) {
-    // The second test can never fail once B is positive; it is kept as written.
+    // The second test is required although it can never fail once B is positive.
     if (b > 0.0 && b != -180.0) return a == 0.0 ? 1 : 0;
     return a == 0.0 ? 0 : 1;
 }
 
-/// What one of the head's lever queries answers.
-CMaVector Ask(const RoundThePole& head, void (RoundThePole::*query)(int, CMaVector&) const, int lever) {
-    CMaVector answer(0.0, 0.0, 0.0);
-    (head.*query)(lever, answer);
-    return answer;
+/// The result of one of the head's lever queries.
+CMaVector LeverPoint(const RoundThePole& head, void (RoundThePole::*query)(int, CMaVector&) const, int lever) {
+    CMaVector result(0.0, 0.0, 0.0);
+    (head.*query)(lever, result);
+    return result;
 }
 
 } // namespace
 
 void MovePlanner::CalculateUnlockMoves(RequiredMoves& moves) const {
     const ErrorContext context{L"CQMVCalculator::CalculateUnlockMoves"};
-    LibraryStep(context, [&] {
+    RaisingGeometryErrors(context, [&] {
         const int side = LeverSide(currentA, currentB);
-        const CMaVector locked = Ask(headGeometry, &RoundThePole::LeverLockedPosition, side);
-        const CMaVector unlockingCentre = Ask(headGeometry, &RoundThePole::LeverUnlockingCentreOfRotation, side);
-        const CMaVector lockedApproach = Ask(headGeometry, &RoundThePole::LeverLockedApproachPosition, side);
+        const CMaVector locked = LeverPoint(headGeometry, &RoundThePole::LeverLockedPosition, side);
+        const CMaVector unlockingCentre = LeverPoint(headGeometry, &RoundThePole::LeverUnlockingCentreOfRotation, side);
+        const CMaVector lockedApproach = LeverPoint(headGeometry, &RoundThePole::LeverLockedApproachPosition, side);
         // Unlocking is always about axis 1, whichever lever is pushed.
-        const CMaVector axis = Ask(headGeometry, &RoundThePole::LeverAxisOfRotation, 1);
-        const CMaVector unlocked = Ask(headGeometry, &RoundThePole::LeverUnlockedPosition, side);
+        const CMaVector axis = LeverPoint(headGeometry, &RoundThePole::LeverAxisOfRotation, 1);
+        const CMaVector unlocked = LeverPoint(headGeometry, &RoundThePole::LeverUnlockedPosition, side);
 
-        // The settings are read between the writes, and a failure there is meant to leave what was written before it.
+        // The order of the writes is required: the setting is read in between, and when that fails, the field written
+        // before it keeps its new value and the others keep their old ones.
         SetRotationVector(moves.UnLock, axis);
         moves.UnLock.RotationAngle = -headGeometry.GetLockedToUnlockedLeverRotation();
         moves.ApproachUnLockLever = PositionOf(lockedApproach);
@@ -49,24 +50,30 @@ void MovePlanner::CalculateUnlockMoves(RequiredMoves& moves) const {
 void MovePlanner::CalculateRotateToLockLeverMoves(RequiredMoves& moves, const CMaVector& approachTarget, double a,
                                                   double b) const {
     const ErrorContext context{L"CQMVCalculator::CalculateRotateToLockLeverMoves"};
-    LibraryStep(context, [&] {
-        const CMaVector unlockedApproach =
-            Ask(headGeometry, &RoundThePole::LeverUnlockedApproachPosition, LeverSide(a, b));
-        moves.RotateToLockLever = ArcRoundThePole(approachTarget, unlockedApproach);
+    RaisingGeometryErrors(context, [&] {
+        const int side = LeverSide(a, b);
+        const CMaVector unlockedApproach = LeverPoint(headGeometry, &RoundThePole::LeverUnlockedApproachPosition, side);
+        const CMaVector pole = PoleLocation();
+        SetOrigin(moves.RotateToLockLever, pole);
+        SetRotationVector(moves.RotateToLockLever, Vertical());
+        const CMaVector from = DirectionInXY(pole, approachTarget);
+        const CMaVector to = DirectionInXY(pole, unlockedApproach);
+        // Arcs are left-handed: a counter-clockwise turn has a negative angle.
+        moves.RotateToLockLever.RotationAngle = -CalculateAngleAndDirection(from, to);
     });
 }
 
 void MovePlanner::CalculateLockMoves(RequiredMoves& moves, double a, double b) const {
     constexpr double liftOverLockedLever = 10.0;
     const ErrorContext context{L"CQMVCalculator::CalculateLockMoves"};
-    LibraryStep(context, [&] {
+    RaisingGeometryErrors(context, [&] {
         const int side = LeverSide(a, b);
-        const CMaVector unlocked = Ask(headGeometry, &RoundThePole::LeverUnlockedPosition, side);
-        const CMaVector lockingCentre = Ask(headGeometry, &RoundThePole::LeverLockingCentreOfRotation, side);
-        const CMaVector unlockedApproach = Ask(headGeometry, &RoundThePole::LeverUnlockedApproachPosition, side);
+        const CMaVector unlocked = LeverPoint(headGeometry, &RoundThePole::LeverUnlockedPosition, side);
+        const CMaVector lockingCentre = LeverPoint(headGeometry, &RoundThePole::LeverLockingCentreOfRotation, side);
+        const CMaVector unlockedApproach = LeverPoint(headGeometry, &RoundThePole::LeverUnlockedApproachPosition, side);
         // Locking is always about axis 0: the opposite of unlocking, whichever lever is pushed.
-        const CMaVector axis = Ask(headGeometry, &RoundThePole::LeverAxisOfRotation, 0);
-        const CMaVector locked = Ask(headGeometry, &RoundThePole::LeverLockedPosition, side);
+        const CMaVector axis = LeverPoint(headGeometry, &RoundThePole::LeverAxisOfRotation, 0);
+        const CMaVector locked = LeverPoint(headGeometry, &RoundThePole::LeverLockedPosition, side);
 
         SetRotationVector(moves.Lock, axis);
         moves.Lock.RotationAngle = -headGeometry.GetUnlockedToLockedLeverRotation();

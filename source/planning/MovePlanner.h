@@ -48,6 +48,5 @@ protected:
     double currentB = 0.0;
 
 private:
-    /// The arc about the vertical through the pole from the bearing of `from` to the bearing of `to`.
-    ArcData ArcRoundThePole(const CMaVector& from, const CMaVector& to) const;
+    CMaVector PoleLocation() const;
 };

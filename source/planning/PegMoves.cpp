@@ -3,19 +3,29 @@
 #include "planning/MovePlanner.h"
 #include "planning/RecordFields.h"
 
-#include "maths/LibraryStep.h"
+#include "maths/RaisingGeometryErrors.h"
 
 void MovePlanner::CalculateRotateToPeg(RequiredMoves& moves, [[maybe_unused]] const CMaVector& centre,
                                        const CMaVector& approachNow) const {
-    const ErrorContext context{L"CQMVCalculator::CalculateRotateToPeg", L"InitializeFromCartesian Call Failed."};
-    LibraryStep(context,
-                [&] { moves.RotateToPeg = ArcRoundThePole(VectorOf(moves.DisengageFromUnLockLever), approachNow); });
+    ErrorContext context{L"CQMVCalculator::CalculateRotateToPeg"};
+    RaisingGeometryErrors(context, [&] {
+        const CMaVector pole = PoleLocation();
+        SetOrigin(moves.RotateToPeg, pole);
+        SetRotationVector(moves.RotateToPeg, Vertical());
+
+        context.description = L"InitializeFromCartesian Call Failed.";
+        const CMaVector from = DirectionInXY(pole, VectorOf(moves.DisengageFromUnLockLever));
+        const CMaVector to = DirectionInXY(pole, approachNow);
+        // Arcs are left-handed: a counter-clockwise turn has a negative angle.
+        moves.RotateToPeg.RotationAngle = -CalculateAngleAndDirection(from, to);
+    });
 }
 
 void MovePlanner::CalculateEngageWithPeg(RequiredMoves& moves, const CMaVector& approachNow,
                                          const CMaVector& engageNow) const {
-    const ErrorContext context{L"CQMVCalculator::CalculateEngageWithPeg", L"Failed To Extract Value From Array"};
-    LibraryStep(context, [&] {
+    ErrorContext context{L"CQMVCalculator::CalculateEngageWithPeg"};
+    RaisingGeometryErrors(context, [&] {
+        context.description = L"Failed To Extract Value From Array";
         moves.ApproachPeg = PositionOf(approachNow);
         moves.EngageWithPeg = PositionOf(engageNow);
         moves.MoveToPegAtSafeZ = PositionAtHeight(approachNow, headGeometry.SafePositionZ());
@@ -25,9 +35,10 @@ void MovePlanner::CalculateEngageWithPeg(RequiredMoves& moves, const CMaVector& 
 void MovePlanner::CalculateHeadIndexingMoves(RequiredMoves& moves, double targetA, double targetB,
                                              const CMaVector& centre, const CMaVector& aAxisNow, const CMaVector& bAxis,
                                              const CMaVector& aAxisTarget) const {
-    // The description is misspelt and stays so: callers know the text.
-    const ErrorContext context{L"CQMVCalculator::CalculateHeadIndexingMoves", L"Failed To Extact Value From Array"};
-    LibraryStep(context, [&] {
+    ErrorContext context{L"CQMVCalculator::CalculateHeadIndexingMoves"};
+    RaisingGeometryErrors(context, [&] {
+        // The text is fixed, with its misspelling.
+        context.description = L"Failed To Extact Value From Array";
         // An arc by +x lowers the axis angle by x: each angle is the negated change. B is not wrapped into +-180.
         moves.IntermediateAPosition = ArcAbout(centre, aAxisNow, currentA);
         moves.MoveToBPosition = ArcAbout(centre, bAxis, currentB - targetB);
@@ -36,9 +47,10 @@ void MovePlanner::CalculateHeadIndexingMoves(RequiredMoves& moves, double target
 }
 
 void MovePlanner::CalculateDisengageFromPeg(RequiredMoves& moves, const CMaVector& approachTarget) const {
-    // Misspelt here too, and kept.
-    const ErrorContext context{L"CQMVCalculator::CalculateDisengageFromPeg", L"Failed To Extact Value From Array"};
-    LibraryStep(context, [&] {
+    ErrorContext context{L"CQMVCalculator::CalculateDisengageFromPeg"};
+    RaisingGeometryErrors(context, [&] {
+        // The text is fixed, with its misspelling.
+        context.description = L"Failed To Extact Value From Array";
         moves.DisengageFromPeg = PositionOf(approachTarget);
         moves.DisengageFromPegToSafeZ = PositionAtHeight(approachTarget, headGeometry.SafePositionZ());
     });

@@ -1,15 +1,15 @@
-// Where the pole is, and the angles about it.
+// Where the pole is, and the angle between two directions seen from it.
 
 #include "planning/MovePlanner.h"
 #include "planning/RecordFields.h"
 
-#include "maths/LibraryStep.h"
+#include "maths/RaisingGeometryErrors.h"
 
 #include <cmath>
 
 void MovePlanner::CalculatePoleLocation(double& x, double& y, double& z) const {
     ErrorContext context{L"CQMVCalculator::CalculatePoleLocation"};
-    LibraryStep(context, [&] {
+    RaisingGeometryErrors(context, [&] {
         context.description = L"Getting Lever Centre Vectors.";
         CMaVector positive(0.0, 0.0, 0.0);
         CMaVector negative(0.0, 0.0, 0.0);
@@ -29,29 +29,26 @@ void MovePlanner::CalculatePoleLocation(double& x, double& y, double& z) const {
 }
 
 double MovePlanner::CalculateAngleAndDirection(const CMaVector& first, const CMaVector& second) const {
-    // 180 / 3.14159265358979: meant to be made with the shortened pi, not the exact factor.
+    // 180 / 3.14159265358979: required with the shortened pi, not the exact factor.
     constexpr double degreesInARadian = 57.29577951308238;
     ErrorContext context{L"CQMVCalculator::CalculateAngleAndDirection"};
-    return LibraryStep(context, [&] {
+    return RaisingGeometryErrors(context, [&] {
         context.description = L"Calculate DotProduct Call Failed";
         const double dot = first % second;
         context.description = L"Calculate CrossProduct Call Failed";
         const double cross = (first * second)[2];
-        // The arctangent of the quotient is meant: it has a defined answer (90) for an infinite quotient, and none for
-        // 0/0.
+        // The arctangent of the quotient is required, not that of two arguments: it gives 90 for an infinite quotient
+        // and not-a-number for 0/0.
         double angle = std::abs(std::atan(cross / dot) * degreesInARadian);
         if (dot < 0.0) angle = 180.0 - angle;
         return cross < 0.0 ? -angle : angle;
     });
 }
 
-ArcData MovePlanner::ArcRoundThePole(const CMaVector& from, const CMaVector& to) const {
+CMaVector MovePlanner::PoleLocation() const {
     double x = 0.0;
     double y = 0.0;
     double z = 0.0;
     CalculatePoleLocation(x, y, z);
-    const CMaVector fromPole(from[0] - x, from[1] - y, 0.0);
-    const CMaVector toPole(to[0] - x, to[1] - y, 0.0);
-    // Arcs are left-handed: a counter-clockwise turn has a negative angle.
-    return ArcAbout(CMaVector(x, y, z), CMaVector(0.0, 0.0, 1.0), -CalculateAngleAndDirection(fromPole, toPole));
+    return {x, y, z};
 }

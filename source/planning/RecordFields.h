@@ -3,7 +3,7 @@
 #include "interface/Records.h"
 #include "maths/CMaVector.h"
 
-/// Vectors as fields of the interface's records.
+/// Vectors as fields of the interface's records, and directions between their points.
 
 inline XYZData PositionOf(const CMaVector& point) { return {point[0], point[1], point[2]}; }
 
@@ -13,6 +13,13 @@ inline XYZData PositionAtHeight(const CMaVector& point, double z) { return {poin
 inline CMaVector VectorOf(const XYZData& position) {
     return {position.XPosition, position.YPosition, position.ZPosition};
 }
+
+/// The horizontal direction from `origin` to `point`.
+inline CMaVector DirectionInXY(const CMaVector& origin, const CMaVector& point) {
+    return {point[0] - origin[0], point[1] - origin[1], 0.0};
+}
+
+inline CMaVector Vertical() { return {0.0, 0.0, 1.0}; }
 
 inline void SetOrigin(ArcData& arc, const CMaVector& origin) {
     arc.XOrigin = origin[0];

@@ -2,19 +2,29 @@
 
 #include "planning/MovePlanner.h"
 
-#include "head/TurnedHead.h"
+namespace {
+
+CMaVector ZeroVector() { return {0.0, 0.0, 0.0}; }
+
+} // namespace
 
 void MovePlanner::PlanMoves(double targetA, double targetB, RequiredMoves& moves) const {
     constexpr double approachDistance = 10.0;
-    TurnedHead now(headGeometry, currentA, currentB);
-    TurnedHead target(headGeometry, targetA, targetB);
-    const CMaVector approachNow = now.ApproachPosition(approachDistance);
-    const CMaVector engageNow = now.EngagementPosition();
-    const CMaVector approachTarget = target.ApproachPosition(approachDistance);
-    const CMaVector aAxisNow = now.RotatedAAxis();
-    const CMaVector centre = headGeometry.HeadCentre();
-    const CMaVector aAxisTarget = target.RotatedAAxis();
-    const CMaVector bAxis = headGeometry.BAxis();
+    CMaVector approachNow = ZeroVector();
+    CMaVector engageNow = ZeroVector();
+    CMaVector approachTarget = ZeroVector();
+    CMaVector aAxisNow = ZeroVector();
+    CMaVector centre = ZeroVector();
+    CMaVector aAxisTarget = ZeroVector();
+    CMaVector bAxis = ZeroVector();
+
+    headGeometry.ApproachPosition(currentA, currentB, approachDistance, approachNow);
+    headGeometry.EngagementPosition(currentA, currentB, engageNow);
+    headGeometry.ApproachPosition(targetA, targetB, approachDistance, approachTarget);
+    headGeometry.RotatedAAxis(currentB, aAxisNow);
+    centre = headGeometry.HeadCentre();
+    headGeometry.RotatedAAxis(targetB, aAxisTarget);
+    bAxis = headGeometry.BAxis();
 
     CalculateUnlockMoves(moves);
     CalculateRotateToPeg(moves, centre, approachNow);

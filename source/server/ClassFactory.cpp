@@ -12,9 +12,10 @@ namespace {
 
 std::atomic<ULONG> references{0};
 
-/// Hands out `iid` of a new object and gives up the reference it was born with: a refused interface ends the object.
+/// Hands out `iid` of a new object. The reference taken meanwhile is given up: a refused interface ends the object.
 template <typename Object> HRESULT Deliver(std::unique_ptr<Object> created, REFIID iid, void** object) {
     Object* const counted = created.release();
+    counted->AddRef();
     const HRESULT result = counted->QueryInterface(iid, object);
     counted->Release();
     return result;

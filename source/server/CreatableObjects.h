@@ -8,7 +8,7 @@
 
 /// The two ways in which a class is served. `Class` gives its interfaces by FindInterface(iid) and everything but
 /// identity and lifetime, which are here. An object lives in one apartment, so its count is a plain one. Objects are
-/// born with one reference and delete themselves with the last.
+/// born without a reference and delete themselves with the last.
 
 /// An object of its own.
 template <typename Class> class StandaloneObject final : public LateBinding<Class> {
@@ -30,7 +30,7 @@ public:
 
 private:
     ModuleLock moduleLock;
-    ULONG references = 1;
+    ULONG references = 0;
 };
 
 /// An object inside another: the outer one is its identity, this inner unknown its lifetime.
@@ -78,5 +78,5 @@ private:
 
     ModuleLock moduleLock;
     Contained contained;
-    ULONG references = 1;
+    ULONG references = 0;
 };

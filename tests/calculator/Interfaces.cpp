@@ -1,7 +1,10 @@
+#include "calculator/CQMVCalculator.h"
+#include "server/CreatableObjects.h"
 #include "support/Calculator.h"
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 /// Creation, identity and lifetime, as any client sees them on any platform.
@@ -84,6 +87,16 @@ TEST(Calculator, RefusesToAnswerIntoNoPointer) {
     const auto calculator = CreateCalculator();
     EXPECT_EQ(calculator->QueryInterface(IID_IQMVCalculator, nullptr), E_POINTER);
     EXPECT_EQ(calculator->QueryInterface(unknownIdentifier, nullptr), E_POINTER);
+}
+
+TEST(Calculator, IsBornWithoutAReference) {
+    auto plain = std::make_unique<StandaloneObject<CQMVCalculator>>();
+    EXPECT_EQ(plain->AddRef(), 1U);
+    EXPECT_EQ(plain.release()->Release(), 0U);
+    auto inner = std::make_unique<AggregatedObject<CQMVCalculator>>(nullptr);
+    EXPECT_EQ(inner->AddRef(), 1U);
+    EXPECT_EQ(inner.release()->Release(), 0U);
+    EXPECT_EQ(DllCanUnloadNow(), S_OK) << "both are gone";
 }
 
 TEST(Calculator, CountsOneReferenceForEachAnswer) {

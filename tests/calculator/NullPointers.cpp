@@ -46,6 +46,27 @@ TEST_F(NullPointers, AreRefusedForEitherSetOfPoints) {
     EXPECT_EQ(Pole(*calculator.Get()), before);
 }
 
+TEST_F(NullPointers, AreLookedAtAfterTheFlagsAndTheTarget) {
+    const auto fresh = CreateCalculator();
+    EXPECT_EQ(Plan(*fresh.Get(), 0.0, 0.0, nullptr).code, QMV_E_NO_HEAD_GEOMETRY);
+    EXPECT_EQ(fresh->GetStartPosition(nullptr), QMV_E_NO_HEAD_GEOMETRY);
+    double angle = 1.25;
+    EXPECT_EQ(fresh->GetCurrentHeadPosition(nullptr, nullptr), QMV_E_POSITION_UNKNOWN);
+    EXPECT_EQ(fresh->GetCurrentHeadPosition(&angle, nullptr), QMV_E_POSITION_UNKNOWN);
+    EXPECT_EQ(fresh->GetCurrentHeadPosition(nullptr, &angle), QMV_E_POSITION_UNKNOWN);
+    EXPECT_EQ(angle, 1.25);
+
+    const auto unplaced = WithGeometry();
+    EXPECT_EQ(Plan(*unplaced.Get(), 7.0, 0.0, nullptr).code, QMV_E_POSITION_UNKNOWN);
+    EXPECT_EQ(unplaced->GetStartPosition(nullptr), QMV_E_POSITION_UNKNOWN);
+
+    const auto ready = At(15.0, 30.0);
+    EXPECT_EQ(Plan(*ready.Get(), 7.0, 0.0, nullptr).code, QMV_E_INVALID_TARGET);
+    EXPECT_EQ(Plan(*ready.Get(), 0.0, 195.0, nullptr).code, QMV_E_INVALID_TARGET);
+    EXPECT_EQ(Plan(*ready.Get(), 45.0, 90.0, nullptr).code, E_POINTER);
+    EXPECT_EQ(CurrentPosition(*ready.Get()), (Position{15.0, 30.0}));
+}
+
 TEST_F(NullPointers, AreRefusedForThePointsThatAreAskedFor) {
     const auto calculator = At(-0.0, -0.0);
     EXPECT_EQ(calculator->GetStartPosition(nullptr), E_POINTER);

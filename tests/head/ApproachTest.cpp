@@ -1,7 +1,6 @@
 #include "head/HeadChecks.h"
 #include "head/HeadTest.h"
 #include "head/SavedHead.h"
-#include "head/TurnedHead.h"
 
 #include <cmath>
 
@@ -113,16 +112,6 @@ TEST_F(Approach, StandsTheDistanceShortOfEngagement) {
     SavedHead{.headCentre = {312.5, -48.25, -610.0}, .rotation = 30.0}.LoadInto(head);
     AtEveryPosition([this](double a, double b) {
         EXPECT_NEAR(Distance(ApproachAt(a, b, 10.0), EngagementAt(a, b)), 10.0, 1e-12) << a << ' ' << b;
-    });
-}
-
-TEST_F(Approach, EngagementAndAAxisOfOneTurnedHeadAreBitForBitWhatEachIsAlone) {
-    SavedHead{.headCentre = {312.5, -48.25, -610.0}, .rotation = 30.0}.LoadInto(head);
-    AtEveryPosition([this](double a, double b) {
-        TurnedHead turned(head, a, b);
-        EXPECT_EQ(TripleOf(turned.ApproachPosition(10.0)), ApproachAt(a, b, 10.0)) << a << ' ' << b;
-        EXPECT_EQ(TripleOf(turned.EngagementPosition()), EngagementAt(a, b)) << a << ' ' << b;
-        EXPECT_EQ(TripleOf(turned.RotatedAAxis()), AAxisAt(b)) << a << ' ' << b;
     });
 }
 

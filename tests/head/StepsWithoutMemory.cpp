@@ -24,7 +24,7 @@ void PrintTo(const Step& step, std::ostream* out) {
 class StepsWithoutMemory : public HeadTest {
 protected:
     /// Fails one allocation of `action` after the other, on a new head each time. Returns the steps named, each once,
-    /// in the order in which they are met. Memory that runs out in the settings store is nobody's step.
+    /// in the order in which they are met.
     static std::vector<Step> StepsOf(const std::function<void(RoundThePole&)>& action) {
         constexpr long moreThanEnough = 2000;
         std::vector<Step> steps;
@@ -53,10 +53,14 @@ protected:
 
 TEST_F(StepsWithoutMemory, OfAComputationAreNamedOneByOne) {
     const std::vector<Step> expected{
+        {L"RoundThePole::ComputeGeometry", L"Unspecified"},
         {L"RoundThePole::ComputeGeometry", L"Error Copying the safe array data."},
+        {L"RoundThePole::ModifyDataForLockedPosition", L"Unspecified"},
         {L"RoundThePole::AddAPoint", L"Error Adding A Point to the A Point Collection"},
         {L"RoundThePole::FitPointsToACircle", L"Error Fitting points to a circle"},
         {L"RoundThePole::GetCircleCentre", L"Unspecified"},
+        {L"RoundThePole::GetHeadCentreToLeverCentreOffset", L"Unspecified"},
+        {L"RoundThePole::GetLeverCentreToBallCentreOffset", L"Unspecified"},
         {L"RoundThePole::GetLeverLockedApproachOffset", L"Unspecified"},
         {L"RoundThePole::GetLeverUnlockingCentreOfRotation", L"Unspecified"},
         {L"RoundThePole::GetLeverUnlockedApproachOffset", L"Unspecified"},

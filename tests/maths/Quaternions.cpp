@@ -1,7 +1,7 @@
 #include "interface/ErrorCodes.h"
 #include "maths/CQuaternion.h"
 #include "maths/GeometryChecks.h"
-#include "maths/LibraryStep.h"
+#include "maths/RaisingGeometryErrors.h"
 #include "support/ErrorRecord.h"
 
 #include <type_traits>
@@ -118,7 +118,7 @@ TEST(Quaternion, IsReleasedByWhoeverAskedForIt) {
     static_assert(std::is_same_v<decltype(CQuaternion().RotateVector({0.0, 0.0, 0.0})), std::unique_ptr<CMaVector>>);
 }
 
-TEST(LibraryStep, RaisesAFailureOfTheGeometryInTheNameOfTheStep) {
+TEST(RaisingGeometryErrors, RaisesAFailureOfTheGeometryInTheNameOfTheStep) {
     ErrorContext context{L"Class::Operation"};
     context.description = L"The step under way";
     struct {
@@ -127,7 +127,7 @@ TEST(LibraryStep, RaisesAFailureOfTheGeometryInTheNameOfTheStep) {
     } const cases[] = {{GeometryError::Reason::Impossible, QMV_E_GEOMETRY_IMPOSSIBLE},
                        {GeometryError::Reason::LimitReached, QMV_E_GEOMETRY_LIMIT_REACHED}};
     for (const auto& [reason, code] : cases) {
-        const Raised raised = RaisedBy([&] { LibraryStep(context, [&] { throw GeometryError(reason); }); });
+        const Raised raised = RaisedBy([&] { RaisingGeometryErrors(context, [&] { throw GeometryError(reason); }); });
         EXPECT_EQ(raised.code, code);
         ASSERT_TRUE(raised.record);
         EXPECT_EQ(raised.record->source, L"Class::Operation");
@@ -135,18 +135,18 @@ TEST(LibraryStep, RaisesAFailureOfTheGeometryInTheNameOfTheStep) {
     }
 }
 
-TEST(LibraryStep, RaisesMemoryRunningOutInTheNameOfTheStep) {
+TEST(RaisingGeometryErrors, RaisesMemoryRunningOutInTheNameOfTheStep) {
     const ErrorContext context{L"Class::Operation"};
-    const Raised raised = RaisedBy([&] { LibraryStep(context, [] { throw std::bad_alloc(); }); });
+    const Raised raised = RaisedBy([&] { RaisingGeometryErrors(context, [] { throw std::bad_alloc(); }); });
     EXPECT_EQ(raised.code, E_OUTOFMEMORY);
     ASSERT_TRUE(raised.record);
     EXPECT_EQ(raised.record->source, L"Class::Operation");
 }
 
-TEST(LibraryStep, ReturnsWhatTheStepReturns) {
+TEST(RaisingGeometryErrors, ReturnsWhatTheStepReturns) {
     const ErrorContext context{L"Class::Operation"};
-    EXPECT_EQ(LibraryStep(context, [] { return 42; }), 42);
+    EXPECT_EQ(RaisingGeometryErrors(context, [] { return 42; }), 42);
     int number = 0;
-    LibraryStep(context, [&]() -> int& { return number; }) = 7;
+    RaisingGeometryErrors(context, [&]() -> int& { return number; }) = 7;
     EXPECT_EQ(number, 7);
 }

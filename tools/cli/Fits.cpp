@@ -2,7 +2,7 @@
 
 #include "cli/ComponentError.h"
 #include "diagnostics/AxisCircle.h"
-#include "maths/LibraryStep.h"
+#include "maths/RaisingGeometryErrors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,7 +27,7 @@ template <typename Measure> Residuals ResidualsOf(const CMaPointArray& points, M
 /// Fits `shape`, speaking of a failure as the component does.
 template <typename Fit> void Fitted(const wchar_t* source, const wchar_t* description, Fit&& fit) {
     const ErrorContext context{source, description};
-    CatchingCodes("fit", [&] { LibraryStep(context, fit); });
+    CatchingCodes("fit", [&] { RaisingGeometryErrors(context, fit); });
 }
 
 double DistanceFromCircle(const CMaCircle& circle, const CMaVector& point) {
