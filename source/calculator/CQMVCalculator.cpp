@@ -51,7 +51,9 @@ HRESULT CQMVCalculator::SetCurrentHeadPosition(double APosition, double BPositio
     return result;
 }
 
-HRESULT CQMVCalculator::CalculateMove(double TargetAPosition, double TargetBPosition, RequiredMoves* Moves) {
+// Not inlined, also not into GetStartPosition: the return address would be that of another caller.
+[[gnu::noinline]] HRESULT CQMVCalculator::CalculateMove(double TargetAPosition, double TargetBPosition,
+                                                        RequiredMoves* Moves) {
     const HRESULT planned = Guarded([&] {
         const ErrorContext context{L"CQMVCalculator::CalculateMove"};
         RaisingGeometryErrors(context, [&] {
@@ -65,8 +67,9 @@ HRESULT CQMVCalculator::CalculateMove(double TargetAPosition, double TargetBPosi
             currentB = targetB;
         });
     });
-    // A failure leaves this method thrown, as promised, but only once everything on the way has been cleaned up.
-    if (FAILED(planned)) ThrowRecordedCode(planned);
+    // This method is required to throw its failure code. The code is caught above first, so that everything on the way
+    // is cleaned up and the caller's floating-point state is back. Then it is thrown again in the caller's own kind.
+    if (FAILED(planned)) ThrowRecordedCode(planned, __builtin_return_address(0));
     return S_OK;
 }
 

@@ -1,6 +1,7 @@
 #include "errors/RaiseError.h"
 
 #include "interface/Identifiers.h"
+#include "platform/CallersException.h"
 #include "platform/ComPointer.h"
 
 namespace {
@@ -47,4 +48,7 @@ void RaiseError(HRESULT code, const ErrorContext& context) {
     RaiseError(code, context.source, context.description, context.helpFile, context.helpContext);
 }
 
-void ThrowRecordedCode(HRESULT code) { throw code; }
+void ThrowRecordedCode(HRESULT code, const void* returnAddress) {
+    RaiseForCallerOfPlatformsKind(code, returnAddress);
+    throw code;
+}

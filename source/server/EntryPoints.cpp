@@ -8,6 +8,7 @@ extern "C" HRESULT STDMETHODCALLTYPE DllGetClassObject(REFCLSID clsid, REFIID ii
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if (!IsEqualCLSID(clsid, CLSID_QMVCalculator)) return CLASS_E_CLASSNOTAVAILABLE;
+    Module::StayLoaded();
     return ClassFactory::Instance().QueryInterface(iid, object);
 }
 

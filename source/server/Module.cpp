@@ -1,5 +1,6 @@
 #include "server/Module.h"
 
+#include "platform/Automation.h"
 #include "platform/ModuleState.h"
 
 #include <atomic>
@@ -15,3 +16,16 @@ void Module::AddLock() noexcept { ++lockCount; }
 void Module::ReleaseLock() noexcept { --lockCount; }
 
 bool Module::CanUnload() noexcept { return lockCount == 0 && CallsUnderWay() == 0; }
+
+#ifdef _WIN32
+void Module::StayLoaded() noexcept {
+    static std::atomic_flag done;
+    if (done.test_and_set()) return;
+    HMODULE module = nullptr;
+    // Where this fails the module is loaded and freed as any other.
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       reinterpret_cast<LPCWSTR>(&lockCount), &module);
+}
+#else
+void Module::StayLoaded() noexcept {}
+#endif

@@ -9,6 +9,12 @@ public:
 
     /// True when nothing keeps the module loaded and none of its methods is running.
     static bool CanUnload() noexcept;
+
+    /// Keeps the module in the process until it ends, whatever the answers to CanUnload are. The C++ runtime inside the
+    /// module takes a place for thread data and four handles of the process with its first exception and never gives
+    /// them back: a host that loads and frees the module again and again would run out of places after 1000 times. Only
+    /// on Windows: elsewhere the runtime is a library of its own.
+    static void StayLoaded() noexcept;
 };
 
 /// Keeps the module loaded for as long as the object that holds it lives.

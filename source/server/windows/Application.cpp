@@ -32,7 +32,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnd
         CQMVCalculatorApp::Instance().InitInstance(module);
         DisableThreadLibraryCalls(module);
     }
-    // The runtime is inside this module and goes with it: without this every load would leave its reserve behind.
+    // A module from which no class was asked for is unloaded. Its C++ runtime goes with it, and the reserve of memory
+    // that the runtime took at the load has to be given back.
     if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) __gnu_cxx::__freeres();
     return TRUE;
 }

@@ -1,0 +1,3 @@
+#include "platform/CallersException.h"
+
+void RaiseForCallerOfPlatformsKind(HRESULT /*code*/, const void* /*returnAddress*/) {}

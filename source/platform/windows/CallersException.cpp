@@ -1,0 +1,82 @@
+#include "platform/CallersException.h"
+
+#include <array>
+#include <cstdint>
+
+// The linker's name for the first byte of this module.
+extern "C" const IMAGE_DOS_HEADER __ImageBase; // NOLINT(bugprone-reserved-identifier)
+
+namespace {
+
+// The platform's own exceptions, as its compilers write them for `throw` of a long. In 64-bit code a place is written
+// as its distance from the module's first byte, and the exception carries that byte's address; in 32-bit code a place
+// is written as its address.
+#ifdef _WIN64
+std::uintptr_t Origin() { return reinterpret_cast<std::uintptr_t>(&__ImageBase); }
+constexpr DWORD argumentCount = 4;
+#else
+std::uintptr_t Origin() { return 0; }
+constexpr DWORD argumentCount = 3;
+#endif
+
+constexpr DWORD exceptionCode = 0xE06D7363;
+constexpr ULONG_PTR exceptionVersion = 0x19930520;
+
+std::uint32_t PlaceOf(const void* thing) {
+    return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(thing) - Origin());
+}
+
+struct TypeDescriptor {
+    const void* virtualTable;
+    const void* decoratedName;
+    std::array<char, 3> name;
+};
+struct CatchableType {
+    std::uint32_t properties;
+    std::uint32_t descriptor; // a place, as are `type` and `types` below
+    std::array<std::int32_t, 3> distanceToBase;
+    std::uint32_t size;
+    std::uint32_t copyFunction;
+};
+struct CatchableTypes {
+    std::uint32_t count;
+    std::uint32_t type;
+};
+struct ThrowDescription {
+    std::uint32_t attributes;
+    std::uint32_t destructor;
+    std::uint32_t forwardHandler;
+    std::uint32_t types;
+};
+
+constexpr std::uint32_t simpleType = 1; // is copied byte by byte
+const TypeDescriptor typeLong{nullptr, nullptr, {'.', 'J', '\0'}};
+const CatchableType catchableLong{simpleType, PlaceOf(&typeLong), {0, -1, 0}, sizeof(long), 0};
+const CatchableTypes catchableTypes{1, PlaceOf(&catchableLong)};
+const ThrowDescription throwLong{0, 0, 0, PlaceOf(&catchableTypes)};
+
+/// The optional header is where both sizes of an image have the linker's version at the same place.
+bool IsLinkedByGnuLd(HMODULE module) {
+    constexpr BYTE versionOfGnuLd = 2; // the platform's linkers, and lld, write 6 to 14
+    const auto* const image = reinterpret_cast<const BYTE*>(module);
+    const auto& start = *reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
+    const auto& headers = *reinterpret_cast<const IMAGE_NT_HEADERS*>(image + start.e_lfanew);
+    return headers.OptionalHeader.MajorLinkerVersion == versionOfGnuLd;
+}
+
+/// Code in no image was made while the program runs, by .NET for one, and catches the platform's kind.
+bool CatchesPlatformsKind(const void* code) {
+    constexpr DWORD byAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    HMODULE module = nullptr;
+    const bool isInImage = GetModuleHandleExW(byAddress, static_cast<LPCWSTR>(code), &module) != 0;
+    return !isInImage || !IsLinkedByGnuLd(module);
+}
+
+} // namespace
+
+void RaiseForCallerOfPlatformsKind(HRESULT code, const void* returnAddress) {
+    if (!CatchesPlatformsKind(returnAddress)) return;
+    const std::array<ULONG_PTR, 4> arguments{exceptionVersion, reinterpret_cast<ULONG_PTR>(&code),
+                                             reinterpret_cast<ULONG_PTR>(&throwLong), Origin()};
+    RaiseException(exceptionCode, EXCEPTION_NONCONTINUABLE, argumentCount, arguments.data());
+}

@@ -1,0 +1,114 @@
+// A host loads and frees the component as often as it likes: handles, places for thread data and memory stay the same.
+
+#include "hosts/Subjects.h"
+#include "hosts/WholeJob.h"
+
+namespace {
+
+struct Figures {
+    long slots = 0;   ///< places for thread data that are taken
+    long handles = 0; ///< open ones of this process
+    long long heapBytes = 0;
+    long long privateBytes = 0;
+
+    static Figures Now();
+    void Print(int rounds) const {
+        printf("after %d rounds: %ld thread slots and %ld handles, %lld bytes in heaps, %lld private\n", rounds, slots,
+               handles, heapBytes, privateBytes);
+    }
+};
+
+/// Takes every place that is free, counts them and gives them back. There are 1088 in all.
+long SlotsTaken() {
+    constexpr long all = 1088;
+    static DWORD taken[all];
+    long count = 0;
+    while (count < all) {
+        const DWORD slot = TlsAlloc();
+        if (slot == 0xFFFFFFFF) break;
+        taken[count++] = slot;
+    }
+    for (long i = 0; i < count; ++i) TlsFree(taken[i]);
+    return all - count;
+}
+
+/// One of the system's list of all handles of all processes.
+struct HandleEntry {
+    void* object;
+    unsigned long long process, value;
+    DWORD rest[4];
+};
+
+long OpenHandles() {
+    constexpr int allHandles = 64; // SystemExtendedHandleInformation
+    static unsigned long long answer[2 + 5 * 100000];
+    if (NtQuerySystemInformation(allHandles, answer, sizeof answer, nullptr) != 0) return -1;
+    const auto* const entries = reinterpret_cast<const HandleEntry*>(answer + 2);
+    long count = 0;
+    for (unsigned long long i = 0; i < answer[0]; ++i)
+        if (entries[i].process == GetCurrentProcessId()) ++count;
+    return count;
+}
+
+long long BusyHeapBytes() {
+    constexpr unsigned short busy = 4;
+    HANDLE heaps[64];
+    const DWORD count = GetProcessHeaps(64, heaps);
+    long long bytes = 0;
+    for (DWORD i = 0; i < count; ++i) {
+        HeapEntry entry{};
+        HeapLock(heaps[i]);
+        while (HeapWalk(heaps[i], &entry) != 0)
+            if ((entry.flags & busy) != 0) bytes += entry.bytes;
+        HeapUnlock(heaps[i]);
+    }
+    return bytes;
+}
+
+Figures Figures::Now() {
+    Figures figures;
+    ProcessMemory memory{};
+    memory.size = sizeof memory;
+    K32GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+    figures.slots = SlotsTaken();
+    figures.handles = OpenHandles();
+    figures.heapBytes = BusyHeapBytes();
+    figures.privateBytes = static_cast<long long>(memory.pagefile);
+    return figures;
+}
+
+void OneCycle(FileName& fileName) {
+    const Server server;
+    IQMVCalculator2* const calculator = server.Create();
+    RequiredMoves moves{};
+    Expect(ThrownByCalculateMove(*calculator, 0.0, 0.0, &moves) != S_OK, "a call is refused");
+    Expect(RecordSays(L"Head Geometry has not been supplied and/or loaded"), "the error record tells why");
+    Expect(calculator->SaveHeadGeometryToFile(fileName.Address()) == S_OK, "a geometry is saved");
+    Expect(server.CanUnloadNow() == S_FALSE, "a calculator keeps the component loaded");
+    calculator->Release();
+    Expect(server.CanUnloadNow() == S_OK, "nothing else does");
+}
+
+} // namespace
+
+void Cycles(int rounds) {
+    // What the platform's other threads may take over a whole run: far below one block a round.
+    constexpr long long strayBytes = 1024;
+    constexpr long long strayPrivateBytes = 1 << 20;
+    constexpr int warmUp = 50;
+    SetEnvironmentVariableW(L"OANOCACHE", L"1"); // the platform keeps freed texts unless told not to
+    FileName fileName(0);
+    for (int i = 0; i < warmUp; ++i) OneCycle(fileName);
+    const Figures before = Figures::Now();
+    for (int i = 0; i < rounds; ++i) OneCycle(fileName);
+    const Figures after = Figures::Now();
+    before.Print(warmUp); // not earlier: printing takes memory
+    after.Print(warmUp + rounds);
+    Expect(before.slots > 0 && before.handles > 0 && before.heapBytes > 0, "there is something to count");
+    Expect(after.slots == before.slots, "no place for thread data is left behind", after.slots - before.slots);
+    Expect(after.handles == before.handles, "no handle is left behind", after.handles - before.handles);
+    const long long heapGrowth = after.heapBytes - before.heapBytes;
+    Expect(heapGrowth <= strayBytes, "no memory is left behind", static_cast<long>(heapGrowth));
+    const long long privateGrowth = after.privateBytes - before.privateBytes;
+    Expect(privateGrowth <= strayPrivateBytes, "the process does not grow", static_cast<long>(privateGrowth));
+}
