@@ -198,7 +198,7 @@ TEST_F(AlignmentCorrection, LeavesTheHeadCentreOfAComputedHeadWhereTheFitsPutIt)
 }
 
 TEST_F(AlignmentCorrection, NamesThePlaneFitWithTheWordsOfTheCircleFit) {
-    // "points to a circle", though it is a plane that is fitted: the words are meant.
+    // "points to a circle", though it is a plane that is fitted: the text is fixed.
     for (const std::vector<Triple>& points :
          {std::vector<Triple>{{0, 5, 7}, {1, 5, 7}, {4, 5, 7}, {9, 5, 7}}, std::vector<Triple>{{1, 2, 3}, {1, 2, 3}},
           std::vector<Triple>{{notANumber, 0, 0}, {10, 0, 0}, {0, 10, 0}, {0, 0, 10}}, std::vector<Triple>{}}) {
@@ -206,6 +206,12 @@ TEST_F(AlignmentCorrection, NamesThePlaneFitWithTheWordsOfTheCircleFit) {
         EXPECT_TRUE(FailedWith(raised, QMV_E_GEOMETRY_IMPOSSIBLE, correcting, L"Error Fitting points to a circle",
                                L"Unspecified"));
     }
+}
+
+TEST_F(AlignmentCorrection, NamesTheTurnWhenThereIsNoSuchAxis) {
+    const Raised raised = RaisedBy([&] { head.AdjustForMisAlignment(30.0, static_cast<CMaGeometry::EAxisType>(3)); });
+    EXPECT_TRUE(FailedWith(raised, QMV_E_GEOMETRY_IMPOSSIBLE, L"RoundThePole::AdjustForMisAlignment", L"Unspecified",
+                           L"Unspecified"));
 }
 
 TEST_F(AlignmentCorrection, NamesTheLineFitWhenTheHeadCentreIsNotFinite) {

@@ -199,4 +199,43 @@ TEST_F(HeadCentre, TakesTheCentreOfACircleAsAVector) {
     EXPECT_TRUE(AreNear(TripleOf(*centre), {1.0, 2.0, 3.0}, 1e-14));
 }
 
+/// The foot on the B axis, each step written out in the required order: nothing here may be rearranged.
+Triple FootOnTheBAxis(const RoundThePole& head) {
+    CMaCircle circleB(1.0);
+    circleB.Fit(head.BAxisPoints(), 200000);
+    CMaCircle circleA(1.0);
+    circleA.Fit(head.AAxisPoints(), 200000);
+    const Triple nB = TripleOf(circleB.GetNormal()), nA = TripleOf(circleA.GetNormal());
+    const Triple cB = TripleOf(circleB.GetCentre().To3DVector()), cA = TripleOf(circleA.GetCentre().To3DVector());
+    const Triple dA{-nA[0], -nA[1], -nA[2]};
+    const Triple w{cB[0] - cA[0], cB[1] - cA[1], cB[2] - cA[2]};
+    const auto cross = [](const Triple& p, const Triple& q) {
+        return Triple{p[1] * q[2] - p[2] * q[1], p[2] * q[0] - p[0] * q[2], p[0] * q[1] - p[1] * q[0]};
+    };
+    const Triple u = cross(w, dA), v = cross(nB, dA);
+    const double m = CMaVector(v[0], v[1], v[2]).Magnitude();
+    const double d = u[0] * v[0] + u[1] * v[1] + u[2] * v[2];
+    const double t = -d / (m * m);
+    return {cB[0] + nB[0] * t, cB[1] + nB[1] * t, cB[2] + nB[2] * t};
+}
+
+TEST_F(HeadCentre, HasTheBitsOfTheRequiredSteps) {
+    std::mt19937_64 random(20);
+    std::uniform_real_distribution<double> coordinate(-500.0, 500.0), noise(-1e-3, 1e-3);
+    for (int i = 0; i < 200; ++i) {
+        SimulatedHead simulated;
+        simulated.pole = {coordinate(random), coordinate(random), coordinate(random)};
+        const auto noisy = [&](AlignmentPoints points) {
+            for (auto& point : points) {
+                point.XPosition += noise(random);
+                point.YPosition += noise(random);
+                point.ZPosition += noise(random);
+            }
+            return points;
+        };
+        ASSERT_EQ(Computing(head, noisy(simulated.ASet(45.0)), noisy(simulated.BSet(60.0))).code, S_OK);
+        ASSERT_EQ(TripleOf(head.HeadCentre()), FootOnTheBAxis(head)) << "capture " << i << " of seed 20";
+    }
+}
+
 } // namespace

@@ -1,5 +1,7 @@
 // The arrows between the folders, read from the sources and held against the table that the architecture page shows.
 
+#include "support/RequiredIdentifiers.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -171,6 +173,17 @@ TEST(Structure, TheLinkedFoldersAreTheIncludedFolders) {
         ++folders;
     }
     EXPECT_GE(folders, 9) << "the folders' build files were not found";
+}
+
+TEST(Structure, TheTypeLibraryHasTheRequiredIdentifiers) {
+    static const std::regex declaration(
+        R"(uuid\(([0-9A-F-]+)\)[^\]]*\]\s*(?:library|struct|interface|coclass)\s+(\w+))");
+    const std::string idl = TextOf(root / "source" / "server" / "windows" / "CoQMV40Calculator.idl");
+    std::map<std::string, std::string> declared;
+    for (std::sregex_iterator match(idl.begin(), idl.end(), declaration), end; match != end; ++match)
+        declared[match->str(2)] = match->str(1);
+    EXPECT_EQ(declared.size(), std::size(requiredIdentifiers));
+    for (const auto& [name, text] : requiredIdentifiers) EXPECT_EQ(declared[name], text) << name;
 }
 
 TEST(Structure, PlatformSwitchesStandInPlatformAndServerAlone) {

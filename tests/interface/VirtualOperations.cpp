@@ -1,0 +1,49 @@
+#include "calculator/CQMVCalculator.h"
+#include "maths/CMaCircle.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstring>
+#include <type_traits>
+
+/// Where each virtual operation stands in its class's table. A client that was built against the interface calls by
+/// place, not by name.
+
+namespace {
+
+/// The place of a virtual operation. A pointer to one holds its offset in the table plus 1, on both platforms.
+template <typename Operation> std::size_t PlaceOf(Operation operation) {
+    static_assert(std::is_member_function_pointer_v<Operation>);
+    std::size_t offset = 0;
+    std::memcpy(&offset, &operation, sizeof offset);
+    EXPECT_EQ(offset % sizeof(void*), 1U) << "not a virtual operation";
+    return offset / sizeof(void*);
+}
+
+TEST(VirtualOperations, OfTheInterfacesStandInTheRequiredOrder) {
+    // Behind those of IUnknown, or of IDispatch where there is late binding.
+    constexpr std::size_t first = std::is_same_v<DualInterfaceBase, IUnknown> ? 3 : 7;
+    EXPECT_EQ(PlaceOf(&IQMVCalculator::LoadHeadGeometryFromFile), first);
+    EXPECT_EQ(PlaceOf(&IQMVCalculator::SaveHeadGeometryToFile), first + 1);
+    EXPECT_EQ(PlaceOf(&IQMVCalculator::GetCurrentHeadPosition), first + 2);
+    EXPECT_EQ(PlaceOf(&IQMVCalculator::SetCurrentHeadPosition), first + 3);
+    EXPECT_EQ(PlaceOf(&IQMVCalculator::CalculateMove), first + 4);
+    EXPECT_EQ(PlaceOf(&IQMVCalculator::EnterHeadGeometry), first + 5);
+    EXPECT_EQ(PlaceOf(&IQMVCalculator::GetStartPosition), first + 6);
+    EXPECT_EQ(PlaceOf(&IQMVCalculator2::GetPoleSpherePosition), first + 7);
+}
+
+TEST(VirtualOperations, OfNonLinearGeometryStandInTheRequiredOrder) {
+    using Class = CMaNonLinearGeometry;
+    using Axis = CMaGeometry::EAxisType;
+    const std::size_t first = PlaceOf(static_cast<void (Class::*)(double, Axis)>(&Class::Rotate));
+    EXPECT_EQ(PlaceOf(static_cast<void (Class::*)(double, const CMaVector&)>(&Class::Rotate)), first + 1);
+    EXPECT_EQ(PlaceOf(static_cast<void (Class::*)(double, Axis, const CMaPoint&)>(&Class::Rotate)), first + 2);
+    EXPECT_EQ(PlaceOf(static_cast<void (Class::*)(double, const CMaVector&, const CMaPoint&)>(&Class::Rotate)),
+              first + 3);
+    EXPECT_EQ(PlaceOf(static_cast<void (Class::*)(double, double, double)>(&Class::Translate)), first + 4);
+    EXPECT_EQ(PlaceOf(static_cast<void (Class::*)(const CMaPoint&)>(&Class::Translate)), first + 5);
+}
+
+} // namespace

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "maths/CMaVector.h"
+
+/// Stands in for the component's matrix, which never fails where CQuaternion uses it: this one fails when it is told
+/// to.
+class CMaMatrix : public CMaObject {
+public:
+    CMaMatrix(int, int) noexcept {}
+    void SetElement(int row, int column, double value);
+    CMaVector operator*(const CMaVector& v) const;
+};
