@@ -1,17 +1,34 @@
-; The installer: copies the package to Program Files, registers the component, and takes both back. Silent with /S.
-; packaging/windows defines VERSION, SETUP (the file to write) and LISTS (macros that install and remove the files).
+; The installer: copies the package, registers the component, and takes both back. Silent with /S; /CURRENTUSER installs for
+; the calling account alone and needs no administrator rights.
+; packaging/windows defines VERSION, SETUP (the file to write) and LISTS (macros that call an action for every file and folder).
+;
+; An installation is whole or it is not made: the files of a previous version are moved aside first, which Windows allows
+; for a loaded DLL too, and they are moved back when anything fails. docs/windows.md lists the exit codes.
 Unicode true
 Target amd64-unicode ; a 64-bit process: it can load the component and sees the registry that 64-bit callers see
 SetCompressor lzma
+!include LogicLib.nsh
+!include FileFunc.nsh
 !include "${LISTS}"
 
 Name "CoQMV40Calculator ${VERSION}"
 OutFile "${SETUP}"
-RequestExecutionLevel admin
-!define CLASS "CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\InprocServer32"
+; Administrators are asked for their rights. Other accounts are not: they can install for themselves.
+RequestExecutionLevel highest
+AllowSkipFiles off
+InstallDir "" ; .onInit chooses it, unless /D gave one
+
+!define CLASS "Software\Classes\CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\InprocServer32"
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\CoQMV40Calculator"
-InstallDir "$PROGRAMFILES64\CoQMV40Calculator"
-InstallDirRegKey HKLM "${UNINSTALL}" "InstallLocation"
+!define RUN_ONCE "Software\Microsoft\Windows\CurrentVersion\RunOnce"
+!define COMPONENT "$INSTDIR\CoQMV40Calculator.dll"
+!define UNINSTALLER "$INSTDIR\uninstall.exe"
+!define ASIDE "$INSTDIR\replaced-by-setup"
+
+!define NOT_REGISTERED 2
+!define IN_USE 3
+!define NO_RIGHTS 4
+!define RESTART_REQUIRED 3010 ; the system's own code for it: tools that deploy software know it
 
 VIProductVersion "${VERSION}.0"
 VIAddVersionKey "ProductName" "CoQMV40Calculator"
@@ -25,33 +42,283 @@ Page instfiles
 UninstPage uninstConfirm
 UninstPage instfiles
 
-Section
-    !insertmacro InstallFiles
-    SetOutPath "$INSTDIR"
+Var Scope          ; "machine" or "user"
+Var MovedAside     ; the folder of this run for the files of the previous version; empty: nothing to take back
+Var Previous       ; the copy that was registered before
+Var Failed         ; not empty: one of several steps failed
+
+; What the installer and the uninstaller share. Functions of the uninstaller must begin with "un.".
+!macro Shared UN
+
+; Says the text in $1 on the console or in the file that the output goes to.
+Function ${UN}Say
+    DetailPrint "$1"
+    System::Call 'kernel32::GetStdHandle(i -11) p .r2'
+    ${If} $2 P= 0
+        System::Call 'kernel32::AttachConsole(i -1) i'
+        System::Call 'kernel32::GetStdHandle(i -11) p .r2'
+    ${EndIf}
+    ${If} $2 P<> 0
+    ${AndIf} $2 P<> -1
+        FileWrite $2 "$1$\r$\n"
+    ${EndIf}
+FunctionEnd
+
+Function ${UN}UseScope
+    ${If} $Scope == "user"
+        SetShellVarContext current
+    ${Else}
+        SetShellVarContext all
+    ${EndIf}
+FunctionEnd
+
+; For one account: what the component writes to HKEY_CLASSES_ROOT goes to the classes of that account.
+Function ${UN}BeginRegistering
+    ${If} $Scope == "user"
+        System::Call 'oleaut32::OaEnablePerUserTLibRegistration()'
+        System::Call 'advapi32::RegCreateKeyW(p -2147483647, w "Software\Classes", *p .r2) i'
+        System::Call 'advapi32::RegOverridePredefKey(p -2147483648, p r2) i'
+        System::Call 'advapi32::RegCloseKey(p r2) i'
+    ${EndIf}
     ClearErrors
-    RegDLL "$INSTDIR\CoQMV40Calculator.dll"
-    IfErrors 0 registered
-        SetErrorLevel 2
-        Abort "CoQMV40Calculator.dll could not be registered."
-    registered:
-    WriteUninstaller "$INSTDIR\uninstall.exe"
-    WriteRegStr HKLM "${UNINSTALL}" "DisplayName" "CoQMV40Calculator"
-    WriteRegStr HKLM "${UNINSTALL}" "DisplayVersion" "${VERSION}"
-    WriteRegStr HKLM "${UNINSTALL}" "InstallLocation" "$INSTDIR"
-    WriteRegStr HKLM "${UNINSTALL}" "UninstallString" '"$INSTDIR\uninstall.exe"'
-    WriteRegStr HKLM "${UNINSTALL}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
-    WriteRegDWORD HKLM "${UNINSTALL}" "NoModify" 1
-    WriteRegDWORD HKLM "${UNINSTALL}" "NoRepair" 1
+FunctionEnd
+
+Function ${UN}EndRegistering
+    ${If} $Scope == "user"
+        System::Call 'advapi32::RegOverridePredefKey(p -2147483648, p 0) i'
+    ${EndIf}
+FunctionEnd
+
+; Removes what was moved aside. What a program still holds goes with the next restart; only administrators can ask the
+; system for that, so that an account asks its own next logon. $1 is the text for that case.
+Function ${UN}RemoveMovedAside
+    RMDir /r /REBOOTOK "${ASIDE}"
+    ${If} ${RebootFlag}
+        ${If} $Scope == "user"
+            WriteRegStr HKCU "${RUN_ONCE}" "CoQMV40Calculator" 'cmd.exe /c rmdir /s /q "${ASIDE}" & rmdir "$INSTDIR"'
+        ${EndIf}
+        Call ${UN}Say
+        SetErrorLevel ${RESTART_REQUIRED}
+    ${EndIf}
+FunctionEnd
+
+; A folder below ASIDE that no earlier run used: files that an earlier run moved may be in use still.
+Function ${UN}ChooseAside
+    CreateDirectory "${ASIDE}"
+    GetTempFileName $MovedAside "${ASIDE}"
+    Delete "$MovedAside"
+    CreateDirectory "$MovedAside"
+FunctionEnd
+!macroend
+!insertmacro Shared ""
+!insertmacro Shared "un."
+
+!macro MoveAside NUMBER FILE SOURCE
+    ${If} ${FileExists} "$INSTDIR\${FILE}"
+        ClearErrors
+        Rename "$INSTDIR\${FILE}" "$MovedAside\${NUMBER}"
+        ${If} ${Errors}
+            StrCpy $Failed "${FILE}"
+        ${EndIf}
+    ${EndIf}
+!macroend
+
+!macro MoveBack NUMBER FILE SOURCE
+    ${If} ${FileExists} "$MovedAside\${NUMBER}"
+        Delete "$INSTDIR\${FILE}"
+        Rename "$MovedAside\${NUMBER}" "$INSTDIR\${FILE}"
+    ${ElseIf} $Failed == "" ; every file of the previous version was moved: this one is new
+        Delete "$INSTDIR\${FILE}"
+    ${EndIf}
+!macroend
+
+!macro Install NUMBER FILE SOURCE
+    File "/oname=${FILE}" "${SOURCE}"
+!macroend
+
+!macro MakeFolder FOLDER
+    CreateDirectory "$INSTDIR\${FOLDER}"
+!macroend
+
+!macro RemoveFolder FOLDER
+    RMDir "$INSTDIR\${FOLDER}"
+!macroend
+
+Function .onInit
+    ${GetParameters} $0
+    ClearErrors
+    ${GetOptions} $0 "/CURRENTUSER" $1
+    ${If} ${Errors}
+        StrCpy $Scope "machine"
+        Call RequireRights
+    ${Else}
+        StrCpy $Scope "user"
+    ${EndIf}
+    Call UseScope
+    ${If} $INSTDIR == ""
+        ReadRegStr $INSTDIR SHCTX "${UNINSTALL}" "InstallLocation"
+    ${EndIf}
+    ${If} $INSTDIR == ""
+        ${If} $Scope == "user"
+            StrCpy $INSTDIR "$LOCALAPPDATA\Programs\CoQMV40Calculator"
+        ${Else}
+            StrCpy $INSTDIR "$PROGRAMFILES64\CoQMV40Calculator"
+        ${EndIf}
+    ${EndIf}
+FunctionEnd
+
+Function RequireRights
+    UserInfo::GetAccountType
+    Pop $0
+    ${If} $0 != "Admin"
+        StrCpy $1 "Installing for all accounts needs administrator rights. For this account alone: setup.exe /CURRENTUSER"
+        MessageBox MB_YESNO|MB_ICONQUESTION \
+            "Installing for all accounts needs administrator rights. Install for your account alone?" /SD IDNO IDYES forThisAccount
+        Call Say
+        SetErrorLevel ${NO_RIGHTS}
+        Quit
+        forThisAccount:
+        StrCpy $Scope "user"
+    ${EndIf}
+FunctionEnd
+
+; Takes an installation back that could not be finished.
+Function RollBack
+    ${If} $MovedAside != ""
+        !insertmacro ForEachFile MoveBack
+        !insertmacro MoveBack "uninstaller" "uninstall.exe" ""
+        ${If} ${FileExists} "$Previous"
+            Call BeginRegistering
+            RegDLL "$Previous"
+            Call EndRegistering
+        ${EndIf}
+        StrCpy $MovedAside ""
+        SetOutPath "$TEMP"
+        RMDir /r "${ASIDE}"
+        !insertmacro ForEachFolderBackwards RemoveFolder
+        RMDir "$INSTDIR"
+    ${EndIf}
+FunctionEnd
+
+; $0: the exit code, $1: the text.
+Function Fail
+    SetErrorLevel $0
+    Call Say
+    Call RollBack
+    Abort "$1"
+FunctionEnd
+
+; A file that could not be extracted ends the installation by itself.
+Function .onInstFailed
+    Call RollBack
+FunctionEnd
+
+Section
+    ReadRegStr $Previous SHCTX "${CLASS}" ""
+    CreateDirectory "$INSTDIR"
+    Call ChooseAside
+    StrCpy $Failed ""
+    !insertmacro ForEachFile MoveAside
+    !insertmacro MoveAside "uninstaller" "uninstall.exe" ""
+    ${If} $Failed != ""
+        StrCpy $0 ${IN_USE}
+        StrCpy $1 "$INSTDIR\$Failed is in use and cannot be replaced. Nothing was changed."
+        Call Fail
+    ${EndIf}
+
+    SetOutPath "$INSTDIR"
+    !insertmacro ForEachFolder MakeFolder
+    !insertmacro ForEachFile Install
+    Call BeginRegistering
+    RegDLL "${COMPONENT}"
+    ${If} ${Errors}
+        Call EndRegistering
+        StrCpy $0 ${NOT_REGISTERED}
+        StrCpy $1 "CoQMV40Calculator.dll could not be registered. Nothing was changed."
+        Call Fail
+    ${EndIf}
+    Call EndRegistering
+
+    WriteRegStr SHCTX "${UNINSTALL}" "DisplayName" "CoQMV40Calculator"
+    WriteRegStr SHCTX "${UNINSTALL}" "DisplayVersion" "${VERSION}"
+    WriteRegStr SHCTX "${UNINSTALL}" "InstallLocation" "$INSTDIR"
+    WriteRegStr SHCTX "${UNINSTALL}" "UninstallString" '"${UNINSTALLER}"'
+    WriteRegStr SHCTX "${UNINSTALL}" "QuietUninstallString" '"${UNINSTALLER}" /S'
+    WriteRegDWORD SHCTX "${UNINSTALL}" "NoModify" 1
+    WriteRegDWORD SHCTX "${UNINSTALL}" "NoRepair" 1
+    WriteUninstaller "${UNINSTALLER}"
+
+    StrCpy $MovedAside ""
+    SetOutPath "$TEMP"
+    StrCpy $1 "Installed. Programs that run now use the previous version until they end; its files go with the next restart."
+    Call RemoveMovedAside
 SectionEnd
+
+Function un.onInit
+    ReadRegStr $0 HKCU "${UNINSTALL}" "InstallLocation"
+    ${If} $0 == $INSTDIR
+        StrCpy $Scope "user"
+    ${Else}
+        StrCpy $Scope "machine"
+        UserInfo::GetAccountType
+        Pop $0
+        ${If} $0 != "Admin"
+            StrCpy $1 "This was installed for all accounts. Uninstalling it needs administrator rights."
+            MessageBox MB_OK|MB_ICONSTOP "$1" /SD IDOK
+            Call un.Say
+            SetErrorLevel ${NO_RIGHTS}
+            Quit
+        ${EndIf}
+    ${EndIf}
+    Call un.UseScope
+FunctionEnd
+
+; A file that cannot be deleted is moved aside; when even that is refused, it stays: the next restart could find another
+; installation in its place.
+!macro Remove NUMBER FILE SOURCE
+    ClearErrors
+    Delete "$INSTDIR\${FILE}"
+    ${If} ${Errors}
+        ClearErrors
+        Rename "$INSTDIR\${FILE}" "$MovedAside\${NUMBER}"
+        ${If} ${Errors}
+            StrCpy $Failed "${FILE}"
+        ${EndIf}
+    ${EndIf}
+!macroend
 
 Section "Uninstall"
     ; Another copy may have been registered since: that one stays.
-    ReadRegStr $0 HKCR "${CLASS}" ""
-    StrCmp $0 "$INSTDIR\CoQMV40Calculator.dll" 0 notOurs
-        UnRegDLL "$INSTDIR\CoQMV40Calculator.dll"
-    notOurs:
-    !insertmacro RemoveFiles
-    Delete "$INSTDIR\uninstall.exe"
-    RMDir "$INSTDIR"
-    DeleteRegKey HKLM "${UNINSTALL}"
+    ReadRegStr $0 SHCTX "${CLASS}" ""
+    ${If} $0 == "${COMPONENT}"
+        Call un.BeginRegistering
+        UnRegDLL "${COMPONENT}"
+        ${If} ${Errors}
+            Call un.EndRegistering
+            StrCpy $1 "CoQMV40Calculator.dll could not be unregistered. Nothing was removed."
+            Call un.Say
+            SetErrorLevel ${NOT_REGISTERED}
+            Abort "$1"
+        ${EndIf}
+        Call un.EndRegistering
+    ${EndIf}
+    SetOutPath "$TEMP"
+    Call un.ChooseAside
+    StrCpy $Failed ""
+    !insertmacro ForEachFile Remove
+    !insertmacro ForEachFolderBackwards RemoveFolder
+    StrCpy $1 "Uninstalled. Programs that run now use the component until they end; its files go with the next restart."
+    Call un.RemoveMovedAside
+    Delete "${UNINSTALLER}" ; stays when it runs from there itself, with _?
+    ${If} ${RebootFlag}
+        RMDir /REBOOTOK "$INSTDIR"
+    ${Else}
+        RMDir "$INSTDIR"
+    ${EndIf}
+    DeleteRegKey SHCTX "${UNINSTALL}"
+    ${If} $Failed != ""
+        StrCpy $1 "Uninstalled, but $INSTDIR\$Failed is in use and stays."
+        Call un.Say
+        SetErrorLevel ${IN_USE}
+    ${EndIf}
 SectionEnd
