@@ -12,7 +12,8 @@ if(QMV40_TOOLS)
     install(FILES ${manual}/qmv40.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME qmv40)
     install(FILES ${manual}/_qmv40 DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
     if(TARGET qmv40_view_page)
-        install(FILES ${PROJECT_BINARY_DIR}/share/qmv40/view.html DESTINATION ${CMAKE_INSTALL_DATADIR}/qmv40)
+        install(FILES ${PROJECT_BINARY_DIR}/share/qmv40/view.html DESTINATION ${CMAKE_INSTALL_DATADIR}/qmv40
+                OPTIONAL) # built on demand: the target qmv40_view_page
     endif()
 endif()
 file(GLOB documents docs/*.md docs/*.png docs/*.svg)
