@@ -19,10 +19,14 @@ endif()
 file(GLOB documents docs/*.md docs/*.png docs/*.svg)
 install(FILES CHANGELOG.md ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY scenarios DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.csv" PATTERN "*.reg" PATTERN "README.md")
-install(DIRECTORY source/interface source/platform
-        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/CoQMV40Calculator
-        FILES_MATCHING PATTERN "interface/*.h" PATTERN "platform/Automation.h" PATTERN "platform/portable/*.h"
-        PATTERN windows EXCLUDE)
+# What a client includes, and what that includes. No other header is public.
+set(public_headers ${CMAKE_INSTALL_INCLUDEDIR}/CoQMV40Calculator)
+file(GLOB interface_headers source/interface/*.h)
+install(FILES ${interface_headers} DESTINATION ${public_headers}/interface)
+install(FILES source/platform/Automation.h DESTINATION ${public_headers}/platform)
+set(automation_headers Activation.h Automation.h ErrorInfo.h SafeArray.h Text.h Types.h Unknown.h)
+list(TRANSFORM automation_headers PREPEND source/platform/portable/)
+install(FILES ${automation_headers} DESTINATION ${public_headers}/platform/portable)
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/CoQMV40Calculator)
 install(EXPORT CoQMV40Calculator NAMESPACE CoQMV40Calculator:: DESTINATION ${package_folder}

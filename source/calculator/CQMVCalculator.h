@@ -14,16 +14,15 @@ public:
     HRESULT STDMETHODCALLTYPE SaveHeadGeometryToFile(BSTR* FileName) override;
     HRESULT STDMETHODCALLTYPE GetCurrentHeadPosition(double* APosition, double* BPosition) override;
     HRESULT STDMETHODCALLTYPE SetCurrentHeadPosition(double APosition, double BPosition) override;
-    /// Throws its failure code instead of returning it, unlike the other seven methods. This is meant: callers inside
-    /// the component turn it into a result, callers outside catch it.
+    /// Throws its failure code instead of returning it, unlike the other seven methods, as required: callers inside the
+    /// component turn it into a result, callers outside catch it.
     HRESULT STDMETHODCALLTYPE CalculateMove(double TargetAPosition, double TargetBPosition,
                                             RequiredMoves* Moves) override;
     HRESULT STDMETHODCALLTYPE EnterHeadGeometry(SAFEARRAY** pAAxisPoints, SAFEARRAY** pBAxisPoints) override;
     HRESULT STDMETHODCALLTYPE GetStartPosition(XYZData* StartPosition) override;
     HRESULT STDMETHODCALLTYPE GetPoleSpherePosition(XYZData* PoleSpherePosition) override;
 
-    /// S_OK for the first interface only. The second one's methods set the error record too, and are meant not to say
-    /// so.
+    /// S_OK for the first interface only, as required, although the second one's method sets the error record too.
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override;
 
     /// The interface whose pointer is the object's identity.

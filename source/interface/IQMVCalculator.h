@@ -8,9 +8,12 @@
 /// geometry (measured or from a file), tell it where the head stands, and ask for moves.
 ///
 /// Angles in degrees: A (tilt) 0 to 90, B (swivel) -180 to 180, both in steps of 15. Lengths in the unit of the
-/// measured points. Every method returns an HRESULT and leaves the thread's error record (source, description) when it
-/// fails; only CalculateMove throws its failure code instead of returning it. Out parameters are written on success
-/// only, but for the record of CalculateMove, which is filled step by step. A null pointer is E_POINTER.
+/// measured points.
+///
+/// Every method returns an HRESULT; only CalculateMove throws its failure code instead of returning it. A failing method
+/// leaves the thread's error record (source, description). When memory runs out (E_OUTOFMEMORY) there may be none, and
+/// none of an earlier failure either. Out parameters are written on success only, except the record of CalculateMove,
+/// which is filled step by step. A null pointer is E_POINTER, after the checks of the state and of the angles.
 struct IQMVCalculator : DualInterfaceBase {
     /// Replaces the head geometry by the one saved in `FileName`.
     virtual HRESULT STDMETHODCALLTYPE LoadHeadGeometryFromFile(BSTR* FileName) = 0;
@@ -27,7 +30,8 @@ struct IQMVCalculator : DualInterfaceBase {
     /// Computes the head geometry from two arrays of HeadAlignmentDataItem: points captured while A alone was turned,
     /// then while B alone was turned; at least four each, elements indexed from 0.
     virtual HRESULT STDMETHODCALLTYPE EnterHeadGeometry(SAFEARRAY** pAAxisPoints, SAFEARRAY** pBAxisPoints) = 0;
-    /// The first point of any indexing from the current position. The stored position is rounded to whole degrees.
+    /// The first point of any indexing from the current position. The stored position is rounded to whole degrees. What
+    /// the object's own CalculateMove throws is returned here.
     virtual HRESULT STDMETHODCALLTYPE GetStartPosition(XYZData* StartPosition) = 0;
 
 protected:

@@ -1,7 +1,8 @@
 #pragma once
 
 /// The four records that cross the interface. All fields are doubles, packed as declared: lengths in the unit of the
-/// caller's measured points, positions in machine coordinates, angles in degrees.
+/// caller's measured points, positions in machine coordinates, angles in degrees. The peg is the pole sphere: the fixed
+/// ball on which the head is turned.
 
 /// A point that the machine moves to.
 struct XYZData {
