@@ -138,15 +138,3 @@ void SetProfileValue(std::string& text, std::string_view section, std::string_vi
     if (const std::optional<Entry> entry = FindEntry(text, *found, key)) return ReplaceValue(text, *entry, value);
     AddLine(text, EndOfLines(text, *found), std::string(key).append("=").append(value));
 }
-
-void RemoveProfileKey(std::string& text, std::string_view section, std::string_view key) {
-    const std::optional<Section> found = FindSection(text, Trimmed(section));
-    if (!found) return;
-    if (const std::optional<Entry> entry = FindEntry(text, *found, Trimmed(key)))
-        text.erase(entry->line.begin, entry->line.next - entry->line.begin);
-}
-
-void RemoveProfileSection(std::string& text, std::string_view section) {
-    if (const std::optional<Section> found = FindSection(text, Trimmed(section)))
-        text.erase(found->begin, found->end - found->begin);
-}

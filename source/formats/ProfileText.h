@@ -17,6 +17,3 @@ std::optional<std::string_view> FindProfileValue(std::string_view text, std::str
 /// Puts `value` in the place of the key's old one, or adds the key behind the section's last line, or adds the section
 /// at the text's end. Everything else stays, and added lines end as most lines of the text do (CR LF in an empty one).
 void SetProfileValue(std::string& text, std::string_view section, std::string_view key, std::string_view value);
-
-void RemoveProfileKey(std::string& text, std::string_view section, std::string_view key);
-void RemoveProfileSection(std::string& text, std::string_view section);

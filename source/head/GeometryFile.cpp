@@ -5,77 +5,98 @@
 #include "errors/RaiseError.h"
 #include "persistence/HeadGeometryFile.h"
 
+#include <new>
+
 namespace {
 
-constexpr const wchar_t* headCentreSection = L"HEADCENTRE";
-constexpr const wchar_t* safePositionSection = L"SAFEPOSITION";
-constexpr const wchar_t* alignmentSection = L"AlignmentOffset";
-constexpr const wchar_t* rotationKey = L"RequiredRotationAroundZ";
-constexpr const wchar_t* coordinateKeys[] = {L"X", L"Y", L"Z"};
+/// Memory that runs out in a step is raised with the step's text.
+template <typename Step> auto RaisingLackOfMemory(const ErrorContext& context, Step&& step) {
+    try {
+        return step();
+    } catch (const std::bad_alloc&) {
+        RaiseError(E_OUTOFMEMORY, context);
+    }
+}
 
 /// Runs a load or a save. `ownCode` passes as it is, any other code is raised again as a failure of the whole
-/// operation. Both operations are meant to report that under the name of the load: callers know the text.
-template <typename Operation>
-void RaisingWholeFailure(HRESULT ownCode, const wchar_t* description, Operation&& operation) {
-    // Nothing ever sets this word; raising again is tied to its being zero.
-    constexpr DWORD status = 0;
+/// operation. The source is that of the load for both, which is required.
+template <typename Operation> void RaisingWholeFailure(const ErrorContext& context, HRESULT ownCode,
+                                                       const wchar_t* description, Operation operation) {
+    constexpr DWORD status = 0; // Always zero; required. A code is raised again only while it is.
     try {
-        operation();
+        RaisingLackOfMemory(context, operation);
     } catch (const HRESULT code) {
         if (code == ownCode || status != 0) throw;
         RaiseError(code, L"RoundThePole::LoadFromFile", description);
     }
 }
 
+double ReadEntry(const ProfileReader& file, std::size_t entry) {
+    const ErrorContext context{L"RoundThePole::ReadDoubleFromIniFile", L"Error calling IniGetDoubleValue"};
+    return RaisingLackOfMemory(context, [&] { return ReadHeadGeometryNumber(file, headGeometryEntries.at(entry)); });
+}
+
+void WriteEntry(ProfileWriter& file, std::size_t entry, double value) {
+    const ErrorContext context{L"RoundThePole::WriteDoubleToIniFile", L"Error calling IniSetDoubleValue"};
+    RaisingLackOfMemory(context, [&] { WriteHeadGeometryNumber(file, headGeometryEntries.at(entry), value); });
+}
+
 } // namespace
 
 double RoundThePole::ReadDoubleFromIniFile(const wchar_t* section, const wchar_t* key, const wchar_t* fileName) const {
-    return ReadDoubleFromHeadGeometryFile(section, key, fileName);
+    const ErrorContext context{L"RoundThePole::ReadDoubleFromIniFile", L"Error calling IniGetDoubleValue"};
+    return RaisingLackOfMemory(context, [&] {
+        return ReadHeadGeometryNumber(ProfileReader(fileName), {section, key});
+    });
 }
 
 void RoundThePole::WriteDoubleToIniFile(const wchar_t* section, const wchar_t* key, double value,
                                         const wchar_t* fileName) const {
-    WriteDoubleToHeadGeometryFile(section, key, value, fileName);
+    const ErrorContext context{L"RoundThePole::WriteDoubleToIniFile", L"Error calling IniSetDoubleValue"};
+    RaisingLackOfMemory(context, [&] {
+        ProfileWriter file(fileName);
+        WriteHeadGeometryNumber(file, {section, key}, value);
+        CommitHeadGeometry(file);
+    });
 }
 
 void RoundThePole::SaveToFile(const BSTR* fileName) const {
-    RaisingWholeFailure(QMV_E_WRITE_TO_FILE, L"Failed To Save File",
-                        [&] { WriteTogether(*fileName, [&] { WriteNumbers(*fileName); }); });
+    const ErrorContext context{L"RoundThePole::SaveToFile"};
+    RaisingWholeFailure(context, QMV_E_WRITE_TO_FILE, L"Failed To Save File", [&] {
+        ProfileWriter file(*fileName);
+        WriteNumbers(file);
+        CommitHeadGeometry(file);
+    });
 }
 
 void RoundThePole::LoadFromFile(const BSTR* fileName) {
-    RaisingWholeFailure(QMV_E_READ_FROM_FILE, L"Failed To Load File",
-                        [&] { ReadTogether(*fileName, [&] { ReadNumbers(*fileName); }); });
+    const ErrorContext context{L"RoundThePole::LoadFromFile", L"Failed to Load Head Geometry from File"};
+    RaisingWholeFailure(context, QMV_E_READ_FROM_FILE, L"Failed To Load File",
+                        [&] { ReadNumbers(ProfileReader(*fileName)); });
 }
 
-void RoundThePole::WriteNumbers(const wchar_t* fileName) const {
-    for (int i = 0; i < 3; ++i) {
-        WriteDoubleToIniFile(headCentreSection, coordinateKeys[i], headCentre[i], fileName);
-    }
-    WriteDoubleToIniFile(safePositionSection, L"X", safePositionX, fileName);
-    WriteDoubleToIniFile(safePositionSection, L"Y", safePositionY, fileName);
-    WriteDoubleToIniFile(safePositionSection, L"Z", safePositionZ, fileName);
-    WriteDoubleToIniFile(alignmentSection, rotationKey, requiredRotationAroundZ, fileName);
+void RoundThePole::WriteNumbers(ProfileWriter& file) const {
+    const double numbers[] = {headCentre[0], headCentre[1], headCentre[2],          safePositionX,
+                              safePositionY, safePositionZ, requiredRotationAroundZ};
+    for (std::size_t i = 0; i < headGeometryEntries.size(); ++i) WriteEntry(file, i, numbers[i]);
 }
 
-void RoundThePole::ReadNumbers(const wchar_t* fileName) {
-    for (int i = 0; i < 3; ++i) {
-        headCentre[i] = ReadDoubleFromIniFile(headCentreSection, coordinateKeys[i], fileName);
-    }
-    // Read a second time and not used: meant, and harmless.
+void RoundThePole::ReadNumbers(const ProfileReader& file) {
+    for (int i = 0; i < 3; ++i) headCentre[i] = ReadEntry(file, headCentreEntry + static_cast<std::size_t>(i));
+    // Read a second time and not used: required, and harmless.
     CMaPoint unused(0.0, 0.0, 0.0);
-    unused.x() = ReadDoubleFromIniFile(headCentreSection, L"X", fileName);
-    unused.y() = ReadDoubleFromIniFile(headCentreSection, L"Y", fileName);
-    unused.z() = ReadDoubleFromIniFile(headCentreSection, L"Z", fileName);
+    unused.x() = ReadEntry(file, headCentreEntry);
+    unused.y() = ReadEntry(file, headCentreEntry + 1);
+    unused.z() = ReadEntry(file, headCentreEntry + 2);
 
-    safePositionX = ReadDoubleFromIniFile(safePositionSection, L"X", fileName);
-    safePositionY = ReadDoubleFromIniFile(safePositionSection, L"Y", fileName);
-    safePositionZ = ReadDoubleFromIniFile(safePositionSection, L"Z", fileName);
+    safePositionX = ReadEntry(file, safePositionEntry);
+    safePositionY = ReadEntry(file, safePositionEntry + 1);
+    safePositionZ = ReadEntry(file, safePositionEntry + 2);
 
     InitialiseFixedGeometry();
     CalculateLeverGeometry();
-    // Replaces the Z just read: the saved Z must be there and is meant never to survive a load.
+    // Replaces the Z just read: the saved Z must be in the file, and is never used, as required.
     CalculateSafePositionZ();
-    requiredRotationAroundZ = ReadDoubleFromIniFile(alignmentSection, rotationKey, fileName);
+    requiredRotationAroundZ = ReadEntry(file, rotationEntry);
     AdjustForMisAlignment(requiredRotationAroundZ, CMaGeometry::EAxisType::Z);
 }

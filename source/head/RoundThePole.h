@@ -9,6 +9,8 @@
 #include <memory>
 
 class CQuaternion;
+class ProfileReader;
+class ProfileWriter;
 
 /// The model of one indexable probe head as it sits on the machine: where the head centre is, in which directions its A
 /// and B axes point, where the lock lever, its ball and the drive cup are, and how far the whole head is turned about
@@ -123,8 +125,8 @@ private:
     /// The rotation of the head from A = 0, B = 0: the turn about A comes first, then the turn about B.
     std::unique_ptr<CQuaternion> HeadTurn(double a, double b) const;
     void PlaceHeadCentre();
-    void WriteNumbers(const wchar_t* fileName) const;
-    void ReadNumbers(const wchar_t* fileName);
+    void WriteNumbers(ProfileWriter& file) const;
+    void ReadNumbers(const ProfileReader& file);
 
     CMaVector aAxis{0.0, 0.0, 0.0};
     CMaVector bAxis{0.0, 0.0, 0.0};

@@ -2,49 +2,37 @@
 
 #include "errors/RaiseError.h"
 #include "formats/NumberText.h"
-#include "platform/ProfileFile.h"
-
-#include <array>
 
 namespace {
 
-/// What a missing value reads as. A stored value of exactly this cannot be told from a missing one, which is accepted.
-constexpr double missingValue = 999999999.0;
-constexpr const char* missingValueText = "999999999";
-
-/// Longer texts are cut to fit, terminator included.
-using ValueText = std::array<char, 349>;
-
-void RequireWritten(bool isWritten) {
-    if (!isWritten) {
-        RaiseError(QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File");
-    }
+NumberText TextOf(const ProfileReader& file, const HeadGeometryEntry& entry, const char* defaultText) {
+    NumberText text{};
+    file.Read(entry.section, entry.key, defaultText, text);
+    return text;
 }
 
 } // namespace
 
-double ReadDoubleFromHeadGeometryFile(const wchar_t* section, const wchar_t* key, const wchar_t* fileName) {
-    ValueText text{};
-    ReadProfileText(section, key, missingValueText, text, fileName);
-    // A word reads as 0.0 and is meant to pass: only a value that is not there is an error.
-    const double value = TextToDouble(text.data());
-    if (value == missingValue) {
+std::optional<std::string> ReadHeadGeometryText(const ProfileReader& file, const HeadGeometryEntry& entry) {
+    // A stored text can be equal to one default, but not to two.
+    std::string text = TextOf(file, entry, missingNumberText).data();
+    if (text == missingNumberText && text != TextOf(file, entry, "").data()) return std::nullopt;
+    return text;
+}
+
+double ReadHeadGeometryNumber(const ProfileReader& file, const HeadGeometryEntry& entry) {
+    // A word reads as 0.0, as required: only a number that is not there is an error.
+    const double value = TextToDouble(TextOf(file, entry, missingNumberText).data());
+    if (value == missingNumber)
         RaiseError(QMV_E_READ_FROM_FILE, L"RoundThePole::ReadDoubleFromIniFile", L"Failed To Read from File");
-    }
     return value;
 }
 
-void WriteDoubleToHeadGeometryFile(const wchar_t* section, const wchar_t* key, double value, const wchar_t* fileName) {
-    RequireWritten(WriteProfileText(section, key, DoubleToScientific(value).data(), fileName));
+void WriteHeadGeometryNumber(ProfileWriter& file, const HeadGeometryEntry& entry, double value) {
+    file.Set(entry.section, entry.key, DoubleToScientific(value).data());
 }
 
-void ReadTogether(const wchar_t* fileName, const std::function<void()>& reads) {
-    const ProfileSnapshot snapshot(fileName);
-    reads();
-}
-
-void WriteTogether(const wchar_t* fileName, const std::function<void()>& writes) {
-    ProfileBatch batch(fileName);
-    writes();
-    RequireWritten(batch.Commit());
+void CommitHeadGeometry(ProfileWriter& file) {
+    if (!file.Commit())
+        RaiseError(QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File");
 }

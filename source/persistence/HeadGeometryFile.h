@@ -1,20 +1,52 @@
 #pragma once
 
-#include <functional>
+#include "platform/ProfileFile.h"
 
-/// Single numbers of a head geometry file: an initialisation-profile text file, numbers written as "%.9e" and read in
-/// the C locale whatever the host has set.
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
 
-/// The number stored under `key` in `section`. Raises QMV_E_READ_FROM_FILE when file, section or key is missing; a
-/// stored 999999999 cannot be told from a missing value and fails too. Text that is not a number reads as 0.0.
-double ReadDoubleFromHeadGeometryFile(const wchar_t* section, const wchar_t* key, const wchar_t* fileName);
+/// The head geometry file: an initialisation-profile text file of seven numbers, written as "%.9e" and read in the C
+/// locale whatever the host has set.
 
-/// Stores `value`, keeping everything else in the file. Raises QMV_E_WRITE_TO_FILE when the file cannot be written.
-void WriteDoubleToHeadGeometryFile(const wchar_t* section, const wchar_t* key, double value, const wchar_t* fileName);
+/// Where one number is in the file. The names are ASCII text.
+struct HeadGeometryEntry {
+    const wchar_t* section;
+    const wchar_t* key;
+};
 
-/// Runs `reads`, which sees the file as it is at one moment, whoever replaces it meanwhile.
-void ReadTogether(const wchar_t* fileName, const std::function<void()>& reads);
+/// The seven entries in the order in which they are written.
+inline constexpr std::array<HeadGeometryEntry, 7> headGeometryEntries{
+    {{L"HEADCENTRE", L"X"},
+     {L"HEADCENTRE", L"Y"},
+     {L"HEADCENTRE", L"Z"},
+     {L"SAFEPOSITION", L"X"},
+     {L"SAFEPOSITION", L"Y"},
+     {L"SAFEPOSITION", L"Z"},
+     {L"AlignmentOffset", L"RequiredRotationAroundZ"}}};
 
-/// Runs `writes`, whose values reach the file together or not at all. Raises QMV_E_WRITE_TO_FILE when it cannot be
-/// written. On Windows there are files that can only be written value by value: see ProfileBatch.
-void WriteTogether(const wchar_t* fileName, const std::function<void()>& writes);
+/// Places in headGeometryEntries; the coordinates follow in the order X, Y, Z.
+inline constexpr std::size_t headCentreEntry = 0;
+inline constexpr std::size_t safePositionEntry = 3;
+inline constexpr std::size_t rotationEntry = 6;
+
+/// What a missing number reads as. A stored number of exactly this value fails like a missing one, which is accepted.
+inline constexpr double missingNumber = 999999999.0;
+inline constexpr const char* missingNumberText = "999999999";
+
+/// Room for the text of a number, terminator included: a longer text is cut to fit.
+using NumberText = std::array<char, 349>;
+
+/// The text of an entry as a load gets it; nothing when file, section or key is missing.
+std::optional<std::string> ReadHeadGeometryText(const ProfileReader& file, const HeadGeometryEntry& entry);
+
+/// The number of an entry. Raises QMV_E_READ_FROM_FILE when file, section or key is missing, and for a stored
+/// 999999999. Text that is not a number reads as 0.0.
+double ReadHeadGeometryNumber(const ProfileReader& file, const HeadGeometryEntry& entry);
+
+/// Adds a number to what `file` writes at its Commit.
+void WriteHeadGeometryNumber(ProfileWriter& file, const HeadGeometryEntry& entry, double value);
+
+/// Writes what `file` has gathered. Raises QMV_E_WRITE_TO_FILE when an entry could not be written.
+void CommitHeadGeometry(ProfileWriter& file);

@@ -1,62 +1,73 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 /// Initialisation-profile files: `[section]` lines and `key=value` lines.
-/// Names are wide text and are converted to the file system's narrow encoding (the thread's ANSI code page on Windows,
-/// UTF-8 elsewhere). A null name, or one that cannot be converted, counts as null.
+/// Names are wide text. They are converted to the thread's ANSI code page on Windows, to UTF-8 elsewhere. A null name,
+/// or one that cannot be converted, names nothing: no value is read, and no entry is written.
 ///
-/// On Windows both calls are the platform's own, with what that brings: a file name without a folder is one in the
-/// Windows folder (".\name" is one in the current folder), a null one is win.ini, and reading with a null section or
-/// key lists names. Elsewhere a file name without a folder is one in the current folder, and a null file, section or
-/// key holds no value to read. A file name of 260 characters or more (Windows) or that the system does not take names
-/// no file.
+/// On Windows the platform's own profile functions read and write every entry. There a file name without a folder is
+/// one in the Windows folder (".\name" is one in the current folder), and a name of 260 characters or more names no
+/// file. Elsewhere a file name without a folder is one in the current folder.
 
-/// Copies the value of `key` in `section`, terminated, into `buffer`, cut to fit; a missing file, section or key gives
-/// `defaultText`. Blanks around the value and one matching pair of quotes are removed.
-/// Letter case and outer blanks of section and key do not matter. Of several sections or keys of one name the first
-/// counts. Section "" is what stands before the first section line. A null `defaultText` is empty.
+/// A file that is read as it is at one moment, whoever replaces it meanwhile. Never waits.
+/// On Windows nobody can replace the file while this lives; somebody who had it open for writing before can still
+/// change it, and so can anybody whose file name is not an absolute one.
+class ProfileReader {
+public:
+    explicit ProfileReader(const wchar_t* fileName);
+    ProfileReader(const ProfileReader&) = delete;
+    ProfileReader& operator=(const ProfileReader&) = delete;
+    ~ProfileReader();
+
+    /// Copies the value of `key` in `section`, terminated, into `buffer`, cut to fit. A missing file, section or key
+    /// gives `defaultText`. Blanks around the value and one matching pair of quotes are removed.
+    /// Letter case and outer blanks of section and key do not matter. Of several sections or keys of one name the first
+    /// counts. Section "" is what stands before the first section line. A null `defaultText` is empty.
+    void Read(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer) const;
+
+private:
+    struct State;
+    std::unique_ptr<State> state;
+};
+
+/// One value, read alone.
 void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer,
                      const wchar_t* fileName);
 
-/// Puts `key=text` into `section`, replacing the key where it stands or adding key, section and file as needed; all
-/// other content stays. A null `text` removes the key, a null `key` the whole section; removing what is not there
-/// succeeds. False when the file could not be written, or `section` or `fileName` is null.
-/// Away from Windows every other byte of the file stays as it is, and the file is replaced whole or not at all, so that
-/// a crash or a full disk leaves the old content or the new.
-bool WriteProfileText(const wchar_t* section, const wchar_t* key, const char* text, const wchar_t* fileName);
-
-/// Several reads of one file as one. While one lives, what the calling thread reads from the file of that name is what
-/// it held when this was made, whoever replaces it meanwhile. On Windows nobody can change the file meanwhile, unless
-/// somebody had it open for writing before or its name is not an absolute one.
-class ProfileSnapshot {
-public:
-    explicit ProfileSnapshot(const wchar_t* fileName);
-    ProfileSnapshot(const ProfileSnapshot&) = delete;
-    ProfileSnapshot& operator=(const ProfileSnapshot&) = delete;
-    ~ProfileSnapshot();
-
-private:
-    struct State;
-    std::unique_ptr<State> state;
+/// An entry to write. A name that is absent was null or could not be converted.
+struct ProfileEntry {
+    std::optional<std::string> section;
+    std::optional<std::string> key;
+    std::string text;
 };
 
-/// Several writes to one file as one. While one lives, what the calling thread writes to the file of that name is held
-/// back, and reaches the file at Commit: all of it, in one replacement, or nothing. Without a Commit nothing does.
-/// On Windows that takes an absolute name, which is no link's, and a folder where a second file can be made; for any
-/// other each write goes to the file at once, as without this.
-class ProfileBatch {
+/// Gathers entries and writes them into one file.
+class ProfileWriter {
 public:
-    explicit ProfileBatch(const wchar_t* fileName);
-    ProfileBatch(const ProfileBatch&) = delete;
-    ProfileBatch& operator=(const ProfileBatch&) = delete;
-    ~ProfileBatch();
+    explicit ProfileWriter(const wchar_t* fileName);
 
-    /// False when the file could not be written.
+    /// Puts `key=text` into `section` at Commit: replaces the key where it stands, or adds key, section and file.
+    void Set(const wchar_t* section, const wchar_t* key, std::string_view text);
+
+    /// Writes the entries into a copy beside the file, which takes the file's place in one step: whoever is ended in
+    /// the middle, or reads meanwhile, finds all entries or none. Access rights stay as they were. Where no such copy
+    /// can be made or take the place (an unwritable folder, a full disk, a link, a mounted file, a name that is not
+    /// absolute on Windows), writes the entries into the file itself, one after the other. The first one that cannot be
+    /// written ends that: those before it stay, nothing of itself does. False when an entry could not be written. All
+    /// other content stays; a UTF-8 byte-order mark is taken away, because Windows takes it for the first character of
+    /// the first line. Waits at most 250 ms in all for a program that holds the file, and leaves no other file behind.
     bool Commit();
 
 private:
-    struct State;
-    std::unique_ptr<State> state;
+    std::wstring file;
+    std::vector<ProfileEntry> entries;
 };
+
+/// One entry, written alone.
+bool WriteProfileText(const wchar_t* section, const wchar_t* key, std::string_view text, const wchar_t* fileName);

@@ -21,10 +21,16 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
     double Read(const wchar_t* section = L"HEADCENTRE", const wchar_t* key = L"X") const {
-        return ReadDoubleFromHeadGeometryFile(section, key, path.wstring().c_str());
+        return ReadHeadGeometryNumber(ProfileReader(path.wstring().c_str()), {section, key});
     }
     void Write(double value, const wchar_t* section = L"HEADCENTRE", const wchar_t* key = L"X") const {
-        WriteDoubleToHeadGeometryFile(section, key, value, path.wstring().c_str());
+        WriteTo(path.wstring(), value, section, key);
+    }
+
+    static void WriteTo(const std::wstring& file, double value, const wchar_t* section, const wchar_t* key) {
+        ProfileWriter writer(file.c_str());
+        WriteHeadGeometryNumber(writer, {section, key}, value);
+        CommitHeadGeometry(writer);
     }
 
     TemporaryFolder folder;
@@ -88,8 +94,7 @@ TEST_F(NumberInAFile, IsZeroWhenItsTextIsEmpty) {
 
 TEST_F(NumberInAFile, CannotBeStoredWhereNoFileCanBe) {
     for (const auto& place : {folder.Path("no such folder") / "head.ini", folder.Path()}) {
-        const Raised raised =
-            RaisedBy([&] { WriteDoubleToHeadGeometryFile(L"HEADCENTRE", L"X", 1.0, place.wstring().c_str()); });
+        const Raised raised = RaisedBy([&] { WriteTo(place.wstring(), 1.0, L"HEADCENTRE", L"X"); });
         EXPECT_EQ(raised.code, QMV_E_WRITE_TO_FILE);
         ASSERT_TRUE(raised.record);
         EXPECT_EQ(raised.record->source, L"RoundThePole::WriteDoubleToIniFile");
@@ -100,8 +105,8 @@ TEST_F(NumberInAFile, CannotBeStoredWhereNoFileCanBe) {
 
 TEST_F(NumberInAFile, MayBeInAFileWithANameBeyondAscii) {
     const std::wstring name = folder.Path().wstring() + L"/K\u00F6pfe \u00B5m.ini";
-    WriteDoubleToHeadGeometryFile(L"HEADCENTRE", L"X", 0.25, name.c_str());
-    EXPECT_EQ(ReadDoubleFromHeadGeometryFile(L"HEADCENTRE", L"X", name.c_str()), 0.25);
+    WriteTo(name, 0.25, L"HEADCENTRE", L"X");
+    EXPECT_EQ(ReadHeadGeometryNumber(ProfileReader(name.c_str()), {L"HEADCENTRE", L"X"}), 0.25);
     EXPECT_TRUE(std::filesystem::exists(folder.Path() / std::filesystem::path(u8"K\u00F6pfe \u00B5m.ini")));
 }
 

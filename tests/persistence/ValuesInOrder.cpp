@@ -1,6 +1,6 @@
 #include "head/RoundThePole.h"
 #include "interface/ErrorCodes.h"
-#include "platform/ProfileFile.h"
+#include "persistence/HeadGeometryFile.h"
 #include "platform/SettingsStore.h"
 #include "support/Bstr.h"
 #include "support/ErrorRecord.h"
@@ -20,32 +20,35 @@
 
 namespace {
 
-using Entry = std::pair<std::wstring, std::wstring>; // section, key
+using Entry = std::pair<std::string, std::string>; // section, key
 
 struct Profile {
     std::map<Entry, std::string> texts;
     std::vector<Entry> read;
     std::vector<Entry> written;
-    std::vector<std::wstring> files;
+    std::vector<std::wstring> opened; ///< names of the files, each time that one was opened for reading or writing
     std::vector<std::string> defaults;
     std::vector<std::size_t> capacities;
-    std::vector<std::wstring> snapshots;                              ///< names of the files whose reads were made one
-    std::vector<std::size_t> snapshotsEndedAt;                        ///< reads made when each ended
-    std::vector<std::wstring> batches;                                ///< names of the files whose writes were made one
-    std::vector<std::size_t> commitsAfter;                            ///< writes made before each
-    bool commits = true;                                              ///< whether a commit succeeds
     std::function<void(std::size_t)> beforeRead = [](std::size_t) {}; ///< may throw; the argument counts from 0
     std::function<bool(std::size_t)> write = [](std::size_t) { return true; }; ///< whether it succeeds; may throw
 } profile;
 
+std::string Narrow(const wchar_t* ascii) {
+    const std::wstring_view text(ascii);
+    return {text.begin(), text.end()};
+}
+
 } // namespace
 
-void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer,
-                     const wchar_t* fileName) {
-    const Entry entry{section, key};
+struct ProfileReader::State {};
+ProfileReader::ProfileReader(const wchar_t* fileName) { profile.opened.emplace_back(fileName); }
+ProfileReader::~ProfileReader() = default;
+
+void ProfileReader::Read(const wchar_t* section, const wchar_t* key, const char* defaultText,
+                         std::span<char> buffer) const {
+    const Entry entry{Narrow(section), Narrow(key)};
     profile.read.push_back(entry);
-    profile.files.push_back(fileName);
-    profile.defaults.push_back(defaultText);
+    profile.defaults.emplace_back(defaultText);
     profile.capacities.push_back(buffer.size());
     profile.beforeRead(profile.read.size() - 1);
     const auto found = profile.texts.find(entry);
@@ -55,26 +58,19 @@ void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* def
     buffer[length] = '\0';
 }
 
-bool WriteProfileText(const wchar_t* section, const wchar_t* key, const char* text, const wchar_t* fileName) {
-    const Entry entry{section, key};
-    profile.written.push_back(entry);
-    profile.files.push_back(fileName);
-    if (!profile.write(profile.written.size() - 1)) return false;
-    profile.texts[entry] = text;
-    return true;
+ProfileWriter::ProfileWriter(const wchar_t* fileName) : file(fileName) { profile.opened.push_back(file); }
+
+void ProfileWriter::Set(const wchar_t* section, const wchar_t* key, std::string_view text) {
+    entries.push_back({Narrow(section), Narrow(key), std::string(text)});
 }
 
-// Held together by what this program sees: each access counts when it is made.
-struct ProfileSnapshot::State {};
-ProfileSnapshot::ProfileSnapshot(const wchar_t* fileName) { profile.snapshots.push_back(fileName); }
-ProfileSnapshot::~ProfileSnapshot() { profile.snapshotsEndedAt.push_back(profile.read.size()); }
-
-struct ProfileBatch::State {};
-ProfileBatch::ProfileBatch(const wchar_t* fileName) { profile.batches.push_back(fileName); }
-ProfileBatch::~ProfileBatch() = default;
-bool ProfileBatch::Commit() {
-    profile.commitsAfter.push_back(profile.written.size());
-    return profile.commits;
+bool ProfileWriter::Commit() {
+    for (const ProfileEntry& entry : entries) {
+        profile.written.emplace_back(*entry.section, *entry.key);
+        if (!profile.write(profile.written.size() - 1)) return false;
+        profile.texts[profile.written.back()] = entry.text;
+    }
+    return true;
 }
 
 // No settings: every fixed offset is the default, whatever the machine that runs the tests has stored.
@@ -86,20 +82,20 @@ LSTATUS SettingsKey::Query(const char*, std::span<char>, DWORD&, DWORD&) const {
 
 namespace {
 
-const std::vector<Entry> savedOrder{{L"HEADCENTRE", L"X"},
-                                    {L"HEADCENTRE", L"Y"},
-                                    {L"HEADCENTRE", L"Z"},
-                                    {L"SAFEPOSITION", L"X"},
-                                    {L"SAFEPOSITION", L"Y"},
-                                    {L"SAFEPOSITION", L"Z"},
-                                    {L"AlignmentOffset", L"RequiredRotationAroundZ"}};
+const std::vector<Entry> savedOrder{{"HEADCENTRE", "X"},
+                                    {"HEADCENTRE", "Y"},
+                                    {"HEADCENTRE", "Z"},
+                                    {"SAFEPOSITION", "X"},
+                                    {"SAFEPOSITION", "Y"},
+                                    {"SAFEPOSITION", "Z"},
+                                    {"AlignmentOffset", "RequiredRotationAroundZ"}};
 
-/// The head centre stands here twice: a load reads it a second time into nothing, which is meant and harmless.
-const std::vector<Entry> loadedOrder{{L"HEADCENTRE", L"X"},   {L"HEADCENTRE", L"Y"},
-                                     {L"HEADCENTRE", L"Z"},   {L"HEADCENTRE", L"X"},
-                                     {L"HEADCENTRE", L"Y"},   {L"HEADCENTRE", L"Z"},
-                                     {L"SAFEPOSITION", L"X"}, {L"SAFEPOSITION", L"Y"},
-                                     {L"SAFEPOSITION", L"Z"}, {L"AlignmentOffset", L"RequiredRotationAroundZ"}};
+/// The head centre is here twice: a load reads it a second time and does not use it, as required.
+const std::vector<Entry> loadedOrder{{"HEADCENTRE", "X"},   {"HEADCENTRE", "Y"},
+                                     {"HEADCENTRE", "Z"},   {"HEADCENTRE", "X"},
+                                     {"HEADCENTRE", "Y"},   {"HEADCENTRE", "Z"},
+                                     {"SAFEPOSITION", "X"}, {"SAFEPOSITION", "Y"},
+                                     {"SAFEPOSITION", "Z"}, {"AlignmentOffset", "RequiredRotationAroundZ"}};
 
 std::vector<Entry> First(const std::vector<Entry>& all, std::size_t count) {
     return {all.begin(), all.begin() + static_cast<std::ptrdiff_t>(count)};
@@ -138,33 +134,28 @@ void ExpectRecord(const Raised& raised, HRESULT code, const wchar_t* source, con
 TEST_F(HeadGeometryFile, IsSavedInItsOrderIntoTheOneFile) {
     EXPECT_EQ(Save().code, S_OK);
     EXPECT_EQ(profile.written, savedOrder);
-    EXPECT_EQ(profile.files, std::vector<std::wstring>(7, L"a head.ini"));
+    EXPECT_EQ(profile.opened, std::vector<std::wstring>{L"a head.ini"}) << "once: all entries are written together";
     EXPECT_TRUE(profile.read.empty());
 }
 
-TEST_F(HeadGeometryFile, GetsItsSevenValuesInOneReplacement) {
-    EXPECT_EQ(Save().code, S_OK);
-    EXPECT_EQ(profile.batches, std::vector<std::wstring>{L"a head.ini"});
-    EXPECT_EQ(profile.commitsAfter, std::vector<std::size_t>{7});
+TEST_F(HeadGeometryFile, HasOneTableOfItsEntries) {
+    std::vector<Entry> table;
+    for (const HeadGeometryEntry& entry : headGeometryEntries)
+        table.emplace_back(Narrow(entry.section), Narrow(entry.key));
+    EXPECT_EQ(table, savedOrder);
+    EXPECT_EQ(table[headCentreEntry], (Entry{"HEADCENTRE", "X"}));
+    EXPECT_EQ(table[safePositionEntry], (Entry{"SAFEPOSITION", "X"}));
+    EXPECT_EQ(table[rotationEntry], (Entry{"AlignmentOffset", "RequiredRotationAroundZ"}));
 }
 
-TEST_F(HeadGeometryFile, IsNotReplacedWhenAValueCannotBeWritten) {
-    profile.write = [](std::size_t i) { return i != 3; };
-    EXPECT_EQ(Save().code, QMV_E_WRITE_TO_FILE);
-    EXPECT_TRUE(profile.commitsAfter.empty());
-}
-
-TEST_F(HeadGeometryFile, CannotBeSavedWhenTheReplacementFails) {
-    profile.commits = false;
-    ExpectRecord(Save(), QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File");
-    EXPECT_EQ(profile.commitsAfter, std::vector<std::size_t>{7});
-}
-
-TEST_F(HeadGeometryFile, IsLoadedAsItIsAtOneMoment) {
-    FillWithNumbers();
-    EXPECT_EQ(Load().code, S_OK);
-    EXPECT_EQ(profile.snapshots, std::vector<std::wstring>{L"a head.ini"});
-    EXPECT_EQ(profile.snapshotsEndedAt, std::vector<std::size_t>{10});
+TEST_F(HeadGeometryFile, GivesTheTextOfAnEntryOrNothingWhenItIsMissing) {
+    const ProfileReader file(L"a head.ini");
+    const HeadGeometryEntry& entry = headGeometryEntries.front();
+    EXPECT_EQ(ReadHeadGeometryText(file, entry), std::nullopt);
+    for (const char* const text : {"1.5", "", "word", "999999999"}) {
+        profile.texts[savedOrder.front()] = text;
+        EXPECT_EQ(ReadHeadGeometryText(file, entry), text);
+    }
 }
 
 TEST_F(HeadGeometryFile, HoldsZerosWhenNoGeometryWasEverSupplied) {
@@ -176,7 +167,7 @@ TEST_F(HeadGeometryFile, IsLoadedInItsOrderWithTheHeadCentreReadTwice) {
     FillWithNumbers();
     EXPECT_EQ(Load().code, S_OK);
     EXPECT_EQ(profile.read, loadedOrder);
-    EXPECT_EQ(profile.files, std::vector<std::wstring>(10, L"a head.ini"));
+    EXPECT_EQ(profile.opened, std::vector<std::wstring>{L"a head.ini"}) << "once: all are read at one moment";
     EXPECT_TRUE(profile.written.empty());
 }
 
@@ -198,7 +189,7 @@ TEST_F(HeadGeometryFile, FillsTheGeometryThatItHolds) {
     EXPECT_EQ(head.RequiredRotationAroundZ(), 0.0);
 }
 
-// The saved Z of the safe position must be there and is meant never to survive a load.
+// The saved Z of the safe position must be in the file and is never used, as required.
 TEST_F(HeadGeometryFile, LosesItsSafeZToTheHeightAboveTheHeadCentre) {
     Fill({"10", "20", "30.125", "4", "5", "-777", "0"});
     ASSERT_EQ(Load().code, S_OK);
@@ -302,7 +293,7 @@ TEST_F(HeadGeometryFile, HoldsTheNeighboursOfTheSentinel) {
     }
 }
 
-// Text that does not begin a number reads as 0.0 and is meant to pass: only a missing value is an error.
+// Text that does not begin a number reads as 0.0, as required: only a missing value is an error.
 TEST_F(HeadGeometryFile, ReadsWordsAsZeroAndNumbersAsFarAsTheyGo) {
     const std::pair<const char*, double> texts[] = {
         {"word", 0.0},  {"", 0.0},      {"-", 0.0},       {".", 0.0},      {"e5", 0.0},    {"mm7", 0.0},
@@ -385,7 +376,7 @@ TEST_F(HeadGeometryFile, SpeaksOfTheWholeLoadWhenAnotherCodeComesUp) {
     }
 }
 
-// The failed save names the load: callers know the text, and it is meant to stay.
+// A failed save names the load as its source: the text is fixed.
 TEST_F(HeadGeometryFile, NamesTheLoadAlsoWhenASaveMeetsAnotherCode) {
     for (const HRESULT code : {E_OUTOFMEMORY, E_FAIL, QMV_E_READ_FROM_FILE}) {
         for (const std::size_t at : {0U, 3U, 6U}) {

@@ -36,7 +36,7 @@ public:
         return buffer.data();
     }
 
-    bool Write(const wchar_t* section, const wchar_t* key, const char* text) const {
+    bool Write(const wchar_t* section, const wchar_t* key, std::string_view text) const {
         return WriteProfileText(section, key, text, Path().wstring().c_str());
     }
 

@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <optional>
 #include <string>
-#include <thread>
 
 /// Several writes, or several reads, of one file as one.
 
@@ -11,110 +12,105 @@ namespace {
 
 constexpr const char* before = "[S]\r\na=1\r\nb=2\r\n[T]\r\nc=3\r\n";
 
-class ProfileBatches : public testing::Test {
+class ProfileTogether : public testing::Test {
 protected:
-    ProfileBatches() { profile.Put(before); }
+    ProfileTogether() { profile.Put(before); }
+
+    std::ptrdiff_t FilesInFolder() const {
+        const std::filesystem::directory_iterator files(profile.Folder());
+        return std::distance(begin(files), end(files));
+    }
 
     ProfileOnDisk profile;
     std::wstring path = profile.Path().wstring();
 };
 
-TEST_F(ProfileBatches, ReachTheFileTogetherAndInTheirOrder) {
-    ProfileBatch batch(path.c_str());
-    EXPECT_TRUE(profile.Write(L"S", L"a", "10"));
-    EXPECT_TRUE(profile.Write(L"S", L"new", "11"));
-    EXPECT_TRUE(profile.Write(L"S", L"a", "12"));
-    EXPECT_TRUE(profile.Write(L"S", L"b", nullptr));
-    EXPECT_TRUE(profile.Write(L"T", nullptr, nullptr));
-    EXPECT_TRUE(profile.Write(L"U", L"d", "13"));
+TEST_F(ProfileTogether, WritesReachTheFileAtTheCommitInTheirOrder) {
+    ProfileWriter writer(path.c_str());
+    writer.Set(L"S", L"a", "10");
+    writer.Set(L"S", L"new", "11");
+    writer.Set(L"S", L"a", "12");
+    writer.Set(L"U", L"d", "13");
     EXPECT_EQ(profile.Content(), before);
-    EXPECT_TRUE(batch.Commit());
-    EXPECT_EQ(profile.Content(), "[S]\r\na=12\r\nnew=11\r\n[U]\r\nd=13\r\n");
+    EXPECT_TRUE(writer.Commit());
+    EXPECT_EQ(profile.Content(), "[S]\r\na=12\r\nb=2\r\nnew=11\r\n[T]\r\nc=3\r\n[U]\r\nd=13\r\n");
+    EXPECT_EQ(FilesInFolder(), 1) << "and nothing is left beside it";
 }
 
-TEST_F(ProfileBatches, MakeAFileThatIsNotThere) {
+TEST_F(ProfileTogether, WritesMakeAFileThatIsNotThere) {
     std::filesystem::remove(path);
-    ProfileBatch batch(path.c_str());
-    EXPECT_TRUE(profile.Write(L"S", L"a", "1"));
-    EXPECT_TRUE(profile.Write(L"T", L"b", "2"));
+    ProfileWriter writer(path.c_str());
+    writer.Set(L"S", L"a", "1");
+    writer.Set(L"T", L"b", "2");
     EXPECT_FALSE(profile.Exists());
-    EXPECT_TRUE(batch.Commit());
+    EXPECT_TRUE(writer.Commit());
     EXPECT_EQ(profile.Content(), "[S]\r\na=1\r\n[T]\r\nb=2\r\n");
+    EXPECT_EQ(FilesInFolder(), 1);
 }
 
-TEST_F(ProfileBatches, ComeToNothingWithoutACommit) {
-    {
-        ProfileBatch batch(path.c_str());
-        EXPECT_TRUE(profile.Write(L"S", L"a", "10"));
-    }
+TEST_F(ProfileTogether, WritesComeToNothingWithoutACommit) {
+    ProfileWriter(path.c_str()).Set(L"S", L"a", "10");
     EXPECT_EQ(profile.Content(), before);
-    const std::filesystem::directory_iterator files(profile.Folder());
-    EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "and leave nothing behind";
-    EXPECT_TRUE(profile.Write(L"S", L"a", "11"));
-    EXPECT_NE(profile.Content(), before) << "later writes are none of theirs";
+    EXPECT_EQ(FilesInFolder(), 1);
 }
 
-TEST_F(ProfileBatches, HoldBackNoWriteToAnotherFile) {
-    const ProfileOnDisk other;
-    ProfileBatch batch(path.c_str());
-    EXPECT_TRUE(other.Write(L"S", L"a", "1"));
-    EXPECT_EQ(other.Content(), "[S]\r\na=1\r\n");
+TEST_F(ProfileTogether, WritesEndAtTheFirstThatHasNoName) {
+    ProfileWriter writer(path.c_str());
+    writer.Set(L"S", L"a", "10");
+    writer.Set(L"S", nullptr, "11");
+    writer.Set(L"T", L"c", "12");
+    EXPECT_FALSE(writer.Commit());
+    EXPECT_EQ(profile.Content(), "[S]\r\na=10\r\nb=2\r\n[T]\r\nc=3\r\n") << "those before it stay";
+    EXPECT_EQ(FilesInFolder(), 1);
 }
 
-TEST_F(ProfileBatches, OfTwoFilesDoNotMeet) {
-    const ProfileOnDisk other;
-    ProfileBatch outer(path.c_str());
-    EXPECT_TRUE(profile.Write(L"S", L"a", "10"));
-    {
-        ProfileBatch inner(other.Path().wstring().c_str());
-        EXPECT_TRUE(other.Write(L"S", L"a", "20"));
-        EXPECT_TRUE(profile.Write(L"S", L"b", "11"));
-        EXPECT_EQ(profile.Content(), before) << "the outer one's";
-        EXPECT_TRUE(inner.Commit());
-    }
-    EXPECT_TRUE(outer.Commit());
-    EXPECT_EQ(other.Content(), "[S]\r\na=20\r\n");
-    EXPECT_EQ(profile.Content(), "[S]\r\na=10\r\nb=11\r\n[T]\r\nc=3\r\n");
-}
-
-TEST_F(ProfileBatches, AreTheirThreadsOwn) {
-    ProfileOnDisk other;
-    ProfileBatch batch(path.c_str());
-    EXPECT_TRUE(profile.Write(L"S", L"a", "10"));
-    std::thread([&] {
-        EXPECT_TRUE(other.Write(L"S", L"a", "1"));
-        EXPECT_EQ(profile.Read(L"S", L"a"), "1") << "the file's own";
-    }).join();
-    EXPECT_TRUE(batch.Commit());
-    EXPECT_EQ(profile.Read(L"S", L"a"), "10");
-}
-
-TEST_F(ProfileBatches, AreRefusedWhereNoFileCanBe) {
+TEST_F(ProfileTogether, WritesAreRefusedWhereNoFileCanBe) {
     for (const auto& place : {profile.Folder() / "none" / "head.ini", profile.Folder()}) {
-        const std::wstring name = place.wstring();
-        ProfileBatch batch(name.c_str());
-        const bool isWritten = WriteProfileText(L"S", L"a", "1", name.c_str());
-        EXPECT_FALSE(isWritten && batch.Commit());
+        ProfileWriter writer(place.wstring().c_str());
+        writer.Set(L"S", L"a", "1");
+        EXPECT_FALSE(writer.Commit());
     }
 }
 
-TEST_F(ProfileBatches, SurviveWithoutAName) {
+TEST_F(ProfileTogether, NothingIsReadOrWrittenWithoutAFileName) {
     for (const wchar_t* const name : {static_cast<const wchar_t*>(nullptr), L""}) {
-        const ProfileSnapshot snapshot(name);
-        const ProfileBatch batch(name);
-        EXPECT_EQ(profile.Read(L"S", L"a"), "1");
+        char buffer[20] = "";
+        ProfileReader(name).Read(L"S", L"a", "default", buffer);
+        EXPECT_STREQ(buffer, "default");
+        ProfileWriter writer(name);
+        writer.Set(L"S", L"a", "1");
+        EXPECT_FALSE(writer.Commit());
     }
 }
 
-TEST_F(ProfileBatches, AreReadBesideASnapshotOfAnotherFile) {
-    const ProfileOnDisk other;
-    other.Put("[S]\r\na=7\r\n");
-    const ProfileSnapshot snapshot(path.c_str());
-    EXPECT_EQ(profile.Read(L"S", L"a"), "1");
-    EXPECT_EQ(profile.Read(L"T", L"c"), "3");
-    EXPECT_EQ(other.Read(L"S", L"a"), "7");
-    EXPECT_TRUE(other.Write(L"S", L"a", "8"));
-    EXPECT_EQ(other.Read(L"S", L"a"), "8");
+// The platform's own functions would list names, or read another file.
+TEST_F(ProfileTogether, NothingIsReadWithoutASectionOrAKey) {
+    EXPECT_EQ(profile.Read(nullptr, L"a"), "default");
+    EXPECT_EQ(profile.Read(L"S", nullptr), "default");
+    EXPECT_EQ(profile.Read(nullptr, nullptr, nullptr), "");
+}
+
+// Windows takes the mark for a part of the first line, and the section in it is not found.
+TEST_F(ProfileTogether, WritesTakeAByteOrderMarkAwayAndFindTheSectionBehindIt) {
+    profile.Put(std::string("\xEF\xBB\xBF") + before);
+    ProfileWriter writer(path.c_str());
+    writer.Set(L"S", L"a", "10");
+    EXPECT_TRUE(writer.Commit());
+    EXPECT_EQ(profile.Content(), "[S]\r\na=10\r\nb=2\r\n[T]\r\nc=3\r\n");
+}
+
+TEST_F(ProfileTogether, ReadsFindTheFileAsItWasAtOneMoment) {
+    std::optional<ProfileReader> reader(path.c_str());
+    char buffer[20] = "";
+    reader->Read(L"S", L"a", "default", buffer);
+    EXPECT_STREQ(buffer, "1");
+    // A write either comes later or leaves the reader what it has.
+    if (std::error_code none; std::filesystem::remove(path, none)) {
+        reader->Read(L"S", L"b", "default", buffer);
+        EXPECT_STREQ(buffer, "2");
+        EXPECT_EQ(profile.Read(L"S", L"b"), "default") << "later readers find it as it is";
+    }
+    reader.reset();
 }
 
 } // namespace

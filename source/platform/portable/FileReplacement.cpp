@@ -2,190 +2,234 @@
 
 #include "platform/portable/FileReading.h"
 
+#include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <fcntl.h>
 #include <filesystem>
+#include <linux/limits.h>
 #include <optional>
 #include <string_view>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <thread>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace {
 
 using std::filesystem::path;
 
-/// The folder of a file that is to be replaced. Everything is done through the folder once it is open: a name that is
-/// just short enough for the file is short enough for the one beside it.
-/// Keeps other writers of the folder out. A lock dies with its holder; one that is held beyond reason (by a program
-/// that locks folders for purposes of its own) or that the file system does not offer is done without.
-class LockedFolder {
+/// Writes `bytes` at `offset`.
+bool WriteAt(const FileDescriptor& file, std::string_view bytes, std::size_t offset) noexcept {
+    while (!bytes.empty()) {
+        const ssize_t count = ::pwrite(file.Number(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+        offset += static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+bool Flush(const FileDescriptor& file) noexcept {
+    return Uninterrupted([&] { return ::fsync(file.Number()); }) == 0;
+}
+
+/// The names of a file's extended attributes, each terminated; nothing when they cannot be listed. An access control
+/// list is one of them.
+std::optional<std::string> AttributeNames(const FileDescriptor& file) {
+    std::string names(XATTR_LIST_MAX, '\0');
+    const ssize_t length = ::flistxattr(file.Number(), names.data(), names.size());
+    if (length < 0 && errno != ENOTSUP) return std::nullopt;
+    names.resize(static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+    return names;
+}
+
+/// Calls `action` for each terminated name in `names`, as long as it succeeds.
+template <typename Action> bool ForEachName(const std::string& names, Action action) {
+    for (std::size_t at = 0; at < names.size(); at = names.find('\0', at) + 1)
+        if (!action(names.c_str() + at)) return false;
+    return true;
+}
+
+std::optional<std::string> AttributeValue(const FileDescriptor& file, const char* name) {
+    std::string value(XATTR_SIZE_MAX, '\0');
+    const ssize_t length = ::fgetxattr(file.Number(), name, value.data(), value.size());
+    if (length < 0) return std::nullopt;
+    value.resize(static_cast<std::size_t>(length));
+    return value;
+}
+
+/// Sets only what differs: a security label that both have is often not ours to set.
+bool CopyAttribute(const FileDescriptor& from, const FileDescriptor& to, const char* name) {
+    const std::optional<std::string> value = AttributeValue(from, name);
+    return value &&
+           (AttributeValue(to, name) == value || ::fsetxattr(to.Number(), name, value->data(), value->size(), 0) == 0);
+}
+
+/// Removes an attribute that `from` does not have.
+bool RemoveAttribute(const FileDescriptor& from, const FileDescriptor& to, const char* name) {
+    return AttributeValue(from, name) || ::fremovexattr(to.Number(), name) == 0;
+}
+
+/// Gives `to` the extended attributes of `from` and no others: a folder can give its new files an access control list.
+bool CopyAttributes(const FileDescriptor& from, const FileDescriptor& to) {
+    const std::optional<std::string> wanted = AttributeNames(from);
+    const std::optional<std::string> given = AttributeNames(to);
+    if (!wanted || !given) return false;
+    return ForEachName(*given, [&](const char* name) { return RemoveAttribute(from, to, name); }) &&
+           ForEachName(*wanted, [&](const char* name) { return CopyAttribute(from, to, name); });
+}
+
+/// A new file in the folder of the one that it is to replace. Where the file system allows it, it has no name until
+/// then: a process that is ended meanwhile leaves nothing behind.
+class Copy {
 public:
-    explicit LockedFolder(const path& folder) : file(OpenToLock(folder)) {
-        constexpr auto patience = std::chrono::seconds(2);
-        constexpr auto interval = std::chrono::milliseconds(2);
-        const auto giveUp = std::chrono::steady_clock::now() + patience;
-        while (!TryLock() && errno == EWOULDBLOCK && std::chrono::steady_clock::now() < giveUp)
-            std::this_thread::sleep_for(interval);
-    }
-    LockedFolder(const LockedFolder&) = delete;
-    LockedFolder& operator=(const LockedFolder&) = delete;
-    // Released by name: a child that the host forked meanwhile shares the open folder, and would keep the lock.
-    ~LockedFolder() {
-        if (isLocked) ::flock(file.Number(), LOCK_UN);
+    /// A copy is nobody else's to read until it has the permissions of the original.
+    Copy(const FileDescriptor& theFolder, bool isOfNewFile)
+        : folder(theFolder), file(Create(isOfNewFile ? 0666 : 0600)) {}
+    Copy(const Copy&) = delete;
+    Copy& operator=(const Copy&) = delete;
+    ~Copy() {
+        if (hasName) ::unlinkat(folder.Number(), name.c_str(), 0);
     }
 
-    const FileDescriptor& File() const noexcept { return file; }
-    bool IsLocked() const noexcept { return isLocked; }
-
-    /// Makes a rename in the folder last; not every file system can.
-    void Flush() const noexcept { ::fsync(file.Number()); }
-
-private:
-    /// A folder that may be written but not listed can be worked in, though neither locked nor flushed.
-    static int OpenToLock(const path& folder) noexcept {
-        const int opened = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        return opened >= 0 ? opened : ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    /// Owner, permissions and extended attributes of `original`. The owner comes first: changing it can take
+    /// permissions away.
+    bool TakeAfter(const FileDescriptor& original) {
+        struct stat status {};
+        return file.IsOpen() && ::fstat(original.Number(), &status) == 0 &&
+               ::fchown(file.Number(), status.st_uid, status.st_gid) == 0 && CopyAttributes(original, file) &&
+               ::fchmod(file.Number(), status.st_mode & 07777U) == 0;
     }
 
-    bool TryLock() noexcept {
-        isLocked = ::flock(file.Number(), LOCK_EX | LOCK_NB) == 0;
-        return isLocked;
-    }
+    bool Fill(std::string_view content) noexcept { return file.IsOpen() && WriteAt(file, content, 0) && Flush(file); }
 
-    FileDescriptor file;
-    bool isLocked = false;
-};
-
-/// A new file beside the one it is to replace; removed unless it did.
-class TemporaryFile {
-public:
-    TemporaryFile(const LockedFolder& theFolder, mode_t mode) : folder(theFolder), file(Create(mode)) {}
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() {
-        if (exists) Remove();
-    }
-
-    bool Exists() const noexcept { return exists; }
-
-    /// Owner first: changing it may take permissions away.
-    bool TakeAfter(const struct stat& original) noexcept {
-        [[maybe_unused]] const bool isOwnerKept = ::fchown(file.Number(), original.st_uid, original.st_gid) == 0 ||
-                                                  ::fchown(file.Number(), static_cast<uid_t>(-1), original.st_gid) == 0;
-        return ::fchmod(file.Number(), original.st_mode & 07777U) == 0;
-    }
-
-    bool Fill(std::string_view content) noexcept {
-        while (!content.empty()) {
-            const ssize_t count = ::write(file.Number(), content.data(), content.size());
-            if (count < 0 && errno == EINTR) continue;
-            if (count <= 0) return false;
-            content.remove_prefix(static_cast<std::size_t>(count));
-        }
-        return Uninterrupted([&] { return ::fsync(file.Number()); }) == 0 && file.Close();
-    }
-
-    bool Replace(const std::string& target) noexcept {
-        const int number = folder.File().Number();
-        if (::renameat(number, name.c_str(), number, target.c_str()) != 0) return false;
-        exists = false;
-        return true;
+    /// In one step. Fails for a file that is mounted.
+    bool TakePlaceOf(const std::string& target) {
+        // Some file systems say only at the end that something written was lost; those know no files without a name.
+        const bool isReady = hasName ? file.Close() : GiveName();
+        hasName =
+            hasName && !(isReady && ::renameat(folder.Number(), name.c_str(), folder.Number(), target.c_str()) == 0);
+        return isReady && !hasName;
     }
 
 private:
     int Create(mode_t mode) {
-        const int created = folder.IsLocked() ? CreateAsOnlyOne(mode) : -1;
-        return created >= 0 ? created : CreateAmongOthers(mode);
-    }
-
-    /// Under the lock the one name will do: a file that has it was left behind by a process that was ended, and so
-    /// there is never more than one such.
-    int CreateAsOnlyOne(mode_t mode) {
-        name = ".qmv40.tmp";
-        const int created = TryCreate(mode);
-        if (created >= 0 || errno != EEXIST) return created;
-        Remove();
-        return TryCreate(mode);
-    }
-
-    /// Without it, a name may be taken: by another thread, or by what a process that had the same number left behind.
-    int CreateAmongOthers(mode_t mode) {
-        constexpr int mostAttempts = 100;
-        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-            name = ".qmv40-" + std::to_string(::getpid()) + "-" + std::to_string(attempt) + ".tmp";
-            const int created = TryCreate(mode);
-            if (created >= 0 || errno != EEXIST) return created;
-        }
-        return -1;
-    }
-
-    int TryCreate(mode_t mode) noexcept {
-        const int number = folder.File().Number();
-        constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
-        const int created = Uninterrupted([&] { return ::openat(number, name.c_str(), flags, mode); });
-        exists = created >= 0;
+        constexpr int flags = O_WRONLY | O_CLOEXEC;
+        const int nameless = Uninterrupted([&] { return ::openat(folder.Number(), ".", flags | O_TMPFILE, mode); });
+        if (nameless >= 0) return nameless;
+        int created = -1;
+        hasName = WithOwnName([&] {
+            created =
+                Uninterrupted([&] { return ::openat(folder.Number(), name.c_str(), flags | O_CREAT | O_EXCL, mode); });
+            return created >= 0;
+        });
         return created;
     }
 
-    void Remove() noexcept { ::unlinkat(folder.File().Number(), name.c_str(), 0); }
+    bool GiveName() {
+        const std::string nameless = "/proc/self/fd/" + std::to_string(file.Number());
+        return hasName = WithOwnName([&] {
+                   return ::linkat(AT_FDCWD, nameless.c_str(), folder.Number(), name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+               });
+    }
 
-    const LockedFolder& folder;
+    /// The name is short, so that a file whose name is as long as the system allows can have a copy. It is this save's
+    /// own: another thread can be at work, and a process that was ended can have left a file behind.
+    template <typename Attempt> bool WithOwnName(Attempt attempt) {
+        constexpr int mostAttempts = 100;
+        for (int i = 0; i < mostAttempts; ++i) {
+            name = ".qmv40-" + std::to_string(::getpid()) + "-" + std::to_string(i) + ".tmp";
+            if (attempt()) return true;
+            if (errno != EEXIST) return false;
+        }
+        return false;
+    }
+
+    const FileDescriptor& folder;
     std::string name;
-    bool exists = false;
+    bool hasName = false;
     FileDescriptor file;
 };
 
-/// The file behind a name that may be a symbolic link, whether or not that file exists yet. Nothing for a name that
-/// leads nowhere or could not be opened, too long for one.
-std::optional<path> FollowLinks(path name) {
-    constexpr int longestChain = 40;
-    std::error_code error;
-    auto type = std::filesystem::symlink_status(name, error).type();
-    for (int links = 0; type == std::filesystem::file_type::symlink; ++links) {
-        const path target = std::filesystem::read_symlink(name, error);
-        if (error || links == longestChain) return std::nullopt;
-        name = name.parent_path() / target;
-        type = std::filesystem::symlink_status(name, error).type();
-    }
-    return type == std::filesystem::file_type::none ? std::nullopt : std::optional(name);
+/// A folder that can be written but not listed can be worked in, though not flushed.
+FileDescriptor OpenFolder(const path& file) {
+    const path folder = file.has_parent_path() ? file.parent_path() : path(".");
+    const int opened = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    return FileDescriptor(opened >= 0 ? opened : ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
-path FolderOf(const path& file) { return file.has_parent_path() ? file.parent_path() : path("."); }
+bool HasOneName(const FileDescriptor& file) noexcept {
+    struct stat status {};
+    return ::fstat(file.Number(), &status) == 0 && status.st_nlink == 1;
+}
 
-/// `original` is null for a file that is not there yet.
-bool ReplaceFile(const std::string& target, const LockedFolder& folder, const struct stat* original,
-                 std::string_view content) {
-    // A new file gets the permissions that the process gives its files; the copy of an old one is nobody else's to
-    // read until it has those of the original.
-    TemporaryFile file(folder, original == nullptr ? 0666 : 0600);
-    if (!file.Exists() || (original != nullptr && !file.TakeAfter(*original))) return false;
-    if (!file.Fill(content) || !file.Replace(target)) return false;
-    folder.Flush();
+bool EditByCopy(const path& name, const std::vector<FileEdit>& edits) {
+    const FileDescriptor folder = OpenFolder(name);
+    const std::string fileName = name.filename();
+    if (!folder.IsOpen() || fileName.empty()) return false;
+    // Opened for writing too, although it is replaced: a file that must not be written is refused. The copy must not
+    // take the place of a symbolic link, or of one of several names.
+    const FileDescriptor file = OpenFileIn(folder, fileName, O_RDWR | O_NOFOLLOW);
+    const bool isNew = !file.IsOpen() && errno == ENOENT;
+    const std::optional<std::string> content = isNew ? std::string() : ReadWhole(file);
+    if (!content || (!isNew && !HasOneName(file))) return false;
+
+    std::string edited = *content;
+    for (const FileEdit& edit : edits) edit(edited);
+    if (edited == *content) return true;
+    Copy copy(folder, isNew);
+    if (!isNew && !copy.TakeAfter(file)) return false;
+    if (!copy.Fill(edited) || !copy.TakePlaceOf(fileName)) return false;
+    Flush(folder); // not every file system can: the file is replaced all the same
     return true;
+}
+
+/// Puts `content` in the place of `before`, and `before` back when that fails.
+bool Overwrite(const FileDescriptor& file, std::string_view before, std::string_view content) noexcept {
+    const auto sizeTo = [&](std::size_t size) {
+        return Uninterrupted([&] { return ::ftruncate(file.Number(), static_cast<off_t>(size)); }) == 0;
+    };
+    // Only what differs is written: a disk that is full, or a limit on files, concerns the rest alone.
+    const auto [same, other] = std::ranges::mismatch(before, content);
+    const auto begin = static_cast<std::size_t>(same - before.begin());
+    auto changed = content.substr(begin);
+    auto original = before.substr(begin);
+    while (before.size() == content.size() && !changed.empty() && changed.back() == original.back()) {
+        changed.remove_suffix(1);
+        original.remove_suffix(1);
+    }
+    if (WriteAt(file, changed, begin) && (content.size() >= before.size() || sizeTo(content.size())) && Flush(file))
+        return true;
+    WriteAt(file, original, begin);
+    sizeTo(before.size());
+    return false;
+}
+
+bool EditInPlace(const FileDescriptor& file, const std::vector<FileEdit>& edits) {
+    return std::ranges::all_of(edits, [&](const FileEdit& edit) {
+        const std::optional<std::string> before = ReadWhole(file);
+        std::string content = before.value_or("");
+        edit(content);
+        return before && Overwrite(file, *before, content);
+    });
+}
+
+bool EditInPlace(const std::string& name, const std::vector<FileEdit>& edits) {
+    const FileDescriptor there = OpenFile(name, O_RDWR);
+    if (there.IsOpen() || errno != ENOENT) return EditInPlace(there, edits);
+    const FileDescriptor made = OpenFileIn(FileDescriptor(-1), name, O_RDWR | O_CREAT, 0666);
+    const bool areMade = EditInPlace(made, edits);
+    struct stat status {};
+    if (!areMade && made.IsOpen() && ::fstat(made.Number(), &status) == 0 && status.st_size == 0) {
+        std::error_code ignored; // of a link, the file that it leads to is removed: there was none before
+        std::filesystem::remove(std::filesystem::canonical(name, ignored), ignored);
+    }
+    return areMade;
 }
 
 } // namespace
 
-bool RewriteFile(const std::string& name, const std::function<void(std::string& content)>& edit) {
-    const std::optional<path> target = FollowLinks(name);
-    if (!target || !target->has_filename()) return false;
-    const LockedFolder folder(FolderOf(*target));
-    if (!folder.File().IsOpen()) return false;
-
-    // Opened for writing too, although it is replaced: so a file that must not be written is refused.
-    const std::string fileName = target->filename();
-    const FileDescriptor file = OpenFileIn(folder.File(), fileName, O_RDWR);
-    const bool isNew = !file.IsOpen();
-    if (isNew && errno != ENOENT) return false;
-    struct stat status {};
-    if (!isNew && ::fstat(file.Number(), &status) != 0) return false;
-    const std::optional<std::string> content = isNew ? std::string{} : ReadWhole(file);
-    if (!content) return false;
-
-    std::string edited = *content;
-    edit(edited);
-    return edited == *content || ReplaceFile(fileName, folder, isNew ? nullptr : &status, edited);
+bool EditFile(const std::string& name, const std::vector<FileEdit>& edits) {
+    // No file can be opened by a longer name, but one could be made: through its folder.
+    return name.size() < PATH_MAX && (EditByCopy(name, edits) || EditInPlace(name, edits));
 }

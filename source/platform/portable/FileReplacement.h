@@ -2,10 +2,16 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
-/// Lets `edit` change the content of a file (empty for one that does not exist) and replaces the file whole: at every
-/// moment, whatever fails, the name stands for the old content or the new. A file that `edit` leaves as it was is not
-/// touched. Permissions and, where possible, owner stay; a symbolic link stays one, and the file it leads to is
-/// replaced. Programs that change files of one folder by this function take turns. False, and nothing changed, when the
-/// file cannot be read to its end or written, as a file opened for writing could be.
-bool RewriteFile(const std::string& name, const std::function<void(std::string& content)>& edit);
+/// Changes the content of a file (empty for one that does not exist).
+using FileEdit = std::function<void(std::string& content)>;
+
+/// Makes the edits in a file. All of them reach it in one step: at every moment, whatever fails, the name stands for
+/// the old content or the new. To that end they are made in a copy beside the file, which takes its place and has its
+/// permissions, access control list, extended attributes and owner.
+/// Where that cannot be done (an unwritable folder, a full disk, a link, a mounted file, an owner that is somebody
+/// else), the edits are made in the file itself, one after the other. The first one that cannot be written ends that:
+/// it is taken back, and those before it stay. A file that the edits leave as it was is not touched. False when an edit
+/// is missing, or when the file cannot be read to its end.
+bool EditFile(const std::string& name, const std::vector<FileEdit>& edits);

@@ -4,10 +4,8 @@
 #include "platform/portable/FileReading.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
-#include <thread>
 #include <utility>
 
 namespace {
@@ -17,17 +15,6 @@ const char* StoreFile() {
     return chosen != nullptr && *chosen != '\0' ? chosen : "/etc/qmv40/settings.reg";
 }
 
-/// The store's content; nothing when it cannot be read. An empty file is one that somebody is just writing anew: what
-/// comes is waited for, a little.
-std::optional<std::string> StoreContent() {
-    constexpr int mostAttempts = 20;
-    for (int attempt = 0;; ++attempt) {
-        std::optional<std::string> content = ReadWhole(OpenFile(StoreFile(), O_RDONLY));
-        if (!content || !content->empty() || attempt == mostAttempts) return content;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-}
-
 } // namespace
 
 struct SettingsKey::State {
@@ -35,7 +22,8 @@ struct SettingsKey::State {
 };
 
 SettingsKey::SettingsKey(const char* path) {
-    std::optional<std::string> content = StoreContent();
+    // An empty file holds no key. Nobody waits for its content: a program that replaces the file replaces it whole.
+    std::optional<std::string> content = ReadWhole(OpenFile(StoreFile(), O_RDONLY));
     if (!content) return;
     RegistryKeyText key(std::move(*content), path);
     if (key.IsPresent()) state = std::make_unique<State>(State{std::move(key)});

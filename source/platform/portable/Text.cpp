@@ -42,11 +42,9 @@ void SysFreeString(BSTR text) noexcept {
     if (text != nullptr) std::free(BlockOf(text));
 }
 
-UINT SysStringLen(BSTR text) noexcept { return SysStringByteLen(text) / UINT{sizeof(OLECHAR)}; }
-
-UINT SysStringByteLen(BSTR text) noexcept {
+UINT SysStringLen(BSTR text) noexcept {
     if (text == nullptr) return 0;
     LengthPrefix byteLength = 0;
     std::memcpy(&byteLength, BlockOf(text), sizeof byteLength);
-    return byteLength;
+    return byteLength / UINT{sizeof(OLECHAR)};
 }

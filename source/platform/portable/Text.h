@@ -13,6 +13,4 @@ QMV_EXPORT BSTR SysAllocStringLen(const OLECHAR* text, UINT length) noexcept;
 QMV_EXPORT void SysFreeString(BSTR text) noexcept;
 /// Length in characters, without the terminator; 0 for null.
 QMV_EXPORT UINT SysStringLen(BSTR text) noexcept;
-/// Length in bytes, without the terminator; 0 for null.
-QMV_EXPORT UINT SysStringByteLen(BSTR text) noexcept;
 }

@@ -3,12 +3,12 @@
 #include "support/TemporaryFolder.h"
 #include "support/TwoGeometries.h"
 #include "support/portable/OtherProcess.h"
+#include "support/portable/OwnRoot.h"
 
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <csignal>
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -61,11 +61,12 @@ TEST_F(AwkwardPlaces, KeepAFileThatMustNotBeWrittenAndStillGiveIt) {
     EXPECT_EQ(FilesIn(folder.Path()), 1);
 }
 
-TEST_F(AwkwardPlaces, KeepAFileInAFolderThatMustNotBeWrittenAndStillGiveIt) {
+TEST_F(AwkwardPlaces, TakeAFileThatMayBeWrittenInAFolderThatMustNot) {
     PutFirst(0666);
     fs::permissions(folder.Path(), static_cast<fs::perms>(0555));
-    EXPECT_TRUE(AsOrdinaryUser([&] { return IsSaveRefused() && IsLoaded(1); }));
-    EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
+    EXPECT_TRUE(AsOrdinaryUser([&] { return Save() == S_OK && IsLoaded(2); }));
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
+    EXPECT_EQ(FilesIn(folder.Path()), 1);
 }
 
 TEST_F(AwkwardPlaces, TakeAFileWhereTheFolderMayBeWrittenButNotListed) {
@@ -87,7 +88,7 @@ TEST_F(AwkwardPlaces, SayThatAFileThatMustNotBeReadCannotBe) {
     EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
 }
 
-TEST_F(AwkwardPlaces, ReplaceTheFileThatALinkLeadsTo) {
+TEST_F(AwkwardPlaces, WriteTheFileThatALinkLeadsTo) {
     fs::create_directory(folder.Path("elsewhere"));
     TwoGeometries::Put(folder.Path("elsewhere") / "real.ini", 1);
     fs::create_symlink("elsewhere/real.ini", path);
@@ -115,32 +116,53 @@ TEST_F(AwkwardPlaces, MakeTheFileThatADanglingLinkLeadsToAndRefuseOneThatLeadsNo
     EXPECT_EQ(second->LoadHeadGeometryFromFile(Bstr(path).Address()), QMV_E_READ_FROM_FILE);
 }
 
-TEST_F(AwkwardPlaces, KeepTheOldFileWhenTheDiskHasNoRoom) {
-    TwoGeometries::Put(path, 1);
+/// The first geometry's file with the second one's entries in it, as far as they come before `room`.
+std::string EntriesBefore(std::size_t room) {
+    std::string text = TwoGeometries::FileText(1);
+    const std::string other = TwoGeometries::FileText(2);
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = text.find('\n', begin) + 1;
+        std::size_t last = end;
+        while (last > begin && text[last - 1] == other[last - 1]) --last;
+        if (last > begin && last > room) break;
+        text.replace(begin, end - begin, other, begin, end - begin);
+        begin = end;
+    }
+    return text;
+}
+
+TEST_F(AwkwardPlaces, KeepTheEntriesWrittenBeforeTheDiskHadNoRoom) {
     const rlim_t whole = TwoGeometries::FileText(2).size();
-    for (rlim_t room = 0; room < whole; room += 7) {
+    int mixtures = 0;
+    for (rlim_t room = 0; room < whole; ++room) {
         SCOPED_TRACE(room);
+        TwoGeometries::Put(path, 1);
+        const std::string expected = EntriesBefore(room);
+        const bool isComplete = expected == TwoGeometries::FileText(2);
         // A limit on this process's files, because a disk of a certain size takes more than a test may do.
         ASSERT_TRUE(InAnotherProcess([&] {
             const rlimit limit{room, room};
             std::signal(SIGXFSZ, SIG_IGN);
-            return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && IsSaveRefused() && IsLoaded(1);
+            return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && (isComplete ? Save() == S_OK : IsSaveRefused());
         }));
-        ASSERT_EQ(TwoGeometries::HeldByFile(path), 1);
+        ASSERT_EQ(TwoGeometries::ContentOf(path), expected);
         ASSERT_EQ(FilesIn(folder.Path()), 1);
+        if (!isComplete && expected != TwoGeometries::FileText(1)) ++mixtures;
     }
+    EXPECT_GT(mixtures, 50);
     EXPECT_EQ(Save(), S_OK);
     EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
 }
 
-/// Makes this process's user one who may mount disks that nobody else sees. False when that is not allowed here.
-bool BecomeOwnRoot() {
-    if (::geteuid() == 0) return ::unshare(CLONE_NEWNS) == 0;
-    const std::string user = std::to_string(::geteuid()), group = std::to_string(::getegid());
-    if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
-    std::ofstream("/proc/self/setgroups") << "deny";
-    return static_cast<bool>((std::ofstream("/proc/self/uid_map") << "0 " << user << " 1").flush()) &&
-           static_cast<bool>((std::ofstream("/proc/self/gid_map") << "0 " << group << " 1").flush());
+TEST_F(AwkwardPlaces, KeepWholeEntriesAloneInTheirFolderWhenANewFileDoesNotFit) {
+    ASSERT_TRUE(InAnotherProcess([&] {
+        const rlimit limit{100, 100};
+        std::signal(SIGXFSZ, SIG_IGN);
+        return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && IsSaveRefused();
+    }));
+    EXPECT_EQ(TwoGeometries::ContentOf(path), "[HEADCENTRE]\r\nX=2.222000000e+01\r\nY=2.222000000e+02\r\n"
+                                              "Z=2.222000000e+03\r\n");
+    EXPECT_EQ(FilesIn(folder.Path()), 1);
 }
 
 /// Puts a disk of 16 blocks in the place of `folder`, for this process alone. False when it may not.
@@ -154,18 +176,17 @@ bool Write(const fs::path& file, std::size_t blocks) {
     return static_cast<bool>((content << std::string(blocks * 4096, 'x')).flush());
 }
 
-TEST_F(AwkwardPlaces, KeepTheOldFileOnADiskThatIsFullAndReplaceItWhenThereIsRoomAgain) {
-    enum { asPromised, notPermitted, notFull, notRefused, notKept, notReplaced };
+TEST_F(AwkwardPlaces, TakeOnADiskThatIsFullWhatItHasRoomFor) {
+    enum { asPromised, notPermitted, notFull, notRefused, notWritten, notAlone };
     const int outcome = CodeOfAnotherProcess([&]() -> int {
         if (!MountSmallDisk(folder.Path())) return notPermitted;
         TwoGeometries::Put(path, 1);
-        const fs::path filler = folder.Path("filler");
-        for (int block = 0; Write(filler, 1); ++block)
+        for (int block = 0; Write(folder.Path("filler"), 1); ++block)
             if (block > 16) return notFull;
+        if (Save() != S_OK || TwoGeometries::HeldByFile(path) != 2) return notWritten; // in its own block
+        path = folder.Path("new.ini");
         if (!IsSaveRefused()) return notRefused;
-        if (TwoGeometries::HeldByFile(path) != 1 || FilesIn(folder.Path()) != 2 || !IsLoaded(1)) return notKept;
-        fs::remove(filler);
-        return Save() == S_OK && TwoGeometries::HeldByFile(path) == 2 ? asPromised : notReplaced;
+        return FilesIn(folder.Path()) == 2 ? asPromised : notAlone;
     });
     if (outcome == notPermitted) GTEST_SKIP() << "no disk may be mounted here; a limit on files has stood for one";
     EXPECT_EQ(outcome, asPromised);

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <gtest/gtest.h>
 
+#include <sddl.h>
+
 /// Places that this platform alone can make awkward: attributes, and files that somebody has open.
 
 namespace {
@@ -36,6 +38,13 @@ protected:
     Raised Save() const {
         return ReturnedBy([&] { return second->SaveHeadGeometryToFile(Bstr(path).Address()); });
     }
+    std::string AccessControlList() const {
+        DWORD size = 0;
+        GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+        std::string list(size, '\0');
+        EXPECT_NE(GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, list.data(), size, &size), 0);
+        return list;
+    }
     void ExpectOnlyTheFile() const {
         const fs::directory_iterator files(folder.Path());
         EXPECT_EQ(std::distance(begin(files), end(files)), 1);
@@ -57,21 +66,7 @@ TEST_F(AwkwardPlaces, KeepAFileThatMustNotBeWritten) {
     ExpectOnlyTheFile();
 }
 
-TEST_F(AwkwardPlaces, KeepAFileThatAnotherGoesOnSaving) {
-    const fs::path lock = path.native() + L".qmv40-lock";
-    std::ofstream(lock).flush();
-    {
-        const OpenElsewhere another(lock, GENERIC_WRITE, 0);
-        ASSERT_TRUE(another.IsOpen());
-        EXPECT_EQ(Save().code, QMV_E_WRITE_TO_FILE) << "after ten seconds of waiting";
-        EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
-    }
-    EXPECT_EQ(Save().code, S_OK);
-    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
-    ExpectOnlyTheFile();
-}
-
-TEST_F(AwkwardPlaces, KeepAFileThatSomebodyHasForHimself) {
+TEST_F(AwkwardPlaces, KeepAFileThatAnotherProgramSharesWithNobody) {
     {
         const OpenElsewhere open(path, GENERIC_READ | GENERIC_WRITE, 0);
         ASSERT_TRUE(open.IsOpen());
@@ -85,14 +80,14 @@ TEST_F(AwkwardPlaces, KeepAFileThatSomebodyHasForHimself) {
     EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
 }
 
-TEST_F(AwkwardPlaces, KeepAFileThatSomebodyReadsUntilHeHasDone) {
+TEST_F(AwkwardPlaces, KeepAFileThatAnotherProgramLetsOthersReadOnly) {
     const OpenElsewhere open(path, GENERIC_READ, FILE_SHARE_READ);
     ASSERT_TRUE(open.IsOpen());
     EXPECT_EQ(Save().code, QMV_E_WRITE_TO_FILE);
     EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
 }
 
-TEST_F(AwkwardPlaces, SaveIntoAFileThatSomebodyKeepsOpenForAll) {
+TEST_F(AwkwardPlaces, SaveIntoAFileThatAnotherProgramLetsOthersWrite) {
     const OpenElsewhere open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
     ASSERT_TRUE(open.IsOpen());
     EXPECT_EQ(Save().code, S_OK);
@@ -105,6 +100,78 @@ TEST_F(AwkwardPlaces, KeepTheFilesAttributes) {
     EXPECT_EQ(Save().code, S_OK);
     EXPECT_NE(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN, 0U);
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(AwkwardPlaces, KeepTheAccessControlList) {
+    // Everybody may do everything; written down as the platform's text form, protected against the folder's list.
+    const wchar_t* const text = L"D:P(A;;FA;;;WD)";
+    PSECURITY_DESCRIPTOR wanted = nullptr;
+    ASSERT_NE(ConvertStringSecurityDescriptorToSecurityDescriptorW(text, SDDL_REVISION_1, &wanted, nullptr), 0);
+    ASSERT_NE(SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, wanted), 0);
+    LocalFree(wanted);
+    const std::string before = AccessControlList();
+    EXPECT_EQ(Save().code, S_OK);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
+    EXPECT_EQ(AccessControlList(), before);
+}
+
+TEST_F(AwkwardPlaces, KeepEveryNameOfAFileThatHasSeveral) {
+    const fs::path other = folder.Path("other.ini");
+    ASSERT_NE(CreateHardLinkW(other.c_str(), path.c_str(), nullptr), 0);
+    EXPECT_EQ(Save().code, S_OK);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
+    EXPECT_EQ(TwoGeometries::HeldByFile(other), 2);
+}
+
+// Hosts of old programs do this; the profile functions are not concerned by it.
+TEST_F(AwkwardPlaces, SaveUnderANameBeyondAsciiInAHostWithOemFileFunctions) {
+    path = folder.Path() / fs::path(u8"K\u00F6pfe.ini");
+    SetFileApisToOEM();
+    const HRESULT made = Save().code;
+    const HRESULT replaced = Save().code;
+    SetFileApisToANSI();
+    EXPECT_EQ(made, S_OK);
+    EXPECT_EQ(replaced, S_OK);
+    EXPECT_TRUE(fs::exists(path));
+    const fs::directory_iterator files(folder.Path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "and leave nothing beside it";
+}
+
+/// A thread of a user whose language is not the system's.
+class ThreadLanguage {
+public:
+    explicit ThreadLanguage(WORD language) : before(GetThreadLocale()) {
+        SetThreadLocale(MAKELCID(MAKELANGID(language, SUBLANG_DEFAULT), SORT_DEFAULT));
+    }
+    ThreadLanguage(const ThreadLanguage&) = delete;
+    ThreadLanguage& operator=(const ThreadLanguage&) = delete;
+    ~ThreadLanguage() { SetThreadLocale(before); }
+
+private:
+    LCID before;
+};
+
+TEST_F(AwkwardPlaces, ReachTheNamedFileOrAreRefusedWhateverTheThreadsLanguage) {
+    for (const WORD language : {WORD{LANG_ENGLISH}, WORD{LANG_POLISH}, WORD{LANG_RUSSIAN}, WORD{LANG_JAPANESE}}) {
+        const ThreadLanguage thread(language);
+        for (const char8_t* const name :
+             {u8"k\u00F6pf.ini", u8"g\u0142owa.ini", u8"\u0433\u043E\u043B\u043E\u0432\u0430.ini"}) {
+            SCOPED_TRACE(testing::Message() << language << ' ' << reinterpret_cast<const char*>(name));
+            const TemporaryFolder own;
+            path = own.Path() / fs::path(name);
+            const Raised saved = Save();
+            const fs::directory_iterator files(own.Path());
+            EXPECT_EQ(std::distance(begin(files), end(files)), saved.code == S_OK ? 1 : 0);
+            EXPECT_TRUE(saved.code == S_OK || saved.code == QMV_E_WRITE_TO_FILE);
+            EXPECT_EQ(fs::exists(path), saved.code == S_OK) << "and never another file";
+
+            TwoGeometries::Put(path, 1);
+            const HRESULT loaded = second->LoadHeadGeometryFromFile(Bstr(path).Address());
+            EXPECT_TRUE(loaded == S_OK || loaded == QMV_E_READ_FROM_FILE);
+            EXPECT_EQ(TwoGeometries::HeldBy(*second.Get()), loaded == S_OK ? 1 : 2) << "a head centre of zeros";
+            second = TwoGeometries::Calculator(folder.Path(), 2);
+        }
+    }
 }
 
 } // namespace

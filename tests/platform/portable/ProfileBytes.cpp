@@ -33,11 +33,9 @@ TEST(ProfileBytes, StayAsTheyAreButForTheOnesWritten) {
         {"[S]\nk=1\nm=1\r\n", L"S", L"n", "9", "[S]\nk=1\nm=1\r\nn=9\n", "the commoner one"},
         {"[S]\r\n", L"", L"n", "9", "n=9\r\n[S]\r\n", "a key before any section"},
         {"\n[S]\n", L"", L"n", "9", "n=9\n\n[S]\n", "and before blank lines there"},
-        {"[S]\nk=1\nm=2", L"S", L"m", nullptr, "[S]\nk=1\n", "a removed last line goes without a trace"},
-        {" [S] x\nk=1\n\n[T]\n", L"S", nullptr, nullptr, "[T]\n", "a removed section with its blank lines"},
         {"[S]\nk=\xE4\n", L"S", L"m", "9", "[S]\nk=\xE4\nm=9\n", "bytes of no known encoding"},
-        {"\xEF\xBB\xBF[S]\nk=\xC3\xA4\n", L"S", L"k", "9", "\xEF\xBB\xBF[S]\nk=9\n", "the UTF-8 mark"},
-        {"\xEF\xBB\xBF", L"S", L"k", "9", "\xEF\xBB\xBF[S]\r\nk=9\r\n", "even alone"},
+        {"\xEF\xBB\xBF[S]\nk=\xC3\xA4\n", L"S", L"k", "9", "[S]\nk=9\n", "Windows does not know the UTF-8 mark"},
+        {"\xEF\xBB\xBF", L"S", L"k", "9", "[S]\r\nk=9\r\n", "not even alone"},
     };
     ExpectEdits(edits);
 }
@@ -96,7 +94,7 @@ TEST(ProfileBytes, AreRestoredByWritingAValueBack) {
         ++found;
         ASSERT_TRUE(profile.Write(L"S", L"k", "longer than before"));
         ASSERT_EQ(profile.Read(L"S", L"k"), "longer than before") << testing::PrintToString(content);
-        ASSERT_TRUE(profile.Write(L"S", L"k", stored.c_str()));
+        ASSERT_TRUE(profile.Write(L"S", L"k", stored));
         ASSERT_EQ(profile.Content(), content);
     }
     EXPECT_GT(found, 30) << "too few of the random files hold the key";
@@ -109,7 +107,6 @@ TEST(ProfileBytes, OfAnUntouchedFileAreNotWrittenAgain) {
     std::filesystem::last_write_time(profile.Path(), longAgo);
     const auto written = std::filesystem::last_write_time(profile.Path());
     EXPECT_TRUE(profile.Write(L"S", L"k", "1"));
-    EXPECT_TRUE(profile.Write(L"S", L"none", nullptr));
     EXPECT_EQ(std::filesystem::last_write_time(profile.Path()), written);
 }
 

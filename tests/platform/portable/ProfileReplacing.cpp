@@ -1,21 +1,23 @@
 #include "platform/ProfileOnDisk.h"
 #include "support/portable/OtherProcess.h"
+#include "support/portable/OwnRoot.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
 #include <iterator>
 #include <string>
-#include <sys/file.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -39,6 +41,13 @@ struct stat StatusOf(const fs::path& path) {
     struct stat status {};
     EXPECT_EQ(::stat(path.c_str(), &status), 0);
     return status;
+}
+
+/// Stands for a disk without room: no file of this process may grow beyond the limit.
+void LimitFiles(rlim_t size) {
+    const rlimit limit{size, size};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 /// A profile that everybody may reach.
@@ -107,21 +116,53 @@ TEST(ProfileReplacing, LeavesTheOldContentWhenTheDiskIsFull) {
     const std::string old = "[S]\nfilling=" + std::string(10000, 'x') + "\nk=1\n";
     profile.Put(old);
     EXPECT_TRUE(InAnotherProcess([&] {
-        const rlimit limit{5000, 5000}; // no file may grow beyond it
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        std::signal(SIGXFSZ, SIG_IGN);
+        LimitFiles(5000);
         return !profile.Write(L"S", L"k", "2");
     }));
     EXPECT_EQ(profile.Content(), old);
     EXPECT_EQ(NamesIn(profile.Folder()), std::vector<std::string>{"head.ini"});
 }
 
+TEST(ProfileReplacing, WritesInPlaceWhatAFullDiskHasRoomFor) {
+    const ProfileOnDisk profile;
+    const std::string rest = "[T]\nfilling=" + std::string(10000, 'x') + "\nm=1\n";
+    profile.Put("[S]\nk=1\n" + rest);
+    EXPECT_TRUE(InAnotherProcess([&] {
+        LimitFiles(5000); // too few for a copy
+        ProfileWriter writer(profile.Path().wstring().c_str());
+        writer.Set(L"S", L"k", "2");
+        writer.Set(L"T", L"m", "2");
+        return !writer.Commit();
+    }));
+    EXPECT_EQ(profile.Content(), "[S]\nk=2\n" + rest) << "the entry before the failure stays";
+    EXPECT_EQ(NamesIn(profile.Folder()), std::vector<std::string>{"head.ini"});
+}
+
+TEST(ProfileReplacing, TakesBackTheEntryThatDidNotFit) {
+    for (rlim_t room = 0; room < 60; ++room) {
+        SCOPED_TRACE(room);
+        const ProfileOnDisk profile;
+        EXPECT_TRUE(InAnotherProcess([&] {
+            LimitFiles(room);
+            ProfileWriter writer(profile.Path().wstring().c_str());
+            writer.Set(L"S", L"k", "111");
+            writer.Set(L"S", L"l", "222");
+            writer.Set(L"T", L"m", "333");
+            return writer.Commit() == (room >= 31);
+        }));
+        const std::string first = "[S]\r\nk=111\r\n", second = first + "l=222\r\n", third = second + "[T]\r\nm=333\r\n";
+        EXPECT_EQ(profile.Content(), room < first.size()    ? ""
+                                     : room < second.size() ? first
+                                     : room < third.size()  ? second
+                                                            : third);
+        EXPECT_EQ(profile.Exists(), room >= first.size()) << "a file that was not there before";
+    }
+}
+
 TEST(ProfileReplacing, MakesNoFileWhenTheDiskIsFull) {
     const ProfileOnDisk profile;
     EXPECT_TRUE(InAnotherProcess([&] {
-        const rlimit limit{3, 3};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        std::signal(SIGXFSZ, SIG_IGN);
+        LimitFiles(3);
         return !profile.Write(L"S", L"k", "2");
     }));
     EXPECT_TRUE(NamesIn(profile.Folder()).empty());
@@ -144,12 +185,109 @@ TEST(ProfileReplacing, LeavesAFileThatMustNotBeRead) {
     EXPECT_EQ(profile.Content(), oldContent);
 }
 
-TEST(ProfileReplacing, IsRefusedInAFolderThatMustNotBeWritten) {
+TEST(ProfileReplacing, WritesAFileInAFolderThatMustNotBeWritten) {
     ProfileOnDisk profile;
     fs::permissions(Opened(profile).Folder(), static_cast<fs::perms>(0555));
-    EXPECT_TRUE(AsOrdinaryUser([&] { return !profile.Write(L"S", L"k", "2"); }));
+    const std::wstring other = (profile.Folder() / "other.ini").wstring();
+    EXPECT_TRUE(AsOrdinaryUser(
+        [&] { return profile.Write(L"S", L"k", "2") && !WriteProfileText(L"S", L"k", "2", other.c_str()); }));
     fs::permissions(profile.Folder(), fs::perms::all);
-    EXPECT_EQ(profile.Content(), oldContent);
+    EXPECT_EQ(profile.Content(), newContent);
+    EXPECT_EQ(NamesIn(profile.Folder()), std::vector<std::string>{"head.ini"});
+}
+
+TEST(ProfileReplacing, KeepsAnOwnerWhoIsSomebodyElse) {
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+    ProfileOnDisk profile;
+    ASSERT_EQ(::chown(Opened(profile).Path().c_str(), 1234, 5678), 0);
+    ASSERT_EQ(::chmod(profile.Path().c_str(), 0666), 0);
+    EXPECT_TRUE(AsOrdinaryUser([&] { return profile.Write(L"S", L"k", "2"); }));
+    EXPECT_EQ(profile.Content(), newContent);
+    EXPECT_EQ(StatusOf(profile.Path()).st_uid, 1234U);
+    EXPECT_EQ(StatusOf(profile.Path()).st_gid, 5678U) << "a group's right must not go to another group";
+}
+
+/// An access control list as the kernel takes it: the owner, a named user, the group, the mask and everybody else.
+std::string AccessControlList() {
+    const std::uint16_t entries[][2] = {{0x01, 6}, {0x02, 4}, {0x04, 0}, {0x10, 4}, {0x20, 0}};
+    std::string list("\x02\0\0\0", 4);
+    for (const auto& [tag, rights] : entries) {
+        const std::uint32_t id = tag == 0x02 ? 4321 : 0xFFFFFFFFU;
+        list.append(reinterpret_cast<const char*>(&tag), sizeof tag);
+        list.append(reinterpret_cast<const char*>(&rights), sizeof rights);
+        list.append(reinterpret_cast<const char*>(&id), sizeof id);
+    }
+    return list;
+}
+
+std::string Attribute(const fs::path& path, const char* name) {
+    std::string value(1000, '\0');
+    const ssize_t length = ::getxattr(path.c_str(), name, value.data(), value.size());
+    return length < 0 ? "none" : value.substr(0, static_cast<std::size_t>(length));
+}
+
+bool SetAttribute(const fs::path& path, const char* name, const std::string& value) {
+    return ::setxattr(path.c_str(), name, value.data(), value.size(), 0) == 0;
+}
+
+constexpr const char* accessList = "system.posix_acl_access";
+constexpr const char* listOfNewFiles = "system.posix_acl_default";
+
+TEST(ProfileReplacing, KeepsAccessControlListAndAttributes) {
+    const ProfileOnDisk profile;
+    profile.Put(oldContent);
+    if (!SetAttribute(profile.Path(), accessList, AccessControlList()))
+        GTEST_SKIP() << "this file system has no access control lists";
+    ASSERT_TRUE(SetAttribute(profile.Path(), "user.note", "of the user"));
+    const mode_t mode = StatusOf(profile.Path()).st_mode;
+    const ino_t number = StatusOf(profile.Path()).st_ino;
+    EXPECT_TRUE(profile.Write(L"S", L"k", "2"));
+    EXPECT_EQ(profile.Content(), newContent);
+    EXPECT_NE(StatusOf(profile.Path()).st_ino, number) << "it was replaced";
+    EXPECT_EQ(Attribute(profile.Path(), accessList), AccessControlList());
+    EXPECT_EQ(Attribute(profile.Path(), "user.note"), "of the user");
+    EXPECT_EQ(StatusOf(profile.Path()).st_mode, mode);
+}
+
+TEST(ProfileReplacing, GivesAFileNoListThatItsFolderGivesToNewOnes) {
+    const ProfileOnDisk profile;
+    profile.Put(oldContent);
+    ASSERT_EQ(::chmod(profile.Path().c_str(), 0640), 0);
+    if (!SetAttribute(profile.Folder(), listOfNewFiles, AccessControlList()))
+        GTEST_SKIP() << "this file system has no access control lists";
+    EXPECT_TRUE(profile.Write(L"S", L"k", "2"));
+    EXPECT_EQ(Attribute(profile.Path(), accessList), "none");
+    EXPECT_EQ(StatusOf(profile.Path()).st_mode & 07777U, 0640U);
+}
+
+TEST(ProfileReplacing, WritesAFileThatIsMounted) {
+    const ProfileOnDisk profile;
+    profile.Put(oldContent);
+    const fs::path real = profile.Folder() / "real.ini";
+    std::ofstream(real) << oldContent;
+    enum { asPromised, notPermitted, notWritten };
+    const int outcome = CodeOfAnotherProcess([&]() -> int {
+        if (!BecomeOwnRoot() || ::mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            ::mount(real.c_str(), profile.Path().c_str(), "none", MS_BIND, nullptr) != 0)
+            return notPermitted;
+        return profile.Write(L"S", L"k", "2") && profile.Content() == newContent ? asPromised : notWritten;
+    });
+    if (outcome == notPermitted) GTEST_SKIP() << "nothing may be mounted here";
+    EXPECT_EQ(outcome, asPromised);
+    std::ifstream written(real);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(written), {}), newContent);
+    EXPECT_EQ(profile.Content(), oldContent) << "what lies below it is not written";
+    EXPECT_EQ(NamesIn(profile.Folder()).size(), 2U);
+}
+
+TEST(ProfileReplacing, KeepsEveryNameOfAFileThatHasSeveral) {
+    const ProfileOnDisk profile;
+    profile.Put(oldContent);
+    const fs::path other = profile.Folder() / "other.ini";
+    fs::create_hard_link(profile.Path(), other);
+    EXPECT_TRUE(profile.Write(L"S", L"k", "2"));
+    EXPECT_EQ(profile.Content(), newContent);
+    EXPECT_TRUE(fs::equivalent(profile.Path(), other));
 }
 
 TEST(ProfileReplacing, WorksInAFolderThatMayBeWrittenButNotListed) {
@@ -160,7 +298,7 @@ TEST(ProfileReplacing, WorksInAFolderThatMayBeWrittenButNotListed) {
     EXPECT_EQ(profile.Content(), newContent);
 }
 
-TEST(ProfileReplacing, ReplacesWhatALinkLeadsToAndKeepsTheLink) {
+TEST(ProfileReplacing, WritesWhatALinkLeadsToAndKeepsTheLink) {
     const ProfileOnDisk profile;
     const fs::path elsewhere = profile.Folder() / "elsewhere";
     fs::create_directory(elsewhere);
@@ -248,68 +386,15 @@ TEST(ProfileReplacing, TakesANameWithoutAFolderAsOneInTheCurrentFolder) {
     EXPECT_EQ(profile.Content(), newContent);
 }
 
-TEST(ProfileReplacing, LosesNoKeyOfProgramsThatSaveAtTheSameTime) {
+TEST(ProfileReplacing, PassesOverTheFilesOfOtherSaves) {
     const ProfileOnDisk profile;
-    std::vector<pid_t> children;
-    for (const wchar_t* const section : {L"A", L"B", L"C"}) {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            bool allWritten = true;
-            for (int i = 0; i < 10; ++i)
-                allWritten = allWritten && profile.Write(section, std::to_wstring(i).c_str(), "1");
-            ::_exit(allWritten ? 0 : 1);
-        }
-        children.push_back(child);
-    }
-    for (const pid_t child : children) {
-        int status = 1;
-        ::waitpid(child, &status, 0);
-        EXPECT_EQ(status, 0);
-    }
-    for (const wchar_t* const section : {L"A", L"B", L"C"})
-        for (int i = 0; i < 10; ++i) EXPECT_EQ(profile.Read(section, std::to_wstring(i).c_str()), "1");
-}
-
-TEST(ProfileReplacing, DoesNotWaitForEverForAFolderThatIsLocked) {
-    const ProfileOnDisk profile;
-    const int folder = ::open(profile.Folder().c_str(), O_RDONLY | O_DIRECTORY);
-    ASSERT_EQ(::flock(folder, LOCK_EX), 0);
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_TRUE(profile.Write(L"S", L"k", "1"));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
-    ::close(folder);
-}
-
-TEST(ProfileReplacing, TakesAwayWhatACrashedProgramLeftBehind) {
-    const ProfileOnDisk profile;
-    std::ofstream(profile.Folder() / ".qmv40.tmp") << "half a fi";
+    // The names that this process would try first: a process that had its number was ended in the middle.
+    for (int i = 0; i < 90; ++i)
+        std::ofstream(profile.Folder() / (".qmv40-" + std::to_string(::getpid()) + "-" + std::to_string(i) + ".tmp"))
+            << "theirs";
     EXPECT_TRUE(profile.Write(L"S", L"k", "1"));
     EXPECT_EQ(profile.Read(L"S", L"k"), "1");
-    EXPECT_EQ(NamesIn(profile.Folder()), std::vector<std::string>{"head.ini"});
-}
-
-TEST(ProfileReplacing, PassesOverWhatItCannotTakeAway) {
-    const ProfileOnDisk profile;
-    fs::create_directory(profile.Folder() / ".qmv40.tmp");
-    EXPECT_TRUE(profile.Write(L"S", L"k", "1"));
-    EXPECT_EQ(profile.Read(L"S", L"k"), "1");
-}
-
-// Without the folder's lock, whose owner is not to be disturbed, there may be other writers at work.
-TEST(ProfileReplacing, LeavesOtherWritersFilesAloneInAFolderThatIsLocked) {
-    const ProfileOnDisk profile;
-    const int folder = ::open(profile.Folder().c_str(), O_RDONLY | O_DIRECTORY);
-    ASSERT_EQ(::flock(folder, LOCK_EX), 0);
-    // The names that this process would try first.
-    const auto taken = [&](int i) {
-        return profile.Folder() / (".qmv40-" + std::to_string(::getpid()) + "-" + std::to_string(i) + ".tmp");
-    };
-    for (int i = 0; i < 90; ++i) std::ofstream(taken(i)) << "theirs";
-    std::ofstream(profile.Folder() / ".qmv40.tmp") << "theirs";
-    EXPECT_TRUE(profile.Write(L"S", L"k", "1"));
-    EXPECT_EQ(profile.Read(L"S", L"k"), "1");
-    EXPECT_EQ(NamesIn(profile.Folder()).size(), 92U);
-    ::close(folder);
+    EXPECT_EQ(NamesIn(profile.Folder()).size(), 91U);
 }
 
 } // namespace

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/Automation.h"
+
+#include <algorithm>
+
+/// What tells the time and lets it pass, in milliseconds. A test puts its own in its place.
+struct WaitingClock {
+    decltype(&GetTickCount64) now = GetTickCount64;
+    decltype(&Sleep) sleep = Sleep;
+};
+
+/// How long a save waits for a program that holds its file: at most 250 ms in all, because it holds up its caller's
+/// window.
+class Patience {
+public:
+    explicit Patience(WaitingClock theClock = {}) : clock(theClock) {}
+
+    /// Waits a little, longer each time; false, at once, when the time is used up.
+    bool Wait() {
+        if (spent + step > limit - latestTick) return false;
+        const ULONGLONG begin = clock.now();
+        clock.sleep(step);
+        spent += std::max<ULONGLONG>(step, clock.now() - begin);
+        step = std::min(2 * step, longestStep);
+        return true;
+    }
+
+private:
+    static constexpr ULONGLONG limit = 250;
+    static constexpr ULONGLONG latestTick = 16; ///< a sleep can end one tick of the system's timer late
+    static constexpr DWORD longestStep = 16;
+
+    WaitingClock clock;
+    ULONGLONG spent = 0;
+    DWORD step = 1;
+};

@@ -1,0 +1,150 @@
+#include "platform/windows/ProfileCopy.h"
+
+#include "formats/EncodedText.h"
+#include "platform/windows/FileHandle.h"
+#include "platform/windows/NarrowNames.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+constexpr DWORD largestFile = 16U << 20; // larger files are none of ours
+
+/// Nothing for a file that is not there, cannot be read or is too large.
+std::optional<std::string> ContentOf(const std::wstring& name) {
+    const FileHandle file(name, GENERIC_READ, shareAll);
+    const DWORD size = file.IsOpen() ? GetFileSize(file.Get(), nullptr) : INVALID_FILE_SIZE;
+    if (size > largestFile) return std::nullopt; // INVALID_FILE_SIZE is
+    std::string content(size, '\0');
+    DWORD read = 0;
+    if (ReadFile(file.Get(), content.data(), size, &read, nullptr) == 0 || read != size) return std::nullopt;
+    return content;
+}
+
+bool Overwrite(const std::wstring& name, const std::string& content) {
+    const FileHandle file(name, GENERIC_WRITE, FILE_SHARE_READ);
+    DWORD written = 0;
+    return file.IsOpen() &&
+           WriteFile(file.Get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) != 0 &&
+           written == content.size() && SetEndOfFile(file.Get()) != 0;
+}
+
+bool Flush(const std::wstring& name) {
+    const FileHandle file(name, GENERIC_WRITE, shareAll);
+    return file.IsOpen() && FlushFileBuffers(file.Get()) != 0;
+}
+
+bool RemoveMark(const std::wstring& name) {
+    const std::optional<std::string> content = ContentOf(name);
+    const std::string unmarked = content ? EncodedText(*content).Content() : "";
+    return !content || unmarked == *content || Overwrite(name, unmarked);
+}
+
+bool WriteEntry(const ProfileEntry& entry, const std::string& name) {
+    // Without a key the platform's function removes the section, and without a file it writes win.ini.
+    return entry.section && entry.key &&
+           WritePrivateProfileStringA(entry.section->c_str(), entry.key->c_str(), entry.text.c_str(), name.c_str()) !=
+               0;
+}
+
+bool Exists(const std::wstring& name) { return GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+/// Writes one entry into the file itself; takes back what reached the file when that fails.
+bool WriteInPlace(const ProfileEntry& entry, const std::wstring& file, const std::string& name) {
+    if (!IsAbsolute(file)) return WriteEntry(entry, name);
+    const bool wasThere = Exists(file);
+    const std::optional<std::string> before = ContentOf(file);
+    if (RemoveMark(file) && WriteEntry(entry, name)) return true;
+    if (!wasThere) DeleteFileW(file.c_str());
+    if (before && ContentOf(file) != before) Overwrite(file, *before);
+    return false;
+}
+
+/// A file beside the one that it is to replace. It is removed unless it did.
+class Copy {
+public:
+    Copy(std::wstring file, const std::string& narrowFile) : target(std::move(file)) {
+        constexpr int mostAttempts = 100;
+        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+            narrow = narrowFile + ".qmv40-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(attempt);
+            name = SeenName(narrow);
+            exists = name.size() < MAX_PATH && Make();
+            if (exists || GetLastError() != ERROR_FILE_EXISTS) break;
+        }
+    }
+    Copy(const Copy&) = delete;
+    Copy& operator=(const Copy&) = delete;
+    ~Copy() {
+        if (exists) DeleteFileW(name.c_str());
+    }
+
+    bool Take(std::span<const ProfileEntry> entries) const {
+        const auto isTaken = [&](const ProfileEntry& entry) { return WriteEntry(entry, narrow); };
+        return exists && CopyPermissions() && RemoveMark(name) && std::ranges::all_of(entries, isTaken) && Flush(name);
+    }
+
+    bool TakePlace(Patience& patience) {
+        constexpr DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+        while (exists && MoveFileExW(name.c_str(), target.c_str(), how) == 0)
+            if (!IsInUse(GetLastError()) || !patience.Wait()) return false;
+        return std::exchange(exists, false);
+    }
+
+private:
+    bool Make() const {
+        if (Exists(target)) return CopyFileW(target.c_str(), name.c_str(), TRUE) != 0;
+        return GetLastError() == ERROR_FILE_NOT_FOUND && FileHandle(name, GENERIC_WRITE, 0, CREATE_NEW).IsOpen();
+    }
+
+    bool CopyPermissions() const {
+        if (!Exists(target)) return true;
+        DWORD size = 0;
+        GetFileSecurityW(target.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+        std::vector<char> permissions(size);
+        return GetFileSecurityW(target.c_str(), DACL_SECURITY_INFORMATION, permissions.data(), size, &size) != 0 &&
+               SetFileSecurityW(name.c_str(), DACL_SECURITY_INFORMATION, permissions.data()) != 0;
+    }
+
+    std::wstring target;
+    std::string narrow;
+    std::wstring name;
+    bool exists = false;
+};
+
+/// Whether a copy may take the file's place: it is not there yet, or it may be written and is neither a link nor one of
+/// several names of a file. Waits for somebody who holds it.
+bool IsReplaceable(const std::wstring& file, Patience& patience) {
+    const DWORD attributes = GetFileAttributesW(file.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) return GetLastError() == ERROR_FILE_NOT_FOUND;
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) return false;
+    FileHandle opened(file, GENERIC_READ | GENERIC_WRITE, shareAll);
+    while (!opened.IsOpen() && GetLastError() == ERROR_SHARING_VIOLATION && patience.Wait())
+        opened = FileHandle(file, GENERIC_READ | GENERIC_WRITE, shareAll);
+    BY_HANDLE_FILE_INFORMATION information{};
+    return opened.IsOpen() && GetFileInformationByHandle(opened.Get(), &information) != 0 &&
+           information.nNumberOfLinks == 1;
+}
+
+bool WriteByCopy(const std::wstring& file, const std::string& name, std::span<const ProfileEntry> entries,
+                 Patience& patience) {
+    if (!IsAbsolute(file) || !IsReplaceable(file, patience)) return false;
+    Copy copy(file, name);
+    return copy.Take(entries) && copy.TakePlace(patience);
+}
+
+bool IsSeparator(wchar_t c) { return c == L'\\' || c == L'/'; }
+
+} // namespace
+
+bool IsAbsolute(const std::wstring& file) {
+    if (file.size() < 3) return false;
+    return (file[1] == L':' && IsSeparator(file[2])) || (IsSeparator(file[0]) && IsSeparator(file[1]));
+}
+
+bool WriteEntries(const std::wstring& file, std::span<const ProfileEntry> entries, Patience& patience) {
+    const std::optional<std::string> name = NarrowFileName(file.c_str());
+    if (!name) return false;
+    return WriteByCopy(file, *name, entries, patience) ||
+           std::ranges::all_of(entries, [&](const ProfileEntry& entry) { return WriteInPlace(entry, file, *name); });
+}

@@ -1,0 +1,118 @@
+#include "platform/ProfileOnDisk.h"
+#include "platform/windows/FileHandle.h"
+#include "platform/windows/ProfileCopy.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+/// A file that another program holds open: how long a save waits for it, and what becomes of the file.
+
+namespace {
+
+/// The time that the code under test sees. Nobody sleeps.
+struct TestClock {
+    ULONGLONG now = 1000;
+    ULONGLONG asked = 0; ///< how many milliseconds of waiting were asked for
+    ULONGLONG late = 0;  ///< how much later each wait ends than asked for
+} testClock;
+
+ULONGLONG WINAPI Now() { return testClock.now; }
+void WINAPI Wait(DWORD milliseconds) {
+    testClock.asked += milliseconds;
+    testClock.now += milliseconds + testClock.late;
+}
+const WaitingClock clock{Now, Wait};
+
+constexpr ULONGLONG mostWaiting = 250;
+constexpr const char* before = "[S]\r\na=1\r\nb=2\r\n";
+constexpr const char* after = "[S]\r\na=10\r\nb=20\r\n";
+const ProfileEntry entries[] = {{"S", "a", "10"}, {"S", "b", "20"}};
+
+class HeldFiles : public testing::Test {
+protected:
+    HeldFiles() {
+        testClock = {};
+        profile.Put(before);
+    }
+
+    bool Save() const {
+        Patience patience(clock);
+        return WriteEntries(profile.Path().wstring(), entries, patience);
+    }
+    std::ptrdiff_t FilesInFolder() const {
+        const std::filesystem::directory_iterator files(profile.Folder());
+        return std::distance(begin(files), end(files));
+    }
+
+    ProfileOnDisk profile;
+};
+
+TEST_F(HeldFiles, AreNotWaitedForWhenNobodyHoldsThem) {
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(profile.Content(), after);
+    EXPECT_EQ(testClock.asked, 0U);
+}
+
+TEST_F(HeldFiles, AreWaitedFor250MillisecondsAtMostHoweverTheyAreHeld) {
+    for (const ULONGLONG late : {0U, 1U, 15U}) {
+        for (const DWORD access : {DWORD{GENERIC_READ}, DWORD{GENERIC_WRITE}, DWORD{GENERIC_READ | GENERIC_WRITE}}) {
+            for (DWORD sharing = 0; sharing <= shareAll; ++sharing) {
+                SCOPED_TRACE(testing::Message() << std::hex << "access " << access << ", sharing " << sharing);
+                testClock = {.late = late};
+                profile.Put(before);
+                bool isSaved = false;
+                {
+                    const FileHandle held(profile.Path().wstring(), access, sharing);
+                    ASSERT_TRUE(held.IsOpen());
+                    isSaved = Save();
+                    EXPECT_LE(testClock.now - 1000, mostWaiting);
+                }
+                EXPECT_EQ(profile.Content(), isSaved ? after : before);
+                EXPECT_EQ(FilesInFolder(), 1);
+                const bool mayWrite = (sharing & FILE_SHARE_READ) != 0 && (sharing & FILE_SHARE_WRITE) != 0;
+                if (mayWrite && access == GENERIC_READ) {
+                    EXPECT_TRUE(isSaved);
+                }
+                if (!mayWrite) {
+                    EXPECT_FALSE(isSaved);
+                }
+            }
+        }
+    }
+}
+
+TEST_F(HeldFiles, AreWaitedForAFairPartOfThatTime) {
+    const FileHandle held(profile.Path().wstring(), GENERIC_READ, 0);
+    EXPECT_FALSE(Save());
+    EXPECT_GE(testClock.asked, 200U);
+}
+
+FileHandle heldForAWhile;
+void WINAPI WaitUntilLetGo(DWORD milliseconds) {
+    Wait(milliseconds);
+    if (testClock.now > 1100) heldForAWhile = FileHandle();
+}
+
+TEST_F(HeldFiles, AreReplacedWhenTheyAreLetGoInTime) {
+    for (const DWORD sharing : {DWORD{0}, DWORD{FILE_SHARE_READ}, DWORD{shareAll}}) {
+        testClock = {};
+        profile.Put(before);
+        heldForAWhile = FileHandle(profile.Path().wstring(), GENERIC_READ, sharing);
+        Patience patience({Now, WaitUntilLetGo});
+        EXPECT_TRUE(WriteEntries(profile.Path().wstring(), entries, patience));
+        EXPECT_EQ(profile.Content(), after);
+        EXPECT_LT(testClock.asked, 150U);
+    }
+}
+
+TEST_F(HeldFiles, KeepTheirReaderFromNothingAndTheirSaverOut) {
+    const ProfileReader reader(profile.Path().wstring().c_str());
+    EXPECT_FALSE(Save());
+    char buffer[20] = "";
+    reader.Read(L"S", L"a", "default", buffer);
+    EXPECT_STREQ(buffer, "1");
+    EXPECT_EQ(profile.Content(), before);
+}
+
+} // namespace
