@@ -229,6 +229,160 @@ TEST_F(LateBinding, TakesANumberInEveryFormThatLanguagesPass) {
     }
 }
 
+/// How the test of a number ends: accepted as an angle, or refused with a code.
+struct NumberCase {
+    const char* why;
+    VARIANT argument;
+    HRESULT code;
+    double angle = 0.0;
+};
+
+void ExpectNumbers(IQMVCalculator2& calculator, const std::vector<NumberCase>& cases) {
+    constexpr UINT firstOfTwo = 1; // counted from the last one
+    for (const auto& [why, argument, code, angle] : cases) {
+        for (const LCID locale : {LCID{LOCALE_USER_DEFAULT}, german}) {
+            SCOPED_TRACE(testing::Message() << why << ", locale " << locale);
+            ASSERT_EQ(calculator.SetCurrentHeadPosition(90.0, 0.0), S_OK);
+            const auto outcome = InvokeWith(calculator, 4, {argument, Argument(-30.0)}, {.locale = locale});
+            EXPECT_EQ(outcome.code, code);
+            EXPECT_EQ(outcome.wrongArgument, code == S_OK ? Outcome::noArgument : firstOfTwo);
+            double a = 0.0;
+            double b = 0.0;
+            EXPECT_EQ(calculator.GetCurrentHeadPosition(&a, &b), S_OK);
+            EXPECT_EQ(a, code == S_OK ? angle : 90.0);
+        }
+    }
+}
+
+TEST_F(LateBinding, TakesATextOnlyWhenAllOfItIsANumber) {
+    const struct {
+        const wchar_t* text;
+        HRESULT code;
+        double angle;
+        const char* why;
+    } cases[] = {{L"45", S_OK, 45.0, "digits"},
+                 {L"45.0", S_OK, 45.0, "a point"},
+                 {L"45.", S_OK, 45.0, "nothing after the point: one meaning"},
+                 {L".15e2", S_OK, 15.0, "nothing before the point: one meaning"},
+                 {L"+45", S_OK, 45.0, "a sign"},
+                 {L"-0", S_OK, 0.0, "a sign"},
+                 {L"4.5e1", S_OK, 45.0, "an exponent, as languages write large numbers"},
+                 {L"4.5E+01", S_OK, 45.0, "an exponent"},
+                 {L" \t45 ", S_OK, 45.0, "blanks around it, as files and forms have them"},
+                 {L"7,5", DISP_E_TYPEMISMATCH, 0.0, "a comma: 7.5 to one caller, 75 to another"},
+                 {L"45,", DISP_E_TYPEMISMATCH, 0.0, "a comma"},
+                 {L"4,5", DISP_E_TYPEMISMATCH, 0.0, "a comma: would be 45"},
+                 {L"1,5e1", DISP_E_TYPEMISMATCH, 0.0, "a comma"},
+                 {L"4 5", DISP_E_TYPEMISMATCH, 0.0, "a blank inside: a separator of thousands to some"},
+                 {L"4\u00A05", DISP_E_TYPEMISMATCH, 0.0, "a blank that does not break"},
+                 {L"4'5", DISP_E_TYPEMISMATCH, 0.0, "a separator of thousands to some"},
+                 {L"&H2D", DISP_E_TYPEMISMATCH, 0.0, "hexadecimal in Basic"},
+                 {L"0x2D", DISP_E_TYPEMISMATCH, 0.0, "hexadecimal in C"},
+                 {L"4.5d1", DISP_E_TYPEMISMATCH, 0.0, "an exponent of old languages"},
+                 {L"inf", DISP_E_TYPEMISMATCH, 0.0, "a word"},
+                 {L"nan", DISP_E_TYPEMISMATCH, 0.0, "a word"},
+                 {L"45 degrees", DISP_E_TYPEMISMATCH, 0.0, "more than a number"},
+                 {L"45\u00B0", DISP_E_TYPEMISMATCH, 0.0, "more than a number"},
+                 {L"(45)", DISP_E_TYPEMISMATCH, 0.0, "a negative number to accountants"},
+                 {L"45-", DISP_E_TYPEMISMATCH, 0.0, "a sign behind"},
+                 {L"+-45", DISP_E_TYPEMISMATCH, 0.0, "two signs"},
+                 {L"++45", DISP_E_TYPEMISMATCH, 0.0, "two signs"},
+                 {L"4.5.0", DISP_E_TYPEMISMATCH, 0.0, "two points"},
+                 {L"45e", DISP_E_TYPEMISMATCH, 0.0, "an exponent without digits"},
+                 {L"\uFF14\uFF15", DISP_E_TYPEMISMATCH, 0.0, "digits of full width"},
+                 {L"+", DISP_E_TYPEMISMATCH, 0.0, "no digits"},
+                 {L".", DISP_E_TYPEMISMATCH, 0.0, "no digits"},
+                 {L" ", DISP_E_TYPEMISMATCH, 0.0, "blanks alone"},
+                 {L"", DISP_E_TYPEMISMATCH, 0.0, "nothing: an empty field is no zero"},
+                 {L"1e999", DISP_E_OVERFLOW, 0.0, "a number that no double holds"}};
+    const auto calculator = server.Create();
+    for (const auto& [text, code, angle, why] : cases) {
+        Bstr owned(std::wstring{text});
+        VARIANT variable = Argument(owned);
+        SCOPED_TRACE(std::filesystem::path(text));
+        ExpectNumbers(*calculator.Get(), {{why, Argument(owned), code, angle},
+                                          {why, Argument(owned.Address()), code, angle},
+                                          {why, Argument(&variable), code, angle}});
+    }
+    Bstr afterNull(std::wstring(L"45\0", 3));
+    Bstr tooLong(std::wstring(500, L'0') + L"45");
+    VARIANT none{};
+    V_VT(&none) = VT_BSTR;
+    ExpectNumbers(*calculator.Get(), {{"a character zero behind", Argument(afterNull), DISP_E_TYPEMISMATCH},
+                                      {"500 digits", Argument(tooLong), DISP_E_TYPEMISMATCH},
+                                      {"no text at all", none, DISP_E_TYPEMISMATCH}});
+}
+
+/// A variant of that type; its value is set by `set`.
+template <class Set> VARIANT Typed(VARTYPE type, Set&& set) {
+    VARIANT variant{};
+    set(variant);
+    V_VT(&variant) = type;
+    return variant;
+}
+
+TEST_F(LateBinding, TakesEveryOtherKindOfValueAsThePlatformDoes) {
+    const auto calculator = server.Create();
+    const auto decimal = Typed(VT_DECIMAL, [](VARIANT& variant) {
+        V_DECIMAL(&variant).Lo64 = 450;
+        V_DECIMAL(&variant).scale = 1;
+    });
+    const auto none = [](VARIANT&) {};
+    std::vector<NumberCase> cases{
+        {"Currency", Typed(VT_CY, [](VARIANT& one) { V_CY(&one).int64 = 450000; }), S_OK, 45.0},
+        {"Decimal", decimal, S_OK, 45.0},
+        {"Date, as a cell may be formatted", Typed(VT_DATE, [](VARIANT& one) { V_DATE(&one) = 45.0; }), S_OK, 45.0},
+        {"False is 0", Typed(VT_BOOL, none), S_OK, 0.0},
+        {"a variable never set is 0", Typed(VT_EMPTY, none), S_OK, 0.0},
+        {"Null", Typed(VT_NULL, none), DISP_E_TYPEMISMATCH},
+        {"left out", Typed(VT_ERROR, [](VARIANT& one) { V_ERROR(&one) = DISP_E_PARAMNOTFOUND; }), DISP_E_PARAMNOTFOUND},
+        {"a cell's error", Typed(VT_ERROR, [](VARIANT& one) { V_ERROR(&one) = static_cast<SCODE>(0x800A07FA); }),
+         DISP_E_TYPEMISMATCH},
+        {"Nothing", Typed(VT_DISPATCH, none), DISP_E_TYPEMISMATCH},
+        {"a reference to nowhere", Typed(VT_R8 | VT_BYREF, none), DISP_E_TYPEMISMATCH}};
+    for (const VARTYPE type : {VT_I1, VT_UI1, VT_I2, VT_UI2, VT_I4, VT_UI4, VT_I8, VT_UI8, VT_INT, VT_UINT})
+        cases.push_back({"a whole number", Typed(type, [](VARIANT& one) { V_I8(&one) = 45; }), S_OK, 45.0});
+    ExpectNumbers(*calculator.Get(), cases);
+}
+
+/// An object whose default property is a value, as a cell of a sheet is.
+class Cell final : public IDispatch {
+public:
+    explicit Cell(VARIANT theValue) : value(theValue) {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        const bool own = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
+        *object = own ? this : nullptr;
+        return own ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
+                                     UINT*) override {
+        if (id != DISPID_VALUE || (flags & DISPATCH_PROPERTYGET) == 0) return DISP_E_MEMBERNOTFOUND;
+        return VariantCopy(result, &value);
+    }
+
+private:
+    VARIANT value;
+};
+
+TEST_F(LateBinding, TakesTheValueOfAnObjectThatHasOne) {
+    const auto calculator = server.Create();
+    Bstr comma(std::wstring(L"4,5"));
+    Cell number(Argument(45.0));
+    Cell text(Argument(comma));
+    const auto object = [](IDispatch& one) {
+        return Typed(VT_DISPATCH, [&](VARIANT& variant) { V_DISPATCH(&variant) = &one; });
+    };
+    ExpectNumbers(*calculator.Get(), {{"a cell with a number", object(number), S_OK, 45.0},
+                                      {"a cell with a text", object(text), DISP_E_TYPEMISMATCH},
+                                      {"no value", object(*calculator.Get()), DISP_E_TYPEMISMATCH}});
+}
+
 TEST_F(LateBinding, TakesRecordArraysInEveryFormThatLanguagesPass) {
     const auto direct = WithGeometry();
     XYZData expected{};
@@ -272,18 +426,75 @@ TEST_F(LateBinding, WritesPositionsWhereverTheArgumentRefersTo) {
     EXPECT_EQ(V_R8(&bVariable), -30.0);
 }
 
-TEST_F(LateBinding, WritesBothPositionsOrNeither) {
+/// Reads back what was written into a reference of that type, by the platform's own conversion.
+double NumberAt(VARIANT reference) {
+    VARIANT number{};
+    EXPECT_EQ(VariantCopyInd(&number, &reference), S_OK);
+    EXPECT_EQ(VariantChangeTypeEx(&number, &number, LOCALE_INVARIANT, 0, VT_R8), S_OK);
+    return V_R8(&number);
+}
+
+TEST_F(LateBinding, WritesPositionsIntoReferencesOfEveryKind) {
+    const auto calculator = At(15.0, 105.0);
+    const VARTYPE types[] = {VT_I1, VT_UI1,  VT_I2, VT_UI2, VT_I4, VT_UI4,  VT_I8,   VT_UI8,
+                             VT_INT, VT_UINT, VT_R4, VT_R8,  VT_CY, VT_DATE, VT_DECIMAL};
+    for (const VARTYPE type : types) {
+        for (const bool inVariable : {false, true}) {
+            SCOPED_TRACE(testing::Message() << "type " << type << (inVariable ? " in a variable" : ""));
+            DECIMAL places[2]{};
+            VARIANT references[2]{};
+            for (int i = 0; i < 2; ++i) {
+                V_VT(&references[i]) = static_cast<VARTYPE>(type | VT_BYREF);
+                V_BYREF(&references[i]) = &places[i];
+            }
+            const auto outcome =
+                inVariable ? InvokeWith(*calculator.Get(), 3, {Argument(&references[0]), Argument(&references[1])})
+                           : InvokeWith(*calculator.Get(), 3, {references[0], references[1]});
+            EXPECT_EQ(outcome.code, S_OK);
+            EXPECT_EQ(NumberAt(references[0]), 15.0);
+            EXPECT_EQ(NumberAt(references[1]), 105.0);
+            EXPECT_EQ(V_VT(&references[0]), type | VT_BYREF);
+        }
+    }
+}
+
+TEST_F(LateBinding, WritesPositionsIntoTextVariablesWithAPoint) {
     const auto calculator = At(15.0, -30.0);
+    Bstr a(std::wstring(L"what was there"));
+    Bstr b(std::wstring(L""));
+    EXPECT_EQ(Call(*calculator.Get(), L"GetCurrentHeadPosition", a.Address(), b.Address()).code, S_OK);
+    EXPECT_STREQ(a.Text(), L"15");
+    EXPECT_STREQ(b.Text(), L"-30");
+}
+
+TEST_F(LateBinding, WritesBothPositionsOrNeither) {
+    const auto calculator = At(15.0, -165.0);
     double a = 1.0;
-    long whole = 2;
-    VARIANT cannotHold{};
-    V_VT(&cannotHold) = VT_I4 | VT_BYREF;
-    V_I4REF(&cannotHold) = &whole;
-    const auto outcome = InvokeWith(*calculator.Get(), 3, {Argument(&a), cannotHold});
-    EXPECT_EQ(outcome.code, DISP_E_TYPEMISMATCH);
-    EXPECT_EQ(outcome.wrongArgument, 0U);
-    EXPECT_EQ(a, 1.0);
-    EXPECT_EQ(whole, 2);
+    DECIMAL place{};
+    place.Lo64 = 2;
+    const struct {
+        const char* why;
+        VARTYPE type;
+        HRESULT code;
+    } cases[] = {{"-165 is below a signed byte", VT_I1, DISP_E_OVERFLOW},
+                 {"a byte has no sign", VT_UI1, DISP_E_OVERFLOW},
+                 {"no sign", VT_UI2, DISP_E_OVERFLOW},
+                 {"no sign", VT_UI4, DISP_E_OVERFLOW},
+                 {"no sign", VT_UI8, DISP_E_OVERFLOW},
+                 {"a truth value would lose the number", VT_BOOL, DISP_E_TYPEMISMATCH},
+                 {"an object", VT_DISPATCH, DISP_E_TYPEMISMATCH},
+                 {"an array", VT_ARRAY | VT_R8, DISP_E_TYPEMISMATCH}};
+    for (const auto& [why, type, code] : cases) {
+        SCOPED_TRACE(testing::Message() << why << ", type " << type);
+        VARIANT second{};
+        V_VT(&second) = static_cast<VARTYPE>(type | VT_BYREF);
+        V_BYREF(&second) = &place;
+        const auto outcome = InvokeWith(*calculator.Get(), 3, {Argument(&a), second});
+        EXPECT_EQ(outcome.code, code);
+        EXPECT_EQ(outcome.wrongArgument, 0U);
+        EXPECT_EQ(a, 1.0);
+        EXPECT_EQ(place.Lo64, 2U);
+    }
 }
 
 TEST_F(LateBinding, TakesArgumentsByName) {
@@ -305,6 +516,31 @@ TEST_F(LateBinding, TakesArgumentsByName) {
     EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(0.0), Argument(0.0)}, {.named = {0, 7}}).code,
               DISP_E_PARAMNOTFOUND);
     expectPosition(90.0, -75.0);
+}
+
+TEST_F(LateBinding, TakesArgumentsByNameIntoEveryMethodThatHasSome) {
+    const auto calculator = At(15.0, -30.0);
+    double a = 0.0;
+    double b = 0.0;
+    EXPECT_EQ(InvokeWith(*calculator.Get(), 3, {Argument(&b), Argument(&a)}, {.named = {1, 0}}).code, S_OK);
+    EXPECT_EQ(a, 15.0);
+    EXPECT_EQ(b, -30.0);
+    EXPECT_EQ(InvokeWith(*calculator.Get(), 5, {Argument(90), Argument(45)}, {.named = {1, 0}}).code, S_OK);
+    EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
+    EXPECT_EQ(a, 45.0);
+    EXPECT_EQ(b, 90.0);
+    Bstr path(folder.Path("head.ini"));
+    EXPECT_EQ(InvokeWith(*calculator.Get(), 2, {Argument(path)}, {.named = {0}}).code, S_OK);
+    EXPECT_EQ(InvokeWith(*calculator.Get(), 1, {Argument(path)}, {.named = {0}}).code, S_OK);
+}
+
+TEST_F(LateBinding, RefusesMoreNamesThanArguments) {
+    const auto calculator = server.Create();
+    VARIANT angles[] = {Argument(0.0), Argument(0.0), Argument(0.0)};
+    DISPID names[] = {0, 1, 0};
+    DISPPARAMS parameters{angles, names, 2, 3};
+    EXPECT_EQ(calculator->Invoke(4, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr),
+              DISP_E_BADPARAMCOUNT);
 }
 
 TEST_F(LateBinding, RefusesTheWrongNumberOfArguments) {

@@ -1,5 +1,7 @@
 #include "server/windows/Application.h"
 
+#include <new>
+
 CQMVCalculatorApp& CQMVCalculatorApp::Instance() noexcept {
     static constinit CQMVCalculatorApp application;
     return application;
@@ -17,8 +19,11 @@ std::wstring CQMVCalculatorApp::ModulePath() const {
     }
 }
 
-HRESULT CQMVCalculatorApp::LoadTypeLibrary(ITypeLib** library) const {
+HRESULT CQMVCalculatorApp::LoadTypeLibrary(ITypeLib** library) const noexcept try {
     return LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, library);
+} catch (const std::bad_alloc&) {
+    // Late-bound calls come through here, and no exception may leave them.
+    return E_OUTOFMEMORY;
 }
 
 // The C++ runtime's own: gives back what it keeps for throwing when memory has run out.

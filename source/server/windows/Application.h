@@ -12,11 +12,11 @@ public:
 
     void InitInstance(HINSTANCE theModule) noexcept { module = theModule; }
 
-    /// The module's own file, whatever its path is made of and however long it is; empty when memory runs out.
+    /// The full path of the module's own file, of any length. Throws std::bad_alloc.
     std::wstring ModulePath() const;
 
     /// The type library in the module's own resources, whether one is registered or not.
-    HRESULT LoadTypeLibrary(ITypeLib** library) const;
+    HRESULT LoadTypeLibrary(ITypeLib** library) const noexcept;
 
 private:
     constexpr CQMVCalculatorApp() = default;

@@ -8,6 +8,18 @@
 
 namespace {
 
+/// The methods' identifiers in the type library.
+enum Method : DISPID {
+    loadHeadGeometryFromFile = 1,
+    saveHeadGeometryToFile,
+    getCurrentHeadPosition,
+    setCurrentHeadPosition,
+    calculateMove,
+    enterHeadGeometry,
+    getStartPosition,
+    getPoleSpherePosition
+};
+
 /// A text that a call handed over.
 class OwnedText {
 public:
@@ -19,7 +31,7 @@ public:
     BSTR text = nullptr;
 };
 
-/// Tells of a failed method what its error record tells, and takes the record out of the thread.
+/// Copies the error record of a failed method into `exception` and removes it from the thread.
 HRESULT ReportException(HRESULT code, EXCEPINFO* exception) {
     if (exception == nullptr) return DISP_E_EXCEPTION;
     *exception = EXCEPINFO{};
@@ -45,7 +57,7 @@ HRESULT CallWithFileName(IQMVCalculator2& calculator, HRESULT (STDMETHODCALLTYPE
 }
 
 HRESULT CallGetCurrentHeadPosition(IQMVCalculator2& calculator, DispatchArguments& arguments, HRESULT& outcome) {
-    // Both or neither: what cannot be written is found out before anything is.
+    // Both are written or neither: places that can hold no number are refused before the call.
     HRESULT ready = arguments.Require(2);
     if (SUCCEEDED(ready)) ready = arguments.RequireRoomForNumber(0);
     if (SUCCEEDED(ready)) ready = arguments.RequireRoomForNumber(1);
@@ -54,9 +66,7 @@ HRESULT CallGetCurrentHeadPosition(IQMVCalculator2& calculator, DispatchArgument
     double b = 0.0;
     outcome = calculator.GetCurrentHeadPosition(&a, &b);
     if (FAILED(outcome)) return S_OK;
-    arguments.Write(0, a);
-    arguments.Write(1, b);
-    return S_OK;
+    return arguments.Write(a, b);
 }
 
 HRESULT ReadAngles(DispatchArguments& arguments, double& a, double& b) {
@@ -141,25 +151,25 @@ HRESULT CalculatorDispatch::Call(IQMVCalculator2& calculator, DISPID method, Dis
     XYZData position{};
     HRESULT called = S_OK;
     switch (method) {
-    case 1:
+    case loadHeadGeometryFromFile:
         return CallWithFileName(calculator, &IQMVCalculator::LoadHeadGeometryFromFile, arguments, outcome);
-    case 2:
+    case saveHeadGeometryToFile:
         return CallWithFileName(calculator, &IQMVCalculator::SaveHeadGeometryToFile, arguments, outcome);
-    case 3:
+    case getCurrentHeadPosition:
         return CallGetCurrentHeadPosition(calculator, arguments, outcome);
-    case 4:
+    case setCurrentHeadPosition:
         return CallSetCurrentHeadPosition(calculator, arguments, outcome);
-    case 5:
+    case calculateMove:
         called = CallCalculateMove(calculator, arguments, moves, outcome);
         if (FAILED(called) || FAILED(outcome)) return called;
         return ReturnRecord(GUID_RequiredMoves, &moves, result);
-    case 6:
+    case enterHeadGeometry:
         return CallEnterHeadGeometry(calculator, arguments, outcome);
-    case 7:
-    case 8:
+    case getStartPosition:
+    case getPoleSpherePosition:
         called = arguments.Require(0);
         if (FAILED(called)) return called;
-        outcome = method == 7 ? calculator.GetStartPosition(&position) : calculator.GetPoleSpherePosition(&position);
+        outcome = method == getStartPosition ? calculator.GetStartPosition(&position) : calculator.GetPoleSpherePosition(&position);
         return FAILED(outcome) ? S_OK : ReturnRecord(GUID_XYZData, &position, result);
     default:
         return DISP_E_MEMBERNOTFOUND;

@@ -4,9 +4,9 @@
 #include "platform/ComPointer.h"
 
 /// Late binding for the calculator's dual interface. Names and type information come from the type library in the
-/// module's own resources, loaded on the first use. The eight methods are called from here and not by the library's own
-/// call: records do not pass through that one everywhere, a thrown code must not, and script variables would be
-/// refused.
+/// module's own resources, which is loaded at the first use. The type information's own Invoke cannot be used: it does
+/// not marshal records on every platform, must not see a thrown code, and rejects a script's variable where a text or a
+/// number is expected.
 class CalculatorDispatch {
 public:
     HRESULT GetTypeInfo(UINT index, ITypeInfo** info);

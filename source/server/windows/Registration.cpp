@@ -3,6 +3,7 @@
 #include "interface/Identifiers.h"
 #include "platform/ComPointer.h"
 #include "server/windows/Application.h"
+#include "server/windows/ClassKeys.h"
 #include "server/windows/IRegistrar.h"
 
 #include <new>
@@ -54,18 +55,16 @@ HRESULT RunScript(const std::wstring& modulePath, ApplyScript apply) {
 /// The library is of locale 1033; a lookup that asks for no locale, as marshalling does on some platforms, finds it by
 /// an entry for the neutral locale beside it.
 constexpr const wchar_t* neutralLocaleKey = L"TypeLib\\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}\\1.0\\0";
-constexpr const wchar_t* neutralLocalePlatform = L"win64";
+constexpr const wchar_t* neutralPlatformKey = L"TypeLib\\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}\\1.0\\0\\win64";
 
 HRESULT RegisterNeutralLocale(const std::wstring& modulePath) {
-    const std::wstring key = std::wstring(neutralLocaleKey) + L'\\' + neutralLocalePlatform;
     const auto bytes = static_cast<DWORD>((modulePath.size() + 1) * sizeof(wchar_t));
     return HRESULT_FROM_WIN32(static_cast<unsigned long>(
-        RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, REG_SZ, modulePath.c_str(), bytes)));
+        RegSetKeyValueW(HKEY_CLASSES_ROOT, neutralPlatformKey, nullptr, REG_SZ, modulePath.c_str(), bytes)));
 }
 
 void UnregisterNeutralLocale() {
-    const std::wstring key = std::wstring(neutralLocaleKey) + L'\\' + neutralLocalePlatform;
-    RegDeleteKeyW(HKEY_CLASSES_ROOT, key.c_str());
+    RegDeleteKeyW(HKEY_CLASSES_ROOT, neutralPlatformKey);
     // Goes only when nothing else is registered under it.
     RegDeleteKeyW(HKEY_CLASSES_ROOT, neutralLocaleKey);
 }
@@ -93,23 +92,44 @@ HRESULT UnregisterTypeLibrary() {
     return UnRegisterTypeLib(LIBID_CoQMV40CalculatorLib, majorVersion, minorVersion, locale, SYS_WIN64);
 }
 
+HRESULT RegisterClass(const std::wstring& modulePath) {
+    const HRESULT scripted = RunScript(modulePath, &IRegistrar::ResourceRegister);
+    return scripted == REGDB_E_CLASSNOTREG ? WriteClassKeys(modulePath) : scripted;
+}
+
+HRESULT UnregisterClass(const std::wstring& modulePath) {
+    const HRESULT scripted = RunScript(modulePath, &IRegistrar::ResourceUnregister);
+    return scripted == REGDB_E_CLASSNOTREG ? RemoveClassKeys() : scripted;
+}
+
+/// The registrar keeps what it wrote before it failed. Half a registration would answer with failures of its own.
+HRESULT RemoveAllUnless(HRESULT registered) {
+    if (FAILED(registered)) {
+        RemoveClassKeys();
+        UnregisterTypeLibrary();
+    }
+    return registered;
+}
+
 } // namespace
 
 STDAPI DllRegisterServer() try {
     const Apartment apartment;
+    // Without the rights the registrar may say no more than "exception"; this says "access denied".
+    const HRESULT probed = ProbeClassKeys();
+    if (FAILED(probed)) return probed;
     const std::wstring modulePath = CQMVCalculatorApp::Instance().ModulePath();
-    const HRESULT scripted = RunScript(modulePath, &IRegistrar::ResourceRegister);
-    return FAILED(scripted) ? scripted : RegisterTypeLibrary(modulePath);
+    const HRESULT registered = RegisterClass(modulePath);
+    return RemoveAllUnless(FAILED(registered) ? registered : RegisterTypeLibrary(modulePath));
 } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
+    return RemoveAllUnless(E_OUTOFMEMORY);
 }
 
 STDAPI DllUnregisterServer() try {
     const Apartment apartment;
-    const std::wstring modulePath = CQMVCalculatorApp::Instance().ModulePath();
-    const HRESULT scripted = RunScript(modulePath, &IRegistrar::ResourceUnregister);
-    const HRESULT unregistered = UnregisterTypeLibrary();
-    return FAILED(scripted) ? scripted : unregistered;
+    const HRESULT unregistered = UnregisterClass(CQMVCalculatorApp::Instance().ModulePath());
+    const HRESULT libraryUnregistered = UnregisterTypeLibrary();
+    return FAILED(unregistered) ? unregistered : libraryUnregistered;
 } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
 }

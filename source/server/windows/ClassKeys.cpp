@@ -1,0 +1,100 @@
+#include "server/windows/ClassKeys.h"
+
+#include <iterator>
+
+namespace {
+
+constexpr const wchar_t* classKey = LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26})";
+constexpr const wchar_t* description = L"QMVCalculator Class";
+constexpr const wchar_t* clsid = L"{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}";
+constexpr const wchar_t* program = L"QMV.QMVCalculator.1";
+constexpr const wchar_t* anyVersion = L"QMV.QMVCalculator";
+
+/// A value of a key. No text: the key holds none. The module's path is the one text that is not known here.
+struct ClassValue {
+    const wchar_t* key;
+    const wchar_t* name;
+    const wchar_t* text;
+};
+constexpr const wchar_t* modulePathHere = L"%MODULE%";
+
+/// Each key comes after the one that it is in.
+constexpr ClassValue classValues[] = {
+    {program, nullptr, description},
+    {LR"(QMV.QMVCalculator.1\CLSID)", nullptr, clsid},
+    {anyVersion, nullptr, description},
+    {LR"(QMV.QMVCalculator\CLSID)", nullptr, clsid},
+    {LR"(QMV.QMVCalculator\CurVer)", nullptr, program},
+    {classKey, nullptr, description},
+    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\ProgID)", nullptr, program},
+    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\VersionIndependentProgID)", nullptr, anyVersion},
+    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\Programmable)", nullptr, nullptr},
+    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\InprocServer32)", nullptr, modulePathHere},
+    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\InprocServer32)", L"ThreadingModel", L"Apartment"},
+    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\TypeLib)", nullptr, L"{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}"}};
+
+/// The outermost keys that a registration writes to, those of the type library included.
+constexpr const wchar_t* outermostKeys[] = {program, anyVersion, classKey,
+                                            LR"(TypeLib\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645})",
+                                            LR"(Interface\{2C7D91E3-6F4A-4B28-8D35-9E1A7C0B4F52})",
+                                            LR"(Interface\{6A3E5F82-1D9B-4C47-B6E0-58F2D7A1C93E})"};
+
+HRESULT ResultOf(LSTATUS status) { return HRESULT_FROM_WIN32(static_cast<unsigned long>(status)); }
+
+/// Makes the key when it is not there, and removes it again then.
+HRESULT Probe(const wchar_t* key) {
+    HKEY opened = nullptr;
+    DWORD disposition = 0;
+    const LSTATUS made =
+        RegCreateKeyExW(HKEY_CLASSES_ROOT, key, 0, nullptr, 0, KEY_WRITE, nullptr, &opened, &disposition);
+    if (made != ERROR_SUCCESS) return ResultOf(made);
+    RegCloseKey(opened);
+    if (disposition == REG_CREATED_NEW_KEY) RegDeleteKeyW(HKEY_CLASSES_ROOT, key);
+    return S_OK;
+}
+
+HRESULT Write(const ClassValue& value, const std::wstring& modulePath) {
+    HKEY key = nullptr;
+    LSTATUS status =
+        RegCreateKeyExW(HKEY_CLASSES_ROOT, value.key, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
+    if (status != ERROR_SUCCESS) return ResultOf(status);
+    if (value.text != nullptr) {
+        const std::wstring text = value.text == modulePathHere ? modulePath : value.text;
+        const auto bytes = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
+        status = RegSetValueExW(key, value.name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()), bytes);
+    }
+    RegCloseKey(key);
+    return ResultOf(status);
+}
+
+/// A key that is not there is removed.
+HRESULT RemoveTree(const wchar_t* key) {
+    const LSTATUS removed = RegDeleteTreeW(HKEY_CLASSES_ROOT, key);
+    return removed == ERROR_FILE_NOT_FOUND ? S_OK : ResultOf(removed);
+}
+
+} // namespace
+
+HRESULT ProbeClassKeys() {
+    for (const wchar_t* const key : outermostKeys) {
+        const HRESULT probed = Probe(key);
+        if (FAILED(probed)) return probed;
+    }
+    return S_OK;
+}
+
+HRESULT WriteClassKeys(const std::wstring& modulePath) {
+    HRESULT result = RemoveTree(classKey);
+    for (const ClassValue& value : classValues) {
+        if (SUCCEEDED(result)) result = Write(value, modulePath);
+    }
+    return result;
+}
+
+HRESULT RemoveClassKeys() {
+    const HRESULT removed = RemoveTree(classKey);
+    // A key that holds somebody else's keys is not deleted.
+    for (std::size_t last = std::size(classValues); last-- > 0;)
+        RegDeleteKeyW(HKEY_CLASSES_ROOT, classValues[last].key);
+    return removed;
+}

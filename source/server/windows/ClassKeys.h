@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Automation.h"
+
+#include <string>
+
+/// The class's own keys under HKEY_CLASSES_ROOT, written without the platform's registrar: some system images lack it.
+/// They are those of the registration script; a test compares what both write.
+
+/// S_OK when every key that a registration begins with can be written; else the system's code. Leaves nothing behind.
+HRESULT ProbeClassKeys();
+HRESULT WriteClassKeys(const std::wstring& modulePath);
+/// Removes what the script or WriteClassKeys wrote. Keys that somebody else put under the program names stay.
+HRESULT RemoveClassKeys();
