@@ -13,75 +13,86 @@ namespace {
 
 std::atomic<long> callsUnderWay{0};
 
-constexpr unsigned int flagBits = 0x003F; // of either unit
-
 #ifdef __SSE2__
-// Round to nearest, gradual underflow, every exception masked.
-constexpr unsigned int defaultVectorControl = 0x1F80;
 
-unsigned int VectorControl() { return _mm_getcsr(); }
-void SetVectorControl(unsigned int control) { _mm_setcsr(control); }
-#else
-constexpr unsigned int defaultVectorControl = 0;
+// An x86 processor has two floating-point units with a control word each: MXCSR governs SSE, in which our arithmetic is
+// done, and the x87 control word governs x87, in which some C libraries compute sines and arctangents. A word is
+// written only where it differs: <cfenv>, which writes all of both units, takes up to 9 us in programs of Windows.
 
-unsigned int VectorControl() { return defaultVectorControl; }
-void SetVectorControl(unsigned int) {}        // fenv_t holds everything here
-#endif
+constexpr unsigned int ownMxcsr = 0x1F80;        // round to nearest, gradual underflow, every exception masked
+constexpr unsigned int mxcsrFlags = 0x003F;      // change no result
+constexpr unsigned short ownX87Control = 0x037F; // round to nearest, 64 bits, every exception masked
+constexpr unsigned short x87Flags = 0x007F;
 
-// The older floating-point unit, which long doubles and parts of the C library use. Its two words are read in a moment;
-// taking its whole environment and putting it back twice, as the C library does, takes as long as the arithmetic of
-// half a plan. So that is for hosts that have set it in their own way.
-#ifdef __x86_64__
-bool IsOlderUnitAtDefault() {
-    constexpr unsigned short defaultControl = 0x037F;
+unsigned short X87Control() {
     unsigned short control = 0;
     asm volatile("fnstcw %0" : "=m"(control));
-    return control == defaultControl;
+    return control;
 }
 
-unsigned int OlderUnitsFlags() {
+unsigned short X87Flags() {
     unsigned short status = 0;
     asm volatile("fnstsw %0" : "=m"(status));
-    return status & flagBits;
+    return status & x87Flags;
 }
 
-void SetOlderUnitsFlags(unsigned int flags) {
-    std::array<std::uint32_t, 7> environment{};
+/// Flags are cleared first: one that stands would trap where the control word asks for that.
+void SetX87Control(unsigned short control) {
+    if (X87Flags() != 0) asm volatile("fnclex");
+    asm volatile("fldcw %0" : : "m"(control));
+}
+
+/// Flags can only be set with the whole environment of the unit.
+void SetX87ControlAndFlags(unsigned short control, unsigned short flags) {
+    constexpr std::uint32_t lowHalf = 0xFFFF;
+    std::array<std::uint32_t, 7> environment{}; // its first two words hold control and status
     asm volatile("fnstenv %0" : "=m"(environment));
-    environment[1] = (environment[1] & ~flagBits) | flags;
+    environment[0] = (environment[0] & ~lowHalf) | control;
+    environment[1] = (environment[1] & ~std::uint32_t{x87Flags}) | flags;
     asm volatile("fldenv %0" : : "m"(environment));
 }
-#else
-bool IsOlderUnitAtDefault() { return false; } // fenv_t has to be taken and put back
-unsigned int OlderUnitsFlags() { return 0; }
-void SetOlderUnitsFlags(unsigned int) {}
+
 #endif
 
 } // namespace
 
-ModuleStateGuard::ModuleStateGuard() noexcept {
+#ifdef __SSE2__
+
+ModuleStateGuard::ModuleStateGuard() noexcept
+    : callersMxcsr(_mm_getcsr()), callersX87Control(X87Control()), callersX87Flags(X87Flags()),
+      callersErrorNumber(errno) {
     callsUnderWay.fetch_add(1);
-    callersErrorNumber = errno;
-    callersVectorControl = VectorControl();
-    callersFlags = OlderUnitsFlags();
-    isHostAtDefault = IsOlderUnitAtDefault();
-    if (!isHostAtDefault) {
-        std::fegetenv(&callersEnvironment);
-        std::fesetenv(FE_DFL_ENV);
-    }
-    // Flags are left as they are: they change no result, and to write the word that holds them may take as long as a
-    // turn of the head.
-    if ((callersVectorControl & ~flagBits) != defaultVectorControl) SetVectorControl(defaultVectorControl);
+    if (callersX87Control != ownX87Control) SetX87Control(ownX87Control);
+    if ((callersMxcsr & ~mxcsrFlags) != ownMxcsr) _mm_setcsr(ownMxcsr);
 }
 
 ModuleStateGuard::~ModuleStateGuard() {
-    if (!isHostAtDefault)
-        std::fesetenv(&callersEnvironment);
-    else if (OlderUnitsFlags() != callersFlags)
-        SetOlderUnitsFlags(callersFlags);
-    if (VectorControl() != callersVectorControl) SetVectorControl(callersVectorControl);
+    if (callersX87Control != ownX87Control || callersX87Flags != X87Flags()) {
+        if (callersX87Flags == 0) {
+            SetX87Control(callersX87Control);
+        } else {
+            SetX87ControlAndFlags(callersX87Control, callersX87Flags);
+        }
+    }
+    if (_mm_getcsr() != callersMxcsr) _mm_setcsr(callersMxcsr);
     errno = callersErrorNumber;
     callsUnderWay.fetch_sub(1);
 }
+
+#else
+
+ModuleStateGuard::ModuleStateGuard() noexcept : callersErrorNumber(errno) {
+    callsUnderWay.fetch_add(1);
+    std::fegetenv(&callersEnvironment);
+    std::fesetenv(FE_DFL_ENV);
+}
+
+ModuleStateGuard::~ModuleStateGuard() {
+    std::fesetenv(&callersEnvironment);
+    errno = callersErrorNumber;
+    callsUnderWay.fetch_sub(1);
+}
+
+#endif
 
 long CallsUnderWay() noexcept { return callsUnderWay.load(); }

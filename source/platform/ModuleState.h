@@ -2,10 +2,9 @@
 
 #include <cfenv>
 
-/// Puts the calling thread into the module's own state while a method runs, and back into the caller's when it ends,
-/// whichever way it ends: the default floating-point environment (round to nearest, gradual underflow), so that a
-/// host's rounding mode changes none of our results and our arithmetic leaves none of its flags in the host. The C
-/// library's error number, which our calls of it change, is put back too.
+/// The module's own floating-point state while a method runs: round to nearest, gradual underflow, no traps, and x87 at
+/// its full 64 bits of precision. So a host's settings change none of our results. When the method ends, in whichever
+/// way, the host has its own settings back, its own flags and no flag of ours, and its error number (errno).
 class ModuleStateGuard {
 public:
     ModuleStateGuard() noexcept;
@@ -14,12 +13,14 @@ public:
     ~ModuleStateGuard();
 
 private:
-    std::fenv_t callersEnvironment; // only when it is not the default
-    bool isHostAtDefault = false;   // but for the vector unit, and for flags
-    unsigned int callersFlags = 0;  // then these, of the older floating-point unit
-    // The vector unit's control word again: not every C library's fenv_t holds it.
-    unsigned int callersVectorControl = 0;
-    int callersErrorNumber = 0;
+#ifdef __SSE2__
+    unsigned int callersMxcsr;
+    unsigned short callersX87Control;
+    unsigned short callersX87Flags;
+#else
+    std::fenv_t callersEnvironment;
+#endif
+    int callersErrorNumber;
 };
 
 /// Methods of this module that are running now, over all threads; the module must not be unloaded while there is one.

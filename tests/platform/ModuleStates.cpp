@@ -115,88 +115,93 @@ TEST(ModuleState, GivesTheHostItsSettingsBackWhenAnExceptionLeaves) {
 
 #endif
 
-#ifdef __x86_64__
+#ifdef __SSE2__
 
-/// The older floating-point unit, which long doubles and parts of the C library use.
-constexpr unsigned short olderUnitsDefault = 0x037F;
-constexpr unsigned short otherDefault = 0x027F; ///< 53 bits: what threads start with elsewhere
-constexpr unsigned short olderUnitsFlags = 0x003F;
+/// x87, the processor's other floating-point unit, in which long doubles and parts of some C libraries are computed.
+constexpr unsigned short x87Default = 0x037F;
+constexpr unsigned short x87OfThePlatform = 0x027F; ///< 53 bits: what programs of Windows start with
+constexpr unsigned short x87Flags = 0x003F;
 
-unsigned short OlderUnitsControl() {
+unsigned short X87Control() {
     unsigned short control = 0;
     asm volatile("fnstcw %0" : "=m"(control));
     return control;
 }
 
-unsigned short FlagsOfTheOlderUnit() {
+unsigned short X87Flags() {
     unsigned short status = 0;
     asm volatile("fnstsw %0" : "=m"(status));
-    return status & olderUnitsFlags;
+    return status & x87Flags;
 }
 
-/// A host that has the unit set in its own way; it is as the thread started with it at the end.
-class OlderUnit {
+/// A host that has set the unit in its own way; the test program's setting comes back at the end.
+class X87Host {
 public:
-    explicit OlderUnit(unsigned short control) { asm volatile("fnclex\n\tfldcw %0" : : "m"(control)); }
-    OlderUnit(const OlderUnit&) = delete;
-    OlderUnit& operator=(const OlderUnit&) = delete;
-    ~OlderUnit() { asm volatile("fnclex\n\tfldcw %0" : : "m"(olderUnitsDefault)); }
+    explicit X87Host(unsigned short control) { asm volatile("fnclex\n\tfldcw %0" : : "m"(control)); }
+    X87Host(const X87Host&) = delete;
+    X87Host& operator=(const X87Host&) = delete;
+    ~X87Host() { asm volatile("fnclex\n\tfldcw %0" : : "m"(x87Default)); }
 };
 
-void RaiseAFlagOfTheOlderUnit() {
+void RaiseInexactInX87() {
     volatile long double third = 1.0L;
     third = third / 3.0L;
 }
 
-TEST(ModuleState, SetsTheOlderUnitToItsDefaultsAndBack) {
+void RaiseDivisionByZeroInX87() {
+    volatile long double infinite = 1.0L;
+    infinite = infinite / static_cast<long double>(zero);
+}
+
+TEST(ModuleState, SetsX87ToItsDefaultsAndBack) {
     struct Case {
         unsigned short control;
         const char* why;
     };
-    for (const Case& c : {Case{olderUnitsDefault, "as a thread starts"}, Case{otherDefault, "53 bits"},
-                          Case{0x0B7F, "rounding up"}, Case{0x037A, "traps on division by zero"}}) {
-        const OlderUnit host(c.control);
+    for (const Case& c :
+         {Case{x87Default, "as a thread starts"}, Case{x87OfThePlatform, "53 bits"}, Case{0x007F, "24 bits"},
+          Case{0x0B7F, "rounding up"}, Case{0x037A, "traps on division by zero"}, Case{0x0340, "traps on all"}}) {
+        const X87Host host(c.control);
         {
             const ModuleStateGuard guard;
-            EXPECT_EQ(OlderUnitsControl(), olderUnitsDefault) << c.why;
+            EXPECT_EQ(X87Control(), x87Default) << c.why;
+            RaiseInexactInX87(); // no trap, neither now nor when the host's setting is back
         }
-        EXPECT_EQ(OlderUnitsControl(), c.control) << c.why;
+        EXPECT_EQ(X87Control(), c.control) << c.why;
+        EXPECT_EQ(X87Flags(), 0) << c.why;
     }
 }
 
-TEST(ModuleState, LeavesNoFlagInTheOlderUnit) {
-    const OlderUnit host(olderUnitsDefault);
-    {
-        const ModuleStateGuard guard;
-        RaiseAFlagOfTheOlderUnit();
-        ASSERT_NE(FlagsOfTheOlderUnit(), 0);
-    }
-    EXPECT_EQ(FlagsOfTheOlderUnit(), 0);
-}
-
-TEST(ModuleState, KeepsTheFlagsThatTheHostHasRaisedInTheOlderUnitAndNoOthers) {
-    for (const unsigned short control : {olderUnitsDefault, otherDefault}) {
-        const OlderUnit host(control);
-        RaiseAFlagOfTheOlderUnit();
-        const unsigned short raised = FlagsOfTheOlderUnit();
-        ASSERT_NE(raised, 0);
-        {
-            const ModuleStateGuard guard;
-            volatile long double infinite = 1.0L;
-            infinite = infinite / static_cast<long double>(zero);
-            ASSERT_NE(FlagsOfTheOlderUnit(), raised);
+TEST(ModuleState, GivesTheHostItsOwnX87FlagsBackAndNoOthers) {
+    struct Case {
+        void (*hostRaises)();
+        void (*moduleRaises)();
+        const char* why;
+    };
+    for (const Case& c : {Case{RaiseInexactInX87, RaiseDivisionByZeroInX87, "another flag than the host's"},
+                          Case{RaiseInexactInX87, RaiseInexactInX87, "the host's flag once more"},
+                          Case{RaiseInexactInX87, [] {}, "none"}}) {
+        for (const unsigned short control : {x87Default, x87OfThePlatform}) {
+            const X87Host host(control);
+            c.hostRaises();
+            const unsigned short raised = X87Flags();
+            ASSERT_NE(raised, 0);
+            {
+                const ModuleStateGuard guard;
+                c.moduleRaises();
+            }
+            EXPECT_EQ(X87Flags(), raised) << c.why << ", control word " << control;
+            EXPECT_EQ(X87Control(), control) << c.why;
         }
-        EXPECT_EQ(FlagsOfTheOlderUnit(), raised);
-        EXPECT_EQ(OlderUnitsControl(), control);
     }
 }
 
-TEST(ModuleState, KeepsWhatTheHostHasSetInTheVectorUnitApartFromTheOlderOne) {
-    const OlderUnit host(olderUnitsDefault);
+TEST(ModuleState, KeepsMxcsrApartFromX87) {
+    const X87Host host(x87Default);
     const unsigned int before = _mm_getcsr();
     {
         const ModuleStateGuard guard;
-        RaiseAFlagOfTheOlderUnit(); // sends the guard the long way out
+        RaiseInexactInX87();
         result = one / zero;
     }
     EXPECT_EQ(_mm_getcsr(), before);
