@@ -3,8 +3,8 @@
 #include "errors/ErrorContext.h"
 #include "interface/ErrorCodes.h"
 
-/// Fills the calling thread's error record and throws `code` alone, as an HRESULT. Only this file throws codes. When the
-/// record cannot be made or set, the failure code of that step is thrown instead.
+/// Fills the calling thread's error record and throws `code` alone, as an HRESULT. Only this file throws codes. When
+/// the record cannot be made or set, the failure code of that step is thrown instead.
 [[noreturn]] void RaiseError(HRESULT code, const wchar_t* source, const wchar_t* description, const wchar_t* helpFile,
                              DWORD helpContext);
 
