@@ -46,6 +46,7 @@ SweptMove Swept(const HeadModel& head, const CheckedMove& move, const Spacing& s
 
 std::vector<SweptMove> SweptPath(const HeadModel& head, const PlanReport& report, const Spacing& spacing) {
     std::vector<SweptMove> path;
+    path.reserve(report.moves.size());
     for (const CheckedMove& move : report.moves) path.push_back(Swept(head, move, spacing));
     return path;
 }

@@ -42,7 +42,7 @@ public:
 private:
     Symmetric(double xx, double xy, double xz, double yy, double yz, double zz) : m{xx, xy, xz, yy, yz, zz} {}
 
-    double m[6];
+    double m[6]; // NOLINT(modernize-use-default-member-init): its values are arguments
 };
 
 /// The transposed columns times `v`.

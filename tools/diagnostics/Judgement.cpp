@@ -242,6 +242,7 @@ private:
 
     std::vector<double> Tilts() const {
         std::vector<double> tilts;
+        tilts.reserve(sets.aCount);
         for (std::size_t i = 0; i < sets.aCount; ++i) tilts.push_back(sets.points[i].a);
         return tilts;
     }

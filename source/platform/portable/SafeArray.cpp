@@ -114,7 +114,7 @@ HRESULT SafeArrayCopy(SAFEARRAY* array, SAFEARRAY** copy) noexcept {
     std::ranges::copy(BoundsOf(*array), BoundsOf(*made).begin());
     const HRESULT result = AllocateDataOrFree(made);
     if (FAILED(result)) return result;
-    if (array->pvData != nullptr) std::memcpy(made->pvData, array->pvData, *DataSize(*array));
+    if (array->pvData != nullptr) std::memcpy(made->pvData, array->pvData, DataSize(*array).value_or(0));
     *copy = made;
     return S_OK;
 }
