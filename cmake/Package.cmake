@@ -1,4 +1,5 @@
-# A Debian package of everything that is installed: cmake --build build/native --target package, or packaging/debian.
+# A Debian package of everything that is installed: packaging/debian. (The target package packs no page of `qmv40 view` unless
+# qmv40_view_page was built.)
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME coqmv40calculator)
 set(CPACK_PACKAGE_CONTACT "The CoQMV40Calculator maintainers <maintainers@localhost>")
