@@ -13,10 +13,10 @@ std::array<double, 3> Read(HeadOffset offset, int selector = 0) {
     const SettingsKey key(settingsKeyPath);
     HeadSettingReader reader(QueryOf(key));
     std::array<double, 3> values{};
-    auto next = values.begin();
+    std::size_t next = 0;
     for (const HeadSetting& setting : SettingsOf(offset)) {
         const double value = reader.Read(setting).value;
-        *next++ = selector != 0 && setting.mirror != Mirror::Never ? -value : value;
+        values[next++] = selector != 0 && setting.mirror != Mirror::Never ? -value : value;
     }
     return values;
 }

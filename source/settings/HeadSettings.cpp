@@ -39,8 +39,10 @@ constexpr std::array<HeadSetting, headSettingCount> table{{
 std::span<const HeadSetting, headSettingCount> HeadSettings() noexcept { return table; }
 
 std::span<const HeadSetting> SettingsOf(HeadOffset offset) noexcept {
-    const auto settings = std::ranges::equal_range(table, offset, {}, &HeadSetting::offset);
-    return {settings.begin(), settings.end()};
+    const auto isOfIt = [offset](const HeadSetting& setting) { return setting.offset == offset; };
+    const auto* const first = std::find_if(table.begin(), table.end(), isOfIt);
+    const auto* const last = std::find_if_not(first, table.end(), isOfIt);
+    return {first, last};
 }
 
 SettingReading HeadSettingReader::Read(const HeadSetting& setting) {
