@@ -1,8 +1,8 @@
 #include "maths/CMaCircle.h"
 
-#include "maths/CircleFit.h"
 #include "maths/DegreeTurn.h"
 #include "maths/Unit.h"
+#include "maths/fit/CircleFit.h"
 
 #include <cmath>
 
@@ -18,7 +18,7 @@ CMaVector Turned(const CMaVector& v, const CMaVector& axis, const DegreeTurn& tu
 CMaVector UnitAlong(const CMaVector& direction) {
     const double length = direction.Magnitude();
     if (!std::isfinite(length) || length == 0.0) throw GeometryError(GeometryError::Reason::Impossible);
-    // By way of a power of two: the inverse of a length can overflow.
+    // Scaled by a power of two first, because 1 / length can overflow.
     const int exponent = -std::ilogb(length);
     const CMaVector nearUnit(std::ldexp(direction[0], exponent), std::ldexp(direction[1], exponent),
                              std::ldexp(direction[2], exponent));
@@ -28,7 +28,7 @@ CMaVector UnitAlong(const CMaVector& direction) {
 } // namespace
 
 void CMaCircle::Fit(const CMaPointArray& points, long iterationLimit) {
-    const FittedCircle fitted = FitCircle(points, iterationLimit);
+    const qmv40::fit::FittedCircle fitted = qmv40::fit::FitCircle(points, iterationLimit);
     centre = fitted.centre;
     normal = fitted.normal;
     radius = fitted.radius;

@@ -10,15 +10,18 @@ class CMaLine : public CMaGeometry {
 public:
     /// The line with the smallest sum of squared distances to the points.
     ///
-    /// Through their mean, along the direction in which they spread most. The direction is right to 20 times what
-    /// rounding the points' coordinates by half a unit in the last place can do to it, and to a few roundings (2e-16
-    /// radians) more, magnified where the points spread nearly alike in two directions; the point to 4 roundings of the
-    /// largest coordinate. Coordinates may have any finite size.
+    /// It passes through the mean of the points, along the direction of their largest spread. Accuracy: the direction
+    /// is right to 20 times the effect of rounding the coordinates by half a unit in the last place, plus 1e-15 rad,
+    /// which grows by a b / (a^2 - b^2) where another direction's spread b comes near the largest, a. The point is
+    /// right to 4 roundings of the largest coordinate. If several directions have the same spread, the result is one of
+    /// them.
+    ///
     /// Throws GeometryError (Impossible), the line unchanged, when there are fewer than two distinct points or a
-    /// coordinate is not finite. A set that spreads alike in several directions gives one of the lines that fit best.
+    /// coordinate is not finite. Coordinates may have any finite size, but points closer together than 1e-307 of their
+    /// largest coordinate may count as one.
     void Fit(const CMaPointArray& points);
 
-    /// The angle between the line and the plane, unsigned: 0 to 90 degrees, right to 4e-16 radians at both ends.
+    /// The unsigned angle between the line and the plane, 0 to 90 degrees. The error is below 4e-16 rad at both ends.
     double AngleWith(const CMaPlane& plane) const noexcept;
 
     /// A point of the line: the mean of the fitted points.

@@ -1,11 +1,11 @@
 #include "maths/CMaPlane.h"
 
-#include "maths/PrincipalAxes.h"
 #include "maths/Unit.h"
+#include "maths/fit/PrincipalAxes.h"
 
 void CMaPlane::Fit(const CMaPointArray& points) {
-    ScaledPoints scaled(points);
-    const PrincipalAxes axes(scaled);
+    qmv40::fit::ScaledPoints scaled(points);
+    const qmv40::fit::PrincipalAxes axes(scaled);
     if (axes.IsStraight()) throw GeometryError(GeometryError::Reason::Impossible);
     point = scaled.ToCaller(CMaVector(0.0, 0.0, 0.0));
     normal = Unit(axes.axis[2]);
@@ -14,7 +14,8 @@ void CMaPlane::Fit(const CMaPointArray& points) {
 CMaPoint CMaPoint::ProjectionOn(const CMaPlane& plane) const noexcept {
     const CMaVector& normal = plane.GetNormal();
     const CMaVector position = To3DVector();
-    const double distance = (position + plane.GetPoint().To3DVector() * -1.0) % normal;
-    const CMaVector foot = position + normal * -distance;
+    // Half the distance, because the difference of two coordinates can overflow.
+    const double half = (position * 0.5 + plane.GetPoint().To3DVector() * -0.5) % normal;
+    const CMaVector foot = position + normal * (-2.0 * half);
     return {foot[0], foot[1], foot[2]};
 }

@@ -9,13 +9,14 @@ class CMaPlane : public CMaGeometry {
 public:
     /// The plane with the smallest sum of squared distances to the points.
     ///
-    /// Through their mean, square to the direction in which they spread least. The normal is right to 20 times what
-    /// rounding the points' coordinates by half a unit in the last place can do to it, and to a few roundings (2e-16
-    /// radians) more, magnified where the points spread nearly alike in two directions; the point to 4 roundings of the
-    /// largest coordinate. Coordinates may have any finite size.
+    /// It passes through the mean of the points. Its normal is the direction of their smallest spread. Accuracy: the
+    /// normal is right to 20 times the effect of rounding the coordinates by half a unit in the last place, plus 1e-15
+    /// rad, which grows by a b / (a^2 - b^2) where another direction's spread a comes near the smallest, b. The point
+    /// is right to 4 roundings of the largest coordinate.
+    ///
     /// Throws GeometryError (Impossible), the plane unchanged, when there are fewer than three distinct points, when
-    /// all lie on one line as far as the rounding of their coordinates lets one tell, or when a coordinate is not
-    /// finite.
+    /// the points lie on one line to within the rounding of their coordinates, or when a coordinate is not finite.
+    /// Coordinates may have any finite size.
     void Fit(const CMaPointArray& points);
 
     /// A point of the plane: the mean of the fitted points.

@@ -1,4 +1,4 @@
-#include "maths/SymmetricEigen.h"
+#include "maths/fit/SymmetricEigen.h"
 
 #include <gtest/gtest.h>
 
@@ -7,6 +7,9 @@
 /// Eigenvalues and eigenvectors held against what defines them.
 
 namespace {
+
+using qmv40::fit::SquareMatrix;
+using qmv40::fit::SymmetricEigen;
 
 using Random = std::mt19937_64;
 

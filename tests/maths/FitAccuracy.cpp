@@ -153,6 +153,26 @@ TEST(FitAccuracy, OfAClearCircleTakesThreeSteps) {
     EXPECT_GT(clear, 100);
 }
 
+TEST(FitAccuracy, OfACaptureIsWhatTheHeaderOfTheCircleStates) {
+    constexpr double bound = 3e-13, normalBound = 1e-15; // millimetres, radians: see CMaCircle::Fit
+    Random random(48);
+    double worst = 0.0, worstNormal = 0.0;
+    for (int round = 0; round < 300; ++round) {
+        SCOPED_TRACE("seed 48, round " + std::to_string(round));
+        const Arc capture = {Kind::Even, 90.0, 180.0, 0.001, 1000.0, 40};
+        const std::vector<Coordinates> points = capture.Points(random);
+        CMaCircle circle(1.0);
+        ASSERT_NO_THROW(circle.Fit(ArrayOf(points), 1000));
+        const CircleCertificate certificate(points, circle);
+        ASSERT_TRUE(certificate.isMinimum);
+        worst = std::max({worst, certificate.error.centre, certificate.error.radius});
+        worstNormal = std::max(worstNormal, certificate.error.normal);
+    }
+    EXPECT_LE(worst, bound);
+    EXPECT_LE(worstNormal, normalBound);
+    EXPECT_GE(worst, 0.1 * bound) << "the header could state a smaller bound";
+}
+
 TEST(FitAccuracy, CirclesOfThousandsOfPointsAreRightToTheirRounding) {
     const Arc arcs[] = {{Kind::Unbalanced, 90.0, 100.0, 1e-2, 1e3, 4000},
                         {Kind::Alternating, 1.0, 1e5, 0.1, 0.0, 4000},

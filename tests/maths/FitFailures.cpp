@@ -81,6 +81,68 @@ TEST(FitFailures, DoNotDependOnTheOrderOfThePoints) {
     }
 }
 
+namespace {
+
+bool IsFinite(const CMaVector& v) { return std::isfinite(v[0]) && std::isfinite(v[1]) && std::isfinite(v[2]); }
+
+void ExpectPlaceAndDirection(const CMaPoint& place, const CMaVector& direction) {
+    constexpr double unitWithin = 1e-14;
+    EXPECT_TRUE(IsFinite(place.To3DVector()));
+    EXPECT_NEAR(direction.Magnitude(), 1.0, unitWithin);
+}
+
+/// Calls `fit`, which may fail because there is no result; true when it did not.
+template <typename Fit> bool IsFitted(const Fit& fit) {
+    try {
+        fit();
+        return true;
+    } catch (const GeometryError&) {
+        return false;
+    }
+}
+
+} // namespace
+
+TEST(FitFailures, AFitOfCoordinatesOfAnySizeIsFiniteOrFails) {
+    constexpr double sizes[] = {0.0,     1.0,   3.0,    1e300, 1e-300, 1e-310, 5e-324,
+                                1.7e308, 1e150, 1e-150, 1e-10, 1e6,    1e200,  1e-200};
+    std::mt19937_64 random(80);
+    int lines = 0, planes = 0, circles = 0;
+    for (int round = 0; round < 20'000; ++round) {
+        SCOPED_TRACE("seed 80, round " + std::to_string(round));
+        const auto coordinate = [&] { return (random() % 2 == 0 ? 1.0 : -1.0) * sizes[random() % std::size(sizes)]; };
+        CMaPointArray points;
+        const int count = 2 + round % 6;
+        for (int i = 0; i < count; ++i) {
+            const double x = coordinate(), y = coordinate(), z = coordinate();
+            points.Add(CMaPoint(x, y, z));
+        }
+        CMaLine line;
+        CMaPlane plane;
+        CMaCircle circle(1.0);
+        lines += IsFitted([&] { line.Fit(points); }) ? 1 : 0;
+        planes += IsFitted([&] { plane.Fit(points); }) ? 1 : 0;
+        circles += IsFitted([&] { circle.Fit(points, 5000); }) ? 1 : 0;
+        ExpectPlaceAndDirection(line.GetPoint(), line.GetDirection());
+        ExpectPlaceAndDirection(plane.GetPoint(), plane.GetNormal());
+        ExpectPlaceAndDirection(circle.GetCentre(), circle.GetNormal());
+        ASSERT_TRUE(std::isfinite(circle.GetRadius()));
+    }
+    EXPECT_GT(lines, 1000);
+    EXPECT_GT(planes, 1000);
+    EXPECT_GT(circles, 100);
+}
+
+TEST(FitFailures, ASetFarSmallerThanItsDistanceIsInOnePlace) {
+    // At 1e300 a set of 1e-10 is 1e294 times smaller than the rounding of the coordinate that it shares.
+    for (const double away : {1e300, -1e300, huge}) {
+        const CMaPointArray points = ArrayOf({{away, 0.0, 0.0}, {away, 1e-10, 0.0}, {away, 0.0, 1e-10}});
+        EXPECT_TRUE(FailsWith(impossible, [&] { CMaLine().Fit(points); })) << away;
+        EXPECT_TRUE(FailsWith(impossible, [&] { CMaPlane().Fit(points); })) << away;
+        EXPECT_TRUE(FailsWith(impossible, [&] { CMaCircle(1.0).Fit(points, 1000); })) << away;
+    }
+}
+
 TEST(FitFailures, PointsRoundedFromALineAreOnALineWhereverItIs) {
     std::mt19937_64 random(77);
     std::uniform_real_distribution<double> along(-1.0, 1.0);

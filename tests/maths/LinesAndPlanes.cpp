@@ -38,6 +38,23 @@ TEST(Line, ThroughTwoPointsRunsAlongTheirDifference) {
     EXPECT_EQ(Distance(line.GetPoint(), {10.0, 15.0, 30.0}), 0.0);
 }
 
+TEST(Line, ThroughTwoPointsIsRightForCoordinatesOfAnySizes) {
+    struct {
+        Coordinates from, to;
+        CMaVector direction;
+        const char* why;
+    } const cases[] = {
+        {{1e-300, 1e-10, 1e-150}, {-1.0, 1.0, 0.0}, {-std::sqrt(0.5), std::sqrt(0.5), 0.0}, "squares that underflow"},
+        {{1.0, 1e-10, 1.0}, {-1.0, 1.0, 1e150}, {0.0, 0.0, 1.0}, "1 beside 1e150"},
+        {{0.0, 0.0, 0.0}, {5e-324, 0.0, 0.0}, {1.0, 0.0, 0.0}, "the smallest extent there is"},
+        {{1.0, 0.0, 0.0}, {1.0, 5e-324, 0.0}, {0.0, 1.0, 0.0}, "which is 1e-324 of the largest coordinate"},
+        {{1e200, 0.0, 0.0}, {1e200, 0.0, 1e-90}, {0.0, 0.0, 1.0}, "an extent of 1e-290 of the largest coordinate"},
+    };
+    constexpr double direction = 2e-10; // 1e-10 beside 1 is left out of the expected direction
+    for (const auto& [from, to, expected, why] : cases)
+        EXPECT_LT(DirectionError(LineThrough({from, to}).GetDirection(), expected), direction) << why;
+}
+
 TEST(Line, MinimisesTheSquaredDistancesAndNotThoseAlongAnAxis) {
     // By hand: the scatter matrix is [[10, 5], [5, 4]], whose longest direction solves tan 2a = 2 * 5 / (10 - 4).
     const CMaLine line = LineThrough({{-2, -1, 0}, {-1, 0, 0}, {0, -1, 0}, {1, 1, 0}, {2, 1, 0}});

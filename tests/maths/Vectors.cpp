@@ -1,5 +1,6 @@
 #include "maths/CMaMatrix.h"
 #include "maths/CMaPlane.h"
+#include "maths/ExactVector.h"
 #include "maths/GeometryChecks.h"
 
 #include <limits>
@@ -133,6 +134,58 @@ TEST(Point, IsProjectedSquareOntoAPlane) {
     EXPECT_NEAR(foot.y(), 1.0, fewRoundings);
     EXPECT_NEAR(foot.z(), -1.0, fewRoundings);
     EXPECT_LT(Distance(foot.ProjectionOn(plane), foot), fewRoundings) << "a second time changes nothing";
+}
+
+namespace {
+
+/// The foot of the perpendicular in 32 digits. The plane is the one through the stored point, square to the stored
+/// normal of whatever length.
+ExactVector ExactFoot(const CMaPoint& p, const CMaPlane& plane) {
+    const auto exactly = [](const CMaVector& v) { return ExactVector{v[0], v[1], v[2]}; };
+    const ExactVector point = exactly(p.To3DVector()), normal = UnitAlong(exactly(plane.GetNormal()));
+    return Across(Minus(point, exactly(plane.GetPoint().To3DVector())), normal);
+}
+
+} // namespace
+
+TEST(Point, ProjectsAsExactlyAsItsHeaderStates) {
+    constexpr double ulp = std::numeric_limits<double>::epsilon(); // relative to a power of two: an upper bound
+    std::mt19937_64 random(61);
+    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+    for (int round = 0; round < 3000; ++round) {
+        SCOPED_TRACE("seed 61, round " + std::to_string(round));
+        const double away = std::pow(10.0, round % 10 - 3), size = std::pow(10.0, round % 7 - 3);
+        const RandomFrame frame(random), place(random);
+        const auto at = [&](double u, double v, double w) {
+            const Coordinates c = frame.At(u, v, w);
+            const CMaVector& a = place.first;
+            return Coordinates{c[0] + away * a[0], c[1] + away * a[1], c[2] + away * a[2]};
+        };
+        CMaPlane plane;
+        plane.Fit(ArrayOf({at(size, 0.0, 0.0), at(0.0, size, 0.0), at(-size, -size, 0.0)}));
+        const Coordinates q = at(size * uniform(random), size * uniform(random), 10.0 * size * uniform(random));
+        const CMaPoint from(q[0], q[1], q[2]), foot = from.ProjectionOn(plane);
+        const ExactVector exact = ExactFoot(from, plane);
+        const CMaVector base = plane.GetPoint().To3DVector(), result = foot.To3DVector(), start = from.To3DVector();
+        const double distance = Distance(start, base);
+        for (int i = 0; i < 3; ++i) {
+            const DoubleDouble error = DoubleDouble(result[i]) - base[i] - exact[static_cast<std::size_t>(i)];
+            const double larger = std::max(std::fabs(result[i]), std::fabs(start[i]));
+            EXPECT_LE(std::fabs(static_cast<double>(error)), ulp * (larger + 4.0 * distance));
+        }
+    }
+}
+
+TEST(Point, ProjectsWhereDifferencesOfCoordinatesOverflow) {
+    constexpr double large = 1.7e308;
+    CMaPlane plane;
+    plane.Fit(ArrayOf({{-large, 0.0, 0.0}, {-large, 1e300, 0.0}, {-large, 0.0, 1e300}}));
+    const CMaPoint foot = CMaPoint(large, 0.0, 0.0).ProjectionOn(plane);
+    EXPECT_FALSE(std::isfinite(foot.x())) << "the distance itself is beyond the largest double";
+    plane.Fit(ArrayOf({{-large, 0.0, 0.0}, {large, 0.0, 0.0}, {-large, 0.0, large}}));
+    const CMaPoint inside = CMaPoint(large, 1.0, large).ProjectionOn(plane);
+    EXPECT_NEAR(inside.x() / large, 1.0, 1e-15);
+    EXPECT_NEAR(inside.z() / large, 1.0, 1e-15);
 }
 
 TEST(PointArray, StartsEmptyWhateverItsRoom) {

@@ -111,6 +111,16 @@ TEST(Structure, TheVectorGeometryClassesIncludeNothingOutsideTheirFolder) {
     EXPECT_THAT(violations, IsEmpty());
 }
 
+TEST(Structure, OnlyMathsIncludesTheSolverOfItsFits) {
+    std::vector<std::string> violations;
+    for (const SourceFile& file : SourceFiles()) {
+        if (file.folder == "maths") continue;
+        for (const std::string& include : QuotedIncludes(file.text))
+            if (include.starts_with("maths/fit/")) violations.push_back(file.name + " -> " + include);
+    }
+    EXPECT_THAT(violations, IsEmpty());
+}
+
 TEST(Structure, TheCheckerOfPlansHasAModelOfItsOwn) {
     std::vector<std::string> violations;
     for (const SourceFile& file : SourceFiles()) {
@@ -127,7 +137,7 @@ TEST(Structure, TheCheckerOfPlansHasAModelOfItsOwn) {
 
 /// Functions and types that a header gives to everybody, with the namespace around them.
 std::vector<std::string> NamesGivenBy(const SourceFile& header) {
-    static const std::regex space("\\nnamespace ([a-z0-9_]+) \\{");
+    static const std::regex space("\\nnamespace ([a-z0-9_:]+) \\{");
     static const std::regex type("\\n(?:struct|class|enum class|enum) (\\w+)[^;{]*\\{");
     static const std::regex function(
         "\\n(?:inline |constexpr )*[A-Za-z][\\w:<>,&* ]*[ &*]((?!decltype)\\w+\\([^()]*\\))");

@@ -1,8 +1,10 @@
-#include "maths/CircleStarts.h"
+#include "maths/fit/InitialCircle.h"
 
 #include "maths/Unit.h"
 
 #include <cmath>
+
+namespace qmv40::fit {
 
 std::optional<ApexCircle> TaubinCircle(const CMaVector& first, const CMaVector& second, const ScaledPoints& points,
                                        double straightRadius) {
@@ -19,7 +21,7 @@ std::optional<ApexCircle> TaubinCircle(const CMaVector& first, const CMaVector& 
     const double uq = sums[3] * perPoint, vq = sums[4] * perPoint, qq = sums[5] * perPoint;
     const double q = uu + vv;
 
-    // The least root of Taubin's cubic, by Newton's method from below.
+    // Taubin's circle belongs to the smallest root of a cubic. Newton's method from 0 approaches that root from below.
     const double area = uu * vv - uv * uv, variance = qq - q * q;
     const double a3 = 4.0 * q, a2 = -3.0 * q * q - qq;
     const double a1 = variance * q + 4.0 * area * q - uq * uq - vq * vq;
@@ -32,9 +34,9 @@ std::optional<ApexCircle> TaubinCircle(const CMaVector& first, const CMaVector& 
         root = next;
     }
     const double twiceDeterminant = 2.0 * (root * root - root * q + area);
-    // Where nothing draws the centre away from the mean, the determinant may be nothing too.
-    const auto drawn = [&](double by) { return by == 0.0 ? 0.0 : by / twiceDeterminant; };
-    const double centreU = drawn(uq * (vv - root) - vq * uv), centreV = drawn(vq * (uu - root) - uq * uv);
+    // Cramer's rule. If the third moments uq and vq vanish, the centre is the mean; the determinant may be 0 as well.
+    const auto quotient = [&](double minor) { return minor == 0.0 ? 0.0 : minor / twiceDeterminant; };
+    const double centreU = quotient(uq * (vv - root) - vq * uv), centreV = quotient(vq * (uu - root) - uq * uv);
     const double distance = std::sqrt(centreU * centreU + centreV * centreV);
 
     if (!(distance < straightRadius)) return std::nullopt;
@@ -53,12 +55,15 @@ std::optional<ApexCircle> FlatArc(const PrincipalAxes& axes, const ScaledPoints&
         return std::array{q, q * q, x * q, y * q, z * q};
     });
     const double variance = sums[1] - sums[0] * sums[0] / static_cast<double>(points.GetSize());
-    const CMaVector bent = CMaVector(sums[2], sums[3], sums[4]) * (2.0 / variance);
-    const CMaVector bend = bent + axes.axis[0] * -(bent % axes.axis[0]);
-    const double curvature = bend.Magnitude();
+    // The parabola is u^2 times half this vector; its component along u only shifts the points along the arc.
+    const CMaVector secondDerivative = CMaVector(sums[2], sums[3], sums[4]) * (2.0 / variance);
+    const CMaVector across = secondDerivative + axes.axis[0] * -(secondDerivative % axes.axis[0]);
+    const double curvature = across.Magnitude();
     if (!(curvature * straightRadius > 1.0)) return std::nullopt;
-    constexpr double flat = 10.0;
-    const CMaVector outward = bend * (-1.0 / curvature);
+    constexpr double flat = 10.0; // the points extend over 2 to 4: a sagitta below a quarter of that
+    const CMaVector outward = across * (-1.0 / curvature);
     const CMaVector normal = Unit(outward * axes.axis[0]);
     return ApexCircle{CMaVector(0.0, 0.0, 0.0), outward, normal * outward, normal, std::max(1.0 / curvature, flat)};
 }
+
+} // namespace qmv40::fit

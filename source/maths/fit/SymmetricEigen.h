@@ -1,15 +1,19 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <limits>
 #include <utility>
 
+namespace qmv40::fit {
+
 template <std::size_t Size> using SquareMatrix = std::array<std::array<double, Size>, Size>;
 
 /// Eigenvalues, largest first, and unit eigenvectors (the columns of `vectors`, in the same order) of a symmetric
-/// matrix, by cyclic Jacobi rotations: small eigenvalues of a graded matrix keep their own accuracy. Always ends.
+/// matrix, by cyclic Jacobi rotations (Golub and Van Loan, Matrix Computations, section 8.5). Small eigenvalues of a
+/// graded matrix keep their own relative accuracy. Ends after 30 sweeps at the latest; five are usual.
 template <std::size_t Size> struct SymmetricEigen {
     explicit SymmetricEigen(SquareMatrix<Size> matrix) noexcept {
         for (std::size_t i = 0; i < Size; ++i) vectors[i][i] = 1.0;
@@ -23,28 +27,34 @@ template <std::size_t Size> struct SymmetricEigen {
     SquareMatrix<Size> vectors{};
 
 private:
-    static constexpr int sweepLimit = 30; // five are usual
+    static constexpr int sweepLimit = 30;
 
     bool Sweep(SquareMatrix<Size>& m) noexcept {
         constexpr double negligible = 0.5 * std::numeric_limits<double>::epsilon();
-        bool turned = false;
+        bool rotated = false;
         for (std::size_t p = Size - 1; p-- > 0;)
             for (std::size_t q = p + 1; q < Size; ++q) {
                 if (!(std::fabs(m[p][q]) > negligible * std::fabs(m[q][q] - m[p][p]))) continue;
                 Rotate(m, p, q);
-                turned = true;
+                rotated = true;
             }
-        return turned;
+        return rotated;
     }
 
-    /// A turn by which one element off the diagonal becomes zero: cosine, sine, and what that adds to one of the two
-    /// elements on the diagonal and takes from the other. Written so that few roots and quotients wait for each other.
-    struct Turning {
-        Turning(double off, double half) noexcept {
+    /// The rotation that makes the off-diagonal element `off` zero. `half` is half the difference of the two diagonal
+    /// elements. The rotation subtracts `shift` from the first of these and adds it to the second.
+    struct JacobiRotation {
+        JacobiRotation(double off, double half) noexcept {
             constexpr double smallTangent = 1e-8; // its square is below a rounding of 1
+            constexpr double squareUnderflows = 0x1p-500, farLarger = 0x1p600;
             if (std::fabs(off) < smallTangent * std::fabs(half)) {
                 s = 0.5 * off / half;
                 shift = s * off;
+                return;
+            }
+            if (std::max(std::fabs(off), std::fabs(half)) < squareUnderflows) {
+                *this = JacobiRotation(off * farLarger, half * farLarger);
+                shift /= farLarger;
                 return;
             }
             const double along = std::fabs(half) + std::sqrt(half * half + off * off);
@@ -60,20 +70,20 @@ private:
 
     /// Makes m[p][q] zero.
     void Rotate(SquareMatrix<Size>& m, std::size_t p, std::size_t q) noexcept {
-        const auto [c, s, shift] = Turning(m[p][q], 0.5 * (m[q][q] - m[p][p]));
+        const auto [c, s, shift] = JacobiRotation(m[p][q], 0.5 * (m[q][q] - m[p][p]));
         m[p][p] -= shift;
         m[q][q] += shift;
         m[p][q] = m[q][p] = 0.0;
         for (std::size_t i = 0; i < Size; ++i) {
-            Turn(vectors[i][p], vectors[i][q], c, s);
+            RotatePair(vectors[i][p], vectors[i][q], c, s);
             if (i == p || i == q) continue;
-            Turn(m[i][p], m[i][q], c, s);
+            RotatePair(m[i][p], m[i][q], c, s);
             m[p][i] = m[i][p];
             m[q][i] = m[i][q];
         }
     }
 
-    static void Turn(double& a, double& b, double c, double s) noexcept {
+    static void RotatePair(double& a, double& b, double c, double s) noexcept {
         const double old = a;
         a = c * old - s * b;
         b = s * old + c * b;
@@ -88,3 +98,5 @@ private:
             }
     }
 };
+
+} // namespace qmv40::fit

@@ -4,12 +4,15 @@
 
 class CMaPointArray;
 
-/// What the circle fit finds.
+namespace qmv40::fit {
+
 struct FittedCircle {
     CMaPoint centre;
     CMaVector normal; ///< of unit length
     double radius;
 };
 
-/// The least-squares circle in space; see CMaCircle::Fit for what it promises and throws.
+/// The least-squares circle in space. CMaCircle::Fit states its accuracy and its errors.
 FittedCircle FitCircle(const CMaPointArray& points, long iterationLimit);
+
+} // namespace qmv40::fit

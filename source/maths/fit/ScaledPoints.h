@@ -6,31 +6,34 @@
 #include <array>
 #include <cstddef>
 
-/// The points of a fit as the fits want them: about a point in their middle, and scaled by a power of two so that the
-/// set is about 1 in size. Neither costs accuracy (the scaling changes no digit), and nothing overflows or vanishes,
-/// whatever the size of the coordinates. The points are not copied: every sum reads them where they are stored, in one
-/// pass.
+namespace qmv40::fit {
+
+/// The points of a fit, relative to a base point in their middle and scaled by a power of two. The largest extent of
+/// the scaled points along an axis is 2 to 4. Squares and products of scaled coordinates neither overflow nor
+/// underflow, and the scaling itself is exact. The points are not copied: each sum reads them where they are stored, in
+/// one pass.
 class ScaledPoints {
 public:
-    /// Throws GeometryError (Impossible) when there are no points, all are in one place or a coordinate is not finite.
+    /// Throws GeometryError (Impossible) when there are no points, when all are in one place, when a coordinate is not
+    /// finite, or when the scaled coordinates overflow: then the extent is below 1e-307 of the largest coordinate.
     /// Refers to `points`, which must outlive it and stay as they are.
     explicit ScaledPoints(const CMaPointArray& points);
 
-    /// Some of the points of `whole`, scaled alike and about its base.
+    /// Some of the points of `whole`, with its scale and its base.
     ScaledPoints(const CMaPointArray& part, const ScaledPoints& whole) noexcept;
 
     std::size_t GetSize() const noexcept { return xs.size(); }
-    /// How far a point can have been moved by the rounding of its coordinates.
+    /// A bound of the rounding error of a scaled coordinate.
     double GetRounding() const noexcept { return rounding; }
 
-    /// Moves the base, from which the points are counted. At first it is the middle of the box around them.
+    /// Moves the base. After construction it is the middle of the bounding box.
     void MoveBase(double x, double y, double z) noexcept {
         base[0] += x;
         base[1] += y;
         base[2] += z;
     }
 
-    /// The same place, counted from this base instead of the other's.
+    /// Converts a position relative to the other's base to one relative to this base.
     CMaVector FromBaseOf(const ScaledPoints& other, const CMaVector& position) const noexcept {
         return {position[0] + (other.base[0] - base[0]), position[1] + (other.base[1] - base[1]),
                 position[2] + (other.base[2] - base[2])};
@@ -42,8 +45,9 @@ public:
     }
     double ToCaller(double length) const noexcept { return length / scale; }
 
-    /// Sums over all points of the terms, an array of doubles, that `termsOf(x, y, z)` gives for one. Their rounding
-    /// hardly grows with the number of points, and is the same on every machine, however wide its registers are.
+    /// Sums `termsOf(x, y, z)`, an array of doubles, over all points. The sums are blocked: their rounding error grows
+    /// with the number of blocks of 512 points. The order of the additions, and hence each bit of the result, does not
+    /// depend on the width of the vector registers.
     template <typename TermsOf> auto SumOver(const TermsOf& termsOf) const {
 #ifdef QMV40_MAY_USE_AVX2
         if (__builtin_cpu_supports("avx2")) return SumWithAvx2(termsOf);
@@ -61,15 +65,15 @@ private:
 #endif
 
     template <typename TermsOf> [[gnu::flatten]] auto Sum(const TermsOf& termsOf) const {
-        constexpr std::size_t runLength = 512; // so short that the sums of a run lose nothing
+        constexpr std::size_t runLength = 512;
         decltype(termsOf(0.0, 0.0, 0.0)) totals{};
         for (std::size_t begin = 0; begin < xs.size(); begin += runLength)
             AddRun(begin, std::min(begin + runLength, xs.size()), termsOf, totals);
         return totals;
     }
 
-    /// Neighbouring points are added up in sums of their own, side by side: the compiler takes as many at a time as
-    /// there is room for in a register, and the result is the same.
+    /// Adds every eighth point to the same of eight partial sums (lanes). The compiler puts two or four lanes into one
+    /// register; the result is the same.
     template <typename TermsOf, std::size_t Count>
     void AddRun(std::size_t begin, std::size_t end, const TermsOf& termsOf, std::array<double, Count>& totals) const {
         double sums[Count][laneCount] = {};
@@ -93,3 +97,5 @@ private:
     double rounding = 0.0;
     double base[3] = {};
 };
+
+} // namespace qmv40::fit

@@ -1,7 +1,9 @@
-#include "maths/ScaledPoints.h"
+#include "maths/fit/ScaledPoints.h"
 
 #include <cmath>
 #include <limits>
+
+namespace qmv40::fit {
 
 namespace {
 
@@ -10,12 +12,15 @@ namespace {
 struct Range {
     double lowest, highest;
 
-    /// Half, because the whole can overflow.
-    double HalfExtent() const noexcept { return 0.5 * highest - 0.5 * lowest; }
+    /// Half, because the extent itself can overflow. Half of the smallest extent would underflow to zero.
+    double HalfExtent() const noexcept {
+        const double half = 0.5 * highest - 0.5 * lowest;
+        return half == 0.0 && highest > lowest ? std::numeric_limits<double>::denorm_min() : half;
+    }
     double LargestMagnitude() const noexcept { return std::max(std::fabs(lowest), std::fabs(highest)); }
 };
 
-/// Two doubles side by side. The compiler does not find by itself that these steps can be taken two at a time.
+/// Two doubles in one SSE2 register: the compiler does not vectorise this loop by itself.
 using Pair [[gnu::vector_size(16)]] = double;
 
 Range RangeOf(std::span<const double> values) {
@@ -25,11 +30,11 @@ Range RangeOf(std::span<const double> values) {
         void Take(Pair v) noexcept {
             lowest = v < lowest ? v : lowest;
             highest = v > highest ? v : highest;
-            notFinite += v * 0.0; // not-a-number from the first value that is not finite
+            notFinite += v * 0.0; // infinity and not-a-number times 0 are not-a-number, which stays in the sum
         }
     };
     const Pair first{values[0], values[0]};
-    Extremes even{first, first, {}}, odd = even; // so that no step waits for the one before
+    Extremes even{first, first, {}}, odd = even; // two independent chains of dependent operations
     std::size_t i = 0;
     for (; i + 4 <= values.size(); i += 4) {
         even.Take(Pair{values[i], values[i + 1]});
@@ -57,6 +62,7 @@ ScaledPoints::ScaledPoints(const CMaPointArray& points) : xs(points.X()), ys(poi
 
     using Limits = std::numeric_limits<double>;
     scale = std::ldexp(1.0, -std::clamp(std::ilogb(halfExtent), -1022, 1022));
+    if (std::isinf(largest * scale)) ThrowImpossible();
     rounding = std::max(Limits::epsilon() * largest, Limits::denorm_min()) * scale;
     for (int axis = 0; axis < 3; ++axis)
         base[axis] = 0.5 * (ranges[axis].lowest * scale) + 0.5 * (ranges[axis].highest * scale);
@@ -67,3 +73,5 @@ ScaledPoints::ScaledPoints(const CMaPointArray& part, const ScaledPoints& whole)
     ys = part.Y();
     zs = part.Z();
 }
+
+} // namespace qmv40::fit

@@ -1,34 +1,35 @@
-#include "maths/CircleExpansion.h"
+#include "maths/fit/CircleObjective.h"
 
 #include "maths/Unit.h"
 
 #include <cmath>
 #include <limits>
 
+namespace qmv40::fit {
+
 namespace {
 
-/// A point as seen from a circle.
-struct Seen {
-    double g, h;   ///< its distance from the axis less the radius, its height above the plane
-    double s, sag; ///< sine of its angle from the apex, and 1 - cosine, both with all their digits
+/// Residuals of one point, and its place on the circle.
+struct PointResiduals {
+    double g, h;   ///< distance from the axis minus the radius; signed distance from the plane
+    double s, sag; ///< sine, and 1 - cosine, of the angle between apex and point; computed without cancellation
     double perRho; ///< 1 / distance from the axis
 };
 
-/// Sees points from a circle.
-class View {
+class ResidualsFromCircle {
 public:
-    explicit View(const ApexCircle& circle) noexcept
+    explicit ResidualsFromCircle(const ApexCircle& circle) noexcept
         : r(circle.radius), axisSquared(1e-24 * r * r), apex(circle.apex), outward(circle.outward),
           tangent(circle.tangent), normal(circle.normal) {}
 
-    Seen operator()(double px, double py, double pz) const noexcept {
+    PointResiduals operator()(double px, double py, double pz) const noexcept {
         const double x = px - apex.x, y = py - apex.y, z = pz - apex.z;
         const double v = x * outward.x + y * outward.y + z * outward.z; // outward from the apex
         const double u = x * tangent.x + y * tangent.y + z * tangent.z; // along the tangent
         const double h = x * normal.x + y * normal.y + z * normal.z;
         const double fromAxis = v + r;
         const double rho = std::sqrt(fromAxis * fromAxis + u * u + axisSquared);
-        const double perBoth = 1.0 / (rho * (rho + r)); // one division is dearer than all else here
+        const double perBoth = 1.0 / (rho * (rho + r)); // one division instead of two: it dominates the time
         const double perRho = perBoth * (rho + r);
         const double g = (v * (fromAxis + r) + u * u) * (perBoth * rho);
         return {g, h, u * perRho, (g - v) * perRho, perRho};
@@ -41,7 +42,7 @@ private:
     };
 
     double r;
-    double axisSquared; ///< the axis has a thickness, too thin to matter: from a point on it there is no direction
+    double axisSquared; ///< (1e-12 r)^2, added to rho^2: avoids a division by zero for a point on the axis
     Components apex, outward, tangent, normal;
 };
 
@@ -50,16 +51,17 @@ void MirrorUpperTriangle(Matrix6& m) noexcept {
         for (std::size_t k = 0; k < i; ++k) m[i][k] = m[k][i];
 }
 
-/// Solves for `Size` unknowns from `first` on. H = L D L', L having ones on its diagonal: no roots to wait for.
+/// Solves for `Size` unknowns, the first of which is `first`, by the factors H = L D L'. L has ones on its diagonal.
+/// Cholesky's factors would need a square root for each unknown.
 template <std::size_t Size>
-bool Solve(const Expansion& e, std::size_t first, double damping, Vector6& change) noexcept {
+bool SolveBlock(const CircleObjective& objective, std::size_t first, double damping, Vector6& change) noexcept {
     constexpr double notPositive = 8.0 * std::numeric_limits<double>::epsilon();
     double l[Size][Size], ld[Size][Size], perPivot[Size];
     double* const y = &change[first];
     for (std::size_t i = 0; i < Size; ++i) {
-        const auto& row = e.hessian[first + i];
+        const auto& row = objective.hessian[first + i];
         double pivot = row[first + i] * (1.0 + damping);
-        y[i] = -e.gradient[first + i];
+        y[i] = -objective.gradient[first + i];
         for (std::size_t k = 0; k < i; ++k) {
             ld[i][k] = row[first + k];
             for (std::size_t j = 0; j < k; ++j) ld[i][k] -= ld[i][j] * l[k][j];
@@ -82,11 +84,11 @@ bool Solve(const Expansion& e, std::size_t first, double damping, Vector6& chang
 ApexCircle Changed(const ApexCircle& circle, const Vector6& change) noexcept {
     const CMaVector normal =
         Unit(circle.normal + circle.outward * change[tiltForward] + circle.tangent * change[tiltSideways]);
-    const CMaVector leaning = circle.outward + circle.tangent * change[turnInPlane];
-    const CMaVector outward = Unit(leaning + normal * -(leaning % normal));
+    const CMaVector turned = circle.outward + circle.tangent * change[turnInPlane];
+    const CMaVector outward = Unit(turned + normal * -(turned % normal));
     const CMaVector apex = circle.apex + circle.outward * change[apexOutward] + circle.normal * change[apexAcross];
     const double radius = circle.radius / (1.0 + change[curvature]);
-    // Curved the other way: the same apex, seen from the other side.
+    // A negative radius: the centre is on the other side of the apex.
     const CMaVector away = radius < 0.0 ? outward * -1.0 : outward;
     return {apex, away, normal * away, normal, std::fabs(radius)};
 }
@@ -97,10 +99,10 @@ double SizeOf(const Vector6& change, double radius) noexcept {
                      std::fabs(change[tiltSideways])});
 }
 
-Expansion::Expansion(const ApexCircle& circle, const ScaledPoints& points) noexcept {
+CircleObjective::CircleObjective(const ApexCircle& circle, const ScaledPoints& points) noexcept {
     const auto [squares, gc, gs, gSag, h, hSag, hs, s, sag, sSag, sagSag] =
-        points.SumOver([view = View(circle)](double x, double y, double z) {
-            const Seen at = view(x, y, z);
+        points.SumOver([residuals = ResidualsFromCircle(circle)](double x, double y, double z) {
+            const PointResiduals at = residuals(x, y, z);
             const double gTimesSag = at.g * at.sag;
             return std::array{at.g * at.g + at.h * at.h,
                               at.g - gTimesSag,
@@ -134,12 +136,13 @@ Expansion::Expansion(const ApexCircle& circle, const ScaledPoints& points) noexc
     MirrorUpperTriangle(hessian);
 }
 
-void Expansion::MakeExact(const ApexCircle& circle, const ScaledPoints& points) noexcept {
-    exact = true;
-    // bend is g / rho: so much the direction to the point turns less than it would on the circle.
+void CircleObjective::MakeHessianExact(const ApexCircle& circle, const ScaledPoints& points) noexcept {
+    isExact = true;
+    // bend = g / rho is the relative distance of a point from the circle, seen from the axis. All these sums vanish
+    // when g and h do.
     const auto [bendSS, bendCS, flatSS, flatCS, inTurn, inCurvature, acrossTurn, acrossCurvature, forward, both,
-                sideways] = points.SumOver([view = View(circle)](double x, double y, double z) {
-        const Seen at = view(x, y, z);
+                sideways] = points.SumOver([residuals = ResidualsFromCircle(circle)](double x, double y, double z) {
+        const PointResiduals at = residuals(x, y, z);
         const double g = at.g, h = at.h, s = at.s, sag = at.sag, c = 1.0 - sag;
         const double bend = g * at.perRho, flat = h * (1.0 - bend), hh = h * h * at.perRho;
         const double ss = s * s, cs = c * s, cc = c * c;
@@ -175,10 +178,12 @@ void Expansion::MakeExact(const ApexCircle& circle, const ScaledPoints& points) 
     MirrorUpperTriangle(hessian);
 }
 
-std::optional<Vector6> Expansion::Step(double damping) const noexcept {
+std::optional<Vector6> CircleObjective::Step(double damping) const noexcept {
     Vector6 change;
-    const bool solved = exact ? Solve<6>(*this, 0, damping, change)
-                              : Solve<3>(*this, 0, damping, change) && Solve<3>(*this, 3, damping, change);
+    const bool solved = isExact ? SolveBlock<6>(*this, 0, damping, change)
+                                : SolveBlock<3>(*this, 0, damping, change) && SolveBlock<3>(*this, 3, damping, change);
     if (!solved) return std::nullopt;
     return change;
 }
+
+} // namespace qmv40::fit

@@ -1,12 +1,14 @@
-#include "maths/PrincipalAxes.h"
+#include "maths/fit/PrincipalAxes.h"
 
-#include "maths/SymmetricEigen.h"
+#include "maths/fit/SymmetricEigen.h"
 
 #include <cmath>
 
+namespace qmv40::fit {
+
 namespace {
 
-/// Points that a program places on a line carry a few roundings each, one for every operation that made them.
+/// A point that a program computes on a line (origin + t * direction) has about this many roundings.
 constexpr double straightInRoundings = 4.0;
 
 /// The three coordinates of a point, then the six products of two of them.
@@ -26,7 +28,7 @@ Sums SumsIn(const Frame& frame, const ScaledPoints& points) noexcept {
     });
 }
 
-/// The sums of products about the mean.
+/// The covariance matrix times the number of points.
 SquareMatrix<3> ScatterOf(const Sums& sums, double perCount) noexcept {
     const auto [u, v, w, uu, uv, uw, vv, vw, ww] = sums;
     const double meanU = u * perCount, meanV = v * perCount, meanW = w * perCount;
@@ -42,20 +44,20 @@ SquareMatrix<3> Product(const SquareMatrix<3>& a, const SquareMatrix<3>& b) noex
     return product;
 }
 
-/// Orthonormal rows, the first of them along the longest eigenvector or, where two are much longer than the third,
-/// nearly in their plane. Turned into this frame a matrix is soon diagonal.
+/// Orthonormal rows. The first is along the eigenvector of the largest eigenvalue or, where two eigenvalues are nearly
+/// equal, in the plane of both. In this frame the Jacobi rotations need about one sweep.
 SquareMatrix<3> FrameNear(const SquareMatrix<3>& scatter) noexcept {
     SquareMatrix<3> power = scatter;
     const double perTrace = 1.0 / (scatter[0][0] + scatter[1][1] + scatter[2][2]);
     for (auto& row : power)
         for (double& element : row) element *= perTrace;
-    for (int i = 0; i < 4; ++i) power = Product(power, power); // all but the longest vanish from it
+    for (int i = 0; i < 4; ++i) power = Product(power, power); // to the 16th power: the largest eigenvalue dominates
     std::size_t largest = power[0][0] > power[1][1] ? 0 : 1;
     if (power[2][2] > power[largest][largest]) largest = 2;
     const auto [x, y, z] = power[largest];
     const double perLength = 1.0 / std::sqrt(x * x + y * y + z * z);
     const double a = x * perLength, b = y * perLength, c = z * perLength;
-    // Two unit vectors across it, without another root.
+    // Two unit vectors perpendicular to it, without another square root (Duff et al., JCGT 6, 2017).
     const double sign = std::copysign(1.0, c), d = -1.0 / (sign + c), e = a * b * d;
     return {{{a, b, c}, {1.0 + sign * a * a * d, sign * e, -sign * a}, {e, sign + b * b * d, -b}}};
 }
@@ -64,8 +66,8 @@ SquareMatrix<3> Transposed(const SquareMatrix<3>& m) noexcept {
     return {{{m[0][0], m[1][0], m[2][0]}, {m[0][1], m[1][1], m[2][1]}, {m[0][2], m[1][2], m[2][2]}}};
 }
 
-/// Turns the frame by the eigenvectors.
-void Turn(CMaVector (&frame)[3], const SquareMatrix<3>& vectors) noexcept {
+/// Rotates the frame by the eigenvectors.
+void RotateFrame(CMaVector (&frame)[3], const SquareMatrix<3>& vectors) noexcept {
     const auto turned = [&](std::size_t k) {
         return frame[0] * vectors[0][k] + frame[1] * vectors[1][k] + frame[2] * vectors[2][k];
     };
@@ -75,22 +77,24 @@ void Turn(CMaVector (&frame)[3], const SquareMatrix<3>& vectors) noexcept {
     frame[2] = longest * middle;
 }
 
-/// The sine of about how far that is, for the axes that matter.
-double SizeOfTurn(const SquareMatrix<3>& vectors, PrincipalAxes::Digits digits) noexcept {
+/// About the sine of the angle of that rotation, for the axes that must be accurate.
+double SizeOfRotation(const SquareMatrix<3>& vectors, PrincipalAxes::Accuracy accuracy) noexcept {
     const double longest = std::max(std::fabs(vectors[0][1]), std::fabs(vectors[0][2]));
-    return digits == PrincipalAxes::Digits::AllOfTheLongest ? longest : std::max(longest, std::fabs(vectors[1][2]));
+    return accuracy == PrincipalAxes::Accuracy::FullForLargest ? longest : std::max(longest, std::fabs(vectors[1][2]));
 }
 
 } // namespace
 
-PrincipalAxes::PrincipalAxes(ScaledPoints& points, Digits digits) noexcept {
+PrincipalAxes::PrincipalAxes(ScaledPoints& points, Accuracy accuracy) noexcept {
     const double perCount = 1.0 / static_cast<double>(points.GetSize());
     straightWithin = straightInRoundings * points.GetRounding();
 
-    // The first sums are about the middle of the box and in the caller's frame, which may cost digits; the later ones
-    // are about the mean and in the frame that the first ones gave. A small turn leaves an error of its square.
+    // The first sums are about the middle of the bounding box and in the caller's frame, and lose digits to
+    // cancellation. The later ones are about the mean and in the principal frame. The error that remains is the square
+    // of the last rotation: 1e-16 after one of 1e-8.
     constexpr int frameLimit = 4;
-    constexpr double smallTurn = 1e-8, wide = 1e-4;
+    constexpr double smallRotation = 1e-8;
+    constexpr double minWidth = 1e-4; // middle spread over largest; narrower points need a second pass for 8 digits
     std::array<double, 3> squares{};
     for (int frames = 0; frames < frameLimit; ++frames) {
         const Sums sums = frames == 0 ? points.SumOver(products) : SumsIn(axis, points);
@@ -104,9 +108,11 @@ PrincipalAxes::PrincipalAxes(ScaledPoints& points, Digits digits) noexcept {
         }
         const SymmetricEigen<3> eigen(scatter);
         squares = eigen.values;
-        Turn(axis, eigen.vectors);
-        if (frames > 0 && SizeOfTurn(eigen.vectors, digits) < smallTurn) break;
-        if (digits == Digits::Half && squares[1] > wide * wide * squares[0]) break;
+        RotateFrame(axis, eigen.vectors);
+        if (frames > 0 && SizeOfRotation(eigen.vectors, accuracy) < smallRotation) break;
+        if (accuracy == Accuracy::Half && squares[1] > minWidth * minWidth * squares[0]) break;
     }
     for (std::size_t i = 0; i < 3; ++i) spread[i] = std::sqrt(std::max(squares[i], 0.0) * perCount);
 }
+
+} // namespace qmv40::fit

@@ -1,0 +1,214 @@
+#include "maths/fit/CircleSolver.h"
+
+#include <cmath>
+#include <limits>
+
+// The geometric (orthogonal distance) fit of a circle in space, a nonlinear least-squares problem with six unknowns.
+// The solver combines the standard methods (Nocedal and Wright, Numerical Optimization, chapters 3 and 10):
+//
+// 1. Gauss-Newton without damping, while the distances of the points are below 1 % of the sagitta. It needs one pass
+//    over the points for a step, and the error shrinks by the factor noise / sagitta in each step.
+// 2. Newton with the exact Hessian otherwise. It needs two passes, but converges quadratically also on short noisy
+// arcs.
+// 3. Gauss-Newton with Marquardt's damping (Levenberg-Marquardt) where the Hessian is not positive definite, or where
+//    Newton's step would increase the sum of squares; back to Newton when the steps are below 10 % of the radius.
+// 4. At a saddle point, a line search along the direction of negative curvature.
+//
+// The solver stops on the size of the step. The sum of squares cannot tell: it is constant to its last digit while the
+// centre is still wrong by 1e-8 of the radius.
+
+namespace qmv40::fit {
+
+namespace {
+
+constexpr double epsilon = std::numeric_limits<double>::epsilon();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+class Solver {
+public:
+    Solver(const ScaledPoints& thePoints, const ApexCircle& initialGuess, SolverLimits& theLimits)
+        : points(thePoints), limits(theLimits), circle(initialGuess), objective(Evaluate(initialGuess)) {}
+
+    /// Nothing when the circle degenerates to a straight line.
+    std::optional<SolvedCircle> Run() {
+        if (GaussNewtonPhase()) return Result();
+        objective.MakeHessianExact(circle, points);
+        while (straightSteps < maxStraightSteps && evaluations < maxEvaluations) {
+            if (++stepsWithoutDecrease > maxStepsWithoutDecrease) return Result();
+            const std::optional<Vector6> change = objective.Step(isNewton ? 0.0 : damping);
+            const bool done = change ? TryStep(*change) : LeaveIndefiniteRegion();
+            if (done) return Result();
+            if (damping > divergedDamping) return std::nullopt;
+        }
+        return std::nullopt;
+    }
+
+private:
+    /// Steps change less than a rounding of the unknowns: the step is about 1 / damping of the undamped one.
+    static constexpr double maxDamping = 1e9;
+    /// The matrix stays indefinite with three more powers of ten: it is not finite or has a zero on its diagonal.
+    static constexpr double divergedDamping = 1e3 * maxDamping;
+    /// Where the minimum is a curve instead of a point, the steps can follow it forever.
+    static constexpr int maxStepsWithoutDecrease = 50;
+    /// The hardest of the certified cases need 45. A fit that needs more than 500 is diverging towards a line.
+    static constexpr int maxEvaluations = 500;
+    /// The radius may leave the range for one or two steps and come back.
+    static constexpr int maxStraightSteps = 3;
+
+    SolvedCircle Result() const noexcept { return {circle, objective.value}; }
+
+    CircleObjective Evaluate(const ApexCircle& at, bool withExactHessian = false) {
+        ++evaluations;
+        if (limits.evaluationsLeft-- <= 0) throw GeometryError(GeometryError::Reason::LimitReached);
+        CircleObjective evaluated(at, points);
+        if (withExactHessian) evaluated.MakeHessianExact(at, points);
+        return evaluated;
+    }
+
+    /// Undamped Gauss-Newton, as long as each step leaves less than 1 % of the error. True when the minimum is reached.
+    bool GaussNewtonPhase() {
+        constexpr double maxErrorLeft = 0.01;
+        const double noise = Result().NoiseOverSagitta(points);
+        double lastStep = infinity;
+        while (const std::optional<Vector6> change = objective.Step(0.0)) {
+            const double step = SizeOf(*change, circle.radius);
+            const double errorLeft = std::max({noise, step, step / lastStep});
+            if (!(errorLeft <= maxErrorLeft)) return false;
+            circle = Changed(circle, *change);
+            if (errorLeft * step < epsilon) return true; // the next step would be lost in the rounding
+            objective = Evaluate(circle);
+            lastStep = step;
+        }
+        return false;
+    }
+
+    /// Called when the Hessian is not positive definite. True at a stationary point without negative curvature.
+    bool LeaveIndefiniteRegion() {
+        constexpr double stationary = 1e-6; // relative size of the last Gauss-Newton step
+        if (isNewton && lastDampedStep < stationary) return !LeaveSaddle();
+        SwitchToGaussNewton();
+        return false;
+    }
+
+    /// At a saddle point the gradient is zero, and the way down is the eigenvector of the Hessian's smallest
+    /// eigenvalue. False when no point on that line is lower.
+    bool LeaveSaddle() {
+        const CircleObjective gaussNewton = Evaluate(circle); // its diagonal is positive
+        Vector6 scale;
+        for (std::size_t i = 0; i < 6; ++i) scale[i] = 1.0 / std::sqrt(gaussNewton.hessian[i][i]);
+        Matrix6 scaled = objective.hessian;
+        for (std::size_t i = 0; i < 6; ++i)
+            for (std::size_t k = 0; k < 6; ++k) scaled[i][k] *= scale[i] * scale[k];
+        const SymmetricEigen<6> eigen(scaled);
+        lastDampedStep = infinity;
+        const double firstLength = 0.5 * std::sqrt(2.0 * objective.value);
+        for (double length = firstLength; length * length > Noise(objective.value); length *= -0.5) {
+            Vector6 change;
+            for (std::size_t i = 0; i < 6; ++i) change[i] = length * scale[i] * eigen.vectors[i][5];
+            const ApexCircle next = Changed(circle, change);
+            const CircleObjective there = Evaluate(next, true);
+            if (!(there.value < objective.value - Noise(objective.value))) continue;
+            circle = next;
+            objective = there;
+            stepsWithoutDecrease = 0;
+            return true;
+        }
+        return false;
+    }
+
+    /// From Newton to damped Gauss-Newton; in damped Gauss-Newton, to more damping.
+    void SwitchToGaussNewton() {
+        if (isNewton)
+            objective = Evaluate(circle, isNewton = false);
+        else
+            damping *= 10.0;
+    }
+
+    /// Takes the step if the sum of squares does not grow. True when the minimum is reached.
+    bool TryStep(const Vector6& change) {
+        const double size = SizeOf(change, circle.radius);
+        const ApexCircle next = Changed(circle, change);
+        if (isNewton && IsLast(size)) {
+            circle = next;
+            return true;
+        }
+        const CircleObjective there = Evaluate(next, isNewton);
+        if (!(there.value <= objective.value + Noise(objective.value))) return RejectStep();
+        const bool isLower = there.value < objective.value - Noise(objective.value);
+        if (isLower) stepsWithoutDecrease = 0;
+        circle = next;
+        objective = there;
+        straightSteps = circle.radius > limits.straightRadius ? straightSteps + 1 : 0;
+        return isNewton ? IsStalled(size, isLower) : DecreaseDamping(size);
+    }
+
+    /// Smaller differences of the sum of squares are not significant.
+    double Noise(double value) const noexcept { return 1e-9 * value + RoundingOf(value, points); }
+
+    /// True when no smaller step is possible.
+    bool RejectStep() {
+        if (damping > maxDamping) return true;
+        SwitchToGaussNewton();
+        return false;
+    }
+
+    /// After an accepted step. Near the minimum it switches back to Newton. Never reports the end: always false.
+    bool DecreaseDamping(double size) {
+        constexpr double nearMinimum = 0.1; // of the radius
+        damping = std::max(0.1 * damping, epsilon);
+        lastDampedStep = size;
+        if (size > nearMinimum) return false;
+        isNewton = true;
+        objective.MakeHessianExact(circle, points);
+        lastNewtonStep = smallestNewtonStep = infinity;
+        return false;
+    }
+
+    /// Newton's steps shrink quadratically: is this one, or the one that would follow, below the rounding?
+    bool IsLast(double size) noexcept {
+        const double ratio = size / lastNewtonStep;
+        lastNewtonStep = size;
+        return size < 2.0 * epsilon || (size < 1e-9 && size * ratio * ratio < 0.25 * epsilon);
+    }
+
+    /// The third step that neither halves the step size nor lowers the sum: the rounding of the points allows no more.
+    bool IsStalled(double size, bool isLower) noexcept {
+        stalledSteps = size > 0.5 * smallestNewtonStep && !isLower ? stalledSteps + 1 : 0;
+        smallestNewtonStep = std::min(size, smallestNewtonStep);
+        return stalledSteps > 2;
+    }
+
+    const ScaledPoints& points;
+    SolverLimits& limits;
+    ApexCircle circle;
+    int evaluations = 0;
+    CircleObjective objective; ///< at `circle`
+    bool isNewton = true;
+    double damping = 1e-3; ///< relative to the diagonal of the Hessian; Marquardt's usual start
+    double lastDampedStep = infinity;
+    double lastNewtonStep = infinity;
+    double smallestNewtonStep = infinity;
+    int stalledSteps = 0;
+    int straightSteps = 0; ///< successive steps with a radius beyond limits.straightRadius
+    int stepsWithoutDecrease = 0;
+};
+
+} // namespace
+
+double RoundingOf(double value, const ScaledPoints& points) noexcept {
+    const auto count = static_cast<double>(points.GetSize());
+    const double each = 4.0 * (points.GetRounding() + epsilon);
+    return each * (std::sqrt(2.0 * value * count) + count * each);
+}
+
+double SolvedCircle::NoiseOverSagitta(const ScaledPoints& points) const noexcept {
+    const double noise = std::sqrt(2.0 * value / static_cast<double>(points.GetSize()));
+    const double sagitta = std::min(sagittaTimesRadius / circle.radius, 2.0 * circle.radius);
+    return noise / sagitta;
+}
+
+std::optional<SolvedCircle> Solve(const ScaledPoints& points, const ApexCircle& initialGuess, SolverLimits& limits) {
+    return Solver(points, initialGuess, limits).Run();
+}
+
+} // namespace qmv40::fit
