@@ -22,7 +22,7 @@ std::wstring ShortPath(const std::wstring& name, const NameConversions& conversi
 
 /// The short name of a file or, for one that is not there yet, its name in the folder's short name. Empty for none.
 std::wstring ShortName(const std::wstring& name, const NameConversions& conversions) {
-    const std::wstring whole = ShortPath(name, conversions);
+    std::wstring whole = ShortPath(name, conversions);
     const std::size_t leaf = name.find_last_of(L"\\/");
     if (!whole.empty() || leaf == std::wstring::npos) return whole;
     const std::wstring folder = ShortPath(name.substr(0, leaf), conversions);
@@ -51,7 +51,7 @@ std::optional<std::string> NarrowName(const wchar_t* name, const NameConversions
 std::optional<std::string> NarrowFileName(const wchar_t* name, const NameConversions& conversions) {
     const std::wstring wide(name == nullptr ? L"" : name);
     if (wide.empty() || wide.size() >= MAX_PATH) return std::nullopt;
-    const std::optional<std::string> bytes = NarrowName(name, conversions);
+    std::optional<std::string> bytes = NarrowName(name, conversions);
     if (bytes) return bytes;
     const std::wstring shortName = ShortName(wide, conversions);
     return shortName.empty() ? std::nullopt : NarrowName(shortName.c_str(), conversions);
