@@ -1,6 +1,7 @@
 #include "maths/CMaLine.h"
 
 #include "maths/CMaPlane.h"
+#include "maths/ElementaryFunctions.h"
 #include "maths/Unit.h"
 #include "maths/fit/PrincipalAxes.h"
 
@@ -20,6 +21,6 @@ double CMaLine::AngleWith(const CMaPlane& plane) const noexcept {
     const CMaVector& normal = plane.GetNormal();
     // atan2 of both products is accurate over the whole range. The arcsine of the dot product alone has an error of
     // 2e-8 rad near 90 degrees.
-    const double radians = std::atan2(std::fabs(direction % normal), (direction * normal).Magnitude());
+    const double radians = qmv40::ArcTangent(std::fabs(direction % normal), (direction * normal).Magnitude());
     return std::min(radians * (180.0 / std::numbers::pi), 90.0);
 }

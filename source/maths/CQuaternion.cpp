@@ -1,8 +1,8 @@
 #include "maths/CQuaternion.h"
 
+#include "maths/ElementaryFunctions.h"
 #include "maths/RaisingGeometryErrors.h"
 
-#include <cmath>
 #include <tuple>
 
 CQuaternion::CQuaternion() : rotationMatrix(3, 3) {
@@ -18,8 +18,8 @@ void CQuaternion::InitialiseFromAngleAndDirection(double angleRadians, const CMa
     context.description = L"Error extracting data from direction vector";
     RaisingGeometryErrors(context, [&] {
         const double dx = direction[0], dy = direction[1], dz = direction[2];
-        const double sine = std::sin(0.5 * angleRadians);
-        w = std::cos(0.5 * angleRadians);
+        const double sine = qmv40::Sine(0.5 * angleRadians);
+        w = qmv40::Cosine(0.5 * angleRadians);
         x = dx * sine;
         y = dy * sine;
         z = dz * sine;

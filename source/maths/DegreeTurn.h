@@ -1,5 +1,7 @@
 #pragma once
 
+#include "maths/ElementaryFunctions.h"
+
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -12,7 +14,7 @@ struct DegreeTurn {
         const double withinTurn = std::fmod(angleDegrees, 360.0);
         const double quarters = std::nearbyint(withinTurn / 90.0);
         const double radians = (withinTurn - quarters * 90.0) * (std::numbers::pi / 180.0);
-        const double c = std::cos(radians), s = std::sin(radians);
+        const double c = qmv40::Cosine(radians), s = qmv40::Sine(radians);
         const int quarter = static_cast<int>(quarters) & 3;
         cosine = quarter == 0 ? c : quarter == 1 ? -s : quarter == 2 ? -c : s;
         sine = quarter == 0 ? s : quarter == 1 ? c : quarter == 2 ? -s : -c;

@@ -3,6 +3,7 @@
 #include "planning/MovePlanner.h"
 #include "planning/RecordFields.h"
 
+#include "maths/ElementaryFunctions.h"
 #include "maths/RaisingGeometryErrors.h"
 
 #include <cmath>
@@ -39,7 +40,7 @@ double MovePlanner::CalculateAngleAndDirection(const CMaVector& first, const CMa
         const double cross = (first * second)[2];
         // The arctangent of the quotient is required, not that of two arguments: it gives 90 for an infinite quotient
         // and not-a-number for 0/0.
-        double angle = std::abs(std::atan(cross / dot) * degreesInARadian);
+        double angle = std::abs(qmv40::ArcTangent(cross / dot) * degreesInARadian);
         if (dot < 0.0) angle = 180.0 - angle;
         return cross < 0.0 ? -angle : angle;
     });

@@ -4,8 +4,15 @@ struct SettingsKey::State {
     HKEY key = nullptr;
 };
 
+namespace {
+
+/// The settings are one for the machine: a 32-bit process would else be shown a copy of the key that nobody sets.
+constexpr REGSAM access = sizeof(void*) == 8 ? KEY_READ : KEY_READ | KEY_WOW64_64KEY;
+
+} // namespace
+
 SettingsKey::SettingsKey(const char* path) : state(std::make_unique<State>()) {
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, &state->key) != ERROR_SUCCESS) state.reset();
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path, 0, access, &state->key) != ERROR_SUCCESS) state.reset();
 }
 
 SettingsKey::~SettingsKey() {

@@ -5,12 +5,13 @@ set(generated ${CMAKE_CURRENT_BINARY_DIR}/generated)
 file(MAKE_DIRECTORY ${generated})
 
 # The definition compiler finds the automation library's own type library where Wine has it.
-find_program(WIDL x86_64-w64-mingw32-widl REQUIRED)
+find_program(WIDL ${CMAKE_SYSTEM_PROCESSOR}-w64-mingw32-widl REQUIRED)
+math(EXPR bits "8 * ${CMAKE_SIZEOF_VOID_P}")
 find_path(STDOLE_FOLDER stdole2.tlb PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows
           NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 # It also writes the time into the type library; a stopped clock makes two builds the same.
 find_program(FAKETIME faketime REQUIRED)
-set(widl ${CMAKE_COMMAND} -E env TZ=UTC ${FAKETIME} -f "2026-01-01 00:00:00" ${WIDL} -m64 -I . -L ${STDOLE_FOLDER})
+set(widl ${CMAKE_COMMAND} -E env TZ=UTC ${FAKETIME} -f "2026-01-01 00:00:00" ${WIDL} -m${bits} -I . -L ${STDOLE_FOLDER})
 # Run beside the definition, so that no folder of the machine gets into what it writes.
 add_custom_command(
     OUTPUT ${PROJECT_BINARY_DIR}/bin/CoQMV40Calculator.tlb ${PROJECT_BINARY_DIR}/bin/CoQMV40Calculator.h
@@ -32,3 +33,7 @@ set_target_properties(CoQMV40Calculator PROPERTIES PREFIX "")
 # The last two make two builds the same, bit for bit: the base is else made from the name of the output.
 target_link_options(CoQMV40Calculator PRIVATE
     -s -static -Wl,--no-insert-timestamp -Wl,--disable-auto-image-base)
+if(bits EQUAL 32)
+    # The entry points' own names are decorated with the size of their arguments; exported are the plain ones.
+    target_link_options(CoQMV40Calculator PRIVATE -Wl,--enable-stdcall-fixup)
+endif()

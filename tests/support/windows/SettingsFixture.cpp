@@ -18,12 +18,25 @@ std::wstring Wide(const char* ascii) {
     return {narrow.begin(), narrow.end()};
 }
 
+/// Programs of both architectures set the same key.
+constexpr REGSAM view = KEY_WOW64_64KEY;
+
+/// With everything below it, if there is one.
+void DeleteKey() {
+    HKEY handle = nullptr;
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, SettingsFixture::key, 0, KEY_ALL_ACCESS | view, &handle) != ERROR_SUCCESS)
+        return;
+    RegDeleteTreeA(handle, nullptr);
+    RegCloseKey(handle);
+    RegDeleteKeyExA(HKEY_LOCAL_MACHINE, SettingsFixture::key, view, 0);
+}
+
 /// The key's handle while a value is written.
 class OpenKey {
 public:
     OpenKey() {
-        Require(RegCreateKeyExA(HKEY_LOCAL_MACHINE, SettingsFixture::key, 0, nullptr, 0, KEY_WRITE, nullptr, &handle,
-                                nullptr));
+        Require(RegCreateKeyExA(HKEY_LOCAL_MACHINE, SettingsFixture::key, 0, nullptr, 0, KEY_WRITE | view, nullptr,
+                                &handle, nullptr));
     }
     OpenKey(const OpenKey&) = delete;
     OpenKey& operator=(const OpenKey&) = delete;
@@ -45,10 +58,7 @@ struct SettingsFixture::State {};
 
 SettingsFixture::SettingsFixture() : state(std::make_unique<State>()) { RemoveKey(); }
 
-SettingsFixture::~SettingsFixture() {
-    RegDeleteTreeA(HKEY_LOCAL_MACHINE, key);
-    RegDeleteKeyA(HKEY_LOCAL_MACHINE, key);
-}
+SettingsFixture::~SettingsFixture() { DeleteKey(); }
 
 void SettingsFixture::SetText(const char* name, const char* text) {
     const std::wstring wide = Wide(text);
@@ -64,10 +74,7 @@ void SettingsFixture::SetRaw(const char* name, unsigned long type, std::vector<u
         OpenKey().Set(name, type, bytes.data(), bytes.size());
 }
 
-void SettingsFixture::RemoveKey() {
-    RegDeleteTreeA(HKEY_LOCAL_MACHINE, key);
-    RegDeleteKeyA(HKEY_LOCAL_MACHINE, key);
-}
+void SettingsFixture::RemoveKey() { DeleteKey(); }
 
 void SettingsFixture::CreateEmptyKey() {
     RemoveKey();

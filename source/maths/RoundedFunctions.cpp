@@ -1,0 +1,142 @@
+// The elementary functions in plain double operations, which every processor rounds alike. Values on the way are
+// double- double numbers: the unevaluated sum of two doubles, about 106 bits. The result is rounded once, at the end:
+// its error is below half a unit in the last place plus 2^-20 of one. Only additions and multiplications that are
+// rounded to double may be used here, in the order written.
+
+#include "maths/ElementaryFunctions.h"
+
+#include <array>
+#include <cfloat>
+#include <cmath>
+
+static_assert(FLT_EVAL_METHOD == 0, "each operation must be rounded to double: SSE2 arithmetic");
+
+namespace qmv40 {
+
+namespace {
+
+struct DoubleDouble {
+    double high;
+    double low; ///< below half a unit in the last place of `high`
+};
+
+/// a + b, exactly, where a is the larger one.
+constexpr DoubleDouble SumOfOrdered(double a, double b) {
+    const double sum = a + b;
+    return {sum, b - (sum - a)};
+}
+
+/// a + b, exactly (Knuth).
+constexpr DoubleDouble Sum(double a, double b) {
+    const double sum = a + b;
+    const double ofB = sum - a;
+    return {sum, (a - (sum - ofB)) + (b - ofB)};
+}
+
+/// The upper 26 bits and the rest.
+constexpr DoubleDouble Halves(double a) {
+    const double shifted = 0x1.0000002p27 * a;
+    const double upper = shifted - (shifted - a);
+    return {upper, a - upper};
+}
+
+/// a * b, exactly (Dekker).
+constexpr DoubleDouble Product(double a, double b) {
+    const double product = a * b;
+    const DoubleDouble x = Halves(a), y = Halves(b);
+    return {product, ((x.high * y.high - product) + x.high * y.low + x.low * y.high) + x.low * y.low};
+}
+
+constexpr DoubleDouble operator-(const DoubleDouble& a) { return {-a.high, -a.low}; }
+
+constexpr DoubleDouble operator+(const DoubleDouble& a, const DoubleDouble& b) {
+    const DoubleDouble sum = Sum(a.high, b.high);
+    return SumOfOrdered(sum.high, sum.low + (a.low + b.low));
+}
+
+constexpr DoubleDouble operator*(const DoubleDouble& a, const DoubleDouble& b) {
+    const DoubleDouble product = Product(a.high, b.high);
+    return SumOfOrdered(product.high, product.low + (a.high * b.low + a.low * b.high));
+}
+
+/// 1 / n! up to n = 21. All these factorials are doubles.
+constexpr auto inverseFactorials = [] {
+    std::array<DoubleDouble, 22> inverses{};
+    double factorial = 1.0;
+    for (std::size_t n = 0; n < inverses.size(); factorial *= static_cast<double>(++n)) {
+        const double inverse = 1.0 / factorial;
+        const DoubleDouble product = Product(inverse, factorial);
+        inverses[n] = {inverse, ((1.0 - product.high) - product.low) / factorial};
+    }
+    return inverses;
+}();
+
+/// The Taylor series 1 / first! - z / (first + 2)! + z^2 / (first + 4)! - ..., for z up to (pi/4)^2. What is left out
+/// is below 2^-77. From the sixth term on the sum is below 2^-24 of the whole: plain doubles are enough there.
+template <std::size_t first> DoubleDouble Series(const DoubleDouble& z) {
+    double rest = 0.0;
+    for (std::size_t term = 10; term >= 5; --term) rest = inverseFactorials[first + 2 * term].high - z.high * rest;
+    DoubleDouble sum{rest, 0.0};
+    for (std::size_t term = 5; term-- > 0;) sum = inverseFactorials[first + 2 * term] + -(z * sum);
+    return sum;
+}
+
+struct SineAndCosine {
+    DoubleDouble sine;
+    DoubleDouble cosine;
+};
+
+/// Whole quarter turns are taken off first. Of the four parts of pi/2 (Cody and Waite) the first three have 33 bits
+/// each: their products with the count of quarters are exact.
+SineAndCosine Turn(double angle) {
+    const double quarters = std::nearbyint(angle * 0x1.45f306dc9c883p-1);
+    DoubleDouble left{angle, 0.0};
+    for (const double part : {0x1.921fb544p+0, 0x1.0b4611a6p-34, 0x1.3198a2ep-69, 0x1.b839a252049c1p-104})
+        left = left + DoubleDouble{-quarters * part, 0.0};
+    const DoubleDouble square = left * left;
+    const DoubleDouble sine = left * Series<1>(square), cosine = Series<0>(square);
+    switch (static_cast<int>(quarters) & 3) {
+    case 0:
+        return {sine, cosine};
+    case 1:
+        return {cosine, -sine};
+    case 2:
+        return {-sine, -cosine};
+    default:
+        return {-cosine, sine};
+    }
+}
+
+/// Beyond that many radians the products above are rounded. The component's own angles are within two turns.
+constexpr double longestAngle = 0x1p19;
+/// Below it the sine rounds to its angle.
+constexpr double shortestAngle = 0x1p-27;
+
+} // namespace
+
+double Sine(double angle) noexcept {
+    if (std::fabs(angle) < shortestAngle) return angle;
+    return std::fabs(angle) < longestAngle ? Turn(angle).sine.high : std::sin(angle);
+}
+
+double Cosine(double angle) noexcept {
+    return std::fabs(angle) < longestAngle ? Turn(angle).cosine.high : std::cos(angle);
+}
+
+double ArcTangent(double slope) noexcept { return ArcTangent(slope, 1.0); }
+
+double ArcTangent(double y, double x) noexcept {
+    // Any good approximation: seen from it the direction (x, y) stands at so small an angle that the angle is its
+    // tangent.
+    const double near = std::atan2(y, x);
+    const auto isShort = [](double length) { return std::fabs(length) < 0x1p400; };
+    const bool isLong = std::fabs(x) > 0x1p-400 || std::fabs(y) > 0x1p-400;
+    // Otherwise the products below are not exact, or not finite.
+    if (y == 0.0 || !isLong || !isShort(x) || !isShort(y)) return near;
+    const auto [sine, cosine] = Turn(near);
+    const DoubleDouble across = cosine * DoubleDouble{y, 0.0} + -(sine * DoubleDouble{x, 0.0});
+    const DoubleDouble along = cosine * DoubleDouble{x, 0.0} + sine * DoubleDouble{y, 0.0};
+    return near + across.high / along.high;
+}
+
+} // namespace qmv40
