@@ -1,6 +1,7 @@
 ; The installer: copies the package, registers the component, and takes both back. Silent with /S; /CURRENTUSER installs for
 ; the calling account alone and needs no administrator rights.
-; packaging/windows defines VERSION, SETUP (the file to write) and LISTS (macros that call an action for every file and folder).
+; packaging/windows defines VERSION, SETUP (the file to write), LISTS (macros that call an action for every file and folder) and
+; SIGN (a program that signs files).
 ;
 ; An installation is whole or it is not made: the files of a previous version are moved aside first, which Windows allows
 ; for a loaded DLL too, and they are moved back when anything fails. docs/windows.md lists the exit codes.
@@ -13,6 +14,7 @@ SetCompressor lzma
 
 Name "CoQMV40Calculator ${VERSION}"
 OutFile "${SETUP}"
+!uninstfinalize '"${SIGN}" "%1"'
 ; Administrators are asked for their rights. Other accounts are not: they can install for themselves.
 RequestExecutionLevel highest
 AllowSkipFiles off

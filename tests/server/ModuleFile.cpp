@@ -45,6 +45,7 @@ public:
         return names;
     }
     WORD Machine() const { return headers->FileHeader.Machine; }
+    WORD Characteristics() const { return headers->OptionalHeader.DllCharacteristics; }
 
 private:
     template <class T> const T* At(DWORD offset) const { return reinterpret_cast<const T*>(base + offset); }
@@ -56,6 +57,12 @@ private:
 
 TEST(ModuleFile, IsForSixtyFourBitPrograms) {
     EXPECT_EQ(Image(LoadedServer().Module()).Machine(), IMAGE_FILE_MACHINE_AMD64);
+}
+
+TEST(ModuleFile, CanBeLoadedAnywhereAndRunsNoData) {
+    constexpr WORD expected = IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA | IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE |
+                              IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
+    EXPECT_EQ(Image(LoadedServer().Module()).Characteristics() & expected, expected);
 }
 
 TEST(ModuleFile, ExportsItsFourEntryPointsAndNothingElse) {

@@ -1,6 +1,7 @@
 #include "server/Registry.h"
 
 #include "server/Client.h"
+#include "server/windows/IRegistrar.h"
 #include "support/TemporaryFolder.h"
 
 #include <optional>
@@ -201,6 +202,122 @@ TEST_F(Registration, WorksOnAThreadWithoutAnApartment) {
     EXPECT_EQ(registered, S_OK);
     EXPECT_TRUE(written);
     EXPECT_EQ(unregistered, S_OK);
+    EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
+}
+
+/// Takes the place of the platform's registrar in this process while it lives: creating a registrar fails with `code`.
+class NoRegistrar final : public IClassFactory {
+public:
+    explicit NoRegistrar(HRESULT theCode) : code(theCode) {
+        EXPECT_EQ(CoRegisterClassObject(CLSID_Registrar, this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie), S_OK);
+    }
+    NoRegistrar(const NoRegistrar&) = delete;
+    NoRegistrar& operator=(const NoRegistrar&) = delete;
+    ~NoRegistrar() { CoRevokeClassObject(cookie); }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        const bool own = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IClassFactory);
+        *object = own ? this : nullptr;
+        return own ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID, void** object) override {
+        *object = nullptr;
+        ++asked;
+        return code;
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+
+    int asked = 0;
+
+private:
+    HRESULT code;
+    DWORD cookie = 0;
+};
+
+TEST_F(Registration, IsTheSameWithoutThePlatformsRegistrar) {
+    ASSERT_EQ(server.Register(), S_OK);
+    const auto expected = RegisteredTexts();
+    ASSERT_EQ(server.Unregister(), S_OK);
+    NoRegistrar none(REGDB_E_CLASSNOTREG);
+    SetText(Below(classKey, L"LocalServer32"), L"", L"left by an older version");
+    EXPECT_EQ(server.Register(), S_OK);
+    EXPECT_EQ(RegisteredTexts(), expected);
+    EXPECT_EQ(server.Unregister(), S_OK);
+    EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
+    EXPECT_EQ(server.Unregister(), S_OK) << "undone twice";
+    EXPECT_EQ(none.asked, 3);
+}
+
+TEST_F(Registration, KeepsOthersKeysWithoutThePlatformsRegistrarToo) {
+    const NoRegistrar none(REGDB_E_CLASSNOTREG);
+    const std::wstring foreign = Below(programKey, L"Somebody");
+    SetText(foreign, L"name", L"theirs");
+    ASSERT_EQ(server.Register(), S_OK);
+    ASSERT_EQ(server.Unregister(), S_OK);
+    EXPECT_EQ(Text(TextsBelow(programKey), foreign, L"name"), L"theirs");
+    EXPECT_FALSE(KeyExists(Below(programKey, L"CLSID")));
+}
+
+TEST_F(Registration, ThatFailsLeavesNothingBehind) {
+    // What a registrar wrote before it failed, and what an older registration wrote.
+    const NoRegistrar fails(DISP_E_EXCEPTION);
+    for (const auto& [key, values] : ScriptTexts(ServerPath())) {
+        for (const auto& [name, text] : values) SetText(key, name, text);
+    }
+    EXPECT_EQ(server.Register(), DISP_E_EXCEPTION);
+    EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
+}
+
+/// The classes root of this process is a key that can be read and not written, while this lives.
+class ReadOnlyClasses {
+public:
+    ReadOnlyClasses() {
+        HKEY key = nullptr;
+        EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr), 0);
+        EXPECT_EQ(RegOverridePredefKey(HKEY_CLASSES_ROOT, key), 0);
+        RegCloseKey(key);
+    }
+    ReadOnlyClasses(const ReadOnlyClasses&) = delete;
+    ReadOnlyClasses& operator=(const ReadOnlyClasses&) = delete;
+    ~ReadOnlyClasses() {
+        RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
+        RegDeleteTreeW(HKEY_CURRENT_USER, name);
+    }
+
+private:
+    static constexpr const wchar_t* name = LR"(Software\QMV40 read-only classes)";
+};
+
+TEST_F(Registration, WithoutTheRightsSaysSoAndDoesNotAskTheRegistrar) {
+    NoRegistrar registrar(DISP_E_EXCEPTION);
+    {
+        const ReadOnlyClasses classes;
+        EXPECT_EQ(server.Register(), E_ACCESSDENIED);
+    }
+    EXPECT_EQ(registrar.asked, 0);
+    EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
+}
+
+TEST_F(Registration, WithRightsToSomeKeysOnlyLeavesNothingBehind) {
+    // The last key that is tried exists and is denied to everybody.
+    constexpr auto denied = secondInterfaceKey;
+    SECURITY_DESCRIPTOR nobody{};
+    ACL empty{};
+    ASSERT_NE(InitializeSecurityDescriptor(&nobody, SECURITY_DESCRIPTOR_REVISION), 0);
+    ASSERT_NE(InitializeAcl(&empty, sizeof empty, ACL_REVISION), 0);
+    ASSERT_NE(SetSecurityDescriptorDacl(&nobody, TRUE, &empty, FALSE), 0);
+    SECURITY_DESCRIPTOR everybody{};
+    ASSERT_NE(InitializeSecurityDescriptor(&everybody, SECURITY_DESCRIPTOR_REVISION), 0);
+    ASSERT_NE(SetSecurityDescriptorDacl(&everybody, TRUE, nullptr, FALSE), 0);
+    HKEY key = nullptr;
+    ASSERT_EQ(RegCreateKeyExW(HKEY_CLASSES_ROOT, denied, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr), 0);
+    ASSERT_EQ(RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &nobody), 0);
+    EXPECT_EQ(server.Register(), E_ACCESSDENIED);
+    EXPECT_EQ(RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &everybody), 0);
+    RegCloseKey(key);
+    RemoveKey(denied);
     EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
 }
 

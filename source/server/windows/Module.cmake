@@ -30,6 +30,8 @@ add_library(CoQMV40Calculator MODULE $<TARGET_OBJECTS:qmv40_server>
     ${generated}/CoQMV40Calculator.rc ${CMAKE_CURRENT_LIST_DIR}/CoQMV40Calculator.def)
 target_link_libraries(CoQMV40Calculator PRIVATE qmv40_calculator)
 set_target_properties(CoQMV40Calculator PROPERTIES PREFIX "")
+# Address randomisation and no execution of data, whatever the linker's defaults. Terminal-server awareness is for programs alone.
+target_link_options(CoQMV40Calculator PRIVATE -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
 # The last two make two builds the same, bit for bit: the base is else made from the name of the output.
 target_link_options(CoQMV40Calculator PRIVATE
     -s -static -Wl,--no-insert-timestamp -Wl,--disable-auto-image-base)
