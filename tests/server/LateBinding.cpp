@@ -436,7 +436,7 @@ double NumberAt(VARIANT reference) {
 
 TEST_F(LateBinding, WritesPositionsIntoReferencesOfEveryKind) {
     const auto calculator = At(15.0, 105.0);
-    const VARTYPE types[] = {VT_I1, VT_UI1,  VT_I2, VT_UI2, VT_I4, VT_UI4,  VT_I8,   VT_UI8,
+    const VARTYPE types[] = {VT_I1,  VT_UI1,  VT_I2, VT_UI2, VT_I4, VT_UI4,  VT_I8,     VT_UI8,
                              VT_INT, VT_UINT, VT_R4, VT_R8,  VT_CY, VT_DATE, VT_DECIMAL};
     for (const VARTYPE type : types) {
         for (const bool inVariable : {false, true}) {

@@ -209,7 +209,8 @@ TEST_F(Registration, WorksOnAThreadWithoutAnApartment) {
 class NoRegistrar final : public IClassFactory {
 public:
     explicit NoRegistrar(HRESULT theCode) : code(theCode) {
-        EXPECT_EQ(CoRegisterClassObject(CLSID_Registrar, this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie), S_OK);
+        EXPECT_EQ(CoRegisterClassObject(CLSID_Registrar, this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie),
+                  S_OK);
     }
     NoRegistrar(const NoRegistrar&) = delete;
     NoRegistrar& operator=(const NoRegistrar&) = delete;

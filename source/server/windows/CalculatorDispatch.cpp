@@ -169,7 +169,8 @@ HRESULT CalculatorDispatch::Call(IQMVCalculator2& calculator, DISPID method, Dis
     case getPoleSpherePosition:
         called = arguments.Require(0);
         if (FAILED(called)) return called;
-        outcome = method == getStartPosition ? calculator.GetStartPosition(&position) : calculator.GetPoleSpherePosition(&position);
+        outcome = method == getStartPosition ? calculator.GetStartPosition(&position)
+                                             : calculator.GetPoleSpherePosition(&position);
         return FAILED(outcome) ? S_OK : ReturnRecord(GUID_XYZData, &position, result);
     default:
         return DISP_E_MEMBERNOTFOUND;

@@ -34,7 +34,9 @@ constexpr ClassValue classValues[] = {
     {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\TypeLib)", nullptr, L"{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}"}};
 
 /// The outermost keys that a registration writes to, those of the type library included.
-constexpr const wchar_t* outermostKeys[] = {program, anyVersion, classKey,
+constexpr const wchar_t* outermostKeys[] = {program,
+                                            anyVersion,
+                                            classKey,
                                             LR"(TypeLib\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645})",
                                             LR"(Interface\{2C7D91E3-6F4A-4B28-8D35-9E1A7C0B4F52})",
                                             LR"(Interface\{6A3E5F82-1D9B-4C47-B6E0-58F2D7A1C93E})"};
@@ -55,8 +57,7 @@ HRESULT Probe(const wchar_t* key) {
 
 HRESULT Write(const ClassValue& value, const std::wstring& modulePath) {
     HKEY key = nullptr;
-    LSTATUS status =
-        RegCreateKeyExW(HKEY_CLASSES_ROOT, value.key, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
+    LSTATUS status = RegCreateKeyExW(HKEY_CLASSES_ROOT, value.key, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
     if (status != ERROR_SUCCESS) return ResultOf(status);
     if (value.text != nullptr) {
         const std::wstring text = value.text == modulePathHere ? modulePath : value.text;

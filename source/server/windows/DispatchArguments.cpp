@@ -156,8 +156,8 @@ HRESULT DispatchArguments::Converted(UINT place, double number, VARIANT& convert
     V_R8(&converted) = number;
     const VARTYPE reference = V_VT(Target(place));
     if ((reference & VT_BYREF) == 0 || reference == (VT_VARIANT | VT_BYREF)) return S_OK;
-    const HRESULT result = VariantChangeTypeEx(&converted, &converted, LOCALE_INVARIANT, 0,
-                                               static_cast<VARTYPE>(reference & ~VT_BYREF));
+    const HRESULT result =
+        VariantChangeTypeEx(&converted, &converted, LOCALE_INVARIANT, 0, static_cast<VARTYPE>(reference & ~VT_BYREF));
     return FAILED(result) ? Blame(place, result) : S_OK;
 }
 

@@ -18,7 +18,8 @@ std::wstring_view WithoutBlanks(std::wstring_view text) noexcept {
 }
 
 bool IsOfANumber(wchar_t character) noexcept {
-    return (character >= L'0' && character <= L'9') || std::wstring_view(L".eE+-").find(character) != std::wstring_view::npos;
+    return (character >= L'0' && character <= L'9') ||
+           std::wstring_view(L".eE+-").find(character) != std::wstring_view::npos;
 }
 
 } // namespace

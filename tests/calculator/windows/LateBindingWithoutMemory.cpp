@@ -15,10 +15,11 @@ TEST_F(LateBindingWithoutMemory, IsAResultOfEveryDispatchCall) {
     const struct {
         const char* call;
         std::function<HRESULT()> action;
-    } calls[] = {
-        {"GetTypeInfo", [&] { return calculator->GetTypeInfo(0, 0, &info); }},
-        {"GetIDsOfNames", [&] { return calculator->GetIDsOfNames(IID_NULL, names, 1, 0, &id); }},
-        {"Invoke", [&] { return calculator->Invoke(8, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr); }}};
+    } calls[] = {{"GetTypeInfo", [&] { return calculator->GetTypeInfo(0, 0, &info); }},
+                 {"GetIDsOfNames", [&] { return calculator->GetIDsOfNames(IID_NULL, names, 1, 0, &id); }},
+                 {"Invoke", [&] {
+                      return calculator->Invoke(8, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr);
+                  }}};
     for (const auto& [call, action] : calls) {
         SCOPED_TRACE(call);
         for (const auto extent : {FailingAllocations::Extent::One, FailingAllocations::Extent::AllAfter}) {
