@@ -115,6 +115,21 @@ void AddLine(std::string& text, std::size_t at, std::string_view content) {
     text.insert(at, line);
 }
 
+ProfileLine::Kind KindOf(std::string_view line, bool hasValue) {
+    line = Trimmed(line);
+    if (line.empty()) return ProfileLine::Kind::Blank;
+    if (SectionName(line)) return ProfileLine::Kind::Section;
+    if (line.front() == ';') return ProfileLine::Kind::Comment;
+    return hasValue ? ProfileLine::Kind::Entry : ProfileLine::Kind::NoValue;
+}
+
+/// Whether `earlier` takes the place of `line`: as its section, or as its key in the same section.
+bool Hides(const ProfileLine& earlier, const ProfileLine& line) {
+    const bool isSection = line.kind == ProfileLine::Kind::Section;
+    if (isSection != (earlier.kind == ProfileLine::Kind::Section)) return false;
+    return EqualIgnoringCase(earlier.section, line.section) && EqualIgnoringCase(earlier.key, line.key);
+}
+
 } // namespace
 
 std::optional<std::string_view> FindProfileValue(std::string_view text, std::string_view section,
@@ -137,4 +152,32 @@ void SetProfileValue(std::string& text, std::string_view section, std::string_vi
     }
     if (const std::optional<Entry> entry = FindEntry(text, *found, key)) return ReplaceValue(text, *entry, value);
     AddLine(text, EndOfLines(text, *found), std::string(key).append("=").append(value));
+}
+
+std::vector<ProfileLine> ProfileLines(std::string_view text) {
+    std::vector<ProfileLine> lines;
+    std::string_view section;
+    bool isSectionHidden = false;
+    for (std::size_t at = 0; at < text.size();) {
+        const TextLine whole = LineAt(text, at);
+        at = whole.next;
+        const Entry entry = EntryOf(text, whole);
+        ProfileLine line{KindOf(whole.content, entry.hasValue), lines.size() + 1, section, {}, {}, isSectionHidden};
+        if (line.kind == ProfileLine::Kind::Section) line.section = *SectionName(whole.content);
+        if (line.kind >= ProfileLine::Kind::Entry) {
+            line.key = CutAtZero(TrimmedLeft(text.substr(whole.begin, entry.keyEnd - whole.begin)));
+            line.value = text.substr(entry.valueBegin, entry.valueEnd - entry.valueBegin);
+        }
+        if (line.kind >= ProfileLine::Kind::Section) {
+            const bool isRepeated = std::ranges::any_of(lines, [&](const ProfileLine& e) { return Hides(e, line); });
+            if (line.kind == ProfileLine::Kind::Section) {
+                // A section without a name is never found: that name is of what comes before any section.
+                isSectionHidden = line.isHidden = isRepeated || line.section.empty();
+                section = line.section;
+            }
+            line.isHidden = line.isHidden || isRepeated;
+        }
+        lines.push_back(line);
+    }
+    return lines;
 }

@@ -1,7 +1,9 @@
 #include "head/HeadChecks.h"
 #include "head/HeadTest.h"
+#include "support/Bstr.h"
 #include "support/FailingAllocations.h"
 #include "support/SimulatedHead.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <functional>
@@ -78,6 +80,52 @@ TEST_F(StepsWithoutMemory, OfAPositionAreThePositionItself) {
               (std::vector<Step>{{L"RoundThePole::EngagementPosition", L"Error Calculating Engagement Position"}}));
     EXPECT_EQ(StepsOf([&](RoundThePole& head) { head.RotatedAAxis(60.0, out); }),
               (std::vector<Step>{{L"RoundThePole::RotatedAAxis", L"Error Calculating A Axis Rotation"}}));
+}
+
+/// How a call that runs out of memory ended: never without a record, once there was memory for one.
+void ExpectOneRecord(const std::function<void(RoundThePole&)>& action, const wchar_t* description) {
+    bool wasReached = true;
+    int failures = 0;
+    for (long n = 0; wasReached; ++n) {
+        SCOPED_TRACE(testing::Message() << "allocation " << n << " fails");
+        ASSERT_LT(n, 2000) << "no end of allocations";
+        RoundThePole head;
+        Raised raised;
+        FailingAllocations failing(n);
+        try {
+            raised = RaisedBy([&] { action(head); });
+        } catch (const std::bad_alloc&) {
+            failing.Stop();
+            FAIL() << "left as std::bad_alloc";
+        }
+        wasReached = failing.Stop();
+        if (!wasReached || raised.code == S_OK) continue;
+        ++failures;
+        EXPECT_EQ(raised.code, E_OUTOFMEMORY);
+        ASSERT_TRUE(raised.record);
+        EXPECT_EQ(raised.record->source, L"RoundThePole::LoadFromFile");
+        EXPECT_EQ(raised.record->description, description);
+    }
+    EXPECT_GT(failures, 3);
+}
+
+// The source is that of the load for both: the text is fixed.
+TEST_F(StepsWithoutMemory, OfALoadOrASaveAreTheWholeLoadOrSave) {
+    const TemporaryFolder folder;
+    Bstr name(folder.Path("head.ini"));
+    RoundThePole().SaveToFile(name.Address());
+    ExpectOneRecord([&](RoundThePole& head) { head.LoadFromFile(name.Address()); }, L"Failed To Load File");
+    std::filesystem::remove(folder.Path("head.ini"));
+    ExpectOneRecord([&](RoundThePole& head) { head.SaveToFile(name.Address()); }, L"Failed To Save File");
+}
+
+TEST_F(StepsWithoutMemory, OfOneNumberOfAFileAreTheReadingAndTheWriting) {
+    const TemporaryFolder folder;
+    const std::wstring file = folder.Path("head.ini").wstring();
+    EXPECT_EQ(StepsOf([&](RoundThePole& head) { head.WriteDoubleToIniFile(L"SECTION", L"Key", 1.0, file.c_str()); }),
+              (std::vector<Step>{{L"RoundThePole::WriteDoubleToIniFile", L"Error calling IniSetDoubleValue"}}));
+    EXPECT_EQ(StepsOf([&](RoundThePole& head) { head.ReadDoubleFromIniFile(L"SECTION", L"Key", file.c_str()); }),
+              (std::vector<Step>{{L"RoundThePole::ReadDoubleFromIniFile", L"Error calling IniGetDoubleValue"}}));
 }
 
 } // namespace
