@@ -16,8 +16,8 @@
 /// file. Elsewhere a file name without a folder is one in the current folder.
 
 /// A file that is read as it is at one moment, whoever replaces it meanwhile. Never waits.
-/// On Windows nobody can replace the file while this lives; somebody who had it open for writing before can still
-/// change it, and so can anybody whose file name is not an absolute one.
+/// On Windows nobody can replace the file while this lives, if its name is an absolute one; a program that writes into
+/// the file itself still changes it.
 class ProfileReader {
 public:
     explicit ProfileReader(const wchar_t* fileName);

@@ -16,22 +16,20 @@ class Patience {
 public:
     explicit Patience(WaitingClock theClock = {}) : clock(theClock) {}
 
-    /// Waits a little, longer each time; false, at once, when the time is used up.
+    /// Waits a little; false, at once, when the time is used up.
     bool Wait() {
         if (spent + step > limit - latestTick) return false;
         const ULONGLONG begin = clock.now();
         clock.sleep(step);
         spent += std::max<ULONGLONG>(step, clock.now() - begin);
-        step = std::min(2 * step, longestStep);
         return true;
     }
 
 private:
     static constexpr ULONGLONG limit = 250;
     static constexpr ULONGLONG latestTick = 16; ///< a sleep can end one tick of the system's timer late
-    static constexpr DWORD longestStep = 16;
+    static constexpr DWORD step = 1;
 
     WaitingClock clock;
     ULONGLONG spent = 0;
-    DWORD step = 1;
 };
