@@ -31,10 +31,13 @@ add_library(CoQMV40Calculator MODULE $<TARGET_OBJECTS:qmv40_server>
 target_link_libraries(CoQMV40Calculator PRIVATE qmv40_calculator)
 set_target_properties(CoQMV40Calculator PROPERTIES PREFIX "")
 # Address randomisation and no execution of data, whatever the linker's defaults. Terminal-server awareness is for programs alone.
-target_link_options(CoQMV40Calculator PRIVATE -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
+target_link_options(CoQMV40Calculator PRIVATE -Wl,--dynamicbase -Wl,--nxcompat)
 # The last two make two builds the same, bit for bit: the base is else made from the name of the output.
 target_link_options(CoQMV40Calculator PRIVATE
     -s -static -Wl,--no-insert-timestamp -Wl,--disable-auto-image-base)
+if(bits EQUAL 64)
+    target_link_options(CoQMV40Calculator PRIVATE -Wl,--high-entropy-va)
+endif()
 if(bits EQUAL 32)
     # The entry points' own names are decorated with the size of their arguments; exported are the plain ones.
     target_link_options(CoQMV40Calculator PRIVATE -Wl,--enable-stdcall-fixup)
