@@ -15,6 +15,8 @@ constexpr UINT scriptResource = 101;
 constexpr WORD majorVersion = 1;
 constexpr WORD minorVersion = 0;
 constexpr LCID locale = 1033;
+/// The type library has an entry for each architecture; both show the same types.
+constexpr SYSKIND platform = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
 
 /// The caller's apartment, or one of our own for the length of the call: the registrar is an automation object.
 class Apartment {
@@ -55,7 +57,9 @@ HRESULT RunScript(const std::wstring& modulePath, ApplyScript apply) {
 /// The library is of locale 1033; a lookup that asks for no locale, as marshalling does on some platforms, finds it by
 /// an entry for the neutral locale beside it.
 constexpr const wchar_t* neutralLocaleKey = L"TypeLib\\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}\\1.0\\0";
-constexpr const wchar_t* neutralPlatformKey = L"TypeLib\\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}\\1.0\\0\\win64";
+constexpr const wchar_t* neutralPlatformKey = platform == SYS_WIN64
+                                                  ? L"TypeLib\\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}\\1.0\\0\\win64"
+                                                  : L"TypeLib\\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}\\1.0\\0\\win32";
 
 HRESULT RegisterNeutralLocale(const std::wstring& modulePath) {
     const auto bytes = static_cast<DWORD>((modulePath.size() + 1) * sizeof(wchar_t));
@@ -89,7 +93,7 @@ HRESULT UnregisterTypeLibrary() {
     // Unregistering twice is no failure.
     if (!IsTypeLibraryRegistered()) return S_OK;
     UnregisterNeutralLocale();
-    return UnRegisterTypeLib(LIBID_CoQMV40CalculatorLib, majorVersion, minorVersion, locale, SYS_WIN64);
+    return UnRegisterTypeLib(LIBID_CoQMV40CalculatorLib, majorVersion, minorVersion, locale, platform);
 }
 
 HRESULT RegisterClass(const std::wstring& modulePath) {
