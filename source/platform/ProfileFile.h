@@ -62,6 +62,8 @@ public:
     /// written ends that: those before it stay, nothing of itself does. False when an entry could not be written. All
     /// other content stays; a UTF-8 byte-order mark is taken away, because Windows takes it for the first character of
     /// the first line. Waits at most 250 ms in all for a program that holds the file, and leaves no other file behind.
+    /// A file that is held for longer, which only Windows knows, gets the copy's content in one write where its holder
+    /// lets others write, and nothing where it does not: a load and another save do not.
     bool Commit();
 
 private:

@@ -35,19 +35,26 @@ int SavesInTurnForEver(const fs::path& path) {
 
 constexpr int savesOfAnother = 60;
 
+/// On Windows a save that meets a load or another save each time that it looks, for 250 ms, must not write all the
+/// same, because that would mix two geometries. How often this happens is a matter of the machine's load: no count is
+/// promised. Elsewhere nobody can hold a file.
+constexpr bool savesCanBeRefused = fs::path::preferred_separator == '\\';
+
 /// Each of the two in turn, or a save would mostly find what it would write.
 int SavesOften(const fs::path& path, int first) {
     const TemporaryFolder own;
     const ComPointer<IQMVCalculator2> calculators[] = {TwoGeometries::Calculator(own.Path(), first),
                                                        TwoGeometries::Calculator(own.Path(), 3 - first)};
     Bstr name(path);
-    int refused = 0;
+    int saved = 0;
     for (int i = 0; i < Rounds(savesOfAnother); ++i) {
         const HRESULT code = calculators[i % 2]->SaveHeadGeometryToFile(name.Address());
         if (code != S_OK && code != QMV_E_WRITE_TO_FILE) return 1;
-        if (code != S_OK) ++refused;
+        if (code == S_OK) ++saved;
     }
-    return refused < Rounds(savesOfAnother) / 2 ? 0 : 1;
+    std::cout << Rounds(savesOfAnother) - saved << " of " << Rounds(savesOfAnother) << " saves refused" << std::endl;
+    const bool isEnough = savesCanBeRefused ? saved > 0 : saved == Rounds(savesOfAnother);
+    return isEnough ? 0 : 1;
 }
 
 const ChildJob savesInTurn("saves in turn", SavesInTurnForEver);
@@ -137,8 +144,7 @@ TEST_F(InterruptedSave, IsNoMatterOfTwoProcessesThatSaveAtOnceWhileAThirdLoads) 
         ++loaded[held];
         std::this_thread::sleep_for(std::chrono::milliseconds(2)); // nobody loads all the time
     }
-    // On a busy Windows machine a save can meet somebody each time that it looks, for 250 ms, and is then refused.
-    EXPECT_EQ(one.Wait(), 0) << "hardly any save was refused";
+    EXPECT_EQ(one.Wait(), 0) << "each save is done or refused with its code, and not all are refused";
     EXPECT_EQ(other.Wait(), 0);
     EXPECT_NE(TwoGeometries::HeldByFile(path), 0) << TwoGeometries::ContentOf(path);
     EXPECT_EQ(OtherFilesIn(folder.Path()), 0U);

@@ -1,6 +1,7 @@
 #include "head/HeadChecks.h"
 #include "head/HeadTest.h"
 #include "head/SavedHead.h"
+#include "maths/ElementaryFunctions.h"
 
 #include <cmath>
 
@@ -14,13 +15,14 @@ double ShortPiDividedFirst(double degrees) { return degrees / 180.0 * 3.14159265
 double ShortPiOneFactor(double degrees) { return degrees * (3.14159265358979 / 180.0); }
 double FullPi(double degrees) { return degrees * 3.14159265358979323846 / 180.0; }
 
-/// A unit quaternion and what the head does with it, in plain doubles: same operations, same order, other code.
+/// A unit quaternion and what the head does with it, in plain doubles: same operations, same order, other
+/// code. The sine is the component's own, because the last bit of a C library's is its own affair.
 struct Turn {
     double w, x, y, z;
 
     static Turn About(const Triple& axis, double radians) {
-        const double s = std::sin(0.5 * radians);
-        return {std::cos(0.5 * radians), axis[0] * s, axis[1] * s, axis[2] * s};
+        const double s = qmv40::Sine(0.5 * radians);
+        return {qmv40::Cosine(0.5 * radians), axis[0] * s, axis[1] * s, axis[2] * s};
     }
     Turn After(const Turn& b) const {
         return {w * b.w - x * b.x - y * b.y - z * b.z, w * b.x + x * b.w + y * b.z - z * b.y,

@@ -11,9 +11,8 @@ namespace {
 
 constexpr DWORD largestFile = 16U << 20; // larger files are none of ours
 
-/// Nothing for a file that is not there, cannot be read or is too large.
-std::optional<std::string> ContentOf(const std::wstring& name) {
-    const FileHandle file(name, GENERIC_READ, shareAll);
+/// Nothing for a file that is not open, cannot be read or is too large.
+std::optional<std::string> ContentOf(const FileHandle& file) {
     const DWORD size = file.IsOpen() ? GetFileSize(file.Get(), nullptr) : INVALID_FILE_SIZE;
     if (size > largestFile) return std::nullopt; // INVALID_FILE_SIZE is
     std::string content(size, '\0');
@@ -22,12 +21,25 @@ std::optional<std::string> ContentOf(const std::wstring& name) {
     return content;
 }
 
-bool Overwrite(const std::wstring& name, const std::string& content) {
-    const FileHandle file(name, GENERIC_WRITE, FILE_SHARE_READ);
+std::optional<std::string> ContentOf(const std::wstring& name) {
+    return ContentOf(FileHandle(name, GENERIC_READ, shareAll));
+}
+
+bool Put(const FileHandle& file, const std::string& content) {
     DWORD written = 0;
-    return file.IsOpen() &&
+    return SetFilePointer(file.Get(), 0, nullptr, FILE_BEGIN) == 0 &&
            WriteFile(file.Get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) != 0 &&
            written == content.size() && SetEndOfFile(file.Get()) != 0;
+}
+
+/// Gives an existing file another content, whole: nobody else can write meanwhile, and a failure takes it back.
+bool Overwrite(const std::wstring& name, const std::string& content) {
+    const FileHandle file(name, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);
+    const std::optional<std::string> before = ContentOf(file);
+    if (!before) return false;
+    if (Put(file, content)) return true;
+    Put(file, *before);
+    return false;
 }
 
 bool Flush(const std::wstring& name) {
@@ -64,7 +76,8 @@ bool WriteInPlace(const ProfileEntry& entry, const std::wstring& file, const std
 /// A file beside the one that it is to replace. It is removed unless it did.
 class Copy {
 public:
-    Copy(std::wstring file, const std::string& narrowFile) : target(std::move(file)) {
+    Copy(std::wstring file, const std::string& narrowFile, Patience& thePatience)
+        : target(std::move(file)), patience(thePatience) {
         constexpr int mostAttempts = 100;
         for (int attempt = 0; attempt < mostAttempts; ++attempt) {
             narrow = narrowFile + ".qmv40-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(attempt);
@@ -84,16 +97,27 @@ public:
         return exists && CopyPermissions() && RemoveMark(name) && std::ranges::all_of(entries, isTaken) && Flush(name);
     }
 
-    bool TakePlace(Patience& patience) {
+    bool TakePlace() {
         constexpr DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-        while (exists && MoveFileExW(name.c_str(), target.c_str(), how) == 0)
+        while (MoveFileExW(name.c_str(), target.c_str(), how) == 0)
             if (!IsInUse(GetLastError()) || !patience.Wait()) return false;
-        return std::exchange(exists, false);
+        exists = false;
+        return true;
+    }
+
+    /// For a file that cannot be replaced because another program has it open.
+    bool GiveContent() const {
+        const std::optional<std::string> content = ContentOf(name);
+        return content && Overwrite(target, *content);
     }
 
 private:
     bool Make() const {
-        if (Exists(target)) return CopyFileW(target.c_str(), name.c_str(), TRUE) != 0;
+        if (Exists(target)) {
+            while (CopyFileW(target.c_str(), name.c_str(), TRUE) == 0)
+                if (GetLastError() != ERROR_SHARING_VIOLATION || !patience.Wait()) return false;
+            return true;
+        }
         return GetLastError() == ERROR_FILE_NOT_FOUND && FileHandle(name, GENERIC_WRITE, 0, CREATE_NEW).IsOpen();
     }
 
@@ -107,30 +131,38 @@ private:
     }
 
     std::wstring target;
+    Patience& patience;
     std::string narrow;
     std::wstring name;
     bool exists = false;
 };
 
 /// Whether a copy may take the file's place: it is not there yet, or it may be written and is neither a link nor one of
-/// several names of a file. Waits for somebody who holds it.
-bool IsReplaceable(const std::wstring& file, Patience& patience) {
+/// several names of a file. Nothing when somebody holds it for longer than a save waits.
+std::optional<bool> IsReplaceable(const std::wstring& file, Patience& patience) {
     const DWORD attributes = GetFileAttributesW(file.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) return GetLastError() == ERROR_FILE_NOT_FOUND;
     if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) return false;
     FileHandle opened(file, GENERIC_READ | GENERIC_WRITE, shareAll);
-    while (!opened.IsOpen() && GetLastError() == ERROR_SHARING_VIOLATION && patience.Wait())
+    while (!opened.IsOpen() && GetLastError() == ERROR_SHARING_VIOLATION) {
+        if (!patience.Wait()) return std::nullopt;
         opened = FileHandle(file, GENERIC_READ | GENERIC_WRITE, shareAll);
+    }
     BY_HANDLE_FILE_INFORMATION information{};
     return opened.IsOpen() && GetFileInformationByHandle(opened.Get(), &information) != 0 &&
            information.nNumberOfLinks == 1;
 }
 
-bool WriteByCopy(const std::wstring& file, const std::string& name, std::span<const ProfileEntry> entries,
-                 Patience& patience) {
-    if (!IsAbsolute(file) || !IsReplaceable(file, patience)) return false;
-    Copy copy(file, name);
-    return copy.Take(entries) && copy.TakePlace(patience);
+/// Nothing when no copy can be made or take the entries. A file that somebody holds is never written entry by entry:
+/// that may be a load or another save, and one of them would find a part of this geometry.
+std::optional<bool> WriteByCopy(const std::wstring& file, const std::string& name,
+                                std::span<const ProfileEntry> entries, Patience& patience) {
+    const std::optional<bool> isReplaceable = IsReplaceable(file, patience);
+    if (!isReplaceable) return false;
+    if (!*isReplaceable) return std::nullopt;
+    Copy copy(file, name, patience);
+    if (!copy.Take(entries)) return std::nullopt;
+    return copy.TakePlace() || copy.GiveContent();
 }
 
 bool IsSeparator(wchar_t c) { return c == L'\\' || c == L'/'; }
@@ -145,6 +177,9 @@ bool IsAbsolute(const std::wstring& file) {
 bool WriteEntries(const std::wstring& file, std::span<const ProfileEntry> entries, Patience& patience) {
     const std::optional<std::string> name = NarrowFileName(file.c_str());
     if (!name) return false;
-    return WriteByCopy(file, *name, entries, patience) ||
-           std::ranges::all_of(entries, [&](const ProfileEntry& entry) { return WriteInPlace(entry, file, *name); });
+    if (IsAbsolute(file)) {
+        const std::optional<bool> isWritten = WriteByCopy(file, *name, entries, patience);
+        if (isWritten) return *isWritten;
+    }
+    return std::ranges::all_of(entries, [&](const ProfileEntry& entry) { return WriteInPlace(entry, file, *name); });
 }

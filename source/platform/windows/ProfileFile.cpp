@@ -13,13 +13,16 @@ struct ProfileReader::State {
 
 namespace {
 
-/// Keeps others from replacing the file, but not from writing into it: a save must not fail because somebody loads. A
-/// file that is replaced at this very moment can be opened at once after that: a few attempts, without a pause.
+/// Keeps others from replacing the file and from writing into it. A file that a save looks at or replaces at this very
+/// moment can be opened at once after that: a few attempts, without a pause. One that another program keeps open for
+/// writing is kept from being replaced alone.
 FileHandle Hold(const wchar_t* fileName) {
     constexpr int mostAttempts = 10;
-    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-        FileHandle file(fileName, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
-        if (file.IsOpen() || !IsInUse(GetLastError())) return file;
+    for (const DWORD sharing : {DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE}}) {
+        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+            FileHandle file(fileName, GENERIC_READ, sharing);
+            if (file.IsOpen() || !IsInUse(GetLastError())) return file;
+        }
     }
     return {};
 }

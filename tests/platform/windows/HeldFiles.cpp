@@ -106,13 +106,50 @@ TEST_F(HeldFiles, AreReplacedWhenTheyAreLetGoInTime) {
     }
 }
 
-// A load is over long before that; this one stays.
-TEST_F(HeldFiles, AreNotReplacedButWrittenWhileSomebodyLoads) {
-    const ProfileReader reader(profile.Path().wstring().c_str());
+// A load is over long before that; this one stays. Written into, the file would change under it.
+TEST_F(HeldFiles, AreKeptWhileSomebodyLoads) {
+    {
+        const ProfileReader reader(profile.Path().wstring().c_str());
+        EXPECT_FALSE(Save());
+        EXPECT_GE(testClock.asked, 200U) << "for the reader to go";
+        EXPECT_LE(testClock.asked, mostWaiting);
+        EXPECT_EQ(profile.Content(), before);
+        EXPECT_EQ(FilesInFolder(), 1);
+    }
     EXPECT_TRUE(Save());
-    EXPECT_GE(testClock.asked, 200U) << "for the reader to go";
-    EXPECT_LE(testClock.asked, mostWaiting);
     EXPECT_EQ(profile.Content(), after);
+}
+
+const wchar_t* heldPath = nullptr;
+void WINAPI WaitWhileOneLoadFollowsTheOther(DWORD milliseconds) {
+    Wait(milliseconds);
+    heldForAWhile = FileHandle();
+    if (testClock.asked < 200) heldForAWhile = FileHandle(heldPath, GENERIC_READ, FILE_SHARE_READ);
+}
+
+// Entry by entry, the second load would find one geometry's part and the other's.
+TEST_F(HeldFiles, AreWaitedForWhileOneLoadFollowsTheOther) {
+    const std::wstring path = profile.Path().wstring();
+    heldPath = path.c_str();
+    heldForAWhile = FileHandle(path, GENERIC_READ, FILE_SHARE_READ);
+    Patience patience({Now, WaitWhileOneLoadFollowsTheOther});
+    EXPECT_TRUE(WriteEntries(path, entries, patience));
+    EXPECT_EQ(testClock.asked, 200U);
+    EXPECT_EQ(profile.Content(), after);
+}
+
+// Another program that lets others write but not delete: the file keeps its place and gets the copy's content, whole.
+TEST_F(HeldFiles, AreGivenTheWholeContentWhereTheyCannotBeReplaced) {
+    const FileHandle held(profile.Path().wstring(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    const ProfileEntry unwritable[] = {{"S", "a", "10"}, {"S", std::nullopt, "20"}};
+    EXPECT_TRUE(Save());
+    EXPECT_GE(testClock.asked, 200U);
+    EXPECT_EQ(profile.Content(), after);
+    profile.Put("[Long]\r\nlong=" + std::string(1000, 'x') + "\r\n" + before);
+    Patience patience(clock);
+    EXPECT_FALSE(WriteEntries(profile.Path().wstring(), unwritable, patience));
+    EXPECT_EQ(profile.Read(L"S", L"a"), "10") << "those before it stay";
+    EXPECT_EQ(FilesInFolder(), 1);
 }
 
 } // namespace
