@@ -3,6 +3,7 @@
 #include "formats/AsciiText.h"
 #include "formats/Unicode.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -36,6 +37,22 @@ bool IsRestOfLine(std::string_view text) {
     return text.empty() || text.front() == ';';
 }
 
+/// The key that a heading line names: with its root, without a backslash at the end.
+struct NamedKey {
+    std::string_view path;
+    bool isRemoval;
+};
+
+std::optional<NamedKey> NamedKeyIn(std::string_view line) {
+    SkipBlanks(line);
+    const std::size_t close = line.rfind(']');
+    if (close == std::string_view::npos || !Skip(line, "[")) return std::nullopt;
+    line = line.substr(0, close - 1);
+    const bool isRemoval = Skip(line, "-");
+    if (line.ends_with('\\')) line.remove_suffix(1);
+    return NamedKey{line, isRemoval};
+}
+
 /// What a heading line does to the key that is looked for.
 enum class Heading { None, OtherKey, KeyBelow, Key, Removal };
 
@@ -45,18 +62,15 @@ bool IsBelow(std::string_view ancestor, std::string_view key) {
 }
 
 Heading HeadingOf(std::string_view line, std::string_view path) {
-    SkipBlanks(line);
-    const std::size_t close = line.rfind(']');
-    if (close == std::string_view::npos || !Skip(line, "[")) return Heading::None;
-    line = line.substr(0, close - 1);
-    const bool isRemoval = Skip(line, "-");
-    if (!StartsWithIgnoringCase(line, root)) return Heading::OtherKey;
-    line.remove_prefix(root.size());
-    if (line.ends_with('\\')) line.remove_suffix(1);
-    const bool isKey = EqualIgnoringCase(line, path);
-    if (isRemoval) return isKey || IsBelow(line, path) ? Heading::Removal : Heading::OtherKey;
+    const std::optional<NamedKey> named = NamedKeyIn(line);
+    if (!named) return Heading::None;
+    std::string_view key = named->path;
+    if (!StartsWithIgnoringCase(key, root)) return Heading::OtherKey;
+    key.remove_prefix(root.size());
+    const bool isKey = EqualIgnoringCase(key, path);
+    if (named->isRemoval) return isKey || IsBelow(key, path) ? Heading::Removal : Heading::OtherKey;
     if (isKey) return Heading::Key;
-    return IsBelow(path, line) ? Heading::KeyBelow : Heading::OtherKey;
+    return IsBelow(path, key) ? Heading::KeyBelow : Heading::OtherKey;
 }
 
 char Unescaped(char c) {
@@ -89,19 +103,23 @@ template <typename Take> bool TakeQuoted(std::string_view& line, Take take) {
     return false;
 }
 
-/// Takes `"name"=` or `@=` off the front, if that is what stands there.
-bool TakeName(std::string_view& line, std::string_view name) {
+/// Takes `"name"=` or `@=` off the front and hands each of the name's characters to `take`; false as for TakeQuoted.
+template <typename Take> bool TakeName(std::string_view& line, Take take) {
+    SkipBlanks(line);
+    if (!Skip(line, "@") && !TakeQuoted(line, take)) return false;
+    SkipBlanks(line);
+    if (!Skip(line, "=")) return false;
+    SkipBlanks(line);
+    return true;
+}
+
+bool TakeThisName(std::string_view& line, std::string_view name) {
     const auto isNext = [&](char c) {
         if (name.empty() || UpperAscii(c) != UpperAscii(name.front())) return false;
         name.remove_prefix(1);
         return true;
     };
-    SkipBlanks(line);
-    if (!Skip(line, "@") && !TakeQuoted(line, isNext)) return false;
-    SkipBlanks(line);
-    if (!name.empty() || !Skip(line, "=")) return false;
-    SkipBlanks(line);
-    return true;
+    return TakeName(line, isNext) && name.empty();
 }
 
 /// Takes a hexadecimal number of at most `mostDigits` digits off the front.
@@ -141,12 +159,18 @@ std::optional<RegistryType> TakeHexType(std::string_view& line) {
     return RegistryType{*type};
 }
 
-/// The bytes that `text` begins with, up to the end of the last line that a backslash continues.
-std::optional<std::string> TakeBytes(std::string_view text) {
+/// What a line says about a value behind its name: what it is, that it is removed, or nothing of sense.
+struct Assignment {
+    std::optional<RegistryValue> value;
+    bool isRemoval = false;
+    std::size_t next; ///< where the first line begins that does not belong to it
+};
+
+/// The bytes that stand at `at`, up to the end of the last line that a backslash continues, where `at` is then.
+std::optional<std::string> TakeBytes(std::string_view text, std::size_t& at) {
     std::string bytes;
-    for (std::size_t at = 0;;) {
-        const TextLine whole = LineAt(text, at);
-        at = whole.next;
+    for (std::size_t begin = at;; begin = at) {
+        const TextLine whole = LineAt(text, begin);
         std::string_view line = TrimmedLeft(whole.content);
         while (!IsRestOfLine(line) && line.front() != '\\') {
             const std::optional<std::uint32_t> byte = TakeHex(line, 2);
@@ -158,13 +182,17 @@ std::optional<std::string> TakeBytes(std::string_view text) {
         }
         const bool isContinued = Skip(line, "\\");
         if (!IsRestOfLine(line)) return std::nullopt;
+        at = whole.next;
         if (!isContinued || at >= text.size()) return bytes;
     }
 }
 
-std::optional<RegistryValue> TakeTypedBytes(std::string_view text, bool hasWideTexts) {
-    const std::optional<RegistryType> type = TakeHexType(text);
-    std::optional<std::string> bytes = type ? TakeBytes(text) : std::nullopt;
+std::optional<RegistryValue> TakeTypedBytes(std::string_view text, std::size_t& at, bool hasWideTexts) {
+    std::string_view rest = text.substr(at);
+    const std::optional<RegistryType> type = TakeHexType(rest);
+    if (!type) return std::nullopt;
+    at = text.size() - rest.size();
+    std::optional<std::string> bytes = TakeBytes(text, at);
     if (!bytes) return std::nullopt;
     const bool isText =
         *type == RegistryType::Text || *type == RegistryType::ExpandableText || *type == RegistryType::TextList;
@@ -173,13 +201,114 @@ std::optional<RegistryValue> TakeTypedBytes(std::string_view text, bool hasWideT
     return RegistryValue{*type, Utf8FromUtf16(*bytes, std::endian::little)};
 }
 
+/// What stands in `line`, a part of `whole` behind a name. `text` ends where the key's lines do.
+Assignment TakeAssignment(std::string_view text, const TextLine& whole, std::string_view line, bool hasWideTexts) {
+    Assignment found{TakeText(line), line.starts_with('-') && IsRestOfLine(line.substr(1)), whole.next};
+    if (Skip(line, "dword:")) found.value = TakeNumber(line);
+    if (Skip(line, "hex")) {
+        auto at = static_cast<std::size_t>(line.data() - text.data());
+        found.value = TakeTypedBytes(text, at, hasWideTexts);
+        found.next = std::max(at, whole.next); // a line that continues nothing of sense is one of its own
+    }
+    return found;
+}
+
+/// Where the line begins that names a key, at `at` or behind it.
+std::size_t NextHeading(std::string_view text, std::size_t at) {
+    while (at < text.size()) {
+        const TextLine line = LineAt(text, at);
+        if (NamedKeyIn(line.content)) return at;
+        at = line.next;
+    }
+    return text.size();
+}
+
+/// Whether the text begins with a name of the format, and whether with the one whose texts are UTF-16.
+struct Format {
+    bool isKnown;
+    bool hasWideTexts;
+    std::size_t end;
+};
+
+Format FormatOf(std::string_view text) {
+    const TextLine line = LineAt(text, 0);
+    const std::string_view name = Trimmed(line.content);
+    return {name == wideFormat || name == narrowFormat, name == wideFormat, line.next};
+}
+
+/// Goes through a text line by line and keeps what they say.
+class Listing {
+public:
+    explicit Listing(std::string_view theText) : text(theText), format(FormatOf(text)) {}
+
+    RegistryLines Take() {
+        lines.hasFormat = format.isKnown;
+        const std::size_t firstHeading = NextHeading(text, format.end);
+        CountUpTo(firstHeading);
+        for (std::size_t at = firstHeading; at < text.size(); at = TakeKey(at)) {
+        }
+        return std::move(lines);
+    }
+
+private:
+    void CountUpTo(std::size_t end) {
+        while (counted < end) {
+            counted = LineAt(text, counted).next;
+            ++number;
+        }
+    }
+
+    RegistryLine& Add(RegistryLine::Kind kind, const TextLine& line) {
+        CountUpTo(line.begin);
+        return lines.lines.emplace_back(
+            RegistryLine{kind, number + 1, std::string(Trimmed(line.content)), key, {}, {}});
+    }
+
+    /// Takes the heading at `at` and the lines below it; gives the place of the next heading.
+    std::size_t TakeKey(std::size_t at) {
+        const TextLine heading = LineAt(text, at);
+        const std::size_t end = NextHeading(text, heading.next);
+        const std::optional<NamedKey> named = NamedKeyIn(heading.content);
+        if (!named) return end;
+        key = std::string(named->path);
+        Add(named->isRemoval ? RegistryLine::Kind::RemovedKey : RegistryLine::Kind::Key, heading);
+        for (std::size_t line = heading.next; line < end && !named->isRemoval;)
+            line = TakeLine(text.substr(0, end), line);
+        return end;
+    }
+
+    std::size_t TakeLine(std::string_view keyText, std::size_t at) {
+        const TextLine whole = LineAt(keyText, at);
+        if (IsRestOfLine(whole.content)) return whole.next;
+        RegistryLine& line = Add(RegistryLine::Kind::Nonsense, whole);
+        std::string_view rest = whole.content;
+        const auto append = [&](char c) { return line.name.push_back(c), true; };
+        if (!TakeName(rest, append)) {
+            line.name.clear();
+            return whole.next;
+        }
+        Assignment assignment = TakeAssignment(keyText, whole, rest, format.hasWideTexts);
+        if (assignment.isRemoval) line.kind = RegistryLine::Kind::RemovedValue;
+        if (assignment.value) line.kind = RegistryLine::Kind::Value;
+        line.value = std::move(assignment.value);
+        return assignment.next;
+    }
+
+    std::string_view text;
+    Format format;
+    RegistryLines lines;
+    std::string key;
+    std::size_t counted = 0;
+    std::size_t number = 0; ///< of lines before `counted`
+};
+
 } // namespace
 
 RegistryKeyText::RegistryKeyText(std::string fileContent, std::string_view path)
     : text(InUtf8(std::move(fileContent))) {
-    const TextLine format = LineAt(text, 0);
-    hasWideTexts = Trimmed(format.content) == wideFormat;
-    if (hasWideTexts || Trimmed(format.content) == narrowFormat) FindKey(format.next, path);
+    const Format format = FormatOf(text);
+    hasWideTexts = format.hasWideTexts;
+    if (format.isKnown) FindKey(format.end, path);
 }
 
 void RegistryKeyText::FindKey(std::size_t at, std::string_view path) {
@@ -212,15 +341,14 @@ void RegistryKeyText::FindIn(const Lines& lines, std::string_view name, std::opt
         const TextLine whole = LineAt(part, at);
         at = whole.next;
         std::string_view line = whole.content;
-        if (!TakeName(line, name)) continue;
-        if (line.starts_with('-') && IsRestOfLine(line.substr(1))) {
-            value.reset();
-            continue;
-        }
-        std::optional<RegistryValue> found = TakeText(line);
-        if (Skip(line, "dword:")) found = TakeNumber(line);
-        if (Skip(line, "hex"))
-            found = TakeTypedBytes(part.substr(static_cast<std::size_t>(line.data() - part.data())), hasWideTexts);
-        if (found) value = std::move(found);
+        if (!TakeThisName(line, name)) continue;
+        Assignment found = TakeAssignment(part, whole, line, hasWideTexts);
+        if (found.isRemoval) value.reset();
+        if (found.value) value = std::move(found.value);
     }
+}
+
+RegistryLines RegistryLinesIn(std::string fileContent) {
+    const std::string text = InUtf8(std::move(fileContent));
+    return Listing(text).Take();
 }

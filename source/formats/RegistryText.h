@@ -55,3 +55,28 @@ private:
     bool isPresent = false;
     std::vector<Lines> parts; ///< the lines below each of the key's headings
 };
+
+/// A line that names a key or stands below one. Blank lines, comments and what stands below a removed key are none.
+struct RegistryLine {
+    enum class Kind {
+        Key,
+        RemovedKey,
+        Value,
+        RemovedValue,
+        Nonsense ///< is passed over
+    };
+    Kind kind;
+    std::size_t number;                 ///< counted from 1; of a value on several lines that of the first one
+    std::string content;                ///< as it stands, without the blanks around it
+    std::string key;                    ///< with its root, without a backslash at the end
+    std::string name;                   ///< of a value, also of one that is removed; "" is the key's default value
+    std::optional<RegistryValue> value; ///< of a value
+};
+
+/// The same text for those who want to know what is wrong with it: read by the same rules, whatever it begins with.
+struct RegistryLines {
+    bool hasFormat = false; ///< it begins with one of the two names of the format
+    std::vector<RegistryLine> lines;
+};
+
+RegistryLines RegistryLinesIn(std::string fileContent);
