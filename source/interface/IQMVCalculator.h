@@ -10,10 +10,11 @@
 /// Angles in degrees: A (tilt) 0 to 90, B (swivel) -180 to 180, both in steps of 15. Lengths in the unit of the
 /// measured points.
 ///
-/// Every method returns an HRESULT; only CalculateMove throws its failure code instead of returning it. A failing method
-/// leaves the thread's error record (source, description). When memory runs out (E_OUTOFMEMORY) there may be none, and
-/// none of an earlier failure either. Out parameters are written on success only, except the record of CalculateMove,
-/// which is filled step by step. A null pointer is E_POINTER, after the checks of the state and of the angles.
+/// Every method returns an HRESULT; only CalculateMove throws its failure code instead of returning it. A failing
+/// method leaves the thread's error record (source, description). When memory runs out (E_OUTOFMEMORY) there may be
+/// none, and none of an earlier failure either. Out parameters are written on success only, except the record of
+/// CalculateMove, which is filled step by step. A null pointer is E_POINTER, after the checks of the state and of the
+/// angles.
 struct IQMVCalculator : DualInterfaceBase {
     /// Replaces the head geometry by the one saved in `FileName`.
     virtual HRESULT STDMETHODCALLTYPE LoadHeadGeometryFromFile(BSTR* FileName) = 0;

@@ -63,7 +63,8 @@ constexpr DoubleDouble operator*(const DoubleDouble& a, const DoubleDouble& b) {
 constexpr auto inverseFactorials = [] {
     std::array<DoubleDouble, 22> inverses{};
     double factorial = 1.0;
-    for (std::size_t n = 0; n < inverses.size(); factorial *= static_cast<double>(++n)) {
+    for (std::size_t n = 0; n != inverses.size(); ++n) {
+        if (n > 0) factorial *= static_cast<double>(n);
         const double inverse = 1.0 / factorial;
         const DoubleDouble product = Product(inverse, factorial);
         inverses[n] = {inverse, ((1.0 - product.high) - product.low) / factorial};

@@ -19,11 +19,13 @@ std::wstring CQMVCalculatorApp::ModulePath() const {
     }
 }
 
-HRESULT CQMVCalculatorApp::LoadTypeLibrary(ITypeLib** library) const noexcept try {
-    return LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, library);
-} catch (const std::bad_alloc&) {
-    // Late-bound calls come through here, and no exception may leave them.
-    return E_OUTOFMEMORY;
+HRESULT CQMVCalculatorApp::LoadTypeLibrary(ITypeLib** library) const noexcept {
+    try {
+        return LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, library);
+    } catch (const std::bad_alloc&) {
+        // Late-bound calls come through here, and no exception may leave them.
+        return E_OUTOFMEMORY;
+    }
 }
 
 // The C++ runtime's own: gives back what it keeps for throwing when memory has run out.

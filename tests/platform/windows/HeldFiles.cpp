@@ -120,7 +120,7 @@ TEST_F(HeldFiles, AreKeptWhileSomebodyLoads) {
     EXPECT_EQ(profile.Content(), after);
 }
 
-const wchar_t* heldPath = nullptr;
+std::wstring heldPath;
 void WINAPI WaitWhileOneLoadFollowsTheOther(DWORD milliseconds) {
     Wait(milliseconds);
     heldForAWhile = FileHandle();
@@ -130,7 +130,7 @@ void WINAPI WaitWhileOneLoadFollowsTheOther(DWORD milliseconds) {
 // Entry by entry, the second load would find one geometry's part and the other's.
 TEST_F(HeldFiles, AreWaitedForWhileOneLoadFollowsTheOther) {
     const std::wstring path = profile.Path().wstring();
-    heldPath = path.c_str();
+    heldPath = path;
     heldForAWhile = FileHandle(path, GENERIC_READ, FILE_SHARE_READ);
     Patience patience({Now, WaitWhileOneLoadFollowsTheOther});
     EXPECT_TRUE(WriteEntries(path, entries, patience));
