@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <memory>
 
+using namespace qmv40;
+
 namespace {
 
 struct Capture {

@@ -1,8 +1,9 @@
-// The fourteen dimensions of the head as constants of this program, in place of the readers of the settings store: so
-// that what is timed here is arithmetic alone. What the store costs is timed through the shared library, which has the
-// real readers.
+// Replaces the readers of the settings store by constants, so that the benchmarks time arithmetic alone. The cost of
+// the store is timed through the shared library, which has the real readers.
 
 #include "settings/FixedHeadOffsets.h"
+
+namespace qmv40 {
 
 FixedOffset ReadHeadCentreToDriveCupOffset() { return {-6.95, 24.0, -11.5}; }
 
@@ -15,3 +16,5 @@ FixedOffset ReadLockedToUnlockedOffset() { return {0.0, 0.0, -1.5}; }
 double ReadLockedToUnlockedLeverRotation() { return 135.0; }
 
 double ReadUnlockedToLockedLeverRotation() { return 138.0; }
+
+} // namespace qmv40

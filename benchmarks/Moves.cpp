@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <memory>
 
+using namespace qmv40;
+
 namespace {
 
 /// A store that answers at once, and one that is not there: the second costs less than any other can.

@@ -18,6 +18,8 @@
 #include <cstring>
 #include <vector>
 
+using namespace qmv40;
+
 namespace {
 
 using Items = std::vector<HeadAlignmentDataItem>;

@@ -17,6 +17,8 @@
 
 #include <vector>
 
+using namespace qmv40;
+
 namespace {
 
 /// The scratch files and the names under which the component is told of them.

@@ -15,6 +15,8 @@
 
 #include <vector>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr IdealHead heads[] = {{{0.0, 0.0, 0.0}, 0.0},

@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <vector>
 
+using namespace qmv40;
+
 namespace {
 
 // Room for every text of a file of the largest size tried: UTF-8 takes at most half as much again as UTF-16.

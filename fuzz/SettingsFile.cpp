@@ -16,6 +16,8 @@
 #include <utility>
 #include <vector>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr const char* key = R"(Software\Hollbeck\VRX Software\QMV40Calculator)";

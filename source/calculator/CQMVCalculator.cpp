@@ -4,6 +4,8 @@
 #include "errors/Guarded.h"
 #include "maths/RaisingGeometryErrors.h"
 
+using namespace qmv40;
+
 namespace {
 
 /// Raises E_POINTER in the name of `source` when any of `pointers` is null.

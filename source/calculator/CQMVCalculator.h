@@ -5,7 +5,7 @@
 
 /// The calculator: the automation face of the head geometry and the planner, and the two things that it remembers about
 /// them. Lives in one apartment; nothing is locked. Identity and lifetime come from the class that wraps it.
-class CQMVCalculator : public IQMVCalculator2, public ISupportErrorInfo, protected MovePlanner {
+class CQMVCalculator : public IQMVCalculator2, public ISupportErrorInfo, protected qmv40::MovePlanner {
 public:
     CQMVCalculator(const CQMVCalculator&) = delete;
     CQMVCalculator& operator=(const CQMVCalculator&) = delete;

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <limits>
 
+namespace qmv40 {
+
 namespace {
 
 [[noreturn]] void Refuse(const wchar_t* description) {
@@ -33,3 +35,5 @@ double RoundToWholeDegree(double angle) noexcept {
     const bool fits = shifted > lowest - 1.0 && shifted < highest + 1.0;
     return fits ? static_cast<double>(static_cast<Whole>(shifted)) : lowest;
 }
+
+} // namespace qmv40

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace qmv40 {
+
 /// The head angles that can be reached: A from 0 to 90 degrees, B from -180 to 180, both in steps of 15.
 
 /// Raises QMV_E_INVALID_TARGET, saying which angle and why, unless both angles can be reached. Bounds are inclusive;
@@ -9,3 +11,5 @@ void ValidateMoveTarget(double a, double b);
 /// `angle` to the nearest whole degree, halves away from zero. A value beyond 32-bit integers, or not a number, becomes
 /// -2147483648.0, which no range admits.
 double RoundToWholeDegree(double angle) noexcept;
+
+} // namespace qmv40

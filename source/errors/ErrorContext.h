@@ -2,6 +2,8 @@
 
 #include "platform/Automation.h"
 
+namespace qmv40 {
+
 /// What a computing operation would say if it failed now. Every such operation keeps one as a local and overwrites the
 /// description before each step, so that a failure is reported with the step that was under way.
 struct ErrorContext {
@@ -10,3 +12,5 @@ struct ErrorContext {
     const wchar_t* helpFile = L"Unspecified"; // never changed
     DWORD helpContext = 0;                    // never changed
 };
+
+} // namespace qmv40

@@ -5,6 +5,8 @@
 
 #include <new>
 
+namespace qmv40 {
+
 /// The boundary of every interface method that returns its failures: runs `body` in the module's state and turns a
 /// raised error into the method's result. The only place that does.
 template <typename Body> HRESULT Guarded(Body&& body) {
@@ -20,3 +22,5 @@ template <typename Body> HRESULT Guarded(Body&& body) {
         return E_OUTOFMEMORY;
     }
 }
+
+} // namespace qmv40

@@ -2,6 +2,8 @@
 
 #include "errors/RaiseError.h"
 
+using namespace qmv40;
+
 HRESULT QMVObjectHelper::CREATE_OBJECT(REFCLSID clsid, REFIID iid, void** object) {
     // In-process, handler, local and remote servers: wherever the class can be had.
     constexpr DWORD anyServer = 23;

@@ -4,6 +4,8 @@
 #include "platform/CallersException.h"
 #include "platform/ComPointer.h"
 
+namespace qmv40 {
+
 namespace {
 
 /// The record's setters take modifiable text although they only read it.
@@ -52,3 +54,5 @@ void ThrowRecordedCode(HRESULT code, const void* returnAddress) {
     RaiseForCallerOfPlatformsKind(code, returnAddress);
     throw code;
 }
+
+} // namespace qmv40

@@ -3,6 +3,8 @@
 #include "errors/ErrorContext.h"
 #include "interface/ErrorCodes.h"
 
+namespace qmv40 {
+
 /// Fills the calling thread's error record and throws `code` alone, as an HRESULT. Only this file throws codes. When
 /// the record cannot be made or set, the failure code of that step is thrown instead.
 [[noreturn]] void RaiseError(HRESULT code, const wchar_t* source, const wchar_t* description, const wchar_t* helpFile,
@@ -23,3 +25,5 @@
 inline void RaiseIfFailed(HRESULT result, const ErrorContext& context) {
     if (FAILED(result)) RaiseError(result, context);
 }
+
+} // namespace qmv40

@@ -2,6 +2,8 @@
 
 #include "formats/Unicode.h"
 
+namespace qmv40 {
+
 namespace {
 
 constexpr std::string_view utf8Mark{"\xEF\xBB\xBF"};
@@ -26,3 +28,5 @@ std::string EncodedText::Content() const {
     if (oddByte) content.push_back(*oddByte);
     return content;
 }
+
+} // namespace qmv40

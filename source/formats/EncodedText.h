@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace qmv40 {
+
 /// A text file's content, taken apart into the byte-order mark and the text, and put together again. UTF-16 is
 /// converted to UTF-8. The bytes of a file without a mark are taken as they are.
 class EncodedText {
@@ -20,3 +22,5 @@ private:
     std::string_view mark;       ///< of UTF-16, or empty
     std::optional<char> oddByte; ///< the last one of a damaged UTF-16 file, which is kept
 };
+
+} // namespace qmv40

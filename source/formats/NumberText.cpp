@@ -6,6 +6,8 @@
 #include <optional>
 #include <string_view>
 
+namespace qmv40 {
+
 namespace {
 
 bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
@@ -94,3 +96,5 @@ ScientificText DoubleToScientific(double value) noexcept {
     std::to_chars(text.data(), text.data() + text.size() - 1, value, std::chars_format::scientific, 9);
     return text;
 }
+
+} // namespace qmv40

@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace qmv40 {
+
 /// Numbers as text in the C locale, whatever locale the host process has set.
 
 /// The number at the beginning of `text`, by the rules of the C library's strtod in the C locale: leading white space
@@ -16,3 +18,5 @@ using ScientificText = std::array<char, 32>;
 /// `value` as the C library's "%.9e" writes it in the C locale: one digit, a point, nine digits, `e`, a sign and at
 /// least two exponent digits (-6.950000000e+00). Correctly rounded. Not finite: "inf", "-inf", "nan" or "-nan".
 ScientificText DoubleToScientific(double value) noexcept;
+
+} // namespace qmv40

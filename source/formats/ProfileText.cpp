@@ -2,7 +2,9 @@
 
 #include "formats/AsciiText.h"
 
-using namespace ascii_text;
+namespace qmv40 {
+
+using namespace ascii;
 
 namespace {
 
@@ -181,3 +183,5 @@ std::vector<ProfileLine> ProfileLines(std::string_view text) {
     }
     return lines;
 }
+
+} // namespace qmv40

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+namespace qmv40 {
+
 /// The content of a profile file as text: `[section]` lines, and lines `key=value` below them.
 ///
 /// Blanks around lines, names and values do not count, nor does the letter case of names (ASCII letters). A section's
@@ -38,3 +40,5 @@ struct ProfileLine {
 
 /// Every line of the text, in its order. The parts are places in the text.
 std::vector<ProfileLine> ProfileLines(std::string_view text);
+
+} // namespace qmv40

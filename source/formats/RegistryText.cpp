@@ -7,7 +7,9 @@
 #include <charconv>
 #include <utility>
 
-using namespace ascii_text;
+namespace qmv40 {
+
+using namespace ascii;
 
 namespace {
 
@@ -352,3 +354,5 @@ RegistryLines RegistryLinesIn(std::string fileContent) {
     const std::string text = InUtf8(std::move(fileContent));
     return Listing(text).Take();
 }
+
+} // namespace qmv40

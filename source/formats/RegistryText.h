@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+namespace qmv40 {
+
 /// The registry's own numbers of the types of values.
 enum class RegistryType : std::uint32_t {
     None = 0,
@@ -80,3 +82,5 @@ struct RegistryLines {
 };
 
 RegistryLines RegistryLinesIn(std::string fileContent);
+
+} // namespace qmv40

@@ -1,5 +1,7 @@
 #include "formats/Unicode.h"
 
+namespace qmv40 {
+
 namespace {
 
 constexpr char32_t replacementCharacter = 0xFFFD;
@@ -99,3 +101,5 @@ std::string Utf16FromUtf8(std::string_view text, std::endian order) {
     }
     return bytes;
 }
+
+} // namespace qmv40

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace qmv40 {
+
 /// Conversions between wide names, UTF-8 and UTF-16.
 
 /// UTF-8 of a wide name; nothing when it is null or holds something that is no character.
@@ -16,3 +18,5 @@ std::string Utf8FromUtf16(std::string_view bytes, std::endian order);
 
 /// The reverse. A byte that belongs to no character becomes the replacement character.
 std::string Utf16FromUtf8(std::string_view text, std::endian order);
+
+} // namespace qmv40

@@ -7,6 +7,8 @@
 #include "maths/CMaPlane.h"
 #include "maths/RaisingGeometryErrors.h"
 
+using namespace qmv40;
+
 void RoundThePole::CalculateRotationFromIdealAlignment(const CMaPointArray& aPoints) {
     ErrorContext context{L"RoundThePole::CalculateRotationFromIdealAlignment"};
     const double angleToPlane = RaisingGeometryErrors(context, [&] {

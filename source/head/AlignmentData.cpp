@@ -8,6 +8,8 @@
 
 #include <span>
 
+using namespace qmv40;
+
 namespace {
 
 /// A private copy of a caller's array, so that the caller's points are never altered.

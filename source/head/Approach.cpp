@@ -5,6 +5,8 @@
 #include "maths/CQuaternion.h"
 #include "maths/RaisingGeometryErrors.h"
 
+using namespace qmv40;
+
 namespace {
 
 /// Required with this shortened pi, and with the multiplication first: the results depend on it in their last bits. The

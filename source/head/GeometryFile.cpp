@@ -7,6 +7,8 @@
 
 #include <new>
 
+using namespace qmv40;
+
 namespace {
 
 /// Memory that runs out in a step is raised with the step's text.

@@ -5,6 +5,8 @@
 #include "maths/CMaPlane.h"
 #include "maths/RaisingGeometryErrors.h"
 
+using namespace qmv40;
+
 void RoundThePole::PlaceHeadCentre() {
     const std::unique_ptr<CMaCircle> circleB = FitPointsToACircle(bAxisPoints);
     const CMaVector normalB = circleB->GetNormal();

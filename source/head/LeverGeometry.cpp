@@ -4,6 +4,8 @@
 
 #include "maths/RaisingGeometryErrors.h"
 
+using namespace qmv40;
+
 namespace {
 
 /// Both levers' `result`: their `origin` plus the offset that they share.

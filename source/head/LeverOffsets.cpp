@@ -4,6 +4,8 @@
 
 #include "maths/RaisingGeometryErrors.h"
 
+using namespace qmv40;
+
 namespace {
 
 void Fill(CMaVector& out, const FixedOffset& offset) {

@@ -4,6 +4,8 @@
 
 #include "maths/RaisingGeometryErrors.h"
 
+using namespace qmv40;
+
 namespace {
 
 /// Of a pair for the two sides. Any side but 0 is the negative lever.

@@ -1,5 +1,7 @@
 #include "head/RoundThePole.h"
 
+using namespace qmv40;
+
 RoundThePole::RoundThePole() {
     InitialiseFixedGeometry();
     aAxisPoints = CMaPointArray(0);

@@ -9,8 +9,10 @@
 #include <memory>
 
 class CQuaternion;
+namespace qmv40 {
 class ProfileReader;
 class ProfileWriter;
+} // namespace qmv40
 
 /// The model of one indexable probe head as it sits on the machine: where the head centre is, in which directions its A
 /// and B axes point, where the lock lever, its ball and the drive cup are, and how far the whole head is turned about
@@ -73,8 +75,8 @@ public:
 
     // The fixed offsets of the head, read from the settings store at each call
 
-    FixedOffset GetHeadCentreToDriveCupOffset() const;
-    FixedOffset GetLockedToUnlockedOffset() const;
+    qmv40::FixedOffset GetHeadCentreToDriveCupOffset() const;
+    qmv40::FixedOffset GetLockedToUnlockedOffset() const;
     double GetLockedToUnlockedLeverRotation() const;
     double GetUnlockedToLockedLeverRotation() const;
     void GetHeadCentreToLeverCentreOffset(int lever, CMaVector& out) const;
@@ -125,8 +127,8 @@ private:
     /// The rotation of the head from A = 0, B = 0: the turn about A comes first, then the turn about B.
     std::unique_ptr<CQuaternion> HeadTurn(double a, double b) const;
     void PlaceHeadCentre();
-    void WriteNumbers(ProfileWriter& file) const;
-    void ReadNumbers(const ProfileReader& file);
+    void WriteNumbers(qmv40::ProfileWriter& file) const;
+    void ReadNumbers(const qmv40::ProfileReader& file);
 
     CMaVector aAxis{0.0, 0.0, 0.0};
     CMaVector bAxis{0.0, 0.0, 0.0};

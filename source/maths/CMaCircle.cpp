@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+using namespace qmv40;
+
 namespace {
 
 CMaPoint At(const CMaVector& position) noexcept { return {position[0], position[1], position[2]}; }
@@ -28,7 +30,7 @@ CMaVector UnitAlong(const CMaVector& direction) {
 } // namespace
 
 void CMaCircle::Fit(const CMaPointArray& points, long iterationLimit) {
-    const qmv40::fit::FittedCircle fitted = qmv40::fit::FitCircle(points, iterationLimit);
+    const fit::FittedCircle fitted = fit::FitCircle(points, iterationLimit);
     centre = fitted.centre;
     normal = fitted.normal;
     radius = fitted.radius;

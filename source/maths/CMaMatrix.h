@@ -29,7 +29,7 @@ public:
 
 private:
     static void Require(bool condition) {
-        if (!condition) throw GeometryError(GeometryError::Reason::Impossible);
+        if (!condition) throw qmv40::GeometryError(qmv40::GeometryError::Reason::Impossible);
     }
 
     int rows;

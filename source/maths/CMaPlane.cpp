@@ -3,9 +3,11 @@
 #include "maths/Unit.h"
 #include "maths/fit/PrincipalAxes.h"
 
+using namespace qmv40;
+
 void CMaPlane::Fit(const CMaPointArray& points) {
-    qmv40::fit::ScaledPoints scaled(points);
-    const qmv40::fit::PrincipalAxes axes(scaled);
+    fit::ScaledPoints scaled(points);
+    const fit::PrincipalAxes axes(scaled);
     if (axes.IsStraight()) throw GeometryError(GeometryError::Reason::Impossible);
     point = scaled.ToCaller(CMaVector(0.0, 0.0, 0.0));
     normal = Unit(axes.axis[2]);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace qmv40;
+
 CMaPointArray::CMaPointArray(int capacity) {
     const auto room = static_cast<std::size_t>(std::max(capacity, 0));
     for (auto* axis : {&xs, &ys, &zs}) axis->reserve(room);

@@ -21,7 +21,7 @@ public:
     /// A copy of the point, deliberately: what is assigned to the result does not reach the array.
     /// An index outside 0 to GetSize() - 1 throws GeometryError (Impossible).
     CMaPoint operator[](int index) const {
-        if (index < 0 || index >= GetSize()) throw GeometryError(GeometryError::Reason::Impossible);
+        if (index < 0 || index >= GetSize()) throw qmv40::GeometryError(qmv40::GeometryError::Reason::Impossible);
         const auto at = static_cast<std::size_t>(index);
         return {xs[at], ys[at], zs[at]};
     }

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace qmv40;
+
 double CMaVector::Magnitude() const noexcept {
     const double plain = *this % *this;
     // Within these bounds no square overflowed, and one that vanished was too small to count.

@@ -51,7 +51,7 @@ public:
 
 private:
     static int Checked(int index) {
-        if (index < 0 || index > 2) throw GeometryError(GeometryError::Reason::Impossible);
+        if (index < 0 || index > 2) throw qmv40::GeometryError(qmv40::GeometryError::Reason::Impossible);
         return index;
     }
 

@@ -5,6 +5,8 @@
 
 #include <tuple>
 
+using namespace qmv40;
+
 CQuaternion::CQuaternion() : rotationMatrix(3, 3) {
     ErrorContext context{L"CQuaternion::CQuaternion"};
     context.description = L"Error initialising matrix with default data.";
@@ -18,8 +20,8 @@ void CQuaternion::InitialiseFromAngleAndDirection(double angleRadians, const CMa
     context.description = L"Error extracting data from direction vector";
     RaisingGeometryErrors(context, [&] {
         const double dx = direction[0], dy = direction[1], dz = direction[2];
-        const double sine = qmv40::Sine(0.5 * angleRadians);
-        w = qmv40::Cosine(0.5 * angleRadians);
+        const double sine = Sine(0.5 * angleRadians);
+        w = Cosine(0.5 * angleRadians);
         x = dx * sine;
         y = dy * sine;
         z = dz * sine;

@@ -6,6 +6,8 @@
 #include <limits>
 #include <numbers>
 
+namespace qmv40 {
+
 /// Cosine and sine of an angle in degrees. Whole and quarter turns are taken off exactly, in degrees, before anything
 /// is rounded: multiples of 90 are exact however large. An angle that is not finite gives not-a-number.
 struct DegreeTurn {
@@ -14,7 +16,7 @@ struct DegreeTurn {
         const double withinTurn = std::fmod(angleDegrees, 360.0);
         const double quarters = std::nearbyint(withinTurn / 90.0);
         const double radians = (withinTurn - quarters * 90.0) * (std::numbers::pi / 180.0);
-        const double c = qmv40::Cosine(radians), s = qmv40::Sine(radians);
+        const double c = Cosine(radians), s = Sine(radians);
         const int quarter = static_cast<int>(quarters) & 3;
         cosine = quarter == 0 ? c : quarter == 1 ? -s : quarter == 2 ? -c : s;
         sine = quarter == 0 ? s : quarter == 1 ? c : quarter == 2 ? -s : -c;
@@ -25,3 +27,5 @@ struct DegreeTurn {
     double cosine = std::numeric_limits<double>::quiet_NaN();
     double sine = std::numeric_limits<double>::quiet_NaN();
 };
+
+} // namespace qmv40

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace qmv40 {
+
 /// Thrown by a geometric operation that cannot give its result. The vector-geometry classes throw nothing else, but for
 /// std::bad_alloc where points are stored.
 class GeometryError {
@@ -15,3 +17,5 @@ public:
 private:
     Reason reason;
 };
+
+} // namespace qmv40

@@ -5,6 +5,8 @@
 
 #include <new>
 
+namespace qmv40 {
+
 /// The bridge from the vector-geometry classes, which know nothing of error codes, to RaiseError: runs `step` and
 /// returns what it returns. A GeometryError that leaves the step, and memory that runs out in it, are raised as codes
 /// with the source and the description that `context` has at that moment. Codes that were raised inside pass through.
@@ -23,3 +25,5 @@ template <typename Step> decltype(auto) RaisingGeometryErrors(const ErrorContext
         RaiseError(E_OUTOFMEMORY, context);
     }
 }
+
+} // namespace qmv40

@@ -3,6 +3,8 @@
 #include "errors/RaiseError.h"
 #include "formats/NumberText.h"
 
+namespace qmv40 {
+
 namespace {
 
 NumberText TextOf(const ProfileReader& file, const HeadGeometryEntry& entry, const char* defaultText) {
@@ -36,3 +38,5 @@ void CommitHeadGeometry(ProfileWriter& file) {
     if (!file.Commit())
         RaiseError(QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File");
 }
+
+} // namespace qmv40

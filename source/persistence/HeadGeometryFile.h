@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+namespace qmv40 {
+
 /// The head geometry file: an initialisation-profile text file of seven numbers, written as "%.9e" and read in the C
 /// locale whatever the host has set.
 
@@ -50,3 +52,5 @@ void WriteHeadGeometryNumber(ProfileWriter& file, const HeadGeometryEntry& entry
 
 /// Writes what `file` has gathered. Raises QMV_E_WRITE_TO_FILE when an entry could not be written.
 void CommitHeadGeometry(ProfileWriter& file);
+
+} // namespace qmv40

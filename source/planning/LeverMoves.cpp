@@ -5,6 +5,8 @@
 
 #include "maths/RaisingGeometryErrors.h"
 
+namespace qmv40 {
+
 namespace {
 
 /// Which lever the head presents at the given angles: 0 the positive one, 1 the negative one.
@@ -85,3 +87,5 @@ void MovePlanner::CalculateLockMoves(RequiredMoves& moves, double a, double b) c
         moves.DisengageFromLockLever = PositionAtHeight(locked, locked[2] + liftOverLockedLever);
     });
 }
+
+} // namespace qmv40

@@ -3,6 +3,8 @@
 #include "head/RoundThePole.h"
 #include "interface/Records.h"
 
+namespace qmv40 {
+
 /// Plans the 19 moves of one indexing from the head geometry and the head's current angles: the part of the calculator
 /// that computes. Angles in degrees, positions in machine coordinates. The same input gives the same output; the
 /// settings store is asked for the two lever rotations at every plan.
@@ -50,3 +52,5 @@ protected:
 private:
     CMaVector PoleLocation() const;
 };
+
+} // namespace qmv40

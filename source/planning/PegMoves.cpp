@@ -5,6 +5,8 @@
 
 #include "maths/RaisingGeometryErrors.h"
 
+namespace qmv40 {
+
 void MovePlanner::CalculateRotateToPeg(RequiredMoves& moves, [[maybe_unused]] const CMaVector& centre,
                                        const CMaVector& approachNow) const {
     ErrorContext context{L"CQMVCalculator::CalculateRotateToPeg"};
@@ -55,3 +57,5 @@ void MovePlanner::CalculateDisengageFromPeg(RequiredMoves& moves, const CMaVecto
         moves.DisengageFromPegToSafeZ = PositionAtHeight(approachTarget, headGeometry.SafePositionZ());
     });
 }
+
+} // namespace qmv40

@@ -8,6 +8,8 @@
 
 #include <cmath>
 
+namespace qmv40 {
+
 void MovePlanner::CalculatePoleLocation(double& x, double& y, double& z) const {
     ErrorContext context{L"CQMVCalculator::CalculatePoleLocation"};
     RaisingGeometryErrors(context, [&] {
@@ -40,7 +42,7 @@ double MovePlanner::CalculateAngleAndDirection(const CMaVector& first, const CMa
         const double cross = (first * second)[2];
         // The arctangent of the quotient is required, not that of two arguments: it gives 90 for an infinite quotient
         // and not-a-number for 0/0.
-        double angle = std::abs(qmv40::ArcTangent(cross / dot) * degreesInARadian);
+        double angle = std::abs(ArcTangent(cross / dot) * degreesInARadian);
         if (dot < 0.0) angle = 180.0 - angle;
         return cross < 0.0 ? -angle : angle;
     });
@@ -53,3 +55,5 @@ CMaVector MovePlanner::PoleLocation() const {
     CalculatePoleLocation(x, y, z);
     return {x, y, z};
 }
+
+} // namespace qmv40

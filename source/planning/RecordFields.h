@@ -3,6 +3,8 @@
 #include "interface/Records.h"
 #include "maths/CMaVector.h"
 
+namespace qmv40 {
+
 /// Vectors as fields of the interface's records, and directions between their points.
 
 inline XYZData PositionOf(const CMaVector& point) { return {point[0], point[1], point[2]}; }
@@ -36,3 +38,5 @@ inline void SetRotationVector(ArcData& arc, const CMaVector& axis) {
 inline ArcData ArcAbout(const CMaVector& origin, const CMaVector& axis, double angleDegrees) {
     return {origin[0], origin[1], origin[2], axis[0], axis[1], axis[2], angleDegrees};
 }
+
+} // namespace qmv40

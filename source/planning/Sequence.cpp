@@ -2,6 +2,8 @@
 
 #include "planning/MovePlanner.h"
 
+namespace qmv40 {
+
 namespace {
 
 CMaVector ZeroVector() { return {0.0, 0.0, 0.0}; }
@@ -34,3 +36,5 @@ void MovePlanner::PlanMoves(double targetA, double targetB, RequiredMoves& moves
     CalculateRotateToLockLeverMoves(moves, approachTarget, targetA, targetB);
     CalculateLockMoves(moves, targetA, targetB);
 }
+
+} // namespace qmv40

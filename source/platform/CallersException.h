@@ -2,6 +2,8 @@
 
 #include "platform/Automation.h"
 
+namespace qmv40 {
+
 /// Two C++ compilers need not agree on what an exception is. On Windows there are two kinds: the one of GCC, in which
 /// this component is built, and the platform's own, which all other compilers there use. Neither's `catch` sees the
 /// other's exceptions, not even as `catch (...)`.
@@ -13,3 +15,5 @@
 /// The exception passes through the frames of this component without destroying anything in them. So nothing between
 /// the interface method and this call may have anything to clean up.
 void RaiseForCallerOfPlatformsKind(HRESULT code, const void* returnAddress);
+
+} // namespace qmv40

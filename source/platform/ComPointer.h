@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace qmv40 {
+
 /// Holds one reference to an automation object, or none.
 template <typename Interface> class ComPointer {
 public:
@@ -43,3 +45,5 @@ public:
 private:
     Interface* held = nullptr;
 };
+
+} // namespace qmv40

@@ -9,6 +9,8 @@
 #include <xmmintrin.h>
 #endif
 
+namespace qmv40 {
+
 namespace {
 
 std::atomic<long> callsUnderWay{0};
@@ -96,3 +98,5 @@ ModuleStateGuard::~ModuleStateGuard() {
 #endif
 
 long CallsUnderWay() noexcept { return callsUnderWay.load(); }
+
+} // namespace qmv40

@@ -1,5 +1,7 @@
 #include "platform/ProfileFile.h"
 
+namespace qmv40 {
+
 ProfileWriter::ProfileWriter(const wchar_t* fileName) : file(fileName == nullptr ? L"" : fileName) {}
 
 void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer,
@@ -12,3 +14,5 @@ bool WriteProfileText(const wchar_t* section, const wchar_t* key, std::string_vi
     writer.Set(section, key, text);
     return writer.Commit();
 }
+
+} // namespace qmv40

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+namespace qmv40 {
+
 /// Initialisation-profile files: `[section]` lines and `key=value` lines.
 /// Names are wide text. They are converted to the thread's ANSI code page on Windows, to UTF-8 elsewhere. A null name,
 /// or one that cannot be converted, names nothing: no value is read, and no entry is written.
@@ -73,3 +75,5 @@ private:
 
 /// One entry, written alone.
 bool WriteProfileText(const wchar_t* section, const wchar_t* key, std::string_view text, const wchar_t* fileName);
+
+} // namespace qmv40

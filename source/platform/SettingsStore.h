@@ -5,6 +5,8 @@
 #include <memory>
 #include <span>
 
+namespace qmv40 {
+
 /// One key of the machine-wide settings store, open for reading from construction to destruction.
 /// On Windows: a key under HKEY_LOCAL_MACHINE. Elsewhere: a section of a text file in the registry export format,
 /// /etc/qmv40/settings.reg or the file that the environment variable QMV40_SETTINGS names; it is read afresh each time
@@ -30,3 +32,5 @@ private:
     struct State;
     std::unique_ptr<State> state;
 };
+
+} // namespace qmv40

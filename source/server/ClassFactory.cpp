@@ -8,6 +8,8 @@
 #include <atomic>
 #include <new>
 
+namespace qmv40 {
+
 namespace {
 
 std::atomic<ULONG> references{0};
@@ -68,3 +70,5 @@ HRESULT ClassFactory::LockServer(BOOL lock) {
     }
     return S_OK;
 }
+
+} // namespace qmv40

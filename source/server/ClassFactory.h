@@ -2,6 +2,8 @@
 
 #include "platform/Automation.h"
 
+namespace qmv40 {
+
 /// Creates calculators. One for the module, made on the first request and kept; its count is shared by all threads.
 class ClassFactory final : public IClassFactory {
 public:
@@ -17,3 +19,5 @@ private:
     ClassFactory() = default;
     ~ClassFactory() = default;
 };
+
+} // namespace qmv40

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+namespace qmv40 {
+
 /// The two ways in which a class is served. `Class` gives its interfaces by FindInterface(iid) and everything but
 /// identity and lifetime, which are here. An object lives in one apartment, so its count is a plain one. Objects are
 /// born without a reference and delete themselves with the last.
@@ -80,3 +82,5 @@ private:
     Contained contained;
     ULONG references = 0;
 };
+
+} // namespace qmv40

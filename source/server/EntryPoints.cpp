@@ -4,6 +4,8 @@
 #include "server/ClassFactory.h"
 #include "server/Module.h"
 
+using namespace qmv40;
+
 extern "C" HRESULT STDMETHODCALLTYPE DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;

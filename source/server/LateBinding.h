@@ -5,5 +5,7 @@
 #include "server/windows/LateBinding.h"
 #else
 /// There are no dispatch entries to fill here, and IID_IDispatch is not answered.
+namespace qmv40 {
 template <typename Base> using LateBinding = Base;
+} // namespace qmv40
 #endif

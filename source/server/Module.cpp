@@ -5,6 +5,8 @@
 
 #include <atomic>
 
+namespace qmv40 {
+
 namespace {
 
 std::atomic<long> lockCount{0};
@@ -29,3 +31,5 @@ void Module::StayLoaded() noexcept {
 #else
 void Module::StayLoaded() noexcept {}
 #endif
+
+} // namespace qmv40

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace qmv40 {
+
 /// What keeps the module loaded: live objects, references to the class factory and locks that clients asked for.
 /// Shared by all threads.
 class Module {
@@ -25,3 +27,5 @@ public:
     ModuleLock& operator=(const ModuleLock&) = delete;
     ~ModuleLock() { Module::ReleaseLock(); }
 };
+
+} // namespace qmv40

@@ -3,9 +3,9 @@
 #include "platform/SettingsStore.h"
 #include "settings/HeadSettings.h"
 
-namespace {
+namespace qmv40 {
 
-using namespace qmv40;
+namespace {
 
 /// The settings of `offset`, up to three, read from a key that is opened for them alone. Any selector but 0 negates
 /// those that the table calls mirrored.
@@ -43,3 +43,5 @@ FixedOffset ReadLockedToUnlockedOffset() { return ReadVector(HeadOffset::LockedT
 double ReadLockedToUnlockedLeverRotation() { return Read(HeadOffset::UnlockingRotation)[0]; }
 
 double ReadUnlockedToLockedLeverRotation() { return Read(HeadOffset::LockingRotation)[0]; }
+
+} // namespace qmv40

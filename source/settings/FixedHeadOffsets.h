@@ -1,5 +1,7 @@
 #pragma once
 
+namespace qmv40 {
+
 /// The fixed offsets and rotations of the head's mechanics, as the head model takes them from the settings store: see
 /// HeadSettings.h for their names, their built-in values and the rules of reading.
 ///
@@ -29,3 +31,5 @@ double ReadLockedToUnlockedLeverRotation();
 
 /// How far the lever turns when it is locked.
 double ReadUnlockedToLockedLeverRotation();
+
+} // namespace qmv40

@@ -8,8 +8,6 @@
 #include <span>
 #include <utility>
 
-class SettingsKey;
-
 /// The fourteen fixed dimensions of the head's mechanics: the table of them, and the one reader of them.
 ///
 /// Each dimension has a built-in value, which a text value in the settings store may override on one machine. The
@@ -20,6 +18,8 @@ class SettingsKey;
 /// Text that does not begin a number reads as 0.0, not as the built-in value: this is required too. Numbers are in the
 /// C locale. A text that is stored for Y or Z alone, or that is longer than the one before it, has no effect.
 namespace qmv40 {
+
+class SettingsKey;
 
 /// The one key that is read, below HKEY_LOCAL_MACHINE.
 inline constexpr const char* settingsKeyPath = R"(Software\Hollbeck\VRX Software\QMV40Calculator)";

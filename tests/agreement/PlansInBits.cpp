@@ -23,6 +23,8 @@
 #include <regex>
 #include <stdexcept>
 
+using namespace qmv40;
+
 namespace {
 
 struct Head {

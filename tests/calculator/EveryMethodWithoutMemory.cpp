@@ -7,6 +7,8 @@
 
 #include <functional>
 
+using namespace qmv40;
+
 /// Every method, succeeding and failing, through each interface of plain and aggregated objects, with every allocation
 /// made to fail in turn: its own code or E_OUTOFMEMORY, nothing leaked, and the object as good as before.
 

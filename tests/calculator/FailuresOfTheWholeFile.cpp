@@ -3,6 +3,8 @@
 #include "support/Bstr.h"
 #include "support/TemporaryFolder.h"
 
+using namespace qmv40;
+
 /// A value that cannot be read or written, and then no memory for the record that would say so: the code is another
 /// one, and load and save speak for themselves.
 

@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+using namespace qmv40;
+
 namespace {
 
 class HeadPosition : public PreparedCalculator {};

@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+using namespace qmv40;
+
 /// Creation, identity and lifetime, as any client sees them on any platform.
 
 namespace {

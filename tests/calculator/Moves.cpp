@@ -10,6 +10,8 @@
 #include <fstream>
 #include <map>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr double untouched = 1234.5;

@@ -8,6 +8,8 @@
 #include <fstream>
 #include <iterator>
 
+using namespace qmv40;
+
 /// Running out of memory is E_OUTOFMEMORY, returned by the seven methods that return their failures and thrown by
 /// CalculateMove, wherever it happens; and a call that succeeds all the same has done all of its work.
 

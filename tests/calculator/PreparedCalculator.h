@@ -28,14 +28,14 @@ protected:
     }
 
     /// With a geometry, and nothing said about where the head stands.
-    static ComPointer<IQMVCalculator2> WithGeometry() {
+    static qmv40::ComPointer<IQMVCalculator2> WithGeometry() {
         auto calculator = CreateCalculator();
         EXPECT_EQ(Enter(*calculator.Get(), Head()), S_OK);
         return calculator;
     }
 
     /// Ready to plan.
-    static ComPointer<IQMVCalculator2> At(double a, double b) {
+    static qmv40::ComPointer<IQMVCalculator2> At(double a, double b) {
         auto calculator = WithGeometry();
         EXPECT_EQ(calculator->SetCurrentHeadPosition(a, b), S_OK);
         return calculator;

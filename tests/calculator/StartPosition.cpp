@@ -6,6 +6,8 @@
 
 #include <functional>
 
+using namespace qmv40;
+
 /// The start position as what the object's own CalculateMove makes of it, whatever that returns or throws.
 
 namespace {

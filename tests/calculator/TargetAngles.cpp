@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr const wchar_t* aRange = L"Invalid A Target Angle, value must be between 0 and 90.";

@@ -8,6 +8,8 @@
 #include <string>
 #include <thread>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr const wchar_t* aSource = L"RoundThePole::HeadCentre";

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+using namespace qmv40;
+
 /// How the platform's error record is filled, what a failure on the way does, and how an object is asked for. The
 /// linker leads the component's calls of the platform to this program.
 

@@ -7,6 +7,8 @@
 #include <cfenv>
 #include <new>
 
+using namespace qmv40;
+
 namespace {
 
 void RunOutOfMemory() { throw std::bad_alloc(); }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr long moreThanEnough = 1000;

@@ -7,6 +7,8 @@
 
 #include <string>
 
+using namespace qmv40;
+
 /// Names that are unusual and places where no geometry file can be.
 
 namespace {

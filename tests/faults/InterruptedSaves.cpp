@@ -14,6 +14,8 @@
 #include <thread>
 #include <vector>
 
+using namespace qmv40;
+
 /// Whatever becomes of a process that saves, and whoever else saves at the same time: the file holds one geometry,
 /// whole, with everything else that was in it.
 

@@ -10,6 +10,8 @@
 #include <random>
 #include <string>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <string>
 
+using namespace qmv40;
+
 namespace {
 
 using Kind = ProfileLine::Kind;

@@ -4,6 +4,8 @@
 
 #include <limits>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr CMaGeometry::EAxisType axes[] = {CMaGeometry::X, CMaGeometry::Y, CMaGeometry::Z};

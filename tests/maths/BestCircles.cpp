@@ -2,6 +2,8 @@
 
 #include <string>
 
+using namespace qmv40;
+
 /// The best of all circles, not only better than its neighbours: held against what a plain method finds from many
 /// starts.
 

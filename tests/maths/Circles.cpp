@@ -3,6 +3,8 @@
 
 #include <limits>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr long iterationLimit = 200000;

@@ -6,6 +6,8 @@
 #include <limits>
 #include <string>
 
+using namespace qmv40;
+
 /// Fits of points of every kind, each held against the best answer there is, worked out in 32 digits, and against what
 /// the rounding of the points alone does to that.
 

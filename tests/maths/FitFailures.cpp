@@ -4,6 +4,8 @@
 
 #include <limits>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr auto impossible = GeometryError::Reason::Impossible;

@@ -36,10 +36,10 @@ inline bool SameBits(double a, double b) {
     return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b));
 }
 
-template <typename Action> testing::AssertionResult FailsWith(GeometryError::Reason reason, Action&& action) {
+template <typename Action> testing::AssertionResult FailsWith(qmv40::GeometryError::Reason reason, Action&& action) {
     try {
         action();
-    } catch (const GeometryError& error) {
+    } catch (const qmv40::GeometryError& error) {
         if (error.GetReason() == reason) return testing::AssertionSuccess();
         return testing::AssertionFailure() << "failed for the other reason";
     }

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+using namespace qmv40;
+
 /// Which operation and step a quaternion names when its matrix fails, and the order in which it writes the elements.
 /// The matrix is this program's own.
 

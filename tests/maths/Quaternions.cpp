@@ -6,6 +6,8 @@
 
 #include <type_traits>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr double pi = std::numbers::pi;

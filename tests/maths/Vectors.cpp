@@ -7,6 +7,8 @@
 #include <memory>
 #include <type_traits>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr auto impossible = GeometryError::Reason::Impossible;

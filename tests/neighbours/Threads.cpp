@@ -8,6 +8,8 @@
 #include <atomic>
 #include <thread>
 
+using namespace qmv40;
+
 /// Many threads, each with a calculator of its own: none sees anything of another.
 
 namespace {

@@ -9,6 +9,8 @@
 #include <iterator>
 #include <string>
 
+using namespace qmv40;
+
 /// Single numbers in the platform's own profile files.
 
 namespace {

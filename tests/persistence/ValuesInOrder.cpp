@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+using namespace qmv40;
+
 /// What a load asks for and a save writes, in which order and how far, against a profile file that this program
 /// provides itself and that keeps account of every access.
 

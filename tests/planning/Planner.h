@@ -8,7 +8,7 @@
 #include <cstring>
 
 /// The planner with its state open: a head to fill, and angles to say where it stands.
-class Planner : public MovePlanner {
+class Planner : public qmv40::MovePlanner {
 public:
     RoundThePole& Head() noexcept { return headGeometry; }
     void StandAt(double a, double b) noexcept {

@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+using namespace qmv40;
+
 /// What a plan asks of the head and of the settings, in which order, and what it has written when an answer fails. This
 /// program has queries of its own in place of the head's: they keep account, answer with numbers that tell them apart,
 /// and fail when the test says so.
@@ -78,6 +80,8 @@ void RoundThePole::LeverAxisOfRotation(int which, CMaVector& out) const {
     Answer(Question("lever axis", {double(which)}), out);
 }
 
+namespace qmv40 {
+
 FixedOffset ReadHeadCentreToDriveCupOffset() { return {}; }
 FixedOffset ReadHeadCentreToLeverCentreOffset(int) { return {}; }
 FixedOffset ReadLeverCentreToBallCentreOffset(int) { return {}; }
@@ -90,6 +94,8 @@ double ReadUnlockedToLockedLeverRotation() {
     Note("locking rotation");
     return 138.0;
 }
+
+} // namespace qmv40
 
 namespace {
 

@@ -11,6 +11,8 @@
 #include <xmmintrin.h>
 #endif
 
+using namespace qmv40;
+
 /// What a host has set must not reach our arithmetic, and our arithmetic must not reach the host.
 
 namespace {

@@ -32,12 +32,12 @@ public:
     std::string Read(const wchar_t* section, const wchar_t* key, const char* defaultText = "default",
                      std::size_t capacity = 349) const {
         std::vector<char> buffer(capacity, '#');
-        ReadProfileText(section, key, defaultText, buffer, Path().wstring().c_str());
+        qmv40::ReadProfileText(section, key, defaultText, buffer, Path().wstring().c_str());
         return buffer.data();
     }
 
     bool Write(const wchar_t* section, const wchar_t* key, std::string_view text) const {
-        return WriteProfileText(section, key, text, Path().wstring().c_str());
+        return qmv40::WriteProfileText(section, key, text, Path().wstring().c_str());
     }
 
 private:

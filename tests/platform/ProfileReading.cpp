@@ -6,6 +6,8 @@
 #include <array>
 #include <string>
 
+using namespace qmv40;
+
 namespace {
 
 using namespace std::string_literals;

@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+using namespace qmv40;
+
 /// Several writes, or several reads, of one file as one.
 
 namespace {

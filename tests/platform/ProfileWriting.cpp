@@ -8,6 +8,8 @@
 #include <string>
 #include <utility>
 
+using namespace qmv40;
+
 /// What holds for the platform's own profile files too; what becomes of bytes that a write does not concern is another
 /// matter there.
 

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+using namespace qmv40;
+
 namespace {
 
 using namespace std::string_literals;

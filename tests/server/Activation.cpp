@@ -9,6 +9,8 @@
 
 #include <cstring>
 
+using namespace qmv40;
+
 /// The component through its registration, as most clients have it, and what it tells of its failures there.
 
 namespace {

@@ -10,6 +10,8 @@
 #include <functional>
 #include <thread>
 
+using namespace qmv40;
+
 /// A calculator lives in one apartment. What happens when another one uses it, and when many create their own.
 
 namespace {

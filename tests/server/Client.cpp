@@ -3,6 +3,8 @@
 #include "server/Registry.h"
 #include "support/AlignmentArray.h"
 
+using namespace qmv40;
+
 std::filesystem::path ServerPath() {
     wchar_t program[MAX_PATH];
     const DWORD length = GetModuleFileNameW(nullptr, program, MAX_PATH);

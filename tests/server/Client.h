@@ -31,8 +31,8 @@ public:
     HRESULT Register() const;
     HRESULT Unregister() const;
 
-    ComPointer<IClassFactory> Factory() const;
-    ComPointer<IQMVCalculator2> Create() const;
+    qmv40::ComPointer<IClassFactory> Factory() const;
+    qmv40::ComPointer<IQMVCalculator2> Create() const;
 
 private:
     template <class Function> Function* Entry(const char* name) const;
@@ -52,8 +52,8 @@ public:
 };
 
 /// Asks `from` for `iid`. The interfaces all begin with those of IUnknown.
-inline ComPointer<IUnknown> Ask(IUnknown& from, REFIID iid) {
-    ComPointer<IUnknown> answer;
+inline qmv40::ComPointer<IUnknown> Ask(IUnknown& from, REFIID iid) {
+    qmv40::ComPointer<IUnknown> answer;
     from.QueryInterface(iid, answer.Receive());
     return answer;
 }
@@ -68,10 +68,10 @@ inline ULONG References(IUnknown& object) {
 }
 
 /// What a call hands out through a typed pointer. The call must succeed.
-template <class Interface, class Call> ComPointer<Interface> Received(Call&& call) {
+template <class Interface, class Call> qmv40::ComPointer<Interface> Received(Call&& call) {
     Interface* received = nullptr;
     EXPECT_EQ(std::forward<Call>(call)(&received), S_OK);
-    return ComPointer<Interface>(received);
+    return qmv40::ComPointer<Interface>(received);
 }
 
 /// No interface of anybody's.
@@ -88,9 +88,9 @@ protected:
     static SimulatedHead Head();
     /// Enters that head's geometry.
     static HRESULT Enter(IQMVCalculator& calculator);
-    ComPointer<IQMVCalculator2> WithGeometry() const;
+    qmv40::ComPointer<IQMVCalculator2> WithGeometry() const;
     /// Ready to plan.
-    ComPointer<IQMVCalculator2> At(double a, double b) const;
+    qmv40::ComPointer<IQMVCalculator2> At(double a, double b) const;
 
     Apartment apartment;
     SettingsFixture settings;
@@ -107,8 +107,8 @@ protected:
     }
 
     /// Creates through the registration; null when that fails.
-    static ComPointer<IQMVCalculator2> CreateRegistered(REFCLSID clsid = CLSID_QMVCalculator) {
-        ComPointer<IQMVCalculator2> calculator;
+    static qmv40::ComPointer<IQMVCalculator2> CreateRegistered(REFCLSID clsid = CLSID_QMVCalculator) {
+        qmv40::ComPointer<IQMVCalculator2> calculator;
         CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator2, calculator.Receive());
         return calculator;
     }

@@ -2,6 +2,8 @@
 
 #include <iterator>
 
+using namespace qmv40;
+
 /// Creation, identity and lifetime through the entry points, with nothing registered.
 
 namespace {

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+using namespace qmv40;
+
 /// All that late-bound languages do, with nothing registered: names and records come from the module's own resource.
 
 namespace {

@@ -7,6 +7,8 @@
 #include <optional>
 #include <thread>
 
+using namespace qmv40;
+
 /// What registering writes, what unregistering takes away, and what neither touches.
 
 namespace {

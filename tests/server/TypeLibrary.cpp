@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+using namespace qmv40;
+
 /// The type library as browsers and late-bound languages read it.
 
 namespace {

@@ -5,6 +5,8 @@
 
 #include <thread>
 
+using namespace qmv40;
+
 /// The component used by its manifest: this program carries one that names the component's file, and nothing is
 /// registered.
 

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+using namespace qmv40;
+
 /// The readers' own rules, against a store that this program provides itself and that keeps account of every question.
 
 namespace {

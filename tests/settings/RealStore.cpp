@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+using namespace qmv40;
+
 /// The readers against the platform's own settings store.
 
 namespace {

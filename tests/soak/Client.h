@@ -55,7 +55,7 @@ private:
     void Expect(HRESULT actual, HRESULT expected, const wchar_t* description = nullptr);
 
     Workshop& workshop;
-    ComPointer<IQMVCalculator2> calculator;
+    qmv40::ComPointer<IQMVCalculator2> calculator;
     std::optional<std::size_t> held;     ///< the geometry, if any
     std::optional<std::size_t> position; ///< where the head stands, if that is known
 };

@@ -5,16 +5,16 @@
 #include "server/EntryPoints.h"
 
 /// The class factory of the calculator, through the component's own entry point: nothing need be registered.
-inline ComPointer<IClassFactory> CalculatorFactory() {
-    ComPointer<IClassFactory> factory;
+inline qmv40::ComPointer<IClassFactory> CalculatorFactory() {
+    qmv40::ComPointer<IClassFactory> factory;
     DllGetClassObject(CLSID_QMVCalculator, IID_IClassFactory, factory.Receive());
     return factory;
 }
 
 /// A fresh calculator; null when it could not be created.
-inline ComPointer<IQMVCalculator2> CreateCalculator() {
-    ComPointer<IQMVCalculator2> calculator;
-    const ComPointer<IClassFactory> factory = CalculatorFactory();
+inline qmv40::ComPointer<IQMVCalculator2> CreateCalculator() {
+    qmv40::ComPointer<IQMVCalculator2> calculator;
+    const qmv40::ComPointer<IClassFactory> factory = CalculatorFactory();
     if (factory) factory->CreateInstance(nullptr, IID_IQMVCalculator2, calculator.Receive());
     return calculator;
 }

@@ -36,7 +36,7 @@ inline void Put(const std::filesystem::path& path, int which) {
 }
 
 /// A calculator that has loaded one of them, from a file that is removed again.
-inline ComPointer<IQMVCalculator2> Calculator(const std::filesystem::path& folder, int which) {
+inline qmv40::ComPointer<IQMVCalculator2> Calculator(const std::filesystem::path& folder, int which) {
     const auto path = folder / ("geometry " + std::to_string(which) + ".ini");
     Put(path, which);
     auto calculator = CreateCalculator();

@@ -6,7 +6,7 @@ namespace check {
 
 namespace {
 
-CMaVector VectorOf(const FixedOffset& offset) { return {offset.x, offset.y, offset.z}; }
+CMaVector VectorOf(const qmv40::FixedOffset& offset) { return {offset.x, offset.y, offset.z}; }
 
 HeadDimensions DimensionsOf(const RoundThePole& head) {
     HeadDimensions dimensions{VectorOf(head.GetHeadCentreToDriveCupOffset()),

@@ -26,8 +26,8 @@ template <typename Measure> Residuals ResidualsOf(const CMaPointArray& points, M
 
 /// Fits `shape`, speaking of a failure as the component does.
 template <typename Fit> void Fitted(const wchar_t* source, const wchar_t* description, Fit&& fit) {
-    const ErrorContext context{source, description};
-    CatchingCodes("fit", [&] { RaisingGeometryErrors(context, fit); });
+    const qmv40::ErrorContext context{source, description};
+    CatchingCodes("fit", [&] { qmv40::RaisingGeometryErrors(context, fit); });
 }
 
 double DistanceFromCircle(const CMaCircle& circle, const CMaVector& point) {

@@ -78,12 +78,12 @@ std::string NearestSettingName(std::string_view text) {
 
 std::array<double, settingCount> SettingsInForce() {
     const RoundThePole head;
-    const FixedOffset driveCup = head.GetHeadCentreToDriveCupOffset();
+    const qmv40::FixedOffset driveCup = head.GetHeadCentreToDriveCupOffset();
     CMaVector leverCentre(0.0, 0.0, 0.0);
     head.GetHeadCentreToLeverCentreOffset(0, leverCentre);
     CMaVector ballCentre(0.0, 0.0, 0.0);
     head.GetLeverCentreToBallCentreOffset(0, ballCentre);
-    const FixedOffset unlocked = head.GetLockedToUnlockedOffset();
+    const qmv40::FixedOffset unlocked = head.GetLockedToUnlockedOffset();
     return {driveCup.x,
             driveCup.y,
             driveCup.z,

@@ -27,7 +27,7 @@ const char* Reason(const std::string& text, double value) {
 } // namespace
 
 LooseNumber ReadLooseNumber(const std::string& text) {
-    const double value = TextToDouble(text.c_str());
+    const double value = qmv40::TextToDouble(text.c_str());
     const bool isNumber = BeginsNumber(text) && std::isfinite(value);
     const char* const reason = Reason(text, value);
     return {value, isNumber, reason == nullptr ? "" : "'" + text + "' reads as " + ExactText(value) + reason};

@@ -20,7 +20,7 @@ std::optional<CMaCircle> LeastSquaresCircle(std::span<const Vector3> points) {
     CMaCircle circle(1.0);
     try {
         circle.Fit(array, iterationLimit);
-    } catch (const GeometryError&) {
+    } catch (const qmv40::GeometryError&) {
         return std::nullopt;
     }
     return circle;

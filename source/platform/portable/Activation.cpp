@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+using namespace qmv40;
+
 namespace {
 
 // Constant-initialised: modules announce their classes from constructors that may run before any of this file's would.
@@ -57,7 +59,7 @@ HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid) {
     return S_OK;
 }
 
-void AnnounceClass(ClassAnnouncement& announcement) noexcept {
+void qmv40::AnnounceClass(ClassAnnouncement& announcement) noexcept {
     announcement.next = firstAnnouncement.load(std::memory_order_relaxed);
     while (!firstAnnouncement.compare_exchange_weak(announcement.next, &announcement, std::memory_order_release,
                                                     std::memory_order_relaxed)) {

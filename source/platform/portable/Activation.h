@@ -13,6 +13,8 @@ QMV_EXPORT HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD conte
 QMV_EXPORT HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid);
 }
 
+namespace qmv40 {
+
 /// One creatable class. It stands for the registry's entries: a module announces its classes when it is loaded.
 struct ClassAnnouncement {
     CLSID clsid;
@@ -24,3 +26,5 @@ struct ClassAnnouncement {
 
 /// Adds `announcement` (which must outlive every call above) to the process's list of creatable classes.
 void AnnounceClass(ClassAnnouncement& announcement) noexcept;
+
+} // namespace qmv40

@@ -5,6 +5,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace qmv40 {
+
 FileDescriptor::~FileDescriptor() { Close(); }
 
 bool FileDescriptor::Close() noexcept {
@@ -57,3 +59,5 @@ std::optional<std::string> ReadWhole(const FileDescriptor& file) {
     }
     return std::nullopt;
 }
+
+} // namespace qmv40

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+namespace qmv40 {
+
 /// Files larger than this are none of ours, and are neither read nor changed.
 inline constexpr std::size_t largestFile = 16U << 20;
 
@@ -41,3 +43,5 @@ FileDescriptor OpenFileIn(const FileDescriptor& folder, const std::string& name,
 /// All bytes of an ordinary file; nothing when it is of another kind, too large, or cannot be read to its end. A file
 /// that is being written in place is read again, and given up when it does not settle.
 std::optional<std::string> ReadWhole(const FileDescriptor& file);
+
+} // namespace qmv40

@@ -13,6 +13,8 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+namespace qmv40 {
+
 namespace {
 
 using std::filesystem::path;
@@ -233,3 +235,5 @@ bool EditFile(const std::string& name, const std::vector<FileEdit>& edits) {
     // No file can be opened by a longer name, but one could be made: through its folder.
     return name.size() < PATH_MAX && (EditByCopy(name, edits) || EditInPlace(name, edits));
 }
+
+} // namespace qmv40

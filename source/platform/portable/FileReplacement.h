@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace qmv40 {
+
 /// Changes the content of a file (empty for one that does not exist).
 using FileEdit = std::function<void(std::string& content)>;
 
@@ -15,3 +17,5 @@ using FileEdit = std::function<void(std::string& content)>;
 /// it is taken back, and those before it stay. A file that the edits leave as it was is not touched. False when an edit
 /// is missing, or when the file cannot be read to its end.
 bool EditFile(const std::string& name, const std::vector<FileEdit>& edits);
+
+} // namespace qmv40

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <fcntl.h>
 
+namespace qmv40 {
+
 namespace {
 
 /// The default as it is handed out: without trailing blanks.
@@ -76,3 +78,5 @@ bool ProfileWriter::Commit() {
     const bool areAllNamed = edits.size() == entries.size();
     return fileName && EditFile(*fileName, edits) && areAllNamed;
 }
+
+} // namespace qmv40

@@ -8,6 +8,8 @@
 #include <fcntl.h>
 #include <utility>
 
+namespace qmv40 {
+
 namespace {
 
 const char* StoreFile() {
@@ -42,3 +44,5 @@ LSTATUS SettingsKey::Query(const char* name, std::span<char> buffer, DWORD& type
     std::ranges::copy(value->bytes, buffer.begin());
     return ERROR_SUCCESS;
 }
+
+} // namespace qmv40

@@ -6,6 +6,8 @@
 // The linker's name for the first byte of this module.
 extern "C" const IMAGE_DOS_HEADER __ImageBase; // NOLINT(bugprone-reserved-identifier)
 
+namespace qmv40 {
+
 namespace {
 
 // The platform's own exceptions, as its compilers write them for `throw` of a long. In 64-bit code a place is written
@@ -80,3 +82,5 @@ void RaiseForCallerOfPlatformsKind(HRESULT code, const void* returnAddress) {
                                              reinterpret_cast<ULONG_PTR>(&throwLong), Origin()};
     RaiseException(exceptionCode, EXCEPTION_NONCONTINUABLE, argumentCount, arguments.data());
 }
+
+} // namespace qmv40

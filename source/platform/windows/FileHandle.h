@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+namespace qmv40 {
+
 /// An open file, or none. Names are wide: a host can tell the narrow file functions to take another code page.
 class FileHandle {
 public:
@@ -29,3 +31,5 @@ private:
 };
 
 inline constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+} // namespace qmv40

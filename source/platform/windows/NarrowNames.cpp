@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace qmv40 {
+
 namespace {
 
 /// No flags, and no default character: Windows refuses them for UTF-8 and for other code pages. A character that the
@@ -56,3 +58,5 @@ std::optional<std::string> NarrowFileName(const wchar_t* name, const NameConvers
     const std::wstring shortName = ShortName(wide, conversions);
     return shortName.empty() ? std::nullopt : NarrowName(shortName.c_str(), conversions);
 }
+
+} // namespace qmv40

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+namespace qmv40 {
+
 /// The platform's conversions of names. A test puts its own in their place.
 struct NameConversions {
     decltype(&WideCharToMultiByte) narrow = WideCharToMultiByte;
@@ -24,3 +26,5 @@ std::optional<std::string> NarrowFileName(const wchar_t* name, const NameConvers
 
 /// What the profile functions see in a narrow name.
 std::wstring SeenName(const std::string& narrow, const NameConversions& conversions = {});
+
+} // namespace qmv40

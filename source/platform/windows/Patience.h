@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace qmv40 {
+
 /// What tells the time and lets it pass, in milliseconds. A test puts its own in its place.
 struct WaitingClock {
     decltype(&GetTickCount64) now = GetTickCount64;
@@ -33,3 +35,5 @@ private:
     WaitingClock clock;
     ULONGLONG spent = 0;
 };
+
+} // namespace qmv40

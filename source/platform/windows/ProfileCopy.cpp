@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <vector>
 
+namespace qmv40 {
+
 namespace {
 
 constexpr DWORD largestFile = 16U << 20; // larger files are none of ours
@@ -183,3 +185,5 @@ bool WriteEntries(const std::wstring& file, std::span<const ProfileEntry> entrie
     }
     return std::ranges::all_of(entries, [&](const ProfileEntry& entry) { return WriteInPlace(entry, file, *name); });
 }
+
+} // namespace qmv40

@@ -6,6 +6,8 @@
 
 #include <cstdio>
 
+namespace qmv40 {
+
 struct ProfileReader::State {
     std::optional<std::string> name;
     FileHandle held;
@@ -57,3 +59,5 @@ bool ProfileWriter::Commit() {
     Patience patience;
     return WriteEntries(file, entries, patience);
 }
+
+} // namespace qmv40

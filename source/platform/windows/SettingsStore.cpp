@@ -1,5 +1,7 @@
 #include "platform/SettingsStore.h"
 
+namespace qmv40 {
+
 struct SettingsKey::State {
     HKEY key = nullptr;
 };
@@ -35,3 +37,5 @@ LSTATUS SettingsKey::Query(const char* name, std::span<char> buffer, DWORD& type
     if (result == ERROR_SUCCESS || result == ERROR_MORE_DATA) length = bytes;
     return result;
 }
+
+} // namespace qmv40

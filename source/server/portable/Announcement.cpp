@@ -3,6 +3,8 @@
 #include "interface/Identifiers.h"
 #include "server/EntryPoints.h"
 
+using namespace qmv40;
+
 namespace {
 
 ClassAnnouncement announcement{CLSID_QMVCalculator, QMVCalculatorProgId, QMVCalculatorVersionIndependentProgId,

@@ -2,6 +2,8 @@
 
 #include <new>
 
+namespace qmv40 {
+
 CQMVCalculatorApp& CQMVCalculatorApp::Instance() noexcept {
     static constinit CQMVCalculatorApp application;
     return application;
@@ -28,6 +30,8 @@ HRESULT CQMVCalculatorApp::LoadTypeLibrary(ITypeLib** library) const noexcept {
     }
 }
 
+} // namespace qmv40
+
 // The C++ runtime's own: gives back what it keeps for throwing when memory has run out.
 namespace __gnu_cxx {
 void __freeres(); // NOLINT(bugprone-reserved-identifier): reserved for it, indeed
@@ -36,7 +40,7 @@ void __freeres(); // NOLINT(bugprone-reserved-identifier): reserved for it, inde
 // NOLINTNEXTLINE(readability-identifier-naming): the loader's own name.
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnds) {
     if (reason == DLL_PROCESS_ATTACH) {
-        CQMVCalculatorApp::Instance().InitInstance(module);
+        qmv40::CQMVCalculatorApp::Instance().InitInstance(module);
         DisableThreadLibraryCalls(module);
     }
     // A module from which no class was asked for is unloaded. Its C++ runtime goes with it, and the reserve of memory

@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace qmv40 {
+
 /// The module's application object: made when the module is loaded, told its instance handle, and asked for nothing
 /// else until a client calls.
 class CQMVCalculatorApp {
@@ -23,3 +25,5 @@ private:
 
     HINSTANCE module = nullptr;
 };
+
+} // namespace qmv40

@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+namespace qmv40 {
+
 namespace {
 
 /// The methods' identifiers in the type library.
@@ -196,3 +198,5 @@ HRESULT CalculatorDispatch::ReturnRecord(REFGUID recordType, const void* record,
     V_RECORD(result) = copy;
     return S_OK;
 }
+
+} // namespace qmv40

@@ -3,6 +3,8 @@
 #include "interface/IQMVCalculator.h"
 #include "platform/ComPointer.h"
 
+namespace qmv40 {
+
 /// Late binding for the calculator's dual interface. Names and type information come from the type library in the
 /// module's own resources, which is loaded at the first use. The type information's own Invoke cannot be used: it does
 /// not marshal records on every platform, must not see a thrown code, and rejects a script's variable where a text or a
@@ -24,3 +26,5 @@ private:
     ComPointer<ITypeLib> library;
     ComPointer<ITypeInfo> typeInfo;
 };
+
+} // namespace qmv40

@@ -2,6 +2,8 @@
 
 #include <iterator>
 
+namespace qmv40 {
+
 namespace {
 
 constexpr const wchar_t* classKey = LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26})";
@@ -99,3 +101,5 @@ HRESULT RemoveClassKeys() {
         RegDeleteKeyW(HKEY_CLASSES_ROOT, classValues[last].key);
     return removed;
 }
+
+} // namespace qmv40

@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace qmv40 {
+
 /// The class's own keys under HKEY_CLASSES_ROOT, written without the platform's registrar: some system images lack it.
 /// They are those of the registration script; a test compares what both write.
 
@@ -12,3 +14,5 @@ HRESULT ProbeClassKeys();
 HRESULT WriteClassKeys(const std::wstring& modulePath);
 /// Removes what the script or WriteClassKeys wrote. Keys that somebody else put under the program names stay.
 HRESULT RemoveClassKeys();
+
+} // namespace qmv40

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <utility>
 
+namespace qmv40 {
+
 namespace {
 
 /// A variant that is cleared at the end.
@@ -188,3 +190,5 @@ HRESULT DispatchArguments::Write(double first, double second) const noexcept {
     Store(1, convertedSecond);
     return S_OK;
 }
+
+} // namespace qmv40

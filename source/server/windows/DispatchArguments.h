@@ -2,6 +2,8 @@
 
 #include "platform/Automation.h"
 
+namespace qmv40 {
+
 /// The arguments of one late-bound call, by their place in the method's signature: positional or named, by value, by
 /// reference, or inside a script's variable. Each operation that refuses an argument remembers which one it was.
 class DispatchArguments {
@@ -43,3 +45,5 @@ private:
     DISPPARAMS& arguments;
     UINT* argumentError;
 };
+
+} // namespace qmv40

@@ -2,6 +2,8 @@
 
 #include "platform/Automation.h"
 
+namespace qmv40 {
+
 /// The platform's registrar, which applies registration scripts. No header of the cross compiler
 /// declares it. (Not in an unnamed namespace: the compiler would take it that nothing implements it.)
 struct IRegistrar : IUnknown {
@@ -19,3 +21,5 @@ struct IRegistrar : IUnknown {
 
 inline constexpr CLSID CLSID_Registrar{0x44EC053A, 0x400F, 0x11D0, {0x9D, 0xCD, 0x00, 0xA0, 0xC9, 0x03, 0x91, 0xD3}};
 inline constexpr IID IID_IRegistrar{0x44EC053B, 0x400F, 0x11D0, {0x9D, 0xCD, 0x00, 0xA0, 0xC9, 0x03, 0x91, 0xD3}};
+
+} // namespace qmv40

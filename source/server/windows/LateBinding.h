@@ -2,6 +2,8 @@
 
 #include "server/windows/CalculatorDispatch.h"
 
+namespace qmv40 {
+
 /// The dispatch entries of a dual interface, over `Base`, and its answer to IID_IDispatch.
 template <typename Base> class LateBinding : public Base {
 public:
@@ -33,3 +35,5 @@ protected:
 private:
     CalculatorDispatch dispatch;
 };
+
+} // namespace qmv40

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <string_view>
 
+namespace qmv40 {
+
 namespace {
 
 /// Longer texts are refused: no caller writes an angle with so many digits.
@@ -44,3 +46,5 @@ HRESULT NumberInText(const OLECHAR* text, UINT length, double& number) noexcept 
     number = read;
     return S_OK;
 }
+
+} // namespace qmv40

@@ -9,6 +9,8 @@
 #include <new>
 #include <string>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr UINT scriptResource = 101;

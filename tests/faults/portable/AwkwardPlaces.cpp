@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace qmv40;
+
 /// Places that this platform alone can make awkward: permissions, links, a disk without room.
 
 namespace {

@@ -14,6 +14,8 @@
 #include <iostream>
 #include <sys/syscall.h>
 
+using namespace qmv40;
+
 /// A save is interrupted at each of its system calls in turn, by the process's end and by the call's failure.
 
 namespace {

@@ -8,6 +8,8 @@
 
 #include <sddl.h>
 
+using namespace qmv40;
+
 /// Places that this platform alone can make awkward: attributes, and files that somebody has open.
 
 namespace {

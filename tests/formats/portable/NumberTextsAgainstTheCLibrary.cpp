@@ -11,6 +11,8 @@
 #include <random>
 #include <string>
 
+using namespace qmv40;
+
 /// The C library's own conversions, correctly rounded here, in a program that never leaves the C locale.
 
 namespace {

@@ -11,6 +11,8 @@
 #include <string>
 #include <thread>
 
+using namespace qmv40;
+
 /// A settings file that is replaced while it is read.
 
 namespace {

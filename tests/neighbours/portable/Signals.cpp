@@ -9,6 +9,8 @@
 #include <iostream>
 #include <sys/time.h>
 
+using namespace qmv40;
+
 /// A host whose signal handlers interrupt system calls, which are not made again of themselves.
 
 namespace {

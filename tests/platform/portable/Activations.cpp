@@ -7,6 +7,8 @@
 #include <thread>
 #include <vector>
 
+using namespace qmv40;
+
 namespace {
 
 constexpr CLSID announced{0xB1B0A1C0, 0x0001, 0x4000, {0x80, 0, 0, 0, 0, 0, 0, 1}};

@@ -22,6 +22,8 @@
 #include <unistd.h>
 #include <vector>
 
+using namespace qmv40;
+
 /// A file is replaced whole or not at all, and stays the file that it was in everything but its content.
 
 namespace {

@@ -9,6 +9,8 @@
 #include <string>
 #include <sys/stat.h>
 
+using namespace qmv40;
+
 /// Files in the registry export format: what an import would make of them, read where they stand.
 
 namespace {

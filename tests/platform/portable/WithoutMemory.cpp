@@ -10,6 +10,8 @@
 #include <new>
 #include <string>
 
+using namespace qmv40;
+
 /// Every call here is made to run out of memory at its first allocation, its second, and so on until it gets by with
 /// what there is. Leaks are the sanitizer's to find.
 

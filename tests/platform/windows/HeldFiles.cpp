@@ -6,6 +6,8 @@
 
 #include <string>
 
+using namespace qmv40;
+
 /// A file that another program holds open: how long a save waits for it, and what becomes of the file.
 
 namespace {

@@ -4,6 +4,8 @@
 
 #include <string>
 
+using namespace qmv40;
+
 /// Which bytes the profile functions are given for a name, and when there are none.
 
 namespace {

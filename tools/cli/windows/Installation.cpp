@@ -48,7 +48,7 @@ std::wstring FileOfModule(HMODULE module) {
 
 /// The module whose code answers for an object of the class; empty when none can be created.
 std::wstring LoadedModule() {
-    ComPointer<IUnknown> object;
+    qmv40::ComPointer<IUnknown> object;
     if (FAILED(CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.Receive())))
         return {};
     const void* const code = **reinterpret_cast<void***>(object.Get());
