@@ -12,6 +12,8 @@
 
 /// Settings are read without waiting. The program is linked so that every call that waits comes through here.
 
+using namespace qmv40;
+
 namespace {
 
 int waits = 0;

@@ -6,6 +6,8 @@
 
 /// What is asked of the registry. The program is linked so that the component's opening of a key comes through here.
 
+using namespace qmv40;
+
 namespace {
 
 struct Opening {
