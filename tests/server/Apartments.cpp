@@ -170,6 +170,8 @@ TEST_F(OtherApartment, ReceivesTheErrorRecordOrNone) {
 
 // What CalculateMove throws in the object's apartment cannot be caught in another one: it arrives as some failure.
 TEST_F(OtherApartment, IsToldOfARefusedPlanByAFailureOfSomeKind) {
+    // Wine's marshalling code is built like this program: it would end here.
+    if (!catchesWhatIsThrown) GTEST_SKIP();
     RequiredMoves moves{};
     EXPECT_TRUE(FAILED(calculator->CalculateMove(7.0, 0.0, &moves)));
     ExpectItWorks();

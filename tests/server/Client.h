@@ -16,6 +16,11 @@
 /// The component's file.
 std::filesystem::path ServerPath();
 
+/// Whether this program sees what the component throws. Both carry the compiler's runtime. On x64 it finds the frames
+/// of every image in the system's tables; in 32-bit code each copy of it knows the frames of its own image alone, and a
+/// refused CalculateMove ends the program: docs/callers.md.
+inline constexpr bool catchesWhatIsThrown = sizeof(void*) == 8;
+
 /// The component loaded from a file by hand, as one does with nothing registered.
 class LoadedServer {
 public:

@@ -18,7 +18,7 @@ class Image {
 public:
     explicit Image(HMODULE module) : base(reinterpret_cast<const char*>(module)) {
         const auto* const dos = At<IMAGE_DOS_HEADER>(0);
-        headers = At<IMAGE_NT_HEADERS64>(static_cast<DWORD>(dos->e_lfanew));
+        headers = At<IMAGE_NT_HEADERS>(static_cast<DWORD>(dos->e_lfanew));
     }
 
     std::vector<std::string> Exports() const {
@@ -52,16 +52,17 @@ private:
     DWORD Directory(std::size_t entry) const { return headers->OptionalHeader.DataDirectory[entry].VirtualAddress; }
 
     const char* base;
-    const IMAGE_NT_HEADERS64* headers;
+    const IMAGE_NT_HEADERS* headers;
 };
 
-TEST(ModuleFile, IsForSixtyFourBitPrograms) {
-    EXPECT_EQ(Image(LoadedServer().Module()).Machine(), IMAGE_FILE_MACHINE_AMD64);
+TEST(ModuleFile, IsForProgramsOfItsOwnArchitecture) {
+    EXPECT_EQ(Image(LoadedServer().Module()).Machine(),
+              sizeof(void*) == 8 ? IMAGE_FILE_MACHINE_AMD64 : IMAGE_FILE_MACHINE_I386);
 }
 
 TEST(ModuleFile, CanBeLoadedAnywhereAndRunsNoData) {
-    constexpr WORD expected = IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA | IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE |
-                              IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
+    constexpr WORD everywhere = IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE | IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
+    constexpr WORD expected = sizeof(void*) == 8 ? everywhere | IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA : everywhere;
     EXPECT_EQ(Image(LoadedServer().Module()).Characteristics() & expected, expected);
 }
 

@@ -16,6 +16,9 @@ namespace {
 constexpr const wchar_t* clsidText = L"{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}";
 constexpr const wchar_t* libraryText = L"{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}";
 constexpr const wchar_t* description = L"QMVCalculator Class";
+/// The type library's keys of this program's architecture.
+constexpr const wchar_t* libraryOfLocale = sizeof(void*) == 8 ? LR"(1.0\409\win64)" : LR"(1.0\409\win32)";
+constexpr const wchar_t* libraryOfNoLocale = sizeof(void*) == 8 ? LR"(1.0\0\win64)" : LR"(1.0\0\win32)";
 
 std::wstring Below(const wchar_t* key, const wchar_t* subkey) { return std::wstring(key) + L'\\' + subkey; }
 
@@ -69,8 +72,8 @@ TEST_F(Registration, WritesTheTypeLibraryForItsLocaleAndForNone) {
     ASSERT_EQ(server.Register(), S_OK);
     const auto texts = TextsBelow(typeLibraryKey);
     EXPECT_EQ(Text(texts, Below(typeLibraryKey, L"1.0")), L"CoQMV40Calculator 1.0 Type Library");
-    EXPECT_EQ(Text(texts, Below(typeLibraryKey, LR"(1.0\409\win64)")), ServerPath().wstring());
-    EXPECT_EQ(Text(texts, Below(typeLibraryKey, LR"(1.0\0\win64)")), ServerPath().wstring())
+    EXPECT_EQ(Text(texts, Below(typeLibraryKey, libraryOfLocale)), ServerPath().wstring());
+    EXPECT_EQ(Text(texts, Below(typeLibraryKey, libraryOfNoLocale)), ServerPath().wstring())
         << "marshalling looks it up without a locale";
 }
 
@@ -162,6 +165,82 @@ TEST_F(Registration, IsUndoneInsideTheClassKeyWhateverElseIsThere) {
     }
 }
 
+/// Takes the place of the platform's registrar in this process while it lives: creating a registrar fails with `code`.
+class NoRegistrar final : public IClassFactory {
+public:
+    explicit NoRegistrar(HRESULT theCode) : code(theCode) {
+        EXPECT_EQ(CoRegisterClassObject(CLSID_Registrar, this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie),
+                  S_OK);
+    }
+    NoRegistrar(const NoRegistrar&) = delete;
+    NoRegistrar& operator=(const NoRegistrar&) = delete;
+    ~NoRegistrar() { CoRevokeClassObject(cookie); }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        const bool own = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IClassFactory);
+        *object = own ? this : nullptr;
+        return own ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID, void** object) override {
+        *object = nullptr;
+        ++asked;
+        return code;
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+
+    int asked = 0;
+
+private:
+    HRESULT code;
+    DWORD cookie = 0;
+};
+
+/// The class as a component of the other architecture registers it, while this lives.
+class OtherArchitecture {
+public:
+    OtherArchitecture() {
+        HKEY key = nullptr;
+        EXPECT_EQ(RegCreateKeyExW(HKEY_CLASSES_ROOT, classKey, 0, nullptr, 0, KEY_WRITE | view, nullptr, &key, nullptr),
+                  ERROR_SUCCESS);
+        RegCloseKey(key);
+    }
+    OtherArchitecture(const OtherArchitecture&) = delete;
+    OtherArchitecture& operator=(const OtherArchitecture&) = delete;
+    ~OtherArchitecture() { RegDeleteKeyExW(HKEY_CLASSES_ROOT, classKey, view, 0); }
+
+    static bool IsThere() {
+        HKEY key = nullptr;
+        const bool isThere = RegOpenKeyExW(HKEY_CLASSES_ROOT, classKey, 0, KEY_READ | view, &key) == ERROR_SUCCESS;
+        if (isThere) RegCloseKey(key);
+        return isThere;
+    }
+
+private:
+    static constexpr REGSAM view = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+};
+
+TEST_F(Registration, LeavesTheNamesToTheOtherArchitecture) {
+    ASSERT_EQ(server.Register(), S_OK);
+    const auto names = TextsBelow(programKey);
+    {
+        const OtherArchitecture other;
+        EXPECT_EQ(server.Unregister(), S_OK);
+        EXPECT_EQ(TextsBelow(programKey), names);
+        EXPECT_TRUE(KeyExists(Below(versionIndependentProgramKey, L"CurVer")));
+        EXPECT_FALSE(KeyExists(classKey));
+        EXPECT_FALSE(KeyExists(typeLibraryKey));
+        EXPECT_TRUE(OtherArchitecture::IsThere());
+        const NoRegistrar none(REGDB_E_CLASSNOTREG);
+        ASSERT_EQ(server.Register(), S_OK);
+        EXPECT_EQ(server.Unregister(), S_OK);
+        EXPECT_EQ(TextsBelow(programKey), names) << "without the platform's registrar";
+    }
+    EXPECT_EQ(server.Unregister(), S_OK);
+    EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
+}
+
 TEST_F(Registration, TakesTheModuleFromAPathWithBlanksApostropheAndForeignLetters) {
     const TemporaryFolder folder;
     const auto place = folder.Path() / L"M\u00FCller's  probe head \u03A9 'A'";
@@ -172,7 +251,7 @@ TEST_F(Registration, TakesTheModuleFromAPathWithBlanksApostropheAndForeignLetter
         const LoadedServer copy(path);
         ASSERT_EQ(copy.Register(), S_OK);
         EXPECT_EQ(ScriptTextsFound(), ScriptTexts(path));
-        EXPECT_EQ(Text(TextsBelow(typeLibraryKey), Below(typeLibraryKey, LR"(1.0\0\win64)")), path.wstring());
+        EXPECT_EQ(Text(TextsBelow(typeLibraryKey), Below(typeLibraryKey, libraryOfNoLocale)), path.wstring());
         {
             CLSID clsid{};
             ASSERT_EQ(CLSIDFromProgID(L"QMV.QMVCalculator.1", &clsid), S_OK);
@@ -206,38 +285,6 @@ TEST_F(Registration, WorksOnAThreadWithoutAnApartment) {
     EXPECT_EQ(unregistered, S_OK);
     EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
 }
-
-/// Takes the place of the platform's registrar in this process while it lives: creating a registrar fails with `code`.
-class NoRegistrar final : public IClassFactory {
-public:
-    explicit NoRegistrar(HRESULT theCode) : code(theCode) {
-        EXPECT_EQ(CoRegisterClassObject(CLSID_Registrar, this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie),
-                  S_OK);
-    }
-    NoRegistrar(const NoRegistrar&) = delete;
-    NoRegistrar& operator=(const NoRegistrar&) = delete;
-    ~NoRegistrar() { CoRevokeClassObject(cookie); }
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        const bool own = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IClassFactory);
-        *object = own ? this : nullptr;
-        return own ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
-    ULONG STDMETHODCALLTYPE Release() override { return 1; }
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID, void** object) override {
-        *object = nullptr;
-        ++asked;
-        return code;
-    }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
-
-    int asked = 0;
-
-private:
-    HRESULT code;
-    DWORD cookie = 0;
-};
 
 TEST_F(Registration, IsTheSameWithoutThePlatformsRegistrar) {
     ASSERT_EQ(server.Register(), S_OK);

@@ -76,7 +76,7 @@ TEST_F(TypeLibrary, IsTheFirstOfTheModule) {
     EXPECT_EQ(attributes->wMajorVerNum, 1);
     EXPECT_EQ(attributes->wMinorVerNum, 0);
     EXPECT_EQ(attributes->lcid, 1033U);
-    EXPECT_EQ(attributes->syskind, SYS_WIN64);
+    EXPECT_EQ(attributes->syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
     library->ReleaseTLibAttr(attributes);
     EXPECT_EQ(WordsOf(*library.Get(), MEMBERID_NIL),
               (Words{L"CoQMV40CalculatorLib", L"CoQMV40Calculator 1.0 Type Library"}));

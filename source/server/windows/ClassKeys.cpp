@@ -70,6 +70,9 @@ HRESULT Write(const ClassValue& value, const std::wstring& modulePath) {
     return ResultOf(status);
 }
 
+/// Programs of 32 and of 64 bits see classes of their own, and names of programs in common.
+constexpr REGSAM otherArchitecture = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+
 /// A key that is not there is removed.
 HRESULT RemoveTree(const wchar_t* key) {
     const LSTATUS removed = RegDeleteTreeW(HKEY_CLASSES_ROOT, key);
@@ -94,8 +97,17 @@ HRESULT WriteClassKeys(const std::wstring& modulePath) {
     return result;
 }
 
+bool IsClassOfOtherArchitectureRegistered() {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, classKey, 0, KEY_READ | otherArchitecture, &key) != ERROR_SUCCESS)
+        return false;
+    RegCloseKey(key);
+    return true;
+}
+
 HRESULT RemoveClassKeys() {
     const HRESULT removed = RemoveTree(classKey);
+    if (IsClassOfOtherArchitectureRegistered()) return removed;
     // A key that holds somebody else's keys is not deleted.
     for (std::size_t last = std::size(classValues); last-- > 0;)
         RegDeleteKeyW(HKEY_CLASSES_ROOT, classValues[last].key);

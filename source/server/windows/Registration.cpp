@@ -104,6 +104,8 @@ HRESULT RegisterClass(const std::wstring& modulePath) {
 }
 
 HRESULT UnregisterClass(const std::wstring& modulePath) {
+    // The script would take the program names away from the other architecture.
+    if (IsClassOfOtherArchitectureRegistered()) return RemoveClassKeys();
     const HRESULT scripted = RunScript(modulePath, &IRegistrar::ResourceUnregister);
     return scripted == REGDB_E_CLASSNOTREG ? RemoveClassKeys() : scripted;
 }
