@@ -35,17 +35,17 @@ long SlotsTaken() {
 /// One of the system's list of all handles of all processes.
 struct HandleEntry {
     void* object;
-    unsigned long long process, value;
+    Size process, value;
     DWORD rest[4];
 };
 
 long OpenHandles() {
     constexpr int allHandles = 64; // SystemExtendedHandleInformation
-    static unsigned long long answer[2 + 5 * 100000];
+    static Size answer[2 + 7 * 100000];
     if (NtQuerySystemInformation(allHandles, answer, sizeof answer, nullptr) != 0) return -1;
     const auto* const entries = reinterpret_cast<const HandleEntry*>(answer + 2);
     long count = 0;
-    for (unsigned long long i = 0; i < answer[0]; ++i)
+    for (Size i = 0; i < answer[0]; ++i)
         if (entries[i].process == GetCurrentProcessId()) ++count;
     return count;
 }

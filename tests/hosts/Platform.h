@@ -9,6 +9,7 @@ using HANDLE = void*;
 using HMODULE = void*;
 using BSTR = wchar_t*;
 using DWORD = unsigned long;
+using Size = decltype(sizeof 0);
 
 constexpr HRESULT S_OK = 0;
 constexpr HRESULT S_FALSE = 1;
@@ -78,7 +79,7 @@ struct IQMVCalculator2 : IUnknown {
 
 struct ProcessMemory {
     DWORD size, pageFaults;
-    unsigned long long peakWorkingSet, workingSet, quotas[4], pagefile, peakPagefile, privateBytes;
+    Size peakWorkingSet, workingSet, quotas[4], pagefile, peakPagefile, privateBytes;
 };
 
 struct HeapEntry {
@@ -100,8 +101,7 @@ __declspec(dllimport) DWORD __stdcall GetCurrentProcessId();
 __declspec(dllimport) HANDLE __stdcall GetCurrentProcess();
 __declspec(dllimport) int __stdcall DeleteFileW(const wchar_t*);
 __declspec(dllimport) int __stdcall SetEnvironmentVariableW(const wchar_t*, const wchar_t*);
-__declspec(dllimport) HANDLE
-    __stdcall CreateThread(void*, unsigned long long, DWORD(__stdcall*)(void*), void*, DWORD, DWORD*);
+__declspec(dllimport) HANDLE __stdcall CreateThread(void*, Size, DWORD(__stdcall*)(void*), void*, DWORD, DWORD*);
 __declspec(dllimport) DWORD __stdcall WaitForSingleObject(HANDLE, DWORD);
 __declspec(dllimport) int __stdcall CloseHandle(HANDLE);
 __declspec(dllimport) DWORD __stdcall TlsAlloc();
@@ -129,7 +129,7 @@ __declspec(dllimport) HRESULT __stdcall SafeArrayDestroy(SAFEARRAY*);
 // The C library of the platform.
 int printf(const char*, ...);
 int atoi(const char*);
-int memcmp(const void*, const void*, decltype(sizeof 0));
+int memcmp(const void*, const void*, Size);
 int wcscmp(const wchar_t*, const wchar_t*);
 int strcmp(const char*, const char*);
 wchar_t* wcscpy(wchar_t*, const wchar_t*);
