@@ -1,8 +1,8 @@
 // interfaces <geometry file>: plans an indexing through the component's own interfaces.
 //
 // CalculateMove throws its failure code. That reaches the catch below when the program is compiled by the compiler that
-// made the component (mingw-w64 GCC); no other compiler's program can catch it. There, call CalculateMove as the
-// dispatch sample does.
+// made the component (mingw-w64 GCC, 64 bits) or that follows the platform's own conventions. In a 32-bit program by
+// mingw-w64 nothing can catch it: there, call CalculateMove as the dispatch sample does.
 
 #include <initguid.h>
 

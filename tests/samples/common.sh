@@ -1,6 +1,8 @@
 # Sourced by the checks: a folder to work in, Windows' own commands, and what the samples must print.
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 tree=$1
+runner=$root/cmake/wine-run
+! grep -q '^CMAKE_TOOLCHAIN_FILE.*i686' "$tree/CMakeCache.txt" || runner=$root/cmake/wine32-run
 work=$(mktemp -d)
 export WINEPREFIX=${WINEPREFIX:-$tree/wine} WINE_TIME_LIMIT=60 LC_ALL=C.UTF-8
 
@@ -13,7 +15,7 @@ fail() {
 windows() {
     local program=$1 status=0
     [ -f "$program" ] || program=$WINEPREFIX/drive_c/windows/system32/$1.exe
-    "$root/cmake/wine-run" "$program" "${@:2}" >"$work/output" || status=$?
+    "$runner" "$program" "${@:2}" >"$work/output" || status=$?
     tr -d '\r' <"$work/output"
     return $status
 }

@@ -11,7 +11,7 @@ class Workshop {
 public:
     Workshop(const std::filesystem::path& folder, const Answers& theAnswers, std::uint64_t seed);
 
-    std::size_t Choose(std::size_t count) { return random() % count; }
+    std::size_t Choose(std::size_t count) { return std::uniform_int_distribution<std::size_t>(0, count - 1)(random); }
 
     const Answers& answers;
     Bstr nowhere;
