@@ -7,19 +7,21 @@
 
 #include "Support.h"
 
-#include "cli/Capture.h"
-#include "cli/Failures.h"
+#include "tools/diagnosis/Capture.h"
+#include "tools/text/Failures.h"
 
 #include <algorithm>
 #include <span>
 #include <variant>
 #include <vector>
 
+using namespace qmv40;
+
 namespace {
 
 using Row = std::vector<double>;
 using Rows = std::vector<Row>;
-using Outcome = std::variant<Rows, InputError>;
+using Outcome = std::variant<Rows, text::InputError>;
 
 const std::string& CaptureName() {
     static const ScratchFolder folder;
@@ -44,7 +46,7 @@ Rows RowsOf(const std::vector<XYZData>& points) {
 template <typename Read> Outcome OutcomeOf(Read read) {
     try {
         return RowsOf(read(CaptureName()));
-    } catch (const InputError& error) {
+    } catch (const text::InputError& error) {
         return error;
     }
 }
@@ -65,12 +67,12 @@ void PromiseDefined(const Outcome& outcome, const Outcome& again, std::string_vi
         }
         return;
     }
-    const InputError& error = std::get<InputError>(outcome);
+    const text::InputError& error = std::get<text::InputError>(outcome);
     Promise(error.file == CaptureName() && !error.reason.empty(), "a refusal names the file and a reason");
     const bool isUtf16 = content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF");
     Promise(error.line.has_value() != isUtf16, "a refusal names a line, but for text in another encoding");
     Promise(!error.line || (*error.line >= 1 && *error.line <= lines), "a line of the file");
-    Promise(error.line == std::get<InputError>(again).line, "and the same one each time");
+    Promise(error.line == std::get<text::InputError>(again).line, "and the same one each time");
 }
 
 /// A file as a careful writer makes it, line by line, and what must be read from it.
@@ -195,16 +197,16 @@ private:
 void PromiseRoundTrip(FuzzedDataProvider& input) {
     CarefulWriter writer(input);
     WriteFile(CaptureName(), writer.Content());
-    const Outcome outcome = OutcomeOf(ReadCapture);
+    const Outcome outcome = OutcomeOf(diagnosis::ReadCapture);
     Promise(std::holds_alternative<Rows>(outcome), "a careful writer's file is accepted");
     Promise(SameRows(std::get<Rows>(outcome), writer.Expected()), "and reads back to the same bits");
     if (!writer.CanSpoil()) return;
 
     const auto damage = writer.Spoil();
     WriteFile(CaptureName(), writer.Content(damage.line, damage.text));
-    const Outcome spoilt = OutcomeOf(ReadCapture);
-    Promise(std::holds_alternative<InputError>(spoilt), "a spoilt line is refused");
-    Promise(std::get<InputError>(spoilt).line == damage.line + 1, "with its own number");
+    const Outcome spoilt = OutcomeOf(diagnosis::ReadCapture);
+    Promise(std::holds_alternative<text::InputError>(spoilt), "a spoilt line is refused");
+    Promise(std::get<text::InputError>(spoilt).line == damage.line + 1, "with its own number");
 }
 
 } // namespace
@@ -212,8 +214,8 @@ void PromiseRoundTrip(FuzzedDataProvider& input) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view content(reinterpret_cast<const char*>(data), size);
     WriteFile(CaptureName(), content);
-    PromiseDefined(OutcomeOf(ReadCapture), OutcomeOf(ReadCapture), content);
-    PromiseDefined(OutcomeOf(ReadPoints), OutcomeOf(ReadPoints), content);
+    PromiseDefined(OutcomeOf(diagnosis::ReadCapture), OutcomeOf(diagnosis::ReadCapture), content);
+    PromiseDefined(OutcomeOf(diagnosis::ReadPoints), OutcomeOf(diagnosis::ReadPoints), content);
 
     FuzzedDataProvider input(data, size);
     PromiseRoundTrip(input);

@@ -10,13 +10,15 @@
 
 #include "Support.h"
 
-#include "cli/Tool.h"
+#include "tools/cli/Tool.h"
 
 #include <algorithm>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <vector>
+
+using namespace qmv40;
 
 namespace {
 
@@ -101,7 +103,7 @@ struct Run {
 Run RunOnce(const Arguments& arguments) {
     std::ostringstream out;
     std::ostringstream err;
-    const int exitCode = RunTool(arguments, {out, err, false});
+    const int exitCode = cli::RunTool(arguments, {out, err, false});
     return {exitCode, out.str(), err.str()};
 }
 

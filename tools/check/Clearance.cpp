@@ -1,48 +1,50 @@
-#include "check/Clearance.h"
+#include "tools/check/Clearance.h"
 
 #include <algorithm>
 #include <limits>
 
-namespace check {
+namespace qmv40::check {
 
 namespace {
 
-double ToPoleSphere(const ExecutedMove& move, const HeadModel& head) {
+double ToPoleSphere(const motion::ExecutedMove& move, const model::HeadModel& head) {
     const double ofCentre = move.path.SmallestDistanceTo(head.PoleSphere());
     if (IsPegContact(move.id)) return ofCentre;
-    const Path ofCup = move.path.ShiftedBy(head.DriveCup(move.before.angles));
+    const motion::Path ofCup = move.path.ShiftedBy(head.DriveCup(move.before.angles));
     return std::min(ofCentre, ofCup.SmallestDistanceTo(head.PoleSphere()));
 }
 
-double ToLever(const ExecutedMove& move, const HeadModel& head, LeverSide side) {
+double ToLever(const motion::ExecutedMove& move, const model::HeadModel& head, model::LeverSide side) {
     return std::min(move.path.SmallestDistanceTo(head.LeverBall(side, move.before.lever)),
                     move.path.SmallestDistanceTo(head.LeverCentre(side)));
 }
 
-double ToLevers(const ExecutedMove& move, const HeadModel& head) {
-    const LeverSide inReach = HeadModel::LeverInReach(move.before.angles);
-    const double toOther = ToLever(move, head, OtherLever(inReach));
+double ToLevers(const motion::ExecutedMove& move, const model::HeadModel& head) {
+    const model::LeverSide inReach = model::HeadModel::LeverInReach(move.before.angles);
+    const double toOther = ToLever(move, head, model::OtherLever(inReach));
     return IsLeverContact(move.id) ? toOther : std::min(toOther, ToLever(move, head, inReach));
 }
 
 } // namespace
 
-bool IsPegContact(MoveId id) { return id >= MoveId::EngageWithPeg && id <= MoveId::DisengageFromPeg; }
-
-bool IsLeverContact(MoveId id) {
-    return id == MoveId::EngageWithUnLockLever || id == MoveId::UnLock || id == MoveId::EngageWithLockLever ||
-           id == MoveId::Lock;
+bool IsPegContact(plans::MoveId id) {
+    return id >= plans::MoveId::EngageWithPeg && id <= plans::MoveId::DisengageFromPeg;
 }
 
-Room RoomOf(const ExecutedMove& move, const HeadModel& head, const BallSizes& sizes) {
+bool IsLeverContact(plans::MoveId id) {
+    return id == plans::MoveId::EngageWithUnLockLever || id == plans::MoveId::UnLock ||
+           id == plans::MoveId::EngageWithLockLever || id == plans::MoveId::Lock;
+}
+
+Room RoomOf(const motion::ExecutedMove& move, const model::HeadModel& head, const BallSizes& sizes) {
     return {ToPoleSphere(move, head) - sizes.poleSphereRadius, ToLevers(move, head) - sizes.leverBallRadius};
 }
 
-Room RoomAt(const ExecutedMove& move, double fraction, const HeadModel& head, const BallSizes& sizes) {
-    const CMaVector place = move.path.At(fraction);
-    ExecutedMove standing{move.id, Path::Straight(place, place), move.before, move.before, 0.0};
+Room RoomAt(const motion::ExecutedMove& move, double fraction, const model::HeadModel& head, const BallSizes& sizes) {
+    const model::Vector3 place = move.path.At(fraction);
+    motion::ExecutedMove standing{move.id, motion::Path::Straight(place, place), move.before, move.before, 0.0};
     standing.before.angles = move.AnglesAt(fraction);
     return RoomOf(standing, head, sizes);
 }
 
-} // namespace check
+} // namespace qmv40::check

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "check/Execution.h"
+#include "tools/motion/Execution.h"
 
 /// How much room a move leaves. Two points of the head are followed, its centre and its drive cup, and the smallest
 /// distance of their whole way counts, not that of sampled points.
@@ -11,7 +11,7 @@
 /// or of its hub, less the ball's radius; for both levers, as they are before the move. The lever that is being worked
 /// is left out from touching it until it is pushed through (EngageWith... and UnLock, Lock): there it must touch.
 
-namespace check {
+namespace qmv40::check {
 
 struct BallSizes {
     // No dimension of sphere and ball is part of a head's geometry. Half of the distance from which peg and lever are
@@ -26,12 +26,12 @@ struct Room {
 };
 
 /// The cup must touch the pole sphere in this move.
-bool IsPegContact(MoveId id);
+bool IsPegContact(plans::MoveId id);
 /// The machine must touch the lever in this move.
-bool IsLeverContact(MoveId id);
+bool IsLeverContact(plans::MoveId id);
 
-Room RoomOf(const ExecutedMove& move, const HeadModel& head, const BallSizes& sizes);
+Room RoomOf(const motion::ExecutedMove& move, const model::HeadModel& head, const BallSizes& sizes);
 /// The same at one place of the move's way.
-Room RoomAt(const ExecutedMove& move, double fraction, const HeadModel& head, const BallSizes& sizes);
+Room RoomAt(const motion::ExecutedMove& move, double fraction, const model::HeadModel& head, const BallSizes& sizes);
 
-} // namespace check
+} // namespace qmv40::check

@@ -1,6 +1,6 @@
-#include "check/Figures.h"
+#include "tools/check/Figures.h"
 
-namespace check {
+namespace qmv40::check {
 
 namespace {
 
@@ -14,7 +14,7 @@ void KeepLargest(std::optional<WorstFigure>& worst, const WorstFigure& figure) {
 
 } // namespace
 
-void Figures::Take(const PlanToCheck& plan, const PlanReport& report) {
+void Figures::Take(const plans::PlanToCheck& plan, const PlanReport& report) {
     for (std::size_t i = 0; i < report.moves.size(); ++i) {
         const CheckedMove& move = report.moves[i];
         const auto figure = [&](double value) { return WorstFigure{value, plans, plan.from, plan.to, i, move.run.id}; };
@@ -22,11 +22,11 @@ void Figures::Take(const PlanToCheck& plan, const PlanReport& report) {
         KeepSmallest(roomToLevers, figure(move.room.toLevers));
         if (move.aboveSafeHeight) KeepSmallest(aboveSafeHeight, figure(*move.aboveSafeHeight));
         if (move.run.before.isOnPeg) KeepLargest(pulledOff, figure(move.run.pulledOff));
-        if (report.targetMiss && move.run.id == MoveId::MoveToAPosition) {
+        if (report.targetMiss && move.run.id == plans::MoveId::MoveToAPosition) {
             KeepLargest(targetMiss, figure(*report.targetMiss));
         }
     }
     ++plans;
 }
 
-} // namespace check
+} // namespace qmv40::check

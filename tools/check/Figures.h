@@ -1,23 +1,23 @@
 #pragma once
 
-#include "check/PlanCheck.h"
+#include "tools/check/PlanCheck.h"
 
 /// The worst figures over any number of plans, and where each was found.
 
-namespace check {
+namespace qmv40::check {
 
 struct WorstFigure {
     double value;
     std::size_t plan; ///< counted from 0, in the order in which the plans were taken
-    HeadAngles from;
-    HeadAngles to;
+    model::HeadAngles from;
+    model::HeadAngles to;
     std::size_t move; ///< index among the moves of the plan
-    MoveId id;
+    plans::MoveId id;
 };
 
 class Figures {
 public:
-    void Take(const PlanToCheck& plan, const PlanReport& report);
+    void Take(const plans::PlanToCheck& plan, const PlanReport& report);
 
     std::size_t Plans() const { return plans; }
     // None before a move was run that has one. The first plan wins a tie.
@@ -31,4 +31,4 @@ private:
     std::size_t plans = 0;
 };
 
-} // namespace check
+} // namespace qmv40::check

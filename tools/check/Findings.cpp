@@ -1,9 +1,9 @@
-#include "check/Findings.h"
+#include "tools/check/Findings.h"
 
 #include <algorithm>
 #include <array>
 
-namespace check {
+namespace qmv40::check {
 
 namespace {
 
@@ -107,4 +107,4 @@ const FindingText& TextOf(FindingKind kind) { return texts[static_cast<std::size
 
 std::span<const FindingText> AllFindingTexts() { return texts; }
 
-} // namespace check
+} // namespace qmv40::check

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "check/PlannedMove.h"
+#include "tools/plans/PlannedMove.h"
 
 #include <optional>
 #include <span>
 
-namespace check {
+namespace qmv40::check {
 
 /// What can be wrong with a plan.
 enum class FindingKind {
@@ -60,4 +60,4 @@ struct Finding {
     std::optional<double> amount;    ///< by how much it is wrong
 };
 
-} // namespace check
+} // namespace qmv40::check

@@ -1,29 +1,32 @@
-#include "check/HeadFile.h"
+#include "tools/check/HeadFile.h"
 
 #include "head/RoundThePole.h"
 
-namespace check {
+namespace qmv40::check {
 
 namespace {
 
-CMaVector VectorOf(const qmv40::FixedOffset& offset) { return {offset.x, offset.y, offset.z}; }
+model::Vector3 VectorOf(const FixedOffset& offset) { return {offset.x, offset.y, offset.z}; }
 
-HeadDimensions DimensionsOf(const RoundThePole& head) {
-    HeadDimensions dimensions{VectorOf(head.GetHeadCentreToDriveCupOffset()),
-                              {0.0, 0.0, 0.0},
-                              {0.0, 0.0, 0.0},
-                              {0.0, 0.0, 0.0},
-                              head.GetLockedToUnlockedLeverRotation(),
-                              head.GetUnlockedToLockedLeverRotation()};
-    head.GetHeadCentreToLeverCentreOffset(0, dimensions.leverCentre);
-    head.GetLeverCentreToBallCentreOffset(0, dimensions.lockedBall);
-    head.GetLeverCentreToBallCentreOffset(1, dimensions.unlockedBall);
-    return dimensions;
+/// What a query of the head gives.
+template <typename Query> model::Vector3 Given(Query&& query) {
+    CMaVector given(0.0, 0.0, 0.0);
+    query(given);
+    return {given[0], given[1], given[2]};
+}
+
+model::HeadDimensions DimensionsOf(const RoundThePole& head) {
+    return {VectorOf(head.GetHeadCentreToDriveCupOffset()),
+            Given([&](CMaVector& offset) { head.GetHeadCentreToLeverCentreOffset(0, offset); }),
+            Given([&](CMaVector& offset) { head.GetLeverCentreToBallCentreOffset(0, offset); }),
+            Given([&](CMaVector& offset) { head.GetLeverCentreToBallCentreOffset(1, offset); }),
+            head.GetLockedToUnlockedLeverRotation(),
+            head.GetUnlockedToLockedLeverRotation()};
 }
 
 } // namespace
 
-HeadModel ReadHeadModel(const wchar_t* fileName) {
+model::HeadModel ReadHeadModel(const wchar_t* fileName) {
     const RoundThePole head;
     const auto number = [&](const wchar_t* section, const wchar_t* key) {
         return head.ReadDoubleFromIniFile(section, key, fileName);
@@ -34,4 +37,4 @@ HeadModel ReadHeadModel(const wchar_t* fileName) {
     return {{x, y, z}, number(L"AlignmentOffset", L"RequiredRotationAroundZ"), DimensionsOf(head)};
 }
 
-} // namespace check
+} // namespace qmv40::check

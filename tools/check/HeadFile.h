@@ -1,12 +1,12 @@
 #pragma once
 
-#include "check/HeadModel.h"
+#include "tools/model/HeadModel.h"
 
-namespace check {
+namespace qmv40::check {
 
 /// The head of a saved geometry, its dimensions those of the settings in force. Only single numbers are taken from file
 /// and settings; what they mean is the model's own. A value that cannot be read is thrown as the component's code.
 /// `fileName`: absolute.
-HeadModel ReadHeadModel(const wchar_t* fileName);
+model::HeadModel ReadHeadModel(const wchar_t* fileName);
 
-} // namespace check
+} // namespace qmv40::check

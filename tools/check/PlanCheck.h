@@ -1,7 +1,7 @@
 #pragma once
 
-#include "check/Clearance.h"
-#include "check/Findings.h"
+#include "tools/check/Clearance.h"
+#include "tools/check/Findings.h"
 
 #include <array>
 #include <limits>
@@ -10,7 +10,7 @@
 
 /// Checks a plan: runs its moves on the model (Execution.h) and holds each against what it is for (Contracts.h).
 
-namespace check {
+namespace qmv40::check {
 
 struct TravelLimits {
     double smallest = -std::numeric_limits<double>::infinity();
@@ -24,7 +24,7 @@ struct CheckOptions {
 };
 
 struct CheckedMove {
-    ExecutedMove run;
+    motion::ExecutedMove run;
     Room room;
     /// How far above the safe height the lowest point is that has to be above it; none where any height is right.
     std::optional<double> aboveSafeHeight;
@@ -37,11 +37,11 @@ struct PlanReport {
     std::optional<double> targetMiss;
 };
 
-PlanReport CheckPlan(const HeadModel& head, const CheckOptions& options, const PlanToCheck& plan);
+PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan);
 
 /// The same for a plan that follows another: the machine comes from where that one left it, and the head has to stand
 /// where it left it.
-PlanReport CheckNextPlan(const HeadModel& head, const CheckOptions& options, const PlanToCheck& plan,
+PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
                          const PlanReport& before);
 
-} // namespace check
+} // namespace qmv40::check

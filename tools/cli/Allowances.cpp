@@ -1,42 +1,35 @@
-#include "cli/Allowances.h"
+#include "tools/cli/Allowances.h"
 
-#include "cli/Numbers.h"
+#include "tools/text/Numbers.h"
+
+namespace qmv40::cli {
 
 namespace {
 
-void AddLengthOption(CLI::App& command, const char* name, double& length, const std::string& meaning) {
-    command
-        .add_option_function<std::string>(
-            name,
-            [name, &length](const std::string& text) {
-                const ParsedNumber number = ParseNumber(text);
-                if (number.problem != nullptr || number.value < 0.0) {
-                    throw CLI::ValidationError(name, "'" + text + "' is not a length of 0 mm or more");
-                }
-                length = number.value;
-            },
-            meaning)
-        ->type_name("MM");
+void AddLengthOption(Command& command, const char* name, double& length, const char* description) {
+    command.AddValue(name, "MM", description, [&length](const std::string& value) -> std::string {
+        const text::ParsedNumber number = text::ParseNumber(value);
+        if (number.problem != nullptr || number.value < 0.0) return "'" + value + "' is not a length of 0 mm or more";
+        length = number.value;
+        return "";
+    });
 }
 
-void AddTravelOption(CLI::App& command, const char* name, check::TravelLimits& limits) {
-    command
-        .add_option_function<std::string>(
-            name,
-            [name, &limits](const std::string& text) {
-                const auto ends = ParseNumberPair(text);
-                if (!ends || ends->first > ends->second) {
-                    throw CLI::ValidationError(name, "'" + text + "' is not a smaller and a larger number");
-                }
-                limits = {ends->first, ends->second};
-            },
-            "Between which coordinates the machine can move, mm; without it any")
-        ->type_name("MIN,MAX");
+void AddTravelOption(Command& command, const char* name, check::TravelLimits& limits) {
+    command.AddValue(name, "MIN,MAX", "Between which coordinates the machine can move, mm; without it any",
+                     [&limits](const std::string& value) -> std::string {
+                         const auto ends = text::ParseNumberPair(value);
+                         if (!ends || ends->first > ends->second) {
+                             return "'" + value + "' is not a smaller and a larger number";
+                         }
+                         limits = {ends->first, ends->second};
+                         return "";
+                     });
 }
 
 } // namespace
 
-void AddAllowances(CLI::App& command, check::CheckOptions& options) {
+void AddAllowances(Command& command, check::CheckOptions& options) {
     AddLengthOption(command, "--sphere-radius", options.sizes.poleSphereRadius,
                     "Radius of the pole sphere. 5 mm unless given: half of the 10 mm from which the peg is approached");
     AddLengthOption(command, "--ball-radius", options.sizes.leverBallRadius,
@@ -46,3 +39,5 @@ void AddAllowances(CLI::App& command, check::CheckOptions& options) {
     AddTravelOption(command, "--y-travel", options.travel[1]);
     AddTravelOption(command, "--z-travel", options.travel[2]);
 }
+
+} // namespace qmv40::cli

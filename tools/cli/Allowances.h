@@ -1,8 +1,11 @@
 #pragma once
 
-#include "check/PlanCheck.h"
+#include "tools/check/PlanCheck.h"
+#include "tools/cli/CommandLine.h"
 
-#include <CLI/CLI.hpp>
+namespace qmv40::cli {
 
 /// What a plan is allowed: --sphere-radius, --ball-radius, --clearance and --x-travel, --y-travel, --z-travel.
-void AddAllowances(CLI::App& command, check::CheckOptions& options);
+void AddAllowances(Command& command, check::CheckOptions& options);
+
+} // namespace qmv40::cli

@@ -1,10 +1,13 @@
-#include "cli/AllPairs.h"
-#include "cli/Allowances.h"
-#include "cli/CheckReport.h"
-#include "cli/Commands.h"
-#include "cli/Options.h"
-#include "cli/PlanSelection.h"
-#include "cli/Platform.h"
+#include "tools/cli/ExitCode.h"
+#include "tools/check/AllPairs.h"
+#include "tools/cli/Allowances.h"
+#include "tools/check/CheckReport.h"
+#include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
+#include "tools/cli/PlanSelection.h"
+#include "tools/settings/SettingsOverride.h"
+
+namespace qmv40::cli {
 
 namespace {
 
@@ -17,47 +20,47 @@ struct CheckCommandOptions : CommonOptions {
 
 void RequireSomethingToCheck(const CheckCommandOptions& options) {
     if (options.all || options.selection.IsComplete()) return;
-    throw UsageError{"check: give --from and --to, or --plan, or --all"};
+    throw text::UsageError{"check: give --from and --to, or --plan, or --all"};
 }
 
 /// How many findings there were.
-std::size_t RunAll(const CheckCommandOptions& options, const check::HeadModel& head, const Console& console) {
+std::size_t RunAll(const CheckCommandOptions& options, const model::HeadModel& head, const text::Console& console) {
     const int leastA = options.reachable ? 0 : -90;
-    const AllPairs all = CheckAllPairs(options.selection.geometry, head, options.check, HeadPositions(leastA), console);
+    const check::AllPairs all = check::CheckAllPairs(options.selection.geometry, head, options.check, check::HeadPositions(leastA), console);
     if (options.json) {
-        PrintJson(AllPairsJson(all, options.check), console.out);
+        text::PrintJson(check::AllPairsJson(all, options.check), console.out);
     } else {
-        PrintAllPairs(all, console);
+        check::PrintAllPairs(all, console);
     }
     return all.findings;
 }
 
-std::size_t RunTour(const CheckCommandOptions& options, const check::HeadModel& head, const Console& console) {
-    const CheckedTour tour = CheckTour(SelectedPlans(options.selection), head, options.check);
+std::size_t RunTour(const CheckCommandOptions& options, const model::HeadModel& head, const text::Console& console) {
+    const check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, options.check);
     if (options.json) {
-        PrintJson(CheckedTourJson(tour, head, options.check), console.out);
+        text::PrintJson(check::CheckedTourJson(tour, head, options.check), console.out);
     } else {
-        PrintCheckedTour(tour, console);
+        check::PrintCheckedTour(tour, console);
     }
     return tour.Findings();
 }
 
-void Run(const CheckCommandOptions& options, const Console& console) {
+void Run(const CheckCommandOptions& options, const text::Console& console) {
     RequireSomethingToCheck(options);
-    const SettingsOverride settings(options.settings);
-    const check::HeadModel head = LoadModel(options.selection.geometry);
+    const settings::SettingsOverride settings(options.settings);
+    const model::HeadModel head = check::LoadModel(options.selection.geometry);
     const std::size_t findings = options.all ? RunAll(options, head, console) : RunTour(options, head, console);
     if (findings != 0) throw CommandEnded{exitFindings};
 }
 
-void AddWhatToCheck(CLI::App& command, CheckCommandOptions& options) {
+void AddWhatToCheck(Command& command, CheckCommandOptions& options) {
     AddPlanSelection(command, options.selection);
-    command.add_flag("--all", options.all, "Check every pair of positions, A -90 to 90 and B -180 to 180 by 15")
-        ->excludes("--from")
-        ->excludes("--to")
-        ->excludes("--plan");
-    command.add_flag("--reachable", options.reachable, "Of all pairs, those within the head's reach: A 0 to 90")
-        ->needs("--all");
+    command.AddFlag("--all", options.all, "Check every pair of positions, A -90 to 90 and B -180 to 180 by 15")
+        .Exclude("--from")
+        .Exclude("--to")
+        .Exclude("--plan");
+    command.AddFlag("--reachable", options.reachable, "Of all pairs, those within the head's reach: A 0 to 90")
+        .Need("--all");
 }
 
 constexpr const char* checkFooter =
@@ -75,12 +78,14 @@ constexpr const char* checkFooter =
 
 } // namespace
 
-void AddCheckCommand(CLI::App& tool, const Console& console) {
-    CLI::App& command = *tool.add_subcommand("check", "Run plans on a model of machine and head, and judge them");
+void AddCheckCommand(Command tool, const text::Console& console) {
+    Command command = tool.AddCommand("check", "Run plans on a model of machine and head, and judge them");
     const auto options = std::make_shared<CheckCommandOptions>();
     AddWhatToCheck(command, *options);
     AddAllowances(command, options->check);
     AddCommonOptions(command, *options);
-    command.footer(checkFooter);
-    command.callback([options, &console] { Run(*options, console); });
+    command.SetFooter(checkFooter);
+    command.OnRun([options, &console] { Run(*options, console); });
 }
+
+} // namespace qmv40::cli

@@ -1,21 +1,22 @@
 #pragma once
 
-#include "cli/Console.h"
+#include "tools/cli/CommandLine.h"
+#include "tools/text/Console.h"
 
-namespace CLI {
-class App;
-}
+namespace qmv40::cli {
 
-/// Each adds one command to the tool. The command runs while the command line is parsed, writes to `console` (which
-/// must live until then), and throws InputError, UsageError or ComponentError when it cannot do its work.
+/// Each function adds one command to the tool. The command runs while the command line is run, writes to `console`
+/// (which must live until then), and throws InputError, UsageError or ComponentError when it cannot do its work.
 
-void AddGeometryCommand(CLI::App& tool, const Console& console);
-void AddMoveCommand(CLI::App& tool, const Console& console);
-void AddCheckCommand(CLI::App& tool, const Console& console);
-void AddViewCommand(CLI::App& tool, const Console& console);
-void AddStartCommand(CLI::App& tool, const Console& console);
-void AddPoleCommand(CLI::App& tool, const Console& console);
-void AddFitCommand(CLI::App& tool, const Console& console);
-void AddSettingsCommand(CLI::App& tool, const Console& console);
-void AddSelfcheckCommand(CLI::App& tool, const Console& console);
-void AddDoctorCommand(CLI::App& tool, const Console& console);
+void AddGeometryCommand(Command tool, const text::Console& console);
+void AddMoveCommand(Command tool, const text::Console& console);
+void AddCheckCommand(Command tool, const text::Console& console);
+void AddViewCommand(Command tool, const text::Console& console);
+void AddStartCommand(Command tool, const text::Console& console);
+void AddPoleCommand(Command tool, const text::Console& console);
+void AddFitCommand(Command tool, const text::Console& console);
+void AddSettingsCommand(Command tool, const text::Console& console);
+void AddSelfcheckCommand(Command tool, const text::Console& console);
+void AddDoctorCommand(Command tool, const text::Console& console);
+
+} // namespace qmv40::cli

@@ -1,20 +1,23 @@
-#include "cli/Calculator.h"
-#include "cli/Commands.h"
-#include "cli/Complaint.h"
-#include "cli/ComponentError.h"
-#include "cli/Failures.h"
-#include "cli/GeometryFileState.h"
-#include "cli/Installation.h"
-#include "cli/MachineSettings.h"
-#include "cli/Numbers.h"
-#include "cli/Options.h"
-#include "cli/Platform.h"
-#include "cli/SettingsReport.h"
+#include "tools/cli/Commands.h"
+#include "tools/cli/ExitCode.h"
+#include "tools/cli/Options.h"
+#include "tools/component/Calculator.h"
+#include "tools/component/ComponentError.h"
+#include "tools/settings/Complaint.h"
+#include "tools/settings/GeometryFileState.h"
+#include "tools/settings/Installation.h"
+#include "tools/settings/MachineSettings.h"
+#include "tools/settings/SettingsOverride.h"
+#include "tools/settings/SettingsReport.h"
+#include "tools/text/Failures.h"
+#include "tools/text/Numbers.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
+
+namespace qmv40::cli {
 
 namespace {
 
@@ -24,27 +27,30 @@ struct DoctorOptions : CommonOptions {
 
 /// What is known in the end.
 struct Diagnosis {
-    std::vector<Fact> tool;
-    Installation installation;
-    MachineSettings machine;
-    SettingsReading reading;
-    std::array<double, settingCount> inForce{};
-    std::optional<GeometryFileState> geometry;
-    std::vector<Complaint> complaints;
+    std::vector<settings::Fact> tool;
+    settings::Installation installation;
+    settings::MachineSettings machine;
+    settings::SettingsReading reading;
+    std::array<double, settings::settingCount> inForce{};
+    std::optional<settings::GeometryFileState> geometry;
+    std::vector<settings::Complaint> complaints;
 
-    void Add(const std::vector<Complaint>& more) { complaints.insert(complaints.end(), more.begin(), more.end()); }
+    void Add(const std::vector<settings::Complaint>& more) {
+        complaints.insert(complaints.end(), more.begin(), more.end());
+    }
 };
 
 /// The component, if it can be created; what the failure is otherwise.
-std::unique_ptr<Calculator> CreateCalculator(std::vector<Complaint>& complaints) {
+std::unique_ptr<component::Calculator> CreateCalculator(std::vector<settings::Complaint>& complaints) {
     try {
-        return std::make_unique<Calculator>();
-    } catch (const ComponentError& error) {
-        const std::string remedy = Remedy(error.code);
-        complaints.push_back({{},
-                              "",
-                              "The component cannot be created: " + CodeText(error.code) + ", " + error.description,
-                              remedy.empty() ? "Install and register it again." : remedy});
+        return std::make_unique<component::Calculator>();
+    } catch (const component::ComponentError& error) {
+        const std::string remedy = component::Remedy(error.code);
+        complaints.push_back(
+            {{},
+             "",
+             "The component cannot be created: " + component::CodeText(error.code) + ", " + error.description,
+             remedy.empty() ? "Install and register it again." : remedy});
         return nullptr;
     }
 }
@@ -56,14 +62,14 @@ bool IsSameNumber(double left, double right) {
 
 /// The rules as this tool explains them against what the component's readers give.
 void CompareReadings(Diagnosis& diagnosis) {
-    for (std::size_t i = 0; i < settingCount; ++i) {
+    for (std::size_t i = 0; i < settings::settingCount; ++i) {
         const double byTheRules = diagnosis.reading.settings[i].value;
         if (IsSameNumber(byTheRules, diagnosis.inForce[i])) continue;
-        diagnosis.complaints.push_back(
-            {{},
-             AllHeadSettings()[i].name,
-             "is " + ExactText(diagnosis.inForce[i]) + " in force, and by the rules it is " + ExactText(byTheRules),
-             "Report this with the settings; they may also have changed just now."});
+        diagnosis.complaints.push_back({{},
+                                        settings::AllHeadSettings()[i].name,
+                                        "is " + text::ExactText(diagnosis.inForce[i]) +
+                                            " in force, and by the rules it is " + text::ExactText(byTheRules),
+                                        "Report this with the settings; they may also have changed just now."});
     }
 }
 
@@ -71,95 +77,96 @@ Diagnosis Diagnose(const DoctorOptions& options) {
     Diagnosis diagnosis;
     constexpr int bitsOfByte = 8;
     diagnosis.tool = {{"version", "version", QMV40_VERSION},
-                      {"file", "file", OwnFile()},
+                      {"file", "file", settings::OwnFile()},
                       {"bits", "bits", static_cast<int>(sizeof(void*)) * bitsOfByte}};
-    const std::unique_ptr<Calculator> calculator = CreateCalculator(diagnosis.complaints);
-    diagnosis.installation = ExamineInstallation();
+    const std::unique_ptr<component::Calculator> calculator = CreateCalculator(diagnosis.complaints);
+    diagnosis.installation = settings::ExamineInstallation();
     diagnosis.Add(diagnosis.installation.complaints);
-    diagnosis.machine = ReadMachineSettings();
-    diagnosis.reading = ReadSettings(diagnosis.machine.stored);
-    diagnosis.inForce = SettingsInForce();
+    diagnosis.machine = settings::ReadMachineSettings();
+    diagnosis.reading = settings::ReadSettings(diagnosis.machine.stored);
+    diagnosis.inForce = settings::SettingsInForce();
     diagnosis.Add(diagnosis.reading.complaints);
     CompareReadings(diagnosis);
     if (!options.geometry.empty()) {
-        diagnosis.geometry = ExamineGeometryFile(options.geometry, calculator.get());
+        diagnosis.geometry = settings::ExamineGeometryFile(options.geometry, calculator.get());
         diagnosis.Add(diagnosis.geometry->complaints);
     }
     return diagnosis;
 }
 
-Json FactsJson(const std::vector<Fact>& facts) {
-    Json document = Json::object();
-    for (const Fact& fact : facts) document[fact.key] = fact.value;
+text::Json FactsJson(const std::vector<settings::Fact>& facts) {
+    text::Json document = text::Json::Object();
+    for (const settings::Fact& fact : facts) document[fact.key] = fact.value;
     return document;
 }
 
-Json GeometryJson(const GeometryFileState& geometry, const std::string& fileName) {
-    Json values = Json::array();
-    for (const GeometryFileValue& value : geometry.values) {
-        values.push_back({{"section", value.section},
-                          {"key", value.key},
-                          {"text", value.text ? Json(*value.text) : Json()},
-                          {"value", value.text ? Json(value.value) : Json()}});
+text::Json GeometryJson(const settings::GeometryFileState& geometry, const std::string& fileName) {
+    text::Json values = text::Json::Array();
+    for (const settings::GeometryFileValue& value : geometry.values) {
+        values.PushBack({{"section", value.section},
+                         {"key", value.key},
+                         {"text", value.text ? text::Json(*value.text) : text::Json()},
+                         {"value", value.text ? text::Json(value.value) : text::Json()}});
     }
     return {{"file", fileName}, {"state", geometry.state}, {"values", values}, {"ignored", geometry.ignored}};
 }
 
-Json DiagnosisJson(const Diagnosis& diagnosis, const DoctorOptions& options) {
-    Json document{{"tool", FactsJson(diagnosis.tool)},
-                  {"component", FactsJson(diagnosis.installation.component)},
-                  {"registration", FactsJson(diagnosis.installation.registration)},
-                  {"settings",
-                   {{"place", diagnosis.machine.place},
-                    {"state", diagnosis.machine.state},
-                    {"values", SettingsJson(diagnosis.reading, diagnosis.inForce)}}}};
+text::Json DiagnosisJson(const Diagnosis& diagnosis, const DoctorOptions& options) {
+    text::Json document{{"tool", FactsJson(diagnosis.tool)},
+                        {"component", FactsJson(diagnosis.installation.component)},
+                        {"registration", FactsJson(diagnosis.installation.registration)},
+                        {"settings",
+                         {{"place", diagnosis.machine.place},
+                          {"state", diagnosis.machine.state},
+                          {"values", settings::SettingsJson(diagnosis.reading, diagnosis.inForce)}}}};
     if (diagnosis.geometry) document["geometry"] = GeometryJson(*diagnosis.geometry, options.geometry);
-    document["findings"] = ComplaintsJson(diagnosis.complaints);
+    document["findings"] = settings::ComplaintsJson(diagnosis.complaints);
     return document;
 }
 
-std::string FactText(const Json& value) {
-    if (value.is_null()) return "none";
-    if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
-    return value.is_string() ? value.get<std::string>() : value.dump();
+std::string FactText(const text::Json& value) {
+    if (value.IsNull()) return "none";
+    if (value.Flag() != nullptr) return *value.Flag() ? "yes" : "no";
+    return value.Text() != nullptr ? *value.Text() : value.Dump();
 }
 
-void PrintFacts(const char* title, const std::vector<Fact>& facts, const Console& console) {
+void PrintFacts(const char* title, const std::vector<settings::Fact>& facts, const text::Console& console) {
     std::size_t width = 0;
-    for (const Fact& fact : facts) width = std::max(width, fact.label.size());
+    for (const settings::Fact& fact : facts) width = std::max(width, fact.label.size());
     console.out << console.Strong(title) << '\n';
-    for (const Fact& fact : facts) {
+    for (const settings::Fact& fact : facts) {
         console.out << "  " << fact.label << std::string(width - fact.label.size() + 2, ' ') << FactText(fact.value)
                     << '\n';
     }
     console.out << '\n';
 }
 
-void PrintGeometry(const GeometryFileState& geometry, const std::string& fileName, const Console& console) {
+void PrintGeometry(const settings::GeometryFileState& geometry, const std::string& fileName,
+                   const text::Console& console) {
     console.out << '\n' << console.Strong("Geometry file") << "\n  " << fileName << ": " << geometry.state << '\n';
-    for (const GeometryFileValue& value : geometry.values) {
+    for (const settings::GeometryFileValue& value : geometry.values) {
         console.out << "  [" << value.section << "] " << value.key << " = "
-                    << (value.text ? ExactText(value.value) + "  \"" + *value.text + '"' : "(nothing)") << '\n';
+                    << (value.text ? text::ExactText(value.value) + "  \"" + *value.text + '"' : "(nothing)") << '\n';
     }
     for (const std::string& each : geometry.ignored) console.out << "  not used: " << each << '\n';
 }
 
-void Print(const Diagnosis& diagnosis, const DoctorOptions& options, const Console& console) {
+void Print(const Diagnosis& diagnosis, const DoctorOptions& options, const text::Console& console) {
     PrintFacts("This tool", diagnosis.tool, console);
     PrintFacts("Component", diagnosis.installation.component, console);
     PrintFacts("Registration", diagnosis.installation.registration, console);
-    console.out << console.Strong("Settings of the head") << "\n  " << PlaceText(diagnosis.machine) << '\n';
-    PrintSettings(diagnosis.reading, diagnosis.inForce, console);
+    console.out << console.Strong("Settings of the head") << "\n  " << settings::PlaceText(diagnosis.machine) << '\n';
+    settings::PrintSettings(diagnosis.reading, diagnosis.inForce, console);
     if (diagnosis.geometry) PrintGeometry(*diagnosis.geometry, options.geometry, console);
     console.out << '\n' << console.Strong(diagnosis.complaints.empty() ? "Nothing is wrong." : "Found") << '\n';
-    PrintComplaints(diagnosis.complaints, console.out);
+    settings::PrintComplaints(diagnosis.complaints, console.out);
 }
 
-void Run(const DoctorOptions& options, const Console& console) {
-    const SettingsOverride settings(options.settings);
+void Run(const DoctorOptions& options, const text::Console& console) {
+    const settings::SettingsOverride settings(options.settings);
     const Diagnosis diagnosis = Diagnose(options);
     if (options.json) {
-        PrintJson(DiagnosisJson(diagnosis, options), console.out);
+        text::PrintJson(DiagnosisJson(diagnosis, options), console.out);
     } else {
         Print(diagnosis, options, console);
     }
@@ -168,13 +175,13 @@ void Run(const DoctorOptions& options, const Console& console) {
 
 } // namespace
 
-void AddDoctorCommand(CLI::App& tool, const Console& console) {
-    CLI::App& command =
-        *tool.add_subcommand("doctor", "Tell where the component and its settings come from, and what is wrong");
+void AddDoctorCommand(Command tool, const text::Console& console) {
+    Command command =
+        tool.AddCommand("doctor", "Tell where the component and its settings come from, and what is wrong");
     const auto options = std::make_shared<DoctorOptions>();
-    command.add_option("--geometry", options->geometry, "Look at this head geometry file too")->type_name("FILE");
+    command.AddText("--geometry", options->geometry, "FILE", "Look at this head geometry file too");
     AddCommonOptions(command, *options);
-    command.footer(
+    command.SetFooter(
         "Examples:\n"
         "  qmv40 doctor\n"
         "  qmv40 doctor --geometry head.ini\n"
@@ -182,5 +189,7 @@ void AddDoctorCommand(CLI::App& tool, const Console& console) {
         "Shown are the component that this tool uses, what is registered, the head's fourteen dimensions\n"
         "with the origin of each, and the seven numbers of the geometry file. Nothing is changed. Exit code 4\n"
         "when something is wrong; each finding says what to do.");
-    command.callback([options, &console] { Run(*options, console); });
+    command.OnRun([options, &console] { Run(*options, console); });
 }
+
+} // namespace qmv40::cli

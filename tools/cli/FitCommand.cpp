@@ -1,8 +1,11 @@
-#include "cli/Capture.h"
-#include "cli/Commands.h"
-#include "cli/FitRows.h"
-#include "cli/Json.h"
-#include "cli/Options.h"
+#include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
+#include "tools/diagnosis/Capture.h"
+#include "tools/diagnosis/FitRows.h"
+#include "tools/diagnosis/Fits.h"
+#include "tools/text/Json.h"
+
+namespace qmv40::cli {
 
 namespace {
 
@@ -17,36 +20,36 @@ CMaPointArray PointArrayOf(const std::vector<XYZData>& points) {
     return array;
 }
 
-void ShowCircle(const CMaPointArray& points, bool json, const Console& console) {
-    CircleFit fit = FitCircle(points);
-    fit.normal = WithLargestPositive(fit.normal);
+void ShowCircle(const CMaPointArray& points, bool json, const text::Console& console) {
+    diagnosis::CircleFit fit = diagnosis::FitCircle(points);
+    fit.normal = diagnosis::WithLargestPositive(fit.normal);
     if (json) {
-        Json document{{"shape", "circle"}};
-        document.update(CircleJson(fit));
-        return PrintJson(document, console.out);
+        text::Json document{{"shape", "circle"}};
+        document.Update(diagnosis::CircleJson(fit));
+        return text::PrintJson(document, console.out);
     }
-    FitRows rows({"circle"});
+    diagnosis::FitRows rows({"circle"});
     rows.Add("points", "", {std::to_string(fit.residuals.values.size())});
     rows.AddPoint("centre", {fit.centre});
     rows.AddDirection("normal", {fit.normal});
-    rows.Add("radius", "mm", {FitRows::Length(fit.radius)});
-    rows.Add("arc covered", "deg", {FitRows::Angle(fit.arcCovered)});
+    rows.Add("radius", "mm", {diagnosis::FitRows::Length(fit.radius)});
+    rows.Add("arc covered", "deg", {diagnosis::FitRows::Angle(fit.arcCovered)});
     rows.AddResiduals({&fit.residuals});
     rows.Print(console);
 }
 
 /// A plane or a line: `direction` is its normal or the way it runs.
 void ShowFlat(const FitOptions& options, const char* directionName, const CMaVector& point, const CMaVector& direction,
-              const Residuals& residuals, const Console& console) {
+              const diagnosis::Residuals& residuals, const text::Console& console) {
     if (options.json) {
-        return PrintJson({{"shape", options.shape},
-                          {"point", PointJson(point)},
-                          {directionName, DirectionJson(direction)},
-                          {"rms", residuals.Rms()},
-                          {"residuals", residuals.values}},
-                         console.out);
+        return text::PrintJson({{"shape", options.shape},
+                                {"point", diagnosis::PointJson(point)},
+                                {directionName, diagnosis::DirectionJson(direction)},
+                                {"rms", residuals.Rms()},
+                                {"residuals", residuals.values}},
+                               console.out);
     }
-    FitRows rows({options.shape});
+    diagnosis::FitRows rows({options.shape});
     rows.Add("points", "", {std::to_string(residuals.values.size())});
     rows.AddPoint("point", {point});
     rows.AddDirection(directionName, {direction});
@@ -54,35 +57,34 @@ void ShowFlat(const FitOptions& options, const char* directionName, const CMaVec
     rows.Print(console);
 }
 
-void Run(const FitOptions& options, const Console& console) {
-    const CMaPointArray points = PointArrayOf(ReadPoints(options.points));
+void Run(const FitOptions& options, const text::Console& console) {
+    const CMaPointArray points = PointArrayOf(diagnosis::ReadPoints(options.points));
     if (options.shape == "circle") return ShowCircle(points, options.json, console);
     if (options.shape == "plane") {
-        const PlaneFit fit = FitPlane(points);
+        const diagnosis::PlaneFit fit = diagnosis::FitPlane(points);
         return ShowFlat(options, "normal", fit.point, fit.normal, fit.residuals, console);
     }
-    const LineFit fit = FitLine(points);
+    const diagnosis::LineFit fit = diagnosis::FitLine(points);
     ShowFlat(options, "direction", fit.point, fit.direction, fit.residuals, console);
 }
 
 } // namespace
 
-void AddFitCommand(CLI::App& tool, const Console& console) {
-    CLI::App& command = *tool.add_subcommand("fit", "Fit a circle, plane or line through points by least squares");
+void AddFitCommand(Command tool, const text::Console& console) {
+    Command command = tool.AddCommand("fit", "Fit a circle, plane or line through points by least squares");
     const auto options = std::make_shared<FitOptions>();
-    command.add_option("--shape", options->shape, "What to fit")
-        ->required()
-        ->check(CLI::IsMember({"circle", "plane", "line"}));
-    command.add_option("--points", options->points, "CSV file with the columns XPosition, YPosition, ZPosition")
-        ->required()
-        ->type_name("FILE");
+    command.AddText("--shape", options->shape, "TEXT", "What to fit").Require().AcceptOnly({"circle", "plane", "line"});
+    command.AddText("--points", options->points, "FILE", "CSV file with the columns XPosition, YPosition, ZPosition")
+        .Require();
     AddCommonOptions(command, *options);
-    command.footer(
+    command.SetFooter(
         "Example:\n"
         "  qmv40 fit --shape circle --points a-axis.csv\n"
         "\n"
         "The points are taken as they stand in the file. Residuals are distances from the shape, for a plane\n"
         "with the sign that its normal gives. A normal or direction could as well point the other way; the\n"
         "one whose largest component is positive is shown. No settings have a say in a fit.");
-    command.callback([options, &console] { Run(*options, console); });
+    command.OnRun([options, &console] { Run(*options, console); });
 }
+
+} // namespace qmv40::cli

@@ -1,15 +1,19 @@
-#include "cli/AlignmentArray.h"
-#include "cli/Calculator.h"
-#include "cli/Capture.h"
-#include "cli/Commands.h"
-#include "cli/DiagnosisReport.h"
-#include "cli/FitRows.h"
-#include "cli/Json.h"
-#include "cli/Options.h"
-#include "cli/Platform.h"
-#include "cli/PositionLine.h"
-#include "diagnostics/HeldAngles.h"
 #include "head/RoundThePole.h"
+#include "tools/cli/Commands.h"
+#include "tools/cli/ExitCode.h"
+#include "tools/cli/Options.h"
+#include "tools/component/AlignmentArray.h"
+#include "tools/component/Calculator.h"
+#include "tools/diagnosis/Capture.h"
+#include "tools/diagnosis/DiagnosisReport.h"
+#include "tools/diagnosis/FitRows.h"
+#include "tools/diagnosis/Fits.h"
+#include "tools/diagnosis/HeldAngles.h"
+#include "tools/plans/PositionLine.h"
+#include "tools/settings/SettingsOverride.h"
+#include "tools/text/Json.h"
+
+namespace qmv40::cli {
 
 namespace {
 
@@ -18,7 +22,7 @@ struct GeometryOptions : CommonOptions {
     std::string bAxis;
     std::string output; ///< empty: nothing is written
     bool force = false; ///< write even what contradicts itself
-    double centreWithin = diagnostics::thresholds::centreWithin;
+    double centreWithin = diagnosis::thresholds::centreWithin;
 };
 
 /// The head centre comes from the component; what its interface does not give, from the geometry model itself.
@@ -26,25 +30,25 @@ struct GeometryReport {
     XYZData headCentre;
     double rotationAroundZ;
     XYZData safePosition;
-    CircleFit aAxis;
-    CircleFit bAxis;
+    diagnosis::CircleFit aAxis;
+    diagnosis::CircleFit bAxis;
     double aAxisCaptureB;
     double bAxisCaptureA;
-    std::optional<diagnostics::Diagnosis> diagnosis; ///< none: the numbers are too large to be judged
+    std::optional<diagnosis::Diagnosis> diagnosis; ///< none: the numbers are too large to be judged
 
-    bool Contradicts() const { return diagnosis && diagnosis->Has(diagnostics::Severity::Fault); }
+    bool Contradicts() const { return diagnosis && diagnosis->Has(diagnosis::Severity::Fault); }
 };
 
-CircleFit AxisFit(const CMaPointArray& points, const CMaVector& axis) {
-    CircleFit fit = FitCircle(points);
-    fit.normal = Facing(fit.normal, axis);
+diagnosis::CircleFit AxisFit(const CMaPointArray& points, const CMaVector& axis) {
+    diagnosis::CircleFit fit = diagnosis::FitCircle(points);
+    fit.normal = diagnosis::Facing(fit.normal, axis);
     return fit;
 }
 
 /// The points with their angles, without them being brought to the locked position.
-diagnostics::CapturedSets SetsOf(const CaptureFiles& capture) {
-    diagnostics::CapturedSets sets;
-    for (const CaptureFile* const file : {&capture.aAxis, &capture.bAxis}) {
+diagnosis::CapturedSets SetsOf(const diagnosis::CaptureFiles& capture) {
+    diagnosis::CapturedSets sets;
+    for (const diagnosis::CaptureFile* const file : {&capture.aAxis, &capture.bAxis}) {
         for (const HeadAlignmentDataItem& item : file->items) {
             sets.points.push_back({item.APosition, item.BPosition, {item.XPosition, item.YPosition, item.ZPosition}});
         }
@@ -53,8 +57,9 @@ diagnostics::CapturedSets SetsOf(const CaptureFiles& capture) {
     return sets;
 }
 
-diagnostics::CaptureUnderTest UnderTest(const CaptureFiles& capture, const RoundThePole& head, double centreWithin) {
-    diagnostics::CaptureUnderTest test{SetsOf(capture), head.RequiredRotationAroundZ(), centreWithin};
+diagnosis::CaptureUnderTest UnderTest(const diagnosis::CaptureFiles& capture, const RoundThePole& head,
+                                      double centreWithin) {
+    diagnosis::CaptureUnderTest test{SetsOf(capture), head.RequiredRotationAroundZ(), centreWithin};
     for (std::size_t i = 0; i < test.sets.points.size(); ++i) {
         const bool isOfASet = test.sets.IsOfASet(i);
         const CMaPointArray& points = isOfASet ? head.AAxisPoints() : head.BAxisPoints();
@@ -64,12 +69,12 @@ diagnostics::CaptureUnderTest UnderTest(const CaptureFiles& capture, const Round
     return test;
 }
 
-GeometryReport Report(const CaptureFiles& capture, const XYZData& headCentre, double centreWithin) {
+GeometryReport Report(const diagnosis::CaptureFiles& capture, const XYZData& headCentre, double centreWithin) {
     RoundThePole head;
     CMaVector aAxis(0.0, 0.0, 0.0);
-    CatchingCodes("RoundThePole", [&] {
-        AlignmentArray aAxisArray(capture.aAxis.items);
-        AlignmentArray bAxisArray(capture.bAxis.items);
+    component::CatchingCodes("RoundThePole", [&] {
+        component::AlignmentArray aAxisArray(capture.aAxis.items);
+        component::AlignmentArray bAxisArray(capture.bAxis.items);
         head.ComputeGeometry(aAxisArray.Address(), bAxisArray.Address());
         head.RotatedAAxis(head.AAxisCaptureBPosition(), aAxis);
     });
@@ -80,55 +85,58 @@ GeometryReport Report(const CaptureFiles& capture, const XYZData& headCentre, do
             AxisFit(head.BAxisPoints(), head.BAxis()),
             head.AAxisCaptureBPosition(),
             capture.bAxis.items.front().APosition,
-            diagnostics::Diagnose(UnderTest(capture, head, centreWithin))};
+            diagnosis::Diagnose(UnderTest(capture, head, centreWithin))};
 }
 
 CMaVector VectorOf(const XYZData& position) { return {position.XPosition, position.YPosition, position.ZPosition}; }
 
-Json ReportJson(const GeometryReport& report, const CaptureFiles& capture) {
-    return {{"headCentre", PointJson(VectorOf(report.headCentre))},
-            {"requiredRotationAroundZ", report.rotationAroundZ},
-            {"safePosition", PointJson(VectorOf(report.safePosition))},
-            {"fits", {{"aAxis", CircleJson(report.aAxis)}, {"bAxis", CircleJson(report.bAxis)}}},
-            {"diagnostics", report.diagnosis ? DiagnosisJson(*report.diagnosis, capture) : Json(nullptr)}};
+text::Json ReportJson(const GeometryReport& report, const diagnosis::CaptureFiles& capture) {
+    return {
+        {"headCentre", diagnosis::PointJson(VectorOf(report.headCentre))},
+        {"requiredRotationAroundZ", report.rotationAroundZ},
+        {"safePosition", diagnosis::PointJson(VectorOf(report.safePosition))},
+        {"fits", {{"aAxis", diagnosis::CircleJson(report.aAxis)}, {"bAxis", diagnosis::CircleJson(report.bAxis)}}},
+        {"diagnostics", report.diagnosis ? diagnosis::DiagnosisJson(*report.diagnosis, capture) : text::Json(nullptr)}};
 }
 
 /// Every point is off a circle in two ways; six of them would determine it.
-std::string Redundancy(const CircleFit& fit) { return std::to_string(2 * fit.residuals.values.size() - 6); }
+std::string Redundancy(const diagnosis::CircleFit& fit) { return std::to_string(2 * fit.residuals.values.size() - 6); }
 
-void PrintFits(const GeometryReport& report, const Console& console) {
-    const CircleFit& a = report.aAxis;
-    const CircleFit& b = report.bAxis;
-    FitRows rows({"A axis", "B axis"});
+void PrintFits(const GeometryReport& report, const text::Console& console) {
+    const diagnosis::CircleFit& a = report.aAxis;
+    const diagnosis::CircleFit& b = report.bAxis;
+    diagnosis::FitRows rows({"A axis", "B axis"});
     rows.Add("points", "", {std::to_string(a.residuals.values.size()), std::to_string(b.residuals.values.size())});
-    rows.Add("captured at", "deg", {"B " + ExactText(report.aAxisCaptureB), "A " + ExactText(report.bAxisCaptureA)});
+    rows.Add("captured at", "deg",
+             {"B " + text::ExactText(report.aAxisCaptureB), "A " + text::ExactText(report.bAxisCaptureA)});
     rows.AddPoint("centre", {a.centre, b.centre});
     rows.AddDirection("axis", {a.normal, b.normal});
-    rows.Add("radius", "mm", {FitRows::Length(a.radius), FitRows::Length(b.radius)});
-    rows.Add("arc covered", "deg", {FitRows::Angle(a.arcCovered), FitRows::Angle(b.arcCovered)});
+    rows.Add("radius", "mm", {diagnosis::FitRows::Length(a.radius), diagnosis::FitRows::Length(b.radius)});
+    rows.Add("arc covered", "deg", {diagnosis::FitRows::Angle(a.arcCovered), diagnosis::FitRows::Angle(b.arcCovered)});
     rows.Add("redundant observations", "", {Redundancy(a), Redundancy(b)});
     rows.AddResiduals({&a.residuals, &b.residuals});
     rows.Print(console);
 }
 
-void PrintJudgement(const GeometryReport& report, const CaptureFiles& capture, const Console& console) {
+void PrintJudgement(const GeometryReport& report, const diagnosis::CaptureFiles& capture,
+                    const text::Console& console) {
     if (!report.diagnosis) {
         console.out << "The numbers are too large to be judged.\n";
         return;
     }
-    const diagnostics::Diagnosis& diagnosis = *report.diagnosis;
-    PrintDiagnosis(diagnosis, capture, console);
+    const diagnosis::Diagnosis& diagnosis = *report.diagnosis;
+    diagnosis::PrintDiagnosis(diagnosis, capture, console);
     console.out << '\n' << console.Strong("Findings") << '\n';
-    PrintFindings(diagnosis.findings, capture, diagnosis.head.model.tip, console.out);
+    diagnosis::PrintFindings(diagnosis.findings, capture, diagnosis.head.model.tip, console.out);
 }
 
-void PrintReport(const GeometryReport& report, const CaptureFiles& capture, const Console& console) {
+void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& capture, const text::Console& console) {
     console.out << console.Strong("Head centre (centre of the pole sphere)") << '\n'
-                << PositionLine(report.headCentre) << '\n'
-                << console.Strong("Head turned about Z by") << "\n  " << FitRows::Angle(report.rotationAroundZ)
-                << " deg\n"
+                << plans::PositionLine(report.headCentre) << '\n'
+                << console.Strong("Head turned about Z by") << "\n  "
+                << diagnosis::FitRows::Angle(report.rotationAroundZ) << " deg\n"
                 << console.Strong("Safe height, above the pole sphere and both levers") << "\n  Z "
-                << FitRows::Length(report.safePosition.ZPosition) << " mm\n\n"
+                << diagnosis::FitRows::Length(report.safePosition.ZPosition) << " mm\n\n"
                 << console.Strong("Circles through the points, brought to the locked position") << '\n';
     PrintFits(report, console);
     console.out << "  The RMS tells how well the points lie on a circle, not how well its centre is known.\n\n";
@@ -136,42 +144,44 @@ void PrintReport(const GeometryReport& report, const CaptureFiles& capture, cons
 }
 
 /// The component refused the capture. Where the angles alone say why, that is told beside its own words.
-[[noreturn]] void Refuse(const ComponentError& error, const CaptureFiles& capture, bool json, const Console& console) {
-    const auto findings = diagnostics::JudgeHeldAngles(SetsOf(capture));
+[[noreturn]] void Refuse(const component::ComponentError& error, const diagnosis::CaptureFiles& capture, bool json,
+                         const text::Console& console) {
+    const auto findings = diagnosis::JudgeHeldAngles(SetsOf(capture));
     if (error.code != QMV_E_FIXED_AXIS_MOVED || findings.empty()) throw error;
     if (json) {
-        Json document = ErrorJson(error);
-        document["diagnostics"] = FindingsJson(findings, capture, {});
-        PrintJson(document, console.out);
+        text::Json document = component::ErrorJson(error);
+        document["diagnostics"] = diagnosis::FindingsJson(findings, capture, {});
+        text::PrintJson(document, console.out);
     } else {
-        console.err << "qmv40: error " << CodeText(error.code) << " from " << error.source << ": " << error.description
-                    << '\n';
-        PrintFindings(findings, capture, {}, console.err);
+        console.err << "qmv40: error " << component::CodeText(error.code) << " from " << error.source << ": "
+                    << error.description << '\n';
+        diagnosis::PrintFindings(findings, capture, {}, console.err);
     }
     throw CommandEnded{exitRefused};
 }
 
-GeometryReport Compute(const GeometryOptions& options, const CaptureFiles& capture, Calculator& calculator,
-                       const Console& console) {
+GeometryReport Compute(const GeometryOptions& options, const diagnosis::CaptureFiles& capture,
+                       component::Calculator& calculator, const text::Console& console) {
     try {
         calculator.EnterHeadGeometry(capture.aAxis.items, capture.bAxis.items);
-    } catch (const ComponentError& error) {
+    } catch (const component::ComponentError& error) {
         Refuse(error, capture, options.json, console);
     }
     return Report(capture, calculator.PoleSpherePosition(), options.centreWithin);
 }
 
-void Run(const GeometryOptions& options, const Console& console) {
-    const SettingsOverride settings(options.settings);
-    const CaptureFiles capture{ReadCaptureFile(options.aAxis), ReadCaptureFile(options.bAxis)};
-    Calculator calculator;
+void Run(const GeometryOptions& options, const text::Console& console) {
+    const settings::SettingsOverride settings(options.settings);
+    const diagnosis::CaptureFiles capture{diagnosis::ReadCaptureFile(options.aAxis),
+                                          diagnosis::ReadCaptureFile(options.bAxis)};
+    component::Calculator calculator;
     const GeometryReport report = Compute(options, capture, calculator, console);
     const bool isRefused = report.Contradicts() && !options.force;
     const bool isWritten = !options.output.empty() && !isRefused;
     if (isWritten) calculator.SaveHeadGeometry(options.output);
 
     if (options.json) {
-        PrintJson(ReportJson(report, capture), console.out);
+        text::PrintJson(ReportJson(report, capture), console.out);
     } else {
         PrintReport(report, capture, console);
     }
@@ -182,21 +192,19 @@ void Run(const GeometryOptions& options, const Console& console) {
     throw CommandEnded{exitFindings};
 }
 
-void AddJudgingOptions(CLI::App& command, GeometryOptions& options) {
-    command.add_flag("--force", options.force,
-                     "Write the geometry, and end with 0, even when the capture contradicts itself");
-    command
-        .add_option_function<std::string>(
-            "--centre-within",
-            [&options](const std::string& text) {
-                const ParsedNumber number = ParseNumber(text);
-                if (number.problem != nullptr || !(number.value > 0.0)) {
-                    throw CLI::ValidationError("--centre-within", "'" + text + "' is not a length of more than 0 mm");
-                }
-                options.centreWithin = number.value;
-            },
-            "Warn when the head centre is not known to this, twice its standard deviation. 0.05 unless given")
-        ->type_name("MM");
+void AddJudgingOptions(Command& command, GeometryOptions& options) {
+    command.AddFlag("--force", options.force,
+                    "Write the geometry, and end with 0, even when the capture contradicts itself");
+    command.AddValue("--centre-within", "MM",
+                     "Warn when the head centre is not known to this, twice its standard deviation. 0.05 unless given",
+                     [&options](const std::string& value) -> std::string {
+                         const text::ParsedNumber number = text::ParseNumber(value);
+                         if (number.problem != nullptr || !(number.value > 0.0)) {
+                             return "'" + value + "' is not a length of more than 0 mm";
+                         }
+                         options.centreWithin = number.value;
+                         return "";
+                     });
 }
 
 constexpr const char* geometryFooter =
@@ -216,19 +224,16 @@ constexpr const char* geometryFooter =
 
 } // namespace
 
-void AddGeometryCommand(CLI::App& tool, const Console& console) {
-    CLI::App& command = *tool.add_subcommand("geometry", "Compute the head geometry from captured points");
+void AddGeometryCommand(Command tool, const text::Console& console) {
+    Command command = tool.AddCommand("geometry", "Compute the head geometry from captured points");
     const auto options = std::make_shared<GeometryOptions>();
-    command.add_option("--a-axis", options->aAxis, "Points captured while A alone was turned (CSV)")
-        ->required()
-        ->type_name("FILE");
-    command.add_option("--b-axis", options->bAxis, "Points captured while B alone was turned (CSV)")
-        ->required()
-        ->type_name("FILE");
-    command.add_option("--output", options->output, "Save the geometry here; without it nothing is written")
-        ->type_name("FILE");
+    command.AddText("--a-axis", options->aAxis, "FILE", "Points captured while A alone was turned (CSV)").Require();
+    command.AddText("--b-axis", options->bAxis, "FILE", "Points captured while B alone was turned (CSV)").Require();
+    command.AddText("--output", options->output, "FILE", "Save the geometry here; without it nothing is written");
     AddJudgingOptions(command, *options);
     AddCommonOptions(command, *options);
-    command.footer(geometryFooter);
-    command.callback([options, &console] { Run(*options, console); });
+    command.SetFooter(geometryFooter);
+    command.OnRun([options, &console] { Run(*options, console); });
 }
+
+} // namespace qmv40::cli

@@ -1,48 +1,52 @@
-#include "cli/Commands.h"
-#include "cli/Json.h"
-#include "cli/MoveTable.h"
-#include "cli/Options.h"
-#include "cli/PlanSelection.h"
-#include "cli/Platform.h"
+#include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
+#include "tools/cli/PlanSelection.h"
+#include "tools/plans/MoveTable.h"
+#include "tools/plans/MovesJson.h"
+#include "tools/settings/SettingsOverride.h"
+#include "tools/text/Json.h"
+
+namespace qmv40::cli {
 
 namespace {
 
 struct MoveOptions : CommonOptions {
     std::string geometry;
-    HeadAngles from{};
-    std::vector<HeadAngles> targets;
+    model::HeadAngles from{};
+    std::vector<model::HeadAngles> targets;
     bool csv = false;
 };
 
-Json PlansJson(const std::vector<Plan>& plans) {
-    Json documents = Json::array();
-    for (const Plan& plan : plans) {
-        documents.push_back(
-            {{"from", AnglesJson(plan.from)}, {"to", AnglesJson(plan.to)}, {"moves", MovesJson(plan.moves)}});
+text::Json PlansJson(const std::vector<plans::Plan>& plans) {
+    text::Json documents = text::Json::Array();
+    for (const plans::Plan& plan : plans) {
+        documents.PushBack({{"from", plans::AnglesJson(plan.from)},
+                            {"to", plans::AnglesJson(plan.to)},
+                            {"moves", plans::MovesJson(plan.moves)}});
     }
     return {{"plans", documents}};
 }
 
-void Run(const MoveOptions& options, const Console& console) {
-    const SettingsOverride settings(options.settings);
-    const std::vector<Plan> plans = PlanTour(options.geometry, options.from, options.targets);
-    if (options.json) return PrintJson(PlansJson(plans), console.out);
-    if (options.csv) return PrintMovesAsCsv(plans, console);
-    PrintMoveTables(plans, console);
+void Run(const MoveOptions& options, const text::Console& console) {
+    const settings::SettingsOverride settings(options.settings);
+    const std::vector<plans::Plan> plans = plans::PlanTour(options.geometry, options.from, options.targets);
+    if (options.json) return text::PrintJson(PlansJson(plans), console.out);
+    if (options.csv) return plans::PrintMovesAsCsv(plans, console);
+    plans::PrintMoveTables(plans, console);
 }
 
 } // namespace
 
-void AddMoveCommand(CLI::App& tool, const Console& console) {
-    CLI::App& command = *tool.add_subcommand("move", "Plan the 19 moves that index the head");
+void AddMoveCommand(Command tool, const text::Console& console) {
+    Command command = tool.AddCommand("move", "Plan the 19 moves that index the head");
     const auto options = std::make_shared<MoveOptions>();
     AddGeometryOption(command, options->geometry);
     AddFromOption(command, options->from);
-    AddToOption(command, options->targets);
+    AddToOption(command, options->targets).Require();
     AddCommonOptions(command, *options);
-    command.add_flag("--csv", options->csv, "Print one row a move: Plan,Move,Name,Kind,X,Y,Z,i,j,k,RotationAngle")
-        ->excludes("--json");
-    command.footer(
+    command.AddFlag("--csv", options->csv, "Print one row a move: Plan,Move,Name,Kind,X,Y,Z,i,j,k,RotationAngle")
+        .Exclude("--json");
+    command.SetFooter(
         "Examples:\n"
         "  qmv40 move --geometry head.ini --from 0,0 --to 45,90\n"
         "  qmv40 move --geometry head.ini --from 0,0 --to 45,90 --to 90,-180 --to 0,0 --csv\n"
@@ -52,5 +56,7 @@ void AddMoveCommand(CLI::App& tool, const Console& console) {
         "positive angle turns the machine clockwise as seen from the tip of that direction. In CSV the columns i to\n"
         "RotationAngle are empty for straight moves, and numbers have all their digits.\n"
         "If one plan of a tour is refused, none is printed.");
-    command.callback([options, &console] { Run(*options, console); });
+    command.OnRun([options, &console] { Run(*options, console); });
 }
+
+} // namespace qmv40::cli

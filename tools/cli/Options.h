@@ -1,21 +1,29 @@
 #pragma once
 
-#include "cli/HeadAngles.h"
+#include "tools/cli/CommandLine.h"
+#include "tools/model/HeadAngles.h"
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
-/// What every command takes.
+namespace qmv40::cli {
+
+/// What nearly every command takes.
 struct CommonOptions {
     std::string settings; ///< file name; empty: the machine's own settings
     bool json = false;
 };
 
-void AddCommonOptions(CLI::App& command, CommonOptions& options);
-void AddGeometryOption(CLI::App& command, std::string& fileName);
-void AddFromOption(CLI::App& command, HeadAngles& from);
-/// One that may be left out.
-void AddFromOption(CLI::App& command, std::optional<HeadAngles>& from);
-void AddToOption(CLI::App& command, std::vector<HeadAngles>& targets);
+void AddJsonOption(Command& command, bool& json);
+/// --json and --settings.
+void AddCommonOptions(Command& command, CommonOptions& options);
+void AddGeometryOption(Command& command, std::string& fileName);
+/// Required.
+void AddFromOption(Command& command, model::HeadAngles& from);
+/// Not required.
+void AddFromOption(Command& command, std::optional<model::HeadAngles>& from);
+/// Not required unless the caller says so.
+Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets);
+
+} // namespace qmv40::cli

@@ -1,9 +1,12 @@
-#include "cli/Calculator.h"
-#include "cli/Commands.h"
-#include "cli/Json.h"
-#include "cli/Options.h"
-#include "cli/Platform.h"
-#include "cli/PositionLine.h"
+#include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
+#include "tools/component/Calculator.h"
+#include "tools/plans/MovesJson.h"
+#include "tools/plans/PositionLine.h"
+#include "tools/settings/SettingsOverride.h"
+#include "tools/text/Json.h"
+
+namespace qmv40::cli {
 
 namespace {
 
@@ -11,25 +14,27 @@ struct PoleOptions : CommonOptions {
     std::string geometry;
 };
 
-void Run(const PoleOptions& options, const Console& console) {
-    const SettingsOverride settings(options.settings);
-    Calculator calculator;
+void Run(const PoleOptions& options, const text::Console& console) {
+    const settings::SettingsOverride settings(options.settings);
+    component::Calculator calculator;
     calculator.LoadHeadGeometry(options.geometry);
     const XYZData pole = calculator.PoleSpherePosition();
-    if (options.json) return PrintJson({{"poleSpherePosition", PositionJson(pole)}}, console.out);
-    console.out << console.Strong("Centre of the pole sphere") << '\n' << PositionLine(pole) << '\n';
+    if (options.json) return text::PrintJson({{"poleSpherePosition", plans::PositionJson(pole)}}, console.out);
+    console.out << console.Strong("Centre of the pole sphere") << '\n' << plans::PositionLine(pole) << '\n';
 }
 
 } // namespace
 
-void AddPoleCommand(CLI::App& tool, const Console& console) {
-    CLI::App& command = *tool.add_subcommand("pole", "Show the centre of the pole sphere");
+void AddPoleCommand(Command tool, const text::Console& console) {
+    Command command = tool.AddCommand("pole", "Show the centre of the pole sphere");
     const auto options = std::make_shared<PoleOptions>();
     AddGeometryOption(command, options->geometry);
     AddCommonOptions(command, *options);
-    command.footer("Example:\n"
-                   "  qmv40 pole --geometry head.ini\n"
-                   "\n"
-                   "It is the head centre as well: the point where the A and B axes meet.");
-    command.callback([options, &console] { Run(*options, console); });
+    command.SetFooter("Example:\n"
+                      "  qmv40 pole --geometry head.ini\n"
+                      "\n"
+                      "It is the head centre as well: the point where the A and B axes meet.");
+    command.OnRun([options, &console] { Run(*options, console); });
 }
+
+} // namespace qmv40::cli

@@ -1,6 +1,9 @@
-#include "cli/Commands.h"
-#include "cli/Options.h"
-#include "cli/SelfCheckReport.h"
+#include "tools/cli/Commands.h"
+#include "tools/cli/ExitCode.h"
+#include "tools/cli/Options.h"
+#include "tools/selfcheck/SelfCheckReport.h"
+
+namespace qmv40::cli {
 
 namespace {
 
@@ -10,15 +13,20 @@ struct SelfcheckOptions {
 
 } // namespace
 
-void AddSelfcheckCommand(CLI::App& tool, const Console& console) {
-    CLI::App& command =
-        *tool.add_subcommand("selfcheck", "Hold the signs and constants of this build against worked numbers");
+void AddSelfcheckCommand(Command tool, const text::Console& console) {
+    Command command = tool.AddCommand("selfcheck", "Hold the signs and constants of this build against worked numbers");
     const auto options = std::make_shared<SelfcheckOptions>();
-    command.add_flag("--json", options->json, "Print one JSON document instead of text");
-    command.footer("Example:\n"
-                   "  qmv40 selfcheck\n"
-                   "\n"
-                   "The built-in dimensions of the head are used, whatever the settings say, and nothing is written.\n"
-                   "Exit code 4 when something is off: do not move a machine by that build.");
-    command.callback([options, &console] { ReportSelfChecks(RunSelfChecks(), options->json, console); });
+    AddJsonOption(command, options->json);
+    command.SetFooter(
+        "Example:\n"
+        "  qmv40 selfcheck\n"
+        "\n"
+        "The built-in dimensions of the head are used, whatever the settings say, and nothing is written.\n"
+        "Exit code 4 when something is off: do not move a machine by that build.");
+    command.OnRun([options, &console] {
+        const bool isPassed = selfcheck::ReportSelfChecks(selfcheck::RunSelfChecks(), options->json, console);
+        if (!isPassed) throw CommandEnded{exitFindings};
+    });
 }
+
+} // namespace qmv40::cli

@@ -1,39 +1,45 @@
-#include "cli/Calculator.h"
-#include "cli/Commands.h"
-#include "cli/Json.h"
-#include "cli/Options.h"
-#include "cli/Platform.h"
-#include "cli/PositionLine.h"
+#include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
+#include "tools/component/Calculator.h"
+#include "tools/plans/MovesJson.h"
+#include "tools/plans/PositionLine.h"
+#include "tools/settings/SettingsOverride.h"
+#include "tools/text/Json.h"
+
+namespace qmv40::cli {
 
 namespace {
 
 struct StartOptions : CommonOptions {
     std::string geometry;
-    HeadAngles from{};
+    model::HeadAngles from{};
 };
 
-void Run(const StartOptions& options, const Console& console) {
-    const SettingsOverride settings(options.settings);
-    Calculator calculator;
+void Run(const StartOptions& options, const text::Console& console) {
+    const settings::SettingsOverride settings(options.settings);
+    component::Calculator calculator;
     calculator.LoadHeadGeometry(options.geometry);
     calculator.SetCurrentHeadPosition(options.from);
     const XYZData start = calculator.StartPosition();
-    if (options.json) return PrintJson({{"startPosition", PositionJson(start)}}, console.out);
-    console.out << console.Strong("Start of any indexing from " + HeadAnglesText(options.from) + " (deg)") << '\n'
-                << PositionLine(start) << '\n';
+    if (options.json) return text::PrintJson({{"startPosition", plans::PositionJson(start)}}, console.out);
+    console.out << console.Strong("Start of any indexing from " + plans::HeadAnglesText(options.from) + " (deg)")
+                << '\n'
+                << plans::PositionLine(start) << '\n';
 }
 
 } // namespace
 
-void AddStartCommand(CLI::App& tool, const Console& console) {
-    CLI::App& command = *tool.add_subcommand("start", "Show where every indexing from a head position begins");
+void AddStartCommand(Command tool, const text::Console& console) {
+    Command command = tool.AddCommand("start", "Show where every indexing from a head position begins");
     const auto options = std::make_shared<StartOptions>();
     AddGeometryOption(command, options->geometry);
     AddFromOption(command, options->from);
     AddCommonOptions(command, *options);
-    command.footer("Example:\n"
-                   "  qmv40 start --geometry head.ini --from 45,90\n"
-                   "\n"
-                   "Bring the machine there by a path of your own before running the moves of a plan.");
-    command.callback([options, &console] { Run(*options, console); });
+    command.SetFooter("Example:\n"
+                      "  qmv40 start --geometry head.ini --from 45,90\n"
+                      "\n"
+                      "Bring the machine there by a path of your own before running the moves of a plan.");
+    command.OnRun([options, &console] { Run(*options, console); });
 }
+
+} // namespace qmv40::cli

@@ -1,19 +1,21 @@
 #pragma once
 
-#include "cli/Console.h"
+#include "tools/cli/CommandLine.h"
+#include "tools/text/Console.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
+namespace qmv40::cli {
 
-/// Gives `tool` its name, its texts and all its commands, which write to `console` (it must live as long).
-void MakeTool(CLI::App& tool, const Console& console);
+/// The tool's name, texts and commands, which write to `console` (it must live as long).
+std::unique_ptr<CommandLine> MakeTool(const text::Console& console);
 
-/// Runs the tool with the arguments that follow its name (UTF-8) and returns its exit code (Failures.h).
-int RunTool(std::vector<std::string> arguments, const Console& console);
+/// Runs the tool with the arguments that follow its name (UTF-8) and returns its exit code (ExitCode.h).
+int RunTool(std::vector<std::string> arguments, const text::Console& console);
 
 /// The user has not asked for plain text by setting NO_COLOR.
 bool ColourIsWelcome();
+
+} // namespace qmv40::cli

@@ -1,17 +1,20 @@
-#include "cli/Allowances.h"
-#include "cli/CheckReport.h"
-#include "cli/Commands.h"
-#include "cli/Drawing.h"
-#include "cli/Failures.h"
-#include "cli/Files.h"
-#include "cli/Installation.h"
-#include "cli/Markup.h"
-#include "cli/Options.h"
-#include "cli/PageTemplate.h"
-#include "cli/PlanSelection.h"
-#include "cli/Platform.h"
-#include "cli/Text.h"
-#include "cli/ViewDocument.h"
+#include "tools/cli/ExitCode.h"
+#include "tools/cli/Allowances.h"
+#include "tools/check/CheckReport.h"
+#include "tools/cli/Commands.h"
+#include "tools/view/Drawing.h"
+#include "tools/text/Failures.h"
+#include "tools/text/Files.h"
+#include "tools/settings/Installation.h"
+#include "tools/view/Markup.h"
+#include "tools/cli/Options.h"
+#include "tools/view/PageTemplate.h"
+#include "tools/cli/PlanSelection.h"
+#include "tools/settings/SettingsOverride.h"
+#include "tools/text/Text.h"
+#include "tools/view/ViewDocument.h"
+
+namespace qmv40::cli {
 
 namespace {
 
@@ -38,63 +41,63 @@ bool IsPageWanted(const ViewOptions& options) {
 
 std::string TemplateFile(const ViewOptions& options) {
     if (!options.pageTemplate.empty()) return options.pageTemplate;
-    return FindPageTemplate(PathOf(OwnFile()).parent_path());
+    return view::FindPageTemplate(text::PathOf(settings::OwnFile()).parent_path());
 }
 
-std::vector<std::string> Drawings(const ViewedTour& view) {
-    const std::vector<CheckedPlan>& plans = view.tour.plans;
+std::vector<std::string> Drawings(const view::ViewedTour& view) {
+    const std::vector<check::CheckedPlan>& plans = view.tour.plans;
     std::vector<std::string> drawings;
     for (std::size_t i = 0; i < plans.size(); ++i) {
         drawings.push_back(
-            ThreeViews({view.name, view.title, plans[i], view.head, view.options.sizes, i + 1, plans.size()}));
+            view::ThreeViews({view.name, view.title, plans[i], view.head, view.options.sizes, i + 1, plans.size()}));
     }
     return drawings;
 }
 
-std::string PageText(const std::string& templateFile, const std::string& content, const ViewedTour& view,
+std::string PageText(const std::string& templateFile, const std::string& content, const view::ViewedTour& view,
                      const std::vector<std::string>& drawings) {
     std::string figures;
     for (const std::string& drawing : drawings) figures += "<figure>\n" + drawing + "</figure>\n";
-    const Filling fillings[] = {{"@TITLE@", MarkupText(view.title)},
-                                {"@DOCUMENT@", EmbeddedDocument(ViewDocument(view))},
+    const view::Filling fillings[] = {{"@TITLE@", view::MarkupText(view.title)},
+                                {"@DOCUMENT@", view::EmbeddedDocument(view::ViewDocument(view))},
                                 {"@DRAWINGS@", figures}};
-    return FilledTemplate(templateFile, content, fillings);
+    return view::FilledTemplate(templateFile, content, fillings);
 }
 
 /// One plan is drawn into the file, each of several into one of its own: plan-1.svg, plan-2.svg.
 std::string DrawingFile(const std::string& fileName, std::size_t index, std::size_t count) {
     if (count == 1) return fileName;
-    std::filesystem::path path = PathOf(fileName);
+    std::filesystem::path path = text::PathOf(fileName);
     const std::filesystem::path extension = path.extension();
     path.replace_extension();
     path += "-" + std::to_string(index + 1);
     path += extension;
-    return Utf8Name(path);
+    return text::Utf8Name(path);
 }
 
 std::vector<Outcome> DrawingFiles(const ViewOptions& options, const std::vector<std::string>& drawings) {
     if (options.drawing.empty()) return {};
     std::vector<Outcome> files;
     for (std::size_t i = 0; i < drawings.size(); ++i) {
-        files.push_back({DrawingFile(options.drawing, i, drawings.size()), DrawingFileText(drawings[i]),
+        files.push_back({DrawingFile(options.drawing, i, drawings.size()), view::DrawingFileText(drawings[i]),
                          "print it on A4 at its own size (100 %), and its scale holds"});
     }
     return files;
 }
 
-ViewedTour CheckedView(const ViewOptions& options) {
-    const check::HeadModel head = LoadModel(options.selection.geometry);
-    CheckedTour tour = CheckTour(SelectedPlans(options.selection), head, options.check);
-    const std::string name = Utf8Name(PathOf(options.selection.geometry).filename());
-    return {name, name + ": " + StopsText(tour.plans), head, options.check, std::move(tour)};
+view::ViewedTour CheckedView(const ViewOptions& options) {
+    const model::HeadModel head = check::LoadModel(options.selection.geometry);
+    check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, options.check);
+    const std::string name = text::Utf8Name(text::PathOf(options.selection.geometry).filename());
+    return {name, name + ": " + view::StopsText(tour.plans), head, options.check, std::move(tour)};
 }
 
-void Run(const ViewOptions& options, const Console& console) {
-    if (!options.selection.IsComplete()) throw UsageError{"view: give --from and --to, or --plan"};
-    const SettingsOverride settings(options.settings);
+void Run(const ViewOptions& options, const text::Console& console) {
+    if (!options.selection.IsComplete()) throw text::UsageError{"view: give --from and --to, or --plan"};
+    const settings::SettingsOverride settings(options.settings);
     const std::string templateFile = IsPageWanted(options) ? TemplateFile(options) : "";
-    const std::string pageTemplate = templateFile.empty() ? "" : ReadWholeFile(templateFile);
-    const ViewedTour view = CheckedView(options);
+    const std::string pageTemplate = templateFile.empty() ? "" : text::ReadWholeFile(templateFile);
+    const view::ViewedTour view = CheckedView(options);
     const bool isDrawn = !templateFile.empty() || !options.drawing.empty();
     const std::vector<std::string> drawings = isDrawn ? Drawings(view) : std::vector<std::string>();
 
@@ -104,29 +107,22 @@ void Run(const ViewOptions& options, const Console& console) {
         files.push_back({options.output.empty() ? defaultPage : options.output,
                          PageText(templateFile, pageTemplate, view, drawings), "open it in a browser"});
     }
-    for (const Outcome& file : files) WriteWholeFile(file.file, file.content);
+    for (const Outcome& file : files) text::WriteWholeFile(file.file, file.content);
 
     if (options.json) {
-        PrintJson(ViewDocument(view), console.out);
+        text::PrintJson(view::ViewDocument(view), console.out);
     } else {
-        PrintJudgement(view.tour, console);
+        check::PrintJudgement(view.tour, console);
     }
     for (const Outcome& file : files) console.err << "Written to " << file.file << ": " << file.whatToDo << ".\n";
     if (view.tour.Findings() != 0) throw CommandEnded{exitFindings};
 }
 
-void AddWhatToWrite(CLI::App& command, ViewOptions& options) {
-    command
-        .add_option("--output", options.output,
-                    "Write the page here; view.html unless given, none with --svg or --json alone")
-        ->type_name("FILE");
-    command
-        .add_option("--svg", options.drawing,
-                    "Write a drawing of three views for paper here. Of a tour each plan has a sheet of its own: "
-                    "plan.svg becomes plan-1.svg, plan-2.svg ...")
-        ->type_name("FILE");
-    command.add_option("--template", options.pageTemplate, "Fill this page instead of the installed one")
-        ->type_name("FILE");
+void AddWhatToWrite(Command& command, ViewOptions& options) {
+    command.AddText("--output", options.output, "FILE", "Write the page here; view.html unless given, none with --svg or --json alone");
+    command.AddText("--svg", options.drawing, "FILE", "Write a drawing of three views for paper here. Of a tour each plan has a sheet of its own: "
+                    "plan.svg becomes plan-1.svg, plan-2.svg ...");
+    command.AddText("--template", options.pageTemplate, "FILE", "Fill this page instead of the installed one");
 }
 
 constexpr const char* viewFooter =
@@ -143,13 +139,15 @@ constexpr const char* viewFooter =
 
 } // namespace
 
-void AddViewCommand(CLI::App& tool, const Console& console) {
-    CLI::App& command = *tool.add_subcommand("view", "Show plans in space, as a page for a browser or on paper");
+void AddViewCommand(Command tool, const text::Console& console) {
+    Command command = tool.AddCommand("view", "Show plans in space, as a page for a browser or on paper");
     const auto options = std::make_shared<ViewOptions>();
     AddPlanSelection(command, options->selection);
     AddAllowances(command, options->check);
     AddWhatToWrite(command, *options);
     AddCommonOptions(command, *options);
-    command.footer(viewFooter);
-    command.callback([options, &console] { Run(*options, console); });
+    command.SetFooter(viewFooter);
+    command.OnRun([options, &console] { Run(*options, console); });
 }
+
+} // namespace qmv40::cli

@@ -1,11 +1,13 @@
-#include "manual/Manual.h"
+#include "tools/manual/Manual.h"
 
-#include "cli/HeadSettings.h"
+#include "tools/settings/HeadSettings.h"
+
+namespace qmv40::manual {
 
 namespace {
 
 /// The words after the tool's own name, as the script keeps them.
-std::string WordsOf(const ManualCommand& command) {
+std::string WordsOf(const cli::CommandDescription& command) {
     const std::size_t blank = command.name.find(' ');
     return blank == std::string::npos ? "" : command.name.substr(blank + 1);
 }
@@ -13,9 +15,9 @@ std::string WordsOf(const ManualCommand& command) {
 std::string LastWord(const std::string& name) { return name.substr(name.rfind(' ') + 1); }
 
 /// Calls `visit` for the command and all below it.
-template <typename Visit> void ForEach(const ManualCommand& command, const Visit& visit) { // NOLINT(misc-no-recursion)
+template <typename Visit> void ForEach(const cli::CommandDescription& command, const Visit& visit) { // NOLINT(misc-no-recursion)
     visit(command);
-    for (const ManualCommand& each : command.commands) ForEach(each, visit);
+    for (const cli::CommandDescription& each : command.commands) ForEach(each, visit);
 }
 
 /// A case of the script: what was typed so far, and how to complete it.
@@ -25,14 +27,14 @@ std::string Case(const std::string& pattern, const std::string& action) {
 
 std::string SettingNames() {
     std::string names;
-    for (const HeadSetting& setting : AllHeadSettings()) {
+    for (const settings::HeadSetting& setting : settings::AllHeadSettings()) {
         names += (names.empty() ? "" : " ") + std::string(setting.shortName) + "=";
     }
     return names;
 }
 
 /// How the value of an option is completed.
-std::string ValueAction(const ManualOption& option) {
+std::string ValueAction(const cli::OptionDescription& option) {
     if (option.IsFile()) return "_qmv40_files; return";
     if (option.argument == "NAME=NUMBER") return "compopt -o nospace 2>/dev/null; words=\"" + SettingNames() + "\"";
     std::string choices;
@@ -40,20 +42,20 @@ std::string ValueAction(const ManualOption& option) {
     return choices.empty() ? "return" : "words=\"" + choices + "\"";
 }
 
-std::string CommandCases(const ManualCommand& tool) {
+std::string CommandCases(const cli::CommandDescription& tool) {
     std::string cases;
-    ForEach(tool, [&](const ManualCommand& command) {
-        for (const ManualCommand& each : command.commands) {
+    ForEach(tool, [&](const cli::CommandDescription& command) {
+        for (const cli::CommandDescription& each : command.commands) {
             cases += "    " + Case(WordsOf(command) + "|" + LastWord(each.name), "command=\"" + WordsOf(each) + "\"");
         }
     });
     return cases;
 }
 
-std::string ValueCases(const ManualCommand& tool) {
+std::string ValueCases(const cli::CommandDescription& tool) {
     std::string cases;
-    ForEach(tool, [&](const ManualCommand& command) {
-        for (const ManualOption& option : command.options) {
+    ForEach(tool, [&](const cli::CommandDescription& command) {
+        for (const cli::OptionDescription& option : command.options) {
             if (option.argument.empty()) continue;
             for (const std::string& name : option.names)
                 cases += Case(WordsOf(command) + "|" + name, ValueAction(option));
@@ -62,13 +64,13 @@ std::string ValueCases(const ManualCommand& tool) {
     return cases;
 }
 
-std::string WordCases(const ManualCommand& tool) {
+std::string WordCases(const cli::CommandDescription& tool) {
     std::string cases;
-    ForEach(tool, [&](const ManualCommand& command) {
+    ForEach(tool, [&](const cli::CommandDescription& command) {
         std::string words;
         bool takesFile = false;
-        for (const ManualCommand& each : command.commands) words += LastWord(each.name) + ' ';
-        for (const ManualOption& option : command.options) {
+        for (const cli::CommandDescription& each : command.commands) words += LastWord(each.name) + ' ';
+        for (const cli::OptionDescription& option : command.options) {
             takesFile = takesFile || (option.IsPositional() && option.IsFile());
             for (const std::string& name : option.names) words += name + ' ';
         }
@@ -81,7 +83,7 @@ std::string WordCases(const ManualCommand& tool) {
 
 } // namespace
 
-std::string BashCompletion(const ManualCommand& tool) {
+std::string BashCompletion(const cli::CommandDescription& tool) {
     return "# Completes the command line of qmv40 in bash.\n"
            "_qmv40_files() {\n"
            "    compopt -o filenames 2>/dev/null\n"
@@ -110,3 +112,5 @@ std::string BashCompletion(const ManualCommand& tool) {
            "\n"
            "complete -F _qmv40 qmv40\n";
 }
+
+} // namespace qmv40::manual

@@ -1,25 +1,28 @@
 // Writes the manual page and the completions into the folder that it is given.
 
-#include "cli/Failures.h"
-#include "cli/Files.h"
-#include "manual/Manual.h"
+#include "tools/cli/ExitCode.h"
+#include "tools/text/Failures.h"
+#include "tools/text/Files.h"
+#include "tools/manual/Manual.h"
 
 #include <iostream>
+
+using namespace qmv40;
 
 int main(int argc, char** argv) {
     if (argc != 2) {
         std::cerr << "usage: qmv40_manual FOLDER\n";
-        return exitWrongUsage;
+        return cli::exitWrongUsage;
     }
     const std::string folder(argv[1]); // NOLINT(*-pointer-arithmetic)
     try {
-        const ManualCommand tool = DescribeTool();
-        WriteWholeFile(folder + "/qmv40.1", ManPage(tool));
-        WriteWholeFile(folder + "/qmv40.bash", BashCompletion(tool));
-        WriteWholeFile(folder + "/_qmv40", ZshCompletion(tool));
-    } catch (const InputError& error) {
+        const cli::CommandDescription tool = manual::DescribeTool();
+        text::WriteWholeFile(folder + "/qmv40.1", manual::ManPage(tool));
+        text::WriteWholeFile(folder + "/qmv40.bash", manual::BashCompletion(tool));
+        text::WriteWholeFile(folder + "/_qmv40", manual::ZshCompletion(tool));
+    } catch (const text::InputError& error) {
         std::cerr << error.file << ": " << error.reason << '\n';
-        return exitBadFile;
+        return cli::exitBadFile;
     }
-    return exitDone;
+    return cli::exitDone;
 }

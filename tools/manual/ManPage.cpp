@@ -1,7 +1,9 @@
-#include "manual/Manual.h"
+#include "tools/manual/Manual.h"
 
 #include <algorithm>
 #include <sstream>
+
+namespace qmv40::manual {
 
 namespace {
 
@@ -57,18 +59,18 @@ std::string Escaped(const std::string& text) {
 std::string Bold(const std::string& text) { return "\\fB" + Escaped(text) + "\\fR"; }
 std::string Italic(const std::string& text) { return "\\fI" + Escaped(text) + "\\fR"; }
 
-bool IsHelp(const ManualOption& option) { return std::ranges::find(option.names, "--help") != option.names.end(); }
+bool IsHelp(const cli::OptionDescription& option) { return std::ranges::find(option.names, "--help") != option.names.end(); }
 
-std::string NameAndArgument(const ManualOption& option) {
+std::string NameAndArgument(const cli::OptionDescription& option) {
     std::string text;
     for (const std::string& name : option.names) text += (text.empty() ? "" : ", ") + Bold(name);
     if (!option.argument.empty()) text += (text.empty() ? "" : " ") + Italic(option.argument);
     return text;
 }
 
-std::string Synopsis(const ManualCommand& command) {
+std::string Synopsis(const cli::CommandDescription& command) {
     std::string text = Bold(command.name);
-    for (const ManualOption& option : command.options) {
+    for (const cli::OptionDescription& option : command.options) {
         if (IsHelp(option)) continue;
         const std::string usage = NameAndArgument(option) + (option.isRepeatable ? " ..." : "");
         text += option.isRequired ? " " + usage : " [" + usage + "]";
@@ -96,9 +98,9 @@ std::string Paragraphs(const std::string& footer) {
     return page + (isExample ? ".EE\n" : "");
 }
 
-std::string Options(const ManualCommand& command) {
+std::string Options(const cli::CommandDescription& command) {
     std::string page;
-    for (const ManualOption& option : command.options) {
+    for (const cli::OptionDescription& option : command.options) {
         if (IsHelp(option)) continue;
         page += ".TP\n" + NameAndArgument(option) + '\n' + Escaped(option.description) + '.';
         if (option.isRequired) page += " Required.";
@@ -108,21 +110,21 @@ std::string Options(const ManualCommand& command) {
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): commands have commands of their own
-void AppendCommand(const ManualCommand& command, std::string& page) {
+void AppendCommand(const cli::CommandDescription& command, std::string& page) {
     page += ".SS " + Escaped(command.name) + '\n' + Escaped(command.description) + ".\n" + Options(command) + ".PP\n" +
             Paragraphs(command.footer);
-    for (const ManualCommand& each : command.commands) AppendCommand(each, page);
+    for (const cli::CommandDescription& each : command.commands) AppendCommand(each, page);
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): commands have commands of their own
-void AppendSynopsis(const ManualCommand& command, std::string& page) {
+void AppendSynopsis(const cli::CommandDescription& command, std::string& page) {
     if (command.commands.empty()) page += Synopsis(command) + "\n.br\n";
-    for (const ManualCommand& each : command.commands) AppendSynopsis(each, page);
+    for (const cli::CommandDescription& each : command.commands) AppendSynopsis(each, page);
 }
 
 } // namespace
 
-std::string ManPage(const ManualCommand& tool) {
+std::string ManPage(const cli::CommandDescription& tool) {
     std::string page = ".TH QMV40 1 \"\" \"qmv40 " QMV40_VERSION "\" \"User Commands\"\n"
                        ".SH NAME\nqmv40 \\- measure and index a motorless probe head\n"
                        ".SH SYNOPSIS\n";
@@ -130,6 +132,8 @@ std::string ManPage(const ManualCommand& tool) {
     page += Bold("qmv40") + " " + Bold("--version") + "\n.br\n" + Bold("qmv40") + " [" + Italic("COMMAND") + "] " +
             Bold("--help") + '\n';
     page += ".SH DESCRIPTION\n" + Escaped(tool.description) + "\n.PP\n" + Paragraphs(tool.footer) + ".SH COMMANDS\n";
-    for (const ManualCommand& command : tool.commands) AppendCommand(command, page);
+    for (const cli::CommandDescription& command : tool.commands) AppendCommand(command, page);
     return page + environment + files + exitStatus;
 }
+
+} // namespace qmv40::manual

@@ -1,37 +1,22 @@
 #pragma once
 
+#include "tools/cli/CommandLine.h"
+
 #include <string>
-#include <vector>
 
-/// What the command line offers, taken from the parser itself, so that no page or completion says anything else.
+/// Pages and completions, made from the definition of the command line, so that they cannot contradict it.
 
-struct ManualOption {
-    std::vector<std::string> names;   ///< "-h", "--help"; none for an argument that has its place
-    std::string argument;             ///< what follows, such as FILE; empty for a switch
-    std::vector<std::string> choices; ///< the only values that are taken, where that is so
-    std::string description;
-    bool isRequired;
-    bool isRepeatable;
+namespace qmv40::manual {
 
-    bool IsFile() const { return argument == "FILE"; }
-    bool IsPositional() const { return names.empty(); }
-};
-
-struct ManualCommand {
-    std::string name; ///< all words: "qmv40 settings write"
-    std::string description;
-    std::string footer;
-    std::vector<ManualOption> options;
-    std::vector<ManualCommand> commands; ///< of which one must be given; none for most
-};
-
-ManualCommand DescribeTool();
+cli::CommandDescription DescribeTool();
 
 /// The page for man, in the man macros.
-std::string ManPage(const ManualCommand& tool);
+std::string ManPage(const cli::CommandDescription& tool);
 
 /// A script that teaches bash to complete the tool's command line; it needs nothing but bash.
-std::string BashCompletion(const ManualCommand& tool);
+std::string BashCompletion(const cli::CommandDescription& tool);
 
 /// The same for zsh's completion system: a function file _qmv40.
-std::string ZshCompletion(const ManualCommand& tool);
+std::string ZshCompletion(const cli::CommandDescription& tool);
+
+} // namespace qmv40::manual

@@ -1,18 +1,20 @@
-#include "manual/Manual.h"
+#include "tools/manual/Manual.h"
 
-#include "cli/HeadSettings.h"
+#include "tools/settings/HeadSettings.h"
 
 #include <algorithm>
 
+namespace qmv40::manual {
+
 namespace {
 
-std::string FunctionOf(const ManualCommand& command) {
+std::string FunctionOf(const cli::CommandDescription& command) {
     std::string name = "_" + command.name;
     std::ranges::replace(name, ' ', '_');
     return name;
 }
 
-std::string LastWord(const std::string& name) { return name.substr(name.rfind(' ') + 1); }
+std::string WordOf(const std::string& name) { return name.substr(name.rfind(' ') + 1); }
 
 /// Text inside single quotes, with a backslash before each of `special`.
 std::string Escaped(const std::string& text, std::string_view special) {
@@ -35,16 +37,16 @@ std::string Words(const std::vector<std::string>& words) {
 }
 
 /// How the value of an option is completed.
-std::string Action(const ManualOption& option) {
+std::string Action(const cli::OptionDescription& option) {
     if (option.IsFile()) return "_files";
     if (!option.choices.empty()) return "(" + Words(option.choices) + ")";
     if (option.argument != "NAME=NUMBER") return " ";
     std::vector<std::string> names;
-    for (const HeadSetting& setting : AllHeadSettings()) names.emplace_back(setting.shortName);
+    for (const settings::HeadSetting& setting : settings::AllHeadSettings()) names.emplace_back(setting.shortName);
     return "compadd -S = -- " + Words(names);
 }
 
-std::string OptionSpecification(const ManualOption& option) {
+std::string OptionSpecification(const cli::OptionDescription& option) {
     const std::string value = option.argument.empty() ? "" : ":" + Escaped(option.argument, ":") + ":" + Action(option);
     if (option.IsPositional()) return "        '1" + value + "' \\\n";
     const std::string text = "[" + Escaped(option.description, "[]\\") + "]" + value + "' \\\n";
@@ -57,12 +59,12 @@ std::string OptionSpecification(const ManualOption& option) {
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): commands have commands of their own
-void AppendFunction(const ManualCommand& command, std::string& script) {
-    for (const ManualCommand& each : command.commands) AppendFunction(each, script);
+void AppendFunction(const cli::CommandDescription& command, std::string& script) {
+    for (const cli::CommandDescription& each : command.commands) AppendFunction(each, script);
     script += FunctionOf(command) + "() {\n";
     if (!command.commands.empty()) script += "    local context state state_descr line\n    typeset -A opt_args\n";
     script += "    _arguments -C \\\n";
-    for (const ManualOption& option : command.options) script += OptionSpecification(option);
+    for (const cli::OptionDescription& option : command.options) script += OptionSpecification(option);
     if (command.commands.empty()) {
         script.erase(script.size() - std::string_view(" \\\n").size());
         script += "\n}\n\n";
@@ -72,16 +74,16 @@ void AppendFunction(const ManualCommand& command, std::string& script) {
               "    case $state in\n"
               "    command)\n"
               "        local -a commands=(\n";
-    for (const ManualCommand& each : command.commands) {
-        script += "            '" + LastWord(each.name) + ":" + Escaped(each.description, "") + "'\n";
+    for (const cli::CommandDescription& each : command.commands) {
+        script += "            '" + WordOf(each.name) + ":" + Escaped(each.description, "") + "'\n";
     }
     script += "        )\n"
               "        _describe command commands\n"
               "        ;;\n"
               "    rest)\n"
               "        case $words[1] in\n";
-    for (const ManualCommand& each : command.commands) {
-        script += "        " + LastWord(each.name) + ") " + FunctionOf(each) + " ;;\n";
+    for (const cli::CommandDescription& each : command.commands) {
+        script += "        " + WordOf(each.name) + ") " + FunctionOf(each) + " ;;\n";
     }
     script += "        esac\n"
               "        ;;\n"
@@ -91,9 +93,11 @@ void AppendFunction(const ManualCommand& command, std::string& script) {
 
 } // namespace
 
-std::string ZshCompletion(const ManualCommand& tool) {
+std::string ZshCompletion(const cli::CommandDescription& tool) {
     std::string script = "#compdef qmv40\n"
                          "# Completes the command line of qmv40 in zsh.\n\n";
     AppendFunction(tool, script);
     return script + FunctionOf(tool) + " \"$@\"\n";
 }
+
+} // namespace qmv40::manual

@@ -1,9 +1,9 @@
-#include "cli/Platform.h"
-#include "cli/Tool.h"
+#include "tools/text/Terminal.h"
+#include "tools/cli/Tool.h"
 
 #include <iostream>
 
 int main(int argc, char** argv) {
-    const Console console{std::cout, std::cerr, OutputIsTerminal() && ColourIsWelcome(), ErrorsGoToTerminal()};
-    return RunTool({argv + 1, argv + argc}, console);
+    const qmv40::text::Console console{std::cout, std::cerr, qmv40::text::OutputIsTerminal() && qmv40::cli::ColourIsWelcome(), qmv40::text::ErrorsGoToTerminal()};
+    return qmv40::cli::RunTool({argv + 1, argv + argc}, console);
 }

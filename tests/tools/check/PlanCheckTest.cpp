@@ -1,0 +1,115 @@
+#include "tools/check/PlanCheck.h"
+#include "tests/support/IdealHead.h"
+
+#include <cmath>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <limits>
+#include <set>
+#include <string>
+#include <vector>
+
+using namespace qmv40;
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+/// From (0, 0) to (0, 0) with the ideal head, worked out by hand from the numbers of docs/conventions.md.
+plans::PlanToCheck PlanByHand() {
+    const auto bearing = [](double x, double y) { return model::ToDegrees(std::atan2(y, x)); };
+    const double leverExit = bearing(30.3, 19.3);
+    const double leverEntry = bearing(30.3, 24.3);
+    const double peg = bearing(6.95, -34.0);
+    // Left-handed about the vertical: clockwise, seen from above, is positive.
+    const RequiredMoves moves{.ApproachUnLockLever = {30.3, -24.3, -36.55},
+                              .EngageWithUnLockLever = {30.3, -19.3, -36.55},
+                              .UnLock = {30.3, -2.0, -36.25, -1.0, 0.0, 0.0, -135.0},
+                              .DisengageFromUnLockLever = {30.3, 19.3, 35.0},
+                              .RotateToPeg = {0.0, 0.0, -32.25, 0.0, 0.0, 1.0, leverExit - peg},
+                              .MoveToPegAtSafeZ = {6.95, -34.0, 35.0},
+                              .ApproachPeg = {6.95, -34.0, 11.5},
+                              .EngageWithPeg = {6.95, -24.0, 11.5},
+                              .IntermediateAPosition = {0.0, 0.0, 0.0, -1.0, 0.0, 0.0, 0.0},
+                              .MoveToBPosition = {0.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0},
+                              .MoveToAPosition = {0.0, 0.0, 0.0, -1.0, 0.0, 0.0, 0.0},
+                              .DisengageFromPeg = {6.95, -34.0, 11.5},
+                              .DisengageFromPegToSafeZ = {6.95, -34.0, 35.0},
+                              .RotateToLockLever = {0.0, 0.0, -32.25, 0.0, 0.0, 1.0, peg - leverEntry},
+                              .MoveToLockLeverAtSafeZ = {30.3, 24.3, 35.0},
+                              .ApproachLockLever = {30.3, 24.3, -36.55},
+                              .EngageWithLockLever = {30.3, 19.3, -36.55},
+                              .Lock = {30.3, 2.0, -36.25, 1.0, 0.0, 0.0, -138.0},
+                              .DisengageFromLockLever = {30.3, -19.3, -26.55}};
+    return {{0.0, 0.0}, {0.0, 0.0}, plans::MovesInOrder(moves)};
+}
+
+std::vector<std::string> NamesOf(const check::PlanReport& report) {
+    std::vector<std::string> names;
+    for (const check::Finding& finding : report.findings) names.emplace_back(check::TextOf(finding.kind).name);
+    return names;
+}
+
+TEST(PlanCheck, PassesAPlanWorkedOutByHand) {
+    const check::PlanReport report = check::CheckPlan(IdealHead(), {}, PlanByHand());
+    EXPECT_THAT(NamesOf(report), IsEmpty());
+    EXPECT_EQ(plans::moveCount, report.moves.size());
+    EXPECT_LE(*report.targetMiss, rounding);
+}
+
+TEST(PlanCheck, NeverCallsAPlanClearThatItCannotJudge) {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    const model::HeadModel heads[] = {IdealHead(0.0, {nan, 0.0, 0.0}), IdealHead(0.0, {0.0, 0.0, nan}), IdealHead(nan)};
+    for (const model::HeadModel& head : heads) {
+        EXPECT_THAT(NamesOf(check::CheckPlan(head, {}, PlanByHand())), Not(IsEmpty()));
+    }
+    check::CheckOptions unknownSphere;
+    unknownSphere.sizes.poleSphereRadius = nan;
+    EXPECT_THAT(NamesOf(check::CheckPlan(IdealHead(), unknownSphere, PlanByHand())), Not(IsEmpty()));
+}
+
+TEST(PlanCheck, RunsUpToTheMoveThatIsNone) {
+    plans::PlanToCheck plan = PlanByHand();
+    plan.moves[5].data = XYZData{6.95, std::numeric_limits<double>::quiet_NaN(), 35.0};
+    const check::PlanReport report = check::CheckPlan(IdealHead(), {}, plan);
+    EXPECT_EQ(5u, report.moves.size());
+    EXPECT_THAT(NamesOf(report), ElementsAre("not-a-number")) << "and not that a swing leads to it";
+    EXPECT_EQ(5u, report.findings.front().move);
+    EXPECT_FALSE(report.targetMiss);
+}
+
+TEST(PlanCheck, KeepsToTheTravelOfTheMachineOnArcsToo) {
+    // The push over the top: 17.3 from the axis, and highest in the middle.
+    const double top = -36.25 + std::hypot(17.3, 0.3);
+    plans::PlanToCheck plan = PlanByHand();
+    plan.moves.resize(3);
+    check::CheckOptions options;
+    options.travel[2].largest = top + 0.01;
+    EXPECT_THAT(NamesOf(check::CheckPlan(IdealHead(), options, plan)), Not(testing::Contains("travel-limit-exceeded")));
+    options.travel[2].largest = top - 0.01;
+    EXPECT_THAT(NamesOf(check::CheckPlan(IdealHead(), options, plan)), testing::Contains("travel-limit-exceeded"));
+}
+
+TEST(PlanCheck, JudgesANextPlanFromWhereTheOneBeforeLeftTheMachine) {
+    const model::HeadModel head = IdealHead();
+    const check::PlanReport first = check::CheckPlan(head, {}, PlanByHand());
+    const check::PlanReport second = check::CheckNextPlan(head, {}, PlanByHand(), first);
+    EXPECT_THAT(NamesOf(second), IsEmpty());
+    EXPECT_TRUE(IsAt({30.3, -19.3, -26.55}, second.moves.front().run.path.Start(), 0.0));
+    // From 10 above the ball to 5 beside it, past its centre: the height of that triangle.
+    EXPECT_NEAR(10.0 * 5.0 / std::sqrt(125.0) - 2.5, second.moves.front().room.toLevers, rounding);
+}
+
+TEST(PlanCheck, GivesEveryFindingANameAMeaningAndARemedy) {
+    std::set<std::string> names;
+    for (const check::FindingText& text : check::AllFindingTexts()) {
+        EXPECT_TRUE(names.insert(text.name).second) << text.name << " stands twice";
+        EXPECT_EQ(std::string::npos, std::string(text.name).find_first_not_of("abcdefghijklmnopqrstuvwxyz-"));
+        EXPECT_TRUE(std::string(text.sentence).ends_with('.')) << text.name;
+        EXPECT_TRUE(std::string(text.remedy).ends_with('.')) << text.name;
+    }
+}
+
+} // namespace

@@ -1,0 +1,295 @@
+#include "tests/tools/cli/CheckedPlan.h"
+#include "tools/check/Findings.h"
+
+#include "tools/cli/Tool.h"
+
+#include <cmath>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sstream>
+
+using namespace qmv40;
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+// Lengths that the checker works out from a geometry file's ten digits.
+constexpr double filePrecision = 1e-6;
+
+class CheckCommand : public testing::Test {
+protected:
+    ToolRun Check(std::vector<std::string> more) const {
+        more.insert(more.begin(), {"check", "--geometry", geometry});
+        return RunQmv40(std::move(more));
+    }
+
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+};
+
+TEST_F(CheckCommand, FollowsLeverPegAndAnglesThroughTheMoves) {
+    const Json report = Check({"--from", "30,-45", "--to", "45,90", "--json"}).Document();
+    EXPECT_EQ("clear", report["verdict"].get<std::string>());
+    const Json& moves = report["plans"][0]["moves"];
+    ASSERT_EQ(19u, moves.size());
+    const struct {
+        const char* name;
+        const char* lever;
+        bool onPeg;
+        double a, b;
+    } expected[] = {
+        {"ApproachUnLockLever", "locked", false, 30, -45},
+        {"EngageWithUnLockLever", "locked", false, 30, -45},
+        {"UnLock", "open", false, 30, -45},
+        {"DisengageFromUnLockLever", "open", false, 30, -45},
+        {"RotateToPeg", "open", false, 30, -45},
+        {"MoveToPegAtSafeZ", "open", false, 30, -45},
+        {"ApproachPeg", "open", false, 30, -45},
+        {"EngageWithPeg", "open", true, 30, -45},
+        {"IntermediateAPosition", "open", true, 0, -45},
+        {"MoveToBPosition", "open", true, 0, 90},
+        {"MoveToAPosition", "open", true, 45, 90},
+        {"DisengageFromPeg", "open", false, 45, 90},
+        {"DisengageFromPegToSafeZ", "open", false, 45, 90},
+        {"RotateToLockLever", "open", false, 45, 90},
+        {"MoveToLockLeverAtSafeZ", "open", false, 45, 90},
+        {"ApproachLockLever", "open", false, 45, 90},
+        {"EngageWithLockLever", "open", false, 45, 90},
+        {"Lock", "locked", false, 45, 90},
+        {"DisengageFromLockLever", "locked", false, 45, 90},
+    };
+    std::size_t i = 0;
+    for (const auto& each : expected) {
+        SCOPED_TRACE(each.name);
+        const Json& move = moves[i++];
+        EXPECT_EQ(i, move["move"].get<std::size_t>());
+        EXPECT_EQ(each.name, move["name"].get<std::string>());
+        EXPECT_EQ(each.lever, move["after"]["lever"].get<std::string>());
+        EXPECT_EQ(each.onPeg, move["after"]["onPeg"].get<bool>());
+        EXPECT_NEAR(each.a, move["after"]["A"].get<double>(), filePrecision);
+        EXPECT_NEAR(each.b, move["after"]["B"].get<double>(), filePrecision);
+    }
+}
+
+TEST_F(CheckCommand, MeasuresTheRoomThatMovesLeave) {
+    const Json moves = Check({"--from", "0,0", "--to", "45,90", "--json"}).Document()["plans"][0]["moves"];
+    const auto toSphere = [&](std::size_t number) { return moves[number - 1]["roomToPoleSphere"].get<double>(); };
+    const auto toLevers = [&](std::size_t number) { return moves[number - 1]["roomToLevers"].get<double>(); };
+    EXPECT_NEAR(5.0 - 2.5, toLevers(1), filePrecision) << "approached from 5 mm";
+    EXPECT_NEAR(60.6 - 2.5, toLevers(3), filePrecision) << "its own lever must be touched: the other one counts";
+    EXPECT_NEAR(10.0 - 5.0, toSphere(7), filePrecision) << "approached from 10 mm";
+    const double cup = std::sqrt(6.95 * 6.95 + 24.0 * 24.0 + 11.5 * 11.5);
+    EXPECT_NEAR(cup - 5.0, toSphere(10), filePrecision) << "on the peg the head centre counts";
+    EXPECT_EQ("lever", moves[2]["mustTouch"].get<std::string>());
+    EXPECT_EQ("peg", moves[9]["mustTouch"].get<std::string>());
+    EXPECT_EQ("", moves[6]["mustTouch"].get<std::string>());
+}
+
+TEST_F(CheckCommand, TakesSphereAndBallOfTheirTrueSizes) {
+    const Json moves =
+        Check({"--from", "0,0", "--to", "45,90", "--sphere-radius", "8", "--ball-radius", "4.5", "--json"})
+            .Document()["plans"][0]["moves"];
+    EXPECT_NEAR(0.5, moves[0]["roomToLevers"].get<double>(), filePrecision);
+    EXPECT_NEAR(2.0, moves[6]["roomToPoleSphere"].get<double>(), filePrecision);
+    EXPECT_EQ(4, Check({"--from", "0,0", "--to", "45,90", "--sphere-radius", "10.5"}).exitCode);
+    EXPECT_EQ(4, Check({"--from", "0,0", "--to", "45,90", "--ball-radius", "5.5"}).exitCode);
+}
+
+TEST_F(CheckCommand, GivesTheSweptPathForDrawing) {
+    const Json moves = Check({"--from", "30,-45", "--to", "45,90", "--json"}).Document()["plans"][0]["moves"];
+    for (std::size_t i = 0; i < moves.size(); ++i) {
+        const Json& path = moves[i]["path"];
+        EXPECT_EQ("", DifferenceBetween(moves[i]["before"]["position"], path.front()["position"], 0.0));
+        EXPECT_EQ("", DifferenceBetween(moves[i]["after"]["position"], path.back()["position"], 0.0));
+        EXPECT_EQ(moves[i]["kind"] == "arc", path.size() > 2) << moves[i]["name"];
+        if (i > 0) {
+            EXPECT_EQ("", DifferenceBetween(moves[i - 1]["path"].back()["position"], path.front()["position"], 1e-12));
+        }
+    }
+    // Half of the turn from B = -45 to 90.
+    const Json& turn = moves[9]["path"];
+    EXPECT_NEAR(22.5, turn[(turn.size() - 1) / 2]["B"].get<double>(), 1.5 + filePrecision) << "three degrees a step";
+}
+
+TEST_F(CheckCommand, ChecksATourWithTheWayFromPlanToPlan) {
+    const Json report = Check({"--from", "0,0", "--to", "45,90", "--to", "15,-30", "--json"}).Document();
+    EXPECT_EQ("clear", report["verdict"].get<std::string>());
+    ASSERT_EQ(2u, report["plans"].size());
+    const Json& first = report["plans"][0]["moves"];
+    const Json& second = report["plans"][1]["moves"];
+    EXPECT_EQ("", DifferenceBetween(first[18]["after"]["position"], second[0]["before"]["position"], 1e-12));
+    // From 10 mm above the ball to 5 mm beside it: the height of that triangle.
+    EXPECT_NEAR(10.0 * 5.0 / std::sqrt(125.0) - 2.5, second[0]["roomToLevers"].get<double>(), filePrecision);
+    EXPECT_EQ(2, report["worst"]["roomToLevers"]["plan"].get<int>());
+    EXPECT_EQ(1, report["worst"]["roomToLevers"]["move"].get<int>());
+}
+
+TEST_F(CheckCommand, FindsATourThatIsBroken) {
+    Json tour = RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "45,90", "--json"}).Document();
+    tour["plans"].push_back(
+        RunQmv40({"move", "--geometry", geometry, "--from", "45,75", "--to", "0,0", "--json"}).Document()["plans"][0]);
+    const ToolRun run = Check({"--plan", folder.Write("tour.json", tour.dump()), "--json"});
+    EXPECT_EQ(4, run.exitCode);
+    const Json plans = run.Document()["plans"];
+    EXPECT_THAT(FindingNames(plans[0]), IsEmpty());
+    EXPECT_THAT(FindingNames(plans[1]), ElementsAre("the plan start-is-not-the-end-before"));
+    EXPECT_EQ(15.0, plans[1]["findings"][0]["amount"].get<double>());
+}
+
+TEST_F(CheckCommand, ShowsAPersonStateRoomWorstFigureAndVerdict) {
+    const ToolRun run = Check({"--from", "0,0", "--to", "45,90"});
+    EXPECT_EQ(0, run.exitCode);
+    for (const char* expected :
+         {"Plan: from A 0, B 0 to A 45, B 90 (deg), as after each move\n",
+          "  10  MoveToBPosition           open    on peg   0.0000  90.0000                  22.5055", "  peg\n",
+          "  least room to a lever                  2.5000 mm  move 1 ApproachUnLockLever\n",
+          "Verdict: clear, no findings in 1 plan.\n"}) {
+        EXPECT_THAT(run.out, HasSubstr(expected));
+    }
+    std::istringstream lines(run.out);
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 132u) << line;
+}
+
+TEST_F(CheckCommand, TellsAPersonWhatIsWrongAndWhatToDo) {
+    const ToolRun run = Check({"--from", "0,0", "--to", "45,90", "--z-travel", "-690,0"});
+    EXPECT_EQ(4, run.exitCode);
+    EXPECT_THAT(run.out, HasSubstr("  move 1 ApproachUnLockLever: travel-limit-exceeded by 1.5500 mm\n"
+                                   "      The move leaves the machine's travel.\n"
+                                   "      Move the pole sphere further into the measuring volume, or correct the "
+                                   "limits.\n"));
+    EXPECT_THAT(run.out, HasSubstr("Verdict: "));
+    EXPECT_THAT(run.out, Not(HasSubstr("clear")));
+}
+
+TEST_F(CheckCommand, ChecksAllPairsAndCountsThoseThatAreRefused) {
+    const ToolRun run = Check({"--all", "--json"});
+    EXPECT_EQ(0, run.exitCode);
+    EXPECT_THAT(run.err, Not(HasSubstr("\r"))) << "lines, if it takes long enough, where nothing can be written over";
+    const Json report = run.Document();
+    EXPECT_EQ(325, report["positions"].get<int>());
+    EXPECT_EQ(105625, report["pairs"].get<int>());
+    EXPECT_EQ(75000, report["refused"].get<int>()) << "A below 0 at either end: 325² - 175²";
+    EXPECT_EQ(30625, report["checked"].get<int>());
+    EXPECT_THAT(report["findings"], IsEmpty());
+    EXPECT_LE(report["worst"]["targetMiss"]["value"].get<double>(), filePrecision);
+}
+
+TEST_F(CheckCommand, GivesAnExampleOfEachFindingAmongAllPairs) {
+    const ToolRun run = Check({"--all", "--reachable", "--sphere-radius", "9.5", "--json"});
+    EXPECT_EQ(4, run.exitCode);
+    const Json report = run.Document();
+    EXPECT_EQ(0, report["refused"].get<int>());
+    ASSERT_EQ(1u, report["findings"].size());
+    const Json& finding = report["findings"][0];
+    EXPECT_EQ("touches-pole-sphere", finding["name"].get<std::string>());
+    EXPECT_GT(finding["count"].get<int>(), 0);
+    // That very plan has it.
+    const Json& first = finding["first"];
+    const auto angles = [](const Json& at) {
+        return std::to_string(at["A"].get<int>()) + "," + std::to_string(at["B"].get<int>());
+    };
+    const Json alone =
+        Check({"--from", angles(first["from"]), "--to", angles(first["to"]), "--sphere-radius", "9.5", "--json"})
+            .Document();
+    EXPECT_EQ(first["amount"].get<double>(), alone["plans"][0]["findings"][0]["amount"].get<double>());
+}
+
+TEST_F(CheckCommand, ShowsProgressOnATerminalAndLeavesNothingOfIt) {
+    std::ostringstream out;
+    std::ostringstream err;
+    EXPECT_EQ(4, cli::RunTool({"check", "--geometry", geometry, "--all", "--reachable", "--sphere-radius", "9.5"},
+                              {out, err, false, true}));
+    EXPECT_TRUE(err.str().ends_with("\r\x1b[K")) << err.str();
+    EXPECT_THAT(err.str(), Not(HasSubstr("\n")));
+    EXPECT_THAT(out.str(), HasSubstr(" times, first from A 0, B -180 to A "));
+}
+
+TEST_F(CheckCommand, RefusesADocumentThatIsNoPlan) {
+    const std::string head = R"({"plans":[{"from":{"A":0,"B":0},"to":{"A":0,"B":0},"moves":)";
+    const struct {
+        std::string text;
+        const char* reason;
+        const char* why;
+    } cases[] = {
+        {"{\n\"plans\": [,]}", ":2: is not JSON from here on", "a syntax error, with its line"},
+        {"", ":1: is not JSON from here on", "nothing at all"},
+        {"[]", ": the document is not an object", "another document"},
+        {"{}", ": the document has no member plans", "another document"},
+        {R"({"plans":{}})", ": plans is not a list", "one plan without its list"},
+        {R"({"plans":[]})", ": plans is empty", "no plan"},
+        {R"({"plans":[{"from":{"A":0}}]})", ": plans[0].from has no member B", "half of a position"},
+        {R"({"plans":[{"from":{"A":"0","B":0}}]})", ": plans[0].from.A is not a number", "a text for a number"},
+        {R"({"plans":[{"from":{"A":0,"A":1,"B":0}}]})", ": the member A stands twice", "which of them?"},
+        {R"({"plans":[{"from":{"A":1e999,"B":0}}]})", ": holds a number that is too large", "no double"},
+        {head + R"([]}]})", ": plans[0].moves is not an object", "a list of moves"},
+        {head + R"({"UnLok":{}}}]})", ": plans[0].moves has a member UnLok, and there is no such move", "a slip"},
+        {head + R"({"UnLock":{"XOrigin":0}}}]})", ": plans[0].moves.UnLock has no member YOrigin", "half an arc"},
+        {head + R"({"UnLock":3}}]})", ": plans[0].moves.UnLock is not an object", "a number for an arc"},
+    };
+    for (const auto& each : cases) {
+        const std::string name = folder.Write("plan.json", each.text);
+        const ToolRun run = Check({"--plan", name});
+        EXPECT_EQ(3, run.exitCode) << each.why;
+        EXPECT_EQ(name + each.reason + "\n", run.err) << each.why;
+        EXPECT_EQ("", run.out) << each.why;
+    }
+    EXPECT_EQ(3, Check({"--plan", folder.Name("missing.json")}).exitCode);
+}
+
+TEST_F(CheckCommand, NeedsToBeToldWhatToCheck) {
+    const std::string plan = folder.Write(
+        "plan.json", RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "0,0", "--json"}).out);
+    const struct {
+        std::vector<std::string> arguments;
+        const char* why;
+    } cases[] = {
+        {{}, "nothing"},
+        {{"--from", "0,0"}, "no target"},
+        {{"--to", "0,0"}, "no start"},
+        {{"--all", "--to", "0,0"}, "all and one"},
+        {{"--all", "--plan", plan}, "all and some"},
+        {{"--reachable", "--from", "0,0", "--to", "0,0"}, "reach matters for all pairs alone"},
+        {{"--plan", plan, "--to", "0,0", "--to", "15,0"}, "more targets than plans"},
+        {{"--all", "--sphere-radius", "-1"}, "a negative radius"},
+        {{"--all", "--clearance", "nan"}, "no number"},
+        {{"--all", "--x-travel", "5"}, "one limit"},
+        {{"--all", "--x-travel", "5,-5"}, "limits exchanged"},
+    };
+    for (const auto& each : cases) {
+        const ToolRun run = Check(each.arguments);
+        EXPECT_EQ(2, run.exitCode) << each.why;
+        EXPECT_EQ("", run.out) << each.why;
+        EXPECT_NE("", run.err) << each.why;
+    }
+}
+
+TEST_F(CheckCommand, ReportsARefusalOfTheComponentAsEveryCommandDoes) {
+    const ToolRun run = Check({"--from", "0,0", "--to", "-15,0", "--json"});
+    EXPECT_EQ(1, run.exitCode);
+    EXPECT_EQ("0x8A00000E", run.Document()["error"]["code"].get<std::string>());
+    EXPECT_EQ(3, RunQmv40({"check", "--geometry", folder.Name("missing.ini"), "--all"}).exitCode);
+}
+
+TEST(Check, ListsEveryFindingInTheManual) {
+    const std::string manual = ReadFile(std::string(QMV40_SCENARIOS) + "/../docs/qmv40.md");
+    for (const check::FindingText& text : check::AllFindingTexts()) {
+        EXPECT_THAT(manual, HasSubstr(std::string("| `") + text.name + "` |"));
+    }
+}
+
+TEST(Check, PassesEveryShippedScenarioWithTheBuiltInDimensions) {
+    for (const char* name : {"plain", "turned-30", "captured-at-b45"}) {
+        SCOPED_TRACE(name);
+        const TemporaryFolder folder;
+        const std::string geometry = folder.Name("head.ini");
+        ASSERT_EQ(0, RunQmv40(LoadScenario(name).GeometryArguments({"--output", geometry})).exitCode);
+        const ToolRun run = RunQmv40({"check", "--geometry", geometry, "--all", "--reachable"});
+        EXPECT_EQ(0, run.exitCode) << run.out;
+    }
+}
+
+} // namespace

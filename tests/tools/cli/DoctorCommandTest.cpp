@@ -1,0 +1,173 @@
+#include "tests/tools/cli/ToolRun.h"
+
+#include "tests/support/SettingsFixture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::HasSubstr;
+
+/// What the findings say, one after the other.
+std::string FindingsOf(const Json& document) {
+    std::string text;
+    for (const Json& each : document["findings"]) {
+        text += each["about"].get<std::string>() + " " + each["problem"].get<std::string>() + " -> " +
+                each["remedy"].get<std::string>() + "\n";
+    }
+    return text;
+}
+
+TEST(Doctor, FindsNothingWrongWhereNothingIsStored) {
+    SettingsFixture store;
+    store.CreateEmptyKey();
+    const ToolRun run = RunQmv40({"doctor"});
+    EXPECT_EQ(0, run.exitCode) << run.out << run.err;
+    EXPECT_THAT(run.out, HasSubstr("Nothing is wrong.\n"));
+}
+
+TEST(Doctor, TellsItsVersionItsBitsAndWhereTheComponentComesFrom) {
+    const Json document = RunQmv40({"doctor", "--json"}).Document();
+    EXPECT_EQ(QMV40_VERSION, document["tool"]["version"]);
+    EXPECT_EQ(64, document["tool"]["bits"]);
+    const std::filesystem::path component(document["component"]["file"].get<std::string>());
+    EXPECT_TRUE(std::filesystem::is_regular_file(component)) << component;
+    EXPECT_EQ(14u, document["settings"]["values"].size());
+    EXPECT_FALSE(document.contains("geometry"));
+}
+
+TEST(Doctor, ShowsEachDimensionWithItsOriginAndComplainsOfWhatIsSilencedOrReadsAsZero) {
+    SettingsFixture store;
+    store.SetText("Head Centre To Drive Cup X Offset", "7");
+    store.SetText("Head Centre To Drive Cup Y Offset", "24.5");
+    store.SetText("Lever Centre To Ball Centre X Offset", "zero");
+    const ToolRun run = RunQmv40({"doctor", "--json"});
+    EXPECT_EQ(4, run.exitCode);
+    const Json document = run.Document();
+    EXPECT_EQ("stored", document["settings"]["values"][0]["origin"]);
+    EXPECT_EQ(7.0, document["settings"]["values"][0]["inForce"]);
+    EXPECT_EQ("builtIn", document["settings"]["values"][1]["origin"]);
+    EXPECT_EQ("24.5", document["settings"]["values"][1]["stored"]);
+    EXPECT_THAT(FindingsOf(document), HasSubstr("'24.5' is longer than '7'"));
+    EXPECT_THAT(FindingsOf(document), HasSubstr("\"7.000\", \"24.50\", \"-11.5\""));
+    EXPECT_THAT(FindingsOf(document), HasSubstr("'zero' reads as 0"));
+    const ToolRun shown = RunQmv40({"doctor"});
+    EXPECT_EQ(4, shown.exitCode);
+    EXPECT_THAT(shown.out, HasSubstr("\"Head Centre To Drive Cup Y Offset\" is not read, because '24.5' is longer"));
+}
+
+TEST(Doctor, ComplainsOfNamesThatNothingReads) {
+    SettingsFixture store;
+    store.SetText("Head Center To Drive Cup X Offset", "-7.00");
+    const ToolRun run = RunQmv40({"doctor", "--json"});
+    EXPECT_EQ(4, run.exitCode);
+    EXPECT_THAT(FindingsOf(run.Document()), HasSubstr("Did you mean \"Head Centre To Drive Cup X Offset\"?"));
+}
+
+// The geometry file
+
+class DoctorOfAGeometryFile : public testing::Test {
+protected:
+    DoctorOfAGeometryFile() { store.CreateEmptyKey(); }
+
+    ToolRun Examine(const std::string& content) const {
+        return RunQmv40({"doctor", "--geometry", folder.Write("head.ini", content), "--json"});
+    }
+
+    SettingsFixture store;
+    const TemporaryFolder folder;
+};
+
+constexpr const char* sound = "[HEADCENTRE]\nX=4.125000000e+02\nY=-1.782500000e+02\nZ=-6.550000000e+02\n"
+                              "[SAFEPOSITION]\nX=0.000000000e+00\nY=0.000000000e+00\nZ=-6.200000000e+02\n"
+                              "[AlignmentOffset]\nRequiredRotationAroundZ=0.000000000e+00\n";
+
+std::string With(const std::string& from, const std::string& to) {
+    std::string content = sound;
+    content.replace(content.find(from), from.size(), to);
+    return content;
+}
+
+TEST_F(DoctorOfAGeometryFile, IsSatisfiedWithOneThatTheToolWrote) {
+    const ToolRun run = RunQmv40({"doctor", "--geometry", PlainGeometryFile(folder), "--json"});
+    EXPECT_EQ(0, run.exitCode) << run.out;
+    const Json geometry = run.Document()["geometry"];
+    EXPECT_EQ("loaded", geometry["state"]);
+    EXPECT_EQ(Json::array(), geometry["ignored"]);
+    const Json first{{"section", "HEADCENTRE"}, {"key", "X"}, {"text", "4.125000000e+02"}, {"value", 412.5}};
+    EXPECT_EQ(first, geometry["values"][0]);
+    EXPECT_EQ(7u, geometry["values"].size());
+}
+
+TEST_F(DoctorOfAGeometryFile, NamesWhatIsWrongWithOne) {
+    const struct {
+        std::string content;
+        const char* state;
+        const char* finding;
+        const char* why;
+    } cases[] = {
+        {With("Y=-1.782500000e+02\n", ""), "refused by the component", "[HEADCENTRE] Y is missing", "a missing key"},
+        {With("[AlignmentOffset]\n", ""), "refused by the component",
+         "[AlignmentOffset] RequiredRotationAroundZ is missing", "a missing section"},
+        {With("Z=-6.200000000e+02", "Z=999999999"), "refused by the component", "[SAFEPOSITION] Z is 999999999",
+         "the mark of a missing value"},
+        {With("4.125000000e+02", "left"), "loaded", "[HEADCENTRE] X 'left' reads as 0: it does not begin with a number",
+         "a word"},
+        {With("4.125000000e+02", "412,5"), "loaded", "'412,5' reads as 412: the decimal mark is a point",
+         "a decimal comma"},
+        {With("4.125000000e+02", "412.5 mm"), "loaded", "'412.5 mm' reads as 412.5", "a unit"},
+        {With("4.125000000e+02", ""), "loaded", "[HEADCENTRE] X '' reads as 0", "an empty value"},
+        {With("-6.550000000e+02", "nan"), "loaded", "'nan' reads as nan, which is no length or angle", "not a number"},
+        {"", "refused by the component", "[HEADCENTRE] X is missing", "an empty file"},
+    };
+    for (const auto& each : cases) {
+        const ToolRun run = Examine(each.content);
+        EXPECT_EQ(4, run.exitCode) << each.why;
+        const Json document = run.Document();
+        EXPECT_EQ(each.state, document["geometry"]["state"]) << each.why;
+        EXPECT_THAT(FindingsOf(document), HasSubstr(each.finding)) << each.why;
+    }
+}
+
+TEST_F(DoctorOfAGeometryFile, NamesWhatStandsThereAndIsNotUsed) {
+    const struct {
+        std::string content;
+        const char* ignored;
+        const char* why;
+    } cases[] = {
+        {With("Z=-6.200000000e+02", "Z=-500"),
+         "[SAFEPOSITION] Z -500: the safe height is always the head centre's Z + 35, -620", "another safe height"},
+        {With("[AlignmentOffset]\n", "[AlignmentOffset]\nOperator=7\n"), "line 10: 'Operator' in [AlignmentOffset]",
+         "a key of somebody's own"},
+        {std::string(sound) + "[Notes]\nA=1\n", "line 11: section [Notes]", "a section of somebody's own"},
+        {With("X=4.125000000e+02\n", "X=4.125000000e+02\nX=1\n"), "line 3: a second [HEADCENTRE] X", "a key twice"},
+        {std::string(sound) + "[headcentre]\nX=1\n", "line 11: a second [headcentre]", "a section twice"},
+    };
+    for (const auto& each : cases) {
+        const ToolRun run = Examine(each.content);
+        EXPECT_EQ(0, run.exitCode) << each.why << run.out;
+        const Json ignored = run.Document()["geometry"]["ignored"];
+        ASSERT_EQ(1u, ignored.size()) << each.why << ignored.dump();
+        EXPECT_EQ(each.ignored, ignored[0]) << each.why;
+    }
+}
+
+TEST_F(DoctorOfAGeometryFile, ComplainsWhenItIsNotThere) {
+    const ToolRun run = RunQmv40({"doctor", "--geometry", folder.Name("missing.ini"), "--json"});
+    EXPECT_EQ(4, run.exitCode);
+    EXPECT_EQ("missing", run.Document()["geometry"]["state"]);
+    const ToolRun onAFolder = RunQmv40({"doctor", "--geometry", folder.Name("."), "--json"});
+    EXPECT_EQ(4, onAFolder.exitCode);
+    EXPECT_EQ("unreadable", onAFolder.Document()["geometry"]["state"]);
+}
+
+TEST_F(DoctorOfAGeometryFile, ShowsAPersonTheNumbersAndTheTexts) {
+    const std::string file = folder.Write("head.ini", With("4.125000000e+02", "412,5"));
+    const ToolRun run = RunQmv40({"doctor", "--geometry", file});
+    EXPECT_EQ(4, run.exitCode);
+    EXPECT_THAT(run.out, HasSubstr("Geometry file\n  " + file + ": loaded\n  [HEADCENTRE] X = 412  \"412,5\"\n"));
+    EXPECT_THAT(run.out, HasSubstr("line 2: \"[HEADCENTRE] X\" '412,5' reads as 412: the decimal mark is a point."));
+}
+
+} // namespace

@@ -1,0 +1,286 @@
+#include "tests/tools/cli/CommaLocale.h"
+#include "tests/tools/cli/ScenarioExpectations.h"
+#include "tools/cli/Tool.h"
+#include "tools/component/Calculator.h"
+#include "tools/plans/Moves.h"
+
+#include <bit>
+#include <charconv>
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <sstream>
+
+using namespace qmv40;
+
+namespace {
+
+std::vector<std::string> MoveArguments(const std::string& geometry, const std::string& from,
+                                       std::initializer_list<std::string> targets,
+                                       std::initializer_list<std::string> more = {}) {
+    std::vector<std::string> arguments{"move", "--geometry", geometry, "--from", from};
+    for (const std::string& target : targets) arguments.insert(arguments.end(), {"--to", target});
+    arguments.insert(arguments.end(), more);
+    return arguments;
+}
+
+Json PlansOf(const std::vector<std::string>& arguments) {
+    const ToolRun run = RunQmv40(arguments);
+    EXPECT_EQ(0, run.exitCode) << run.out << run.err;
+    return run.Document()["plans"];
+}
+
+class MoveCommand : public testing::Test {
+protected:
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+};
+
+TEST_F(MoveCommand, PrintsAll19MovesInOrderWithTheFieldsOfTheirKind) {
+    const Json document = RunQmv40(MoveArguments(geometry, "0,0", {"45,90"}, {"--json"})).Document();
+    const Json xyz{{"XPosition", 0.0}, {"YPosition", 0.0}, {"ZPosition", 0.0}};
+    const Json arc{{"XOrigin", 0.0},         {"YOrigin", 0.0},         {"ZOrigin", 0.0},      {"iRotationVector", 0.0},
+                   {"jRotationVector", 0.0}, {"kRotationVector", 0.0}, {"RotationAngle", 0.0}};
+    const Json moves{{"ApproachUnLockLever", xyz},
+                     {"EngageWithUnLockLever", xyz},
+                     {"UnLock", arc},
+                     {"DisengageFromUnLockLever", xyz},
+                     {"RotateToPeg", arc},
+                     {"MoveToPegAtSafeZ", xyz},
+                     {"ApproachPeg", xyz},
+                     {"EngageWithPeg", xyz},
+                     {"IntermediateAPosition", arc},
+                     {"MoveToBPosition", arc},
+                     {"MoveToAPosition", arc},
+                     {"DisengageFromPeg", xyz},
+                     {"DisengageFromPegToSafeZ", xyz},
+                     {"RotateToLockLever", arc},
+                     {"MoveToLockLeverAtSafeZ", xyz},
+                     {"ApproachLockLever", xyz},
+                     {"EngageWithLockLever", xyz},
+                     {"Lock", arc},
+                     {"DisengageFromLockLever", xyz}};
+    Json expected{{"plans", Json::array()}};
+    expected["plans"].push_back(
+        {{"from", {{"A", 0.0}, {"B", 0.0}}}, {"to", {{"A", 45.0}, {"B", 90.0}}}, {"moves", moves}});
+    constexpr double anyNumber = 1e300;
+    EXPECT_EQ("", DifferenceBetween(expected, document, anyNumber));
+}
+
+TEST_F(MoveCommand, PlansTheMovesOfTheHeadThatWasCaptured) {
+    // Worked by hand from the pole (412.5, -178.25, -655) and the head's dimensions: drive cup (-6.95, 24, -11.5),
+    // lever centre (+-30.3, 0, -32.25), ball (0, -+19.3, -4.3). B = 0 counts as negative: lever 0 at A = 0, and A = 45
+    // with B = 90 locks with lever 0.
+    const Json moves = PlansOf(MoveArguments(geometry, "0,0", {"45,90"}, {"--json"}))[0]["moves"];
+    const struct {
+        const char* move;
+        std::vector<double> numbers;
+    } cases[] = {
+        {"ApproachUnLockLever", {442.8, -202.55, -691.55}},
+        {"EngageWithUnLockLever", {442.8, -197.55, -691.55}},
+        {"UnLock", {442.8, -180.25, -691.25, -1.0, 0.0, 0.0, -135.0}},
+        {"DisengageFromUnLockLever", {442.8, -158.95, -620.0}},
+        {"ApproachPeg", {419.45, -212.25, -643.5}},
+        {"EngageWithPeg", {419.45, -202.25, -643.5}},
+        {"IntermediateAPosition", {412.5, -178.25, -655.0, -1.0, 0.0, 0.0, 0.0}},
+        {"MoveToBPosition", {412.5, -178.25, -655.0, 0.0, 0.0, 1.0, -90.0}},
+        {"MoveToAPosition", {412.5, -178.25, -655.0, 0.0, -1.0, 0.0, -45.0}},
+        {"ApproachLockLever", {442.8, -153.95, -691.55}},
+        {"Lock", {442.8, -176.25, -691.25, 1.0, 0.0, 0.0, -138.0}},
+        {"DisengageFromLockLever", {442.8, -197.55, -681.55}},
+    };
+    for (const auto& each : cases) {
+        ASSERT_EQ(each.numbers.size(), moves[each.move].size()) << each.move;
+        std::size_t i = 0;
+        for (const auto& item : moves[each.move].items()) {
+            EXPECT_NEAR(each.numbers[i++], item.value().get<double>(), roundedCapture.length)
+                << each.move << item.key();
+        }
+    }
+}
+
+TEST_F(MoveCommand, PrintsTheComponentsNumbersToTheLastBit) {
+    component::Calculator calculator;
+    calculator.LoadHeadGeometry(geometry);
+    calculator.SetCurrentHeadPosition({15.0, -75.0});
+    const RequiredMoves planned = calculator.CalculateMove({60.0, 165.0});
+    const Json moves = PlansOf(MoveArguments(geometry, "15,-75", {"60,165"}, {"--json"}))[0]["moves"];
+    const double* number = &planned.ApproachUnLockLever.XPosition;
+    for (const auto& move : moves.items()) {
+        for (const auto& field : move.value().items()) {
+            ASSERT_EQ(std::bit_cast<std::uint64_t>(*number++),
+                      std::bit_cast<std::uint64_t>(field.value().get<double>()))
+                << move.key() << field.key();
+        }
+    }
+}
+
+TEST_F(MoveCommand, KeepsTheSignOfAZeroAngle) {
+    const Json moves = PlansOf(MoveArguments(geometry, "0,0", {"0,90"}, {"--json"}))[0]["moves"];
+    EXPECT_TRUE(std::signbit(moves["MoveToAPosition"]["RotationAngle"].get<double>()));
+    EXPECT_FALSE(std::signbit(moves["IntermediateAPosition"]["RotationAngle"].get<double>()));
+}
+
+TEST_F(MoveCommand, PlansATourInWhichEachPlanStartsWhereTheOneBeforeEnded) {
+    const Json tour = PlansOf(MoveArguments(geometry, "0,0", {"45,-90", "90,180", "0,0"}, {"--json"}));
+    ASSERT_EQ(3u, tour.size());
+    const char* const stops[] = {"0,0", "45,-90", "90,180", "0,0"};
+    for (std::size_t i = 0; i < tour.size(); ++i) {
+        const Json single = PlansOf(MoveArguments(geometry, stops[i], {stops[i + 1]}, {"--json"}));
+        EXPECT_EQ(single[0].dump(), tour[i].dump()) << "plan " << i + 1;
+    }
+}
+
+TEST_F(MoveCommand, ShowsTheTargetThatTheComponentRoundedTo) {
+    const Json tour = PlansOf(MoveArguments(geometry, "0,0", {"45.4,-89.6", "0,0"}, {"--json"}));
+    EXPECT_EQ(R"({"A":45.0,"B":-90.0})", tour[0]["to"].dump());
+    EXPECT_EQ(R"({"A":45.0,"B":-90.0})", tour[1]["from"].dump());
+}
+
+TEST_F(MoveCommand, RefusesATargetThatTheHeadCannotReach) {
+    const struct {
+        const char* from;
+        const char* to;
+        const char* description;
+    } cases[] = {
+        {"0,0", "7.4,0", "Invalid A Target Angle, value must be a 15 degree interval."},
+        {"0,0", "0,7", "Invalid B Target Angle, value must be a 15 degree interval."},
+        {"0,0", "105,0", "Invalid A Target Angle, value must be between 0 and 90."},
+        {"0,0", "-45,0", "Invalid A Target Angle, value must be between 0 and 90."},
+        {"0,0", "0,-195", "Invalid B Target Angle, value must be between -180 and 180."},
+        {"0,0", "1e300,0", "Invalid A Target Angle, value must be between 0 and 90."},
+        {"45.4,0", "0,0", "Invalid A Target Angle, value must be a 15 degree interval."},
+    };
+    for (const auto& each : cases) {
+        const ToolRun text = RunQmv40(MoveArguments(geometry, each.from, {each.to}));
+        EXPECT_EQ(1, text.exitCode) << each.to;
+        EXPECT_EQ("", text.out) << each.to;
+        EXPECT_EQ("qmv40: error 0x8A00000E from CQMVCalculator::ValidateMoveTarget: " + std::string(each.description) +
+                      "\nA goes from 0 to 90 and B from -180 to 180, both in steps of 15 degrees.\n",
+                  text.err);
+        const ToolRun document = RunQmv40(MoveArguments(geometry, each.from, {each.to}, {"--json"}));
+        EXPECT_EQ(1, document.exitCode);
+        const Json error{{"code", "0x8A00000E"},
+                         {"source", "CQMVCalculator::ValidateMoveTarget"},
+                         {"description", each.description}};
+        EXPECT_EQ((Json{{"error", error}}).dump(), document.Document().dump());
+    }
+}
+
+TEST_F(MoveCommand, PrintsNoPlanOfATourThatIsRefusedOnTheWay) {
+    for (const char* format : {"--csv", "--json"}) {
+        const ToolRun run = RunQmv40(MoveArguments(geometry, "0,0", {"45,90", "45,91"}, {format}));
+        EXPECT_EQ(1, run.exitCode);
+        EXPECT_EQ(std::string::npos, run.out.find("UnLock")) << run.out;
+    }
+}
+
+TEST_F(MoveCommand, PrintsOneCsvRowAMove) {
+    const std::vector<std::string> tour = MoveArguments(geometry, "0,0", {"45,90", "15,-30"});
+    std::vector<std::string> asCsv = tour;
+    asCsv.push_back("--csv");
+    std::vector<std::string> asJson = tour;
+    asJson.push_back("--json");
+    const Json plans = PlansOf(asJson);
+
+    std::istringstream lines(RunQmv40(asCsv).out);
+    std::string line;
+    std::getline(lines, line);
+    EXPECT_EQ("Plan,Move,Name,Kind,X,Y,Z,i,j,k,RotationAngle", line);
+    std::string plan = "0";
+    for (std::size_t planIndex = 0; planIndex < plans.size(); ++planIndex) {
+        int moveNumber = 0;
+        for (const auto& move : plans[planIndex]["moves"].items()) {
+            ASSERT_TRUE(std::getline(lines, line));
+            std::ostringstream start;
+            start << planIndex + 1 << ',' << ++moveNumber << ',' << move.key() << ','
+                  << (move.value().size() == 3 ? "straight" : "arc");
+            ASSERT_TRUE(line.starts_with(start.str())) << line;
+            std::string_view rest = std::string_view(line).substr(start.str().size());
+            for (const auto& field : move.value().items()) {
+                ASSERT_TRUE(rest.starts_with(',')) << line;
+                double value = 0.0;
+                const auto read = std::from_chars(rest.data() + 1, rest.data() + rest.size(), value);
+                EXPECT_EQ(std::bit_cast<std::uint64_t>(field.value().get<double>()),
+                          std::bit_cast<std::uint64_t>(value))
+                    << line;
+                rest.remove_prefix(static_cast<std::size_t>(read.ptr - rest.data()));
+            }
+            EXPECT_EQ(move.value().size() == 3 ? ",,,," : "", rest) << line;
+        }
+    }
+    EXPECT_FALSE(std::getline(lines, line)) << line;
+}
+
+TEST_F(MoveCommand, ShowsAPersonEveryMoveAndWhichWayEachArcTurns) {
+    const std::string text = RunQmv40(MoveArguments(geometry, "0,0", {"45,90"})).out;
+    for (const char* expected : {
+             "Plan: from A 0, B 0 to A 45, B 90 (deg)\n",
+             "   #  Move                      Path           X (mm)     Y (mm)     Z (mm)  What the machine does\n",
+             "   1  ApproachUnLockLever       straight to  442.8000  -202.5500  -691.5500  go to the closed lock "
+             "lever\n",
+             "   3  UnLock                    arc about    442.8000  -180.2500  -691.2500  push the lever open\n",
+             "  turn 135.0000 deg counter-clockwise, seen from the tip of (-1.000000, 0.000000, 0.000000)\n",
+             "  10  MoveToBPosition           arc about    412.5000  -178.2500  -655.0000  turn the head's B to the "
+             "target\n",
+             "  turn 90.0000 deg counter-clockwise, seen from above\n",
+             "  19  DisengageFromLockLever    straight to  442.8000  -197.5500  -681.5500  lift off the closed lever\n",
+         }) {
+        EXPECT_NE(std::string::npos, text.find(expected)) << "missing: " << expected << "\nin:\n" << text;
+    }
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 132u) << line;
+}
+
+TEST_F(MoveCommand, NumbersThePlansOfATour) {
+    const std::string text = RunQmv40(MoveArguments(geometry, "0,0", {"45,90", "0,0"})).out;
+    EXPECT_TRUE(text.starts_with("Plan 1: from A 0, B 0 to A 45, B 90 (deg)\n")) << text;
+    EXPECT_NE(std::string::npos, text.find("\nPlan 2: from A 45, B 90 to A 0, B 0 (deg)\n")) << text;
+}
+
+TEST_F(MoveCommand, ColoursTextForPeopleAndNothingElse) {
+    const auto coloured = [&](std::initializer_list<std::string> more) {
+        std::ostringstream out;
+        std::ostringstream err;
+        cli::RunTool(MoveArguments(geometry, "0,0", {"45,90"}, more), {out, err, true});
+        return out.str().find('\x1b') != std::string::npos;
+    };
+    EXPECT_TRUE(coloured({}));
+    EXPECT_FALSE(coloured({"--csv"}));
+    EXPECT_FALSE(coloured({"--json"}));
+    EXPECT_EQ(std::string::npos, RunQmv40(MoveArguments(geometry, "0,0", {"45,90"})).out.find('\x1b'));
+}
+
+TEST_F(MoveCommand, ReadsAndWritesTheSameNumbersInEveryLocale) {
+    const std::vector<std::string> formats{"--json", "--csv", ""};
+    const auto everything = [&] {
+        std::string all;
+        for (const std::string& format : formats) {
+            std::vector<std::string> arguments = MoveArguments(geometry, "0,0", {"45,90"});
+            if (!format.empty()) arguments.push_back(format);
+            all += RunQmv40(arguments).out;
+        }
+        return all + RunQmv40(LoadScenario("captured-at-b45").GeometryArguments()).out;
+    };
+    const std::string expected = everything();
+    const CommaLocale commas;
+    EXPECT_EQ(expected, everything());
+}
+
+TEST_F(MoveCommand, NeedsAGeometryFileThatIsThere) {
+    for (const std::string& name : {folder.Name("missing.ini"), folder.Name(".")}) {
+        const ToolRun run = RunQmv40(MoveArguments(name, "0,0", {"45,90"}));
+        EXPECT_EQ(3, run.exitCode);
+        EXPECT_TRUE(run.err.starts_with(name + ": ")) << run.err;
+    }
+}
+
+TEST_F(MoveCommand, ReportsAGeometryFileThatLacksAValue) {
+    const std::string incomplete = folder.Write("incomplete.ini", "[HEADCENTRE]\nX=1\nY=2\n");
+    const ToolRun run = RunQmv40(MoveArguments(incomplete, "0,0", {"45,90"}));
+    EXPECT_EQ(1, run.exitCode);
+    EXPECT_TRUE(run.err.starts_with(
+        "qmv40: error 0x8A000001 from RoundThePole::ReadDoubleFromIniFile: Failed To Read from File\n"))
+        << run.err;
+}
+
+} // namespace

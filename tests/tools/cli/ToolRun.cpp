@@ -1,0 +1,78 @@
+#include "tests/tools/cli/ToolRun.h"
+
+#include "tools/cli/Tool.h"
+#include "tools/text/Text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+
+using namespace qmv40;
+
+namespace {
+
+std::string DifferenceBetweenNumbers(double expected, double actual, double tolerance, const std::string& where) {
+    const double allowed = tolerance * std::max(1.0, std::abs(expected));
+    if (std::abs(expected - actual) <= allowed) return {};
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text.precision(17);
+    text << where << ": expected " << expected << ", got " << actual;
+    return text.str();
+}
+
+} // namespace
+
+ToolRun RunQmv40(std::vector<std::string> arguments) {
+    std::ostringstream out;
+    std::ostringstream err;
+    const int exitCode = cli::RunTool(std::move(arguments), {out, err, false});
+    return {exitCode, out.str(), err.str()};
+}
+
+std::string ReadFile(const std::string& fileName) {
+    std::ifstream file(text::PathOf(fileName), std::ios::binary);
+    if (!file) throw std::runtime_error("cannot read " + fileName);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+std::vector<std::string> Scenario::GeometryArguments(std::vector<std::string> more) const {
+    std::vector<std::string> arguments{"geometry", "--a-axis", aAxis, "--b-axis", bAxis};
+    if (!settings.empty()) arguments.insert(arguments.end(), {"--settings", settings});
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return arguments;
+}
+
+Scenario LoadScenario(const std::string& name) {
+    const std::filesystem::path folder = std::filesystem::path(QMV40_SCENARIOS) / name;
+    const bool hasSettings = std::filesystem::exists(folder / "settings.reg");
+    return {name, text::Utf8Name(folder / "a-axis.csv"), text::Utf8Name(folder / "b-axis.csv"),
+            hasSettings ? text::Utf8Name(folder / "settings.reg") : "",
+            Json::parse(ReadFile(text::Utf8Name(folder / "truth.json")))};
+}
+
+std::string PlainGeometryFile(const TemporaryFolder& folder) {
+    const std::string fileName = folder.Name("plain.ini");
+    const ToolRun run = RunQmv40(LoadScenario("plain").GeometryArguments({"--output", fileName}));
+    if (run.exitCode != 0) throw std::runtime_error(run.err);
+    return fileName;
+}
+
+std::string DifferenceBetween(const Json& expected, const Json& actual, double tolerance, const std::string& where) {
+    if (expected.is_number() && actual.is_number()) {
+        return DifferenceBetweenNumbers(expected.get<double>(), actual.get<double>(), tolerance, where);
+    }
+    if (expected.type() != actual.type() || expected.size() != actual.size()) return where + ": another shape";
+    if (!expected.is_structured()) return expected == actual ? "" : where + ": another value";
+    auto other = actual.begin();
+    for (auto each = expected.begin(); each != expected.end(); ++each, ++other) {
+        const std::string name = expected.is_object() ? each.key() : "item";
+        if (expected.is_object() && name != other.key()) return where + ": " + other.key() + " in the place of " + name;
+        const std::string difference = DifferenceBetween(*each, *other, tolerance, where + "." + name);
+        if (!difference.empty()) return difference;
+    }
+    return {};
+}

@@ -1,0 +1,94 @@
+#include "tests/tools/cli/ToolRun.h"
+
+#include "tools/cli/Tool.h"
+
+#include <gtest/gtest.h>
+#include <sstream>
+
+using namespace qmv40;
+
+namespace {
+
+constexpr const char* commands[] = {"geometry", "move", "check", "start", "pole", "fit"};
+
+TEST(Usage, HelpTeachesEveryCommandByAnExample) {
+    for (const char* command : commands) {
+        const ToolRun run = RunQmv40({command, "--help"});
+        EXPECT_EQ(0, run.exitCode) << command;
+        EXPECT_EQ("", run.err) << command;
+        EXPECT_NE(std::string::npos, run.out.find(std::string("  qmv40 ") + command + " --")) << run.out;
+        EXPECT_NE(std::string::npos, run.out.find("--settings FILE")) << run.out;
+        EXPECT_NE(std::string::npos, run.out.find("--json")) << run.out;
+    }
+}
+
+TEST(Usage, HelpOfTheToolNamesEveryCommandAndTheExitCodes) {
+    const ToolRun run = RunQmv40({"--help"});
+    EXPECT_EQ(0, run.exitCode);
+    for (const char* command : commands) {
+        EXPECT_NE(std::string::npos, run.out.find(std::string("\n  ") + command)) << command;
+    }
+    EXPECT_NE(std::string::npos, run.out.find("Exit codes: 0 done;")) << run.out;
+}
+
+TEST(Usage, VersionIsTheProjects) {
+    const ToolRun run = RunQmv40({"--version"});
+    EXPECT_EQ(0, run.exitCode);
+    EXPECT_EQ("qmv40 " QMV40_VERSION "\n", run.out);
+}
+
+TEST(Usage, WhatMakesNoSenseIsRefusedOnStandardErrorAlone) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* why;
+    } cases[] = {
+        {{}, "no command"},
+        {{"fly"}, "no such command"},
+        {{"geometry"}, "required options are missing"},
+        {{"geometry", "--a-axis", "a.csv"}, "one of two required options"},
+        {{"pole", "--geometry", "x.ini", "--colour"}, "no such option"},
+        {{"pole", "--geometry", "x.ini", "extra"}, "an argument too many"},
+        {{"pole", "--geometry"}, "an option without its value"},
+        {{"pole", "--geometry=", "--json"}, "an empty value, which must not swallow what follows it"},
+        {{"start", "--geometry", "x.ini", "--from", "45"}, "one angle"},
+        {{"start", "--geometry", "x.ini", "--from", "45;90"}, "the wrong separator"},
+        {{"start", "--geometry", "x.ini", "--from", "nan,0"}, "not a finite number"},
+        {{"move", "--geometry", "x.ini", "--from", "0,0"}, "no target"},
+        {{"move", "--geometry", "x.ini", "--from", "0,0", "--to", "a,b"}, "no numbers"},
+        {{"move", "--geometry", "x.ini", "--from", "0,0", "--to", "0,0", "--json", "--csv"}, "two formats"},
+        {{"fit", "--shape", "sphere", "--points", "p.csv"}, "no such shape"},
+        {{"settings"}, "no command of a command that has some"},
+        {{"settings", "validate"}, "no file"},
+        {{"selfcheck", "--settings", "x.reg"}, "no settings have a say there"},
+    };
+    for (const auto& each : cases) {
+        const ToolRun run = RunQmv40(each.arguments);
+        EXPECT_EQ(2, run.exitCode) << each.why;
+        EXPECT_EQ("", run.out) << each.why;
+        EXPECT_NE("", run.err) << each.why;
+    }
+}
+
+TEST(Usage, AnAngleThatIsNoneIsShownInTheMessage) {
+    const ToolRun run = RunQmv40({"start", "--geometry", "x.ini", "--from", "45;90"});
+    EXPECT_NE(std::string::npos, run.err.find("--from: '45;90' is not two angles in degrees such as 45,-90"))
+        << run.err;
+}
+
+TEST(Usage, NegativeAnglesAreNotTakenForOptions) {
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+    EXPECT_EQ(0, RunQmv40({"move", "--geometry", geometry, "--from", "0,-90", "--to", "45,-90"}).exitCode);
+    EXPECT_EQ(0, RunQmv40({"move", "--geometry", geometry, "--from=0,-90", "--to=-0,-90"}).exitCode);
+    EXPECT_EQ(1, RunQmv40({"start", "--geometry", geometry, "--from", "-15,0"}).exitCode) << "refused by the component";
+}
+
+TEST(Usage, OutputThatCannotBeWrittenIsNoSuccess) {
+    std::ostringstream out;
+    std::ostringstream err;
+    out.setstate(std::ios::badbit);
+    EXPECT_EQ(3, cli::RunTool({"--version"}, {out, err, false}));
+    EXPECT_EQ("qmv40: the output could not be written\n", err.str());
+}
+
+} // namespace

@@ -1,0 +1,527 @@
+#include "tests/tools/cli/ViewedPlan.h"
+#include "tests/tools/cli/WorkingFolder.h"
+
+#include "tools/component/Calculator.h"
+#include "tools/text/Failures.h"
+#include "tools/text/Text.h"
+#include "tools/view/Markup.h"
+#include "tools/view/PageTemplate.h"
+#include "tools/view/ViewDocument.h"
+
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <numbers>
+#include <set>
+
+using namespace qmv40;
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+using Vector = std::array<double, 3>;
+
+/// Lengths worked out from a geometry file's ten digits, or by another order of operations at a machine's coordinates.
+constexpr double filePrecision = 1e-6;
+/// The same numbers, a few roundings apart.
+constexpr double rounding = 1e-10;
+
+Vector VectorAt(const Json& array) { return {array[0].get<double>(), array[1].get<double>(), array[2].get<double>()}; }
+
+Vector Sum(const Vector& left, const Vector& right) {
+    return {left[0] + right[0], left[1] + right[1], left[2] + right[2]};
+}
+
+double DistanceBetween(const Vector& left, const Vector& right) {
+    return std::hypot(left[0] - right[0], left[1] - right[1], left[2] - right[2]);
+}
+
+/// Left-handed, as arcs are: the cross product is taken the other way round.
+Vector TurnedLeftHanded(const Vector& point, const Json& arc) {
+    const Vector origin = VectorAt(arc["origin"]);
+    const Vector axis = VectorAt(arc["rotationVector"]);
+    const double angle = arc["angle"].get<double>() * std::numbers::pi / 180.0;
+    const Vector way{point[0] - origin[0], point[1] - origin[1], point[2] - origin[2]};
+    const double along = axis[0] * way[0] + axis[1] * way[1] + axis[2] * way[2];
+    const Vector across{way[1] * axis[2] - way[2] * axis[1], way[2] * axis[0] - way[0] * axis[2],
+                        way[0] * axis[1] - way[1] * axis[0]};
+    Vector turned{};
+    for (std::size_t i = 0; i < 3; ++i) {
+        turned[i] = origin[i] + way[i] * std::cos(angle) + across[i] * std::sin(angle) +
+                    axis[i] * along * (1.0 - std::cos(angle));
+    }
+    return turned;
+}
+
+/// Without the whole file in the message, which would hide the rest.
+testing::AssertionResult Holds(const std::string& fileName, const std::string& text) {
+    if (ReadFile(fileName).find(text) != std::string::npos) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << fileName << " has no '" << text << "'";
+}
+
+class ViewCommand : public testing::Test {
+protected:
+    const ViewedHead head;
+};
+
+void ExpectBits(double expected, const Json& number, const std::string& where) {
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(expected), std::bit_cast<std::uint64_t>(number.get<double>())) << where;
+}
+
+TEST_F(ViewCommand, ShowsThePlannedNumbersOfTheComponentToTheLastBit) {
+    component::Calculator calculator;
+    calculator.LoadHeadGeometry(head.geometry);
+    calculator.SetCurrentHeadPosition({15.0, -75.0});
+    const RequiredMoves planned = calculator.CalculateMove({60.0, 165.0});
+    const Json moves = head.Document({"--from", "15,-75", "--to", "60,165"})["plans"][0]["moves"];
+    ASSERT_EQ(19u, moves.size());
+    const double* number = &planned.ApproachUnLockLever.XPosition; // the record is nothing but doubles
+    for (const Json& move : moves) {
+        const std::string name = move["name"].get<std::string>();
+        const bool isArc = move["kind"] == "arc";
+        for (const char* member : {isArc ? "origin" : "position", "rotationVector"}) {
+            if (!move["planned"].contains(member)) continue;
+            for (const Json& coordinate : move["planned"][member]) ExpectBits(*number++, coordinate, name);
+        }
+        ASSERT_EQ(isArc, move["planned"].contains("angle")) << name;
+        if (isArc) ExpectBits(*number++, move["planned"]["angle"], name);
+        EXPECT_EQ(isArc, move["turn"].is_string()) << name;
+    }
+    EXPECT_EQ(&planned.DisengageFromLockLever.ZPosition + 1, number);
+}
+
+TEST_F(ViewCommand, SamplesEachMoveFromItsStartToWhereItIsPlannedToEnd) {
+    const Json moves = head.Document({"--from", "30,-45", "--to", "45,90"})["plans"][0]["moves"];
+    for (std::size_t i = 0; i < moves.size(); ++i) {
+        const Json& move = moves[i];
+        SCOPED_TRACE(move["name"].get<std::string>());
+        const Vector start = VectorAt(move["samples"].front()["at"]);
+        const Vector end = VectorAt(move["samples"].back()["at"]);
+        if (i > 0) {
+            EXPECT_LE(DistanceBetween(VectorAt(moves[i - 1]["samples"].back()["at"]), start), rounding);
+        }
+        const Json& planned = move["planned"];
+        const Vector expected =
+            move["kind"] == "arc" ? TurnedLeftHanded(start, planned) : VectorAt(planned["position"]);
+        EXPECT_LE(DistanceBetween(expected, end), rounding);
+    }
+}
+
+TEST_F(ViewCommand, SamplesAreAtMostAMillimetreOrADegreeApart) {
+    const Json moves = head.Document({"--from", "30,-45", "--to", "45,90"})["plans"][0]["moves"];
+    for (const Json& move : moves) {
+        SCOPED_TRACE(move["name"].get<std::string>());
+        const Json& samples = move["samples"];
+        ASSERT_GE(samples.size(), 2u);
+        // The chord of a degree; an arc's radius is no larger than the distance from its origin.
+        const double radius = move["kind"] == "arc"
+                                  ? DistanceBetween(VectorAt(samples[0]["at"]), VectorAt(move["planned"]["origin"]))
+                                  : 0;
+        const double farthest = move["kind"] == "arc" ? 2.0 * radius * std::sin(0.5 * std::numbers::pi / 180.0) : 1.0;
+        for (std::size_t i = 1; i < samples.size(); ++i) {
+            EXPECT_LE(DistanceBetween(VectorAt(samples[i - 1]["at"]), VectorAt(samples[i]["at"])), farthest + rounding);
+        }
+        const double angle = move["kind"] == "arc" ? std::abs(move["planned"]["angle"].get<double>()) : 0.0;
+        EXPECT_GE(static_cast<double>(samples.size()), angle + 1.0);
+    }
+}
+
+TEST_F(ViewCommand, FollowsHeadLeverAndPegToTheTarget) {
+    const Json moves = head.Document({"--from", "30,-45", "--to", "45,90"})["plans"][0]["moves"];
+    const Json first = moves[0]["samples"].front();
+    EXPECT_EQ(30.0, first["A"].get<double>());
+    EXPECT_EQ(-45.0, first["B"].get<double>());
+    EXPECT_EQ("locked", first["lever"].get<std::string>());
+    EXPECT_EQ("open", moves[2]["samples"].back()["lever"].get<std::string>());
+    EXPECT_TRUE(moves[7]["samples"].back()["onPeg"].get<bool>());
+    const Json last = moves[18]["samples"].back();
+    EXPECT_NEAR(45.0, last["A"].get<double>(), rounding);
+    EXPECT_NEAR(90.0, last["B"].get<double>(), rounding);
+    EXPECT_EQ("locked", last["lever"].get<std::string>());
+    EXPECT_FALSE(last["onPeg"].get<bool>());
+}
+
+TEST_F(ViewCommand, KeepsTheCupInTheMiddleOfTheSphereWhileItIsOnThePeg) {
+    const Json document = head.Document({"--from", "30,-45", "--to", "45,90"});
+    const Vector sphere = VectorAt(document["sphere"]["centre"]);
+    int samples = 0;
+    for (const Json& move : document["plans"][0]["moves"]) {
+        for (const Json& sample : move["samples"]) {
+            if (!sample["onPeg"].get<bool>()) continue;
+            EXPECT_LE(DistanceBetween(sphere, VectorAt(sample["cup"])), filePrecision);
+            ++samples;
+        }
+    }
+    EXPECT_GE(samples, 30 + 135 + 45) << "a sample a degree";
+}
+
+TEST_F(ViewCommand, HasTheLeversOnTheHeadWhereThePoleSphereTouchesThem) {
+    // The machine touches the lever of side 0 at pole + (30.3, 0, -32.25) + (0, -19.3, -4.3) when it is locked: so the
+    // ball is the opposite of that from the head centre.
+    const Json levers = head.Document({"--from", "0,0", "--to", "45,90"})["levers"];
+    const struct {
+        const char* side;
+        Vector pivot, locked, unlocked;
+    } expected[] = {{"plus", {-30.3, 0.0, 32.25}, {-30.3, 19.3, 36.55}, {-30.3, -19.3, 36.55}},
+                    {"minus", {30.3, 0.0, 32.25}, {30.3, 19.3, 36.55}, {30.3, -19.3, 36.55}}};
+    ASSERT_EQ(2u, levers.size());
+    for (std::size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(expected[i].side, levers[i]["side"].get<std::string>());
+        EXPECT_LE(DistanceBetween(expected[i].pivot, VectorAt(levers[i]["pivot"])), filePrecision);
+        EXPECT_LE(DistanceBetween(expected[i].locked, VectorAt(levers[i]["locked"])), filePrecision);
+        EXPECT_LE(DistanceBetween(expected[i].unlocked, VectorAt(levers[i]["unlocked"])), filePrecision);
+    }
+}
+
+TEST_F(ViewCommand, BringsTheLeverInReachToTheSphereLockedBeforeAndUnlockedAfter) {
+    const struct {
+        const char* from;
+        const char* to;
+        std::size_t unlocks, locks; ///< which lever: 0 plus, 1 minus
+    } cases[] = {{"0,0", "45,90", 0, 0}, {"30,-45", "45,90", 1, 0}, {"0,90", "30,-15", 1, 1}};
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.from);
+        const Json document = head.Document({"--from", each.from, "--to", each.to});
+        const Vector sphere = VectorAt(document["sphere"]["centre"]);
+        const auto touched = [&](std::size_t move, std::size_t lever, const char* state) {
+            const Vector machine = VectorAt(document["plans"][0]["moves"][move - 1]["samples"].back()["at"]);
+            return Sum(machine, VectorAt(document["levers"][lever][state]));
+        };
+        EXPECT_LE(DistanceBetween(sphere, touched(2, each.unlocks, "locked")), filePrecision);
+        EXPECT_LE(DistanceBetween(sphere, touched(17, each.locks, "unlocked")), filePrecision);
+    }
+}
+
+TEST(View, TurnsLeversAndMountingWithAHeadThatIsMountedTurned) {
+    const TemporaryFolder folder;
+    const std::string geometry = folder.Name("turned.ini");
+    ASSERT_EQ(0, RunQmv40(LoadScenario("turned-30").GeometryArguments({"--output", geometry})).exitCode);
+    const Json document =
+        RunQmv40({"view", "--geometry", geometry, "--from", "0,0", "--to", "0,0", "--json"}).Document();
+    const double c = std::sqrt(3.0) / 2.0;
+    const double s = 0.5;
+    // The capture's coordinates are rounded to a micrometre's thousandth, a stylus' length away.
+    constexpr double roundedCapture = 1e-6;
+    EXPECT_LE(DistanceBetween({c, s, 0.0}, VectorAt(document["mounting"]["right"])), roundedCapture);
+    EXPECT_LE(DistanceBetween({-s, c, 0.0}, VectorAt(document["mounting"]["forward"])), roundedCapture);
+    const Vector pivot{-30.3 * c, -30.3 * s, 32.25};
+    EXPECT_LE(DistanceBetween(pivot, VectorAt(document["levers"][0]["pivot"])), 100.0 * roundedCapture);
+    // The axis and the stylus, turned by 30 degrees too.
+    const Json& sample = document["plans"][0]["moves"][0]["samples"][0];
+    EXPECT_LE(DistanceBetween({-c, -s, 0.0}, VectorAt(sample["tiltAxis"])), roundedCapture);
+    EXPECT_LE(DistanceBetween({0.0, 0.0, -1.0}, VectorAt(sample["stylus"])), roundedCapture);
+}
+
+TEST_F(ViewCommand, PointsStylusAndTiltAxisWhereTheAnglesSay) {
+    const double h = std::sqrt(0.5);
+    const struct {
+        const char* stop;
+        Vector tiltAxis, stylus;
+        const char* why;
+    } cases[] = {
+        {"0,0", {-1, 0, 0}, {0, 0, -1}, "straight down"},
+        {"90,0", {-1, 0, 0}, {0, -1, 0}, "down goes to the front: right-handed about -X"},
+        {"90,90", {0, -1, 0}, {1, 0, 0}, "and B takes the front to the right"},
+        {"45,180", {1, 0, 0}, {0, h, -h}, "halfway, to the back"},
+        {"0,-90", {0, 1, 0}, {0, 0, -1}, "B alone turns only the axis"},
+    };
+    for (const auto& each : cases) {
+        const Json moves = head.Document({"--from", "0,0", "--to", each.stop})["plans"][0]["moves"];
+        const Json& sample = moves[18]["samples"].back();
+        EXPECT_LE(DistanceBetween(each.tiltAxis, VectorAt(sample["tiltAxis"])), filePrecision) << each.why;
+        EXPECT_LE(DistanceBetween(each.stylus, VectorAt(sample["stylus"])), filePrecision) << each.why;
+    }
+}
+
+TEST_F(ViewCommand, ShowsTheRoomAtEachSampleAsTheWholeMoveLeavesIt) {
+    const Json moves = head.Document({"--from", "0,0", "--to", "45,90"})["plans"][0]["moves"];
+    EXPECT_NEAR(5.0 - 2.5, moves[0]["samples"].back()["room"].get<double>(), filePrecision) << "the lever, from 5 mm";
+    EXPECT_NEAR(10.0 - 5.0, moves[6]["samples"].back()["room"].get<double>(), filePrecision) << "the peg, from 10 mm";
+    for (const Json& move : moves) {
+        SCOPED_TRACE(move["name"].get<std::string>());
+        const double least = std::min(move["roomToPoleSphere"].get<double>(), move["roomToLevers"].get<double>());
+        double leastSampled = std::numeric_limits<double>::infinity();
+        for (const Json& sample : move["samples"]) {
+            ASSERT_EQ(move["mustTouch"] != "", sample["room"].is_null());
+            if (!sample["room"].is_null()) leastSampled = std::min(leastSampled, sample["room"].get<double>());
+        }
+        if (move["mustTouch"] != "") continue;
+        EXPECT_GE(leastSampled, least - rounding);
+        // The closest point is within half a step of a sample.
+        EXPECT_LE(leastSampled, least + 0.5 + rounding);
+    }
+}
+
+TEST_F(ViewCommand, GivesEachMoveTheLevelOfItsContactAndRoom) {
+    for (const char* radius : {"5", "8"}) {
+        const Json document = head.Document({"--from", "0,0", "--to", "45,90", "--sphere-radius", radius});
+        EXPECT_EQ("clear, no findings", document["verdict"]["text"].get<std::string>());
+        std::set<std::string> levels;
+        for (const Json& move : document["plans"][0]["moves"]) {
+            const double room = std::min(move["roomToPoleSphere"].get<double>(), move["roomToLevers"].get<double>());
+            // A thousandth of a millimetre is nothing to the checker.
+            const char* const expected = move["mustTouch"] != "" ? "contact" : room < 4.999 ? "tight" : "clear";
+            EXPECT_EQ(expected, move["level"].get<std::string>()) << move["name"];
+            levels.insert(expected);
+        }
+        EXPECT_EQ(3u, levels.size()) << "all of them are there to be looked at";
+    }
+    // Approached from 10 mm a sphere of 5 mm leaves 5, one of 8 mm leaves 2.
+    const auto approach = [&](const char* radius) {
+        return head.Document({"--from", "0,0", "--to", "45,90", "--sphere-radius", radius})["plans"][0]["moves"][6];
+    };
+    EXPECT_EQ("clear", approach("5")["level"].get<std::string>());
+    EXPECT_EQ("tight", approach("8")["level"].get<std::string>());
+}
+
+TEST_F(ViewCommand, ShowsWhatTheCheckFindsAndMarksThoseMoves) {
+    const struct {
+        const char* move;
+        const char* number;
+        double value;
+        std::vector<std::string> more;
+    } cases[] = {{"UnLock", "RotationAngle", 135.0, {}},
+                 {"MoveToBPosition", "XOrigin", 413.0, {}},
+                 {"ApproachPeg", "YPosition", -200.0, {}},
+                 {"DisengageFromLockLever", "ZPosition", -690.0, {"--z-travel", "-680,0"}}};
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.move);
+        std::vector<std::string> arguments{
+            "--plan", head.SpoiledPlan("0,0", "45,90", each.move, each.number, each.value), "--json"};
+        arguments.insert(arguments.end(), each.more.begin(), each.more.end());
+        const ToolRun view = head.View(arguments);
+        EXPECT_EQ(4, view.exitCode);
+        arguments.insert(arguments.begin(), {"check", "--geometry", head.geometry});
+        const Json checked = RunQmv40(arguments).Document()["plans"][0]["findings"];
+        const Json plan = view.Document()["plans"][0];
+        EXPECT_EQ(checked.dump(), plan["findings"].dump());
+        EXPECT_FALSE(plan["verdict"]["clear"].get<bool>());
+        std::set<int> named;
+        for (const Json& finding : checked) {
+            if (!finding["move"].is_null()) named.insert(finding["move"].get<int>());
+        }
+        ASSERT_FALSE(named.empty());
+        int number = 0;
+        for (const Json& move : plan["moves"]) {
+            EXPECT_EQ(named.contains(++number), move["level"] == "finding") << move["name"];
+        }
+    }
+}
+
+/// Adds the names of members that are null.
+void CollectNulls(const Json& document, std::set<std::string>& nulls) { // NOLINT(misc-no-recursion): so are documents
+    for (const auto& item : document.items()) {
+        if (item.value().is_null()) nulls.insert(item.key());
+        if (item.value().is_structured()) CollectNulls(item.value(), nulls);
+    }
+}
+
+TEST_F(ViewCommand, HasANumberWhereverOneCanBe) {
+    const Json document = head.Document({"--from", "0,0", "--to", "45,90"});
+    std::set<std::string> nulls;
+    CollectNulls(document, nulls);
+    EXPECT_THAT(nulls, ElementsAre("atLeast", "room", "turn")) << "what this level or move has none of";
+}
+
+TEST_F(ViewCommand, ShowsAMoveThatCannotBeRunWithoutSamples) {
+    const Json plan =
+        head.Document({"--plan", head.SpoiledPlan("0,0", "45,90", "ApproachPeg", "YPosition", nullptr)})["plans"][0];
+    ASSERT_EQ(19u, plan["moves"].size());
+    for (std::size_t i = 0; i < 19; ++i) {
+        const Json& move = plan["moves"][i];
+        SCOPED_TRACE(move["name"].get<std::string>());
+        EXPECT_EQ(i >= 6, move["samples"].empty());
+        EXPECT_EQ(i >= 6, move["roomToLevers"].is_null());
+        if (i >= 6) {
+            EXPECT_EQ("finding", move["level"].get<std::string>());
+        }
+    }
+    EXPECT_TRUE(plan["moves"][6]["planned"]["position"][1].is_null());
+}
+
+TEST_F(ViewCommand, KeepsAMistypedDistanceFromFillingTheMemory) {
+    const std::string plan = head.SpoiledPlan("0,0", "45,90", "ApproachPeg", "YPosition", 1e12);
+    const Json moves = head.Document({"--plan", plan})["plans"][0]["moves"];
+    EXPECT_EQ(10001u, moves[6]["samples"].size());
+    EXPECT_EQ(1e12, moves[6]["samples"].back()["at"][1].get<double>());
+}
+
+TEST_F(ViewCommand, JoinsThePlansOfATour) {
+    const Json document = head.Document({"--from", "0,0", "--to", "45,90", "--to", "15,-30"});
+    EXPECT_EQ("plain.ini: (0, 0) to (45, 90) to (15, -30)", document["title"].get<std::string>());
+    const Json& plans = document["plans"];
+    ASSERT_EQ(2u, plans.size());
+    EXPECT_EQ(plans[0]["moves"][18]["samples"].back()["at"].dump(), plans[1]["moves"][0]["samples"][0]["at"].dump());
+    EXPECT_EQ(R"({"A":15.0,"B":-30.0})", plans[1]["to"].dump());
+}
+
+TEST_F(ViewCommand, FillsThePageWithTitleDocumentAndDrawings) {
+    const std::vector<std::string> tour{"--from", "0,0", "--to", "45,90", "--to", "0,0"};
+    std::vector<std::string> arguments = tour;
+    arguments.insert(arguments.end(), {"--template", head.page, "--output", head.folder.Name("tour.html")});
+    const ToolRun run = head.View(arguments);
+    EXPECT_EQ(0, run.exitCode) << run.err;
+    EXPECT_THAT(run.out, HasSubstr("Verdict: clear, no findings in 2 plans."));
+    EXPECT_EQ("Written to " + head.folder.Name("tour.html") + ": open it in a browser.\n", run.err);
+    const std::string page = ReadFile(head.folder.Name("tour.html"));
+    EXPECT_THAT(page, HasSubstr("<title>plain.ini: (0, 0) to (45, 90) to (0, 0)</title>"));
+    const std::string before = "<script type=\"application/json\" id=\"document\">";
+    const std::size_t begin = page.find(before) + before.size();
+    const Json embedded = Json::parse(page.substr(begin, page.find("</script>") - begin));
+    EXPECT_EQ(head.Document(tour).dump(), embedded.dump());
+    std::size_t figures = 0;
+    for (std::size_t at = page.find("<figure>\n<svg "); at != std::string::npos; at = page.find("<figure>", at + 1)) {
+        ++figures;
+    }
+    EXPECT_EQ(2u, figures);
+}
+
+TEST_F(ViewCommand, WritesPageAndDrawingOfAPlanThatHasFindings) {
+    const std::string plan = head.SpoiledPlan("0,0", "45,90", "UnLock", "RotationAngle", 135.0);
+    const ToolRun run = head.View({"--plan", plan, "--template", head.page, "--output", head.folder.Name("bad.html"),
+                                   "--svg", head.folder.Name("bad.svg")});
+    EXPECT_EQ(4, run.exitCode);
+    EXPECT_THAT(run.out, HasSubstr("move 3 UnLock: arc-turns-the-wrong-way by 270.0000 deg"));
+    EXPECT_TRUE(Holds(head.folder.Name("bad.html"), "\"name\":\"arc-turns-the-wrong-way\""));
+    EXPECT_TRUE(Holds(head.folder.Name("bad.svg"), "arc-turns-the-wrong-way"));
+}
+
+TEST_F(ViewCommand, GivesEachPlanOfATourASheetOfItsOwn) {
+    const ToolRun run =
+        head.View({"--from", "0,0", "--to", "45,90", "--to", "0,0", "--svg", head.folder.Name("of a tour.v2.svg")});
+    EXPECT_EQ(0, run.exitCode) << run.err;
+    EXPECT_TRUE(Holds(head.folder.Name("of a tour.v2-1.svg"), "Sheet 1 of 2"));
+    EXPECT_TRUE(Holds(head.folder.Name("of a tour.v2-2.svg"), "Sheet 2 of 2"));
+    EXPECT_FALSE(std::filesystem::exists(head.folder.Path() / "of a tour.v2.svg"));
+}
+
+TEST_F(ViewCommand, WritesAPageUnlessItIsAskedForADrawingOrADocumentAlone) {
+    const struct {
+        std::vector<std::string> arguments;
+        bool isPageWritten;
+    } cases[] = {
+        {{}, true}, {{"--json"}, false}, {{"--svg", "plan.svg"}, false}, {{"--json", "--svg", "plan.svg"}, false}};
+    for (const auto& each : cases) {
+        const TemporaryFolder folder;
+        const WorkingFolder here(folder.Path());
+        std::vector<std::string> arguments{"--from", "0,0", "--to", "0,0", "--template", head.page};
+        arguments.insert(arguments.end(), each.arguments.begin(), each.arguments.end());
+        EXPECT_EQ(0, head.View(arguments).exitCode);
+        EXPECT_EQ(each.isPageWritten, std::filesystem::exists("view.html"));
+        EXPECT_EQ(each.arguments.size() > 1, std::filesystem::exists("plan.svg"));
+    }
+}
+
+TEST_F(ViewCommand, WritesNothingWhenThePlanIsRefused) {
+    const std::string page = head.folder.Write("kept.html", "before");
+    const std::string drawing = head.folder.Write("kept.svg", "before");
+    const struct {
+        std::vector<std::string> arguments;
+        int exitCode;
+        const char* why;
+    } cases[] = {{{"--from", "0,0", "--to", "45,90", "--to", "-15,0"}, 1, "the component refuses the second plan"},
+                 {{"--plan", head.folder.Name("none.json")}, 3, "no such file"},
+                 {{"--from", "0,0", "--to", "0,0", "--template", head.folder.Name("none.html")}, 3, "no page to fill"},
+                 {{"--from", "0,0", "--to", "0,0", "--template", head.geometry}, 3, "no template"},
+                 {{"--from", "0,0"}, 2, "no target"}};
+    for (const auto& each : cases) {
+        std::vector<std::string> arguments = each.arguments;
+        if (std::ranges::find(arguments, "--template") == arguments.end()) {
+            arguments.insert(arguments.end(), {"--template", head.page});
+        }
+        arguments.insert(arguments.end(), {"--output", page, "--svg", drawing});
+        const ToolRun run = head.View(arguments);
+        EXPECT_EQ(each.exitCode, run.exitCode) << each.why;
+        EXPECT_NE("", run.err) << each.why;
+        EXPECT_EQ("before", ReadFile(page)) << each.why;
+        EXPECT_EQ("before", ReadFile(drawing)) << each.why;
+    }
+}
+
+TEST_F(ViewCommand, SaysWhichPlaceATemplateLacks) {
+    const std::string page = head.folder.Write("twice.html", "@TITLE@ @DOCUMENT@ @DRAWINGS@ @DRAWINGS@");
+    const ToolRun run = head.View({"--from", "0,0", "--to", "0,0", "--template", page});
+    EXPECT_EQ(3, run.exitCode);
+    EXPECT_EQ(page + ": is no template of this tool: @DRAWINGS@ must stand in it once\n", run.err);
+}
+
+TEST(PageTemplate, IsFoundBesideTheFolderOfProgramsOrBesideTheProgram) {
+    const TemporaryFolder folder;
+    const std::filesystem::path programs = folder.Path() / "bin";
+    const std::filesystem::path beside = programs / "share" / "qmv40";
+    const std::filesystem::path above = folder.Path() / "share" / "qmv40";
+    std::filesystem::create_directories(beside);
+    std::filesystem::create_directories(above);
+    folder.Write("bin/share/qmv40/view.html", "zip");
+    EXPECT_TRUE(std::filesystem::equivalent(beside / "view.html", text::PathOf(view::FindPageTemplate(programs))));
+    folder.Write("share/qmv40/view.html", "installed");
+    EXPECT_TRUE(std::filesystem::equivalent(above / "view.html", text::PathOf(view::FindPageTemplate(programs))));
+}
+
+TEST(PageTemplate, ThatIsMissingIsTalkedAboutWithItsPlacesAndARemedy) {
+    const TemporaryFolder folder;
+    try {
+        view::FindPageTemplate(folder.Path() / "bin");
+        FAIL() << "found " << view::FindPageTemplate(folder.Path() / "bin");
+    } catch (const text::InputError& error) {
+        EXPECT_EQ(text::PathOf(error.file), folder.Path() / "share/qmv40/view.html");
+        EXPECT_THAT(error.reason, HasSubstr(text::Utf8Name(folder.Path() / "bin" / "share/qmv40/view.html")));
+        EXPECT_THAT(error.reason, HasSubstr("--template"));
+        EXPECT_THAT(error.reason, HasSubstr("--svg"));
+    }
+}
+
+TEST(PageTemplate, IsFilledInOnePass) {
+    const view::Filling fillings[] = {{"@ONE@", "first, not @TWO@"}, {"@TWO@", "second, not @ONE@"}};
+    EXPECT_EQ("<second, not @ONE@> first, not @TWO@.", view::FilledTemplate("page", "<@TWO@> @ONE@.", fillings));
+}
+
+TEST(Markup, KeepsATextFromBeingTakenForMarkup) {
+    EXPECT_EQ("a&lt;b&gt;&amp;&quot;&#39;.ini", view::MarkupText("a<b>&\"'.ini"));
+    EXPECT_EQ("Prüfkopf 検査 😀", view::MarkupText("Prüfkopf 検査 😀"));
+    // A control character, bytes that are no UTF-8, a code that is no character.
+    EXPECT_EQ("a\xEF\xBF\xBD"
+              "b\xEF\xBF\xBD"
+              "c\xEF\xBF\xBD",
+              view::MarkupText("a\x01"
+                               "b\xFF"
+                               "c\xEF\xBF\xBF"));
+}
+
+TEST(Markup, CutsATextToItsColumns) {
+    EXPECT_EQ("twelve chars", view::CutText("twelve chars", 12));
+    EXPECT_EQ("twelve char…", view::CutText("twelve chars.", 12));
+    EXPECT_EQ("検査検査", view::CutText("検査検査", 8)) << "two columns each";
+    EXPECT_EQ("検査検…", view::CutText("検査検査", 7));
+    EXPECT_EQ("üüü", view::CutText("üüü", 3));
+}
+
+TEST(ViewDocument, CannotEndTheScriptElementThatItStandsIn) {
+    const text::Json document{{"title", "</script><!--<script>"}};
+    const std::string embedded = view::EmbeddedDocument(document);
+    EXPECT_EQ(std::string::npos, embedded.find('<')) << embedded;
+    EXPECT_EQ(document.Dump(), Json::parse(embedded).dump());
+}
+
+TEST_F(ViewCommand, TakesNamesInAnyAlphabet) {
+    // The geometry's name is the component's to read, which on Windows knows one alphabet.
+    const std::string name = head.folder.Write("Prüfkopf O'Neill & Söhne.ini", ReadFile(head.geometry));
+    const std::string page = head.folder.Name("Überblick 検査.html");
+    const std::string drawing = head.folder.Name("Überblick 検査.svg");
+    const ToolRun run = RunQmv40({"view", "--geometry", name, "--from", "0,0", "--to", "0,0", "--template", head.page,
+                                  "--output", page, "--svg", drawing});
+    ASSERT_EQ(0, run.exitCode) << run.err;
+    EXPECT_TRUE(Holds(page, "<title>Prüfkopf O&#39;Neill &amp; Söhne.ini: (0, 0) to (0, 0)</title>"));
+    EXPECT_TRUE(Holds(page, R"x("title":"Prüfkopf O'Neill & Söhne.ini: (0, 0) to (0, 0)")x"));
+    EXPECT_TRUE(Holds(drawing, ">Prüfkopf O&#39;Neill &amp; Söhne.ini<"));
+}
+
+} // namespace

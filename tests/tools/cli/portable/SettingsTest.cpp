@@ -1,0 +1,144 @@
+#include "tests/tools/cli/ReferenceHead.h"
+#include "tests/tools/cli/ScenarioExpectations.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string SettingsText(const Json& values) {
+    std::string text = "Windows Registry Editor Version 5.00\n\n"
+                       "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Hollbeck\\VRX Software\\QMV40Calculator]\n";
+    for (const auto& value : values.items()) {
+        text += '"' + value.key() + "\"=\"" + value.value().get<std::string>() + "\"\n";
+    }
+    return text;
+}
+
+Json MovesOf(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "move");
+    arguments.insert(arguments.end(), {"--from", "0,0", "--to", "45,90", "--json"});
+    const ToolRun run = RunQmv40(std::move(arguments));
+    EXPECT_EQ(0, run.exitCode) << run.out << run.err;
+    return run.Document()["plans"][0]["moves"];
+}
+
+TEST(Settings, OfTheScenarioBringItsHeadOut) {
+    const Scenario scenario = LoadScenario("settings-override");
+    ASSERT_NE("", scenario.settings);
+    ExpectGeometryOf(scenario, roundedCapture);
+}
+
+TEST(Settings, AreWhatTheScenariosTruthSays) {
+    const Scenario scenario = LoadScenario("settings-override");
+    EXPECT_EQ(SettingsText(scenario.truth["settings"]), ReadFile(scenario.settings));
+    EXPECT_EQ(14u, scenario.truth["settings"].size());
+}
+
+TEST(Settings, AreNeededForTheScenarioToComeOutRight) {
+    Scenario scenario = LoadScenario("settings-override");
+    scenario.settings.clear();
+    const Json document = RunQmv40(scenario.GeometryArguments({"--json"})).Document();
+    // Without them the shift of unlocking is 0.12 mm too small.
+    const double expected = scenario.truth["pole"]["Z"].get<double>() - 0.12;
+    EXPECT_NEAR(expected, document["headCentre"]["Z"].get<double>(), roundedCapture.length);
+}
+
+TEST(Settings, ChangeTheLeversOfAPlan) {
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+    const Json builtIn = MovesOf({"--geometry", geometry});
+    const Json overridden = MovesOf({"--geometry", geometry, "--settings", LoadScenario("settings-override").settings});
+    EXPECT_EQ(-135.0, builtIn["UnLock"]["RotationAngle"].get<double>());
+    EXPECT_EQ(-138.0, builtIn["Lock"]["RotationAngle"].get<double>());
+    EXPECT_EQ(-120.0, overridden["UnLock"]["RotationAngle"].get<double>());
+    EXPECT_EQ(-131.5, overridden["Lock"]["RotationAngle"].get<double>());
+    // Pole + lever centre (30.45, 0.15, -32.2) + ball (0.05, -19.4, -4.35).
+    const Json ball{{"XPosition", 443.0}, {"YPosition", -197.5}, {"ZPosition", -691.55}};
+    EXPECT_EQ("", DifferenceBetween(ball, overridden["EngageWithUnLockLever"], roundedCapture.length));
+    // Pole - drive cup (-7.1, 24.25, -11.4).
+    const Json peg{{"XPosition", 419.6}, {"YPosition", -202.5}, {"ZPosition", -643.6}};
+    EXPECT_EQ("", DifferenceBetween(peg, overridden["EngageWithPeg"], roundedCapture.length));
+}
+
+TEST(Settings, OfOneRunDoNotReachTheNext) {
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+    const Json before = MovesOf({"--geometry", geometry});
+    MovesOf({"--geometry", geometry, "--settings", LoadScenario("settings-override").settings});
+    EXPECT_EQ(before.dump(), MovesOf({"--geometry", geometry}).dump());
+}
+
+TEST(Settings, FileThatIsNotThereIsReported) {
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+    for (const std::string& name : {folder.Name("missing.reg"), folder.Name(".")}) {
+        const ToolRun run = RunQmv40({"pole", "--geometry", geometry, "--settings", name});
+        EXPECT_EQ(3, run.exitCode);
+        EXPECT_EQ(name + ": no such settings file\n", run.err);
+    }
+}
+
+TEST(Settings, ThatPutTheLeverOnThePoleGiveAnAngleThatIsShownAsNoNumber) {
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+    const std::string settings =
+        folder.Write("pole.reg", SettingsText({{"Head Centre To Lever Centre X Offset", "0"},
+                                               {"Lever Centre To Ball Centre X Offset", "0"},
+                                               {"Lever Centre To Ball Centre Y Offset", "0"}}));
+    const Json moves = MovesOf({"--geometry", geometry, "--settings", settings});
+    EXPECT_TRUE(moves["RotateToPeg"]["RotationAngle"].is_null());
+    const std::vector<std::string> move{"move",   "--geometry", geometry, "--settings", settings,
+                                        "--from", "0,0",        "--to",   "45,90"};
+    EXPECT_NE(std::string::npos, RunQmv40(move).out.find("the angle is not a number: do not run this move"));
+}
+
+TEST(Settings, OfTheReferenceHeadsBringThemOutAsWorkedOut) {
+    const TemporaryFolder folder;
+    int heads = 0;
+    for (const Json& head : LoadReferenceDocuments()) {
+        if (head["settings"].empty()) continue;
+        ExpectReferenceHead(head, folder.Write("settings.reg", SettingsText(head["settings"])));
+        ++heads;
+    }
+    EXPECT_GE(heads, 3) << "the reference heads were not found";
+}
+
+TEST(Settings, OfTheScenarioGivePlansThatTheCheckPasses) {
+    const TemporaryFolder folder;
+    const Scenario scenario = LoadScenario("settings-override");
+    const std::string geometry = folder.Name("head.ini");
+    ASSERT_EQ(0, RunQmv40(scenario.GeometryArguments({"--output", geometry})).exitCode);
+    const std::vector<std::string> check{"check", "--geometry", geometry, "--all", "--reachable"};
+    std::vector<std::string> withSettings = check;
+    withSettings.insert(withSettings.end(), {"--settings", scenario.settings});
+    const ToolRun run = RunQmv40(withSettings);
+    EXPECT_EQ(0, run.exitCode) << run.out;
+}
+
+TEST(Settings, ThatWereNotThereWhenThePlanWasMadeAreNoticedByTheCheck) {
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+    const std::string plan = RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "45,90", "--json"}).out;
+    const ToolRun run = RunQmv40({"check", "--geometry", geometry, "--plan", folder.Write("plan.json", plan),
+                                  "--settings", LoadScenario("settings-override").settings});
+    EXPECT_EQ(4, run.exitCode);
+    EXPECT_NE(std::string::npos, run.out.find("lever-not-touched")) << run.out;
+}
+
+TEST(Settings, OfEveryReferenceHeadGivePlansThatTheCheckPasses) {
+    const TemporaryFolder folder;
+    for (const Json& head : LoadReferenceDocuments()) {
+        const bool isMadeUp = !head["settings"].empty();
+        const std::string settings = isMadeUp ? folder.Write("settings.reg", SettingsText(head["settings"])) : "";
+        std::vector<std::string> check{"check", "--geometry", ReferenceGeometryFile(head, folder, settings), "--all",
+                                       "--reachable"};
+        // Dimensions made up at random put some levers where sphere and ball would be: those have no size here.
+        if (isMadeUp) {
+            check.insert(check.end(), {"--settings", settings, "--sphere-radius", "0", "--ball-radius", "0"});
+        }
+        const ToolRun run = RunQmv40(check);
+        EXPECT_EQ(0, run.exitCode) << head["name"] << '\n' << run.out;
+    }
+}
+
+} // namespace

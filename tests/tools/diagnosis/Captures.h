@@ -1,0 +1,29 @@
+#pragma once
+
+#include "tests/support/SimulatedHead.h"
+#include "tools/diagnosis/Diagnosis.h"
+
+#include <string>
+
+using namespace qmv40;
+
+/// Captures as the diagnostics take them, with the component's answer.
+
+using Items = std::vector<HeadAlignmentDataItem>;
+
+/// Mounted a little turned, a stylus as straight as they are.
+SimulatedHead SomeSimulatedHead();
+
+/// As they were captured, not brought to the locked position.
+diagnosis::CapturedSets SetsOf(const Items& aSet, const Items& bSet);
+
+/// Brought to the locked position by the component, with the rotation that it finds. The settings are none.
+diagnosis::CaptureUnderTest UnderTest(const Items& aSet, const Items& bSet);
+
+/// The diagnosis of what the component accepts; fails the test where there is none.
+diagnosis::Diagnosis DiagnosisOf(const Items& aSet, const Items& bSet);
+
+const diagnosis::Finding* FindingOf(const diagnosis::Diagnosis& diagnosis, diagnosis::FindingKind kind);
+
+/// For messages: every finding with its points and figures.
+std::string TextOf(const diagnosis::Diagnosis& diagnosis);

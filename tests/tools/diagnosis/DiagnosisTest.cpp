@@ -1,0 +1,305 @@
+#include "tools/diagnosis/Diagnosis.h"
+
+#include "tests/support/ReferenceHeads.h"
+#include "tests/tools/diagnosis/Captures.h"
+#include "tools/model/Angles.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <map>
+
+using namespace qmv40;
+
+namespace {
+
+using testing::ElementsAre;
+
+std::vector<diagnosis::Finding> WithoutNotes(const diagnosis::Diagnosis& diagnosis) {
+    std::vector<diagnosis::Finding> findings = diagnosis.findings;
+    std::erase_if(findings,
+                  [](const diagnosis::Finding& finding) { return finding.severity == diagnosis::Severity::Note; });
+    return findings;
+}
+
+TEST(Diagnosis, OfTheReferenceHeadsFindsTheThreeThatComeOutWrongAndNoOther) {
+    // Which these are: where the rotation that was worked out is not the angle that the head was mounted at.
+    const std::map<std::string, diagnosis::FindingKind> wrong{
+        {"case-41-000", diagnosis::FindingKind::TipOffAxis},
+        {"case-41-010", diagnosis::FindingKind::RotationOnWrongSide},
+        {"case-41-011", diagnosis::FindingKind::TipOffAxis}};
+    const std::map<std::string, double> mountedAt{
+        {"case-41-000", 30.0}, {"case-41-010", -0.8704975}, {"case-41-011", -2.15}};
+    for (const ReferenceHead& head : LoadReferenceHeads()) {
+        SCOPED_TRACE(head.name);
+        const auto test =
+            diagnosis::CaptureUnderTest{SetsOf(head.aAxisPoints, head.bAxisPoints), head.requiredRotationAroundZ};
+        const auto diagnosis = diagnosis::Diagnose(test);
+        ASSERT_TRUE(diagnosis.has_value());
+        const auto findings = WithoutNotes(*diagnosis);
+        if (!wrong.contains(head.name)) {
+            EXPECT_TRUE(findings.empty()) << TextOf(*diagnosis);
+            continue;
+        }
+        ASSERT_EQ(1u, findings.size()) << TextOf(*diagnosis);
+        EXPECT_EQ(wrong.at(head.name), findings[0].kind) << TextOf(*diagnosis);
+        EXPECT_EQ(diagnosis::Severity::Fault, findings[0].severity);
+        EXPECT_NEAR(mountedAt.at(head.name), findings[0].reference, 0.01) << "what the head was mounted at";
+        EXPECT_TRUE(findings[0].captureAt.has_value());
+    }
+}
+
+TEST(Diagnosis, TellsAHeadAtMinusThreeCapturedAtZeroFromOneCapturedAt45) {
+    SimulatedHead head = SomeSimulatedHead();
+    head.mountingAngle = -3.0;
+    head.stylus = {0.0, 0.0, -180.0};
+    for (const double noise : {0.0, 1e-3, 5e-3}) {
+        const Items bSet = WithNoise(head.BSet(75), noise, 2);
+        const diagnosis::Diagnosis atZero = DiagnosisOf(WithNoise(head.ASet(0), noise, 1), bSet);
+        const diagnosis::Finding* const finding = FindingOf(atZero, diagnosis::FindingKind::RotationOnWrongSide);
+        ASSERT_NE(nullptr, finding) << TextOf(atZero);
+        EXPECT_NEAR(3.0, finding->figure, 0.02);
+        EXPECT_NEAR(-3.0, finding->reference, 0.02);
+        EXPECT_EQ(45.0, finding->captureAt);
+        const diagnosis::Diagnosis at45 = DiagnosisOf(WithNoise(head.ASet(45), noise, 1), bSet);
+        EXPECT_TRUE(at45.findings.empty()) << TextOf(at45);
+    }
+}
+
+TEST(Diagnosis, WarnsOfATiltArcThatIsTooShortForTheCentreAskedFor) {
+    const SimulatedHead head = SomeSimulatedHead();
+    const Items bSet = WithNoise(head.BSet(75, 13, -180, 180), 1e-3, 2);
+    const auto diagnosed = [&](double lastA, double centreWithin) {
+        diagnosis::CaptureUnderTest test = UnderTest(WithNoise(head.ASet(45, 7, 0, lastA), 1e-3, 1), bSet);
+        test.centreWithin = centreWithin;
+        return diagnosis::Diagnose(test).value();
+    };
+    EXPECT_TRUE(diagnosed(90, 0.05).findings.empty());
+    const diagnosis::Diagnosis shortArc = diagnosed(30, 0.05);
+    ASSERT_EQ(1u, shortArc.findings.size()) << TextOf(shortArc);
+    EXPECT_EQ(diagnosis::FindingKind::TiltArcShort, shortArc.findings[0].kind);
+    EXPECT_EQ(diagnosis::Severity::Warning, shortArc.findings[0].severity);
+    EXPECT_EQ(0.05, shortArc.findings[0].reference);
+    // Twice 29 per unit of noise, the noise as seven and thirteen points show it.
+    EXPECT_NEAR(2.0 * 29.0 * 1e-3, shortArc.findings[0].figure, 0.015);
+    EXPECT_TRUE(diagnosed(30, 0.2).findings.empty()) << "not asked for more";
+    EXPECT_NE(nullptr, FindingOf(diagnosed(90, 0.001), diagnosis::FindingKind::CentreUncertain))
+        << "asked for too much";
+}
+
+TEST(Diagnosis, DoesNotTrustAFewPointsThatAgreeByLuck) {
+    // Without any noise a short arc would give the centre exactly.
+    const SimulatedHead head = SomeSimulatedHead();
+    const diagnosis::Diagnosis exact = DiagnosisOf(head.ASet(45, 7, 0, 30), head.BSet(75));
+    EXPECT_LT(exact.axes.CentreDeviation(), 1e-9);
+    EXPECT_NE(nullptr, FindingOf(exact, diagnosis::FindingKind::TiltArcShort)) << TextOf(exact);
+}
+
+TEST(Diagnosis, WarnsOfASwivelArcThatIsTooShort) {
+    const SimulatedHead head = SomeSimulatedHead();
+    const diagnosis::Diagnosis diagnosis =
+        DiagnosisOf(WithNoise(head.ASet(45), 1e-3, 1), WithNoise(head.BSet(75, 7, 0, 30), 1e-3, 2));
+    EXPECT_NE(nullptr, FindingOf(diagnosis, diagnosis::FindingKind::SwivelArcShort)) << TextOf(diagnosis);
+    EXPECT_FALSE(diagnosis.Has(diagnosis::Severity::Fault)) << TextOf(diagnosis);
+}
+
+TEST(Diagnosis, CallsAxesThatAreNearlyParallelAFault) {
+    // The A set turned about B by mistake, its angles written down as if it had been A: a finite, far-off centre.
+    const SimulatedHead head = SomeSimulatedHead();
+    Items aSet = WithNoise(head.BSet(60, 7, 0, 90), 1e-3, 1);
+    for (HeadAlignmentDataItem& item : aSet) {
+        item.APosition = item.BPosition;
+        item.BPosition = 45.0;
+    }
+    const diagnosis::Diagnosis diagnosis = DiagnosisOf(aSet, WithNoise(head.BSet(75, 13, -180, 180), 1e-3, 2));
+    const diagnosis::Finding* const finding = FindingOf(diagnosis, diagnosis::FindingKind::AxesParallel);
+    ASSERT_NE(nullptr, finding) << TextOf(diagnosis);
+    EXPECT_EQ(diagnosis::Severity::Fault, finding->severity);
+    EXPECT_LT(finding->figure, 1.0);
+}
+
+TEST(Diagnosis, SaysWhatFourPointsCannotTell) {
+    const SimulatedHead head = SomeSimulatedHead();
+    const diagnosis::Diagnosis diagnosis = DiagnosisOf(head.ASet(45, 4), head.BSet(75));
+    const diagnosis::Finding* const finding = FindingOf(diagnosis, diagnosis::FindingKind::FewPoints);
+    ASSERT_NE(nullptr, finding);
+    EXPECT_EQ(diagnosis::Severity::Note, finding->severity);
+    EXPECT_THAT(finding->points, ElementsAre(0, 1, 2, 3));
+    EXPECT_FALSE(diagnosis.points[0].influence.has_value());
+    EXPECT_TRUE(diagnosis.points[4].influence.has_value());
+}
+
+TEST(Diagnosis, ShowsWhatLeavingAPointOutChanges) {
+    const SimulatedHead head = SomeSimulatedHead();
+    const Items aSet = WithNoise(head.ASet(45), 1e-3, 1), bSet = WithNoise(head.BSet(75), 1e-3, 2);
+    const diagnosis::Diagnosis all = DiagnosisOf(aSet, bSet);
+    for (const std::size_t left : {0u, 3u, 9u}) {
+        Items fewerA = aSet, fewerB = bSet;
+        if (left < aSet.size()) {
+            fewerA.erase(fewerA.begin() + static_cast<std::ptrdiff_t>(left));
+        } else {
+            fewerB.erase(fewerB.begin() + static_cast<std::ptrdiff_t>(left - aSet.size()));
+        }
+        const diagnosis::Diagnosis fewer = DiagnosisOf(fewerA, fewerB);
+        double shift = 0.0;
+        for (std::size_t i = 0; i < 3; ++i) {
+            shift = std::hypot(shift, fewer.axes.headCentre[i].value - all.axes.headCentre[i].value);
+        }
+        EXPECT_NEAR(shift, all.points[left].influence->centreShift, 1e-9) << left;
+        const double turn = UnderTest(fewerA, fewerB).rotation - UnderTest(aSet, bSet).rotation;
+        // The component takes the plane's normal, the circle's follows it but for the square of the noise.
+        EXPECT_NEAR(turn, all.points[left].influence->rotationShift, 1e-6) << left;
+    }
+}
+
+TEST(Diagnosis, NamesAPointThatStandsOutWithoutBeingWrong) {
+    const SimulatedHead head = SomeSimulatedHead();
+    Items bSet = WithNoise(head.BSet(75, 13, -180, 180), 1e-3, 2);
+    bSet[5].ZPosition += 0.03;
+    const diagnosis::Diagnosis diagnosis = DiagnosisOf(WithNoise(head.ASet(45), 1e-3, 1), bSet);
+    const diagnosis::Finding* const finding = FindingOf(diagnosis, diagnosis::FindingKind::PointSuspicious);
+    ASSERT_NE(nullptr, finding) << TextOf(diagnosis);
+    EXPECT_EQ(diagnosis::Severity::Warning, finding->severity);
+    EXPECT_THAT(finding->points, ElementsAre(12));
+    EXPECT_FALSE(diagnosis.Has(diagnosis::Severity::Fault));
+}
+
+TEST(Diagnosis, NoticesASetThatScattersMoreThanTheOther) {
+    const SimulatedHead head = SomeSimulatedHead();
+    const diagnosis::Diagnosis diagnosis =
+        DiagnosisOf(WithNoise(head.ASet(45), 2e-2, 1), WithNoise(head.BSet(75, 13, -180, 180), 1e-3, 2));
+    EXPECT_TRUE(diagnosis.noise.isUneven);
+    EXPECT_NE(nullptr, FindingOf(diagnosis, diagnosis::FindingKind::NoiseUneven)) << TextOf(diagnosis);
+    EXPECT_GT(diagnosis.noise.perSet.aSet, 5.0 * diagnosis.noise.perSet.bSet);
+}
+
+/// A head that is not the ideal one, captured with noise.
+struct RealHead {
+    double lean, outOfSquare, gap, notches; ///< degrees, degrees, mm, standard deviation of the notches in degrees
+
+    diagnosis::Diagnosis Captured(std::uint64_t seed) const {
+        std::mt19937_64 generator(seed);
+        std::uniform_real_distribution<double> anywhere(-1.0, 1.0);
+        diagnosis::HeadModel model;
+        model.pole = {100.0 * anywhere(generator), 100.0 * anywhere(generator), -500.0};
+        model.mounting = model::ToRadians(3.0 * anywhere(generator));
+        model.tip = {anywhere(generator), anywhere(generator), -150.0 + 80.0 * anywhere(generator)};
+        const double direction = 3.0 * anywhere(generator);
+        model.errors = {
+            {diagnosis::ModelError::Kind::LeaningHead,
+             0,
+             99,
+             {model::ToRadians(lean) * std::cos(direction), model::ToRadians(lean) * std::sin(direction)}},
+            {diagnosis::ModelError::Kind::AxesNotSquare, 0, 99, {model::ToRadians(outOfSquare)}},
+            {diagnosis::ModelError::Kind::AxesApart, 0, 99, {gap}}};
+        std::map<double, double> tilts, swivels;
+        std::normal_distribution<double> notch(0.0, 1.0);
+        const auto captured = [&](Items items) {
+            for (HeadAlignmentDataItem& item : items) {
+                const double a = tilts.try_emplace(item.APosition, notches * notch(generator)).first->second;
+                const double b = swivels.try_emplace(item.BPosition, notches * notch(generator)).first->second;
+                const model::Vector3 p = model.Position({item.APosition + a, item.BPosition + b, {}}, 0);
+                item.XPosition = p.x;
+                item.YPosition = p.y;
+                item.ZPosition = p.z;
+            }
+            return WithNoise(items, 1e-3, generator());
+        };
+        const Items aSet = captured(SimulatedHead().ASet(45));
+        return DiagnosisOf(aSet, captured(SimulatedHead().BSet(75, 10, -180, 90)));
+    }
+};
+
+TEST(Diagnosis, OfAHeadThatIsNotQuiteTrueIsNoFault) {
+    const struct {
+        RealHead head;
+        std::vector<diagnosis::FindingKind> warnings;
+        const char* why;
+    } cases[] = {
+        {{0.02, 0.01, 0.01, 0.0}, {}, "as heads are"},
+        {{0.3, 0.0, 0.0, 0.0}, {diagnosis::FindingKind::HeadLeans}, "mounted askew"},
+        {{0.0, 0.2, 0.0, 0.0}, {diagnosis::FindingKind::AxesNotSquare}, "axes out of square"},
+        {{0.0, 0.0, 0.2, 0.0}, {diagnosis::FindingKind::AxesApart}, "axes that do not meet"},
+        {{0.3, 0.2, 0.2, 0.0},
+         {diagnosis::FindingKind::HeadLeans, diagnosis::FindingKind::AxesNotSquare, diagnosis::FindingKind::AxesApart},
+         "all together"},
+        {{0.0, 0.0, 0.0, 0.01}, {}, "notches that are a little off"}};
+    for (const auto& each : cases) {
+        for (std::uint64_t seed = 0; seed < 25; ++seed) {
+            SCOPED_TRACE(each.why + (", seed " + std::to_string(seed)));
+            const diagnosis::Diagnosis diagnosis = each.head.Captured(seed);
+            EXPECT_FALSE(diagnosis.Has(diagnosis::Severity::Fault)) << TextOf(diagnosis);
+            for (const diagnosis::FindingKind kind : each.warnings) {
+                EXPECT_NE(nullptr, FindingOf(diagnosis, kind)) << NameOf(kind) << " is missing\n" << TextOf(diagnosis);
+            }
+        }
+    }
+}
+
+TEST(Diagnosis, OfAHeadFarFromTrueIsAFault) {
+    const struct {
+        RealHead head;
+        diagnosis::FindingKind kind;
+    } cases[] = {{{3.0, 0.0, 0.0, 0.0}, diagnosis::FindingKind::HeadLeans},
+                 {{0.0, 3.0, 0.0, 0.0}, diagnosis::FindingKind::AxesNotSquare},
+                 {{0.0, 0.0, 2.0, 0.0}, diagnosis::FindingKind::AxesApart}};
+    for (const auto& each : cases) {
+        const diagnosis::Diagnosis diagnosis = each.head.Captured(1);
+        const diagnosis::Finding* const finding = FindingOf(diagnosis, each.kind);
+        ASSERT_NE(nullptr, finding) << TextOf(diagnosis);
+        EXPECT_EQ(diagnosis::Severity::Fault, finding->severity) << TextOf(diagnosis);
+    }
+}
+
+TEST(Diagnosis, CallsPointsThatFollowNoHeadAContradiction) {
+    std::mt19937_64 generator(5);
+    std::uniform_real_distribution<double> anywhere(-100.0, 100.0);
+    Items aSet = SimulatedHead().ASet(45), bSet = SimulatedHead().BSet(75);
+    for (Items* const set : {&aSet, &bSet}) {
+        for (HeadAlignmentDataItem& item : *set) {
+            item.XPosition = anywhere(generator);
+            item.YPosition = anywhere(generator);
+            item.ZPosition = anywhere(generator);
+        }
+    }
+    const diagnosis::Diagnosis diagnosis = DiagnosisOf(aSet, bSet);
+    const diagnosis::Finding* const finding = FindingOf(diagnosis, diagnosis::FindingKind::PointsContradict);
+    ASSERT_NE(nullptr, finding) << TextOf(diagnosis);
+    EXPECT_EQ(diagnosis::Severity::Fault, finding->severity);
+    EXPECT_EQ(3u, finding->points.size());
+}
+
+TEST(Diagnosis, IsNotThereForPointsThatFormNoCircle) {
+    diagnosis::CaptureUnderTest test{SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75))};
+    for (diagnosis::CapturedPoint& point : test.sets.points) point.position = {1.0, 2.0, 3.0};
+    EXPECT_FALSE(diagnosis::Diagnose(test).has_value());
+}
+
+TEST(Diagnosis, IsDefinedForAnyNumbers) {
+    std::mt19937_64 generator(3);
+    const double nasty[] = {0.0, -0.0, 1.0, 90.0, -1e-300, 1e-12, 1e6, -1e15, 1e155, 1e300, 360000.0};
+    std::uniform_int_distribution<std::size_t> any(0, std::size(nasty) - 1);
+    const auto number = [&] { return nasty[any(generator)]; };
+    for (int round = 0; round < 150; ++round) {
+        SCOPED_TRACE(round);
+        diagnosis::CaptureUnderTest test{SetsOf(SimulatedHead().ASet(45, 5), SimulatedHead().BSet(75, 5)), number()};
+        for (diagnosis::CapturedPoint& point : test.sets.points) {
+            if (round % 3 != 0) point.position = {number(), number(), number()};
+            if (round % 3 != 1) point = {number(), number(), point.position};
+        }
+        const auto diagnosis = diagnosis::Diagnose(test);
+        if (!diagnosis) continue;
+        EXPECT_EQ(test.sets.points.size(), diagnosis->points.size());
+        EXPECT_FALSE(TextOf(*diagnosis).empty()) << "such a capture is doubted in some way";
+    }
+}
+
+TEST(FindingNames, AreAllThereAndAllDifferent) {
+    std::map<std::string_view, int> names;
+    for (int kind = 0; kind <= static_cast<int>(diagnosis::FindingKind::FewPoints); ++kind) {
+        const std::string_view name = NameOf(static_cast<diagnosis::FindingKind>(kind));
+        EXPECT_FALSE(name.empty()) << kind;
+        EXPECT_EQ(1, ++names[name]) << name;
+    }
+}
+
+} // namespace

@@ -1,0 +1,60 @@
+#include "tools/diagnosis/NormalEquations.h"
+
+#include <array>
+#include <gtest/gtest.h>
+
+using namespace qmv40;
+
+namespace {
+
+constexpr double rounding = 1e-12;
+
+/// A straight line through four points, with its unknowns in any unit.
+diagnosis::NormalEquations Line(double unitOfSlope) {
+    diagnosis::NormalEquations equations(2);
+    const double heights[] = {1.0, 3.0, 2.0, 6.0};
+    for (int x = 0; x < 4; ++x) equations.Add(std::array{1.0, x * unitOfSlope}, heights[x]);
+    return equations;
+}
+
+TEST(NormalEquations, GiveTheRegressionLineWorkedByHand) {
+    // Mean x 1.5, mean y 3; sum of squares of x 5, of products 7: slope 1.4, at the origin 0.9.
+    const auto solution = Line(1.0).Solve();
+    ASSERT_TRUE(solution.has_value());
+    EXPECT_NEAR(0.9, (*solution)[0], rounding);
+    EXPECT_NEAR(1.4, (*solution)[1], rounding);
+}
+
+TEST(NormalEquations, GiveTheCovariancesOfTheRegressionLine) {
+    // Variance of the slope 1/5; of the height at the origin 1/4 + 1.5^2/5; between them -1.5/5.
+    const auto covariance = Line(1.0).Covariance();
+    ASSERT_TRUE(covariance.has_value());
+    const double expected[] = {0.7, -0.3, -0.3, 0.2};
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(expected[i], (*covariance)[i], rounding) << i;
+}
+
+TEST(NormalEquations, MindNoUnits) {
+    const double unit = 1e9;
+    EXPECT_NEAR(1.4 / unit, (*Line(unit).Solve())[1], rounding / unit);
+    EXPECT_NEAR(0.2 / (unit * unit), (*Line(unit).Covariance())[3], rounding / (unit * unit));
+}
+
+TEST(NormalEquations, AreNotSolvedWhereTheyLeaveAnUnknownOpen) {
+    diagnosis::NormalEquations mixed(2);
+    for (int i = 0; i < 5; ++i) mixed.Add(std::array{1.0, 2.0}, i);
+    EXPECT_FALSE(mixed.Solve().has_value());
+    EXPECT_FALSE(mixed.Covariance().has_value());
+    EXPECT_TRUE(mixed.Solve(1e-6).has_value()) << "damping settles it";
+
+    diagnosis::NormalEquations unseen(2);
+    unseen.Add(std::array{1.0, 0.0}, 1.0);
+    EXPECT_FALSE(unseen.Solve().has_value());
+}
+
+TEST(NormalEquations, StepLessWhenTheyAreDamped) {
+    const auto whole = *Line(1.0).Solve();
+    const auto damped = *Line(1.0).Solve(1.0);
+    EXPECT_LT(damped[0] * damped[0] + damped[1] * damped[1], whole[0] * whole[0] + whole[1] * whole[1]);
+}
+
+} // namespace

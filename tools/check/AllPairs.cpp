@@ -1,0 +1,144 @@
+#include "tools/check/AllPairs.h"
+
+#include "interface/ErrorCodes.h"
+#include "tools/component/Calculator.h"
+#include "tools/component/ComponentError.h"
+#include "tools/plans/HeadAnglesText.h"
+#include "tools/plans/MovesJson.h"
+#include "tools/text/Numbers.h"
+#include "tools/text/Progress.h"
+#include "tools/text/Table.h"
+
+#include <algorithm>
+
+namespace qmv40::check {
+
+namespace {
+
+std::size_t IndexOf(FindingKind kind) { return static_cast<std::size_t>(kind); }
+
+/// Runs a step of the component; false when it refuses the angles.
+template <typename Step> bool IsAccepted(Step&& step) {
+    try {
+        std::forward<Step>(step)();
+        return true;
+    } catch (const component::ComponentError& error) {
+        if (error.code == QMV_E_INVALID_TARGET) return false;
+        throw;
+    }
+}
+
+void Take(AllPairs& all, const plans::PlanToCheck& plan, const PlanReport& report) {
+    all.figures.Take(plan, report);
+    all.findings += report.findings.size();
+    bool isNew = false;
+    for (const Finding& finding : report.findings) {
+        isNew = all.findingsOfKind[IndexOf(finding.kind)]++ == 0 || isNew;
+    }
+    if (isNew) all.examples.push_back({plan, report});
+}
+
+struct Example {
+    const CheckedPlan& checked;
+    const Finding& finding;
+};
+
+/// The first finding of a kind that has some.
+Example ExampleOf(const AllPairs& all, FindingKind kind) {
+    for (const CheckedPlan& checked : all.examples) {
+        const auto& findings = checked.report.findings;
+        const auto found = std::ranges::find(findings, kind, &Finding::kind);
+        if (found != findings.end()) return {checked, *found};
+    }
+    throw std::logic_error("a finding without its plan");
+}
+
+std::vector<FindingKind> KindsFound(const AllPairs& all) {
+    std::vector<FindingKind> kinds;
+    for (const FindingText& text : AllFindingTexts()) {
+        if (all.findingsOfKind[IndexOf(text.kind)] != 0) kinds.push_back(text.kind);
+    }
+    return kinds;
+}
+
+} // namespace
+
+std::vector<model::HeadAngles> HeadPositions(int leastA) {
+    constexpr int step = 15;
+    std::vector<model::HeadAngles> positions;
+    for (int a = leastA; a <= 90; a += step) {
+        for (int b = -180; b <= 180; b += step) positions.push_back({static_cast<double>(a), static_cast<double>(b)});
+    }
+    return positions;
+}
+
+AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& head, const CheckOptions& options,
+                       std::vector<model::HeadAngles> positions, const text::Console& console) {
+    AllPairs all;
+    all.positions = std::move(positions);
+    all.findingsOfKind.resize(AllFindingTexts().size());
+    component::Calculator calculator;
+    calculator.LoadHeadGeometry(geometryFile);
+    text::Progress progress(console, "checking all pairs", all.Pairs());
+    for (const model::HeadAngles& from : all.positions) {
+        for (const model::HeadAngles& to : all.positions) {
+            RequiredMoves moves{};
+            if (IsAccepted([&] {
+                    calculator.SetCurrentHeadPosition(from);
+                    moves = calculator.CalculateMove(to);
+                })) {
+                const plans::PlanToCheck plan{from, to, plans::MovesInOrder(moves)};
+                Take(all, plan, CheckPlan(head, options, plan));
+            } else {
+                ++all.refused;
+            }
+        }
+        progress.Advance(all.positions.size());
+    }
+    return all;
+}
+
+void PrintAllPairs(const AllPairs& all, const text::Console& console) {
+    console.out << console.Strong("All pairs of positions: A " + text::ExactText(all.positions.front().a) +
+                                  " to 90, B -180 to 180, in steps of 15 (deg)")
+                << '\n';
+    text::Table table({{"", text::Table::Align::Left}, {""}, {"", text::Table::Align::Left}});
+    table.AddRow({"positions", std::to_string(all.positions.size())});
+    table.AddRow({"pairs", std::to_string(all.Pairs())});
+    table.AddRow({"refused by the component", std::to_string(all.refused),
+                  all.refused == 0 ? "" : "the head tilts from A 0 to 90 alone"});
+    table.AddRow({"planned and checked", std::to_string(all.figures.Plans())});
+    table.Print(console);
+    for (const FindingKind kind : KindsFound(all)) {
+        const auto [checked, finding] = ExampleOf(all, kind);
+        console.out << '\n'
+                    << std::to_string(all.findingsOfKind[IndexOf(kind)]) << " times, first from "
+                    << plans::HeadAnglesText(checked.plan.from) << " to " << plans::HeadAnglesText(checked.plan.to)
+                    << ":\n";
+        PrintFinding(finding, finding.move ? MoveText(*finding.move, checked.plan.moves[*finding.move].id) : "the plan",
+                     console);
+    }
+    PrintFigures(all.figures, console);
+    PrintVerdict(all.findings, std::to_string(all.figures.Plans()) + " plans", console);
+}
+
+text::Json AllPairsJson(const AllPairs& all, const CheckOptions& options) {
+    text::Json findings = text::Json::Array();
+    for (const FindingKind kind : KindsFound(all)) {
+        const auto [checked, finding] = ExampleOf(all, kind);
+        text::Json first{{"from", plans::AnglesJson(checked.plan.from)}, {"to", plans::AnglesJson(checked.plan.to)}};
+        first.Update(FindingJson(finding, checked.plan));
+        findings.PushBack(
+            {{"name", TextOf(kind).name}, {"count", all.findingsOfKind[IndexOf(kind)]}, {"first", first}});
+    }
+    return {{"verdict", Verdict(all.findings)},
+            {"allowances", AllowancesJson(options)},
+            {"positions", all.positions.size()},
+            {"pairs", all.Pairs()},
+            {"refused", all.refused},
+            {"checked", all.figures.Plans()},
+            {"findings", findings},
+            {"worst", FiguresJson(all.figures)}};
+}
+
+} // namespace qmv40::check

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "tools/check/Figures.h"
+#include "tools/check/CheckReport.h"
+#include "tools/text/Console.h"
+#include "tools/text/Json.h"
+
+#include <functional>
+#include <vector>
+
+namespace qmv40::check {
+
+/// Every indexing between the positions of a head, planned by the component and checked.
+
+struct AllPairs {
+    std::vector<model::HeadAngles> positions;
+    std::size_t refused = 0; ///< pairs that the component does not plan
+    std::size_t findings = 0;
+    std::vector<std::size_t> findingsOfKind; ///< by kind
+    std::vector<CheckedPlan> examples;       ///< the first plan with each kind of finding
+    Figures figures;
+
+    std::size_t Pairs() const { return positions.size() * positions.size(); }
+};
+
+/// A from `leastA` to 90, B from -180 to 180, in steps of 15.
+std::vector<model::HeadAngles> HeadPositions(int leastA);
+
+/// Geometry and settings are those of `geometryFile` and the settings in force.
+AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& head,
+                       const CheckOptions& options, std::vector<model::HeadAngles> positions, const text::Console& console);
+
+void PrintAllPairs(const AllPairs& all, const text::Console& console);
+text::Json AllPairsJson(const AllPairs& all, const CheckOptions& options);
+
+} // namespace qmv40::check

@@ -1,0 +1,253 @@
+#include "tools/check/CheckReport.h"
+
+#include "tools/motion/Sampling.h"
+#include "tools/plans/HeadAnglesText.h"
+#include "tools/plans/Moves.h"
+#include "tools/plans/MovesJson.h"
+#include "tools/text/Numbers.h"
+#include "tools/text/Table.h"
+
+namespace qmv40::check {
+
+namespace {
+
+using model::LeverState;
+using motion::HeadState;
+using plans::MoveId;
+
+constexpr int figureDecimals = 4;
+
+void PrintMoves(const CheckedPlan& checked, const text::Console& console) {
+    text::Table table({{"#"},
+                       {"Move", text::Table::Align::Left},
+                       {"Lever", text::Table::Align::Left},
+                       {"Cup", text::Table::Align::Left},
+                       {"A (deg)"},
+                       {"B (deg)"},
+                       {"To the pole sphere (mm)"},
+                       {"To the levers (mm)"},
+                       {"Must touch", text::Table::Align::Left}});
+    for (std::size_t i = 0; i < checked.report.moves.size(); ++i) {
+        const CheckedMove& move = checked.report.moves[i];
+        const HeadState& after = move.run.after;
+        table.AddRow({std::to_string(i + 1), NameOf(move.run.id), NameOf(after.lever),
+                      after.isOnPeg ? "on peg" : "free", text::FixedText(after.angles.a, figureDecimals),
+                      text::FixedText(after.angles.b, figureDecimals),
+                      text::FixedText(move.room.toPoleSphere, figureDecimals),
+                      text::FixedText(move.room.toLevers, figureDecimals), ContactOf(move.run.id)});
+    }
+    table.Print(console);
+}
+
+void PrintFindings(const CheckedPlan& checked, const text::Console& console) {
+    if (checked.report.findings.empty()) return;
+    console.out << "\nThe first finding is the one to mend; those after it may follow from it.\n";
+    for (const Finding& finding : checked.report.findings) {
+        const std::string where =
+            finding.move ? MoveText(*finding.move, checked.plan.moves[*finding.move].id) : "the plan";
+        PrintFinding(finding, where, console);
+    }
+}
+
+struct NamedFigure {
+    const char* name;
+    const char* text;
+    const std::optional<WorstFigure>& figure;
+};
+
+std::vector<NamedFigure> NamedFigures(const Figures& figures) {
+    return {{"roomToPoleSphere", "least room to the pole sphere", figures.roomToPoleSphere},
+            {"roomToLevers", "least room to a lever", figures.roomToLevers},
+            {"aboveSafeHeight", "least height above the safe height", figures.aboveSafeHeight},
+            {"pulledOff", "farthest that an arc pulls the peg", figures.pulledOff},
+            {"targetMiss", "farthest past the target's engagement", figures.targetMiss}};
+}
+
+std::string PlanText(const WorstFigure& worst) {
+    return ", from " + plans::HeadAnglesText(worst.from) + " to " + plans::HeadAnglesText(worst.to);
+}
+
+text::Json WorstJson(const std::optional<WorstFigure>& worst) {
+    if (!worst) return nullptr;
+    return {{"value", worst->value},
+            {"unit", "mm"},
+            {"plan", worst->plan + 1},
+            {"from", plans::AnglesJson(worst->from)},
+            {"to", plans::AnglesJson(worst->to)},
+            {"move", worst->move + 1},
+            {"moveName", NameOf(worst->id)}};
+}
+
+text::Json StateJson(const HeadState& state, const model::Vector3& position) {
+    return {{"lever", NameOf(state.lever)},
+            {"onPeg", state.isOnPeg},
+            {"A", state.angles.a},
+            {"B", state.angles.b},
+            {"position", text::PointJson(position.x, position.y, position.z)}};
+}
+
+text::Json PathJson(const std::vector<motion::Sample>& samples) {
+    text::Json path = text::Json::Array();
+    for (const motion::Sample& sample : samples) {
+        path.PushBack({{"fraction", sample.fraction},
+                       {"position", text::PointJson(sample.position.x, sample.position.y, sample.position.z)},
+                       {"driveCup", text::PointJson(sample.driveCup.x, sample.driveCup.y, sample.driveCup.z)},
+                       {"A", sample.angles.a},
+                       {"B", sample.angles.b}});
+    }
+    return path;
+}
+
+text::Json MoveJson(std::size_t index, const CheckedMove& move, const model::HeadModel& head) {
+    const motion::Path& path = move.run.path;
+    return {{"move", index + 1},
+            {"name", NameOf(move.run.id)},
+            {"kind", path.IsArc() ? "arc" : "straight"},
+            {"before", StateJson(move.run.before, path.Start())},
+            {"after", StateJson(move.run.after, path.End())},
+            {"roomToPoleSphere", move.room.toPoleSphere},
+            {"roomToLevers", move.room.toLevers},
+            {"mustTouch", ContactOf(move.run.id)},
+            {"aboveSafeHeight", move.aboveSafeHeight ? text::Json(*move.aboveSafeHeight) : text::Json(nullptr)},
+            {"radius", path.IsArc() ? text::Json(path.Radius()) : text::Json(nullptr)},
+            {"path", PathJson(motion::SamplesOf(head, move.run))}};
+}
+
+text::Json PlanJson(const CheckedPlan& checked, const model::HeadModel& head) {
+    text::Json moves = text::Json::Array();
+    const std::vector<CheckedMove>& run = checked.report.moves;
+    for (std::size_t i = 0; i < run.size(); ++i) moves.PushBack(MoveJson(i, run[i], head));
+    return {{"from", plans::AnglesJson(checked.plan.from)},
+            {"to", plans::AnglesJson(checked.plan.to)},
+            {"verdict", Verdict(checked.report.findings.size())},
+            {"findings", PlanFindingsJson(checked)},
+            {"moves", moves}};
+}
+
+void PrintHeading(const CheckedTour& tour, std::size_t index, const std::string& whatFollows,
+                  const text::Console& console) {
+    const plans::PlanToCheck& plan = tour.plans[index].plan;
+    const std::string number = tour.plans.size() == 1 ? "" : " " + std::to_string(index + 1);
+    console.out << (index == 0 ? "" : "\n")
+                << console.Strong("Plan" + number + ": from " + plans::HeadAnglesText(plan.from) + " to " +
+                                  plans::HeadAnglesText(plan.to) + " (deg)" + whatFollows)
+                << '\n';
+}
+
+void PrintFiguresAndVerdict(const CheckedTour& tour, const text::Console& console) {
+    PrintFigures(tour.figures, console);
+    const std::size_t plans = tour.plans.size();
+    PrintVerdict(tour.Findings(), std::to_string(plans) + (plans == 1 ? " plan" : " plans"), console);
+}
+
+} // namespace
+
+void PrintCheckedTour(const CheckedTour& tour, const text::Console& console) {
+    for (std::size_t i = 0; i < tour.plans.size(); ++i) {
+        PrintHeading(tour, i, ", as after each move", console);
+        console.out << '\n';
+        PrintMoves(tour.plans[i], console);
+        PrintFindings(tour.plans[i], console);
+    }
+    PrintFiguresAndVerdict(tour, console);
+}
+
+void PrintJudgement(const CheckedTour& tour, const text::Console& console) {
+    for (std::size_t i = 0; i < tour.plans.size(); ++i) {
+        PrintHeading(tour, i, "", console);
+        PrintFindings(tour.plans[i], console);
+    }
+    PrintFiguresAndVerdict(tour, console);
+}
+
+text::Json CheckedTourJson(const CheckedTour& tour, const model::HeadModel& head, const CheckOptions& options) {
+    text::Json plans = text::Json::Array();
+    for (const CheckedPlan& checked : tour.plans) plans.PushBack(PlanJson(checked, head));
+    return {{"verdict", Verdict(tour.Findings())},
+            {"allowances", AllowancesJson(options)},
+            {"worst", FiguresJson(tour.figures)},
+            {"plans", plans}};
+}
+
+const char* NameOf(LeverState state) { return state == LeverState::Locked ? "locked" : "open"; }
+
+const char* ContactOf(MoveId id) {
+    if (IsPegContact(id)) return "peg";
+    return IsLeverContact(id) ? "lever" : "";
+}
+
+std::string MoveText(std::size_t index, MoveId id) { return "move " + std::to_string(index + 1) + " " + NameOf(id); }
+
+std::string AmountText(const Finding& finding) {
+    if (!finding.amount) return "";
+    return " by " + text::FixedText(*finding.amount, figureDecimals) + " " + TextOf(finding.kind).unit;
+}
+
+void PrintFinding(const Finding& finding, const std::string& where, const text::Console& console) {
+    const FindingText& text = TextOf(finding.kind);
+    console.out << "  " << where << ": " << console.Strong(text.name) << AmountText(finding) << "\n      "
+                << text.sentence << "\n      " << text.remedy << '\n';
+}
+
+void PrintFigures(const Figures& figures, const text::Console& console) {
+    console.out << '\n' << console.Strong("Worst figures") << '\n';
+    text::Table table({{"", text::Table::Align::Left}, {""}, {"", text::Table::Align::Left}});
+    for (const NamedFigure& named : NamedFigures(figures)) {
+        if (!named.figure) continue;
+        const WorstFigure& worst = *named.figure;
+        table.AddRow({named.text, text::FixedText(worst.value, figureDecimals) + " mm",
+                      MoveText(worst.move, worst.id) + (figures.Plans() > 1 ? PlanText(worst) : "")});
+    }
+    table.Print(console);
+}
+
+const char* Verdict(std::size_t findings) { return findings == 0 ? "clear" : "findings"; }
+
+std::string VerdictText(std::size_t findings) {
+    if (findings == 0) return "clear, no findings";
+    return std::to_string(findings) + (findings == 1 ? " finding" : " findings");
+}
+
+void PrintVerdict(std::size_t findings, const std::string& checked, const text::Console& console) {
+    console.out << '\n' << console.Strong("Verdict: " + VerdictText(findings)) << " in " << checked << ".\n";
+}
+
+text::Json FindingJson(const Finding& finding, const plans::PlanToCheck& plan) {
+    const FindingText& text = TextOf(finding.kind);
+    return {{"move", finding.move ? text::Json(*finding.move + 1) : text::Json(nullptr)},
+            {"moveName", finding.move ? text::Json(NameOf(plan.moves[*finding.move].id)) : text::Json(nullptr)},
+            {"name", text.name},
+            {"amount", finding.amount ? text::Json(*finding.amount) : text::Json(nullptr)},
+            {"unit", text.unit},
+            {"sentence", text.sentence},
+            {"remedy", text.remedy}};
+}
+
+text::Json PlanFindingsJson(const CheckedPlan& checked) {
+    text::Json findings = text::Json::Array();
+    for (const Finding& finding : checked.report.findings) {
+        findings.PushBack(FindingJson(finding, checked.plan));
+    }
+    return findings;
+}
+
+text::Json FiguresJson(const Figures& figures) {
+    text::Json document = text::Json::Object();
+    for (const NamedFigure& named : NamedFigures(figures)) document[named.name] = WorstJson(named.figure);
+    return document;
+}
+
+text::Json AllowancesJson(const CheckOptions& options) {
+    text::Json travel = text::Json::Object();
+    constexpr const char* axes[] = {"X", "Y", "Z"};
+    for (std::size_t i = 0; i < options.travel.size(); ++i) {
+        // An end that is not limited is infinite, which a document shows as null.
+        travel[axes[i]] = {options.travel[i].smallest, options.travel[i].largest};
+    }
+    return {{"poleSphereRadius", options.sizes.poleSphereRadius},
+            {"leverBallRadius", options.sizes.leverBallRadius},
+            {"clearance", options.smallestRoom},
+            {"travel", travel}};
+}
+
+} // namespace qmv40::check

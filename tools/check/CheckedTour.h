@@ -1,0 +1,31 @@
+#pragma once
+
+#include "tools/check/Figures.h"
+
+#include <string>
+#include <vector>
+
+namespace qmv40::check {
+
+/// A plan that was checked, and what was found.
+struct CheckedPlan {
+    plans::PlanToCheck plan;
+    PlanReport report;
+};
+
+/// Plans that were checked one after the other: each begins where the machine stands after the one before.
+struct CheckedTour {
+    std::vector<CheckedPlan> plans;
+    Figures figures;
+
+    std::size_t Findings() const;
+};
+
+CheckedTour CheckTour(std::vector<plans::PlanToCheck> plans, const model::HeadModel& head,
+                      const CheckOptions& options);
+
+/// The model of the head whose geometry the file holds. Complains about a file that is missing or lacks a value as the
+/// component does.
+model::HeadModel LoadModel(const std::string& geometryFile);
+
+} // namespace qmv40::check

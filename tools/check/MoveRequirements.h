@@ -1,0 +1,36 @@
+#pragma once
+
+#include "tools/plans/PlannedMove.h"
+
+namespace qmv40::check {
+
+/// What each of the 19 moves is for, as conditions that can be checked.
+struct Contract {
+    plans::MoveId id;
+
+    enum class Ending {
+        Anywhere,
+        BeforeLever, ///< on the line to the ball of the lever in reach, far enough off
+        AtLever,     ///< at its ball
+        ClearOfLever,
+        BeforePeg, ///< on the line on which cup and peg meet, far enough off
+        AtPeg      ///< the cup on the peg
+    } ending = Ending::Anywhere;
+
+    enum class Arc {
+        None,  ///< a straight move
+        Push,  ///< pushes the lever into its other state
+        Swing, ///< about the pole, to the bearing of the position after it
+        AToZero,
+        BToTarget,
+        AToTarget
+    } arc = Arc::None;
+
+    enum class Height { Free, SafeAtEnd, SafeAllAlong } height = Height::Free;
+
+    bool isVertical = false; ///< neither X nor Y changes
+};
+
+const Contract& ContractOf(plans::MoveId id);
+
+} // namespace qmv40::check

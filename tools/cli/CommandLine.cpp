@@ -1,0 +1,148 @@
+#include "tools/cli/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <sstream>
+
+namespace qmv40::cli {
+
+namespace {
+
+/// The words in the braces of a type such as TEXT:{circle,plane,line}.
+std::vector<std::string> Choices(const std::string& type) {
+    const std::size_t open = type.find('{');
+    const std::size_t close = type.rfind('}');
+    if (open == std::string::npos || close == std::string::npos) return {};
+    std::vector<std::string> choices;
+    std::istringstream words(type.substr(open + 1, close - open - 1));
+    for (std::string word; std::getline(words, word, ',');) choices.push_back(word);
+    return choices;
+}
+
+std::string Joined(const std::vector<std::string>& words, const char* separator) {
+    std::string joined;
+    for (const std::string& word : words) joined += (joined.empty() ? "" : separator) + word;
+    return joined;
+}
+
+OptionDescription DescriptionOf(const CLI::Option& option) {
+    OptionDescription described;
+    for (const std::string& name : option.get_snames()) described.names.push_back("-" + name);
+    for (const std::string& name : option.get_lnames()) described.names.push_back("--" + name);
+    const std::string type = option.get_items_expected_max() == 0 ? "" : option.get_type_name();
+    described.choices = Choices(type);
+    described.argument = described.choices.empty() ? type : Joined(described.choices, "|");
+    described.description = option.get_description();
+    described.isRequired = option.get_required();
+    described.isRepeatable = option.get_expected_max() > 1;
+    return described;
+}
+
+// NOLINTNEXTLINE(misc-no-recursion): commands have commands of their own
+CommandDescription DescriptionOf(const CLI::App& command, const std::string& before) {
+    CommandDescription described;
+    described.name = before + command.get_name();
+    described.description = command.get_description();
+    described.footer = command.get_footer();
+    for (const CLI::Option* const option : command.get_options()) described.options.push_back(DescriptionOf(*option));
+    for (const CLI::App* const each : command.get_subcommands({})) {
+        described.commands.push_back(DescriptionOf(*each, described.name + " "));
+    }
+    return described;
+}
+
+// NOLINTNEXTLINE(misc-no-recursion): commands have commands of their own
+bool PrintsJson(const CLI::App& tool) {
+    return std::ranges::any_of(tool.get_subcommands(), [](const CLI::App* command) {
+        const CLI::Option* const json = command->get_option_no_throw("--json");
+        return (json != nullptr && json->count() != 0) || PrintsJson(*command);
+    });
+}
+
+void ReadOrRefuse(const char* name, const Command::Reader& read, const std::string& value) {
+    const std::string problem = read(value);
+    if (!problem.empty()) throw CLI::ValidationError(name, problem);
+}
+
+} // namespace
+
+Option& Option::Require() {
+    option->required();
+    return *this;
+}
+
+Option& Option::AcceptOnly(const std::vector<std::string>& values) {
+    option->check(CLI::IsMember(values));
+    return *this;
+}
+
+Option& Option::Exclude(const char* other) {
+    option->excludes(other);
+    return *this;
+}
+
+Option& Option::Need(const char* other) {
+    option->needs(other);
+    return *this;
+}
+
+Command Command::AddCommand(const char* name, const char* description) {
+    return Command(*app->add_subcommand(name, description));
+}
+
+void Command::RequireCommand() { app->require_subcommand(1); }
+
+Option Command::AddFlag(const char* name, bool& flag, const char* description) {
+    return Option(*app->add_flag(name, flag, description));
+}
+
+Option Command::AddText(const char* name, std::string& text, const char* valueName, const char* description) {
+    return Option(*app->add_option(name, text, description)->type_name(valueName));
+}
+
+Option Command::AddTexts(const char* name, std::vector<std::string>& texts, const char* valueName,
+                         const char* description) {
+    return Option(*app->add_option(name, texts, description)->type_name(valueName)->allow_extra_args(false));
+}
+
+Option Command::AddValue(const char* name, const char* valueName, const char* description, Reader read) {
+    const auto take = [name, read = std::move(read)](const std::string& value) { ReadOrRefuse(name, read, value); };
+    return Option(*app->add_option_function<std::string>(name, take, description)->type_name(valueName));
+}
+
+Option Command::AddValues(const char* name, const char* valueName, const char* description, Reader read) {
+    const auto take = [name, read = std::move(read)](const std::vector<std::string>& values) {
+        for (const std::string& value : values) ReadOrRefuse(name, read, value);
+    };
+    return Option(*app->add_option_function<std::vector<std::string>>(name, take, description)->type_name(valueName));
+}
+
+void Command::SetFooter(const std::string& footer) { app->footer(footer); }
+
+void Command::OnRun(std::function<void()> run) { app->callback(std::move(run)); }
+
+CommandLine::CommandLine(const char* name, const char* description, const char* version)
+    : app(std::make_unique<CLI::App>(description, name)) {
+    app->allow_windows_style_options(false); // a value may begin with a slash: file names do
+    app->set_version_flag("--version", version);
+}
+
+CommandLine::~CommandLine() = default;
+
+Command CommandLine::Root() { return Command(*app); }
+
+bool CommandLine::Run(std::vector<std::string> arguments, const text::Console& console) {
+    try {
+        std::ranges::reverse(arguments); // the parser takes them from the back
+        app->parse(std::move(arguments));
+        return true;
+    } catch (const CLI::ParseError& error) {
+        return app->exit(error, console.out, console.err) == 0;
+    }
+}
+
+bool CommandLine::IsJsonWanted() const { return PrintsJson(*app); }
+
+CommandDescription CommandLine::Describe() const { return DescriptionOf(*app, ""); }
+
+} // namespace qmv40::cli

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "tools/text/Console.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+class Option;
+} // namespace CLI
+
+/// The definition of a command line. One source file alone knows the library that parses it.
+
+namespace qmv40::cli {
+
+/// One option of a command, to be restricted further.
+class Option {
+public:
+    explicit Option(CLI::Option& theOption) : option(&theOption) {}
+
+    Option& Require();
+    Option& AcceptOnly(const std::vector<std::string>& values);
+    // `other`: an option of the same command, with its dashes
+    Option& Exclude(const char* other);
+    Option& Need(const char* other);
+
+private:
+    CLI::Option* option;
+};
+
+/// A command, or the tool itself. Names of options begin with two dashes; without them an argument has its place.
+/// What the options fill must live until the command line was run. Descriptions have no full stop.
+class Command {
+public:
+    /// Takes a value; returns what is wrong with it, or an empty text.
+    using Reader = std::function<std::string(const std::string& value)>;
+
+    explicit Command(CLI::App& theApp) : app(&theApp) {}
+
+    Command AddCommand(const char* name, const char* description);
+    /// One of its commands must be given.
+    void RequireCommand();
+
+    Option AddFlag(const char* name, bool& flag, const char* description);
+    Option AddText(const char* name, std::string& text, const char* valueName, const char* description);
+    /// May be given several times, with one value each.
+    Option AddTexts(const char* name, std::vector<std::string>& texts, const char* valueName, const char* description);
+    Option AddValue(const char* name, const char* valueName, const char* description, Reader read);
+    /// May be given several times, with one value or more each.
+    Option AddValues(const char* name, const char* valueName, const char* description, Reader read);
+
+    /// Stands at the end of the command's help.
+    void SetFooter(const std::string& footer);
+    /// Called when the command was given and all its options are read.
+    void OnRun(std::function<void()> run);
+
+private:
+    CLI::App* app;
+};
+
+struct OptionDescription {
+    std::vector<std::string> names;   ///< "-h", "--help"; none for an argument that has its place
+    std::string argument;             ///< what follows, such as FILE; empty for a switch
+    std::vector<std::string> choices; ///< the only values that are accepted; empty when any is
+    std::string description;
+    bool isRequired;
+    bool isRepeatable;
+
+    bool IsFile() const { return argument == "FILE"; }
+    bool IsPositional() const { return names.empty(); }
+};
+
+struct CommandDescription {
+    std::string name; ///< all words: "qmv40 settings write"
+    std::string description;
+    std::string footer;
+    std::vector<OptionDescription> options;
+    std::vector<CommandDescription> commands; ///< one of them must be given; none for most commands
+};
+
+class CommandLine {
+public:
+    CommandLine(const char* name, const char* description, const char* version);
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+    ~CommandLine();
+
+    Command Root();
+    /// Reads the arguments that follow the tool's name and runs the command that they give. Prints help where it is
+    /// asked for, and what is wrong with the arguments. False for wrong usage; what the command throws passes through.
+    bool Run(std::vector<std::string> arguments, const text::Console& console);
+    /// The command that was given prints documents, also for its failures.
+    bool IsJsonWanted() const;
+    CommandDescription Describe() const;
+
+private:
+    std::unique_ptr<CLI::App> app;
+};
+
+} // namespace qmv40::cli

@@ -1,0 +1,19 @@
+#pragma once
+
+namespace qmv40::cli {
+
+/// What the tool tells its caller when it ends.
+enum ExitCode : int {
+    exitDone = 0,
+    exitRefused = 1,    ///< the component refused
+    exitWrongUsage = 2, ///< the command line makes no sense
+    exitBadFile = 3,    ///< a file is missing, malformed or cannot be written
+    exitFindings = 4    ///< a check ran and found something wrong
+};
+
+/// The command has printed everything; only its exit code remains.
+struct CommandEnded {
+    ExitCode exitCode;
+};
+
+} // namespace qmv40::cli

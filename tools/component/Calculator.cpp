@@ -1,0 +1,98 @@
+#include "tools/component/Calculator.h"
+
+#include "tools/component/AlignmentArray.h"
+#include "tools/component/ComponentError.h"
+#include "tools/text/Failures.h"
+#include "tools/text/WideText.h"
+#include "tools/text/Text.h"
+
+#include <filesystem>
+#include <new>
+
+namespace qmv40::component {
+
+namespace {
+
+void ThrowIfFailed(HRESULT result, const char* operation) {
+    if (FAILED(result)) throw TakeComponentError(result, operation);
+}
+
+/// A file name as the component takes it.
+class FileNameArgument {
+public:
+    explicit FileNameArgument(const std::string& fileName) {
+        // The platform's profile functions would look for a relative name in a folder of their own.
+        const std::wstring name = text::FileNameForComponent(std::filesystem::absolute(text::PathOf(fileName)));
+        text = SysAllocStringLen(name.data(), static_cast<UINT>(name.size()));
+        if (text == nullptr) throw std::bad_alloc();
+    }
+    FileNameArgument(const FileNameArgument&) = delete;
+    FileNameArgument& operator=(const FileNameArgument&) = delete;
+    ~FileNameArgument() { SysFreeString(text); }
+
+    BSTR* Address() noexcept { return &text; }
+
+private:
+    BSTR text;
+};
+
+} // namespace
+
+Calculator::Calculator() {
+    void* created = nullptr;
+    ThrowIfFailed(CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator2, &created),
+                  "CoCreateInstance");
+    component.reset(static_cast<IQMVCalculator2*>(created));
+}
+
+void Calculator::EnterHeadGeometry(std::span<const HeadAlignmentDataItem> aAxisPoints,
+                                   std::span<const HeadAlignmentDataItem> bAxisPoints) {
+    AlignmentArray aAxisArray(aAxisPoints);
+    AlignmentArray bAxisArray(bAxisPoints);
+    ThrowIfFailed(component->EnterHeadGeometry(aAxisArray.Address(), bAxisArray.Address()), "EnterHeadGeometry");
+}
+
+void Calculator::LoadHeadGeometry(const std::string& fileName) {
+    std::error_code ignored;
+    if (!std::filesystem::exists(text::PathOf(fileName), ignored)) throw text::InputError{fileName, {}, "no such file"};
+    if (std::filesystem::is_directory(text::PathOf(fileName), ignored)) throw text::InputError{fileName, {}, "is a folder"};
+    FileNameArgument name(fileName);
+    ThrowIfFailed(component->LoadHeadGeometryFromFile(name.Address()), "LoadHeadGeometryFromFile");
+}
+
+void Calculator::SaveHeadGeometry(const std::string& fileName) {
+    FileNameArgument name(fileName);
+    ThrowIfFailed(component->SaveHeadGeometryToFile(name.Address()), "SaveHeadGeometryToFile");
+}
+
+void Calculator::SetCurrentHeadPosition(const model::HeadAngles& angles) {
+    ThrowIfFailed(component->SetCurrentHeadPosition(angles.a, angles.b), "SetCurrentHeadPosition");
+}
+
+model::HeadAngles Calculator::CurrentHeadPosition() {
+    model::HeadAngles angles{};
+    ThrowIfFailed(component->GetCurrentHeadPosition(&angles.a, &angles.b), "GetCurrentHeadPosition");
+    return angles;
+}
+
+RequiredMoves Calculator::CalculateMove(const model::HeadAngles& target) {
+    RequiredMoves moves{};
+    // This one method throws its failure code.
+    CatchingCodes("CalculateMove",
+                  [&] { ThrowIfFailed(component->CalculateMove(target.a, target.b, &moves), "CalculateMove"); });
+    return moves;
+}
+
+XYZData Calculator::StartPosition() {
+    XYZData position{};
+    ThrowIfFailed(component->GetStartPosition(&position), "GetStartPosition");
+    return position;
+}
+
+XYZData Calculator::PoleSpherePosition() {
+    XYZData position{};
+    ThrowIfFailed(component->GetPoleSpherePosition(&position), "GetPoleSpherePosition");
+    return position;
+}
+
+} // namespace qmv40::component

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "tools/model/HeadAngles.h"
+#include "interface/IQMVCalculator.h"
+
+#include <memory>
+#include <span>
+#include <string>
+
+namespace qmv40::component {
+
+/// The component, used through its public interface. Every failure is thrown as ComponentError.
+class Calculator {
+public:
+    Calculator();
+
+    void EnterHeadGeometry(std::span<const HeadAlignmentDataItem> aAxisPoints,
+                           std::span<const HeadAlignmentDataItem> bAxisPoints);
+    /// Throws InputError when the file is not there.
+    void LoadHeadGeometry(const std::string& fileName);
+    void SaveHeadGeometry(const std::string& fileName);
+
+    void SetCurrentHeadPosition(const model::HeadAngles& angles);
+    model::HeadAngles CurrentHeadPosition();
+    /// Plans the indexing to `target`, which becomes the current position.
+    RequiredMoves CalculateMove(const model::HeadAngles& target);
+    XYZData StartPosition();
+    XYZData PoleSpherePosition();
+
+private:
+    struct Releaser {
+        void operator()(IQMVCalculator2* object) const { object->Release(); }
+    };
+    std::unique_ptr<IQMVCalculator2, Releaser> component;
+};
+
+} // namespace qmv40::component

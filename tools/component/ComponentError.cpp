@@ -1,0 +1,72 @@
+#include "tools/component/ComponentError.h"
+
+#include "tools/text/WideText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace qmv40::component {
+
+namespace {
+
+using TextGetter = HRESULT (STDMETHODCALLTYPE IErrorInfo::*)(BSTR*);
+
+std::string TextOf(IErrorInfo& record, TextGetter getter) {
+    BSTR text = nullptr;
+    if (FAILED((record.*getter)(&text)) || text == nullptr) return {};
+    std::string utf8 = text::ToUtf8({text, SysStringLen(text)});
+    SysFreeString(text);
+    return utf8;
+}
+
+struct KnownFailure {
+    HRESULT code;
+    const char* remedy;
+};
+
+constexpr std::array knownFailures{
+    KnownFailure{QMV_E_READ_FROM_FILE, "The geometry file lacks a value. Compute it afresh with `qmv40 geometry`."},
+    KnownFailure{QMV_E_WRITE_TO_FILE, "Check that the folder exists and that you may write there."},
+    KnownFailure{QMV_E_TOO_FEW_POINTS,
+                 "Capture at least four points for each axis; seven over the whole range are good."},
+    KnownFailure{QMV_E_FIXED_AXIS_MOVED, "Every A-axis point needs the very same BPosition, every B-axis point the "
+                                         "very same APosition. Were the two files exchanged?"},
+    KnownFailure{QMV_E_GEOMETRY_IMPOSSIBLE, "The points do not determine the shape: too few different ones, or all on "
+                                            "one line or in one place."},
+    KnownFailure{QMV_E_GEOMETRY_LIMIT_REACHED, "The fit found no end: look for mistyped points."},
+    KnownFailure{QMV_E_INVALID_TARGET, "A goes from 0 to 90 and B from -180 to 180, both in steps of 15 degrees."},
+    KnownFailure{REGDB_E_CLASSNOTREG,
+                 "The component is not registered on this machine. As administrator, in its folder: "
+                 "regsvr32 CoQMV40Calculator.dll"},
+};
+
+} // namespace
+
+ComponentError TakeComponentError(HRESULT code, const char* withoutRecord) {
+    IErrorInfo* record = nullptr;
+    if (GetErrorInfo(0, &record) != S_OK || record == nullptr) {
+        return {code, withoutRecord, "no description is available"};
+    }
+    ComponentError error{code, TextOf(*record, &IErrorInfo::GetSource), TextOf(*record, &IErrorInfo::GetDescription)};
+    record->Release();
+    return error;
+}
+
+std::string CodeText(HRESULT code) {
+    constexpr char digits[] = "0123456789ABCDEF";
+    std::string text = "0x";
+    for (int shift = 28; shift >= 0; shift -= 4) text += digits[(static_cast<std::uint32_t>(code) >> shift) & 0xFU];
+    return text;
+}
+
+text::Json ErrorJson(const ComponentError& error) {
+    return {{"error", {{"code", CodeText(error.code)}, {"source", error.source}, {"description", error.description}}}};
+}
+
+std::string Remedy(HRESULT code) {
+    const auto* const known = std::ranges::find(knownFailures, code, &KnownFailure::code);
+    return known == knownFailures.end() ? "" : known->remedy;
+}
+
+} // namespace qmv40::component

@@ -1,0 +1,97 @@
+#include "tools/diagnosis/AxisCircle.h"
+
+#include "tools/model/Angles.h"
+#include "tools/diagnosis/NormalEquations.h"
+#include "maths/CMaCircle.h"
+#include "maths/CMaPointArray.h"
+
+#include <algorithm>
+
+namespace qmv40::diagnosis {
+
+namespace {
+
+/// Generous: a fit takes a handful of steps, and hundreds where the points hardly form a circle.
+constexpr long iterationLimit = 10000;
+
+std::optional<CMaCircle> LeastSquaresCircle(std::span<const model::Vector3> points) {
+    CMaPointArray array(static_cast<int>(points.size()));
+    for (const model::Vector3& p : points) array.Add({p.x, p.y, p.z});
+    CMaCircle circle(1.0);
+    try {
+        circle.Fit(array, iterationLimit);
+    } catch (const qmv40::GeometryError&) {
+        return std::nullopt;
+    }
+    return circle;
+}
+
+CirclePoint PlaceOn(const AxisCircle& circle, const model::Vector3& point) {
+    const model::Vector3 arm = point - circle.centre;
+    const double x = model::Dot(arm, circle.along), y = model::Dot(arm, circle.across);
+    return {model::ToDegrees(std::atan2(y, x)), std::hypot(x, y) - circle.radius, model::Dot(arm, circle.normal)};
+}
+
+/// How the residuals of a point on the circle change with the unknowns; the signs of both rows are turned, which leaves
+/// the covariances as they are.
+std::array<std::array<double, AxisCircle::unknowns>, 2> Derivatives(const CirclePoint& point, double radius) {
+    const double c = std::cos(model::ToRadians(point.bearing)), s = std::sin(model::ToRadians(point.bearing));
+    return {{{c, s, 0.0, 0.0, 0.0, 1.0}, {0.0, 0.0, 1.0, -radius * c, -radius * s, 0.0}}};
+}
+
+AxisCircle::Covariance CovarianceOf(const AxisCircle& circle) {
+    NormalEquations equations(AxisCircle::unknowns);
+    for (const CirclePoint& point : circle.points) {
+        for (const auto& row : Derivatives(point, circle.radius)) equations.Add(row, 0.0);
+    }
+    AxisCircle::Covariance covariance{};
+    const auto flat = equations.Covariance();
+    for (std::size_t i = 0; flat && i < AxisCircle::unknowns; ++i) {
+        std::copy_n(flat->begin() + static_cast<std::ptrdiff_t>(i * AxisCircle::unknowns), AxisCircle::unknowns,
+                    covariance[i].begin());
+    }
+    return covariance;
+}
+
+model::Vector3 VectorOf(const CMaVector& v) { return {v[0], v[1], v[2]}; }
+
+/// The coordinate axis that lies farthest from `v`.
+model::Vector3 FarthestAxis(const model::Vector3& v) {
+    const double x = std::abs(v.x), y = std::abs(v.y), z = std::abs(v.z);
+    if (x <= y && x <= z) return {1.0, 0.0, 0.0};
+    return y <= z ? model::Vector3{0.0, 1.0, 0.0} : model::Vector3{0.0, 0.0, 1.0};
+}
+
+} // namespace
+
+double AxisCircle::Rms() const { return std::sqrt(sumOfSquares / static_cast<double>(points.size())); }
+
+std::optional<AxisCircle> FitAxisCircle(std::span<const model::Vector3> points) {
+    const auto fitted = LeastSquaresCircle(points);
+    if (!fitted) return std::nullopt;
+    AxisCircle circle{};
+    circle.centre = VectorOf(fitted->GetCentre().To3DVector());
+    circle.normal = model::SafeUnit(VectorOf(fitted->GetNormal()));
+    circle.across = model::SafeUnit(model::Cross(circle.normal, FarthestAxis(circle.normal)));
+    circle.along = model::Cross(circle.across, circle.normal);
+    circle.radius = fitted->GetRadius();
+    std::vector<double> bearings;
+    for (const model::Vector3& point : points) {
+        circle.points.push_back(PlaceOn(circle, point));
+        const CirclePoint& place = circle.points.back();
+        bearings.push_back(place.bearing);
+        circle.sumOfSquares += place.radial * place.radial + place.outOfPlane * place.outOfPlane;
+    }
+    circle.arcCovered = ArcCovered(std::move(bearings));
+    circle.covariance = CovarianceOf(circle);
+    return circle;
+}
+
+double ArcCovered(std::vector<double> bearings) {
+    std::ranges::sort(bearings);
+    double widestGap = bearings.front() + 360.0 - bearings.back();
+    for (std::size_t i = 1; i < bearings.size(); ++i) widestGap = std::max(widestGap, bearings[i] - bearings[i - 1]);
+    return 360.0 - widestGap;
+}
+
+} // namespace qmv40::diagnosis

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "tools/model/Vector3.h"
+
+#include <array>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace qmv40::diagnosis {
+
+/// Where a point stands to the circle through its set.
+struct CirclePoint {
+    double bearing;    ///< degrees, right-handed about the normal, from an arbitrary start
+    double radial;     ///< outward, off the circle
+    double outOfPlane; ///< along the normal, off the circle's plane
+};
+
+/// The least-squares circle through one set, and how well it is known.
+struct AxisCircle {
+    /// The six unknowns in the order of `covariance`: the centre along `along`, `across` and `normal`, the turn of the
+    /// normal towards `along` and towards `across` (radians), the radius.
+    static constexpr std::size_t unknowns = 6;
+    using Covariance = std::array<std::array<double, unknowns>, unknowns>;
+
+    model::Vector3 centre;
+    model::Vector3 normal; ///< its sense is arbitrary
+    model::Vector3 along;  ///< with `across` and `normal` a right-handed frame
+    model::Vector3 across;
+    double radius;
+    std::vector<CirclePoint> points;
+    double arcCovered;       ///< degrees
+    double sumOfSquares;     ///< of all radial and out-of-plane residuals
+    Covariance covariance{}; ///< for noise of standard deviation 1 in every coordinate of a point
+
+    /// Observations (each point is off in two ways) less unknowns.
+    int Redundancy() const { return 2 * static_cast<int>(points.size()) - static_cast<int>(unknowns); }
+    double Rms() const;
+};
+
+/// Nothing where the points determine no circle.
+std::optional<AxisCircle> FitAxisCircle(std::span<const model::Vector3> points);
+
+/// Degrees: a whole turn less the widest gap between neighbouring bearings. At least one bearing, in any order.
+double ArcCovered(std::vector<double> bearings);
+
+} // namespace qmv40::diagnosis

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "interface/Records.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace qmv40::diagnosis {
+
+/// The captured points of one axis and where they stand in their file.
+struct CaptureFile {
+    std::string name;
+    std::vector<HeadAlignmentDataItem> items;
+    std::vector<std::size_t> lines; ///< of each item, counted from 1
+};
+
+/// The captured points of one axis: a CSV file with the columns APosition, BPosition, XPosition, YPosition, ZPosition.
+/// See Csv.h for what is accepted and what is refused.
+CaptureFile ReadCaptureFile(const std::string& fileName);
+
+/// Its points alone.
+std::vector<HeadAlignmentDataItem> ReadCapture(const std::string& fileName);
+
+/// The points of a CSV file with the columns XPosition, YPosition, ZPosition; a capture will do.
+std::vector<XYZData> ReadPoints(const std::string& fileName);
+
+} // namespace qmv40::diagnosis

@@ -1,0 +1,174 @@
+#include "tools/diagnosis/CaptureModel.h"
+
+#include "tools/model/Angles.h"
+
+#include <algorithm>
+
+namespace qmv40::diagnosis {
+
+namespace {
+
+constexpr model::Vector3 unitVectors[] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
+
+/// The angles and offsets that hold for one point, all errors counted in.
+struct Angles {
+    Angles(const HeadModel& model, const CapturedPoint& point, std::size_t index)
+        : tilt(model::ToRadians(point.a)), swivel(model.mounting + model::ToRadians(point.b)) {
+        for (const ModelError& error : model.errors) {
+            if (error.Concerns(index)) Take(error);
+        }
+    }
+
+    void Take(const ModelError& error) {
+        const auto& values = error.values;
+        switch (error.kind) {
+        case ModelError::Kind::TiltAngle:
+            tilt += values[0];
+            break;
+        case ModelError::Kind::SwivelAngle:
+            swivel += values[0];
+            break;
+        case ModelError::Kind::Place:
+            offset = offset + model::Vector3{values[0], values[1], values[2]};
+            break;
+        case ModelError::Kind::LeaningHead:
+            leanX += values[0];
+            leanY += values[1];
+            break;
+        case ModelError::Kind::AxesNotSquare:
+            outOfSquare += values[0];
+            break;
+        case ModelError::Kind::AxesApart:
+            gap += values[0];
+            break;
+        }
+    }
+
+    double tilt;
+    double swivel;
+    double leanX = 0.0;
+    double leanY = 0.0;
+    double outOfSquare = 0.0;
+    double gap = 0.0;
+    model::Vector3 offset;
+};
+
+/// The turns of one point, from the head outward: each takes a vector one frame further.
+class Pose {
+public:
+    explicit Pose(const Angles& angles)
+        : tilt(-angles.tilt), outOfSquare(angles.outOfSquare), swivel(angles.swivel), leanY(angles.leanY),
+          leanX(angles.leanX), gap{0.0, angles.gap, 0.0}, offset(angles.offset) {}
+
+    model::Vector3 Tilted(const model::Vector3& v) const { return model::AboutX(tilt, v); }
+    model::Vector3 Squared(const model::Vector3& v) const { return model::AboutY(outOfSquare, v); }
+    model::Vector3 Swivelled(const model::Vector3& v) const { return model::AboutZ(swivel, v); }
+    model::Vector3 LeantOnY(const model::Vector3& v) const { return model::AboutY(leanY, v); }
+    model::Vector3 LeantOnX(const model::Vector3& v) const { return model::AboutX(leanX, v); }
+    model::Vector3 Leant(const model::Vector3& v) const { return LeantOnX(LeantOnY(v)); }
+
+    const model::Vector3& Gap() const { return gap; }
+    const model::Vector3& Offset() const { return offset; }
+
+private:
+    model::Rotation tilt, outOfSquare, swivel, leanY, leanX;
+    model::Vector3 gap;
+    model::Vector3 offset;
+};
+
+/// The stylus tip from the pole, frame by frame.
+struct TipOnItsWay {
+    TipOnItsWay(const Pose& pose, const model::Vector3& tip)
+        : tilted(pose.Tilted(tip)), squared(pose.Squared(tilted)), swivelled(pose.Swivelled(squared + pose.Gap())),
+          leantOnY(pose.LeantOnY(swivelled)), leant(pose.LeantOnX(leantOnY)) {}
+
+    model::Vector3 tilted;
+    model::Vector3 squared;
+    model::Vector3 swivelled;
+    model::Vector3 leantOnY;
+    model::Vector3 leant;
+};
+
+/// The derivatives of one error that concerns the point.
+void ErrorDerivatives(ModelError::Kind kind, const Pose& pose, const TipOnItsWay& tip,
+                          std::span<model::Vector3> out) {
+    switch (kind) {
+    case ModelError::Kind::TiltAngle:
+        out[0] = pose.Leant(pose.Swivelled(pose.Squared(model::Cross(unitVectors[0], tip.tilted))));
+        break;
+    case ModelError::Kind::SwivelAngle:
+        out[0] = -pose.Leant(model::Cross(unitVectors[2], tip.swivelled));
+        break;
+    case ModelError::Kind::Place:
+        std::ranges::copy(unitVectors, out.begin());
+        break;
+    case ModelError::Kind::LeaningHead:
+        out[0] = -model::Cross(unitVectors[0], tip.leant);
+        out[1] = -pose.LeantOnX(model::Cross(unitVectors[1], tip.leantOnY));
+        break;
+    case ModelError::Kind::AxesNotSquare:
+        out[0] = -pose.Leant(pose.Swivelled(model::Cross(unitVectors[1], tip.squared)));
+        break;
+    case ModelError::Kind::AxesApart:
+        out[0] = -pose.Leant(pose.Swivelled(unitVectors[1]));
+        break;
+    }
+}
+
+} // namespace
+
+std::size_t ModelError::Unknowns() const {
+    if (kind == Kind::Place) return 3;
+    return kind == Kind::LeaningHead ? 2 : 1;
+}
+
+std::size_t HeadModel::Unknowns() const {
+    std::size_t count = ownUnknowns;
+    for (const ModelError& error : errors) count += error.Unknowns();
+    return count;
+}
+
+bool HeadModel::StylusHangs() const {
+    // However far a star stylus reaches out: what holds it reaches down.
+    constexpr double leastShare = 0.2;
+    return tip.z < -leastShare * model::SafeLength(tip);
+}
+
+model::Vector3 HeadModel::Position(const CapturedPoint& point, std::size_t index) const {
+    const Pose pose(Angles(*this, point, index));
+    return pole - TipOnItsWay(pose, tip).leant + pose.Offset();
+}
+
+void HeadModel::Derivatives(const CapturedPoint& point, std::size_t index, std::span<model::Vector3> out) const {
+    const Pose pose(Angles(*this, point, index));
+    const TipOnItsWay onItsWay(pose, tip);
+    std::ranges::copy(unitVectors, out.begin());
+    out[3] = -pose.Leant(model::Cross(unitVectors[2], onItsWay.swivelled));
+    for (std::size_t i = 0; i < 3; ++i) {
+        out[4 + i] = -pose.Leant(pose.Swivelled(pose.Squared(pose.Tilted(unitVectors[i]))));
+    }
+    std::size_t at = ownUnknowns;
+    for (const ModelError& error : errors) {
+        const std::span<model::Vector3> own = out.subspan(at, error.Unknowns());
+        if (error.Concerns(index)) {
+            ErrorDerivatives(error.kind, pose, onItsWay, own);
+        } else {
+            std::ranges::fill(own, model::Vector3{});
+        }
+        at += own.size();
+    }
+}
+
+HeadModel HeadModel::Stepped(std::span<const double> step) const {
+    HeadModel stepped = *this;
+    stepped.pole = pole + model::Vector3{step[0], step[1], step[2]};
+    stepped.mounting += step[3];
+    stepped.tip = tip + model::Vector3{step[4], step[5], step[6]};
+    std::size_t at = ownUnknowns;
+    for (ModelError& error : stepped.errors) {
+        for (std::size_t i = 0; i < error.Unknowns(); ++i) error.values[i] += step[at++];
+    }
+    return stepped;
+}
+
+} // namespace qmv40::diagnosis

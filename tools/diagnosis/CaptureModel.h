@@ -1,0 +1,60 @@
+#pragma once
+
+#include "tools/diagnosis/CapturedPoint.h"
+
+#include <array>
+#include <span>
+#include <vector>
+
+namespace qmv40::diagnosis {
+
+/// A mistake in a capture, or a way in which a head is not the ideal one, that a model can be given besides what every
+/// head has. Its values are found by the fit.
+struct ModelError {
+    enum class Kind {
+        TiltAngle,     ///< A was this much more than was written (radians)
+        SwivelAngle,   ///< B was this much more than was written (radians)
+        Place,         ///< the points stand off their places by this much (X, Y, Z)
+        LeaningHead,   ///< the B axis is turned about machine X and Y (radians)
+        AxesNotSquare, ///< the A axis is turned about the head's Y, out of square to the B axis (radians)
+        AxesApart      ///< the A axis passes the B axis at this distance, along the head's Y
+    };
+
+    Kind kind = Kind::Place;
+    std::size_t first = 0; ///< concerns the points from here
+    std::size_t last = 0;  ///< to before here
+    std::array<double, 3> values{};
+
+    std::size_t Unknowns() const;
+    bool Concerns(std::size_t point) const { return first <= point && point < last; }
+    bool IsOfTheHead() const {
+        return kind == Kind::LeaningHead || kind == Kind::AxesNotSquare || kind == Kind::AxesApart;
+    }
+};
+
+/// The head as the captured angles see it: with the stylus tip kept on a sphere at `pole`, the machine stands at
+///
+///     pole - Rz(mounting + B) * R(-X, A) * tip
+///
+/// while the head is locked. Rotations are right-handed; `tip` is in the head's frame at A = B = 0. The model errors come on
+/// top.
+struct HeadModel {
+    static constexpr std::size_t ownUnknowns = 7;
+
+    model::Vector3 pole;
+    double mounting = 0.0; ///< radians
+    model::Vector3 tip;
+    std::vector<ModelError> errors;
+
+    std::size_t Unknowns() const;
+    /// At A = 0 the stylus hangs from the head, as every stylus does.
+    bool StylusHangs() const;
+    /// Where the machine stands for point `index`, captured at the angles written down for it.
+    model::Vector3 Position(const CapturedPoint& point, std::size_t index) const;
+    /// How that position changes with each unknown: pole, mounting, tip, then the values of the errors in order.
+    void Derivatives(const CapturedPoint& point, std::size_t index, std::span<model::Vector3> out) const;
+    /// The model after its unknowns have changed by `step`.
+    HeadModel Stepped(std::span<const double> step) const;
+};
+
+} // namespace qmv40::diagnosis

@@ -1,0 +1,252 @@
+#include "tools/diagnosis/DiagnosisReport.h"
+
+#include "tools/text/Numbers.h"
+#include "tools/text/Table.h"
+
+#include <algorithm>
+#include <cmath>
+#include <sstream>
+
+namespace qmv40::diagnosis {
+
+namespace {
+
+using model::Vector3;
+
+constexpr int residualPlaces = 6; // residuals and deviations: tenths of a micrometre are a good machine's noise
+constexpr int positionPlaces = 4; // positions and angles
+
+/// Figures with their standard deviations and units.
+class EstimateTable {
+public:
+    EstimateTable()
+        : table({{"", text::Table::Align::Left}, {""}, {"std deviation"}, {"", text::Table::Align::Left}}) {}
+
+    void Add(const std::string& figure, double value, double deviation, const std::string& unit) {
+        table.AddRow(
+            {figure, text::FixedText(value, positionPlaces), text::FixedText(deviation, residualPlaces), unit});
+    }
+    void Add(const std::string& figure, double value, const std::string& unit, int decimals = positionPlaces) {
+        table.AddRow({figure, text::FixedText(value, decimals), "", unit});
+    }
+    void Print(const text::Console& console) const { table.Print(console); }
+
+private:
+    text::Table table;
+};
+
+void PrintPrecision(const Diagnosis& diagnosis, const text::Console& console) {
+    const HeadAxes& axes = diagnosis.axes;
+    EstimateTable table;
+    const char* const names[] = {"head centre X", "head centre Y", "head centre Z"};
+    for (std::size_t i = 0; i < 3; ++i) {
+        table.Add(names[i], axes.headCentre[i].value, axes.headCentre[i].deviation, "mm");
+    }
+    const double rotation = diagnosis.head.MountingDegrees() + diagnosis.rotationDifference;
+    table.Add("rotation about Z", rotation, axes.rotationDeviation, "deg");
+    table.Add("A axis passes B axis at", std::abs(axes.gap.value), axes.gap.deviation, "mm");
+    table.Add("axes out of square by", std::abs(axes.outOfSquare.value), axes.outOfSquare.deviation, "deg");
+    const double lean = std::max(axes.leanTowardsX.deviation, axes.leanTowardsY.deviation);
+    table.Add("B axis off the vertical by", axes.Lean(), lean, "deg");
+    console.out << console.Strong("How well they are known") << '\n';
+    table.Print(console);
+    console.out << "  from " << diagnosis.noise.redundancy << " redundant observations: a point scatters by ";
+    const PointNoise& noise = diagnosis.noise.perSet;
+    if (diagnosis.noise.isUneven) {
+        console.out << text::FixedText(noise.aSet, residualPlaces) << " mm in the A set, "
+                    << text::FixedText(noise.bSet, residualPlaces) << " mm in the B set\n";
+    } else {
+        console.out << text::FixedText(noise.aSet, residualPlaces) << " mm in each coordinate\n";
+    }
+}
+
+void PrintSecondOpinion(const Diagnosis& diagnosis, const text::Console& console) {
+    const HeadFit& head = diagnosis.head;
+    EstimateTable table;
+    table.Add("rotation about Z", head.MountingDegrees(), head.MountingDeviation(), "deg");
+    table.Add("component's rotation differs by", diagnosis.rotationDifference, "deg");
+    table.Add("pole sphere X", head.model.pole.x, "mm");
+    table.Add("pole sphere Y", head.model.pole.y, "mm");
+    table.Add("pole sphere Z", head.model.pole.z, "mm");
+    table.Add("stylus tip X", head.model.tip.x, "mm");
+    table.Add("stylus tip Y", head.model.tip.y, "mm");
+    table.Add("stylus tip Z", head.model.tip.z, "mm");
+    table.Add("RMS of the residuals", head.Rms(), "mm", residualPlaces);
+    console.out << console.Strong("Second opinion: the whole head fitted with the captured angles") << '\n';
+    table.Print(console);
+    console.out << "  " << head.model.Unknowns() << " unknowns, " << head.redundancy << " redundant observations";
+    if (!head.model.errors.empty()) console.out << "; what is wrong with the capture is among the unknowns";
+    console.out << '\n';
+}
+
+void PrintPoints(const Diagnosis& diagnosis, const CaptureFiles& files, const text::Console& console) {
+    text::Table table({{"point", text::Table::Align::Left},
+                       {"A"},
+                       {"B"},
+                       {"radial"},
+                       {"out of plane"},
+                       {"off its place"},
+                       {"moves centre"},
+                       {"turns head"}});
+    table.AddRow({"", "deg", "deg", "mm", "mm", "mm", "mm", "deg"});
+    for (std::size_t i = 0; i < diagnosis.points.size(); ++i) {
+        const PointDiagnosis& point = diagnosis.points[i];
+        const HeadAlignmentDataItem& item = files.ItemOf(i);
+        std::vector<std::string> row{std::string(files.IsOfASet(i) ? "A" : "B") + " set, line " +
+                                         std::to_string(files.LineOf(i)),
+                                     text::ExactText(item.APosition),
+                                     text::ExactText(item.BPosition),
+                                     text::FixedText(point.onCircle.radial, residualPlaces),
+                                     text::FixedText(point.onCircle.outOfPlane, residualPlaces),
+                                     text::FixedText(point.offPlace, residualPlaces)};
+        if (point.influence) {
+            row.push_back(text::FixedText(point.influence->centreShift, residualPlaces));
+            row.push_back(text::FixedText(point.influence->rotationShift, residualPlaces));
+        }
+        table.AddRow(std::move(row));
+    }
+    console.out << console.Strong("Points: how far each lies off, and what leaving it out would change") << '\n';
+    table.Print(console);
+}
+
+/// Broken at blanks so that no line is longer than a terminal is wide; `first` stands before the first line, as many
+/// blanks before the others.
+std::string Indented(const std::string& first, const std::string& text) {
+    constexpr std::size_t width = 110;
+    std::istringstream words(text);
+    std::string lines = first;
+    std::size_t column = first.size();
+    for (std::string word; words >> word;) {
+        const bool isFirst = column == first.size();
+        if (!isFirst && column + 1 + word.size() > width) {
+            lines += "\n" + std::string(first.size(), ' ');
+            column = first.size();
+        } else if (!isFirst) {
+            lines += ' ';
+            ++column;
+        }
+        lines += word;
+        column += word.size();
+    }
+    return lines + "\n";
+}
+
+text::Json VectorJson(const Vector3& v) { return {{"X", v.x}, {"Y", v.y}, {"Z", v.z}}; }
+
+text::Json EstimateJson(const Estimate& estimate) {
+    return {{"value", estimate.value}, {"standardDeviation", estimate.deviation}};
+}
+
+text::Json PointPlaceJson(std::size_t point, const CaptureFiles& files) {
+    return {
+        {"axis", files.IsOfASet(point) ? "A" : "B"}, {"file", files.FileOf(point).name}, {"line", files.LineOf(point)}};
+}
+
+text::Json FindingJson(const Finding& finding, const CaptureFiles& files, const Vector3& tip) {
+    const FindingWords words = WordsFor(finding, files, tip);
+    text::Json points = text::Json::Array();
+    for (const std::size_t point : finding.points) points.PushBack(PointPlaceJson(point, files));
+    text::Json document{{"name", NameOf(finding.kind)},
+                        {"severity", NameOf(finding.severity)},
+                        {"sentence", words.sentence},
+                        {"remedy", words.remedy},
+                        {"points", std::move(points)}};
+    if (finding.captureAt) document["captureAAxisAtB"] = *finding.captureAt;
+    return document;
+}
+
+text::Json CapturedPointJson(const PointDiagnosis& point, const HeadAlignmentDataItem& item, std::size_t line) {
+    text::Json document{{"line", line},
+                        {"APosition", item.APosition},
+                        {"BPosition", item.BPosition},
+                        {"radial", point.onCircle.radial},
+                        {"outOfPlane", point.onCircle.outOfPlane},
+                        {"offPlace", point.offPlace},
+                        {"leftOut", nullptr}};
+    if (point.influence) {
+        document["leftOut"] = {{"centreShift", point.influence->centreShift},
+                               {"rotationShift", point.influence->rotationShift},
+                               {"chance", point.influence->chance}};
+    }
+    return document;
+}
+
+text::Json SetJson(const AxisCircle& circle, double noise, const Diagnosis& diagnosis, const CaptureFiles& files,
+                   std::size_t first) {
+    text::Json points = text::Json::Array();
+    for (std::size_t i = first; i < first + circle.points.size(); ++i) {
+        points.PushBack(CapturedPointJson(diagnosis.points[i], files.ItemOf(i), files.LineOf(i)));
+    }
+    return {{"file", files.FileOf(first).name},
+            {"arcCovered", circle.arcCovered},
+            {"redundancy", circle.Redundancy()},
+            {"rms", circle.Rms()},
+            {"noise", noise},
+            {"points", std::move(points)}};
+}
+
+text::Json SecondOpinionJson(const Diagnosis& diagnosis) {
+    const HeadFit& head = diagnosis.head;
+    return {{"poleSphere", VectorJson(head.model.pole)},
+            {"mountingAngle", EstimateJson({head.MountingDegrees(), head.MountingDeviation()})},
+            {"stylusTip", VectorJson(head.model.tip)},
+            {"rotationDifference", diagnosis.rotationDifference},
+            {"rms", head.Rms()},
+            {"unknowns", head.model.Unknowns()},
+            {"redundancy", head.redundancy}};
+}
+
+/// The gravest, or that there are none.
+std::string VerdictOf(const std::vector<Finding>& findings) {
+    for (const Severity severity : {Severity::Fault, Severity::Warning}) {
+        const auto isSo = [severity](const Finding& finding) { return finding.severity == severity; };
+        if (std::ranges::any_of(findings, isSo)) return std::string(NameOf(severity));
+    }
+    return "good";
+}
+
+} // namespace
+
+void PrintDiagnosis(const Diagnosis& diagnosis, const CaptureFiles& files, const text::Console& console) {
+    PrintPrecision(diagnosis, console);
+    console.out << '\n';
+    PrintSecondOpinion(diagnosis, console);
+    console.out << '\n';
+    PrintPoints(diagnosis, files, console);
+}
+
+void PrintFindings(const std::vector<Finding>& findings, const CaptureFiles& files, const Vector3& tip,
+                   std::ostream& out) {
+    if (findings.empty()) out << "  none: circles, axes and angles agree\n";
+    for (const Finding& finding : findings) {
+        const FindingWords words = WordsFor(finding, files, tip);
+        out << "  " << NameOf(finding.severity) << ": " << NameOf(finding.kind) << '\n'
+            << Indented("    ", words.sentence) << Indented("    -> ", words.remedy);
+    }
+}
+
+text::Json FindingsJson(const std::vector<Finding>& findings, const CaptureFiles& files, const Vector3& tip) {
+    text::Json list = text::Json::Array();
+    for (const Finding& finding : findings) list.PushBack(FindingJson(finding, files, tip));
+    return {{"verdict", VerdictOf(findings)}, {"findings", std::move(list)}};
+}
+
+text::Json DiagnosisJson(const Diagnosis& diagnosis, const CaptureFiles& files) {
+    const HeadAxes& axes = diagnosis.axes;
+    text::Json document = FindingsJson(diagnosis.findings, files, diagnosis.head.model.tip);
+    document["standardDeviations"] = {{"X", axes.headCentre[0].deviation},
+                                      {"Y", axes.headCentre[1].deviation},
+                                      {"Z", axes.headCentre[2].deviation},
+                                      {"rotationAroundZ", axes.rotationDeviation}};
+    document["axes"] = {{"gap", EstimateJson(axes.gap)},
+                        {"outOfSquare", EstimateJson(axes.outOfSquare)},
+                        {"leanTowardsX", EstimateJson(axes.leanTowardsX)},
+                        {"leanTowardsY", EstimateJson(axes.leanTowardsY)}};
+    document["secondOpinion"] = SecondOpinionJson(diagnosis);
+    const PointNoise& noise = diagnosis.noise.perSet;
+    document["aAxis"] = SetJson(diagnosis.aCircle, noise.aSet, diagnosis, files, 0);
+    document["bAxis"] = SetJson(diagnosis.bCircle, noise.bSet, diagnosis, files, diagnosis.aCircle.points.size());
+    return document;
+}
+
+} // namespace qmv40::diagnosis

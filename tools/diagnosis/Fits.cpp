@@ -1,0 +1,117 @@
+#include "tools/diagnosis/Fits.h"
+
+#include "maths/RaisingGeometryErrors.h"
+#include "tools/component/ComponentError.h"
+#include "tools/diagnosis/AxisCircle.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace qmv40::diagnosis {
+
+namespace {
+
+constexpr long fitIterationLimit = 200000;
+
+double Degrees(double radians) { return radians * 180.0 / std::numbers::pi; }
+
+CMaVector Difference(const CMaVector& a, const CMaVector& b) { return a + b * -1.0; }
+
+CMaVector Normalised(const CMaVector& v) { return v * (1.0 / v.Magnitude()); }
+
+template <typename Measure> Residuals ResidualsOf(const CMaPointArray& points, Measure&& measure) {
+    Residuals residuals;
+    for (int i = 0; i < points.GetSize(); ++i) residuals.values.push_back(measure(points[i].To3DVector()));
+    return residuals;
+}
+
+/// Fits `shape`, speaking of a failure as the component does.
+template <typename Fit> void Fitted(const wchar_t* source, const wchar_t* description, Fit&& fit) {
+    const ErrorContext context{source, description};
+    component::CatchingCodes("fit", [&] { RaisingGeometryErrors(context, fit); });
+}
+
+double DistanceFromCircle(const CMaCircle& circle, const CMaVector& point) {
+    const CMaVector fromCentre = Difference(point, circle.GetCentre().To3DVector());
+    const CMaVector normal = circle.GetNormal();
+    const double fromAxis = (normal * fromCentre).Magnitude();
+    return std::hypot(normal % fromCentre, fromAxis - circle.GetRadius());
+}
+
+/// Where the points stand on the circle, degrees from the first one.
+std::vector<double> Bearings(const CMaCircle& circle, const CMaPointArray& points) {
+    const CMaVector centre = circle.GetCentre().To3DVector();
+    const CMaVector normal = circle.GetNormal();
+    const CMaVector across = Normalised(normal * Difference(points[0].To3DVector(), centre));
+    const CMaVector along = across * normal;
+    return ResidualsOf(points,
+                       [&](const CMaVector& point) {
+                           const CMaVector fromCentre = Difference(point, centre);
+                           return Degrees(std::atan2(fromCentre % across, fromCentre % along));
+                       })
+        .values;
+}
+
+} // namespace
+
+double Residuals::Rms() const {
+    double sum = 0.0;
+    for (const double value : values) sum += value * value;
+    return std::sqrt(sum / static_cast<double>(values.size()));
+}
+
+std::size_t Residuals::Worst() const {
+    const auto size = [](double value) { return std::abs(value); };
+    return static_cast<std::size_t>(std::ranges::max_element(values, {}, size) - values.begin());
+}
+
+CircleFit FitCircle(const CMaPointArray& points) {
+    CMaCircle circle(1.0);
+    Fitted(L"CMaCircle::Fit", L"Error Fitting points to a circle", [&] { circle.Fit(points, fitIterationLimit); });
+    const auto distance = [&circle](const CMaVector& point) { return DistanceFromCircle(circle, point); };
+    return {circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius(), ResidualsOf(points, distance),
+            ArcCovered(Bearings(circle, points))};
+}
+
+PlaneFit FitPlane(const CMaPointArray& points) {
+    CMaPlane plane;
+    Fitted(L"CMaPlane::Fit", L"Error Fitting points to a plane", [&] { plane.Fit(points); });
+    const CMaVector point = plane.GetPoint().To3DVector();
+    const CMaVector normal = WithLargestPositive(plane.GetNormal());
+    return {point, normal, ResidualsOf(points, [&](const CMaVector& p) { return normal % Difference(p, point); })};
+}
+
+LineFit FitLine(const CMaPointArray& points) {
+    CMaLine line;
+    Fitted(L"CMaLine::Fit", L"Error Fitting points to a line", [&] { line.Fit(points); });
+    const CMaVector point = line.GetPoint().To3DVector();
+    const CMaVector direction = WithLargestPositive(line.GetDirection());
+    const auto distance = [&](const CMaVector& p) { return (direction * Difference(p, point)).Magnitude(); };
+    return {point, direction, ResidualsOf(points, distance)};
+}
+
+CMaVector Facing(const CMaVector& direction, const CMaVector& reference) {
+    return direction % reference < 0.0 ? direction * -1.0 : direction;
+}
+
+CMaVector WithLargestPositive(const CMaVector& direction) {
+    const auto smaller = [](double left, double right) { return std::abs(left) < std::abs(right); };
+    return std::max({direction[0], direction[1], direction[2]}, smaller) < 0.0 ? direction * -1.0 : direction;
+}
+
+text::Json PointJson(const CMaVector& point) { return text::PointJson(point[0], point[1], point[2]); }
+
+text::Json DirectionJson(const CMaVector& direction) {
+    return text::DirectionJson(direction[0], direction[1], direction[2]);
+}
+
+text::Json CircleJson(const CircleFit& fit) {
+    return {{"centre", PointJson(fit.centre)},
+            {"normal", DirectionJson(fit.normal)},
+            {"radius", fit.radius},
+            {"rms", fit.residuals.Rms()},
+            {"residuals", fit.residuals.values}};
+}
+
+} // namespace qmv40::diagnosis

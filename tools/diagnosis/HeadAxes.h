@@ -1,0 +1,43 @@
+#pragma once
+
+#include "tools/diagnosis/AxisCircle.h"
+
+namespace qmv40::diagnosis {
+
+/// A figure and its standard deviation.
+struct Estimate {
+    double value = 0.0;
+    double deviation = 0.0;
+};
+
+/// How the axes of the two circles stand to each other, with the standard deviations that the noise of the points gives
+/// them through the covariances of both circles. Angles in degrees.
+struct HeadAxes {
+    Estimate headCentre[3];   ///< the point of the B axis nearest to the A axis; not finite for parallel axes
+    Estimate gap;             ///< by how much the A axis passes the B axis; its sign is arbitrary
+    Estimate outOfSquare;     ///< what the angle between the axes lacks to 90; its sign is arbitrary
+    Estimate leanTowardsX;    ///< of the B axis, off the vertical
+    Estimate leanTowardsY;    //
+    double rotationDeviation; ///< standard deviation of the plane's bearing about Z, and so of the head's rotation
+    double angleBetween;      ///< 0 to 90
+
+    double Lean() const;
+    /// Of the head centre, over all directions.
+    double CentreDeviation() const;
+};
+
+/// Standard deviation of the noise of a point in one coordinate, as the circles show it.
+struct PointNoise {
+    double aSet = 0.0;
+    double bSet = 0.0;
+};
+
+HeadAxes CompareAxes(const AxisCircle& a, const AxisCircle& b, const PointNoise& noise);
+
+/// The point of the B axis nearest to the A axis.
+model::Vector3 NearestPointOfBAxis(const AxisCircle& a, const AxisCircle& b);
+
+/// Bearing about Z of the A axis, in degrees; its sense is arbitrary.
+double BearingOfAAxis(const AxisCircle& a);
+
+} // namespace qmv40::diagnosis

@@ -1,0 +1,109 @@
+#include "tools/diagnosis/HeadFit.h"
+
+#include "tools/model/Angles.h"
+#include "tools/diagnosis/HeadSums.h"
+#include "tools/diagnosis/NormalEquations.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace qmv40::diagnosis {
+
+namespace {
+
+std::vector<model::Vector3> ResidualsOf(std::span<const CapturedPoint> points, const HeadModel& model) {
+    std::vector<model::Vector3> residuals;
+    residuals.reserve(points.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        residuals.push_back(points[i].position - model.Position(points[i], i));
+    }
+    return residuals;
+}
+
+double SumOfSquares(std::span<const model::Vector3> residuals) {
+    double sum = 0.0;
+    for (const model::Vector3& residual : residuals) sum += model::Dot(residual, residual);
+    return sum;
+}
+
+NormalEquations EquationsOf(std::span<const CapturedPoint> points, const HeadModel& model,
+                            std::span<const model::Vector3> residuals) {
+    const std::size_t unknowns = model.Unknowns();
+    NormalEquations equations(unknowns);
+    std::vector<model::Vector3> derivatives(unknowns);
+    std::vector<double> row(unknowns);
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        model.Derivatives(points[i], i, derivatives);
+        for (const auto component : {&model::Vector3::x, &model::Vector3::y, &model::Vector3::z}) {
+            std::ranges::transform(derivatives, row.begin(), [&](const model::Vector3& d) { return d.*component; });
+            equations.Add(row, residuals[i].*component);
+        }
+    }
+    return equations;
+}
+
+enum class Outcome { Worse, Better, AtRest };
+
+/// Takes the step that the equations call for when it makes the sum of squares smaller.
+Outcome TakeStep(std::span<const CapturedPoint> points, const NormalEquations& equations, double damping,
+                 HeadFit& fit) {
+    const auto step = equations.Solve(damping);
+    if (!step) return Outcome::Worse;
+    HeadModel model = fit.model.Stepped(*step);
+    std::vector<model::Vector3> residuals = ResidualsOf(points, model);
+    const double sum = SumOfSquares(residuals);
+    if (!(sum < fit.sumOfSquares)) return Outcome::Worse;
+    // An improvement that rounding could have made ends the search; it is taken all the same.
+    constexpr double rounding = 1e-12;
+    const bool isAtRest = fit.sumOfSquares - sum <= rounding * fit.sumOfSquares;
+    fit.model = std::move(model);
+    fit.residuals = std::move(residuals);
+    fit.sumOfSquares = sum;
+    return isAtRest ? Outcome::AtRest : Outcome::Better;
+}
+
+/// One better model, more damped each time it is not. Whether there may be a better one still.
+bool Improve(std::span<const CapturedPoint> points, HeadFit& fit, double& damping) {
+    constexpr int mostTries = 15;
+    constexpr double leastDamping = 1e-12;
+    const NormalEquations equations = EquationsOf(points, fit.model, fit.residuals);
+    for (int i = 0; i < mostTries; ++i) {
+        const Outcome outcome = TakeStep(points, equations, damping, fit);
+        damping = outcome == Outcome::Worse ? damping * 10.0 : std::max(damping / 100.0, leastDamping);
+        if (outcome != Outcome::Worse) return outcome == Outcome::Better;
+    }
+    return false;
+}
+
+} // namespace
+
+double HeadFit::Rms() const { return std::sqrt(sumOfSquares / static_cast<double>(residuals.size())); }
+
+double HeadFit::MountingDegrees() const { return model::Wrapped(model::ToDegrees(model.mounting)); }
+
+double HeadFit::MountingDeviation() const { return model::ToDegrees(std::sqrt(mountingVariance * NoiseVariance())); }
+
+HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start) {
+    constexpr int mostSteps = 60;
+    HeadFit fit;
+    fit.model = start;
+    fit.residuals = ResidualsOf(points, start);
+    fit.sumOfSquares = SumOfSquares(fit.residuals);
+    fit.redundancy = 3 * static_cast<int>(points.size()) - static_cast<int>(start.Unknowns());
+    double damping = 1e-9;
+    for (int i = 0; i < mostSteps && Improve(points, fit, damping); ++i) {
+    }
+    const auto covariance = EquationsOf(points, fit.model, fit.residuals).Covariance();
+    constexpr std::size_t mounting = 3;
+    fit.mountingVariance = covariance ? (*covariance)[mounting * fit.model.Unknowns() + mounting]
+                                      : std::numeric_limits<double>::infinity();
+    return fit;
+}
+
+HeadFit FitHead(std::span<const CapturedPoint> points) {
+    HeadSums sums;
+    for (const CapturedPoint& point : points) sums += HeadSums(point, 0.0, 0.0);
+    return FitHead(points, BestHead({&sums, 1}).model);
+}
+
+} // namespace qmv40::diagnosis

@@ -1,0 +1,65 @@
+#include "tools/diagnosis/QuadrantResolution.h"
+
+#include "tools/model/Angles.h"
+
+#include <algorithm>
+
+namespace qmv40::diagnosis {
+
+namespace {
+
+constexpr double margin = 10.0;
+
+double Folded(double sharpAngle, bool xInside, bool yInside) {
+    const double angle = yInside ? 180.0 - sharpAngle : sharpAngle; // quadrants 1 and 4
+    return xInside ? angle : -angle;                                // quadrants 3 and 4
+}
+
+} // namespace
+
+double FoldedRotation(const HeadModel& head, std::span<const double> tilts, double swivel) {
+    HeadModel ideal = head;
+    ideal.errors.clear();
+    bool xInside = true;
+    bool yInside = true;
+    for (const double tilt : tilts) {
+        const model::Vector3 arm = ideal.Position({tilt, swivel, {}}, 0) - ideal.pole;
+        if (arm.x > margin) xInside = false;
+        if (arm.y > margin) yInside = false;
+    }
+    const double normalAlongY = std::sin(ideal.mounting + model::ToRadians(swivel));
+    const double sharpAngle = model::ToDegrees(std::asin(std::min(1.0, std::abs(normalAlongY))));
+    return Folded(sharpAngle, xInside, yInside) - swivel;
+}
+
+bool FoldIsRight(const HeadModel& head, std::span<const double> tilts, double swivel) {
+    constexpr double tolerance = 1e-6;
+    return std::abs(model::Wrapped(FoldedRotation(head, tilts, swivel) - model::ToDegrees(head.mounting))) < tolerance;
+}
+
+std::optional<double> SwivelForASafeFold(const HeadModel& head, std::span<const double> tilts) {
+    const auto isSafe = [&](double swivel) {
+        return std::ranges::all_of(std::array{-5.0, -2.5, 0.0, 2.5, 5.0}, [&](double otherwise) {
+            HeadModel turned = head;
+            turned.mounting += model::ToRadians(otherwise);
+            return FoldIsRight(turned, tilts, swivel);
+        });
+    };
+    for (const double usual : {45.0, -45.0, 135.0, -135.0}) {
+        if (isSafe(usual)) return usual;
+    }
+    for (int notch = 0; notch < 12; ++notch) {
+        for (const double swivel : {15.0 * notch, -15.0 * notch}) {
+            if (isSafe(swivel)) return swivel;
+        }
+    }
+    return std::nullopt;
+}
+
+HeadModel WithStraightStylus(const HeadModel& head) {
+    HeadModel straight = head;
+    straight.tip = {0.0, 0.0, -model::SafeLength(head.tip)};
+    return straight;
+}
+
+} // namespace qmv40::diagnosis

@@ -1,0 +1,60 @@
+#include "tools/diagnosis/Statistics.h"
+
+#include <cmath>
+#include <initializer_list>
+
+namespace qmv40::diagnosis {
+
+namespace {
+
+double AwayFromZero(double value) {
+    constexpr double tiny = 1e-300;
+    return std::abs(value) < tiny ? tiny : value;
+}
+
+/// The continued fraction of the incomplete beta function, by Lentz's method. Converges quickly for x below the mean.
+double ContinuedFraction(double a, double b, double x) {
+    constexpr int limit = 10000;
+    constexpr double precision = 1e-15;
+    double c = 1.0;
+    double d = 1.0 / AwayFromZero(1.0 - (a + b) * x / (a + 1.0));
+    double fraction = d;
+    for (int m = 1; m <= limit; ++m) {
+        const double even = m * (b - m) * x / ((a + 2.0 * m - 1.0) * (a + 2.0 * m));
+        const double odd = -(a + m) * (a + b + m) * x / ((a + 2.0 * m) * (a + 2.0 * m + 1.0));
+        for (const double coefficient : {even, odd}) {
+            d = 1.0 / AwayFromZero(1.0 + coefficient * d);
+            c = AwayFromZero(1.0 + coefficient / c);
+            fraction *= d * c;
+        }
+        if (std::abs(d * c - 1.0) < precision) break;
+    }
+    return fraction;
+}
+
+/// The regularised incomplete beta function of x; `rest` is 1 - x, given so that nothing is lost where x is near 1.
+double IncompleteBeta(double a, double b, double x, double rest) {
+    if (x <= 0.0) return 0.0;
+    if (rest <= 0.0) return 1.0;
+    if (x > (a + 1.0) / (a + b + 2.0)) return 1.0 - IncompleteBeta(b, a, rest, x);
+    const double logFactor =
+        std::lgamma(a + b) - std::lgamma(a) - std::lgamma(b) + a * std::log(x) + b * std::log(rest);
+    return std::exp(logFactor) * ContinuedFraction(a, b, x) / a;
+}
+
+} // namespace
+
+double ChanceOfRatio(double ratio, double degreesOfNumerator, double degreesOfDenominator) {
+    if (!(ratio > 0.0)) return 1.0;
+    if (std::isinf(ratio)) return 0.0;
+    const double weighted = degreesOfNumerator * ratio;
+    const double sum = weighted + degreesOfDenominator;
+    return IncompleteBeta(degreesOfDenominator / 2.0, degreesOfNumerator / 2.0, degreesOfDenominator / sum,
+                          weighted / sum);
+}
+
+double ChanceOfDeviation(double deviation, double degreesOfFreedom) {
+    return ChanceOfRatio(deviation * deviation, 1.0, degreesOfFreedom);
+}
+
+} // namespace qmv40::diagnosis

@@ -1,0 +1,123 @@
+#include "tools/motion/Execution.h"
+
+#include "tools/model/Angles.h"
+#include "tools/model/Tolerances.h"
+
+#include <algorithm>
+#include <array>
+
+namespace qmv40::motion {
+
+namespace {
+
+bool IsFinite(const model::Vector3& vector) {
+    return std::isfinite(vector.x) && std::isfinite(vector.y) && std::isfinite(vector.z);
+}
+
+bool IsExecutable(const XYZData& target) { return IsFinite(VectorOf(target)); }
+
+bool IsExecutable(const ArcData& arc) {
+    const double length = model::Length(RotationVectorOf(arc));
+    return IsFinite(OriginOf(arc)) && std::isfinite(arc.RotationAngle) && std::isfinite(length) && length > 0.0;
+}
+
+model::LeverState Other(model::LeverState state) {
+    return state == model::LeverState::Locked ? model::LeverState::Unlocked : model::LeverState::Locked;
+}
+
+bool IsAt(const model::Vector3& position, const model::Vector3& place) {
+    return model::Distance(position, place) <= model::lengthTolerance;
+}
+
+} // namespace
+
+model::Vector3 VectorOf(const XYZData& position) {
+    return {position.XPosition, position.YPosition, position.ZPosition};
+}
+
+model::Vector3 OriginOf(const ArcData& arc) { return {arc.XOrigin, arc.YOrigin, arc.ZOrigin}; }
+
+model::Vector3 RotationVectorOf(const ArcData& arc) {
+    return {arc.iRotationVector, arc.jRotationVector, arc.kRotationVector};
+}
+
+model::Vector3 AxisOf(const ArcData& arc) { return model::Unit(RotationVectorOf(arc)); }
+
+double RightHandedDegrees(const ArcData& arc) { return -arc.RotationAngle; }
+
+model::HeadAngles ExecutedMove::AnglesAt(double fraction) const {
+    return {before.angles.a + (after.angles.a - before.angles.a) * fraction,
+            before.angles.b + (after.angles.b - before.angles.b) * fraction};
+}
+
+Machine::Machine(const model::HeadModel& theHead, const model::HeadAngles& angles,
+                 const std::optional<model::Vector3>& theStart)
+    : head(theHead), state{angles, model::LeverState::Locked, false, std::nullopt}, position(theStart) {}
+
+bool Machine::CanRun(const plans::PlannedMove& move) {
+    return std::visit([](const auto& data) { return IsExecutable(data); }, move.data);
+}
+
+ExecutedMove Machine::Run(const plans::PlannedMove& move) {
+    const Path path = std::visit([&](const auto& data) { return PathOf(data); }, move.data);
+    position = path.End();
+    ExecutedMove executed{move.id, path, state, state, 0.0};
+    executed.after = std::visit([&](const auto& data) { return After(data); }, move.data);
+    executed.pulledOff = PulledOff(executed);
+    if (executed.pulledOff > model::lengthTolerance) executed.after.isOnPeg = false;
+    state = executed.after;
+    return executed;
+}
+
+Path Machine::PathOf(const XYZData& target) const {
+    const model::Vector3 end = VectorOf(target);
+    return Path::Straight(position.value_or(end), end);
+}
+
+Path Machine::PathOf(const ArcData& arc) const {
+    // No plan begins with an arc; one that does is run from where it should have begun.
+    const model::LeverSide side = model::HeadModel::LeverInReach(state.angles);
+    const model::Vector3 start = position ? *position : head.LeverLine(side, state.lever).ApproachPoint();
+    return Path::Arc(start, OriginOf(arc), AxisOf(arc), RightHandedDegrees(arc));
+}
+
+HeadState Machine::After(const XYZData& /*target*/) const {
+    HeadState after = state;
+    after.isOnPeg = IsAt(*position, head.EngagementPosition(state.angles));
+    after.touchedBall.reset();
+    for (const model::LeverSide side : {model::LeverSide::Plus, model::LeverSide::Minus}) {
+        if (IsAt(*position, head.LeverBall(side, state.lever))) after.touchedBall = side;
+    }
+    return after;
+}
+
+HeadState Machine::After(const ArcData& arc) const {
+    HeadState after = state;
+    after.touchedBall.reset();
+    const model::Vector3 turn = RightHandedDegrees(arc) * AxisOf(arc);
+    if (state.touchedBall) {
+        const model::Turning push = head.LeverPush(*state.touchedBall, state.lever);
+        const double pushed = (model::Dot(turn, push.axis)) * (push.degrees < 0.0 ? -1.0 : 1.0);
+        if (pushed >= std::abs(push.degrees) - model::angleTolerance) after.lever = Other(state.lever);
+    }
+    if (state.isOnPeg && state.lever == model::LeverState::Unlocked) {
+        // The head follows the machine as far as its two axes let it.
+        after.angles.a += model::Dot(turn, head.TurnOfA(0.0, state.angles.b).axis);
+        after.angles.b += model::Dot(turn, head.TurnOfB(0.0).axis);
+    }
+    return after;
+}
+
+double Machine::PulledOff(const ExecutedMove& move) const {
+    if (!move.before.isOnPeg || !move.path.IsArc()) return 0.0;
+    // A wrong turn may come back to where it was: a look on the way finds it.
+    constexpr std::array fractions{0.25, 0.5, 0.75, 1.0};
+    double farthest = 0.0;
+    for (const double fraction : fractions) {
+        const model::Vector3 seat = head.EngagementPosition(move.AnglesAt(fraction));
+        farthest = std::max(farthest, model::Distance(move.path.At(fraction), seat));
+    }
+    return farthest;
+}
+
+} // namespace qmv40::motion

@@ -1,0 +1,66 @@
+#include "tools/settings/SettingsFile.h"
+
+#include "tools/text/Failures.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace qmv40::settings {
+
+namespace {
+
+constexpr const char* lineEnd = "\r\n"; // the platform's own import wants them
+
+/// The shortest text without exponent that reads back to the same bits, with one decimal at least.
+std::string DecimalText(double value) {
+    std::array<char, 400> buffer; // NOLINT(*-member-init): written before it is read
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
+    std::string text(buffer.data(), result.ec == std::errc{} ? result.ptr : buffer.data() + buffer.size());
+    return text.find('.') == std::string::npos ? text + ".0" : text;
+}
+
+/// First and one past the last setting of the offset that begins at `first`.
+std::size_t EndOfOffset(std::size_t first) {
+    const auto settings = AllHeadSettings();
+    std::size_t end = first;
+    while (end < settings.size() && settings[end].offset == settings[first].offset) ++end;
+    return end;
+}
+
+} // namespace
+
+std::vector<std::string> EquallyLongTexts(std::span<const double> values) {
+    constexpr std::size_t mostLetters = 254;
+    std::vector<std::string> texts;
+    std::size_t length = 0;
+    for (const double value : values) {
+        texts.push_back(DecimalText(value));
+        length = std::max(length, texts.back().size());
+    }
+    if (length > mostLetters) throw text::UsageError{"a value takes more than 254 letters, which are not read"};
+    for (std::string& text : texts) text.append(length - text.size(), '0');
+    return texts;
+}
+
+std::string SettingsFileText(const std::array<std::optional<double>, settingCount>& values) {
+    const auto settings = AllHeadSettings();
+    std::string content = std::string("Windows Registry Editor Version 5.00") + lineEnd + lineEnd + "[" +
+                          std::string(machineRoot) + std::string(settingsKeyPath) + "]" + lineEnd;
+    for (std::size_t first = 0, end = 0; first < settingCount; first = end) {
+        end = EndOfOffset(first);
+        std::vector<double> numbers;
+        bool isGiven = false;
+        for (std::size_t i = first; i < end; ++i) {
+            numbers.push_back(values[i].value_or(settings[i].builtIn));
+            isGiven = isGiven || values[i].has_value();
+        }
+        if (!isGiven) continue;
+        const std::vector<std::string> texts = EquallyLongTexts(numbers);
+        for (std::size_t i = first; i < end; ++i) {
+            content += std::string("\"") + settings[i].name + "\"=\"" + texts[i - first] + "\"" + lineEnd;
+        }
+    }
+    return content;
+}
+
+} // namespace qmv40::settings

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "tools/text/Console.h"
+#include "tools/text/Json.h"
+#include "tools/settings/MachineSettings.h"
+#include "tools/settings/SettingsReading.h"
+
+#include <array>
+
+namespace qmv40::settings {
+
+/// Where the settings stand, and what is the matter when they do not.
+std::string PlaceText(const MachineSettings& machine);
+
+/// The fourteen dimensions for a person, with units: in force, built in, and as stored.
+void PrintSettings(const SettingsReading& reading, const std::array<double, settingCount>& inForce,
+                   const text::Console& console);
+
+/// One document a setting: name, unit, inForce, builtIn, origin ("builtIn" or "stored") and the stored text, if any.
+text::Json SettingsJson(const SettingsReading& reading, const std::array<double, settingCount>& inForce);
+
+} // namespace qmv40::settings

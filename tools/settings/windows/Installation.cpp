@@ -1,0 +1,232 @@
+#include "tools/settings/Installation.h"
+
+#include "interface/IQMVCalculator.h"
+#include "interface/Identifiers.h"
+#include "platform/ComPointer.h"
+#include "tools/text/Text.h"
+#include "tools/text/WideText.h"
+
+#include <array>
+#include <fstream>
+#include <iterator>
+
+namespace qmv40::settings {
+
+namespace {
+
+const std::wstring classId = L"{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}";
+const std::wstring classKey = L"CLSID\\" + classId;
+const std::wstring libraryKey = L"TypeLib\\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}\\1.0";
+constexpr const wchar_t* interfaceKeys[] = {L"Interface\\{2C7D91E3-6F4A-4B28-8D35-9E1A7C0B4F52}\\TypeLib",
+                                            L"Interface\\{6A3E5F82-1D9B-4C47-B6E0-58F2D7A1C93E}\\TypeLib"};
+const std::wstring libraryId = L"{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}";
+constexpr const wchar_t* componentFile = L"CoQMV40Calculator.dll";
+constexpr const char* registerAgain = "As administrator: regsvr32 CoQMV40Calculator.dll, the 64-bit one.";
+
+/// Which of the two registries a 64-bit system keeps.
+enum class View : REGSAM { Wide = KEY_WOW64_64KEY, Narrow = KEY_WOW64_32KEY };
+
+std::optional<std::wstring> RegisteredText(const std::wstring& path, const wchar_t* name, View view = View::Wide) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ | static_cast<REGSAM>(view), &key) != ERROR_SUCCESS)
+        return std::nullopt;
+    constexpr std::size_t longestPath = 32768;
+    std::wstring text(longestPath, L'\0');
+    auto bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+    const LSTATUS result = RegQueryValueExW(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(text.data()), &bytes);
+    RegCloseKey(key);
+    if (result != ERROR_SUCCESS) return std::nullopt;
+    return text.substr(0, text.find(L'\0'));
+}
+
+constexpr const char* anotherFile = "another file";
+
+text::Json JsonOf(const std::optional<std::wstring>& text) {
+    return text ? text::Json(text::ToUtf8(*text)) : text::Json();
+}
+
+std::wstring FileOfModule(HMODULE module) {
+    constexpr std::size_t longestPath = 32768;
+    std::wstring file(longestPath, L'\0');
+    file.resize(GetModuleFileNameW(module, file.data(), static_cast<DWORD>(file.size())));
+    return file;
+}
+
+/// The module whose code answers for an object of the class; empty when none can be created.
+std::wstring LoadedModule() {
+    qmv40::ComPointer<IUnknown> object;
+    if (FAILED(CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.Receive())))
+        return {};
+    const void* const code = **reinterpret_cast<void***>(object.Get());
+    HMODULE module = nullptr;
+    constexpr DWORD flags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    if (GetModuleHandleExW(flags, static_cast<LPCWSTR>(code), &module) == FALSE) return {};
+    return FileOfModule(module);
+}
+
+/// The version in a file's resources, of four numbers.
+text::Json VersionOf(const std::wstring& file) {
+    const DWORD size = GetFileVersionInfoSizeW(file.c_str(), nullptr);
+    std::vector<BYTE> block(size);
+    if (size == 0 || GetFileVersionInfoW(file.c_str(), 0, size, block.data()) == FALSE) return nullptr;
+    void* found = nullptr;
+    UINT length = 0;
+    if (VerQueryValueW(block.data(), L"\\", &found, &length) == FALSE) return nullptr;
+    const auto& version = *static_cast<const VS_FIXEDFILEINFO*>(found);
+    return std::to_string(HIWORD(version.dwFileVersionMS)) + '.' + std::to_string(LOWORD(version.dwFileVersionMS)) +
+           '.' + std::to_string(HIWORD(version.dwFileVersionLS));
+}
+
+/// What kind of program a file is made for, from its header: "64-bit", "32-bit" or nothing.
+std::string BitnessOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    std::array<char, 4096> head{};
+    stream.read(head.data(), static_cast<std::streamsize>(head.size()));
+    const auto wordAt = [&](std::size_t at) -> unsigned {
+        if (at + 1 >= head.size()) return 0;
+        return static_cast<unsigned char>(head[at]) | static_cast<unsigned>(static_cast<unsigned char>(head[at + 1]))
+                                                          << 8U;
+    };
+    constexpr std::size_t placeOfHeader = 0x3C;
+    const unsigned machine = wordAt(wordAt(placeOfHeader) + 4);
+    if (machine == IMAGE_FILE_MACHINE_AMD64) return "64-bit";
+    if (machine == IMAGE_FILE_MACHINE_I386) return "32-bit";
+    return "";
+}
+
+std::string ContentOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// How two files compare, in a word for people.
+std::string Comparison(const std::filesystem::path& one, const std::filesystem::path& other) {
+    std::error_code error;
+    if (std::filesystem::equivalent(one, other, error)) return "the same file";
+    return ContentOf(one) == ContentOf(other) ? "a copy of it" : anotherFile;
+}
+
+/// Puts the facts together and complains where they do not fit.
+class Examination {
+public:
+    Installation Result() && { return std::move(installation); }
+
+    void ExamineLoaded() {
+        const std::wstring file = LoadedModule();
+        AddComponent("file", "file", file.empty() ? text::Json() : text::Json(text::ToUtf8(file)));
+        AddComponent("version", "version", file.empty() ? text::Json() : VersionOf(file));
+    }
+
+    void ExamineClass() {
+        const std::optional<std::wstring> server = RegisteredText(classKey + L"\\InprocServer32", nullptr);
+        const std::optional<std::wstring> model = RegisteredText(classKey + L"\\InprocServer32", L"ThreadingModel");
+        AddRegistration("class", "class registered as", JsonOf(RegisteredText(classKey, nullptr)));
+        AddRegistration("server", "server (64-bit view)", JsonOf(server));
+        AddRegistration("threadingModel", "threading model", JsonOf(model));
+        AddRegistration("registered", "registered", server.has_value());
+        if (!server) return; // that the component cannot be created is for others to say: a manifest may help
+        ExamineServer(*server);
+        if (model != L"Apartment") {
+            Complain(
+                "The threading model is not \"Apartment\": the component would be used on threads it is not made for",
+                registerAgain);
+        }
+    }
+
+    void ExamineNames() {
+        for (const wchar_t* const name : {QMVCalculatorProgId, QMVCalculatorVersionIndependentProgId}) {
+            const std::optional<std::wstring> id = RegisteredText(std::wstring(name) + L"\\CLSID", nullptr);
+            AddRegistration(text::ToUtf8(name), text::ToUtf8(name), JsonOf(id));
+            if (isRegistered && (!id || !text::SameName(text::ToUtf8(*id), text::ToUtf8(classId)))) {
+                Complain("\"" + text::ToUtf8(name) + "\" does not name the component's class", registerAgain);
+            }
+        }
+    }
+
+    void ExamineTypeLibrary() {
+        std::optional<std::wstring> library = RegisteredText(libraryKey + L"\\0\\win64", nullptr);
+        if (!library) library = RegisteredText(libraryKey + L"\\409\\win64", nullptr);
+        AddRegistration("typeLibrary", "type library", JsonOf(library));
+        const char* const consequence = "late binding by other programs and calls across apartments fail";
+        if (isRegistered && !library)
+            Complain(std::string("No type library is registered: ") + consequence, registerAgain);
+        if (library && !Exists(*library)) {
+            Complain("The registered type library " + text::ToUtf8(*library) + " is not there: " + consequence,
+                     registerAgain);
+        }
+        for (const wchar_t* const key : interfaceKeys) {
+            if (isRegistered &&
+                !text::SameName(text::ToUtf8(RegisteredText(key, nullptr).value_or(L"")), text::ToUtf8(libraryId))) {
+                Complain(text::ToUtf8(key) + " does not name the type library: " + consequence, registerAgain);
+            }
+        }
+    }
+
+    void ExamineNarrowView() {
+        const std::optional<std::wstring> server =
+            RegisteredText(classKey + L"\\InprocServer32", nullptr, View::Narrow);
+        const bool isShared = server && server == RegisteredText(classKey + L"\\InprocServer32", nullptr);
+        AddRegistration("server32", "server (32-bit view)", isShared ? text::Json() : JsonOf(server));
+    }
+
+private:
+    static bool Exists(const std::filesystem::path& file) {
+        std::error_code ignored;
+        return std::filesystem::exists(file, ignored);
+    }
+
+    void ExamineServer(const std::filesystem::path& server) {
+        isRegistered = true;
+        AddRegistration("serverExists", "the file exists", Exists(server));
+        if (!Exists(server)) {
+            return Complain("The registered file " + text::ToUtf8(server.wstring()) + " is not there",
+                            "Put it back, or register the component where it is now. " + std::string(registerAgain));
+        }
+        const std::string bitness = BitnessOf(server);
+        AddRegistration("serverBitness", "made for programs of", bitness.empty() ? text::Json() : text::Json(bitness));
+        if (bitness != "64-bit") {
+            Complain("The registered file " + text::ToUtf8(server.wstring()) + " is no 64-bit module", registerAgain);
+        }
+        CompareWithOwn(server);
+    }
+
+    void CompareWithOwn(const std::filesystem::path& server) {
+        const std::filesystem::path beside = text::PathOf(OwnFile()).parent_path() / componentFile;
+        const text::Json comparison = Exists(beside) ? text::Json(Comparison(server, beside)) : text::Json();
+        AddRegistration("besideTheTool", "the one beside this tool is", comparison);
+        if (comparison.Text() != nullptr && *comparison.Text() == anotherFile) {
+            Complain("The registered component is another one than that beside this tool",
+                     "Programs use the registered one. To use this one instead: regsvr32 \"" +
+                         text::ToUtf8(beside.wstring()) + "\"");
+        }
+    }
+
+    void AddComponent(std::string key, std::string label, text::Json value) {
+        installation.component.push_back({std::move(key), std::move(label), std::move(value)});
+    }
+    void AddRegistration(std::string key, std::string label, text::Json value) {
+        installation.registration.push_back({std::move(key), std::move(label), std::move(value)});
+    }
+    void Complain(std::string problem, std::string remedy) {
+        installation.complaints.push_back({{}, "", std::move(problem), std::move(remedy)});
+    }
+
+    Installation installation;
+    bool isRegistered = false;
+};
+
+} // namespace
+
+Installation ExamineInstallation() {
+    Examination examination;
+    examination.ExamineLoaded();
+    examination.ExamineClass();
+    examination.ExamineNames();
+    examination.ExamineTypeLibrary();
+    examination.ExamineNarrowView();
+    return std::move(examination).Result();
+}
+
+std::string OwnFile() { return text::ToUtf8(FileOfModule(nullptr)); }
+
+} // namespace qmv40::settings

@@ -1,0 +1,100 @@
+#include "tools/settings/MachineSettings.h"
+
+#include "tools/component/ComponentError.h"
+
+#include <vector>
+
+namespace qmv40::settings {
+
+namespace {
+
+constexpr const char* keyPath = R"(SOFTWARE\Hollbeck\VRX Software\QMV40Calculator)";
+constexpr const char* narrowViewPath = R"(SOFTWARE\WOW6432Node\Hollbeck\VRX Software\QMV40Calculator)";
+
+class Key {
+public:
+    explicit Key(const char* path) { result = RegOpenKeyExA(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, &handle); }
+    Key(const Key&) = delete;
+    Key& operator=(const Key&) = delete;
+    ~Key() {
+        if (result == ERROR_SUCCESS) RegCloseKey(handle);
+    }
+
+    LSTATUS Result() const { return result; }
+
+    /// The narrow calls, as the component makes them: lengths are counted in their characters.
+    std::vector<StoredValue> Values() const {
+        DWORD longestName = 0;
+        DWORD longestValue = 0;
+        RegQueryInfoKeyA(handle, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &longestName,
+                         &longestValue, nullptr, nullptr);
+        // In the code page a character may take more than one byte.
+        constexpr std::size_t bytesOfCharacter = 4;
+        std::vector<char> name((longestName + 1) * bytesOfCharacter);
+        std::vector<char> bytes((longestValue + 2) * bytesOfCharacter);
+        std::vector<StoredValue> values;
+        for (DWORD index = 0;; ++index) {
+            auto nameLength = static_cast<DWORD>(name.size());
+            auto length = static_cast<DWORD>(bytes.size());
+            DWORD type = REG_NONE;
+            if (RegEnumValueA(handle, index, name.data(), &nameLength, nullptr, &type,
+                              reinterpret_cast<BYTE*>(bytes.data()), &length) != ERROR_SUCCESS) {
+                return values;
+            }
+            values.push_back({std::string(name.data(), nameLength), type, std::string(bytes.data(), length), {}});
+        }
+    }
+
+private:
+    HKEY handle = nullptr;
+    LSTATUS result;
+};
+
+} // namespace
+
+MachineSettings ReadMachineSettings() {
+    MachineSettings settings{std::string(machineRoot) + keyPath, "missing", {}};
+    const Key key(keyPath);
+    if (key.Result() == ERROR_SUCCESS) {
+        settings.state = "there";
+        settings.stored.isKeyThere = true;
+        settings.stored.values = key.Values();
+    } else if (key.Result() != ERROR_FILE_NOT_FOUND) {
+        settings.state = "unreadable";
+        settings.stored.complaints.push_back({{},
+                                              "",
+                                              "The key " + settings.place + " cannot be opened for reading",
+                                              "Give its readers the right to; until then the built-in values count."});
+    }
+    if (const Key narrow(narrowViewPath); narrow.Result() == ERROR_SUCCESS && !narrow.Values().empty()) {
+        settings.stored.complaints.push_back({{},
+                                              "",
+                                              std::string("[") + std::string(machineRoot) + narrowViewPath +
+                                                  "] holds values, and the component does not look there",
+                                              "A 32-bit program wrote them. Store them from a 64-bit one."});
+    }
+    return settings;
+}
+
+std::string HowToPutInPlace(const std::string& fileName) {
+    return "To put it in place, as administrator: reg import \"" + fileName + "\"";
+}
+
+struct BuiltInSettings::State {};
+
+BuiltInSettings::BuiltInSettings() {
+    // In this process alone, the root is taken to be a key below which there are no settings.
+    HKEY handle = nullptr;
+    LSTATUS result = RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Classes", 0, KEY_READ, &handle);
+    if (result == ERROR_SUCCESS) {
+        result = RegOverridePredefKey(HKEY_LOCAL_MACHINE, handle);
+        RegCloseKey(handle);
+    }
+    if (result != ERROR_SUCCESS) {
+        throw component::TakeComponentError(HRESULT_FROM_WIN32(static_cast<unsigned long>(result)), "RegOverridePredefKey");
+    }
+}
+
+BuiltInSettings::~BuiltInSettings() { RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr); }
+
+} // namespace qmv40::settings

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+
+namespace qmv40::text {
+
+/// Where a command writes: data to `out`, messages to `err`.
+struct Console {
+    std::ostream& out;
+    std::ostream& err;
+    bool colour = false;   ///< plain data may carry terminal colours
+    bool progress = false; ///< messages are read on a terminal: a line there may be written over
+
+    std::string Strong(const std::string& text) const { return colour ? "\x1b[1m" + text + "\x1b[0m" : text; }
+};
+
+} // namespace qmv40::text

@@ -1,0 +1,79 @@
+#include "tools/text/Files.h"
+
+#include "tools/text/Failures.h"
+#include "tools/text/Text.h"
+
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <utility>
+
+namespace qmv40::text {
+
+namespace {
+
+/// A new file beside the one it is to replace; removed unless it did.
+class FileBeside {
+public:
+    explicit FileBeside(std::filesystem::path target) : name(std::move(target)) {
+        std::random_device random;
+        name += "." + std::to_string(random()) + ".tmp";
+    }
+    FileBeside(const FileBeside&) = delete;
+    FileBeside& operator=(const FileBeside&) = delete;
+    ~FileBeside() {
+        std::error_code ignored;
+        std::filesystem::remove(name, ignored);
+    }
+
+    /// With the permissions of what it replaces.
+    bool Fill(std::string_view content, const std::filesystem::file_status& original) const {
+        std::ofstream file(name, std::ios::binary);
+        std::error_code ignored;
+        if (std::filesystem::exists(original)) std::filesystem::permissions(name, original.permissions(), ignored);
+        file.write(content.data(), static_cast<std::streamsize>(content.size()));
+        file.close();
+        return !file.fail();
+    }
+    bool Replace(const std::filesystem::path& target) const {
+        std::error_code error;
+        std::filesystem::rename(name, target, error);
+        return !error;
+    }
+
+private:
+    std::filesystem::path name;
+};
+
+} // namespace
+
+std::string ReadWholeFile(const std::string& fileName) {
+    const std::filesystem::path path = PathOf(fileName);
+    std::error_code ignored;
+    if (!std::filesystem::exists(path, ignored)) throw InputError{fileName, {}, "no such file"};
+    if (std::filesystem::is_directory(path, ignored)) throw InputError{fileName, {}, "is a folder"};
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream content;
+    content << file.rdbuf();
+    // Copying nothing counts as a failure of the target, and a file may be empty.
+    const bool isEmpty = std::filesystem::file_size(path, ignored) == 0;
+    if (!file || (!content && !isEmpty)) throw InputError{fileName, {}, "cannot be read"};
+    return content.str();
+}
+
+void WriteWholeFile(const std::string& fileName, std::string_view content) {
+    std::error_code error;
+    // The file that a link leads to is replaced, not the link.
+    std::filesystem::path target = std::filesystem::weakly_canonical(PathOf(fileName), error);
+    if (error) target = PathOf(fileName);
+    if (std::filesystem::is_directory(target, error)) throw InputError{fileName, {}, "is a folder"};
+    const std::filesystem::file_status before = std::filesystem::status(target, error);
+    // Replacing a device would take it away from everybody.
+    if (std::filesystem::exists(before) && !std::filesystem::is_regular_file(before)) {
+        throw InputError{fileName, {}, "is not an ordinary file"};
+    }
+    const FileBeside file(target);
+    if (!file.Fill(content, before) || !file.Replace(target)) throw InputError{fileName, {}, "cannot be written"};
+}
+
+} // namespace qmv40::text

@@ -1,0 +1,232 @@
+#include "tools/text/Json.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <type_traits>
+
+namespace qmv40::text {
+
+namespace {
+
+using Scalar = nlohmann::json;
+
+std::string DumpedScalar(const Scalar& scalar) { return scalar.dump(-1, ' ', false, Scalar::error_handler_t::replace); }
+
+bool IsNamedPair(const Json& value) {
+    return value.AllElements().size() == 2 && value.AllElements()[0].Text() != nullptr;
+}
+
+/// Begins a line when the text is indented.
+void BeginLine(std::string& text, std::optional<int> indent, std::size_t column) {
+    if (indent) text.append("\n").append(column, ' ');
+}
+
+/// Builds the value while the parser reads it.
+class Builder final : public nlohmann::json_sax<Scalar> {
+public:
+    Builder(const std::string& fileName, const std::string& theContent) : file(fileName), content(theContent) {}
+
+    Json Result() && { return std::move(result); }
+
+    bool null() override { return Add({}); }
+    bool boolean(bool value) override { return Add(value); }
+    bool number_integer(number_integer_t value) override { return Add(value); }
+    bool number_unsigned(number_unsigned_t value) override { return Add(value); }
+    bool number_float(number_float_t value, const string_t& /*text*/) override { return Add(value); }
+    bool string(string_t& value) override { return Add(value); }
+    bool binary(binary_t& /*value*/) override { return false; }
+    bool start_object(std::size_t /*size*/) override { return Open(Json::Object()); }
+    bool start_array(std::size_t /*size*/) override { return Open(Json::Array()); }
+    bool end_object() override { return Close(); }
+    bool end_array() override { return Close(); }
+    bool key(string_t& name) override {
+        if (open.back()->Find(name) != nullptr) throw InputError{file, {}, "the member " + name + " stands twice"};
+        nextName = name;
+        return true;
+    }
+    bool parse_error(std::size_t position, const std::string& /*token*/,
+                     const nlohmann::detail::exception& error) override {
+        constexpr int numberOutOfRange = 406;
+        if (error.id == numberOutOfRange) throw InputError{file, {}, "holds a number that is too large"};
+        const auto end = content.begin() + static_cast<std::ptrdiff_t>(std::min(position, content.size()));
+        const auto line = static_cast<std::size_t>(std::count(content.begin(), end, '\n')) + 1;
+        throw InputError{file, line, "is not JSON from here on"};
+    }
+
+private:
+    Json& Place(Json value) {
+        if (open.empty()) return result = std::move(value);
+        if (open.back()->IsArray()) return open.back()->PushBack(std::move(value));
+        return (*open.back())[nextName] = std::move(value);
+    }
+    bool Add(Json value) {
+        Place(std::move(value));
+        return true;
+    }
+    bool Open(Json value) {
+        open.push_back(&Place(std::move(value)));
+        return true;
+    }
+    bool Close() {
+        open.pop_back();
+        return true;
+    }
+
+    const std::string& file;
+    const std::string& content;
+    Json result;
+    std::vector<Json*> open; ///< outermost first
+    std::string nextName;
+};
+
+} // namespace
+
+Json::Json(std::nullptr_t) noexcept : value(nullptr) {}
+Json::Json(bool flag) : value(flag) {}
+Json::Json(int number) : value(std::int64_t{number}) {}
+Json::Json(long number) : value(std::int64_t{number}) {}
+Json::Json(long long number) : value(std::int64_t{number}) {}
+Json::Json(unsigned int number) : value(std::uint64_t{number}) {}
+Json::Json(unsigned long number) : value(std::uint64_t{number}) {}
+Json::Json(unsigned long long number) : value(std::uint64_t{number}) {}
+Json::Json(double number) : value(number) {}
+Json::Json(const char* text) : value(std::string(text)) {}
+Json::Json(std::string text) : value(std::move(text)) {}
+Json::Json(std::string_view text) : value(std::string(text)) {}
+Json::Json(const std::vector<double>& numbers) : value(Elements(numbers.begin(), numbers.end())) {}
+Json::Json(const std::vector<std::string>& texts) : value(Elements(texts.begin(), texts.end())) {}
+
+Json::Json(std::initializer_list<Json> values) {
+    if (!std::ranges::all_of(values, IsNamedPair)) {
+        value = Elements(values);
+        return;
+    }
+    Members members;
+    members.reserve(values.size());
+    for (const Json& pair : values) members.push_back({*pair.AllElements()[0].Text(), pair.AllElements()[1]});
+    value = std::move(members);
+}
+
+Json Json::Array() {
+    Json array;
+    array.value = Elements();
+    return array;
+}
+
+Json Json::Object() {
+    Json object;
+    object.value = Members();
+    return object;
+}
+
+Json::Json(const Json& other) = default;
+Json::Json(Json&& other) noexcept = default;
+Json& Json::operator=(const Json& other) = default;
+Json& Json::operator=(Json&& other) noexcept = default;
+Json::~Json() = default;
+
+std::optional<double> Json::Number() const {
+    if (const auto* const number = std::get_if<double>(&value)) return *number;
+    if (const auto* const number = std::get_if<std::int64_t>(&value)) return static_cast<double>(*number);
+    if (const auto* const number = std::get_if<std::uint64_t>(&value)) return static_cast<double>(*number);
+    return std::nullopt;
+}
+
+const Json* Json::Find(std::string_view name) const {
+    const auto member = std::ranges::find(AllMembers(), name, &Member::name);
+    return member == AllMembers().end() ? nullptr : &member->value;
+}
+
+Json& Json::operator[](std::string_view name) {
+    auto& members = std::get<Members>(value);
+    const auto member = std::ranges::find(members, name, &Member::name);
+    if (member != members.end()) return member->value;
+    members.push_back({std::string(name), {}});
+    return members.back().value;
+}
+
+void Json::Update(const Json& other) {
+    for (const Member& member : other.AllMembers()) (*this)[member.name] = member.value;
+}
+
+Json& Json::PushBack(Json element) { return std::get<Elements>(value).emplace_back(std::move(element)); }
+
+const Json::Members& Json::AllMembers() const {
+    static const Members none;
+    const auto* const members = std::get_if<Members>(&value);
+    return members == nullptr ? none : *members;
+}
+
+const Json::Elements& Json::AllElements() const {
+    static const Elements none;
+    const auto* const elements = std::get_if<Elements>(&value);
+    return elements == nullptr ? none : *elements;
+}
+
+std::string Json::Dump(std::optional<int> indent) const {
+    std::string text;
+    Append(text, indent, 0);
+    return text;
+}
+
+// NOLINTNEXTLINE(misc-no-recursion): values stand in values
+void Json::Append(std::string& text, std::optional<int> indent, std::size_t column) const {
+    const std::size_t inner = column + static_cast<std::size_t>(indent.value_or(0));
+    const auto append = [&](const auto& all, char open, char close, const auto& appendOne) {
+        text += open;
+        bool isFirst = true;
+        for (const auto& each : all) {
+            if (!isFirst) text += ',';
+            isFirst = false;
+            BeginLine(text, indent, inner);
+            appendOne(each);
+        }
+        if (!all.empty()) BeginLine(text, indent, column);
+        text += close;
+    };
+    if (IsObject()) {
+        append(AllMembers(), '{', '}', [&](const Member& member) {
+            text.append(DumpedScalar(member.name)).append(indent ? ": " : ":");
+            member.value.Append(text, indent, inner);
+        });
+    } else if (IsArray()) {
+        append(AllElements(), '[', ']', [&](const Json& element) { element.Append(text, indent, inner); });
+    } else {
+        text += std::visit(
+            [](const auto& scalar) {
+                using Type = std::remove_cvref_t<decltype(scalar)>;
+                constexpr bool isScalar = !std::is_same_v<Type, Elements> && !std::is_same_v<Type, Members>;
+                if constexpr (isScalar) {
+                    return DumpedScalar(scalar);
+                } else {
+                    return std::string(); // written above
+                }
+            },
+            value);
+    }
+}
+
+Json ParseJson(const std::string& fileName, const std::string& content) {
+    Builder builder(fileName, content);
+    Scalar::sax_parse(content, &builder);
+    return std::move(builder).Result();
+}
+
+Json PointJson(double x, double y, double z) { return {{"X", x}, {"Y", y}, {"Z", z}}; }
+
+Json DirectionJson(double i, double j, double k) { return {{"i", i}, {"j", j}, {"k", k}}; }
+
+Json ErrorJson(const InputError& error) {
+    Json line;
+    if (error.line) line = *error.line;
+    return {{"error", {{"file", error.file}, {"line", line}, {"description", error.reason}}}};
+}
+
+void PrintJson(const Json& document, std::ostream& out) {
+    constexpr int indent = 2;
+    out << document.Dump(indent) << '\n';
+}
+
+std::string ValidUtf8(const std::string& text) { return Scalar::parse(DumpedScalar(text)).get<std::string>(); }
+
+} // namespace qmv40::text

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "tools/text/Failures.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace qmv40::text {
+
+/// A JSON value. Members of an object keep the order in which they were added.
+///
+/// In braces, a list of pairs that each begin with a text is an object, and every other list is an array:
+/// {{"X", 1.0}, {"Y", 2.0}} is an object with two members, {1.0, 2.0} an array.
+class Json {
+public:
+    struct Member;
+    using Members = std::vector<Member>;
+    using Elements = std::vector<Json>;
+
+    // NOLINTBEGIN(google-explicit-constructor): values stand in braces as they are
+    Json(std::nullptr_t = nullptr) noexcept;
+    Json(bool flag);
+    Json(int number);
+    Json(long number);
+    Json(long long number);
+    Json(unsigned int number);
+    Json(unsigned long number);
+    Json(unsigned long long number);
+    Json(double number);
+    Json(const char* text);
+    Json(std::string text);
+    Json(std::string_view text);
+    Json(const std::vector<double>& numbers);
+    Json(const std::vector<std::string>& texts);
+    Json(std::initializer_list<Json> values);
+    // NOLINTEND(google-explicit-constructor)
+    static Json Array();
+    static Json Object();
+
+    Json(const Json& other);
+    Json(Json&& other) noexcept;
+    Json& operator=(const Json& other);
+    Json& operator=(Json&& other) noexcept;
+    ~Json();
+
+    bool IsNull() const { return std::holds_alternative<std::nullptr_t>(value); }
+    bool IsObject() const { return std::holds_alternative<Members>(value); }
+    bool IsArray() const { return std::holds_alternative<Elements>(value); }
+    /// The number; nothing when it is none.
+    std::optional<double> Number() const;
+    const bool* Flag() const { return std::get_if<bool>(&value); }
+    const std::string* Text() const { return std::get_if<std::string>(&value); }
+
+    /// The member of that name of an object; null when there is none.
+    const Json* Find(std::string_view name) const;
+    /// The member of that name of an object, added at its end when there is none.
+    Json& operator[](std::string_view name);
+    /// Adds the members of another object, or replaces those of the same names.
+    void Update(const Json& other);
+    Json& PushBack(Json element);
+    // Of an object or an array; empty for any other value.
+    const Members& AllMembers() const;
+    const Elements& AllElements() const;
+
+    /// `indent` blanks a level; without it all stands on one line. Doubles read back to the same bits, and what is not
+    /// a finite number is null. Bytes that are not UTF-8 become the replacement character.
+    std::string Dump(std::optional<int> indent = std::nullopt) const;
+
+private:
+    using Value =
+        std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, std::string, Elements, Members>;
+
+    void Append(std::string& text, std::optional<int> indent, std::size_t column) const;
+
+    Value value;
+};
+
+struct Json::Member {
+    std::string name;
+    Json value;
+};
+
+/// The document in `content`. Throws InputError in the name of the file for what is not JSON, and for an object that
+/// names a member twice: only one of the two would count.
+Json ParseJson(const std::string& fileName, const std::string& content);
+
+Json PointJson(double x, double y, double z);
+Json DirectionJson(double i, double j, double k);
+Json ErrorJson(const InputError& error);
+
+/// One document, indented, with a line end.
+void PrintJson(const Json& document, std::ostream& out);
+
+/// The text with every byte that is not UTF-8 replaced, as a document would have it.
+std::string ValidUtf8(const std::string& text);
+
+} // namespace qmv40::text

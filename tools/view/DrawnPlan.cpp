@@ -1,0 +1,94 @@
+#include "tools/view/DrawnPlan.h"
+
+#include "tools/model/Angles.h"
+#include "tools/motion/Sampling.h"
+
+#include <algorithm>
+
+namespace qmv40::view {
+
+namespace {
+
+using model::HeadModel;
+using model::LeverSide;
+
+/// Long enough to show where the stylus points; how long it is the geometry does not know.
+constexpr double drawnStylus = 15.0;
+
+bool IsDrawn(const model::Vector3& place) { return model::Length(place) <= drawnReach; }
+
+/// Nothing when a part of the head is out of reach.
+std::optional<DrawnHead> HeadAt(const HeadModel& head, const motion::Sample& sample) {
+    const model::Vector3 centre = sample.position - head.PoleSphere();
+    const auto carried = [&](const model::Vector3& position) { return centre + head.PlaceOnHead(position); };
+    const auto lever = [&](LeverSide side) {
+        return DrawnHead::Lever{carried(head.LeverCentre(side)), carried(head.LeverBall(side, sample.lever))};
+    };
+    const DrawnHead drawn{centre,
+                          centre + head.DriveCup(sample.angles),
+                          centre + head.TurnedWithHead({0.0, 0.0, -drawnStylus}, sample.angles),
+                          {lever(LeverSide::Plus), lever(LeverSide::Minus)}};
+    return std::ranges::all_of(drawn.Places(), IsDrawn) ? std::optional(drawn) : std::nullopt;
+}
+
+DrawnMove MoveOf(const check::CheckedPlan& checked, std::size_t index, const std::vector<motion::Sample>& samples,
+                 const model::Vector3& pole) {
+    DrawnMove move{index, LevelOf(checked, index), {}, true};
+    for (const motion::Sample& sample : samples) {
+        const model::Vector3 place = sample.position - pole;
+        if (IsDrawn(place)) {
+            move.way.push_back(place);
+        } else {
+            move.isComplete = false;
+        }
+    }
+    return move;
+}
+
+} // namespace
+
+std::vector<model::Vector3> DrawnHead::Places() const {
+    std::vector<model::Vector3> places{centre, driveCup, stylusEnd};
+    for (const Lever& lever : levers) places.insert(places.end(), {lever.pivot, lever.ball});
+    return places;
+}
+
+std::array<DrawnPlan::Range, 3> DrawnPlan::Extent() const {
+    std::array<Range, 3> extent;
+    extent.fill({-sphereRadius, sphereRadius});
+    const auto take = [&](const model::Vector3& place, double radius) {
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            Range& range = extent[axis];
+            range.smallest = std::min(range.smallest, place[axis] - radius);
+            range.largest = std::max(range.largest, place[axis] + radius);
+        }
+    };
+    for (const DrawnMove& move : moves) {
+        for (const model::Vector3& place : move.way) take(place, 0.0);
+    }
+    for (const std::optional<DrawnHead>& each : {start, end}) {
+        if (!each) continue;
+        for (const model::Vector3& place : each->Places()) take(place, ballRadius);
+    }
+    if (safeHeight) take({0.0, 0.0, *safeHeight}, 0.0);
+    return extent;
+}
+
+DrawnPlan DrawnPlanOf(const check::CheckedPlan& checked, const HeadModel& head, const check::BallSizes& sizes) {
+    DrawnPlan plan{{},
+                   std::nullopt,
+                   std::nullopt,
+                   head.SafeHeight() - head.PoleSphere().z,
+                   std::min(sizes.poleSphereRadius, drawnReach),
+                   std::min(sizes.leverBallRadius, drawnReach)};
+    if (!(std::abs(*plan.safeHeight) <= drawnReach)) plan.safeHeight.reset();
+    for (std::size_t i = 0; i < checked.report.moves.size(); ++i) {
+        const std::vector<motion::Sample> samples = motion::SamplesOf(head, checked.report.moves[i].run);
+        plan.moves.push_back(MoveOf(checked, i, samples, head.PoleSphere()));
+        if (i == 0) plan.start = HeadAt(head, samples.front());
+        plan.end = HeadAt(head, samples.back());
+    }
+    return plan;
+}
+
+} // namespace qmv40::view

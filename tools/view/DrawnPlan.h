@@ -1,0 +1,57 @@
+#pragma once
+
+#include "tools/check/CheckedTour.h"
+#include "tools/view/MoveLevel.h"
+
+#include <array>
+#include <optional>
+
+namespace qmv40::view {
+
+/// A checked plan as it is drawn: everything in millimetres from the pole sphere's centre. What lies farther off than
+/// `drawnReach`, as in a mistyped plan, is left out, and what is not a number.
+
+inline constexpr double drawnReach = 1000.0;
+
+/// The head at one place. Its levers are those of its state; the stylus is drawn with a length of its own choice.
+struct DrawnHead {
+    struct Lever {
+        model::Vector3 pivot;
+        model::Vector3 ball;
+    };
+    model::Vector3 centre;
+    model::Vector3 driveCup;
+    model::Vector3 stylusEnd;
+    std::array<Lever, 2> levers;
+
+    std::vector<model::Vector3> Places() const;
+};
+
+struct DrawnMove {
+    std::size_t index; ///< among the moves of the plan
+    MoveLevel level;
+    std::vector<model::Vector3> way; ///< of the machine's position; empty when all of it is left out
+    bool isComplete;                 ///< nothing was left out
+};
+
+struct DrawnPlan {
+    std::vector<DrawnMove> moves; ///< those that were run
+    std::optional<DrawnHead> start;
+    std::optional<DrawnHead> end;
+    std::optional<double> safeHeight;
+    double sphereRadius;
+    double ballRadius;
+
+    /// Between which values the coordinates of everything drawn lie.
+    struct Range {
+        double smallest;
+        double largest;
+        double Middle() const { return (smallest + largest) / 2.0; }
+        double Size() const { return largest - smallest; }
+    };
+    std::array<Range, 3> Extent() const;
+};
+
+DrawnPlan DrawnPlanOf(const check::CheckedPlan& checked, const model::HeadModel& head, const check::BallSizes& sizes);
+
+} // namespace qmv40::view

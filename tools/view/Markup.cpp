@@ -1,0 +1,101 @@
+#include "tools/view/Markup.h"
+
+#include "tools/text/Failures.h"
+#include "tools/text/Json.h"
+
+#include <algorithm>
+#include <map>
+
+namespace qmv40::view {
+
+namespace {
+
+constexpr std::string_view replacement = "\xEF\xBF\xBD";
+
+/// One character at the beginning of a valid text.
+std::string_view FirstCharacter(std::string_view text) {
+    std::size_t length = 1;
+    while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) ++length;
+    return text.substr(0, length);
+}
+
+/// A character as markup writes it.
+std::string_view Written(std::string_view character) {
+    switch (character.front()) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '"':
+        return "&quot;";
+    case '\'':
+        return "&#39;";
+    default:
+        break;
+    }
+    const bool isControl = static_cast<unsigned char>(character.front()) < 0x20 || character.front() == 0x7F;
+    const bool isNoCharacter = character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF"; // U+FFFE, U+FFFF
+    return isControl || isNoCharacter ? replacement : character;
+}
+
+std::size_t ColumnsOf(std::string_view character) {
+    constexpr unsigned char firstLeadOfWideLetters = 0xE1; // U+1000 and up
+    return static_cast<unsigned char>(character.front()) >= firstLeadOfWideLetters ? 2 : 1;
+}
+
+/// Where each placeholder stands, and which it is.
+std::map<std::size_t, const Filling*> PlacesIn(const std::string& fileName, std::string_view content,
+                                               std::span<const Filling> fillings) {
+    std::map<std::size_t, const Filling*> places;
+    for (const Filling& filling : fillings) {
+        const std::size_t at = content.find(filling.placeholder);
+        if (at == std::string_view::npos || content.find(filling.placeholder, at + 1) != std::string_view::npos) {
+            throw text::InputError{fileName,
+                                   {},
+                                   "is no template of this tool: " + std::string(filling.placeholder) +
+                                       " must stand in it once"};
+        }
+        places[at] = &filling;
+    }
+    return places;
+}
+
+} // namespace
+
+std::string MarkupText(const std::string& text) {
+    const std::string valid = text::ValidUtf8(text);
+    std::string written;
+    for (std::string_view rest = valid; !rest.empty(); rest.remove_prefix(FirstCharacter(rest).size())) {
+        written += Written(FirstCharacter(rest));
+    }
+    return written;
+}
+
+std::string CutText(const std::string& text, std::size_t columns) {
+    std::string valid = text::ValidUtf8(text);
+    std::size_t taken = 0;
+    std::size_t width = 0;
+    std::size_t withDots = 0; ///< how much is kept when not all of it fits
+    while (taken < valid.size()) {
+        const std::string_view character = FirstCharacter(std::string_view(valid).substr(taken));
+        width += ColumnsOf(character);
+        if (width > columns) return valid.substr(0, withDots) + "…";
+        taken += character.size();
+        if (width < columns) withDots = taken;
+    }
+    return valid;
+}
+
+std::string FilledTemplate(const std::string& fileName, std::string_view content, std::span<const Filling> fillings) {
+    std::string filled;
+    std::size_t copied = 0;
+    for (const auto& [at, filling] : PlacesIn(fileName, content, fillings)) {
+        filled.append(content.substr(copied, at - copied)).append(filling->text);
+        copied = at + filling->placeholder.size();
+    }
+    return filled.append(content.substr(copied));
+}
+
+} // namespace qmv40::view
