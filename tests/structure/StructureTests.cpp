@@ -142,9 +142,8 @@ TEST(Structure, NoArrowRunsBackUp) {
     std::set<std::string> below;
     for (bool isMoving = true; isMoving;) {
         const auto isReady = [&](const auto& each) {
-            return std::ranges::all_of(each.second, [&](const std::string& name) {
-                return below.contains(name) || !waiting.contains(name);
-            });
+            return std::ranges::all_of(
+                each.second, [&](const std::string& name) { return below.contains(name) || !waiting.contains(name); });
         };
         const auto ready = std::ranges::find_if(waiting, isReady);
         isMoving = ready != waiting.end();

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/check/Figures.h"
 #include "tools/check/CheckReport.h"
+#include "tools/check/Figures.h"
 #include "tools/text/Console.h"
 #include "tools/text/Json.h"
 
@@ -27,8 +27,8 @@ struct AllPairs {
 std::vector<model::HeadAngles> HeadPositions(int leastA);
 
 /// Geometry and settings are those of `geometryFile` and the settings in force.
-AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& head,
-                       const CheckOptions& options, std::vector<model::HeadAngles> positions, const text::Console& console);
+AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& head, const CheckOptions& options,
+                       std::vector<model::HeadAngles> positions, const text::Console& console);
 
 void PrintAllPairs(const AllPairs& all, const text::Console& console);
 text::Json AllPairsJson(const AllPairs& all, const CheckOptions& options);

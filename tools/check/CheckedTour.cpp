@@ -3,8 +3,8 @@
 #include "tools/check/HeadFile.h"
 #include "tools/component/Calculator.h"
 #include "tools/component/ComponentError.h"
-#include "tools/text/WideText.h"
 #include "tools/text/Text.h"
+#include "tools/text/WideText.h"
 
 namespace qmv40::check {
 
@@ -18,9 +18,8 @@ CheckedTour CheckTour(std::vector<plans::PlanToCheck> plans, const model::HeadMo
                       const CheckOptions& options) {
     CheckedTour tour;
     for (plans::PlanToCheck& plan : plans) {
-        PlanReport report = tour.plans.empty()
-                                       ? CheckPlan(head, options, plan)
-                                       : CheckNextPlan(head, options, plan, tour.plans.back().report);
+        PlanReport report = tour.plans.empty() ? CheckPlan(head, options, plan)
+                                               : CheckNextPlan(head, options, plan, tour.plans.back().report);
         tour.figures.Take(plan, report);
         tour.plans.push_back({std::move(plan), std::move(report)});
     }

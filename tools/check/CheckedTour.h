@@ -21,8 +21,7 @@ struct CheckedTour {
     std::size_t Findings() const;
 };
 
-CheckedTour CheckTour(std::vector<plans::PlanToCheck> plans, const model::HeadModel& head,
-                      const CheckOptions& options);
+CheckedTour CheckTour(std::vector<plans::PlanToCheck> plans, const model::HeadModel& head, const CheckOptions& options);
 
 /// The model of the head whose geometry the file holds. Complains about a file that is missing or lacks a value as the
 /// component does.

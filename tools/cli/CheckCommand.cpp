@@ -1,8 +1,8 @@
-#include "tools/cli/ExitCode.h"
 #include "tools/check/AllPairs.h"
-#include "tools/cli/Allowances.h"
 #include "tools/check/CheckReport.h"
+#include "tools/cli/Allowances.h"
 #include "tools/cli/Commands.h"
+#include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
 #include "tools/cli/PlanSelection.h"
 #include "tools/settings/SettingsOverride.h"
@@ -26,7 +26,8 @@ void RequireSomethingToCheck(const CheckCommandOptions& options) {
 /// How many findings there were.
 std::size_t RunAll(const CheckCommandOptions& options, const model::HeadModel& head, const text::Console& console) {
     const int leastA = options.reachable ? 0 : -90;
-    const check::AllPairs all = check::CheckAllPairs(options.selection.geometry, head, options.check, check::HeadPositions(leastA), console);
+    const check::AllPairs all =
+        check::CheckAllPairs(options.selection.geometry, head, options.check, check::HeadPositions(leastA), console);
     if (options.json) {
         text::PrintJson(check::AllPairsJson(all, options.check), console.out);
     } else {

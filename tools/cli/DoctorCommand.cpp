@@ -13,9 +13,6 @@
 #include "tools/text/Numbers.h"
 
 #include <algorithm>
-#include <bit>
-#include <cmath>
-#include <cstdint>
 
 namespace qmv40::cli {
 
@@ -31,7 +28,7 @@ struct Diagnosis {
     settings::Installation installation;
     settings::MachineSettings machine;
     settings::SettingsReading reading;
-    std::array<double, settings::settingCount> inForce{};
+    std::array<double, headSettingCount> inForce{};
     std::optional<settings::GeometryFileState> geometry;
     std::vector<settings::Complaint> complaints;
 
@@ -55,24 +52,6 @@ std::unique_ptr<component::Calculator> CreateCalculator(std::vector<settings::Co
     }
 }
 
-bool IsSameNumber(double left, double right) {
-    return std::bit_cast<std::uint64_t>(left) == std::bit_cast<std::uint64_t>(right) ||
-           (std::isnan(left) && std::isnan(right));
-}
-
-/// The rules as this tool explains them against what the component's readers give.
-void CompareReadings(Diagnosis& diagnosis) {
-    for (std::size_t i = 0; i < settings::settingCount; ++i) {
-        const double byTheRules = diagnosis.reading.settings[i].value;
-        if (IsSameNumber(byTheRules, diagnosis.inForce[i])) continue;
-        diagnosis.complaints.push_back({{},
-                                        settings::AllHeadSettings()[i].name,
-                                        "is " + text::ExactText(diagnosis.inForce[i]) +
-                                            " in force, and by the rules it is " + text::ExactText(byTheRules),
-                                        "Report this with the settings; they may also have changed just now."});
-    }
-}
-
 Diagnosis Diagnose(const DoctorOptions& options) {
     Diagnosis diagnosis;
     constexpr int bitsOfByte = 8;
@@ -86,7 +65,6 @@ Diagnosis Diagnose(const DoctorOptions& options) {
     diagnosis.reading = settings::ReadSettings(diagnosis.machine.stored);
     diagnosis.inForce = settings::SettingsInForce();
     diagnosis.Add(diagnosis.reading.complaints);
-    CompareReadings(diagnosis);
     if (!options.geometry.empty()) {
         diagnosis.geometry = settings::ExamineGeometryFile(options.geometry, calculator.get());
         diagnosis.Add(diagnosis.geometry->complaints);

@@ -15,8 +15,7 @@ template <typename Take> std::string ReadAngles(const std::string& value, Take&&
 }
 
 template <typename Angles> Option AddFrom(Command& command, Angles& from) {
-    return command.AddValue("--from", "A,B",
-                            "Where the head stands, degrees: A 0 to 90, B -180 to 180, in steps of 15",
+    return command.AddValue("--from", "A,B", "Where the head stands, degrees: A 0 to 90, B -180 to 180, in steps of 15",
                             [&from](const std::string& value) {
                                 return ReadAngles(value, [&](const model::HeadAngles& angles) { from = angles; });
                             });
@@ -35,8 +34,7 @@ void AddCommonOptions(Command& command, CommonOptions& options) {
 }
 
 void AddGeometryOption(Command& command, std::string& fileName) {
-    command
-        .AddText("--geometry", fileName, "FILE", "Head geometry file, as `qmv40 geometry --output` writes it")
+    command.AddText("--geometry", fileName, "FILE", "Head geometry file, as `qmv40 geometry --output` writes it")
         .Require();
 }
 

@@ -1,14 +1,14 @@
-#include "tools/cli/ExitCode.h"
 #include "tools/cli/Commands.h"
+#include "tools/cli/ExitCode.h"
+#include "tools/cli/Options.h"
 #include "tools/settings/Complaint.h"
+#include "tools/settings/MachineSettings.h"
+#include "tools/settings/SettingsFile.h"
+#include "tools/settings/SettingsOverride.h"
+#include "tools/settings/SettingsReport.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Files.h"
-#include "tools/settings/MachineSettings.h"
 #include "tools/text/Numbers.h"
-#include "tools/cli/Options.h"
-#include "tools/settings/SettingsOverride.h"
-#include "tools/settings/SettingsFile.h"
-#include "tools/settings/SettingsReport.h"
 #include "tools/text/Text.h"
 
 #include <cmath>
@@ -29,11 +29,11 @@ struct WriteOptions {
     bool json = false;
 };
 
-using ChosenValues = std::array<std::optional<double>, settings::settingCount>;
+using ChosenValues = std::array<std::optional<double>, headSettingCount>;
 
-std::array<double, settings::settingCount> ValuesOf(const settings::SettingsReading& reading) {
-    std::array<double, settings::settingCount> values{};
-    for (std::size_t i = 0; i < settings::settingCount; ++i) values[i] = reading.settings[i].value;
+std::array<double, headSettingCount> ValuesOf(const settings::SettingsReading& reading) {
+    std::array<double, headSettingCount> values{};
+    for (std::size_t i = 0; i < headSettingCount; ++i) values[i] = reading.settings[i].value;
     return values;
 }
 
@@ -41,13 +41,13 @@ void Show(const CommonOptions& options, const text::Console& console) {
     const settings::SettingsOverride settings(options.settings);
     const settings::MachineSettings machine = settings::ReadMachineSettings();
     const settings::SettingsReading reading = settings::ReadSettings(machine.stored);
-    const std::array<double, settings::settingCount> inForce = settings::SettingsInForce();
+    const std::array<double, headSettingCount> inForce = settings::SettingsInForce();
     if (options.json) {
         return text::PrintJson({{"place", machine.place},
-                          {"state", machine.state},
-                          {"settings", settings::SettingsJson(reading, inForce)},
-                          {"findings", settings::ComplaintsJson(reading.complaints)}},
-                         console.out);
+                                {"state", machine.state},
+                                {"settings", settings::SettingsJson(reading, inForce)},
+                                {"findings", settings::ComplaintsJson(reading.complaints)}},
+                               console.out);
     }
     console.out << console.Strong("Settings of the head") << "\n  " << settings::PlaceText(machine) << "\n\n";
     settings::PrintSettings(reading, inForce, console);
@@ -57,13 +57,14 @@ void Show(const CommonOptions& options, const text::Console& console) {
 }
 
 void Validate(const ValidateOptions& options, const text::Console& console) {
-    const settings::SettingsReading reading = settings::ReadSettings(settings::SettingsInFile(text::ReadWholeFile(options.file)));
-    const std::array<double, settings::settingCount> values = ValuesOf(reading);
+    const settings::SettingsReading reading =
+        settings::ReadSettings(settings::SettingsInFile(text::ReadWholeFile(options.file)));
+    const std::array<double, headSettingCount> values = ValuesOf(reading);
     if (options.json) {
         text::PrintJson({{"file", options.file},
-                   {"settings", settings::SettingsJson(reading, values)},
-                   {"findings", settings::ComplaintsJson(reading.complaints)}},
-                  console.out);
+                         {"settings", settings::SettingsJson(reading, values)},
+                         {"findings", settings::ComplaintsJson(reading.complaints)}},
+                        console.out);
     } else {
         console.out << console.Strong("What the component would take from " + options.file) << '\n';
         settings::PrintSettings(reading, values, console);
@@ -76,26 +77,24 @@ void Validate(const ValidateOptions& options, const text::Console& console) {
 
 std::size_t SettingOrUsageError(const std::string& name) {
     if (const auto index = settings::FindHeadSetting(text::Trimmed(name))) return *index;
-    const std::string nearest = settings::NearestSettingName(name);
-    throw text::UsageError{
-        "--set: '" + name + "' is no setting of the head" +
-        (nearest.empty() ? "; `qmv40 settings write --help` lists them" : "; did you mean '" + nearest + "'?")};
+    throw text::UsageError{"--set: '" + name + "' is no setting of the head; `qmv40 settings write --help` lists them"};
 }
 
 double NumberOrUsageError(const std::string& text) {
     const text::ParsedNumber number = text::ParseNumber(text::Trimmed(text));
     if (number.problem == nullptr) return number.value;
     const bool hasComma = text.find(',') != std::string::npos;
-    throw text::UsageError{"--set: '" + text + "' " + number.problem + (hasComma ? "; the decimal mark is a point" : "")};
+    throw text::UsageError{"--set: '" + text + "' " + number.problem +
+                           (hasComma ? "; the decimal mark is a point" : "")};
 }
 
-void Assign(const std::string& assignment, ChosenValues& values, std::array<bool, settings::settingCount>& isSet) {
+void Assign(const std::string& assignment, ChosenValues& values, std::array<bool, headSettingCount>& isSet) {
     const std::size_t equals = assignment.find('=');
     if (equals == std::string::npos) {
         throw text::UsageError{"--set: '" + assignment + "' is not a name and a number such as drive-cup-x=-6.95"};
     }
     const std::size_t index = SettingOrUsageError(assignment.substr(0, equals));
-    if (isSet[index]) throw text::UsageError{std::string("--set: '") + settings::AllHeadSettings()[index].name + "' is given twice"};
+    if (isSet[index]) throw text::UsageError{std::string("--set: '") + HeadSettings()[index].name + "' is given twice"};
     isSet[index] = true;
     values[index] = NumberOrUsageError(assignment.substr(equals + 1));
 }
@@ -104,8 +103,9 @@ void Assign(const std::string& assignment, ChosenValues& values, std::array<bool
 ChosenValues BaseValues(const std::string& fileName, const text::Console& console) {
     ChosenValues values;
     if (fileName.empty()) return values;
-    const settings::SettingsReading reading = settings::ReadSettings(settings::SettingsInFile(text::ReadWholeFile(fileName)));
-    for (std::size_t i = 0; i < settings::settingCount; ++i) {
+    const settings::SettingsReading reading =
+        settings::ReadSettings(settings::SettingsInFile(text::ReadWholeFile(fileName)));
+    for (std::size_t i = 0; i < headSettingCount; ++i) {
         if (reading.settings[i].isStoredValue) values[i] = reading.settings[i].value;
     }
     if (!reading.complaints.empty()) console.err << "In " << fileName << ", which counts as the component reads it:\n";
@@ -115,12 +115,13 @@ ChosenValues BaseValues(const std::string& fileName, const text::Console& consol
 
 void Write(const WriteOptions& options, const text::Console& console) {
     ChosenValues values = BaseValues(options.base, console);
-    for (std::size_t i = 0; i < settings::settingCount; ++i) {
+    for (std::size_t i = 0; i < headSettingCount; ++i) {
         if (values[i] && !std::isfinite(*values[i])) {
-            throw text::UsageError{"--base: '" + std::string(settings::AllHeadSettings()[i].name) + "' is not a finite number there"};
+            throw text::UsageError{"--base: '" + std::string(HeadSettings()[i].name) +
+                                   "' is not a finite number there"};
         }
     }
-    std::array<bool, settings::settingCount> isSet{};
+    std::array<bool, headSettingCount> isSet{};
     for (const std::string& assignment : options.assignments) Assign(assignment, values, isSet);
     const std::string content = settings::SettingsFileText(values);
     if (!options.output.empty()) text::WriteWholeFile(options.output, content);
@@ -128,9 +129,9 @@ void Write(const WriteOptions& options, const text::Console& console) {
     if (options.json) {
         const settings::SettingsReading reading = settings::ReadSettings(settings::SettingsInFile(content));
         text::PrintJson({{"file", options.output.empty() ? text::Json() : text::Json(options.output)},
-                   {"settings", settings::SettingsJson(reading, ValuesOf(reading))},
-                   {"content", content}},
-                  console.out);
+                         {"settings", settings::SettingsJson(reading, ValuesOf(reading))},
+                         {"content", content}},
+                        console.out);
     } else if (options.output.empty()) {
         console.out << content;
     } else {
@@ -141,7 +142,7 @@ void Write(const WriteOptions& options, const text::Console& console) {
 
 std::string SettingNames() {
     std::string names;
-    for (const settings::HeadSetting& setting : settings::AllHeadSettings()) {
+    for (const HeadSetting& setting : HeadSettings()) {
         std::string line = std::string("  ") + setting.shortName;
         line.resize(22, ' ');
         names += line + setting.name + ", " + setting.unit + ", built in " + text::ExactText(setting.builtIn) + "\n";
@@ -154,17 +155,16 @@ void AddShow(Command& settings, const text::Console& console) {
     const auto options = std::make_shared<CommonOptions>();
     AddCommonOptions(command, *options);
     command.SetFooter("Example:\n"
-                   "  qmv40 settings show\n"
-                   "\n"
-                   "A value that is stored but not read, or read as something else than it looks, is pointed out.");
+                      "  qmv40 settings show\n"
+                      "\n"
+                      "A value that is stored but not read, or read as something else than it looks, is pointed out.");
     command.OnRun([options, &console] { Show(*options, console); });
 }
 
 void AddValidate(Command& settings, const text::Console& console) {
     Command command = settings.AddCommand("validate", "Find what the component would not read in a settings file");
     const auto options = std::make_shared<ValidateOptions>();
-    command.AddText("file", options->file, "FILE", "The settings file, in the registry export format")
-        .Require();
+    command.AddText("file", options->file, "FILE", "The settings file, in the registry export format").Require();
     AddJsonOption(command, options->json);
     command.SetFooter(
         "Example:\n"
@@ -186,15 +186,16 @@ void AddWrite(Command& settings, const text::Console& console) {
     command.AddText("--base", options->base, "FILE", "Keep the other dimensions that this settings file sets");
     command.AddText("--output", options->output, "FILE", "Write here; without it to standard output");
     AddJsonOption(command, options->json);
-    command.SetFooter("Example:\n"
-                   "  qmv40 settings write --set lever-centre-x=31 --set locking-rotation=137.5 --output settings.reg\n"
-                   "\n"
-                   "An offset of which one dimension is set is written whole, in texts of one length, because the\n"
-                   "component reads no text that is longer than the one before it. Dimensions that are not set keep\n"
-                   "their built-in values. The file works on Windows (import it) and on Linux (put it in place).\n"
-                   "\n"
-                   "Names, long or short, in any letter case:\n" +
-                   SettingNames());
+    command.SetFooter(
+        "Example:\n"
+        "  qmv40 settings write --set lever-centre-x=31 --set locking-rotation=137.5 --output settings.reg\n"
+        "\n"
+        "An offset of which one dimension is set is written whole, in texts of one length, because the\n"
+        "component reads no text that is longer than the one before it. Dimensions that are not set keep\n"
+        "their built-in values. The file works on Windows (import it) and on Linux (put it in place).\n"
+        "\n"
+        "Names, long or short, in any letter case:\n" +
+        SettingNames());
     command.OnRun([options, &console] { Write(*options, console); });
 }
 
@@ -206,14 +207,15 @@ void AddSettingsCommand(Command tool, const text::Console& console) {
     AddShow(command, console);
     AddValidate(command, console);
     AddWrite(command, console);
-    command.SetFooter("Examples:\n"
-                   "  qmv40 settings show\n"
-                   "  qmv40 settings validate settings.reg\n"
-                   "  qmv40 settings write --set lever-centre-x=31 --output settings.reg\n"
-                   "  qmv40 settings write --help\n"
-                   "\n"
-                   "The head's fourteen dimensions are built in; a machine may override them by texts in its registry\n"
-                   "or, away from Windows, in a settings file.");
+    command.SetFooter(
+        "Examples:\n"
+        "  qmv40 settings show\n"
+        "  qmv40 settings validate settings.reg\n"
+        "  qmv40 settings write --set lever-centre-x=31 --output settings.reg\n"
+        "  qmv40 settings write --help\n"
+        "\n"
+        "The head's fourteen dimensions are built in; a machine may override them by texts in its registry\n"
+        "or, away from Windows, in a settings file.");
 }
 
 } // namespace qmv40::cli

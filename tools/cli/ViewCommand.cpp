@@ -1,17 +1,17 @@
-#include "tools/cli/ExitCode.h"
-#include "tools/cli/Allowances.h"
 #include "tools/check/CheckReport.h"
+#include "tools/cli/Allowances.h"
 #include "tools/cli/Commands.h"
-#include "tools/view/Drawing.h"
+#include "tools/cli/ExitCode.h"
+#include "tools/cli/Options.h"
+#include "tools/cli/PlanSelection.h"
+#include "tools/settings/Installation.h"
+#include "tools/settings/SettingsOverride.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Files.h"
-#include "tools/settings/Installation.h"
-#include "tools/view/Markup.h"
-#include "tools/cli/Options.h"
-#include "tools/view/PageTemplate.h"
-#include "tools/cli/PlanSelection.h"
-#include "tools/settings/SettingsOverride.h"
 #include "tools/text/Text.h"
+#include "tools/view/Drawing.h"
+#include "tools/view/Markup.h"
+#include "tools/view/PageTemplate.h"
 #include "tools/view/ViewDocument.h"
 
 namespace qmv40::cli {
@@ -59,8 +59,8 @@ std::string PageText(const std::string& templateFile, const std::string& content
     std::string figures;
     for (const std::string& drawing : drawings) figures += "<figure>\n" + drawing + "</figure>\n";
     const view::Filling fillings[] = {{"@TITLE@", view::MarkupText(view.title)},
-                                {"@DOCUMENT@", view::EmbeddedDocument(view::ViewDocument(view))},
-                                {"@DRAWINGS@", figures}};
+                                      {"@DOCUMENT@", view::EmbeddedDocument(view::ViewDocument(view))},
+                                      {"@DRAWINGS@", figures}};
     return view::FilledTemplate(templateFile, content, fillings);
 }
 
@@ -119,8 +119,10 @@ void Run(const ViewOptions& options, const text::Console& console) {
 }
 
 void AddWhatToWrite(Command& command, ViewOptions& options) {
-    command.AddText("--output", options.output, "FILE", "Write the page here; view.html unless given, none with --svg or --json alone");
-    command.AddText("--svg", options.drawing, "FILE", "Write a drawing of three views for paper here. Of a tour each plan has a sheet of its own: "
+    command.AddText("--output", options.output, "FILE",
+                    "Write the page here; view.html unless given, none with --svg or --json alone");
+    command.AddText("--svg", options.drawing, "FILE",
+                    "Write a drawing of three views for paper here. Of a tour each plan has a sheet of its own: "
                     "plan.svg becomes plan-1.svg, plan-2.svg ...");
     command.AddText("--template", options.pageTemplate, "FILE", "Fill this page instead of the installed one");
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/model/HeadAngles.h"
 #include "interface/IQMVCalculator.h"
+#include "tools/model/HeadAngles.h"
 
 #include <memory>
 #include <span>

@@ -1,9 +1,9 @@
 #include "tools/diagnosis/AxisCircle.h"
 
-#include "tools/model/Angles.h"
-#include "tools/diagnosis/NormalEquations.h"
 #include "maths/CMaCircle.h"
 #include "maths/CMaPointArray.h"
+#include "tools/diagnosis/NormalEquations.h"
+#include "tools/model/Angles.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "tools/diagnosis/CaptureEvaluation.h"
 
-#include "tools/model/Angles.h"
 #include "tools/diagnosis/QuadrantResolution.h"
 #include "tools/diagnosis/Statistics.h"
 #include "tools/diagnosis/SwappedAngles.h"
+#include "tools/model/Angles.h"
 
 #include <algorithm>
 #include <limits>
@@ -126,7 +126,8 @@ private:
 
     /// What noise and notches together may do to a point at most.
     double MisfitCeiling() const {
-        return thresholds::noiseCeiling + model::ToRadians(thresholds::notchCeiling) * model::SafeLength(diagnosis.head.model.tip);
+        return thresholds::noiseCeiling +
+               model::ToRadians(thresholds::notchCeiling) * model::SafeLength(diagnosis.head.model.tip);
     }
 
     /// As both circles show it, never below rounding.

@@ -90,8 +90,7 @@ struct TipOnItsWay {
 };
 
 /// The derivatives of one error that concerns the point.
-void ErrorDerivatives(ModelError::Kind kind, const Pose& pose, const TipOnItsWay& tip,
-                          std::span<model::Vector3> out) {
+void ErrorDerivatives(ModelError::Kind kind, const Pose& pose, const TipOnItsWay& tip, std::span<model::Vector3> out) {
     switch (kind) {
     case ModelError::Kind::TiltAngle:
         out[0] = pose.Leant(pose.Swivelled(pose.Squared(model::Cross(unitVectors[0], tip.tilted))));

@@ -36,8 +36,8 @@ struct ModelError {
 ///
 ///     pole - Rz(mounting + B) * R(-X, A) * tip
 ///
-/// while the head is locked. Rotations are right-handed; `tip` is in the head's frame at A = B = 0. The model errors come on
-/// top.
+/// while the head is locked. Rotations are right-handed; `tip` is in the head's frame at A = B = 0. The model errors
+/// come on top.
 struct HeadModel {
     static constexpr std::size_t ownUnknowns = 7;
 

@@ -1,9 +1,9 @@
 #include "tools/diagnosis/Diagnosis.h"
 
-#include "tools/model/Angles.h"
 #include "tools/diagnosis/CaptureEvaluation.h"
 #include "tools/diagnosis/MistakeSearch.h"
 #include "tools/diagnosis/Statistics.h"
+#include "tools/model/Angles.h"
 
 #include <algorithm>
 
@@ -54,7 +54,8 @@ public:
         const bool isA = &set == &diagnosis.aCircle;
         const AxisCircle& a = isA ? *circle : diagnosis.aCircle;
         const AxisCircle& b = isA ? diagnosis.bCircle : *circle;
-        const model::Vector3 shift = NearestPointOfBAxis(a, b) - NearestPointOfBAxis(diagnosis.aCircle, diagnosis.bCircle);
+        const model::Vector3 shift =
+            NearestPointOfBAxis(a, b) - NearestPointOfBAxis(diagnosis.aCircle, diagnosis.bCircle);
         // An axis has no sense: half a turn is none.
         const double turn = std::remainder(BearingOfAAxis(a) - BearingOfAAxis(diagnosis.aCircle), 180.0);
         return Influence{model::SafeLength(shift), turn, ChanceOfPoint(set, *circle)};

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "tools/text/Console.h"
-#include "tools/diagnosis/FindingMessage.h"
-#include "tools/text/Json.h"
 #include "tools/diagnosis/Diagnosis.h"
+#include "tools/diagnosis/FindingMessage.h"
+#include "tools/text/Console.h"
+#include "tools/text/Json.h"
 
 namespace qmv40::diagnosis {
 
@@ -12,11 +12,10 @@ namespace qmv40::diagnosis {
 /// How well the head is known, the second opinion, and every point.
 void PrintDiagnosis(const Diagnosis& diagnosis, const CaptureFiles& files, const text::Console& console);
 /// The findings, each with what to do; that there are none when there are none.
-void PrintFindings(const std::vector<Finding>& findings, const CaptureFiles& files,
-                   const model::Vector3& tip, std::ostream& out);
+void PrintFindings(const std::vector<Finding>& findings, const CaptureFiles& files, const model::Vector3& tip,
+                   std::ostream& out);
 
 text::Json DiagnosisJson(const Diagnosis& diagnosis, const CaptureFiles& files);
-text::Json FindingsJson(const std::vector<Finding>& findings, const CaptureFiles& files,
-                  const model::Vector3& tip);
+text::Json FindingsJson(const std::vector<Finding>& findings, const CaptureFiles& files, const model::Vector3& tip);
 
 } // namespace qmv40::diagnosis

@@ -8,7 +8,6 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-
 /// Three figures that count, and never more than six decimals.
 std::string LengthText(double length) {
     const double size = std::abs(length);

@@ -91,7 +91,8 @@ HeadAxes CompareAxes(const AxisCircle& a, const AxisCircle& b, const PointNoise&
         const double variance = noise.aSet * noise.aSet * fromA[figure] + noise.bSet * noise.bSet * fromB[figure];
         return Estimate{value[figure], std::sqrt(variance)};
     };
-    const double between = std::atan2(model::SafeLength(model::Cross(a.normal, b.normal)), std::abs(model::Dot(a.normal, b.normal)));
+    const double between =
+        std::atan2(model::SafeLength(model::Cross(a.normal, b.normal)), std::abs(model::Dot(a.normal, b.normal)));
     return {{estimate(CentreX), estimate(CentreY), estimate(CentreZ)},
             estimate(Gap),
             estimate(OutOfSquare),

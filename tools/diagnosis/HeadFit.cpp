@@ -1,8 +1,8 @@
 #include "tools/diagnosis/HeadFit.h"
 
-#include "tools/model/Angles.h"
 #include "tools/diagnosis/HeadSums.h"
 #include "tools/diagnosis/NormalEquations.h"
+#include "tools/model/Angles.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,9 +1,9 @@
 #include "tools/diagnosis/MistakeSearch.h"
 
-#include "tools/model/Angles.h"
 #include "tools/diagnosis/HeadSums.h"
 #include "tools/diagnosis/Statistics.h"
 #include "tools/diagnosis/Thresholds.h"
+#include "tools/model/Angles.h"
 
 #include <algorithm>
 #include <numeric>
@@ -142,7 +142,9 @@ private:
         candidates.push_back({{{kind, run.first, run.last, {angle}}}, lowest.sum});
     }
 
-    HeadSums Changed(ErrorKind kind, const Run& run, double angle) const { return RunningChanges(kind, run, angle).back(); }
+    HeadSums Changed(ErrorKind kind, const Run& run, double angle) const {
+        return RunningChanges(kind, run, angle).back();
+    }
 
     void TryPlaces() {
         HeadSums aSet;

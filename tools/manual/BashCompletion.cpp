@@ -15,7 +15,8 @@ std::string WordsOf(const cli::CommandDescription& command) {
 std::string LastWord(const std::string& name) { return name.substr(name.rfind(' ') + 1); }
 
 /// Calls `visit` for the command and all below it.
-template <typename Visit> void ForEach(const cli::CommandDescription& command, const Visit& visit) { // NOLINT(misc-no-recursion)
+template <typename Visit>
+void ForEach(const cli::CommandDescription& command, const Visit& visit) { // NOLINT(misc-no-recursion)
     visit(command);
     for (const cli::CommandDescription& each : command.commands) ForEach(each, visit);
 }
@@ -27,7 +28,7 @@ std::string Case(const std::string& pattern, const std::string& action) {
 
 std::string SettingNames() {
     std::string names;
-    for (const settings::HeadSetting& setting : settings::AllHeadSettings()) {
+    for (const HeadSetting& setting : HeadSettings()) {
         names += (names.empty() ? "" : " ") + std::string(setting.shortName) + "=";
     }
     return names;

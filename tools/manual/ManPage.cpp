@@ -59,7 +59,9 @@ std::string Escaped(const std::string& text) {
 std::string Bold(const std::string& text) { return "\\fB" + Escaped(text) + "\\fR"; }
 std::string Italic(const std::string& text) { return "\\fI" + Escaped(text) + "\\fR"; }
 
-bool IsHelp(const cli::OptionDescription& option) { return std::ranges::find(option.names, "--help") != option.names.end(); }
+bool IsHelp(const cli::OptionDescription& option) {
+    return std::ranges::find(option.names, "--help") != option.names.end();
+}
 
 std::string NameAndArgument(const cli::OptionDescription& option) {
     std::string text;

@@ -42,7 +42,7 @@ std::string Action(const cli::OptionDescription& option) {
     if (!option.choices.empty()) return "(" + Words(option.choices) + ")";
     if (option.argument != "NAME=NUMBER") return " ";
     std::vector<std::string> names;
-    for (const settings::HeadSetting& setting : settings::AllHeadSettings()) names.emplace_back(setting.shortName);
+    for (const HeadSetting& setting : HeadSettings()) names.emplace_back(setting.shortName);
     return "compadd -S = -- " + Words(names);
 }
 

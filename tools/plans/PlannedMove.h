@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/model/HeadAngles.h"
 #include "interface/Records.h"
+#include "tools/model/HeadAngles.h"
 
 #include <cstddef>
 #include <variant>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/text/Numbers.h"
 #include "interface/Records.h"
+#include "tools/text/Numbers.h"
 
 #include <string>
 
@@ -10,8 +10,9 @@ namespace qmv40::plans {
 /// A position for people, units beside the numbers.
 inline std::string PositionLine(const XYZData& position) {
     constexpr int decimals = 4;
-    return "  X " + text::FixedText(position.XPosition, decimals) + " mm   Y " + text::FixedText(position.YPosition, decimals) +
-           " mm   Z " + text::FixedText(position.ZPosition, decimals) + " mm";
+    return "  X " + text::FixedText(position.XPosition, decimals) + " mm   Y " +
+           text::FixedText(position.YPosition, decimals) + " mm   Z " + text::FixedText(position.ZPosition, decimals) +
+           " mm";
 }
 
 } // namespace qmv40::plans

@@ -1,13 +1,13 @@
 #include "tools/selfcheck/SelfChecks.h"
 
-#include "tools/component/AlignmentArray.h"
-#include "tools/component/ComponentError.h"
-#include "tools/settings/MachineSettings.h"
-#include "tools/plans/Moves.h"
 #include "head/RoundThePole.h"
 #include "maths/CMaLine.h"
 #include "maths/CMaPlane.h"
 #include "maths/CQuaternion.h"
+#include "tools/component/AlignmentArray.h"
+#include "tools/component/ComponentError.h"
+#include "tools/plans/Moves.h"
+#include "tools/settings/MachineSettings.h"
 
 #include <algorithm>
 #include <cmath>

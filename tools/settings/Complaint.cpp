@@ -15,9 +15,9 @@ text::Json ComplaintsJson(const std::vector<Complaint>& complaints) {
     text::Json documents = text::Json::Array();
     for (const Complaint& each : complaints) {
         documents.PushBack({{"line", each.line ? text::Json(*each.line) : text::Json()},
-                             {"about", each.about},
-                             {"problem", each.problem},
-                             {"remedy", each.remedy}});
+                            {"about", each.about},
+                            {"problem", each.problem},
+                            {"remedy", each.remedy}});
     }
     return documents;
 }

@@ -1,13 +1,13 @@
 #include "tools/settings/GeometryFileState.h"
 
+#include "platform/ProfileFile.h"
 #include "tools/component/ComponentError.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Files.h"
 #include "tools/text/LenientNumber.h"
 #include "tools/text/Numbers.h"
-#include "tools/text/WideText.h"
 #include "tools/text/Text.h"
-#include "platform/ProfileFile.h"
+#include "tools/text/WideText.h"
 
 #include <algorithm>
 #include <array>

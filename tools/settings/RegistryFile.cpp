@@ -196,7 +196,8 @@ private:
             lines = ahead;
         }
         value.type = *type;
-        value.bytes = IsTextType(*type) && textsAreWide ? text::Utf8FromUtf16(bytes, text::ByteOrder::LittleEndian) : bytes;
+        value.bytes =
+            IsTextType(*type) && textsAreWide ? text::Utf8FromUtf16(bytes, text::ByteOrder::LittleEndian) : bytes;
         return true;
     }
 

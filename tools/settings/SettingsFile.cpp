@@ -21,7 +21,7 @@ std::string DecimalText(double value) {
 
 /// First and one past the last setting of the offset that begins at `first`.
 std::size_t EndOfOffset(std::size_t first) {
-    const auto settings = AllHeadSettings();
+    const auto settings = HeadSettings();
     std::size_t end = first;
     while (end < settings.size() && settings[end].offset == settings[first].offset) ++end;
     return end;
@@ -42,11 +42,11 @@ std::vector<std::string> EquallyLongTexts(std::span<const double> values) {
     return texts;
 }
 
-std::string SettingsFileText(const std::array<std::optional<double>, settingCount>& values) {
-    const auto settings = AllHeadSettings();
+std::string SettingsFileText(const std::array<std::optional<double>, headSettingCount>& values) {
+    const auto settings = HeadSettings();
     std::string content = std::string("Windows Registry Editor Version 5.00") + lineEnd + lineEnd + "[" +
-                          std::string(machineRoot) + std::string(settingsKeyPath) + "]" + lineEnd;
-    for (std::size_t first = 0, end = 0; first < settingCount; first = end) {
+                          std::string(machineRoot) + std::string(keyPath) + "]" + lineEnd;
+    for (std::size_t first = 0, end = 0; first < headSettingCount; first = end) {
         end = EndOfOffset(first);
         std::vector<double> numbers;
         bool isGiven = false;

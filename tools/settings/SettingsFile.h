@@ -16,6 +16,6 @@ std::vector<std::string> EquallyLongTexts(std::span<const double> values);
 
 /// A settings file with these values, in the table's order. An offset of which one is given is written whole, the
 /// others with their built-in values; what is not given at all is left out.
-std::string SettingsFileText(const std::array<std::optional<double>, settingCount>& values);
+std::string SettingsFileText(const std::array<std::optional<double>, headSettingCount>& values);
 
 } // namespace qmv40::settings

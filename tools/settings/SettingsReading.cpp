@@ -1,7 +1,7 @@
 #include "tools/settings/SettingsReading.h"
 
-#include "tools/text/LenientNumber.h"
 #include "tools/settings/SettingsFile.h"
+#include "tools/text/LenientNumber.h"
 #include "tools/text/Text.h"
 
 #include <algorithm>
@@ -11,11 +11,9 @@ namespace qmv40::settings {
 
 namespace {
 
-constexpr std::size_t firstRoom = 255; ///< bytes, a text's terminator included
-
 std::string Quoted(std::string_view text) { return '\'' + std::string(text) + '\''; }
 
-std::string ComponentKey() { return std::string(machineRoot) + std::string(settingsKeyPath); }
+std::string ComponentKey() { return std::string(machineRoot) + std::string(keyPath); }
 
 bool IsBelow(std::string_view ancestor, std::string_view path) {
     return path.size() > ancestor.size() && path[ancestor.size()] == '\\' &&
@@ -77,69 +75,68 @@ private:
     StoredSettings result;
 };
 
-/// Reads the settings of one offset after the other and notes what is odd about each.
-class RuleReader {
+/// Says what is odd about each setting, as the component's reader took it.
+class Explanation {
 public:
-    explicit RuleReader(SettingsReading& theReading) : reading(theReading) {}
+    explicit Explanation(SettingsReading& theReading) : reading(theReading) {}
 
-    void Read(std::size_t index) {
-        const HeadSetting& setting = AllHeadSettings()[index];
-        if (index == 0 || AllHeadSettings()[index - 1].offset != setting.offset) StartOffset();
-        SettingReading& read = reading.settings[index];
-        read.value = setting.builtIn;
-        const std::size_t roomNow = room;
-        room = 0;
-        if (!read.stored) return Fail(index, "");
-        const StoredValue& stored = *read.stored;
-        if (stored.bytes.size() > roomNow) return Fail(index, blocker ? BlockedText() : TooLongText(stored));
-        if (!TextOf(stored)) {
-            return Fail(index, "is " + TypeText(stored.type) + ", and only texts are read: the built-in value counts");
-        }
-        const bool isEmpty = stored.bytes.empty();
-        if (!isEmpty && stored.bytes.find('\0') == std::string::npos) {
-            return Fail(index, "is a text without an end: the built-in value counts");
-        }
-        room = stored.bytes.size();
-        before = index;
-        const text::LooseNumber number = text::ReadLooseNumber(*TextOf(stored));
-        read.value = number.value;
-        read.isStoredValue = true;
-        if (!number.oddity.empty()) Note(index, number.oddity, EquallyLongRemedy(index));
+    void Add(std::size_t index, const qmv40::SettingReading& read) {
+        SettingReading& setting = reading.settings[index];
+        setting.value = read.value;
+        setting.isStoredValue = read.source == SettingSource::Stored;
+        if (!setting.stored) return;
+        const std::string problem = Problem(index, read.source);
+        if (!problem.empty()) Note(index, problem, EquallyLongRemedy(index));
     }
 
 private:
-    void StartOffset() {
-        room = firstRoom;
-        blocker.reset();
-        before.reset();
+    std::string Problem(std::size_t index, SettingSource source) const {
+        const StoredValue& stored = *reading.settings[index].stored;
+        switch (source) {
+        case SettingSource::Stored:
+            return text::ReadLooseNumber(*TextOf(stored)).oddity;
+        case SettingSource::TooLong:
+            return TooLongText(index);
+        case SettingSource::WrongType:
+            return "is " + TypeText(stored.type) + ", and only texts are read: the built-in value counts";
+        case SettingSource::NotTerminated:
+            return "is a text without an end: the built-in value counts";
+        case SettingSource::EarlierUnreadable:
+            return BlockedText(index);
+        case SettingSource::NoKey:
+        case SettingSource::Missing:
+            break;
+        }
+        return "";
     }
 
-    void Fail(std::size_t index, const std::string& problem) {
-        if (!problem.empty()) Note(index, problem, EquallyLongRemedy(index));
-        if (!blocker) blocker = index;
+    static std::size_t FirstOfOffset(std::size_t index) {
+        while (index > 0 && HeadSettings()[index - 1].offset == HeadSettings()[index].offset) --index;
+        return index;
     }
 
-    std::string BlockedText() const {
-        const bool isMissing = !reading.settings[*blocker].stored;
-        return "is not read, because " + Quoted(AllHeadSettings()[*blocker].name) + ", which comes before it, " +
+    std::string BlockedText(std::size_t index) const {
+        std::size_t blocker = FirstOfOffset(index);
+        while (reading.settings[blocker].isStoredValue) ++blocker;
+        const bool isMissing = !reading.settings[blocker].stored;
+        return "is not read, because " + Quoted(HeadSettings()[blocker].name) + ", which comes before it, " +
                (isMissing ? "is missing" : "cannot be read") + ": the built-in value counts";
     }
 
-    std::string TooLongText(const StoredValue& stored) const {
-        const std::string text = TextOf(stored).value_or("");
-        if (!before) return "is longer than 254 letters and is not read: the built-in value counts";
-        return "is not read, because " + Quoted(text) + " is longer than " +
-               Quoted(TextOf(*reading.settings[*before].stored).value_or("")) +
+    std::string TooLongText(std::size_t index) const {
+        if (FirstOfOffset(index) == index) {
+            return "is longer than 254 letters and is not read: the built-in value counts";
+        }
+        const auto textAt = [this](std::size_t at) { return TextOf(*reading.settings[at].stored).value_or(""); };
+        return "is not read, because " + Quoted(textAt(index)) + " is longer than " + Quoted(textAt(index - 1)) +
                ", the text before it: the built-in value counts";
     }
 
     /// The whole offset as it is meant, in texts that are all read.
     std::string EquallyLongRemedy(std::size_t index) const {
-        const auto all = AllHeadSettings();
+        const auto all = HeadSettings();
         std::vector<double> meant;
-        std::size_t first = index;
-        while (first > 0 && all[first - 1].offset == all[index].offset) --first;
-        for (std::size_t i = first; i < all.size() && all[i].offset == all[index].offset; ++i) {
+        for (std::size_t i = FirstOfOffset(index); i < all.size() && all[i].offset == all[index].offset; ++i) {
             meant.push_back(MeantValue(i));
         }
         const std::vector<std::string> texts = EquallyLongTexts(meant);
@@ -152,7 +149,7 @@ private:
     double MeantValue(std::size_t index) const {
         const std::optional<StoredValue>& stored = reading.settings[index].stored;
         const std::optional<std::string> text = stored ? TextOf(*stored) : std::nullopt;
-        const double builtIn = AllHeadSettings()[index].builtIn;
+        const double builtIn = HeadSettings()[index].builtIn;
         if (!text) return builtIn;
         std::string withPoint(*text);
         std::ranges::replace(withPoint, ',', '.');
@@ -166,23 +163,32 @@ private:
     }
 
     void Note(std::size_t index, std::string problem, std::string remedy) {
-        reading.complaints.push_back({reading.settings[index].stored->line, AllHeadSettings()[index].name,
-                                      std::move(problem), std::move(remedy)});
+        reading.complaints.push_back(
+            {reading.settings[index].stored->line, HeadSettings()[index].name, std::move(problem), std::move(remedy)});
     }
 
     SettingsReading& reading;
-    std::size_t room = 0;
-    std::optional<std::size_t> blocker; ///< the first of the offset that could not be read
-    std::optional<std::size_t> before;  ///< the last of the offset that was
 };
 
 Complaint UnknownName(const StoredValue& value) {
-    const std::string nearest = NearestSettingName(value.name);
-    const std::optional<std::size_t> known = FindHeadSetting(nearest);
-    const std::string name = value.name.empty() ? "(the key's default value)" : value.name;
-    return {value.line, name, "is no setting of the head and is ignored",
-            known ? "Did you mean \"" + std::string(AllHeadSettings()[*known].name) + "\"?"
-                  : "Remove it, or give it the name of the setting that is meant."};
+    const std::optional<std::size_t> shortName = FindHeadSetting(value.name);
+    return {value.line, value.name.empty() ? "(the key's default value)" : value.name,
+            "is no setting of the head and is ignored",
+            shortName ? "Did you mean \"" + std::string(HeadSettings()[*shortName].name) + "\"?"
+                      : "Remove it, or give it the name of the setting that is meant."};
+}
+
+/// Answers the component's reader from stored values.
+SettingQuery QueryOf(const SettingsReading& reading) {
+    return [&reading](const char* name, std::span<char> buffer, DWORD& type, DWORD& length) -> LSTATUS {
+        const std::optional<StoredValue>& stored = reading.settings[*FindHeadSetting(name)].stored;
+        if (!stored) return ERROR_FILE_NOT_FOUND;
+        type = stored->type;
+        length = static_cast<DWORD>(stored->bytes.size());
+        if (stored->bytes.size() > buffer.size()) return ERROR_MORE_DATA;
+        std::ranges::copy(stored->bytes, buffer.begin());
+        return ERROR_SUCCESS;
+    };
 }
 
 } // namespace
@@ -213,15 +219,16 @@ SettingsReading ReadSettings(StoredSettings stored) {
     for (StoredValue& value : stored.values) {
         // Short names are the tool's own.
         const std::optional<std::size_t> index = FindHeadSetting(value.name);
-        const bool isName = index && text::SameName(value.name, AllHeadSettings()[*index].name);
+        const bool isName = index && text::SameName(value.name, HeadSettings()[*index].name);
         if (isName) {
             reading.settings[*index].stored = std::move(value);
         } else {
             reading.complaints.push_back(UnknownName(value));
         }
     }
-    RuleReader reader(reading);
-    for (std::size_t i = 0; i < settingCount; ++i) reader.Read(i);
+    const auto readings = ReadHeadSettings(QueryOf(reading));
+    Explanation explanation(reading);
+    for (std::size_t i = 0; i < headSettingCount; ++i) explanation.Add(i, readings[i]);
     std::ranges::stable_sort(reading.complaints, {}, [](const Complaint& each) { return each.line.value_or(0); });
     return reading;
 }

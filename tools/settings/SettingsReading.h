@@ -30,7 +30,7 @@ struct SettingReading {
 };
 
 struct SettingsReading {
-    std::array<SettingReading, settingCount> settings;
+    std::array<SettingReading, headSettingCount> settings;
     std::vector<Complaint> complaints; ///< those of the store too, in the order of its lines
 };
 

@@ -31,34 +31,35 @@ std::string PlaceText(const MachineSettings& machine) {
     return machine.place + (machine.state == "there" ? "" : ": " + machine.state + ", so the built-in values count");
 }
 
-void PrintSettings(const SettingsReading& reading, const std::array<double, settingCount>& inForce,
+void PrintSettings(const SettingsReading& reading, const std::array<double, headSettingCount>& inForce,
                    const text::Console& console) {
     using enum text::Table::Align;
     text::Table table({{"dimension", Left},
-                 {"in force", Right},
-                 {"unit", Left},
-                 {"built in", Right},
-                 {"stored", Left},
-                 {"origin", Left}});
-    const auto settings = AllHeadSettings();
-    for (std::size_t i = 0; i < settingCount; ++i) {
-        table.AddRow({settings[i].name, text::ExactText(inForce[i]), settings[i].unit, text::ExactText(settings[i].builtIn),
-                      StoredText(reading.settings[i]), Origin(reading.settings[i])});
+                       {"in force", Right},
+                       {"unit", Left},
+                       {"built in", Right},
+                       {"stored", Left},
+                       {"origin", Left}});
+    const auto settings = HeadSettings();
+    for (std::size_t i = 0; i < headSettingCount; ++i) {
+        table.AddRow({settings[i].name, text::ExactText(inForce[i]), settings[i].unit,
+                      text::ExactText(settings[i].builtIn), StoredText(reading.settings[i]),
+                      Origin(reading.settings[i])});
     }
     table.Print(console);
 }
 
-text::Json SettingsJson(const SettingsReading& reading, const std::array<double, settingCount>& inForce) {
+text::Json SettingsJson(const SettingsReading& reading, const std::array<double, headSettingCount>& inForce) {
     text::Json documents = text::Json::Array();
-    const auto settings = AllHeadSettings();
-    for (std::size_t i = 0; i < settingCount; ++i) {
+    const auto settings = HeadSettings();
+    for (std::size_t i = 0; i < headSettingCount; ++i) {
         const SettingReading& setting = reading.settings[i];
         documents.PushBack({{"name", settings[i].name},
-                             {"unit", settings[i].unit},
-                             {"inForce", inForce[i]},
-                             {"builtIn", settings[i].builtIn},
-                             {"origin", setting.isStoredValue ? "stored" : "builtIn"},
-                             {"stored", StoredJson(setting)}});
+                            {"unit", settings[i].unit},
+                            {"inForce", inForce[i]},
+                            {"builtIn", settings[i].builtIn},
+                            {"origin", setting.isStoredValue ? "stored" : "builtIn"},
+                            {"stored", StoredJson(setting)}});
     }
     return documents;
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "tools/text/Console.h"
-#include "tools/text/Json.h"
 #include "tools/settings/MachineSettings.h"
 #include "tools/settings/SettingsReading.h"
+#include "tools/text/Console.h"
+#include "tools/text/Json.h"
 
 #include <array>
 
@@ -13,10 +13,10 @@ namespace qmv40::settings {
 std::string PlaceText(const MachineSettings& machine);
 
 /// The fourteen dimensions for a person, with units: in force, built in, and as stored.
-void PrintSettings(const SettingsReading& reading, const std::array<double, settingCount>& inForce,
+void PrintSettings(const SettingsReading& reading, const std::array<double, headSettingCount>& inForce,
                    const text::Console& console);
 
 /// One document a setting: name, unit, inForce, builtIn, origin ("builtIn" or "stored") and the stored text, if any.
-text::Json SettingsJson(const SettingsReading& reading, const std::array<double, settingCount>& inForce);
+text::Json SettingsJson(const SettingsReading& reading, const std::array<double, headSettingCount>& inForce);
 
 } // namespace qmv40::settings

@@ -1,8 +1,8 @@
 #include "tools/text/LenientNumber.h"
 
+#include "formats/NumberText.h"
 #include "tools/text/Numbers.h"
 #include "tools/text/Text.h"
-#include "formats/NumberText.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 #include "tools/view/MoveLevel.h"
 
-#include "tools/model/Tolerances.h"
 #include "tools/check/CheckReport.h"
+#include "tools/model/Tolerances.h"
 
 #include <algorithm>
 

@@ -19,10 +19,10 @@ std::string FindPageTemplate(const std::filesystem::path& programFolder) {
         if (std::filesystem::is_regular_file(place, ignored)) return text::Utf8Name(place);
     }
     throw text::InputError{text::Utf8Name(places[0]),
-                     {},
-                     "no such file, nor is there " + text::Utf8Name(places[1]) +
-                         ". The page belongs to the tool: install or build it anew, or name it with --template. "
-                         "--svg works without it"};
+                           {},
+                           "no such file, nor is there " + text::Utf8Name(places[1]) +
+                               ". The page belongs to the tool: install or build it anew, or name it with --template. "
+                               "--svg works without it"};
 }
 
 } // namespace qmv40::view

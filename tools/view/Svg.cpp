@@ -1,7 +1,7 @@
 #include "tools/view/Svg.h"
 
-#include "tools/view/Markup.h"
 #include "tools/text/Numbers.h"
+#include "tools/view/Markup.h"
 
 #include <cmath>
 

@@ -70,8 +70,7 @@ TEST(Selfcheck, EndsWithFourWhenSomethingIsOff) {
         for (const bool asJson : {false, true}) {
             std::ostringstream out;
             const text::Console console{out, out};
-            EXPECT_EQ(each.isPassed,
-                      selfcheck::ReportSelfChecks(OneCheck(each.expected, each.got), asJson, console))
+            EXPECT_EQ(each.isPassed, selfcheck::ReportSelfChecks(OneCheck(each.expected, each.got), asJson, console))
                 << each.why;
             if (asJson) {
                 EXPECT_EQ(each.isPassed, Json::parse(out.str())["passed"].get<bool>()) << each.why;

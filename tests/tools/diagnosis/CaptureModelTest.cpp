@@ -82,9 +82,9 @@ TEST(HeadModel, LeaningTurnsEverythingAboutThePole) {
 TEST(HeadModel, DerivativesAreThoseOfItsPositions) {
     diagnosis::HeadModel model = ModelOf(SomeHead());
     model.errors = {{Kind::TiltAngle, 0, 9, {0.2}},       {Kind::SwivelAngle, 0, 9, {-0.3}},
-                        {Kind::Place, 0, 9, {0.5, 0.1, 0.7}}, {Kind::LeaningHead, 0, 9, {0.05, -0.08}},
-                        {Kind::AxesNotSquare, 0, 9, {0.1}},   {Kind::AxesApart, 0, 9, {1.5}},
-                        {Kind::TiltAngle, 5, 9, {0.4}}};
+                    {Kind::Place, 0, 9, {0.5, 0.1, 0.7}}, {Kind::LeaningHead, 0, 9, {0.05, -0.08}},
+                    {Kind::AxesNotSquare, 0, 9, {0.1}},   {Kind::AxesApart, 0, 9, {1.5}},
+                    {Kind::TiltAngle, 5, 9, {0.4}}};
     const std::size_t unknowns = model.Unknowns();
     EXPECT_EQ(7u + 1 + 1 + 3 + 2 + 1 + 1 + 1, unknowns);
     const diagnosis::CapturedPoint point{40.0, 70.0, {}};

@@ -184,13 +184,12 @@ struct RealHead {
         model.mounting = model::ToRadians(3.0 * anywhere(generator));
         model.tip = {anywhere(generator), anywhere(generator), -150.0 + 80.0 * anywhere(generator)};
         const double direction = 3.0 * anywhere(generator);
-        model.errors = {
-            {diagnosis::ModelError::Kind::LeaningHead,
-             0,
-             99,
-             {model::ToRadians(lean) * std::cos(direction), model::ToRadians(lean) * std::sin(direction)}},
-            {diagnosis::ModelError::Kind::AxesNotSquare, 0, 99, {model::ToRadians(outOfSquare)}},
-            {diagnosis::ModelError::Kind::AxesApart, 0, 99, {gap}}};
+        model.errors = {{diagnosis::ModelError::Kind::LeaningHead,
+                         0,
+                         99,
+                         {model::ToRadians(lean) * std::cos(direction), model::ToRadians(lean) * std::sin(direction)}},
+                        {diagnosis::ModelError::Kind::AxesNotSquare, 0, 99, {model::ToRadians(outOfSquare)}},
+                        {diagnosis::ModelError::Kind::AxesApart, 0, 99, {gap}}};
         std::map<double, double> tilts, swivels;
         std::normal_distribution<double> notch(0.0, 1.0);
         const auto captured = [&](Items items) {

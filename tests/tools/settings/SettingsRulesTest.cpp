@@ -35,9 +35,8 @@ double Value(const settings::SettingsReading& reading, const char* name) {
 
 TEST(SettingsRules, WithoutAnythingStoredTheBuiltInValuesCountAndNothingIsWrong) {
     const settings::SettingsReading reading = ReadLines("");
-    for (std::size_t i = 0; i < settings::settingCount; ++i) {
-        EXPECT_EQ(settings::AllHeadSettings()[i].builtIn, reading.settings[i].value)
-            << settings::AllHeadSettings()[i].name;
+    for (std::size_t i = 0; i < headSettingCount; ++i) {
+        EXPECT_EQ(HeadSettings()[i].builtIn, reading.settings[i].value) << HeadSettings()[i].name;
         EXPECT_FALSE(reading.settings[i].isStoredValue);
     }
     EXPECT_EQ("", ComplaintsText(reading));
@@ -94,7 +93,7 @@ TEST(SettingsRules, NameWhatIsSilencedOrReadOtherwiseThanItLooks) {
         {"\"unlocked to locked lever rotation\"=\"137.5\"\n", "locking-rotation", 137.5, nullptr,
          "letter case does not matter"},
         {"\"UnLocked To Locked Lever Rotations\"=\"137.5\"\n", "locking-rotation", 138.0,
-         "Did you mean \"UnLocked To locked Lever Rotation\"?", "a name misspelt"},
+         "Remove it, or give it the name of the setting that is meant.", "a name misspelt"},
         {"\"Lever Rotation\"=\"137.5\"\n", "locking-rotation", 138.0, "is no setting of the head and is ignored",
          "a name like no other"},
         {"\"drive-cup-x\"=\"-7.0\"\n", "drive-cup-x", -6.95, "Did you mean \"Head Centre To Drive Cup X Offset\"?",
@@ -201,14 +200,12 @@ TEST(SettingsRules, AreTheComponentsOwn) {
         SCOPED_TRACE(seed);
         std::mt19937_64 random(seed);
         SettingsFixture store;
-        for (const settings::HeadSetting& setting : settings::AllHeadSettings())
-            StoreSomething(setting.name, random, store);
+        for (const HeadSetting& setting : HeadSettings()) StoreSomething(setting.name, random, store);
         const settings::SettingsReading reading = settings::ReadSettings(settings::ReadMachineSettings().stored);
-        const std::array<double, settings::settingCount> inForce = settings::SettingsInForce();
-        for (std::size_t i = 0; i < settings::settingCount; ++i) {
+        const std::array<double, headSettingCount> inForce = settings::SettingsInForce();
+        for (std::size_t i = 0; i < headSettingCount; ++i) {
             EXPECT_EQ(std::bit_cast<std::uint64_t>(inForce[i]), std::bit_cast<std::uint64_t>(reading.settings[i].value))
-                << settings::AllHeadSettings()[i].name << ": " << inForce[i] << " in force, "
-                << reading.settings[i].value;
+                << HeadSettings()[i].name << ": " << inForce[i] << " in force, " << reading.settings[i].value;
         }
         if (HasFailure()) return;
     }
@@ -219,22 +216,22 @@ TEST(SettingsFile, HoldsTextsOfOneLengthThatReadBackToTheSameBits) {
     std::uniform_real_distribution<double> digits(-1.0, 1.0);
     std::uniform_int_distribution<int> exponent(-12, 9);
     for (int round = 0; round < 1000; ++round) {
-        std::array<std::optional<double>, settings::settingCount> values;
+        std::array<std::optional<double>, headSettingCount> values;
         for (auto& value : values) {
             if (random() % 2 == 0) value = std::ldexp(digits(random), 3 * exponent(random));
         }
         const settings::SettingsReading reading =
             settings::ReadSettings(settings::SettingsInFile(settings::SettingsFileText(values)));
         EXPECT_EQ("", ComplaintsText(reading));
-        for (std::size_t i = 0; i < settings::settingCount; ++i) {
-            EXPECT_EQ(values[i].value_or(settings::AllHeadSettings()[i].builtIn), reading.settings[i].value);
+        for (std::size_t i = 0; i < headSettingCount; ++i) {
+            EXPECT_EQ(values[i].value_or(HeadSettings()[i].builtIn), reading.settings[i].value);
         }
         if (HasFailure()) return;
     }
 }
 
 TEST(SettingsFile, LeavesOutOffsetsOfWhichNothingIsGiven) {
-    std::array<std::optional<double>, settings::settingCount> values;
+    std::array<std::optional<double>, headSettingCount> values;
     values[settings::FindHeadSetting("unlocked-z").value()] = -1.62;
     EXPECT_EQ("Windows Registry Editor Version 5.00\r\n\r\n"
               "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Hollbeck\\VRX Software\\QMV40Calculator]\r\n"

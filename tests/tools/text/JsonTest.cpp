@@ -1,5 +1,5 @@
-#include "tests/support/AnyDouble.h"
 #include "tools/text/Json.h"
+#include "tests/support/AnyDouble.h"
 #include "tools/plans/MovesJson.h"
 
 #include <bit>

@@ -1,6 +1,6 @@
-#include "tests/support/AnyDouble.h"
 #include "tools/text/Numbers.h"
 #include "interface/ErrorCodes.h"
+#include "tests/support/AnyDouble.h"
 #include "tools/component/ComponentError.h"
 
 #include <bit>

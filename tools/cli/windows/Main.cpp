@@ -1,7 +1,7 @@
+#include "interface/Identifiers.h"
+#include "tools/cli/Tool.h"
 #include "tools/text/Terminal.h"
 #include "tools/text/WideText.h"
-#include "tools/cli/Tool.h"
-#include "interface/Identifiers.h"
 
 #include <iostream>
 
@@ -9,6 +9,8 @@ int wmain(int argc, wchar_t** argv) {
     SetConsoleOutputCP(CP_UTF8);
     std::vector<std::string> arguments;
     for (int i = 1; i < argc; ++i) arguments.push_back(qmv40::text::ToUtf8(argv[i]));
-    const qmv40::text::Console console{std::cout, std::cerr, qmv40::text::OutputIsTerminal() && qmv40::cli::ColourIsWelcome(), qmv40::text::ErrorsGoToTerminal()};
+    const qmv40::text::Console console{std::cout, std::cerr,
+                                       qmv40::text::OutputIsTerminal() && qmv40::cli::ColourIsWelcome(),
+                                       qmv40::text::ErrorsGoToTerminal()};
     return qmv40::cli::RunTool(std::move(arguments), console);
 }

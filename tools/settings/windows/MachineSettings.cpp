@@ -8,7 +8,6 @@ namespace qmv40::settings {
 
 namespace {
 
-constexpr const char* keyPath = R"(SOFTWARE\Hollbeck\VRX Software\QMV40Calculator)";
 constexpr const char* narrowViewPath = R"(SOFTWARE\WOW6432Node\Hollbeck\VRX Software\QMV40Calculator)";
 
 class Key {
@@ -53,8 +52,8 @@ private:
 } // namespace
 
 MachineSettings ReadMachineSettings() {
-    MachineSettings settings{std::string(machineRoot) + keyPath, "missing", {}};
-    const Key key(keyPath);
+    MachineSettings settings{std::string(machineRoot) + std::string(keyPath), "missing", {}};
+    const Key key(settingsKeyPath);
     if (key.Result() == ERROR_SUCCESS) {
         settings.state = "there";
         settings.stored.isKeyThere = true;
@@ -91,7 +90,8 @@ BuiltInSettings::BuiltInSettings() {
         RegCloseKey(handle);
     }
     if (result != ERROR_SUCCESS) {
-        throw component::TakeComponentError(HRESULT_FROM_WIN32(static_cast<unsigned long>(result)), "RegOverridePredefKey");
+        throw component::TakeComponentError(HRESULT_FROM_WIN32(static_cast<unsigned long>(result)),
+                                            "RegOverridePredefKey");
     }
 }
 

@@ -8,8 +8,8 @@ struct SettingsOverride::State {};
 
 SettingsOverride::SettingsOverride(const std::string& fileName) {
     if (!fileName.empty()) {
-        throw text::UsageError{"--settings: on Windows the head's dimensions stand in the registry; import " + fileName +
-                               " there instead"};
+        throw text::UsageError{"--settings: on Windows the head's dimensions stand in the registry; import " +
+                               fileName + " there instead"};
     }
 }
 

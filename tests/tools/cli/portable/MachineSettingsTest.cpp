@@ -116,10 +116,10 @@ TEST(SettingsRules, ReadAnyFileAsTheComponentDoes) {
         for (std::uint64_t lines = random() % 12; lines > 0; --lines) content += SomeLine(random);
         const ChosenSettings chosen(folder.Write("settings.reg", content));
         const settings::SettingsReading reading = settings::ReadSettings(settings::ReadMachineSettings().stored);
-        const std::array<double, settings::settingCount> inForce = settings::SettingsInForce();
-        for (std::size_t i = 0; i < settings::settingCount; ++i) {
+        const std::array<double, headSettingCount> inForce = settings::SettingsInForce();
+        for (std::size_t i = 0; i < headSettingCount; ++i) {
             ASSERT_EQ(std::bit_cast<std::uint64_t>(inForce[i]), std::bit_cast<std::uint64_t>(reading.settings[i].value))
-                << settings::AllHeadSettings()[i].name << " in\n"
+                << HeadSettings()[i].name << " in\n"
                 << content;
         }
     }
