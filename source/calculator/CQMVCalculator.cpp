@@ -27,7 +27,7 @@ HRESULT CQMVCalculator::LoadHeadGeometryFromFile(BSTR* FileName) {
 HRESULT CQMVCalculator::SaveHeadGeometryToFile(BSTR* FileName) {
     return Guarded([&] {
         RequirePointers(L"CQMVCalculator::SaveHeadGeometryToFile", FileName);
-        // No flag is checked, as required: whatever the object holds is written, even when none was ever supplied.
+        // No flag is checked, as required: the fields are written even if no geometry was ever supplied.
         headGeometry.SaveToFile(FileName);
     });
 }
@@ -48,7 +48,7 @@ HRESULT CQMVCalculator::SetCurrentHeadPosition(double APosition, double BPositio
         currentA = APosition;
         currentB = BPosition;
     });
-    // A refused position hides the one before it: where the head stands is in doubt. The stored angles stay.
+    // After a refused position the current position counts as unknown. The stored angles stay.
     currentPositionKnown = SUCCEEDED(result);
     return result;
 }
@@ -96,8 +96,8 @@ HRESULT CQMVCalculator::GetStartPosition(XYZData* StartPosition) {
     const HRESULT caught = Guarded([&] {
         RequiredMoves moves{};
         IQMVCalculator& ownEntry = *this;
-        // Without an output there is no record either: CalculateMove then refuses after its own checks, and the
-        // rounding of the stored position, which is a side effect of a success, does not happen.
+        // A null output is passed on as a null record: CalculateMove then fails after its own checks, and the stored
+        // position is not rounded, which happens on success only.
         planned = ownEntry.CalculateMove(currentA, currentB, StartPosition != nullptr ? &moves : nullptr);
         if (SUCCEEDED(planned) && StartPosition != nullptr) *StartPosition = moves.ApproachUnLockLever;
     });

@@ -3,8 +3,8 @@
 #include "interface/IQMVCalculator.h"
 #include "planning/MovePlanner.h"
 
-/// The calculator: the automation face of the head geometry and the planner, and the two things that it remembers about
-/// them. Lives in one apartment; nothing is locked. Identity and lifetime come from the class that wraps it.
+/// The calculator: the automation interface of the head geometry and the planner, with two flags. It belongs to one
+/// apartment and has no locks. The class that wraps it adds identity and lifetime (CreatableObjects.h).
 class CQMVCalculator : public IQMVCalculator2, public ISupportErrorInfo, protected qmv40::MovePlanner {
 public:
     CQMVCalculator(const CQMVCalculator&) = delete;
@@ -14,8 +14,7 @@ public:
     HRESULT STDMETHODCALLTYPE SaveHeadGeometryToFile(BSTR* FileName) override;
     HRESULT STDMETHODCALLTYPE GetCurrentHeadPosition(double* APosition, double* BPosition) override;
     HRESULT STDMETHODCALLTYPE SetCurrentHeadPosition(double APosition, double BPosition) override;
-    /// Throws its failure code instead of returning it, unlike the other seven methods, as required: callers inside the
-    /// component turn it into a result, callers outside catch it.
+    /// Throws its failure code instead of returning it, as required, unlike the other seven methods.
     HRESULT STDMETHODCALLTYPE CalculateMove(double TargetAPosition, double TargetBPosition,
                                             RequiredMoves* Moves) override;
     HRESULT STDMETHODCALLTYPE EnterHeadGeometry(SAFEARRAY** pAAxisPoints, SAFEARRAY** pBAxisPoints) override;

@@ -21,7 +21,7 @@ bool IsOnStep(double angle) noexcept { return std::fmod(angle, 15.0) == 0.0; }
 void ValidateMoveTarget(double a, double b) {
     if (a < 0.0 || a > 90.0) Refuse(L"Invalid A Target Angle, value must be between 0 and 90.");
     if (b < -180.0 || b > 180.0) Refuse(L"Invalid B Target Angle, value must be between -180 and 180.");
-    // Every comparison with not-a-number is false: it passes both ranges and is refused here.
+    // Not-a-number passes the range tests, because every comparison with it is false. It is refused here.
     if (!IsOnStep(a)) Refuse(L"Invalid A Target Angle, value must be a 15 degree interval.");
     if (!IsOnStep(b)) Refuse(L"Invalid B Target Angle, value must be a 15 degree interval.");
 }

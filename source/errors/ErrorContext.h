@@ -4,8 +4,8 @@
 
 namespace qmv40 {
 
-/// What a computing operation would say if it failed now. Every such operation keeps one as a local and overwrites the
-/// description before each step, so that a failure is reported with the step that was under way.
+/// The texts with which a computing operation reports a failure. Every such operation has one as a local variable and
+/// sets the description before each step, so that a failure is reported with the step in which it occurred.
 struct ErrorContext {
     const wchar_t* source; ///< class and operation joined by two colons
     const wchar_t* description = L"Unspecified";

@@ -7,8 +7,8 @@
 
 namespace qmv40 {
 
-/// The boundary of every interface method that returns its failures: runs `body` in the module's state and turns a
-/// raised error into the method's result. The only place that does.
+/// The boundary of every interface method that returns its failures: runs `body` with the module's floating-point state
+/// and converts a raised error into the method's result. No other code does this.
 template <typename Body> HRESULT Guarded(Body&& body) {
     const ModuleStateGuard moduleState;
     try {
@@ -17,7 +17,7 @@ template <typename Body> HRESULT Guarded(Body&& body) {
     } catch (const HRESULT code) {
         return code;
     } catch (const std::bad_alloc&) {
-        // Nothing was recorded for this one, and an older record would tell of another failure.
+        // This failure has no error record. An older record would describe another failure, so it is removed.
         SetErrorInfo(0, nullptr);
         return E_OUTOFMEMORY;
     }

@@ -5,7 +5,7 @@
 using namespace qmv40;
 
 HRESULT QMVObjectHelper::CREATE_OBJECT(REFCLSID clsid, REFIID iid, void** object) {
-    // In-process, handler, local and remote servers: wherever the class can be had.
+    // CLSCTX_ALL: in-process server, in-process handler, local and remote server.
     constexpr DWORD anyServer = 23;
     const HRESULT result = CoCreateInstance(clsid, nullptr, anyServer, iid, object);
     if (FAILED(result)) {

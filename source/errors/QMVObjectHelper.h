@@ -2,7 +2,7 @@
 
 #include "platform/Automation.h"
 
-/// Creation of automation objects with the component's way of failing.
+/// Creates automation objects; failures are raised as codes of this component.
 class QMVObjectHelper {
 public:
     /// Creates an object of class `clsid` and asks it for `iid`. Raises QMV_E_OBJECT_NOT_CREATED, with `*object` null,

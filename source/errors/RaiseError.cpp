@@ -8,7 +8,7 @@ namespace qmv40 {
 
 namespace {
 
-/// The record's setters take modifiable text although they only read it.
+/// The setters of the record take non-const text but do not change it.
 LPOLESTR AsSetterText(const wchar_t* text) noexcept { return const_cast<LPOLESTR>(text); }
 
 void Fill(ICreateErrorInfo& record, const wchar_t* source, const wchar_t* description, const wchar_t* helpFile,
@@ -17,11 +17,11 @@ void Fill(ICreateErrorInfo& record, const wchar_t* source, const wchar_t* descri
     record.SetDescription(AsSetterText(description));
     record.SetHelpFile(AsSetterText(helpFile));
     record.SetHelpContext(helpContext);
-    // Always the first interface, also when a method of the second one fails.
+    // Always the first interface, also if a method of the second one fails: required.
     record.SetGUID(IID_IQMVCalculator);
 }
 
-/// Makes the texts the thread's error record: S_OK, or the failure code of the step that could not be done.
+/// Sets the thread's error record. Returns S_OK, or the code of the step that failed.
 HRESULT SetErrorRecord(const wchar_t* source, const wchar_t* description, const wchar_t* helpFile, DWORD helpContext) {
     ComPointer<ICreateErrorInfo> builder;
     const HRESULT created = CreateErrorInfo(builder.Receive());

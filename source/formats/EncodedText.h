@@ -6,21 +6,21 @@
 
 namespace qmv40 {
 
-/// A text file's content, taken apart into the byte-order mark and the text, and put together again. UTF-16 is
-/// converted to UTF-8. The bytes of a file without a mark are taken as they are.
+/// The content of a text file, split into the byte-order mark and the text. UTF-16 is converted to UTF-8 and back. The
+/// bytes of a file without a mark are kept unchanged.
 class EncodedText {
 public:
     explicit EncodedText(std::string_view content);
 
-    /// The content with `text` in it. A UTF-8 mark is left out: Windows' profile functions take it for a part of the
-    /// first line, and a section in that line is not found.
+    /// The content of a file that holds `text`. It has no UTF-8 mark: Windows' profile functions would read the mark as
+    /// part of the first line and not find a section in that line.
     std::string Content() const;
 
     std::string text;
 
 private:
-    std::string_view mark;       ///< of UTF-16, or empty
-    std::optional<char> oddByte; ///< the last one of a damaged UTF-16 file, which is kept
+    std::string_view mark;       ///< the UTF-16 mark, or empty
+    std::optional<char> oddByte; ///< the last byte of a damaged UTF-16 file; Content() appends it again
 };
 
 } // namespace qmv40

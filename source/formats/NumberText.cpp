@@ -44,7 +44,7 @@ long long LeadingPlace(std::string_view digits) {
     return leading < point ? places : places + 1;
 }
 
-/// The exponent after its mark, held at a bound that no text in memory can outweigh with its digits.
+/// The exponent after its mark, limited to 2^50: no text in memory has so many digits that they could compensate it.
 long long Exponent(std::string_view text) {
     constexpr long long bound = 1LL << 50;
     const bool negative = !text.empty() && text.front() == '-';
@@ -54,7 +54,7 @@ long long Exponent(std::string_view text) {
     return negative ? -exponent : exponent;
 }
 
-/// The nearest value to a number that is beyond the range of a double, and that may be beyond either end of it.
+/// Infinity for a number that is too large for a double, 0 for one that is too small.
 double BeyondRange(std::string_view number, const Notation& notation) {
     const auto isMark = [&](char c) { return Lower(c) == notation.exponentMark; };
     const auto mark = static_cast<std::size_t>(std::find_if(number.begin(), number.end(), isMark) - number.begin());
@@ -87,7 +87,7 @@ double TextToDouble(const char* text) noexcept {
     const bool negative = *text == '-';
     if (negative || *text == '+') ++text;
     const std::optional<double> number = UnsignedNumber(text);
-    if (!number) return 0.0; // a sign without a number does not count
+    if (!number) return 0.0; // a sign without a number is ignored
     return negative ? -*number : *number;
 }
 

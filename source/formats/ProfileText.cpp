@@ -8,14 +8,14 @@ using namespace ascii;
 
 namespace {
 
-/// Places in the text. The section without a name has no section line: there `begin` equals `body`.
+/// Indices into the text. The section without a name has no section line: its `begin` equals its `body`.
 struct Section {
     std::size_t begin;
     std::size_t body;
     std::size_t end;
 };
 
-/// A key's line, as places in the text. Without a `=` the value is empty and stands right behind the key.
+/// The line of a key, as indices into the text. Without a `=` the value is empty and begins at the end of the key.
 struct Entry {
     TextLine line;
     std::size_t keyEnd;
@@ -92,7 +92,7 @@ std::string_view PrevailingLineEnd(std::string_view text) {
     return lineFeeds >= returns ? "\n" : "\r";
 }
 
-/// Where a new line of the section goes: behind its last line that is not blank.
+/// The index at which a new line of the section is inserted: after its last line that is not blank.
 std::size_t EndOfLines(std::string_view text, const Section& section) {
     std::size_t end = section.body;
     for (std::size_t at = section.body; at < section.end;) {
@@ -125,7 +125,7 @@ ProfileLine::Kind KindOf(std::string_view line, bool hasValue) {
     return hasValue ? ProfileLine::Kind::Entry : ProfileLine::Kind::NoValue;
 }
 
-/// Whether `earlier` takes the place of `line`: as its section, or as its key in the same section.
+/// Whether `earlier` has the same section name, or the same section and key, so that `line` is not used.
 bool Hides(const ProfileLine& earlier, const ProfileLine& line) {
     const bool isSection = line.kind == ProfileLine::Kind::Section;
     if (isSection != (earlier.kind == ProfileLine::Kind::Section)) return false;
@@ -173,7 +173,7 @@ std::vector<ProfileLine> ProfileLines(std::string_view text) {
         if (line.kind >= ProfileLine::Kind::Section) {
             const bool isRepeated = std::ranges::any_of(lines, [&](const ProfileLine& e) { return Hides(e, line); });
             if (line.kind == ProfileLine::Kind::Section) {
-                // A section without a name is never found: that name is of what comes before any section.
+                // A section line `[]` is never found: the empty name means the text before the first section.
                 isSectionHidden = line.isHidden = isRepeated || line.section.empty();
                 section = line.section;
             }

@@ -18,8 +18,8 @@ enum class RegistryType : std::uint32_t {
     TextList = 7
 };
 
-/// A stored value: its type (also one that RegistryType does not name) and its bytes, a text's in UTF-8 with the
-/// terminator that it has.
+/// A stored value: its type (which may be one that RegistryType does not name) and its bytes. Text is in UTF-8, with
+/// its terminator if it is stored with one.
 struct RegistryValue {
     RegistryType type;
     std::string bytes;
@@ -28,13 +28,12 @@ struct RegistryValue {
 /// One key in the content of a file in the registry export format: "Windows Registry Editor Version 5.00" (UTF-8, or
 /// UTF-16 behind a byte-order mark) or "REGEDIT4".
 ///
-/// Read as an import would read it: what comes later overrides and deletes what came before, letter case of keys and
-/// value names does not matter, and a line that makes no sense is passed over. Only the machine-wide root
-/// HKEY_LOCAL_MACHINE is known. A text value stands on one line. Values are looked up in the text where they stand:
-/// nothing is prepared for queries that may never come.
+/// Read as the registry editor imports it: later lines override and delete earlier ones, the letter case of keys and
+/// value names makes no difference, and a line that cannot be understood is skipped. Only the root HKEY_LOCAL_MACHINE
+/// is read. A text value is on one line. Each query searches the text again, because most programs ask only once.
 class RegistryKeyText {
 public:
-    /// `path` is below the root. A file that begins with neither of the two names of the format holds no key.
+    /// `path` is the path below the root. A file that begins with neither of the two format names holds no key.
     RegistryKeyText(std::string fileContent, std::string_view path);
 
     bool IsPresent() const noexcept { return isPresent; }
@@ -49,7 +48,7 @@ private:
     };
 
     void FindKey(std::size_t at, std::string_view path);
-    /// What `lines` say last about the value, over what came before them.
+    /// Applies every line in `lines` that concerns the value to `value`, in their order.
     void FindIn(const Lines& lines, std::string_view name, std::optional<RegistryValue>& value) const;
 
     std::string text;
@@ -58,26 +57,27 @@ private:
     std::vector<Lines> parts; ///< the lines below each of the key's headings
 };
 
-/// A line that names a key or stands below one. Blank lines, comments and what stands below a removed key are none.
+/// A line that names a key, or a line below one. Blank lines, comments and lines below a removed key are left out.
 struct RegistryLine {
     enum class Kind {
         Key,
         RemovedKey,
         Value,
         RemovedValue,
-        Nonsense ///< is passed over
+        Nonsense ///< cannot be understood and is skipped
     };
     Kind kind;
-    std::size_t number;                 ///< counted from 1; of a value on several lines that of the first one
-    std::string content;                ///< as it stands, without the blanks around it
+    std::size_t number;                 ///< line number, from 1; the first line of a value on several lines
+    std::string content;                ///< the text of the line, without blanks at its ends
     std::string key;                    ///< with its root, without a backslash at the end
     std::string name;                   ///< of a value, also of one that is removed; "" is the key's default value
     std::optional<RegistryValue> value; ///< of a value
 };
 
-/// The same text for those who want to know what is wrong with it: read by the same rules, whatever it begins with.
+/// All lines of a file, for a report of what is wrong with it. Read by the same rules, also if the file begins with
+/// neither of the two format names.
 struct RegistryLines {
-    bool hasFormat = false; ///< it begins with one of the two names of the format
+    bool hasFormat = false; ///< the file begins with one of the two format names
     std::vector<RegistryLine> lines;
 };
 

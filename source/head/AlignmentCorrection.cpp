@@ -1,4 +1,4 @@
-// How far the head is turned about the machine's Z axis from its ideal alignment, and the turning of the model by it.
+// The rotation of the head about the machine's Z axis from its ideal alignment, and the rotation of the model by it.
 
 #include "head/RoundThePole.h"
 

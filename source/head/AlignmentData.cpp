@@ -1,4 +1,4 @@
-// From captured points to a whole geometry: the driver of the computation and the steps that take the data apart.
+// From captured points to a geometry: the sequence of the computation, and the steps that check and read the points.
 
 #include "head/RoundThePole.h"
 
@@ -27,7 +27,7 @@ private:
     SAFEARRAY* copy = nullptr;
 };
 
-/// The items of an array while they are being accessed; the access ends with the object unless it was ended before.
+/// Accesses the items of an array. The access ends at the latest with the object.
 class AccessedItems {
 public:
     explicit AccessedItems(SAFEARRAY* theArray) noexcept : array(theArray), result(Access()) {}
@@ -62,28 +62,29 @@ LONG UpperBound(SAFEARRAY* array, const ErrorContext& context) {
     return bound;
 }
 
-/// Refuses an array that does not hold elements 0 to its upper bound as alignment records: reading would go beyond its
+/// Refuses an array that does not hold alignment records 0 to its upper bound, because reading it would go beyond its
 /// memory.
 void RaiseUnlessHoldingRecords(SAFEARRAY* array, LONG upperBound, const ErrorContext& context) {
     LONG lowerBound = 0;
     RaiseIfFailed(SafeArrayGetLBound(array, 1, &lowerBound), context);
     const bool isOfRecords =
         SafeArrayGetDim(array) == 1 && SafeArrayGetElemsize(array) == sizeof(HeadAlignmentDataItem);
-    // The count is asked as well: the upper bound of an empty array with the lowest lower bound wraps to the highest.
+    // The count is tested too: the upper bound of an empty array with the lowest possible lower bound wraps to the
+    // highest.
     const bool holdsRecords =
         isOfRecords && lowerBound <= 0 && array->rgsabound[0].cElements > static_cast<ULONG>(upperBound);
     if (!holdsRecords) RaiseError(DISP_E_BADINDEX, context);
 }
 
-/// The texts with which one set is refused, and which of its angles must stay the same.
+/// The angle that must be the same at every point of a set, and the texts with which the set is refused.
 struct SetRules {
     double HeadAlignmentDataItem::*fixedAngle;
     const wchar_t* tooFewPoints;
     const wchar_t* fixedAngleMoved;
 };
 
-/// Checks one set. Stores its fixed angle while the data are still being accessed, as required: an access that cannot
-/// be ended fails the check, and the angle is stored all the same.
+/// Checks one set. Stores its fixed angle before the access to the data ends, as required: if ending the access fails,
+/// the check fails, but the angle is stored.
 void ValidateSet(SAFEARRAY* points, const SetRules& rules, const ErrorContext& context, double& fixedAngle) {
     constexpr LONG smallestUpperBound = 3; // four points
     const LONG upperBound = UpperBound(points, context);
@@ -94,7 +95,7 @@ void ValidateSet(SAFEARRAY* points, const SetRules& rules, const ErrorContext& c
     RaiseIfFailed(items.Result(), context);
     const double firstAngle = items.UpTo(upperBound).front().*rules.fixedAngle;
     for (const HeadAlignmentDataItem& item : items.UpTo(upperBound)) {
-        // Exactly equal, so that an angle that is not a number is refused too.
+        // An exact comparison also refuses not-a-number.
         if (item.*rules.fixedAngle == firstAngle) continue;
         RaiseIfFailed(items.End(), context);
         RaiseError(QMV_E_FIXED_AXIS_MOVED, context.source, rules.fixedAngleMoved);
@@ -141,7 +142,7 @@ void RoundThePole::ValidateSafeArrayData(SAFEARRAY** pAAxisPoints, SAFEARRAY** p
     const SetRules bAxisRules{&HeadAlignmentDataItem::APosition, L"Too Few B Axis Points Supplied",
                               L"Invalid Data. A Axis Must Remain Fixed During B Axis Data Capture"};
     ValidateSet(*pAAxisPoints, aAxisRules, context, aAxisCaptureBPosition);
-    double captureA = 0.0; // not kept: the B circle is the same whatever A is
+    double captureA = 0.0; // not stored: the B circle does not depend on A
     ValidateSet(*pBAxisPoints, bAxisRules, context, captureA);
 }
 

@@ -1,4 +1,4 @@
-// Where the machine must stand for the drive cup to meet the peg, and where the A axis points after a turn of the head.
+// The machine positions at which the drive cup approaches and engages the peg, and the direction of the rotated A axis.
 
 #include "head/RoundThePole.h"
 

@@ -1,4 +1,4 @@
-// The seven numbers of a head geometry, saved and loaded.
+// Saves and loads the seven numbers of a head geometry.
 
 #include "head/RoundThePole.h"
 
@@ -11,7 +11,7 @@ using namespace qmv40;
 
 namespace {
 
-/// Memory that runs out in a step is raised with the step's text.
+/// Raises E_OUTOFMEMORY with the text of the step if memory runs out in it.
 template <typename Step> auto RaisingLackOfMemory(const ErrorContext& context, Step&& step) {
     try {
         return step();
@@ -20,11 +20,11 @@ template <typename Step> auto RaisingLackOfMemory(const ErrorContext& context, S
     }
 }
 
-/// Runs a load or a save. `ownCode` passes as it is, any other code is raised again as a failure of the whole
-/// operation. The source is that of the load for both, which is required.
+/// Runs a load or a save. `ownCode` passes unchanged; any other code is raised again with the description of the whole
+/// operation. Both then have the source of the load: required.
 template <typename Operation> void RaisingWholeFailure(const ErrorContext& context, HRESULT ownCode,
                                                        const wchar_t* description, Operation operation) {
-    constexpr DWORD status = 0; // Always zero; required. A code is raised again only while it is.
+    constexpr DWORD status = 0; // Always zero: required. A code is raised again only if it is zero.
     try {
         RaisingLackOfMemory(context, operation);
     } catch (const HRESULT code) {
@@ -85,7 +85,7 @@ void RoundThePole::WriteNumbers(ProfileWriter& file) const {
 
 void RoundThePole::ReadNumbers(const ProfileReader& file) {
     for (int i = 0; i < 3; ++i) headCentre[i] = ReadEntry(file, headCentreEntry + static_cast<std::size_t>(i));
-    // Read a second time and not used: required, and harmless.
+    // Read a second time and not used: required.
     CMaPoint unused(0.0, 0.0, 0.0);
     unused.x() = ReadEntry(file, headCentreEntry);
     unused.y() = ReadEntry(file, headCentreEntry + 1);

@@ -1,4 +1,4 @@
-// Where the two axes meet: the circles through the captured points and the point of the B axis nearest to the A axis.
+// The head centre: the point of the fitted B axis that is nearest to the fitted A axis.
 
 #include "head/RoundThePole.h"
 
@@ -22,8 +22,8 @@ void RoundThePole::PlaceHeadCentre() {
     const CMaVector common = normalB * directionA;
     const double length = common.Magnitude();
     const double along = -(numerator % common) / (length * length);
-    // Parallel axes have no nearest point: the division, which is not guarded, gives a centre that is not finite, and
-    // the line fit of the alignment correction refuses it.
+    // Parallel axes have no nearest point. The division is not guarded: it gives a centre that is not finite, which the
+    // line fit of the alignment correction refuses.
     headCentre = *centreB + normalB * along;
 }
 

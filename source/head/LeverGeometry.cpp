@@ -1,4 +1,4 @@
-// The lock lever: every point that unlocking and locking need, for each of the two sides that the head can present.
+// The points of the lock lever that unlocking and locking need, for both lever sides.
 
 #include "head/RoundThePole.h"
 
@@ -8,7 +8,7 @@ using namespace qmv40;
 
 namespace {
 
-/// Both levers' `result`: their `origin` plus the offset that they share.
+/// Adds the offset that both levers share to the `origin` of each.
 void OffsetBoth(CMaVector (&result)[2], const CMaVector (&origin)[2], const CMaVector& shared) {
     for (int lever = 0; lever < 2; ++lever) result[lever] = origin[lever] + shared;
 }
@@ -16,7 +16,7 @@ void OffsetBoth(CMaVector (&result)[2], const CMaVector (&origin)[2], const CMaV
 } // namespace
 
 void RoundThePole::CalculateLeverGeometry() {
-    // The order is required: each offset is fetched, used for both levers and given up before the next one is fetched.
+    // The order is required: each offset is read and used for both levers before the next one is read.
     // Only the lever centres are mirrored: the same ball and approach offsets serve both levers.
     const ErrorContext context{L"RoundThePole::CalculateLeverGeometry"};
     RaisingGeometryErrors(context, [&] {

@@ -1,4 +1,4 @@
-// The fixed dimensions of the lock lever: those that the settings store may override, and those that nothing changes.
+// The dimensions of the lock lever: first those that settings may override, then the constant ones.
 
 #include "head/RoundThePole.h"
 

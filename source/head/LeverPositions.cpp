@@ -1,4 +1,4 @@
-// Where the points of the lock lever are on the machine: the head centre plus the lever's turned offsets.
+// The machine positions of the lock lever's points: the head centre plus the rotated offsets of the lever.
 
 #include "head/RoundThePole.h"
 
@@ -8,7 +8,7 @@ using namespace qmv40;
 
 namespace {
 
-/// Of a pair for the two sides. Any side but 0 is the negative lever.
+/// The element for a lever side. Any side except 0 is the negative lever.
 const CMaVector& OfSide(const CMaVector (&pair)[2], int lever) noexcept { return pair[lever == 0 ? 0 : 1]; }
 
 } // namespace

@@ -14,16 +14,16 @@ class ProfileReader;
 class ProfileWriter;
 } // namespace qmv40
 
-/// The model of one indexable probe head as it sits on the machine: where the head centre is, in which directions its A
-/// and B axes point, where the lock lever, its ball and the drive cup are, and how far the whole head is turned about
-/// the machine's Z axis from its ideal alignment.
+/// The model of one indexable probe head on its machine: the head centre, the directions of the A and B axes, the
+/// offsets of the lock lever, its ball and the drive cup, and the rotation of the whole head about the machine's Z axis
+/// from its ideal alignment.
 ///
-/// Machine coordinates, the length unit of the captured points, angles in degrees. Directions and offsets are stored
-/// relative to the head centre and turned; positions are head centre plus offset. Lever side: 0 is the positive lever,
-/// any other value the negative one.
+/// Machine coordinates, in the length unit of the captured points; angles in degrees. Directions and offsets are stored
+/// relative to the head centre, already rotated by that rotation. A position is the head centre plus an offset. Lever
+/// side: 0 is the positive lever, any other value the negative one.
 ///
-/// Filled by ComputeGeometry or LoadFromFile; both leave the same state, and both may leave it half rebuilt when they
-/// fail. The object does not know whether it holds a geometry: its owner remembers that. Failures are raised as codes
+/// ComputeGeometry and LoadFromFile fill the same fields. If one of them fails, some fields may have new values. The
+/// object does not know whether it holds a geometry: its owner keeps that flag. Failures are raised as codes
 /// (RaiseError.h).
 class RoundThePole {
 public:
@@ -50,12 +50,11 @@ public:
     const CMaVector& HeadCentre() const noexcept { return headCentre; }
     const CMaVector& BAxis() const noexcept { return bAxis; }
 
-    /// Where the machine stands `distance` short of engagement, along the approach direction, for the given head
-    /// angles.
+    /// The machine position `distance` before engagement, along the approach direction, at the given head angles.
     void ApproachPosition(double a, double b, double distance, CMaVector& out) const;
-    /// Where the drive cup sits on the peg, for the given head angles.
+    /// The machine position at which the drive cup sits on the peg, at the given head angles.
     void EngagementPosition(double a, double b, CMaVector& out) const;
-    /// The direction of the A axis after a turn of `b` degrees about the B axis.
+    /// The direction of the A axis after a rotation by `b` degrees about the B axis.
     void RotatedAAxis(double b, CMaVector& out) const;
 
     void LeverCentrePosition(int lever, CMaVector& out) const;
@@ -103,9 +102,9 @@ public:
     void CalculateLeverGeometry();
     void CalculateSafePositionZ() noexcept;
     void CalculateRotationFromIdealAlignment(const CMaPointArray& aPoints);
-    /// On which side of the head centre the A-axis points lie: 1 to 4.
+    /// The quadrant, 1 to 4: on which side of the head centre the A-axis points are in X and in Y.
     int DetermineQuadrant(const CMaPointArray& aPoints) const;
-    /// Turns every direction and offset, but not the head centre. Acts on what the fields hold: once per filling.
+    /// Rotates every direction and offset, but not the head centre. Must be called once after the fields are filled.
     void AdjustForMisAlignment(double angleDegrees, CMaGeometry::EAxisType axis);
 
     // One number of the geometry file

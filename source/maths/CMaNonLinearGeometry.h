@@ -2,9 +2,10 @@
 
 #include "maths/CMaPoint.h"
 
-/// Geometry other than points, lines and planes. It can be moved as a whole: turned, right-handed, about a coordinate
-/// axis or a direction through the origin or through a given centre, and shifted. Angles in degrees. A direction may
-/// have any length but zero; one that is zero or not finite throws GeometryError (Impossible) with nothing moved.
+/// Geometry other than points, lines and planes. It can be shifted, and rotated about an axis: a coordinate axis or a
+/// direction, through the origin or through a given centre. Rotations are right-handed, angles in degrees. A direction
+/// may have any length except zero. If it is zero or not finite, GeometryError (Impossible) is thrown and nothing
+/// moves.
 class CMaNonLinearGeometry : public CMaGeometry {
 public:
     virtual void Rotate(double angleDegrees, EAxisType axis) = 0;

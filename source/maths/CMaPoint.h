@@ -16,7 +16,7 @@ public:
     double y() const noexcept { return coordinates[1]; }
     double z() const noexcept { return coordinates[2]; }
 
-    /// The vector from the origin to this point: the same three numbers.
+    /// The vector from the origin to this point.
     CMaVector To3DVector() const noexcept { return {coordinates[0], coordinates[1], coordinates[2]}; }
 
     /// The foot of the perpendicular from this point to the plane. Each coordinate is right to one unit in the last

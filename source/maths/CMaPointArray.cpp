@@ -10,7 +10,7 @@ CMaPointArray::CMaPointArray(int capacity) {
 }
 
 void CMaPointArray::Add(const CMaPoint& point) {
-    // All the room first: nothing below can fail and leave the three out of step.
+    // All three arrays get their memory first, so that a failure leaves them with equal sizes.
     if (xs.size() == xs.capacity() || ys.size() == ys.capacity() || zs.size() == zs.capacity()) {
         const std::size_t room = std::max<std::size_t>(16, 2 * xs.size());
         for (auto* axis : {&xs, &ys, &zs}) axis->reserve(room);

@@ -18,7 +18,7 @@ public:
     void Clear() noexcept;
     int GetSize() const noexcept { return static_cast<int>(xs.size()); }
 
-    /// A copy of the point, deliberately: what is assigned to the result does not reach the array.
+    /// Deliberately a copy of the point: an assignment to the result does not change the array.
     /// An index outside 0 to GetSize() - 1 throws GeometryError (Impossible).
     CMaPoint operator[](int index) const {
         if (index < 0 || index >= GetSize()) throw qmv40::GeometryError(qmv40::GeometryError::Reason::Impossible);
@@ -26,8 +26,7 @@ public:
         return {xs[at], ys[at], zs[at]};
     }
 
-    // The coordinates as the fits read them, one run of doubles for each axis: 24 bytes a point, nothing to unpick.
-    // Valid until the array changes.
+    // The coordinates for the fits, one array of doubles per axis. Valid until the array changes.
     std::span<const double> X() const noexcept { return xs; }
     std::span<const double> Y() const noexcept { return ys; }
     std::span<const double> Z() const noexcept { return zs; }

@@ -10,7 +10,7 @@ using namespace qmv40;
 
 double CMaVector::Magnitude() const noexcept {
     const double plain = *this % *this;
-    // Within these bounds no square overflowed, and one that vanished was too small to count.
+    // Within these bounds no square overflowed, and a square that underflowed is too small to change the sum.
     if (plain > 1e-280 && plain < 1e300) return std::sqrt(plain);
     const double x = std::fabs(components[0]), y = std::fabs(components[1]), z = std::fabs(components[2]);
     if (std::isinf(x) || std::isinf(y) || std::isinf(z)) return std::numeric_limits<double>::infinity();

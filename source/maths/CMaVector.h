@@ -8,8 +8,8 @@ class CMaPoint;
 /// Three doubles: a direction, an offset or a position, in the caller's unit. Index 0 is x, 1 is y, 2 is z.
 ///
 /// Every component of a result is computed by the written formula in the written order, one rounding for each
-/// operation; infinities and not-a-number pass through as in any arithmetic. There is no subtraction: a - b is a + (b *
-/// -1.0). An index outside 0 to 2 throws GeometryError (Impossible).
+/// operation. Infinities and not-a-number are treated as IEEE arithmetic does. There is no subtraction: a - b is a + (b
+/// * -1.0). An index outside 0 to 2 throws GeometryError (Impossible).
 class CMaVector : public CMaGeometry {
 public:
     CMaVector(double x, double y, double z) noexcept : components{x, y, z} {}
@@ -36,17 +36,17 @@ public:
                components[2] * other.components[2];
     }
 
-    /// Euclidean length to within two units in the last place, for components of any size: nothing overflows or
-    /// vanishes on the way. 0.0 for the zero vector, infinity when a component is infinite, else not-a-number when one
-    /// is that.
+    /// Euclidean length to within two units in the last place, for components of any size: no intermediate
+    /// value overflows or underflows. The zero vector gives 0.0. An infinite component gives infinity; otherwise a
+    /// not-a-number component gives not-a-number.
     double Magnitude() const noexcept;
 
     /// Turns this vector in place about the coordinate axis through `centre`, right-handed.
     ///
-    /// The component along the axis keeps its bits, a turn by 0 keeps all of them, and turns by multiples of 90 degrees
-    /// are exact, for any number of whole turns. Otherwise each component is right to 4 units in the last place of the
-    /// distance from the axis (and of the centre's coordinates). An angle that is not finite gives not-a-number.
-    /// An axis other than X, Y and Z throws GeometryError (Impossible).
+    /// The component along the axis keeps its bits, and a rotation by 0 keeps all bits. Rotations by multiples of 90
+    /// degrees are exact, also beyond 360 degrees. Otherwise each component is right to 4 units in the last place of
+    /// the distance from the axis (and of the centre's coordinates). An angle that is not finite gives not-a-number. An
+    /// axis other than X, Y and Z throws GeometryError (Impossible).
     void Rotate(double angleDegrees, EAxisType axis, const CMaPoint& centre);
 
 private:

@@ -38,7 +38,7 @@ void CQuaternion::SetComponents(double newW, double newX, double newY, double ne
 }
 
 void CQuaternion::CalculateRotationMatrix() {
-    // Named after its usual caller, deliberately: that is the operation whose failure a client is told about.
+    // The source names the usual caller instead of this operation: required.
     ErrorContext context{L"CQuaternion::InitialiseFromAngleAndDirection"};
     context.description = L"Error calculating rotation matrix";
     RaisingGeometryErrors(context, [&] {

@@ -5,12 +5,12 @@
 
 #include <memory>
 
-/// A rotation, kept as a quaternion and as the 3 x 3 matrix of it. Right-handed: a positive angle about +Z turns +X
+/// A rotation, stored as a quaternion and as its 3 x 3 matrix. Right-handed: a positive angle about +Z turns +X
 /// towards +Y. The product q1 x q2 applies q2 first.
 ///
-/// Used as a unit quaternion but never normalised: a direction of another length than 1 scales as well as turns, and a
-/// zero direction gives the diagonal matrix of the squared cosine of half the angle. Angles are in radians here.
-/// A failure of the vector geometry is raised as a code (RaiseError.h); memory that runs out is std::bad_alloc.
+/// Meant to be a unit quaternion, but never normalised: a direction whose length is not 1 scales the vector too, and a
+/// zero direction gives a diagonal matrix with the squared cosine of half the angle. Angles are in radians.
+/// A failure of the vector geometry is raised as a code (RaiseError.h). If memory runs out, std::bad_alloc is thrown.
 class CQuaternion {
 public:
     /// The rotation that leaves every vector as it is.
@@ -21,7 +21,7 @@ public:
 
     void InitialiseFromAngleAndDirection(double angleRadians, const CMaVector& direction);
     void SetComponents(double newW, double newX, double newY, double newZ);
-    /// Brings the matrix up to date with the components.
+    /// Computes the matrix from the components.
     void CalculateRotationMatrix();
 
     /// The Hamilton product this x other.

@@ -8,8 +8,9 @@
 
 namespace qmv40 {
 
-/// Cosine and sine of an angle in degrees. Whole and quarter turns are taken off exactly, in degrees, before anything
-/// is rounded: multiples of 90 are exact however large. An angle that is not finite gives not-a-number.
+/// Cosine and sine of an angle in degrees. Whole turns and quarter turns are subtracted first, in degrees and without
+/// rounding, so that multiples of 90 degrees of any size give exact results. An angle that is not finite gives
+/// not-a-number.
 struct DegreeTurn {
     explicit DegreeTurn(double angleDegrees) noexcept {
         if (!std::isfinite(angleDegrees)) return;

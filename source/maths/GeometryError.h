@@ -2,7 +2,7 @@
 
 namespace qmv40 {
 
-/// Thrown by a geometric operation that cannot give its result. The vector-geometry classes throw nothing else, but for
+/// Thrown by a geometric operation that has no result. The vector-geometry classes throw nothing else, except
 /// std::bad_alloc where points are stored.
 class GeometryError {
 public:

@@ -7,9 +7,9 @@
 
 namespace qmv40 {
 
-/// The bridge from the vector-geometry classes, which know nothing of error codes, to RaiseError: runs `step` and
-/// returns what it returns. A GeometryError that leaves the step, and memory that runs out in it, are raised as codes
-/// with the source and the description that `context` has at that moment. Codes that were raised inside pass through.
+/// Runs `step` and returns its result. The vector-geometry classes do not know error codes: if the step throws a
+/// GeometryError or std::bad_alloc, it is raised here as a code, with the source and the description that `context` has
+/// at that moment. A code that was raised inside the step passes through.
 ///
 ///     RaisingGeometryErrors(context, [&] {
 ///         context.description = L"Error Fitting points to a circle";

@@ -1,7 +1,7 @@
-// The elementary functions in plain double operations, which every processor rounds alike. Values on the way are
-// double- double numbers: the unevaluated sum of two doubles, about 106 bits. The result is rounded once, at the end:
-// its error is below half a unit in the last place plus 2^-20 of one. Only additions and multiplications that are
-// rounded to double may be used here, in the order written.
+// The elementary functions in plain double operations, which every processor rounds alike. Intermediate
+// values are double-double numbers: the unevaluated sum of two doubles, about 106 bits. The result is rounded once, at
+// the end: its error is below half a unit in the last place plus 2^-20 of one. Only additions and multiplications that
+// are rounded to double may be used here, in the order written.
 
 #include "maths/ElementaryFunctions.h"
 
@@ -72,8 +72,9 @@ constexpr auto inverseFactorials = [] {
     return inverses;
 }();
 
-/// The Taylor series 1 / first! - z / (first + 2)! + z^2 / (first + 4)! - ..., for z up to (pi/4)^2. What is left out
-/// is below 2^-77. From the sixth term on the sum is below 2^-24 of the whole: plain doubles are enough there.
+/// The Taylor series 1 / first! - z / (first + 2)! + z^2 / (first + 4)! - ..., for z up to (pi/4)^2. The
+/// terms left out are below 2^-77. From the sixth term on the sum is below 2^-24 of the whole: plain doubles are enough
+/// there.
 template <std::size_t first> DoubleDouble Series(const DoubleDouble& z) {
     double rest = 0.0;
     for (std::size_t term = 10; term >= 5; --term) rest = inverseFactorials[first + 2 * term].high - z.high * rest;
@@ -87,7 +88,7 @@ struct SineAndCosine {
     DoubleDouble cosine;
 };
 
-/// Whole quarter turns are taken off first. Of the four parts of pi/2 (Cody and Waite) the first three have 33 bits
+/// Whole quarter turns are subtracted first. Of the four parts of pi/2 (Cody and Waite) the first three have 33 bits
 /// each: their products with the count of quarters are exact.
 SineAndCosine Turn(double angle) {
     const double quarters = std::nearbyint(angle * 0x1.45f306dc9c883p-1);
@@ -127,8 +128,7 @@ double Cosine(double angle) noexcept {
 double ArcTangent(double slope) noexcept { return ArcTangent(slope, 1.0); }
 
 double ArcTangent(double y, double x) noexcept {
-    // Any good approximation: seen from it the direction (x, y) stands at so small an angle that the angle is its
-    // tangent.
+    // An approximation. The angle between it and the direction (x, y) is so small that it equals its tangent.
     const double near = std::atan2(y, x);
     const auto isShort = [](double length) { return std::fabs(length) < 0x1p400; };
     const bool isLong = std::fabs(x) > 0x1p-400 || std::fabs(y) > 0x1p-400;

@@ -10,7 +10,7 @@
 namespace qmv40 {
 
 /// The head geometry file: an initialisation-profile text file of seven numbers, written as "%.9e" and read in the C
-/// locale whatever the host has set.
+/// locale, whichever locale the host has set.
 
 /// Where one number is in the file. The names are ASCII text.
 struct HeadGeometryEntry {
@@ -33,7 +33,7 @@ inline constexpr std::size_t headCentreEntry = 0;
 inline constexpr std::size_t safePositionEntry = 3;
 inline constexpr std::size_t rotationEntry = 6;
 
-/// What a missing number reads as. A stored number of exactly this value fails like a missing one, which is accepted.
+/// The default that marks a missing number. A stored number of exactly this value fails like a missing one: accepted.
 inline constexpr double missingNumber = 999999999.0;
 inline constexpr const char* missingNumberText = "999999999";
 

@@ -1,4 +1,4 @@
-// The moves at the lock lever: pushing it open before the head is turned, and shut again afterwards.
+// The moves at the lock lever: it is pushed open before the head is indexed, and shut afterwards.
 
 #include "planning/MovePlanner.h"
 #include "planning/RecordFields.h"
@@ -9,9 +9,9 @@ namespace qmv40 {
 
 namespace {
 
-/// Which lever the head presents at the given angles: 0 the positive one, 1 the negative one.
-/// Required as it is, and asymmetric: B = 0 counts as negative, B = 180 and B = -180 choose different levers although
-/// the head stands the same, and every A that is not exactly 0.0 counts as tilted.
+/// The lever that is pushed at the given angles: 0 is the positive lever, 1 the negative one.
+/// This asymmetric rule is required: B = 0 counts as negative; B = 180 and B = -180 choose different levers although
+/// the head is in the same position; every A that is not exactly 0.0 counts as tilted.
 int LeverSide(double a, double b) {
     // The second test is required although it can never fail once B is positive.
     if (b > 0.0 && b != -180.0) return a == 0.0 ? 1 : 0;
@@ -38,8 +38,8 @@ void MovePlanner::CalculateUnlockMoves(RequiredMoves& moves) const {
         const CMaVector axis = LeverPoint(headGeometry, &RoundThePole::LeverAxisOfRotation, 1);
         const CMaVector unlocked = LeverPoint(headGeometry, &RoundThePole::LeverUnlockedPosition, side);
 
-        // The order of the writes is required: the setting is read in between, and when that fails, the field written
-        // before it keeps its new value and the others keep their old ones.
+        // The order of the writes is required. The setting is read between them: if that fails, the field written
+        // before has its new value and the others keep their old ones.
         SetRotationVector(moves.UnLock, axis);
         moves.UnLock.RotationAngle = -headGeometry.GetLockedToUnlockedLeverRotation();
         moves.ApproachUnLockLever = PositionOf(lockedApproach);

@@ -9,14 +9,14 @@ namespace qmv40 {
 /// that computes. Angles in degrees, positions in machine coordinates. The same input gives the same output; the
 /// settings store is asked for the two lever rotations at every plan.
 ///
-/// Each operation writes its fields straight into the record, so after a failure part of it may hold new values.
+/// Each operation writes its fields directly into the record, so after a failure some fields may have new values.
 class MovePlanner {
 public:
     // The steps of a plan, in the order in which PlanMoves takes them
 
     /// Fields 1 to 4: push the locked lever open, from the current head angles.
     void CalculateUnlockMoves(RequiredMoves& moves) const;
-    /// Field 5: round the pole, from the lever to the peg. Reads field 4. `centre` plays no part.
+    /// Field 5: round the pole, from the lever to the peg. Reads field 4. `centre` is not used.
     void CalculateRotateToPeg(RequiredMoves& moves, const CMaVector& centre, const CMaVector& approachNow) const;
     /// Fields 6 to 8: down to the peg and onto it.
     void CalculateEngageWithPeg(RequiredMoves& moves, const CMaVector& approachNow, const CMaVector& engageNow) const;

@@ -1,4 +1,4 @@
-// The moves at the peg: round to it, onto it, the three turns of the head about its centre, and off again.
+// The moves at the peg: to the peg, onto it, the three rotations of the head about the head centre, and off the peg.
 
 #include "planning/MovePlanner.h"
 #include "planning/RecordFields.h"
@@ -41,7 +41,7 @@ void MovePlanner::CalculateHeadIndexingMoves(RequiredMoves& moves, double target
     RaisingGeometryErrors(context, [&] {
         // The text is fixed, with its misspelling.
         context.description = L"Failed To Extact Value From Array";
-        // An arc by +x lowers the axis angle by x: each angle is the negated change. B is not wrapped into +-180.
+        // An arc by +x decreases the axis angle by x: each angle is the negated change. B is not wrapped into +-180.
         moves.IntermediateAPosition = ArcAbout(centre, aAxisNow, currentA);
         moves.MoveToBPosition = ArcAbout(centre, bAxis, currentB - targetB);
         moves.MoveToAPosition = ArcAbout(centre, aAxisTarget, -targetA);

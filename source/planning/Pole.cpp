@@ -1,4 +1,4 @@
-// Where the pole is, and the angle between two directions seen from it.
+// The position of the pole, and the angle between two directions in the XY plane.
 
 #include "planning/MovePlanner.h"
 #include "planning/RecordFields.h"

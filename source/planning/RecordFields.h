@@ -5,11 +5,11 @@
 
 namespace qmv40 {
 
-/// Vectors as fields of the interface's records, and directions between their points.
+/// Conversions between vectors and the fields of the interface's records.
 
 inline XYZData PositionOf(const CMaVector& point) { return {point[0], point[1], point[2]}; }
 
-/// The place of `point` in X and Y, at another height.
+/// X and Y of `point`, with another Z.
 inline XYZData PositionAtHeight(const CMaVector& point, double z) { return {point[0], point[1], z}; }
 
 inline CMaVector VectorOf(const XYZData& position) {

@@ -1,4 +1,4 @@
-// One indexing, from the current head angles to the target's.
+// The plan of one indexing, from the current to the target angles.
 
 #include "planning/MovePlanner.h"
 

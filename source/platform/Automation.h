@@ -1,8 +1,8 @@
 #pragma once
 
-/// The automation vocabulary that every other folder speaks: HRESULT, GUID, BSTR, SAFEARRAY, IUnknown, error records,
-/// class factories, object creation. On Windows it is the platform's own. Elsewhere the few types and calls that the
-/// component needs are offered under the same names and with the same observable behaviour.
+/// The automation types and calls that every other folder uses: HRESULT, GUID, BSTR, SAFEARRAY, IUnknown, error
+/// records, class factories, object creation. On Windows it is the platform's own. Elsewhere the few types and calls
+/// that the component needs are offered under the same names and with the same observable behaviour.
 
 #ifdef _WIN32
 #include "platform/windows/Automation.h"

@@ -9,11 +9,11 @@ namespace qmv40 {
 /// other's exceptions, not even as `catch (...)`.
 
 /// Raises `code` as the platform's own kind of exception, which such a caller catches as a `long` or HRESULT, when the
-/// program that has its code at `returnAddress` was not linked by GNU ld. Else it returns, and the caller of this
-/// function throws. Elsewhere than on Windows there is one kind, and it always returns.
+/// program that has its code at `returnAddress` was not linked by GNU ld. Otherwise it returns, and the caller of this
+/// function throws. On other systems there is one kind only, and it always returns.
 ///
-/// The exception passes through the frames of this component without destroying anything in them. So nothing between
-/// the interface method and this call may have anything to clean up.
+/// The exception leaves the functions of this component without calling destructors. So no function between the
+/// interface method and this call may have an object with a destructor at that moment.
 void RaiseForCallerOfPlatformsKind(HRESULT code, const void* returnAddress);
 
 } // namespace qmv40

@@ -26,7 +26,7 @@ public:
     Interface* operator->() const noexcept { return held; }
     explicit operator bool() const noexcept { return held != nullptr; }
 
-    /// Where a call puts a new reference, typed or not.
+    /// The address for an out parameter, typed or void**.
     class Place {
     public:
         explicit Place(Interface** thePlace) noexcept : place(thePlace) {}
@@ -36,7 +36,7 @@ public:
     private:
         Interface** place;
     };
-    /// An argument for a call that hands out a reference; what was held before is let go of.
+    /// The argument for a call that returns a reference. Releases the reference held before.
     Place Receive() noexcept {
         *this = ComPointer();
         return Place(&held);

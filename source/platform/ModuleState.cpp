@@ -22,7 +22,7 @@ std::atomic<long> callsUnderWay{0};
 // written only where it differs: <cfenv>, which writes all of both units, takes up to 9 us in programs of Windows.
 
 constexpr unsigned int ownMxcsr = 0x1F80;        // round to nearest, gradual underflow, every exception masked
-constexpr unsigned int mxcsrFlags = 0x003F;      // change no result
+constexpr unsigned int mxcsrFlags = 0x003F;      // exception flags: they change no result
 constexpr unsigned short ownX87Control = 0x037F; // round to nearest, 64 bits, every exception masked
 constexpr unsigned short x87Flags = 0x007F;
 
@@ -38,13 +38,13 @@ unsigned short X87Flags() {
     return status & x87Flags;
 }
 
-/// Flags are cleared first: one that stands would trap where the control word asks for that.
+/// Flags are cleared first: a flag that is set raises an exception as soon as the control word unmasks it.
 void SetX87Control(unsigned short control) {
     if (X87Flags() != 0) asm volatile("fnclex");
     asm volatile("fldcw %0" : : "m"(control));
 }
 
-/// Flags can only be set with the whole environment of the unit.
+/// x87 flags can only be set by loading the whole x87 environment.
 void SetX87ControlAndFlags(unsigned short control, unsigned short flags) {
     constexpr std::uint32_t lowHalf = 0xFFFF;
     std::array<std::uint32_t, 7> environment{}; // its first two words hold control and status

@@ -5,8 +5,8 @@
 namespace qmv40 {
 
 /// The module's own floating-point state while a method runs: round to nearest, gradual underflow, no traps, and x87 at
-/// its full 64 bits of precision. So a host's settings change none of our results. When the method ends, in whichever
-/// way, the host has its own settings back, its own flags and no flag of ours, and its error number (errno).
+/// its full 64 bits of precision. So the host's settings change no result. When the method returns or throws,
+/// the host's settings, exception flags and error number (errno) are restored.
 class ModuleStateGuard {
 public:
     ModuleStateGuard() noexcept;
@@ -25,7 +25,8 @@ private:
     int callersErrorNumber;
 };
 
-/// Methods of this module that are running now, over all threads; the module must not be unloaded while there is one.
+/// The number of methods of this module that are running, in all threads. While it is not 0 the module must not be
+/// unloaded.
 long CallsUnderWay() noexcept;
 
 } // namespace qmv40

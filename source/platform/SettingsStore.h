@@ -10,7 +10,7 @@ namespace qmv40 {
 /// One key of the machine-wide settings store, open for reading from construction to destruction.
 /// On Windows: a key under HKEY_LOCAL_MACHINE. Elsewhere: a section of a text file in the registry export format,
 /// /etc/qmv40/settings.reg or the file that the environment variable QMV40_SETTINGS names; it is read afresh each time
-/// a key is opened. A missing or unreadable store or key is simply not open.
+/// a key is opened. A key that is missing or cannot be read is not open.
 class SettingsKey {
 public:
     /// `path` below the machine-wide root, parts separated by backslashes; letter case does not matter.

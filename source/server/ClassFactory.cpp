@@ -14,7 +14,7 @@ namespace {
 
 std::atomic<ULONG> references{0};
 
-/// Hands out `iid` of a new object. The reference taken meanwhile is given up: a refused interface ends the object.
+/// Returns interface `iid` of a new object. If the object does not have it, the object is deleted.
 template <typename Object> HRESULT Deliver(std::unique_ptr<Object> created, REFIID iid, void** object) {
     Object* const counted = created.release();
     counted->AddRef();
@@ -51,11 +51,11 @@ ULONG ClassFactory::Release() {
 }
 
 HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object) try {
-    const ModuleStateGuard moduleState; // a new calculator reads numbers
+    const ModuleStateGuard moduleState; // the constructor of a calculator reads settings
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if (outer == nullptr) return Deliver(std::make_unique<StandaloneObject<CQMVCalculator>>(), iid, object);
-    // Only the inner unknown may be had at creation, or the outer object could not control it.
+    // An aggregated object must be created as IUnknown: only that pointer is the inner one.
     if (!IsEqualIID(iid, IID_IUnknown)) return CLASS_E_NOAGGREGATION;
     return Deliver(std::make_unique<AggregatedObject<CQMVCalculator>>(outer), iid, object);
 } catch (const std::bad_alloc&) {

@@ -4,7 +4,7 @@
 
 namespace qmv40 {
 
-/// Creates calculators. One for the module, made on the first request and kept; its count is shared by all threads.
+/// Creates calculators. The module has one factory, created on the first request; all threads share it.
 class ClassFactory final : public IClassFactory {
 public:
     static ClassFactory& Instance() noexcept;

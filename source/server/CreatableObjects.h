@@ -8,11 +8,11 @@
 
 namespace qmv40 {
 
-/// The two ways in which a class is served. `Class` gives its interfaces by FindInterface(iid) and everything but
-/// identity and lifetime, which are here. An object lives in one apartment, so its count is a plain one. Objects are
-/// born without a reference and delete themselves with the last.
+/// The two kinds of object of a class. They add identity and lifetime; `Class` has everything else and gives its
+/// interfaces by FindInterface(iid). An object belongs to one apartment, so its reference count is not atomic. A new
+/// object has no reference. It deletes itself when its last reference is released.
 
-/// An object of its own.
+/// An object that is not aggregated.
 template <typename Class> class StandaloneObject final : public LateBinding<Class> {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -35,7 +35,7 @@ private:
     ULONG references = 0;
 };
 
-/// An object inside another: the outer one is its identity, this inner unknown its lifetime.
+/// An aggregated object. The outer object is its identity; this inner IUnknown controls its lifetime.
 template <typename Class> class AggregatedObject final : public IUnknown {
 public:
     explicit AggregatedObject(IUnknown* theOuter) : contained(theOuter) {}
@@ -50,7 +50,7 @@ public:
         }
         *object = contained.FindInterface(iid);
         if (*object == nullptr) return E_NOINTERFACE;
-        // The interface belongs to the outer object from here on.
+        // The reference is counted by the outer object.
         contained.AddRef();
         return S_OK;
     }
@@ -62,7 +62,7 @@ public:
     }
 
 private:
-    /// The class itself, with the outer object as its identity.
+    /// An object of `Class` that passes QueryInterface, AddRef and Release on to the outer object.
     class Contained final : public LateBinding<Class> {
     public:
         explicit Contained(IUnknown* theOuter) : outer(theOuter) {}

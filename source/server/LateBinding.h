@@ -1,10 +1,10 @@
 #pragma once
 
-/// LateBinding<Base>: late binding for a dual interface, where the platform has it.
+/// LateBinding<Base> adds late binding to the dual interface of `Base`, where the platform has late binding.
 #ifdef _WIN32
 #include "server/windows/LateBinding.h"
 #else
-/// There are no dispatch entries to fill here, and IID_IDispatch is not answered.
+/// Dual interfaces have no dispatch entries here, and IID_IDispatch is not supported.
 namespace qmv40 {
 template <typename Base> using LateBinding = Base;
 } // namespace qmv40

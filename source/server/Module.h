@@ -2,8 +2,8 @@
 
 namespace qmv40 {
 
-/// What keeps the module loaded: live objects, references to the class factory and locks that clients asked for.
-/// Shared by all threads.
+/// Counts what keeps the module loaded: live objects, references to the class factory, and locks by clients
+/// (IClassFactory::LockServer). Shared by all threads.
 class Module {
 public:
     static void AddLock() noexcept;
@@ -12,10 +12,10 @@ public:
     /// True when nothing keeps the module loaded and none of its methods is running.
     static bool CanUnload() noexcept;
 
-    /// Keeps the module in the process until it ends, whatever the answers to CanUnload are. The C++ runtime inside the
-    /// module takes a place for thread data and four handles of the process with its first exception and never gives
-    /// them back: a host that loads and frees the module again and again would run out of places after 1000 times. Only
-    /// on Windows: elsewhere the runtime is a library of its own.
+    /// Keeps the module loaded until the process ends, also if CanUnload is true. On Windows the C++ runtime is linked
+    /// into the module. With its first exception it takes a thread-local storage index and four handles, and never
+    /// releases them: a host that loads and frees the module repeatedly would have no index left after about 1000
+    /// times. On other systems this does nothing, because the runtime is a library of its own.
     static void StayLoaded() noexcept;
 };
 

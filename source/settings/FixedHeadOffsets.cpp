@@ -7,8 +7,8 @@ namespace qmv40 {
 
 namespace {
 
-/// The settings of `offset`, up to three, read from a key that is opened for them alone. Any selector but 0 negates
-/// those that the table calls mirrored.
+/// The settings of `offset`, up to three. The key is opened for them alone. Any selector except 0 negates the settings
+/// that the table marks as mirrored.
 std::array<double, 3> Read(HeadOffset offset, int selector = 0) {
     const SettingsKey key(settingsKeyPath);
     HeadSettingReader reader(QueryOf(key));

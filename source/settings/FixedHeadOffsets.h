@@ -5,8 +5,8 @@ namespace qmv40 {
 /// The fixed offsets and rotations of the head's mechanics, as the head model takes them from the settings store: see
 /// HeadSettings.h for their names, their built-in values and the rules of reading.
 ///
-/// Every function opens the store's key, reads and closes it; nothing is cached or written. Nothing fails: what is
-/// missing has its built-in value. Lengths in the unit of the captured points, angles in degrees.
+/// Every function opens the store's key, reads it and closes it; nothing is cached or written. No function fails: a
+/// missing setting has its built-in value. Lengths in the unit of the captured points, angles in degrees.
 
 struct FixedOffset {
     double x;

@@ -15,8 +15,8 @@
 /// first and as long as the stored text before it for every other (terminators included). After a setting that cannot
 /// be read, every later one of the same offset keeps its built-in value. This is required.
 ///
-/// Text that does not begin a number reads as 0.0, not as the built-in value: this is required too. Numbers are in the
-/// C locale. A text that is stored for Y or Z alone, or that is longer than the one before it, has no effect.
+/// Text that does not begin with a number reads as 0.0, not as the built-in value: this is required too. Numbers are in
+/// the C locale. A text that is stored for Y or Z alone, or that is longer than the one before it, has no effect.
 namespace qmv40 {
 
 class SettingsKey;
@@ -24,7 +24,7 @@ class SettingsKey;
 /// The one key that is read, below HKEY_LOCAL_MACHINE.
 inline constexpr const char* settingsKeyPath = R"(Software\Hollbeck\VRX Software\QMV40Calculator)";
 
-/// What a setting is a part of. The settings of one offset are read together.
+/// The offset that a setting belongs to. The settings of one offset are read together.
 enum class HeadOffset {
     HeadCentreToDriveCup,
     HeadCentreToLeverCentre,

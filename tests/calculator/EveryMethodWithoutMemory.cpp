@@ -223,7 +223,7 @@ TEST_F(EveryMethod, HasItsOwnCodeOrThatOfMissingMemoryAndLeavesTheObjectAsItWas)
     std::cout << failures << " allocations failed" << std::endl;
 }
 
-TEST_F(EveryMethod, OfAnObjectThatKnowsNothingYetHasItsOwnCodeOrThatOfMissingMemory) {
+TEST_F(EveryMethod, OfANewObjectFailsWithItsOwnCodeOrOutOfMemory) {
     const auto fresh = CreateCalculator();
     double a = 0.0, b = 0.0;
     XYZData start{};

@@ -162,7 +162,7 @@ TEST_F(GeometryFiles, NeitherSetNorClearTheAvailabilityWhenTheyCannotBeLoaded) {
     EXPECT_EQ(Plan(*prepared.Get(), 0.0, 0.0).code, S_OK);
 }
 
-TEST_F(GeometryFiles, HaveReplacedHeadCentreHeightAndLeversWhenOnlyTheRotationIsMissing) {
+TEST_F(GeometryFiles, ReplaceAllButTheRotationWhenItIsMissing) {
     Write(path, TextWithoutRotation());
     const auto calculator = At(15.0, 0.0);
     EXPECT_EQ(Load(*calculator.Get()), QMV_E_READ_FROM_FILE);

@@ -155,7 +155,7 @@ void ExpectFilledFromTheFront(const std::array<double, numbersInAPlan>& actual,
     }
 }
 
-TEST_F(OutOfMemory, LeavesTheRecordOfAMovePartlyFilledAndTheCurrentPositionAlone) {
+TEST_F(OutOfMemory, LeavesARecordPartlyFilledAndThePositionUnchanged) {
     const auto calculator = WithGeometry();
     const auto expected = PlannedBy(*calculator.Get());
     ASSERT_EQ(calculator->SetCurrentHeadPosition(30.0, -75.0), S_OK);

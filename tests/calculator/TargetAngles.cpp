@@ -150,7 +150,7 @@ TEST_F(Targets, AreTestedWithoutRoundingWhenAPositionIsSet) {
         ExpectOutcome(ReturnedBy([&] { return calculator->SetCurrentHeadPosition(c.a, c.b); }), c);
 }
 
-TEST_F(Targets, AreRoundedToWholeDegreesBeforeTheyAreTestedWhenAMoveIsPlanned) {
+TEST_F(Targets, AreRoundedToWholeDegreesBeforeTheyAreTested) {
     const Case cases[] = {
         {45.4, 0.0, accepted, "rounds to 45"},
         {44.5, 0.0, accepted, "rounds to 45"},

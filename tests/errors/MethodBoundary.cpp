@@ -27,7 +27,7 @@ TEST(Guarded, TurnsARaisedErrorIntoItsCodeAndKeepsTheRecord) {
     EXPECT_EQ(raised.record->description, L"C");
 }
 
-TEST(Guarded, TurnsExhaustedMemoryIntoItsCodeAndLeavesNoRecordOfAnotherFailure) {
+TEST(Guarded, TurnsExhaustedMemoryIntoItsCodeAndLeavesNoRecord) {
     const Raised raised = ReturnedBy([] {
         Guarded([] { RaiseError(QMV_E_INVALID_QUADRANT, L"A::B", L"C"); });
         return Guarded(RunOutOfMemory);

@@ -268,7 +268,7 @@ TEST_F(AlignmentData, TooFewPointsAreReportedBeforeTheShape) {
     }
 }
 
-TEST_F(AlignmentData, TheUpperBoundOfAnArrayThatBeginsAtOneCountsAsIfItBeganAtZero) {
+TEST_F(AlignmentData, TheUpperBoundIsReadAsIfTheArrayBeganAtZero) {
     // Three elements, but an upper bound of 3: enough by the bound alone, and refused for the index 0 that is not
     // there.
     AlignmentArray a = AlignmentArray::WithLowerBound(First(aSet, 3), 1);

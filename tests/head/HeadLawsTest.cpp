@@ -70,7 +70,7 @@ TEST_F(HeadLaws, TheOtherMiddlesOfAQuadrantServeAsWell) {
         }
 }
 
-TEST_F(HeadLaws, TheMountingErrorChangesItsSignWhenCapturedTooNearToAQuadrantsEdge) {
+TEST_F(HeadLaws, TheMountingErrorChangesSignNearAQuadrantsEdge) {
     // A property of the ten-unit margin, known and kept: callers are told to capture at B = 45.
     const SimulatedHead simulated{.mountingAngle = -3.0};
     Compute(simulated.ASet(0.0), simulated.BSet(75.0));

@@ -113,7 +113,7 @@ void ExpectTheBest(const std::vector<Coordinates>& points, std::mt19937_64& rand
 
 } // namespace
 
-TEST(BestCircles, NoStartLeadsToABetterOneWhereThePointsStrayLessThanATenthOfTheArcsHeight) {
+TEST(BestCircles, AreGlobalMinimaWhereTheNoiseIsBelowATenthOfTheSagitta) {
     std::mt19937_64 random(51);
     std::normal_distribution<double> normal;
     for (int round = 0; round < 20; ++round)

@@ -101,7 +101,7 @@ double SizeOf(const std::vector<Coordinates>& points) {
 
 } // namespace
 
-TEST(Circle, LiesAboutTheOriginWithTheRadiusOfItsConstructionUntilItIsFitted) {
+TEST(Circle, LiesAboutTheOriginWithItsFirstRadiusUntilFitted) {
     ExpectSameCircle(CMaCircle(1.0), {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 1.0, 0.0);
     EXPECT_EQ(Fitted({{3.0, 0.0, 0.0}, {0.0, 3.0, 0.0}, {-3.0, 0.0, 0.0}}).GetRadius(), 3.0);
 }

@@ -173,7 +173,7 @@ TEST_F(HeadGeometryFile, IsLoadedInItsOrderWithTheHeadCentreReadTwice) {
     EXPECT_TRUE(profile.written.empty());
 }
 
-TEST_F(HeadGeometryFile, IsReadWithTheSentinelAsTheTextOfAMissingValueAndRoomFor348Characters) {
+TEST_F(HeadGeometryFile, IsReadWithTheMissingMarkerAndRoomFor348Chars) {
     FillWithNumbers();
     Load();
     EXPECT_EQ(profile.defaults, std::vector<std::string>(10, "999999999"));
@@ -318,7 +318,7 @@ TEST_F(HeadGeometryFile, ReadsNoMoreThan348CharactersOfAValue) {
     EXPECT_EQ(head.HeadCentre()[0], 1.0);
 }
 
-TEST_F(HeadGeometryFile, WritesOneDigitAPointNineDigitsAndAnExponentOfTwoDigitsOrMore) {
+TEST_F(HeadGeometryFile, WritesOneDigitNineDecimalsAndTheExponent) {
     const std::pair<const char*, const char*> cases[] = {
         {"-6.95", "-6.950000000e+00"},
         {"0", "0.000000000e+00"},

@@ -130,7 +130,7 @@ TEST_F(LeverMoves, TakeEveryPointFromTheHeadBitForBit) {
     }
 }
 
-TEST_F(LeverMoves, UnlockAboutTheSecondAxisAndLockAboutTheFirstWhateverTheLever) {
+TEST_F(LeverMoves, UnlockAboutTheSecondAxisAndLockAboutTheFirst) {
     for (const double rotation : {0.0, 30.0}) {
         LoadWorkedHead(rotation);
         const Triple first = Lever(&RoundThePole::LeverAxisOfRotation, 0);
@@ -178,7 +178,7 @@ TEST_F(LeverMoves, GoRoundAVerticalAxisThroughThePole) {
     }
 }
 
-TEST_F(LeverMoves, GoRoundByTheNegatedCounterClockwiseAngleFromTheStartToTheLever) {
+TEST_F(LeverMoves, GoRoundByTheNegatedAngleFromTheStartToTheLever) {
     // Lever 0's unlocked approach stands at (30.3, 24.3) from the pole.
     struct Case {
         double x;

@@ -241,7 +241,7 @@ TEST_F(Registration, LeavesTheNamesToTheOtherArchitecture) {
     EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
 }
 
-TEST_F(Registration, TakesTheModuleFromAPathWithBlanksApostropheAndForeignLetters) {
+TEST_F(Registration, AcceptsAPathWithBlanksApostropheAndForeignLetters) {
     const TemporaryFolder folder;
     const auto place = folder.Path() / L"M\u00FCller's  probe head \u03A9 'A'";
     ASSERT_TRUE(std::filesystem::create_directory(place));

@@ -6,7 +6,7 @@ using namespace qmv40;
 
 namespace {
 
-// Constant-initialised: modules announce their classes from constructors that may run before any of this file's would.
+// Constant-initialised: modules announce their classes in static constructors, which may run before those of this file.
 constinit std::atomic<ClassAnnouncement*> firstAnnouncement{nullptr};
 
 template <typename Matches> const ClassAnnouncement* FindClass(Matches matches) noexcept {

@@ -37,7 +37,7 @@ public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
         if (object == nullptr) return E_POINTER;
         *object = nullptr;
-        // One and the same face for IUnknown, whichever way it is asked for: that is the record's identity.
+        // COM identity: IUnknown is always the same pointer.
         if (iid == IID_IUnknown || iid == IID_ICreateErrorInfo) *object = static_cast<ICreateErrorInfo*>(this);
         if (iid == IID_IErrorInfo) *object = static_cast<IErrorInfo*>(this);
         if (*object == nullptr) return E_NOINTERFACE;
@@ -90,7 +90,7 @@ private:
     DWORD helpContext = 0;
 };
 
-/// The record that one thread holds; given up when the thread ends.
+/// The record of one thread, released when the thread ends.
 class HeldRecord {
 public:
     HeldRecord() = default;
@@ -100,7 +100,7 @@ public:
 
     void Hold(IErrorInfo* next) {
         if (next != nullptr) next->AddRef();
-        // Out of reach before it is released: its last release may come back here.
+        // The previous record is removed first: its last release may call this function again.
         if (IErrorInfo* const previous = std::exchange(record, next)) previous->Release();
     }
 

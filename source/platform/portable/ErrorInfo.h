@@ -3,7 +3,7 @@
 #include "platform/portable/Text.h"
 #include "platform/portable/Unknown.h"
 
-/// Each thread holds one error record: what the last failing call had to say about its failure.
+/// Each thread has one error record: it describes the last failure.
 
 /// Reads an error record. Every text is a new BSTR that the caller frees.
 struct IErrorInfo : IUnknown {

@@ -10,7 +10,7 @@ namespace qmv40 {
 FileDescriptor::~FileDescriptor() { Close(); }
 
 bool FileDescriptor::Close() noexcept {
-    // A close that a signal interrupts has closed all the same.
+    // After EINTR the descriptor is closed too.
     return !IsOpen() || ::close(std::exchange(number, -1)) == 0 || errno == EINTR;
 }
 
@@ -26,7 +26,7 @@ FileDescriptor OpenFileIn(const FileDescriptor& folder, const std::string& name,
 
 namespace {
 
-/// The bytes of a file of the size that `before` tells, if it is still the same when they have been read.
+/// The bytes of a file whose status before the reading was `before`. Nothing if size or time have changed meanwhile.
 std::optional<std::string> ReadSettled(const FileDescriptor& file, const struct stat& before) {
     std::string content(static_cast<std::size_t>(before.st_size) + 1, '\0'); // one more, to see the end of the file
     std::size_t length = 0;

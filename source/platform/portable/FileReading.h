@@ -6,7 +6,7 @@
 
 namespace qmv40 {
 
-/// Files larger than this are none of ours, and are neither read nor changed.
+/// Larger files are neither read nor changed: no profile or settings file is so large.
 inline constexpr std::size_t largestFile = 16U << 20;
 
 /// An open file, closed at the end of its scope.
@@ -19,14 +19,14 @@ public:
 
     bool IsOpen() const noexcept { return number >= 0; }
     int Number() const noexcept { return number; }
-    /// False when the file system reports only now that something written was lost.
+    /// False if the file system reports now that written data were lost.
     bool Close() noexcept;
 
 private:
     int number;
 };
 
-/// The result of a system call that is made again for as long as a signal interrupts it.
+/// Repeats a system call until no signal interrupts it, and returns its result.
 template <typename Call> int Uninterrupted(Call call) noexcept {
     int result = -1;
     do {
@@ -41,7 +41,7 @@ FileDescriptor OpenFile(const std::string& name, int flags) noexcept;
 FileDescriptor OpenFileIn(const FileDescriptor& folder, const std::string& name, int flags, unsigned mode = 0) noexcept;
 
 /// All bytes of an ordinary file; nothing when it is of another kind, too large, or cannot be read to its end. A file
-/// that is being written in place is read again, and given up when it does not settle.
+/// that changes during the reading is read again, at most ten times.
 std::optional<std::string> ReadWhole(const FileDescriptor& file);
 
 } // namespace qmv40

@@ -60,7 +60,7 @@ std::optional<std::string> AttributeValue(const FileDescriptor& file, const char
     return value;
 }
 
-/// Sets only what differs: a security label that both have is often not ours to set.
+/// Sets an attribute only if it differs: setting an equal security label often fails for lack of rights.
 bool CopyAttribute(const FileDescriptor& from, const FileDescriptor& to, const char* name) {
     const std::optional<std::string> value = AttributeValue(from, name);
     return value &&
@@ -85,7 +85,7 @@ bool CopyAttributes(const FileDescriptor& from, const FileDescriptor& to) {
 /// then: a process that is ended meanwhile leaves nothing behind.
 class Copy {
 public:
-    /// A copy is nobody else's to read until it has the permissions of the original.
+    /// Nobody else may read a copy before it has the permissions of the original.
     Copy(const FileDescriptor& theFolder, bool isOfNewFile)
         : folder(theFolder), file(Create(isOfNewFile ? 0666 : 0600)) {}
     Copy(const Copy&) = delete;
@@ -107,7 +107,7 @@ public:
 
     /// In one step. Fails for a file that is mounted.
     bool TakePlaceOf(const std::string& target) {
-        // Some file systems say only at the end that something written was lost; those know no files without a name.
+        // A file system without nameless files may report lost data only at the close.
         const bool isReady = hasName ? file.Close() : GiveName();
         hasName =
             hasName && !(isReady && ::renameat(folder.Number(), name.c_str(), folder.Number(), target.c_str()) == 0);
@@ -153,7 +153,7 @@ private:
     FileDescriptor file;
 };
 
-/// A folder that can be written but not listed can be worked in, though not flushed.
+/// O_PATH opens a folder that may be written but not listed. Such a folder cannot be flushed.
 FileDescriptor OpenFolder(const path& file) {
     const path folder = file.has_parent_path() ? file.parent_path() : path(".");
     const int opened = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);

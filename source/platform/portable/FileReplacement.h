@@ -9,9 +9,9 @@ namespace qmv40 {
 /// Changes the content of a file (empty for one that does not exist).
 using FileEdit = std::function<void(std::string& content)>;
 
-/// Makes the edits in a file. All of them reach it in one step: at every moment, whatever fails, the name stands for
-/// the old content or the new. To that end they are made in a copy beside the file, which takes its place and has its
-/// permissions, access control list, extended attributes and owner.
+/// Makes the edits in a file. All of them reach it in one step: at every moment the name leads to the old content or
+/// to the new one. They are made in a copy beside the file. The copy has the permissions, access control list, extended
+/// attributes and owner of the file, and replaces it.
 /// Where that cannot be done (an unwritable folder, a full disk, a link, a mounted file, an owner that is somebody
 /// else), the edits are made in the file itself, one after the other. The first one that cannot be written ends that:
 /// it is taken back, and those before it stay. A file that the edits leave as it was is not touched. False when an edit

@@ -133,7 +133,7 @@ HRESULT SafeArrayGetLBound(SAFEARRAY* array, UINT dimension, LONG* bound) noexce
 HRESULT SafeArrayGetUBound(SAFEARRAY* array, UINT dimension, LONG* bound) noexcept {
     SAFEARRAYBOUND found{};
     const HRESULT result = FindBound(array, dimension, bound, found);
-    // Unsigned, so that bounds no array can have wrap instead of overflowing; no element gives lower bound - 1.
+    // Unsigned arithmetic: impossible bounds wrap instead of overflowing. An empty array gives lower bound - 1.
     if (SUCCEEDED(result)) *bound = static_cast<LONG>(static_cast<ULONG>(found.lLbound) + found.cElements - 1U);
     return result;
 }

@@ -24,7 +24,7 @@ struct SettingsKey::State {
 };
 
 SettingsKey::SettingsKey(const char* path) {
-    // An empty file holds no key. Nobody waits for its content: a program that replaces the file replaces it whole.
+    // An empty file holds no key. It is not read again later: programs replace the file in one step.
     std::optional<std::string> content = ReadWhole(OpenFile(StoreFile(), O_RDONLY));
     if (!content) return;
     RegistryKeyText key(std::move(*content), path);

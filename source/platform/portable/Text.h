@@ -2,7 +2,7 @@
 
 #include "platform/portable/Types.h"
 
-/// Length-prefixed wide text. A null BSTR is the empty text. Whoever receives one frees it.
+/// Length-prefixed wide text. A null BSTR is the empty text. The receiver frees it.
 using BSTR = OLECHAR*;
 
 extern "C" {

@@ -57,7 +57,7 @@ const CatchableType catchableLong{simpleType, PlaceOf(&typeLong), {0, -1, 0}, si
 const CatchableTypes catchableTypes{1, PlaceOf(&catchableLong)};
 const ThrowDescription throwLong{0, 0, 0, PlaceOf(&catchableTypes)};
 
-/// The optional header is where both sizes of an image have the linker's version at the same place.
+/// 32-bit and 64-bit images have the linker's version at the same place.
 bool IsLinkedByGnuLd(HMODULE module) {
     constexpr BYTE versionOfGnuLd = 2; // the platform's linkers, and lld, write 6 to 14
     const auto* const image = reinterpret_cast<const BYTE*>(module);
@@ -66,7 +66,7 @@ bool IsLinkedByGnuLd(HMODULE module) {
     return headers.OptionalHeader.MajorLinkerVersion == versionOfGnuLd;
 }
 
-/// Code in no image was made while the program runs, by .NET for one, and catches the platform's kind.
+/// Code that is in no image was generated at run time (by .NET, for example). It catches the platform's kind.
 bool CatchesPlatformsKind(const void* code) {
     constexpr DWORD byAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
     HMODULE module = nullptr;

@@ -8,7 +8,7 @@
 
 namespace qmv40 {
 
-/// An open file, or none. Names are wide: a host can tell the narrow file functions to take another code page.
+/// An open file, or none. Names are wide, because a host can change the code page of the narrow file functions.
 class FileHandle {
 public:
     FileHandle() = default;

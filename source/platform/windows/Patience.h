@@ -6,7 +6,7 @@
 
 namespace qmv40 {
 
-/// What tells the time and lets it pass, in milliseconds. A test puts its own in its place.
+/// The functions that read the time and wait, in milliseconds. A test replaces them.
 struct WaitingClock {
     decltype(&GetTickCount64) now = GetTickCount64;
     decltype(&Sleep) sleep = Sleep;
@@ -18,7 +18,7 @@ class Patience {
 public:
     explicit Patience(WaitingClock theClock = {}) : clock(theClock) {}
 
-    /// Waits a little; false, at once, when the time is used up.
+    /// Waits about 1 ms. Returns false at once if the time is used up.
     bool Wait() {
         if (spent + step > limit - latestTick) return false;
         const ULONGLONG begin = clock.now();

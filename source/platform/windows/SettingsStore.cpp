@@ -8,7 +8,7 @@ struct SettingsKey::State {
 
 namespace {
 
-/// The settings are one for the machine: a 32-bit process would else be shown a copy of the key that nobody sets.
+/// A machine has one set of settings. Without this flag Windows would show a 32-bit process another copy of the key.
 constexpr REGSAM access = sizeof(void*) == 8 ? KEY_READ : KEY_READ | KEY_WOW64_64KEY;
 
 } // namespace
@@ -27,8 +27,8 @@ LSTATUS SettingsKey::Query(const char* name, std::span<char> buffer, DWORD& type
     type = REG_NONE;
     length = 0;
     if (!state) return ERROR_FILE_NOT_FOUND;
-    // Without an address the call would tell the length and succeed; with one it refuses an empty buffer like any
-    // other.
+    // With a null address the call would return the length and succeed. With an address it refuses an empty buffer, as
+    // it refuses any buffer that is too small.
     char nowhere = '\0';
     char* const destination = buffer.empty() ? &nowhere : buffer.data();
     auto bytes = static_cast<DWORD>(buffer.size());

@@ -1,4 +1,4 @@
-// Makes the module's class creatable as soon as the library is loaded: there is no registry that would say so.
+// Makes the module's class creatable when the library is loaded. There is no registry of classes on this system.
 
 #include "interface/Identifiers.h"
 #include "server/EntryPoints.h"

@@ -32,7 +32,7 @@ HRESULT CQMVCalculatorApp::LoadTypeLibrary(ITypeLib** library) const noexcept {
 
 } // namespace qmv40
 
-// The C++ runtime's own: gives back what it keeps for throwing when memory has run out.
+// A function of the C++ runtime: frees the memory that it reserves for throwing exceptions when memory has run out.
 namespace __gnu_cxx {
 void __freeres(); // NOLINT(bugprone-reserved-identifier): reserved for it, indeed
 }
@@ -43,8 +43,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnd
         qmv40::CQMVCalculatorApp::Instance().InitInstance(module);
         DisableThreadLibraryCalls(module);
     }
-    // A module from which no class was asked for is unloaded. Its C++ runtime goes with it, and the reserve of memory
-    // that the runtime took at the load has to be given back.
+    // A module of which no class was created can be unloaded, and its C++ runtime with it. The runtime does not free
+    // its reserve of memory by itself.
     if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) __gnu_cxx::__freeres();
     return TRUE;
 }

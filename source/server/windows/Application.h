@@ -6,8 +6,7 @@
 
 namespace qmv40 {
 
-/// The module's application object: made when the module is loaded, told its instance handle, and asked for nothing
-/// else until a client calls.
+/// The module's application object. It is created when the module is loaded and keeps the module's instance handle.
 class CQMVCalculatorApp {
 public:
     static CQMVCalculatorApp& Instance() noexcept;

@@ -6,10 +6,10 @@
 
 namespace qmv40 {
 
-/// The class's own keys under HKEY_CLASSES_ROOT, written without the platform's registrar: some system images lack it.
-/// They are those of the registration script; a test compares what both write.
+/// The class's own keys under HKEY_CLASSES_ROOT, written without the platform's registrar, because some system images
+/// do not have it. They are the same keys as in the registration script; a test compares both.
 
-/// S_OK when every key that a registration begins with can be written; else the system's code. Leaves nothing behind.
+/// S_OK if the keys that a registration writes first can be written, else the system's code. Changes nothing.
 HRESULT ProbeClassKeys();
 HRESULT WriteClassKeys(const std::wstring& modulePath);
 /// Whether the component of the other architecture is registered too. It uses the same program names.

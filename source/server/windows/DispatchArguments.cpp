@@ -51,7 +51,7 @@ bool HoldsNumber(VARTYPE type) noexcept {
     return SizeOfNumber(type) != 0 || type == VT_DECIMAL || type == VT_BSTR || type == VT_VARIANT;
 }
 
-/// What scripts call an object's default property.
+/// The value of an object's default property.
 HRESULT DefaultProperty(IDispatch* object, VARIANT& value) noexcept {
     if (object == nullptr) return DISP_E_TYPEMISMATCH;
     DISPPARAMS none{};
@@ -72,7 +72,7 @@ HRESULT DispatchArguments::Require(UINT count) const noexcept {
 }
 
 VARIANT* DispatchArguments::At(UINT place) const noexcept {
-    // Named arguments come first, then the positional ones, last to first.
+    // The array holds the named arguments first, then the positional ones in reverse order.
     for (UINT named = 0; named < arguments.cNamedArgs; ++named) {
         if (arguments.rgdispidNamedArgs[named] == static_cast<DISPID>(place)) return &arguments.rgvarg[named];
     }
@@ -174,7 +174,7 @@ void DispatchArguments::Store(UINT place, VARIANT& converted) const noexcept {
         SysFreeString(std::exchange(*V_BSTRREF(target), std::exchange(V_BSTR(&converted), nullptr)));
     } else if (type == VT_DECIMAL) {
         *V_DECIMALREF(target) = V_DECIMAL(&converted);
-        V_DECIMALREF(target)->wReserved = 0; // where the variant keeps its type
+        V_DECIMALREF(target)->wReserved = 0; // these bytes hold the type of the variant
     } else {
         std::memcpy(V_BYREF(target), &V_UI1(&converted), SizeOfNumber(type));
     }

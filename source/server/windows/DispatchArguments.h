@@ -16,9 +16,9 @@ public:
     /// A number, converted as the platform converts it. A text must be wholly a decimal number with a point, in any
     /// locale: the platform would read "7,5" as 75, and the head would be turned to another angle.
     HRESULT Read(UINT place, double& number) const noexcept;
-    /// A text that the caller of this frees.
+    /// A text, which the caller frees.
     HRESULT Read(UINT place, BSTR& text) const noexcept;
-    /// An array of records, which stays the caller's.
+    /// An array of records. It is not copied: its owner is the program that made the call.
     HRESULT Read(UINT place, SAFEARRAY**& records) const noexcept;
     /// S_OK when Write can put a number there.
     HRESULT RequireRoomForNumber(UINT place) const noexcept;
@@ -28,7 +28,7 @@ public:
 
 private:
     VARIANT* At(UINT place) const noexcept;
-    /// The same with a script's variable looked through.
+    /// The argument; if it is a reference to a script's variable, that variable.
     VARIANT* Plain(UINT place) const noexcept;
     /// Where a result goes: the argument, or the reference inside a script's variable. A variable that holds a value
     /// takes any number and is a target itself.
@@ -39,7 +39,7 @@ private:
     HRESULT Converted(UINT place, double number, VARIANT& converted) const noexcept;
     /// Puts what Converted made where the argument refers to.
     void Store(UINT place, VARIANT& converted) const noexcept;
-    /// Gives `code`, and says that this argument is to blame for it.
+    /// Returns `code` and reports the argument as its cause.
     HRESULT Blame(UINT place, HRESULT code) const noexcept;
 
     DISPPARAMS& arguments;

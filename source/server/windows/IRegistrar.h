@@ -5,7 +5,7 @@
 namespace qmv40 {
 
 /// The platform's registrar, which applies registration scripts. No header of the cross compiler
-/// declares it. (Not in an unnamed namespace: the compiler would take it that nothing implements it.)
+/// declares it. (In an unnamed namespace the compiler would assume that no class implements it.)
 struct IRegistrar : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE AddReplacement(LPCOLESTR key, LPCOLESTR item) = 0;
     virtual HRESULT STDMETHODCALLTYPE ClearReplacements() = 0;

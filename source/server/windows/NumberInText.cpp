@@ -28,13 +28,13 @@ bool IsOfANumber(wchar_t character) noexcept {
 
 HRESULT NumberInText(const OLECHAR* text, UINT length, double& number) noexcept {
     std::wstring_view written = WithoutBlanks({text == nullptr ? L"" : text, length});
-    // from_chars takes no plus sign.
+    // from_chars accepts no plus sign.
     if (written.size() > 1 && written[0] == L'+' && written[1] != L'-') written.remove_prefix(1);
     std::array<char, longestNumber> characters{};
     if (written.size() > characters.size()) return DISP_E_TYPEMISMATCH;
     std::size_t count = 0;
     for (const wchar_t character : written) {
-        // The words for infinity and not-a-number, which from_chars knows, end here.
+        // This refuses "inf" and "nan", which from_chars would accept.
         if (!IsOfANumber(character)) return DISP_E_TYPEMISMATCH;
         characters[count++] = static_cast<char>(character);
     }

@@ -20,7 +20,7 @@ constexpr LCID locale = 1033;
 /// The type library has an entry for each architecture; both show the same types.
 constexpr SYSKIND platform = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
 
-/// The caller's apartment, or one of our own for the length of the call: the registrar is an automation object.
+/// The registrar needs an apartment: the caller's, or one for the duration of the call.
 class Apartment {
 public:
     Apartment() noexcept : entered(CoInitialize(nullptr)) {}
@@ -34,7 +34,7 @@ private:
     HRESULT entered;
 };
 
-/// A path as the script's quoted text holds it.
+/// A path for a quoted text of the script: each apostrophe is doubled.
 std::wstring Quoted(const std::wstring& path) {
     std::wstring quoted;
     for (const wchar_t character : path) {
@@ -71,7 +71,7 @@ HRESULT RegisterNeutralLocale(const std::wstring& modulePath) {
 
 void UnregisterNeutralLocale() {
     RegDeleteKeyW(HKEY_CLASSES_ROOT, neutralPlatformKey);
-    // Goes only when nothing else is registered under it.
+    // This key is deleted only if it has no other subkeys.
     RegDeleteKeyW(HKEY_CLASSES_ROOT, neutralLocaleKey);
 }
 
@@ -92,7 +92,7 @@ bool IsTypeLibraryRegistered() {
 }
 
 HRESULT UnregisterTypeLibrary() {
-    // Unregistering twice is no failure.
+    // A second unregistration succeeds.
     if (!IsTypeLibraryRegistered()) return S_OK;
     UnregisterNeutralLocale();
     return UnRegisterTypeLib(LIBID_CoQMV40CalculatorLib, majorVersion, minorVersion, locale, platform);
@@ -110,7 +110,8 @@ HRESULT UnregisterClass(const std::wstring& modulePath) {
     return scripted == REGDB_E_CLASSNOTREG ? RemoveClassKeys() : scripted;
 }
 
-/// The registrar keeps what it wrote before it failed. Half a registration would answer with failures of its own.
+/// The registrar does not remove what it wrote before a failure. This removes it: an incomplete registration would make
+/// clients fail with misleading codes.
 HRESULT RemoveAllUnless(HRESULT registered) {
     if (FAILED(registered)) {
         RemoveClassKeys();

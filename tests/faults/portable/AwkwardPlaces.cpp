@@ -102,7 +102,7 @@ TEST_F(AwkwardPlaces, WriteTheFileThatALinkLeadsTo) {
     EXPECT_EQ(FilesIn(folder.Path("elsewhere")), 1);
 }
 
-TEST_F(AwkwardPlaces, MakeTheFileThatADanglingLinkLeadsToAndRefuseOneThatLeadsNowhere) {
+TEST_F(AwkwardPlaces, MakeTheFileOfADanglingLinkUnlessItsFolderIsMissing) {
     fs::create_symlink(folder.Path("real.ini"), path);
     EXPECT_EQ(second->LoadHeadGeometryFromFile(Bstr(path).Address()), QMV_E_READ_FROM_FILE);
     EXPECT_EQ(Save(), S_OK);

@@ -97,7 +97,7 @@ TEST_F(ReplacedSettings, GiveTheOldValuesOrTheNewOnesWhenTheFileIsRenamedOver) {
 
 // Nothing tells a file that is being written from one that says no more: the defaults count while it does not name the
 // key. But values of two writes never come together.
-TEST_F(ReplacedSettings, GiveTheOldValuesOrTheNewOnesOrTheDefaultsWhenTheFileIsRewrittenInPlace) {
+TEST_F(ReplacedSettings, GiveOldNewOrDefaultValuesWhileTheFileIsRewritten) {
     PutInPlace(SettingsText("1.5", false));
     const Reads reads = ReadWhile(2000, [&](const char* value) { PutInPlace(SettingsText(value, false)); });
     std::cout << reads.first << " reads gave the one, " << reads.second << " the other, " << reads.defaults
