@@ -109,9 +109,10 @@ public:
     bool TakePlaceOf(const std::string& target) {
         // A file system without nameless files may report lost data only at the close.
         const bool isReady = hasName ? file.Close() : GiveName();
-        hasName =
-            hasName && !(isReady && ::renameat(folder.Number(), name.c_str(), folder.Number(), target.c_str()) == 0);
-        return isReady && !hasName;
+        const bool isMoved =
+            isReady && ::renameat(folder.Number(), name.c_str(), folder.Number(), target.c_str()) == 0;
+        if (isMoved) hasName = false;
+        return isMoved;
     }
 
 private:
