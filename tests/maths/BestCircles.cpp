@@ -90,7 +90,7 @@ double LeastSumNear(Candidate best, const std::vector<Coordinates>& points) {
 double LeastSumKnown(const std::vector<Coordinates>& points, std::mt19937_64& random) {
     double least = std::numeric_limits<double>::infinity();
     for (int start = 0; start < 12; ++start) {
-        const auto any = [&] { return points[random() % points.size()]; };
+        const auto any = [&] { return points.data()[random() % points.size()]; };
         CMaCircle circle(1.0);
         try {
             circle.Fit(ArrayOf({any(), any(), any()}), 100);
