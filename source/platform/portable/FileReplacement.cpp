@@ -109,8 +109,7 @@ public:
     bool TakePlaceOf(const std::string& target) {
         // A file system without nameless files may report lost data only at the close.
         const bool isReady = hasName ? file.Close() : GiveName();
-        const bool isMoved =
-            isReady && ::renameat(folder.Number(), name.c_str(), folder.Number(), target.c_str()) == 0;
+        const bool isMoved = isReady && ::renameat(folder.Number(), name.c_str(), folder.Number(), target.c_str()) == 0;
         if (isMoved) hasName = false;
         return isMoved;
     }
