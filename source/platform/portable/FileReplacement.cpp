@@ -160,9 +160,10 @@ FileDescriptor OpenFolder(const path& file) {
     return FileDescriptor(opened >= 0 ? opened : ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
-bool HasOneName(const FileDescriptor& file) noexcept {
+/// A file that another save has replaced since it was opened has no name any more. It can be replaced like any other.
+bool HasOtherNames(const FileDescriptor& file) noexcept {
     struct stat status {};
-    return ::fstat(file.Number(), &status) == 0 && status.st_nlink == 1;
+    return ::fstat(file.Number(), &status) != 0 || status.st_nlink > 1;
 }
 
 bool EditByCopy(const path& name, const std::vector<FileEdit>& edits) {
@@ -174,7 +175,7 @@ bool EditByCopy(const path& name, const std::vector<FileEdit>& edits) {
     const FileDescriptor file = OpenFileIn(folder, fileName, O_RDWR | O_NOFOLLOW);
     const bool isNew = !file.IsOpen() && errno == ENOENT;
     const std::optional<std::string> content = isNew ? std::string() : ReadWhole(file);
-    if (!content || (!isNew && !HasOneName(file))) return false;
+    if (!content || (!isNew && HasOtherNames(file))) return false;
 
     std::string edited = *content;
     for (const FileEdit& edit : edits) edit(edited);

@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 #include <sys/syscall.h>
 
 using namespace qmv40;
@@ -123,6 +125,36 @@ TEST_F(EverySystemCall, OfASaveMayBeTheProcesssLast) {
     EXPECT_GT(found[1], 10) << "there are so many calls before the file is replaced";
     EXPECT_GT(found[2], 2) << "and some behind that";
     EXPECT_LE(left, MostCopiesLeft()) << "only between naming the copy and renaming it";
+}
+
+// A save that finds its file replaced meanwhile must not write entries into the new one: a load would find a mixture.
+TEST_F(EverySystemCall, OfASaveMayMeetSavesOfAnother) {
+    const auto first = TwoGeometries::Calculator(folder.Path(), 1);
+    int found[] = {0, 0, 0};
+    bool wasReached = true;
+    for (long call = 0; wasReached && call < mostCalls; ++call) {
+        SCOPED_TRACE(call);
+        TwoGeometries::Put(path, 1);
+        std::ifstream replaced;
+        const auto saveTwice = [&] {
+            EXPECT_EQ(second->SaveHeadGeometryToFile(name.Address()), S_OK);
+            EXPECT_EQ(first->SaveHeadGeometryToFile(name.Address()), S_OK);
+            replaced.open(path);
+        };
+        wasReached = RunTraced(
+                         {.kind = Interruption::Kind::Meanwhile, .call = call, .meanwhile = saveTwice}, [&] { Save(); },
+                         [] { return 0; })
+                         .wasReached;
+        const int held = TwoGeometries::HeldByFile(path);
+        ASSERT_NE(held, 0) << TwoGeometries::ContentOf(path);
+        ++found[held];
+        if (!wasReached) break;
+        const std::string left{std::istreambuf_iterator<char>(replaced), {}};
+        EXPECT_EQ(left, TwoGeometries::FileText(1)) << "written into the file that another save had just made";
+    }
+    ASSERT_FALSE(wasReached) << "no end of system calls";
+    EXPECT_GT(found[1], 0) << "the other saves came last";
+    EXPECT_GT(found[2], 10) << "this save came last";
 }
 
 #ifdef __x86_64__

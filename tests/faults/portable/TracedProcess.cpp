@@ -100,6 +100,7 @@ private:
 void Interrupt(Tracee& tracee, const Interruption& interruption) {
     if (interruption.kind == Interruption::Kind::Fail) tracee.SkipCall();
     if (interruption.kind == Interruption::Kind::KillBefore) return tracee.Kill();
+    if (interruption.kind == Interruption::Kind::Meanwhile) interruption.meanwhile();
     const bool lives = tracee.GoOn();
     if (lives && interruption.kind == Interruption::Kind::Fail) tracee.SetResult(-interruption.error);
     if (lives && interruption.kind == Interruption::Kind::KillAfter) tracee.Kill();

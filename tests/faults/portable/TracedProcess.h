@@ -13,12 +13,14 @@ struct Interruption {
     enum class Kind {
         KillBefore, ///< ended when the call is about to be made
         KillAfter,  ///< ended when the call has been made
-        Fail        ///< the call is not made and fails with `error`
+        Fail,       ///< the call is not made and fails with `error`
+        Meanwhile   ///< waits before the call until `meanwhile` has run in the watching process
     };
     Kind kind;
     long call; ///< which one, counted from 0
     int error = 0;
     bool (*applies)(const SystemCall&) = nullptr; ///< for which calls alone; for all when null
+    std::function<void()> meanwhile = nullptr;
 };
 
 /// How a traced process got on.
