@@ -1,9 +1,7 @@
 #pragma once
 
-namespace qmv40::diagnosis {
-
-/// What counts as too much. Lengths in the unit of the points (millimetres are meant), angles in degrees.
-namespace thresholds {
+/// What counts as too much. Lengths in millimetres, angles in degrees.
+namespace qmv40::diagnosis::thresholds {
 
 /// How often chance alone may set off one kind of finding on a faultless capture; a test that looks at many points or
 /// many explanations shares this among them. With some eight kinds of findings fewer than one faultless capture in a
@@ -53,6 +51,4 @@ inline constexpr double leastWrongRotation = 0.01;
 /// Twice the standard deviation of the head centre, when the user asks for nothing else.
 inline constexpr double centreWithin = 0.05;
 
-} // namespace thresholds
-
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::thresholds
