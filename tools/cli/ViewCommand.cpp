@@ -47,6 +47,7 @@ std::string TemplateFile(const ViewOptions& options) {
 std::vector<std::string> Drawings(const view::ViewedTour& view) {
     const std::vector<check::CheckedPlan>& plans = view.tour.plans;
     std::vector<std::string> drawings;
+    drawings.reserve(plans.size());
     for (std::size_t i = 0; i < plans.size(); ++i) {
         drawings.push_back(
             view::ThreeViews({view.name, view.title, plans[i], view.head, view.options.sizes, i + 1, plans.size()}));
@@ -78,6 +79,7 @@ std::string DrawingFile(const std::string& fileName, std::size_t index, std::siz
 std::vector<Outcome> DrawingFiles(const ViewOptions& options, const std::vector<std::string>& drawings) {
     if (options.drawing.empty()) return {};
     std::vector<Outcome> files;
+    files.reserve(drawings.size());
     for (std::size_t i = 0; i < drawings.size(); ++i) {
         files.push_back({DrawingFile(options.drawing, i, drawings.size()), view::DrawingFileText(drawings[i]),
                          "print it on A4 at its own size (100 %), and its scale holds"});
