@@ -58,9 +58,9 @@ std::optional<NamedKey> NamedKeyIn(std::string_view line) {
 /// What a heading line does to the key that is looked for.
 enum class Heading { None, OtherKey, KeyBelow, Key, Removal };
 
-/// Whether `key` is a subkey of `ancestor`, at any depth.
-bool IsBelow(std::string_view ancestor, std::string_view key) {
-    return key.size() > ancestor.size() && key[ancestor.size()] == '\\' && StartsWithIgnoringCase(key, ancestor);
+/// Whether `inner` is a subkey of `outer`, at any depth.
+bool IsBelow(std::string_view outer, std::string_view inner) {
+    return inner.size() > outer.size() && inner[outer.size()] == '\\' && StartsWithIgnoringCase(inner, outer);
 }
 
 Heading HeadingOf(std::string_view line, std::string_view path) {

@@ -59,6 +59,14 @@ bool PrintsJson(const CLI::App& tool) {
     });
 }
 
+/// The parser takes whatever follows an option for its value: `--output --json` would write a file named --json.
+CLI::Option& RefusingOptions(CLI::Option& option) {
+    option.check([](const std::string& value) {
+        return value.starts_with("--") ? "a value is missing before " + value : std::string();
+    });
+    return option;
+}
+
 void ReadOrRefuse(const char* name, const Command::Reader& read, const std::string& value) {
     const std::string problem = read(value);
     if (!problem.empty()) throw CLI::ValidationError(name, problem);
@@ -97,12 +105,13 @@ Option Command::AddFlag(const char* name, bool& flag, const char* description) {
 }
 
 Option Command::AddText(const char* name, std::string& text, const char* valueName, const char* description) {
-    return Option(*app->add_option(name, text, description)->type_name(valueName));
+    return Option(RefusingOptions(*app->add_option(name, text, description)->type_name(valueName)));
 }
 
 Option Command::AddTexts(const char* name, std::vector<std::string>& texts, const char* valueName,
                          const char* description) {
-    return Option(*app->add_option(name, texts, description)->type_name(valueName)->allow_extra_args(false));
+    return Option(
+        RefusingOptions(*app->add_option(name, texts, description)->type_name(valueName)->allow_extra_args(false)));
 }
 
 Option Command::AddValue(const char* name, const char* valueName, const char* description, Reader read) {

@@ -20,6 +20,7 @@ void Table::Print(const Console& console) const {
 
 std::vector<std::size_t> Table::Widths() const {
     std::vector<std::size_t> widths;
+    widths.reserve(columns.size());
     for (const Column& column : columns) widths.push_back(column.head.size());
     for (const Row& row : rows) {
         for (std::size_t i = 0; i < row.cells.size(); ++i) widths[i] = std::max(widths[i], row.cells[i].size());

@@ -10,8 +10,8 @@ namespace {
 char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 std::uint32_t UnitAt(std::string_view bytes, std::size_t at, ByteOrder order) {
-    const auto first = static_cast<unsigned char>(bytes[at]);
-    const auto second = static_cast<unsigned char>(at + 1 < bytes.size() ? bytes[at + 1] : '\0');
+    const std::uint32_t first = static_cast<unsigned char>(bytes[at]);
+    const std::uint32_t second = static_cast<unsigned char>(at + 1 < bytes.size() ? bytes[at + 1] : '\0');
     return order == ByteOrder::LittleEndian ? first | second << 8U : second | first << 8U;
 }
 

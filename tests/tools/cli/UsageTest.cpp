@@ -50,6 +50,7 @@ TEST(Usage, WhatMakesNoSenseIsRefusedOnStandardErrorAlone) {
         {{"pole", "--geometry", "x.ini", "extra"}, "an argument too many"},
         {{"pole", "--geometry"}, "an option without its value"},
         {{"pole", "--geometry=", "--json"}, "an empty value, which must not swallow what follows it"},
+        {{"pole", "--geometry", "--json"}, "an option where a value belongs"},
         {{"start", "--geometry", "x.ini", "--from", "45"}, "one angle"},
         {{"start", "--geometry", "x.ini", "--from", "45;90"}, "the wrong separator"},
         {{"start", "--geometry", "x.ini", "--from", "nan,0"}, "not a finite number"},
