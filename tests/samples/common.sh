@@ -1,10 +1,14 @@
 # Sourced by the checks: a folder to work in, Windows' own commands, and what the samples must print.
+# No check ends in silence: a command that fails where none may is named.
+set -E
+trap 'echo "line $LINENO of ${BASH_SOURCE[0]##*/} failed: $BASH_COMMAND" >&2' ERR
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 tree=$1
 runner=$root/cmake/wine-run
 ! grep -q '^CMAKE_TOOLCHAIN_FILE.*i686' "$tree/CMakeCache.txt" || runner=$root/cmake/wine32-run
 work=$(mktemp -d)
-export WINEPREFIX=${WINEPREFIX:-$tree/wine} WINE_TIME_LIMIT=60 LC_ALL=C.UTF-8
+# The time limit ends programs that hang. It is far above what a program takes on a machine with much else to do.
+export WINEPREFIX=${WINEPREFIX:-$tree/wine} WINE_TIME_LIMIT=300 LC_ALL=C.UTF-8
 
 fail() {
     echo "$@" >&2
