@@ -1,6 +1,6 @@
 #include "platform/windows/ProfileCopy.h"
 
-#include "formats/EncodedText.h"
+#include "platform/windows/FileContent.h"
 #include "platform/windows/FileHandle.h"
 #include "platform/windows/NarrowNames.h"
 
@@ -11,48 +11,9 @@ namespace qmv40 {
 
 namespace {
 
-constexpr DWORD largestFile = 16U << 20; // larger files are none of ours
-
-/// Nothing for a file that is not open, cannot be read or is too large.
-std::optional<std::string> ContentOf(const FileHandle& file) {
-    const DWORD size = file.IsOpen() ? GetFileSize(file.Get(), nullptr) : INVALID_FILE_SIZE;
-    if (size > largestFile) return std::nullopt; // INVALID_FILE_SIZE is
-    std::string content(size, '\0');
-    DWORD read = 0;
-    if (ReadFile(file.Get(), content.data(), size, &read, nullptr) == 0 || read != size) return std::nullopt;
-    return content;
-}
-
-std::optional<std::string> ContentOf(const std::wstring& name) {
-    return ContentOf(FileHandle(name, GENERIC_READ, shareAll));
-}
-
-bool Put(const FileHandle& file, const std::string& content) {
-    DWORD written = 0;
-    return SetFilePointer(file.Get(), 0, nullptr, FILE_BEGIN) == 0 &&
-           WriteFile(file.Get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) != 0 &&
-           written == content.size() && SetEndOfFile(file.Get()) != 0;
-}
-
-/// Gives an existing file another content, whole: nobody else can write meanwhile, and a failure takes it back.
-bool Overwrite(const std::wstring& name, const std::string& content) {
-    const FileHandle file(name, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);
-    const std::optional<std::string> before = ContentOf(file);
-    if (!before) return false;
-    if (Put(file, content)) return true;
-    Put(file, *before);
-    return false;
-}
-
 bool Flush(const std::wstring& name) {
     const FileHandle file(name, GENERIC_WRITE, shareAll);
     return file.IsOpen() && FlushFileBuffers(file.Get()) != 0;
-}
-
-bool RemoveMark(const std::wstring& name) {
-    const std::optional<std::string> content = ContentOf(name);
-    const std::string unmarked = content ? EncodedText(*content).Content() : "";
-    return !content || unmarked == *content || Overwrite(name, unmarked);
 }
 
 bool WriteEntry(const ProfileEntry& entry, const std::string& name) {
@@ -78,16 +39,12 @@ bool WriteInPlace(const ProfileEntry& entry, const std::wstring& file, const std
 /// A file beside the one that it is to replace. It is removed unless it did.
 class Copy {
 public:
+    /// A thread saves one file after the other, so that its number and the time name one copy alone.
     Copy(std::wstring file, const std::string& narrowFile, Patience& thePatience)
-        : target(std::move(file)), patience(thePatience) {
-        constexpr int mostAttempts = 100;
-        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-            narrow = narrowFile + ".qmv40-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(attempt);
-            name = SeenName(narrow);
-            exists = name.size() < MAX_PATH && Make();
-            if (exists || GetLastError() != ERROR_FILE_EXISTS) break;
-        }
-    }
+        : target(std::move(file)), patience(thePatience),
+          narrow(narrowFile + ".qmv40-" + std::to_string(GetCurrentThreadId()) + "-" +
+                 std::to_string(GetTickCount64())),
+          name(SeenName(narrow)), exists(name.size() < MAX_PATH && Make()) {}
     Copy(const Copy&) = delete;
     Copy& operator=(const Copy&) = delete;
     ~Copy() {
@@ -136,7 +93,7 @@ private:
     Patience& patience;
     std::string narrow;
     std::wstring name;
-    bool exists = false;
+    bool exists;
 };
 
 /// Whether a copy may take the file's place: it is not there yet, or it may be written and is neither a link nor one of

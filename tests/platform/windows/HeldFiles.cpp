@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <thread>
 
 using namespace qmv40;
 
@@ -138,6 +140,31 @@ TEST_F(HeldFiles, AreWaitedForWhileOneLoadFollowsTheOther) {
     EXPECT_TRUE(WriteEntries(path, entries, patience));
     EXPECT_EQ(testClock.asked, 200U);
     EXPECT_EQ(profile.Content(), after);
+}
+
+std::ptrdiff_t mostFiles = 0;
+void WINAPI WaitAndCountFiles(DWORD milliseconds) {
+    Wait(milliseconds);
+    const std::filesystem::directory_iterator files(std::filesystem::path(heldPath).parent_path());
+    mostFiles = std::max(mostFiles, std::distance(begin(files), end(files)));
+}
+void WINAPI WaitWhileAnotherSaves(DWORD milliseconds) {
+    Wait(milliseconds);
+    if (testClock.asked > 1) return;
+    std::thread([] {
+        Patience patience({Now, WaitAndCountFiles});
+        EXPECT_TRUE(WriteEntries(heldPath, entries, patience));
+    }).join();
+}
+
+TEST_F(HeldFiles, HaveACopyOfItsOwnForEachSaveThatWaits) {
+    heldPath = profile.Path().wstring();
+    const FileHandle held(heldPath, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    Patience patience({Now, WaitWhileAnotherSaves});
+    EXPECT_TRUE(WriteEntries(heldPath, entries, patience));
+    EXPECT_EQ(mostFiles, 3) << "the file and two copies";
+    EXPECT_EQ(profile.Content(), after);
+    EXPECT_EQ(FilesInFolder(), 1);
 }
 
 // Another program that lets others write but not delete: the file keeps its place and gets the copy's content, whole.
