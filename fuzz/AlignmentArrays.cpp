@@ -32,7 +32,8 @@ struct Capture {
 
     static Capture Take(FuzzedDataProvider& input) {
         Capture capture{};
-        for (double& coordinate : capture.head.pole) coordinate = input.ConsumeFloatingPointInRange(-5000.0, 5000.0);
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            capture.head.pole[axis] = input.ConsumeFloatingPointInRange(-5000.0, 5000.0);
         // As the page on conventions asks: mounted less than 40 degrees askew and captured at an odd multiple of 45,
         // the A points stand in the middle of a quadrant.
         capture.head.mountingAngle = input.ConsumeFloatingPointInRange(-35.0, 35.0);
@@ -185,21 +186,21 @@ Raised Plan(IQMVCalculator2& calculator, RequiredMoves& moves) {
 
 /// How far a head is mounted turned, as its plans tell.
 double MountingAngleIn(const RequiredMoves& moves) {
-    const Triple axis = AxisOf(moves.UnLock);
-    return std::atan2(-axis[1], -axis[0]) * (180.0 / std::numbers::pi);
+    const Vector3 axis = AxisOf(moves.UnLock);
+    return qmv40::model::ToDegrees(std::atan2(-axis.y, -axis.x));
 }
 
 void PromiseGeometry(IQMVCalculator2& calculator, double captureB) {
     XYZData pole{};
     Promise(calculator.GetPoleSpherePosition(&pole) == S_OK, "there is always a pole sphere");
-    const Triple centre = PositionIn(pole);
-    Promise(std::isfinite(centre[0]) && std::isfinite(centre[1]) && std::isfinite(centre[2]),
+    const Vector3 centre = PositionIn(pole);
+    Promise(std::isfinite(centre.x) && std::isfinite(centre.y) && std::isfinite(centre.z),
             "a geometry that is accepted has its pole in finite space");
     RequiredMoves moves{};
     Promise(Plan(calculator, moves).code == S_OK, "with a geometry and a position there is a plan");
     // Which way a head faces that was captured at an infinite angle, nothing can tell.
     if (Length(centre) > farthestCentre || !std::isfinite(captureB)) return;
-    PromisePlan(moves, {centre, MountingAngleIn(moves)}, from, to);
+    PromisePlan(moves, IdealHead(MountingAngleIn(moves), centre), from, to);
 }
 
 void PromiseTruth(IQMVCalculator2& calculator, const Capture& capture) {

@@ -19,12 +19,16 @@ using namespace qmv40;
 
 namespace {
 
-constexpr IdealHead heads[] = {{{0.0, 0.0, 0.0}, 0.0},
-                               {{412.5, -178.25, -655.0}, 30.0},
-                               {{-1500.0, 2750.125, -0.5}, -167.25},
-                               {{999000.0, -999000.0, 12345.0}, 719.5}};
+struct Head {
+    Vector3 centre;
+    double mountingAngle;
+};
+constexpr Head heads[] = {{{0.0, 0.0, 0.0}, 0.0},
+                          {{412.5, -178.25, -655.0}, 30.0},
+                          {{-1500.0, 2750.125, -0.5}, -167.25},
+                          {{999000.0, -999000.0, 12345.0}, 719.5}};
 
-ComPointer<IQMVCalculator2> CalculatorOf(const IdealHead& head) {
+ComPointer<IQMVCalculator2> CalculatorOf(const Head& head) {
     const ScratchFolder folder;
     const std::string name = folder.Name("head.ini");
     const auto entry = [](const char* key, double value) {
@@ -42,7 +46,7 @@ ComPointer<IQMVCalculator2> CalculatorOf(const IdealHead& head) {
 }
 
 struct HeadAndCalculators {
-    IdealHead head;
+    Head head;
     ComPointer<IQMVCalculator2> calculator = CalculatorOf(head);
     ComPointer<IQMVCalculator2> another = CalculatorOf(head);
 };
@@ -106,7 +110,7 @@ HeadAngles Go(const HeadAndCalculators& planner, const HeadAngles& from, const H
     }
     Promise(planned.code == S_OK && !planned.record, "a target that can be reached is planned for");
     Promise(StandsAt(calculator, to), "the target becomes the position");
-    PromisePlan(moves, planner.head, from, to);
+    PromisePlan(moves, IdealHead(planner.head.mountingAngle, planner.head.centre), from, to);
 
     IQMVCalculator2& other = *planner.another.Get();
     XYZData start{};
@@ -142,7 +146,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const std::vector<HeadAndCalculators> planners = [] {
         std::vector<HeadAndCalculators> made;
-        for (const IdealHead& head : heads) made.push_back({head});
+        for (const Head& head : heads) made.push_back({head});
         return made;
     }();
     FuzzedDataProvider input(data, size);

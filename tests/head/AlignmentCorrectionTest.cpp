@@ -133,7 +133,7 @@ TEST_F(AlignmentCorrection, TurnsEveryDirectionAndOffsetButNotTheHeadCentre) {
         for (const Case& c : cases)
             for (const int lever : {0, 1}) {
                 const Triple offset{lever == 0 ? c.offset[0] : -c.offset[0], c.offset[1], c.offset[2]};
-                EXPECT_TRUE(AreNear(AnswerFor(head, c.query, lever), Sum(centre, turned(offset)), 5e-13));
+                EXPECT_TRUE(AreNear(AnswerFor(head, c.query, lever), centre + turned(offset), 5e-13));
             }
         EXPECT_TRUE(AreNear(AnswerFor(head, &RoundThePole::LeverAxisOfRotation, 0), turned({1.0, 0.0, 0.0}), 2e-15));
         EXPECT_TRUE(AreNear(AnswerFor(head, &RoundThePole::LeverAxisOfRotation, 1), turned({-1.0, 0.0, 0.0}), 2e-15));

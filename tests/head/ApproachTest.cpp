@@ -180,7 +180,8 @@ TEST_F(Approach, ShowsTheCutPiInItsLastDigits) {
 
 TEST_F(Approach, AcceptsAnyAngleAndPassesOnWhatIsNotANumber) {
     EXPECT_TRUE(AreNear(EngagementAt(360.0, -720.0), EngagementAt(0.0, 0.0), 1e-12));
-    for (const double coordinate : EngagementAt(std::nan(""), 0.0)) EXPECT_TRUE(std::isnan(coordinate));
+    const Triple nowhere = EngagementAt(std::nan(""), 0.0);
+    EXPECT_TRUE(std::isnan(nowhere.x) && std::isnan(nowhere.y) && std::isnan(nowhere.z));
 }
 
 } // namespace

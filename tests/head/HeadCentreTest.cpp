@@ -15,12 +15,6 @@ constexpr const wchar_t* errorFitting = L"Error Fitting points to a circle";
 /// Circles of this size, this near the origin, come back to a few units in the last place of their coordinates.
 constexpr double clean = 1e-11;
 
-Triple Cross(const Triple& u, const Triple& v) {
-    return {u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]};
-}
-Triple Scaled(const Triple& v, double factor) { return {v[0] * factor, v[1] * factor, v[2] * factor}; }
-Triple Unit(const Triple& v) { return Scaled(v, 1.0 / std::hypot(v[0], v[1], v[2])); }
-
 /// Points on a circle about the line through `centre` along `axis`, `count` of them, over `arcDegrees`.
 std::vector<Triple> Circle(const Triple& centre, const Triple& axis, double radius, int count, double arcDegrees) {
     const Triple normal = Unit(axis);
@@ -30,7 +24,7 @@ std::vector<Triple> Circle(const Triple& centre, const Triple& axis, double radi
     std::vector<Triple> points;
     for (int i = 0; i < count; ++i) {
         const double angle = arcDegrees / 180.0 * 3.14159265358979323846 * i / (count - 1);
-        points.push_back(Sum(centre, Sum(Scaled(u, radius * std::cos(angle)), Scaled(v, radius * std::sin(angle)))));
+        points.push_back(centre + (radius * std::cos(angle)) * u + (radius * std::sin(angle)) * v);
     }
     return points;
 }
@@ -77,16 +71,18 @@ TEST_F(HeadCentre, IsThatFootForAxesInAnyDirections) {
     std::mt19937_64 generator(seed);
     std::uniform_real_distribution<double> coordinate(-500.0, 500.0);
     std::uniform_real_distribution<double> component(-1.0, 1.0);
-    const auto direction = [&] { return Unit({component(generator), component(generator), component(generator)}); };
+    const auto direction = [&] {
+        return qmv40::model::Unit({component(generator), component(generator), component(generator)});
+    };
     for (int i = 0; i < 200; ++i) {
         const Triple alongB = direction();
         const Triple alongA = direction();
         const Triple perpendicular = Cross(alongB, alongA);
         if (std::hypot(perpendicular[0], perpendicular[1], perpendicular[2]) < 0.3) continue;
         const Triple foot{coordinate(generator), coordinate(generator), coordinate(generator)};
-        const Triple onA = Sum(foot, Scaled(Unit(perpendicular), 40.0 * component(generator)));
-        const auto a = Circle(Sum(onA, Scaled(alongA, 90.0 * component(generator))), alongA, 120.0, 7, 270.0);
-        const auto b = Circle(Sum(foot, Scaled(alongB, 90.0 * component(generator))), alongB, 80.0, 9, 320.0);
+        const Triple onA = foot + (40.0 * component(generator)) * Unit(perpendicular);
+        const auto a = Circle(onA + (90.0 * component(generator)) * alongA, alongA, 120.0, 7, 270.0);
+        const auto b = Circle(foot + (90.0 * component(generator)) * alongB, alongB, 80.0, 9, 320.0);
         ASSERT_EQ(Computing(head, Measured(a), Measured(b)).code, S_OK) << i;
         // Rounded coordinates of 1e-13 tilt an axis by 1e-15, seen over 90 and through an angle between the axes of
         // 0.3.

@@ -4,25 +4,22 @@
 #include "interface/ErrorCodes.h"
 #include "support/AlignmentArray.h"
 #include "support/ErrorRecord.h"
+#include "tools/model/Angles.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
 /// Small words that the tests of the head model share.
 
-using Triple = std::array<double, 3>;
+using Triple = qmv40::model::Vector3;
 using AlignmentPoints = std::vector<HeadAlignmentDataItem>;
 
 inline Triple TripleOf(const CMaVector& vector) { return {vector[0], vector[1], vector[2]}; }
-
-inline Triple Sum(const Triple& left, const Triple& right) {
-    return {left[0] + right[0], left[1] + right[1], left[2] + right[2]};
-}
 
 /// What a query writes into the vector that it is given.
 template <class Query> Triple Answer(Query&& query) {
@@ -39,13 +36,14 @@ inline Triple AnswerFor(const RoundThePole& head, LeverQuery query, int lever) {
 
 /// Right-handed turn about the vertical through the origin, with the full pi.
 inline Triple TurnedAboutZ(const Triple& v, double angleDegrees) {
-    const double angle = angleDegrees * 3.14159265358979323846 / 180.0;
-    return {std::cos(angle) * v[0] - std::sin(angle) * v[1], std::sin(angle) * v[0] + std::cos(angle) * v[1], v[2]};
+    return AboutZ(qmv40::model::Rotation(qmv40::model::ToRadians(angleDegrees)), v);
 }
 
-inline double Distance(const Triple& left, const Triple& right) {
-    return std::hypot(left[0] - right[0], left[1] - right[1], left[2] - right[2]);
-}
+namespace qmv40::model {
+
+inline void PrintTo(const Vector3& v, std::ostream* out) { *out << '(' << v.x << ", " << v.y << ", " << v.z << ')'; }
+
+} // namespace qmv40::model
 
 /// Whether two points or directions are no further apart than `tolerance`; never when a coordinate is not a number.
 inline testing::AssertionResult AreNear(const Triple& actual, const Triple& expected, double tolerance) {

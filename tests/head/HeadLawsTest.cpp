@@ -93,7 +93,7 @@ TEST_F(HeadLaws, ShiftingAllPointsShiftsTheHeadAndTurnsNothing) {
     for (int i = 0; i < 100; ++i) {
         const Triple by{shift(generator), shift(generator), shift(generator)};
         Compute(Shifted(a, by), Shifted(b, by));
-        EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), Sum(centre, by), lengthTolerance)) << i;
+        EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), centre + by, lengthTolerance)) << i;
         EXPECT_NEAR(head.RequiredRotationAroundZ(), rotation, angleTolerance) << i;
         EXPECT_NEAR(head.SafePositionZ(), safeZ + by[2], lengthTolerance) << i;
     }

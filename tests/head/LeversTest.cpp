@@ -34,8 +34,8 @@ TEST_F(Levers, StandAtTheirBuiltInOffsetsFromTheHeadCentre) {
     const Triple centre{128.0, -64.0, 512.0};
     SavedHead{.headCentre = centre}.LoadInto(head);
     for (const DefaultPosition& d : defaults) {
-        EXPECT_TRUE(AreNear(At(d.query, 0), Sum(d.offset, centre), 1e-13)) << d.name;
-        EXPECT_TRUE(AreNear(At(d.query, 1), Sum({-d.offset[0], d.offset[1], d.offset[2]}, centre), 1e-13)) << d.name;
+        EXPECT_TRUE(AreNear(At(d.query, 0), d.offset + centre, 1e-13)) << d.name;
+        EXPECT_TRUE(AreNear(At(d.query, 1), Triple{-d.offset.x, d.offset.y, d.offset.z} + centre, 1e-13)) << d.name;
     }
 }
 

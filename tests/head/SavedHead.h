@@ -3,16 +3,16 @@
 #include "head/RoundThePole.h"
 #include "support/Bstr.h"
 #include "support/TemporaryFolder.h"
+#include "tools/model/Vector3.h"
 
-#include <array>
 #include <cstdio>
 #include <fstream>
 #include <string>
 
 /// A head geometry file to load a head from, so that a test can say where a head stands without measuring one.
 struct SavedHead {
-    std::array<double, 3> headCentre{0.0, 0.0, 0.0};
-    std::array<double, 3> safePosition{0.0, 0.0, 0.0};
+    qmv40::model::Vector3 headCentre{0.0, 0.0, 0.0};
+    qmv40::model::Vector3 safePosition{0.0, 0.0, 0.0};
     double rotation = 0.0; ///< about the machine's Z axis, degrees
 
     /// The file's text, every number with all its digits.
@@ -35,7 +35,7 @@ private:
         std::snprintf(text, sizeof text, "%.17g", value);
         return text;
     }
-    static std::string Coordinates(const std::array<double, 3>& point) {
-        return "X=" + Digits(point[0]) + "\r\nY=" + Digits(point[1]) + "\r\nZ=" + Digits(point[2]) + "\r\n";
+    static std::string Coordinates(const qmv40::model::Vector3& point) {
+        return "X=" + Digits(point.x) + "\r\nY=" + Digits(point.y) + "\r\nZ=" + Digits(point.z) + "\r\n";
     }
 };

@@ -1,27 +1,19 @@
-/// What the machine does with a plan. Arcs are executed by this file's own rotation, with the full pi.
+/// What the machine does with a plan. The arcs are executed by the model of the machine, with the full pi.
 
 #include "planning/Planner.h"
 #include "support/ReferenceHeads.h"
 #include "support/SimulatedHead.h"
+#include "tools/model/HeadAngles.h"
+#include "tools/model/Turning.h"
 
 #include <cmath>
 
+using namespace qmv40;
+
 namespace {
 
-/// Turns `point` right-handed by `degrees` about the arc's axis.
 Triple TurnedAbout(const ArcData& arc, const Triple& point, double degrees) {
-    const double angle = degrees * 3.14159265358979323846 / 180.0;
-    const double c = std::cos(angle);
-    const double s = std::sin(angle);
-    const Triple axis = VectorOf(arc);
-    const Triple origin = OriginOf(arc);
-    const Triple p{point[0] - origin[0], point[1] - origin[1], point[2] - origin[2]};
-    const double along = (axis[0] * p[0] + axis[1] * p[1] + axis[2] * p[2]) * (1.0 - c);
-    const Triple cross{axis[1] * p[2] - axis[2] * p[1], axis[2] * p[0] - axis[0] * p[2],
-                       axis[0] * p[1] - axis[1] * p[0]};
-    Triple result{};
-    for (std::size_t i = 0; i < 3; ++i) result[i] = origin[i] + p[i] * c + cross[i] * s + axis[i] * along;
-    return result;
+    return model::Turning{OriginOf(arc), VectorOf(arc), degrees}.Carried(point);
 }
 
 /// A positive angle turns the machine clockwise, seen from the tip of the rotation vector towards its origin.
@@ -47,10 +39,8 @@ double BearingBetween(const ArcData& arc, const Triple& left, const Triple& righ
 constexpr double executionTolerance = 2e-12;
 constexpr double bearingTolerance = 1e-11;
 
-struct Angles {
-    double a;
-    double b;
-};
+using Angles = model::HeadAngles;
+
 /// Steps of 15 degrees, B over its whole range and A over its range and as far beyond zero: 325 positions, the 175 that
 /// the head can take among them. The planner itself knows no bounds.
 std::vector<Angles> Positions() {

@@ -41,7 +41,7 @@ protected:
         SavedHead{.headCentre = workedCentre, .rotation = rotation}.LoadInto(planner.Head());
     }
     /// Position of an offset from the worked head's centre.
-    static Triple FromCentre(double x, double y, double z) { return Sum(workedCentre, {x, y, z}); }
+    static Triple FromCentre(double x, double y, double z) { return workedCentre + Triple{x, y, z}; }
 
     Planner planner;
     RequiredMoves moves{};

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tools/model/HeadAngles.h"
-#include "tools/model/Vector3.h"
+#include "tools/model/Turning.h"
 
 /// A model of the head on the machine, made for checking plans: it knows how the head is built and how it turns, and
 /// nothing of how plans are made.
@@ -34,13 +34,6 @@ struct ContactLine {
     double distance; ///< far enough from the contact to move freely
 
     Vector3 ApproachPoint() const { return contact + distance * outward; }
-};
-
-/// An axis in space and how far something turns about it, right-handed.
-struct Turning {
-    Vector3 centre;
-    Vector3 axis; ///< of unit length
-    double degrees;
 };
 
 class HeadModel {

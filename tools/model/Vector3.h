@@ -15,6 +15,8 @@ struct Vector3 {
     /// By index: 0 is x, 1 is y, 2 is z.
     double& operator[](std::size_t axis) { return axis == 0 ? x : axis == 1 ? y : z; }
     double operator[](std::size_t axis) const { return axis == 0 ? x : axis == 1 ? y : z; }
+
+    bool operator==(const Vector3&) const = default;
 };
 
 inline Vector3 operator+(const Vector3& a, const Vector3& b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }

@@ -187,7 +187,7 @@ std::size_t DrawnCapture::Below(std::size_t count) {
 }
 
 HeadAlignmentDataItem DrawnCapture::Captured(double a, double b, const HeadAlignmentDataItem& written) {
-    HeadAlignmentDataItem item = WithNoise({head.Point(a, b)}, noise, generator()).front();
+    HeadAlignmentDataItem item = WithNoise(Items{head.Point(a, b)}, noise, generator()).front();
     item.APosition = written.APosition;
     item.BPosition = written.BPosition;
     return item;

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "tools/model/Angles.h"
+#include "tools/model/HeadAngles.h"
+
+#include <cstdint>
+#include <random>
+#include <vector>
+
+namespace qmv40::model {
+
+/// A head that exists on paper only, and its captures. With the stylus tip kept on a sphere at `pole`, the machine
+/// stands at
+///     pole - Rz(mountingAngle + B) * R(-X, A) * stylus
+/// while the head is locked, rotations right-handed. Alignment points are captured unlocked: `lockedToUnlocked` is
+/// added. The head centre that must come out is the pole.
+///
+/// Millimetres, degrees. `Item` is the record of a captured point: an aggregate of A, B, X, Y and Z, in this order.
+template <typename Item> struct SimulatedHead {
+    Vector3 pole{0.0, 0.0, 0.0};
+    double mountingAngle = 0.0;               ///< how far the head is mounted turned about the machine's Z axis
+    Vector3 stylus{0.0, 0.0, -180.0};         ///< the tip, in the head's frame at A = 0, B = 0
+    Vector3 lockedToUnlocked{0.0, 0.0, -1.5}; ///< how unlocking shifts the head
+
+    // The errors of a head as it was built and mounted
+
+    double axisOffset = 0.0; ///< how far the A axis passes the B axis, along the head's Y
+    double squareness = 0.0; ///< how far the A axis is out of square to the B axis: turned about the head's Y
+    double leanAboutX = 0.0; ///< how far the B axis leans: turned about machine Y, then about machine X
+    double leanAboutY = 0.0;
+
+    /// The head centre's position while the tip is on the sphere and the head unlocked.
+    Vector3 Position(const HeadAngles& angles) const {
+        const Vector3 tilted = AboutX(Rotation(ToRadians(-angles.a)), stylus);
+        const Vector3 squared = AboutY(Rotation(ToRadians(squareness)), tilted) + Vector3{0.0, axisOffset, 0.0};
+        const Vector3 swivelled = AboutZ(Rotation(ToRadians(mountingAngle + angles.b)), squared);
+        const Vector3 leaning =
+            AboutX(Rotation(ToRadians(leanAboutX)), AboutY(Rotation(ToRadians(leanAboutY)), swivelled));
+        return pole - leaning + lockedToUnlocked;
+    }
+
+    /// A point captured without noise at the angles that are written down for it.
+    Item Point(double a, double b) const { return Point({a, b}, {a, b}); }
+    /// One for which other angles are written down than those at which it was captured.
+    Item Point(const HeadAngles& written, const HeadAngles& captured) const {
+        const Vector3 position = Position(captured);
+        return {written.a, written.b, position.x, position.y, position.z};
+    }
+
+    /// The A set: A turned from `firstA` to `lastA` in equal steps, B held at `b`.
+    std::vector<Item> ASet(double b, int count = 7, double firstA = 0.0, double lastA = 90.0) const {
+        std::vector<Item> points;
+        for (int i = 0; i < count; ++i) points.push_back(Point(Step(i, count, firstA, lastA), b));
+        return points;
+    }
+
+    /// The B set: B turned from `firstB` to `lastB` in equal steps, A held at `a`.
+    std::vector<Item> BSet(double a, int count = 7, double firstB = -180.0, double lastB = 90.0) const {
+        std::vector<Item> points;
+        for (int i = 0; i < count; ++i) points.push_back(Point(a, Step(i, count, firstB, lastB)));
+        return points;
+    }
+
+private:
+    static double Step(int i, int count, double first, double last) { return first + (last - first) * i / (count - 1); }
+};
+
+/// The points with independent normal noise of the given standard deviation on every coordinate; the same seed gives
+/// the same noise.
+template <typename Item> std::vector<Item> WithNoise(std::vector<Item> points, double sigma, std::uint64_t seed) {
+    std::mt19937_64 generator(seed);
+    std::normal_distribution<double> noise(0.0, sigma);
+    for (auto& [a, b, x, y, z] : points) {
+        x += noise(generator);
+        y += noise(generator);
+        z += noise(generator);
+    }
+    return points;
+}
+
+} // namespace qmv40::model

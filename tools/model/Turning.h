@@ -1,0 +1,22 @@
+#pragma once
+
+#include "tools/model/Angles.h"
+
+namespace qmv40::model {
+
+/// An axis in space and how far something turns about it, right-handed.
+struct Turning {
+    Vector3 centre;
+    Vector3 axis; ///< of unit length
+    double degrees;
+
+    /// Where it carries a point.
+    Vector3 Carried(const Vector3& point) const {
+        const Rotation turn(ToRadians(std::fmod(degrees, 360.0)));
+        const Vector3 along = Dot(axis, point - centre) * axis;
+        const Vector3 across = point - centre - along;
+        return centre + along + turn.c * across + turn.s * Cross(axis, across);
+    }
+};
+
+} // namespace qmv40::model
