@@ -1,18 +1,12 @@
 #include "tools/selfcheck/SelfChecks.h"
 
-#include "head/RoundThePole.h"
-#include "maths/CMaLine.h"
-#include "maths/CMaPlane.h"
-#include "maths/CQuaternion.h"
-#include "tools/component/AlignmentArray.h"
-#include "tools/component/ComponentError.h"
-#include "tools/plans/Moves.h"
+#include "tools/component/Calculator.h"
+#include "tools/model/SimulatedCapture.h"
+#include "tools/model/Turning.h"
 #include "tools/settings/MachineSettings.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
-#include <numbers>
 
 namespace qmv40::selfcheck {
 
@@ -24,21 +18,15 @@ constexpr double lengthTolerance = 1e-9;
 constexpr double angleTolerance = 1e-9;
 constexpr double directionTolerance = 1e-12;
 
-// The 3-4-5 triangle: its angle, and what a turn by it does to the coordinates without any rounding worth the name.
+// Of the 3-4-5 triangle: a turn by it multiplies by 0.8 and 0.6.
 constexpr double triangleAngle = 36.86989764584402;
-constexpr double triangleCosine = 0.8;
-constexpr double triangleSine = 0.6;
 
 using Numbers = std::vector<double>;
 
-Numbers NumbersOf(const CMaVector& v) { return {v[0], v[1], v[2]}; }
+Numbers NumbersOf(const model::Vector3& v) { return {v.x, v.y, v.z}; }
 Numbers NumbersOf(const XYZData& position) { return {position.XPosition, position.YPosition, position.ZPosition}; }
 Numbers OriginOf(const ArcData& arc) { return {arc.XOrigin, arc.YOrigin, arc.ZOrigin}; }
 Numbers AxisOf(const ArcData& arc) { return {arc.iRotationVector, arc.jRotationVector, arc.kRotationVector}; }
-
-double DistanceBetween(const Numbers& one, const Numbers& other) {
-    return std::hypot(one[0] - other[0], one[1] - other[1], one[2] - other[2]);
-}
 
 SelfCheck LengthCheck(std::string what, Numbers expected, Numbers got) {
     return {std::move(what), std::move(expected), std::move(got), "mm", lengthTolerance};
@@ -50,46 +38,14 @@ SelfCheck DirectionCheck(std::string what, Numbers expected, Numbers got) {
     return {std::move(what), std::move(expected), std::move(got), "", directionTolerance};
 }
 
-// A capture whose points are whole numbers: circles through Pythagorean triangles.
+using Head = model::SimulatedHead<HeadAlignmentDataItem>;
 
-/// Head centre of the worked head, the direction in which its tilted stylus leaves the vertical, and how many times 25
-/// mm its stylus is long. A = 0 captures the point straight above the centre, A = 90 the one in that direction.
-struct WorkedHead {
-    double x, y, z;
-    double towardsX, towardsY;
-    double scale;
-};
+constexpr Head squareHead;
+constexpr Head headTurnedLeft{.pole = {300.0, -200.0, -500.0}, .mountingAngle = triangleAngle};
+constexpr Head headTurnedRight{.pole = {300.0, -200.0, -500.0}, .mountingAngle = -triangleAngle};
 
-constexpr WorkedHead squareHead{0.0, 0.0, 0.0, 0.0, 1.0, 1.0};
-constexpr WorkedHead headTurnedLeft{300.0, -200.0, -500.0, -triangleSine, triangleCosine, 8.0};
-constexpr WorkedHead headTurnedRight{300.0, -200.0, -500.0, triangleSine, triangleCosine, 8.0};
-
-/// The points are measured unlocked, 1.5 lower than locked.
-constexpr double unlockedZ = -1.5;
-
-std::vector<HeadAlignmentDataItem> AAxisCapture(const WorkedHead& head) {
-    constexpr double outAndUp[][2] = {{0, 25}, {7, 24}, {15, 20}, {20, 15}, {24, 7}, {25, 0}};
-    std::vector<HeadAlignmentDataItem> points;
-    for (const auto& [out, up] : outAndUp) {
-        const double distance = out * head.scale;
-        points.push_back({std::atan2(out, up) * 180.0 / std::numbers::pi, 0.0, head.x + head.towardsX * distance,
-                          head.y + head.towardsY * distance, head.z + up * head.scale + unlockedZ});
-    }
-    return points;
-}
-
-std::vector<HeadAlignmentDataItem> BAxisCapture(const WorkedHead& head) {
-    constexpr double around[][2] = {{25, 0}, {15, 20}, {0, 25}, {-20, 15}, {-25, 0}, {-7, -24}, {0, -25}, {24, -7}};
-    std::vector<HeadAlignmentDataItem> points;
-    for (const auto& [x, y] : around) {
-        points.push_back({90.0, std::atan2(-x, y) * 180.0 / std::numbers::pi, head.x + x * head.scale,
-                          head.y + y * head.scale, head.z + unlockedZ});
-    }
-    return points;
-}
-
-void Enter(const WorkedHead& head, component::Calculator& calculator) {
-    calculator.EnterHeadGeometry(AAxisCapture(head), BAxisCapture(head));
+void Enter(const Head& head, component::Calculator& calculator) {
+    calculator.EnterHeadGeometry(head.ASet(0.0), head.BSet(90.0));
 }
 
 RequiredMoves PlanFrom(component::Calculator& calculator, const model::HeadAngles& from, const model::HeadAngles& to) {
@@ -102,101 +58,28 @@ Numbers StartFrom(component::Calculator& calculator, const model::HeadAngles& fr
     return NumbersOf(calculator.StartPosition());
 }
 
-double RotationOf(const WorkedHead& worked) {
-    return component::CatchingCodes("RoundThePole", [&] {
-        const std::vector<HeadAlignmentDataItem> aAxis = AAxisCapture(worked);
-        const std::vector<HeadAlignmentDataItem> bAxis = BAxisCapture(worked);
-        component::AlignmentArray aAxisArray(aAxis);
-        component::AlignmentArray bAxisArray(bAxis);
-        RoundThePole head;
-        head.ComputeGeometry(aAxisArray.Address(), bAxisArray.Address());
-        return head.RequiredRotationAroundZ();
-    });
+model::Vector3 VectorOf(const XYZData& position) {
+    return {position.XPosition, position.YPosition, position.ZPosition};
 }
 
-// Executing arcs, as the machine does
-
-enum class Sense { LeftHanded, RightHanded };
-
-/// Where an arc carries the machine's position.
-Numbers Execute(const ArcData& arc, const Numbers& from, Sense sense) {
-    const double turn = arc.RotationAngle * std::numbers::pi / 180.0 * (sense == Sense::LeftHanded ? -1.0 : 1.0);
-    const CMaVector axis(arc.iRotationVector, arc.jRotationVector, arc.kRotationVector);
-    const CMaVector origin(arc.XOrigin, arc.YOrigin, arc.ZOrigin);
-    const CMaVector arm = CMaVector(from[0], from[1], from[2]) + origin * -1.0;
-    const double along = (axis % arm) * (1.0 - std::cos(turn));
-    return NumbersOf(origin + arm * std::cos(turn) + (axis * arm) * std::sin(turn) + axis * along);
+/// Where an arc carries the machine's position when it is executed left-handed (-1), as required, or right-handed (1).
+model::Vector3 Execute(const ArcData& arc, const model::Vector3& from, double hand = -1.0) {
+    return model::Turning{{arc.XOrigin, arc.YOrigin, arc.ZOrigin},
+                          {arc.iRotationVector, arc.jRotationVector, arc.kRotationVector},
+                          hand * arc.RotationAngle}
+        .Carried(from);
 }
 
-Numbers ExecuteIndexing(const RequiredMoves& moves, Sense sense) {
-    Numbers position = NumbersOf(moves.EngageWithPeg);
+model::Vector3 ExecuteIndexing(const RequiredMoves& moves, double hand) {
+    model::Vector3 position = VectorOf(moves.EngageWithPeg);
     for (const ArcData* const arc : {&moves.IntermediateAPosition, &moves.MoveToBPosition, &moves.MoveToAPosition}) {
-        position = Execute(*arc, position, sense);
+        position = Execute(*arc, position, hand);
     }
     return position;
 }
 
-/// Degrees from the X axis, seen from the head centre at the origin.
-double Bearing(const Numbers& position) { return std::atan2(position[1], position[0]) * 180.0 / std::numbers::pi; }
-
-// The groups
-
-Numbers Rotated(CMaVector v, double angle, CMaGeometry::EAxisType axis, const CMaPoint& centre) {
-    v.Rotate(angle, axis, centre);
-    return NumbersOf(v);
-}
-
-SelfCheckGroup RotateChecks() {
-    using enum CMaGeometry::EAxisType;
-    const CMaPoint zero(0.0, 0.0, 0.0);
-    return {"Rotate is right-handed",
-            "The right-hand rule.",
-            {DirectionCheck("+90 deg about X takes +Y to", {0, 0, 1}, Rotated({0, 1, 0}, 90, X, zero)),
-             DirectionCheck("+90 deg about Y takes +Z to", {1, 0, 0}, Rotated({0, 0, 1}, 90, Y, zero)),
-             DirectionCheck("+90 deg about Z takes +X to", {0, 1, 0}, Rotated({1, 0, 0}, 90, Z, zero)),
-             DirectionCheck("+90 deg about Z through (1, 2, 3) takes (2, 2, 3) to", {1, 3, 3},
-                            Rotated({2, 2, 3}, 90, Z, CMaPoint(1.0, 2.0, 3.0)))}};
-}
-
-/// Between the Y axis and an upright plane that leans out of it by the triangle's angle, to one side or the other.
-double AngleWithLeaningPlane(double side) {
-    CMaPointArray linePoints;
-    CMaPointArray planePoints;
-    for (const double step : {0.0, -10.0}) linePoints.Add(CMaPoint(0.0, step, 0.0));
-    for (const double height : {0.0, 5.0}) {
-        for (const double step : {0.0, 5.0}) {
-            planePoints.Add(CMaPoint(side * triangleSine * step, triangleCosine * step, height));
-        }
-    }
-    CMaLine line;
-    CMaPlane plane;
-    line.Fit(linePoints);
-    plane.Fit(planePoints);
-    return line.AngleWith(plane);
-}
-
-SelfCheckGroup AngleChecks() {
-    return {"AngleWith has no sign",
-            "The angle of a 3-4-5 triangle.",
-            {AngleCheck("Y axis with a plane that leans to -X", triangleAngle, AngleWithLeaningPlane(-1.0)),
-             AngleCheck("Y axis with a plane that leans to +X", triangleAngle, AngleWithLeaningPlane(1.0))}};
-}
-
-SelfCheckGroup QuaternionChecks() {
-    return component::CatchingCodes("CQuaternion", [] {
-        constexpr double quarter = std::numbers::pi / 2.0;
-        CQuaternion aboutZ;
-        aboutZ.InitialiseFromAngleAndDirection(quarter, {0, 0, 1});
-        CQuaternion aboutX;
-        aboutX.InitialiseFromAngleAndDirection(quarter, {1, 0, 0});
-        return SelfCheckGroup{
-            "Quaternions are right-handed, the right factor turns first",
-            "The right-hand rule: X first takes +Y to +Z, which Z leaves alone.",
-            {DirectionCheck("a quarter about Z takes +X to", {0, 1, 0}, NumbersOf(*aboutZ.RotateVector({1, 0, 0}))),
-             DirectionCheck("a quarter about X, then Z, takes +Y to", {0, 0, 1},
-                            NumbersOf(*aboutZ.Multiply(aboutX)->RotateVector({0, 1, 0})))}};
-    });
-}
+/// Azimuth from the X axis, degrees, seen from the head centre at the origin.
+double Azimuth(const model::Vector3& position) { return model::ToDegrees(std::atan2(position.y, position.x)); }
 
 SelfCheckGroup SquareHeadChecks(component::Calculator& calculator) {
     const auto engagement = [&](const model::HeadAngles& angles) {
@@ -218,24 +101,24 @@ SelfCheckGroup SquareHeadChecks(component::Calculator& calculator) {
 
 SelfCheckGroup IndexingChecks(component::Calculator& calculator) {
     const RequiredMoves moves = PlanFrom(calculator, {15, -60}, {75, 150});
-    const Numbers target{-8.46712151623374, -0.76548465997647, 26.1586388496166};
-    const Numbers leftHanded = ExecuteIndexing(moves, Sense::LeftHanded);
-    const Numbers rightHanded = ExecuteIndexing(moves, Sense::RightHanded);
-    const Numbers atPeg = Execute(moves.RotateToPeg, NumbersOf(moves.DisengageFromUnLockLever), Sense::LeftHanded);
+    const model::Vector3 target{-8.46712151623374, -0.76548465997647, 26.1586388496166};
+    const model::Vector3 leftHanded = ExecuteIndexing(moves, -1.0);
+    const model::Vector3 rightHanded = ExecuteIndexing(moves, 1.0);
+    const model::Vector3 atPeg = Execute(moves.RotateToPeg, VectorOf(moves.DisengageFromUnLockLever));
     return {"Arcs are left-handed: the indexing from A 15, B -60 to A 75, B 150",
             "Worked with 40 digits from the closed formulas; the same head.",
             {AngleCheck("arc to A 0", 15.0, moves.IntermediateAPosition.RotationAngle),
              AngleCheck("arc to B 150", -210.0, moves.MoveToBPosition.RotationAngle),
              AngleCheck("arc to A 75", -75.0, moves.MoveToAPosition.RotationAngle),
-             LengthCheck("engagement at A 75, B 150", target,
+             LengthCheck("engagement at A 75, B 150", NumbersOf(target),
                          NumbersOf(PlanFrom(calculator, {75, 150}, {75, 150}).EngageWithPeg)),
-             LengthCheck("the three arcs end, left-handed, at", target, leftHanded),
-             LengthCheck("left-handed they miss by", {0}, {DistanceBetween(leftHanded, target)}),
+             LengthCheck("the three arcs end, left-handed, at", NumbersOf(target), NumbersOf(leftHanded)),
+             LengthCheck("left-handed they miss by", {0}, {Distance(leftHanded, target)}),
              LengthCheck("right-handed they would end at", {20.623753466559, 16.630680990376, -7.39146418153699},
-                         rightHanded),
-             LengthCheck("right-handed they would miss by", {47.6918756184}, {DistanceBetween(rightHanded, target)}),
-             AngleCheck("RotateToPeg ends, left-handed, on the bearing of ApproachPeg",
-                        Bearing(NumbersOf(moves.ApproachPeg)), Bearing(atPeg))}};
+                         NumbersOf(rightHanded)),
+             LengthCheck("right-handed they would miss by", {47.6918756184}, {Distance(rightHanded, target)}),
+             AngleCheck("RotateToPeg ends, left-handed, at the azimuth of ApproachPeg",
+                        Azimuth(VectorOf(moves.ApproachPeg)), Azimuth(atPeg))}};
 }
 
 /// A turn of 180 degrees with a pi that is too short leaves as much of a sine as the pi lacks.
@@ -251,7 +134,7 @@ double DegreesInARadianInUse(const RequiredMoves& fromZero) {
 }
 
 SelfCheckGroup ConstantChecks(component::Calculator& calculator) {
-    // A tenth of what tells each from the exact constant would be lost in rounding; a third is not.
+    // A third of the difference from the exact constant: a tenth would be below the rounding.
     constexpr double piTolerance = 1e-15;
     constexpr double factorTolerance = 2.5e-14;
     const RequiredMoves moves = PlanFrom(calculator, {0, 0}, {0, 180});
@@ -271,9 +154,7 @@ SelfCheckGroup TurnedHeadChecks(component::Calculator& calculator) {
     return {
         "A head mounted turned by the angle of a 3-4-5 triangle",
         "Worked by hand: head centre (300, -200, -500); offset (x, y, z) becomes (0.8 x - 0.6 y, 0.6 x + 0.8 y, z).",
-        {AngleCheck("turned about Z by", triangleAngle, RotationOf(headTurnedLeft)),
-         AngleCheck("the same to the other side", -triangleAngle, RotationOf(headTurnedRight)),
-         LengthCheck("head centre and pole sphere", {300, -200, -500}, NumbersOf(calculator.PoleSpherePosition())),
+        {LengthCheck("head centre and pole sphere", {300, -200, -500}, NumbersOf(calculator.PoleSpherePosition())),
          LengthCheck("ApproachUnLockLever, lever at +X", {338.82, -201.26, -536.55},
                      NumbersOf(moves.ApproachUnLockLever)),
          LengthCheck("EngageWithUnLockLever", {335.82, -197.26, -536.55}, NumbersOf(moves.EngageWithUnLockLever)),
@@ -305,6 +186,14 @@ SelfCheckGroup LeverChecks(component::Calculator& calculator) {
              LengthCheck("A 0, B -180: lever at +X", positive, StartFrom(calculator, {0, -180}))}};
 }
 
+SelfCheckGroup OtherSideChecks(component::Calculator& calculator) {
+    const RequiredMoves moves = PlanFrom(calculator, {0, 0}, {0, 90});
+    return {"The same head mounted turned to the other side",
+            "Worked by hand: offset (x, y, z) becomes (0.8 x + 0.6 y, -0.6 x + 0.8 y, z).",
+            {DirectionCheck("UnLock, axis", {-0.8, 0.6, 0}, AxisOf(moves.UnLock)),
+             LengthCheck("EngageWithPeg", {291.16, -223.37, -488.5}, NumbersOf(moves.EngageWithPeg))}};
+}
+
 } // namespace
 
 double SelfCheck::Difference() const {
@@ -320,7 +209,7 @@ double SelfCheck::Difference() const {
 std::vector<SelfCheckGroup> RunSelfChecks() {
     component::Calculator calculator;
     const settings::BuiltInSettings settings;
-    std::vector<SelfCheckGroup> groups{RotateChecks(), AngleChecks(), QuaternionChecks()};
+    std::vector<SelfCheckGroup> groups;
     Enter(squareHead, calculator);
     groups.push_back(SquareHeadChecks(calculator));
     groups.push_back(IndexingChecks(calculator));
@@ -328,6 +217,8 @@ std::vector<SelfCheckGroup> RunSelfChecks() {
     Enter(headTurnedLeft, calculator);
     groups.push_back(TurnedHeadChecks(calculator));
     groups.push_back(LeverChecks(calculator));
+    Enter(headTurnedRight, calculator);
+    groups.push_back(OtherSideChecks(calculator));
     return groups;
 }
 

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "tools/component/Calculator.h"
-
 #include <string>
 #include <vector>
 
 namespace qmv40::selfcheck {
 
-/// The signs and constants of a build, held against numbers that were worked out without it.
+/// The signs and constants of the component, compared with numbers that were worked out by hand. The component is used
+/// through its public interface alone.
 
 /// One number or one point: what was worked out, and what the build gives.
 struct SelfCheck {
