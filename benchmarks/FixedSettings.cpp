@@ -5,16 +5,20 @@
 
 namespace qmv40 {
 
-FixedOffset ReadHeadCentreToDriveCupOffset() { return {-6.95, 24.0, -11.5}; }
+FixedOffset ReadFixedOffset(HeadOffset offset, int selector) {
+    const double side = selector == 0 ? 1.0 : -1.0;
+    switch (offset) {
+    case HeadOffset::HeadCentreToDriveCup:
+        return {-6.95, 24.0, -11.5};
+    case HeadOffset::HeadCentreToLeverCentre:
+        return {side * 30.3, 0.0, -32.25};
+    case HeadOffset::LeverCentreToBallCentre:
+        return {0.0, side * -19.3, -4.3};
+    default:
+        return {0.0, 0.0, -1.5};
+    }
+}
 
-FixedOffset ReadHeadCentreToLeverCentreOffset(int leverSide) { return {leverSide == 0 ? 30.3 : -30.3, 0.0, -32.25}; }
-
-FixedOffset ReadLeverCentreToBallCentreOffset(int leverState) { return {0.0, leverState == 0 ? -19.3 : 19.3, -4.3}; }
-
-FixedOffset ReadLockedToUnlockedOffset() { return {0.0, 0.0, -1.5}; }
-
-double ReadLockedToUnlockedLeverRotation() { return 135.0; }
-
-double ReadUnlockedToLockedLeverRotation() { return 138.0; }
+double ReadFixedRotation(HeadOffset offset) { return offset == HeadOffset::UnlockingRotation ? 135.0 : 138.0; }
 
 } // namespace qmv40

@@ -10,10 +10,10 @@
 #include "PlanLaws.h"
 
 #include "interface/ErrorCodes.h"
-#include "platform/ProfileFile.h"
 #include "support/Bstr.h"
 #include "support/Calculator.h"
 #include "support/ErrorRecord.h"
+#include "support/ProfileText.h"
 
 #include <vector>
 
@@ -98,15 +98,16 @@ RequiredMoves PlanOf(IQMVCalculator2& calculator, const Indexing& indexing) {
 }
 
 void PromisePlans(IQMVCalculator2& calculator, const SevenNumbers& numbers, const Indexing& indexing) {
-    const IdealHead head{{numbers[0], numbers[1], numbers[2]}, numbers[rotation]};
+    const Vector3 centre{numbers[0], numbers[1], numbers[2]};
     XYZData pole{};
     Promise(calculator.GetPoleSpherePosition(&pole) == S_OK, "there is always a pole sphere");
     for (std::size_t i = 0; i < 3; ++i) {
-        Promise(SameNumber(PositionIn(pole)[i], head.centre[i]), "the pole sphere is where the file says");
+        Promise(SameNumber(PositionIn(pole)[i], centre[i]), "the pole sphere is where the file says");
     }
     const RequiredMoves moves = PlanOf(calculator, indexing);
     // Not the other way round: a length that is not a number is no near one.
-    const bool isOnAMachine = Length(head.centre) <= farthestCentre && std::isfinite(head.mountingAngle);
+    const bool isOnAMachine = Length(centre) <= farthestCentre && std::isfinite(numbers[rotation]);
+    const HeadModel head = IdealHead(std::fmod(numbers[rotation], 360.0), centre);
     if (isOnAMachine) PromisePlan(moves, head, indexing.from, indexing.to);
 }
 

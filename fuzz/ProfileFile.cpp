@@ -9,7 +9,7 @@
 
 #include "Support.h"
 
-#include "platform/ProfileFile.h"
+#include "support/ProfileText.h"
 
 #include <algorithm>
 #include <vector>

@@ -93,7 +93,8 @@ private:
 using Triple = std::array<double, 3>;
 
 struct OffsetRule {
-    FixedOffset (*read)();
+    HeadOffset offset;
+    int selector;
     std::array<const char*, 3> names;
     Triple defaults;
     Triple mirror;
@@ -109,22 +110,22 @@ constexpr std::array unlocking{"Locked To Unlocked X Offset", "Locked To Unlocke
                                "Locked To Unlocked Z Offset"};
 
 const OffsetRule offsetRules[] = {
-    {ReadHeadCentreToDriveCupOffset, driveCup, {-6.95, 24.0, -11.5}, {1, 1, 1}},
-    {[] { return ReadHeadCentreToLeverCentreOffset(0); }, leverCentre, {30.3, 0.0, -32.25}, {1, 1, 1}},
-    {[] { return ReadHeadCentreToLeverCentreOffset(1); }, leverCentre, {30.3, 0.0, -32.25}, {-1, 1, 1}},
-    {[] { return ReadLeverCentreToBallCentreOffset(0); }, ballCentre, {0.0, -19.3, -4.3}, {1, 1, 1}},
-    {[] { return ReadLeverCentreToBallCentreOffset(1); }, ballCentre, {0.0, -19.3, -4.3}, {1, -1, 1}},
-    {ReadLockedToUnlockedOffset, unlocking, {0.0, 0.0, -1.5}, {1, 1, 1}},
+    {HeadOffset::HeadCentreToDriveCup, 0, driveCup, {-6.95, 24.0, -11.5}, {1, 1, 1}},
+    {HeadOffset::HeadCentreToLeverCentre, 0, leverCentre, {30.3, 0.0, -32.25}, {1, 1, 1}},
+    {HeadOffset::HeadCentreToLeverCentre, 1, leverCentre, {30.3, 0.0, -32.25}, {-1, 1, 1}},
+    {HeadOffset::LeverCentreToBallCentre, 0, ballCentre, {0.0, -19.3, -4.3}, {1, 1, 1}},
+    {HeadOffset::LeverCentreToBallCentre, 1, ballCentre, {0.0, -19.3, -4.3}, {1, -1, 1}},
+    {HeadOffset::LockedToUnlocked, 0, unlocking, {0.0, 0.0, -1.5}, {1, 1, 1}},
 };
 
 struct RotationRule {
-    double (*read)();
+    HeadOffset offset;
     const char* name;
     double defaultValue;
 };
 const RotationRule rotationRules[] = {
-    {ReadLockedToUnlockedLeverRotation, "Locked To Unlocked Lever Rotation", 135.0},
-    {ReadUnlockedToLockedLeverRotation, "UnLocked To locked Lever Rotation", 138.0},
+    {HeadOffset::UnlockingRotation, "Locked To Unlocked Lever Rotation", 135.0},
+    {HeadOffset::LockingRotation, "UnLocked To locked Lever Rotation", 138.0},
 };
 
 /// `plenty`: room for every value that the file can hold.
@@ -132,7 +133,7 @@ void PromiseDocumentedOffsets(std::size_t plenty) {
     const SettingsKey opened(key);
     const SettingsKey openedAgain(key);
     for (const OffsetRule& rule : offsetRules) {
-        const FixedOffset offset = rule.read();
+        const FixedOffset offset = ReadFixedOffset(rule.offset, rule.selector);
         const Triple found{offset.x, offset.y, offset.z};
         DocumentedReader reader(opened);
         for (std::size_t i = 0; i < found.size(); ++i) {
@@ -144,7 +145,8 @@ void PromiseDocumentedOffsets(std::size_t plenty) {
     for (const RotationRule& rule : rotationRules) {
         PromiseSoundQueries(opened, openedAgain, rule.name, plenty);
         const double expected = DocumentedReader(opened).Read(rule.name, rule.defaultValue);
-        Promise(SameNumber(rule.read(), expected), "a rotation is the stored number or the default, by the rules");
+        Promise(SameNumber(ReadFixedRotation(rule.offset), expected),
+                "a rotation is the stored number or the default, by the rules");
     }
 }
 

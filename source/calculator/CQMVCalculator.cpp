@@ -112,13 +112,11 @@ HRESULT CQMVCalculator::GetPoleSpherePosition(XYZData* PoleSpherePosition) {
     });
 }
 
-HRESULT CQMVCalculator::InterfaceSupportsErrorInfo(REFIID iid) {
-    return IsEqualIID(iid, IID_IQMVCalculator) ? S_OK : S_FALSE;
-}
+HRESULT CQMVCalculator::InterfaceSupportsErrorInfo(REFIID iid) { return iid == IID_IQMVCalculator ? S_OK : S_FALSE; }
 
 void* CQMVCalculator::FindInterface(REFIID iid) noexcept {
-    if (IsEqualIID(iid, IID_IQMVCalculator)) return static_cast<IQMVCalculator*>(this);
-    if (IsEqualIID(iid, IID_IQMVCalculator2)) return static_cast<IQMVCalculator2*>(this);
-    if (IsEqualIID(iid, IID_ISupportErrorInfo)) return static_cast<ISupportErrorInfo*>(this);
+    if (iid == IID_IQMVCalculator) return static_cast<IQMVCalculator*>(this);
+    if (iid == IID_IQMVCalculator2) return static_cast<IQMVCalculator2*>(this);
+    if (iid == IID_ISupportErrorInfo) return static_cast<ISupportErrorInfo*>(this);
     return nullptr;
 }

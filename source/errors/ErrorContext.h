@@ -9,8 +9,8 @@ namespace qmv40 {
 struct ErrorContext {
     const wchar_t* source; ///< class and operation joined by two colons
     const wchar_t* description = L"Unspecified";
-    const wchar_t* helpFile = L"Unspecified"; // never changed
-    DWORD helpContext = 0;                    // never changed
+    const wchar_t* helpFile = L"Unspecified";
+    DWORD helpContext = 0;
 };
 
 } // namespace qmv40

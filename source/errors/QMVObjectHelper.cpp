@@ -5,9 +5,7 @@
 using namespace qmv40;
 
 HRESULT QMVObjectHelper::CREATE_OBJECT(REFCLSID clsid, REFIID iid, void** object) {
-    // CLSCTX_ALL: in-process server, in-process handler, local and remote server.
-    constexpr DWORD anyServer = 23;
-    const HRESULT result = CoCreateInstance(clsid, nullptr, anyServer, iid, object);
+    const HRESULT result = CoCreateInstance(clsid, nullptr, CLSCTX_ALL, iid, object);
     if (FAILED(result)) {
         if (object != nullptr) *object = nullptr;
         RaiseError(QMV_E_OBJECT_NOT_CREATED, L"QMVObjectHelper::CREATE_OBJECT", L"Failed to create object");

@@ -11,43 +11,32 @@ namespace {
 /// The setters of the record take non-const text but do not change it.
 LPOLESTR AsSetterText(const wchar_t* text) noexcept { return const_cast<LPOLESTR>(text); }
 
-void Fill(ICreateErrorInfo& record, const wchar_t* source, const wchar_t* description, const wchar_t* helpFile,
-          DWORD helpContext) {
-    record.SetSource(AsSetterText(source));
-    record.SetDescription(AsSetterText(description));
-    record.SetHelpFile(AsSetterText(helpFile));
-    record.SetHelpContext(helpContext);
-    // Always the first interface, also if a method of the second one fails: required.
-    record.SetGUID(IID_IQMVCalculator);
-}
-
 /// Sets the thread's error record. Returns S_OK, or the code of the step that failed.
-HRESULT SetErrorRecord(const wchar_t* source, const wchar_t* description, const wchar_t* helpFile, DWORD helpContext) {
+HRESULT SetErrorRecord(const ErrorContext& context) {
     ComPointer<ICreateErrorInfo> builder;
     const HRESULT created = CreateErrorInfo(builder.Receive());
-    if (builder.Get() == nullptr) return FAILED(created) ? created : E_OUTOFMEMORY;
-    Fill(*builder.Get(), source, description, helpFile, helpContext);
+    if (!builder) return FAILED(created) ? created : E_OUTOFMEMORY;
+    builder->SetSource(AsSetterText(context.source));
+    builder->SetDescription(AsSetterText(context.description));
+    builder->SetHelpFile(AsSetterText(context.helpFile));
+    builder->SetHelpContext(context.helpContext);
+    // Always the first interface, also if a method of the second one fails: required.
+    builder->SetGUID(IID_IQMVCalculator);
 
     ComPointer<IErrorInfo> record;
     const HRESULT asked = builder->QueryInterface(IID_IErrorInfo, record.Receive());
-    if (FAILED(asked)) return asked;
-    return SetErrorInfo(0, record.Get());
+    return FAILED(asked) ? asked : SetErrorInfo(0, record.Get());
 }
 
 } // namespace
 
-void RaiseError(HRESULT code, const wchar_t* source, const wchar_t* description, const wchar_t* helpFile,
-                DWORD helpContext) {
-    const HRESULT recorded = SetErrorRecord(source, description, helpFile, helpContext);
+void RaiseError(HRESULT code, const ErrorContext& context) {
+    const HRESULT recorded = SetErrorRecord(context);
     throw FAILED(recorded) ? recorded : code;
 }
 
 void RaiseError(HRESULT code, const wchar_t* source, const wchar_t* description) {
-    RaiseError(code, source, description, L"", 0);
-}
-
-void RaiseError(HRESULT code, const ErrorContext& context) {
-    RaiseError(code, context.source, context.description, context.helpFile, context.helpContext);
+    RaiseError(code, ErrorContext{source, description, L""});
 }
 
 void ThrowRecordedCode(HRESULT code, const void* returnAddress) {

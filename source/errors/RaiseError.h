@@ -7,14 +7,10 @@ namespace qmv40 {
 
 /// Fills the calling thread's error record and throws `code` as an HRESULT. Only this file throws codes. If the record
 /// cannot be created or set, the failure code of that step is thrown instead.
-[[noreturn]] void RaiseError(HRESULT code, const wchar_t* source, const wchar_t* description, const wchar_t* helpFile,
-                             DWORD helpContext);
+[[noreturn]] void RaiseError(HRESULT code, const ErrorContext& context);
 
 /// Raises one of the component's own errors: the help file in its record is empty.
 [[noreturn]] void RaiseError(HRESULT code, const wchar_t* source, const wchar_t* description);
-
-/// Raises a failure code with the texts of `context`: the help file in its record is "Unspecified".
-[[noreturn]] void RaiseError(HRESULT code, const ErrorContext& context);
 
 /// Throws `code`, whose error record is set already, out of an interface method. The program that called the method has
 /// its code at `returnAddress` and gets the kind of exception that it can catch. The method and this function must have

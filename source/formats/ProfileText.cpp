@@ -8,20 +8,17 @@ using namespace ascii;
 
 namespace {
 
-/// Indices into the text. The section without a name has no section line: its `begin` equals its `body`.
+/// The lines below a section line, as indices into the text.
 struct Section {
     std::size_t begin;
-    std::size_t body;
     std::size_t end;
 };
 
-/// The line of a key, as indices into the text. Without a `=` the value is empty and begins at the end of the key.
+/// The line of a key. The views refer to the text. Without a `=` the value is empty and begins at the end of the key.
 struct Entry {
-    TextLine line;
-    std::size_t keyEnd;
+    std::string_view key;
+    std::string_view value;
     bool hasValue;
-    std::size_t valueBegin;
-    std::size_t valueEnd;
 };
 
 std::string_view CutAtZero(std::string_view text) { return text.substr(0, text.find('\0')); }
@@ -36,7 +33,7 @@ std::optional<std::string_view> SectionName(std::string_view line) {
 
 std::optional<Section> FindSection(std::string_view text, std::string_view name) {
     bool isFound = name.empty();
-    Section section{0, 0, text.size()};
+    Section section{0, text.size()};
     for (std::size_t at = 0; at < text.size();) {
         const TextLine line = LineAt(text, at);
         at = line.next;
@@ -47,33 +44,24 @@ std::optional<Section> FindSection(std::string_view text, std::string_view name)
             return section;
         }
         isFound = EqualIgnoringCase(*found, name);
-        if (isFound) section = {line.begin, line.next, text.size()};
+        if (isFound) section = {line.next, text.size()};
     }
     return isFound ? std::optional(section) : std::nullopt;
 }
 
-Entry EntryOf(std::string_view text, const TextLine& line) {
-    const auto placeOf = [&](std::string_view part) { return static_cast<std::size_t>(part.data() - text.data()); };
-    const std::size_t equals = line.content.find('=');
-    const std::string_view key = TrimmedRight(line.content.substr(0, equals));
-    const std::size_t keyEnd = placeOf(key) + key.size();
-    Entry entry{line, keyEnd, equals != std::string_view::npos, keyEnd, keyEnd};
-    if (entry.hasValue) {
-        const std::string_view value = CutAtZero(Trimmed(line.content.substr(equals + 1)));
-        entry.valueBegin = placeOf(value);
-        entry.valueEnd = entry.valueBegin + value.size();
-    }
-    return entry;
+Entry EntryOf(std::string_view line) {
+    const std::size_t equals = line.find('=');
+    const bool hasValue = equals != std::string_view::npos;
+    const std::string_view key = Trimmed(line.substr(0, equals));
+    return {CutAtZero(key), hasValue ? CutAtZero(Trimmed(line.substr(equals + 1))) : key.substr(key.size()), hasValue};
 }
 
 std::optional<Entry> FindEntry(std::string_view text, const Section& section, std::string_view key) {
-    for (std::size_t at = section.body; at < section.end;) {
+    for (std::size_t at = section.begin; at < section.end;) {
         const TextLine line = LineAt(text, at);
         at = line.next;
-        if (Trimmed(line.content).empty()) continue;
-        const Entry entry = EntryOf(text, line);
-        const std::string_view found = TrimmedLeft(text.substr(line.begin, entry.keyEnd - line.begin));
-        if (EqualIgnoringCase(CutAtZero(found), key)) return entry;
+        const Entry entry = EntryOf(line.content);
+        if (EqualIgnoringCase(entry.key, key) && !Trimmed(line.content).empty()) return entry;
     }
     return std::nullopt;
 }
@@ -94,8 +82,8 @@ std::string_view PrevailingLineEnd(std::string_view text) {
 
 /// The index at which a new line of the section is inserted: after its last line that is not blank.
 std::size_t EndOfLines(std::string_view text, const Section& section) {
-    std::size_t end = section.body;
-    for (std::size_t at = section.body; at < section.end;) {
+    std::size_t end = section.begin;
+    for (std::size_t at = section.begin; at < section.end;) {
         const TextLine line = LineAt(text, at);
         at = line.next;
         if (!Trimmed(line.content).empty()) end = line.next;
@@ -106,8 +94,9 @@ std::size_t EndOfLines(std::string_view text, const Section& section) {
 bool EndsInsideLine(std::string_view text) { return !text.empty() && text.back() != '\n' && text.back() != '\r'; }
 
 void ReplaceValue(std::string& text, const Entry& entry, std::string_view value) {
-    text.replace(entry.valueBegin, entry.valueEnd - entry.valueBegin, value);
-    if (!entry.hasValue) text.insert(entry.keyEnd, 1, '=');
+    const auto begin = static_cast<std::size_t>(entry.value.data() - text.data());
+    text.replace(begin, entry.value.size(), value);
+    if (!entry.hasValue) text.insert(begin, 1, '=');
 }
 
 void AddLine(std::string& text, std::size_t at, std::string_view content) {
@@ -140,7 +129,7 @@ std::optional<std::string_view> FindProfileValue(std::string_view text, std::str
     if (!found) return std::nullopt;
     const std::optional<Entry> entry = FindEntry(text, *found, Trimmed(key));
     if (!entry || !entry->hasValue) return std::nullopt;
-    return text.substr(entry->valueBegin, entry->valueEnd - entry->valueBegin);
+    return entry->value;
 }
 
 void SetProfileValue(std::string& text, std::string_view section, std::string_view key, std::string_view value) {
@@ -150,7 +139,7 @@ void SetProfileValue(std::string& text, std::string_view section, std::string_vi
     std::optional<Section> found = FindSection(text, section);
     if (!found) {
         AddLine(text, text.size(), std::string{"["}.append(section).append("]"));
-        found = Section{text.size(), text.size(), text.size()};
+        found = Section{text.size(), text.size()};
     }
     if (const std::optional<Entry> entry = FindEntry(text, *found, key)) return ReplaceValue(text, *entry, value);
     AddLine(text, EndOfLines(text, *found), std::string(key).append("=").append(value));
@@ -163,12 +152,12 @@ std::vector<ProfileLine> ProfileLines(std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
         const TextLine whole = LineAt(text, at);
         at = whole.next;
-        const Entry entry = EntryOf(text, whole);
+        const Entry entry = EntryOf(whole.content);
         ProfileLine line{KindOf(whole.content, entry.hasValue), lines.size() + 1, section, {}, {}, isSectionHidden};
         if (line.kind == ProfileLine::Kind::Section) line.section = *SectionName(whole.content);
         if (line.kind >= ProfileLine::Kind::Entry) {
-            line.key = CutAtZero(TrimmedLeft(text.substr(whole.begin, entry.keyEnd - whole.begin)));
-            line.value = text.substr(entry.valueBegin, entry.valueEnd - entry.valueBegin);
+            line.key = entry.key;
+            line.value = entry.value;
         }
         if (line.kind >= ProfileLine::Kind::Section) {
             const bool isRepeated = std::ranges::any_of(lines, [&](const ProfileLine& e) { return Hides(e, line); });

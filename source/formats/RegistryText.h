@@ -25,38 +25,6 @@ struct RegistryValue {
     std::string bytes;
 };
 
-/// One key in the content of a file in the registry export format: "Windows Registry Editor Version 5.00" (UTF-8, or
-/// UTF-16 behind a byte-order mark) or "REGEDIT4".
-///
-/// Read as the registry editor imports it: later lines override and delete earlier ones, the letter case of keys and
-/// value names makes no difference, and a line that cannot be understood is skipped. Only the root HKEY_LOCAL_MACHINE
-/// is read. A text value is on one line. Each query searches the text again, because most programs ask only once.
-class RegistryKeyText {
-public:
-    /// `path` is the path below the root. A file that begins with neither of the two format names holds no key.
-    RegistryKeyText(std::string fileContent, std::string_view path);
-
-    bool IsPresent() const noexcept { return isPresent; }
-
-    /// The value under `name` ("" is the key's default value), or nothing.
-    std::optional<RegistryValue> Find(std::string_view name) const;
-
-private:
-    struct Lines {
-        std::size_t begin;
-        std::size_t end;
-    };
-
-    void FindKey(std::size_t at, std::string_view path);
-    /// Applies every line in `lines` that concerns the value to `value`, in their order.
-    void FindIn(const Lines& lines, std::string_view name, std::optional<RegistryValue>& value) const;
-
-    std::string text;
-    bool hasWideTexts = false; ///< bytes of texts are UTF-16
-    bool isPresent = false;
-    std::vector<Lines> parts; ///< the lines below each of the key's headings
-};
-
 /// A line that names a key, or a line below one. Blank lines, comments and lines below a removed key are left out.
 struct RegistryLine {
     enum class Kind {
@@ -74,6 +42,27 @@ struct RegistryLine {
     std::optional<RegistryValue> value; ///< of a value
 };
 
+/// One key in the content of a file in the registry export format: "Windows Registry Editor Version 5.00" (UTF-8, or
+/// UTF-16 behind a byte-order mark) or "REGEDIT4".
+///
+/// Read as the registry editor imports it: later lines override and delete earlier ones, the letter case of keys and
+/// value names makes no difference, and a line that cannot be understood is skipped. Only the root HKEY_LOCAL_MACHINE
+/// is read. A text value is on one line.
+class RegistryKeyText {
+public:
+    /// `path` is the path below the root. A file that begins with neither of the two format names holds no key.
+    RegistryKeyText(const std::string& fileContent, std::string_view path);
+
+    bool IsPresent() const noexcept { return isPresent; }
+
+    /// The value under `name` ("" is the key's default value), or nothing.
+    std::optional<RegistryValue> Find(std::string_view name) const;
+
+private:
+    bool isPresent = false;
+    std::vector<RegistryLine> values; ///< the lines that set or remove a value, in their order
+};
+
 /// All lines of a file, for a report of what is wrong with it. Read by the same rules, also if the file begins with
 /// neither of the two format names.
 struct RegistryLines {
@@ -81,6 +70,6 @@ struct RegistryLines {
     std::vector<RegistryLine> lines;
 };
 
-RegistryLines RegistryLinesIn(std::string fileContent);
+RegistryLines RegistryLinesIn(const std::string& fileContent);
 
 } // namespace qmv40

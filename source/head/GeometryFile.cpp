@@ -3,22 +3,12 @@
 #include "head/RoundThePole.h"
 
 #include "errors/RaiseError.h"
+#include "maths/RaisingGeometryErrors.h"
 #include "persistence/HeadGeometryFile.h"
-
-#include <new>
 
 using namespace qmv40;
 
 namespace {
-
-/// Raises E_OUTOFMEMORY with the text of the step if memory runs out in it.
-template <typename Step> auto RaisingLackOfMemory(const ErrorContext& context, Step&& step) {
-    try {
-        return step();
-    } catch (const std::bad_alloc&) {
-        RaiseError(E_OUTOFMEMORY, context);
-    }
-}
 
 /// Runs a load or a save. `ownCode` passes unchanged; any other code is raised again with the description of the whole
 /// operation. Both then have the source of the load: required.
@@ -26,38 +16,36 @@ template <typename Operation> void RaisingWholeFailure(const ErrorContext& conte
                                                        const wchar_t* description, Operation operation) {
     constexpr DWORD status = 0; // Always zero: required. A code is raised again only if it is zero.
     try {
-        RaisingLackOfMemory(context, operation);
+        RaisingGeometryErrors(context, operation);
     } catch (const HRESULT code) {
         if (code == ownCode || status != 0) throw;
         RaiseError(code, L"RoundThePole::LoadFromFile", description);
     }
 }
 
-double ReadEntry(const ProfileReader& file, std::size_t entry) {
+double ReadEntry(const ProfileReader& file, const HeadGeometryEntry& entry) {
     const ErrorContext context{L"RoundThePole::ReadDoubleFromIniFile", L"Error calling IniGetDoubleValue"};
-    return RaisingLackOfMemory(context, [&] { return ReadHeadGeometryNumber(file, headGeometryEntries.at(entry)); });
+    return RaisingGeometryErrors(context, [&] { return ReadHeadGeometryNumber(file, entry); });
 }
 
-void WriteEntry(ProfileWriter& file, std::size_t entry, double value) {
+void WriteEntry(ProfileWriter& file, const HeadGeometryEntry& entry, double value) {
     const ErrorContext context{L"RoundThePole::WriteDoubleToIniFile", L"Error calling IniSetDoubleValue"};
-    RaisingLackOfMemory(context, [&] { WriteHeadGeometryNumber(file, headGeometryEntries.at(entry), value); });
+    RaisingGeometryErrors(context, [&] { WriteHeadGeometryNumber(file, entry, value); });
 }
 
 } // namespace
 
 double RoundThePole::ReadDoubleFromIniFile(const wchar_t* section, const wchar_t* key, const wchar_t* fileName) const {
     const ErrorContext context{L"RoundThePole::ReadDoubleFromIniFile", L"Error calling IniGetDoubleValue"};
-    return RaisingLackOfMemory(context, [&] {
-        return ReadHeadGeometryNumber(ProfileReader(fileName), {section, key});
-    });
+    return RaisingGeometryErrors(context, [&] { return ReadEntry(ProfileReader(fileName), {section, key}); });
 }
 
 void RoundThePole::WriteDoubleToIniFile(const wchar_t* section, const wchar_t* key, double value,
                                         const wchar_t* fileName) const {
     const ErrorContext context{L"RoundThePole::WriteDoubleToIniFile", L"Error calling IniSetDoubleValue"};
-    RaisingLackOfMemory(context, [&] {
+    RaisingGeometryErrors(context, [&] {
         ProfileWriter file(fileName);
-        WriteHeadGeometryNumber(file, {section, key}, value);
+        WriteEntry(file, {section, key}, value);
         CommitHeadGeometry(file);
     });
 }
@@ -80,25 +68,24 @@ void RoundThePole::LoadFromFile(const BSTR* fileName) {
 void RoundThePole::WriteNumbers(ProfileWriter& file) const {
     const double numbers[] = {headCentre[0], headCentre[1], headCentre[2],          safePositionX,
                               safePositionY, safePositionZ, requiredRotationAroundZ};
-    for (std::size_t i = 0; i < headGeometryEntries.size(); ++i) WriteEntry(file, i, numbers[i]);
+    for (std::size_t i = 0; i < headGeometryEntries.size(); ++i)
+        WriteEntry(file, headGeometryEntries.at(i), numbers[i]);
 }
 
 void RoundThePole::ReadNumbers(const ProfileReader& file) {
-    for (int i = 0; i < 3; ++i) headCentre[i] = ReadEntry(file, headCentreEntry + static_cast<std::size_t>(i));
+    const auto read = [&](std::size_t entry) { return ReadEntry(file, headGeometryEntries.at(entry)); };
+    for (int i = 0; i < 3; ++i) headCentre[i] = read(headCentreEntry + static_cast<std::size_t>(i));
     // Read a second time and not used: required.
-    CMaPoint unused(0.0, 0.0, 0.0);
-    unused.x() = ReadEntry(file, headCentreEntry);
-    unused.y() = ReadEntry(file, headCentreEntry + 1);
-    unused.z() = ReadEntry(file, headCentreEntry + 2);
+    for (std::size_t i = 0; i < 3; ++i) read(headCentreEntry + i);
 
-    safePositionX = ReadEntry(file, safePositionEntry);
-    safePositionY = ReadEntry(file, safePositionEntry + 1);
-    safePositionZ = ReadEntry(file, safePositionEntry + 2);
+    safePositionX = read(safePositionEntry);
+    safePositionY = read(safePositionEntry + 1);
+    safePositionZ = read(safePositionEntry + 2);
 
     InitialiseFixedGeometry();
     CalculateLeverGeometry();
     // Replaces the Z just read: the saved Z must be in the file, and is never used, as required.
     CalculateSafePositionZ();
-    requiredRotationAroundZ = ReadEntry(file, rotationEntry);
+    requiredRotationAroundZ = read(rotationEntry);
     AdjustForMisAlignment(requiredRotationAroundZ, CMaGeometry::EAxisType::Z);
 }

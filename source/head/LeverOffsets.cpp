@@ -23,12 +23,12 @@ std::unique_ptr<CMaVector> NewOffset(const wchar_t* source, double x, double y, 
 
 void RoundThePole::GetHeadCentreToLeverCentreOffset(int lever, CMaVector& out) const {
     const ErrorContext context{L"RoundThePole::GetHeadCentreToLeverCentreOffset"};
-    RaisingGeometryErrors(context, [&] { Fill(out, ReadHeadCentreToLeverCentreOffset(lever)); });
+    RaisingGeometryErrors(context, [&] { Fill(out, ReadFixedOffset(HeadOffset::HeadCentreToLeverCentre, lever)); });
 }
 
 void RoundThePole::GetLeverCentreToBallCentreOffset(int state, CMaVector& out) const {
     const ErrorContext context{L"RoundThePole::GetLeverCentreToBallCentreOffset"};
-    RaisingGeometryErrors(context, [&] { Fill(out, ReadLeverCentreToBallCentreOffset(state)); });
+    RaisingGeometryErrors(context, [&] { Fill(out, ReadFixedOffset(HeadOffset::LeverCentreToBallCentre, state)); });
 }
 
 std::unique_ptr<CMaVector> RoundThePole::GetLeverLockedApproachOffset() const {

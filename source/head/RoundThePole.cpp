@@ -21,10 +21,14 @@ void RoundThePole::CalculateSafePositionZ() noexcept {
     safePositionZ = headCentre[2] + safeHeight;
 }
 
-FixedOffset RoundThePole::GetHeadCentreToDriveCupOffset() const { return ReadHeadCentreToDriveCupOffset(); }
+FixedOffset RoundThePole::GetHeadCentreToDriveCupOffset() const {
+    return ReadFixedOffset(HeadOffset::HeadCentreToDriveCup);
+}
 
-FixedOffset RoundThePole::GetLockedToUnlockedOffset() const { return ReadLockedToUnlockedOffset(); }
+FixedOffset RoundThePole::GetLockedToUnlockedOffset() const { return ReadFixedOffset(HeadOffset::LockedToUnlocked); }
 
-double RoundThePole::GetLockedToUnlockedLeverRotation() const { return ReadLockedToUnlockedLeverRotation(); }
+double RoundThePole::GetLockedToUnlockedLeverRotation() const {
+    return ReadFixedRotation(HeadOffset::UnlockingRotation);
+}
 
-double RoundThePole::GetUnlockedToLockedLeverRotation() const { return ReadUnlockedToLockedLeverRotation(); }
+double RoundThePole::GetUnlockedToLockedLeverRotation() const { return ReadFixedRotation(HeadOffset::LockingRotation); }

@@ -8,16 +8,15 @@
 using namespace qmv40;
 
 CQuaternion::CQuaternion() : rotationMatrix(3, 3) {
-    ErrorContext context{L"CQuaternion::CQuaternion"};
-    context.description = L"Error initialising matrix with default data.";
+    const ErrorContext context{L"CQuaternion::CQuaternion", L"Error initialising matrix with default data."};
     RaisingGeometryErrors(context, [&] {
         for (int i = 0; i < 3; ++i) rotationMatrix.SetElement(i, i, 1.0);
     });
 }
 
 void CQuaternion::InitialiseFromAngleAndDirection(double angleRadians, const CMaVector& direction) {
-    ErrorContext context{L"CQuaternion::InitialiseFromAngleAndDirection"};
-    context.description = L"Error extracting data from direction vector";
+    const ErrorContext context{L"CQuaternion::InitialiseFromAngleAndDirection",
+                               L"Error extracting data from direction vector"};
     RaisingGeometryErrors(context, [&] {
         const double dx = direction[0], dy = direction[1], dz = direction[2];
         const double sine = Sine(0.5 * angleRadians);
@@ -39,8 +38,7 @@ void CQuaternion::SetComponents(double newW, double newX, double newY, double ne
 
 void CQuaternion::CalculateRotationMatrix() {
     // The source names the usual caller instead of this operation: required.
-    ErrorContext context{L"CQuaternion::InitialiseFromAngleAndDirection"};
-    context.description = L"Error calculating rotation matrix";
+    const ErrorContext context{L"CQuaternion::InitialiseFromAngleAndDirection", L"Error calculating rotation matrix"};
     RaisingGeometryErrors(context, [&] {
         rotationMatrix.SetElement(0, 0, x * x - y * y - z * z + w * w);
         rotationMatrix.SetElement(1, 1, -x * x + y * y - z * z + w * w);

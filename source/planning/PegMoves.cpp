@@ -25,9 +25,8 @@ void MovePlanner::CalculateRotateToPeg(RequiredMoves& moves, [[maybe_unused]] co
 
 void MovePlanner::CalculateEngageWithPeg(RequiredMoves& moves, const CMaVector& approachNow,
                                          const CMaVector& engageNow) const {
-    ErrorContext context{L"CQMVCalculator::CalculateEngageWithPeg"};
+    const ErrorContext context{L"CQMVCalculator::CalculateEngageWithPeg", L"Failed To Extract Value From Array"};
     RaisingGeometryErrors(context, [&] {
-        context.description = L"Failed To Extract Value From Array";
         moves.ApproachPeg = PositionOf(approachNow);
         moves.EngageWithPeg = PositionOf(engageNow);
         moves.MoveToPegAtSafeZ = PositionAtHeight(approachNow, headGeometry.SafePositionZ());
@@ -37,10 +36,9 @@ void MovePlanner::CalculateEngageWithPeg(RequiredMoves& moves, const CMaVector& 
 void MovePlanner::CalculateHeadIndexingMoves(RequiredMoves& moves, double targetA, double targetB,
                                              const CMaVector& centre, const CMaVector& aAxisNow, const CMaVector& bAxis,
                                              const CMaVector& aAxisTarget) const {
-    ErrorContext context{L"CQMVCalculator::CalculateHeadIndexingMoves"};
+    // The text is fixed, with its misspelling.
+    const ErrorContext context{L"CQMVCalculator::CalculateHeadIndexingMoves", L"Failed To Extact Value From Array"};
     RaisingGeometryErrors(context, [&] {
-        // The text is fixed, with its misspelling.
-        context.description = L"Failed To Extact Value From Array";
         // An arc by +x decreases the axis angle by x: each angle is the negated change. B is not wrapped into +-180.
         moves.IntermediateAPosition = ArcAbout(centre, aAxisNow, currentA);
         moves.MoveToBPosition = ArcAbout(centre, bAxis, currentB - targetB);
@@ -49,10 +47,9 @@ void MovePlanner::CalculateHeadIndexingMoves(RequiredMoves& moves, double target
 }
 
 void MovePlanner::CalculateDisengageFromPeg(RequiredMoves& moves, const CMaVector& approachTarget) const {
-    ErrorContext context{L"CQMVCalculator::CalculateDisengageFromPeg"};
+    // The text is fixed, with its misspelling.
+    const ErrorContext context{L"CQMVCalculator::CalculateDisengageFromPeg", L"Failed To Extact Value From Array"};
     RaisingGeometryErrors(context, [&] {
-        // The text is fixed, with its misspelling.
-        context.description = L"Failed To Extact Value From Array";
         moves.DisengageFromPeg = PositionOf(approachTarget);
         moves.DisengageFromPegToSafeZ = PositionAtHeight(approachTarget, headGeometry.SafePositionZ());
     });

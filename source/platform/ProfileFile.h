@@ -38,10 +38,6 @@ private:
     std::unique_ptr<State> state;
 };
 
-/// One value, read alone.
-void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer,
-                     const wchar_t* fileName);
-
 /// An entry to write. A name that is absent was null or could not be converted.
 struct ProfileEntry {
     std::optional<std::string> section;
@@ -52,7 +48,7 @@ struct ProfileEntry {
 /// Gathers entries and writes them into one file.
 class ProfileWriter {
 public:
-    explicit ProfileWriter(const wchar_t* fileName);
+    explicit ProfileWriter(const wchar_t* fileName) : file(fileName == nullptr ? L"" : fileName) {}
 
     /// Puts `key=text` into `section` at Commit: replaces the key where it stands, or adds key, section and file.
     void Set(const wchar_t* section, const wchar_t* key, std::string_view text);
@@ -72,8 +68,5 @@ private:
     std::wstring file;
     std::vector<ProfileEntry> entries;
 };
-
-/// One entry, written alone.
-bool WriteProfileText(const wchar_t* section, const wchar_t* key, std::string_view text, const wchar_t* fileName);
 
 } // namespace qmv40

@@ -33,7 +33,7 @@ ClassFactory& ClassFactory::Instance() noexcept {
 HRESULT ClassFactory::QueryInterface(REFIID iid, void** object) {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IClassFactory)) return E_NOINTERFACE;
+    if (iid != IID_IUnknown && iid != IID_IClassFactory) return E_NOINTERFACE;
     AddRef();
     *object = static_cast<IClassFactory*>(this);
     return S_OK;
@@ -56,7 +56,7 @@ HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object)
     *object = nullptr;
     if (outer == nullptr) return Deliver(std::make_unique<StandaloneObject<CQMVCalculator>>(), iid, object);
     // An aggregated object must be created as IUnknown: only that pointer is the inner one.
-    if (!IsEqualIID(iid, IID_IUnknown)) return CLASS_E_NOAGGREGATION;
+    if (iid != IID_IUnknown) return CLASS_E_NOAGGREGATION;
     return Deliver(std::make_unique<AggregatedObject<CQMVCalculator>>(outer), iid, object);
 } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;

@@ -17,8 +17,7 @@ template <typename Class> class StandaloneObject final : public LateBinding<Clas
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
         if (object == nullptr) return E_POINTER;
-        *object =
-            IsEqualIID(iid, IID_IUnknown) ? this->FindInterface(Class::PrimaryInterface) : this->FindInterface(iid);
+        *object = iid == IID_IUnknown ? this->FindInterface(Class::PrimaryInterface) : this->FindInterface(iid);
         if (*object == nullptr) return E_NOINTERFACE;
         AddRef();
         return S_OK;
@@ -43,7 +42,7 @@ public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
         if (object == nullptr) return E_POINTER;
         *object = nullptr;
-        if (IsEqualIID(iid, IID_IUnknown)) {
+        if (iid == IID_IUnknown) {
             AddRef();
             *object = static_cast<IUnknown*>(this);
             return S_OK;

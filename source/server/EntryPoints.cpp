@@ -9,7 +9,7 @@ using namespace qmv40;
 extern "C" HRESULT STDMETHODCALLTYPE DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
-    if (!IsEqualCLSID(clsid, CLSID_QMVCalculator)) return CLASS_E_CLASSNOTAVAILABLE;
+    if (clsid != CLSID_QMVCalculator) return CLASS_E_CLASSNOTAVAILABLE;
     Module::StayLoaded();
     return ClassFactory::Instance().QueryInterface(iid, object);
 }

@@ -30,7 +30,7 @@ struct Object {
 class Outer final : public IUnknown {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!IsEqualIID(iid, IID_IUnknown)) return inner->QueryInterface(iid, object);
+        if (iid != IID_IUnknown) return inner->QueryInterface(iid, object);
         AddRef();
         *object = static_cast<IUnknown*>(this);
         return S_OK;

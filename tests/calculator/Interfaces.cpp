@@ -197,7 +197,7 @@ TEST(Module, CannotUnloadWhileItIsLocked) {
 class Outer final : public IUnknown {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!IsEqualIID(iid, IID_IUnknown)) return inner->QueryInterface(iid, object);
+        if (iid != IID_IUnknown) return inner->QueryInterface(iid, object);
         *object = static_cast<IUnknown*>(this);
         AddRef();
         return S_OK;

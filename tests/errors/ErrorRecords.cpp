@@ -62,8 +62,8 @@ TEST(RaiseError, CarriesAllFiveArguments) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
-        const Raised raised = RaisedBy(
-            [&] { RaiseError(c.code, c.source.c_str(), c.description.c_str(), c.helpFile.c_str(), c.helpContext); });
+        const ErrorContext context{c.source.c_str(), c.description.c_str(), c.helpFile.c_str(), c.helpContext};
+        const Raised raised = RaisedBy([&] { RaiseError(c.code, context); });
         EXPECT_EQ(raised.code, c.code);
         ASSERT_TRUE(raised.record);
         EXPECT_EQ(raised.record->source, c.source);
@@ -77,7 +77,7 @@ TEST(RaiseError, CarriesAllFiveArguments) {
 TEST(RaiseError, MarksEveryRecordWithTheFirstInterface) {
     const Raised raised = RaisedBy([] { RaiseError(E_FAIL, aSource, aDescription); });
     ASSERT_TRUE(raised.record);
-    EXPECT_TRUE(IsEqualGUID(raised.record->guid, IID_IQMVCalculator));
+    EXPECT_TRUE(raised.record->guid == IID_IQMVCalculator);
 }
 
 TEST(RaiseError, ReplacesTheRecordOfAnEarlierFailure) {

@@ -27,7 +27,7 @@ struct Platform {
 class Record final : public ICreateErrorInfo, public IErrorInfo {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        platform.calls.emplace_back(IsEqualIID(iid, IID_IErrorInfo) ? "QueryInterface" : "another interface");
+        platform.calls.emplace_back(iid == IID_IErrorInfo ? "QueryInterface" : "another interface");
         *object = nullptr;
         if (FAILED(platform.asked)) return platform.asked;
         *object = static_cast<IErrorInfo*>(this);
@@ -42,7 +42,7 @@ public:
     HRESULT STDMETHODCALLTYPE SetHelpFile(LPOLESTR) override { return Note("SetHelpFile"); }
     HRESULT STDMETHODCALLTYPE SetHelpContext(DWORD) override { return Note("SetHelpContext"); }
     HRESULT STDMETHODCALLTYPE SetGUID(REFGUID guid) override {
-        return Note(IsEqualGUID(guid, IID_IQMVCalculator) ? "SetGUID" : "another identifier");
+        return Note(guid == IID_IQMVCalculator ? "SetGUID" : "another identifier");
     }
 
     HRESULT STDMETHODCALLTYPE GetGUID(GUID*) override { return E_NOTIMPL; }

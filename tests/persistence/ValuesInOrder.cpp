@@ -60,13 +60,12 @@ void ProfileReader::Read(const wchar_t* section, const wchar_t* key, const char*
     buffer[length] = '\0';
 }
 
-ProfileWriter::ProfileWriter(const wchar_t* fileName) : file(fileName) { profile.opened.push_back(file); }
-
 void ProfileWriter::Set(const wchar_t* section, const wchar_t* key, std::string_view text) {
     entries.push_back({Narrow(section), Narrow(key), std::string(text)});
 }
 
 bool ProfileWriter::Commit() {
+    profile.opened.push_back(file);
     for (const ProfileEntry& entry : entries) {
         profile.written.emplace_back(*entry.section, *entry.key);
         if (!profile.write(profile.written.size() - 1)) return false;

@@ -82,17 +82,11 @@ void RoundThePole::LeverAxisOfRotation(int which, CMaVector& out) const {
 
 namespace qmv40 {
 
-FixedOffset ReadHeadCentreToDriveCupOffset() { return {}; }
-FixedOffset ReadHeadCentreToLeverCentreOffset(int) { return {}; }
-FixedOffset ReadLeverCentreToBallCentreOffset(int) { return {}; }
-FixedOffset ReadLockedToUnlockedOffset() { return {}; }
-double ReadLockedToUnlockedLeverRotation() {
-    Note("unlocking rotation");
-    return 135.0;
-}
-double ReadUnlockedToLockedLeverRotation() {
-    Note("locking rotation");
-    return 138.0;
+FixedOffset ReadFixedOffset(HeadOffset, int) { return {}; }
+double ReadFixedRotation(HeadOffset offset) {
+    const bool isUnlocking = offset == HeadOffset::UnlockingRotation;
+    Note(isUnlocking ? "unlocking rotation" : "locking rotation");
+    return isUnlocking ? 135.0 : 138.0;
 }
 
 } // namespace qmv40

@@ -83,7 +83,7 @@ TEST(ErrorRecord, GivesBackEverythingThatWasSet) {
     EXPECT_EQ(context, 42U);
     GUID guid{};
     EXPECT_EQ(read->GetGUID(&guid), S_OK);
-    EXPECT_TRUE(IsEqualGUID(guid, someGuid));
+    EXPECT_TRUE(guid == someGuid);
 }
 
 TEST(ErrorRecord, GivesNullTextsAndNoHelpContextWhenNothingWasSet) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ProfileFile.h"
+#include "support/ProfileText.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -32,12 +32,12 @@ public:
     std::string Read(const wchar_t* section, const wchar_t* key, const char* defaultText = "default",
                      std::size_t capacity = 349) const {
         std::vector<char> buffer(capacity, '#');
-        qmv40::ReadProfileText(section, key, defaultText, buffer, Path().wstring().c_str());
+        ReadProfileText(section, key, defaultText, buffer, Path().wstring().c_str());
         return buffer.data();
     }
 
     bool Write(const wchar_t* section, const wchar_t* key, std::string_view text) const {
-        return qmv40::WriteProfileText(section, key, text, Path().wstring().c_str());
+        return WriteProfileText(section, key, text, Path().wstring().c_str());
     }
 
 private:

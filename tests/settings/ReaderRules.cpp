@@ -80,26 +80,27 @@ const std::vector<Group>& Groups() {
                                        "Lever Centre To Ball Centre Z Offset"};
     static const char* const shift[] = {"Locked To Unlocked X Offset", "Locked To Unlocked Y Offset",
                                         "Locked To Unlocked Z Offset"};
-    const auto leverOf = [](int side) { return [side] { return ReadHeadCentreToLeverCentreOffset(side); }; };
-    const auto ballOf = [](int state) { return [state] { return ReadLeverCentreToBallCentreOffset(state); }; };
-    const auto group = [](const char* what, std::function<FixedOffset()> read, const char* const(&names)[3],
+    const auto group = [](const char* what, HeadOffset offset, int selector, const char* const(&names)[3],
                           FixedOffset defaults, FixedOffset sign) {
         return Group{what,
-                     std::move(read),
+                     [=] { return ReadFixedOffset(offset, selector); },
                      {names[0], names[1], names[2]},
                      {defaults.x, defaults.y, defaults.z},
                      {sign.x, sign.y, sign.z}};
     };
     static const std::vector<Group> groups{
-        group("drive cup", ReadHeadCentreToDriveCupOffset, cup, {-6.95, 24.0, -11.5}, {1, 1, 1}),
-        group("lever centre, positive side", leverOf(0), lever, {30.3, 0.0, -32.25}, {1, 1, 1}),
-        group("lever centre, negative side", leverOf(1), lever, {-30.3, 0.0, -32.25}, {-1, 1, 1}),
-        group("lever centre, side 5", leverOf(5), lever, {-30.3, 0.0, -32.25}, {-1, 1, 1}),
-        group("lever centre, side -1", leverOf(-1), lever, {-30.3, 0.0, -32.25}, {-1, 1, 1}),
-        group("ball, locked", ballOf(0), ball, {0.0, -19.3, -4.3}, {1, 1, 1}),
-        group("ball, unlocked", ballOf(1), ball, {0.0, 19.3, -4.3}, {1, -1, 1}),
-        group("ball, state 7", ballOf(7), ball, {0.0, 19.3, -4.3}, {1, -1, 1}),
-        group("shift", ReadLockedToUnlockedOffset, shift, {0.0, 0.0, -1.5}, {1, 1, 1}),
+        group("drive cup", HeadOffset::HeadCentreToDriveCup, 0, cup, {-6.95, 24.0, -11.5}, {1, 1, 1}),
+        group("lever centre, positive side", HeadOffset::HeadCentreToLeverCentre, 0, lever, {30.3, 0.0, -32.25},
+              {1, 1, 1}),
+        group("lever centre, negative side", HeadOffset::HeadCentreToLeverCentre, 1, lever, {-30.3, 0.0, -32.25},
+              {-1, 1, 1}),
+        group("lever centre, side 5", HeadOffset::HeadCentreToLeverCentre, 5, lever, {-30.3, 0.0, -32.25}, {-1, 1, 1}),
+        group("lever centre, side -1", HeadOffset::HeadCentreToLeverCentre, -1, lever, {-30.3, 0.0, -32.25},
+              {-1, 1, 1}),
+        group("ball, locked", HeadOffset::LeverCentreToBallCentre, 0, ball, {0.0, -19.3, -4.3}, {1, 1, 1}),
+        group("ball, unlocked", HeadOffset::LeverCentreToBallCentre, 1, ball, {0.0, 19.3, -4.3}, {1, -1, 1}),
+        group("ball, state 7", HeadOffset::LeverCentreToBallCentre, 7, ball, {0.0, 19.3, -4.3}, {1, -1, 1}),
+        group("shift", HeadOffset::LockedToUnlocked, 0, shift, {0.0, 0.0, -1.5}, {1, 1, 1}),
     };
     return groups;
 }
@@ -244,9 +245,9 @@ struct Rotation {
 };
 
 constexpr Rotation rotations[] = {
-    {"Locked To Unlocked Lever Rotation", ReadLockedToUnlockedLeverRotation, 135.0},
+    {"Locked To Unlocked Lever Rotation", [] { return ReadFixedRotation(HeadOffset::UnlockingRotation); }, 135.0},
     // The capitals of this name are unlike those of its partner, and are required.
-    {"UnLocked To locked Lever Rotation", ReadUnlockedToLockedLeverRotation, 138.0},
+    {"UnLocked To locked Lever Rotation", [] { return ReadFixedRotation(HeadOffset::LockingRotation); }, 138.0},
 };
 
 TEST(LeverRotations, AreEachReadAloneWithTheWholeCapacity) {

@@ -20,14 +20,14 @@ void ExpectOffset(const FixedOffset& actual, const FixedOffset& expected) {
 }
 
 void ExpectDefaults() {
-    ExpectOffset(ReadHeadCentreToDriveCupOffset(), {-6.95, 24.0, -11.5});
-    ExpectOffset(ReadHeadCentreToLeverCentreOffset(0), {30.3, 0.0, -32.25});
-    ExpectOffset(ReadHeadCentreToLeverCentreOffset(1), {-30.3, 0.0, -32.25});
-    ExpectOffset(ReadLeverCentreToBallCentreOffset(0), {0.0, -19.3, -4.3});
-    ExpectOffset(ReadLeverCentreToBallCentreOffset(1), {0.0, 19.3, -4.3});
-    ExpectOffset(ReadLockedToUnlockedOffset(), {0.0, 0.0, -1.5});
-    EXPECT_EQ(ReadLockedToUnlockedLeverRotation(), 135.0);
-    EXPECT_EQ(ReadUnlockedToLockedLeverRotation(), 138.0);
+    ExpectOffset(ReadFixedOffset(HeadOffset::HeadCentreToDriveCup), {-6.95, 24.0, -11.5});
+    ExpectOffset(ReadFixedOffset(HeadOffset::HeadCentreToLeverCentre, 0), {30.3, 0.0, -32.25});
+    ExpectOffset(ReadFixedOffset(HeadOffset::HeadCentreToLeverCentre, 1), {-30.3, 0.0, -32.25});
+    ExpectOffset(ReadFixedOffset(HeadOffset::LeverCentreToBallCentre, 0), {0.0, -19.3, -4.3});
+    ExpectOffset(ReadFixedOffset(HeadOffset::LeverCentreToBallCentre, 1), {0.0, 19.3, -4.3});
+    ExpectOffset(ReadFixedOffset(HeadOffset::LockedToUnlocked), {0.0, 0.0, -1.5});
+    EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 135.0);
+    EXPECT_EQ(ReadFixedRotation(HeadOffset::LockingRotation), 138.0);
 }
 
 std::vector<unsigned char> Bytes(const std::string& text) { return {text.begin(), text.end()}; }
@@ -59,44 +59,44 @@ TEST_F(SettingsStore, OverridesAllFourteenByTheirNames) {
         {"Locked To Unlocked Y Offset", "11.1"},          {"Locked To Unlocked Z Offset", "12.1"},
         {"Locked To Unlocked Lever Rotation", "13.1"},    {"UnLocked To locked Lever Rotation", "14.1"}};
     for (const auto& [name, value] : values) settings.SetText(name, value);
-    ExpectOffset(ReadHeadCentreToDriveCupOffset(), {1.01, 2.02, 3.03});
-    ExpectOffset(ReadHeadCentreToLeverCentreOffset(0), {4.04, 5.05, 6.06});
-    ExpectOffset(ReadHeadCentreToLeverCentreOffset(1), {-4.04, 5.05, 6.06});
-    ExpectOffset(ReadLeverCentreToBallCentreOffset(0), {7.07, 8.08, 9.09});
-    ExpectOffset(ReadLeverCentreToBallCentreOffset(1), {7.07, -8.08, 9.09});
-    ExpectOffset(ReadLockedToUnlockedOffset(), {10.1, 11.1, 12.1});
-    EXPECT_EQ(ReadLockedToUnlockedLeverRotation(), 13.1);
-    EXPECT_EQ(ReadUnlockedToLockedLeverRotation(), 14.1);
+    ExpectOffset(ReadFixedOffset(HeadOffset::HeadCentreToDriveCup), {1.01, 2.02, 3.03});
+    ExpectOffset(ReadFixedOffset(HeadOffset::HeadCentreToLeverCentre, 0), {4.04, 5.05, 6.06});
+    ExpectOffset(ReadFixedOffset(HeadOffset::HeadCentreToLeverCentre, 1), {-4.04, 5.05, 6.06});
+    ExpectOffset(ReadFixedOffset(HeadOffset::LeverCentreToBallCentre, 0), {7.07, 8.08, 9.09});
+    ExpectOffset(ReadFixedOffset(HeadOffset::LeverCentreToBallCentre, 1), {7.07, -8.08, 9.09});
+    ExpectOffset(ReadFixedOffset(HeadOffset::LockedToUnlocked), {10.1, 11.1, 12.1});
+    EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 13.1);
+    EXPECT_EQ(ReadFixedRotation(HeadOffset::LockingRotation), 14.1);
 }
 
 TEST_F(SettingsStore, IsReadAfreshOnEveryUse) {
-    EXPECT_EQ(ReadLockedToUnlockedLeverRotation(), 135.0);
+    EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 135.0);
     settings.SetText("Locked To Unlocked Lever Rotation", "120");
-    EXPECT_EQ(ReadLockedToUnlockedLeverRotation(), 120.0);
+    EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 120.0);
     settings.SetText("Locked To Unlocked Lever Rotation", "121");
-    EXPECT_EQ(ReadLockedToUnlockedLeverRotation(), 121.0);
+    EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 121.0);
     settings.RemoveKey();
-    EXPECT_EQ(ReadLockedToUnlockedLeverRotation(), 135.0);
+    EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 135.0);
 }
 
 TEST_F(SettingsStore, MakesNoDifferenceOfLetterCaseInNames) {
     settings.SetText("UNLOCKED TO LOCKED LEVER ROTATION", "7");
     settings.SetText("locked to unlocked lever rotation", "8");
-    EXPECT_EQ(ReadUnlockedToLockedLeverRotation(), 7.0);
-    EXPECT_EQ(ReadLockedToUnlockedLeverRotation(), 8.0);
+    EXPECT_EQ(ReadFixedRotation(HeadOffset::LockingRotation), 7.0);
+    EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 8.0);
 }
 
 // The capacity is meant not to be reset between the values of one offset: see the reader.
 TEST_F(SettingsStore, ThatHoldsOnlyZOfAnOffsetLeavesItsDefault) {
     settings.SetText("Locked To Unlocked Z Offset", "-2");
-    ExpectOffset(ReadLockedToUnlockedOffset(), {0.0, 0.0, -1.5});
+    ExpectOffset(ReadFixedOffset(HeadOffset::LockedToUnlocked), {0.0, 0.0, -1.5});
 }
 
 TEST_F(SettingsStore, ThatHoldsALongerTextForYThanForXLeavesTheDefaultOfY) {
     settings.SetText("Head Centre To Drive Cup X Offset", "1");
     settings.SetText("Head Centre To Drive Cup Y Offset", "12.5");
     settings.SetText("Head Centre To Drive Cup Z Offset", "3");
-    ExpectOffset(ReadHeadCentreToDriveCupOffset(), {1.0, 24.0, -11.5});
+    ExpectOffset(ReadFixedOffset(HeadOffset::HeadCentreToDriveCup), {1.0, 24.0, -11.5});
 }
 
 TEST_F(SettingsStore, ReadsTextsByTheirBeginningAndIgnoresOtherTypes) {
@@ -120,20 +120,20 @@ TEST_F(SettingsStore, ReadsTextsByTheirBeginningAndIgnoresOtherTypes) {
         SCOPED_TRACE(c.why);
         settings.RemoveKey();
         settings.SetRaw("Locked To Unlocked Lever Rotation", c.type, c.stored);
-        EXPECT_EQ(ReadLockedToUnlockedLeverRotation(), c.read);
+        EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), c.read);
     }
 }
 
 TEST_F(SettingsStore, ReadsATextThatFillsTheBufferToItsLastByte) {
     settings.SetText("Locked To Unlocked Lever Rotation", (std::string(250, '0') + "12.5").c_str());
-    EXPECT_EQ(ReadLockedToUnlockedLeverRotation(), 12.5);
+    EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 12.5);
 }
 
 // Stored without its terminator, a text reads as the default where the store hands it out like that; a store may also
 // supply the terminator, and then it is the text. Never anything else.
 TEST_F(SettingsStore, ReadsATextStoredWithoutItsTerminatorWholeOrNotAtAll) {
     settings.SetRaw("Locked To Unlocked Lever Rotation", text, Bytes("120.5"));
-    const double read = ReadLockedToUnlockedLeverRotation();
+    const double read = ReadFixedRotation(HeadOffset::UnlockingRotation);
     EXPECT_TRUE(read == 120.5 || read == 135.0) << read;
 }
 

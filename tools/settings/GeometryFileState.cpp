@@ -42,7 +42,7 @@ std::wstring Wide(const char* ascii) {
 std::optional<std::string> StoredText(const Entry& entry, const std::wstring& fileName) {
     constexpr const char* nothing = "(nothing)"; // no number that anybody would store
     std::array<char, 349> buffer{};
-    qmv40::ReadProfileText(Wide(entry.section).c_str(), Wide(entry.key).c_str(), nothing, buffer, fileName.c_str());
+    qmv40::ProfileReader(fileName.c_str()).Read(Wide(entry.section).c_str(), Wide(entry.key).c_str(), nothing, buffer);
     const std::string text(buffer.data());
     return text == nothing ? std::nullopt : std::optional(text);
 }

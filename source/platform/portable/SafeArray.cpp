@@ -36,31 +36,9 @@ HRESULT FindBound(SAFEARRAY* array, UINT dimension, const LONG* result, SAFEARRA
     return S_OK;
 }
 
-ULONG ElementSize(VARTYPE type) noexcept {
-    switch (type) {
-    case VT_I4:
-        return 4;
-    case VT_R8:
-        return 8;
-    case VT_UI1:
-        return 1;
-    default:
-        return 0;
-    }
-}
-
 void Free(SAFEARRAY* array) noexcept {
     std::free(array->pvData);
     std::free(array);
-}
-
-/// Gives `array` its data, or frees it.
-HRESULT AllocateDataOrFree(SAFEARRAY*& array) noexcept {
-    const HRESULT result = SafeArrayAllocData(array);
-    if (SUCCEEDED(result)) return result;
-    Free(array);
-    array = nullptr;
-    return result;
 }
 
 } // namespace
@@ -84,16 +62,6 @@ HRESULT SafeArrayAllocData(SAFEARRAY* array) noexcept {
     return array->pvData == nullptr ? E_OUTOFMEMORY : S_OK;
 }
 
-SAFEARRAY* SafeArrayCreate(VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bounds) noexcept {
-    SAFEARRAY* array = nullptr;
-    if (ElementSize(type) == 0 || bounds == nullptr) return nullptr;
-    if (FAILED(SafeArrayAllocDescriptor(dimensions, &array))) return nullptr;
-    array->cbElements = ElementSize(type);
-    std::reverse_copy(bounds, bounds + dimensions, BoundsOf(*array).begin());
-    AllocateDataOrFree(array);
-    return array;
-}
-
 HRESULT SafeArrayDestroy(SAFEARRAY* array) noexcept {
     if (array == nullptr) return S_OK;
     if (std::atomic_ref(array->cLocks).load() != 0) return DISP_E_ARRAYISLOCKED;
@@ -112,8 +80,11 @@ HRESULT SafeArrayCopy(SAFEARRAY* array, SAFEARRAY** copy) noexcept {
     if (FAILED(allocated)) return allocated;
     made->cbElements = array->cbElements;
     std::ranges::copy(BoundsOf(*array), BoundsOf(*made).begin());
-    const HRESULT result = AllocateDataOrFree(made);
-    if (FAILED(result)) return result;
+    const HRESULT result = SafeArrayAllocData(made);
+    if (FAILED(result)) {
+        Free(made);
+        return result;
+    }
     if (array->pvData != nullptr) std::memcpy(made->pvData, array->pvData, DataSize(*array).value_or(0));
     *copy = made;
     return S_OK;

@@ -5,11 +5,6 @@
 /// Arrays that carry their own bounds across the interface: fixed-size elements that need no copying or freeing of
 /// their own (numbers and records of numbers).
 
-using VARTYPE = unsigned short;
-inline constexpr VARTYPE VT_I4 = 3;
-inline constexpr VARTYPE VT_R8 = 5;
-inline constexpr VARTYPE VT_UI1 = 17;
-
 struct SAFEARRAYBOUND {
     ULONG cElements;
     LONG lLbound;
@@ -30,8 +25,6 @@ extern "C" {
 QMV_EXPORT HRESULT SafeArrayAllocDescriptor(UINT dimensions, SAFEARRAY** array) noexcept;
 /// Zeroed memory for every element that the descriptor tells of.
 QMV_EXPORT HRESULT SafeArrayAllocData(SAFEARRAY* array) noexcept;
-/// An array of a plain number type; null when the type is not one of those above or memory is exhausted.
-QMV_EXPORT SAFEARRAY* SafeArrayCreate(VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bounds) noexcept;
 /// Frees the data and the descriptor. DISP_E_ARRAYISLOCKED while an access is under way; S_OK for null.
 QMV_EXPORT HRESULT SafeArrayDestroy(SAFEARRAY* array) noexcept;
 /// A copy of bounds and elements. A null array copies to a null array, successfully.

@@ -27,7 +27,7 @@ SettingsKey::SettingsKey(const char* path) {
     // An empty file holds no key. It is not read again later: programs replace the file in one step.
     std::optional<std::string> content = ReadWhole(OpenFile(StoreFile(), O_RDONLY));
     if (!content) return;
-    RegistryKeyText key(std::move(*content), path);
+    RegistryKeyText key(*content, path);
     if (key.IsPresent()) state = std::make_unique<State>(State{std::move(key)});
 }
 

@@ -36,16 +36,12 @@ using REFIID = const IID&;
 using REFCLSID = const CLSID&;
 
 inline bool operator==(REFGUID left, REFGUID right) noexcept { return std::memcmp(&left, &right, sizeof(GUID)) == 0; }
-inline bool IsEqualGUID(REFGUID left, REFGUID right) noexcept { return left == right; }
-inline bool IsEqualIID(REFIID left, REFIID right) noexcept { return left == right; }
-inline bool IsEqualCLSID(REFCLSID left, REFCLSID right) noexcept { return left == right; }
 
 constexpr bool SUCCEEDED(HRESULT result) noexcept { return result >= 0; }
 constexpr bool FAILED(HRESULT result) noexcept { return result < 0; }
 
 inline constexpr HRESULT S_OK = 0;
 inline constexpr HRESULT S_FALSE = 1;
-inline constexpr HRESULT E_NOTIMPL = static_cast<HRESULT>(0x80004001U);
 inline constexpr HRESULT E_NOINTERFACE = static_cast<HRESULT>(0x80004002U);
 inline constexpr HRESULT E_POINTER = static_cast<HRESULT>(0x80004003U);
 inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005U);

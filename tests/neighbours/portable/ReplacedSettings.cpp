@@ -68,7 +68,7 @@ template <typename Write> Reads ReadWhile(int writes, Write write) {
     });
     Reads reads;
     while (!isDone) {
-        const FixedOffset offset = ReadHeadCentreToDriveCupOffset();
+        const FixedOffset offset = ReadFixedOffset(HeadOffset::HeadCentreToDriveCup);
         const auto isAll = [&](double x, double y, double z) {
             return offset.x == x && offset.y == y && offset.z == z;
         };

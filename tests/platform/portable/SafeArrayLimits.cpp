@@ -40,16 +40,6 @@ TEST(SafeArrayLimits, RefuseMoreBytesThanCanBeCounted) {
         EXPECT_EQ(copy, nullptr) << why;
         EXPECT_EQ(SafeArrayDestroy(array), S_OK);
     }
-    SAFEARRAYBOUND bounds[] = {{most, 0}, {most, 0}};
-    EXPECT_EQ(SafeArrayCreate(VT_R8, 2, bounds), nullptr);
-}
-
-TEST(SafeArrayLimits, RefuseTypesThatAreNoPlainNumbers) {
-    SAFEARRAYBOUND bound{1, 0};
-    for (const VARTYPE type : {VARTYPE{0}, VARTYPE{8}, VARTYPE{36}})
-        EXPECT_EQ(SafeArrayCreate(type, 1, &bound), nullptr);
-    for (const VARTYPE type : {VT_I4, VT_R8, VT_UI1})
-        EXPECT_EQ(SafeArrayDestroy(SafeArrayCreate(type, 1, &bound)), S_OK);
 }
 
 TEST(SafeArrayLimits, RefuseToTellABoundToNobody) {

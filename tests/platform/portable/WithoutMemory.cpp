@@ -1,5 +1,4 @@
 #include "platform/Automation.h"
-#include "platform/ProfileFile.h"
 #include "platform/ProfileOnDisk.h"
 #include "platform/SettingsStore.h"
 #include "support/FailingAllocations.h"
@@ -43,18 +42,21 @@ TEST(WithoutMemory, TextsAreNull) {
 
 TEST(WithoutMemory, ArraysAreNotMade) {
     AtEveryAllocation([](auto ranOut) {
-        SAFEARRAYBOUND bound{5, 0};
-        SAFEARRAY* const array = SafeArrayCreate(VT_R8, 1, &bound);
-        const bool didRunOut = ranOut();
-        EXPECT_EQ(array == nullptr, didRunOut);
+        SAFEARRAY* array = nullptr;
+        const HRESULT described = SafeArrayAllocDescriptor(1, &array);
+        const HRESULT result = SUCCEEDED(described) ? SafeArrayAllocData(array) : described;
+        EXPECT_EQ(result, ranOut() ? E_OUTOFMEMORY : S_OK);
         EXPECT_EQ(SafeArrayDestroy(array), S_OK);
-        return didRunOut;
+        return result != S_OK;
     });
 }
 
 TEST(WithoutMemory, ArraysAreNotCopied) {
-    SAFEARRAYBOUND bound{5, 0};
-    SAFEARRAY* const array = SafeArrayCreate(VT_R8, 1, &bound);
+    SAFEARRAY* array = nullptr;
+    ASSERT_EQ(SafeArrayAllocDescriptor(1, &array), S_OK);
+    array->cbElements = sizeof(double);
+    array->rgsabound[0] = {5, 0};
+    ASSERT_EQ(SafeArrayAllocData(array), S_OK);
     AtEveryAllocation([&](auto ranOut) {
         SAFEARRAY* copy = array;
         const HRESULT result = SafeArrayCopy(array, &copy);
