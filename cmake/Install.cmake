@@ -1,8 +1,14 @@
-# The Linux library as others find it: headers, a CMake package and a pkg-config file; and the tool with all that goes
-# with it.
+# The Linux library and its C interface as others find them: headers, a CMake package and a pkg-config file for each; the
+# Python package; and the tool with all that goes with it.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS CoQMV40Calculator EXPORT CoQMV40Calculator)
+install(TARGETS qmv40_c EXPORT qmv40)
+install(FILES bindings/c/qmv40.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY bindings/python/qmv40 DESTINATION lib/python3/dist-packages COMPONENT python
+        FILES_MATCHING PATTERN "*.py" PATTERN "py.typed" PATTERN "__pycache__" EXCLUDE)
+install(FILES bindings/csharp/Qmv40.cs DESTINATION ${CMAKE_INSTALL_DATADIR}/qmv40/csharp)
+install(DIRECTORY samples DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN "CMakeLists.txt" EXCLUDE PATTERN "__pycache__" EXCLUDE)
 if(QMV40_TOOLS)
     # The tool finds the library beside itself, wherever both are put.
     set_target_properties(qmv40 PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
@@ -28,13 +34,16 @@ set(automation_headers Activation.h Automation.h ErrorInfo.h SafeArray.h Text.h 
 list(TRANSFORM automation_headers PREPEND source/platform/portable/)
 install(FILES ${automation_headers} DESTINATION ${public_headers}/platform/portable)
 
-set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/CoQMV40Calculator)
-install(EXPORT CoQMV40Calculator NAMESPACE CoQMV40Calculator:: DESTINATION ${package_folder}
-        FILE CoQMV40CalculatorConfig.cmake)
-write_basic_package_version_file(${PROJECT_BINARY_DIR}/CoQMV40CalculatorConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/CoQMV40CalculatorConfigVersion.cmake DESTINATION ${package_folder})
-
-# From the folder of the description up to the prefix, so that the installed tree can be moved.
-file(RELATIVE_PATH prefix_from_package /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(cmake/CoQMV40Calculator.pc.in ${PROJECT_BINARY_DIR}/CoQMV40Calculator.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/CoQMV40Calculator.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+# qmv40_package(<name> <template>): the CMake package of the exported targets of that name, and its pkg-config file.
+function(qmv40_package name template)
+    set(folder ${CMAKE_INSTALL_LIBDIR}/cmake/${name})
+    install(EXPORT ${name} NAMESPACE ${name}:: DESTINATION ${folder} FILE ${name}Config.cmake)
+    write_basic_package_version_file(${PROJECT_BINARY_DIR}/${name}ConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}ConfigVersion.cmake DESTINATION ${folder})
+    # From the folder of the description up to the prefix, so that the installed tree can be moved.
+    file(RELATIVE_PATH prefix_from_package /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+    configure_file(${template} ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endfunction()
+qmv40_package(CoQMV40Calculator cmake/CoQMV40Calculator.pc.in)
+qmv40_package(qmv40 bindings/c/qmv40.pc.in)

@@ -1,42 +1,9 @@
-"""plan.py <geometry file>: plans an indexing from a 64-bit Python with pywin32 (pip install pywin32).
-
-Not run by the tests of this component: they have no Python on Windows to run it on.
-
-pywin32 calls every method through the dispatch interface. That is what CalculateMove needs: through the component's own
-interface it throws its failure code as a C++ exception, which Python cannot catch. For that reason do not use comtypes
-for CalculateMove.
-"""
+"""plan.py <geometry file>: plans an indexing with the package qmv40, on Linux and on Windows."""
 
 import math
-import os
 import sys
 
-import pythoncom
-import win32com.client
-
-POINT = ("XPosition", "YPosition", "ZPosition")
-ARC = ("XOrigin", "YOrigin", "ZOrigin", "iRotationVector", "jRotationVector", "kRotationVector", "RotationAngle")
-MOVES = (
-    ("ApproachUnLockLever", POINT),
-    ("EngageWithUnLockLever", POINT),
-    ("UnLock", ARC),
-    ("DisengageFromUnLockLever", POINT),
-    ("RotateToPeg", ARC),
-    ("MoveToPegAtSafeZ", POINT),
-    ("ApproachPeg", POINT),
-    ("EngageWithPeg", POINT),
-    ("IntermediateAPosition", ARC),
-    ("MoveToBPosition", ARC),
-    ("MoveToAPosition", ARC),
-    ("DisengageFromPeg", POINT),
-    ("DisengageFromPegToSafeZ", POINT),
-    ("RotateToLockLever", ARC),
-    ("MoveToLockLeverAtSafeZ", POINT),
-    ("ApproachLockLever", POINT),
-    ("EngageWithLockLever", POINT),
-    ("Lock", ARC),
-    ("DisengageFromLockLever", POINT),
-)
+import qmv40
 
 
 def three_decimals(number):
@@ -44,36 +11,22 @@ def three_decimals(number):
 
 
 def show_failure(failure):
-    if failure.excepinfo is None:
-        print("refused 0x%08X: %s" % (failure.hresult & 0xFFFFFFFF, failure.strerror))
-    else:
-        print("refused 0x%08X: %s" % (failure.excepinfo[5] & 0xFFFFFFFF, failure.excepinfo[2]))
-
-
-def show_current_position(head):
-    a, b = head.GetCurrentHeadPosition()
-    print("position", three_decimals(a), three_decimals(b))
-
-
-def show_plan(plan):
-    for number, (name, fields) in enumerate(MOVES, start=1):
-        move = getattr(plan, name)
-        print(number, name, *(three_decimals(getattr(move, field)) for field in fields))
+    print("refused 0x%08X: %s" % (failure.code, failure.description))
 
 
 def main(geometry_file):
-    head = win32com.client.gencache.EnsureDispatch("QMV.QMVCalculator.1")
-    # A relative name would mean the Windows folder to the component.
-    head.LoadHeadGeometryFromFile(os.path.abspath(geometry_file))
-    head.SetCurrentHeadPosition(0, 0)
-    try:
-        head.CalculateMove(50, 90)  # not a step of 15 degrees
-    except pythoncom.com_error as failure:
-        show_failure(failure)
-    show_current_position(head)
-    plan = head.CalculateMove(45, 90)
-    show_current_position(head)
-    show_plan(plan)
+    with qmv40.Calculator() as head:
+        head.load(geometry_file)
+        head.position = (0, 0)
+        try:
+            head.calculate_move(50, 90)  # not a step of 15 degrees
+        except qmv40.Error as failure:
+            show_failure(failure)
+        print("position", *map(three_decimals, head.position))
+        plan = head.calculate_move(45, 90)
+        print("position", *map(three_decimals, head.position))
+        for move in plan:
+            print(move.number, move.name, *map(three_decimals, move.record))
 
 
 if __name__ == "__main__":
@@ -81,6 +34,6 @@ if __name__ == "__main__":
         sys.exit(2)
     try:
         main(sys.argv[1])
-    except pythoncom.com_error as failure:
+    except qmv40.Error as failure:
         show_failure(failure)
         sys.exit(1)

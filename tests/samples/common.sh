@@ -9,11 +9,7 @@ runner=$root/cmake/wine-run
 work=$(mktemp -d)
 # The time limit ends programs that hang. It is far above what a program takes on a machine with much else to do.
 export WINEPREFIX=${WINEPREFIX:-$tree/wine} WINE_TIME_LIMIT=300 LC_ALL=C.UTF-8
-
-fail() {
-    echo "$@" >&2
-    exit 1
-}
+source "$root/tests/samples/sample-text.sh"
 
 # windows <program or command> <argument>...: lines end as they do here.
 windows() {
@@ -51,33 +47,4 @@ for switches in "/s" "/s /u"; do
     windows regsvr32 $switches "$(windows_path "$tree/bin/CoQMV40Calculator.dll")"
 done
 
-# An ideal head, square to the machine. Its pole is the head centre.
-cat >"$work/head.ini" <<'INI'
-[HEADCENTRE]
-X=100
-Y=200
-Z=-300
-[SAFEPOSITION]
-X=0
-Y=0
-Z=-265
-[AlignmentOffset]
-RequiredRotationAroundZ=0
-INI
-
-# check_plan <file>: the text of a sample that can show everything. The numbers are worked out by hand: the head centre and
-# the lever's locked ball, (30.3, -19.3, -36.55) from it, less the drive cup, and the turns of a tilt by 45 and a swivel by 90.
-check_plan() {
-    [ "$(wc -l <"$1")" -eq 22 ] || fail "$1 has not 22 lines: $(cat "$1")"
-    while read -r line; do
-        grep -qxF -- "$line" "$1" || fail "$1 lacks '$line': $(cat "$1")"
-    done <<'LINES'
-refused 0x8A00000E: Invalid A Target Angle, value must be a 15 degree interval.
-position 0.000 0.000
-position 45.000 90.000
-2 EngageWithUnLockLever 130.300 180.700 -336.550
-8 EngageWithPeg 106.950 176.000 -288.500
-10 MoveToBPosition 100.000 200.000 -300.000 0.000 0.000 1.000 -90.000
-11 MoveToAPosition 100.000 200.000 -300.000 0.000 -1.000 0.000 -45.000
-LINES
-}
+cp "$root/samples/head.ini" "$work/"

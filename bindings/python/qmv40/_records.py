@@ -1,0 +1,170 @@
+"""The records that cross the C interface, and what Python makes of them."""
+
+from __future__ import annotations
+
+import ctypes
+from typing import TYPE_CHECKING, Any, Iterator, NamedTuple, Sequence, Tuple, Union
+
+if TYPE_CHECKING:
+    import numpy
+
+
+def _to_array(rows: Sequence[Any]) -> "numpy.ndarray":
+    import numpy  # where it is missing, this says so
+
+    return numpy.array(rows, dtype=float)
+
+
+class Point(NamedTuple):
+    """A point that the machine moves to in a straight line: machine coordinates, in the unit of the captured points."""
+
+    XPosition: float
+    YPosition: float
+    ZPosition: float
+
+    def array(self) -> "numpy.ndarray":
+        """X, Y and Z as a numpy array (needs numpy)."""
+        return _to_array(self)
+
+
+class Arc(NamedTuple):
+    """A turn of the machine's position about an axis.
+
+    With a positive angle the position moves clockwise when seen from the tip of the rotation vector towards its origin
+    (left-handed). The origin is a point on the axis, in machine coordinates and the unit of the captured points; the
+    vector is the axis' direction, of length 1; the angle is in degrees, signed.
+    """
+
+    XOrigin: float
+    YOrigin: float
+    ZOrigin: float
+    iRotationVector: float
+    jRotationVector: float
+    kRotationVector: float
+    RotationAngle: float
+
+    def array(self) -> "numpy.ndarray":
+        """The seven numbers as a numpy array (needs numpy)."""
+        return _to_array(self)
+
+
+class AlignmentPoint(NamedTuple):
+    """A point captured on the pole sphere with the head unlocked: the head's angles in degrees, then machine coordinates."""
+
+    APosition: float
+    BPosition: float
+    XPosition: float
+    YPosition: float
+    ZPosition: float
+
+
+class Position(NamedTuple):
+    """The head's angles in degrees."""
+
+    A: float
+    B: float
+
+
+def _structure(record: Any) -> Any:
+    """The C struct of a record whose fields are all doubles."""
+    fields = [(name, ctypes.c_double) for name in record._fields]
+    return type("C" + record.__name__, (ctypes.Structure,), {"_fields_": fields})
+
+
+CPoint = _structure(Point)
+CArc = _structure(Arc)
+CAlignmentPoint = _structure(AlignmentPoint)
+
+
+class CMoves(ctypes.Structure):
+    """The 19 moves in the order in which the machine makes them. Their names stand here and nowhere else."""
+
+    _fields_ = [
+        ("ApproachUnLockLever", CPoint),
+        ("EngageWithUnLockLever", CPoint),
+        ("UnLock", CArc),
+        ("DisengageFromUnLockLever", CPoint),
+        ("RotateToPeg", CArc),
+        ("MoveToPegAtSafeZ", CPoint),
+        ("ApproachPeg", CPoint),
+        ("EngageWithPeg", CPoint),
+        ("IntermediateAPosition", CArc),
+        ("MoveToBPosition", CArc),
+        ("MoveToAPosition", CArc),
+        ("DisengageFromPeg", CPoint),
+        ("DisengageFromPegToSafeZ", CPoint),
+        ("RotateToLockLever", CArc),
+        ("MoveToLockLeverAtSafeZ", CPoint),
+        ("ApproachLockLever", CPoint),
+        ("EngageWithLockLever", CPoint),
+        ("Lock", CArc),
+        ("DisengageFromLockLever", CPoint),
+    ]
+
+
+def from_c(structure: ctypes.Structure) -> Union[Point, Arc]:
+    record = Point if isinstance(structure, CPoint) else Arc
+    return record(*(getattr(structure, name) for name in record._fields))
+
+
+class Move(NamedTuple):
+    """One of the 19 moves."""
+
+    number: int
+    """1 to 19."""
+    name: str
+    """The field's name in the component's record, "UnLock" for one."""
+    kind: str
+    """"straight" or "arc"."""
+    record: Union[Point, Arc]
+    """Where a straight move ends, or how an arc turns."""
+
+
+class Plan(Sequence[Move]):
+    """The 19 moves of one indexing, in order: a sequence, equal when the numbers are, to be pickled and copied at will."""
+
+    def __init__(self, moves: Tuple[Move, ...], origin: Position, target: Position) -> None:
+        self._moves = moves
+        self.origin = origin
+        """The head's angles before the first move, in degrees."""
+        self.target = target
+        """The head's angles after the last move, in degrees."""
+
+    @classmethod
+    def _from_c(cls, moves: CMoves, origin: Position, target: Position) -> "Plan":
+        names = [field[0] for field in CMoves._fields_]
+        records = [from_c(getattr(moves, name)) for name in names]
+        kinds = ["straight" if isinstance(record, Point) else "arc" for record in records]
+        numbered = zip(range(1, len(names) + 1), names, kinds, records)
+        return cls(tuple(Move(*each) for each in numbered), origin, target)
+
+    def __len__(self) -> int:
+        return len(self._moves)
+
+    def __getitem__(self, index: Any) -> Any:
+        return self._moves[index]
+
+    def __iter__(self) -> Iterator[Move]:
+        return iter(self._moves)
+
+    def __eq__(self, other: object) -> bool:
+        if not isinstance(other, Plan):
+            return NotImplemented
+        return (self._moves, self.origin, self.target) == (other._moves, other.origin, other.target)
+
+    def __hash__(self) -> int:
+        return hash((self._moves, self.origin, self.target))
+
+    def __getattr__(self, name: str) -> Union[Point, Arc]:
+        """The record of a move by its name: plan.UnLock."""
+        for move in self.__dict__.get("_moves", ()):
+            if move.name == name:
+                return move.record
+        raise AttributeError(name)
+
+    def __repr__(self) -> str:
+        return f"<Plan of {len(self)} moves from {tuple(self.origin)} to {tuple(self.target)}>"
+
+    def ends(self) -> "numpy.ndarray":
+        """The ends of the straight moves, in order: a numpy array of 12 rows X, Y, Z (needs numpy)."""
+        return _to_array([move.record for move in self if move.kind == "straight"])
