@@ -48,8 +48,8 @@ std::string FolderOf(const std::filesystem::path& file) {
     return top == "source" ? room : top + "/" + room;
 }
 
-/// The row of what an include names: the tool's and the bindings' files are included from the root, the component's from
-/// source/.
+/// The row of what an include names: the tool's and the bindings' files are included from the root, the component's
+/// from source/.
 std::string FolderOfInclude(const std::string& include) {
     const std::filesystem::path file(include);
     const bool isFromTheRoot = *file.begin() == "tools" || *file.begin() == "bindings";
