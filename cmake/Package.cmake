@@ -2,7 +2,12 @@
 # qmv40_view_page was built.)
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME coqmv40calculator)
-set(CPACK_PACKAGE_CONTACT "The CoQMV40Calculator maintainers <maintainers@localhost>")
+# The owner's own address comes from outside: DEBEMAIL, as Debian's own tools take it.
+set(address maintainers@coqmv40calculator.example)
+if(DEFINED ENV{DEBEMAIL})
+    set(address $ENV{DEBEMAIL})
+endif()
+set(CPACK_PACKAGE_CONTACT "The CoQMV40Calculator maintainers <${address}>")
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/package)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
@@ -17,6 +22,7 @@ set(CPACK_COMPONENT_UNSPECIFIED_DESCRIPTION
  calls C, the command-line tool qmv40 with its manual page and completions
  for bash and zsh, the documents, samples, and captures to try it on.")
 set(CPACK_DEBIAN_UNSPECIFIED_PACKAGE_NAME coqmv40calculator)
+set(CPACK_DEBIAN_UNSPECIFIED_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)
 set(CPACK_COMPONENT_PYTHON_DESCRIPTION
 "The package qmv40 for Python 3: plans the moves that turn a probe head. It
  uses the library's C interface.")
