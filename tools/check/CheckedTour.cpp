@@ -1,11 +1,5 @@
 #include "tools/check/CheckedTour.h"
 
-#include "tools/check/HeadFile.h"
-#include "tools/component/Calculator.h"
-#include "tools/component/ComponentError.h"
-#include "tools/text/Text.h"
-#include "tools/text/WideText.h"
-
 namespace qmv40::check {
 
 std::size_t CheckedTour::Findings() const {
@@ -24,12 +18,6 @@ CheckedTour CheckTour(std::vector<plans::PlanToCheck> plans, const model::HeadMo
         tour.plans.push_back({std::move(plan), std::move(report)});
     }
     return tour;
-}
-
-model::HeadModel LoadModel(const std::string& geometryFile) {
-    component::Calculator().LoadHeadGeometry(geometryFile);
-    const std::wstring name = text::FileNameForComponent(std::filesystem::absolute(text::PathOf(geometryFile)));
-    return component::CatchingCodes("ReadHeadModel", [&] { return ReadHeadModel(name.c_str()); });
 }
 
 } // namespace qmv40::check

@@ -2,7 +2,6 @@
 
 #include "tools/check/Figures.h"
 
-#include <string>
 #include <vector>
 
 namespace qmv40::check {
@@ -22,9 +21,5 @@ struct CheckedTour {
 };
 
 CheckedTour CheckTour(std::vector<plans::PlanToCheck> plans, const model::HeadModel& head, const CheckOptions& options);
-
-/// The model of the head whose geometry the file holds. Complains about a file that is missing or lacks a value as the
-/// component does.
-model::HeadModel LoadModel(const std::string& geometryFile);
 
 } // namespace qmv40::check

@@ -1,11 +1,11 @@
 #include "tools/check/AllPairs.h"
 #include "tools/check/CheckReport.h"
+#include "tools/check/HeadFile.h"
 #include "tools/cli/Allowances.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
 #include "tools/cli/PlanSelection.h"
-#include "tools/settings/SettingsOverride.h"
 
 namespace qmv40::cli {
 
@@ -26,8 +26,8 @@ void RequireSomethingToCheck(const CheckCommandOptions& options) {
 /// How many findings there were.
 std::size_t RunAll(const CheckCommandOptions& options, const model::HeadModel& head, const text::Console& console) {
     const int leastA = options.reachable ? 0 : -90;
-    const check::AllPairs all =
-        check::CheckAllPairs(options.selection.geometry, head, options.check, check::HeadPositions(leastA), console);
+    const check::AllPairs all = check::CheckAllPairs(options.selection.geometry.file, head, options.check,
+                                                     check::HeadPositions(leastA), console);
     if (options.json) {
         text::PrintJson(check::AllPairsJson(all, options.check), console.out);
     } else {
@@ -48,8 +48,8 @@ std::size_t RunTour(const CheckCommandOptions& options, const model::HeadModel& 
 
 void Run(const CheckCommandOptions& options, const text::Console& console) {
     RequireSomethingToCheck(options);
-    const settings::SettingsOverride settings(options.settings);
-    const model::HeadModel head = check::LoadModel(options.selection.geometry);
+    const SettingsInUse settings(options, console);
+    const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
     const std::size_t findings = options.all ? RunAll(options, head, console) : RunTour(options, head, console);
     if (findings != 0) throw CommandEnded{exitFindings};
 }

@@ -4,7 +4,7 @@
 #include "tools/component/Calculator.h"
 #include "tools/component/ComponentError.h"
 #include "tools/settings/Complaint.h"
-#include "tools/settings/GeometryFileState.h"
+#include "tools/settings/GeometryFile.h"
 #include "tools/settings/Installation.h"
 #include "tools/settings/MachineSettings.h"
 #include "tools/settings/SettingsOverride.h"
@@ -80,7 +80,7 @@ text::Json FactsJson(const std::vector<settings::Fact>& facts) {
 
 text::Json GeometryJson(const settings::GeometryFileState& geometry, const std::string& fileName) {
     text::Json values = text::Json::Array();
-    for (const settings::GeometryFileValue& value : geometry.values) {
+    for (const settings::GeometryFileEntry& value : geometry.entries) {
         values.PushBack({{"section", value.section},
                          {"key", value.key},
                          {"text", value.text ? text::Json(*value.text) : text::Json()},
@@ -122,7 +122,7 @@ void PrintFacts(const char* title, const std::vector<settings::Fact>& facts, con
 void PrintGeometry(const settings::GeometryFileState& geometry, const std::string& fileName,
                    const text::Console& console) {
     console.out << '\n' << console.Strong("Geometry file") << "\n  " << fileName << ": " << geometry.state << '\n';
-    for (const settings::GeometryFileValue& value : geometry.values) {
+    for (const settings::GeometryFileEntry& value : geometry.entries) {
         console.out << "  [" << value.section << "] " << value.key << " = "
                     << (value.text ? text::ExactText(value.value) + "  \"" + *value.text + '"' : "(nothing)") << '\n';
     }

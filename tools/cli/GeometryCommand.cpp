@@ -12,7 +12,6 @@
 #include "tools/diagnosis/Fits.h"
 #include "tools/diagnosis/HeldAngles.h"
 #include "tools/plans/PositionLine.h"
-#include "tools/settings/SettingsOverride.h"
 #include "tools/text/Json.h"
 
 namespace qmv40::cli {
@@ -173,7 +172,8 @@ GeometryReport Compute(const GeometryOptions& options, const diagnosis::CaptureF
 }
 
 void Run(const GeometryOptions& options, const text::Console& console) {
-    const settings::SettingsOverride settings(options.settings);
+    if (!options.output.empty()) text::RequireNewOrOfKind(options.output, settings::GeometryFileKind());
+    const SettingsInUse settings(options, console);
     const diagnosis::CaptureFiles capture{diagnosis::ReadCaptureFile(options.aAxis),
                                           diagnosis::ReadCaptureFile(options.bAxis)};
     component::Calculator calculator;

@@ -3,7 +3,6 @@
 #include "tools/cli/PlanSelection.h"
 #include "tools/plans/MoveTable.h"
 #include "tools/plans/MovesJson.h"
-#include "tools/settings/SettingsOverride.h"
 #include "tools/text/Json.h"
 
 namespace qmv40::cli {
@@ -11,7 +10,7 @@ namespace qmv40::cli {
 namespace {
 
 struct MoveOptions : CommonOptions {
-    std::string geometry;
+    GeometryOption geometry;
     model::HeadAngles from{};
     std::vector<model::HeadAngles> targets;
     bool csv = false;
@@ -28,8 +27,9 @@ text::Json PlansJson(const std::vector<plans::Plan>& plans) {
 }
 
 void Run(const MoveOptions& options, const text::Console& console) {
-    const settings::SettingsOverride settings(options.settings);
-    const std::vector<plans::Plan> plans = plans::PlanTour(options.geometry, options.from, options.targets);
+    const SettingsInUse settings(options, console);
+    const settings::GeometryFile geometry = ReadGeometryFile(options.geometry, console);
+    const std::vector<plans::Plan> plans = plans::PlanTour(geometry.Name(), options.from, options.targets);
     if (options.json) return text::PrintJson(PlansJson(plans), console.out);
     if (options.csv) return plans::PrintMovesAsCsv(plans, console);
     plans::PrintMoveTables(plans, console);

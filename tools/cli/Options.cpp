@@ -1,6 +1,10 @@
 #include "tools/cli/Options.h"
 
+#include "tools/component/Calculator.h"
 #include "tools/plans/HeadAnglesText.h"
+#include "tools/settings/MachineSettings.h"
+#include "tools/settings/SettingsReading.h"
+#include "tools/text/Failures.h"
 
 namespace qmv40::cli {
 
@@ -33,9 +37,11 @@ void AddCommonOptions(Command& command, CommonOptions& options) {
                     "Take the head's fixed dimensions from this settings file, in the registry export format");
 }
 
-void AddGeometryOption(Command& command, std::string& fileName) {
-    command.AddText("--geometry", fileName, "FILE", "Head geometry file, as `qmv40 geometry --output` writes it")
+void AddGeometryOption(Command& command, GeometryOption& option) {
+    command.AddText("--geometry", option.file, "FILE", "Head geometry file, as `qmv40 geometry --output` writes it")
         .Require();
+    command.AddFlag("--force", option.force,
+                    "Use the geometry file also when an entry of it is not a number, as the component reads it");
 }
 
 void AddFromOption(Command& command, model::HeadAngles& from) { AddFrom(command, from).Require(); }
@@ -50,6 +56,29 @@ Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets) {
         [&targets](const std::string& value) {
             return ReadAngles(value, [&](const model::HeadAngles& angles) { targets.push_back(angles); });
         });
+}
+
+settings::GeometryFile ReadGeometryFile(const GeometryOption& option, const text::Console& console) {
+    settings::GeometryFile file(option.file);
+    try {
+        file.RequireNumbers();
+    } catch (const text::DoubtfulInput& doubtful) {
+        if (!option.force) throw;
+        for (const text::InputError& problem : doubtful.problems)
+            console.err << "warning: " << text::MessageOf(problem) << '\n';
+        // Every load of a file that lacks an entry fails with the component's own words.
+        if (file.LacksEntry()) component::Calculator().LoadHeadGeometry(option.file);
+    }
+    return file;
+}
+
+SettingsInUse::SettingsInUse(const CommonOptions& options, const text::Console& console) : override(options.settings) {
+    const settings::MachineSettings machine = settings::ReadMachineSettings();
+    if (machine.state == "missing") return; // the built-in values count, which is no surprise
+    const settings::SettingsReading reading = settings::ReadSettings(machine.stored);
+    if (reading.complaints.empty()) return;
+    console.err << "warning: not all settings in " << machine.place << " are read as they look:\n";
+    settings::PrintComplaints(reading.complaints, console.err);
 }
 
 } // namespace qmv40::cli

@@ -2,6 +2,9 @@
 
 #include "tools/cli/CommandLine.h"
 #include "tools/model/HeadAngles.h"
+#include "tools/settings/GeometryFile.h"
+#include "tools/settings/SettingsOverride.h"
+#include "tools/text/Console.h"
 
 #include <optional>
 #include <string>
@@ -15,15 +18,36 @@ struct CommonOptions {
     bool json = false;
 };
 
+/// The head geometry that a command plans from.
+struct GeometryOption {
+    std::string file;
+    bool force = false; ///< plan also from a file in which an entry is not a number
+};
+
 void AddJsonOption(Command& command, bool& json);
 /// --json and --settings.
 void AddCommonOptions(Command& command, CommonOptions& options);
-void AddGeometryOption(Command& command, std::string& fileName);
+/// --geometry, which is required, and --force.
+void AddGeometryOption(Command& command, GeometryOption& option);
 /// Required.
 void AddFromOption(Command& command, model::HeadAngles& from);
 /// Not required.
 void AddFromOption(Command& command, std::optional<model::HeadAngles>& from);
 /// Not required unless the caller says so.
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets);
+
+/// The geometry file of a command that plans from it. Throws DoubtfulInput for a file with an entry that is missing or
+/// is not wholly a number. With --force the problems are warnings, and the component decides what it refuses.
+settings::GeometryFile ReadGeometryFile(const GeometryOption& option, const text::Console& console);
+
+/// Takes the head's fixed dimensions from --settings while it lives. Warns on standard error of every setting, there or
+/// on this machine, that is not read as it looks.
+class SettingsInUse {
+public:
+    SettingsInUse(const CommonOptions& options, const text::Console& console);
+
+private:
+    settings::SettingsOverride override;
+};
 
 } // namespace qmv40::cli

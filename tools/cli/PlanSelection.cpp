@@ -1,6 +1,5 @@
 #include "tools/cli/PlanSelection.h"
 
-#include "tools/cli/Options.h"
 #include "tools/plans/PlanFile.h"
 #include "tools/plans/Tour.h"
 #include "tools/text/Failures.h"
@@ -11,7 +10,7 @@ namespace {
 
 std::vector<plans::PlanToCheck> PlansOfComponent(const PlanSelection& selection) {
     std::vector<plans::PlanToCheck> selected;
-    for (const plans::Plan& plan : plans::PlanTour(selection.geometry, *selection.from, selection.targets)) {
+    for (const plans::Plan& plan : plans::PlanTour(selection.geometry.file, *selection.from, selection.targets)) {
         selected.push_back({plan.from, plan.to, plans::MovesInOrder(plan.moves)});
     }
     return selected;

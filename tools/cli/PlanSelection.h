@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/cli/CommandLine.h"
+#include "tools/cli/Options.h"
 #include "tools/plans/PlannedMove.h"
 
 #include <optional>
@@ -11,7 +12,7 @@ namespace qmv40::cli {
 
 /// Which plans a command is about: those that the component makes of --from and --to, or those of a file.
 struct PlanSelection {
-    std::string geometry;
+    GeometryOption geometry;
     std::optional<model::HeadAngles> from;
     std::vector<model::HeadAngles> targets;
     std::string file; ///< empty: the component plans

@@ -3,7 +3,6 @@
 #include "tools/component/Calculator.h"
 #include "tools/plans/MovesJson.h"
 #include "tools/plans/PositionLine.h"
-#include "tools/settings/SettingsOverride.h"
 #include "tools/text/Json.h"
 
 namespace qmv40::cli {
@@ -11,13 +10,14 @@ namespace qmv40::cli {
 namespace {
 
 struct PoleOptions : CommonOptions {
-    std::string geometry;
+    GeometryOption geometry;
 };
 
 void Run(const PoleOptions& options, const text::Console& console) {
-    const settings::SettingsOverride settings(options.settings);
+    const SettingsInUse settings(options, console);
+    const settings::GeometryFile geometry = ReadGeometryFile(options.geometry, console);
     component::Calculator calculator;
-    calculator.LoadHeadGeometry(options.geometry);
+    calculator.LoadHeadGeometry(geometry.Name());
     const XYZData pole = calculator.PoleSpherePosition();
     if (options.json) return text::PrintJson({{"poleSpherePosition", plans::PositionJson(pole)}}, console.out);
     console.out << console.Strong("Centre of the pole sphere") << '\n' << plans::PositionLine(pole) << '\n';

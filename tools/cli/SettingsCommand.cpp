@@ -1,3 +1,4 @@
+#include "formats/AsciiText.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
@@ -9,7 +10,6 @@
 #include "tools/text/Failures.h"
 #include "tools/text/Files.h"
 #include "tools/text/Numbers.h"
-#include "tools/text/Text.h"
 
 #include <cmath>
 
@@ -76,12 +76,12 @@ void Validate(const ValidateOptions& options, const text::Console& console) {
 }
 
 std::size_t SettingOrUsageError(const std::string& name) {
-    if (const auto index = settings::FindHeadSetting(text::Trimmed(name))) return *index;
+    if (const auto index = settings::FindHeadSetting(ascii::Trimmed(name))) return *index;
     throw text::UsageError{"--set: '" + name + "' is no setting of the head; `qmv40 settings write --help` lists them"};
 }
 
 double NumberOrUsageError(const std::string& text) {
-    const text::ParsedNumber number = text::ParseNumber(text::Trimmed(text));
+    const text::ParsedNumber number = text::ParseNumber(ascii::Trimmed(text));
     if (number.problem == nullptr) return number.value;
     const bool hasComma = text.find(',') != std::string::npos;
     throw text::UsageError{"--set: '" + text + "' " + number.problem +
@@ -124,7 +124,7 @@ void Write(const WriteOptions& options, const text::Console& console) {
     std::array<bool, headSettingCount> isSet{};
     for (const std::string& assignment : options.assignments) Assign(assignment, values, isSet);
     const std::string content = settings::SettingsFileText(values);
-    if (!options.output.empty()) text::WriteWholeFile(options.output, content);
+    if (!options.output.empty()) text::WriteOutput(options.output, content, settings::SettingsFileKind());
 
     if (options.json) {
         const settings::SettingsReading reading = settings::ReadSettings(settings::SettingsInFile(content));

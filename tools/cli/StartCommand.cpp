@@ -3,7 +3,6 @@
 #include "tools/component/Calculator.h"
 #include "tools/plans/MovesJson.h"
 #include "tools/plans/PositionLine.h"
-#include "tools/settings/SettingsOverride.h"
 #include "tools/text/Json.h"
 
 namespace qmv40::cli {
@@ -11,14 +10,15 @@ namespace qmv40::cli {
 namespace {
 
 struct StartOptions : CommonOptions {
-    std::string geometry;
+    GeometryOption geometry;
     model::HeadAngles from{};
 };
 
 void Run(const StartOptions& options, const text::Console& console) {
-    const settings::SettingsOverride settings(options.settings);
+    const SettingsInUse settings(options, console);
+    const settings::GeometryFile geometry = ReadGeometryFile(options.geometry, console);
     component::Calculator calculator;
-    calculator.LoadHeadGeometry(options.geometry);
+    calculator.LoadHeadGeometry(geometry.Name());
     calculator.SetCurrentHeadPosition(options.from);
     const XYZData start = calculator.StartPosition();
     if (options.json) return text::PrintJson({{"startPosition", plans::PositionJson(start)}}, console.out);

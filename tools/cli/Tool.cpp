@@ -35,7 +35,20 @@ void Report(const component::ComponentError& error, const text::Console& console
 }
 
 void Report(const text::InputError& error, const text::Console& console) {
-    console.err << error.file << (error.line ? ":" + std::to_string(*error.line) : "") << ": " << error.reason << '\n';
+    console.err << text::MessageOf(error) << '\n';
+}
+
+void Report(const text::DoubtfulInput& doubtful, const text::Console& console) {
+    for (const text::InputError& problem : doubtful.problems) Report(problem, console);
+    console.err << doubtful.remedy << '\n';
+}
+
+/// The line of the first problem, and everything that is wrong in the description.
+text::Json ErrorJson(const text::DoubtfulInput& doubtful) {
+    text::InputError all{doubtful.problems.front().file, doubtful.problems.front().line, ""};
+    for (const text::InputError& problem : doubtful.problems) all.reason += problem.reason + ". ";
+    all.reason += doubtful.remedy;
+    return text::ErrorJson(all);
 }
 
 template <typename Error>
@@ -69,6 +82,8 @@ int RunCommand(std::vector<std::string> arguments, CommandLine& tool, const text
         return exitWrongUsage;
     } catch (const text::InputError& error) {
         return Refused(error, exitBadFile, tool, console);
+    } catch (const text::DoubtfulInput& error) {
+        return Refused(error, exitFindings, tool, console);
     } catch (const component::ComponentError& error) {
         return Refused(error, exitRefused, tool, console);
     } catch (const std::exception& error) {

@@ -1,16 +1,17 @@
 #include "tools/check/CheckReport.h"
+#include "tools/check/HeadFile.h"
 #include "tools/cli/Allowances.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
 #include "tools/cli/PlanSelection.h"
 #include "tools/settings/Installation.h"
-#include "tools/settings/SettingsOverride.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Files.h"
 #include "tools/text/Text.h"
 #include "tools/view/Drawing.h"
 #include "tools/view/Markup.h"
+#include "tools/view/OutputKinds.h"
 #include "tools/view/PageTemplate.h"
 #include "tools/view/ViewDocument.h"
 
@@ -31,6 +32,7 @@ struct Outcome {
     std::string file;
     std::string content;
     const char* whatToDo;
+    text::FileKind kind;
 };
 
 constexpr const char* defaultPage = "view.html";
@@ -62,7 +64,7 @@ std::string PageText(const std::string& templateFile, const std::string& content
     const view::Filling fillings[] = {{"@TITLE@", view::MarkupText(view.title)},
                                       {"@DOCUMENT@", view::EmbeddedDocument(view::ViewDocument(view))},
                                       {"@DRAWINGS@", figures}};
-    return view::FilledTemplate(templateFile, content, fillings);
+    return view::MarkedPage(view::FilledTemplate(templateFile, content, fillings));
 }
 
 /// One plan is drawn into the file, each of several into one of its own: plan-1.svg, plan-2.svg.
@@ -82,24 +84,24 @@ std::vector<Outcome> DrawingFiles(const ViewOptions& options, const std::vector<
     files.reserve(drawings.size());
     for (std::size_t i = 0; i < drawings.size(); ++i) {
         files.push_back({DrawingFile(options.drawing, i, drawings.size()), view::DrawingFileText(drawings[i]),
-                         "print it on A4 at its own size (100 %), and its scale holds"});
+                         "print it on A4 at its own size (100 %), and its scale holds", view::DrawingKind()});
     }
     return files;
 }
 
-view::ViewedTour CheckedView(const ViewOptions& options) {
-    const model::HeadModel head = check::LoadModel(options.selection.geometry);
+view::ViewedTour CheckedView(const ViewOptions& options, const text::Console& console) {
+    const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
     check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, options.check);
-    const std::string name = text::Utf8Name(text::PathOf(options.selection.geometry).filename());
+    const std::string name = text::Utf8Name(text::PathOf(options.selection.geometry.file).filename());
     return {name, name + ": " + view::StopsText(tour.plans), head, options.check, std::move(tour)};
 }
 
 void Run(const ViewOptions& options, const text::Console& console) {
     if (!options.selection.IsComplete()) throw text::UsageError{"view: give --from and --to, or --plan"};
-    const settings::SettingsOverride settings(options.settings);
+    const SettingsInUse settings(options, console);
     const std::string templateFile = IsPageWanted(options) ? TemplateFile(options) : "";
     const std::string pageTemplate = templateFile.empty() ? "" : text::ReadWholeFile(templateFile);
-    const view::ViewedTour view = CheckedView(options);
+    const view::ViewedTour view = CheckedView(options, console);
     const bool isDrawn = !templateFile.empty() || !options.drawing.empty();
     const std::vector<std::string> drawings = isDrawn ? Drawings(view) : std::vector<std::string>();
 
@@ -107,9 +109,11 @@ void Run(const ViewOptions& options, const text::Console& console) {
     std::vector<Outcome> files = DrawingFiles(options, drawings);
     if (!templateFile.empty()) {
         files.push_back({options.output.empty() ? defaultPage : options.output,
-                         PageText(templateFile, pageTemplate, view, drawings), "open it in a browser"});
+                         PageText(templateFile, pageTemplate, view, drawings), "open it in a browser",
+                         view::PageKind()});
     }
-    for (const Outcome& file : files) text::WriteWholeFile(file.file, file.content);
+    for (const Outcome& file : files) text::RequireNewOrOfKind(file.file, file.kind);
+    for (const Outcome& file : files) text::WriteOutput(file.file, file.content, file.kind);
 
     if (options.json) {
         text::PrintJson(view::ViewDocument(view), console.out);

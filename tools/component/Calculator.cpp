@@ -2,7 +2,7 @@
 
 #include "tools/component/AlignmentArray.h"
 #include "tools/component/ComponentError.h"
-#include "tools/text/Failures.h"
+#include "tools/text/Files.h"
 #include "tools/text/Text.h"
 #include "tools/text/WideText.h"
 
@@ -53,10 +53,7 @@ void Calculator::EnterHeadGeometry(std::span<const HeadAlignmentDataItem> aAxisP
 }
 
 void Calculator::LoadHeadGeometry(const std::string& fileName) {
-    std::error_code ignored;
-    if (!std::filesystem::exists(text::PathOf(fileName), ignored)) throw text::InputError{fileName, {}, "no such file"};
-    if (std::filesystem::is_directory(text::PathOf(fileName), ignored))
-        throw text::InputError{fileName, {}, "is a folder"};
+    text::RequireFile(fileName);
     FileNameArgument name(fileName);
     ThrowIfFailed(component->LoadHeadGeometryFromFile(name.Address()), "LoadHeadGeometryFromFile");
 }

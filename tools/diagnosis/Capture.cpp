@@ -1,21 +1,11 @@
 #include "tools/diagnosis/Capture.h"
 
-#include "tools/text/Csv.h"
-
-#include <array>
-
 namespace qmv40::diagnosis {
 
-namespace {
-
-constexpr std::array<std::string_view, 5> captureColumns{"APosition", "BPosition", "XPosition", "YPosition",
-                                                         "ZPosition"};
-
-} // namespace
-
 CaptureFile ReadCaptureFile(const std::string& fileName) {
-    CaptureFile file{fileName, {}, {}};
-    for (const auto& [line, row] : text::ReadNumberColumns(fileName, captureColumns)) {
+    const text::NumberTable table = text::ReadNumberTable(fileName, text::positionColumns);
+    CaptureFile file{fileName, {}, {}, table.unit};
+    for (const auto& [line, row] : table.rows) {
         file.items.push_back({row[0], row[1], row[2], row[3], row[4]});
         file.lines.push_back(line);
     }
@@ -26,7 +16,7 @@ std::vector<HeadAlignmentDataItem> ReadCapture(const std::string& fileName) { re
 
 std::vector<XYZData> ReadPoints(const std::string& fileName) {
     std::vector<XYZData> points;
-    for (const auto& [line, row] : text::ReadNumberColumns(fileName, std::span(captureColumns).subspan<2>())) {
+    for (const auto& [line, row] : text::ReadNumberTable(fileName, text::coordinateColumns).rows) {
         points.push_back({row[0], row[1], row[2]});
     }
     return points;

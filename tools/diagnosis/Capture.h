@@ -1,8 +1,10 @@
 #pragma once
 
 #include "interface/Records.h"
+#include "tools/text/Csv.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,17 +14,19 @@ namespace qmv40::diagnosis {
 struct CaptureFile {
     std::string name;
     std::vector<HeadAlignmentDataItem> items;
-    std::vector<std::size_t> lines; ///< of each item, counted from 1
+    std::vector<std::size_t> lines;       ///< of each item, counted from 1
+    std::optional<text::LengthUnit> unit; ///< that the header gives the coordinates, which are not converted
 };
 
-/// The captured points of one axis: a CSV file with the columns APosition, BPosition, XPosition, YPosition, ZPosition.
+/// The captured points of one axis: a CSV file with the columns APosition, BPosition, XPosition, YPosition, ZPosition,
+/// or A, B, X, Y, Z.
 /// See Csv.h for what is accepted and what is refused.
 CaptureFile ReadCaptureFile(const std::string& fileName);
 
 /// Its points alone.
 std::vector<HeadAlignmentDataItem> ReadCapture(const std::string& fileName);
 
-/// The points of a CSV file with the columns XPosition, YPosition, ZPosition; a capture will do.
+/// The points of a CSV file with the columns XPosition, YPosition, ZPosition, or X, Y, Z; a capture has them.
 std::vector<XYZData> ReadPoints(const std::string& fileName);
 
 } // namespace qmv40::diagnosis

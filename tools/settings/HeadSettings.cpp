@@ -1,6 +1,6 @@
 #include "tools/settings/HeadSettings.h"
 
-#include "tools/text/Text.h"
+#include "formats/AsciiText.h"
 
 #include <algorithm>
 
@@ -9,7 +9,7 @@ namespace qmv40::settings {
 std::optional<std::size_t> FindHeadSetting(std::string_view name) {
     for (std::size_t i = 0; i < headSettingCount; ++i) {
         const HeadSetting& setting = HeadSettings()[i];
-        if (text::SameName(name, setting.name) || text::SameName(name, setting.shortName)) return i;
+        if (ascii::EqualIgnoringCase(name, setting.name) || ascii::EqualIgnoringCase(name, setting.shortName)) return i;
     }
     return std::nullopt;
 }

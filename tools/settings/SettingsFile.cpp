@@ -1,5 +1,7 @@
 #include "tools/settings/SettingsFile.h"
 
+#include "formats/AsciiText.h"
+#include "formats/RegistryText.h"
 #include "tools/text/Failures.h"
 
 #include <algorithm>
@@ -61,6 +63,15 @@ std::string SettingsFileText(const std::array<std::optional<double>, headSetting
         }
     }
     return content;
+}
+
+text::FileKind SettingsFileKind() {
+    return {"a settings file of the head alone", [](std::string_view content) {
+                const RegistryLines file = RegistryLinesIn(std::string(content));
+                const std::string ours = std::string(machineRoot) + std::string(keyPath);
+                const auto isOurs = [&](const RegistryLine& line) { return ascii::EqualIgnoringCase(line.key, ours); };
+                return file.hasFormat && std::ranges::all_of(file.lines, isOurs);
+            }};
 }
 
 } // namespace qmv40::settings

@@ -1,11 +1,12 @@
 #include "tools/settings/SettingsReading.h"
 
+#include "formats/AsciiText.h"
 #include "tools/settings/SettingsFile.h"
 #include "tools/text/LenientNumber.h"
-#include "tools/text/Text.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace qmv40::settings {
 
@@ -17,61 +18,79 @@ std::string ComponentKey() { return std::string(machineRoot) + std::string(keyPa
 
 bool IsBelow(std::string_view ancestor, std::string_view path) {
     return path.size() > ancestor.size() && path[ancestor.size()] == '\\' &&
-           text::SameName(path.substr(0, ancestor.size()), ancestor);
+           ascii::StartsWithIgnoringCase(path, ancestor);
 }
 
 /// Goes through a file as an import does and keeps what stands under the component's key in the end.
 class KeyInFile {
 public:
-    void Take(const RegistryFileKey& key) {
-        const std::string ours = ComponentKey();
-        const bool isOurs = text::SameName(key.path, ours);
-        if (key.isRemoval) {
-            if (!isOurs && !IsBelow(key.path, ours)) return;
-            result.values.clear();
-            result.isKeyThere = false;
-        } else if (isOurs) {
-            result.isKeyThere = true;
-            for (const RegistryLine& line : key.lines) Take(line);
-        } else {
-            result.isKeyThere = result.isKeyThere || IsBelow(ours, key.path);
-            LookForStrays(key);
+    void Take(const RegistryLine& line) {
+        switch (line.kind) {
+        case RegistryLine::Kind::Key:
+            return TakeKey(line);
+        case RegistryLine::Kind::RemovedKey:
+            return TakeRemovedKey(line);
+        case RegistryLine::Kind::Nonsense:
+            return isInKey ? Refuse(line) : void();
+        case RegistryLine::Kind::Value:
+        case RegistryLine::Kind::RemovedValue:
+            return isInKey ? TakeValue(line) : LookForStray(line);
         }
     }
 
     StoredSettings Result() && { return std::move(result); }
 
 private:
-    void Take(const RegistryLine& line) {
-        if (line.kind == RegistryLine::Kind::Nonsense) return Refuse(line);
-        const auto isNamed = [&](const StoredValue& value) { return text::SameName(value.name, line.value.name); };
+    void TakeKey(const RegistryLine& line) {
+        isInKey = ascii::EqualIgnoringCase(line.key, key);
+        result.isKeyThere = result.isKeyThere || isInKey || IsBelow(key, line.key);
+        otherKey = isInKey ? nullptr : &line;
+    }
+
+    void TakeRemovedKey(const RegistryLine& line) {
+        isInKey = false;
+        otherKey = nullptr;
+        if (!ascii::EqualIgnoringCase(line.key, key) && !IsBelow(line.key, key)) return;
+        result.values.clear();
+        result.isKeyThere = false;
+    }
+
+    void TakeValue(const RegistryLine& line) {
+        const auto isNamed = [&](const StoredValue& stored) {
+            return ascii::EqualIgnoringCase(stored.name, line.name);
+        };
         const auto before = std::ranges::find_if(result.values, isNamed);
-        if (line.kind == RegistryLine::Kind::Value && before != result.values.end()) {
-            result.complaints.push_back({before->line, before->name,
-                                         "is given again in line " + std::to_string(line.line) + ", which counts",
-                                         "Remove one of the two lines."});
+        if (before != result.values.end()) {
+            if (line.value) NoteRepetition(*before, line);
+            result.values.erase(before);
         }
-        if (before != result.values.end()) result.values.erase(before);
-        if (line.kind == RegistryLine::Kind::Value) result.values.push_back(line.value);
+        if (line.value) result.values.push_back({line.name, *line.value, line.number});
+    }
+
+    void NoteRepetition(const StoredValue& before, const RegistryLine& line) {
+        result.complaints.push_back({before.line, before.name,
+                                     "is given again in line " + std::to_string(line.number) + ", which counts",
+                                     "Remove one of the two lines."});
     }
 
     void Refuse(const RegistryLine& line) {
-        result.complaints.push_back({line.line, "", Quoted(line.text) + " makes no sense here and is passed over",
+        result.complaints.push_back({line.number, "", Quoted(line.content) + " makes no sense here and is passed over",
                                      R"(Write values as "name"="number", the number in quotes too.)"});
     }
 
-    /// The head's settings where the component does not look.
-    void LookForStrays(const RegistryFileKey& key) {
-        const auto isSetting = [](const RegistryLine& line) {
-            return line.kind == RegistryLine::Kind::Value && FindHeadSetting(line.value.name).has_value();
-        };
-        const auto stray = std::ranges::find_if(key.lines, isSetting);
-        if (stray == key.lines.end()) return;
+    /// The head's settings where the component does not look: said once for each key.
+    void LookForStray(const RegistryLine& line) {
+        if (otherKey == nullptr || !line.value || !FindHeadSetting(line.name)) return;
         result.complaints.push_back(
-            {key.line, "", "[" + key.path + "] holds settings of the head, and the component does not look there",
-             "Put them under [" + ComponentKey() + "]."});
+            {otherKey->number, "",
+             "[" + line.key + "] holds settings of the head, and the component does not look there",
+             "Put them under [" + key + "]."});
+        otherKey = nullptr;
     }
 
+    const std::string key = ComponentKey();
+    bool isInKey = false;
+    const RegistryLine* otherKey = nullptr; ///< the heading of another key; null when nothing is to be said about it
     StoredSettings result;
 };
 
@@ -94,11 +113,11 @@ private:
         const StoredValue& stored = *reading.settings[index].stored;
         switch (source) {
         case SettingSource::Stored:
-            return text::ReadLooseNumber(*TextOf(stored)).oddity;
+            return text::ReadLenientNumber(*stored.Text()).oddity;
         case SettingSource::TooLong:
             return TooLongText(index);
         case SettingSource::WrongType:
-            return "is " + TypeText(stored.type) + ", and only texts are read: the built-in value counts";
+            return "is " + TypeText(stored.value.type) + ", and only texts are read: the built-in value counts";
         case SettingSource::NotTerminated:
             return "is a text without an end: the built-in value counts";
         case SettingSource::EarlierUnreadable:
@@ -127,7 +146,7 @@ private:
         if (FirstOfOffset(index) == index) {
             return "is longer than 254 letters and is not read: the built-in value counts";
         }
-        const auto textAt = [this](std::size_t at) { return TextOf(*reading.settings[at].stored).value_or(""); };
+        const auto textAt = [this](std::size_t at) { return reading.settings[at].stored->Text().value_or(""); };
         return "is not read, because " + Quoted(textAt(index)) + " is longer than " + Quoted(textAt(index - 1)) +
                ", the text before it: the built-in value counts";
     }
@@ -148,12 +167,12 @@ private:
     /// The number that whoever stored the value had in mind; the built-in one where that cannot be told.
     double MeantValue(std::size_t index) const {
         const std::optional<StoredValue>& stored = reading.settings[index].stored;
-        const std::optional<std::string> text = stored ? TextOf(*stored) : std::nullopt;
+        const std::optional<std::string> text = stored ? stored->Text() : std::nullopt;
         const double builtIn = HeadSettings()[index].builtIn;
         if (!text) return builtIn;
         std::string withPoint(*text);
         std::ranges::replace(withPoint, ',', '.');
-        const text::LooseNumber number = text::ReadLooseNumber(withPoint);
+        const text::LenientNumber number = text::ReadLenientNumber(withPoint);
         // No dimension of a head is that large, or that small.
         constexpr double beyondAnyHead = 1e6;
         constexpr double belowAnyMeaning = 1e-9;
@@ -183,18 +202,42 @@ SettingQuery QueryOf(const SettingsReading& reading) {
     return [&reading](const char* name, std::span<char> buffer, DWORD& type, DWORD& length) -> LSTATUS {
         const std::optional<StoredValue>& stored = reading.settings[*FindHeadSetting(name)].stored;
         if (!stored) return ERROR_FILE_NOT_FOUND;
-        type = stored->type;
-        length = static_cast<DWORD>(stored->bytes.size());
-        if (stored->bytes.size() > buffer.size()) return ERROR_MORE_DATA;
-        std::ranges::copy(stored->bytes, buffer.begin());
+        const std::string& bytes = stored->value.bytes;
+        type = static_cast<DWORD>(stored->value.type);
+        length = static_cast<DWORD>(bytes.size());
+        if (bytes.size() > buffer.size()) return ERROR_MORE_DATA;
+        std::ranges::copy(bytes, buffer.begin());
         return ERROR_SUCCESS;
     };
 }
 
 } // namespace
 
-StoredSettings SettingsInFile(std::string_view content) {
-    const RegistryFile file = ParseRegistryFile(content);
+std::optional<std::string> StoredValue::Text() const {
+    if (value.type != RegistryType::Text && value.type != RegistryType::ExpandableText) return std::nullopt;
+    return value.bytes.substr(0, value.bytes.find('\0'));
+}
+
+std::string TypeText(RegistryType type) {
+    switch (type) {
+    case RegistryType::Text:
+        return "a text";
+    case RegistryType::ExpandableText:
+        return "a text (hex(2))";
+    case RegistryType::Number:
+        return "a number (dword)";
+    case RegistryType::Binary:
+        return "bytes (hex)";
+    case RegistryType::TextList:
+        return "a list of texts (hex(7))";
+    case RegistryType::None:
+        break;
+    }
+    return "of type " + std::to_string(static_cast<std::uint32_t>(type));
+}
+
+StoredSettings SettingsInFile(const std::string& content) {
+    const RegistryLines file = RegistryLinesIn(content);
     StoredSettings nothing;
     if (!file.hasFormat) {
         nothing.complaints.push_back({1, "", "The first line does not name the format: nothing of the file is read",
@@ -202,7 +245,7 @@ StoredSettings SettingsInFile(std::string_view content) {
         return nothing;
     }
     KeyInFile key;
-    for (const RegistryFileKey& each : file.keys) key.Take(each);
+    for (const RegistryLine& line : file.lines) key.Take(line);
     StoredSettings settings = std::move(key).Result();
     if (!settings.isKeyThere) {
         settings.complaints.push_back({{},
@@ -219,7 +262,7 @@ SettingsReading ReadSettings(StoredSettings stored) {
     for (StoredValue& value : stored.values) {
         // Short names are the tool's own.
         const std::optional<std::size_t> index = FindHeadSetting(value.name);
-        const bool isName = index && text::SameName(value.name, HeadSettings()[*index].name);
+        const bool isName = index && ascii::EqualIgnoringCase(value.name, HeadSettings()[*index].name);
         if (isName) {
             reading.settings[*index].stored = std::move(value);
         } else {

@@ -1,20 +1,31 @@
 #pragma once
 
+#include "formats/RegistryText.h"
 #include "tools/settings/Complaint.h"
 #include "tools/settings/HeadSettings.h"
-#include "tools/settings/RegistryFile.h"
 
 #include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace qmv40::settings {
 
 /// The rules by which the component reads the fourteen dimensions, applied so that they can be explained: what counts,
 /// what does not, why, and what to do about it.
+
+struct StoredValue {
+    std::string name;
+    RegistryValue value;
+    std::optional<std::size_t> line; ///< of a settings file; none where the registry itself holds the value
+
+    /// The text without its terminator; nothing for a value that is no text.
+    std::optional<std::string> Text() const;
+};
+
+/// What kind of value a type is, for people: "a number (dword)".
+std::string TypeText(RegistryType type);
 
 /// What stands under the component's key.
 struct StoredSettings {
@@ -35,7 +46,7 @@ struct SettingsReading {
 };
 
 /// The component's key in the content of a settings file.
-StoredSettings SettingsInFile(std::string_view content);
+StoredSettings SettingsInFile(const std::string& content);
 
 SettingsReading ReadSettings(StoredSettings stored);
 

@@ -9,15 +9,15 @@ namespace {
 
 std::string StoredText(const SettingReading& setting) {
     if (!setting.stored) return "";
-    const std::optional<std::string> text = TextOf(*setting.stored);
-    return text ? '"' + *text + '"' : TypeText(setting.stored->type);
+    const std::optional<std::string> text = setting.stored->Text();
+    return text ? '"' + *text + '"' : TypeText(setting.stored->value.type);
 }
 
 /// The text, or for another kind of value what kind it is; null where nothing is stored.
 text::Json StoredJson(const SettingReading& setting) {
     if (!setting.stored) return nullptr;
-    const std::optional<std::string> text = TextOf(*setting.stored);
-    return text ? text::Json(*text) : text::Json{{"type", TypeText(setting.stored->type)}};
+    const std::optional<std::string> text = setting.stored->Text();
+    return text ? text::Json(*text) : text::Json{{"type", TypeText(setting.stored->value.type)}};
 }
 
 const char* Origin(const SettingReading& setting) {

@@ -1,14 +1,17 @@
 #include "tools/text/Csv.h"
 
+#include "formats/AsciiText.h"
+#include "formats/EncodedText.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Files.h"
 #include "tools/text/Numbers.h"
-#include "tools/text/Text.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace qmv40::text {
+
+using ascii::EqualIgnoringCase;
+using ascii::Trimmed;
 
 namespace {
 
@@ -21,106 +24,304 @@ struct Line {
     [[noreturn]] void Refuse(std::string reason) const { throw InputError{file, number, std::move(reason)}; }
 };
 
-/// The content without its byte-order mark. Text in another encoding would fail in the header, and puzzle the user.
-std::string_view WithoutMark(const std::string& fileName, std::string_view content) {
-    if (content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF")) {
-        throw InputError{fileName, {}, "is UTF-16 text: save it as UTF-8"};
-    }
-    if (content.starts_with("\xEF\xBB\xBF")) content.remove_prefix(3);
-    return content;
-}
+constexpr std::string_view possibleSeparators{",;\t"};
 
-/// The lines that say something: neither blank nor a comment.
+/// The lines that are neither blank nor a comment.
 std::vector<Line> SignificantLines(const std::string& fileName, std::string_view content) {
     std::vector<Line> lines;
-    for (std::size_t number = 1; !content.empty(); ++number) {
-        const std::size_t end = std::min(content.find('\n'), content.size());
-        std::string_view text = content.substr(0, end);
-        content.remove_prefix(std::min(end + 1, content.size()));
-        if (text.ends_with('\r')) text.remove_suffix(1);
-        text = Trimmed(text);
-        if (!text.empty() && !text.starts_with('#')) lines.push_back({fileName, number, text});
+    std::size_t number = 0;
+    for (std::size_t at = 0; at < content.size();) {
+        const ascii::TextLine line = ascii::LineAt(content, at);
+        at = line.next;
+        ++number;
+        const std::string_view text = Trimmed(line.content);
+        if (!text.empty() && !text.starts_with('#')) lines.push_back({fileName, number, line.content});
     }
     return lines;
 }
 
-/// Takes a quoted field, and the blanks after it, off the front of `rest`. Two quotes inside stand for one.
-std::string TakeQuotedField(const Line& line, std::string_view& rest) {
-    std::string field;
-    for (std::size_t at = 1; at < rest.size(); ++at) {
-        if (rest[at] != '"') {
-            field += rest[at];
-        } else if (rest.substr(at).starts_with("\"\"")) {
-            field += rest[at++];
-        } else {
-            rest = Trimmed(rest.substr(at + 1));
-            if (!rest.empty() && !rest.starts_with(',')) line.Refuse("something follows the closing quote of a field");
-            return field;
+/// The fields of a line, or what is wrong with it.
+struct Fields {
+    std::vector<std::string> texts;
+    const char* problem = nullptr; ///< a sentence without its full stop; null when there is none
+};
+
+class FieldSplitter {
+public:
+    explicit FieldSplitter(char theSeparator) : separator(theSeparator) {}
+
+    Fields Split(std::string_view line) const {
+        Fields fields;
+        for (std::string_view rest = line;; rest.remove_prefix(1)) { // behind a separator there is one more field
+            rest = WithoutBlanksBefore(rest);
+            fields.texts.push_back(rest.starts_with('"') ? TakeQuoted(rest, fields.problem) : TakePlain(rest));
+            if (rest.empty() || fields.problem != nullptr) return fields;
         }
     }
-    line.Refuse("the closing quote of a field is missing");
-}
 
-std::string TakePlainField(std::string_view& rest) {
-    const std::string_view field = rest.substr(0, rest.find(','));
-    rest.remove_prefix(field.size());
-    return std::string(Trimmed(field));
-}
+    char Separator() const { return separator; }
 
-std::vector<std::string> Fields(const Line& line) {
-    std::vector<std::string> fields;
-    std::string_view rest = line.text;
-    while (true) {
-        rest = Trimmed(rest);
-        fields.push_back(rest.starts_with('"') ? TakeQuotedField(line, rest) : TakePlainField(rest));
-        if (rest.empty()) return fields;
-        rest.remove_prefix(1); // the comma: one more field follows, though it be empty
+private:
+    /// A tabulator that separates is no blank.
+    std::string_view WithoutBlanksBefore(std::string_view text) const {
+        while (!text.empty() && text.front() != separator && ascii::blanks.find(text.front()) != std::string_view::npos)
+            text.remove_prefix(1);
+        return text;
     }
+
+    /// Takes a quoted field, and the blanks behind it, off the front of `rest`. Two quotes inside stand for one.
+    std::string TakeQuoted(std::string_view& rest, const char*& problem) const {
+        std::string field;
+        for (std::size_t at = 1; at < rest.size(); ++at) {
+            if (rest[at] != '"') {
+                field += rest[at];
+            } else if (rest.substr(at).starts_with("\"\"")) {
+                field += rest[at++];
+            } else {
+                rest = WithoutBlanksBefore(rest.substr(at + 1));
+                if (!rest.empty() && rest.front() != separator)
+                    problem = "something follows the closing quote of a field";
+                return field;
+            }
+        }
+        problem = "the closing quote of a field is missing";
+        return field;
+    }
+
+    std::string TakePlain(std::string_view& rest) const {
+        const std::string_view field = rest.substr(0, rest.find(separator));
+        rest.remove_prefix(field.size());
+        return std::string(Trimmed(field));
+    }
+
+    char separator;
+};
+
+std::string Lower(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return lower;
 }
 
-/// Where the column `name` stands in the header.
-std::size_t ColumnIndex(const Line& line, const std::vector<std::string>& header, std::string_view name) {
-    const auto isNamed = [name](const std::string& field) { return SameName(field, name); };
-    const auto found = std::ranges::find_if(header, isNamed);
-    if (found == header.end()) {
-        const bool hasSemicolons = header.size() == 1 && header.front().find(';') != std::string::npos;
-        line.Refuse("the header has no column " + std::string(name) +
-                    (hasSemicolons ? " (fields are to be separated by commas)" : ""));
+bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> words) {
+    return std::ranges::find(words, Lower(text)) != words.end();
+}
+bool IsDegree(std::string_view unit) { return IsOneOf(unit, {"deg", "degree", "degrees", "\xC2\xB0", "\xB0"}); }
+bool IsMillimetre(std::string_view unit) {
+    return IsOneOf(unit, {"mm", "millimetre", "millimetres", "millimeter", "millimeters"});
+}
+bool IsInch(std::string_view unit) { return IsOneOf(unit, {"in", "inch", "inches", "\""}); }
+
+/// A field of the header: a name, and behind it a unit: "X [mm]", "X (mm)", "X/mm".
+struct HeaderField {
+    explicit HeaderField(std::string_view field) : name(Trimmed(field)) {
+        const std::size_t mark = field.find_first_of("[(/");
+        if (mark == std::string_view::npos) return;
+        std::string_view behind = Trimmed(field.substr(mark + 1));
+        const char closing = field[mark] == '[' ? ']' : field[mark] == '(' ? ')' : '\0';
+        if (closing != '\0' && !behind.ends_with(closing)) return;
+        if (closing != '\0') behind.remove_suffix(1);
+        unit = Trimmed(behind);
+        name = Trimmed(field.substr(0, mark));
     }
-    if (std::find_if(std::next(found), header.end(), isNamed) != header.end()) {
-        line.Refuse("the header has two columns " + std::string(name));
+
+    std::string name;
+    std::string unit; ///< empty: none
+};
+
+/// Where the wanted columns stand in a header, under one of their two kinds of names.
+class Header {
+public:
+    using NameOfColumn = std::string_view Column::*;
+
+    Header(const std::vector<std::string>& texts, std::span<const Column> theColumns, NameOfColumn theName)
+        : columns(theColumns), name(theName), fields(texts.begin(), texts.end()) {
+        for (const Column& column : columns) places.push_back(PlaceOf(column));
     }
-    return static_cast<std::size_t>(found - header.begin());
+
+    std::size_t Found() const {
+        return columns.size() - static_cast<std::size_t>(std::ranges::count(places, fields.size()));
+    }
+    std::size_t Width() const { return fields.size(); }
+    std::size_t Place(std::size_t column) const { return places[column]; }
+    std::string Name(std::size_t column) const { return std::string(columns[column].*name); }
+
+    /// What is wrong with the header; empty when nothing is.
+    std::string Problem() const {
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            if (places[i] == fields.size())
+                return "the header has no column " + Name(i) + ": write the header " + AllNames();
+            if (IsRepeated(columns[i])) return "the header has two columns " + Name(i);
+        }
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            if (std::string problem = UnitProblem(i); !problem.empty()) return problem;
+        }
+        return "";
+    }
+
+    std::optional<LengthUnit> Unit() const {
+        const auto isLength = [](const Column& column) { return column.quantity == Quantity::Length; };
+        const auto length = std::ranges::find_if(columns, isLength);
+        if (length == columns.end()) return std::nullopt;
+        return KnownUnit(UnitText(static_cast<std::size_t>(length - columns.begin())));
+    }
+
+private:
+    bool IsNamed(const HeaderField& field, const Column& column) const {
+        return EqualIgnoringCase(field.name, column.*name);
+    }
+
+    std::size_t PlaceOf(const Column& column) const {
+        const auto found =
+            std::ranges::find_if(fields, [&](const HeaderField& field) { return IsNamed(field, column); });
+        return static_cast<std::size_t>(found - fields.begin());
+    }
+
+    bool IsRepeated(const Column& column) const {
+        return std::ranges::count_if(fields, [&](const HeaderField& field) { return IsNamed(field, column); }) > 1;
+    }
+
+    const std::string& UnitText(std::size_t column) const { return fields[places[column]].unit; }
+
+    static std::optional<LengthUnit> KnownUnit(const std::string& unit) {
+        if (IsMillimetre(unit)) return LengthUnit::Millimetre;
+        return IsInch(unit) ? std::optional(LengthUnit::Inch) : std::nullopt;
+    }
+
+    std::string UnitProblem(std::size_t i) const {
+        const std::string& unit = UnitText(i);
+        const bool isAngle = columns[i].quantity == Quantity::Angle;
+        const bool isKnown = unit.empty() || (isAngle ? IsDegree(unit) : KnownUnit(unit).has_value());
+        if (!isKnown) {
+            return "column " + Name(i) + " is in '" + unit +
+                   "': " + (isAngle ? "angles are read in deg" : "lengths are read in mm or in");
+        }
+        if (isAngle || KnownUnit(unit) == Unit()) return "";
+        return "column " + Name(i) + " has another unit than the lengths before it: give all of them the same unit";
+    }
+
+    std::string AllNames() const {
+        std::string names;
+        for (const Column& column : columns) names += (names.empty() ? "" : ",") + std::string(column.name);
+        return names;
+    }
+
+    std::span<const Column> columns;
+    NameOfColumn name;
+    std::vector<HeaderField> fields;
+    std::vector<std::size_t> places; ///< of each column in the header; its width where it has no such column
+};
+
+/// Reads the numbers of one file, which has one decimal mark.
+class NumberReader {
+public:
+    explicit NumberReader(char separator) : isCommaPossible(separator != ',') {}
+
+    double Read(const Line& line, const std::string& field, const std::string& column) {
+        const std::size_t mark = field.find_first_of(".,");
+        const bool hasComma = mark != std::string::npos && field[mark] == ',';
+        std::string text = field;
+        if (hasComma && isCommaPossible) text[mark] = '.';
+        const ParsedNumber parsed = ParseNumber(text);
+        const std::string problem =
+            parsed.problem != nullptr ? ProblemText(parsed, hasComma) : OtherMark(line, field, mark);
+        if (!problem.empty()) line.Refuse(column + " '" + field + "' " + problem);
+        return parsed.value;
+    }
+
+private:
+    std::string ProblemText(const ParsedNumber& parsed, bool hasComma) const {
+        const bool isRemedyNeeded = hasComma && !isCommaPossible;
+        return std::string(parsed.problem) +
+               (isRemedyNeeded ? ": the decimal mark is a point where commas separate the fields" : "");
+    }
+
+    /// A number with the other decimal mark than the numbers before: one of them is no decimal mark.
+    std::string OtherMark(const Line& line, const std::string& field, std::size_t mark) {
+        if (mark == std::string::npos) return "";
+        if (decimalMark == '\0') {
+            decimalMark = field[mark];
+            lineOfMark = line.number;
+        }
+        if (decimalMark == field[mark]) return "";
+        return std::string("has '") + field[mark] + "' as its decimal mark, and line " + std::to_string(lineOfMark) +
+               " '" + decimalMark + "': use one in the whole file";
+    }
+
+    bool isCommaPossible;
+    char decimalMark = '\0'; ///< the one that numbers had so far
+    std::size_t lineOfMark = 0;
+};
+
+/// The separator that a line such as `sep=;` gives.
+std::optional<char> GivenSeparator(std::string_view line) {
+    constexpr std::string_view start{"sep="};
+    line = ascii::TrimmedLeft(line);
+    if (!ascii::StartsWithIgnoringCase(line, start) || line.size() == start.size()) return std::nullopt;
+    const char separator = line[start.size()];
+    const bool isPossible = possibleSeparators.find(separator) != std::string_view::npos;
+    return isPossible && Trimmed(line.substr(start.size() + 1)).empty() ? std::optional(separator) : std::nullopt;
 }
 
-double Number(const Line& line, const std::string& field, std::string_view column) {
-    const ParsedNumber parsed = ParseNumber(field);
-    if (parsed.problem != nullptr) line.Refuse(std::string(column) + " '" + field + "' " + parsed.problem);
-    return parsed.value;
+/// How the fields and the header of a file are to be read.
+struct Dialect {
+    FieldSplitter splitter;
+    Header header;
+};
+
+/// The way to read the header in which most columns are found; of several, the first.
+Dialect DialectOf(const Line& line, std::string_view separators, std::span<const Column> columns) {
+    std::optional<Dialect> best;
+    const char* problem = nullptr;
+    for (const char separator : separators) {
+        const FieldSplitter splitter(separator);
+        const Fields fields = splitter.Split(line.text);
+        if (problem == nullptr) problem = fields.problem;
+        for (const auto name : {&Column::name, &Column::shortName}) {
+            Header header(fields.texts, columns, name);
+            const bool isBetter = !best || header.Found() > best->header.Found();
+            if (fields.problem == nullptr && isBetter) best.emplace(Dialect{splitter, std::move(header)});
+        }
+    }
+    if (!best) line.Refuse(problem);
+    if (const std::string found = best->header.Problem(); !found.empty()) line.Refuse(found);
+    return *best;
+}
+
+std::vector<std::string> FieldsOf(const Line& line, const Dialect& dialect) {
+    Fields fields = dialect.splitter.Split(line.text);
+    if (fields.problem != nullptr) line.Refuse(fields.problem);
+    if (fields.texts.size() != dialect.header.Width()) {
+        line.Refuse("there are " + std::to_string(fields.texts.size()) + " fields where the header has " +
+                    std::to_string(dialect.header.Width()));
+    }
+    return std::move(fields.texts);
+}
+
+NumberTable TableIn(std::span<const Line> lines, const Dialect& dialect, std::size_t columns) {
+    NumberTable table{{}, dialect.header.Unit()};
+    NumberReader numbers(dialect.splitter.Separator());
+    for (const Line& line : lines) {
+        const std::vector<std::string> fields = FieldsOf(line, dialect);
+        NumberRow& row = table.rows.emplace_back(NumberRow{line.number, {}});
+        for (std::size_t i = 0; i < columns; ++i) {
+            row.values.push_back(numbers.Read(line, fields[dialect.header.Place(i)], dialect.header.Name(i)));
+        }
+    }
+    return table;
 }
 
 } // namespace
 
-std::vector<NumberRow> ReadNumberColumns(const std::string& fileName, std::span<const std::string_view> names) {
-    const std::string content = ReadWholeFile(fileName);
-    const std::vector<Line> lines = SignificantLines(fileName, WithoutMark(fileName, content));
+NumberTable ReadNumberTable(const std::string& fileName, std::span<const Column> columns) {
+    const EncodedText content(ReadWholeFile(fileName));
+    const std::vector<Line> all = SignificantLines(fileName, content.text);
+    std::span<const Line> lines(all);
+    const std::optional<char> given = lines.empty() ? std::nullopt : GivenSeparator(lines.front().text);
+    if (given) lines = lines.subspan(1);
     if (lines.empty()) throw InputError{fileName, 1, "there is no header"};
-
-    const std::vector<std::string> header = Fields(lines.front());
-    std::vector<std::size_t> columns;
-    for (const std::string_view name : names) columns.push_back(ColumnIndex(lines.front(), header, name));
-
-    std::vector<NumberRow> rows;
-    for (const Line& line : std::span(lines).subspan(1)) {
-        const std::vector<std::string> fields = Fields(line);
-        if (fields.size() != header.size()) {
-            line.Refuse("there are " + std::to_string(fields.size()) + " fields where the header has " +
-                        std::to_string(header.size()));
-        }
-        NumberRow& row = rows.emplace_back(NumberRow{line.number, {}});
-        for (std::size_t i = 0; i < names.size(); ++i) row.values.push_back(Number(line, fields[columns[i]], names[i]));
-    }
-    return rows;
+    const std::string separators = given ? std::string(1, *given) : std::string(possibleSeparators);
+    return TableIn(lines.subspan(1), DialectOf(lines.front(), separators, columns), columns.size());
 }
 
 } // namespace qmv40::text

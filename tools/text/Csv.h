@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -8,18 +10,47 @@
 
 namespace qmv40::text {
 
+enum class Quantity { Angle, Length };
+enum class LengthUnit { Millimetre, Inch };
+
+/// A column of numbers. A header has either the names of all columns, or the short names of all.
+struct Column {
+    std::string_view name;
+    std::string_view shortName;
+    Quantity quantity;
+};
+
+/// The head's angles and the machine's position, as captures, lists of points and tours have them.
+inline constexpr std::array<Column, 5> positionColumns{{{"APosition", "A", Quantity::Angle},
+                                                        {"BPosition", "B", Quantity::Angle},
+                                                        {"XPosition", "X", Quantity::Length},
+                                                        {"YPosition", "Y", Quantity::Length},
+                                                        {"ZPosition", "Z", Quantity::Length}}};
+inline constexpr std::span<const Column> angleColumns = std::span(positionColumns).first<2>();
+inline constexpr std::span<const Column> coordinateColumns = std::span(positionColumns).last<3>();
+
 /// The numbers of one data line.
 struct NumberRow {
     std::size_t line; ///< counted from 1
     std::vector<double> values;
 };
 
-/// The named columns of a CSV file of numbers: one row per data line, its values in the order of `names`.
+struct NumberTable {
+    std::vector<NumberRow> rows;
+    std::optional<LengthUnit> unit; ///< that the header gives the lengths; the values are as they stand in the file
+};
+
+/// The columns of a CSV file: one row for each data line, its values in the order of `columns`.
 ///
-/// The first line that is neither blank nor a comment (`#`) is the header; its columns stand in any order and letter
-/// case, and columns that nobody asked for are ignored. `.` is the decimal mark whatever the locale. Fields may be
-/// quoted and surrounded by blanks; lines end in LF or CRLF; a UTF-8 byte-order mark is skipped.
-/// Throws InputError, with the line, for anything that is not so.
-std::vector<NumberRow> ReadNumberColumns(const std::string& fileName, std::span<const std::string_view> names);
+/// Blank lines and lines that begin with `#` are skipped. The first other line is the header, or `sep=` with the
+/// separator, and then the header. Columns stand in any order and letter case; columns that are not asked for are
+/// ignored. A name can be followed by a unit: "X [mm]", "X (in)", "A/deg".
+///
+/// The separator is a comma, a semicolon or a tabulator, whichever gives the header all columns. The decimal mark is a
+/// point whatever the locale; it can be a comma where the separator is another character and no number of the file has
+/// a point. Fields can be quoted. The text is UTF-8, with or without a byte-order mark, or UTF-16 with one.
+///
+/// Throws InputError, with the line, for everything else: nothing is guessed that could mean two things.
+NumberTable ReadNumberTable(const std::string& fileName, std::span<const Column> columns);
 
 } // namespace qmv40::text

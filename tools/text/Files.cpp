@@ -47,11 +47,17 @@ private:
 
 } // namespace
 
+void RequireFile(const std::string& fileName) {
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(PathOf(fileName), ignored);
+    if (!std::filesystem::exists(status)) throw InputError{fileName, {}, "no such file"};
+    if (std::filesystem::is_directory(status)) throw InputError{fileName, {}, "is a folder"};
+}
+
 std::string ReadWholeFile(const std::string& fileName) {
+    RequireFile(fileName);
     const std::filesystem::path path = PathOf(fileName);
     std::error_code ignored;
-    if (!std::filesystem::exists(path, ignored)) throw InputError{fileName, {}, "no such file"};
-    if (std::filesystem::is_directory(path, ignored)) throw InputError{fileName, {}, "is a folder"};
     std::ifstream file(path, std::ios::binary);
     std::ostringstream content;
     content << file.rdbuf();

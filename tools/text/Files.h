@@ -5,6 +5,9 @@
 
 namespace qmv40::text {
 
+/// Throws InputError when the name is not that of a file: nothing is there, or a folder.
+void RequireFile(const std::string& fileName);
+
 /// All bytes of a file. Throws InputError when it is not there, is a folder or cannot be read.
 std::string ReadWholeFile(const std::string& fileName);
 

@@ -1,8 +1,8 @@
 #include "tools/text/LenientNumber.h"
 
+#include "formats/AsciiText.h"
 #include "formats/NumberText.h"
 #include "tools/text/Numbers.h"
-#include "tools/text/Text.h"
 
 #include <cmath>
 
@@ -11,7 +11,7 @@ namespace qmv40::text {
 namespace {
 
 bool BeginsNumber(std::string_view text) {
-    text = Trimmed(text);
+    text = ascii::Trimmed(text);
     if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
     if (text.starts_with('.')) text.remove_prefix(1);
     return !text.empty() && text.front() >= '0' && text.front() <= '9';
@@ -21,14 +21,14 @@ bool BeginsNumber(std::string_view text) {
 const char* Reason(const std::string& text, double value) {
     if (!std::isfinite(value)) return ", which is no length or angle";
     if (!BeginsNumber(text)) return ": it does not begin with a number";
-    if (ParseNumber(Trimmed(text)).problem == nullptr) return nullptr;
+    if (ParseNumber(ascii::Trimmed(text)).problem == nullptr) return nullptr;
     if (text.find(',') != std::string::npos) return ": the decimal mark is a point";
     return ": what follows the number is ignored";
 }
 
 } // namespace
 
-LooseNumber ReadLooseNumber(const std::string& text) {
+LenientNumber ReadLenientNumber(const std::string& text) {
     const double value = qmv40::TextToDouble(text.c_str());
     const bool isNumber = BeginsNumber(text) && std::isfinite(value);
     const char* const reason = Reason(text, value);

@@ -4,13 +4,13 @@
 
 namespace qmv40::text {
 
-/// A number as the component reads it from a stored text: as much as begins one, and 0 where nothing does.
-struct LooseNumber {
+/// A number as the component reads it from a stored text: the beginning of the text that is a number, or 0.
+struct LenientNumber {
     double value;
     bool isNumber;      ///< the text begins with a finite number
-    std::string oddity; ///< why it is not what it looks like: completes a sentence; empty when all is well
+    std::string oddity; ///< why the value is not what the text looks like: completes a sentence; empty when it is
 };
 
-LooseNumber ReadLooseNumber(const std::string& text);
+LenientNumber ReadLenientNumber(const std::string& text);
 
 } // namespace qmv40::text

@@ -1,6 +1,6 @@
 #include "tools/text/Numbers.h"
 
-#include "tools/text/Text.h"
+#include "formats/AsciiText.h"
 
 #include <array>
 #include <charconv>
@@ -45,8 +45,8 @@ ParsedNumber ParseNumber(std::string_view text) {
 std::optional<std::pair<double, double>> ParseNumberPair(std::string_view text) {
     const std::size_t comma = text.find(',');
     if (comma == std::string_view::npos) return std::nullopt;
-    const ParsedNumber first = ParseNumber(Trimmed(text.substr(0, comma)));
-    const ParsedNumber second = ParseNumber(Trimmed(text.substr(comma + 1)));
+    const ParsedNumber first = ParseNumber(ascii::Trimmed(text.substr(0, comma)));
+    const ParsedNumber second = ParseNumber(ascii::Trimmed(text.substr(comma + 1)));
     if (first.problem != nullptr || second.problem != nullptr) return std::nullopt;
     return std::pair(first.value, second.value);
 }

@@ -7,6 +7,7 @@
 #include "tools/text/Numbers.h"
 #include "tools/view/DrawnView.h"
 #include "tools/view/Markup.h"
+#include "tools/view/OutputKinds.h"
 
 #include <algorithm>
 
@@ -326,10 +327,6 @@ std::string ThreeViews(const DrawingOfPlan& drawing) {
     return svg.Written();
 }
 
-std::string DrawingFileText(const std::string& drawing) {
-    return R"(<?xml version="1.0" encoding="UTF-8"?>)"
-           "\n" +
-           drawing;
-}
+std::string DrawingFileText(const std::string& drawing) { return DrawingFileStart() + drawing; }
 
 } // namespace qmv40::view

@@ -274,13 +274,4 @@ TEST_F(MoveCommand, NeedsAGeometryFileThatIsThere) {
     }
 }
 
-TEST_F(MoveCommand, ReportsAGeometryFileThatLacksAValue) {
-    const std::string incomplete = folder.Write("incomplete.ini", "[HEADCENTRE]\nX=1\nY=2\n");
-    const ToolRun run = RunQmv40(MoveArguments(incomplete, "0,0", {"45,90"}));
-    EXPECT_EQ(1, run.exitCode);
-    EXPECT_TRUE(run.err.starts_with(
-        "qmv40: error 0x8A000001 from RoundThePole::ReadDoubleFromIniFile: Failed To Read from File\n"))
-        << run.err;
-}
-
 } // namespace

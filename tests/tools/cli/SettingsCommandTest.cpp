@@ -110,7 +110,9 @@ TEST(SettingsWrite, WritesAnOffsetWholeInTextsOfOneLength) {
 
 TEST(SettingsWrite, ReplacesTheWholeFileAndTellsWhatToDoWithIt) {
     const TemporaryFolder folder;
-    const std::string file = folder.Write("head settings.reg", "something much longer that stood there before");
+    const std::string file =
+        folder.Write("head settings.reg",
+                     RunQmv40({"settings", "write", "--set", "unlocked-z=-2", "--set", "drive-cup-z=-12.00000"}).out);
     const ToolRun run = RunQmv40({"settings", "write", "--set", "drive-cup-z=-11.4", "--output", file});
     EXPECT_EQ(0, run.exitCode);
     EXPECT_EQ("", run.out);

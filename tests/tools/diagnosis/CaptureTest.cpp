@@ -3,7 +3,9 @@
 #include "tests/tools/cli/ToolRun.h"
 #include "tools/text/Failures.h"
 
+#include <bit>
 #include <gtest/gtest.h>
+#include <optional>
 
 using namespace qmv40;
 
@@ -44,6 +46,24 @@ TEST(CaptureFile, IsReadInEverySpellingThatMeansTheSame) {
         {"Time,APosition,BPosition,XPosition,YPosition,ZPosition,Remark\n"
          "09:30,45,-90,1.5,-2.25,1000,\"said \"\"good\"\", kept\"\n",
          "columns that nobody asked for are not looked at"},
+        {"A,B,X,Y,Z\n45,-90,1.5,-2.25,1000\n", "short names"},
+        {"z;y;x;b;a\n1000;-2.25;1.5;-90;45\n", "short names in any order and letter case"},
+        {"X,APosition,BPosition,XPosition,YPosition,ZPosition\n7,45,-90,1.5,-2.25,1000\n", "a long name comes first"},
+        {"A;B;X;Y;Z\n45;-90;1.5;-2.25;1000\n", "semicolons"},
+        {"A;B;X;Y;Z\n45;-90;1,5;-2,25;1000\n", "semicolons and decimal commas"},
+        {"A;B;X;Y;Z\n45,0;-90,00;1,500;-225e-2;+1,0E3\n", "decimal commas in every spelling of a number"},
+        {"A\tB\tX\tY\tZ\n45\t-90\t1.5\t-2.25\t1000\n", "tabulators"},
+        {"A\tB\tX\tY\tZ\n45\t-90\t1,5\t-2,25\t1000\n", "tabulators and decimal commas"},
+        {"\"A\"\t\"B\"\tX\tY\tZ\n 45 \t \"-90\" \t1.5\t-2.25\t1000\n", "blanks and quotes beside tabulators"},
+        {"\"A\";\"B\";\"X\";\"Y\";\"Z\"\n\"45\";\"-90\";\"1,5\";\"-2,25\";\"1000\"\n", "quoted fields, semicolons"},
+        {"A;B;X;Y;Z;Remark\n45;-90;1,5;-2,25;1000;one, two. three\n", "commas and points in another column"},
+        {"sep=;\r\nA;B;X;Y;Z\r\n45;-90;1,5;-2,25;1000\r\n", "the separator told first"},
+        {"SEP=,\nA,B,X,Y,Z\n45,-90,1.5,-2.25,1000\n", "in any letter case"},
+        {"# by hand\nsep=\t\nA\tB\tX\tY\tZ\n45\t-90\t1.5\t-2.25\t1000\n", "a tabulator told first"},
+        {"A,B,X,Y,Z\r45,-90,1.5,-2.25,1000\r", "CR alone ends a line"},
+        {"A [deg],B (\xC2\xB0),X [mm],Y (MM),Z/mm\n45,-90,1.5,-2.25,1000\n", "units"},
+        {"APosition [deg],BPosition,XPosition [ millimetres ],YPosition (mm),ZPosition/mm\n45,-90,1.5,-2.25,1000\n",
+         "units behind long names"},
     };
     const TemporaryFolder folder;
     for (const auto& each : cases) {
@@ -53,6 +73,43 @@ TEST(CaptureFile, IsReadInEverySpellingThatMeansTheSame) {
             ADD_FAILURE() << each.why << ": " << error.reason;
         }
     }
+}
+
+std::string InUtf16(std::string_view ascii, std::endian order) {
+    std::string bytes = order == std::endian::little ? "\xFF\xFE" : "\xFE\xFF";
+    for (const char c : ascii) bytes += order == std::endian::little ? std::string{c, '\0'} : std::string{'\0', c};
+    return bytes;
+}
+
+TEST(CaptureFile, MayBeUtf16WithAByteOrderMark) {
+    const TemporaryFolder folder;
+    for (const std::endian order : {std::endian::little, std::endian::big}) {
+        const std::string content = InUtf16("A\tB\tX\tY\tZ\r\n45\t-90\t1,5\t-2,25\t1000\r\n", order);
+        ExpectTheOnePoint(diagnosis::ReadCapture(folder.Write("capture.csv", content)), "UTF-16");
+    }
+}
+
+TEST(CaptureFile, TellsTheUnitThatItsHeaderGives) {
+    const struct {
+        const char* header;
+        std::optional<text::LengthUnit> unit;
+    } cases[] = {
+        {"A,B,X,Y,Z\n", std::nullopt},
+        {"A [deg],B [deg],X,Y,Z\n", std::nullopt},
+        {"A,B,X [mm],Y [mm],Z [mm]\n", text::LengthUnit::Millimetre},
+        {"A,B,X (in),Y (inch),Z (Inches)\n", text::LengthUnit::Inch},
+        {"A;B;X/in;Y/in;Z/in\n", text::LengthUnit::Inch},
+    };
+    const TemporaryFolder folder;
+    for (const auto& each : cases) {
+        EXPECT_EQ(each.unit, diagnosis::ReadCaptureFile(folder.Write("capture.csv", each.header)).unit) << each.header;
+    }
+}
+
+TEST(CaptureFile, IsAsItStandsInTheFileWhateverItsUnit) {
+    const TemporaryFolder folder;
+    const auto items = diagnosis::ReadCapture(folder.Write("capture.csv", "A,B,X [in],Y [in],Z [in]\n0,0,1,2,3\n"));
+    EXPECT_EQ(1.0, items.at(0).XPosition);
 }
 
 TEST(CaptureFile, KeepsThePointsInTheirOrder) {
@@ -67,6 +124,10 @@ TEST(CaptureFile, KeepsThePointsInTheirOrder) {
 
 TEST(CaptureFile, IsRefusedWithTheLineAndTheReason) {
     const std::string h = header;
+    const std::string toWrite = ": write the header APosition,BPosition,XPosition,YPosition,ZPosition";
+    const auto otherUnit = [](const std::string& column) {
+        return "column " + column + " has another unit than the lengths before it: give all of them the same unit";
+    };
     const struct {
         std::string content;
         std::size_t line;
@@ -74,18 +135,42 @@ TEST(CaptureFile, IsRefusedWithTheLineAndTheReason) {
     } cases[] = {
         {"", 1, "there is no header"},
         {"# only a comment\n\n", 1, "there is no header"},
-        {"0,0,1,2,3\n", 1, "the header has no column APosition"},
-        {"APosition,BPosition,XPosition,YPosition\n", 1, "the header has no column ZPosition"},
-        {"# made by hand\nAPosition,BPosition,X,YPosition,ZPosition\n", 2, "the header has no column XPosition"},
-        {"APosition;BPosition;XPosition;YPosition;ZPosition\n", 1,
-         "the header has no column APosition (fields are to be separated by commas)"},
+        {"0,0,1,2,3\n", 1, "the header has no column APosition" + toWrite},
+        {"APosition,BPosition,XPosition,YPosition\n", 1, "the header has no column ZPosition" + toWrite},
+        {"# made by hand\nAPosition,BPosition,X,YPosition,ZPosition\n", 2,
+         "the header has no column XPosition" + toWrite},
+        {"A,B,X,Y\n", 1, "the header has no column Z" + toWrite},
+        {"A,B;X,Y,Z\n", 1, "the header has no column B" + toWrite},
+        {"\n# one\n45;-90;1,5;2,5;3,5\n", 3, "the header has no column APosition" + toWrite},
+        {"sep=,\nA;B;X;Y;Z\n", 2, "the header has no column APosition" + toWrite},
+        {"sep=|\nA|B|X|Y|Z\n", 1, "the header has no column APosition" + toWrite},
+        {"sep=;\n", 1, "there is no header"},
+        {"A|B|X|Y|Z\n0|0|1|2|3\n", 1, "the header has no column APosition" + toWrite},
+        {"A B X Y Z\n0 0 1 2 3\n", 1, "the header has no column APosition" + toWrite},
+        {"A,B,X,x,Y,Z\n", 1, "the header has two columns X"},
+        {"A,B,X [mm],Y [mm],Z [cm]\n", 1, "column Z is in 'cm': lengths are read in mm or in"},
+        {"A [rad],B,X,Y,Z\n", 1, "column A is in 'rad': angles are read in deg"},
+        {"A [mm],B,X,Y,Z\n", 1, "column A is in 'mm': angles are read in deg"},
+        {"A,B,X [mm],Y [in],Z [mm]\n", 1, otherUnit("Y")},
+        {"A,B,X [mm],Y [mm],Z\n", 1, otherUnit("Z")},
+        {"A,B,X,Y,Z [mm]\n", 1, otherUnit("Z")},
         {"APosition,BPosition,XPosition,YPosition,ZPosition,xposition\n", 1, "the header has two columns XPosition"},
         {h + "0,0,1,2\n", 2, "there are 4 fields where the header has 5"},
         {h + "0,0,1,2,3\n\n# fine so far\n0,0,1,2,3,4\n", 5, "there are 6 fields where the header has 5"},
         {h + "0,0,1,2,3,\n", 2, "there are 6 fields where the header has 5"},
         {h + "0,0,1,2,3\r\n0,0,1,two,3\r\n", 3, "YPosition 'two' is not a number"},
         {h + "0,0,1.5mm,2,3\n", 2, "XPosition '1.5mm' goes on after the number"},
-        {h + "0,0,\"1,5\",2,3\n", 2, "XPosition '1,5' goes on after the number"},
+        {h + "0,0,\"1,5\",2,3\n", 2,
+         "XPosition '1,5' goes on after the number: the decimal mark is a point where commas separate the fields"},
+        {h + "0,0,1,5,2,5,3,5\n", 2, "there are 8 fields where the header has 5"},
+        {"A;B;X;Y;Z\n0;0;1,5;2;3\n0;0;1,5;2.5;3\n", 3,
+         "Y '2.5' has '.' as its decimal mark, and line 2 ',': use one in the whole file"},
+        {"A\tB\tX\tY\tZ\n0\t0\t1.5\t2\t3\n0\t0\t1\t2,5\t3\n", 3,
+         "Y '2,5' has ',' as its decimal mark, and line 2 '.': use one in the whole file"},
+        {"A;B;X;Y;Z\n0;0;1,234.5;2;3\n", 2, "X '1,234.5' goes on after the number"},
+        {"A;B;X;Y;Z\n0;0;1.234,5;2;3\n", 2, "X '1.234,5' goes on after the number"},
+        {"A;B;X;Y;Z\n0;0;1,234,567;2;3\n", 2, "X '1,234,567' goes on after the number"},
+        {"A;B;X;Y;Z\n0;0;1,2,3\n", 2, "there are 3 fields where the header has 5"},
         {h + "0,0,,2,3\n", 2, "XPosition '' is empty"},
         {h + "0,0,1,2,nan\n", 2, "ZPosition 'nan' is not a finite number"},
         {h + "0,0,1,2,-inf\n", 2, "ZPosition '-inf' is not a finite number"},
@@ -107,7 +192,7 @@ TEST(CaptureFile, IsRefusedWithTheLineAndTheReason) {
     }
 }
 
-TEST(CaptureFile, IsRefusedAsAWholeWhenItIsNoText) {
+TEST(CaptureFile, IsRefusedAsAWholeWhenItCannotBeRead) {
     const TemporaryFolder folder;
     const struct {
         std::string fileName;
@@ -115,9 +200,6 @@ TEST(CaptureFile, IsRefusedAsAWholeWhenItIsNoText) {
     } cases[] = {
         {folder.Name("nowhere.csv"), "no such file"},
         {folder.Name("."), "is a folder"},
-        {folder.Write("wide.csv", "\xFF\xFE"
-                                  "A"),
-         "is UTF-16 text: save it as UTF-8"},
     };
     for (const auto& each : cases) {
         try {
@@ -137,6 +219,13 @@ TEST(PointFile, NeedsTheThreeCoordinatesAlone) {
     EXPECT_EQ(1.0, points[0].XPosition);
     EXPECT_EQ(2.0, points[0].YPosition);
     EXPECT_EQ(3.0, points[0].ZPosition);
+}
+
+TEST(PointFile, IsReadInTheDialectsOfCaptures) {
+    const TemporaryFolder folder;
+    const auto points = diagnosis::ReadPoints(folder.Write("points.csv", "X [in];Y [in];Z [in]\n1,5;2;3\n"));
+    ASSERT_EQ(1u, points.size());
+    EXPECT_EQ(1.5, points[0].XPosition);
 }
 
 TEST(PointFile, MayBeACaptureWhoseAnglesAreNotLookedAt) {

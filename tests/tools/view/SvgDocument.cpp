@@ -23,6 +23,7 @@ public:
 
     SvgElement Document() {
         if (Take("<?xml")) Until("?>");
+        if (Take("<!--")) Until("-->");
         Blanks();
         SvgElement outermost = Element();
         Blanks();

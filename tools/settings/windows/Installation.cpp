@@ -1,5 +1,6 @@
 #include "tools/settings/Installation.h"
 
+#include "formats/AsciiText.h"
 #include "interface/IQMVCalculator.h"
 #include "interface/Identifiers.h"
 #include "platform/ComPointer.h"
@@ -137,7 +138,7 @@ public:
         for (const wchar_t* const name : {QMVCalculatorProgId, QMVCalculatorVersionIndependentProgId}) {
             const std::optional<std::wstring> id = RegisteredText(std::wstring(name) + L"\\CLSID", nullptr);
             AddRegistration(text::ToUtf8(name), text::ToUtf8(name), JsonOf(id));
-            if (isRegistered && (!id || !text::SameName(text::ToUtf8(*id), text::ToUtf8(classId)))) {
+            if (isRegistered && (!id || !ascii::EqualIgnoringCase(text::ToUtf8(*id), text::ToUtf8(classId)))) {
                 Complain("\"" + text::ToUtf8(name) + "\" does not name the component's class", registerAgain);
             }
         }
@@ -155,8 +156,8 @@ public:
                      registerAgain);
         }
         for (const wchar_t* const key : interfaceKeys) {
-            if (isRegistered &&
-                !text::SameName(text::ToUtf8(RegisteredText(key, nullptr).value_or(L"")), text::ToUtf8(libraryId))) {
+            if (isRegistered && !ascii::EqualIgnoringCase(text::ToUtf8(RegisteredText(key, nullptr).value_or(L"")),
+                                                          text::ToUtf8(libraryId))) {
                 Complain(text::ToUtf8(key) + " does not name the type library: " + consequence, registerAgain);
             }
         }

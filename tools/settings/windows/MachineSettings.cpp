@@ -40,7 +40,8 @@ public:
                               reinterpret_cast<BYTE*>(bytes.data()), &length) != ERROR_SUCCESS) {
                 return values;
             }
-            values.push_back({std::string(name.data(), nameLength), type, std::string(bytes.data(), length), {}});
+            values.push_back(
+                {std::string(name.data(), nameLength), {RegistryType{type}, std::string(bytes.data(), length)}, {}});
         }
     }
 

@@ -78,6 +78,51 @@ TEST(Settings, FileThatIsNotThereIsReported) {
     }
 }
 
+TEST(Settings, ThatAreNotReadAsTheyLookAreToldByEveryCommandThatUsesThem) {
+    const struct {
+        Json stored;
+        std::vector<std::string> told;
+        const char* why;
+    } cases[] = {
+        {{{"UnLocked To locked Lever Rotation", "137,5"}},
+         {"line 4: \"UnLocked To locked Lever Rotation\" '137,5' reads as 137: the decimal mark is a point."},
+         "a decimal comma"},
+        {{{"UnLocked To locked Lever Rotation", "137.5 deg"}}, {"reads as 137.5: what follows"}, "a unit"},
+        {{{"UnLocked To locked Lever Rotation", "1e999"}}, {"reads as inf, which is no length or angle"}, "too large"},
+        {{{"Locked To Unlocked Z Offset", "-1.6"}}, {"is not read, because"}, "Z without X and Y"},
+        {{{"Locked To Unlocked X Offset", "0,0"}, {"Locked To Unlocked Y Offset", "0.00"}},
+         {"\"Locked To Unlocked X Offset\" '0,0'", "\"Locked To Unlocked Y Offset\" is not read"},
+         "two of them"},
+        {{{"UnLocked To locked Lever Rotation", "137.5"}}, {}, "all is well"},
+    };
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+    const Scenario plain = LoadScenario("plain");
+    const std::vector<std::string> commands[] = {
+        {"geometry", "--a-axis", plain.aAxis, "--b-axis", plain.bAxis},
+        {"move", "--geometry", geometry, "--from", "0,0", "--to", "45,90"},
+        {"start", "--geometry", geometry, "--from", "0,0"},
+        {"pole", "--geometry", geometry},
+        {"check", "--geometry", geometry, "--from", "0,0", "--to", "0,0"},
+        {"view", "--geometry", geometry, "--from", "0,0", "--to", "0,0", "--json"},
+    };
+    for (const auto& each : cases) {
+        const std::string settings = folder.Write("settings.reg", SettingsText(each.stored));
+        for (std::vector<std::string> command : commands) {
+            const std::string name = command.front();
+            command.insert(command.end(), {"--settings", settings});
+            const ToolRun run = RunQmv40(command);
+            EXPECT_TRUE(run.exitCode == 0 || run.exitCode == 4) << name << ": warnings change no exit code";
+            EXPECT_EQ(each.told.empty(), run.err.empty()) << name << ": " << each.why << '\n' << run.err;
+            for (const std::string& text : each.told) {
+                const std::size_t found = run.err.find(text);
+                ASSERT_NE(std::string::npos, found) << name << ": " << each.why << '\n' << run.err;
+                EXPECT_EQ(std::string::npos, run.err.find(text, found + 1)) << name << ": said once\n" << run.err;
+            }
+        }
+    }
+}
+
 TEST(Settings, ThatPutTheLeverOnThePoleGiveAnAngleThatIsShownAsNoNumber) {
     const TemporaryFolder folder;
     const std::string geometry = PlainGeometryFile(folder);

@@ -1,0 +1,116 @@
+#include "tools/text/OutputFile.h"
+
+#include "tests/tools/cli/ToolRun.h"
+#include "tools/text/Failures.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace qmv40;
+using testing::HasSubstr;
+
+namespace {
+
+const text::FileKind ourDrawing = text::KindMarked("a drawing", "our drawing");
+
+TEST(OutputFile, TakesTheNameOfANewFileAnEmptyOneOrOneOfItsKind) {
+    const TemporaryFolder folder;
+    const std::string mine = "<?xml?><!-- our drawing -->\n<svg/>";
+    for (const std::string& name :
+         {folder.Name("new"), folder.Write("empty", ""), folder.Write("mine", "<!-- our drawing -->\nan older one")}) {
+        text::WriteOutput(name, mine, ourDrawing);
+        EXPECT_EQ(mine, ReadFile(name));
+    }
+}
+
+TEST(OutputFile, LeavesEveryOtherFileAsItIs) {
+    const char* const contents[] = {"A,B,X,Y,Z\n", "<svg/>", "\n", "a line\nour drawing\n", "\x89PNG\r\n\x1A\n"};
+    const TemporaryFolder folder;
+    for (const char* const content : contents) {
+        const std::string name = folder.Write("theirs", content);
+        try {
+            text::WriteOutput(name, "our drawing", ourDrawing);
+            ADD_FAILURE() << "replaced: " << content;
+        } catch (const text::InputError& error) {
+            EXPECT_EQ(name, error.file);
+            EXPECT_EQ("is there and is not a drawing: give another name, or remove the file first", error.reason);
+        }
+        EXPECT_EQ(content, ReadFile(name));
+    }
+    EXPECT_THROW(text::RequireNewOrOfKind(folder.Name("."), ourDrawing), text::InputError);
+}
+
+// Every output of every command, and a file that it must not touch.
+
+/// What people have lying about, by its kind.
+struct FilesOfPeople {
+    explicit FilesOfPeople(const TemporaryFolder& folder)
+        : capture(folder.Write("capture.csv", ReadFile(LoadScenario("plain").aAxis))),
+          picture(folder.Write("picture.png", "\x89PNG\r\n\x1A\n")),
+          spoiltCapture(folder.Write("spoilt.csv", "A,B,X,Y,Z\n1,2,3,4,5\n[HEADCENTRE]\nX=1\n")),
+          theirIni(folder.Write("theirs.ini", "[Window]\nWidth=3\n")),
+          theirSettings(folder.Write("theirs.reg", "Windows Registry Editor Version 5.00\n\n"
+                                                   "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Other]\n\"a\"=\"b\"\n")),
+          geometry(PlainGeometryFile(folder)),
+          theirPage(folder.Write("theirs.html", "<!DOCTYPE html>\n<html></html>")) {}
+
+    std::string capture, picture, spoiltCapture, theirIni, theirSettings, geometry, theirPage;
+};
+
+TEST(OutputFile, OfACommandNeverReplacesAFileOfAnotherKind) {
+    const TemporaryFolder folder;
+    const FilesOfPeople files(folder);
+    const std::vector<std::string> all{files.capture,       files.picture,  files.spoiltCapture, files.theirIni,
+                                       files.theirSettings, files.geometry, files.theirPage};
+    const Scenario plain = LoadScenario("plain");
+    const std::vector<std::string> view{"view", "--geometry", files.geometry, "--from", "0,0", "--to", "0,0"};
+    const auto with = [](std::vector<std::string> arguments, std::initializer_list<std::string> more) {
+        arguments.insert(arguments.end(), more);
+        return arguments;
+    };
+    const std::string page = folder.Write("template.html", "<!DOCTYPE html>\n@TITLE@ @DOCUMENT@ @DRAWINGS@");
+    const struct {
+        std::vector<std::string> arguments; ///< up to the name of the output
+        std::string own;                    ///< a file that may be replaced
+    } commands[] = {
+        {plain.GeometryArguments({"--output"}), files.geometry},
+        {{"settings", "write", "--set", "drive-cup-x=-7", "--output"}, ""},
+        {with(view, {"--template", page, "--output"}), ""},
+        {with(view, {"--svg"}), ""},
+    };
+    for (const auto& command : commands) {
+        for (const std::string& name : all) {
+            if (name == command.own) continue;
+            const std::string before = ReadFile(name);
+            const ToolRun run = RunQmv40(with(command.arguments, {name}));
+            EXPECT_EQ(3, run.exitCode) << command.arguments.front() << " to " << name;
+            EXPECT_THAT(run.err, HasSubstr(name + ": is there and is not a")) << command.arguments.front();
+            EXPECT_EQ(before, ReadFile(name)) << command.arguments.front() << " to " << name;
+        }
+        const std::string fresh = folder.Name("fresh");
+        EXPECT_EQ(0, RunQmv40(with(command.arguments, {fresh})).exitCode) << "a new file";
+        EXPECT_EQ(0, RunQmv40(with(command.arguments, {fresh})).exitCode) << "its own file, a second time";
+        std::filesystem::remove(folder.Path("fresh"));
+    }
+}
+
+TEST(OutputFile, OfSeveralIsNotWrittenWhenAnotherIsRefused) {
+    const TemporaryFolder folder;
+    const FilesOfPeople files(folder);
+    const std::string drawingName = folder.Name("drawing.svg");
+    const std::string page = folder.Write("template.html", "<!DOCTYPE html>\n@TITLE@ @DOCUMENT@ @DRAWINGS@");
+    const ToolRun run = RunQmv40({"view", "--geometry", files.geometry, "--from", "0,0", "--to", "0,0", "--template",
+                                  page, "--svg", drawingName, "--output", files.capture});
+    EXPECT_EQ(3, run.exitCode);
+    EXPECT_FALSE(std::filesystem::exists(folder.Path("drawing.svg")));
+}
+
+TEST(OutputFile, OfAGeometryKeepsWhatElseAGeometryFileHolds) {
+    const TemporaryFolder folder;
+    const std::string name = folder.Write("head.ini", "; of the left arm\n[Notes]\nOperator=7\n[HEADCENTRE]\nX=1\n");
+    EXPECT_EQ(0, RunQmv40(LoadScenario("plain").GeometryArguments({"--output", name})).exitCode);
+    EXPECT_THAT(ReadFile(name), HasSubstr("; of the left arm\n[Notes]\nOperator=7\n"));
+    EXPECT_THAT(ReadFile(name), HasSubstr("X=4.125000000e+02\n"));
+}
+
+} // namespace

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "persistence/HeadGeometryFile.h"
+#include "tools/component/Calculator.h"
+#include "tools/settings/Complaint.h"
+#include "tools/text/OutputFile.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qmv40::settings {
+
+/// One of the seven numbers of a head geometry file, as the component reads it.
+struct GeometryFileEntry {
+    std::string section;
+    std::string key;
+    std::optional<std::string> text; ///< nothing where the entry is missing
+    double value;                    ///< what the text reads as; 0.0 where the entry is missing
+    std::string problem;             ///< why the entry is not the number that it looks like; empty for a sound entry
+
+    std::string Name() const { return "[" + section + "] " + key; }
+};
+
+/// The seven entries of a head geometry file, read at one moment, in the order of headGeometryEntries.
+class GeometryFile {
+public:
+    /// Throws InputError for a file that is missing or a folder.
+    explicit GeometryFile(const std::string& fileName);
+
+    const std::string& Name() const { return name; }
+    const std::vector<GeometryFileEntry>& Entries() const { return entries; }
+    bool HasProblem() const;
+    bool LacksEntry() const;
+    std::array<double, headGeometryEntries.size()> Numbers() const;
+
+    /// Throws DoubtfulInput, with the line of each entry, unless all seven are numbers. The component reads a word as 0
+    /// and a decimal comma as the end of the number, and would plan with that.
+    void RequireNumbers() const;
+
+private:
+    std::string name;
+    std::vector<GeometryFileEntry> entries;
+};
+
+/// A file that a geometry may be saved into: one with a section of a geometry in which every line is a section, an
+/// entry or a comment.
+text::FileKind GeometryFileKind();
+
+/// What `qmv40 doctor` tells about a head geometry file.
+struct GeometryFileState {
+    std::string state; ///< "missing", "unreadable", "looked at", "refused by the component" or "loaded"
+    std::vector<GeometryFileEntry> entries;
+    std::vector<std::string> ignored; ///< lines that are not used
+    std::vector<Complaint> complaints;
+};
+
+/// `calculator` is null where there is no component: then the file is only looked at.
+GeometryFileState ExamineGeometryFile(const std::string& fileName, component::Calculator* calculator);
+
+} // namespace qmv40::settings
