@@ -173,6 +173,12 @@ GeometryFileState ExamineGeometryFile(const std::string& fileName, component::Ca
         const GeometryFile file(fileName);
         const GeometryFileLines lines(fileName, file.Entries());
         state = {"looked at", file.Entries(), lines.Ignored(), {}};
+        if (lines.HasUtf8Mark()) {
+            state.complaints.push_back({1, "",
+                                        "The file begins with a UTF-8 byte-order mark: Windows does not find a section "
+                                        "in the first line then",
+                                        "Save the file as UTF-8 without a byte-order mark, or as ANSI text."});
+        }
         for (const GeometryFileEntry& entry : state.entries) {
             if (entry.problem.empty()) continue;
             state.complaints.push_back({lines.LineOf(entry), entry.Name(), entry.problem, computeAfresh});

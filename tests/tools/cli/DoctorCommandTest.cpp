@@ -120,6 +120,8 @@ TEST_F(DoctorOfAGeometryFile, NamesWhatIsWrongWithOne) {
         {With("4.125000000e+02", ""), "loaded", "[HEADCENTRE] X '' reads as 0", "an empty value"},
         {With("-6.550000000e+02", "nan"), "loaded", "'nan' reads as nan, which is no length or angle", "not a number"},
         {"", "refused by the component", "[HEADCENTRE] X is missing", "an empty file"},
+        {std::string("\xEF\xBB\xBF") + sound, "loaded", "The file begins with a UTF-8 byte-order mark",
+         "a mark that Windows takes for a part of the first line"},
     };
     for (const auto& each : cases) {
         const ToolRun run = Examine(each.content);
