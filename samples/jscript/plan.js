@@ -1,25 +1,63 @@
-// cscript //nologo plan.js <geometry file>: plans an indexing.
+// cscript //nologo plan.js <geometry file> [qmv40.exe]: plans an indexing.
 //
 // A script has no records, and JScript hands every argument over by value: neither the plan nor the head's position can
-// be read back here, failures can. qmv40.exe gives scripts the moves as text.
+// be read back here, failures can. So the script keeps the position itself, which a refused target leaves as it was, and
+// takes the numbers of the moves from qmv40.exe: the one named, or the one of the PATH.
+
+var files = new ActiveXObject("Scripting.FileSystemObject");
 
 function hexadecimal(code) {
     return "0x" + (code >>> 0).toString(16).toUpperCase();
 }
 
-function plan(geometryFile) {
-    var files = new ActiveXObject("Scripting.FileSystemObject");
+function threeDecimals(number) {
+    return (Math.floor(number * 1000 + 0.5) / 1000).toFixed(3);
+}
+
+function quoted(name) {
+    return '"' + name + '"';
+}
+
+function showPosition(position) {
+    WScript.Echo("position " + threeDecimals(position[0]) + " " + threeDecimals(position[1]));
+}
+
+// Runs the tool and shows its table: Plan, Move, Name, Kind, and the numbers of a point or an arc.
+function showMoves(tool, geometryFile, from, to) {
+    var table = files.BuildPath(files.GetSpecialFolder(2), files.GetTempName());
+    var command = quoted(tool) + " move --geometry " + quoted(geometryFile) + " --from " + from + " --to " + to;
+    new ActiveXObject("WScript.Shell").Run('cmd /c "' + command + " --csv >" + quoted(table) + '"', 0, true);
+    var reader = files.OpenTextFile(table);
+    reader.ReadLine(); // the names of the columns
+    while (!reader.AtEndOfStream) {
+        var columns = reader.ReadLine().split(",");
+        var text = columns[1] + " " + columns[2];
+        for (var i = 4; i < columns.length; ++i) {
+            if (columns[i] !== "") text += " " + threeDecimals(parseFloat(columns[i]));
+        }
+        WScript.Echo(text);
+    }
+    reader.Close();
+    files.DeleteFile(table);
+}
+
+function plan(geometryFile, tool) {
     var head = new ActiveXObject("QMV.QMVCalculator.1");
-    // A relative name would mean the Windows folder to the component.
-    head.LoadHeadGeometryFromFile(files.GetAbsolutePathName(geometryFile));
-    head.SetCurrentHeadPosition(0, 0);
+    var start = [0, 0];
+    var target = [45, 90];
+    head.LoadHeadGeometryFromFile(geometryFile);
+    head.SetCurrentHeadPosition(start[0], start[1]);
     try {
         head.CalculateMove(50, 90); // not a step of 15 degrees
     } catch (failure) {
         WScript.Echo("refused " + hexadecimal(failure.number) + ": " + failure.description);
     }
-    head.CalculateMove(45, 90);
+    showPosition(start);
+    head.CalculateMove(target[0], target[1]);
+    showPosition(target);
+    showMoves(tool, geometryFile, start, target);
 }
 
-if (WScript.Arguments.length != 1) WScript.Quit(2);
-plan(WScript.Arguments(0));
+if (WScript.Arguments.length < 1 || WScript.Arguments.length > 2) WScript.Quit(2);
+// A relative name would mean the Windows folder to the component.
+plan(files.GetAbsolutePathName(WScript.Arguments(0)), WScript.Arguments.length > 1 ? WScript.Arguments(1) : "qmv40");

@@ -1,12 +1,14 @@
-' cscript //nologo plan.vbs <geometry file>: plans an indexing.
+' cscript //nologo plan.vbs <geometry file> [qmv40.exe]: plans an indexing.
 '
 ' A script has no records: the plan itself cannot be read here. CalculateMove called as a statement checks the target and
-' moves the remembered position on; qmv40.exe gives scripts the moves as text.
+' moves the remembered position on; the numbers of the moves come from qmv40.exe: the one named, or the one of the PATH.
 Option Explicit
 
-If WScript.Arguments.Count <> 1 Then WScript.Quit 2
+Dim files, head, tool
+If WScript.Arguments.Count < 1 Or WScript.Arguments.Count > 2 Then WScript.Quit 2
+tool = "qmv40"
+If WScript.Arguments.Count = 2 Then tool = WScript.Arguments(1)
 
-Dim files, head
 Set files = CreateObject("Scripting.FileSystemObject")
 Set head = CreateObject("QMV.QMVCalculator.1")
 ' A relative name would mean the Windows folder to the component.
@@ -23,6 +25,7 @@ On Error GoTo 0
 ShowCurrentPosition
 head.CalculateMove 45, 90
 ShowCurrentPosition
+ShowMoves "--from 0,0 --to 45,90"
 
 Sub ShowCurrentPosition()
     Dim a, b
@@ -31,6 +34,37 @@ Sub ShowCurrentPosition()
     head.GetCurrentHeadPosition a, b
     WScript.Echo "position " & ThreeDecimals(a) & " " & ThreeDecimals(b)
 End Sub
+
+' Runs the tool and shows its table: Plan, Move, Name, Kind, and the numbers of a point or an arc.
+Sub ShowMoves(angles)
+    Dim table, command, reader, columns, text, i
+    table = files.BuildPath(files.GetSpecialFolder(2), files.GetTempName)
+    command = Quoted(tool) & " move --geometry " & Quoted(files.GetAbsolutePathName(WScript.Arguments(0))) & " " & angles
+    CreateObject("WScript.Shell").Run "cmd /c """ & command & " --csv >" & Quoted(table) & """", 0, True
+    Set reader = files.OpenTextFile(table)
+    reader.ReadLine ' the names of the columns
+    Do Until reader.AtEndOfStream
+        columns = Split(reader.ReadLine, ",")
+        text = columns(1) & " " & columns(2)
+        For i = 4 To UBound(columns)
+            If columns(i) <> "" Then text = text & " " & ThreeDecimals(NumberIn(columns(i)))
+        Next
+        WScript.Echo text
+    Loop
+    reader.Close
+    files.DeleteFile table
+End Sub
+
+Function Quoted(name)
+    Quoted = """" & name & """"
+End Function
+
+' A number with a point, whatever the regional settings say.
+Function NumberIn(text)
+    Dim decimalMark
+    decimalMark = Mid(CStr(1.5), 2, 1)
+    NumberIn = CDbl(Replace(text, ".", decimalMark))
+End Function
 
 ' Three decimals and a point, whatever the regional settings say.
 Function ThreeDecimals(number)
