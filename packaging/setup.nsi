@@ -1,15 +1,14 @@
 ; The installer: copies the package, registers the component, and takes both back. Silent with /S; /CURRENTUSER installs for
 ; the calling account alone and needs no administrator rights.
 ; packaging/windows defines VERSION, SETUP (the file to write), LISTS (macros that call an action for every file and folder) and
-; SIGN (a program that signs files).
+; SIGN (a program that signs files) and, if there is a component for 32-bit programs, REGISTER32 (register32.exe).
 ;
 ; An installation is whole or it is not made: the files of a previous version are moved aside first, which Windows allows
 ; for a loaded DLL too, and they are moved back when anything fails. docs/windows.md lists the exit codes.
 Unicode true
 Target amd64-unicode ; a 64-bit process: it can load the component and sees the registry that 64-bit callers see
 SetCompressor lzma
-!include LogicLib.nsh
-!include FileFunc.nsh
+!include "${__FILEDIR__}/registering.nsh"
 !include "${LISTS}"
 
 Name "CoQMV40Calculator ${VERSION}"
@@ -24,6 +23,8 @@ InstallDir "" ; .onInit chooses it, unless /D gave one
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\CoQMV40Calculator"
 !define RUN_ONCE "Software\Microsoft\Windows\CurrentVersion\RunOnce"
 !define COMPONENT "$INSTDIR\CoQMV40Calculator.dll"
+!define COMPONENT32 "$INSTDIR\x86\CoQMV40Calculator.dll"
+!define RUNS_32_BITS "$WINDIR\SysWOW64\regsvr32.exe" ; is there where Windows runs 32-bit programs
 !define UNINSTALLER "$INSTDIR\uninstall.exe"
 !define ASIDE "$INSTDIR\replaced-by-setup"
 
@@ -44,13 +45,14 @@ Page instfiles
 UninstPage uninstConfirm
 UninstPage instfiles
 
-Var Scope          ; "machine" or "user"
 Var MovedAside     ; the folder of this run for the files of the previous version; empty: nothing to take back
 Var Previous       ; the copy that was registered before
+Var Previous32     ; the same for 32-bit programs
 Var Failed         ; not empty: one of several steps failed
 
 ; What the installer and the uninstaller share. Functions of the uninstaller must begin with "un.".
 !macro Shared UN
+!insertmacro Registering "${UN}"
 
 ; Says the text in $1 on the console or in the file that the output goes to.
 Function ${UN}Say
@@ -74,21 +76,27 @@ Function ${UN}UseScope
     ${EndIf}
 FunctionEnd
 
-; For one account: what the component writes to HKEY_CLASSES_ROOT goes to the classes of that account.
-Function ${UN}BeginRegistering
-    ${If} $Scope == "user"
-        System::Call 'oleaut32::OaEnablePerUserTLibRegistration()'
-        System::Call 'advapi32::RegCreateKeyW(p -2147483647, w "Software\Classes", *p .r2) i'
-        System::Call 'advapi32::RegOverridePredefKey(p -2147483648, p r2) i'
-        System::Call 'advapi32::RegCloseKey(p r2) i'
-    ${EndIf}
-    ClearErrors
+; The 32-bit component that is registered: $0, empty for none.
+Function ${UN}GetRegistered32
+    SetRegView 32
+    ReadRegStr $0 SHCTX "${CLASS}" ""
+    SetRegView 64
 FunctionEnd
 
-Function ${UN}EndRegistering
-    ${If} $Scope == "user"
-        System::Call 'advapi32::RegOverridePredefKey(p -2147483648, p 0) i'
-    ${EndIf}
+; Does $3, "register" or "unregister", with the 32-bit component $4. $0 is not 0 if that failed.
+Function ${UN}Register32
+    StrCpy $0 0
+    !ifdef REGISTER32
+        ${If} ${FileExists} "${RUNS_32_BITS}"
+            InitPluginsDir
+            File "/oname=$PLUGINSDIR\register32.exe" "${REGISTER32}"
+            ClearErrors
+            ExecWait '"$PLUGINSDIR\register32.exe" /SCOPE=$Scope /ACTION=$3 /FILE="$4"' $0
+            ${If} ${Errors}
+                StrCpy $0 1
+            ${EndIf}
+        ${EndIf}
+    !endif
 FunctionEnd
 
 ; Removes what was moved aside. What a program still holds goes with the next restart; only administrators can ask the
@@ -194,6 +202,11 @@ Function RollBack
             RegDLL "$Previous"
             Call EndRegistering
         ${EndIf}
+        ${If} ${FileExists} "$Previous32"
+            StrCpy $3 "register"
+            StrCpy $4 "$Previous32"
+            Call Register32
+        ${EndIf}
         StrCpy $MovedAside ""
         SetOutPath "$TEMP"
         RMDir /r "${ASIDE}"
@@ -217,6 +230,8 @@ FunctionEnd
 
 Section
     ReadRegStr $Previous SHCTX "${CLASS}" ""
+    Call GetRegistered32
+    StrCpy $Previous32 $0
     CreateDirectory "$INSTDIR"
     Call ChooseAside
     StrCpy $Failed ""
@@ -231,15 +246,31 @@ Section
     SetOutPath "$INSTDIR"
     !insertmacro ForEachFolder MakeFolder
     !insertmacro ForEachFile Install
+    StrCpy $3 "register"
+    StrCpy $4 "${COMPONENT32}"
+    Call Register32
+    ${If} $0 != 0
+        StrCpy $0 ${NOT_REGISTERED}
+        StrCpy $1 "x86\CoQMV40Calculator.dll could not be registered. Nothing was changed."
+        Call Fail
+    ${EndIf}
     Call BeginRegistering
     RegDLL "${COMPONENT}"
     ${If} ${Errors}
         Call EndRegistering
+        StrCpy $3 "unregister"
+        Call Register32
         StrCpy $0 ${NOT_REGISTERED}
         StrCpy $1 "CoQMV40Calculator.dll could not be registered. Nothing was changed."
         Call Fail
     ${EndIf}
     Call EndRegistering
+    !ifdef REGISTER32
+        ${IfNot} ${FileExists} "${RUNS_32_BITS}"
+            StrCpy $1 "This Windows runs no 32-bit programs: x86\CoQMV40Calculator.dll was not registered."
+            Call Say
+        ${EndIf}
+    !endif
 
     WriteRegStr SHCTX "${UNINSTALL}" "DisplayName" "CoQMV40Calculator"
     WriteRegStr SHCTX "${UNINSTALL}" "DisplayVersion" "${VERSION}"
@@ -291,6 +322,18 @@ FunctionEnd
 
 Section "Uninstall"
     ; Another copy may have been registered since: that one stays.
+    Call un.GetRegistered32
+    ${If} $0 == "${COMPONENT32}"
+        StrCpy $3 "unregister"
+        StrCpy $4 "${COMPONENT32}"
+        Call un.Register32
+        ${If} $0 != 0
+            StrCpy $1 "x86\CoQMV40Calculator.dll could not be unregistered. Nothing was removed."
+            Call un.Say
+            SetErrorLevel ${NOT_REGISTERED}
+            Abort "$1"
+        ${EndIf}
+    ${EndIf}
     ReadRegStr $0 SHCTX "${CLASS}" ""
     ${If} $0 == "${COMPONENT}"
         Call un.BeginRegistering

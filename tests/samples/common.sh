@@ -4,7 +4,7 @@ set -E
 trap 'echo "line $LINENO of ${BASH_SOURCE[0]##*/} failed: $BASH_COMMAND" >&2' ERR
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 tree=$1
-runner=$root/cmake/wine-run
+runner=$root/cmake/${QMV40_WINE:-wine-run}
 ! grep -q '^CMAKE_TOOLCHAIN_FILE.*i686' "$tree/CMakeCache.txt" || runner=$root/cmake/wine32-run
 work=$(mktemp -d)
 # The time limit ends programs that hang. It is far above what a program takes on a machine with much else to do.
