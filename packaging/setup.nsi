@@ -20,6 +20,7 @@ AllowSkipFiles off
 InstallDir "" ; .onInit chooses it, unless /D gave one
 
 !define CLASS "Software\Classes\CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\InprocServer32"
+!define TYPE_LIBRARY "Software\Classes\TypeLib\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}"
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\CoQMV40Calculator"
 !define RUN_ONCE "Software\Microsoft\Windows\CurrentVersion\RunOnce"
 !define COMPONENT "$INSTDIR\CoQMV40Calculator.dll"
@@ -76,11 +77,9 @@ Function ${UN}UseScope
     ${EndIf}
 FunctionEnd
 
-; The 32-bit component that is registered: $0, empty for none.
+; The 32-bit component that is registered: $0, empty for none. Its type library's key belongs to it alone.
 Function ${UN}GetRegistered32
-    SetRegView 32
-    ReadRegStr $0 SHCTX "${CLASS}" ""
-    SetRegView 64
+    ReadRegStr $0 SHCTX "${TYPE_LIBRARY}\1.0\0\win32" ""
 FunctionEnd
 
 ; Does $3, "register" or "unregister", with the 32-bit component $4. $0 is not 0 if that failed.
@@ -197,15 +196,15 @@ Function RollBack
     ${If} $MovedAside != ""
         !insertmacro ForEachFile MoveBack
         !insertmacro MoveBack "uninstaller" "uninstall.exe" ""
-        ${If} ${FileExists} "$Previous"
-            Call BeginRegistering
-            RegDLL "$Previous"
-            Call EndRegistering
-        ${EndIf}
         ${If} ${FileExists} "$Previous32"
             StrCpy $3 "register"
             StrCpy $4 "$Previous32"
             Call Register32
+        ${EndIf}
+        ${If} ${FileExists} "$Previous"
+            Call BeginRegistering
+            RegDLL "$Previous"
+            Call EndRegistering
         ${EndIf}
         StrCpy $MovedAside ""
         SetOutPath "$TEMP"
@@ -322,6 +321,7 @@ FunctionEnd
 
 Section "Uninstall"
     ; Another copy may have been registered since: that one stays.
+    ReadRegStr $Previous SHCTX "${CLASS}" ""
     Call un.GetRegistered32
     ${If} $0 == "${COMPONENT32}"
         StrCpy $3 "unregister"
@@ -334,8 +334,7 @@ Section "Uninstall"
             Abort "$1"
         ${EndIf}
     ${EndIf}
-    ReadRegStr $0 SHCTX "${CLASS}" ""
-    ${If} $0 == "${COMPONENT}"
+    ${If} $Previous == "${COMPONENT}"
         Call un.BeginRegistering
         UnRegDLL "${COMPONENT}"
         ${If} ${Errors}
