@@ -47,7 +47,7 @@ def paths(moves):
 def main():
     with open(sys.argv[1]) as file:
         pole = list(json.load(file)["poleSpherePosition"].values())
-    moves = json.load(sys.stdin)["plans"][0]["moves"]
+    moves = {move["name"]: move["record"] for move in json.load(sys.stdin)["plans"][0]["moves"]}
     out = ['<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 900 500" font-family="sans-serif" font-size="13">',
            '<rect width="900" height="500" fill="#ffffff"/>']
     for phase, (_, _, colour, _) in enumerate(PHASES):

@@ -18,7 +18,8 @@ model::HeadDimensions DimensionsInForce() {
             VectorOf(ReadFixedOffset(LeverCentreToBallCentre, locked)),
             VectorOf(ReadFixedOffset(LeverCentreToBallCentre, unlocked)),
             ReadFixedRotation(UnlockingRotation),
-            ReadFixedRotation(LockingRotation)};
+            ReadFixedRotation(LockingRotation),
+            VectorOf(ReadFixedOffset(LockedToUnlocked))};
 }
 
 } // namespace

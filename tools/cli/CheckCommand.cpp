@@ -29,7 +29,7 @@ std::size_t RunAll(const CheckCommandOptions& options, const model::HeadModel& h
     const check::AllPairs all = check::CheckAllPairs(options.selection.geometry.file, head, options.check,
                                                      check::HeadPositions(leastA), console);
     if (options.json) {
-        text::PrintJson(check::AllPairsJson(all, options.check), console.out);
+        text::PrintDocument("check", check::AllPairsJson(all, options.check), console.out);
     } else {
         check::PrintAllPairs(all, console);
     }
@@ -39,7 +39,7 @@ std::size_t RunAll(const CheckCommandOptions& options, const model::HeadModel& h
 std::size_t RunTour(const CheckCommandOptions& options, const model::HeadModel& head, const text::Console& console) {
     const check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, options.check);
     if (options.json) {
-        text::PrintJson(check::CheckedTourJson(tour, head, options.check), console.out);
+        text::PrintDocument("check", check::CheckedTourJson(tour, head, options.check), console.out);
     } else {
         check::PrintCheckedTour(tour, console);
     }

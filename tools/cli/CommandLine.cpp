@@ -1,5 +1,7 @@
 #include "tools/cli/CommandLine.h"
 
+#include "tools/text/Failures.h"
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>
@@ -49,14 +51,6 @@ CommandDescription DescriptionOf(const CLI::App& command, const std::string& bef
         described.commands.push_back(DescriptionOf(*each, described.name + " "));
     }
     return described;
-}
-
-// NOLINTNEXTLINE(misc-no-recursion): commands have commands of their own
-bool PrintsJson(const CLI::App& tool) {
-    return std::ranges::any_of(tool.get_subcommands(), [](const CLI::App* command) {
-        const CLI::Option* const json = command->get_option_no_throw("--json");
-        return (json != nullptr && json->count() != 0) || PrintsJson(*command);
-    });
 }
 
 /// The parser takes whatever follows an option for its value: `--output --json` would write a file named --json.
@@ -140,17 +134,28 @@ CommandLine::~CommandLine() = default;
 
 Command CommandLine::Root() { return Command(*app); }
 
-bool CommandLine::Run(std::vector<std::string> arguments, const text::Console& console) {
+void CommandLine::Run(std::vector<std::string> arguments, const text::Console& console) {
     try {
         std::ranges::reverse(arguments); // the parser takes them from the back
         app->parse(std::move(arguments));
-        return true;
+    } catch (const CLI::Success& help) {
+        app->exit(help, console.out, console.err);
     } catch (const CLI::ParseError& error) {
-        return app->exit(error, console.out, console.err) == 0;
+        throw text::UsageError{error.what()};
     }
 }
 
-bool CommandLine::IsJsonWanted() const { return PrintsJson(*app); }
+std::string CommandLine::CommandOf(const std::vector<std::string>& arguments) const {
+    std::string words;
+    const CLI::App* command = app.get();
+    for (const std::string& argument : arguments) {
+        const auto named = command->get_subcommands([&](const CLI::App* each) { return each->get_name() == argument; });
+        if (named.empty()) break;
+        command = named.front();
+        words.append(words.empty() ? "" : "-").append(argument);
+    }
+    return words;
+}
 
 CommandDescription CommandLine::Describe() const { return DescriptionOf(*app, ""); }
 

@@ -90,10 +90,11 @@ public:
 
     Command Root();
     /// Reads the arguments that follow the tool's name and runs the command that they give. Prints help where it is
-    /// asked for, and what is wrong with the arguments. False for wrong usage; what the command throws passes through.
-    bool Run(std::vector<std::string> arguments, const text::Console& console);
-    /// The command that was given prints documents, also for its failures.
-    bool IsJsonWanted() const;
+    /// asked for. Throws UsageError for arguments that make no sense; what the command throws passes through.
+    void Run(std::vector<std::string> arguments, const text::Console& console);
+    /// The command that the arguments begin with, its words joined by dashes: "move", "settings-show". Empty when they
+    /// begin with none.
+    std::string CommandOf(const std::vector<std::string>& arguments) const;
     CommandDescription Describe() const;
 
 private:

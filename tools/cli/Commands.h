@@ -10,8 +10,11 @@ namespace qmv40::cli {
 
 void AddGeometryCommand(Command tool, const text::Console& console);
 void AddMoveCommand(Command tool, const text::Console& console);
+void AddExportCommand(Command tool, const text::Console& console);
 void AddCheckCommand(Command tool, const text::Console& console);
 void AddViewCommand(Command tool, const text::Console& console);
+void AddWhereCommand(Command tool, const text::Console& console);
+void AddWhichCommand(Command tool, const text::Console& console);
 void AddStartCommand(Command tool, const text::Console& console);
 void AddPoleCommand(Command tool, const text::Console& console);
 void AddFitCommand(Command tool, const text::Console& console);

@@ -144,7 +144,7 @@ void Run(const DoctorOptions& options, const text::Console& console) {
     const settings::SettingsOverride settings(options.settings);
     const Diagnosis diagnosis = Diagnose(options);
     if (options.json) {
-        text::PrintJson(DiagnosisJson(diagnosis, options), console.out);
+        text::PrintDocument("doctor", DiagnosisJson(diagnosis, options), console.out);
     } else {
         Print(diagnosis, options, console);
     }

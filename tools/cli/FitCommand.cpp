@@ -26,7 +26,7 @@ void ShowCircle(const CMaPointArray& points, bool json, const text::Console& con
     if (json) {
         text::Json document{{"shape", "circle"}};
         document.Update(diagnosis::CircleJson(fit));
-        return text::PrintJson(document, console.out);
+        return text::PrintDocument("fit", document, console.out);
     }
     diagnosis::FitRows rows({"circle"});
     rows.Add("points", "", {std::to_string(fit.residuals.values.size())});
@@ -42,12 +42,13 @@ void ShowCircle(const CMaPointArray& points, bool json, const text::Console& con
 void ShowFlat(const FitOptions& options, const char* directionName, const CMaVector& point, const CMaVector& direction,
               const diagnosis::Residuals& residuals, const text::Console& console) {
     if (options.json) {
-        return text::PrintJson({{"shape", options.shape},
-                                {"point", diagnosis::PointJson(point)},
-                                {directionName, diagnosis::DirectionJson(direction)},
-                                {"rms", residuals.Rms()},
-                                {"residuals", residuals.values}},
-                               console.out);
+        return text::PrintDocument("fit",
+                                   {{"shape", options.shape},
+                                    {"point", diagnosis::PointJson(point)},
+                                    {directionName, diagnosis::DirectionJson(direction)},
+                                    {"rms", residuals.Rms()},
+                                    {"residuals", residuals.values}},
+                                   console.out);
     }
     diagnosis::FitRows rows({options.shape});
     rows.Add("points", "", {std::to_string(residuals.values.size())});

@@ -152,7 +152,7 @@ void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& ca
     if (json) {
         text::Json document = component::ErrorJson(error);
         document["diagnostics"] = diagnosis::FindingsJson(findings, capture, {});
-        text::PrintJson(document, console.out);
+        text::PrintDocument("geometry", document, console.out);
     } else {
         console.err << "qmv40: error " << component::CodeText(error.code) << " from " << error.source << ": "
                     << error.description << '\n';
@@ -183,7 +183,7 @@ void Run(const GeometryOptions& options, const text::Console& console) {
     if (isWritten) calculator.SaveHeadGeometry(options.output);
 
     if (options.json) {
-        text::PrintJson(ReportJson(report, capture), console.out);
+        text::PrintDocument("geometry", ReportJson(report, capture), console.out);
     } else {
         PrintReport(report, capture, console);
     }

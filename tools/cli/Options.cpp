@@ -1,10 +1,14 @@
 #include "tools/cli/Options.h"
 
+#include "formats/AsciiText.h"
 #include "tools/component/Calculator.h"
 #include "tools/plans/HeadAnglesText.h"
 #include "tools/settings/MachineSettings.h"
 #include "tools/settings/SettingsReading.h"
 #include "tools/text/Failures.h"
+#include "tools/text/Numbers.h"
+
+#include <string_view>
 
 namespace qmv40::cli {
 
@@ -18,11 +22,20 @@ template <typename Take> std::string ReadAngles(const std::string& value, Take&&
     return "";
 }
 
-template <typename Angles> Option AddFrom(Command& command, Angles& from) {
-    return command.AddValue("--from", "A,B", "Where the head stands, degrees: A 0 to 90, B -180 to 180, in steps of 15",
+template <typename Angles> Option AddFrom(Command& command, Angles& from, const char* name = "--from") {
+    return command.AddValue(name, "A,B", "Where the head stands, degrees: A 0 to 90, B -180 to 180, in steps of 15",
                             [&from](const std::string& value) {
                                 return ReadAngles(value, [&](const model::HeadAngles& angles) { from = angles; });
                             });
+}
+
+std::optional<model::Vector3> ParsePoint(const std::string& text) {
+    const std::size_t comma = text.find(',');
+    if (comma == std::string::npos) return std::nullopt;
+    const text::ParsedNumber x = text::ParseNumber(Trimmed(std::string_view(text).substr(0, comma)));
+    const auto rest = text::ParseNumberPair(text.substr(comma + 1));
+    if (x.problem != nullptr || !rest) return std::nullopt;
+    return model::Vector3{x.value, rest->first, rest->second};
 }
 
 } // namespace
@@ -47,6 +60,20 @@ void AddGeometryOption(Command& command, GeometryOption& option) {
 void AddFromOption(Command& command, model::HeadAngles& from) { AddFrom(command, from).Require(); }
 
 void AddFromOption(Command& command, std::optional<model::HeadAngles>& from) { AddFrom(command, from); }
+
+void AddAtOption(Command& command, model::HeadAngles& at) { AddFrom(command, at, "--at").Require(); }
+
+void AddPointOption(Command& command, const char* name, const char* description, model::Vector3& point) {
+    command
+        .AddValue(name, "X,Y,Z", description,
+                  [&point](const std::string& value) -> std::string {
+                      const auto parsed = ParsePoint(value);
+                      if (!parsed) return "'" + value + "' is not three numbers such as 0,0,-180";
+                      point = *parsed;
+                      return "";
+                  })
+        .Require();
+}
 
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets) {
     return command.AddValues(

@@ -2,6 +2,7 @@
 
 #include "tools/cli/CommandLine.h"
 #include "tools/model/HeadAngles.h"
+#include "tools/model/Vector3.h"
 #include "tools/settings/GeometryFile.h"
 #include "tools/settings/SettingsOverride.h"
 #include "tools/text/Console.h"
@@ -33,6 +34,10 @@ void AddGeometryOption(Command& command, GeometryOption& option);
 void AddFromOption(Command& command, model::HeadAngles& from);
 /// Not required.
 void AddFromOption(Command& command, std::optional<model::HeadAngles>& from);
+/// --at, the angles at which the head stands. Required.
+void AddAtOption(Command& command, model::HeadAngles& at);
+/// A point or an offset, in mm. Required.
+void AddPointOption(Command& command, const char* name, const char* description, model::Vector3& point);
 /// Not required unless the caller says so.
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets);
 

@@ -2,6 +2,7 @@
 
 #include "tools/plans/PlanFile.h"
 #include "tools/plans/Tour.h"
+#include "tools/text/Csv.h"
 #include "tools/text/Failures.h"
 
 namespace qmv40::cli {
@@ -9,8 +10,9 @@ namespace qmv40::cli {
 namespace {
 
 std::vector<plans::PlanToCheck> PlansOfComponent(const PlanSelection& selection) {
+    const std::vector<model::HeadAngles> positions = SelectedPositions(selection);
     std::vector<plans::PlanToCheck> selected;
-    for (const plans::Plan& plan : plans::PlanTour(selection.geometry.file, *selection.from, selection.targets)) {
+    for (const plans::Plan& plan : plans::PlanTour(selection.geometry.file, positions)) {
         selected.push_back({plan.from, plan.to, plans::MovesInOrder(plan.moves)});
     }
     return selected;
@@ -30,10 +32,34 @@ std::vector<plans::PlanToCheck> PlansOfFile(const PlanSelection& selection) {
 
 } // namespace
 
-void AddPlanSelection(Command& command, PlanSelection& selection) {
-    AddGeometryOption(command, selection.geometry);
+void RequireComplete(const PlanSelection& selection, const std::string& command) {
+    if (!selection.IsComplete()) throw text::UsageError{command + ": give --from and --to, or --tour, or --plan"};
+}
+
+void AddPositions(Command& command, PlanSelection& selection) {
     AddFromOption(command, selection.from);
     AddToOption(command, selection.targets);
+    command.AddText("--tour", selection.tour, "FILE",
+                    "CSV with the columns A, B: go on to each position in turn; without --from the first is where the "
+                    "head stands");
+}
+
+std::vector<model::HeadAngles> SelectedPositions(const PlanSelection& selection) {
+    std::vector<model::HeadAngles> positions;
+    if (selection.from) positions.push_back(*selection.from);
+    positions.insert(positions.end(), selection.targets.begin(), selection.targets.end());
+    if (!selection.tour.empty()) {
+        for (const text::NumberRow& row : text::ReadNumberTable(selection.tour, text::angleColumns).rows) {
+            positions.push_back({row.values[0], row.values[1]});
+        }
+    }
+    if (positions.size() < 2) throw text::UsageError{"--tour: give --from, or a tour of two positions at least"};
+    return positions;
+}
+
+void AddPlanSelection(Command& command, PlanSelection& selection) {
+    AddGeometryOption(command, selection.geometry);
+    AddPositions(command, selection);
     command.AddText("--plan", selection.file, "FILE",
                     "Take the plans of this file, as `qmv40 move --json` prints them, edited or not. With --from and "
                     "--to: whether they do what is asked for");

@@ -19,7 +19,8 @@ void Run(const PoleOptions& options, const text::Console& console) {
     component::Calculator calculator;
     calculator.LoadHeadGeometry(geometry.Name());
     const XYZData pole = calculator.PoleSpherePosition();
-    if (options.json) return text::PrintJson({{"poleSpherePosition", plans::PositionJson(pole)}}, console.out);
+    if (options.json)
+        return text::PrintDocument("pole", {{"poleSpherePosition", plans::PositionJson(pole)}}, console.out);
     console.out << console.Strong("Centre of the pole sphere") << '\n' << plans::PositionLine(pole) << '\n';
 }
 

@@ -43,11 +43,12 @@ void Show(const CommonOptions& options, const text::Console& console) {
     const settings::SettingsReading reading = settings::ReadSettings(machine.stored);
     const std::array<double, headSettingCount> inForce = settings::SettingsInForce();
     if (options.json) {
-        return text::PrintJson({{"place", machine.place},
-                                {"state", machine.state},
-                                {"settings", settings::SettingsJson(reading, inForce)},
-                                {"findings", settings::ComplaintsJson(reading.complaints)}},
-                               console.out);
+        return text::PrintDocument("settings-show",
+                                   {{"place", machine.place},
+                                    {"state", machine.state},
+                                    {"settings", settings::SettingsJson(reading, inForce)},
+                                    {"findings", settings::ComplaintsJson(reading.complaints)}},
+                                   console.out);
     }
     console.out << console.Strong("Settings of the head") << "\n  " << settings::PlaceText(machine) << "\n\n";
     settings::PrintSettings(reading, inForce, console);
@@ -61,10 +62,11 @@ void Validate(const ValidateOptions& options, const text::Console& console) {
         settings::ReadSettings(settings::SettingsInFile(text::ReadWholeFile(options.file)));
     const std::array<double, headSettingCount> values = ValuesOf(reading);
     if (options.json) {
-        text::PrintJson({{"file", options.file},
-                         {"settings", settings::SettingsJson(reading, values)},
-                         {"findings", settings::ComplaintsJson(reading.complaints)}},
-                        console.out);
+        text::PrintDocument("settings-validate",
+                            {{"file", options.file},
+                             {"settings", settings::SettingsJson(reading, values)},
+                             {"findings", settings::ComplaintsJson(reading.complaints)}},
+                            console.out);
     } else {
         console.out << console.Strong("What the component would take from " + options.file) << '\n';
         settings::PrintSettings(reading, values, console);
@@ -128,10 +130,11 @@ void Write(const WriteOptions& options, const text::Console& console) {
 
     if (options.json) {
         const settings::SettingsReading reading = settings::ReadSettings(settings::SettingsInFile(content));
-        text::PrintJson({{"file", options.output.empty() ? text::Json() : text::Json(options.output)},
-                         {"settings", settings::SettingsJson(reading, ValuesOf(reading))},
-                         {"content", content}},
-                        console.out);
+        text::PrintDocument("settings-write",
+                            {{"file", options.output.empty() ? text::Json() : text::Json(options.output)},
+                             {"settings", settings::SettingsJson(reading, ValuesOf(reading))},
+                             {"content", content}},
+                            console.out);
     } else if (options.output.empty()) {
         console.out << content;
     } else {

@@ -1,6 +1,7 @@
 #include "tools/cli/Commands.h"
 #include "tools/cli/Options.h"
 #include "tools/component/Calculator.h"
+#include "tools/plans/HeadAnglesText.h"
 #include "tools/plans/MovesJson.h"
 #include "tools/plans/PositionLine.h"
 #include "tools/text/Json.h"
@@ -21,7 +22,7 @@ void Run(const StartOptions& options, const text::Console& console) {
     calculator.LoadHeadGeometry(geometry.Name());
     calculator.SetCurrentHeadPosition(options.from);
     const XYZData start = calculator.StartPosition();
-    if (options.json) return text::PrintJson({{"startPosition", plans::PositionJson(start)}}, console.out);
+    if (options.json) return text::PrintDocument("start", {{"startPosition", plans::PositionJson(start)}}, console.out);
     console.out << console.Strong("Start of any indexing from " + plans::HeadAnglesText(options.from) + " (deg)")
                 << '\n'
                 << plans::PositionLine(start) << '\n';

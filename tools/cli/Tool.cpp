@@ -29,6 +29,7 @@ constexpr const char* footer =
     "written; 4 a check found something wrong. Set NO_COLOR for text without colours.";
 
 void Report(const component::ComponentError& error, const text::Console& console) {
+    if (error.plan != 0) console.err << "Plan " << error.plan << " of the tour:\n";
     console.err << "qmv40: error " << component::CodeText(error.code) << " from " << error.source << ": "
                 << error.description << '\n';
     if (const std::string remedy = component::Remedy(error.code); !remedy.empty()) console.err << remedy << '\n';
@@ -51,15 +52,41 @@ text::Json ErrorJson(const text::DoubtfulInput& doubtful) {
     return text::ErrorJson(all);
 }
 
-template <typename Error>
-int Refused(const Error& error, int exitCode, const CommandLine& tool, const text::Console& console) {
-    if (tool.IsJsonWanted()) {
-        text::PrintJson(ErrorJson(error), console.out);
-    } else {
-        Report(error, console);
-    }
-    return exitCode;
+void Report(const text::UsageError& error, const text::Console& console) {
+    console.err << "qmv40: " << error.reason << "\nRun it with --help for more information.\n";
 }
+
+void Report(const std::exception& error, const text::Console& console) {
+    console.err << "qmv40: " << error.what() << '\n';
+}
+
+text::Json ErrorJson(const std::exception& error) {
+    return {{"error", {{"file", nullptr}, {"line", nullptr}, {"description", error.what()}}}};
+}
+
+/// How a run tells its caller that it could not do its work: by a document where one is wanted, else by a message.
+class Refusal {
+public:
+    Refusal(const CommandLine& tool, const std::vector<std::string>& arguments, const text::Console& theConsole)
+        : command(tool.CommandOf(arguments)), isJsonWanted(std::ranges::count(arguments, "--json") != 0),
+          console(theConsole) {
+        if (command.empty()) command = "error";
+    }
+
+    template <typename Error> int Because(const Error& error, ExitCode exitCode) const {
+        if (isJsonWanted) {
+            text::PrintDocument(command, ErrorJson(error), console.out);
+        } else {
+            Report(error, console);
+        }
+        return exitCode;
+    }
+
+private:
+    std::string command;
+    bool isJsonWanted;
+    const text::Console& console;
+};
 
 /// The parser would take what follows an empty value for the value: `--points= --json` would look for a file named
 /// --json.
@@ -71,25 +98,25 @@ void RefuseEmptyValues(const std::vector<std::string>& arguments) {
 }
 
 int RunCommand(std::vector<std::string> arguments, CommandLine& tool, const text::Console& console) {
+    const Refusal refusal(tool, arguments, console);
     try {
         const component::ComponentRuntime runtime;
         RefuseEmptyValues(arguments);
-        return tool.Run(std::move(arguments), console) ? exitDone : exitWrongUsage;
+        tool.Run(std::move(arguments), console);
+        return exitDone;
     } catch (const CommandEnded& ended) {
         return ended.exitCode;
     } catch (const text::UsageError& error) {
-        console.err << "qmv40: " << error.reason << '\n';
-        return exitWrongUsage;
+        return refusal.Because(error, exitWrongUsage);
     } catch (const text::InputError& error) {
-        return Refused(error, exitBadFile, tool, console);
+        return refusal.Because(error, exitBadFile);
     } catch (const text::DoubtfulInput& error) {
-        return Refused(error, exitFindings, tool, console);
+        return refusal.Because(error, exitFindings);
     } catch (const component::ComponentError& error) {
-        return Refused(error, exitRefused, tool, console);
+        return refusal.Because(error, exitRefused);
     } catch (const std::exception& error) {
         // Out of memory, or a working folder that was removed: nothing that a command expects.
-        console.err << "qmv40: " << error.what() << '\n';
-        return exitRefused;
+        return refusal.Because(error, exitRefused);
     }
 }
 
@@ -99,8 +126,9 @@ std::unique_ptr<CommandLine> MakeTool(const text::Console& console) {
     auto tool = std::make_unique<CommandLine>("qmv40", description, "qmv40 " QMV40_VERSION);
     tool->Root().SetFooter(footer);
     tool->Root().RequireCommand();
-    for (const auto add : {AddGeometryCommand, AddMoveCommand, AddCheckCommand, AddViewCommand, AddStartCommand,
-                           AddPoleCommand, AddFitCommand, AddSettingsCommand, AddSelfcheckCommand, AddDoctorCommand}) {
+    for (const auto add : {AddGeometryCommand, AddMoveCommand, AddExportCommand, AddCheckCommand, AddViewCommand,
+                           AddWhereCommand, AddWhichCommand, AddStartCommand, AddPoleCommand, AddFitCommand,
+                           AddSettingsCommand, AddSelfcheckCommand, AddDoctorCommand}) {
         add(tool->Root(), console);
     }
     return tool;

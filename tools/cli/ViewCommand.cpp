@@ -116,7 +116,7 @@ void Run(const ViewOptions& options, const text::Console& console) {
     for (const Outcome& file : files) text::WriteOutput(file.file, file.content, file.kind);
 
     if (options.json) {
-        text::PrintJson(view::ViewDocument(view), console.out);
+        text::PrintDocument("view", view::ViewDocument(view), console.out);
     } else {
         check::PrintJudgement(view.tour, console);
     }

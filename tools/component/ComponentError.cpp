@@ -61,7 +61,9 @@ std::string CodeText(HRESULT code) {
 }
 
 text::Json ErrorJson(const ComponentError& error) {
-    return {{"error", {{"code", CodeText(error.code)}, {"source", error.source}, {"description", error.description}}}};
+    text::Json members{{"code", CodeText(error.code)}, {"source", error.source}, {"description", error.description}};
+    if (error.plan != 0) members["plan"] = error.plan;
+    return {{"error", members}};
 }
 
 std::string Remedy(HRESULT code) {

@@ -3,6 +3,7 @@
 #include "interface/ErrorCodes.h"
 #include "tools/text/Json.h"
 
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -13,6 +14,7 @@ struct ComponentError {
     HRESULT code;
     std::string source;
     std::string description;
+    std::size_t plan = 0; ///< of a tour, counted from 1, in which it failed; 0 where there is no tour
 };
 
 /// The failure `code` with the error record that goes with it, taken out of the thread. `withoutRecord` names the

@@ -25,6 +25,8 @@ struct HeadDimensions {
     Vector3 unlockedBall; ///< from the lever centre
     double unlockingTurn; ///< how far the lever has to be pushed
     double lockingTurn;
+    /// How far the machine stands off where it stood, measuring the same with the head unlocked; it turns with nothing.
+    Vector3 lockedToUnlocked{};
 };
 
 /// How machine and head come to a contact and leave it: along one line, the last `distance` of it straight.
@@ -44,6 +46,7 @@ public:
         : centre(theCentre), mountedTurn(turnedAboutZ), dimensions(theDimensions) {}
 
     const Vector3& PoleSphere() const { return centre; }
+    const Vector3& LockedToUnlocked() const { return dimensions.lockedToUnlocked; }
     /// Z at which the machine moves freely above the pole sphere and both levers.
     double SafeHeight() const;
 

@@ -31,20 +31,6 @@ bool IsAt(const model::Vector3& position, const model::Vector3& place) {
 
 } // namespace
 
-model::Vector3 VectorOf(const XYZData& position) {
-    return {position.XPosition, position.YPosition, position.ZPosition};
-}
-
-model::Vector3 OriginOf(const ArcData& arc) { return {arc.XOrigin, arc.YOrigin, arc.ZOrigin}; }
-
-model::Vector3 RotationVectorOf(const ArcData& arc) {
-    return {arc.iRotationVector, arc.jRotationVector, arc.kRotationVector};
-}
-
-model::Vector3 AxisOf(const ArcData& arc) { return model::Unit(RotationVectorOf(arc)); }
-
-double RightHandedDegrees(const ArcData& arc) { return -arc.RotationAngle; }
-
 model::HeadAngles ExecutedMove::AnglesAt(double fraction) const {
     return {before.angles.a + (after.angles.a - before.angles.a) * fraction,
             before.angles.b + (after.angles.b - before.angles.b) * fraction};
@@ -59,7 +45,7 @@ bool Machine::CanRun(const plans::PlannedMove& move) {
 }
 
 ExecutedMove Machine::Run(const plans::PlannedMove& move) {
-    const Path path = std::visit([&](const auto& data) { return PathOf(data); }, move.data);
+    const Path path = PathOf(move);
     position = path.End();
     ExecutedMove executed{move.id, path, state, state, 0.0};
     executed.after = std::visit([&](const auto& data) { return After(data); }, move.data);
@@ -69,16 +55,12 @@ ExecutedMove Machine::Run(const plans::PlannedMove& move) {
     return executed;
 }
 
-Path Machine::PathOf(const XYZData& target) const {
-    const model::Vector3 end = VectorOf(target);
-    return Path::Straight(position.value_or(end), end);
-}
-
-Path Machine::PathOf(const ArcData& arc) const {
+Path Machine::PathOf(const plans::PlannedMove& move) const {
+    if (position) return plans::PathOf(move, *position);
+    if (const auto* const target = std::get_if<XYZData>(&move.data)) return plans::PathOf(move, VectorOf(*target));
     // No plan begins with an arc; one that does is run from where it should have begun.
     const model::LeverSide side = model::HeadModel::LeverInReach(state.angles);
-    const model::Vector3 start = position ? *position : head.LeverLine(side, state.lever).ApproachPoint();
-    return Path::Arc(start, OriginOf(arc), AxisOf(arc), RightHandedDegrees(arc));
+    return plans::PathOf(move, head.LeverLine(side, state.lever).ApproachPoint());
 }
 
 HeadState Machine::After(const XYZData& /*target*/) const {

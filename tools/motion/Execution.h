@@ -47,8 +47,7 @@ public:
     const std::optional<model::Vector3>& Position() const { return position; }
 
 private:
-    Path PathOf(const XYZData& target) const;
-    Path PathOf(const ArcData& arc) const;
+    Path PathOf(const plans::PlannedMove& move) const;
     HeadState After(const XYZData& target) const;
     HeadState After(const ArcData& arc) const;
     double PulledOff(const ExecutedMove& move) const;
@@ -58,12 +57,10 @@ private:
     std::optional<model::Vector3> position;
 };
 
-model::Vector3 VectorOf(const XYZData& position);
-model::Vector3 OriginOf(const ArcData& arc);
-model::Vector3 RotationVectorOf(const ArcData& arc);
-/// The rotation vector scaled to unit length.
-model::Vector3 AxisOf(const ArcData& arc);
-/// How far an arc turns right-handed about its rotation vector, degrees. Arcs are given left-handed.
-double RightHandedDegrees(const ArcData& arc);
+using plans::AxisOf;
+using plans::OriginOf;
+using plans::RightHandedDegrees;
+using plans::RotationVectorOf;
+using plans::VectorOf;
 
 } // namespace qmv40::motion

@@ -1,7 +1,8 @@
 #include "tools/plans/MoveTable.h"
 
 #include "tools/plans/HeadAnglesText.h"
-#include "tools/plans/Moves.h"
+#include "tools/plans/PlannedMove.h"
+#include "tools/plans/TurnInWords.h"
 #include "tools/text/Numbers.h"
 #include "tools/text/Table.h"
 
@@ -10,45 +11,66 @@ namespace qmv40::plans {
 namespace {
 
 constexpr int lengthDecimals = 4;
-constexpr std::size_t pathColumn = 2;
+constexpr int axisDecimals = 6;
+constexpr std::size_t nameColumn = 1;
 
-void AddMove(text::Table& table, std::size_t number, const Move& move, const RequiredMoves& moves) {
-    const std::string head = std::to_string(number);
-    const auto addRow = [&](const char* path, double x, double y, double z) {
-        table.AddRow({head, move.name, path, text::FixedText(x, lengthDecimals), text::FixedText(y, lengthDecimals),
-                      text::FixedText(z, lengthDecimals), move.purpose});
-    };
-    std::visit(ForKind{[&](XYZData RequiredMoves::*field) {
-                           const XYZData& end = moves.*field;
-                           addRow("straight to", end.XPosition, end.YPosition, end.ZPosition);
-                       },
-                       [&](ArcData RequiredMoves::*field) {
-                           const ArcData& arc = moves.*field;
-                           addRow("arc about", arc.XOrigin, arc.YOrigin, arc.ZOrigin);
-                           table.AddNote(pathColumn, TurnInWords(arc));
-                       }},
-               move.field);
+std::string Listed(const model::Vector3& vector, int decimals) {
+    return text::FixedText(vector.x, decimals) + ", " + text::FixedText(vector.y, decimals) + ", " +
+           text::FixedText(vector.z, decimals);
 }
 
-std::string CsvFields(const char* kind, std::initializer_list<double> values) {
-    std::string text = kind;
+void AddArcNotes(text::Table& table, const ArcData& arc, const std::optional<model::Vector3>& start) {
+    table.AddNote(nameColumn, "  " + TurnInWords(arc, start));
+    table.AddNote(nameColumn, "  about (" + Listed(OriginOf(arc), lengthDecimals) + ") along (" +
+                                  Listed(RotationVectorOf(arc), axisDecimals) + ")");
+}
+
+void AddMove(text::Table& table, const PlacedMove& placed) {
+    const Move& move = AllMoves()[IndexOf(placed.move.id)];
+    const auto coordinate = [&](double model::Vector3::*axis) {
+        return placed.end ? text::FixedText((*placed.end).*axis, lengthDecimals) : std::string("unknown");
+    };
+    table.AddRow({std::to_string(NumberOf(move.id)), move.name, coordinate(&model::Vector3::x),
+                  coordinate(&model::Vector3::y), coordinate(&model::Vector3::z), move.purpose});
+    if (const auto* const arc = std::get_if<ArcData>(&placed.move.data)) AddArcNotes(table, *arc, placed.start);
+}
+
+void PrintMoveTable(const Plan& plan, const text::Console& console) {
+    text::Table table({{"#"},
+                       {"Move", text::Table::Align::Left},
+                       {"to X (mm)"},
+                       {"to Y (mm)"},
+                       {"to Z (mm)"},
+                       {"What the machine does", text::Table::Align::Left}});
+    for (const PlacedMove& placed : PlacedMoves(MovesInOrder(plan.moves))) AddMove(table, placed);
+    table.Print(console);
+}
+
+/// A field before each number.
+std::string CsvFields(std::initializer_list<double> values) {
+    std::string text;
     for (const double value : values) text.append(",").append(text::ExactText(value));
     return text;
 }
 
-std::string CsvPosition(const XYZData& end) {
-    return CsvFields("straight", {end.XPosition, end.YPosition, end.ZPosition}) + ",,,,";
+std::string CsvRecord(const XYZData& end) {
+    return ",straight" + CsvFields({end.XPosition, end.YPosition, end.ZPosition}) + ",,,,";
 }
 
-std::string CsvArc(const ArcData& arc) {
-    return CsvFields("arc", {arc.XOrigin, arc.YOrigin, arc.ZOrigin, arc.iRotationVector, arc.jRotationVector,
-                             arc.kRotationVector, arc.RotationAngle});
+std::string CsvRecord(const ArcData& arc) {
+    return ",arc" + CsvFields({arc.XOrigin, arc.YOrigin, arc.ZOrigin, arc.iRotationVector, arc.jRotationVector,
+                               arc.kRotationVector, arc.RotationAngle});
 }
 
-std::string CsvMove(const Move& move, const RequiredMoves& moves) {
-    return std::visit(ForKind{[&](XYZData RequiredMoves::*field) { return CsvPosition(moves.*field); },
-                              [&](ArcData RequiredMoves::*field) { return CsvArc(moves.*field); }},
-                      move.field);
+std::string CsvPlace(const std::optional<model::Vector3>& place) {
+    return place ? CsvFields({place->x, place->y, place->z}) : ",,,";
+}
+
+std::string CsvMove(const PlacedMove& placed) {
+    const PlannedMove& move = placed.move;
+    return std::to_string(NumberOf(move.id)) + ',' + NameOf(move.id) +
+           std::visit([](const auto& record) { return CsvRecord(record); }, move.data) + CsvPlace(placed.start) +
+           CsvPlace(placed.end);
 }
 
 } // namespace
@@ -59,29 +81,19 @@ void PrintMoveTables(std::span<const Plan> plans, const text::Console& console) 
         const std::string title = "Plan" + number + ": from " + HeadAnglesText(plans[i].from) + " to " +
                                   HeadAnglesText(plans[i].to) + " (deg)";
         console.out << (i == 0 ? "" : "\n") << console.Strong(title) << "\n\n";
-        text::Table table({{"#"},
-                           {"Move", text::Table::Align::Left},
-                           {"Path", text::Table::Align::Left},
-                           {"X (mm)"},
-                           {"Y (mm)"},
-                           {"Z (mm)"},
-                           {"What the machine does", text::Table::Align::Left}});
-        std::size_t moveNumber = 0;
-        for (const Move& move : AllMoves()) AddMove(table, ++moveNumber, move, plans[i].moves);
-        table.Print(console);
+        PrintMoveTable(plans[i], console);
     }
-    console.out << "\nAn arc's X, Y, Z are a point on the axis about which the machine's position turns.\n";
+    console.out << "\nX, Y, Z are where a move ends. A move without a turn goes there straight. A turn is about the\n"
+                   "axis through the first point, mm, along the direction.\n";
 }
 
 void PrintMovesAsCsv(std::span<const Plan> plans, const text::Console& console) {
-    console.out << "Plan,Move,Name,Kind,X,Y,Z,i,j,k,RotationAngle\n";
+    console.out << movesCsvHeader << '\n';
     std::size_t planNumber = 0;
     for (const Plan& plan : plans) {
         ++planNumber;
-        std::size_t moveNumber = 0;
-        for (const Move& move : AllMoves()) {
-            console.out << std::to_string(planNumber) << ',' << std::to_string(++moveNumber) << ',' << move.name << ','
-                        << CsvMove(move, plan.moves) << '\n';
+        for (const PlacedMove& placed : PlacedMoves(MovesInOrder(plan.moves))) {
+            console.out << std::to_string(planNumber) << ',' << CsvMove(placed) << '\n';
         }
     }
 }

@@ -7,10 +7,14 @@
 
 namespace qmv40::plans {
 
-/// For a person at the machine: numbered moves, what each does, and where it goes.
+/// For a person at the machine: numbered moves, where each ends and what it does, and which way an arc turns.
 void PrintMoveTables(std::span<const Plan> plans, const text::Console& console);
 
-/// For a spreadsheet or a machine's program: one row a move. See the source for the columns.
+/// X, Y, Z are a straight move's end or a point on an arc's axis, as the records have them.
+inline constexpr const char* movesCsvHeader =
+    "Plan,Move,Name,Kind,X,Y,Z,i,j,k,RotationAngle,StartX,StartY,StartZ,EndX,EndY,EndZ";
+
+/// For a spreadsheet or a machine's program: one row a move. A plan's first move has no start.
 void PrintMovesAsCsv(std::span<const Plan> plans, const text::Console& console);
 
 } // namespace qmv40::plans

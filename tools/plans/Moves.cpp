@@ -1,50 +1,38 @@
 #include "tools/plans/Moves.h"
 
-#include "tools/text/Numbers.h"
-
+#include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace qmv40::plans {
 
 namespace {
 
+using enum MoveId;
 using M = RequiredMoves;
 
-constexpr std::array allMoves{
-    Move{"ApproachUnLockLever", "go to the closed lock lever", &M::ApproachUnLockLever},
-    Move{"EngageWithUnLockLever", "touch the lever's ball", &M::EngageWithUnLockLever},
-    Move{"UnLock", "push the lever open", &M::UnLock},
-    Move{"DisengageFromUnLockLever", "rise clear of the lever to the safe height", &M::DisengageFromUnLockLever},
-    Move{"RotateToPeg", "swing round to the peg", &M::RotateToPeg},
-    Move{"MoveToPegAtSafeZ", "go above the peg's approach at the safe height", &M::MoveToPegAtSafeZ},
-    Move{"ApproachPeg", "go down in front of the peg", &M::ApproachPeg},
-    Move{"EngageWithPeg", "engage the drive cup with the peg", &M::EngageWithPeg},
-    Move{"IntermediateAPosition", "turn the head's A to 0", &M::IntermediateAPosition},
-    Move{"MoveToBPosition", "turn the head's B to the target", &M::MoveToBPosition},
-    Move{"MoveToAPosition", "turn the head's A to the target", &M::MoveToAPosition},
-    Move{"DisengageFromPeg", "back off the peg", &M::DisengageFromPeg},
-    Move{"DisengageFromPegToSafeZ", "rise to the safe height", &M::DisengageFromPegToSafeZ},
-    Move{"RotateToLockLever", "swing round to the lock lever", &M::RotateToLockLever},
-    Move{"MoveToLockLeverAtSafeZ", "go above the lever's approach at the safe height", &M::MoveToLockLeverAtSafeZ},
-    Move{"ApproachLockLever", "go down beside the open lever", &M::ApproachLockLever},
-    Move{"EngageWithLockLever", "touch the lever's ball", &M::EngageWithLockLever},
-    Move{"Lock", "push the lever shut", &M::Lock},
-    Move{"DisengageFromLockLever", "lift off the closed lever", &M::DisengageFromLockLever},
-};
-static_assert(allMoves.size() == 19);
-
-constexpr int angleDecimals = 4;
-
-std::string Viewpoint(const ArcData& arc) {
-    const bool isVertical = arc.iRotationVector == 0.0 && arc.jRotationVector == 0.0;
-    if (isVertical && arc.kRotationVector > 0.0) return "from above";
-    if (isVertical && arc.kRotationVector < 0.0) return "from below";
-    constexpr int directionDecimals = 6;
-    return "from the tip of (" + text::FixedText(arc.iRotationVector, directionDecimals) + ", " +
-           text::FixedText(arc.jRotationVector, directionDecimals) + ", " +
-           text::FixedText(arc.kRotationVector, directionDecimals) + ")";
-}
+// A purpose has to stand in a table that is 100 columns wide: at most 32 letters.
+constexpr std::array<Move, moveCount> allMoves{{
+    {ApproachUnLockLever, "ApproachUnLockLever", "go to the closed lock lever", &M::ApproachUnLockLever},
+    {EngageWithUnLockLever, "EngageWithUnLockLever", "touch the lever's ball", &M::EngageWithUnLockLever},
+    {UnLock, "UnLock", "push the lever open", &M::UnLock},
+    {DisengageFromUnLockLever, "DisengageFromUnLockLever", "rise clear, to the safe height",
+     &M::DisengageFromUnLockLever},
+    {RotateToPeg, "RotateToPeg", "swing round to the peg", &M::RotateToPeg},
+    {MoveToPegAtSafeZ, "MoveToPegAtSafeZ", "go above the peg's approach", &M::MoveToPegAtSafeZ},
+    {ApproachPeg, "ApproachPeg", "go down in front of the peg", &M::ApproachPeg},
+    {EngageWithPeg, "EngageWithPeg", "put the drive cup on the peg", &M::EngageWithPeg},
+    {IntermediateAPosition, "IntermediateAPosition", "turn the head's A to 0", &M::IntermediateAPosition},
+    {MoveToBPosition, "MoveToBPosition", "turn the head's B to the target", &M::MoveToBPosition},
+    {MoveToAPosition, "MoveToAPosition", "turn the head's A to the target", &M::MoveToAPosition},
+    {DisengageFromPeg, "DisengageFromPeg", "back off the peg", &M::DisengageFromPeg},
+    {DisengageFromPegToSafeZ, "DisengageFromPegToSafeZ", "rise to the safe height", &M::DisengageFromPegToSafeZ},
+    {RotateToLockLever, "RotateToLockLever", "swing round to the lock lever", &M::RotateToLockLever},
+    {MoveToLockLeverAtSafeZ, "MoveToLockLeverAtSafeZ", "go above the lever's approach", &M::MoveToLockLeverAtSafeZ},
+    {ApproachLockLever, "ApproachLockLever", "go down beside the open lever", &M::ApproachLockLever},
+    {EngageWithLockLever, "EngageWithLockLever", "touch the lever's ball", &M::EngageWithLockLever},
+    {Lock, "Lock", "push the lever shut", &M::Lock},
+    {DisengageFromLockLever, "DisengageFromLockLever", "lift off the closed lever", &M::DisengageFromLockLever},
+}};
 
 } // namespace
 
@@ -52,12 +40,9 @@ std::span<const Move> AllMoves() { return allMoves; }
 
 const char* NameOf(MoveId id) { return allMoves[IndexOf(id)].name; }
 
-std::string TurnInWords(const ArcData& arc) {
-    if (arc.RotationAngle == 0.0) return "no turn: 0 deg";
-    if (std::isnan(arc.RotationAngle)) return "the angle is not a number: do not run this move";
-    const char* const sense = arc.RotationAngle > 0.0 ? "clockwise" : "counter-clockwise";
-    return "turn " + text::FixedText(std::abs(arc.RotationAngle), angleDecimals) + " deg " + sense + ", seen " +
-           Viewpoint(arc);
+const Move* FindMove(std::string_view name) {
+    const auto* const found = std::ranges::find(allMoves, name, &Move::name);
+    return found == allMoves.end() ? nullptr : found;
 }
 
 } // namespace qmv40::plans

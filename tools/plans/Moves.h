@@ -1,28 +1,59 @@
 #pragma once
 
 #include "interface/Records.h"
-#include "tools/plans/PlannedMove.h"
 
+#include <cstddef>
 #include <span>
-#include <string>
+#include <string_view>
 #include <variant>
 
 namespace qmv40::plans {
 
-/// One of the 19 moves: its field in the record, and what it is for.
+/// The 19 moves of one indexing, by what they are for, in the order in which they must be made.
+enum class MoveId {
+    ApproachUnLockLever,
+    EngageWithUnLockLever,
+    UnLock,
+    DisengageFromUnLockLever,
+    RotateToPeg,
+    MoveToPegAtSafeZ,
+    ApproachPeg,
+    EngageWithPeg,
+    IntermediateAPosition,
+    MoveToBPosition,
+    MoveToAPosition,
+    DisengageFromPeg,
+    DisengageFromPegToSafeZ,
+    RotateToLockLever,
+    MoveToLockLeverAtSafeZ,
+    ApproachLockLever,
+    EngageWithLockLever,
+    Lock,
+    DisengageFromLockLever
+};
+
+inline constexpr std::size_t moveCount = 19;
+
+constexpr std::size_t IndexOf(MoveId id) { return static_cast<std::size_t>(id); }
+/// As people count them: 1 to 19.
+constexpr std::size_t NumberOf(MoveId id) { return IndexOf(id) + 1; }
+
+/// What is known of a move before it is planned: its name and its field in the record, and what it is for.
 struct Move {
+    MoveId id;
     const char* name;
     const char* purpose;
     std::variant<XYZData RequiredMoves::*, ArcData RequiredMoves::*> field;
+
+    bool IsArc() const { return std::holds_alternative<ArcData RequiredMoves::*>(field); }
 };
 
-/// All of them, in the order in which the machine makes them.
+/// All of them, by index.
 std::span<const Move> AllMoves();
 
 const char* NameOf(MoveId id);
-
-/// How the machine turns, for a person beside it: "turn 90.0000 deg clockwise, seen from above".
-std::string TurnInWords(const ArcData& arc);
+/// The move of that name; null when there is none.
+const Move* FindMove(std::string_view name);
 
 /// Picks a call for each kind of move in std::visit.
 template <typename... Calls> struct ForKind : Calls... { using Calls::operator()...; };

@@ -1,16 +1,14 @@
 #include "tools/plans/MovesJson.h"
 
-#include "tools/plans/Moves.h"
-
 namespace qmv40::plans {
 
 using text::Json;
 
-Json PositionJson(const XYZData& position) {
-    return {{"XPosition", position.XPosition}, {"YPosition", position.YPosition}, {"ZPosition", position.ZPosition}};
-}
+namespace {
 
-Json ArcJson(const ArcData& arc) {
+Json RecordJson(const XYZData& position) { return PositionJson(position); }
+
+Json RecordJson(const ArcData& arc) {
     return {{"XOrigin", arc.XOrigin},
             {"YOrigin", arc.YOrigin},
             {"ZOrigin", arc.ZOrigin},
@@ -20,17 +18,41 @@ Json ArcJson(const ArcData& arc) {
             {"RotationAngle", arc.RotationAngle}};
 }
 
+Json MoveJson(const PlacedMove& placed) {
+    const PlannedMove& move = placed.move;
+    Json document{{"number", NumberOf(move.id)},
+                  {"name", NameOf(move.id)},
+                  {"kind", std::holds_alternative<ArcData>(move.data) ? "arc" : "straight"},
+                  {"record", std::visit([](const auto& record) { return RecordJson(record); }, move.data)}};
+    if (placed.start) document["start"] = PointJson(*placed.start);
+    if (placed.end) document["end"] = PointJson(*placed.end);
+    return document;
+}
+
+} // namespace
+
+Json PositionJson(const XYZData& position) {
+    return {{"XPosition", position.XPosition}, {"YPosition", position.YPosition}, {"ZPosition", position.ZPosition}};
+}
+
 Json AnglesJson(const model::HeadAngles& angles) { return {{"A", angles.a}, {"B", angles.b}}; }
 
-Json MovesJson(const RequiredMoves& moves) {
-    Json document = Json::Object();
-    for (const Move& move : AllMoves()) {
-        document[move.name] =
-            std::visit(ForKind{[&](XYZData RequiredMoves::*field) { return PositionJson(moves.*field); },
-                               [&](ArcData RequiredMoves::*field) { return ArcJson(moves.*field); }},
-                       move.field);
+Json PointJson(const model::Vector3& point) { return text::PointJson(point.x, point.y, point.z); }
+
+Json MovesJson(std::span<const PlacedMove> moves) {
+    Json documents = Json::Array();
+    for (const PlacedMove& move : moves) documents.PushBack(MoveJson(move));
+    return documents;
+}
+
+Json PlansJson(std::span<const Plan> plans) {
+    Json documents = Json::Array();
+    for (const Plan& plan : plans) {
+        documents.PushBack({{"from", AnglesJson(plan.from)},
+                            {"to", AnglesJson(plan.to)},
+                            {"moves", MovesJson(PlacedMoves(MovesInOrder(plan.moves)))}});
     }
-    return document;
+    return documents;
 }
 
 } // namespace qmv40::plans

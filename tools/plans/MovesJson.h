@@ -1,16 +1,22 @@
 #pragma once
 
-#include "interface/Records.h"
-#include "tools/model/HeadAngles.h"
+#include "tools/plans/PlannedMove.h"
+#include "tools/plans/Tour.h"
 #include "tools/text/Json.h"
 
-/// Records of the component as they stand in documents: members have the names of the records' fields.
+/// Plans as they stand in documents. Members of records have the names of the records' fields.
 
 namespace qmv40::plans {
 
 text::Json PositionJson(const XYZData& position);
-text::Json ArcJson(const ArcData& arc);
 text::Json AnglesJson(const model::HeadAngles& angles);
-text::Json MovesJson(const RequiredMoves& moves);
+/// {"X", "Y", "Z"}
+text::Json PointJson(const model::Vector3& point);
+
+/// A list of {"number", "name", "kind", "record", "start", "end"}; what is not known is left out.
+text::Json MovesJson(std::span<const PlacedMove> moves);
+
+/// A list of {"from", "to", "moves"}.
+text::Json PlansJson(std::span<const Plan> plans);
 
 } // namespace qmv40::plans

@@ -4,14 +4,13 @@
 #include "tools/text/Files.h"
 #include "tools/text/Json.h"
 
-#include <algorithm>
 #include <limits>
 
 namespace qmv40::plans {
 
 namespace {
 
-/// A place in a document, for messages: plans[0].moves.UnLock.
+/// A place in a document, for messages: plans[0].moves[2].record.
 struct Place {
     const std::string& file;
     std::string path;
@@ -28,6 +27,14 @@ struct Place {
         return {file, path + (path.empty() ? "" : ".") + name, *found};
     }
 
+    template <typename Call> void ForEach(Call&& call) const {
+        if (!value.IsArray()) Refuse("is not a list");
+        std::size_t index = 0;
+        for (const text::Json& element : value.AllElements()) {
+            call(Place{file, path + "[" + std::to_string(index++) + "]", element});
+        }
+    }
+
     double Number(const char* name) const {
         const Place member = Member(name);
         if (member.value.IsNull()) return std::numeric_limits<double>::quiet_NaN();
@@ -38,30 +45,36 @@ struct Place {
 
 model::HeadAngles AnglesAt(const Place& place) { return {place.Number("A"), place.Number("B")}; }
 
-XYZData PositionAt(const Place& place) {
-    return {place.Number("XPosition"), place.Number("YPosition"), place.Number("ZPosition")};
+void Read(const Place& record, XYZData& position) {
+    position = {record.Number("XPosition"), record.Number("YPosition"), record.Number("ZPosition")};
 }
 
-ArcData ArcAt(const Place& place) {
-    return {place.Number("XOrigin"),         place.Number("YOrigin"),         place.Number("ZOrigin"),
-            place.Number("iRotationVector"), place.Number("jRotationVector"), place.Number("kRotationVector"),
-            place.Number("RotationAngle")};
+void Read(const Place& record, ArcData& arc) {
+    arc = {record.Number("XOrigin"),         record.Number("YOrigin"),         record.Number("ZOrigin"),
+           record.Number("iRotationVector"), record.Number("jRotationVector"), record.Number("kRotationVector"),
+           record.Number("RotationAngle")};
 }
 
-PlannedMove MoveAt(const Place& moves, const std::string& name) {
-    const auto known = std::ranges::find_if(AllMoves(), [&](const Move& move) { return move.name == name; });
-    if (known == AllMoves().end()) moves.Refuse("has a member " + name + ", and there is no such move");
-    const auto id = static_cast<MoveId>(known - AllMoves().begin());
-    const Place place = moves.Member(name);
-    if (std::holds_alternative<ArcData RequiredMoves::*>(known->field)) return {id, ArcAt(place)};
-    return {id, PositionAt(place)};
+template <typename Record>
+std::variant<XYZData, ArcData> RecordAt(const Place& place, Record RequiredMoves::* /*field*/) {
+    Record record{};
+    Read(place, record);
+    return record;
+}
+
+/// Number, kind, start and end say again what name, record and order say: an edited file need not keep them true.
+PlannedMove MoveAt(const Place& place) {
+    const Place name = place.Member("name");
+    if (name.value.Text() == nullptr) name.Refuse("is not a text");
+    const Move* const move = FindMove(*name.value.Text());
+    if (move == nullptr) name.Refuse("is " + *name.value.Text() + ", and there is no such move");
+    const Place record = place.Member("record");
+    return {move->id, std::visit([&](const auto field) { return RecordAt(record, field); }, move->field)};
 }
 
 PlanToCheck PlanAt(const Place& place) {
     PlanToCheck plan{AnglesAt(place.Member("from")), AnglesAt(place.Member("to")), {}};
-    const Place moves = place.Member("moves");
-    if (!moves.value.IsObject()) moves.Refuse("is not an object");
-    for (const text::Json::Member& move : moves.value.AllMembers()) plan.moves.push_back(MoveAt(moves, move.name));
+    place.Member("moves").ForEach([&](const Place& move) { plan.moves.push_back(MoveAt(move)); });
     return plan;
 }
 
@@ -70,11 +83,8 @@ PlanToCheck PlanAt(const Place& place) {
 std::vector<PlanToCheck> ReadPlans(const std::string& fileName) {
     const text::Json document = text::ParseJson(fileName, text::ReadWholeFile(fileName));
     const Place place = Place{fileName, "", document}.Member("plans");
-    if (!place.value.IsArray()) place.Refuse("is not a list");
     std::vector<PlanToCheck> plans;
-    for (const text::Json& plan : place.value.AllElements()) {
-        plans.push_back(PlanAt({fileName, "plans[" + std::to_string(plans.size()) + "]", plan}));
-    }
+    place.ForEach([&](const Place& plan) { plans.push_back(PlanAt(plan)); });
     if (plans.empty()) place.Refuse("is empty");
     return plans;
 }

@@ -1,42 +1,17 @@
 #pragma once
 
-#include "interface/Records.h"
 #include "tools/model/HeadAngles.h"
+#include "tools/model/Path.h"
+#include "tools/plans/Moves.h"
 
-#include <cstddef>
+#include <optional>
+#include <span>
 #include <variant>
 #include <vector>
 
 namespace qmv40::plans {
 
-/// The moves of one indexing, by what they are for, in the order in which they must be made.
-enum class MoveId {
-    ApproachUnLockLever,
-    EngageWithUnLockLever,
-    UnLock,
-    DisengageFromUnLockLever,
-    RotateToPeg,
-    MoveToPegAtSafeZ,
-    ApproachPeg,
-    EngageWithPeg,
-    IntermediateAPosition,
-    MoveToBPosition,
-    MoveToAPosition,
-    DisengageFromPeg,
-    DisengageFromPegToSafeZ,
-    RotateToLockLever,
-    MoveToLockLeverAtSafeZ,
-    ApproachLockLever,
-    EngageWithLockLever,
-    Lock,
-    DisengageFromLockLever
-};
-
-inline constexpr std::size_t moveCount = 19;
-
-constexpr std::size_t IndexOf(MoveId id) { return static_cast<std::size_t>(id); }
-
-/// A straight move to a position, or an arc.
+/// A straight move to a position, or an arc from where the machine stands.
 struct PlannedMove {
     MoveId id;
     std::variant<XYZData, ArcData> data;
@@ -49,7 +24,31 @@ struct PlanToCheck {
     std::vector<PlannedMove> moves;
 };
 
-/// The moves of a record, in the order of its fields.
+/// The moves of a record, in the order in which they must be made.
 std::vector<PlannedMove> MovesInOrder(const RequiredMoves& record);
+
+/// A move with its ends, which an arc's record does not have.
+struct PlacedMove {
+    PlannedMove move;
+    std::optional<model::Vector3> start; ///< none where it is not known where the machine stood
+    std::optional<model::Vector3> end;   ///< none for an arc without a start
+};
+
+/// The moves as the machine makes them one after the other. `start`: where it stands before the first, if that is
+/// known; a plan of its own begins at the end of its first move.
+std::vector<PlacedMove> PlacedMoves(std::span<const PlannedMove> moves,
+                                    const std::optional<model::Vector3>& start = std::nullopt);
+
+// A record's numbers as the model's
+model::Vector3 VectorOf(const XYZData& position);
+model::Vector3 OriginOf(const ArcData& arc);
+model::Vector3 RotationVectorOf(const ArcData& arc);
+/// The rotation vector scaled to unit length.
+model::Vector3 AxisOf(const ArcData& arc);
+/// How far an arc turns right-handed about its rotation vector, degrees. Records give it left-handed: a positive angle
+/// is clockwise as seen from the vector's tip.
+double RightHandedDegrees(const ArcData& arc);
+
+model::Path PathOf(const PlannedMove& move, const model::Vector3& start);
 
 } // namespace qmv40::plans

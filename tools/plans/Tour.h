@@ -3,6 +3,7 @@
 #include "interface/Records.h"
 #include "tools/model/HeadAngles.h"
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -15,9 +16,8 @@ struct Plan {
     RequiredMoves moves;
 };
 
-/// Has the component plan a tour: each plan begins where the one before ends. When one plan is refused, the whole tour
-/// is: ComponentError.
-std::vector<Plan> PlanTour(const std::string& geometryFile, const model::HeadAngles& from,
-                           const std::vector<model::HeadAngles>& targets);
+/// Has the component plan a tour through the positions; the first is where the head stands. When one plan is refused,
+/// the whole tour is: ComponentError.
+std::vector<Plan> PlanTour(const std::string& geometryFile, std::span<const model::HeadAngles> positions);
 
 } // namespace qmv40::plans

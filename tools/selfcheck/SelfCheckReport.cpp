@@ -83,7 +83,7 @@ bool ReportSelfChecks(const std::vector<SelfCheckGroup>& groups, bool asJson, co
             std::ranges::count_if(group.checks, [](const SelfCheck& check) { return !check.IsPassed(); }));
     }
     if (asJson) {
-        text::PrintJson(ReportJson(groups, off == 0), console.out);
+        text::PrintDocument("selfcheck", ReportJson(groups, off == 0), console.out);
     } else {
         Print(groups, count, off, console);
     }

@@ -222,8 +222,15 @@ Json ErrorJson(const InputError& error) {
     return {{"error", {{"file", error.file}, {"line", line}, {"description", error.reason}}}};
 }
 
-void PrintJson(const Json& document, std::ostream& out) {
+Json ErrorJson(const UsageError& error) {
+    return {{"error", {{"file", nullptr}, {"line", nullptr}, {"description", error.reason}}}};
+}
+
+void PrintDocument(std::string_view command, const Json& content, std::ostream& out) {
+    constexpr int version = 1;
     constexpr int indent = 2;
+    Json document{{"format", "qmv40/" + std::string(command)}, {"version", version}};
+    document.Update(content);
     out << document.Dump(indent) << '\n';
 }
 

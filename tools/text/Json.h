@@ -93,10 +93,14 @@ Json ParseJson(const std::string& fileName, const std::string& content);
 
 Json PointJson(double x, double y, double z);
 Json DirectionJson(double i, double j, double k);
-Json ErrorJson(const InputError& error);
 
-/// One document, indented, with a line end.
-void PrintJson(const Json& document, std::ostream& out);
+// What a document says when a command could not do its work: {"error":{"file","line","description"}}
+Json ErrorJson(const InputError& error);
+Json ErrorJson(const UsageError& error);
+
+/// The one document of a command, indented, with a line end. It begins with "format", which is qmv40/<command>, and
+/// "version"; the members of `content` follow. docs/schema/<command>.json describes it.
+void PrintDocument(std::string_view command, const Json& content, std::ostream& out);
 
 /// The text with every byte that is not UTF-8 replaced, as a document would have it.
 std::string ValidUtf8(const std::string& text);

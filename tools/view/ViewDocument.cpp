@@ -4,6 +4,7 @@
 #include "tools/motion/Sampling.h"
 #include "tools/plans/Moves.h"
 #include "tools/plans/MovesJson.h"
+#include "tools/plans/TurnInWords.h"
 #include "tools/text/Numbers.h"
 #include "tools/view/MoveLevel.h"
 

@@ -225,10 +225,14 @@ TEST_F(CheckCommand, RefusesADocumentThatIsNoPlan) {
         {R"({"plans":[{"from":{"A":"0","B":0}}]})", ": plans[0].from.A is not a number", "a text for a number"},
         {R"({"plans":[{"from":{"A":0,"A":1,"B":0}}]})", ": the member A stands twice", "which of them?"},
         {R"({"plans":[{"from":{"A":1e999,"B":0}}]})", ": holds a number that is too large", "no double"},
-        {head + R"([]}]})", ": plans[0].moves is not an object", "a list of moves"},
-        {head + R"({"UnLok":{}}}]})", ": plans[0].moves has a member UnLok, and there is no such move", "a slip"},
-        {head + R"({"UnLock":{"XOrigin":0}}}]})", ": plans[0].moves.UnLock has no member YOrigin", "half an arc"},
-        {head + R"({"UnLock":3}}]})", ": plans[0].moves.UnLock is not an object", "a number for an arc"},
+        {head + R"({}}]})", ": plans[0].moves is not a list", "no list of moves"},
+        {head + R"([{"name":"UnLok"}]}]})", ": plans[0].moves[0].name is UnLok, and there is no such move", "a slip"},
+        {head + R"([{"name":3}]}]})", ": plans[0].moves[0].name is not a text", "a number for a name"},
+        {head + R"([{"name":"Lock"}]}]})", ": plans[0].moves[0] has no member record", "a name alone"},
+        {head + R"([{"name":"UnLock","record":{"XOrigin":0}}]}]})", ": plans[0].moves[0].record has no member YOrigin",
+         "half an arc"},
+        {head + R"([{"name":"UnLock","record":3}]}]})", ": plans[0].moves[0].record is not an object",
+         "a number for an arc"},
     };
     for (const auto& each : cases) {
         const std::string name = folder.Write("plan.json", each.text);

@@ -14,7 +14,7 @@ Json FitOf(const std::string& shape, const std::string& points) {
     const ToolRun run =
         RunQmv40({"fit", "--shape", shape, "--points", folder.Write("points.csv", pointsHeader + points), "--json"});
     EXPECT_EQ(0, run.exitCode) << run.out << run.err;
-    return run.Document();
+    return run.Content();
 }
 
 TEST(FitCommand, FitsACircle) {

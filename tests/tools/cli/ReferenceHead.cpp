@@ -80,6 +80,16 @@ void ExpectReferenceHead(const Json& head, const std::string& settings) {
         const Json plans = DocumentOf(WithSettings({"move", "--geometry", geometryFile, "--from",
                                                     AnglesArgument(plan["from"]), "--to", AnglesArgument(plan["to"])},
                                                    settings));
-        EXPECT_EQ("", DifferenceBetween(plan["moves"], plans["plans"][0]["moves"], planPrecision, plan["to"].dump()));
+        EXPECT_EQ("", DifferenceBetween(plan["moves"], RecordsOf(plans["plans"][0]["moves"]), planPrecision,
+                                        plan["to"].dump()));
     }
+}
+
+std::string SettingsText(const Json& values) {
+    std::string text = "Windows Registry Editor Version 5.00\n\n"
+                       "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Hollbeck\\VRX Software\\QMV40Calculator]\n";
+    for (const auto& value : values.items()) {
+        text += '"' + value.key() + "\"=\"" + value.value().get<std::string>() + "\"\n";
+    }
+    return text;
 }

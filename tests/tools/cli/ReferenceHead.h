@@ -12,3 +12,6 @@ std::string ReferenceGeometryFile(const Json& head, const TemporaryFolder& folde
 /// Takes a reference head through the tool, with a settings file where `settings` names one, and compares head centre,
 /// rotation and every plan with what was worked out.
 void ExpectReferenceHead(const Json& head, const std::string& settings);
+
+/// A settings file with these texts, by the names of the values.
+std::string SettingsText(const Json& values);

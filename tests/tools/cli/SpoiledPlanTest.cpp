@@ -153,8 +153,7 @@ TEST(SpoiledPlans, AreFoundEachByItsName) {
     const Json clean = file.Plan();
     for (const Spoiled& spoiled : SpoiledPlans()) {
         SCOPED_TRACE(spoiled.why);
-        Json document = clean;
-        spoiled.spoil(document["plans"][0]["moves"]);
+        const Json document = Edited(clean, spoiled.spoil);
         EXPECT_EQ(4, file.Check(document, spoiled.more).exitCode);
         const Json report = file.Report(document, spoiled.more);
         EXPECT_EQ("findings", report["verdict"].get<std::string>());
@@ -183,8 +182,7 @@ TEST(SpoiledPlans, BeginTheirFindingsWithTheMistakeItself) {
     };
     const CheckedPlanFile file;
     for (const auto& each : cases) {
-        Json document = file.Plan();
-        each.spoil(document["plans"][0]["moves"]);
+        const Json document = Edited(file.Plan(), each.spoil);
         const auto names = FindingNames(file.Report(document)["plans"][0]);
         ASSERT_FALSE(names.empty()) << each.why;
         EXPECT_EQ(each.first, names.front()) << each.why;
@@ -205,12 +203,12 @@ TEST(SpoiledPlans, ShowEveryKindOfFindingThatOnePlanCanHave) {
 std::set<std::string> UnnoticedChanges(const CheckedPlanFile& file) {
     std::set<std::string> unnoticed;
     const Json clean = file.Plan();
-    for (const auto& move : clean["plans"][0]["moves"].items()) {
+    const Json records = RecordsOf(clean["plans"][0]["moves"]);
+    for (const auto& move : records.items()) {
         for (const auto& field : move.value().items()) {
             const double size = field.key().ends_with("RotationVector") ? 0.1 : 1.0;
             for (const double change : {size, -size}) {
-                Json document = clean;
-                Add(document["plans"][0]["moves"][move.key()][field.key()], change);
+                const Json document = Edited(clean, [&](Json& moves) { Add(moves[move.key()][field.key()], change); });
                 const bool isNoticed = file.Check(document).exitCode == 4;
                 if (!isNoticed) unnoticed.insert(move.key() + "." + field.key() + (change > 0.0 ? " up" : " down"));
             }
@@ -240,13 +238,14 @@ TEST(SpoiledPlans, AreNoticedWhateverNumberIsWrongUnlessItDoesNoHarm) {
 
 TEST(SpoiledPlans, TypedFromAPrintedTableAreStillGood) {
     const CheckedPlanFile file;
-    Json document = file.Plan();
-    for (auto& move : document["plans"][0]["moves"].items()) {
-        for (auto& field : move.value().items()) {
-            const double decimals = field.key().ends_with("RotationVector") ? 1e6 : 1e4;
-            field.value() = std::round(field.value().get<double>() * decimals) / decimals;
+    const Json document = Edited(file.Plan(), [](Json& moves) {
+        for (auto& move : moves.items()) {
+            for (auto& field : move.value().items()) {
+                const double decimals = field.key().ends_with("RotationVector") ? 1e6 : 1e4;
+                field.value() = std::round(field.value().get<double>() * decimals) / decimals;
+            }
         }
-    }
+    });
     EXPECT_THAT(FindingNames(file.Report(document)["plans"][0]), IsEmpty());
 }
 

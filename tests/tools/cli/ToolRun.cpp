@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 
@@ -24,12 +26,26 @@ std::string DifferenceBetweenNumbers(double expected, double actual, double tole
     return text.str();
 }
 
+/// Every document that a test has printed, one a line, for the test that holds them against their schemas. Without
+/// the environment variable nothing is kept.
+void KeepDocument(const std::string& document) {
+    const char* const fileName = std::getenv("QMV40_DOCUMENTS");
+    if (fileName == nullptr) return;
+    static std::ofstream file(fileName, std::ios::binary);
+    static std::set<std::size_t> kept; // by a hash: many tests print the same
+    const Json parsed = Json::parse(document, nullptr, false);
+    if (kept.insert(std::hash<std::string>()(document)).second) file << parsed.dump() << std::endl;
+}
+
 } // namespace
 
 ToolRun RunQmv40(std::vector<std::string> arguments) {
     std::ostringstream out;
     std::ostringstream err;
+    const bool printsDocument =
+        std::ranges::count(arguments, "--json") != 0 && std::ranges::count(arguments, "--help") == 0;
     const int exitCode = cli::RunTool(std::move(arguments), {out, err, false});
+    if (printsDocument) KeepDocument(out.str());
     return {exitCode, out.str(), err.str()};
 }
 
@@ -59,6 +75,21 @@ std::string PlainGeometryFile(const TemporaryFolder& folder) {
     const ToolRun run = RunQmv40(LoadScenario("plain").GeometryArguments({"--output", fileName}));
     if (run.exitCode != 0) throw std::runtime_error(run.err);
     return fileName;
+}
+
+Json RecordsOf(const Json& moves) {
+    Json records = Json::object();
+    for (const Json& move : moves) records[move["name"].get<std::string>()] = move["record"];
+    return records;
+}
+
+Json Edited(Json document, const std::function<void(Json& records)>& edit) {
+    Json& moves = document["plans"][0]["moves"];
+    Json records = RecordsOf(moves);
+    edit(records);
+    moves = Json::array();
+    for (const auto& record : records.items()) moves.push_back({{"name", record.key()}, {"record", record.value()}});
+    return document;
 }
 
 std::string DifferenceBetween(const Json& expected, const Json& actual, double tolerance, const std::string& where) {

@@ -2,6 +2,7 @@
 
 #include "tests/support/TemporaryFolder.h"
 
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -17,6 +18,13 @@ struct ToolRun {
 
     /// The one document on standard output; fails by an exception when it is not one.
     Json Document() const { return Json::parse(out); }
+    /// The same without "format" and "version".
+    Json Content() const {
+        Json content = Document();
+        content.erase("format");
+        content.erase("version");
+        return content;
+    }
 };
 
 /// Runs the tool in this process, without colours.
@@ -39,6 +47,12 @@ Scenario LoadScenario(const std::string& name);
 
 /// The plain scenario's geometry, computed by the tool and saved in `folder`; the file's name.
 std::string PlainGeometryFile(const TemporaryFolder& folder);
+
+/// The records of the moves of a plan, by the moves' names.
+Json RecordsOf(const Json& moves);
+
+/// The document with the records of its first plan edited. Moves keep a name and a record alone.
+Json Edited(Json document, const std::function<void(Json& records)>& edit);
 
 /// Where two documents differ: in their members, in the order of these, or in a number by more than `tolerance` times
 /// the larger of 1 and its size. Empty when they do not.

@@ -2,6 +2,8 @@
 
 #include "tools/cli/Tool.h"
 
+#include <algorithm>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sstream>
 
@@ -9,7 +11,7 @@ using namespace qmv40;
 
 namespace {
 
-constexpr const char* commands[] = {"geometry", "move", "check", "start", "pole", "fit"};
+constexpr const char* commands[] = {"geometry", "move", "export", "check", "where", "which", "start", "pole", "fit"};
 
 TEST(Usage, HelpTeachesEveryCommandByAnExample) {
     for (const char* command : commands) {
@@ -37,7 +39,7 @@ TEST(Usage, VersionIsTheProjects) {
     EXPECT_EQ("qmv40 " QMV40_VERSION "\n", run.out);
 }
 
-TEST(Usage, WhatMakesNoSenseIsRefusedOnStandardErrorAlone) {
+TEST(Usage, WhatMakesNoSenseIsRefusedAndNothingElseIsPrinted) {
     const struct {
         std::vector<std::string> arguments;
         const char* why;
@@ -65,8 +67,33 @@ TEST(Usage, WhatMakesNoSenseIsRefusedOnStandardErrorAlone) {
     for (const auto& each : cases) {
         const ToolRun run = RunQmv40(each.arguments);
         EXPECT_EQ(2, run.exitCode) << each.why;
-        EXPECT_EQ("", run.out) << each.why;
-        EXPECT_NE("", run.err) << each.why;
+        const bool isJsonWanted = std::ranges::count(each.arguments, "--json") != 0;
+        EXPECT_EQ(!isJsonWanted, run.out.empty()) << each.why;
+        EXPECT_EQ(isJsonWanted, run.err.empty()) << each.why;
+    }
+}
+
+TEST(Usage, ADocumentIsWantedForWrongUsageToo) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* format;
+        const char* description;
+        const char* why;
+    } cases[] = {
+        {{"move", "--json"}, "qmv40/move", "--geometry is required", "what is missing is named"},
+        {{"pole", "--geometry", "--json"}, "qmv40/pole", "--geometry: a value is missing before --json", "no value"},
+        {{"settings", "show", "--json", "--colour"}, "qmv40/settings-show", "not expected", "a command of two words"},
+        {{"fly", "--json"}, "qmv40/error", "", "no command, so no format of its own"},
+    };
+    for (const auto& each : cases) {
+        const ToolRun run = RunQmv40(each.arguments);
+        EXPECT_EQ(2, run.exitCode) << each.why;
+        const Json document = run.Document();
+        EXPECT_EQ(each.format, document["format"]) << each.why;
+        EXPECT_EQ(1, document["version"]) << each.why;
+        EXPECT_THAT(document["error"]["description"].get<std::string>(), testing::HasSubstr(each.description));
+        EXPECT_TRUE(document["error"]["file"].is_null()) << each.why;
+        EXPECT_TRUE(document["error"]["line"].is_null()) << each.why;
     }
 }
 

@@ -18,7 +18,7 @@ Json ViewedHead::Document(std::vector<std::string> more) const {
 
 std::string ViewedHead::SpoiledPlan(const std::string& from, const std::string& to, const std::string& move,
                                     const std::string& number, const Json& value) const {
-    Json plan = RunQmv40({"move", "--geometry", geometry, "--from", from, "--to", to, "--json"}).Document();
-    plan["plans"][0]["moves"][move][number] = value;
-    return folder.Write(move + number + ".json", plan.dump());
+    const Json plan = RunQmv40({"move", "--geometry", geometry, "--from", from, "--to", to, "--json"}).Document();
+    const Json edited = Edited(plan, [&](Json& records) { records[move][number] = value; });
+    return folder.Write(move + number + ".json", edited.dump());
 }

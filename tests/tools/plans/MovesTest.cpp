@@ -1,5 +1,6 @@
 #include "tools/plans/Moves.h"
 #include "tools/plans/HeadAnglesText.h"
+#include "tools/plans/TurnInWords.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
@@ -48,22 +49,55 @@ TEST(MovesList, HoldsEveryFieldOfTheRecordOnceInTheOrderOfTheRecord) {
     EXPECT_EQ(680, expected);
 }
 
-TEST(TurnInWords, SaysWhichWayAsSeenFromTheTipOfTheRotationVector) {
+TEST(MovesList, HasAMoveAtTheIndexOfItsIdAndUnderItsName) {
+    std::size_t index = 0;
+    for (const plans::Move& move : plans::AllMoves()) {
+        EXPECT_EQ(index++, plans::IndexOf(move.id)) << move.name;
+        EXPECT_EQ(&move, plans::FindMove(move.name));
+    }
+    EXPECT_EQ(plans::moveCount, index);
+    EXPECT_EQ(nullptr, plans::FindMove("Unlock"));
+}
+
+TEST(TurnInWords, SaysWhichWayTheMachineGoes) {
+    const model::Vector3 before{0.0, -17.0, 0.0};
     const struct {
         ArcData arc;
+        std::optional<model::Vector3> start;
         const char* words;
         const char* why;
     } cases[] = {
-        {{0, 0, 0, 0, 0, 1, 90}, "turn 90.0000 deg clockwise, seen from above", "a positive angle is clockwise"},
-        {{0, 0, 0, 0, 0, 1, -90}, "turn 90.0000 deg counter-clockwise, seen from above", "a negative one is not"},
-        {{0, 0, 0, 0, 0, -1, 15}, "turn 15.0000 deg clockwise, seen from below", "the tip is below"},
+        {{0, 0, 0, 0, 0, 1, 90},
+         before,
+         "turn 90.0000 deg clockwise, seen from above",
+         "a positive angle is clockwise"},
+        {{0, 0, 0, 0, 0, 1, -90}, before, "turn 90.0000 deg counter-clockwise, seen from above", "a negative is not"},
+        {{0, 0, 0, 0, 0, -1, 15}, before, "turn 15.0000 deg counter-clockwise, seen from above", "the tip is below"},
+        {{0, 0, 0, -1, 0, 0, -135}, before, "turn 135.0000 deg up and over, towards +Y", "over the top of the circle"},
+        {{0, 0, 0, -1, 0, 0, 135}, before, "turn 135.0000 deg down and under, towards +Y", "under its lowest point"},
+        {{0, 0, 0, -1, 0, 0, -45}, before, "turn 45.0000 deg upwards, towards +Y", "not as far as the top"},
+        {{0, 0, 0, -1, 0, 0, 45}, before, "turn 45.0000 deg downwards, towards +Y", "not as far as the lowest point"},
         {{0, 0, 0, -1, 0, 0, -135},
+         model::Vector3{0.0, 17.0, 0.0},
+         "turn 135.0000 deg down and under, towards -Y",
+         "the same arc from the other side"},
+        {{0, 0, 0, -0.8, -0.6, 0, -135},
+         model::Vector3{6.0, -8.0, 0.0},
+         "turn 135.0000 deg up and over, towards -X and +Y",
+         "a head that is mounted turned"},
+        {{0, 0, 0, -1, 0, 0, -360}, before, "turn 360.0000 deg up and over", "a full turn leads nowhere"},
+        {{0, 0, 0, -1, 0, 0, -135},
+         std::nullopt,
          "turn 135.0000 deg counter-clockwise, seen from the tip of (-1.000000, 0.000000, 0.000000)",
-         "a level axis has no above"},
-        {{0, 0, 0, 0, 0, 1, -0.0}, "no turn: 0 deg", "nothing turns, so there is no sense"},
-        {{0, 0, 0, 0, 0, 1, noAngle}, "the angle is not a number: do not run this move", "never a guess"},
+         "where it begins is not known"},
+        {{0, 0, 0, 0.6, 0, 0.8, 10},
+         before,
+         "turn 10.0000 deg clockwise, seen from the tip of (0.600000, 0.000000, 0.800000)",
+         "neither level nor vertical"},
+        {{0, 0, 0, 0, 0, 1, -0.0}, before, "no turn: 0 deg", "nothing turns, so there is no sense"},
+        {{0, 0, 0, 0, 0, 1, noAngle}, before, "the angle is not a number: do not run this move", "never a guess"},
     };
-    for (const auto& each : cases) EXPECT_EQ(each.words, plans::TurnInWords(each.arc)) << each.why;
+    for (const auto& each : cases) EXPECT_EQ(each.words, plans::TurnInWords(each.arc, each.start)) << each.why;
 }
 
 } // namespace

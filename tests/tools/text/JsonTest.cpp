@@ -95,12 +95,17 @@ TEST(Json, ShowsWhatIsNotAFiniteNumberAsNull) {
     RequiredMoves moves{};
     moves.RotateToPeg.RotationAngle = std::nan("");
     moves.ApproachPeg.YPosition = -HUGE_VAL;
+    const std::vector<plans::PlacedMove> placed = plans::PlacedMoves(plans::MovesInOrder(moves));
+    const Reader document = Reader::parse(plans::MovesJson(placed).Dump());
+    EXPECT_TRUE(document[4]["record"]["RotationAngle"].is_null());
+    EXPECT_TRUE(document[6]["record"]["YPosition"].is_null());
+    EXPECT_EQ(0.0, document[6]["record"]["XPosition"].get<double>());
+}
+
+TEST(Document, BeginsWithItsFormatAndVersion) {
     std::ostringstream out;
-    text::PrintJson(plans::MovesJson(moves), out);
-    const Reader document = Reader::parse(out.str());
-    EXPECT_TRUE(document["RotateToPeg"]["RotationAngle"].is_null());
-    EXPECT_TRUE(document["ApproachPeg"]["YPosition"].is_null());
-    EXPECT_EQ(0.0, document["ApproachPeg"]["XPosition"].get<double>());
+    text::PrintDocument("pole", {{"answer", 42}}, out);
+    EXPECT_EQ("{\n  \"format\": \"qmv40/pole\",\n  \"version\": 1,\n  \"answer\": 42\n}\n", out.str());
 }
 
 TEST(Json, ReplacesBytesThatAreNotUtf8) {

@@ -5,21 +5,12 @@
 
 namespace {
 
-std::string SettingsText(const Json& values) {
-    std::string text = "Windows Registry Editor Version 5.00\n\n"
-                       "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Hollbeck\\VRX Software\\QMV40Calculator]\n";
-    for (const auto& value : values.items()) {
-        text += '"' + value.key() + "\"=\"" + value.value().get<std::string>() + "\"\n";
-    }
-    return text;
-}
-
 Json MovesOf(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "move");
     arguments.insert(arguments.end(), {"--from", "0,0", "--to", "45,90", "--json"});
     const ToolRun run = RunQmv40(std::move(arguments));
     EXPECT_EQ(0, run.exitCode) << run.out << run.err;
-    return run.Document()["plans"][0]["moves"];
+    return RecordsOf(run.Document()["plans"][0]["moves"]);
 }
 
 TEST(Settings, OfTheScenarioBringItsHeadOut) {

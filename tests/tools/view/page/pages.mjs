@@ -47,7 +47,7 @@ export class Pages {
     /** The page of a plan that was edited by hand. */
     spoiled(name, geometry, moves, spoil) {
         const plan = { plans: this.plans(["--geometry", geometry, ...moves]) };
-        spoil(plan.plans[0].moves);
+        spoil(Object.fromEntries(plan.plans[0].moves.map((move) => [move.name, move.record])));
         writeFileSync(this.path(`${name}.json`), JSON.stringify(plan));
         return this.view(`${name}.html`, ["--geometry", geometry, "--plan", this.path(`${name}.json`)], 4);
     }
@@ -55,22 +55,5 @@ export class Pages {
     text(name) { return readFileSync(this.path(name), "utf8"); }
 }
 
-/** Where the machine is after an arc: a positive angle turns clockwise, seen from the tip of the vector. */
-function afterArc([x, y, z], arc) {
-    const u = [arc.iRotationVector, arc.jRotationVector, arc.kRotationVector];
-    const origin = [arc.XOrigin, arc.YOrigin, arc.ZOrigin];
-    const v = [x - origin[0], y - origin[1], z - origin[2]];
-    const angle = (-arc.RotationAngle * Math.PI) / 180;
-    const along = u[0] * v[0] + u[1] * v[1] + u[2] * v[2];
-    const across = [u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]];
-    return v.map((value, i) => origin[i] + Math.cos(angle) * value + Math.sin(angle) * across[i] + (1 - Math.cos(angle)) * along * u[i]);
-}
-
 /** Where each move of a plan of `qmv40 move` ends: `[[name, [x, y, z]], …]`. */
-export function endsOfMoves(plan) {
-    let at;
-    return Object.entries(plan.moves).map(([name, move]) => {
-        at = "RotationAngle" in move ? afterArc(at, move) : [move.XPosition, move.YPosition, move.ZPosition];
-        return [name, at];
-    });
-}
+export function endsOfMoves(plan) { return plan.moves.map((move) => [move.name, [move.end.X, move.end.Y, move.end.Z]]); }

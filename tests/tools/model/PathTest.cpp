@@ -1,4 +1,4 @@
-#include "tools/motion/Path.h"
+#include "tools/model/Path.h"
 #include "tests/support/IdealHead.h"
 
 #include <algorithm>
@@ -19,16 +19,16 @@ model::Vector3 AnyVector(std::mt19937_64& random, double size) {
     return {x, y, number(random)};
 }
 
-motion::Path AnyPath(std::mt19937_64& random) {
+model::Path AnyPath(std::mt19937_64& random) {
     const model::Vector3 start = AnyVector(random, 100.0);
-    if (random() % 2 == 0) return motion::Path::Straight(start, AnyVector(random, 100.0));
+    if (random() % 2 == 0) return model::Path::Straight(start, AnyVector(random, 100.0));
     const model::Vector3 axis = model::Unit(AnyVector(random, 1.0));
-    return motion::Path::Arc(start, AnyVector(random, 100.0), axis,
+    return model::Path::Arc(start, AnyVector(random, 100.0), axis,
                              std::uniform_real_distribution(-400.0, 400.0)(random));
 }
 
 /// How far neighbouring points of a walk along the path lie apart, at most.
-double StepLength(const motion::Path& path) {
+double StepLength(const model::Path& path) {
     const double length = path.IsArc() ? path.Radius() * model::ToRadians(std::abs(path.Degrees()))
                                        : model::Distance(path.Start(), path.End());
     return length / steps;
@@ -38,7 +38,7 @@ TEST(Path, ComesAsCloseToAPointAsAWalkAlongItFinds) {
     std::mt19937_64 random(seed);
     for (int round = 0; round < 300; ++round) {
         SCOPED_TRACE(testing::Message() << "seed " << seed << " round " << round);
-        const motion::Path path = AnyPath(random);
+        const model::Path path = AnyPath(random);
         const model::Vector3 point = AnyVector(random, 100.0);
         double walked = model::Distance(path.Start(), point);
         for (int i = 1; i <= steps; ++i) {
@@ -54,7 +54,7 @@ TEST(Path, RunsBetweenTheCoordinatesThatAWalkAlongItFinds) {
     std::mt19937_64 random(seed);
     for (int round = 0; round < 300; ++round) {
         SCOPED_TRACE(testing::Message() << "seed " << seed << " round " << round);
-        const motion::Path path = AnyPath(random);
+        const model::Path path = AnyPath(random);
         const model::Vector3 direction = model::Unit(AnyVector(random, 1.0));
         double smallest = model::Dot(path.Start(), direction);
         double largest = smallest;
@@ -63,7 +63,7 @@ TEST(Path, RunsBetweenTheCoordinatesThatAWalkAlongItFinds) {
             smallest = std::min(smallest, coordinate);
             largest = std::max(largest, coordinate);
         }
-        const motion::Path::Range range = path.RangeAlong(direction);
+        const model::Path::Range range = path.RangeAlong(direction);
         EXPECT_LE(range.smallest, smallest + rounding);
         EXPECT_GE(range.smallest, smallest - StepLength(path));
         EXPECT_GE(range.largest, largest - rounding);
@@ -72,28 +72,28 @@ TEST(Path, RunsBetweenTheCoordinatesThatAWalkAlongItFinds) {
 }
 
 TEST(Path, TurnsRightHanded) {
-    const motion::Path quarter = motion::Path::Arc({12.0, 5.0, 7.0}, {2.0, 5.0, -40.0}, {0.0, 0.0, 1.0}, 90.0);
+    const model::Path quarter = model::Path::Arc({12.0, 5.0, 7.0}, {2.0, 5.0, -40.0}, {0.0, 0.0, 1.0}, 90.0);
     EXPECT_TRUE(IsAt({12.0, 5.0, 7.0}, quarter.Start(), rounding));
     EXPECT_TRUE(IsAt({2.0, 15.0, 7.0}, quarter.End(), rounding));
     EXPECT_DOUBLE_EQ(10.0, quarter.Radius());
-    const motion::Path back = motion::Path::Arc({12.0, 5.0, 7.0}, {2.0, 5.0, -40.0}, {0.0, 0.0, -1.0}, 90.0);
+    const model::Path back = model::Path::Arc({12.0, 5.0, 7.0}, {2.0, 5.0, -40.0}, {0.0, 0.0, -1.0}, 90.0);
     EXPECT_TRUE(IsAt({2.0, -5.0, 7.0}, back.End(), rounding));
 }
 
 TEST(Path, WithoutLengthIsItsPoint) {
     const model::Vector3 place{1.0, 2.0, 3.0};
     const model::Vector3 elsewhere{1.0, 6.0, 6.0};
-    for (const motion::Path& path :
-         {motion::Path::Straight(place, place), motion::Path::Arc(place, {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 0.0),
-          motion::Path::Arc(place, {1.0, 2.0, 0.0}, {0.0, 0.0, 1.0}, 90.0)}) {
+    for (const model::Path& path :
+         {model::Path::Straight(place, place), model::Path::Arc(place, {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 0.0),
+          model::Path::Arc(place, {1.0, 2.0, 0.0}, {0.0, 0.0, 1.0}, 90.0)}) {
         EXPECT_DOUBLE_EQ(5.0, path.SmallestDistanceTo(elsewhere));
         EXPECT_TRUE(IsAt({1.0, 2.0, 3.0}, path.End(), rounding));
     }
 }
 
 TEST(Path, OfAnotherPointOfTheHeadRunsBesideIt) {
-    const motion::Path arc = motion::Path::Arc({10.0, 0.0, 0.0}, {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 180.0);
-    const motion::Path beside = arc.ShiftedBy({1.0, 2.0, 3.0});
+    const model::Path arc = model::Path::Arc({10.0, 0.0, 0.0}, {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 180.0);
+    const model::Path beside = arc.ShiftedBy({1.0, 2.0, 3.0});
     EXPECT_TRUE(IsAt({11.0, 2.0, 3.0}, beside.Start(), rounding));
     EXPECT_TRUE(IsAt({1.0, 12.0, 3.0}, beside.At(0.5), rounding));
     EXPECT_DOUBLE_EQ(10.0, beside.SmallestDistanceTo({1.0, 2.0, 3.0}));

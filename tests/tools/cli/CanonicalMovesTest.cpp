@@ -1,0 +1,44 @@
+// What a controller's interpreter makes of exported G-code: stored by `./test export --store`, which runs LinuxCNC's.
+
+#include "tests/tools/cli/ExecutedProgram.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace {
+
+std::filesystem::path ExportsFolder() {
+    const char* const folder = std::getenv("QMV40_EXPORTS");
+    return folder == nullptr ? std::filesystem::path(QMV40_TEST_DATA) / "export" : std::filesystem::path(folder);
+}
+
+std::string FromTheModesOn(const std::string& program) { return program.substr(program.find("\nG21 ")); }
+
+TEST(CanonicalMoves, AreThePlansThatWereExported) {
+    int programs = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(ExportsFolder())) {
+        if (entry.path().extension() != ".canon") continue;
+        std::filesystem::path plans = entry.path();
+        const Json document = Json::parse(ReadFile(plans.replace_extension(".json").string()));
+        const Program program = ReadCanonicalMoves(ReadFile(entry.path().string()));
+        EXPECT_EQ("", DifferenceFromPlans(program, document["plans"], 0.01)) << entry.path();
+        ++programs;
+    }
+    EXPECT_GE(programs, 2);
+}
+
+TEST(CanonicalMoves, AreOfTheProgramThatTheToolWritesToday) {
+    for (const std::string name : {"plain", "turned-30"}) {
+        const TemporaryFolder folder;
+        const std::string geometry = folder.Name("head.ini");
+        ASSERT_EQ(0, RunQmv40(LoadScenario(name).GeometryArguments({"--output", geometry})).exitCode);
+        const std::string tour = folder.Write("tour.csv", "A,B\n0,0\n45,90\n90,-180\n90,180\n15,-30\n");
+        const ToolRun run = RunQmv40({"export", "--geometry", geometry, "--tour", tour, "--format", "gcode"});
+        const std::string stored = ReadFile((ExportsFolder() / (name + ".ngc")).string());
+        EXPECT_TRUE(FromTheModesOn(stored) == FromTheModesOn(run.out))
+            << name << ": another program; let it be read back with ./test export --store";
+    }
+}
+
+} // namespace

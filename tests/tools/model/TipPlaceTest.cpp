@@ -1,0 +1,118 @@
+#include "tools/model/TipPlace.h"
+#include "tests/support/IdealHead.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+using namespace qmv40;
+
+namespace {
+
+using model::HeadAngles;
+using model::Measured;
+using model::Vector3;
+
+constexpr unsigned seed = 20261122;
+/// Degrees and mm: what a fit of two angles leaves of a double's digits at a machine's coordinates.
+constexpr double fitted = 1e-7;
+
+std::vector<HeadAngles> Positions() {
+    std::vector<HeadAngles> positions;
+    for (int a = 0; a <= 90; a += 15) {
+        for (int b = -180; b <= 180; b += 15) positions.push_back({static_cast<double>(a), static_cast<double>(b)});
+    }
+    return positions;
+}
+
+/// A head with another shift of unlocking than the built-in one, at a machine's coordinates.
+model::HeadModel AnyHead(double mountedTurn) {
+    model::HeadDimensions dimensions{
+        {-6.95, 24.0, -11.5}, {30.3, 0.0, -32.25}, {0.0, -19.3, -4.3}, {0.0, 19.3, -4.3}, 135.0, 138.0};
+    dimensions.lockedToUnlocked = {0.2, -0.3, -1.5};
+    return {{412.5, -178.25, -655.0}, mountedTurn, dimensions};
+}
+
+TEST(PlaceOf, StandsWhereTheTipIsInThePoleSphere) {
+    const model::HeadModel head = IdealHead();
+    const struct {
+        HeadAngles angles;
+        Vector3 tip;
+        Vector3 place;
+        const char* why;
+    } cases[] = {
+        {{0, 0}, {0, 0, -180}, {0, 0, 180}, "a plain stylus that hangs: the machine is above"},
+        {{90, 0}, {0, 0, -180}, {0, 180, 0}, "tilted right-handed about -X the stylus points to -Y"},
+        {{90, 90}, {0, 0, -180}, {-180, 0, 0}, "turned right-handed about Z from there"},
+        {{0, 90}, {20, 0, -180}, {0, -20, 180}, "a tip to the side turns with B"},
+    };
+    for (const auto& each : cases) {
+        EXPECT_TRUE(IsAt(each.place, PlaceOf(head, each.angles, each.tip, Measured::Locked), rounding)) << each.why;
+    }
+}
+
+TEST(PlaceOf, IsShiftedByAnUnlockedHeadWhateverItsAngles) {
+    const model::HeadModel head = AnyHead(30.0);
+    for (const HeadAngles& angles : Positions()) {
+        const Vector3 locked = PlaceOf(head, angles, {3, 4, -100}, Measured::Locked);
+        const Vector3 unlocked = PlaceOf(head, angles, {3, 4, -100}, Measured::Unlocked);
+        EXPECT_TRUE(IsAt(locked + Vector3{0.2, -0.3, -1.5}, unlocked, rounding));
+    }
+}
+
+TEST(AnglesAt, InvertsPlaceOfAtEveryPositionWhereTheAnswerIsOne) {
+    std::mt19937_64 random(seed);
+    std::uniform_real_distribution<double> side(-15.0, 15.0);
+    std::uniform_real_distribution<double> turn(-180.0, 180.0);
+    const std::vector<HeadAngles> positions = Positions();
+    ASSERT_EQ(175u, positions.size());
+    for (const double length : {20.0, 60.0, 180.0, 300.0}) {
+        for (const bool isStraight : {true, false}) {
+            const model::HeadModel head = AnyHead(turn(random));
+            const double x = side(random);
+            const Vector3 tip = isStraight ? Vector3{0, 0, -length} : Vector3{x, side(random), -length};
+            for (const Measured measured : {Measured::Locked, Measured::Unlocked}) {
+                for (const HeadAngles& angles : positions) {
+                    const Vector3 place = PlaceOf(head, angles, tip, measured);
+                    const model::MeasuredAngles found = AnglesAt(head, place, tip, measured, positions);
+                    SCOPED_TRACE(std::to_string(angles.a) + " " + std::to_string(angles.b) + " seed " +
+                                 std::to_string(seed));
+                    EXPECT_LE(found.offPlace, fitted);
+                    EXPECT_NEAR(angles.a, found.angles.a, fitted);
+                    const bool isHanging = isStraight && angles.a == 0.0;
+                    const bool isBehind = std::abs(angles.b) == 180.0;
+                    EXPECT_EQ(isHanging ? 25u : isBehind ? 2u : 1u, found.samePlace.size());
+                    EXPECT_EQ(!isHanging, found.isBKnown);
+                    if (isHanging) continue;
+                    EXPECT_NEAR(0.0, model::Wrapped(angles.b - found.angles.b), fitted);
+                }
+            }
+        }
+    }
+}
+
+TEST(AnglesAt, FindsTheAnglesOfAHeadBetweenItsPositions) {
+    const model::HeadModel head = AnyHead(-3.0);
+    const Vector3 tip{0, 0, -180};
+    const std::vector<HeadAngles> positions = Positions();
+    for (const HeadAngles& angles : {HeadAngles{47.0, 92.0}, HeadAngles{30.2, -44.5}, HeadAngles{83.0, 7.0}}) {
+        const Vector3 place = PlaceOf(head, angles, tip, Measured::Locked);
+        const model::MeasuredAngles found = AnglesAt(head, place, tip, Measured::Locked, positions);
+        EXPECT_NEAR(angles.a, found.angles.a, fitted);
+        EXPECT_NEAR(angles.b, found.angles.b, fitted);
+        EXPECT_NEAR(model::Distance(place, PlaceOf(head, found.nearest, tip, Measured::Locked)), found.offPlace,
+                    rounding);
+        EXPECT_LT(1.0, found.offPlace);
+    }
+}
+
+TEST(AnglesAt, TellsTwoPositionsThatATiltedTipConfuses) {
+    // Half-way between down and +Y, A = 30 and A = 60 bring it to one height on opposite sides.
+    const model::HeadModel head = AnyHead(0.0);
+    const Vector3 tip{0, 100, -100};
+    const Vector3 place = PlaceOf(head, {30, 0}, tip, Measured::Locked);
+    const model::MeasuredAngles found = AnglesAt(head, place, tip, Measured::Locked, Positions());
+    EXPECT_EQ(3u, found.samePlace.size()) << "A 30, B 0; A 60, B -180; A 60, B 180";
+    EXPECT_TRUE(found.isBKnown);
+}
+
+} // namespace

@@ -1,0 +1,39 @@
+#include "tools/motion/Export.h"
+#include "tools/motion/Polyline.h"
+#include "tools/text/Numbers.h"
+
+namespace qmv40::motion {
+
+namespace {
+
+constexpr double millimetresOfMetre = 1000.0;
+
+std::string DmisComment(const std::string& text) { return "$$ " + text + "\n"; }
+
+} // namespace
+
+std::string DmisText(std::span<const Step> program, const ExportOptions& options) {
+    std::string text = DmisComment(std::string(exportMark) + "dmis");
+    for (const std::string& line : options.heading) text += DmisComment(line);
+    // No statement takes the offset of the selected tip off a GOTO: a person has to see to it.
+    text += "DMISMN/'qmv40 export',5.2\n"
+            "UNITS/MM,ANGDEC\n"
+            "D(QMV40MCS)=DATSET/MCS\n"
+            "MODE/PROG,MAN\n"
+            "PRCOMP/OFF\n"
+            "FLY/OFF\n"
+            "TEXT/OPER,'Select a sensor without any tip offset: the tip at the head centre'\n"
+            "TEXT/OPER,'With a tip in force every position would be wrong by its offset'\n"
+            "DMESW/PAUSE\n"
+            "FEDRAT/POSVEL,MPM," +
+            text::ExactText(options.feed / millimetresOfMetre) + "\n";
+    for (const Step& step : program) {
+        text += DmisComment(NameOf(step));
+        for (const model::Vector3& end : ChordEnds(step.path, options.chord)) {
+            text += "GOTO/" + CoordinateText(end.x) + "," + CoordinateText(end.y) + "," + CoordinateText(end.z) + "\n";
+        }
+    }
+    return text + "ENDFIL\n";
+}
+
+} // namespace qmv40::motion

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "tools/motion/Program.h"
+
+#include <string>
+#include <vector>
+
+namespace qmv40::motion {
+
+/// What a program was made of.
+struct Origin {
+    std::span<const plans::PlanToCheck> plans;
+    std::string geometry; ///< file names
+    std::string settings; ///< empty: the machine's own
+    model::Vector3 poleSphere;
+    double safeHeight; ///< before the program is lifted
+    double lift;
+    double chord;
+    double feed;
+};
+
+/// What stands at the beginning of every file, for the person who runs it.
+std::vector<std::string> HeadingOf(std::span<const Step> program, const Origin& origin);
+
+} // namespace qmv40::motion

@@ -1,0 +1,54 @@
+#include "tools/text/Finding.h"
+
+#include <sstream>
+
+namespace qmv40::text {
+
+std::string_view NameOf(Severity severity) {
+    switch (severity) {
+    case Severity::Note:
+        return "note";
+    case Severity::Warning:
+        return "warning";
+    case Severity::Fault:
+        break;
+    }
+    return "fault";
+}
+
+Json FindingJson(const Finding& finding) {
+    Json document{{"name", finding.name},
+                  {"severity", NameOf(finding.severity)},
+                  {"sentence", finding.sentence},
+                  {"remedy", finding.remedy}};
+    document.Update(finding.details);
+    return document;
+}
+
+void PrintFinding(const Finding& finding, std::ostream& out) {
+    out << "  " << finding.place << (finding.place.empty() ? "" : ": ") << NameOf(finding.severity) << ": "
+        << finding.name << (finding.amount.empty() ? "" : " by ") << finding.amount << '\n'
+        << Wrapped("    ", finding.sentence) << Wrapped("    -> ", finding.remedy);
+}
+
+std::string Wrapped(const std::string& first, const std::string& text) {
+    constexpr std::size_t width = 100;
+    std::istringstream words(text);
+    std::string lines = first;
+    std::size_t column = first.size();
+    for (std::string word; words >> word;) {
+        const bool isFirst = column == first.size();
+        if (!isFirst && column + 1 + word.size() > width) {
+            lines += "\n" + std::string(first.size(), ' ');
+            column = first.size();
+        } else if (!isFirst) {
+            lines += ' ';
+            ++column;
+        }
+        lines += word;
+        column += word.size();
+    }
+    return lines + "\n";
+}
+
+} // namespace qmv40::text
