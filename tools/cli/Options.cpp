@@ -32,7 +32,7 @@ template <typename Angles> Option AddFrom(Command& command, Angles& from, const 
 std::optional<model::Vector3> ParsePoint(const std::string& text) {
     const std::size_t comma = text.find(',');
     if (comma == std::string::npos) return std::nullopt;
-    const text::ParsedNumber x = text::ParseNumber(Trimmed(std::string_view(text).substr(0, comma)));
+    const text::ParsedNumber x = text::ParseNumber(ascii::Trimmed(std::string_view(text).substr(0, comma)));
     const auto rest = text::ParseNumberPair(text.substr(comma + 1));
     if (x.problem != nullptr || !rest) return std::nullopt;
     return model::Vector3{x.value, rest->first, rest->second};

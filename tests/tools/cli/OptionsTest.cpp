@@ -36,6 +36,9 @@ protected:
         {"check", "--from", "0,0", "--to", "45,90"},
         {"check", "--all", "--reachable"},
         {"view", "--from", "0,0", "--to", "45,90", "--svg", folder.Name("plan.svg")},
+        {"export", "--from", "0,0", "--to", "45,90", "--format", "points"},
+        {"where", "--at", "0,0", "--tip", "0,0,-180"},
+        {"which", "--tip", "0,0,-180", "--measured", "412.5,-178,-475"},
     };
 };
 
