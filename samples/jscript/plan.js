@@ -22,7 +22,7 @@ function showPosition(position) {
     WScript.Echo("position " + threeDecimals(position[0]) + " " + threeDecimals(position[1]));
 }
 
-// Runs the tool and shows its table: Plan, Move, Name, Kind, and the numbers of a point or an arc.
+// Runs the tool and shows its table: Plan, Move, Name, Kind, the numbers of a point or an arc, and more.
 function showMoves(tool, geometryFile, from, to) {
     var table = files.BuildPath(files.GetSpecialFolder(2), files.GetTempName());
     var command = quoted(tool) + " move --geometry " + quoted(geometryFile) + " --from " + from + " --to " + to;
@@ -32,7 +32,7 @@ function showMoves(tool, geometryFile, from, to) {
     while (!reader.AtEndOfStream) {
         var columns = reader.ReadLine().split(",");
         var text = columns[1] + " " + columns[2];
-        for (var i = 4; i < columns.length; ++i) {
+        for (var i = 4; i <= 10; ++i) {
             if (columns[i] !== "") text += " " + threeDecimals(parseFloat(columns[i]));
         }
         WScript.Echo(text);

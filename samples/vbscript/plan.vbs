@@ -35,7 +35,7 @@ Sub ShowCurrentPosition()
     WScript.Echo "position " & ThreeDecimals(a) & " " & ThreeDecimals(b)
 End Sub
 
-' Runs the tool and shows its table: Plan, Move, Name, Kind, and the numbers of a point or an arc.
+' Runs the tool and shows its table: Plan, Move, Name, Kind, the numbers of a point or an arc, and more.
 Sub ShowMoves(angles)
     Dim table, command, reader, columns, text, i
     table = files.BuildPath(files.GetSpecialFolder(2), files.GetTempName)
@@ -46,7 +46,7 @@ Sub ShowMoves(angles)
     Do Until reader.AtEndOfStream
         columns = Split(reader.ReadLine, ",")
         text = columns(1) & " " & columns(2)
-        For i = 4 To UBound(columns)
+        For i = 4 To 10
             If columns(i) <> "" Then text = text & " " & ThreeDecimals(NumberIn(columns(i)))
         Next
         WScript.Echo text

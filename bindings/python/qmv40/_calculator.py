@@ -40,7 +40,7 @@ def _raise_last(calculator: Any) -> None:
 def _points(rows: Iterable[Sequence[float]]) -> Any:
     """Rows A, B, X, Y, Z, from whatever holds them: tuples, lists, a numpy array."""
     width = len(AlignmentPoint._fields)
-    points = [tuple(float(number) for number in row) for row in rows]
+    points = [tuple(row) for row in rows]
     for row, point in enumerate(points):
         if len(point) != width:
             raise ValueError(f"row {row} has {len(point)} numbers, not the five A, B, X, Y, Z")
