@@ -5,8 +5,8 @@
 #include "benchmarks/Verify.h"
 #include "interface/IQMVCalculator.h"
 #include "platform/ComPointer.h"
-#include "support/AlignmentArray.h"
-#include "support/SimulatedHead.h"
+#include "tests/support/AlignmentArray.h"
+#include "tests/support/SimulatedHead.h"
 
 #include <cmath>
 #include <cstdlib>

@@ -6,7 +6,7 @@
 #include "benchmarks/Verify.h"
 #include "interface/IQMVCalculator.h"
 #include "platform/ComPointer.h"
-#include "support/Bstr.h"
+#include "tests/support/Bstr.h"
 
 #include <cstdlib>
 #include <memory>

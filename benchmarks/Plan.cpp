@@ -8,7 +8,7 @@
 #include "benchmarks/peers/PlanPeers.h"
 #include "calculator/CQMVCalculator.h"
 #include "maths/CQuaternion.h"
-#include "support/Bstr.h"
+#include "tests/support/Bstr.h"
 
 #include <array>
 #include <cmath>

@@ -1,19 +1,19 @@
-// Alignment arrays of every shape and content. Promised:
-//   - the first thing wrong with them decides the refusal: its code and its words, by the documented rules told here a
-//     second time; what is right in shape is computed, or refused as impossible;
-//   - the caller's arrays are as they were, whatever happened;
-//   - a geometry that was accepted has its pole in finite space, and plans that keep the laws of PlanLaws.h;
-//   - the points of a head that exists give its pole and its mounting angle;
-//   - a refusal leaves the position, and leaves plans impossible where they were; good points then give the plans of a
-//     fresh calculator.
+// Passes alignment arrays of any shape and content to the calculator. Laws:
+// - the first fault of the arrays decides the code and the text of the refusal, by the documented rules, which are
+//   written here a second time; arrays of the right shape are computed, or refused as impossible;
+// - the arrays of the caller do not change;
+// - after a success the pole is finite, and plans keep the laws of PlanLaws.h;
+// - the points of a simulated head give its pole and its mounting angle;
+// - a refusal does not change the position, and there are still no plans if there were none before; good points then
+//   give the plans of a new calculator.
 
 #include "PlanLaws.h"
 
 #include "interface/ErrorCodes.h"
-#include "support/AlignmentArray.h"
-#include "support/Calculator.h"
-#include "support/ErrorRecord.h"
-#include "support/SimulatedHead.h"
+#include "tests/support/AlignmentArray.h"
+#include "tests/support/Calculator.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/SimulatedHead.h"
 
 #include <cstring>
 #include <vector>
@@ -58,7 +58,7 @@ Items TakeAnyItems(FuzzedDataProvider& input, bool isASet) {
     return items;
 }
 
-/// Spoils some of the items, if any: one number of one, or one by another.
+/// Spoils one number of an item, or replaces an item by another, or does nothing.
 void Damage(Items& items, FuzzedDataProvider& input) {
     if (items.empty()) return;
     for (int times = input.ConsumeIntegralInRange(0, 6); times > 0; --times) {
@@ -74,7 +74,7 @@ void Damage(Items& items, FuzzedDataProvider& input) {
     }
 }
 
-/// An array as no careful caller would make it.
+/// An array of an unusual shape.
 class HostileArray {
 public:
     HostileArray(const Items& items, FuzzedDataProvider& input) {
@@ -105,7 +105,7 @@ public:
     SAFEARRAY** Address() noexcept { return &array; }
     const SAFEARRAY* Get() const noexcept { return array; }
 
-    /// The upper bound of dimension 1, as arrays count.
+    /// The upper bound of dimension 1: lower bound plus count minus 1.
     LONG UpperBound() const {
         const SAFEARRAYBOUND* const bounds = array->rgsabound;
         const SAFEARRAYBOUND& bound = bounds[array->cDims - 1];
@@ -117,13 +117,13 @@ public:
                array->cbElements == sizeof(HeadAlignmentDataItem) &&
                array->rgsabound[0].cElements > static_cast<ULONG>(UpperBound());
     }
-    /// The points that count: as many as the upper bound tells, from the first one in memory.
+    /// The points that are read: elements 0 to the upper bound, from the first one in memory.
     Items Counted() const {
         Items items(static_cast<std::size_t>(UpperBound()) + 1);
         if (array->pvData != nullptr) std::memcpy(items.data(), array->pvData, items.size() * sizeof items[0]);
         return items;
     }
-    /// Everything of it, to see whether it is still the same.
+    /// All its fields and data, to compare them later.
     std::string Image() const {
         if (array == nullptr) return {};
         std::string image(reinterpret_cast<const char*>(array), sizeof *array);
@@ -165,7 +165,7 @@ std::optional<Refusal> AgainstSet(const HostileArray& points, double HeadAlignme
     return {};
 }
 
-/// What is wrong with the arrays before anything is computed; the first thing counts.
+/// The first fault of the arrays, found before anything is computed.
 std::optional<Refusal> ExpectedRefusal(const HostileArray& a, const HostileArray& b) {
     if (const auto refusal = AgainstCopying(a)) return refusal;
     if (const auto refusal = AgainstCopying(b)) return refusal;
@@ -184,7 +184,7 @@ Raised Plan(IQMVCalculator2& calculator, RequiredMoves& moves) {
     return RaisedBy([&] { calculator.CalculateMove(to.a, to.b, &moves); });
 }
 
-/// How far a head is mounted turned, as its plans tell.
+/// The mounting angle of the head, from a plan.
 double MountingAngleIn(const RequiredMoves& moves) {
     const Vector3 axis = AxisOf(moves.UnLock);
     return qmv40::model::ToDegrees(std::atan2(-axis.y, -axis.x));

@@ -1,8 +1,9 @@
-// Captures as CSV. Promised:
-//   - any bytes: rows of finite numbers, or a refusal that names the file, a line of it and a reason; twice the same;
-//   - what a careful writer writes reads back to the same bits, whatever the separator, the decimal mark, the order and
-//     letter case of its header, its quotes, blanks, comments, line ends and other columns;
-//   - one line of that spoilt: refused with the number of just that line.
+// Reads any bytes as a capture in CSV. Laws:
+// - the result is rows of finite numbers, or a refusal that names the file, a line of it and a reason; reading again
+//   gives the same;
+// - a correct file reads back to the same bits, whatever its separator, its decimal mark, the order and letter case of its
+//   header, its quotes, blanks, comments, line ends and other columns are;
+// - if one line of it is spoilt, the refusal has the number of this line.
 
 #include "Support.h"
 
@@ -74,7 +75,7 @@ void PromiseDefined(const Outcome& outcome, const Outcome& again, std::string_vi
     Promise(error.line == std::get<text::InputError>(again).line, "and the same one each time");
 }
 
-/// A file as a careful writer makes it, line by line, and what must be read from it.
+/// A correct file, line by line, and the numbers that must be read from it.
 class CarefulWriter {
 public:
     explicit CarefulWriter(FuzzedDataProvider& theInput) : input(theInput) {
@@ -100,7 +101,7 @@ public:
     const Rows& Expected() const { return rows; }
     std::size_t Lines() const { return lines.size(); }
 
-    /// The file; with one line spoilt if one is named.
+    /// The file, with one line spoilt if its number is given.
     std::string Content(std::optional<std::size_t> spoilt = {}, std::string_view spoiltText = {}) const {
         std::string content(mark);
         for (std::size_t i = 0; i < lines.size(); ++i)
@@ -113,7 +114,7 @@ public:
         std::size_t line;
         std::string text;
     };
-    /// One of the lines of numbers, made wrong.
+    /// One of the lines of numbers, spoilt.
     Damage Spoil() {
         const std::size_t line = dataLines[Below(dataLines.size())];
         const std::string& text = lines[line];
@@ -167,7 +168,7 @@ private:
         lines.push_back(line);
     }
 
-    /// Lines that say nothing.
+    /// Blank lines and comments.
     void AddNoise() {
         while (input.ConsumeIntegralInRange(0, 3) == 3)
             lines.emplace_back(input.PickValueInArray({"", " \t", "# 1,2,3", "  #"}));

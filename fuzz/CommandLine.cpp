@@ -1,12 +1,12 @@
-// Any argument list for qmv40, in a folder with good and bad files. Promised:
-//   - the tool returns one of its exit codes and throws nothing;
-//   - with --json it prints exactly one document: the result, or the error of a component or of a file that refused;
-//     wrong usage prints none;
-//   - without --json a failure prints nothing on standard output and a reason on standard error; a success prints,
-//     or says there which file it wrote;
-//   - the same arguments give the same output, and the settings in the environment stay as they were;
-//   - no file changes but those that --output and --svg may name, and the page of `view`.
-// Input: one argument a line, an empty line, and the content of the file "given".
+// Runs qmv40 with any list of arguments, in a folder with good and bad files. Laws:
+// - the tool returns one of its exit codes and throws nothing;
+// - with --json it prints exactly one document: the result, or the error of the component or of a refused file; wrong
+//   usage prints none;
+// - without --json a failure prints nothing on standard output and a reason on standard error; a success prints there,
+//   or names the file that it wrote;
+// - the same arguments give the same output, and the settings in the environment do not change;
+// - no file changes except those that --output and --svg name, and the page of `view`.
+// Input: one argument in each line, an empty line, and the content of the file "given".
 
 #include "Support.h"
 

@@ -1,19 +1,19 @@
-// Any bytes as a head geometry file, and what comes of it. Promised:
-//   - a load succeeds exactly when all seven numbers can be read, by the C library's rules for numbers, and none is
-//     999999999; it fails with the one code and the words for that, and with no other;
-//   - after a load the pole is where the file says, and every plan keeps the laws of PlanLaws.h, or, for a head that is
-//     on no machine, is at least made;
-//   - a save into a new file holds the numbers to ten digits; a second load and save changes none of them;
-//   - a save into the very same file, whatever else it holds, loads again to the same numbers;
-//   - after a failure a good file loads as into a fresh calculator.
+// Loads and saves any bytes as a head geometry file. Laws:
+// - a load succeeds if and only if all seven numbers can be read by the C library's rules and none is 999999999; it
+//   fails with the one code and the texts for that, and with no other;
+// - after a load the pole is at the place in the file, and every plan keeps the laws of PlanLaws.h; for a head far
+//   outside any machine there is at least a plan;
+// - a save into a new file holds the numbers to ten digits; a second load and save does not change them;
+// - a save into the same file, whatever else it holds, loads again to the same numbers;
+// - after a failure a good file loads as it does in a new calculator.
 
 #include "PlanLaws.h"
 
 #include "interface/ErrorCodes.h"
-#include "support/Bstr.h"
-#include "support/Calculator.h"
-#include "support/ErrorRecord.h"
-#include "support/ProfileText.h"
+#include "tests/support/Bstr.h"
+#include "tests/support/Calculator.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/ProfileText.h"
 
 #include <vector>
 
@@ -21,7 +21,7 @@ using namespace qmv40;
 
 namespace {
 
-/// The scratch files and the names under which the component is told of them.
+/// The scratch files and their names as the component takes them.
 struct File {
     explicit File(const char* fileName)
         : name(Folder().Name(fileName)), wide(name.begin(), name.end()), argument(wide) {}
@@ -65,7 +65,7 @@ SevenNumbers NumbersIn(const SevenTexts& texts) {
 
 bool IsComplete(const SevenNumbers& numbers) { return std::ranges::find(numbers, 999999999.0) == numbers.end(); }
 
-/// As a load must go, given what the file holds.
+/// How a load must end with this content of the file.
 bool Load(IQMVCalculator2& calculator, File& file, const SevenNumbers& numbers) {
     const Raised loaded = ReturnedBy([&] { return calculator.LoadHeadGeometryFromFile(file.argument.Address()); });
     if (IsComplete(numbers)) {
@@ -105,7 +105,7 @@ void PromisePlans(IQMVCalculator2& calculator, const SevenNumbers& numbers, cons
         Promise(SameNumber(PositionIn(pole)[i], centre[i]), "the pole sphere is where the file says");
     }
     const RequiredMoves moves = PlanOf(calculator, indexing);
-    // Not the other way round: a length that is not a number is no near one.
+    // Written so that a length that is not a number counts as far away.
     const bool isOnAMachine = Length(centre) <= farthestCentre && std::isfinite(numbers[rotation]);
     const HeadModel head = IdealHead(std::fmod(numbers[rotation], 360.0), centre);
     if (isOnAMachine) PromisePlan(moves, head, indexing.from, indexing.to);
@@ -146,7 +146,7 @@ void PromiseSaves(IQMVCalculator2& calculator, File& original, SevenNumbers numb
     Load(*another.Get(), original, savedNumbers);
 }
 
-/// What is left of a failed load does not spoil the next one.
+/// A failed load does not change the result of the next one.
 void PromiseRecovery(IQMVCalculator2& calculator, const Indexing& indexing) {
     static File good("good.ini");
     WriteFile(good.name, goodFile);

@@ -1,17 +1,17 @@
-// Any pair of doubles as where the head stands, any pairs as where it is to go. Promised:
-//   - the right refusal, with its code and its words: range before interval, A before B, targets first brought to whole
-//     degrees with halves away from zero, what no 32-bit integer holds out of range;
-//   - or a plan that keeps every law of PlanLaws.h, its arcs, made left-handed, ending engaged at the target;
-//   - a refused target leaves the position, a refused position hides it;
-//   - the same plan from every calculator with the same head, and its first point as the start position.
-// Input: which head, the position, then targets until the bytes run out.
+// Sets the head to any pair of doubles and plans to any pairs. Laws:
+// - angles that cannot be reached are refused with the right code and text: range before step, A before B. Targets are
+//   first rounded to whole degrees, halves away from zero; a target beyond 32-bit integers is out of range;
+// - otherwise the plan keeps the laws of PlanLaws.h: its arcs, executed left-handed, end engaged at the target;
+// - a refused target does not change the position; after a refused position the position is unknown;
+// - every calculator with the same head makes the same plan, and its first point is the start position.
+// Input: which head, the position, then targets until the bytes end.
 
 #include "PlanLaws.h"
 
 #include "interface/ErrorCodes.h"
-#include "support/Bstr.h"
-#include "support/Calculator.h"
-#include "support/ErrorRecord.h"
+#include "tests/support/Bstr.h"
+#include "tests/support/Calculator.h"
+#include "tests/support/ErrorRecord.h"
 
 #include <vector>
 
@@ -61,7 +61,7 @@ const wchar_t* RefusalOf(const HeadAngles& angles) {
     return nullptr;
 }
 
-/// Halves away from zero, whatever truncation makes of the sum that rounding begins with.
+/// To whole degrees, halves away from zero; the addition of 0.5 is rounded like the component's.
 double WholeDegrees(double angle) {
     const double shifted = std::trunc(angle > 0.0 ? angle + 0.5 : angle - 0.5);
     const bool isWhole = shifted >= -2147483648.0 && shifted <= 2147483647.0;

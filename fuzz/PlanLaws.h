@@ -40,10 +40,10 @@ inline bool SamePlan(const RequiredMoves& left, const RequiredMoves& right) {
     return std::ranges::equal(l, r, SameNumber);
 }
 
-/// Heads farther out than this are on no machine, and their plans are not looked at closely.
+/// No machine is that large: the laws are not tested for heads farther out.
 constexpr double farthestCentre = 1e6;
 
-/// Everything promised of the plan from `from` to `to`. The head's centre is no farther out than farthestCentre.
+/// All laws of the plan from `from` to `to`. The head's centre is no farther out than farthestCentre.
 inline void PromisePlan(const RequiredMoves& moves, const HeadModel& head, const HeadAngles& from,
                         const HeadAngles& to) {
     using enum qmv40::model::LeverState;

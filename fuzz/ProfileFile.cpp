@@ -1,15 +1,16 @@
-// Reading and writing one entry of a profile file of any bytes, in each encoding that such a file may have. Promised:
-//   - a read stays in its buffer, terminates it, changes nothing, and gives the same text twice; a smaller buffer gets
-//     the beginning of what a larger one gets;
-//   - a write that succeeds reads back; everything else in the file stays byte for byte: what went is at most the old
-//     value of that entry, what came is one stretch;
-//   - every other entry reads as before; writing the same again changes nothing;
-//   - names that no file can hold are refused, and the file is left alone;
+// Reads and writes one entry of a profile file of any bytes, in each encoding that such a file may have. Laws:
+// - a read stays within its buffer, terminates it, changes nothing, and gives the same text twice; a smaller buffer
+// gets
+//   the beginning of what a larger one gets;
+// - a write that succeeds reads back; everything else in the file stays byte for byte: at most the old value of the
+//   entry is removed, and one piece of text is added;
+// - every other entry reads as before; writing the same text again changes nothing;
+// - names that a file cannot hold are refused, and the file does not change.
 // Input: section\_key\_value\_section\_key\_content, where a backslash and any other character end a text.
 
 #include "Support.h"
 
-#include "support/ProfileText.h"
+#include "tests/support/ProfileText.h"
 
 #include <algorithm>
 #include <vector>
@@ -97,10 +98,10 @@ std::string Read(const Name& name, const char* defaultText = "", std::size_t roo
     return {buffer.begin(), end};
 }
 
-/// Two defaults: only what is not there reads as either.
+/// Read with two defaults: only a missing entry gives both of them.
 bool IsThere(const Name& name) { return Read(name, "no") == Read(name, "none"); }
 
-/// What a value reads as: without the blanks round it, and without one pair of quotes.
+/// The value as it is read: without the blanks around it, and without one pair of quotes.
 std::string AsRead(const std::string& value) {
     const std::string text = Trimmed(value, blanks);
     const bool isQuoted =
@@ -155,7 +156,7 @@ struct Units {
     }
 };
 
-/// What became of a text: a stretch of it gave way to a new one.
+/// The difference between two texts: one piece of the first is replaced by one piece of the second.
 struct Change {
     std::u16string gone;
     std::u16string came;
@@ -180,8 +181,8 @@ void PromiseOnlyTheValueChanged(const Units& before, const Units& after, bool wa
     Promise(wasThere || gone.empty(), "a new entry takes nothing away");
     const std::u16string old = before.Of(oldValue);
     const std::u16string known = u"\"" + old + u"\" '" + old + u"'";
-    // Where the new value ends in what follows the old one, the two cannot be told apart: blanks then count as
-    // either's.
+    // If the new value ends like the text after the old one, it is not known to which of the two the blanks belong:
+    // both answers count.
     Promise(known.find(Trimmed(gone, std::u16string_view(u" \t\v\f\x1A"))) != std::u16string::npos,
             "only the entry's old value gives way");
 }
@@ -201,12 +202,12 @@ void PromiseWrite(const Name& name, const std::string& value, const Name& bystan
         return;
     }
     Promise(isWritten, "an ordinary file can be written");
-    // Texts of more than one line are the writer's own fault.
+    // A text of more than one line cannot be read back.
     if (!name.CanBeWritten()) return;
     if (value.find_first_of("\r\n") != std::string::npos) return;
 
     Promise(IsThere(name), "what was written is there");
-    // A file of characters cannot hold bytes that are none, and blanks in front of a zero byte stay.
+    // A UTF-16 file cannot hold bytes that are no characters, and blanks before a zero byte stay.
     const bool isHeld = !unitsBefore.IsUtf16() || IsAllCharacters(WideText(value));
     const bool hasZero = unitsBefore.text.find(u'\0') != std::u16string::npos;
     if (isHeld && !(hasZero && blanks.find(value.empty() ? 'x' : value.back()) != std::string_view::npos)) {

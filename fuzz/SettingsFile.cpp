@@ -1,12 +1,10 @@
-// Any bytes as the settings file. Promised:
-//   - the store answers a query with a value, with "too small a buffer" or with "not there", and twice with the same;
-//     a buffer that is too small is left alone, and one of the length named is large enough;
-//   - the readers of the fourteen offsets give the stored number or the default, exactly by the documented rules,
-//   worked
-//     out here a second time on top of the raw queries;
-//   - a value that a known-good writer puts into the file reads back whatever stands in the lines before it, and
-//   whatever
-//     stands behind it that names neither keys nor values.
+// Reads any bytes as the settings file. Laws:
+// - a query answers with a value, with "too small a buffer" or with "not there", and a second query answers the same; a
+//   buffer that is too small is not written, and one of the length that the query names is large enough;
+// - the readers of the fourteen settings give the stored number or the built-in one, by the documented rules, which are
+//   written here a second time with the queries alone;
+// - a value that a second, independent writer puts into the file reads back, whatever is in the lines before it, and
+//   whatever follows that names no key and no value.
 
 #include "Support.h"
 
@@ -70,7 +68,8 @@ void PromiseSoundQueries(const SettingsKey& opened, const SettingsKey& openedAga
     Promise(tooLong.length == answer.length && tooLong.type == answer.type, "and the length that it takes is told");
 }
 
-/// The rules of the offsets, told once more: texts alone count, each in at most the room of the text before it.
+/// The rules of the offsets, written a second time: only texts count, and each may be at most as long as the one
+/// before.
 class DocumentedReader {
 public:
     explicit DocumentedReader(const SettingsKey& theKey) : opened(theKey) {}
@@ -150,7 +149,7 @@ void PromiseDocumentedOffsets(std::size_t plenty) {
     }
 }
 
-/// How the known-good writer writes the file.
+/// How the independent writer writes the file.
 struct Writing {
     bool isOldFormat; ///< REGEDIT4: texts in bytes are narrow
     int mark;         ///< of the encoding: none, UTF-8, UTF-16 in either order

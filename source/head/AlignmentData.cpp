@@ -27,7 +27,7 @@ private:
     SAFEARRAY* copy = nullptr;
 };
 
-/// Accesses the items of an array. The access ends at the latest with the object.
+/// Accesses the items of an array. The access ends with End() or with this object.
 class AccessedItems {
 public:
     explicit AccessedItems(SAFEARRAY* theArray) noexcept : array(theArray), result(Access()) {}

@@ -12,13 +12,13 @@
 ///
 /// Every method returns an HRESULT; only CalculateMove throws its failure code instead of returning it. A failing
 /// method leaves the thread's error record (source, description). When memory runs out (E_OUTOFMEMORY) there may be
-/// none, and none of an earlier failure either. Out parameters are written on success only, except the record of
-/// CalculateMove, which is filled step by step. A null pointer is E_POINTER, after the checks of the state and of the
-/// angles.
+/// no record: a record of an earlier failure is removed. Out parameters are written on success only, except the record
+/// of CalculateMove, which is filled step by step. A null pointer is E_POINTER, after the checks of the state and of
+/// the angles.
 struct IQMVCalculator : DualInterfaceBase {
     /// Replaces the head geometry by the one saved in `FileName`.
     virtual HRESULT STDMETHODCALLTYPE LoadHeadGeometryFromFile(BSTR* FileName) = 0;
-    /// Saves whatever geometry the object holds into `FileName`, also when none was ever supplied.
+    /// Saves the geometry of the object into `FileName`, also if none was ever supplied: then the numbers are zero.
     virtual HRESULT STDMETHODCALLTYPE SaveHeadGeometryToFile(BSTR* FileName) = 0;
     /// The head's A and B as last set or as left by the last CalculateMove.
     virtual HRESULT STDMETHODCALLTYPE GetCurrentHeadPosition(double* APosition, double* BPosition) = 0;

@@ -10,11 +10,11 @@ class CMaLine : public CMaGeometry {
 public:
     /// The line with the smallest sum of squared distances to the points.
     ///
-    /// It passes through the mean of the points, along the direction of their largest spread. Accuracy: the direction
-    /// is right to 20 times the effect of rounding the coordinates by half a unit in the last place, plus 1e-15 rad,
-    /// which grows by a b / (a^2 - b^2) where another direction's spread b comes near the largest, a. The point is
-    /// right to 4 roundings of the largest coordinate. If several directions have the same spread, the result is one of
-    /// them.
+    /// It passes through the mean of the points, along the direction of their largest spread. Accuracy: the error
+    /// of the direction is at most 20 times the effect of rounding the coordinates by half a unit in the last place,
+    /// plus 1e-15 rad. If the second largest spread b is near the largest spread a, the 1e-15 rad are multiplied by
+    /// a b / (a^2 - b^2). The error of the point is at most 4 roundings of the largest coordinate. If several
+    /// directions have the same spread, the result is one of them.
     ///
     /// Throws GeometryError (Impossible), the line unchanged, when there are fewer than two distinct points or a
     /// coordinate is not finite. Coordinates may have any finite size, but points closer together than 1e-307 of their

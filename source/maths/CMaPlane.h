@@ -10,9 +10,9 @@ public:
     /// The plane with the smallest sum of squared distances to the points.
     ///
     /// It passes through the mean of the points. Its normal is the direction of their smallest spread. Accuracy: the
-    /// normal is right to 20 times the effect of rounding the coordinates by half a unit in the last place, plus 1e-15
-    /// rad, which grows by a b / (a^2 - b^2) where another direction's spread a comes near the smallest, b. The point
-    /// is right to 4 roundings of the largest coordinate.
+    /// error of the normal is at most 20 times the effect of rounding the coordinates by half a unit in the last place,
+    /// plus 1e-15 rad. If the second smallest spread a is near the smallest spread b, the 1e-15 rad are multiplied by
+    /// a b / (a^2 - b^2). The error of the point is at most 4 roundings of the largest coordinate.
     ///
     /// Throws GeometryError (Impossible), the plane unchanged, when there are fewer than three distinct points, when
     /// the points lie on one line to within the rounding of their coordinates, or when a coordinate is not finite.

@@ -19,10 +19,11 @@ public:
     /// The vector from the origin to this point.
     CMaVector To3DVector() const noexcept { return {coordinates[0], coordinates[1], coordinates[2]}; }
 
-    /// The foot of the perpendicular from this point to the plane. Each coordinate is right to one unit in the last
-    /// place of the larger of itself and this point's coordinate, and to four of the distance between this point and
-    /// the plane's point: 1.2e-10 mm at coordinates of 1e6 mm, within 100 mm of the plane's point. A result is not
-    /// finite when a coordinate is not finite or that distance is beyond the largest double.
+    /// The foot of the perpendicular from this point to the plane. The error of each coordinate is at most one unit in
+    /// the last place of the coordinate (of the foot or of this point, whichever is larger), plus four units in the
+    /// last place of the distance between this point and the plane's point. Example: 1.2e-10 mm for coordinates of 1e6
+    /// mm and a distance of 100 mm. A result is not finite when a coordinate is not finite or that distance is beyond
+    /// the largest double.
     CMaPoint ProjectionOn(const CMaPlane& plane) const noexcept;
 
 private:

@@ -16,7 +16,7 @@ NumberText TextOf(const ProfileReader& file, const HeadGeometryEntry& entry, con
 } // namespace
 
 std::optional<std::string> ReadHeadGeometryText(const ProfileReader& file, const HeadGeometryEntry& entry) {
-    // A stored text can be equal to one default, but not to two.
+    // Asked twice with different defaults: a stored text can be equal to one of them, but not to both.
     std::string text = TextOf(file, entry, missingNumberText).data();
     if (text == missingNumberText && text != TextOf(file, entry, "").data()) return std::nullopt;
     return text;

@@ -5,8 +5,8 @@
 namespace qmv40 {
 
 /// Two C++ compilers need not agree on what an exception is. On Windows there are two kinds: the one of GCC, in which
-/// this component is built, and the platform's own, which all other compilers there use. Neither's `catch` sees the
-/// other's exceptions, not even as `catch (...)`.
+/// this component is built, and the platform's own, which all other compilers there use. A `catch` of one kind does not
+/// see exceptions of the other kind, not even as `catch (...)`.
 
 /// Raises `code` as the platform's own kind of exception, which such a caller catches as a `long` or HRESULT, when the
 /// program that has its code at `returnAddress` was not linked by GNU ld. Otherwise it returns, and the caller of this

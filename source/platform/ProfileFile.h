@@ -17,9 +17,9 @@ namespace qmv40 {
 /// one in the Windows folder (".\name" is one in the current folder), and a name of 260 characters or more names no
 /// file. Elsewhere a file name without a folder is one in the current folder.
 
-/// A file that is read as it is at one moment, whoever replaces it meanwhile. Never waits.
-/// On Windows nobody can replace the file while this lives, if its name is an absolute one; a program that writes into
-/// the file itself still changes it.
+/// Reads a file as it is at one moment, even if another program replaces the file meanwhile. Never waits.
+/// On Windows no program can replace the file during the life of this object, if its name is absolute. A program that
+/// writes into the file itself still changes what is read.
 class ProfileReader {
 public:
     explicit ProfileReader(const wchar_t* fileName);
@@ -29,8 +29,8 @@ public:
 
     /// Copies the value of `key` in `section`, terminated, into `buffer`, cut to fit. A missing file, section or key
     /// gives `defaultText`. Blanks around the value and one matching pair of quotes are removed.
-    /// Letter case and outer blanks of section and key do not matter. Of several sections or keys of one name the first
-    /// counts. Section "" is what stands before the first section line. A null `defaultText` is empty.
+    /// Letter case and outer blanks of section and key do not matter. If several sections or keys have one name, the
+    /// first is used. Section "" is the text before the first section line. A null `defaultText` is empty.
     void Read(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer) const;
 
 private:
@@ -50,18 +50,22 @@ class ProfileWriter {
 public:
     explicit ProfileWriter(const wchar_t* fileName) : file(fileName == nullptr ? L"" : fileName) {}
 
-    /// Puts `key=text` into `section` at Commit: replaces the key where it stands, or adds key, section and file.
+    /// Puts `key=text` into `section` at Commit: replaces the value of the key, or adds the key, its section
+    /// and the file.
     void Set(const wchar_t* section, const wchar_t* key, std::string_view text);
 
-    /// Writes the entries into a copy beside the file, which takes the file's place in one step: whoever is ended in
-    /// the middle, or reads meanwhile, finds all entries or none. Access rights stay as they were. Where no such copy
-    /// can be made or take the place (an unwritable folder, a full disk, a link, a mounted file, a name that is not
-    /// absolute on Windows), writes the entries into the file itself, one after the other. The first one that cannot be
-    /// written ends that: those before it stay, nothing of itself does. False when an entry could not be written. All
-    /// other content stays; a UTF-8 byte-order mark is taken away, because Windows takes it for the first character of
-    /// the first line. Waits at most 250 ms in all for a program that holds the file, and leaves no other file behind.
-    /// A file that is held for longer, which only Windows knows, gets the copy's content in one write where its holder
-    /// lets others write, and nothing where it does not: a load and another save do not.
+    /// Writes the entries into a copy beside the file. The copy replaces the file in one step, with the same access
+    /// rights: a process that is killed in the middle leaves all entries or none, and a reader finds all or none.
+    ///
+    /// If no copy can be made, or if it cannot replace the file (an unwritable folder, a full disk, a link, a mounted
+    /// file, a name that is not absolute on Windows), the entries are written into the file itself, one after the
+    /// other. The first failure ends this: the entries before it stay, and the failing one leaves no part of itself.
+    ///
+    /// Returns false if an entry could not be written. All other content of the file stays, except a UTF-8 byte-order
+    /// mark, which Windows would take for the first character of the first line. Waits at most 250 ms in all for a
+    /// program that holds the file, and leaves no other file behind. On Windows a program can hold a file for longer.
+    /// If it lets others write, the file then gets the content of the copy in one write, which a load or another save
+    /// never sees in part; if it does not, nothing is written.
     bool Commit();
 
 private:

@@ -61,10 +61,10 @@ enum class SettingSource {
     Stored,
     NoKey,            ///< the key is not there or cannot be opened
     Missing,          ///< there is no such value, or it cannot be read
-    TooLong,          ///< longer than the room that the text before it leaves, or than 255 bytes
+    TooLong,          ///< longer than the text before it in the same offset, or than 255 bytes
     WrongType,        ///< neither REG_SZ nor REG_EXPAND_SZ
     NotTerminated,    ///< a text without its terminating zero byte
-    EarlierUnreadable ///< one before it in the same offset was not read, so this one was not looked at
+    EarlierUnreadable ///< an earlier setting of the same offset could not be read, so this one was not tried
 };
 
 struct SettingReading {

@@ -7,9 +7,9 @@
 #include "formats/NumberText.h"
 #include "interface/IQMVCalculator.h"
 #include "platform/ComPointer.h"
-#include "support/AlignmentArray.h"
-#include "support/ReferenceHeads.h"
-#include "support/SettingsFixture.h"
+#include "tests/support/AlignmentArray.h"
+#include "tests/support/ReferenceHeads.h"
+#include "tests/support/SettingsFixture.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,7 +1,7 @@
 #include "qmv40.h"
-#include "support/ReferenceHeads.h"
-#include "support/SettingsFixture.h"
-#include "support/TemporaryFolder.h"
+#include "tests/support/ReferenceHeads.h"
+#include "tests/support/SettingsFixture.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "calculator/PreparedCalculator.h"
-#include "support/FailingAllocations.h"
+#include "tests/calculator/PreparedCalculator.h"
+#include "tests/support/FailingAllocations.h"
 
 #include <functional>
 
-/// Fails one allocation of `call` after the other, first alone and then with all that follow, until a call gets by
-/// without the one that would have failed. `check` is told each call's code, returned or thrown, with memory back to
-/// normal. Returns how many allocations failed.
+/// Fails one allocation of `call` after the other, first alone and then together with all later ones, until a call ends
+/// before the allocation that would fail. `check` gets the code of each call, returned or thrown, when memory is back.
+/// Returns how many allocations failed.
 inline long ForEveryAllocation(const std::function<HRESULT()>& call, const std::function<void(HRESULT)>& check) {
     constexpr long moreThanEnough = 20000;
     long failures = 0;

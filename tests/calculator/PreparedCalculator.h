@@ -1,10 +1,10 @@
 #pragma once
 
-#include "support/AlignmentArray.h"
-#include "support/Calculator.h"
-#include "support/ErrorRecord.h"
-#include "support/SettingsFixture.h"
-#include "support/SimulatedHead.h"
+#include "tests/support/AlignmentArray.h"
+#include "tests/support/Calculator.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/SettingsFixture.h"
+#include "tests/support/SimulatedHead.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "head/HeadChecks.h"
-#include "head/HeadTest.h"
-#include "support/SimulatedHead.h"
+#include "tests/head/HeadChecks.h"
+#include "tests/head/HeadTest.h"
+#include "tests/support/SimulatedHead.h"
 
 #include <cmath>
 #include <limits>

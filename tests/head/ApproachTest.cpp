@@ -1,7 +1,7 @@
-#include "head/HeadChecks.h"
-#include "head/HeadTest.h"
-#include "head/SavedHead.h"
 #include "maths/ElementaryFunctions.h"
+#include "tests/head/HeadChecks.h"
+#include "tests/head/HeadTest.h"
+#include "tests/head/SavedHead.h"
 
 #include <cmath>
 

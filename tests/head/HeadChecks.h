@@ -2,8 +2,8 @@
 
 #include "head/RoundThePole.h"
 #include "interface/ErrorCodes.h"
-#include "support/AlignmentArray.h"
-#include "support/ErrorRecord.h"
+#include "tests/support/AlignmentArray.h"
+#include "tests/support/ErrorRecord.h"
 #include "tools/model/Angles.h"
 
 #include <gtest/gtest.h>

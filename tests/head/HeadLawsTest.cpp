@@ -1,8 +1,8 @@
 /// Laws that hold for every head: where the whole world is moved or turned, the answer goes with it.
 
-#include "head/HeadChecks.h"
-#include "head/HeadTest.h"
-#include "support/SimulatedHead.h"
+#include "tests/head/HeadChecks.h"
+#include "tests/head/HeadTest.h"
+#include "tests/support/SimulatedHead.h"
 
 #include <cmath>
 #include <random>
@@ -71,7 +71,7 @@ TEST_F(HeadLaws, TheOtherMiddlesOfAQuadrantServeAsWell) {
 }
 
 TEST_F(HeadLaws, TheMountingErrorChangesSignNearAQuadrantsEdge) {
-    // A property of the ten-unit margin, known and kept: callers are told to capture at B = 45.
+    // This follows from the margin of ten units and is required. The documents ask for a capture at B = 45.
     const SimulatedHead simulated{.mountingAngle = -3.0};
     Compute(simulated.ASet(0.0), simulated.BSet(75.0));
     EXPECT_NEAR(head.RequiredRotationAroundZ(), 3.0, angleTolerance);
@@ -100,8 +100,8 @@ TEST_F(HeadLaws, ShiftingAllPointsShiftsTheHeadAndTurnsNothing) {
 }
 
 TEST_F(HeadLaws, TurningAllPointsAboutTheVerticalTurnsTheHead) {
-    // Points without noise: the angle is that of a line with a plane, which goes with the turn only while the plane of
-    // the A set is upright (a plane that leans by e changes it by e * e, another amount at every bearing).
+    // Points without noise. The rotation is the angle of a line with a plane, and turns with the points only if the
+    // plane of the A set is upright: a plane tilted by e changes the angle by e * e, differently at every azimuth.
     const SimulatedHead simulated{.pole = {210.0, -120.0, 330.0}, .mountingAngle = 2.0};
     const AlignmentPoints a = simulated.ASet(45.0);
     const AlignmentPoints b = simulated.BSet(60.0);

@@ -1,7 +1,7 @@
-#include "head/HeadChecks.h"
-#include "head/HeadTest.h"
-#include "head/SavedHead.h"
-#include "support/SimulatedHead.h"
+#include "tests/head/HeadChecks.h"
+#include "tests/head/HeadTest.h"
+#include "tests/head/SavedHead.h"
+#include "tests/support/SimulatedHead.h"
 
 #include <cstring>
 #include <new>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/SettingsFixture.h"
+#include "tests/support/SettingsFixture.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "head/HeadChecks.h"
-#include "head/HeadTest.h"
-#include "head/SavedHead.h"
+#include "tests/head/HeadChecks.h"
+#include "tests/head/HeadTest.h"
+#include "tests/head/SavedHead.h"
 
 namespace {
 

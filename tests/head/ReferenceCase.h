@@ -1,7 +1,7 @@
 #pragma once
 
-#include "head/HeadTest.h"
-#include "support/ReferenceHeads.h"
+#include "tests/head/HeadTest.h"
+#include "tests/support/ReferenceHeads.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
-#include "head/HeadChecks.h"
-#include "head/ReferenceCase.h"
-#include "head/SavedHead.h"
+#include "tests/head/HeadChecks.h"
+#include "tests/head/ReferenceCase.h"
+#include "tests/head/SavedHead.h"
 
 #include <cmath>
 #include <cstdlib>

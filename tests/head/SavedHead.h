@@ -1,8 +1,8 @@
 #pragma once
 
 #include "head/RoundThePole.h"
-#include "support/Bstr.h"
-#include "support/TemporaryFolder.h"
+#include "tests/support/Bstr.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tools/model/Vector3.h"
 
 #include <cstdio>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "maths/ExactVector.h"
+#include "tests/maths/ExactVector.h"
 
 /// How far a fitted line or plane is from the best one, and how far it may be.
 ///

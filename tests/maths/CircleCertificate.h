@@ -1,7 +1,7 @@
 #pragma once
 
-#include "maths/ExactVector.h"
-#include "maths/GeometryChecks.h"
+#include "tests/maths/ExactVector.h"
+#include "tests/maths/GeometryChecks.h"
 
 #include <optional>
 

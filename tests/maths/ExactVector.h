@@ -1,7 +1,7 @@
 #pragma once
 
-#include "maths/DoubleDouble.h"
-#include "maths/GeometryChecks.h"
+#include "tests/maths/DoubleDouble.h"
+#include "tests/maths/GeometryChecks.h"
 
 /// Vectors of 32 digits.
 using ExactVector = std::array<DoubleDouble, 3>;

@@ -1,8 +1,8 @@
 #include "interface/ErrorCodes.h"
-#include "neighbours/Neighbour.h"
-#include "support/Calculator.h"
-#include "support/ErrorRecord.h"
-#include "support/Unwinding.h"
+#include "tests/neighbours/Neighbour.h"
+#include "tests/support/Calculator.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/Unwinding.h"
 
 #include <exception>
 

@@ -1,4 +1,4 @@
-#include "neighbours/Neighbour.h"
+#include "tests/neighbours/Neighbour.h"
 
 #include <cfenv>
 

@@ -1,4 +1,4 @@
-#include "neighbours/HostSnapshot.h"
+#include "tests/neighbours/HostSnapshot.h"
 
 #include <cfenv>
 #include <clocale>

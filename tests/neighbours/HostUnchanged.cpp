@@ -1,6 +1,6 @@
-#include "neighbours/HostSnapshot.h"
-#include "neighbours/Neighbour.h"
-#include "support/Calculator.h"
+#include "tests/neighbours/HostSnapshot.h"
+#include "tests/neighbours/Neighbour.h"
+#include "tests/support/Calculator.h"
 
 #include <cerrno>
 

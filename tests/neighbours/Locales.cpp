@@ -1,5 +1,5 @@
-#include "neighbours/Neighbour.h"
-#include "support/HostLocale.h"
+#include "tests/neighbours/Neighbour.h"
+#include "tests/support/HostLocale.h"
 
 #include <clocale>
 #include <locale>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "neighbours/WholeJob.h"
-#include "support/SettingsFixture.h"
-#include "support/TemporaryFolder.h"
+#include "tests/neighbours/WholeJob.h"
+#include "tests/support/SettingsFixture.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "interface/ErrorCodes.h"
-#include "neighbours/Neighbour.h"
-#include "support/Calculator.h"
-#include "support/ErrorRecord.h"
-#include "support/RefusedSaves.h"
-#include "support/Rounds.h"
-#include "support/TwoGeometries.h"
+#include "tests/neighbours/Neighbour.h"
+#include "tests/support/Calculator.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/RefusedSaves.h"
+#include "tests/support/Rounds.h"
+#include "tests/support/TwoGeometries.h"
 
 #include <atomic>
 #include <thread>

@@ -1,9 +1,9 @@
-#include "neighbours/WholeJob.h"
+#include "tests/neighbours/WholeJob.h"
 
-#include "support/Calculator.h"
-#include "support/ErrorRecord.h"
-#include "support/ReferenceHeads.h"
-#include "support/SimulatedHead.h"
+#include "tests/support/Calculator.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/ReferenceHeads.h"
+#include "tests/support/SimulatedHead.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/AlignmentArray.h"
-#include "support/Bstr.h"
+#include "tests/support/AlignmentArray.h"
+#include "tests/support/Bstr.h"
 
 #include <filesystem>
 #include <string>

@@ -1,8 +1,9 @@
 /// What the machine does with a plan. The arcs are executed by the model of the machine, with the full pi.
 
-#include "planning/Planner.h"
-#include "support/ReferenceHeads.h"
-#include "support/SimulatedHead.h"
+#include "tests/planning/Planner.h"
+#include "tests/support/MoveFields.h"
+#include "tests/support/ReferenceHeads.h"
+#include "tests/support/SimulatedHead.h"
 #include "tools/model/HeadAngles.h"
 #include "tools/model/Turning.h"
 
@@ -26,8 +27,8 @@ template <class Arc> Triple AfterIndexing(const RequiredMoves& moves, Arc&& exec
     return execute(moves.MoveToAPosition, execute(moves.MoveToBPosition, atZero));
 }
 
-/// Degrees between the bearings of two points seen from the origin of an arc about the vertical.
-double BearingBetween(const ArcData& arc, const Triple& left, const Triple& right) {
+/// Degrees between the azimuths of two points seen from the origin of an arc about the vertical.
+double AzimuthBetween(const ArcData& arc, const Triple& left, const Triple& right) {
     const double x1 = left[0] - arc.XOrigin;
     const double y1 = left[1] - arc.YOrigin;
     const double x2 = right[0] - arc.XOrigin;
@@ -37,7 +38,7 @@ double BearingBetween(const ArcData& arc, const Triple& left, const Triple& righ
 
 /// Coordinates of some hundreds (an ulp is 1e-13), three turns, and a pi cut by 1e-15 of itself.
 constexpr double executionTolerance = 2e-12;
-constexpr double bearingTolerance = 1e-11;
+constexpr double azimuthTolerance = 1e-11;
 
 using Angles = model::HeadAngles;
 
@@ -95,7 +96,7 @@ TEST_F(ExecutedMoves, OfIndexingMissByMillimetresWhenTurnedTheWrongWay) {
     }
 }
 
-TEST_F(ExecutedMoves, RoundThePoleEndOnTheBearingOfThePegAndOfTheLever) {
+TEST_F(ExecutedMoves, RoundThePoleEndAtTheAzimuthOfThePegAndOfTheLever) {
     int wrongWayShows = 0;
     for (const Angles& from : Positions()) {
         planner.StandAt(from.a, from.b);
@@ -104,17 +105,17 @@ TEST_F(ExecutedMoves, RoundThePoleEndOnTheBearingOfThePegAndOfTheLever) {
             const RequiredMoves plan = planner.Plan(to.a, to.b);
             const Triple offLever = TripleOf(plan.DisengageFromUnLockLever);
             const Triple atPeg = Executed(plan.RotateToPeg, offLever);
-            ASSERT_LE(BearingBetween(plan.RotateToPeg, atPeg, TripleOf(plan.ApproachPeg)), bearingTolerance);
+            ASSERT_LE(AzimuthBetween(plan.RotateToPeg, atPeg, TripleOf(plan.ApproachPeg)), azimuthTolerance);
             ASSERT_NEAR(atPeg[2], offLever[2], executionTolerance);
 
             const Triple offPeg = TripleOf(plan.DisengageFromPegToSafeZ);
             const Triple atLever = Executed(plan.RotateToLockLever, offPeg);
-            ASSERT_LE(BearingBetween(plan.RotateToLockLever, atLever, TripleOf(plan.ApproachLockLever)),
-                      bearingTolerance);
+            ASSERT_LE(AzimuthBetween(plan.RotateToLockLever, atLever, TripleOf(plan.ApproachLockLever)),
+                      azimuthTolerance);
             ASSERT_NEAR(atLever[2], offPeg[2], executionTolerance);
 
             const Triple astray = ExecutedTheWrongWay(plan.RotateToPeg, offLever);
-            wrongWayShows += BearingBetween(plan.RotateToPeg, astray, TripleOf(plan.ApproachPeg)) > 1.0;
+            wrongWayShows += AzimuthBetween(plan.RotateToPeg, astray, TripleOf(plan.ApproachPeg)) > 1.0;
         }
     }
     EXPECT_GT(wrongWayShows, 325 * 4); // turned the other way nearly every arc ends elsewhere
@@ -132,19 +133,18 @@ TEST_F(ExecutedMoves, OfAMeasuredHeadEndOnTheSameSpotsTurned) {
     planner.StandAt(30.0, -45.0);
     const RequiredMoves before = plain.Plan(75.0, 120.0);
     const RequiredMoves after = planner.Plan(75.0, 120.0);
-    for (const auto& move :
-         {&RequiredMoves::ApproachUnLockLever, &RequiredMoves::EngageWithUnLockLever,
-          &RequiredMoves::DisengageFromUnLockLever, &RequiredMoves::MoveToPegAtSafeZ, &RequiredMoves::ApproachPeg,
-          &RequiredMoves::EngageWithPeg, &RequiredMoves::DisengageFromPeg, &RequiredMoves::DisengageFromPegToSafeZ,
-          &RequiredMoves::MoveToLockLeverAtSafeZ, &RequiredMoves::ApproachLockLever,
-          &RequiredMoves::EngageWithLockLever, &RequiredMoves::DisengageFromLockLever})
-        EXPECT_TRUE(AreNear(TripleOf(after.*move), TurnedAboutZ(TripleOf(before.*move), 25.0), 1e-9));
-    for (const auto& move : {&RequiredMoves::UnLock, &RequiredMoves::RotateToPeg, &RequiredMoves::IntermediateAPosition,
-                             &RequiredMoves::MoveToBPosition, &RequiredMoves::MoveToAPosition,
-                             &RequiredMoves::RotateToLockLever, &RequiredMoves::Lock}) {
-        EXPECT_TRUE(AreNear(OriginOf(after.*move), TurnedAboutZ(OriginOf(before.*move), 25.0), 1e-9));
-        EXPECT_TRUE(AreNear(VectorOf(after.*move), TurnedAboutZ(VectorOf(before.*move), 25.0), 1e-11));
-        EXPECT_NEAR((after.*move).RotationAngle, (before.*move).RotationAngle, 1e-9);
+    for (const MoveField& move : moveFields) {
+        SCOPED_TRACE(move.name);
+        if (move.position != nullptr) {
+            const Triple straightTurned = TurnedAboutZ(TripleOf(before.*move.position), 25.0);
+            EXPECT_TRUE(AreNear(TripleOf(after.*move.position), straightTurned, 1e-9));
+        } else {
+            const ArcData& was = before.*move.arc;
+            const ArcData& is = after.*move.arc;
+            EXPECT_TRUE(AreNear(OriginOf(is), TurnedAboutZ(OriginOf(was), 25.0), 1e-9));
+            EXPECT_TRUE(AreNear(VectorOf(is), TurnedAboutZ(VectorOf(was), 25.0), 1e-11));
+            EXPECT_NEAR(is.RotationAngle, was.RotationAngle, 1e-9);
+        }
     }
 }
 
@@ -162,7 +162,7 @@ TEST_F(ExecutedMoves, AreTheSameAfterSavingAndLoadingTheHeadWithinTenDigits) {
     constexpr double rotationStep = 5e-9;
     constexpr double lengthStep = 5e-8 + 1.05 * rotationStep;
     constexpr double directionStep = rotationStep / 57.0;
-    constexpr double angleStep = 1e-9; // bearings turn together: only rounding is left
+    constexpr double angleStep = 1e-9; // azimuths turn together: only rounding is left
     for (const Angles& from : {Angles{0, 0}, Angles{45, 90}, Angles{90, -180}})
         for (const Angles& to : {Angles{0, 0}, Angles{15, -60}, Angles{75, 180}}) {
             planner.StandAt(from.a, from.b);

@@ -1,4 +1,4 @@
-#include "planning/Planner.h"
+#include "tests/planning/Planner.h"
 
 #include <cmath>
 #include <limits>
@@ -188,7 +188,7 @@ TEST_F(LeverMoves, GoRoundByTheNegatedAngleFromTheStartToTheLever) {
     };
     for (const Case& c : {Case{-24.3, 30.3, 90.0, "a quarter turn clockwise"},
                           Case{24.3, -30.3, -90.0, "a quarter turn counter-clockwise"},
-                          Case{60.6, 48.6, 0.0, "already on that bearing, further out"},
+                          Case{60.6, 48.6, 0.0, "already at that azimuth, further out"},
                           Case{-15.15, -12.15, -180.0, "straight across: half a turn counter-clockwise"}}) {
         planner.CalculateRotateToLockLeverMoves(moves, MaVectorOf(FromCentre(c.x, c.y, -400.0)), 45.0, 90.0);
         // A rounded start can fall on either side of straight across.

@@ -1,4 +1,4 @@
-#include "planning/Planner.h"
+#include "tests/planning/Planner.h"
 
 #include <cmath>
 #include <limits>
@@ -31,8 +31,8 @@ TEST_F(PegMoves, RotateByTheNegatedCounterClockwiseAngleFromTheLeverToThePeg) {
                           Case{{8, 0, 0}, {-4, 4, 0}, -135.0, "more than a right angle"},
                           Case{{8, 0, 0}, {-4, -4, 0}, 135.0, "more than a right angle, clockwise"},
                           Case{{8, 0, 0}, {-16, 0, 0}, -180.0, "straight across is counter-clockwise"},
-                          Case{{8, 0, 0}, {2, 0, 0}, 0.0, "the same bearing"},
-                          Case{{-2, -2, 0}, {0, -3, 0}, -45.0, "from any bearing"}})
+                          Case{{8, 0, 0}, {2, 0, 0}, 0.0, "the same azimuth"},
+                          Case{{-2, -2, 0}, {0, -3, 0}, -45.0, "from any azimuth"}})
         EXPECT_NEAR(RotationToPeg(c.from[0], c.from[1], c.to[0], c.to[1]), c.angle, 2e-13) << c.why;
 }
 
@@ -53,7 +53,7 @@ TEST_F(PegMoves, RotateWithoutRegardToHeightsAndToTheHeadCentreHandedIn) {
 }
 
 TEST_F(PegMoves, RotateByNoNumberWhenTheLeverIsLeftRightAboveThePole) {
-    // Nothing guards a bearing that does not exist.
+    // An azimuth that does not exist is not guarded: it is not-a-number.
     EXPECT_TRUE(std::isnan(RotationToPeg(0.0, 0.0, 0.0, 16.0)));
 }
 

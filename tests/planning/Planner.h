@@ -1,9 +1,9 @@
 #pragma once
 
-#include "head/HeadChecks.h"
-#include "head/HeadTest.h"
-#include "head/SavedHead.h"
 #include "planning/MovePlanner.h"
+#include "tests/head/HeadChecks.h"
+#include "tests/head/HeadTest.h"
+#include "tests/head/SavedHead.h"
 
 #include <cstring>
 

@@ -1,5 +1,5 @@
 #include "maths/ElementaryFunctions.h"
-#include "planning/Planner.h"
+#include "tests/planning/Planner.h"
 
 #include <cmath>
 #include <limits>

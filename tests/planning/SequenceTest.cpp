@@ -1,5 +1,5 @@
-#include "head/ReferenceCase.h"
-#include "planning/Planner.h"
+#include "tests/head/ReferenceCase.h"
+#include "tests/planning/Planner.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/ProfileText.h"
-#include "support/TemporaryFolder.h"
+#include "tests/support/ProfileText.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

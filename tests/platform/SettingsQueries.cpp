@@ -1,5 +1,5 @@
 #include "platform/SettingsStore.h"
-#include "support/SettingsFixture.h"
+#include "tests/support/SettingsFixture.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
-#include "server/Client.h"
+#include "tests/server/Client.h"
 
 #include "interface/ErrorCodes.h"
-#include "support/AlignmentArray.h"
-#include "support/Bstr.h"
-#include "support/ErrorRecord.h"
-#include "support/ExpectedFailure.h"
-#include "support/TemporaryFolder.h"
+#include "tests/support/AlignmentArray.h"
+#include "tests/support/Bstr.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/ExpectedFailure.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <cstring>
 

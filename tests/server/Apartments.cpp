@@ -1,10 +1,10 @@
-#include "server/LateCall.h"
+#include "tests/server/LateCall.h"
 
 #include "interface/ErrorCodes.h"
-#include "server/Client.h"
-#include "support/AlignmentArray.h"
-#include "support/ErrorRecord.h"
-#include "support/TemporaryFolder.h"
+#include "tests/server/Client.h"
+#include "tests/support/AlignmentArray.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <atomic>
 #include <functional>

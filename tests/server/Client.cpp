@@ -1,7 +1,7 @@
-#include "server/Client.h"
+#include "tests/server/Client.h"
 
-#include "server/Registry.h"
-#include "support/AlignmentArray.h"
+#include "tests/server/Registry.h"
+#include "tests/support/AlignmentArray.h"
 
 using namespace qmv40;
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "support/Calculator.h"
-#include "support/SettingsFixture.h"
-#include "support/SimulatedHead.h"
+#include "tests/support/Calculator.h"
+#include "tests/support/SettingsFixture.h"
+#include "tests/support/SimulatedHead.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "interface/ErrorCodes.h"
-#include "server/Client.h"
-#include "support/ErrorRecord.h"
-#include "support/Unwinding.h"
+#include "tests/server/Client.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/Unwinding.h"
 
 #include <cstring>
 

@@ -1,9 +1,9 @@
-#include "server/LateCall.h"
+#include "tests/server/LateCall.h"
 
 #include "interface/ErrorCodes.h"
-#include "server/Client.h"
-#include "server/Registry.h"
-#include "support/TemporaryFolder.h"
+#include "tests/server/Client.h"
+#include "tests/server/Registry.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <functional>
 

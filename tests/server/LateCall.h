@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/Bstr.h"
-#include "support/Calculator.h"
+#include "tests/support/Bstr.h"
+#include "tests/support/Calculator.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "server/Client.h"
+#include "tests/server/Client.h"
 
 #include <gmock/gmock.h>
 

@@ -1,8 +1,8 @@
-#include "server/Registry.h"
+#include "tests/server/Registry.h"
 
-#include "server/Client.h"
 #include "server/windows/IRegistrar.h"
-#include "support/TemporaryFolder.h"
+#include "tests/server/Client.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <optional>
 #include <thread>

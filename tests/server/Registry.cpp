@@ -1,4 +1,4 @@
-#include "server/Registry.h"
+#include "tests/server/Registry.h"
 
 #include <vector>
 

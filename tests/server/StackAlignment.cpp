@@ -1,5 +1,5 @@
-#include "server/Client.h"
-#include "support/AlignmentArray.h"
+#include "tests/server/Client.h"
+#include "tests/support/AlignmentArray.h"
 
 #include <array>
 #include <bit>

@@ -1,8 +1,8 @@
-#include "server/LateCall.h"
+#include "tests/server/LateCall.h"
 
-#include "server/Client.h"
-#include "support/AlignmentArray.h"
-#include "support/TemporaryFolder.h"
+#include "tests/server/Client.h"
+#include "tests/support/AlignmentArray.h"
+#include "tests/support/TemporaryFolder.h"
 
 /// A client may load and free the component for as long as it runs. From the first class on that it asks for, the file
 /// stays in the process; what it is asked to do must leave nothing behind all the same.

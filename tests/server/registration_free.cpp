@@ -1,7 +1,7 @@
-#include "server/Client.h"
+#include "tests/server/Client.h"
 
-#include "server/LateCall.h"
-#include "server/Registry.h"
+#include "tests/server/LateCall.h"
+#include "tests/server/Registry.h"
 
 #include <thread>
 

@@ -1,7 +1,7 @@
-#include "soak/Client.h"
+#include "tests/soak/Client.h"
 
-#include "support/ErrorRecord.h"
-#include "support/SimulatedHead.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/SimulatedHead.h"
 
 #include <cstring>
 #include <fstream>
@@ -127,7 +127,7 @@ void Client::SetNoPosition() {
 
 void Client::TakeGeometry() { Expect(Give(workshop.Choose(Answers::heldCount)), S_OK); }
 
-// What a failure may have replaced by half is replaced whole at once, as callers are told to do.
+// A failure may have replaced half of the geometry. The client replaces all of it at once, as the documents ask.
 void Client::TakeBadGeometry() {
     switch (workshop.Choose(4)) {
     case 0:

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "interface/ErrorCodes.h"
-#include "soak/Model.h"
+#include "tests/soak/Model.h"
 
 #include <cstdint>
 #include <random>
@@ -31,7 +31,7 @@ class Client {
 public:
     explicit Client(Workshop& theWorkshop) : workshop(theWorkshop), calculator(CreateCalculator()) {}
 
-    /// Makes one call (or one that fails and the one that mends it), chosen at random.
+    /// Makes one call, chosen at random; after one that fails, also the call that restores the state.
     void Call();
     /// Puts the object into one certain state.
     void Settle();

@@ -1,6 +1,6 @@
-#include "soak/Model.h"
+#include "tests/soak/Model.h"
 
-#include "support/SimulatedHead.h"
+#include "tests/support/SimulatedHead.h"
 
 #include <fstream>
 #include <iterator>

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "support/AlignmentArray.h"
-#include "support/Bstr.h"
-#include "support/Calculator.h"
-#include "support/ReferenceHeads.h"
-#include "support/TemporaryFolder.h"
+#include "tests/support/AlignmentArray.h"
+#include "tests/support/Bstr.h"
+#include "tests/support/Calculator.h"
+#include "tests/support/ReferenceHeads.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tools/model/HeadAngles.h"
 
 #include <array>
 #include <optional>
@@ -13,10 +14,7 @@
 
 /// What calculators that were made for one call alone answer: the measure for one that has made millions.
 
-struct HeadAngles {
-    double a;
-    double b;
-};
+using qmv40::model::HeadAngles;
 
 inline constexpr std::array<HeadAngles, 6> positions{
     {{0.0, 0.0}, {15.0, -180.0}, {45.0, 90.0}, {90.0, 180.0}, {30.0, -75.0}, {75.0, 15.0}}};

@@ -2,12 +2,12 @@
 
 #include <cstddef>
 
-/// What this process holds of the system's goods at the moment.
+/// Resources of the system that this process holds at the moment.
 struct ProcessFigures {
-    std::size_t residentBytes; ///< 0 where it cannot be told
+    std::size_t residentBytes; ///< 0 if unknown
     std::size_t heapBytes;     ///< allocated and not given back
     long blocks;               ///< the same in blocks of the program's own code
-    long openFiles;            ///< file descriptors or handles; 0 where they cannot be told
+    long openFiles;            ///< file descriptors or handles; 0 if unknown
 
     static ProcessFigures Now();
 };

@@ -1,6 +1,6 @@
-#include "soak/Client.h"
-#include "soak/ProcessFigures.h"
-#include "support/SettingsFixture.h"
+#include "tests/soak/Client.h"
+#include "tests/soak/ProcessFigures.h"
+#include "tests/support/SettingsFixture.h"
 
 #include <chrono>
 #include <cstdio>

@@ -24,7 +24,7 @@ public:
     /// Kills it if it still runs.
     ~ChildProcess();
 
-    /// Ends it at once, wherever it is, and without a chance to tidy up.
+    /// Kills it at once: it cannot clean up.
     void Kill();
     /// Waits for its end: its exit code, or -1 when it was killed or crashed.
     int Wait();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "interface/Identifiers.h"
-#include "support/ErrorRecord.h"
+#include "tests/support/ErrorRecord.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "support/FailingAllocations.h"
+#include "tests/support/FailingAllocations.h"
 
-#include "support/CountedMalloc.h"
+#include "tests/support/CountedMalloc.h"
 
 #include <atomic>
 #include <new>

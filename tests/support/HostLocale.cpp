@@ -1,4 +1,4 @@
-#include "support/HostLocale.h"
+#include "tests/support/HostLocale.h"
 
 #include <clocale>
 #include <cstdlib>

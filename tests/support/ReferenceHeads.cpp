@@ -1,4 +1,6 @@
-#include "support/ReferenceHeads.h"
+#include "tests/support/ReferenceHeads.h"
+
+#include "tests/support/MoveFields.h"
 
 #include <nlohmann/json.hpp>
 
@@ -15,33 +17,12 @@ using Json = nlohmann::json;
 constexpr const char* pointFields[] = {"XPosition", "YPosition", "ZPosition"};
 constexpr const char* arcFields[] = {"XOrigin",         "YOrigin",         "ZOrigin",      "iRotationVector",
                                      "jRotationVector", "kRotationVector", "RotationAngle"};
-/// The moves in their order in the record, and whether each is an arc.
-constexpr std::pair<const char*, bool> moveFields[] = {{"ApproachUnLockLever", false},
-                                                       {"EngageWithUnLockLever", false},
-                                                       {"UnLock", true},
-                                                       {"DisengageFromUnLockLever", false},
-                                                       {"RotateToPeg", true},
-                                                       {"MoveToPegAtSafeZ", false},
-                                                       {"ApproachPeg", false},
-                                                       {"EngageWithPeg", false},
-                                                       {"IntermediateAPosition", true},
-                                                       {"MoveToBPosition", true},
-                                                       {"MoveToAPosition", true},
-                                                       {"DisengageFromPeg", false},
-                                                       {"DisengageFromPegToSafeZ", false},
-                                                       {"RotateToLockLever", true},
-                                                       {"MoveToLockLeverAtSafeZ", false},
-                                                       {"ApproachLockLever", false},
-                                                       {"EngageWithLockLever", false},
-                                                       {"Lock", true},
-                                                       {"DisengageFromLockLever", false}};
-
 std::vector<std::pair<const char*, const char*>> FieldsOfAPlan() {
     std::vector<std::pair<const char*, const char*>> fields;
-    for (const auto& [move, isArc] : moveFields) {
-        const auto add = [&fields, name = move](const char* field) { fields.emplace_back(name, field); };
-        if (isArc) std::for_each(std::begin(arcFields), std::end(arcFields), add);
-        if (!isArc) std::for_each(std::begin(pointFields), std::end(pointFields), add);
+    for (const MoveField& move : moveFields) {
+        const auto add = [&](const char* field) { fields.emplace_back(move.name, field); };
+        if (move.arc != nullptr) std::ranges::for_each(arcFields, add);
+        if (move.position != nullptr) std::ranges::for_each(pointFields, add);
     }
     return fields;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "interface/ErrorCodes.h"
-#include "support/ErrorRecord.h"
+#include "tests/support/ErrorRecord.h"
 
 #include <filesystem>
 

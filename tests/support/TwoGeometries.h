@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/Bstr.h"
-#include "support/Calculator.h"
+#include "tests/support/Bstr.h"
+#include "tests/support/Calculator.h"
 
 #include <filesystem>
 #include <fstream>
@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <string>
 
-/// Two geometries that have no number in common, so that a file or an object with something of both can be told.
+/// Two geometries that have no number in common, so that a file or an object with numbers of both is detected.
 namespace TwoGeometries {
 
 inline std::string ContentOf(const std::filesystem::path& path) {
@@ -17,7 +17,7 @@ inline std::string ContentOf(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// The seven entries of geometry 1 or 2 in a file with content of somebody else's around them.
+/// The seven entries of geometry 1 or 2 in a file, between lines that belong to another program.
 inline std::string FileText(int which) {
     const std::string d = std::to_string(which);
     const auto number = [&](const char* exponent) { return "=" + d + "." + d + d + d + "000000" + exponent + "\r\n"; };

@@ -4,7 +4,8 @@
 #include "maths/fit/PrincipalAxes.h"
 
 // Initial guesses for the solver. The base of the points must be their mean. Each guess takes one pass over the points,
-// and is nothing when its radius is beyond `straightRadius`: then the points cannot be told from a straight line.
+// and is nothing when its radius is beyond `straightRadius`: then the points cannot be distinguished from a straight
+// line.
 
 namespace qmv40::fit {
 

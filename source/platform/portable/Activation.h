@@ -15,7 +15,8 @@ QMV_EXPORT HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid);
 
 namespace qmv40 {
 
-/// One creatable class. It stands for the registry's entries: a module announces its classes when it is loaded.
+/// One creatable class. It takes the place of entries in a registry: a module announces its classes when it is
+/// loaded.
 struct ClassAnnouncement {
     CLSID clsid;
     const OLECHAR* progId;

@@ -23,7 +23,7 @@ extern "C" {
 /// A zeroed descriptor for `dimensions` bounds; the caller fills `cbElements` and the bounds. This is how an array of
 /// records is made: SafeArrayAllocDescriptor, cbElements, rgsabound, SafeArrayAllocData.
 QMV_EXPORT HRESULT SafeArrayAllocDescriptor(UINT dimensions, SAFEARRAY** array) noexcept;
-/// Zeroed memory for every element that the descriptor tells of.
+/// Zeroed memory for all elements that the descriptor counts.
 QMV_EXPORT HRESULT SafeArrayAllocData(SAFEARRAY* array) noexcept;
 /// Frees the data and the descriptor. DISP_E_ARRAYISLOCKED while an access is under way; S_OK for null.
 QMV_EXPORT HRESULT SafeArrayDestroy(SAFEARRAY* array) noexcept;

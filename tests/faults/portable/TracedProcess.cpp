@@ -1,4 +1,4 @@
-#include "faults/portable/TracedProcess.h"
+#include "tests/faults/portable/TracedProcess.h"
 
 #include <cerrno>
 #include <csignal>

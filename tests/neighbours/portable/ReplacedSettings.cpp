@@ -1,6 +1,6 @@
 #include "settings/FixedHeadOffsets.h"
-#include "support/Rounds.h"
-#include "support/TemporaryFolder.h"
+#include "tests/support/Rounds.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

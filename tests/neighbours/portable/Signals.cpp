@@ -1,8 +1,8 @@
 #include "interface/ErrorCodes.h"
-#include "neighbours/Neighbour.h"
-#include "support/Calculator.h"
-#include "support/Rounds.h"
-#include "support/TwoGeometries.h"
+#include "tests/neighbours/Neighbour.h"
+#include "tests/support/Calculator.h"
+#include "tests/support/Rounds.h"
+#include "tests/support/TwoGeometries.h"
 
 #include <atomic>
 #include <csignal>

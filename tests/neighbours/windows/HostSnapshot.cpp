@@ -1,4 +1,4 @@
-#include "neighbours/HostSnapshot.h"
+#include "tests/neighbours/HostSnapshot.h"
 
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>

@@ -1,4 +1,4 @@
-#include "platform/ProfileOnDisk.h"
+#include "tests/platform/ProfileOnDisk.h"
 
 #include <gtest/gtest.h>
 

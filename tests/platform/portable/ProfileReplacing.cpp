@@ -1,6 +1,6 @@
-#include "platform/ProfileOnDisk.h"
-#include "support/portable/OtherProcess.h"
-#include "support/portable/OwnRoot.h"
+#include "tests/platform/ProfileOnDisk.h"
+#include "tests/support/portable/OtherProcess.h"
+#include "tests/support/portable/OwnRoot.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "platform/SettingsStore.h"
-#include "support/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

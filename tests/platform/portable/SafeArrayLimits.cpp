@@ -26,7 +26,7 @@ TEST(SafeArrayLimits, RefuseMoreBytesThanCanBeCounted) {
         std::vector<ULONG> counts;
         const char* why;
     } cases[] = {
-        {1U << 20, {1U << 22, 1U << 22}, "wraps to nought"},
+        {1U << 20, {1U << 22, 1U << 22}, "wraps to 0"},
         {40, {most, most}, "wraps to something small"},
         {most, {most}, "can be counted but not addressed"},
         {8, {most, most, most, most}, "wraps more than once"},

@@ -1,8 +1,8 @@
 #include "platform/Automation.h"
-#include "platform/ProfileOnDisk.h"
 #include "platform/SettingsStore.h"
-#include "support/FailingAllocations.h"
-#include "support/SettingsFixture.h"
+#include "tests/platform/ProfileOnDisk.h"
+#include "tests/support/FailingAllocations.h"
+#include "tests/support/SettingsFixture.h"
 
 #include <gtest/gtest.h>
 

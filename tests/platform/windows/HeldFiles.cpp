@@ -1,6 +1,6 @@
-#include "platform/ProfileOnDisk.h"
 #include "platform/windows/FileHandle.h"
 #include "platform/windows/ProfileCopy.h"
+#include "tests/platform/ProfileOnDisk.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "soak/ProcessFigures.h"
+#include "tests/soak/ProcessFigures.h"
 
-#include "support/FailingAllocations.h"
+#include "tests/support/FailingAllocations.h"
 
 #include <filesystem>
 #include <fstream>

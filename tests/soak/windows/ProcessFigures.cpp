@@ -1,6 +1,6 @@
-#include "soak/ProcessFigures.h"
+#include "tests/soak/ProcessFigures.h"
 
-#include "support/FailingAllocations.h"
+#include "tests/support/FailingAllocations.h"
 
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
@@ -9,7 +9,7 @@
 
 #include <array>
 
-// The automation library keeps freed texts for later unless it is told not to.
+// The automation library keeps freed texts for later use unless this variable is set.
 void MakeFiguresExact() { SetEnvironmentVariableA("OANOCACHE", "1"); }
 
 ProcessFigures ProcessFigures::Now() {

@@ -1,4 +1,4 @@
-#include "support/CountedMalloc.h"
+#include "tests/support/CountedMalloc.h"
 
 // The linker sends every call of malloc, calloc and free in the program's own code to __wrap_..., and __real_... to the
 // C library's (option --wrap): so the texts and arrays of the platform layer can be made to fail too.

@@ -1,6 +1,6 @@
-#include "support/SettingsFixture.h"
+#include "tests/support/SettingsFixture.h"
 
-#include "support/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "support/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>

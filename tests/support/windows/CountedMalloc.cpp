@@ -1,4 +1,4 @@
-#include "support/CountedMalloc.h"
+#include "tests/support/CountedMalloc.h"
 
 #include <cstdlib>
 

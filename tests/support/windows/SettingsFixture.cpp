@@ -1,4 +1,4 @@
-#include "support/SettingsFixture.h"
+#include "tests/support/SettingsFixture.h"
 
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>

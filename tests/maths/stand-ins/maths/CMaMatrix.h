@@ -2,7 +2,7 @@
 
 #include "maths/CMaVector.h"
 
-/// Stands in for the component's matrix, which never fails where CQuaternion uses it: this one fails when it is told
+/// Replaces the component's matrix, which never fails where CQuaternion uses it: this one fails when a test asks
 /// to.
 class CMaMatrix : public CMaObject {
 public:

@@ -1,0 +1,299 @@
+#include "interface/ErrorCodes.h"
+#include "tests/calculator/PreparedCalculator.h"
+#include "tests/support/Bstr.h"
+#include "tests/support/FailingAllocations.h"
+#include "tests/support/ReferenceHeads.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <functional>
+
+using namespace qmv40;
+
+/// Every method, succeeding and failing, through each interface of plain and aggregated objects, with every allocation
+/// made to fail in turn: its own code or E_OUTOFMEMORY, nothing leaked, and the object as good as before.
+
+namespace {
+
+using Extent = FailingAllocations::Extent;
+
+constexpr Extent extents[] = {Extent::One, Extent::AllAfter};
+constexpr long moreThanEnough = 5000;
+
+/// A calculator as one of the interfaces, with whatever owns it.
+struct Object {
+    ComPointer<IUnknown> owner;
+    ComPointer<IQMVCalculator2> calculator;
+    ComPointer<IQMVCalculator> first; ///< asked for by its own identifier
+};
+
+/// An object that has the calculator inside it.
+class Outer final : public IUnknown {
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (iid != IID_IUnknown) return inner->QueryInterface(iid, object);
+        AddRef();
+        *object = static_cast<IUnknown*>(this);
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references;
+        if (left == 0) std::unique_ptr<Outer>(this).reset();
+        return left;
+    }
+
+    ULONG references = 1;
+    ComPointer<IUnknown> inner;
+};
+
+Object Plain() {
+    Object object;
+    object.calculator = CreateCalculator();
+    object.calculator->QueryInterface(IID_IQMVCalculator, object.first.Receive());
+    return object;
+}
+
+Object Aggregated() {
+    Object object;
+    auto outer = std::make_unique<Outer>();
+    CalculatorFactory()->CreateInstance(outer.get(), IID_IUnknown, outer->inner.Receive());
+    object.owner = ComPointer<IUnknown>(outer.release());
+    object.owner->QueryInterface(IID_IQMVCalculator2, object.calculator.Receive());
+    object.owner->QueryInterface(IID_IQMVCalculator, object.first.Receive());
+    return object;
+}
+
+/// What a call wrote to its caller, if anything.
+using Numbers = std::array<double, numbersInAPlan>;
+
+struct Method {
+    const char* how;
+    std::function<HRESULT(IQMVCalculator&, Numbers&)> call;
+    HRESULT code;
+};
+
+class EveryMethod : public PreparedCalculator {
+protected:
+    /// Puts the object into the state that all calls start from: a geometry, and the head at (30, -75).
+    void Prepare(const Object& object) {
+        EXPECT_EQ(Enter(*object.calculator.Get(), Head()), S_OK);
+        EXPECT_EQ(object.calculator->SetCurrentHeadPosition(30.0, -75.0), S_OK);
+    }
+
+    /// The code that a call returns or throws.
+    static HRESULT Code(const Method& method, IQMVCalculator& calculator, Numbers& numbers) {
+        numbers = {};
+        try {
+            return method.call(calculator, numbers);
+        } catch (const HRESULT thrown) {
+            return thrown;
+        }
+    }
+
+    void FailEveryAllocationOf(const Method& method, const Object& object, IQMVCalculator& calculator) {
+        Prepare(object);
+        Numbers expected{};
+        EXPECT_EQ(Code(method, calculator, expected), method.code);
+        SetErrorInfo(0, nullptr);
+        Prepare(object);
+        const long blocks = FailingAllocations::LiveBlocks();
+        for (const Extent extent : extents) {
+            bool wasReached = true;
+            for (long n = 0; wasReached; ++n) {
+                ASSERT_LT(n, moreThanEnough) << "no end of allocations";
+                Numbers numbers{};
+                FailingAllocations failing(n, extent);
+                const HRESULT code = Code(method, calculator, numbers);
+                wasReached = failing.Stop();
+                failures += wasReached ? 1 : 0;
+                ASSERT_TRUE(code == method.code || (wasReached && code == E_OUTOFMEMORY)) << std::hex << code;
+                if (code == S_OK) {
+                    ASSERT_EQ(numbers, expected);
+                }
+                // Whatever has failed, the same can be had now; then everything is as it was.
+                Prepare(object);
+                ASSERT_EQ(Code(method, calculator, numbers), method.code);
+                ASSERT_EQ(numbers, expected);
+                SetErrorInfo(0, nullptr);
+                Prepare(object);
+                ASSERT_EQ(FailingAllocations::LiveBlocks(), blocks) << "allocation " << n;
+            }
+        }
+    }
+
+    std::vector<Method> Methods() {
+        const auto entering = [](AlignmentArray& a, AlignmentArray& b) {
+            return [&](IQMVCalculator& calculator, Numbers&) {
+                return calculator.EnterHeadGeometry(a.Address(), b.Address());
+            };
+        };
+        const auto planning = [](double a, double b) {
+            return [=](IQMVCalculator& calculator, Numbers& numbers) {
+                RequiredMoves moves{};
+                const HRESULT code = calculator.CalculateMove(a, b, &moves);
+                numbers = NumbersOf(moves);
+                return code;
+            };
+        };
+        return {
+            {"loading", [&](auto& calculator, auto&) { return calculator.LoadHeadGeometryFromFile(saved.Address()); },
+             S_OK},
+            {"loading what is not there",
+             [&](auto& calculator, auto&) { return calculator.LoadHeadGeometryFromFile(nowhere.Address()); },
+             QMV_E_READ_FROM_FILE},
+            {"loading without a name",
+             [&](auto& calculator, auto&) { return calculator.LoadHeadGeometryFromFile(nullptr); }, E_POINTER},
+            {"saving", [&](auto& calculator, auto&) { return calculator.SaveHeadGeometryToFile(saved.Address()); },
+             S_OK},
+            {"saving where no file can be",
+             [&](auto& calculator, auto&) { return calculator.SaveHeadGeometryToFile(nowhere.Address()); },
+             QMV_E_WRITE_TO_FILE},
+            {"asking for the position",
+             [](auto& calculator, auto& numbers) {
+                 return calculator.GetCurrentHeadPosition(&numbers[0], &numbers[1]);
+             },
+             S_OK},
+            {"asking for the position with nowhere to put it",
+             [](auto& calculator, auto&) { return calculator.GetCurrentHeadPosition(nullptr, nullptr); }, E_POINTER},
+            {"setting the position",
+             [](auto& calculator, auto&) { return calculator.SetCurrentHeadPosition(45.0, 90.0); }, S_OK},
+            {"setting a position that there is not",
+             [](auto& calculator, auto&) { return calculator.SetCurrentHeadPosition(7.0, 0.0); }, QMV_E_INVALID_TARGET},
+            {"planning", planning(60.0, 120.0), S_OK},
+            {"planning to where the head cannot be", planning(60.0, 200.0), QMV_E_INVALID_TARGET},
+            {"planning into nothing",
+             [](auto& calculator, auto&) { return calculator.CalculateMove(0.0, 0.0, nullptr); }, E_POINTER},
+            {"entering", entering(aSet, bSet), S_OK},
+            {"entering too few points", entering(fewPoints, bSet), QMV_E_TOO_FEW_POINTS},
+            {"entering the other axis's points", entering(bSet, aSet), QMV_E_FIXED_AXIS_MOVED},
+            {"entering points on a line", entering(line, bSet), QMV_E_GEOMETRY_IMPOSSIBLE},
+            {"entering no array", entering(none, bSet), E_INVALIDARG},
+            {"asking for the start",
+             [](auto& calculator, auto& numbers) {
+                 XYZData start{};
+                 const HRESULT code = calculator.GetStartPosition(&start);
+                 numbers[0] = start.XPosition;
+                 numbers[1] = start.YPosition;
+                 numbers[2] = start.ZPosition;
+                 return code;
+             },
+             S_OK},
+        };
+    }
+
+    static std::vector<HeadAlignmentDataItem> OnALine() {
+        auto points = Head().ASet(45.0);
+        double along = 0.0;
+        for (auto& point : points) point = {point.APosition, point.BPosition, along += 1.0, 0.0, 0.0};
+        return points;
+    }
+
+    TemporaryFolder folder;
+    Bstr saved{folder.Path("head.ini")};
+    Bstr nowhere{folder.Path("no such folder") / "head.ini"};
+    AlignmentArray aSet{Head().ASet(45.0)};
+    AlignmentArray bSet{Head().BSet(60.0)};
+    AlignmentArray fewPoints{Head().ASet(45.0, 3)};
+    AlignmentArray line{OnALine()};
+    AlignmentArray none = AlignmentArray::Null();
+    long failures = 0;
+};
+
+TEST_F(EveryMethod, HasItsOwnCodeOrThatOfMissingMemoryAndLeavesTheObjectAsItWas) {
+    ASSERT_EQ(WithGeometry()->SaveHeadGeometryToFile(saved.Address()), S_OK);
+    for (const auto make : {&Plain, &Aggregated}) {
+        const Object object = make();
+        ASSERT_TRUE(object.calculator && object.first);
+        for (const Method& method : Methods()) {
+            SCOPED_TRACE(method.how);
+            FailEveryAllocationOf(method, object, *object.first.Get());
+            FailEveryAllocationOf(method, object, *object.calculator.Get());
+        }
+        const Method pole{"asking for the pole",
+                          [&](IQMVCalculator&, Numbers& numbers) {
+                              XYZData found{};
+                              const HRESULT code = object.calculator->GetPoleSpherePosition(&found);
+                              numbers[0] = found.XPosition;
+                              return code;
+                          },
+                          S_OK};
+        FailEveryAllocationOf(pole, object, *object.calculator.Get());
+    }
+    EXPECT_GT(failures, 500);
+    std::cout << failures << " allocations failed" << std::endl;
+}
+
+TEST_F(EveryMethod, OfANewObjectFailsWithItsOwnCodeOrOutOfMemory) {
+    const auto fresh = CreateCalculator();
+    double a = 0.0, b = 0.0;
+    XYZData start{};
+    RequiredMoves moves{};
+    const std::function<HRESULT()> calls[] = {[&] { return fresh->GetCurrentHeadPosition(&a, &b); },
+                                              [&] { return fresh->GetStartPosition(&start); },
+                                              [&] { return fresh->CalculateMove(0.0, 0.0, &moves); }};
+    constexpr HRESULT codes[] = {QMV_E_POSITION_UNKNOWN, QMV_E_NO_HEAD_GEOMETRY, QMV_E_NO_HEAD_GEOMETRY};
+    for (std::size_t i = 0; i < std::size(calls); ++i) {
+        const long blocks = FailingAllocations::LiveBlocks();
+        for (const Extent extent : extents) {
+            bool wasReached = true;
+            for (long n = 0; wasReached; ++n) {
+                ASSERT_LT(n, moreThanEnough);
+                HRESULT code = S_OK;
+                FailingAllocations failing(n, extent);
+                try {
+                    code = calls[i]();
+                } catch (const HRESULT thrown) {
+                    code = thrown;
+                }
+                wasReached = failing.Stop();
+                ASSERT_TRUE(code == codes[i] || (wasReached && code == E_OUTOFMEMORY)) << std::hex << code;
+                SetErrorInfo(0, nullptr);
+                ASSERT_EQ(FailingAllocations::LiveBlocks(), blocks);
+            }
+        }
+    }
+}
+
+/// Creates an object for `iid`; plain, or inside `outer`.
+HRESULT Create(IClassFactory& factory, IUnknown* outer, REFIID iid) {
+    ComPointer<IUnknown> object;
+    return factory.CreateInstance(outer, iid, object.Receive());
+}
+
+TEST_F(EveryMethod, OfTheFactoryLeavesNothingBehindWhateverIsAskedOfIt) {
+    const auto factory = CalculatorFactory();
+    Outer outer;
+    const struct {
+        IUnknown* outer;
+        const IID* iid;
+        HRESULT code;
+    } creations[] = {
+        {nullptr, &IID_IUnknown, S_OK},
+        {nullptr, &IID_IQMVCalculator, S_OK},
+        {nullptr, &IID_IQMVCalculator2, S_OK},
+        {nullptr, &IID_ISupportErrorInfo, S_OK},
+        {nullptr, &IID_IClassFactory, E_NOINTERFACE},
+        {&outer, &IID_IUnknown, S_OK},
+        {&outer, &IID_IQMVCalculator, CLASS_E_NOAGGREGATION},
+    };
+    long failed = 0;
+    for (const auto& [owner, iid, expected] : creations) {
+        const long blocks = FailingAllocations::LiveBlocks();
+        for (const Extent extent : extents) {
+            bool wasReached = true;
+            for (long n = 0; wasReached; ++n) {
+                ASSERT_LT(n, moreThanEnough);
+                FailingAllocations failing(n, extent);
+                const HRESULT code = Create(*factory.Get(), owner, *iid);
+                wasReached = failing.Stop();
+                failed += wasReached ? 1 : 0;
+                ASSERT_TRUE(code == expected || (wasReached && code == E_OUTOFMEMORY)) << std::hex << code;
+                ASSERT_EQ(FailingAllocations::LiveBlocks(), blocks);
+                ASSERT_EQ(outer.references, 1U);
+            }
+        }
+    }
+    EXPECT_GT(failed, 10);
+}
+
+} // namespace

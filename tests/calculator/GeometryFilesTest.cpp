@@ -1,0 +1,276 @@
+#include "interface/ErrorCodes.h"
+#include "tests/calculator/PreparedCalculator.h"
+#include "tests/support/Bstr.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <cmath>
+#include <fstream>
+#include <functional>
+#include <iterator>
+
+/// Geometry that is entered, saved, loaded and replaced, as a client does it.
+
+namespace {
+
+std::string ContentOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Blank lines and the kind of line end aside: that is where the platforms' profile writers differ.
+std::string LinesOf(const std::filesystem::path& path) {
+    std::string lines;
+    for (const char c : ContentOf(path))
+        if (c != '\r' && (c != '\n' || (!lines.empty() && lines.back() != '\n'))) lines += c;
+    return lines;
+}
+
+void Write(const std::filesystem::path& path, const std::string& content) {
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+class GeometryFiles : public PreparedCalculator {
+protected:
+    static std::string FileText(const char* centre, const char* safe, const char* alignment) {
+        return std::string("[HEADCENTRE]\r\n") + centre + "[SAFEPOSITION]\r\n" + safe + alignment;
+    }
+    static std::string CompleteText() {
+        return FileText("X=1\r\nY=2\r\nZ=3\r\n", "X=4\r\nY=5\r\nZ=6\r\n",
+                        "[AlignmentOffset]\r\nRequiredRotationAroundZ=0\r\n");
+    }
+    static std::string TextWithoutRotation() {
+        return FileText("X=10\r\nY=20\r\nZ=30\r\n", "X=4\r\nY=5\r\nZ=6\r\n", "");
+    }
+
+    HRESULT Load(IQMVCalculator& calculator) const { return calculator.LoadHeadGeometryFromFile(Bstr(path).Address()); }
+    HRESULT Save(IQMVCalculator& calculator) const { return calculator.SaveHeadGeometryToFile(Bstr(path).Address()); }
+
+    TemporaryFolder folder;
+    std::filesystem::path path = folder.Path("head.ini");
+};
+
+TEST_F(GeometryFiles, OfAFreshObjectHoldZerosAndAreNotRefused) {
+    const auto calculator = CreateCalculator();
+    EXPECT_EQ(Save(*calculator.Get()), S_OK);
+    EXPECT_EQ(LinesOf(path), "[HEADCENTRE]\nX=0.000000000e+00\nY=0.000000000e+00\nZ=0.000000000e+00\n"
+                             "[SAFEPOSITION]\nX=0.000000000e+00\nY=0.000000000e+00\nZ=0.000000000e+00\n"
+                             "[AlignmentOffset]\nRequiredRotationAroundZ=0.000000000e+00\n");
+}
+
+TEST_F(GeometryFiles, PlanTheSameMovesAsTheGeometryThatWasSaved) {
+    // Ten digits of coordinates in the hundreds, and of an angle in tens of degrees at a reach of a hundred.
+    constexpr double tenDigits = 1e-6;
+    const auto saver = At(15.0, -60.0);
+    ASSERT_EQ(Save(*saver.Get()), S_OK);
+    const auto loader = CreateCalculator();
+    ASSERT_EQ(Load(*loader.Get()), S_OK);
+    ASSERT_EQ(loader->SetCurrentHeadPosition(15.0, -60.0), S_OK);
+    RequiredMoves saved{};
+    RequiredMoves loaded{};
+    ASSERT_EQ(saver->CalculateMove(75.0, 120.0, &saved), S_OK);
+    ASSERT_EQ(loader->CalculateMove(75.0, 120.0, &loaded), S_OK);
+    ExpectNear(loaded.ApproachUnLockLever, saved.ApproachUnLockLever, tenDigits);
+    ExpectNear(loaded.EngageWithPeg, saved.EngageWithPeg, tenDigits);
+    ExpectNear(loaded.DisengageFromPegToSafeZ, saved.DisengageFromPegToSafeZ, tenDigits);
+    ExpectNear(loaded.DisengageFromLockLever, saved.DisengageFromLockLever, tenDigits);
+    EXPECT_NEAR(loaded.RotateToPeg.RotationAngle, saved.RotateToPeg.RotationAngle, tenDigits);
+}
+
+TEST_F(GeometryFiles, AreTheSameAgainWhenALoadedGeometryIsSaved) {
+    ASSERT_EQ(Save(*WithGeometry().Get()), S_OK);
+    const std::string before = LinesOf(path);
+    const auto calculator = CreateCalculator();
+    ASSERT_EQ(Load(*calculator.Get()), S_OK);
+    std::filesystem::remove(path);
+    ASSERT_EQ(Save(*calculator.Get()), S_OK);
+    EXPECT_EQ(LinesOf(path), before);
+}
+
+TEST_F(GeometryFiles, KeepTheOtherContentOfAFileThatIsSavedOver) {
+    Write(path, "[Machine]\r\nName=left\r\n[HEADCENTRE]\r\nX=old\r\nNote=kept\r\n[Other]\r\nX=7\r\n");
+    ASSERT_EQ(Save(*WithGeometry().Get()), S_OK);
+    const std::string lines = LinesOf(path);
+    EXPECT_NE(lines.find("[Machine]\nName=left\n"), std::string::npos) << lines;
+    EXPECT_NE(lines.find("Note=kept\n"), std::string::npos) << lines;
+    EXPECT_NE(lines.find("[Other]\nX=7\n"), std::string::npos) << lines;
+    EXPECT_EQ(lines.find("X=old"), std::string::npos) << lines;
+    const auto calculator = CreateCalculator();
+    EXPECT_EQ(Load(*calculator.Get()), S_OK);
+    ExpectNear(Pole(*calculator.Get()), {100.0, -200.0, 300.0}, 1e-6);
+}
+
+TEST_F(GeometryFiles, LeaveNothingButTheOneFileBehind) {
+    ASSERT_EQ(Save(*WithGeometry().Get()), S_OK);
+    const auto files = std::filesystem::directory_iterator(folder.Path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+}
+
+TEST_F(GeometryFiles, CannotBeSavedWhereNoFileCanBe) {
+    const auto calculator = WithGeometry();
+    const std::filesystem::path places[] = {folder.Path("no such folder") / "head.ini", folder.Path()};
+    for (const auto& place : places) {
+        const Raised raised = ReturnedBy([&] { return calculator->SaveHeadGeometryToFile(Bstr(place).Address()); });
+        EXPECT_EQ(raised.code, QMV_E_WRITE_TO_FILE) << place;
+        ASSERT_TRUE(raised.record);
+        EXPECT_EQ(raised.record->source, L"RoundThePole::WriteDoubleToIniFile");
+        EXPECT_EQ(raised.record->description, L"Failed To Write To File");
+    }
+}
+
+TEST_F(GeometryFiles, CannotBeLoadedWhereThereIsNone) {
+    const auto calculator = CreateCalculator();
+    Bstr nameless{std::wstring()};
+    BSTR null = nullptr;
+    Bstr missing(path);
+    for (BSTR* const name : {missing.Address(), nameless.Address(), &null}) {
+        const Raised raised = ReturnedBy([&] { return calculator->LoadHeadGeometryFromFile(name); });
+        EXPECT_EQ(raised.code, QMV_E_READ_FROM_FILE);
+        ASSERT_TRUE(raised.record);
+        EXPECT_EQ(raised.record->source, L"RoundThePole::ReadDoubleFromIniFile");
+        EXPECT_EQ(raised.record->description, L"Failed To Read from File");
+    }
+}
+
+TEST_F(GeometryFiles, MakeAGeometryAvailableWhenLoaded) {
+    Write(path, CompleteText());
+    const auto calculator = CreateCalculator();
+    ASSERT_EQ(calculator->SetCurrentHeadPosition(0.0, 0.0), S_OK);
+    ASSERT_EQ(Load(*calculator.Get()), S_OK);
+    EXPECT_EQ(Plan(*calculator.Get(), 0.0, 0.0).code, S_OK);
+}
+
+// Whatever height the file holds: the safe height is 35 above the head centre.
+TEST_F(GeometryFiles, PlanAtTheHeightAboveTheHeadCentreAndNotAtTheSavedOne) {
+    Write(path, CompleteText());
+    const auto calculator = CreateCalculator();
+    ASSERT_EQ(Load(*calculator.Get()), S_OK);
+    ASSERT_EQ(calculator->SetCurrentHeadPosition(0.0, 0.0), S_OK);
+    RequiredMoves moves{};
+    ASSERT_EQ(calculator->CalculateMove(0.0, 0.0, &moves), S_OK);
+    EXPECT_EQ(moves.MoveToPegAtSafeZ.ZPosition, 38.0);
+}
+
+TEST_F(GeometryFiles, NeitherSetNorClearTheAvailabilityWhenTheyCannotBeLoaded) {
+    Write(path, TextWithoutRotation());
+    const auto fresh = CreateCalculator();
+    ASSERT_EQ(fresh->SetCurrentHeadPosition(0.0, 0.0), S_OK);
+    EXPECT_EQ(Load(*fresh.Get()), QMV_E_READ_FROM_FILE);
+    EXPECT_EQ(Plan(*fresh.Get(), 0.0, 0.0).code, QMV_E_NO_HEAD_GEOMETRY);
+
+    const auto prepared = At(0.0, 0.0);
+    EXPECT_EQ(Load(*prepared.Get()), QMV_E_READ_FROM_FILE);
+    EXPECT_EQ(Plan(*prepared.Get(), 0.0, 0.0).code, S_OK);
+}
+
+TEST_F(GeometryFiles, ReplaceAllButTheRotationWhenItIsMissing) {
+    Write(path, TextWithoutRotation());
+    const auto calculator = At(15.0, 0.0);
+    EXPECT_EQ(Load(*calculator.Get()), QMV_E_READ_FROM_FILE);
+    EXPECT_EQ(Pole(*calculator.Get()), (XYZData{10.0, 20.0, 30.0}));
+    RequiredMoves moves{};
+    ASSERT_EQ(calculator->CalculateMove(15.0, 0.0, &moves), S_OK);
+    EXPECT_EQ(moves.MoveToPegAtSafeZ.ZPosition, 65.0);
+    // The negative lever of the ideal head, not turned: locked ball at (-30.3, -19.3, -36.55) from the head centre.
+    ExpectNear(moves.EngageWithUnLockLever, {10.0 - 30.3, 20.0 - 19.3, 30.0 - 36.55}, 1e-12);
+}
+
+TEST_F(GeometryFiles, AreReplacedByWhatIsEnteredAndReplaceItWhenLoaded) {
+    Write(path, CompleteText());
+    const auto calculator = WithGeometry();
+    ExpectNear(Pole(*calculator.Get()), {100.0, -200.0, 300.0});
+    ASSERT_EQ(Load(*calculator.Get()), S_OK);
+    EXPECT_EQ(Pole(*calculator.Get()), (XYZData{1.0, 2.0, 3.0}));
+    SimulatedHead elsewhere = Head();
+    elsewhere.pole = {-7.0, -8.0, -9.0};
+    ASSERT_EQ(Enter(*calculator.Get(), elsewhere), S_OK);
+    ExpectNear(Pole(*calculator.Get()), {-7.0, -8.0, -9.0});
+}
+
+TEST_F(GeometryFiles, KeepTheSafePositionsXAndYThroughAGeometryThatIsEnteredLater) {
+    Write(path, CompleteText());
+    const auto calculator = CreateCalculator();
+    ASSERT_EQ(Load(*calculator.Get()), S_OK);
+    ASSERT_EQ(Enter(*calculator.Get(), Head()), S_OK);
+    std::filesystem::remove(path);
+    ASSERT_EQ(Save(*calculator.Get()), S_OK);
+    EXPECT_NE(LinesOf(path).find("[SAFEPOSITION]\nX=4.000000000e+00\nY=5.000000000e+00\nZ=3.350000000e+02\n"),
+              std::string::npos)
+        << LinesOf(path);
+}
+
+class Geometry : public PreparedCalculator {};
+
+TEST_F(Geometry, OfAFreshObjectIsAHeadCentreAtTheOrigin) {
+    EXPECT_EQ(Pole(*CreateCalculator().Get()), (XYZData{0.0, 0.0, 0.0}));
+}
+
+TEST_F(Geometry, HasTheSimulatedPoleAsItsHeadCentre) {
+    for (const double b : {-135.0, -45.0, 45.0, 135.0}) {
+        SCOPED_TRACE(b);
+        const auto calculator = CreateCalculator();
+        AlignmentArray aAxisPoints(Head().ASet(b));
+        AlignmentArray bAxisPoints(Head().BSet(75.0));
+        ASSERT_EQ(calculator->EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address()), S_OK);
+        ExpectNear(Pole(*calculator.Get()), {100.0, -200.0, 300.0});
+    }
+}
+
+TEST_F(Geometry, LeavesTheCallersPointsAsTheyWere) {
+    const auto points = Head().ASet(45.0);
+    AlignmentArray aAxisPoints(points);
+    AlignmentArray bAxisPoints(Head().BSet(60.0));
+    ASSERT_EQ(CreateCalculator()->EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address()), S_OK);
+    const auto after = aAxisPoints.Items();
+    ASSERT_EQ(after.size(), points.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        EXPECT_EQ(after[i].XPosition, points[i].XPosition);
+        EXPECT_EQ(after[i].YPosition, points[i].YPosition);
+        EXPECT_EQ(after[i].ZPosition, points[i].ZPosition);
+    }
+    EXPECT_EQ(aAxisPoints.Get()->cLocks, 0U);
+}
+
+TEST_F(Geometry, StaysAvailableWhenANewOneIsRefused) {
+    const auto fresh = CreateCalculator();
+    ASSERT_EQ(fresh->SetCurrentHeadPosition(0.0, 0.0), S_OK);
+    const auto prepared = At(0.0, 0.0);
+    for (IQMVCalculator2* const calculator : {fresh.Get(), prepared.Get()}) {
+        AlignmentArray tooFew(Head().ASet(45.0, 3));
+        AlignmentArray bAxisPoints(Head().BSet(60.0));
+        EXPECT_EQ(calculator->EnterHeadGeometry(tooFew.Address(), bAxisPoints.Address()), QMV_E_TOO_FEW_POINTS);
+    }
+    EXPECT_EQ(Plan(*fresh.Get(), 0.0, 0.0).code, QMV_E_NO_HEAD_GEOMETRY);
+    EXPECT_EQ(Plan(*prepared.Get(), 0.0, 0.0).code, S_OK);
+}
+
+TEST_F(Geometry, TakesTheSettingsOfTheMomentItIsEntered) {
+    const auto calculator = At(0.0, 0.0);
+    settings.SetText("Head Centre To Lever Centre X Offset", "31.3");
+    RequiredMoves before{};
+    RequiredMoves after{};
+    ASSERT_EQ(calculator->CalculateMove(0.0, 0.0, &before), S_OK);
+    ASSERT_EQ(Enter(*calculator.Get(), Head()), S_OK);
+    ASSERT_EQ(calculator->CalculateMove(0.0, 0.0, &after), S_OK);
+    const double moved = std::hypot(after.EngageWithUnLockLever.XPosition - before.EngageWithUnLockLever.XPosition,
+                                    after.EngageWithUnLockLever.YPosition - before.EngageWithUnLockLever.YPosition);
+    EXPECT_NEAR(moved, 1.0, geometryTolerance);
+}
+
+TEST_F(Geometry, TakesTheLeversRotationsAfreshForEveryMove) {
+    const auto calculator = At(0.0, 0.0);
+    RequiredMoves moves{};
+    ASSERT_EQ(calculator->CalculateMove(0.0, 0.0, &moves), S_OK);
+    EXPECT_EQ(moves.UnLock.RotationAngle, -135.0);
+    EXPECT_EQ(moves.Lock.RotationAngle, -138.0);
+    settings.SetText("Locked To Unlocked Lever Rotation", "120");
+    settings.SetText("UnLocked To locked Lever Rotation", "121.5 degrees");
+    ASSERT_EQ(calculator->CalculateMove(0.0, 0.0, &moves), S_OK);
+    EXPECT_EQ(moves.UnLock.RotationAngle, -120.0);
+    EXPECT_EQ(moves.Lock.RotationAngle, -121.5);
+    settings.RemoveKey();
+    ASSERT_EQ(calculator->CalculateMove(0.0, 0.0, &moves), S_OK);
+    EXPECT_EQ(moves.UnLock.RotationAngle, -135.0);
+    EXPECT_EQ(moves.Lock.RotationAngle, -138.0);
+}
+
+} // namespace

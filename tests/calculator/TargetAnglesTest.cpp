@@ -1,0 +1,185 @@
+#include "calculator/TargetAngles.h"
+
+#include "interface/ErrorCodes.h"
+#include "tests/calculator/PreparedCalculator.h"
+
+#include <cmath>
+#include <limits>
+
+using namespace qmv40;
+
+namespace {
+
+constexpr const wchar_t* aRange = L"Invalid A Target Angle, value must be between 0 and 90.";
+constexpr const wchar_t* bRange = L"Invalid B Target Angle, value must be between -180 and 180.";
+constexpr const wchar_t* aInterval = L"Invalid A Target Angle, value must be a 15 degree interval.";
+constexpr const wchar_t* bInterval = L"Invalid B Target Angle, value must be a 15 degree interval.";
+constexpr const wchar_t* accepted = nullptr;
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+struct Case {
+    double a;
+    double b;
+    const wchar_t* refusal; ///< null: accepted
+    const char* why;
+};
+
+void ExpectOutcome(const Raised& raised, const Case& c) {
+    SCOPED_TRACE(testing::Message() << c.why << ": " << c.a << ", " << c.b);
+    if (c.refusal == accepted) {
+        EXPECT_EQ(raised.code, S_OK);
+        return;
+    }
+    EXPECT_EQ(raised.code, QMV_E_INVALID_TARGET);
+    ASSERT_TRUE(raised.record);
+    EXPECT_EQ(raised.record->source, L"CQMVCalculator::ValidateMoveTarget");
+    EXPECT_EQ(raised.record->description, c.refusal);
+    EXPECT_EQ(raised.record->helpFile, L"");
+}
+
+const Case unrounded[] = {
+    {0.0, 0.0, accepted, "the middle"},
+    {90.0, -180.0, accepted, "bounds are inclusive"},
+    {90.0, 180.0, accepted, "bounds are inclusive"},
+    {0.0, -180.0, accepted, "bounds are inclusive"},
+    {-0.0, -0.0, accepted, "a negative zero is not below zero"},
+    {15.0, -15.0, accepted, "steps on the negative side count too"},
+    {75.0, -165.0, accepted, "steps on the negative side count too"},
+    {-1e-300, 0.0, aRange, "any bit below zero"},
+    {-15.0, 0.0, aRange, "a step, but below zero"},
+    {90.000001, 0.0, aRange, "a little beyond"},
+    {std::nextafter(90.0, 91.0), 0.0, aRange, "the first number beyond"},
+    {105.0, 0.0, aRange, "a step, but beyond"},
+    {infinity, 0.0, aRange, "beyond everything"},
+    {-infinity, 0.0, aRange, "below everything"},
+    {0.0, std::nextafter(-180.0, -181.0), bRange, "the first number beyond"},
+    {0.0, std::nextafter(180.0, 181.0), bRange, "the first number beyond"},
+    {0.0, -195.0, bRange, "a step, but beyond"},
+    {0.0, 195.0, bRange, "a step, but beyond"},
+    {0.0, infinity, bRange, "beyond everything"},
+    {0.0, -infinity, bRange, "below everything"},
+    {45.0000001, 0.0, aInterval, "no tolerance"},
+    {std::nextafter(45.0, 0.0), 0.0, aInterval, "the number next to a step"},
+    {5e-324, 0.0, aInterval, "the number next to zero"},
+    {7.0, 0.0, aInterval, "between two steps"},
+    {0.0, -7.0, bInterval, "between two steps"},
+    {0.0, std::nextafter(-180.0, 0.0), bInterval, "the number next to a step"},
+    {0.0, -5e-324, bInterval, "the number next to zero"},
+    {notANumber, 0.0, aInterval, "not a number passes both range tests and fails the step test"},
+    {0.0, notANumber, bInterval, "not a number passes both range tests and fails the step test"},
+    {-notANumber, 0.0, aInterval, "whatever its sign"},
+    {91.0, 181.0, aRange, "A's range is tested first"},
+    {-1.0, notANumber, aRange, "A's range is tested first"},
+    {7.0, 181.0, bRange, "B's range is tested before A's step"},
+    {notANumber, -181.0, bRange, "B's range is tested before A's step"},
+    {7.0, 7.0, aInterval, "A's step is tested before B's"},
+    {notANumber, notANumber, aInterval, "A's step is tested before B's"},
+    {105.0, 7.0, aRange, "A's range before B's step"},
+};
+
+TEST(ValidateMoveTarget, AcceptsStepsOf15DegreesWithinTheBoundsAndNothingElse) {
+    for (const Case& c : unrounded) ExpectOutcome(RaisedBy([&] { ValidateMoveTarget(c.a, c.b); }), c);
+}
+
+TEST(ValidateMoveTarget, AcceptsEveryPositionOfTheHeadAndNoOtherWholeDegree) {
+    for (int a = -100; a <= 100; ++a) {
+        for (int b = -200; b <= 200; ++b) {
+            const bool reachable = a >= 0 && a <= 90 && b >= -180 && b <= 180 && a % 15 == 0 && b % 15 == 0;
+            HRESULT code = S_OK;
+            try {
+                ValidateMoveTarget(a, b);
+            } catch (const HRESULT thrown) {
+                code = thrown;
+            }
+            ASSERT_EQ(code, reachable ? S_OK : QMV_E_INVALID_TARGET) << a << ", " << b;
+        }
+    }
+}
+
+constexpr double refusedByEveryRange = -2147483648.0;
+
+TEST(RoundToWholeDegree, HasAResultForEveryNumber) {
+    const struct {
+        double angle, rounded;
+        const char* why;
+    } cases[] = {
+        {44.5, 45.0, "halves go up"},
+        {-7.5, -8.0, "halves go away from zero"},
+        {0.5, 1.0, "halves go away from zero"},
+        {-0.5, -1.0, "halves go away from zero"},
+        {0.4, 0.0, "down to zero"},
+        {-0.4, 0.0, "up to zero"},
+        {44.4, 44.0, "down"},
+        {-44.6, -45.0, "away"},
+        {45.0, 45.0, "whole already"},
+        {-180.0, -180.0, "whole already"},
+        {std::nextafter(0.5, 0.0), 1.0, "the sum with a half rounds up to one; meant, it is the formula's own"},
+        {std::nextafter(44.5, 0.0), 44.0, "below the half"},
+        {5e-324, 0.0, "next to zero"},
+        {-5e-324, 0.0, "next to zero"},
+        {2147483646.4, 2147483646.0, "near the largest integer"},
+        {2147483647.4, 2147483647.0, "the largest integer"},
+        {2147483647.6, refusedByEveryRange, "beyond the largest integer"},
+        {2147483648.0, refusedByEveryRange, "beyond the largest integer"},
+        {-2147483647.6, -2147483648.0, "the smallest integer"},
+        {-2147483648.4, -2147483648.0, "the smallest integer"},
+        {-2147483648.9, refusedByEveryRange, "beyond the smallest integer"},
+        {4294967296.0 + 45.0, refusedByEveryRange, "no wrapping round"},
+        {1e300, refusedByEveryRange, "far beyond"},
+        {-1e300, refusedByEveryRange, "far beyond"},
+        {infinity, refusedByEveryRange, "infinite"},
+        {-infinity, refusedByEveryRange, "infinite"},
+        {notANumber, refusedByEveryRange, "not a number"},
+        {-notANumber, refusedByEveryRange, "not a number"},
+    };
+    for (const auto& [angle, rounded, why] : cases)
+        EXPECT_EQ(RoundToWholeDegree(angle), rounded) << why << ": " << angle;
+}
+
+TEST(RoundToWholeDegree, NeverGivesANegativeZero) {
+    for (const double angle : {-0.0, 0.0, -0.4, 0.4, -5e-324}) EXPECT_FALSE(std::signbit(RoundToWholeDegree(angle)));
+}
+
+class Targets : public PreparedCalculator {};
+
+TEST_F(Targets, AreTestedWithoutRoundingWhenAPositionIsSet) {
+    const auto calculator = CreateCalculator();
+    for (const Case& c : unrounded)
+        ExpectOutcome(ReturnedBy([&] { return calculator->SetCurrentHeadPosition(c.a, c.b); }), c);
+}
+
+TEST_F(Targets, AreRoundedToWholeDegreesBeforeTheyAreTested) {
+    const Case cases[] = {
+        {45.4, 0.0, accepted, "rounds to 45"},
+        {44.5, 0.0, accepted, "rounds to 45"},
+        {45.0000001, 0.0, accepted, "refused as a position, rounded as a target"},
+        {-0.4, 0.4, accepted, "rounds to zero"},
+        {90.49, -180.4, accepted, "rounds into the range"},
+        {89.5, 179.5, accepted, "rounds onto the bounds"},
+        {7.4, 0.0, aInterval, "rounds to 7"},
+        {44.4, 0.0, aInterval, "rounds to 44"},
+        {0.0, -7.5, bInterval, "rounds to -8"},
+        {0.0, 0.5, bInterval, "rounds to 1"},
+        {-0.5, 0.0, aRange, "rounds to -1"},
+        {90.5, 0.0, aRange, "rounds to 91"},
+        {0.0, -180.5, bRange, "rounds to -181"},
+        {0.0, 180.5, bRange, "rounds to 181"},
+        // As a position these fail the step test; a target is a number by the time it is tested.
+        {notANumber, 0.0, aRange, "not a number"},
+        {0.0, notANumber, bRange, "not a number"},
+        {infinity, 0.0, aRange, "infinite"},
+        {0.0, -infinity, bRange, "infinite"},
+        {1e300, 0.0, aRange, "beyond every integer"},
+        {0.0, 1e300, bRange, "beyond every integer"},
+        {2147483647.6, 0.0, aRange, "just beyond the largest integer"},
+        {0.0, -2147483648.9, bRange, "just beyond the smallest integer"},
+        {4294967296.0, 4294967296.0, aRange, "would wrap round to zero"},
+        {4294967296.0 + 45.0, 0.0, aRange, "would wrap round to 45"},
+    };
+    const auto calculator = At(0.0, 0.0);
+    for (const Case& c : cases) ExpectOutcome(Plan(*calculator.Get(), c.a, c.b), c);
+}
+
+} // namespace

@@ -1,0 +1,210 @@
+#include "interface/ErrorCodes.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TwoGeometries.h"
+#include "tests/support/portable/OtherProcess.h"
+#include "tests/support/portable/OwnRoot.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <csignal>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace qmv40;
+
+/// Places that this platform alone can make awkward: permissions, links, a disk without room.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class AwkwardPlaces : public testing::Test {
+protected:
+    AwkwardPlaces() { fs::permissions(folder.Path(), fs::perms::all); }
+    ~AwkwardPlaces() override {
+        std::error_code ignored;
+        fs::permissions(folder.Path(), fs::perms::all, ignored);
+    }
+
+    void PutFirst(unsigned mode) const {
+        TwoGeometries::Put(path, 1);
+        fs::permissions(path, static_cast<fs::perms>(mode));
+    }
+    /// Whether a save of the second geometry is refused as it should be.
+    bool IsSaveRefused() const {
+        const Raised raised = ReturnedBy([&] { return second->SaveHeadGeometryToFile(Bstr(path).Address()); });
+        return raised.code == QMV_E_WRITE_TO_FILE && raised.record &&
+               raised.record->source == L"RoundThePole::WriteDoubleToIniFile";
+    }
+    HRESULT Save() const { return second->SaveHeadGeometryToFile(Bstr(path).Address()); }
+    bool IsLoaded(int which) const {
+        const auto loader = CreateCalculator();
+        return loader->LoadHeadGeometryFromFile(Bstr(path).Address()) == S_OK &&
+               TwoGeometries::HeldBy(*loader.Get()) == which;
+    }
+    std::ptrdiff_t FilesIn(const fs::path& place) const {
+        const fs::directory_iterator files(place);
+        return std::distance(begin(files), end(files));
+    }
+
+    TemporaryFolder folder;
+    fs::path path = folder.Path("head.ini");
+    ComPointer<IQMVCalculator2> second = TwoGeometries::Calculator(folder.Path(), 2);
+};
+
+TEST_F(AwkwardPlaces, KeepAFileThatMustNotBeWrittenAndStillGiveIt) {
+    PutFirst(0444);
+    EXPECT_TRUE(AsOrdinaryUser([&] { return IsSaveRefused() && IsLoaded(1); }));
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
+    EXPECT_EQ(FilesIn(folder.Path()), 1);
+}
+
+TEST_F(AwkwardPlaces, TakeAFileThatMayBeWrittenInAFolderThatMustNot) {
+    PutFirst(0666);
+    fs::permissions(folder.Path(), static_cast<fs::perms>(0555));
+    EXPECT_TRUE(AsOrdinaryUser([&] { return Save() == S_OK && IsLoaded(2); }));
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
+    EXPECT_EQ(FilesIn(folder.Path()), 1);
+}
+
+TEST_F(AwkwardPlaces, TakeAFileWhereTheFolderMayBeWrittenButNotListed) {
+    PutFirst(0666);
+    fs::permissions(folder.Path(), static_cast<fs::perms>(0333));
+    EXPECT_TRUE(AsOrdinaryUser([&] { return Save() == S_OK && IsLoaded(2); }));
+    fs::permissions(folder.Path(), fs::perms::all);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
+    EXPECT_EQ(FilesIn(folder.Path()), 1);
+}
+
+TEST_F(AwkwardPlaces, SayThatAFileThatMustNotBeReadCannotBe) {
+    PutFirst(0222);
+    EXPECT_TRUE(AsOrdinaryUser([&] {
+        return second->LoadHeadGeometryFromFile(Bstr(path).Address()) == QMV_E_READ_FROM_FILE && IsSaveRefused() &&
+               TwoGeometries::HeldBy(*second.Get()) == 2;
+    }));
+    fs::permissions(path, static_cast<fs::perms>(0666));
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
+}
+
+TEST_F(AwkwardPlaces, WriteTheFileThatALinkLeadsTo) {
+    fs::create_directory(folder.Path("elsewhere"));
+    TwoGeometries::Put(folder.Path("elsewhere") / "real.ini", 1);
+    fs::create_symlink("elsewhere/real.ini", path);
+    EXPECT_TRUE(IsLoaded(1));
+    EXPECT_EQ(Save(), S_OK);
+    EXPECT_TRUE(fs::is_symlink(path));
+    EXPECT_EQ(TwoGeometries::HeldByFile(folder.Path("elsewhere") / "real.ini"), 2);
+    EXPECT_TRUE(IsLoaded(2));
+    EXPECT_EQ(FilesIn(folder.Path("elsewhere")), 1);
+}
+
+TEST_F(AwkwardPlaces, MakeTheFileOfADanglingLinkUnlessItsFolderIsMissing) {
+    fs::create_symlink(folder.Path("real.ini"), path);
+    EXPECT_EQ(second->LoadHeadGeometryFromFile(Bstr(path).Address()), QMV_E_READ_FROM_FILE);
+    EXPECT_EQ(Save(), S_OK);
+    EXPECT_TRUE(fs::is_symlink(path));
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(folder.Path("real.ini"))));
+
+    fs::remove(path);
+    fs::create_symlink(folder.Path("none") / "real.ini", path);
+    EXPECT_TRUE(IsSaveRefused());
+    fs::remove(path);
+    fs::create_symlink("head.ini", path);
+    EXPECT_TRUE(IsSaveRefused()) << "a link to itself";
+    EXPECT_EQ(second->LoadHeadGeometryFromFile(Bstr(path).Address()), QMV_E_READ_FROM_FILE);
+}
+
+/// The first geometry's file with the second one's entries in it, as far as they come before `room`.
+std::string EntriesBefore(std::size_t room) {
+    std::string text = TwoGeometries::FileText(1);
+    const std::string other = TwoGeometries::FileText(2);
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = text.find('\n', begin) + 1;
+        std::size_t last = end;
+        while (last > begin && text[last - 1] == other[last - 1]) --last;
+        if (last > begin && last > room) break;
+        text.replace(begin, end - begin, other, begin, end - begin);
+        begin = end;
+    }
+    return text;
+}
+
+TEST_F(AwkwardPlaces, KeepTheEntriesWrittenBeforeTheDiskHadNoRoom) {
+    const rlim_t whole = TwoGeometries::FileText(2).size();
+    int mixtures = 0;
+    for (rlim_t room = 0; room < whole; ++room) {
+        SCOPED_TRACE(room);
+        TwoGeometries::Put(path, 1);
+        const std::string expected = EntriesBefore(room);
+        const bool isComplete = expected == TwoGeometries::FileText(2);
+        // A limit on this process's files, because a disk of a certain size takes more than a test may do.
+        ASSERT_TRUE(InAnotherProcess([&] {
+            const rlimit limit{room, room};
+            std::signal(SIGXFSZ, SIG_IGN);
+            return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && (isComplete ? Save() == S_OK : IsSaveRefused());
+        }));
+        ASSERT_EQ(TwoGeometries::ContentOf(path), expected);
+        ASSERT_EQ(FilesIn(folder.Path()), 1);
+        if (!isComplete && expected != TwoGeometries::FileText(1)) ++mixtures;
+    }
+    EXPECT_GT(mixtures, 50);
+    EXPECT_EQ(Save(), S_OK);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
+}
+
+TEST_F(AwkwardPlaces, KeepWholeEntriesAloneInTheirFolderWhenANewFileDoesNotFit) {
+    ASSERT_TRUE(InAnotherProcess([&] {
+        const rlimit limit{100, 100};
+        std::signal(SIGXFSZ, SIG_IGN);
+        return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && IsSaveRefused();
+    }));
+    EXPECT_EQ(TwoGeometries::ContentOf(path), "[HEADCENTRE]\r\nX=2.222000000e+01\r\nY=2.222000000e+02\r\n"
+                                              "Z=2.222000000e+03\r\n");
+    EXPECT_EQ(FilesIn(folder.Path()), 1);
+}
+
+/// Puts a disk of 16 blocks in the place of `folder`, for this process alone. False when it may not.
+bool MountSmallDisk(const fs::path& folder) {
+    return BecomeOwnRoot() && ::mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           ::mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=64k") == 0;
+}
+
+bool Write(const fs::path& file, std::size_t blocks) {
+    std::ofstream content(file, std::ios::binary | std::ios::app);
+    return static_cast<bool>((content << std::string(blocks * 4096, 'x')).flush());
+}
+
+TEST_F(AwkwardPlaces, TakeOnADiskThatIsFullWhatItHasRoomFor) {
+    enum { asPromised, notPermitted, notFull, notRefused, notWritten, notAlone };
+    const int outcome = CodeOfAnotherProcess([&]() -> int {
+        if (!MountSmallDisk(folder.Path())) return notPermitted;
+        TwoGeometries::Put(path, 1);
+        for (int block = 0; Write(folder.Path("filler"), 1); ++block)
+            if (block > 16) return notFull;
+        if (Save() != S_OK || TwoGeometries::HeldByFile(path) != 2) return notWritten; // in its own block
+        path = folder.Path("new.ini");
+        if (!IsSaveRefused()) return notRefused;
+        return FilesIn(folder.Path()) == 2 ? asPromised : notAlone;
+    });
+    if (outcome == notPermitted) GTEST_SKIP() << "no disk may be mounted here; a limit on files has stood for one";
+    EXPECT_EQ(outcome, asPromised);
+}
+
+TEST_F(AwkwardPlaces, TakeNamesUpToTheLongestThatThisPlatformHas) {
+    fs::path place = folder.Path();
+    while (place.native().size() + 101 < PATH_MAX - 120) place /= std::string(100, 'd');
+    fs::create_directories(place);
+    for (std::size_t length = 4000; length < PATH_MAX; length = length < 4080 ? length + 20 : length + 1) {
+        SCOPED_TRACE(length);
+        path = place / std::string(length - place.native().size() - 1, 'f');
+        ASSERT_EQ(path.native().size(), length);
+        ASSERT_EQ(Save(), S_OK);
+        ASSERT_TRUE(IsLoaded(2));
+    }
+}
+
+} // namespace

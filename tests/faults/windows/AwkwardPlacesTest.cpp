@@ -1,0 +1,194 @@
+#include "interface/ErrorCodes.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TwoGeometries.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+
+#include <sddl.h>
+
+using namespace qmv40;
+
+/// Places that this platform alone can make awkward: attributes, and files that somebody has open.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A file that another program has open.
+class OpenElsewhere {
+public:
+    OpenElsewhere(const fs::path& path, DWORD access, DWORD sharing)
+        : handle(CreateFileW(path.c_str(), access, sharing, nullptr, OPEN_EXISTING, 0, nullptr)) {}
+    OpenElsewhere(const OpenElsewhere&) = delete;
+    OpenElsewhere& operator=(const OpenElsewhere&) = delete;
+    ~OpenElsewhere() {
+        if (IsOpen()) CloseHandle(handle);
+    }
+
+    bool IsOpen() const { return handle != INVALID_HANDLE_VALUE; }
+
+private:
+    HANDLE handle;
+};
+
+class AwkwardPlaces : public testing::Test {
+protected:
+    AwkwardPlaces() { TwoGeometries::Put(path, 1); }
+
+    Raised Save() const {
+        return ReturnedBy([&] { return second->SaveHeadGeometryToFile(Bstr(path).Address()); });
+    }
+    std::string AccessControlList() const {
+        DWORD size = 0;
+        GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+        std::string list(size, '\0');
+        EXPECT_NE(GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, list.data(), size, &size), 0);
+        return list;
+    }
+    void ExpectOnlyTheFile() const {
+        const fs::directory_iterator files(folder.Path());
+        EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+    }
+
+    TemporaryFolder folder;
+    fs::path path = folder.Path("head.ini");
+    ComPointer<IQMVCalculator2> second = TwoGeometries::Calculator(folder.Path(), 2);
+};
+
+// Under Wine the attribute is a permission of the host's, and root is above those.
+TEST_F(AwkwardPlaces, KeepAFileThatMustNotBeWritten) {
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    const bool anybodyMayWrite = OpenElsewhere(path, GENERIC_WRITE, FILE_SHARE_READ).IsOpen();
+    const Raised raised = Save();
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(raised.code, anybodyMayWrite ? S_OK : QMV_E_WRITE_TO_FILE);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), anybodyMayWrite ? 2 : 1);
+    ExpectOnlyTheFile();
+}
+
+TEST_F(AwkwardPlaces, KeepAFileThatAnotherProgramSharesWithNobody) {
+    {
+        const OpenElsewhere open(path, GENERIC_READ | GENERIC_WRITE, 0);
+        ASSERT_TRUE(open.IsOpen());
+        EXPECT_EQ(Save().code, QMV_E_WRITE_TO_FILE);
+        EXPECT_EQ(second->LoadHeadGeometryFromFile(Bstr(path).Address()), QMV_E_READ_FROM_FILE);
+        EXPECT_EQ(TwoGeometries::HeldBy(*second.Get()), 2);
+    }
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
+    ExpectOnlyTheFile();
+    EXPECT_EQ(Save().code, S_OK);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
+}
+
+TEST_F(AwkwardPlaces, KeepAFileThatAnotherProgramLetsOthersReadOnly) {
+    const OpenElsewhere open(path, GENERIC_READ, FILE_SHARE_READ);
+    ASSERT_TRUE(open.IsOpen());
+    EXPECT_EQ(Save().code, QMV_E_WRITE_TO_FILE);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
+}
+
+TEST_F(AwkwardPlaces, SaveIntoAFileThatAnotherProgramLetsOthersWrite) {
+    const OpenElsewhere open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    ASSERT_TRUE(open.IsOpen());
+    EXPECT_EQ(Save().code, S_OK);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
+    ExpectOnlyTheFile();
+}
+
+TEST_F(AwkwardPlaces, KeepTheFilesAttributes) {
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN);
+    EXPECT_EQ(Save().code, S_OK);
+    EXPECT_NE(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN, 0U);
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(AwkwardPlaces, KeepTheAccessControlList) {
+    // Everybody may do everything; written down as the platform's text form, protected against the folder's list.
+    const wchar_t* const text = L"D:P(A;;FA;;;WD)";
+    PSECURITY_DESCRIPTOR wanted = nullptr;
+    ASSERT_NE(ConvertStringSecurityDescriptorToSecurityDescriptorW(text, SDDL_REVISION_1, &wanted, nullptr), 0);
+    ASSERT_NE(SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, wanted), 0);
+    LocalFree(wanted);
+    const std::string before = AccessControlList();
+    EXPECT_EQ(Save().code, S_OK);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
+    EXPECT_EQ(AccessControlList(), before);
+}
+
+TEST_F(AwkwardPlaces, KeepEveryNameOfAFileThatHasSeveral) {
+    const fs::path other = folder.Path("other.ini");
+    ASSERT_NE(CreateHardLinkW(other.c_str(), path.c_str(), nullptr), 0);
+    EXPECT_EQ(Save().code, S_OK);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
+    EXPECT_EQ(TwoGeometries::HeldByFile(other), 2);
+}
+
+// Entry by entry too: Windows would not find the section in the line behind the mark.
+TEST_F(AwkwardPlaces, TakeAByteOrderMarkAwayFromAFileThatHasSeveralNames) {
+    const std::string marked = "\xEF\xBB\xBF" + TwoGeometries::FileText(1);
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << marked;
+    ASSERT_NE(CreateHardLinkW(folder.Path("other.ini").c_str(), path.c_str(), nullptr), 0);
+    EXPECT_EQ(Save().code, S_OK);
+    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
+}
+
+// Hosts of old programs do this; the profile functions are not concerned by it.
+TEST_F(AwkwardPlaces, SaveUnderANameBeyondAsciiInAHostWithOemFileFunctions) {
+    path = folder.Path() / fs::path(u8"K\u00F6pfe.ini");
+    SetFileApisToOEM();
+    const HRESULT made = Save().code;
+    const HRESULT replaced = Save().code;
+    HRESULT given = E_FAIL;
+    {
+        const OpenElsewhere open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+        given = Save().code;
+    }
+    SetFileApisToANSI();
+    EXPECT_EQ(made, S_OK);
+    EXPECT_EQ(replaced, S_OK);
+    EXPECT_EQ(given, S_OK) << "by writing into the file";
+    EXPECT_TRUE(fs::exists(path));
+    const fs::directory_iterator files(folder.Path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "and leave nothing beside it";
+}
+
+/// A thread of a user whose language is not the system's.
+class ThreadLanguage {
+public:
+    explicit ThreadLanguage(WORD language) : before(GetThreadLocale()) {
+        SetThreadLocale(MAKELCID(MAKELANGID(language, SUBLANG_DEFAULT), SORT_DEFAULT));
+    }
+    ThreadLanguage(const ThreadLanguage&) = delete;
+    ThreadLanguage& operator=(const ThreadLanguage&) = delete;
+    ~ThreadLanguage() { SetThreadLocale(before); }
+
+private:
+    LCID before;
+};
+
+TEST_F(AwkwardPlaces, ReachTheNamedFileOrAreRefusedWhateverTheThreadsLanguage) {
+    for (const WORD language : {WORD{LANG_ENGLISH}, WORD{LANG_POLISH}, WORD{LANG_RUSSIAN}, WORD{LANG_JAPANESE}}) {
+        const ThreadLanguage thread(language);
+        for (const char8_t* const name :
+             {u8"k\u00F6pf.ini", u8"g\u0142owa.ini", u8"\u0433\u043E\u043B\u043E\u0432\u0430.ini"}) {
+            SCOPED_TRACE(testing::Message() << language << ' ' << reinterpret_cast<const char*>(name));
+            const TemporaryFolder own;
+            path = own.Path() / fs::path(name);
+            const Raised saved = Save();
+            const fs::directory_iterator files(own.Path());
+            EXPECT_EQ(std::distance(begin(files), end(files)), saved.code == S_OK ? 1 : 0);
+            EXPECT_TRUE(saved.code == S_OK || saved.code == QMV_E_WRITE_TO_FILE);
+            EXPECT_EQ(fs::exists(path), saved.code == S_OK) << "and never another file";
+
+            TwoGeometries::Put(path, 1);
+            const HRESULT loaded = second->LoadHeadGeometryFromFile(Bstr(path).Address());
+            EXPECT_TRUE(loaded == S_OK || loaded == QMV_E_READ_FROM_FILE);
+            EXPECT_EQ(TwoGeometries::HeldBy(*second.Get()), loaded == S_OK ? 1 : 2) << "a head centre of zeros";
+            second = TwoGeometries::Calculator(folder.Path(), 2);
+        }
+    }
+}
+
+} // namespace

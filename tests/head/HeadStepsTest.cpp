@@ -1,0 +1,130 @@
+#include "maths/CMaLine.h"
+#include "maths/CMaPlane.h"
+#include "platform/SettingsStore.h"
+#include "tests/head/HeadChecks.h"
+#include "tests/support/SimulatedHead.h"
+
+#include <functional>
+
+using namespace qmv40;
+
+/// What the head model asks of the vector geometry and of the settings store, in which order, and which step it names
+/// when an answer fails. Planes, lines and the store are this program's own: they keep account and fail when told to.
+
+namespace {
+
+struct Account {
+    std::vector<std::string> steps;
+    std::string failing;
+    int keyOpenings = 0;
+    double firstX = 0.0; ///< X of the first point of the array that is being fitted
+} account;
+
+void Note(const std::string& step) {
+    account.steps.push_back(step);
+    if (step == account.failing) throw GeometryError(GeometryError::Reason::Impossible);
+}
+
+std::string NameOf(const CMaPointArray& points);
+
+} // namespace
+
+void CMaPlane::Fit(const CMaPointArray& points) { Note("plane " + NameOf(points)); }
+void CMaLine::Fit(const CMaPointArray& points) { Note("line " + std::to_string(points.GetSize())); }
+double CMaLine::AngleWith(const CMaPlane&) const {
+    Note("angle");
+    return 30.0;
+}
+CMaPoint CMaPoint::ProjectionOn(const CMaPlane&) const noexcept {
+    account.steps.push_back("projection");
+    return {1e9, 1e9, 1e9};
+}
+
+struct SettingsKey::State {};
+SettingsKey::SettingsKey(const char*) { ++account.keyOpenings; }
+SettingsKey::~SettingsKey() = default;
+bool SettingsKey::IsOpen() const noexcept { return true; }
+LSTATUS SettingsKey::Query(const char* name, std::span<char>, DWORD&, DWORD&) const {
+    account.steps.push_back(name);
+    return ERROR_FILE_NOT_FOUND;
+}
+
+namespace {
+
+/// The sets have five and six points.
+std::string NameOf(const CMaPointArray& points) { return points.GetSize() == 5 ? "A" : "B"; }
+
+class HeadSteps : public testing::Test {
+protected:
+    HeadSteps() { account = {}; }
+    ~HeadSteps() override { account = {}; }
+
+    Raised Compute(const std::string& failing = "") {
+        account = {};
+        account.failing = failing;
+        return Computing(head, SimulatedHead().ASet(45.0, 5), SimulatedHead().BSet(60.0, 6));
+    }
+
+    RoundThePole head;
+};
+
+TEST_F(HeadSteps, OfAComputationAreTheRequiredOnes) {
+    EXPECT_EQ(Compute().code, S_OK);
+    std::vector<std::string> expected{"Head Centre To Drive Cup X Offset"};
+    const auto add = [&](const char* step, int times) { expected.insert(expected.end(), std::size_t(times), step); };
+    add("Locked To Unlocked X Offset", 2); // once for each set
+    add("plane B", 1);
+    add("projection", 6);
+    add("plane A", 1);
+    add("projection", 5);
+    add("Head Centre To Lever Centre X Offset", 2);
+    add("Lever Centre To Ball Centre X Offset", 2);
+    add("plane A", 1);
+    add("line 2", 1);
+    add("angle", 1);
+    EXPECT_EQ(account.steps, expected) << "a missing X ends the reading of an offset";
+}
+
+TEST_F(HeadSteps, ProjectionsLeaveThePointsAsCaptured) {
+    ASSERT_EQ(Compute().code, S_OK);
+    for (const Triple& point : PointsOf(head.AAxisPoints())) EXPECT_LT(std::abs(point[0]), 1e6);
+}
+
+TEST_F(HeadSteps, OfTheLeverGeometryOpenTheKeyFourTimes) {
+    account = {};
+    head.CalculateLeverGeometry();
+    EXPECT_EQ(account.keyOpenings, 4);
+}
+
+TEST_F(HeadSteps, OfTheAlignmentCorrectionNameThemselves) {
+    const struct {
+        const char* failing;
+        const wchar_t* description;
+    } cases[] = {{"line 2", L"Error Fitting Line Through Point Array"},
+                 {"angle", L"Error Calculating Angle with Plane"}};
+    for (const auto& [failing, description] : cases) {
+        EXPECT_TRUE(FailedWith(Compute(failing), QMV_E_GEOMETRY_IMPOSSIBLE,
+                               L"RoundThePole::CalculateRotationFromIdealAlignment", description, L"Unspecified"));
+    }
+    const CMaPointArray points = ArrayOf({{0.0, 0.0, 0.0}, {1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}, {}});
+    account.failing = "plane A";
+    EXPECT_TRUE(FailedWith(RaisedBy([&] { head.CalculateRotationFromIdealAlignment(points); }),
+                           QMV_E_GEOMETRY_IMPOSSIBLE, L"RoundThePole::CalculateRotationFromIdealAlignment",
+                           L"Error Fitting points to a circle", L"Unspecified"));
+}
+
+TEST_F(HeadSteps, OfACircleFitNameTheFit) {
+    for (const char* const failing : {"plane A", "plane B"})
+        EXPECT_TRUE(FailedWith(Compute(failing), QMV_E_GEOMETRY_IMPOSSIBLE, L"RoundThePole::FitPointsToACircle",
+                               L"Error Fitting points to a circle", L"Unspecified"));
+}
+
+// The stand-in line tells 30 degrees; the head is captured at B = 45.
+TEST_F(HeadSteps, OfTheAlignmentCorrectionUseTheAngleOfTheLine) {
+    ASSERT_EQ(Compute().code, S_OK);
+    const double byQuadrant[] = {150.0, 30.0, -30.0, -150.0};
+    const int quadrant = head.DetermineQuadrant(head.AAxisPoints());
+    EXPECT_EQ(head.RequiredRotationAroundZ(), byQuadrant[quadrant - 1] - 45.0);
+}
+
+} // namespace

@@ -1,0 +1,149 @@
+#include "tests/maths/GeometryChecks.h"
+
+#include <string>
+
+using namespace qmv40;
+
+/// The best of all circles, not only better than its neighbours: held against what a plain method finds from many
+/// starts.
+
+namespace {
+
+CMaVector VectorOf(const Coordinates& p) { return {p[0], p[1], p[2]}; }
+CMaVector Unit(const CMaVector& v) { return v * (1.0 / v.Magnitude()); }
+
+struct Candidate {
+    CMaVector centre, normal;
+    double radius;
+};
+
+using Row = std::array<double, 6>;
+
+/// Of the heights of the points above the plane, and of their distances from the axis less the radius; how each changes
+/// with the centre, two tilts of the normal and the radius.
+struct Residuals {
+    Residuals(const std::vector<Coordinates>& points, const Candidate& c, const CMaVector& first,
+              const CMaVector& second) {
+        for (const Coordinates& p : points) {
+            const CMaVector arm = Difference(VectorOf(p), c.centre);
+            const double height = arm % c.normal;
+            const CMaVector spoke = arm + c.normal * -height, out = Unit(spoke);
+            Add(height, {-c.normal[0], -c.normal[1], -c.normal[2], arm % first, arm % second, 0.0});
+            Add(spoke.Magnitude() - c.radius,
+                {-out[0], -out[1], -out[2], -height * (out % first), -height * (out % second), -1.0});
+        }
+    }
+
+    void Add(double value, const Row& slopes) {
+        sumOfSquares += value * value;
+        for (std::size_t i = 0; i < 6; ++i) {
+            gradient[i] += slopes[i] * value;
+            for (std::size_t k = 0; k < 6; ++k) products[i][k] += slopes[i] * slopes[k];
+        }
+    }
+
+    /// Levenberg's and Marquardt's, by Gauss's elimination.
+    Row Step(double damping) const {
+        auto m = products;
+        Row x = gradient;
+        for (std::size_t i = 0; i < 6; ++i) m[i][i] *= 1.0 + damping;
+        for (std::size_t i = 0; i < 6; ++i)
+            for (std::size_t row = i + 1; row < 6; ++row) {
+                const double factor = m[row][i] / m[i][i];
+                for (std::size_t k = i; k < 6; ++k) m[row][k] -= factor * m[i][k];
+                x[row] -= factor * x[i];
+            }
+        for (std::size_t i = 6; i-- > 0;) {
+            for (std::size_t k = i + 1; k < 6; ++k) x[i] -= m[i][k] * x[k];
+            x[i] /= m[i][i];
+        }
+        return x;
+    }
+
+    double sumOfSquares = 0.0;
+    Row gradient{};
+    std::array<Row, 6> products{};
+};
+
+double SumOfSquares(const std::vector<Coordinates>& points, const Candidate& c) {
+    return Residuals(points, c, c.normal, c.normal).sumOfSquares;
+}
+
+double LeastSumNear(Candidate best, const std::vector<Coordinates>& points) {
+    double damping = 1e-3;
+    for (int i = 0; i < 60 && damping < 1e9; ++i) {
+        const CMaVector first =
+            Unit(best.normal * (std::fabs(best.normal[0]) < 0.6 ? CMaVector(1.0, 0.0, 0.0) : CMaVector(0.0, 1.0, 0.0)));
+        const CMaVector second = best.normal * first;
+        const Residuals here(points, best, first, second);
+        const Row x = here.Step(damping);
+        const Candidate next = {best.centre + CMaVector(-x[0], -x[1], -x[2]),
+                                Unit(best.normal + first * -x[3] + second * -x[4]), best.radius - x[5]};
+        const bool lower = next.radius > 0.0 && SumOfSquares(points, next) < here.sumOfSquares;
+        if (lower) best = next;
+        damping *= lower ? 0.1 : 10.0;
+    }
+    return SumOfSquares(points, best);
+}
+
+/// From the circles through many threes of the points.
+double LeastSumKnown(const std::vector<Coordinates>& points, std::mt19937_64& random) {
+    double least = std::numeric_limits<double>::infinity();
+    for (int start = 0; start < 12; ++start) {
+        const auto any = [&] { return points.data()[random() % points.size()]; };
+        CMaCircle circle(1.0);
+        try {
+            circle.Fit(ArrayOf({any(), any(), any()}), 100);
+        } catch (const GeometryError&) {
+            continue; // one of them twice
+        }
+        const Candidate from = {circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius()};
+        least = std::min(least, LeastSumNear(from, points));
+    }
+    return least;
+}
+
+void ExpectTheBest(const std::vector<Coordinates>& points, std::mt19937_64& random) {
+    constexpr double rounding = 1e-9; // relative, of sums of squares that are no smaller than 1e-10
+    CMaCircle circle(1.0);
+    ASSERT_NO_THROW(circle.Fit(ArrayOf(points), 5000));
+    const Candidate found = {circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius()};
+    EXPECT_LE(SumOfSquares(points, found), LeastSumKnown(points, random) * (1.0 + rounding));
+}
+
+} // namespace
+
+TEST(BestCircles, AreGlobalMinimaWhereTheNoiseIsBelowATenthOfTheSagitta) {
+    std::mt19937_64 random(51);
+    std::normal_distribution<double> normal;
+    for (int round = 0; round < 20; ++round)
+        for (const double degrees : {5.0, 10.0, 30.0, 90.0, 180.0, 360.0})
+            for (const double strays : {0.01, 0.1}) {
+                SCOPED_TRACE("seed 51, round " + std::to_string(round) + ": " + std::to_string(degrees) +
+                             " degrees, straying " + std::to_string(strays) + " of the height");
+                const double radius = 100.0, angle = degrees * std::numbers::pi / 180.0;
+                const double noise = strays * radius * (1.0 - std::cos(std::min(0.5 * angle, std::numbers::pi)));
+                const RandomFrame frame(random);
+                std::vector<Coordinates> points;
+                const int count = 5 + static_cast<int>(random() % 16);
+                for (int i = 0; i < count; ++i) {
+                    const double at = angle * ((i + 0.5) / count - 0.5), rho = radius + noise * normal(random);
+                    points.push_back(frame.At(rho * std::cos(at), rho * std::sin(at), noise * normal(random)));
+                }
+                ExpectTheBest(points, random);
+            }
+}
+
+TEST(BestCircles, NoStartLeadsToABetterOneWhereAPointLiesAtTheVeryCentre) {
+    // Seen from there the point is in no direction, and every way to a better circle is as good as another.
+    const std::vector<Coordinates> cases[] = {
+        {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 0}},
+        {{3, 4, 7}, {-3, -4, 7}, {4, -3, 7}, {-4, 3, 7}, {5, 0, 7}, {-5, 0, 7}, {0, 5, 7}, {0, -5, 7}, {0, 0, 7}},
+        {{3, 4, 1}, {-3, -4, 1}, {4, -3, 1}, {-4, 3, 1}, {0, 0, 1}, {5, 0, 1}, {-5, 0, 1}},
+    };
+    std::mt19937_64 random(52);
+    for (const std::vector<Coordinates>& points : cases) {
+        SCOPED_TRACE(std::to_string(points.size()) + " points");
+        ExpectTheBest(points, random);
+    }
+}

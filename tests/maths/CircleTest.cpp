@@ -1,0 +1,414 @@
+#include "maths/CMaLine.h"
+#include "tests/maths/GeometryChecks.h"
+
+#include <limits>
+
+using namespace qmv40;
+
+namespace {
+
+constexpr long iterationLimit = 200000;
+
+CMaCircle Fitted(const std::vector<Coordinates>& points) {
+    CMaCircle circle(1.0);
+    circle.Fit(ArrayOf(points), iterationLimit);
+    return circle;
+}
+
+CMaVector VectorOf(const Coordinates& p) { return {p[0], p[1], p[2]}; }
+
+/// The sum of squared distances, straight from its definition.
+double SumOfSquares(const std::vector<Coordinates>& points, const CMaVector& centre, const CMaVector& unnormalised,
+                    double radius) {
+    const CMaVector normal = unnormalised * (1.0 / unnormalised.Magnitude());
+    double sum = 0.0;
+    for (const Coordinates& p : points) {
+        const CMaVector arm = Difference(VectorOf(p), centre);
+        const double height = arm % normal;
+        const double off = Difference(arm, normal * height).Magnitude() - radius;
+        sum += height * height + off * off;
+    }
+    return sum;
+}
+
+double SumOfSquares(const std::vector<Coordinates>& points, const CMaCircle& circle) {
+    return SumOfSquares(points, circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius());
+}
+
+struct Arc {
+    double radius, degrees, noise;
+    int count;
+    const char* why;
+};
+
+constexpr Arc arcs[] = {
+    {100.0, 360.0, 1e-3, 7, "a whole circle"},
+    {100.0, 90.0, 1e-3, 12, "a tilt capture"},
+    {100.0, 60.0, 0.0, 5, "no noise"},
+    {50.0, 180.0, 0.5, 9, "coarse"},
+    {500.0, 30.0, 1e-4, 40, "short"},
+    {0.02, 120.0, 1e-6, 6, "small"},
+    {3000.0, 45.0, 1e-2, 3, "as few as can be"},
+    {100.0, 10.0, 0.01, 30, "noise near the height of the arc"},
+};
+
+std::vector<Coordinates> PointsOn(const Arc& arc, std::mt19937_64& random, const CMaVector& centre) {
+    std::normal_distribution<double> noise(0.0, 1.0);
+    const RandomFrame frame(random);
+    std::vector<Coordinates> points;
+    for (int i = 0; i < arc.count; ++i) {
+        const double angle = arc.degrees * std::numbers::pi / 180.0 * i / arc.count;
+        const double rho = arc.radius + arc.noise * noise(random);
+        const Coordinates p = frame.At(rho * std::cos(angle), rho * std::sin(angle), arc.noise * noise(random));
+        points.push_back({p[0] + centre[0], p[1] + centre[1], p[2] + centre[2]});
+    }
+    return points;
+}
+
+/// What rounding of coordinates of `size` does to the centre: a short arc magnifies it by the square of how short it
+/// is.
+double Rounding(const Arc& arc, double size) {
+    const double angle = std::min(arc.degrees * std::numbers::pi / 180.0, 2.0);
+    constexpr double roundings = 50.0 * std::numeric_limits<double>::epsilon();
+    return roundings * (size + arc.radius) * 16.0 / (angle * angle);
+}
+
+void ExpectSameCircle(const CMaCircle& circle, const CMaVector& centre, const CMaVector& normal, double radius,
+                      double tolerance) {
+    EXPECT_LE(Distance(circle.GetCentre().To3DVector(), centre), tolerance);
+    EXPECT_NEAR(circle.GetRadius(), radius, tolerance);
+    EXPECT_LE(DirectionError(circle.GetNormal(), normal), 4.0 * tolerance / radius);
+}
+
+/// Calls `check(arc, points)` for many random sets of points.
+template <typename Check> void ForManyArcs(unsigned seed, const Check& check) {
+    std::mt19937_64 random(seed);
+    std::uniform_real_distribution<double> place(-1.0, 1.0);
+    for (int round = 0; round < 25; ++round)
+        for (const Arc& arc : arcs) {
+            SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round) + ": " + arc.why);
+            const double away = 5.0 * arc.radius;
+            const CMaVector centre(away * place(random), away * place(random), away * place(random));
+            check(arc, PointsOn(arc, random, centre));
+        }
+}
+
+double SizeOf(const std::vector<Coordinates>& points) {
+    double size = 0.0;
+    for (const Coordinates& p : points) size = std::max(size, VectorOf(p).Magnitude());
+    return size;
+}
+
+} // namespace
+
+TEST(Circle, LiesAboutTheOriginWithItsFirstRadiusUntilFitted) {
+    ExpectSameCircle(CMaCircle(1.0), {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 1.0, 0.0);
+    EXPECT_EQ(Fitted({{3.0, 0.0, 0.0}, {0.0, 3.0, 0.0}, {-3.0, 0.0, 0.0}}).GetRadius(), 3.0);
+}
+
+TEST(Circle, MayLieWhereTheSumOfItsCoordinatesIsBeyondADouble) {
+    constexpr double far = 1.2e308, radius = 1e300;
+    const CMaCircle circle = Fitted({{far + radius, far, far}, {far, far + radius, far}, {far - radius, far, far}});
+    ExpectSameCircle(circle, {far, far, far}, {0.0, 0.0, 1.0}, radius, 1e-15 * far);
+}
+
+TEST(Circle, ThroughThreePointsIsTheirCircumcircle) {
+    constexpr double fewRoundings = 1e-14;
+    const CMaCircle circle = Fitted({{0.0, 0.0, 7.0}, {3.0, 0.0, 7.0}, {0.0, 4.0, 7.0}});
+    ExpectSameCircle(circle, {1.5, 2.0, 7.0}, {0.0, 0.0, 1.0}, 2.5, fewRoundings);
+}
+
+TEST(Circle, AveragesPointsThatLieAlternatelyInsideAndOutside) {
+    std::vector<Coordinates> points;
+    for (int i = 0; i < 8; ++i) {
+        const double angle = std::numbers::pi / 4.0 * i, rho = i % 2 == 0 ? 11.0 : 9.0;
+        points.push_back({rho * std::cos(angle), 5.0, rho * std::sin(angle)});
+    }
+    ExpectSameCircle(Fitted(points), {0.0, 5.0, 0.0}, {0.0, 1.0, 0.0}, 10.0, 1e-13);
+}
+
+TEST(Circle, AveragesPointsThatLieAlternatelyAboveAndBelow) {
+    std::vector<Coordinates> points;
+    for (int i = 0; i < 8; ++i) {
+        const double angle = std::numbers::pi / 4.0 * i;
+        points.push_back({10.0 * std::cos(angle), 10.0 * std::sin(angle), i % 2 == 0 ? 0.5 : -0.5});
+    }
+    ExpectSameCircle(Fitted(points), {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 10.0, 1e-13);
+}
+
+TEST(Circle, NoCircleNearbyFitsBetter) {
+    ForManyArcs(11, [](const Arc& arc, const std::vector<Coordinates>& points) {
+        if (arc.noise == 0.0 || arc.count == 3) return; // then the sum is nothing but rounding
+        const CMaCircle circle = Fitted(points);
+        const double best = SumOfSquares(points, circle);
+        const CMaVector centre = circle.GetCentre().To3DVector(), normal = circle.GetNormal();
+        const double step = 1e-3 * arc.noise;
+        // Steps of a thousandth of the noise change the sum by a millionth, far above its rounding.
+        for (int axis = 0; axis < 3; ++axis)
+            for (const double sign : {1.0, -1.0}) {
+                CMaVector shift(0.0, 0.0, 0.0);
+                shift[axis] = sign * step;
+                EXPECT_GT(SumOfSquares(points, centre + shift, normal, circle.GetRadius()), best);
+                EXPECT_GE(SumOfSquares(points, centre, normal + shift * (1.0 / arc.radius), circle.GetRadius()), best);
+                EXPECT_GT(SumOfSquares(points, centre, normal, circle.GetRadius() + sign * step), best);
+            }
+    });
+}
+
+TEST(Circle, IsAsGoodAsAnyThatIsKnown) {
+    struct {
+        std::vector<Coordinates> points;
+        CMaVector centre, normal;
+        double radius;
+        const char* why;
+    } const cases[] = {
+        {{{1, 2, 0}, {3, -1, 2}, {2, 0, 1}, {1, 1, -1}},
+         {2.7286, 2.8542, 2.7150},
+         {0.8392, 0.1445, -0.5243},
+         3.7884,
+         "the way there leads over a saddle"},
+        {{{3, 0, 0}, {-4, 1, -2}, {-4, -1, -2}, {-2, 0, -2}},
+         {-1.0652, 4.4219, 1.4919},
+         {0.2538, 0.5148, -0.8189},
+         6.1586,
+         "the way there leads over a saddle"},
+        {{{1, 2, 0}, {-4, 1, 0}, {1, 0, 0}, {-6, 1, 0}},
+         {-2.2227, 4.6990, 0.0},
+         {0.0, 0.0, 1.0},
+         4.8231,
+         "a saddle in the plane of the points"},
+        {{{-1, -1, -1}, {2, -2, 1}, {-6, 2, 0}, {1, -1, 2}, {-3, 1, 1}, {-5, 2, -2}},
+         {-4.1819, 7.7159, 21.4963},
+         {-0.5001, -0.8312, 0.2430},
+         22.9871,
+         "its plane is far from the plane that fits best"},
+        {{{-4, 0, -1}, {2, 2, 1}, {-1, -1, 2}, {-3, 2, 2}},
+         {-0.7362, 1.3403, -1.0883},
+         {-0.2634, 0.9492, 0.1720},
+         3.4996,
+         "its plane is far from the plane that fits best"},
+    };
+    constexpr double roundingOfTheKnown = 1e-3; // relative: they are written with four decimals
+    for (const auto& [points, centre, normal, radius, why] : cases)
+        EXPECT_LT(SumOfSquares(points, Fitted(points)),
+                  SumOfSquares(points, centre, normal, radius) * (1.0 + roundingOfTheKnown))
+            << why;
+}
+
+TEST(Circle, IsAlwaysBetterThanAStraightLine) {
+    const auto ofLine = [](const std::vector<Coordinates>& points) {
+        CMaLine line;
+        line.Fit(ArrayOf(points));
+        double sum = 0.0;
+        for (const Coordinates& p : points) {
+            const double off =
+                (line.GetDirection() * Difference(VectorOf(p), line.GetPoint().To3DVector())).Magnitude();
+            sum += off * off;
+        }
+        return sum;
+    };
+    const std::vector<Coordinates> hardlyBent = {{0, -2, 0}, {-5, -2, 0}, {-6, 1, 0},
+                                                 {-4, 2, 0}, {6, -1, 0},  {0, 2, 0}};
+    EXPECT_LT(SumOfSquares(hardlyBent, Fitted(hardlyBent)), ofLine(hardlyBent));
+
+    std::mt19937_64 random(18);
+    std::normal_distribution<double> normal;
+    for (int round = 0; round < 3000; ++round) {
+        SCOPED_TRACE("seed 18, round " + std::to_string(round));
+        std::vector<Coordinates> points;
+        for (int i = 0; i < 4 + round % 4; ++i) {
+            const double x = 3.0 * normal(random), y = normal(random), z = normal(random);
+            points.push_back({x, y, z});
+        }
+        ASSERT_LT(SumOfSquares(points, Fitted(points)), ofLine(points));
+    }
+}
+
+TEST(Circle, MovesWithItsPoints) {
+    ForManyArcs(12, [](const Arc& arc, const std::vector<Coordinates>& points) {
+        const CMaVector shift(-300.0, 0.1, 2000.0 / 3.0);
+        std::vector<Coordinates> moved;
+        for (const Coordinates& p : points) moved.push_back({p[0] + shift[0], p[1] + shift[1], p[2] + shift[2]});
+        const CMaCircle circle = Fitted(points);
+        ExpectSameCircle(Fitted(moved), circle.GetCentre().To3DVector() + shift, circle.GetNormal(), circle.GetRadius(),
+                         Rounding(arc, SizeOf(moved)));
+    });
+}
+
+TEST(Circle, TurnsWithItsPoints) {
+    ForManyArcs(13, [](const Arc& arc, const std::vector<Coordinates>& points) {
+        std::mt19937_64 random(5);
+        const RandomFrame frame(random);
+        std::vector<Coordinates> turned;
+        for (const Coordinates& p : points) turned.push_back(frame.At(p[0], p[1], p[2]));
+        const CMaCircle circle = Fitted(points);
+        const CMaPoint centre = circle.GetCentre();
+        const CMaVector normal = circle.GetNormal();
+        ExpectSameCircle(Fitted(turned), VectorOf(frame.At(centre.x(), centre.y(), centre.z())),
+                         VectorOf(frame.At(normal[0], normal[1], normal[2])), circle.GetRadius(),
+                         Rounding(arc, SizeOf(points)));
+    });
+}
+
+TEST(Circle, GrowsWithItsPoints) {
+    ForManyArcs(14, [](const Arc& arc, const std::vector<Coordinates>& points) {
+        const CMaCircle circle = Fitted(points);
+        for (const double factor : {1.0 / 3.0, 25.4, -7.0, 1e100, 1e-100}) {
+            std::vector<Coordinates> scaled;
+            for (const Coordinates& p : points) scaled.push_back({p[0] * factor, p[1] * factor, p[2] * factor});
+            ExpectSameCircle(Fitted(scaled), circle.GetCentre().To3DVector() * factor, circle.GetNormal(),
+                             circle.GetRadius() * std::fabs(factor), Rounding(arc, SizeOf(points)) * std::fabs(factor));
+        }
+    });
+}
+
+TEST(Circle, GrowsWithItsPointsToTheLastBitWhenTheyAreDoubled) {
+    ForManyArcs(20, [](const Arc&, const std::vector<Coordinates>& points) {
+        const CMaCircle circle = Fitted(points);
+        for (const double factor : {2.0, 0x1p-30, 0x1p500}) {
+            std::vector<Coordinates> scaled;
+            for (const Coordinates& p : points) scaled.push_back({p[0] * factor, p[1] * factor, p[2] * factor});
+            const CMaCircle other = Fitted(scaled);
+            EXPECT_EQ(Distance(other.GetCentre().To3DVector(), circle.GetCentre().To3DVector() * factor), 0.0);
+            EXPECT_EQ(Distance(other.GetNormal(), circle.GetNormal()), 0.0);
+            EXPECT_EQ(other.GetRadius(), circle.GetRadius() * factor);
+        }
+    });
+}
+
+TEST(Circle, IsMirroredWithItsPoints) {
+    ForManyArcs(21, [](const Arc& arc, const std::vector<Coordinates>& points) {
+        std::vector<Coordinates> mirrored;
+        for (const Coordinates& p : points) mirrored.push_back({p[1], p[0], -p[2]});
+        const CMaCircle circle = Fitted(points);
+        const CMaVector centre = circle.GetCentre().To3DVector(), normal = circle.GetNormal();
+        ExpectSameCircle(Fitted(mirrored), {centre[1], centre[0], -centre[2]}, {normal[1], normal[0], -normal[2]},
+                         circle.GetRadius(), Rounding(arc, SizeOf(points)));
+    });
+}
+
+TEST(Circle, DoesNotDependOnTheOrderOfItsPoints) {
+    ForManyArcs(15, [](const Arc& arc, const std::vector<Coordinates>& points) {
+        const CMaCircle circle = Fitted(points);
+        std::vector<Coordinates> other(points.rbegin(), points.rend());
+        std::mt19937_64 random(6);
+        for (int i = 0; i < 3; ++i) {
+            ExpectSameCircle(Fitted(other), circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius(),
+                             Rounding(arc, SizeOf(points)));
+            std::shuffle(other.begin(), other.end(), random);
+        }
+    });
+}
+
+TEST(Circle, CountsEveryPointEveryTimeItIsGiven) {
+    ForManyArcs(16, [](const Arc& arc, const std::vector<Coordinates>& points) {
+        const CMaCircle circle = Fitted(points);
+        std::vector<Coordinates> twice = points;
+        twice.insert(twice.end(), points.begin(), points.end());
+        ExpectSameCircle(Fitted(twice), circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius(),
+                         Rounding(arc, SizeOf(points)));
+    });
+}
+
+TEST(Circle, HasAUnitNormalAlways) {
+    constexpr double unitWithin = 1e-14;
+    ForManyArcs(17, [](const Arc&, const std::vector<Coordinates>& points) {
+        EXPECT_NEAR(Fitted(points).GetNormal().Magnitude(), 1.0, unitWithin);
+    });
+}
+
+TEST(Circle, SurvivesCoordinatesOfAnySize) {
+    const std::vector<Coordinates> unit = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {-1.0, 0.0, 0.0}, {0.6, 0.8, 0.0}};
+    for (const double size : {1e300, 1e-300, 0x1.8p1022, 0x1p-1060}) {
+        std::vector<Coordinates> points;
+        for (const Coordinates& p : unit) points.push_back({p[0] * size, p[2] * size, p[1] * size});
+        const CMaCircle circle = Fitted(points);
+        const double ulp = std::max(1e-14, std::numeric_limits<double>::denorm_min() * 8.0 / size);
+        EXPECT_NEAR(circle.GetRadius() / size, 1.0, ulp) << size;
+        EXPECT_LT(circle.GetCentre().To3DVector().Magnitude() / size, ulp) << size;
+        EXPECT_LT(DirectionError(circle.GetNormal(), {0.0, 1.0, 0.0}), 1e-14) << size;
+    }
+}
+
+TEST(Circle, FitsArcsOfAThousandthOfADegree) {
+    // Exact points of the parabola that the arc is, to far below the rounding of its height.
+    const double radius = 1000.0;
+    std::vector<Coordinates> points;
+    for (int i = -8; i <= 8; ++i) {
+        const double along = i / 1024.0;
+        points.push_back({along, 0.0, radius - std::sqrt(radius * radius - along * along)});
+    }
+    const CMaCircle circle = Fitted(points);
+    // The height, 3e-8, is given to about 1e-13 of a unit by the subtraction above.
+    EXPECT_NEAR(circle.GetRadius(), radius, radius * 1e-5);
+    EXPECT_LT(DirectionError(circle.GetNormal(), {0.0, 1.0, 0.0}), 1e-5);
+}
+
+TEST(Circle, OfManyPointsCountsThemAll) {
+    // So many that a sample of them is a good circle too: but the best of all is better than it can be.
+    std::mt19937_64 random(19);
+    std::vector<Coordinates> points = PointsOn({100.0, 90.0, 0.01, 70'000, ""}, random, {1000.0, -500.0, 30.0});
+    const CMaCircle circle = Fitted(points);
+    const double best = SumOfSquares(points, circle);
+    const CMaVector centre = circle.GetCentre().To3DVector(), normal = circle.GetNormal();
+    constexpr double step = 1e-6; // a hundredth of what a sample of several thousand leaves open
+    for (int axis = 0; axis < 3; ++axis)
+        for (const double sign : {1.0, -1.0}) {
+            CMaVector shift(0.0, 0.0, 0.0);
+            shift[axis] = sign * step;
+            EXPECT_GT(SumOfSquares(points, centre + shift, normal, circle.GetRadius()), best);
+            EXPECT_GE(SumOfSquares(points, centre, normal + shift * 0.01, circle.GetRadius()), best);
+            EXPECT_GT(SumOfSquares(points, centre, normal, circle.GetRadius() + sign * step), best);
+        }
+}
+
+TEST(Circle, LeavesItsPointsAlone) {
+    const CMaPointArray points = ArrayOf({{1.0, 0.1, 0.0}, {0.0, 1.0, 0.2}, {-1.0, 0.0, 0.0}, {0.6, 0.8, 0.0}});
+    const CMaPointArray before = points;
+    CMaCircle circle(1.0);
+    circle.Fit(points, iterationLimit);
+    for (int i = 0; i < points.GetSize(); ++i) EXPECT_EQ(Distance(points[i], before[i]), 0.0);
+}
+
+TEST(Circle, StopsAtItsLimit) {
+    const std::vector<Coordinates> points = {{1.0, 0.1, 0.0}, {0.0, 1.0, 0.2}, {-1.0, 0.0, 0.0}, {0.6, 0.8, 0.0}};
+    const CMaCircle right = Fitted(points);
+    for (const long limit : {0L, -1L, std::numeric_limits<long>::min(), 1L}) {
+        CMaCircle circle(4.0);
+        EXPECT_TRUE(FailsWith(GeometryError::Reason::LimitReached, [&] { circle.Fit(ArrayOf(points), limit); }))
+            << limit;
+        EXPECT_EQ(circle.GetRadius(), 4.0) << limit;
+    }
+    for (const long limit : {10L, std::numeric_limits<long>::max()}) {
+        CMaCircle circle(1.0);
+        EXPECT_NO_THROW(circle.Fit(ArrayOf(points), limit)) << "a handful is usual";
+        EXPECT_EQ(circle.GetRadius(), right.GetRadius());
+    }
+}
+
+TEST(Circle, CanBeMovedAsAWhole) {
+    constexpr double fewRoundings = 1e-14;
+    CMaCircle circle = Fitted({{3.0, 0.0, 7.0}, {0.0, 3.0, 7.0}, {-3.0, 0.0, 7.0}});
+    CMaNonLinearGeometry& shape = circle;
+    shape.Translate(1.0, 2.0, -7.0);
+    ExpectSameCircle(circle, {1.0, 2.0, 0.0}, {0.0, 0.0, 1.0}, 3.0, fewRoundings);
+    shape.Translate(CMaPoint(0.0, -2.0, 0.0));
+    ExpectSameCircle(circle, {1.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 3.0, fewRoundings);
+    shape.Rotate(90.0, CMaGeometry::Y);
+    ExpectSameCircle(circle, {0.0, 0.0, -1.0}, {1.0, 0.0, 0.0}, 3.0, fewRoundings);
+    shape.Rotate(90.0, CMaVector(5.0, 0.0, 0.0));
+    ExpectSameCircle(circle, {0.0, 1.0, 0.0}, {1.0, 0.0, 0.0}, 3.0, fewRoundings);
+    shape.Rotate(90.0, CMaGeometry::Z, CMaPoint(1.0, 1.0, 0.0));
+    ExpectSameCircle(circle, {1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, 3.0, fewRoundings);
+    shape.Rotate(-120.0, CMaVector(1.0, 1.0, 1.0), CMaPoint(1.0, 0.0, 5.0));
+    ExpectSameCircle(circle, {1.0, -5.0, 5.0}, {1.0, 0.0, 0.0}, 3.0, fewRoundings);
+}
+
+TEST(Circle, IsNotMovedAboutADirectionThatIsNone) {
+    CMaCircle circle(2.0);
+    for (const double component :
+         {0.0, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()})
+        EXPECT_TRUE(
+            FailsWith(GeometryError::Reason::Impossible, [&] { circle.Rotate(10.0, CMaVector(component, 0.0, 0.0)); }));
+    ExpectSameCircle(circle, {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 2.0, 1e-15);
+}

@@ -1,0 +1,267 @@
+#include "maths/CMaLine.h"
+#include "maths/CMaPlane.h"
+#include "tests/maths/AxisCertificate.h"
+#include "tests/maths/CircleCertificate.h"
+
+#include <limits>
+#include <string>
+
+using namespace qmv40;
+
+/// Fits of points of every kind, each held against the best answer there is, worked out in 32 digits, and against what
+/// the rounding of the points alone does to that.
+
+namespace {
+
+constexpr double epsilon = std::numeric_limits<double>::epsilon();
+/// Beyond the floor itself: the rounding of the arithmetic, and a floor that is a chance sample.
+constexpr double floors = 20.0;
+/// The result has to be rounded too, more than once on its way back from the middle of the points.
+constexpr double roundings = 4.0;
+/// In the unit of the points, where these form no clear shape: far below what any probe resolves.
+constexpr double alwaysGoodEnough = 1e-9;
+
+using Random = std::mt19937_64;
+
+template <typename Value, std::size_t Count> Value OneOf(const Value (&values)[Count], Random& random) {
+    return values[random() % Count];
+}
+
+double LargestOf(const std::vector<Coordinates>& points) {
+    double largest = 0.0;
+    for (const Coordinates& p : points)
+        for (const double coordinate : p) largest = std::max(largest, std::fabs(coordinate));
+    return largest;
+}
+
+/// How the points lie along the arc, and how they stray from it.
+enum class Kind { Even, Unbalanced, Outlier, OutOfPlane, Alternating, NearlyCollinear };
+
+constexpr Kind kinds[] = {Kind::Even,       Kind::Unbalanced,  Kind::Outlier,
+                          Kind::OutOfPlane, Kind::Alternating, Kind::NearlyCollinear};
+constexpr const char* kindNames[] = {"even",         "unbalanced",  "outlier",
+                                     "out of plane", "alternating", "nearly collinear"};
+
+struct Arc {
+    Kind kind;
+    double degrees, radius, noise, away;
+    int count;
+
+    static Arc Draw(Random& random) {
+        constexpr double degrees[] = {360.0, 270.0, 180.0, 90.0, 60.0, 45.0, 30.0, 20.0, 10.0, 5.0, 2.0, 1.0};
+        constexpr double radii[] = {1e-2, 0.1, 1.0, 10.0, 100.0, 1e3, 1e4, 1e5};
+        constexpr double noises[] = {0.0, 1e-6, 1e-4, 1e-3, 1e-2, 0.1};
+        constexpr double aways[] = {0.0, 1.0, 1e3, 1e6};
+        constexpr int counts[] = {3, 4, 5, 6, 7, 8, 12, 20, 40, 150};
+        return {OneOf(kinds, random),  OneOf(degrees, random), OneOf(radii, random),
+                OneOf(noises, random), OneOf(aways, random),   OneOf(counts, random)};
+    }
+
+    double Angle() const {
+        const double whole = degrees * std::numbers::pi / 180.0;
+        return kind == Kind::NearlyCollinear ? 0.05 * whole : whole;
+    }
+    double Height() const { return radius * (1.0 - std::cos(std::min(0.5 * Angle(), std::numbers::pi))); }
+    double Strays() const {
+        const double most = kind == Kind::Outlier ? 30.0 : kind == Kind::OutOfPlane ? 10.0 : 1.0;
+        return most * noise;
+    }
+    /// Nobody would take it for a line or a heap.
+    bool IsClear() const { return Height() > 10.0 * Strays() + 1e4 * epsilon * (radius + away); }
+
+    std::string Describe() const {
+        return std::string(kindNames[static_cast<int>(kind)]) + ", " + std::to_string(degrees) + " degrees, radius " +
+               std::to_string(radius) + ", noise " + std::to_string(noise) + ", " + std::to_string(away) + " away, " +
+               std::to_string(count) + " points";
+    }
+
+    std::vector<Coordinates> Points(Random& random) const {
+        std::normal_distribution<double> normal;
+        const RandomFrame frame(random), place(random);
+        std::vector<Coordinates> points;
+        for (int i = 0; i < count; ++i) {
+            const double angle = Angle() * (Along(i, random) - 0.5);
+            double outward = noise * normal(random), across = noise * normal(random);
+            if (kind == Kind::Outlier && i == 0) outward *= 30.0;
+            if (kind == Kind::OutOfPlane) across *= 10.0;
+            if (kind == Kind::Alternating) outward = i % 2 == 0 ? noise : -noise;
+            const double rho = radius + outward;
+            const Coordinates p = frame.At(rho * std::cos(angle), rho * std::sin(angle), across);
+            points.push_back(
+                {p[0] + away * place.first[0], p[1] + away * place.first[1], p[2] + away * place.first[2]});
+        }
+        return points;
+    }
+
+private:
+    double Along(int i, Random& random) const {
+        std::uniform_real_distribution<double> anywhere(0.0, 1.0);
+        switch (kind) {
+        case Kind::Even:
+        case Kind::Alternating:
+            return (i + 0.5) / count;
+        case Kind::Unbalanced:
+            return i % 5 != 0 ? 0.2 * anywhere(random) : anywhere(random);
+        default:
+            return anywhere(random);
+        }
+    }
+};
+
+void ExpectRightCircle(const Arc& arc, const std::vector<Coordinates>& points) {
+    constexpr long soon = 1000;
+    CMaCircle circle(1.0);
+    try {
+        circle.Fit(ArrayOf(points), soon);
+    } catch (const GeometryError& failure) {
+        EXPECT_EQ(failure.GetReason(), GeometryError::Reason::Impossible);
+        EXPECT_FALSE(arc.IsClear());
+        return;
+    }
+    const CircleCertificate certificate(points, circle);
+    ASSERT_TRUE(certificate.isMinimum);
+    const double always = arc.IsClear() ? 0.0 : alwaysGoodEnough;
+    const double rounding = roundings * epsilon * std::max(LargestOf(points), circle.GetRadius());
+    const CircleCertificate::Difference &error = certificate.error, &floor = certificate.floor;
+    EXPECT_LE(error.centre, std::max(floors * floor.centre + rounding, always));
+    EXPECT_LE(error.radius, std::max(floors * floor.radius + rounding, always));
+    EXPECT_LE(error.normal, std::max(floors * floor.normal + roundings * epsilon, always));
+}
+
+} // namespace
+
+TEST(FitAccuracy, CirclesAreRightToTheRoundingOfTheirPoints) {
+    Random random(41);
+    for (int round = 0; round < 600; ++round) {
+        const Arc arc = Arc::Draw(random);
+        SCOPED_TRACE("seed 41, round " + std::to_string(round) + ": " + arc.Describe());
+        ExpectRightCircle(arc, arc.Points(random));
+    }
+}
+
+TEST(FitAccuracy, OfAClearCircleTakesThreeSteps) {
+    constexpr long steps = 3;
+    Random random(47);
+    int clear = 0;
+    for (int round = 0; round < 600; ++round) {
+        const Arc arc = Arc::Draw(random);
+        const std::vector<Coordinates> points = arc.Points(random);
+        // With so little noise the initial guess is almost the result.
+        if (!arc.IsClear() || arc.Height() < 1000.0 * arc.Strays()) continue;
+        ++clear;
+        CMaCircle circle(1.0);
+        EXPECT_NO_THROW(circle.Fit(ArrayOf(points), steps)) << "seed 47, round " << round << ": " << arc.Describe();
+    }
+    EXPECT_GT(clear, 100);
+}
+
+TEST(FitAccuracy, OfACaptureIsWhatTheHeaderOfTheCircleStates) {
+    constexpr double bound = 3e-13, normalBound = 1e-15; // millimetres, radians: see CMaCircle::Fit
+    Random random(48);
+    double worst = 0.0, worstNormal = 0.0;
+    for (int round = 0; round < 300; ++round) {
+        SCOPED_TRACE("seed 48, round " + std::to_string(round));
+        const Arc capture = {Kind::Even, 90.0, 180.0, 0.001, 1000.0, 40};
+        const std::vector<Coordinates> points = capture.Points(random);
+        CMaCircle circle(1.0);
+        ASSERT_NO_THROW(circle.Fit(ArrayOf(points), 1000));
+        const CircleCertificate certificate(points, circle);
+        ASSERT_TRUE(certificate.isMinimum);
+        worst = std::max({worst, certificate.error.centre, certificate.error.radius});
+        worstNormal = std::max(worstNormal, certificate.error.normal);
+    }
+    EXPECT_LE(worst, bound);
+    EXPECT_LE(worstNormal, normalBound);
+    EXPECT_GE(worst, 0.1 * bound) << "the header could state a smaller bound";
+}
+
+TEST(FitAccuracy, CirclesOfThousandsOfPointsAreRightToTheirRounding) {
+    const Arc arcs[] = {{Kind::Unbalanced, 90.0, 100.0, 1e-2, 1e3, 4000},
+                        {Kind::Alternating, 1.0, 1e5, 0.1, 0.0, 4000},
+                        {Kind::OutOfPlane, 360.0, 1e-2, 1e-4, 1.0, 4000}};
+    Random random(42);
+    for (const Arc& arc : arcs) {
+        SCOPED_TRACE("seed 42: " + arc.Describe());
+        ExpectRightCircle(arc, arc.Points(random));
+    }
+}
+
+namespace {
+
+/// A box of points, turned at random: a strip, a rod or a slab.
+struct Box {
+    double length, width, height, away;
+    int count;
+
+    static Box Draw(Random& random) {
+        constexpr double lengths[] = {1e-2, 1.0, 100.0, 1e5};
+        constexpr double ratios[] = {1.0, 0.3, 1e-2, 1e-4};
+        constexpr double heights[] = {0.0, 1e-6, 1e-3, 0.1, 0.5};
+        constexpr double aways[] = {0.0, 1.0, 1e3, 1e6};
+        constexpr int counts[] = {3, 4, 5, 8, 20, 40, 300};
+        const double length = OneOf(lengths, random), width = length * OneOf(ratios, random);
+        return {length, width, width * OneOf(heights, random), OneOf(aways, random), OneOf(counts, random)};
+    }
+
+    /// Its thickness is clearly smaller than its width, and its width clearly larger than the rounding.
+    bool IsClear() const { return count > 3 && width > 1e4 * epsilon * (length + away); }
+
+    std::string Describe() const {
+        return std::to_string(length) + " x " + std::to_string(width) + " x " + std::to_string(height) + ", " +
+               std::to_string(away) + " away, " + std::to_string(count) + " points";
+    }
+
+    std::vector<Coordinates> Points(Random& random) const {
+        std::uniform_real_distribution<double> anywhere(-0.5, 0.5);
+        const RandomFrame frame(random), place(random);
+        std::vector<Coordinates> points;
+        for (int i = 0; i < count; ++i) {
+            const double u = length * anywhere(random), v = width * anywhere(random), w = height * anywhere(random);
+            const Coordinates p = frame.At(u, v, w);
+            points.push_back(
+                {p[0] + away * place.first[0], p[1] + away * place.first[1], p[2] + away * place.first[2]});
+        }
+        return points;
+    }
+};
+
+void ExpectRightAxis(const std::vector<Coordinates>& points, const AxisCertificate& certificate,
+                     const CMaVector& direction) {
+    EXPECT_TRUE(certificate.isBest);
+    EXPECT_LE(certificate.pointError, roundings * epsilon * LargestOf(points));
+    EXPECT_LE(certificate.directionError,
+              floors * certificate.directionFloor + roundings * epsilon * (1.0 + certificate.likeness));
+    EXPECT_NEAR(direction.Magnitude(), 1.0, roundings * epsilon);
+}
+
+/// Calls `check(points)` for many boxes whose shape is clear.
+template <typename Check> void ForManyBoxes(unsigned seed, const Check& check) {
+    Random random(seed);
+    for (int round = 0; round < 600; ++round) {
+        const Box box = Box::Draw(random);
+        const std::vector<Coordinates> points = box.Points(random);
+        if (!box.IsClear()) continue;
+        SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round) + ": " + box.Describe());
+        check(points);
+    }
+}
+
+} // namespace
+
+TEST(FitAccuracy, LinesAreRightToTheRoundingOfTheirPoints) {
+    ForManyBoxes(43, [](const std::vector<Coordinates>& points) {
+        CMaLine line;
+        ASSERT_NO_THROW(line.Fit(ArrayOf(points)));
+        const AxisCertificate certificate(points, line.GetPoint(), line.GetDirection(), AxisCertificate::Longest);
+        ExpectRightAxis(points, certificate, line.GetDirection());
+    });
+}
+
+TEST(FitAccuracy, PlanesAreRightToTheRoundingOfTheirPoints) {
+    ForManyBoxes(44, [](const std::vector<Coordinates>& points) {
+        CMaPlane plane;
+        ASSERT_NO_THROW(plane.Fit(ArrayOf(points)));
+        const AxisCertificate certificate(points, plane.GetPoint(), plane.GetNormal(), AxisCertificate::Shortest);
+        ExpectRightAxis(points, certificate, plane.GetNormal());
+    });
+}

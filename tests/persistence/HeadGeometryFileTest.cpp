@@ -1,0 +1,412 @@
+#include "persistence/HeadGeometryFile.h"
+#include "head/RoundThePole.h"
+#include "interface/ErrorCodes.h"
+#include "platform/SettingsStore.h"
+#include "tests/support/Bstr.h"
+#include "tests/support/ErrorRecord.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <map>
+#include <string>
+#include <vector>
+
+using namespace qmv40;
+
+/// What a load asks for and a save writes, in which order and how far, against a profile file that this program
+/// provides itself and that keeps account of every access.
+
+namespace {
+
+using Entry = std::pair<std::string, std::string>; // section, key
+
+struct Profile {
+    std::map<Entry, std::string> texts;
+    std::vector<Entry> read;
+    std::vector<Entry> written;
+    std::vector<std::wstring> opened; ///< names of the files, each time that one was opened for reading or writing
+    std::vector<std::string> defaults;
+    std::vector<std::size_t> capacities;
+    std::function<void(std::size_t)> beforeRead = [](std::size_t) {}; ///< may throw; the argument counts from 0
+    std::function<bool(std::size_t)> write = [](std::size_t) { return true; }; ///< whether it succeeds; may throw
+} profile;
+
+std::string Narrow(const wchar_t* ascii) {
+    const std::wstring_view text(ascii);
+    return {text.begin(), text.end()};
+}
+
+} // namespace
+
+struct ProfileReader::State {};
+ProfileReader::ProfileReader(const wchar_t* fileName) { profile.opened.emplace_back(fileName); }
+ProfileReader::~ProfileReader() = default;
+
+void ProfileReader::Read(const wchar_t* section, const wchar_t* key, const char* defaultText,
+                         std::span<char> buffer) const {
+    const Entry entry{Narrow(section), Narrow(key)};
+    profile.read.push_back(entry);
+    profile.defaults.emplace_back(defaultText);
+    profile.capacities.push_back(buffer.size());
+    profile.beforeRead(profile.read.size() - 1);
+    const auto found = profile.texts.find(entry);
+    const std::string text = found == profile.texts.end() ? defaultText : found->second;
+    const std::size_t length = std::min(text.size(), buffer.size() - 1);
+    std::copy_n(text.begin(), length, buffer.begin());
+    buffer[length] = '\0';
+}
+
+void ProfileWriter::Set(const wchar_t* section, const wchar_t* key, std::string_view text) {
+    entries.push_back({Narrow(section), Narrow(key), std::string(text)});
+}
+
+bool ProfileWriter::Commit() {
+    profile.opened.push_back(file);
+    for (const ProfileEntry& entry : entries) {
+        profile.written.emplace_back(*entry.section, *entry.key);
+        if (!profile.write(profile.written.size() - 1)) return false;
+        profile.texts[profile.written.back()] = entry.text;
+    }
+    return true;
+}
+
+// No settings: every fixed offset is the default, whatever the machine that runs the tests has stored.
+struct SettingsKey::State {};
+SettingsKey::SettingsKey(const char*) {}
+SettingsKey::~SettingsKey() = default;
+bool SettingsKey::IsOpen() const noexcept { return false; }
+LSTATUS SettingsKey::Query(const char*, std::span<char>, DWORD&, DWORD&) const { return ERROR_FILE_NOT_FOUND; }
+
+namespace {
+
+const std::vector<Entry> savedOrder{{"HEADCENTRE", "X"},
+                                    {"HEADCENTRE", "Y"},
+                                    {"HEADCENTRE", "Z"},
+                                    {"SAFEPOSITION", "X"},
+                                    {"SAFEPOSITION", "Y"},
+                                    {"SAFEPOSITION", "Z"},
+                                    {"AlignmentOffset", "RequiredRotationAroundZ"}};
+
+/// The head centre is here twice: a load reads it a second time and does not use it, as required.
+const std::vector<Entry> loadedOrder{{"HEADCENTRE", "X"},   {"HEADCENTRE", "Y"},
+                                     {"HEADCENTRE", "Z"},   {"HEADCENTRE", "X"},
+                                     {"HEADCENTRE", "Y"},   {"HEADCENTRE", "Z"},
+                                     {"SAFEPOSITION", "X"}, {"SAFEPOSITION", "Y"},
+                                     {"SAFEPOSITION", "Z"}, {"AlignmentOffset", "RequiredRotationAroundZ"}};
+
+std::vector<Entry> First(const std::vector<Entry>& all, std::size_t count) {
+    return {all.begin(), all.begin() + static_cast<std::ptrdiff_t>(count)};
+}
+
+class HeadGeometryFile : public testing::Test {
+protected:
+    HeadGeometryFile() { profile = Profile{}; }
+
+    /// Stores the seven texts in the order of `savedOrder`.
+    static void Fill(const std::vector<std::string>& texts) {
+        for (std::size_t i = 0; i < savedOrder.size(); ++i) profile.texts[savedOrder[i]] = texts.at(i);
+    }
+    static void FillWithNumbers() { Fill({"10", "20", "30", "4", "5", "6", "0"}); }
+
+    Raised Load() {
+        return RaisedBy([this] { head.LoadFromFile(name.Address()); });
+    }
+    Raised Save() {
+        return RaisedBy([this] { head.SaveToFile(name.Address()); });
+    }
+
+    RoundThePole head;
+    Bstr name{std::wstring(L"a head.ini")};
+};
+
+void ExpectRecord(const Raised& raised, HRESULT code, const wchar_t* source, const wchar_t* description) {
+    EXPECT_EQ(raised.code, code);
+    ASSERT_TRUE(raised.record);
+    EXPECT_EQ(raised.record->source, source);
+    EXPECT_EQ(raised.record->description, description);
+    EXPECT_EQ(raised.record->helpFile, L"");
+    EXPECT_EQ(raised.record->helpContext, 0U);
+}
+
+TEST_F(HeadGeometryFile, IsSavedInItsOrderIntoTheOneFile) {
+    EXPECT_EQ(Save().code, S_OK);
+    EXPECT_EQ(profile.written, savedOrder);
+    EXPECT_EQ(profile.opened, std::vector<std::wstring>{L"a head.ini"}) << "once: all entries are written together";
+    EXPECT_TRUE(profile.read.empty());
+}
+
+TEST_F(HeadGeometryFile, HasOneTableOfItsEntries) {
+    std::vector<Entry> table;
+    for (const HeadGeometryEntry& entry : headGeometryEntries)
+        table.emplace_back(Narrow(entry.section), Narrow(entry.key));
+    EXPECT_EQ(table, savedOrder);
+    EXPECT_EQ(table[headCentreEntry], (Entry{"HEADCENTRE", "X"}));
+    EXPECT_EQ(table[safePositionEntry], (Entry{"SAFEPOSITION", "X"}));
+    EXPECT_EQ(table[rotationEntry], (Entry{"AlignmentOffset", "RequiredRotationAroundZ"}));
+}
+
+TEST_F(HeadGeometryFile, GivesTheTextOfAnEntryOrNothingWhenItIsMissing) {
+    const ProfileReader file(L"a head.ini");
+    const HeadGeometryEntry& entry = headGeometryEntries.front();
+    EXPECT_EQ(ReadHeadGeometryText(file, entry), std::nullopt);
+    for (const char* const text : {"1.5", "", "word", "999999999"}) {
+        profile.texts[savedOrder.front()] = text;
+        EXPECT_EQ(ReadHeadGeometryText(file, entry), text);
+    }
+}
+
+TEST_F(HeadGeometryFile, HoldsZerosWhenNoGeometryWasEverSupplied) {
+    Save();
+    for (const Entry& entry : savedOrder) EXPECT_EQ(profile.texts[entry], "0.000000000e+00");
+}
+
+TEST_F(HeadGeometryFile, IsLoadedInItsOrderWithTheHeadCentreReadTwice) {
+    FillWithNumbers();
+    EXPECT_EQ(Load().code, S_OK);
+    EXPECT_EQ(profile.read, loadedOrder);
+    EXPECT_EQ(profile.opened, std::vector<std::wstring>{L"a head.ini"}) << "once: all are read at one moment";
+    EXPECT_TRUE(profile.written.empty());
+}
+
+TEST_F(HeadGeometryFile, IsReadWithTheMissingMarkerAndRoomFor348Chars) {
+    FillWithNumbers();
+    Load();
+    EXPECT_EQ(profile.defaults, std::vector<std::string>(10, "999999999"));
+    EXPECT_EQ(profile.capacities, std::vector<std::size_t>(10, 349));
+}
+
+TEST_F(HeadGeometryFile, FillsTheGeometryThatItHolds) {
+    Fill({"10.5", "-20.25", "30.125", "4.5", "-5.5", "123456", "0"});
+    ASSERT_EQ(Load().code, S_OK);
+    EXPECT_EQ(head.HeadCentre()[0], 10.5);
+    EXPECT_EQ(head.HeadCentre()[1], -20.25);
+    EXPECT_EQ(head.HeadCentre()[2], 30.125);
+    EXPECT_EQ(head.SafePositionX(), 4.5);
+    EXPECT_EQ(head.SafePositionY(), -5.5);
+    EXPECT_EQ(head.RequiredRotationAroundZ(), 0.0);
+}
+
+// The saved Z of the safe position must be in the file and is never used, as required.
+TEST_F(HeadGeometryFile, LosesItsSafeZToTheHeightAboveTheHeadCentre) {
+    Fill({"10", "20", "30.125", "4", "5", "-777", "0"});
+    ASSERT_EQ(Load().code, S_OK);
+    EXPECT_EQ(head.SafePositionZ(), 65.125);
+    Save();
+    EXPECT_EQ(profile.texts[savedOrder[5]], "6.512500000e+01");
+}
+
+TEST_F(HeadGeometryFile, EndsASaveAtTheFirstValueThatCannotBeWritten) {
+    for (std::size_t failing = 0; failing < savedOrder.size(); ++failing) {
+        SCOPED_TRACE(failing);
+        profile = Profile{};
+        profile.write = [failing](std::size_t i) { return i != failing; };
+        ExpectRecord(Save(), QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File");
+        EXPECT_EQ(profile.written, First(savedOrder, failing + 1));
+        EXPECT_EQ(profile.texts.size(), failing) << "what was written before stays";
+    }
+}
+
+TEST_F(HeadGeometryFile, EndsALoadAtTheFirstValueThatIsMissing) {
+    for (std::size_t missing = 0; missing < savedOrder.size(); ++missing) {
+        SCOPED_TRACE(missing);
+        profile = Profile{};
+        FillWithNumbers();
+        profile.texts.erase(savedOrder[missing]);
+        ExpectRecord(Load(), QMV_E_READ_FROM_FILE, L"RoundThePole::ReadDoubleFromIniFile", L"Failed To Read from File");
+        const std::size_t lastRead = missing < 3 ? missing : missing + 3;
+        EXPECT_EQ(profile.read, First(loadedOrder, lastRead + 1));
+    }
+}
+
+TEST_F(HeadGeometryFile, KeepsTheValuesReadBeforeAFailure) {
+    Fill({"1", "2", "3", "4", "5", "6", "0"});
+    ASSERT_EQ(Load().code, S_OK);
+    Fill({"10", "20", "30", "40", "50", "60", "90"});
+    profile.texts.erase(savedOrder[2]);
+    EXPECT_EQ(Load().code, QMV_E_READ_FROM_FILE);
+    EXPECT_EQ(head.HeadCentre()[0], 10.0);
+    EXPECT_EQ(head.HeadCentre()[1], 20.0);
+    EXPECT_EQ(head.HeadCentre()[2], 3.0) << "not reached";
+    EXPECT_EQ(head.SafePositionX(), 4.0);
+    EXPECT_EQ(head.RequiredRotationAroundZ(), 0.0);
+
+    FillWithNumbers();
+    profile.texts[savedOrder[3]] = "40";
+    profile.texts.erase(savedOrder[4]);
+    EXPECT_EQ(Load().code, QMV_E_READ_FROM_FILE);
+    EXPECT_EQ(head.HeadCentre()[2], 30.0);
+    EXPECT_EQ(head.SafePositionX(), 40.0);
+    EXPECT_EQ(head.SafePositionY(), 5.0) << "not reached";
+    EXPECT_EQ(head.SafePositionZ(), 38.0) << "not reached: still of the first load";
+}
+
+TEST_F(HeadGeometryFile, HasReplacedEverythingButTheTurnWhenTheRotationIsMissing) {
+    Fill({"1", "2", "3", "4", "5", "6", "90"});
+    ASSERT_EQ(Load().code, S_OK);
+    Fill({"10", "20", "30", "40", "50", "60", "90"});
+    profile.texts.erase(savedOrder[6]);
+    EXPECT_EQ(Load().code, QMV_E_READ_FROM_FILE);
+    EXPECT_EQ(head.HeadCentre()[0], 10.0);
+    EXPECT_EQ(head.SafePositionX(), 40.0);
+    EXPECT_EQ(head.SafePositionZ(), 65.0);
+    EXPECT_EQ(head.RequiredRotationAroundZ(), 90.0) << "the rotation of the first load stays";
+    // Levers, axes and drive cup are those of the ideal head, not turned.
+    CMaVector lever(0.0, 0.0, 0.0);
+    head.LeverCentrePosition(0, lever);
+    EXPECT_EQ(lever[0], 10.0 + 30.3);
+    EXPECT_EQ(lever[1], 20.0);
+    EXPECT_EQ(lever[2], 30.0 + -32.25);
+    EXPECT_EQ(head.AAxis()[0], -1.0);
+    EXPECT_EQ(head.AAxis()[1], 0.0);
+    EXPECT_EQ(head.DriveCupOffset()[1], 24.0);
+}
+
+TEST_F(HeadGeometryFile, CannotHoldTheSentinelHoweverItIsSpelt) {
+    for (const char* const text :
+         {"999999999", "999999999.0", "+999999999", "9.99999999e8", "999999999mm", "0x3b9ac9ff", "000999999999.000"}) {
+        for (std::size_t i = 0; i < savedOrder.size(); ++i) {
+            SCOPED_TRACE(std::string(text) + " as value " + std::to_string(i));
+            FillWithNumbers();
+            profile.texts[savedOrder[i]] = text;
+            ExpectRecord(Load(), QMV_E_READ_FROM_FILE, L"RoundThePole::ReadDoubleFromIniFile",
+                         L"Failed To Read from File");
+        }
+    }
+}
+
+TEST_F(HeadGeometryFile, HoldsTheNeighboursOfTheSentinel) {
+    const std::pair<const char*, double> neighbours[] = {{"-999999999", -999999999.0},
+                                                         {"999999998", 999999998.0},
+                                                         {"9999999990", 9999999990.0},
+                                                         // One unit in the last place beside it.
+                                                         {"999999999.00000012", std::nextafter(999999999.0, 1e10)},
+                                                         {"999999998.99999988", std::nextafter(999999999.0, 0.0)}};
+    for (const auto& [text, number] : neighbours) {
+        SCOPED_TRACE(text);
+        FillWithNumbers();
+        profile.texts[savedOrder[0]] = text;
+        EXPECT_EQ(Load().code, S_OK);
+        EXPECT_EQ(head.HeadCentre()[0], number);
+    }
+}
+
+// Text that does not begin a number reads as 0.0, as required: only a missing value is an error.
+TEST_F(HeadGeometryFile, ReadsWordsAsZeroAndNumbersAsFarAsTheyGo) {
+    const std::pair<const char*, double> texts[] = {
+        {"word", 0.0},  {"", 0.0},      {"-", 0.0},       {".", 0.0},      {"e5", 0.0},    {"mm7", 0.0},
+        {"7mm", 7.0},   {"1,5", 1.0},   {"-6.95", -6.95}, {"+2", 2.0},     {".5", 0.5},    {"5.", 5.0},
+        {"1e2", 100.0}, {"1E-2", 0.01}, {"1e", 1.0},      {"12 34", 12.0}, {"0x10", 16.0}, {"1.5.5", 1.5},
+    };
+    for (const auto& [text, number] : texts) {
+        SCOPED_TRACE(text);
+        FillWithNumbers();
+        profile.texts[savedOrder[1]] = text;
+        EXPECT_EQ(Load().code, S_OK);
+        EXPECT_EQ(head.HeadCentre()[1], number);
+    }
+}
+
+TEST_F(HeadGeometryFile, ReadsNoMoreThan348CharactersOfAValue) {
+    FillWithNumbers();
+    profile.texts[savedOrder[0]] = std::string(347, '0') + "12";
+    EXPECT_EQ(Load().code, S_OK);
+    EXPECT_EQ(head.HeadCentre()[0], 1.0);
+}
+
+TEST_F(HeadGeometryFile, WritesOneDigitNineDecimalsAndTheExponent) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"-6.95", "-6.950000000e+00"},
+        {"0", "0.000000000e+00"},
+        {"-0", "-0.000000000e+00"},
+        {"1", "1.000000000e+00"},
+        {"-214.1627580076114", "-2.141627580e+02"},
+        {"0.00012345678901234", "1.234567890e-04"},
+        {"9.9999999999", "1.000000000e+01"},
+        {"1e100", "1.000000000e+100"},
+        {"-1e-100", "-1.000000000e-100"},
+        {"4.9406564584124654e-324", "4.940656458e-324"},
+        {"1.7976931348623157e308", "1.797693135e+308"},
+        {"9.5367431640625e-7", "9.536743164e-07"},
+        // Exact ties go to the even digit.
+        {"1073741824.5", "1.073741824e+09"},
+        {"1073741825.5", "1.073741826e+09"},
+    };
+    for (const auto& [loaded, saved] : cases) {
+        SCOPED_TRACE(loaded);
+        FillWithNumbers();
+        profile.texts[savedOrder[0]] = loaded;
+        ASSERT_EQ(Load().code, S_OK);
+        ASSERT_EQ(Save().code, S_OK);
+        EXPECT_EQ(profile.texts[savedOrder[0]], saved);
+    }
+}
+
+TEST_F(HeadGeometryFile, GivesTenDigitsBackAndTheSameTextAgain) {
+    // Half a unit in the tenth digit, of a number that begins with 1.
+    constexpr double tenDigits = 5e-10;
+    for (const char* const text : {"3.14159265358979", "-271828.1828459045", "1e-300", "0.1", "-123456.7890123456789",
+                                   "99999.999995", "8.98846567431158e307"}) {
+        SCOPED_TRACE(text);
+        Fill({text, text, text, text, text, "0", "0"});
+        ASSERT_EQ(Load().code, S_OK);
+        const double before = head.HeadCentre()[0];
+        ASSERT_EQ(Save().code, S_OK);
+        const std::string saved = profile.texts[savedOrder[0]];
+        ASSERT_EQ(Load().code, S_OK);
+        EXPECT_NEAR(head.HeadCentre()[0], before, tenDigits * std::abs(before));
+        ASSERT_EQ(Save().code, S_OK);
+        EXPECT_EQ(profile.texts[savedOrder[0]], saved);
+    }
+}
+
+TEST_F(HeadGeometryFile, SpeaksOfTheWholeLoadWhenAnotherCodeComesUp) {
+    FillWithNumbers();
+    for (const HRESULT code : {E_OUTOFMEMORY, E_FAIL, QMV_E_WRITE_TO_FILE}) {
+        for (const std::size_t at : {0U, 4U, 9U}) {
+            SCOPED_TRACE(at);
+            profile.read.clear();
+            profile.beforeRead = [=](std::size_t i) {
+                if (i == at) throw code;
+            };
+            ExpectRecord(Load(), code, L"RoundThePole::LoadFromFile", L"Failed To Load File");
+        }
+    }
+}
+
+// A failed save names the load as its source: the text is fixed.
+TEST_F(HeadGeometryFile, NamesTheLoadAlsoWhenASaveMeetsAnotherCode) {
+    for (const HRESULT code : {E_OUTOFMEMORY, E_FAIL, QMV_E_READ_FROM_FILE}) {
+        for (const std::size_t at : {0U, 3U, 6U}) {
+            SCOPED_TRACE(at);
+            profile.written.clear();
+            profile.write = [=](std::size_t i) {
+                if (i == at) throw code;
+                return true;
+            };
+            ExpectRecord(Save(), code, L"RoundThePole::LoadFromFile", L"Failed To Save File");
+        }
+    }
+}
+
+TEST_F(HeadGeometryFile, TurnsTheIdealHeadOnceHoweverOftenItIsLoaded) {
+    // cos 30 degrees and sin 30 degrees, and the rounding of one turn.
+    constexpr double cosine = 0.86602540378443865;
+    constexpr double sine = 0.5;
+    constexpr double oneTurn = 1e-15;
+    Fill({"10", "20", "30", "0", "0", "0", "30"});
+    for (int load = 0; load < 3; ++load) {
+        ASSERT_EQ(Load().code, S_OK);
+        EXPECT_NEAR(head.AAxis()[0], -cosine, oneTurn);
+        EXPECT_NEAR(head.AAxis()[1], -sine, oneTurn);
+        EXPECT_NEAR(head.ApproachDirection()[0], -sine, oneTurn);
+        EXPECT_NEAR(head.ApproachDirection()[1], cosine, oneTurn);
+        EXPECT_EQ(head.BAxis()[2], 1.0);
+        EXPECT_EQ(head.HeadCentre()[0], 10.0);
+    }
+}
+
+} // namespace

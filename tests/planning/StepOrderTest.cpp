@@ -1,0 +1,215 @@
+#include "calculator/CQMVCalculator.h"
+#include "interface/ErrorCodes.h"
+#include "maths/GeometryError.h"
+#include "server/CreatableObjects.h"
+#include "tests/support/AlignmentArray.h"
+#include "tests/support/ErrorRecord.h"
+#include "tests/support/SimulatedHead.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+using namespace qmv40;
+
+/// What a plan asks of the head and of the settings, in which order, and what it has written when an answer fails. This
+/// program has queries of its own in place of the head's: they keep account, answer with numbers that tell them apart,
+/// and fail when the test says so.
+
+namespace {
+
+struct Answers {
+    std::vector<std::string> asked;
+    std::string failing; ///< this question fails
+} answers;
+
+std::string Question(const std::string& name, const std::vector<double>& arguments) {
+    std::string text = name;
+    for (const double argument : arguments) text += ' ' + std::to_string(static_cast<int>(argument));
+    return text;
+}
+
+void Note(const std::string& question) {
+    answers.asked.push_back(question);
+    if (question == answers.failing) throw GeometryError(GeometryError::Reason::Impossible);
+}
+
+void Answer(const std::string& question, CMaVector& out) {
+    Note(question);
+    const auto number = static_cast<double>(answers.asked.size());
+    out = CMaVector(number, number * number, -number);
+}
+
+} // namespace
+
+void RoundThePole::ApproachPosition(double a, double b, double distance, CMaVector& out) const {
+    Answer(Question("approach", {a, b, distance}), out);
+}
+void RoundThePole::EngagementPosition(double a, double b, CMaVector& out) const {
+    Answer(Question("engagement", {a, b}), out);
+}
+void RoundThePole::RotatedAAxis(double b, CMaVector& out) const { Answer(Question("A axis", {b}), out); }
+
+void RoundThePole::LeverCentrePosition(int lever, CMaVector& out) const {
+    Answer(Question("lever centre", {double(lever)}), out);
+}
+void RoundThePole::LeverLockedPosition(int lever, CMaVector& out) const {
+    Answer(Question("locked", {double(lever)}), out);
+}
+void RoundThePole::LeverLockedApproachPosition(int lever, CMaVector& out) const {
+    Answer(Question("locked approach", {double(lever)}), out);
+}
+void RoundThePole::LeverUnlockingCentreOfRotation(int lever, CMaVector& out) const {
+    Answer(Question("unlocking centre", {double(lever)}), out);
+}
+void RoundThePole::LeverUnlockedPosition(int lever, CMaVector& out) const {
+    Answer(Question("unlocked", {double(lever)}), out);
+}
+void RoundThePole::LeverUnlockedApproachPosition(int lever, CMaVector& out) const {
+    Answer(Question("unlocked approach", {double(lever)}), out);
+}
+void RoundThePole::LeverLockingCentreOfRotation(int lever, CMaVector& out) const {
+    Answer(Question("locking centre", {double(lever)}), out);
+}
+void RoundThePole::LeverAxisOfRotation(int which, CMaVector& out) const {
+    Answer(Question("lever axis", {double(which)}), out);
+}
+
+namespace qmv40 {
+
+FixedOffset ReadFixedOffset(HeadOffset, int) { return {}; }
+double ReadFixedRotation(HeadOffset offset) {
+    const bool isUnlocking = offset == HeadOffset::UnlockingRotation;
+    Note(isUnlocking ? "unlocking rotation" : "locking rotation");
+    return isUnlocking ? 135.0 : 138.0;
+}
+
+} // namespace qmv40
+
+namespace {
+
+constexpr double notWritten = -777.0;
+
+using Numbers = std::array<double, sizeof(RequiredMoves) / sizeof(double)>;
+
+RequiredMoves UnwrittenMoves() {
+    Numbers numbers{};
+    numbers.fill(notWritten);
+    return std::bit_cast<RequiredMoves>(numbers);
+}
+
+bool IsWritten(const XYZData& position) { return position.XPosition != notWritten; }
+
+class OpenCalculator : public CQMVCalculator {
+public:
+    using CQMVCalculator::currentA;
+
+protected:
+    ~OpenCalculator() = default;
+};
+
+class StepOrder : public testing::Test {
+protected:
+    /// From A = 45, B = 90 to A = 0, B = 30: the levers of the two ends are 0 and 1.
+    void SetUp() override {
+        AlignmentArray aSet(SimulatedHead().ASet(45.0));
+        AlignmentArray bSet(SimulatedHead().BSet(60.0));
+        ASSERT_EQ(calculator.EnterHeadGeometry(aSet.Address(), bSet.Address()), S_OK);
+        ASSERT_EQ(calculator.SetCurrentHeadPosition(45.0, 90.0), S_OK);
+        answers = {};
+    }
+    void TearDown() override { answers = {}; }
+
+    Raised PlanWithFailing(const std::string& question) {
+        answers = {.asked = {}, .failing = question};
+        moves = UnwrittenMoves();
+        return RaisedBy([&] { calculator.CalculateMove(0.0, 30.0, &moves); });
+    }
+
+    StandaloneObject<OpenCalculator> calculator;
+    RequiredMoves moves = UnwrittenMoves();
+};
+
+TEST_F(StepOrder, OfAPlanIsTheRequiredOne) {
+    EXPECT_EQ(PlanWithFailing("").code, S_OK);
+    EXPECT_EQ(answers.asked, (std::vector<std::string>{"approach 45 90 10",
+                                                       "engagement 45 90",
+                                                       "approach 0 30 10",
+                                                       "A axis 90",
+                                                       "A axis 30", // the head
+                                                       "locked 0",
+                                                       "unlocking centre 0",
+                                                       "locked approach 0",
+                                                       "lever axis 1",
+                                                       "unlocked 0",         // unlocking
+                                                       "unlocking rotation", //
+                                                       "lever centre 0",
+                                                       "lever centre 1", // to the peg
+                                                       "unlocked approach 1",
+                                                       "lever centre 0",
+                                                       "lever centre 1", // to the lever
+                                                       "unlocked 1",
+                                                       "locking centre 1",
+                                                       "unlocked approach 1",
+                                                       "lever axis 0",
+                                                       "locked 1", // locking
+                                                       "locking rotation"}));
+}
+
+TEST_F(StepOrder, OfUnlockingReadsTheRotationRightAfterWritingTheVector) {
+    EXPECT_EQ(PlanWithFailing("unlocking rotation").code, QMV_E_GEOMETRY_IMPOSSIBLE);
+    EXPECT_EQ(moves.UnLock.iRotationVector, 9.0) << "the fourth question after the five of the head";
+    EXPECT_EQ(moves.UnLock.jRotationVector, 81.0);
+    EXPECT_EQ(moves.UnLock.kRotationVector, -9.0);
+    EXPECT_EQ(moves.UnLock.RotationAngle, notWritten);
+    EXPECT_EQ(moves.UnLock.XOrigin, notWritten);
+    EXPECT_FALSE(IsWritten(moves.ApproachUnLockLever));
+    EXPECT_FALSE(IsWritten(moves.EngageWithUnLockLever));
+    EXPECT_FALSE(IsWritten(moves.DisengageFromUnLockLever));
+}
+
+TEST_F(StepOrder, OfLockingReadsTheRotationRightAfterWritingTheVector) {
+    EXPECT_EQ(PlanWithFailing("locking rotation").code, QMV_E_GEOMETRY_IMPOSSIBLE);
+    EXPECT_EQ(moves.Lock.iRotationVector, 20.0);
+    EXPECT_EQ(moves.Lock.RotationAngle, notWritten);
+    EXPECT_EQ(moves.Lock.XOrigin, notWritten);
+    EXPECT_FALSE(IsWritten(moves.MoveToLockLeverAtSafeZ));
+    EXPECT_FALSE(IsWritten(moves.ApproachLockLever));
+    EXPECT_FALSE(IsWritten(moves.EngageWithLockLever));
+    EXPECT_FALSE(IsWritten(moves.DisengageFromLockLever));
+    EXPECT_NE(moves.RotateToLockLever.RotationAngle, notWritten) << "the step before is whole";
+}
+
+TEST_F(StepOrder, NamesTheOperationWhoseQuestionFails) {
+    const struct {
+        const char* failing;
+        const wchar_t* source;
+        const wchar_t* description;
+    } cases[] = {
+        {"approach 45 90 10", L"CQMVCalculator::CalculateMove", L"Unspecified"},
+        {"A axis 30", L"CQMVCalculator::CalculateMove", L"Unspecified"},
+        {"locked 0", L"CQMVCalculator::CalculateUnlockMoves", L"Unspecified"},
+        {"unlocking rotation", L"CQMVCalculator::CalculateUnlockMoves", L"Unspecified"},
+        {"lever centre 0", L"CQMVCalculator::CalculatePoleLocation", L"Getting Lever Centre Vectors."},
+        {"unlocked approach 1", L"CQMVCalculator::CalculateRotateToLockLeverMoves", L"Unspecified"},
+        {"unlocked 1", L"CQMVCalculator::CalculateLockMoves", L"Unspecified"},
+        {"locking rotation", L"CQMVCalculator::CalculateLockMoves", L"Unspecified"},
+    };
+    for (const auto& [failing, source, description] : cases) {
+        SCOPED_TRACE(failing);
+        const Raised raised = PlanWithFailing(failing);
+        EXPECT_EQ(raised.code, QMV_E_GEOMETRY_IMPOSSIBLE);
+        ASSERT_TRUE(raised.record);
+        EXPECT_EQ(raised.record->source, source);
+        EXPECT_EQ(raised.record->description, description);
+        EXPECT_EQ(raised.record->helpFile, L"Unspecified");
+        EXPECT_EQ(calculator.currentA, 45.0) << "a failed plan does not move the head";
+    }
+}
+
+} // namespace
