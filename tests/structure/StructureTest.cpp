@@ -48,21 +48,13 @@ std::string FolderOf(const std::filesystem::path& file) {
     return top == "source" ? room : top + "/" + room;
 }
 
-<<<<<<< HEAD:tests/structure/StructureTests.cpp
-/// The row of what an include names: the tool's and the bindings' files are included from the root, the component's
-/// from source/.
-std::string FolderOfInclude(const std::string& include) {
-    const std::filesystem::path file(include);
-    const bool isFromTheRoot = *file.begin() == "tools" || *file.begin() == "bindings";
-    return isFromTheRoot ? FolderOf(file) : file.begin()->string();
-=======
-/// The row of what an include names: files of the tool and of tests are included from the root, the component's from
-/// source/.
+/// The row of what an include names: files of the tool, the bindings and the tests are included from the root, the
+/// component's from source/.
 std::string FolderOfInclude(const std::string& include) {
     const std::filesystem::path file(include);
     const std::string top = file.begin()->string();
-    return top == "tools" || top == "tests" ? FolderOf(file) : top;
->>>>>>> b72c237 (Tests: one rule for file names, includes from the root, one table of the 19 moves; plainer comments):tests/structure/StructureTest.cpp
+    const bool isFromTheRoot = top == "tools" || top == "bindings" || top == "tests";
+    return isFromTheRoot ? FolderOf(file) : top;
 }
 
 bool IsOfTheTool(const SourceFile& file) { return file.folder.starts_with("tools/"); }
