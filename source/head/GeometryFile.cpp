@@ -11,7 +11,7 @@ using namespace qmv40;
 namespace {
 
 /// Runs a load or a save. `ownCode` passes unchanged; any other code is raised again with the description of the whole
-/// operation. Both then have the source of the load: required.
+/// operation. The source is that of the load, for a save too: required.
 template <typename Operation> void RaisingWholeFailure(const ErrorContext& context, HRESULT ownCode,
                                                        const wchar_t* description, Operation operation) {
     constexpr DWORD status = 0; // Always zero: required. A code is raised again only if it is zero.

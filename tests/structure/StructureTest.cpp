@@ -232,6 +232,20 @@ TEST(Structure, TheTypeLibraryHasTheRequiredIdentifiers) {
     for (const auto& [name, text] : requiredIdentifiers) EXPECT_EQ(declared[name], text) << name;
 }
 
+TEST(Structure, FilesWithTestsAreNamedAfterTheirSubject) {
+    static const std::regex hasTest("\\nTEST(_F|_P)?\\(");
+    std::vector<std::string> violations;
+    int files = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(root / "tests")) {
+        const std::string name = entry.path().filename().string();
+        if (!name.ends_with(".cpp") || !std::regex_search(TextOf(entry.path()), hasTest)) continue;
+        ++files;
+        if (!name.ends_with("Test.cpp")) violations.push_back(entry.path().lexically_relative(root).generic_string());
+    }
+    EXPECT_THAT(violations, IsEmpty());
+    EXPECT_GE(files, 100) << "the tests were not found";
+}
+
 TEST(Structure, PlatformSwitchesStandInPlatformAndServerAlone) {
     static const std::regex platformSwitch("\\b(_WIN32|__linux__|__MINGW)");
     std::vector<std::string> violations;

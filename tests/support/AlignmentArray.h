@@ -10,7 +10,7 @@
 #include <vector>
 
 /// A safe array of alignment points as a client passes it to EnterHeadGeometry: one dimension, indexed from 0, elements
-/// of 40 bytes. The makers at the end give arrays of other shapes.
+/// of 40 bytes. The functions With... and Null make arrays of other shapes.
 class AlignmentArray {
 public:
     explicit AlignmentArray(const std::vector<HeadAlignmentDataItem>& items)
@@ -34,7 +34,7 @@ public:
     static AlignmentArray WithLowerBound(const std::vector<HeadAlignmentDataItem>& items, LONG lowerBound) {
         return AlignmentArray(items, sizeof(HeadAlignmentDataItem), 1, lowerBound);
     }
-    /// As many elements as there are points, of `elementSize` bytes each, holding as much of each point as fits.
+    /// One element of `elementSize` bytes for each point, with the bytes of the point that fit into it.
     static AlignmentArray WithElementSize(const std::vector<HeadAlignmentDataItem>& items, ULONG elementSize) {
         return AlignmentArray(items, elementSize, 1, 0);
     }

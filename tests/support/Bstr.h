@@ -5,14 +5,14 @@
 #include <filesystem>
 #include <string>
 
-/// A file's name as it is handed to the component. (The library's own conversion depends on the locale.)
+/// A file's name as the component takes it. (The library's own conversion depends on the locale.)
 inline std::wstring WideNameOf(const std::filesystem::path& path) {
     if constexpr (sizeof(wchar_t) == sizeof(char16_t)) return path.wstring();
     const std::u32string name = path.u32string();
     return {name.begin(), name.end()};
 }
 
-/// A text that an interface method takes as BSTR*; freed with its owner.
+/// A text for an interface method that takes a BSTR*. Freed with this object.
 class Bstr {
 public:
     explicit Bstr(const std::wstring& content)

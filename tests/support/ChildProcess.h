@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-/// A job that this test program does when it is started for that alone: it gets the path that its starter names, and
-/// its result is the process's exit code. Defined at namespace scope; the program is linked with ChildMain.cpp.
+/// A job for which this test program is started a second time. The job gets a path from the first process, and its
+/// result is the exit code of the second. Define it at namespace scope, and link the program with ChildMain.cpp.
 class ChildJob {
 public:
     ChildJob(const char* name, std::function<int(const std::filesystem::path&)> job);
@@ -26,7 +26,7 @@ public:
 
     /// Kills it at once: it cannot clean up.
     void Kill();
-    /// Waits for its end: its exit code, or -1 when it was killed or crashed.
+    /// Waits for the end of the process. Returns its exit code, or -1 if it was killed or crashed.
     int Wait();
     bool IsRunning();
 

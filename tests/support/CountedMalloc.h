@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-/// Whether the allocation that is about to be made is one that FailingAllocations makes fail. Counts it.
+/// Counts the next allocation, and says whether FailingAllocations makes it fail.
 bool AllocationFailsNow() noexcept;
 
-/// Keeps account of a block that was handed out or given back.
+/// Counts a block that was allocated or freed.
 void CountBlock(int change) noexcept;
 
 /// Counted once, then the C library's malloc and free.

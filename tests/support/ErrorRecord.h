@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-/// What a failing call left in the calling thread's automation error record, copied out of it.
+/// A copy of the error record that a failing call left on its thread.
 struct ErrorRecord {
     std::wstring source;
     std::wstring description;
@@ -15,7 +15,7 @@ struct ErrorRecord {
     GUID guid{};
 };
 
-/// Takes the thread's error record out; none when no call has set one since the last take.
+/// Takes the error record of the thread. Nothing if no call has set one since the last take.
 inline std::optional<ErrorRecord> TakeErrorRecord() {
     IErrorInfo* info = nullptr;
     if (GetErrorInfo(0, &info) != S_OK || info == nullptr) return std::nullopt;
@@ -35,14 +35,13 @@ inline std::optional<ErrorRecord> TakeErrorRecord() {
     return record;
 }
 
-/// How a call failed: its code, S_OK when it did not, and the record that it left. A record that was there before the
-/// call is thrown away first.
+/// How a call ended: its code, and the error record that it left. Any older record is removed before the call.
 struct Raised {
     HRESULT code = S_OK;
     std::optional<ErrorRecord> record;
 };
 
-/// Runs `action`, whose failures leave it as a thrown HRESULT.
+/// Runs `action`, which throws its failures as HRESULT.
 template <class F> Raised RaisedBy(F&& action) {
     SetErrorInfo(0, nullptr);
     HRESULT code = S_OK;

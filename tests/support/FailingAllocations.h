@@ -1,8 +1,8 @@
 #pragma once
 
-/// Makes an allocation of the calling thread fail: `new` gives std::bad_alloc, `new (std::nothrow)` gives null and so,
-/// but for Windows, do malloc and calloc. The program that uses it links the target qmv40_failing_allocations, which
-/// replaces the global operators.
+/// Makes an allocation of the calling thread fail: `new` throws std::bad_alloc, `new (std::nothrow)` returns null.
+/// Except on Windows, malloc and calloc return null too. The program must link the target qmv40_failing_allocations,
+/// which replaces the global operators.
 ///
 ///     FailingAllocations failing(n);               // n allocations succeed, the next one fails
 ///     const HRESULT result = calculator->...;      // only the call under test: assertions allocate too
@@ -19,10 +19,10 @@ public:
     FailingAllocations& operator=(const FailingAllocations&) = delete;
     ~FailingAllocations();
 
-    /// Blocks that are allocated now and not given back: `new`, and but for Windows malloc and calloc in the program's
-    /// own code. Only differences mean anything.
+    /// The number of blocks that are allocated now, by `new` and, except on Windows, by malloc and calloc in the
+    /// program's own code. Only differences of two calls have a meaning.
     static long LiveBlocks() noexcept;
 
-    /// Back to normal. True when an allocation was made to fail.
+    /// Ends the failing. True if an allocation was made to fail.
     bool Stop() noexcept;
 };

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// The C library's locale as a host may have set it, for the length of a scope.
+/// Sets the locale of the C library, as a host program may, until the end of the scope.
 class HostLocale {
 public:
     enum class Language {
@@ -11,7 +11,7 @@ public:
     };
     static constexpr Language all[] = {Language::German, Language::Turkish};
 
-    /// Throws when this machine does not have it: a test must not pass with another one.
+    /// Throws if this machine does not have the locale: a test must not pass with another one.
     explicit HostLocale(Language language);
     HostLocale(const HostLocale&) = delete;
     HostLocale& operator=(const HostLocale&) = delete;

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-/// A machine's coordinates of some hundreds of millimetres, a dozen roundings each.
+/// For machine coordinates of some hundreds of millimetres with a dozen roundings each.
 inline constexpr double rounding = 1e-11;
 
 /// Worked numbers that are printed with four decimals, in each of three coordinates.

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-/// A head measured on paper and everything that must come of it, worked out independently of the component: circle fits
-/// in 40-digit arithmetic, everything whose order of operations is fixed in doubles in that order.
+/// A simulated capture and the results that it must give, computed independently of the component: circle fits in
+/// 40-digit arithmetic; everything whose order of operations is required, in doubles and in that order.
 struct ReferenceHead {
     struct Position {
         double a; ///< degrees
@@ -39,13 +39,13 @@ struct ReferenceHead {
     std::vector<Plan> plans;
 };
 
-/// How a failing test names it.
+/// For messages of failing tests.
 inline void PrintTo(const ReferenceHead& head, std::ostream* out) { *out << head.name; }
 
-/// All of tests/data/heads, by name. Throws when a file is missing or not as expected: no test may pass on no data.
+/// All of tests/data/heads, by name. Throws if a file is missing or not as expected: a test must not pass without data.
 std::vector<ReferenceHead> LoadReferenceHeads();
 
-/// The records of a plan as the numbers that they are made of, in their order in memory.
+/// All numbers of a plan, in the order of the record.
 inline constexpr std::size_t numbersInAPlan = sizeof(RequiredMoves) / sizeof(double);
 std::array<double, numbersInAPlan> NumbersOf(const RequiredMoves& moves);
 

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The identifiers that clients and their registry entries have in their own code, written out: neither the headers nor
-/// the type library may change one.
+/// The identifiers that clients have in their own code and registry entries. They are written here a second time:
+/// neither the headers nor the type library may change one.
 struct RequiredIdentifier {
     const char* name; ///< as in the type library
     const char* text;

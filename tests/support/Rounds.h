@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-/// How often a test repeats itself: `few` times, or as many times that as the environment variable QMV40_ROUNDS says.
-/// The long forms set it.
+/// How often a test repeats its work: `few` times, multiplied by the environment variable QMV40_ROUNDS, which the long
+/// forms of the tests set.
 inline int Rounds(int few) {
     const char* const times = std::getenv("QMV40_ROUNDS");
     return times == nullptr ? few : few * std::atoi(times);

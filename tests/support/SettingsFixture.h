@@ -3,8 +3,8 @@
 #include <memory>
 #include <vector>
 
-/// While one lives, the settings store holds under the component's key exactly what the test puts there; at first there
-/// is no key. Nothing of it is left at the end.
+/// During the life of this object the component's key in the settings store holds only what the test puts there. At
+/// first there is no key, and at the end the test's values are removed.
 class SettingsFixture {
 public:
     SettingsFixture();
@@ -15,10 +15,10 @@ public:
     /// The key as the component opens it, below the machine-wide root.
     static constexpr const char* key = R"(Software\Hollbeck\VRX Software\QMV40Calculator)";
 
-    /// Stores a terminated text. Creates the key when there is none, as does SetRaw.
+    /// Stores a terminated text. Creates the key if there is none. SetRaw does the same.
     void SetText(const char* name, const char* text);
     /// Stores `bytes` as they are under one of the store's types (1: text, 2: expandable text, 3: bytes, 4: number).
-    /// A text's bytes are narrow characters of the ASCII range, with the terminator only if they bring it.
+    /// The bytes of a text are ASCII characters. A terminator is stored only if it is among them.
     void SetRaw(const char* name, unsigned long type, std::vector<unsigned char> bytes);
     void RemoveKey();
     void CreateEmptyKey();

@@ -27,7 +27,7 @@ inline std::string FileText(int which) {
            "\r\n[AlignmentOffset]\r\nRequiredRotationAroundZ" + number("e+01") + "[Other]\r\nX=7\r\n";
 }
 
-/// The head centre's X, Y and Z of a geometry.
+/// X, Y and Z of the head centre of geometry 1 or 2.
 inline XYZData HeadCentre(int which) { return {11.11 * which, 111.1 * which, 1111.0 * which}; }
 
 inline void Put(const std::filesystem::path& path, int which) {
@@ -35,7 +35,7 @@ inline void Put(const std::filesystem::path& path, int which) {
     if (!(file << FileText(which)).flush()) throw std::runtime_error("cannot write " + path.string());
 }
 
-/// A calculator that has loaded one of them, from a file that is removed again.
+/// A calculator that has loaded geometry 1 or 2. The file is removed again.
 inline qmv40::ComPointer<IQMVCalculator2> Calculator(const std::filesystem::path& folder, int which) {
     const auto path = folder / ("geometry " + std::to_string(which) + ".ini");
     Put(path, which);
@@ -46,7 +46,7 @@ inline qmv40::ComPointer<IQMVCalculator2> Calculator(const std::filesystem::path
     return calculator;
 }
 
-/// Which one the calculator holds; 0 for anything else.
+/// Which geometry the calculator holds: 1, 2, or 0 for neither.
 inline int HeldBy(IQMVCalculator2& calculator) {
     XYZData pole{};
     calculator.GetPoleSpherePosition(&pole);
@@ -60,7 +60,7 @@ inline int HeldBy(IQMVCalculator2& calculator) {
     return 0;
 }
 
-/// Which one the file holds, whole and with the rest around it; 0 for anything else.
+/// Which geometry the file holds, complete and with the other lines: 1, 2, or 0 for neither.
 inline int HeldByFile(const std::filesystem::path& path) {
     const std::string content = ContentOf(path);
     for (const int which : {1, 2})

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
-/// Does something when its scope is left, whichever way.
+/// Calls a function when its scope ends, also by an exception.
 class AtTheEnd {
 public:
     explicit AtTheEnd(std::function<void()> theAction) : action(std::move(theAction)) {}
@@ -18,8 +18,8 @@ private:
     std::function<void()> action;
 };
 
-/// Makes `action` run while an exception is in flight, from a destructor that runs because of it, and checks that this
-/// exception arrives unharmed.
+/// Runs `action` while an exception is in flight: in a destructor that the exception causes. Checks that the exception
+/// still arrives at its handler.
 inline void WhileUnwinding(const std::function<void()>& action) {
     bool hasArrived = false;
     try {

@@ -170,8 +170,8 @@ bool EditByCopy(const path& name, const std::vector<FileEdit>& edits) {
     const FileDescriptor folder = OpenFolder(name);
     const std::string fileName = name.filename();
     if (!folder.IsOpen() || fileName.empty()) return false;
-    // Opened for writing too, although it is replaced: a file that must not be written is refused. The copy must not
-    // take the place of a symbolic link, or of one of several names.
+    // Opened for writing too, although it is replaced: a file without write permission is refused. The copy must not
+    // replace a symbolic link, or one of several names of a file.
     const FileDescriptor file = OpenFileIn(folder, fileName, O_RDWR | O_NOFOLLOW);
     const bool isNew = !file.IsOpen() && errno == ENOENT;
     const std::optional<std::string> content = isNew ? std::string() : ReadWhole(file);
@@ -192,7 +192,8 @@ bool Overwrite(const FileDescriptor& file, std::string_view before, std::string_
     const auto sizeTo = [&](std::size_t size) {
         return Uninterrupted([&] { return ::ftruncate(file.Number(), static_cast<off_t>(size)); }) == 0;
     };
-    // Only what differs is written: a disk that is full, or a limit on files, concerns the rest alone.
+    // Only the part that differs is written, so that a full disk or a limit on the file size matters for that part
+    // alone.
     const auto [same, other] = std::ranges::mismatch(before, content);
     const auto begin = static_cast<std::size_t>(same - before.begin());
     auto changed = content.substr(begin);
@@ -233,7 +234,7 @@ bool EditInPlace(const std::string& name, const std::vector<FileEdit>& edits) {
 } // namespace
 
 bool EditFile(const std::string& name, const std::vector<FileEdit>& edits) {
-    // No file can be opened by a longer name, but one could be made: through its folder.
+    // A longer name opens no file, but EditByCopy could make one, because it opens the folder first.
     return name.size() < PATH_MAX && (EditByCopy(name, edits) || EditInPlace(name, edits));
 }
 

@@ -22,7 +22,7 @@ struct ChildProcess::State {
 
 ChildProcess::ChildProcess(const std::string& job, const std::filesystem::path& path)
     : state(std::make_unique<State>()) {
-    // The name behind the link: a checker that runs this program stands behind the link itself.
+    // The target of the link: when a checker runs this program, the link itself leads to the checker.
     std::string program = std::filesystem::read_symlink("/proc/self/exe");
     std::string marker = "--job", name = job, file = path;
     const std::array<char*, 5> arguments{program.data(), marker.data(), name.data(), file.data(), nullptr};

@@ -4,8 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// Runs `action` in a process of its own, so that what it does to itself ends with it: its result, 0 to 255, or -1 when
-/// it did not come to its end.
+/// Runs `action` in a process of its own, so that it cannot change this one. Returns its result, 0 to 255, or -1 if the
+/// process did not end normally.
 template <typename Action> int CodeOfAnotherProcess(Action action) {
     const pid_t child = ::fork();
     if (child == 0) {
@@ -24,7 +24,7 @@ template <typename Action> bool InAnotherProcess(Action action) {
     return CodeOfAnotherProcess([&] { return action() ? 0 : 1; }) == 0;
 }
 
-/// The same as a user who may not do everything. Root becomes one; anybody else is one.
+/// The same as an ordinary user: a test that runs as root gives up its rights there.
 template <typename Action> bool AsOrdinaryUser(Action action) {
     constexpr uid_t nobody = 65534;
     return InAnotherProcess([&] {

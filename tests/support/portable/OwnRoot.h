@@ -5,7 +5,7 @@
 #include <string>
 #include <unistd.h>
 
-/// Makes this process's user one who may mount disks that nobody else sees. False when that is not allowed here.
+/// Gives this process the right to mount disks that no other process sees. False if the system does not allow it.
 inline bool BecomeOwnRoot() {
     if (::geteuid() == 0) return ::unshare(CLONE_NEWNS) == 0;
     const std::string user = std::to_string(::geteuid()), group = std::to_string(::getegid());

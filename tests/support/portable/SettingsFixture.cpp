@@ -36,7 +36,7 @@ std::string Hex(unsigned long number) {
 
 } // namespace
 
-/// A store of its own in a file of its own. In the older format, bytes of texts are the narrow characters themselves.
+/// The store is a file of this object. It has the older format, in which the bytes of a text are ASCII characters.
 struct SettingsFixture::State {
     TemporaryFolder folder;
     std::optional<std::string> chosenBefore = ChosenFile();

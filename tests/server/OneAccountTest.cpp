@@ -1,5 +1,5 @@
-#include "server/Client.h"
-#include "server/Registry.h"
+#include "tests/server/Client.h"
+#include "tests/server/Registry.h"
 
 using namespace qmv40;
 
