@@ -1,7 +1,8 @@
 // Reads any bytes as a capture in CSV. Laws:
 // - the result is rows of finite numbers, or a refusal that names the file, a line of it and a reason; reading again
 //   gives the same;
-// - a correct file reads back to the same bits, whatever its separator, its decimal mark, the order and letter case of its
+// - a correct file reads back to the same bits, whatever its separator, its decimal mark, the order and letter case of
+// its
 //   header, its quotes, blanks, comments, line ends and other columns are;
 // - if one line of it is spoilt, the refusal has the number of this line.
 

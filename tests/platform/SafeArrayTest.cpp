@@ -51,10 +51,8 @@ TEST(SafeArray, TellsTheBoundsThatItWasMadeWith) {
         LONG upper;
         const char* why;
     } cases[] = {
-        {4, 0, 3, "counted from 0"},
-        {3, -1, 1, "counted from -1"},
-        {1, 7, 7, "a single element"},
-        {0, 0, -1, "no element: the upper bound lies below the lower"},
+        {4, 0, 3, "counted from 0"},   {3, -1, 1, "counted from -1"},
+        {1, 7, 7, "a single element"}, {0, 0, -1, "no element: the upper bound lies below the lower"},
         {0, 5, 4, "likewise"},
     };
     for (const auto& [count, lower, upper, why] : cases) {
