@@ -132,7 +132,7 @@ std::optional<RegistryType> TakeHexType(std::string_view& line) {
 /// Goes through a text line by line.
 class LineReader {
 public:
-    explicit LineReader(std::string_view theText) : text(theText) {}
+    explicit LineReader(std::string_view theText, std::size_t begin = 0) : text(theText), at(begin) {}
 
     bool IsAtEnd() const { return at >= text.size(); }
     std::string_view Peek() const { return LineAt(text, at).content; }
@@ -143,10 +143,11 @@ public:
         return line.content;
     }
     std::size_t Number() const { return number; } ///< of the line taken last, from 1
+    std::size_t Position() const { return at; }
 
 private:
     std::string_view text;
-    std::size_t at = 0;
+    std::size_t at;
     std::size_t number = 0;
 };
 
@@ -199,61 +200,75 @@ void TakeValue(std::string_view rest, LineReader& reader, bool hasWideTexts, Reg
     if (line.value) line.kind = RegistryLine::Kind::Value;
 }
 
-/// The lines that name a key for which `isWanted` is true, and the lines below them.
-template <typename IsWanted> RegistryLines LinesOf(std::string_view text, IsWanted isWanted) {
+/// Excludes most lines that set another value, because decoding all their names takes most of the time of a query.
+bool MaySet(std::string_view line, std::string_view name) {
+    SkipBlanks(line);
+    return !Skip(line, "\"") || line.find('\\') < name.size() || StartsWithIgnoringCase(line, name);
+}
+
+} // namespace
+
+RegistryKeyText::RegistryKeyText(const std::string& fileContent, std::string_view path)
+    : text(EncodedText(fileContent).text) {
+    LineReader reader(text);
+    const std::string_view format = Trimmed(reader.Take());
+    hasWideTexts = format == wideFormat;
+    if (!hasWideTexts && format != narrowFormat) return;
+    const std::string key = std::string(root).append(path);
+    bool isInKey = false;
+    while (!reader.IsAtEnd()) {
+        const std::size_t begin = reader.Position();
+        const std::optional<NamedKey> named = NamedKeyIn(reader.Take());
+        if (!named) {
+            if (isInKey) lines.push_back(begin);
+            continue;
+        }
+        const bool isKey = EqualIgnoringCase(named->path, key);
+        isInKey = isKey && !named->isRemoval;
+        if (isInKey || (IsBelow(key, named->path) && !named->isRemoval)) isPresent = true;
+        if (named->isRemoval && (isKey || (named->path.size() > root.size() && IsBelow(named->path, key)))) {
+            isPresent = false;
+            lines.clear();
+        }
+    }
+}
+
+std::optional<RegistryValue> RegistryKeyText::Find(std::string_view name) const {
+    std::optional<RegistryValue> value;
+    for (const std::size_t begin : lines) {
+        LineReader reader(text, begin);
+        const std::string_view content = reader.Take();
+        if (!MaySet(content, name)) continue;
+        RegistryLine line{};
+        line.kind = RegistryLine::Kind::Nonsense;
+        TakeValue(content, reader, hasWideTexts, line);
+        if (line.kind != RegistryLine::Kind::Nonsense && EqualIgnoringCase(line.name, name))
+            value = std::move(line.value);
+    }
+    return value;
+}
+
+RegistryLines RegistryLinesIn(const std::string& fileContent) {
+    const std::string text = EncodedText(fileContent).text;
     LineReader reader(text);
     const std::string_view format = Trimmed(reader.Take());
     RegistryLines found{format == wideFormat || format == narrowFormat, {}};
     std::string key;
     bool isInKey = false;
     while (!reader.IsAtEnd()) {
-        const std::string_view line = reader.Take();
-        const auto add = [&](RegistryLine::Kind kind) -> RegistryLine& {
-            return found.lines.emplace_back(
-                RegistryLine{kind, reader.Number(), std::string(Trimmed(line)), key, {}, {}});
-        };
-        if (const std::optional<NamedKey> named = NamedKeyIn(line)) {
+        const std::string_view content = reader.Take();
+        const std::optional<NamedKey> named = NamedKeyIn(content);
+        if (!named && (!isInKey || IsRestOfLine(content))) continue;
+        if (named) {
             key = named->path;
-            isInKey = isWanted(named->path) && !named->isRemoval;
-            if (isWanted(named->path)) add(named->isRemoval ? RegistryLine::Kind::RemovedKey : RegistryLine::Kind::Key);
-        } else if (isInKey && !IsRestOfLine(line)) {
-            TakeValue(line, reader, format == wideFormat, add(RegistryLine::Kind::Nonsense));
+            isInKey = !named->isRemoval;
         }
+        RegistryLine& line = found.lines.emplace_back(
+            RegistryLine{RegistryLine::Kind::Nonsense, reader.Number(), std::string(Trimmed(content)), key, {}, {}});
+        if (named) line.kind = isInKey ? RegistryLine::Kind::Key : RegistryLine::Kind::RemovedKey;
+        if (!named) TakeValue(content, reader, format == wideFormat, line);
     }
     return found;
-}
-
-} // namespace
-
-RegistryKeyText::RegistryKeyText(const std::string& fileContent, std::string_view path) {
-    const std::string key = std::string(root).append(path);
-    const auto isKey = [&](std::string_view other) { return EqualIgnoringCase(other, key); };
-    const auto isAbove = [&](std::string_view other) { return other.size() > root.size() && IsBelow(other, key); };
-    RegistryLines found = LinesOf(EncodedText(fileContent).text, [&](std::string_view other) {
-        return isKey(other) || IsBelow(key, other) || isAbove(other);
-    });
-    if (!found.hasFormat) return;
-    for (RegistryLine& line : found.lines) {
-        if (line.kind == RegistryLine::Kind::RemovedKey) {
-            if (IsBelow(key, line.key)) continue;
-            isPresent = false;
-            values.clear();
-        } else if (line.kind == RegistryLine::Kind::Key) {
-            isPresent = isPresent || !isAbove(line.key);
-        } else if (line.kind != RegistryLine::Kind::Nonsense && isKey(line.key)) {
-            values.push_back(std::move(line));
-        }
-    }
-}
-
-std::optional<RegistryValue> RegistryKeyText::Find(std::string_view name) const {
-    const auto found = std::find_if(values.rbegin(), values.rend(),
-                                    [&](const RegistryLine& line) { return EqualIgnoringCase(line.name, name); });
-    return found == values.rend() ? std::nullopt : found->value;
-}
-
-RegistryLines RegistryLinesIn(const std::string& fileContent) {
-    return LinesOf(EncodedText(fileContent).text, [](std::string_view) { return true; });
 }
 
 } // namespace qmv40

@@ -59,8 +59,10 @@ public:
     std::optional<RegistryValue> Find(std::string_view name) const;
 
 private:
+    std::string text;
+    bool hasWideTexts = false; ///< bytes of texts are UTF-16
     bool isPresent = false;
-    std::vector<RegistryLine> values; ///< the lines that set or remove a value, in their order
+    std::vector<std::size_t> lines; ///< where the lines below the key's headings begin
 };
 
 /// All lines of a file, for a report of what is wrong with it. Read by the same rules, also if the file begins with

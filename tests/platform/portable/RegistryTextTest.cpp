@@ -92,6 +92,7 @@ TEST_F(RegistryText, UnderstandsEveryKindOfValue) {
         {"hex:01,\\\r\n  02,\\\r\n  03", Stored{REG_BINARY, "\1\2\3"}, "on several lines"},
         {"hex:01,\\ ; c\r\n\t02", Stored{REG_BINARY, "\1\2"}, "a comment behind the backslash"},
         {"hex:\\\r\n01", Stored{REG_BINARY, "\1"}, "beginning on the next line"},
+        {"hex:01,\\\r\n" + heading, Stored{REG_BINARY, "\1"}, "a heading ends them"},
         {"hex:01,zz", std::nullopt, "no digits"},
         {"hex:123", std::nullopt, "no comma"},
         {"hex:-1", std::nullopt, "no signs"},
