@@ -14,8 +14,8 @@ SetCompressor lzma
 Name "CoQMV40Calculator ${VERSION}"
 OutFile "${SETUP}"
 !uninstfinalize '"${SIGN}" "%1"'
-; Administrators are asked for their rights. Other accounts are not: they can install for themselves.
-RequestExecutionLevel highest
+; Nobody is asked for an administrator's rights before it is known that all accounts are to have it.
+RequestExecutionLevel user
 AllowSkipFiles off
 InstallDir "" ; .onInit chooses it, unless /D gave one
 
@@ -41,6 +41,7 @@ VIAddVersionKey "FileDescription" "CoQMV40Calculator setup"
 VIAddVersionKey "FileVersion" "${VERSION}"
 VIAddVersionKey "LegalCopyright" ""
 
+Page components
 Page directory
 Page instfiles
 UninstPage uninstConfirm
@@ -122,6 +123,8 @@ FunctionEnd
 !insertmacro Shared ""
 !insertmacro Shared "un."
 
+!include "${__FILEDIR__}/entries.nsh"
+
 !macro MoveAside NUMBER FILE SOURCE
     ${If} ${FileExists} "$INSTDIR\${FILE}"
         ClearErrors
@@ -181,8 +184,12 @@ Function RequireRights
     Pop $0
     ${If} $0 != "Admin"
         StrCpy $1 "Installing for all accounts needs administrator rights. For this account alone: setup.exe /CURRENTUSER"
-        MessageBox MB_YESNO|MB_ICONQUESTION \
-            "Installing for all accounts needs administrator rights. Install for your account alone?" /SD IDNO IDYES forThisAccount
+        MessageBox MB_YESNO|MB_ICONQUESTION "Install for your account alone? That needs no administrator.$\r$\n$\r$\n\
+            No: install for all accounts, after Windows has asked for administrator rights." /SD IDNO IDYES forThisAccount
+        ${IfNot} ${Silent}
+            ExecShell "runas" "$EXEPATH"
+            Quit
+        ${EndIf}
         Call Say
         SetErrorLevel ${NO_RIGHTS}
         Quit
@@ -227,7 +234,8 @@ Function .onInstFailed
     Call RollBack
 FunctionEnd
 
-Section
+Section "Component, tool and documents"
+    SectionIn RO
     ReadRegStr $Previous SHCTX "${CLASS}" ""
     Call GetRegistered32
     StrCpy $Previous32 $0
@@ -284,6 +292,14 @@ Section
     SetOutPath "$TEMP"
     StrCpy $1 "Installed. Programs that run now use the previous version until they end; its files go with the next restart."
     Call RemoveMovedAside
+SectionEnd
+
+Section "Start menu: command prompt, documents, samples"
+    Call AddToMenu
+SectionEnd
+
+Section "qmv40 in every console (PATH)"
+    Call AddToPath
 SectionEnd
 
 Function un.onInit
@@ -347,6 +363,8 @@ Section "Uninstall"
         Call un.EndRegistering
     ${EndIf}
     SetOutPath "$TEMP"
+    Call un.RemoveFromPath
+    Call un.RemoveFromMenu
     Call un.ChooseAside
     StrCpy $Failed ""
     !insertmacro ForEachFile Remove

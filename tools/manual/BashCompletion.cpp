@@ -1,3 +1,4 @@
+#include "tools/manual/CommandWords.h"
 #include "tools/manual/Manual.h"
 
 #include "tools/settings/HeadSettings.h"
@@ -5,21 +6,6 @@
 namespace qmv40::manual {
 
 namespace {
-
-/// The words after the tool's own name, as the script keeps them.
-std::string WordsOf(const cli::CommandDescription& command) {
-    const std::size_t blank = command.name.find(' ');
-    return blank == std::string::npos ? "" : command.name.substr(blank + 1);
-}
-
-std::string LastWord(const std::string& name) { return name.substr(name.rfind(' ') + 1); }
-
-/// Calls `visit` for the command and all below it.
-template <typename Visit>
-void ForEach(const cli::CommandDescription& command, const Visit& visit) { // NOLINT(misc-no-recursion)
-    visit(command);
-    for (const cli::CommandDescription& each : command.commands) ForEach(each, visit);
-}
 
 /// A case of the script: what was typed so far, and how to complete it.
 std::string Case(const std::string& pattern, const std::string& action) {

@@ -20,6 +20,7 @@ int main(int argc, char** argv) {
         text::WriteWholeFile(folder + "/qmv40.1", manual::ManPage(tool));
         text::WriteWholeFile(folder + "/qmv40.bash", manual::BashCompletion(tool));
         text::WriteWholeFile(folder + "/_qmv40", manual::ZshCompletion(tool));
+        text::WriteWholeFile(folder + "/qmv40.ps1", manual::PowerShellCompletion(tool));
     } catch (const text::InputError& error) {
         std::cerr << error.file << ": " << error.reason << '\n';
         return cli::exitBadFile;

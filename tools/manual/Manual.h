@@ -19,4 +19,7 @@ std::string BashCompletion(const cli::CommandDescription& tool);
 /// The same for zsh's completion system: a function file _qmv40.
 std::string ZshCompletion(const cli::CommandDescription& tool);
 
+/// The same for PowerShell: a script that a profile reads.
+std::string PowerShellCompletion(const cli::CommandDescription& tool);
+
 } // namespace qmv40::manual

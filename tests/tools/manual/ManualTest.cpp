@@ -93,7 +93,8 @@ TEST(Manual, TellsFilesEnvironmentAndExitCodes) {
 
 TEST(Manual, CompletionsHoldEveryCommandAndEveryOption) {
     const cli::CommandDescription tool = manual::DescribeTool();
-    for (const std::string& script : {manual::BashCompletion(tool), manual::ZshCompletion(tool)}) {
+    for (const std::string& script :
+         {manual::BashCompletion(tool), manual::ZshCompletion(tool), manual::PowerShellCompletion(tool)}) {
         for (const auto& [command, help] : AllCommands()) {
             for (const std::string& name : help.commands) EXPECT_TRUE(PageHolds(script, name)) << Typed(command);
             for (const std::string& option : help.options) EXPECT_TRUE(PageHolds(script, option)) << Typed(command);

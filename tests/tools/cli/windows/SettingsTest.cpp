@@ -4,14 +4,34 @@
 
 namespace {
 
-TEST(Settings, FileIsRefusedBecauseTheRegistryHoldsThem) {
+std::string LocksWith(const TemporaryFolder& folder, const std::vector<std::string>& settings) {
+    std::vector<std::string> move{"move",  "--geometry", PlainGeometryFile(folder), "--from", "0,0", "--to",
+                                  "45,90", "--csv"};
+    move.insert(move.end(), settings.begin(), settings.end());
+    const ToolRun run = RunQmv40(move);
+    EXPECT_EQ(0, run.exitCode) << run.err;
+    const std::size_t lock = run.out.find(",Lock,");
+    return run.out.substr(lock, run.out.find('\n', lock) - lock);
+}
+
+TEST(Settings, OfAFileCountForOneRunAndNoOther) {
     const TemporaryFolder folder;
-    const std::string geometry = PlainGeometryFile(folder);
-    const std::string settings = folder.Write("settings.reg", "REGEDIT4\n");
-    const ToolRun run = RunQmv40({"pole", "--geometry", geometry, "--settings", settings});
-    EXPECT_EQ(2, run.exitCode);
-    EXPECT_EQ("", run.out);
-    EXPECT_NE(std::string::npos, run.err.find("registry")) << run.err;
+    const std::string file = folder.Write(
+        "settings.reg", "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Software\\Hollbeck\\VRX Software\\QMV40Calculator]\n"
+                        "\"UnLocked To locked Lever Rotation\"=\"131.5\"\n");
+    const std::string before = LocksWith(folder, {});
+    EXPECT_NE(before.find(",-138,"), std::string::npos) << before;
+    const std::string during = LocksWith(folder, {"--settings", file});
+    EXPECT_NE(during.find(",-131.5,"), std::string::npos) << during;
+    EXPECT_EQ(before, LocksWith(folder, {}));
+}
+
+TEST(Settings, FileThatIsNotThereIsReported) {
+    const TemporaryFolder folder;
+    const std::string name = folder.Name("missing.reg");
+    const ToolRun run = RunQmv40({"pole", "--geometry", PlainGeometryFile(folder), "--settings", name});
+    EXPECT_EQ(3, run.exitCode);
+    EXPECT_EQ(name + ": no such settings file\n", run.err);
 }
 
 } // namespace
