@@ -176,6 +176,9 @@ void Run(const GeometryOptions& options, const text::Console& console) {
     const SettingsInUse settings(options, console);
     const diagnosis::CaptureFiles capture{diagnosis::ReadCaptureFile(options.aAxis),
                                           diagnosis::ReadCaptureFile(options.bAxis)};
+    for (const auto* const file : {&capture.aAxis, &capture.bAxis}) {
+        diagnosis::RequireUnit(*file, text::LengthUnit::Millimetre);
+    }
     component::Calculator calculator;
     const GeometryReport report = Compute(options, capture, calculator, console);
     const bool isRefused = report.Contradicts() && !options.force;

@@ -23,10 +23,14 @@ struct CaptureFile {
 /// See Csv.h for what is accepted and what is refused.
 CaptureFile ReadCaptureFile(const std::string& fileName);
 
+/// Throws InputError for a capture whose header gives another unit than the one that it is taken to be in.
+void RequireUnit(const CaptureFile& file, text::LengthUnit unit);
+
 /// Its points alone.
 std::vector<HeadAlignmentDataItem> ReadCapture(const std::string& fileName);
 
 /// The points of a CSV file with the columns XPosition, YPosition, ZPosition, or X, Y, Z; a capture has them.
+/// Throws InputError for a header in inches: what comes of the points is shown in millimetres.
 std::vector<XYZData> ReadPoints(const std::string& fileName);
 
 } // namespace qmv40::diagnosis

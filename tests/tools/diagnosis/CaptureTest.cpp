@@ -221,9 +221,24 @@ TEST(PointFile, NeedsTheThreeCoordinatesAlone) {
     EXPECT_EQ(3.0, points[0].ZPosition);
 }
 
+TEST(CaptureFile, IsRefusedWhereItsHeaderGivesAnotherUnitThanItIsTakenIn) {
+    using enum text::LengthUnit;
+    const diagnosis::CaptureFile inches{"capture.csv", {}, {}, Inch};
+    const diagnosis::CaptureFile unknown{"capture.csv", {}, {}, std::nullopt};
+    EXPECT_THROW(diagnosis::RequireUnit(inches, Millimetre), text::InputError);
+    EXPECT_NO_THROW(diagnosis::RequireUnit(inches, Inch));
+    EXPECT_NO_THROW(diagnosis::RequireUnit(unknown, Inch));
+    const TemporaryFolder folder;
+    EXPECT_THROW(diagnosis::ReadPoints(folder.Write("points.csv", "X [in],Y [in],Z [in]\n")), text::InputError);
+    const std::string capture = folder.Write("capture.csv", "A,B,X [in],Y [in],Z [in]\n0,0,1,2,3\n");
+    const ToolRun run = RunQmv40({"geometry", "--a-axis", capture, "--b-axis", capture});
+    EXPECT_EQ(3, run.exitCode);
+    EXPECT_EQ(capture + ": the header gives the coordinates in inches, and they are taken as millimetres\n", run.err);
+}
+
 TEST(PointFile, IsReadInTheDialectsOfCaptures) {
     const TemporaryFolder folder;
-    const auto points = diagnosis::ReadPoints(folder.Write("points.csv", "X [in];Y [in];Z [in]\n1,5;2;3\n"));
+    const auto points = diagnosis::ReadPoints(folder.Write("points.csv", "X [mm];Y [mm];Z [mm]\n1,5;2;3\n"));
     ASSERT_EQ(1u, points.size());
     EXPECT_EQ(1.5, points[0].XPosition);
 }
