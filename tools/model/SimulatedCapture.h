@@ -50,6 +50,7 @@ template <typename Item> struct SimulatedHead {
     /// The A set: A turned from `firstA` to `lastA` in equal steps, B held at `b`.
     std::vector<Item> ASet(double b, int count = 7, double firstA = 0.0, double lastA = 90.0) const {
         std::vector<Item> points;
+        points.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i) points.push_back(Point(Step(i, count, firstA, lastA), b));
         return points;
     }
@@ -57,6 +58,7 @@ template <typename Item> struct SimulatedHead {
     /// The B set: B turned from `firstB` to `lastB` in equal steps, A held at `a`.
     std::vector<Item> BSet(double a, int count = 7, double firstB = -180.0, double lastB = 90.0) const {
         std::vector<Item> points;
+        points.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i) points.push_back(Point(a, Step(i, count, firstB, lastB)));
         return points;
     }
