@@ -22,7 +22,9 @@ constexpr std::string_view text{"first=0\r\n"
                                 "[Other] note\n"
                                 "X=\"5\"\n"
                                 "[headcentre]\n"
-                                "Z=6"};
+                                "Z=6\n"
+                                "[]\n"
+                                "Z=7"};
 
 TEST(ProfileLines, HaveNumbersNamesAndValues) {
     const struct {
@@ -43,6 +45,8 @@ TEST(ProfileLines, HaveNumbersNamesAndValues) {
         {Kind::Entry, "Other", "X", "\"5\"", false, "of another section"},
         {Kind::Section, "headcentre", "", "", true, "the first of two sections counts"},
         {Kind::Entry, "headcentre", "Z", "6", true, "and nothing in the second one"},
+        {Kind::Section, "", "", "", true, "no section is found without a name"},
+        {Kind::Entry, "", "Z", "7", true, "nor anything in it"},
     };
     const std::vector<ProfileLine> lines = ProfileLines(text);
     ASSERT_EQ(lines.size(), std::size(expected));
