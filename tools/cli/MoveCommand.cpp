@@ -1,10 +1,15 @@
+#include "tools/check/HeadFile.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/Options.h"
 #include "tools/cli/PlanSelection.h"
+#include "tools/motion/Execution.h"
+#include "tools/motion/Ways.h"
 #include "tools/plans/MoveTable.h"
 #include "tools/plans/MovesJson.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Json.h"
+
+#include <algorithm>
 
 namespace qmv40::cli {
 
@@ -15,6 +20,17 @@ struct MoveOptions : CommonOptions {
     bool csv = false;
 };
 
+void PrintWays(const std::vector<plans::Plan>& plans, const model::HeadModel& head, const text::Console& console) {
+    std::vector<plans::PlanToCheck> moves;
+    moves.reserve(plans.size());
+    for (const plans::Plan& plan : plans) moves.push_back({plan.from, plan.to, plans::MovesInOrder(plan.moves)});
+    const auto canRun = [](const plans::PlanToCheck& plan) {
+        return std::ranges::all_of(plan.moves, motion::Machine::CanRun);
+    };
+    if (!std::ranges::all_of(moves, canRun)) return; // the table shows where a number is none
+    motion::PrintWays(motion::ProgramOf(moves, {.safeHeight = head.SafeHeight()}), console);
+}
+
 void Run(const MoveOptions& options, const text::Console& console) {
     if (!options.selection.IsComplete()) throw text::UsageError{"move: give --from and --to, or --tour"};
     const SettingsInUse settings(options, console);
@@ -23,6 +39,7 @@ void Run(const MoveOptions& options, const text::Console& console) {
     if (options.json) return text::PrintDocument("move", {{"plans", plans::PlansJson(plans)}}, console.out);
     if (options.csv) return plans::PrintMovesAsCsv(plans, console);
     plans::PrintMoveTables(plans, console);
+    if (plans.size() > 1) PrintWays(plans, check::HeadModelOf(geometry.Numbers()), console);
 }
 
 } // namespace

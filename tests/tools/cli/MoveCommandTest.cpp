@@ -278,6 +278,19 @@ TEST_F(MoveCommand, NumbersThePlansOfATour) {
     EXPECT_NE(std::string::npos, text.find("\nPlan 2: from A 45, B 90 to A 0, B 0 (deg)\n")) << text;
 }
 
+TEST_F(MoveCommand, WritesTheWayBetweenThePlansOfATourOut) {
+    // From the lifted-off place of the lever at (442.8, -197.55) to before the next lever's ball, at the safe height.
+    const std::string text = RunQmv40(MoveArguments(geometry, "0,0", {"45,90", "0,0"})).out;
+    EXPECT_NE(std::string::npos, text.find("The way between the plans, at the safe height (mm)\n"
+                                           "  to plan 2\n"
+                                           "    up to     X 442.8000  Y -197.5500  Z -620.0000\n"
+                                           "    across to X 442.8000  Y -202.5500  Z -620.0000\n"
+                                           "    down to its first move\n"
+                                           "The whole tour is "))
+        << text;
+    EXPECT_EQ(std::string::npos, RunQmv40(MoveArguments(geometry, "0,0", {"45,90"})).out.find("The way between"));
+}
+
 TEST_F(MoveCommand, ColoursTextForPeopleAndNothingElse) {
     const auto coloured = [&](std::initializer_list<std::string> more) {
         std::ostringstream out;
