@@ -22,6 +22,7 @@ std::string WordEntries(const cli::CommandDescription& tool) {
     std::string entries;
     ForEach(tool, [&](const cli::CommandDescription& command) {
         std::vector<std::string> words;
+        words.reserve(command.commands.size());
         for (const cli::CommandDescription& each : command.commands) words.push_back(LastWord(each.name));
         for (const cli::OptionDescription& option : command.options)
             words.insert(words.end(), option.names.begin(), option.names.end());
