@@ -24,7 +24,7 @@ model::Path AnyPath(std::mt19937_64& random) {
     if (random() % 2 == 0) return model::Path::Straight(start, AnyVector(random, 100.0));
     const model::Vector3 axis = model::Unit(AnyVector(random, 1.0));
     return model::Path::Arc(start, AnyVector(random, 100.0), axis,
-                             std::uniform_real_distribution(-400.0, 400.0)(random));
+                            std::uniform_real_distribution(-400.0, 400.0)(random));
 }
 
 /// How far neighbouring points of a walk along the path lie apart, at most.
