@@ -21,7 +21,7 @@ namespace {
 
 struct ViewOptions : CommonOptions {
     PlanSelection selection;
-    check::CheckOptions check;
+    Allowances allowances;
     std::string output;       ///< file name of the page; empty: see WantsPage
     std::string drawing;      ///< file name; empty: none
     std::string pageTemplate; ///< file name; empty: the installed one
@@ -91,9 +91,10 @@ std::vector<Outcome> DrawingFiles(const ViewOptions& options, const std::vector<
 
 view::ViewedTour CheckedView(const ViewOptions& options, const text::Console& console) {
     const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
-    check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, options.check);
+    const check::CheckOptions checked = options.allowances.Read();
+    check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, checked);
     const std::string name = text::Utf8Name(text::PathOf(options.selection.geometry.file).filename());
-    return {name, name + ": " + view::StopsText(tour.plans), head, options.check, std::move(tour)};
+    return {name, name + ": " + view::StopsText(tour.plans), head, checked, std::move(tour)};
 }
 
 void Run(const ViewOptions& options, const text::Console& console) {
@@ -118,7 +119,7 @@ void Run(const ViewOptions& options, const text::Console& console) {
     if (options.json) {
         text::PrintDocument("view", view::ViewDocument(view), console.out);
     } else {
-        check::PrintJudgement(view.tour, console);
+        check::PrintJudgement(view.tour, view.options, console);
     }
     for (const Outcome& file : files) console.err << "Written to " << file.file << ": " << file.whatToDo << ".\n";
     if (view.tour.Findings() != 0) throw CommandEnded{exitFindings};
@@ -151,7 +152,7 @@ void AddViewCommand(Command tool, const text::Console& console) {
     Command command = tool.AddCommand("view", "Show plans in space, as a page for a browser or on paper");
     const auto options = std::make_shared<ViewOptions>();
     AddPlanSelection(command, options->selection);
-    AddAllowances(command, options->check);
+    AddAllowances(command, options->allowances);
     AddWhatToWrite(command, *options);
     AddCommonOptions(command, *options);
     command.SetFooter(viewFooter);

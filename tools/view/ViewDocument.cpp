@@ -38,12 +38,12 @@ text::Json LeverJson(const HeadModel& head, LeverSide side, const char* name) {
             {"unlocked", place(head.LeverBall(side, LeverState::Unlocked))}};
 }
 
-/// Each level with the room from which on a move has it, if that is what makes it.
+/// Each level with the clearance from which on a move has it, if that is what makes it.
 text::Json LevelsJson() {
     const auto level = [](MoveLevel each, const text::Json& atLeast) {
         return text::Json{{"name", NameOf(each)}, {"atLeast", atLeast}};
     };
-    return {level(MoveLevel::Clear, tightRoom), level(MoveLevel::Tight, 0.0), level(MoveLevel::Contact, nullptr),
+    return {level(MoveLevel::Clear, tightClearance), level(MoveLevel::Tight, 0.0), level(MoveLevel::Contact, nullptr),
             level(MoveLevel::Finding, nullptr)};
 }
 
@@ -61,11 +61,11 @@ text::Json PlannedJson(const plans::PlannedMove& move) {
         move.data);
 }
 
-/// The smaller room; none where the move must touch.
-text::Json RoomJson(const motion::ExecutedMove& run, double fraction, const ViewedTour& view) {
+/// The smaller clearance; none where the move must touch.
+text::Json ClearanceJson(const motion::ExecutedMove& run, double fraction, const ViewedTour& view) {
     if (*check::ContactOf(run.id) != '\0') return nullptr;
-    const check::Room room = check::RoomAt(run, fraction, view.head, view.options.sizes);
-    return std::min(room.toPoleSphere, room.toLevers);
+    const check::Clearance clearance = check::ClearanceAt(run, fraction, view.head, view.options.sizes);
+    return std::min(clearance.toPoleSphere, clearance.toLevers);
 }
 
 text::Json SampleJson(const motion::Sample& sample, const motion::ExecutedMove& run, const ViewedTour& view) {
@@ -76,7 +76,7 @@ text::Json SampleJson(const motion::Sample& sample, const motion::ExecutedMove& 
             {"cup", ArrayJson(sample.driveCup)},
             {"tiltAxis", ArrayJson(view.head.TurnOfA(0.0, sample.angles.b).axis)},
             {"stylus", ArrayJson(view.head.TurnedWithHead(straightDown, sample.angles))},
-            {"room", RoomJson(run, sample.fraction, view)},
+            {"clearance", ClearanceJson(run, sample.fraction, view)},
             {"lever", check::NameOf(sample.lever)},
             {"onPeg", sample.isOnPeg}};
 }
@@ -91,8 +91,8 @@ text::Json MoveJson(const check::CheckedPlan& checked, std::size_t index) {
             {"planned", PlannedJson(planned)},
             {"turn", arc == nullptr ? text::Json(nullptr) : text::Json(plans::TurnInWords(*arc))},
             {"level", NameOf(LevelOf(checked, index))},
-            {"roomToPoleSphere", nullptr},
-            {"roomToLevers", nullptr},
+            {"clearanceToPoleSphere", nullptr},
+            {"clearanceToLevers", nullptr},
             {"mustTouch", check::ContactOf(planned.id)},
             {"samples", text::Json::Array()}};
 }
@@ -103,8 +103,8 @@ text::Json AllMovesJson(const check::CheckedPlan& checked, const ViewedTour& vie
     for (std::size_t i = 0; i < checked.plan.moves.size(); ++i) {
         text::Json& move = moves.PushBack(MoveJson(checked, i));
         if (i >= run.size()) continue;
-        move["roomToPoleSphere"] = run[i].room.toPoleSphere;
-        move["roomToLevers"] = run[i].room.toLevers;
+        move["clearanceToPoleSphere"] = run[i].clearance.toPoleSphere;
+        move["clearanceToLevers"] = run[i].clearance.toLevers;
         for (const motion::Sample& sample : motion::SamplesOf(view.head, run[i].run, fineSpacing)) {
             move["samples"].PushBack(SampleJson(sample, run[i].run, view));
         }

@@ -143,7 +143,7 @@ const std::vector<Spoiled>& SpoiledPlans() {
          [](Json&) {},
          "3 travel-limit-exceeded",
          {"--z-travel", "-1000,-675"}},
-        {"room that nobody planned for", [](Json&) {}, "1 touches-lever", {"--clearance", "2.6"}},
+        {"clearance that nobody planned for", [](Json&) {}, "1 touches-lever", {"--clearance", "2.6"}},
     };
     return plans;
 }
