@@ -11,6 +11,11 @@ namespace {
 
 std::string Millimetres(double length) { return text::ExactText(length) + " mm"; }
 
+/// A size that nobody gave says nothing of the pole sphere.
+std::string Given(const std::optional<double>& size, double assumed) {
+    return size ? Millimetres(*size) : Millimetres(assumed) + " (not for the pole sphere)";
+}
+
 std::string TravelText(const std::array<TravelLimits, 3>& travel) {
     constexpr std::array names{"X ", "Y ", "Z "};
     std::string text;
@@ -63,10 +68,11 @@ std::vector<AssumptionLine> AssumptionLines(const CheckOptions& options) {
              Millimetres(parts.leverDiameter),
          "--ball-radius, --lever-diameter"},
         {"body",
-         "upright rod on the head centre, diameter " + Millimetres(parts.bodyDiameter) + ", height " +
+         "upright rod on the head centre, diameter " + Given(parts.bodyDiameter, assumedBodyDiameter) + ", height " +
              Millimetres(parts.bodyLength),
          "--body-diameter, --body-length"},
-        {"joint", "ball about the head centre, diameter " + Millimetres(parts.jointDiameter), "--joint-diameter"},
+        {"joint", "ball about the head centre, diameter " + Given(parts.jointDiameter, assumedJointDiameter),
+         "--joint-diameter"},
         {"drive cup", "ball of diameter " + Millimetres(parts.cupDiameter), "--cup-diameter"},
         {"stylus", StylusText(parts.stylus), "--stylus, --stylus-diameter, --tip-diameter"},
         {"table", scene.table ? "at Z " + Millimetres(*scene.table) : "not given: not checked", "--table"},
@@ -93,9 +99,9 @@ text::Json AssumptionsJson(const CheckOptions& options) {
             {"stemDiameter", scene.stemDiameter},
             {"leverBallRadius", options.sizes.leverBallRadius},
             {"leverDiameter", parts.leverDiameter},
-            {"bodyDiameter", parts.bodyDiameter},
+            {"bodyDiameter", parts.bodyDiameter.value_or(assumedBodyDiameter)},
             {"bodyLength", parts.bodyLength},
-            {"jointDiameter", parts.jointDiameter},
+            {"jointDiameter", parts.jointDiameter.value_or(assumedJointDiameter)},
             {"cupDiameter", parts.cupDiameter},
             {"stylus", StylusJson(parts.stylus)},
             {"table", scene.table ? text::Json(*scene.table) : text::Json(nullptr)},

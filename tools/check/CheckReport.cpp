@@ -7,6 +7,8 @@
 #include "tools/text/Numbers.h"
 #include "tools/text/Table.h"
 
+#include <algorithm>
+
 namespace qmv40::check {
 
 namespace {
@@ -225,6 +227,8 @@ std::string WhereText(const WorstFigure& worst, const Figures& figures) {
 
 /// Of each part, to what it comes closest.
 void PrintPartClearances(const Figures& figures, const text::Console& console) {
+    const auto isKnown = [](const PairFigure& pair) { return pair.smallest.has_value(); };
+    if (std::ranges::none_of(figures.Pairs(), isKnown)) return;
     console.out << '\n' << console.Strong("Smallest clearance of each part, at least") << '\n';
     text::Table table(
         {{"", text::Table::Align::Left}, {"", text::Table::Align::Left}, {""}, {"", text::Table::Align::Left}});

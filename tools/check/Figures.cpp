@@ -38,6 +38,7 @@ void Figures::Take(const plans::PlanToCheck& plan, const PlanReport& report) {
         KeepSmallest(clearanceToPoleSphere, figure(move.clearance.toPoleSphere));
         KeepSmallest(clearanceToLevers, figure(move.clearance.toLevers));
         for (const PartClearance& each : move.around) {
+            if (pairs.empty()) break;
             KeepSmallest(pairs[each.part * solids + each.solid].smallest, figure(each.atLeast));
         }
         if (move.lowestTip) KeepSmallest(lowestTip, figure(*move.lowestTip));

@@ -24,6 +24,7 @@ struct PairFigure {
 
 class Figures {
 public:
+    /// Without those of parts and what stands around.
     Figures() = default;
     explicit Figures(const Surroundings& surroundings);
 

@@ -84,11 +84,12 @@ std::optional<std::size_t> IndexOfTip(const PartSizes& sizes) {
 std::vector<PartInMove> PartsOf(const motion::ExecutedMove& move, const model::HeadModel& head,
                                 const PartSizes& sizes) {
     constexpr Vector3 centre{};
-    const double bodyRadius = sizes.bodyDiameter / 2.0;
+    const double bodyRadius = sizes.bodyDiameter.value_or(assumedBodyDiameter) / 2.0;
+    const double jointDiameter = sizes.jointDiameter.value_or(assumedJointDiameter);
     const Vector3 lowerEnd{0.0, 0.0, bodyRadius};
     const Vector3 upperEnd{0.0, 0.0, std::max(bodyRadius, sizes.bodyLength - bodyRadius)};
-    std::vector<PartInMove> parts{{Upright(move, lowerEnd, upperEnd, sizes.bodyDiameter), false},
-                                  {Upright(move, centre, centre, sizes.jointDiameter), false},
+    std::vector<PartInMove> parts{{Upright(move, lowerEnd, upperEnd, 2.0 * bodyRadius), !sizes.bodyDiameter},
+                                  {Upright(move, centre, centre, jointDiameter), !sizes.jointDiameter},
                                   {Cup(move, head, sizes.cupDiameter), true},
                                   {Lever(move, head, LeverSide::Plus, sizes.leverDiameter), true},
                                   {Lever(move, head, LeverSide::Minus, sizes.leverDiameter), true}};

@@ -17,21 +17,25 @@ struct Stylus {
     double tipDiameter = 5.0;
 };
 
-/// Millimetres.
+inline constexpr double assumedBodyDiameter = 40.0;
+inline constexpr double assumedJointDiameter = 36.0;
+
+/// Millimetres. Body and joint have to pass the pole sphere closely, with every head: a size that nobody gave is used
+/// for fixtures, but finds no fault at the sphere and its stem.
 struct PartSizes {
     /// A rod that stands upright on the head centre: its lower end is level with it.
-    double bodyDiameter = 40.0;
+    std::optional<double> bodyDiameter;
     double bodyLength = 150.0;
-    double jointDiameter = 36.0; ///< a ball about the head centre: swivel and tilting part
-    double cupDiameter = 14.0;   ///< a ball about the place that sits on the pole sphere
-    double leverDiameter = 5.0;  ///< a rod from each lever's pivot to its ball
+    std::optional<double> jointDiameter; ///< a ball about the head centre: swivel and tilting part
+    double cupDiameter = 14.0;           ///< a ball about the place that sits on the pole sphere
+    double leverDiameter = 5.0;          ///< a rod from each lever's pivot to its ball
     std::optional<Stylus> stylus;
 };
 
 /// A part in one move.
 struct PartInMove {
     obstacles::MovingPart moving;
-    bool passesPoleSphere; ///< it is made to meet the pole sphere: cup and levers
+    bool passesPoleSphere; ///< nothing is said of it and the sphere or its stem
 };
 
 /// What the parts are called, in the order of `PartsOf`.

@@ -35,8 +35,8 @@ public:
     /// `head` has to outlive it.
     Surroundings(const model::HeadModel& theHead, const BallSizes& sizes, const Scene& theScene);
 
-    /// Of each part to each solid, in the order of the parts. Cup and levers are made to meet the pole sphere: of them
-    /// and the sphere or its stem nothing is said here.
+    /// Of each part to each solid, in the order of the parts. Cup and levers are made to meet the pole sphere: nothing
+    /// is said here of them and the sphere or its stem, nor of body and joint where their sizes were not given.
     const PartClearances& Of(const motion::ExecutedMove& move);
 
     /// From now on a clearance that is farther than the smallest of the same part and solid so far, and than

@@ -8,7 +8,8 @@ namespace qmv40::cli {
 
 namespace {
 
-Option AddLengthOption(Command& command, const char* name, double& length, const char* description) {
+template <typename Length>
+Option AddLengthOption(Command& command, const char* name, Length& length, const char* description) {
     return command.AddValue(name, "MM", description, [&length](const std::string& value) -> std::string {
         const text::ParsedNumber number = text::ParseNumber(value);
         if (number.problem != nullptr || number.value < 0.0) return "'" + value + "' is not a length of 0 mm or more";
@@ -36,7 +37,8 @@ void AddHeadSizes(Command& command, check::PartSizes& sizes) {
     AddLengthOption(command, "--body-length", sizes.bodyLength,
                     "How far the body reaches above the head centre. 150 mm unless given");
     AddLengthOption(command, "--joint-diameter", sizes.jointDiameter,
-                    "Diameter of a ball about the head centre that holds swivel and tilting part. 36 mm unless given");
+                    "Diameter of a ball about the head centre that holds swivel and tilting part. 36 mm unless given, "
+                    "and then not for the pole sphere");
     AddLengthOption(command, "--cup-diameter", sizes.cupDiameter, "Diameter of the drive cup. 14 mm unless given");
     AddLengthOption(command, "--lever-diameter", sizes.leverDiameter, "Diameter of a lever's arm. 5 mm unless given");
 }

@@ -1,14 +1,18 @@
 #include "tools/view/ViewDocument.h"
 
+#include "tools/check/Assumptions.h"
 #include "tools/check/CheckReport.h"
 #include "tools/motion/Sampling.h"
 #include "tools/plans/Moves.h"
 #include "tools/plans/MovesJson.h"
 #include "tools/plans/TurnInWords.h"
 #include "tools/text/Numbers.h"
+#include "tools/view/Markup.h"
 #include "tools/view/MoveLevel.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 
 namespace qmv40::view {
 
@@ -81,6 +85,33 @@ text::Json SampleJson(const motion::Sample& sample, const motion::ExecutedMove& 
             {"onPeg", sample.isOnPeg}};
 }
 
+text::Json StateJson(const motion::HeadState& state) {
+    return {
+        {"A", state.angles.a}, {"B", state.angles.b}, {"lever", check::NameOf(state.lever)}, {"onPeg", state.isOnPeg}};
+}
+
+/// The move in closed form: all of its points follow from it.
+text::Json MotionJson(const motion::ExecutedMove& run) {
+    const motion::Path& path = run.path;
+    text::Json arc = nullptr;
+    if (path.IsArc()) {
+        arc = {{"centre", ArrayJson(path.Centre())}, {"axis", ArrayJson(path.Axis())}, {"degrees", path.Degrees()}};
+    }
+    return {{"start", ArrayJson(path.Start())},
+            {"end", ArrayJson(path.End())},
+            {"arc", arc},
+            {"before", StateJson(run.before)},
+            {"after", StateJson(run.after)}};
+}
+
+/// What the move comes closest to of all that stands around.
+text::Json NearestJson(const check::CheckedMove& move, const check::Figures& figures) {
+    const auto nearest = std::ranges::min_element(move.around, {}, &check::PartClearance::atLeast);
+    if (nearest == move.around.end()) return nullptr;
+    const check::PairFigure& pair = figures.PairOf(*nearest);
+    return {{"part", pair.part}, {"obstacle", pair.solid}, {"clearance", nearest->atLeast}};
+}
+
 /// What is known of every move, run or not.
 text::Json MoveJson(const check::CheckedPlan& checked, std::size_t index) {
     const plans::PlannedMove& planned = checked.plan.moves[index];
@@ -94,6 +125,8 @@ text::Json MoveJson(const check::CheckedPlan& checked, std::size_t index) {
             {"clearanceToPoleSphere", nullptr},
             {"clearanceToLevers", nullptr},
             {"mustTouch", check::ContactOf(planned.id)},
+            {"nearest", nullptr},
+            {"motion", nullptr},
             {"samples", text::Json::Array()}};
 }
 
@@ -105,11 +138,53 @@ text::Json AllMovesJson(const check::CheckedPlan& checked, const ViewedTour& vie
         if (i >= run.size()) continue;
         move["clearanceToPoleSphere"] = run[i].clearance.toPoleSphere;
         move["clearanceToLevers"] = run[i].clearance.toLevers;
+        move["nearest"] = NearestJson(run[i], view.tour.figures);
+        move["motion"] = MotionJson(run[i].run);
+        if (view.tour.plans.size() > mostPlansInFull) continue;
         for (const motion::Sample& sample : motion::SamplesOf(view.head, run[i].run, fineSpacing)) {
             move["samples"].PushBack(SampleJson(sample, run[i].run, view));
         }
     }
     return moves;
+}
+
+/// Corner after corner of a surface, as 32-bit numbers in base64: in decimals a mesh would fill the page.
+std::string SurfaceText(const std::vector<check::obstacles::Triangle>& surface) {
+    std::string bytes;
+    const auto add = [&](double number) {
+        const auto bits = std::bit_cast<std::uint32_t>(static_cast<float>(number));
+        for (int i = 0; i < 4; ++i) bytes += static_cast<char>((bits >> (8 * i)) & 0xFFU);
+    };
+    for (const check::obstacles::Triangle& triangle : surface) {
+        for (const model::Vector3& corner : {triangle.a, triangle.b, triangle.c}) {
+            for (std::size_t axis = 0; axis < 3; ++axis) add(corner[axis]);
+        }
+    }
+    return Base64(bytes);
+}
+
+text::Json ObstaclesJson(const std::vector<check::obstacles::Obstacle>& obstacles) {
+    text::Json list = text::Json::Array();
+    for (const check::obstacles::Obstacle& obstacle : obstacles) {
+        list.PushBack({{"name", obstacle.name},
+                       {"description", obstacle.description},
+                       {"triangles", obstacle.surface->size()},
+                       {"surface", SurfaceText(*obstacle.surface)}});
+    }
+    return list;
+}
+
+text::Json StylusJson(const std::optional<check::Stylus>& stylus) {
+    if (!stylus) return nullptr;
+    return {{"length", stylus->length}, {"diameter", stylus->diameter}, {"tipDiameter", stylus->tipDiameter}};
+}
+
+text::Json AssumedJson(const check::CheckOptions& options) {
+    text::Json lines = text::Json::Array();
+    for (const check::AssumptionLine& line : check::AssumptionLines(options)) {
+        lines.PushBack({{"what", line.what}, {"value", line.value}, {"option", line.option}});
+    }
+    return lines;
 }
 
 text::Json PlanJson(const check::CheckedPlan& checked, const ViewedTour& view) {
@@ -134,6 +209,12 @@ std::string StopsText(const std::vector<check::CheckedPlan>& plans) {
     return stops;
 }
 
+std::string TitleText(const std::string& name, const std::vector<check::CheckedPlan>& plans) {
+    if (plans.size() <= mostPlansInFull) return name + ": " + StopsText(plans);
+    return name + ": a tour of " + std::to_string(plans.size()) + " plans, from " +
+           PositionText(plans.front().plan.from) + " to " + PositionText(plans.back().plan.to);
+}
+
 text::Json ViewDocument(const ViewedTour& view) {
     text::Json plans = text::Json::Array();
     for (const check::CheckedPlan& checked : view.tour.plans) plans.PushBack(PlanJson(checked, view));
@@ -147,6 +228,12 @@ text::Json ViewDocument(const ViewedTour& view) {
         {"mounting",
          {{"right", ArrayJson(head.Mounted({1.0, 0.0, 0.0}))}, {"forward", ArrayJson(head.Mounted({0.0, 1.0, 0.0}))}}},
         {"levers", {LeverJson(head, LeverSide::Plus, "plus"), LeverJson(head, LeverSide::Minus, "minus")}},
+        {"driveCup", ArrayJson(head.DriveCup({0.0, 0.0}))},
+        {"stemDiameter", view.options.scene.stemDiameter},
+        {"stylus", StylusJson(view.options.scene.parts.stylus)},
+        {"table", view.options.scene.table ? text::Json(*view.options.scene.table) : text::Json(nullptr)},
+        {"obstacles", ObstaclesJson(view.options.scene.obstacles)},
+        {"assumptions", AssumedJson(view.options)},
         {"levels", LevelsJson()},
         {"verdict", VerdictJson(view.tour.Findings())},
         {"plans", plans}};

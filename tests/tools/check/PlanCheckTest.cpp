@@ -95,7 +95,8 @@ TEST(PlanCheck, KeepsToTheTravelOfTheMachineOnArcsToo) {
 TEST(PlanCheck, JudgesANextPlanFromWhereTheOneBeforeLeftTheMachine) {
     const model::HeadModel head = IdealHead();
     const check::PlanReport first = check::CheckPlan(head, {}, PlanByHand());
-    const check::PlanReport second = check::CheckNextPlan(head, {}, PlanByHand(), first);
+    check::Surroundings surroundings(head, {}, {});
+    const check::PlanReport second = check::CheckNextPlan(head, {}, PlanByHand(), first, surroundings);
     EXPECT_THAT(NamesOf(second), IsEmpty());
     EXPECT_TRUE(IsAt({30.3, -19.3, -26.55}, second.moves.front().run.path.Start(), 0.0));
     // From 10 above the ball to 5 beside it, past its centre: the height of that triangle.

@@ -40,14 +40,17 @@ protected:
     }
 
     /// A box of 0.2 mm about a point.
-    std::string BoxAt(const Point& centre) const {
-        const Json box{{"name", "pin"},
-                       {"shape", "box"},
-                       {"centre", {{"X", centre[0]}, {"Y", centre[1]}, {"Z", centre[2]}}},
-                       {"size", {{"X", 0.2}, {"Y", 0.2}, {"Z", 0.2}}}};
-        const Json document{{"format", "qmv40/obstacles"}, {"version", 1}, {"obstacles", Json::array({box})}};
-        return folder.Write("pin.json", document.dump());
+    static Json Pin(const std::string& name, const Point& centre) {
+        return {{"name", name},
+                {"shape", "box"},
+                {"centre", {{"X", centre[0]}, {"Y", centre[1]}, {"Z", centre[2]}}},
+                {"size", {{"X", 0.2}, {"Y", 0.2}, {"Z", 0.2}}}};
     }
+    std::string Obstacles(const Json& list) const {
+        const Json document{{"format", "qmv40/obstacles"}, {"version", 1}, {"obstacles", list}};
+        return folder.Write("pins.json", document.dump());
+    }
+    std::string PinAt(const Point& centre) const { return Obstacles(Json::array({Pin("pin", centre)})); }
 
     const TemporaryFolder folder;
     const std::string geometry = PlainGeometryFile(folder);
@@ -72,15 +75,19 @@ TEST_F(ObstacleCommand, FindsABoxInTheWayOfEachMoveByMoveAndPart) {
     ASSERT_EQ(19u, moves.size());
     std::vector<std::string> withBox = plan;
     withBox.insert(withBox.end(), {"--obstacles", ""});
+    const char* const parts[] = {"body", "joint", "drive cup", "plus lever", "minus lever", "stylus", "stylus tip"};
     for (std::size_t i = 0; i < moves.size(); ++i) {
         const Json& samples = moves[i]["samples"];
         const Json& onTheWay = samples[samples.size() / 2];
-        for (const char* const part :
-             {"body", "joint", "drive cup", "plus lever", "minus lever", "stylus", "stylus tip"}) {
-            withBox.back() = BoxAt(PlaceOf(part, onTheWay, document));
-            const ToolRun run = Check(withBox);
-            EXPECT_EQ(4, run.exitCode);
-            EXPECT_THAT(TouchesOf(run.Document()), Contains(std::to_string(i + 1) + " " + part + " to pin"));
+        Json pins = Json::array();
+        for (const char* const part : parts)
+            pins.push_back(Pin(std::string("pin of ") + part, PlaceOf(part, onTheWay, document)));
+        withBox.back() = Obstacles(pins);
+        const ToolRun run = Check(withBox);
+        EXPECT_EQ(4, run.exitCode);
+        const std::vector<std::string> touches = TouchesOf(run.Document());
+        for (const std::string part : parts) {
+            EXPECT_THAT(touches, Contains(std::to_string(i + 1) + " " + part + " to pin of " + part));
         }
     }
 }
@@ -88,7 +95,8 @@ TEST_F(ObstacleCommand, FindsABoxInTheWayOfEachMoveByMoveAndPart) {
 TEST_F(ObstacleCommand, SaysOfEveryPartHowCloseItComesToWhat) {
     std::vector<std::string> arguments = plan;
     // Far aside: the nearest part and place of the whole plan are plain.
-    arguments.insert(arguments.end(), {"--obstacles", BoxAt({412.5, -178.25, -2000.0}), "--table", "-1000"});
+    arguments.insert(arguments.end(), {"--obstacles", PinAt({412.5, -178.25, -2000.0}), "--table", "-1000",
+                                       "--body-diameter", "30", "--joint-diameter", "30"});
     const ToolRun run = Check(arguments);
     EXPECT_EQ(0, run.exitCode) << run.out;
     const Json report = run.Document();
@@ -141,7 +149,7 @@ TEST_F(ObstacleCommand, FindsTheTableUnderALongStylus) {
 
 TEST_F(ObstacleCommand, ChecksAllPairsAgainstObstaclesAsSinglePlans) {
     // Below the levers' height, beside the way round the pole.
-    const std::string box = BoxAt({412.5 + 45.0, -178.25 + 10.0, -655.0 - 80.0});
+    const std::string box = PinAt({412.5 + 45.0, -178.25 + 10.0, -655.0 - 80.0});
     const std::vector<std::string> around{"--stylus", "120", "--obstacles", box, "--json"};
     std::vector<std::string> arguments{"--all", "--reachable"};
     arguments.insert(arguments.end(), around.begin(), around.end());

@@ -333,7 +333,8 @@ TEST_F(ViewCommand, HasANumberWhereverOneCanBe) {
     const Json document = head.Document({"--from", "0,0", "--to", "45,90"});
     std::set<std::string> nulls;
     CollectNulls(document, nulls);
-    EXPECT_THAT(nulls, ElementsAre("atLeast", "clearance", "turn")) << "what this level or move has none of";
+    EXPECT_THAT(nulls, ElementsAre("arc", "atLeast", "clearance", "nearest", "stylus", "table", "turn"))
+        << "what this level, move or machine has none of";
 }
 
 TEST_F(ViewCommand, ShowsAMoveThatCannotBeRunWithoutSamples) {

@@ -109,7 +109,9 @@ double Sweep::Clearance() {
 } // namespace
 
 double ClearanceOf(const MovingPart& part, const Solid& solid, double enough) {
-    return Sweep(part, solid, enough + roundings).Clearance();
+    const double atLeast = Sweep(part, solid, enough + roundings).Clearance();
+    // What was added and taken off again is not to make it less than enough in the last digit.
+    return atLeast >= enough - 0.01 * roundings ? std::max(atLeast, enough) : atLeast;
 }
 
 } // namespace qmv40::check::obstacles

@@ -34,7 +34,7 @@ std::vector<Triangle> Hills(int sides) {
 }
 
 /// The same surface in the library that is asked for a second opinion.
-std::shared_ptr<fcl::BVHModeld> LibraryModel(const std::vector<Triangle>& triangles) {
+std::shared_ptr<fcl::BVHModel<fcl::OBBRSSd>> LibraryModel(const std::vector<Triangle>& triangles) {
     auto model = std::make_shared<fcl::BVHModel<fcl::OBBRSSd>>();
     model->beginModel();
     for (const Triangle& t : triangles) {
@@ -57,10 +57,10 @@ TEST(Mesh, MeasuresAsALibraryForMeshesDoes) {
         const Vector3 corner{place(random), place(random), 0.3 * place(random) + 20.0};
         const auto aside = [&] { return corner + Vector3{size(random), size(random), size(random)}; };
         const Triangle triangle{corner, aside(), aside()};
-        const double expected =
-            std::max(0.0, fcl::distance<double>(LibraryModel({triangle}).get(), fcl::Transform3d::Identity(),
-                                                peer.get(), fcl::Transform3d::Identity(), fcl::DistanceRequestd(),
-                                                *std::make_unique<fcl::DistanceResultd>()));
+        fcl::DistanceResultd result;
+        const double expected = std::max(
+            0.0, fcl::distance<double>(LibraryModel({triangle}).get(), fcl::Transform3d::Identity(), peer.get(),
+                                       fcl::Transform3d::Identity(), fcl::DistanceRequestd(), result));
         // Both are closed forms in double precision, of coordinates of some hundred millimetres.
         ASSERT_NEAR(expected, mesh.DistanceTo(triangle, infinite), 1e-9) << "seed " << seed;
         if (expected == 0.0) ++meetings;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <numbers>
 #include <random>
 
 using namespace qmv40::check::obstacles;
@@ -56,7 +57,7 @@ TEST(Sweep, IsExactForWhatAPersonCanWorkOut) {
         {"a rod that stands still", straight({13, 0, 0}, {13, 0, 0}, {0, 0, 50}, 2.0), 1.0},
         {"through it", straight({-100, 0, 0}, {100, 0, 0}, {}, 2.0), -2.0},
         {"inside, and nowhere near its surface", straight({0, 0, 0}, {1, 0, 0}, {}, 2.0), -12.0},
-        {"an arc that passes at its middle", Turning(15.0, 1.0, 0.0, {0, 0, 30}, 1.0), 4.0},
+        {"an arc round an edge", Turning(16.0, 1.5, 0.0, {0, 0, 30}, 1.0), 15.0 - 10.0 * std::numbers::sqrt2},
     };
     for (const auto& each : cases) {
         const double bound = ClearanceOf(each.part, box);

@@ -2,6 +2,9 @@
 
 import { anglesText, angleDecimals, contactText, levelMeaning, numberText, plannedDecimals, clearanceText } from "./document.js";
 
+// A clearance to what stands around is known to 0.01 mm.
+const nearestDecimals = 2;
+
 const byId = (id) => document.getElementById(id);
 
 /** An element with text, never markup: the document's words may hold anything. */
@@ -116,7 +119,8 @@ function findingItem(finding, go) {
     const item = element("li");
     const jump = element("button", "finding-jump");
     const where = finding.move === null ? "The plan as a whole" : `Move ${finding.move}, ${finding.moveName}`;
-    const amount = finding.amount === null ? "" : ` (${numberText(finding.amount)} ${finding.unit})`;
+    const meeting = finding.part ? `${finding.part} to ${finding.obstacle}, ` : "";
+    const amount = finding.amount === null ? "" : ` (${meeting}${numberText(finding.amount)} ${finding.unit})`;
     jump.type = "button";
     jump.disabled = finding.move === null;
     jump.append(element("strong", "", where), element("code", "", finding.name), element("span", "", finding.sentence + amount),
@@ -188,6 +192,7 @@ function clearanceNumbers(move) {
     return [
         ["Clearance", `${measured(move.clearanceToPoleSphere, "the sphere")}, ${measured(move.clearanceToLevers, "the levers")}`],
         ["Must touch", contactText(move.mustTouch)],
+        ...(move.nearest ? [["Nearest", `${move.nearest.part} to ${move.nearest.obstacle}, ${numberText(move.nearest.clearance, nearestDecimals)} mm at least`]] : []),
     ];
 }
 
@@ -205,6 +210,16 @@ export function showMove(plan, index, levels) {
     byId("move-planned").replaceChildren(...namedNumbers([...plannedNumbers(move), ...clearanceNumbers(move)]));
     markRow(index);
     keepRowInSight(byId("rows").children[index]);
+}
+
+/** What the check took for granted, and the option that says otherwise. */
+export function listAssumptions(assumptions) {
+    byId("assumed").replaceChildren(...assumptions.map(({ what, value, option }) => {
+        const row = element("tr");
+        row.append(element("th", "", what), element("td", "", value), element("td", "option", option));
+        row.firstChild.scope = "row";
+        return row;
+    }));
 }
 
 /** The colours of the paths in words. */
