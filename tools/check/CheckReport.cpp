@@ -4,6 +4,7 @@
 #include "tools/plans/HeadAnglesText.h"
 #include "tools/plans/Moves.h"
 #include "tools/plans/MovesJson.h"
+#include "tools/text/Finding.h"
 #include "tools/text/Numbers.h"
 #include "tools/text/Table.h"
 
@@ -269,16 +270,17 @@ void PrintVerdict(std::size_t findings, const std::string& checked, const text::
 }
 
 text::Json FindingJson(const Finding& finding, const plans::PlanToCheck& plan) {
-    const FindingText& text = TextOf(finding.kind);
-    return {{"move", finding.move ? text::Json(*finding.move + 1) : text::Json(nullptr)},
-            {"moveName", finding.move ? text::Json(NameOf(plan.moves[*finding.move].id)) : text::Json(nullptr)},
-            {"name", text.name},
-            {"amount", finding.amount ? text::Json(*finding.amount) : text::Json(nullptr)},
-            {"unit", text.unit},
-            {"part", finding.meeting ? text::Json(finding.meeting->part) : text::Json(nullptr)},
-            {"obstacle", finding.meeting ? text::Json(finding.meeting->obstacle) : text::Json(nullptr)},
-            {"sentence", text.sentence},
-            {"remedy", text.remedy}};
+    const FindingText& kind = TextOf(finding.kind);
+    const auto orNull = [](const auto& value) { return value ? text::Json(*value) : text::Json(nullptr); };
+    text::Finding shared{kind.name, text::Severity::Fault, kind.sentence, kind.remedy, "", "", text::Json::Object()};
+    shared.details = {
+        {"move", finding.move ? text::Json(*finding.move + 1) : text::Json(nullptr)},
+        {"moveName", finding.move ? text::Json(NameOf(plan.moves[*finding.move].id)) : text::Json(nullptr)},
+        {"amount", orNull(finding.amount)},
+        {"unit", kind.unit},
+        {"part", finding.meeting ? text::Json(finding.meeting->part) : text::Json(nullptr)},
+        {"obstacle", finding.meeting ? text::Json(finding.meeting->obstacle) : text::Json(nullptr)}};
+    return text::FindingJson(shared);
 }
 
 text::Json PlanFindingsJson(const CheckedPlan& checked) {

@@ -95,7 +95,9 @@ text::Json MotionJson(const motion::ExecutedMove& run) {
     const motion::Path& path = run.path;
     text::Json arc = nullptr;
     if (path.IsArc()) {
-        arc = {{"centre", ArrayJson(path.Centre())}, {"axis", ArrayJson(path.Axis())}, {"degrees", path.Degrees()}};
+        arc = {{"centre", ArrayJson(path.Centre())},
+               {"axis", ArrayJson(path.Radius() > 0.0 ? path.Axis() : model::Vector3{})},
+               {"degrees", path.Degrees()}};
     }
     return {{"start", ArrayJson(path.Start())},
             {"end", ArrayJson(path.End())},

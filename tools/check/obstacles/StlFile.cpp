@@ -1,8 +1,8 @@
 #include "tools/check/obstacles/StlFile.h"
 
+#include "formats/AsciiText.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Numbers.h"
-#include "tools/text/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -64,7 +64,7 @@ std::vector<Triangle> BinaryTriangles(const std::string& fileName, std::string_v
 std::array<std::string_view, 5> WordsOf(std::string_view line) {
     std::array<std::string_view, 5> words;
     for (std::string_view& word : words) {
-        line = text::Trimmed(line);
+        line = ascii::Trimmed(line);
         const std::size_t end = std::min(line.find_first_of(" \t"), line.size());
         word = line.substr(0, end);
         line.remove_prefix(end);
@@ -104,10 +104,10 @@ std::vector<Triangle> StlText::Triangles() {
 
 void StlText::Take(std::string_view text) {
     const auto words = WordsOf(text);
-    if (text::SameName(words[0], "vertex")) {
+    if (ascii::EqualIgnoringCase(words[0], "vertex")) {
         if (!words[4].empty()) Refuse("more than three numbers follow 'vertex'");
         corners.push_back({NumberOf(words[1]), NumberOf(words[2]), NumberOf(words[3])});
-    } else if (text::SameName(words[0], "endfacet")) {
+    } else if (ascii::EqualIgnoringCase(words[0], "endfacet")) {
         if (corners.size() != 3) Refuse("a facet with " + std::to_string(corners.size()) + " corners, and not 3");
         triangles.push_back({corners[0], corners[1], corners[2]});
         corners.clear();

@@ -2,7 +2,7 @@
 #include "tools/check/obstacles/StlFile.h"
 #include "tools/text/Failures.h"
 
-#include "support/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <bit>
 #include <cstdint>
