@@ -13,7 +13,7 @@ std::string Millimetres(double length) { return text::ExactText(length) + " mm";
 
 /// A size that nobody gave says nothing of the pole sphere.
 std::string Given(const std::optional<double>& size, double assumed) {
-    return size ? Millimetres(*size) : Millimetres(assumed) + " (not for the pole sphere)";
+    return size ? Millimetres(*size) : Millimetres(assumed) + " (fixtures only)";
 }
 
 std::string TravelText(const std::array<TravelLimits, 3>& travel) {

@@ -146,7 +146,7 @@ TEST_F(CheckCommand, ShowsAPersonStateClearanceFiguresAndVerdict) {
     for (const char* expected :
          {"Plan: from A 0, B 0 to A 45, B 90 (deg), as after each move\n",
           "  10  MoveToBPosition           open    on peg   0.0000  90.0000                  22.5055", "  peg\n",
-          "  smallest clearance to a lever          2.5000 mm  move 1 ApproachUnLockLever\n",
+          "  smallest clearance to a lever           2.5000 mm  move 1 ApproachUnLockLever\n",
           "Verdict: clear, no findings in 1 plan.\n"}) {
         EXPECT_THAT(run.out, HasSubstr(expected));
     }
