@@ -45,6 +45,7 @@ std::string FolderOf(const std::filesystem::path& file) {
     const std::string top = file.begin()->string();
     if (top == "benchmarks") return top;
     const std::string room = std::next(file.begin())->string();
+    if (file.generic_string().starts_with("tools/check/obstacles/")) return "tools/check/obstacles";
     return top == "source" ? room : top + "/" + room;
 }
 
@@ -162,7 +163,9 @@ TEST(Structure, EveryFileOfTheToolIsInTheNamespaceOfItsFolder) {
     std::vector<std::string> violations;
     for (const SourceFile& file : SourceFiles()) {
         if (!IsOfTheTool(file) || file.name.ends_with("Main.cpp")) continue;
-        const std::string name = "namespace qmv40::" + file.folder.substr(std::string("tools/").size());
+        static const std::regex slash("/");
+        const std::string folder = file.folder.substr(std::string("tools/").size());
+        const std::string name = "namespace qmv40::" + std::regex_replace(folder, slash, "::");
         if (file.text.find(name) == std::string::npos) violations.push_back(file.name);
     }
     EXPECT_THAT(violations, IsEmpty());
@@ -201,11 +204,11 @@ TEST(Structure, HeadersOfTheComponentKeepTheirNamesInANamespace) {
 }
 
 TEST(Structure, TheLinkedFoldersAreTheIncludedFolders) {
-    static const std::regex linked("qmv40_(tools_)?folder\\(([a-z]+)\\s+(?:MAY_INCLUDE ([a-z/\\s]+?))?\\s*SOURCES");
+    static const std::regex linked("qmv40_(tools_)?folder\\(([a-z/]+)\\s+(?:MAY_INCLUDE ([a-z/\\s]+?))?\\s*SOURCES");
     const auto allowed = AllowedIncludes();
     int folders = 0;
     for (const char* const top : {"source", "tools"}) {
-        for (const auto& entry : std::filesystem::directory_iterator(root / top)) {
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(root / top)) {
             if (!entry.is_directory()) continue;
             const std::string text = TextOf(entry.path() / "CMakeLists.txt");
             std::smatch match;

@@ -77,6 +77,9 @@ AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& 
     AllPairs all;
     all.positions = std::move(positions);
     all.findingsOfKind.resize(AllFindingTexts().size());
+    Surroundings surroundings(head, options.sizes, options.scene);
+    surroundings.LookForTheWorstAlone(options.requiredClearance);
+    all.figures = Figures(surroundings);
     component::Calculator calculator;
     calculator.LoadHeadGeometry(geometryFile);
     text::Progress progress(console, "checking all pairs", all.Pairs());
@@ -88,17 +91,18 @@ AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& 
                     moves = calculator.CalculateMove(to);
                 })) {
                 const plans::PlanToCheck plan{from, to, plans::MovesInOrder(moves)};
-                Take(all, plan, CheckPlan(head, options, plan));
+                Take(all, plan, CheckPlan(head, options, plan, surroundings));
             } else {
                 ++all.refused;
             }
         }
         progress.Advance(all.positions.size());
     }
+    all.differentMoves = surroundings.DifferentMoves();
     return all;
 }
 
-void PrintAllPairs(const AllPairs& all, const text::Console& console) {
+void PrintAllPairs(const AllPairs& all, const CheckOptions& options, const text::Console& console) {
     console.out << console.Strong("All pairs of positions: A " + text::ExactText(all.positions.front().a) +
                                   " to 90, B -180 to 180, in steps of 15 (deg)")
                 << '\n';
@@ -108,6 +112,7 @@ void PrintAllPairs(const AllPairs& all, const text::Console& console) {
     table.AddRow({"refused by the component", std::to_string(all.refused),
                   all.refused == 0 ? "" : "the head tilts from A 0 to 90 alone"});
     table.AddRow({"planned and checked", std::to_string(all.figures.Plans())});
+    table.AddRow({"different moves among them", std::to_string(all.differentMoves)});
     table.Print(console);
     for (const FindingKind kind : KindsFound(all)) {
         const auto [checked, finding] = ExampleOf(all, kind);
@@ -118,7 +123,8 @@ void PrintAllPairs(const AllPairs& all, const text::Console& console) {
         PrintFinding(finding, finding.move ? MoveText(*finding.move, checked.plan.moves[*finding.move].id) : "the plan",
                      console);
     }
-    PrintFigures(all.figures, console);
+    PrintFigures(all.figures, options, console);
+    PrintAssumptions(options, console);
     PrintVerdict(all.findings, std::to_string(all.figures.Plans()) + " plans", console);
 }
 
@@ -132,13 +138,14 @@ text::Json AllPairsJson(const AllPairs& all, const CheckOptions& options) {
             {{"name", TextOf(kind).name}, {"count", all.findingsOfKind[IndexOf(kind)]}, {"first", first}});
     }
     return {{"verdict", Verdict(all.findings)},
-            {"allowances", AllowancesJson(options)},
+            {"assumptions", AssumptionsJson(options)},
             {"positions", all.positions.size()},
             {"pairs", all.Pairs()},
             {"refused", all.refused},
             {"checked", all.figures.Plans()},
+            {"differentMoves", all.differentMoves},
             {"findings", findings},
-            {"worst", FiguresJson(all.figures)}};
+            {"worst", FiguresJson(all.figures, options)}};
 }
 
 } // namespace qmv40::check

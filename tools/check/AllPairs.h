@@ -14,7 +14,8 @@ namespace qmv40::check {
 
 struct AllPairs {
     std::vector<model::HeadAngles> positions;
-    std::size_t refused = 0; ///< pairs that the component does not plan
+    std::size_t refused = 0;        ///< pairs that the component does not plan
+    std::size_t differentMoves = 0; ///< many plans have a move in common
     std::size_t findings = 0;
     std::vector<std::size_t> findingsOfKind; ///< by kind
     std::vector<CheckedPlan> examples;       ///< the first plan with each kind of finding
@@ -30,7 +31,7 @@ std::vector<model::HeadAngles> HeadPositions(int leastA);
 AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& head, const CheckOptions& options,
                        std::vector<model::HeadAngles> positions, const text::Console& console);
 
-void PrintAllPairs(const AllPairs& all, const text::Console& console);
+void PrintAllPairs(const AllPairs& all, const CheckOptions& options, const text::Console& console);
 text::Json AllPairsJson(const AllPairs& all, const CheckOptions& options);
 
 } // namespace qmv40::check

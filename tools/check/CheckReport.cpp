@@ -4,8 +4,11 @@
 #include "tools/plans/HeadAnglesText.h"
 #include "tools/plans/Moves.h"
 #include "tools/plans/MovesJson.h"
+#include "tools/text/Finding.h"
 #include "tools/text/Numbers.h"
 #include "tools/text/Table.h"
+
+#include <algorithm>
 
 namespace qmv40::check {
 
@@ -16,6 +19,8 @@ using motion::HeadState;
 using plans::MoveId;
 
 constexpr int figureDecimals = 4;
+// They are worked out to 0.01 mm.
+constexpr int clearanceDecimals = 2;
 
 void PrintMoves(const CheckedPlan& checked, const text::Console& console) {
     text::Table table({{"#"},
@@ -33,8 +38,8 @@ void PrintMoves(const CheckedPlan& checked, const text::Console& console) {
         table.AddRow({std::to_string(i + 1), NameOf(move.run.id), NameOf(after.lever),
                       after.isOnPeg ? "on peg" : "free", text::FixedText(after.angles.a, figureDecimals),
                       text::FixedText(after.angles.b, figureDecimals),
-                      text::FixedText(move.room.toPoleSphere, figureDecimals),
-                      text::FixedText(move.room.toLevers, figureDecimals), ContactOf(move.run.id)});
+                      text::FixedText(move.clearance.toPoleSphere, figureDecimals),
+                      text::FixedText(move.clearance.toLevers, figureDecimals), ContactOf(move.run.id)});
     }
     table.Print(console);
 }
@@ -56,8 +61,9 @@ struct NamedFigure {
 };
 
 std::vector<NamedFigure> NamedFigures(const Figures& figures) {
-    return {{"roomToPoleSphere", "least room to the pole sphere", figures.roomToPoleSphere},
-            {"roomToLevers", "least room to a lever", figures.roomToLevers},
+    return {{"clearanceToPoleSphere", "smallest clearance to the pole sphere", figures.clearanceToPoleSphere},
+            {"clearanceToLevers", "smallest clearance to a lever", figures.clearanceToLevers},
+            {"lowestTip", "lowest point of the stylus tip, Z", figures.lowestTip},
             {"aboveSafeHeight", "least height above the safe height", figures.aboveSafeHeight},
             {"pulledOff", "farthest that an arc pulls the peg", figures.pulledOff},
             {"targetMiss", "farthest past the target's engagement", figures.targetMiss}};
@@ -76,6 +82,26 @@ text::Json WorstJson(const std::optional<WorstFigure>& worst) {
             {"to", plans::AnglesJson(worst->to)},
             {"move", worst->move + 1},
             {"moveName", NameOf(worst->id)}};
+}
+
+/// Each pair of which something is said, and where its clearance is smallest.
+text::Json PairsJson(const Figures& figures) {
+    text::Json pairs = text::Json::Array();
+    for (const PairFigure& pair : figures.Pairs()) {
+        if (!pair.smallest) continue;
+        text::Json& figure = pairs.PushBack({{"part", pair.part}, {"obstacle", pair.solid}});
+        figure.Update(WorstJson(pair.smallest));
+    }
+    return pairs;
+}
+
+text::Json AroundJson(const PartClearances& around, const Figures& figures) {
+    text::Json list = text::Json::Array();
+    for (const PartClearance& each : around) {
+        const PairFigure& pair = figures.PairOf(each);
+        list.PushBack({{"part", pair.part}, {"obstacle", pair.solid}, {"clearance", each.atLeast}});
+    }
+    return list;
 }
 
 text::Json StateJson(const HeadState& state, const model::Vector3& position) {
@@ -98,25 +124,27 @@ text::Json PathJson(const std::vector<motion::Sample>& samples) {
     return path;
 }
 
-text::Json MoveJson(std::size_t index, const CheckedMove& move, const model::HeadModel& head) {
+text::Json MoveJson(std::size_t index, const CheckedMove& move, const model::HeadModel& head, const Figures& figures) {
     const motion::Path& path = move.run.path;
     return {{"move", index + 1},
             {"name", NameOf(move.run.id)},
             {"kind", path.IsArc() ? "arc" : "straight"},
             {"before", StateJson(move.run.before, path.Start())},
             {"after", StateJson(move.run.after, path.End())},
-            {"roomToPoleSphere", move.room.toPoleSphere},
-            {"roomToLevers", move.room.toLevers},
+            {"clearanceToPoleSphere", move.clearance.toPoleSphere},
+            {"clearanceToLevers", move.clearance.toLevers},
             {"mustTouch", ContactOf(move.run.id)},
+            {"clearances", AroundJson(move.around, figures)},
+            {"lowestTip", move.lowestTip ? text::Json(*move.lowestTip) : text::Json(nullptr)},
             {"aboveSafeHeight", move.aboveSafeHeight ? text::Json(*move.aboveSafeHeight) : text::Json(nullptr)},
             {"radius", path.IsArc() ? text::Json(path.Radius()) : text::Json(nullptr)},
             {"path", PathJson(motion::SamplesOf(head, move.run))}};
 }
 
-text::Json PlanJson(const CheckedPlan& checked, const model::HeadModel& head) {
+text::Json PlanJson(const CheckedPlan& checked, const model::HeadModel& head, const Figures& figures) {
     text::Json moves = text::Json::Array();
     const std::vector<CheckedMove>& run = checked.report.moves;
-    for (std::size_t i = 0; i < run.size(); ++i) moves.PushBack(MoveJson(i, run[i], head));
+    for (std::size_t i = 0; i < run.size(); ++i) moves.PushBack(MoveJson(i, run[i], head, figures));
     return {{"from", plans::AnglesJson(checked.plan.from)},
             {"to", plans::AnglesJson(checked.plan.to)},
             {"verdict", Verdict(checked.report.findings.size())},
@@ -134,38 +162,39 @@ void PrintHeading(const CheckedTour& tour, std::size_t index, const std::string&
                 << '\n';
 }
 
-void PrintFiguresAndVerdict(const CheckedTour& tour, const text::Console& console) {
-    PrintFigures(tour.figures, console);
+void PrintFiguresAndVerdict(const CheckedTour& tour, const CheckOptions& options, const text::Console& console) {
+    PrintFigures(tour.figures, options, console);
+    PrintAssumptions(options, console);
     const std::size_t plans = tour.plans.size();
     PrintVerdict(tour.Findings(), std::to_string(plans) + (plans == 1 ? " plan" : " plans"), console);
 }
 
 } // namespace
 
-void PrintCheckedTour(const CheckedTour& tour, const text::Console& console) {
+void PrintCheckedTour(const CheckedTour& tour, const CheckOptions& options, const text::Console& console) {
     for (std::size_t i = 0; i < tour.plans.size(); ++i) {
         PrintHeading(tour, i, ", as after each move", console);
         console.out << '\n';
         PrintMoves(tour.plans[i], console);
         PrintFindings(tour.plans[i], console);
     }
-    PrintFiguresAndVerdict(tour, console);
+    PrintFiguresAndVerdict(tour, options, console);
 }
 
-void PrintJudgement(const CheckedTour& tour, const text::Console& console) {
+void PrintJudgement(const CheckedTour& tour, const CheckOptions& options, const text::Console& console) {
     for (std::size_t i = 0; i < tour.plans.size(); ++i) {
         PrintHeading(tour, i, "", console);
         PrintFindings(tour.plans[i], console);
     }
-    PrintFiguresAndVerdict(tour, console);
+    PrintFiguresAndVerdict(tour, options, console);
 }
 
 text::Json CheckedTourJson(const CheckedTour& tour, const model::HeadModel& head, const CheckOptions& options) {
     text::Json plans = text::Json::Array();
-    for (const CheckedPlan& checked : tour.plans) plans.PushBack(PlanJson(checked, head));
+    for (const CheckedPlan& checked : tour.plans) plans.PushBack(PlanJson(checked, head, tour.figures));
     return {{"verdict", Verdict(tour.Findings())},
-            {"allowances", AllowancesJson(options)},
-            {"worst", FiguresJson(tour.figures)},
+            {"assumptions", AssumptionsJson(options)},
+            {"worst", FiguresJson(tour.figures, options)},
             {"plans", plans}};
 }
 
@@ -180,7 +209,9 @@ std::string MoveText(std::size_t index, MoveId id) { return "move " + std::to_st
 
 std::string AmountText(const Finding& finding) {
     if (!finding.amount) return "";
-    return " by " + text::FixedText(*finding.amount, figureDecimals) + " " + TextOf(finding.kind).unit;
+    const std::string amount =
+        " by " + text::FixedText(*finding.amount, figureDecimals) + " " + TextOf(finding.kind).unit;
+    return finding.meeting ? amount + " (" + finding.meeting->part + " to " + finding.meeting->obstacle + ")" : amount;
 }
 
 void PrintFinding(const Finding& finding, const std::string& where, const text::Console& console) {
@@ -189,16 +220,42 @@ void PrintFinding(const Finding& finding, const std::string& where, const text::
                 << text.sentence << "\n      " << text.remedy << '\n';
 }
 
-void PrintFigures(const Figures& figures, const text::Console& console) {
+namespace {
+
+std::string WhereText(const WorstFigure& worst, const Figures& figures) {
+    return MoveText(worst.move, worst.id) + (figures.Plans() > 1 ? PlanText(worst) : "");
+}
+
+/// Of each part, to what it comes closest.
+void PrintPartClearances(const Figures& figures, const text::Console& console) {
+    const auto isKnown = [](const PairFigure& pair) { return pair.smallest.has_value(); };
+    if (std::ranges::none_of(figures.Pairs(), isKnown)) return;
+    console.out << '\n' << console.Strong("Smallest clearance of each part, at least") << '\n';
+    text::Table table(
+        {{"", text::Table::Align::Left}, {"", text::Table::Align::Left}, {""}, {"", text::Table::Align::Left}});
+    for (const PairFigure& pair : figures.Pairs()) {
+        if (!pair.smallest) continue;
+        table.AddRow({pair.part, "to " + pair.solid, text::FixedText(pair.smallest->value, clearanceDecimals) + " mm",
+                      WhereText(*pair.smallest, figures)});
+    }
+    table.Print(console);
+}
+
+} // namespace
+
+void PrintFigures(const Figures& figures, const CheckOptions& options, const text::Console& console) {
     console.out << '\n' << console.Strong("Worst figures") << '\n';
     text::Table table({{"", text::Table::Align::Left}, {""}, {"", text::Table::Align::Left}});
     for (const NamedFigure& named : NamedFigures(figures)) {
         if (!named.figure) continue;
-        const WorstFigure& worst = *named.figure;
-        table.AddRow({named.text, text::FixedText(worst.value, figureDecimals) + " mm",
-                      MoveText(worst.move, worst.id) + (figures.Plans() > 1 ? PlanText(worst) : "")});
+        table.AddRow({named.text, text::FixedText(named.figure->value, figureDecimals) + " mm",
+                      WhereText(*named.figure, figures)});
+    }
+    if (const std::optional<double> largest = figures.LargestSphere(options)) {
+        table.AddRow({"largest sphere radius still clear", text::FixedText(*largest, figureDecimals) + " mm"});
     }
     table.Print(console);
+    PrintPartClearances(figures, console);
 }
 
 const char* Verdict(std::size_t findings) { return findings == 0 ? "clear" : "findings"; }
@@ -213,14 +270,17 @@ void PrintVerdict(std::size_t findings, const std::string& checked, const text::
 }
 
 text::Json FindingJson(const Finding& finding, const plans::PlanToCheck& plan) {
-    const FindingText& text = TextOf(finding.kind);
-    return {{"move", finding.move ? text::Json(*finding.move + 1) : text::Json(nullptr)},
-            {"moveName", finding.move ? text::Json(NameOf(plan.moves[*finding.move].id)) : text::Json(nullptr)},
-            {"name", text.name},
-            {"amount", finding.amount ? text::Json(*finding.amount) : text::Json(nullptr)},
-            {"unit", text.unit},
-            {"sentence", text.sentence},
-            {"remedy", text.remedy}};
+    const FindingText& kind = TextOf(finding.kind);
+    const auto orNull = [](const auto& value) { return value ? text::Json(*value) : text::Json(nullptr); };
+    text::Finding shared{kind.name, text::Severity::Fault, kind.sentence, kind.remedy, "", "", text::Json::Object()};
+    shared.details = {
+        {"move", finding.move ? text::Json(*finding.move + 1) : text::Json(nullptr)},
+        {"moveName", finding.move ? text::Json(NameOf(plan.moves[*finding.move].id)) : text::Json(nullptr)},
+        {"amount", orNull(finding.amount)},
+        {"unit", kind.unit},
+        {"part", finding.meeting ? text::Json(finding.meeting->part) : text::Json(nullptr)},
+        {"obstacle", finding.meeting ? text::Json(finding.meeting->obstacle) : text::Json(nullptr)}};
+    return text::FindingJson(shared);
 }
 
 text::Json PlanFindingsJson(const CheckedPlan& checked) {
@@ -231,23 +291,13 @@ text::Json PlanFindingsJson(const CheckedPlan& checked) {
     return findings;
 }
 
-text::Json FiguresJson(const Figures& figures) {
+text::Json FiguresJson(const Figures& figures, const CheckOptions& options) {
     text::Json document = text::Json::Object();
     for (const NamedFigure& named : NamedFigures(figures)) document[named.name] = WorstJson(named.figure);
+    document["clearances"] = PairsJson(figures);
+    const std::optional<double> largest = figures.LargestSphere(options);
+    document["largestSphereRadius"] = largest ? text::Json(*largest) : text::Json(nullptr);
     return document;
-}
-
-text::Json AllowancesJson(const CheckOptions& options) {
-    text::Json travel = text::Json::Object();
-    constexpr const char* axes[] = {"X", "Y", "Z"};
-    for (std::size_t i = 0; i < options.travel.size(); ++i) {
-        // An end that is not limited is infinite, which a document shows as null.
-        travel[axes[i]] = {options.travel[i].smallest, options.travel[i].largest};
-    }
-    return {{"poleSphereRadius", options.sizes.poleSphereRadius},
-            {"leverBallRadius", options.sizes.leverBallRadius},
-            {"clearance", options.smallestRoom},
-            {"travel", travel}};
 }
 
 } // namespace qmv40::check

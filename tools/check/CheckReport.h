@@ -1,38 +1,39 @@
 #pragma once
 
+#include "tools/check/Assumptions.h"
 #include "tools/check/CheckedTour.h"
 #include "tools/text/Console.h"
 #include "tools/text/Json.h"
 
 namespace qmv40::check {
 
-/// For people: each plan's moves with state and room after them, findings, worst figures, verdict.
-void PrintCheckedTour(const CheckedTour& tour, const text::Console& console);
+/// For people: each plan's moves with state and clearance after them, findings, worst figures, what was assumed,
+/// verdict.
+void PrintCheckedTour(const CheckedTour& tour, const CheckOptions& options, const text::Console& console);
 
 /// The same without the moves: findings, worst figures, verdict.
-void PrintJudgement(const CheckedTour& tour, const text::Console& console);
+void PrintJudgement(const CheckedTour& tour, const CheckOptions& options, const text::Console& console);
 
 text::Json CheckedTourJson(const CheckedTour& tour, const model::HeadModel& head, const CheckOptions& options);
 
 // What the check of a tour and that of all pairs have in common
 
-/// "approach-too-short by 2.0000 mm", and a line with what it means and what to do.
+/// "approach-too-short by 2.0000 mm (stylus to vice)", and a line with what it means and what to do.
 void PrintFinding(const Finding& finding, const std::string& where, const text::Console& console);
-void PrintFigures(const Figures& figures, const text::Console& console);
+void PrintFigures(const Figures& figures, const CheckOptions& options, const text::Console& console);
 void PrintVerdict(std::size_t findings, const std::string& checked, const text::Console& console);
 
 text::Json FindingJson(const Finding& finding, const plans::PlanToCheck& plan);
 /// All of a plan's.
 text::Json PlanFindingsJson(const CheckedPlan& checked);
-text::Json FiguresJson(const Figures& figures);
-text::Json AllowancesJson(const CheckOptions& options);
+text::Json FiguresJson(const Figures& figures, const CheckOptions& options);
 const char* Verdict(std::size_t findings);
 /// "clear, no findings" or "3 findings"
 std::string VerdictText(std::size_t findings);
 
 /// "locked" or "open"
 const char* NameOf(model::LeverState state);
-/// What the move must touch, and therefore is left out of its room: "peg", "lever" or nothing.
+/// What the move must touch, and therefore is left out of its clearance: "peg", "lever" or nothing.
 const char* ContactOf(plans::MoveId id);
 /// "move 3 UnLock"
 std::string MoveText(std::size_t index, plans::MoveId id);

@@ -11,9 +11,12 @@ std::size_t CheckedTour::Findings() const {
 CheckedTour CheckTour(std::vector<plans::PlanToCheck> plans, const model::HeadModel& head,
                       const CheckOptions& options) {
     CheckedTour tour;
+    Surroundings surroundings(head, options.sizes, options.scene);
+    tour.figures = Figures(surroundings);
     for (plans::PlanToCheck& plan : plans) {
-        PlanReport report = tour.plans.empty() ? CheckPlan(head, options, plan)
-                                               : CheckNextPlan(head, options, plan, tour.plans.back().report);
+        PlanReport report = tour.plans.empty()
+                                ? CheckPlan(head, options, plan, surroundings)
+                                : CheckNextPlan(head, options, plan, tour.plans.back().report, surroundings);
         tour.figures.Take(plan, report);
         tour.plans.push_back({std::move(plan), std::move(report)});
     }

@@ -36,15 +36,16 @@ bool IsLeverContact(plans::MoveId id) {
            id == plans::MoveId::EngageWithLockLever || id == plans::MoveId::Lock;
 }
 
-Room RoomOf(const motion::ExecutedMove& move, const model::HeadModel& head, const BallSizes& sizes) {
+Clearance ClearanceOf(const motion::ExecutedMove& move, const model::HeadModel& head, const BallSizes& sizes) {
     return {ToPoleSphere(move, head) - sizes.poleSphereRadius, ToLevers(move, head) - sizes.leverBallRadius};
 }
 
-Room RoomAt(const motion::ExecutedMove& move, double fraction, const model::HeadModel& head, const BallSizes& sizes) {
+Clearance ClearanceAt(const motion::ExecutedMove& move, double fraction, const model::HeadModel& head,
+                      const BallSizes& sizes) {
     const model::Vector3 place = move.path.At(fraction);
     motion::ExecutedMove standing{move.id, motion::Path::Straight(place, place), move.before, move.before, 0.0};
     standing.before.angles = move.AnglesAt(fraction);
-    return RoomOf(standing, head, sizes);
+    return ClearanceOf(standing, head, sizes);
 }
 
 } // namespace qmv40::check

@@ -2,8 +2,8 @@
 
 #include "tools/motion/Execution.h"
 
-/// How much room a move leaves. Two points of the head are followed, its centre and its drive cup, and the smallest
-/// distance of their whole way counts, not that of sampled points.
+/// How much clearance a move leaves. Two points of the head are followed, its centre and its drive cup, and the
+/// smallest distance of their whole way counts, not that of sampled points.
 ///
 /// To the pole sphere: from either point to the sphere's surface. The cup is left out while it goes onto the peg, is on
 /// it and comes off it (EngageWithPeg to DisengageFromPeg): there it must touch.
@@ -20,7 +20,7 @@ struct BallSizes {
     double leverBallRadius = 2.5;  ///< mm
 };
 
-struct Room {
+struct Clearance {
     double toPoleSphere; ///< mm; negative: inside
     double toLevers;     ///< mm; negative: inside
 };
@@ -30,8 +30,9 @@ bool IsPegContact(plans::MoveId id);
 /// The machine must touch the lever in this move.
 bool IsLeverContact(plans::MoveId id);
 
-Room RoomOf(const motion::ExecutedMove& move, const model::HeadModel& head, const BallSizes& sizes);
+Clearance ClearanceOf(const motion::ExecutedMove& move, const model::HeadModel& head, const BallSizes& sizes);
 /// The same at one place of the move's way.
-Room RoomAt(const motion::ExecutedMove& move, double fraction, const model::HeadModel& head, const BallSizes& sizes);
+Clearance ClearanceAt(const motion::ExecutedMove& move, double fraction, const model::HeadModel& head,
+                      const BallSizes& sizes);
 
 } // namespace qmv40::check

@@ -15,19 +15,38 @@ struct WorstFigure {
     plans::MoveId id;
 };
 
+/// The smallest clearance of a part to something that stands around.
+struct PairFigure {
+    std::string part;
+    std::string solid;
+    std::optional<WorstFigure> smallest; ///< none where nothing is said of the two
+};
+
 class Figures {
 public:
+    /// Without those of parts and what stands around.
+    Figures() = default;
+    explicit Figures(const Surroundings& surroundings);
+
     void Take(const plans::PlanToCheck& plan, const PlanReport& report);
 
     std::size_t Plans() const { return plans; }
     // None before a move was run that has one. The first plan wins a tie.
-    std::optional<WorstFigure> roomToPoleSphere; ///< mm, the smallest
-    std::optional<WorstFigure> roomToLevers;     ///< mm, the smallest
-    std::optional<WorstFigure> aboveSafeHeight;  ///< mm, the smallest
-    std::optional<WorstFigure> targetMiss;       ///< mm, the largest
-    std::optional<WorstFigure> pulledOff;        ///< mm, the largest
+    std::optional<WorstFigure> clearanceToPoleSphere; ///< mm, the smallest
+    std::optional<WorstFigure> clearanceToLevers;     ///< mm, the smallest
+    std::optional<WorstFigure> aboveSafeHeight;       ///< mm, the smallest
+    std::optional<WorstFigure> lowestTip;             ///< Z, mm, the smallest
+    std::optional<WorstFigure> targetMiss;            ///< mm, the largest
+    std::optional<WorstFigure> pulledOff;             ///< mm, the largest
+
+    const std::vector<PairFigure>& Pairs() const { return pairs; }
+    const PairFigure& PairOf(const PartClearance& each) const { return pairs[each.part * solids + each.solid]; }
+    /// The radius that the pole sphere may have at most, mm: at which the smallest clearance to it is what is required.
+    std::optional<double> LargestSphere(const CheckOptions& options) const;
 
 private:
+    std::vector<PairFigure> pairs; ///< by part, then by solid
+    std::size_t solids = 0;
     std::size_t plans = 0;
 };
 

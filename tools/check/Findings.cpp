@@ -89,6 +89,10 @@ constexpr std::array texts{
                 "Look at the path in `qmv40 view`; if the plan is as computed, check --sphere-radius and --clearance."},
     FindingText{K::TouchesLever, "touches-lever", "mm", "The path comes closer to a lever than allowed.",
                 "Look at the path in `qmv40 view`; if the plan is as computed, check --ball-radius and --clearance."},
+    FindingText{K::TouchesObstacle, "touches-obstacle", "mm",
+                "A part of the head comes closer to something that stands around than allowed.",
+                "Look at the path in `qmv40 view`; move the fixture or the pole sphere, or correct the sizes that were "
+                "assumed."},
     FindingText{K::TravelLimitExceeded, "travel-limit-exceeded", "mm", "The move leaves the machine's travel.",
                 "Move the pole sphere further into the measuring volume, or correct the limits."},
 };

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <span>
+#include <string>
 
 namespace qmv40::check {
 
@@ -40,6 +41,7 @@ enum class FindingKind {
     BelowSafeHeight,
     TouchesPoleSphere,
     TouchesLever,
+    TouchesObstacle,
     TravelLimitExceeded
 };
 
@@ -54,10 +56,17 @@ struct FindingText {
 const FindingText& TextOf(FindingKind kind);
 std::span<const FindingText> AllFindingTexts();
 
+struct Meeting {
+    std::string part;
+    std::string obstacle;
+};
+
 struct Finding {
     FindingKind kind;
     std::optional<std::size_t> move; ///< index among the moves of the plan; none: the plan as a whole
     std::optional<double> amount;    ///< by how much it is wrong
+    /// The part of the head that comes too close, and to what; none where no part is to blame.
+    std::optional<Meeting> meeting = std::nullopt;
 };
 
 } // namespace qmv40::check

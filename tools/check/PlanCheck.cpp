@@ -23,14 +23,15 @@ double LargestDifference(const model::HeadAngles& left, const model::HeadAngles&
 class PlanCheck {
 public:
     PlanCheck(const model::HeadModel& theHead, const CheckOptions& theOptions, const plans::PlanToCheck& thePlan,
-              const std::optional<model::Vector3>& machineAt)
-        : head(theHead), options(theOptions), plan(thePlan), machine(theHead, thePlan.from, machineAt) {}
+              Surroundings& theSurroundings, motion::Machine theMachine)
+        : head(theHead), options(theOptions), plan(thePlan), surroundings(theSurroundings),
+          machine(std::move(theMachine)) {}
 
     PlanReport Report() &&;
+    void CheckOrder();
     void CheckStart(const model::HeadAngles& left);
 
 private:
-    void CheckOrder();
     bool RunAll();
     void CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run);
     void CheckStateFor(const motion::ExecutedMove& run);
@@ -41,7 +42,7 @@ private:
     WantedArc WantedFor(Contract::Arc kind, const motion::ExecutedMove& run) const;
     WantedArc WantedSwing(const motion::ExecutedMove& run) const;
     void CheckHeight(Contract::Height height, const motion::ExecutedMove& run);
-    void CheckRoom(const Room& room);
+    void CheckClearance(const CheckedMove& move);
     void CheckTravel(const motion::Path& path);
     void CheckHeadAngles(const model::HeadAngles& angles);
     void CheckEnd();
@@ -55,13 +56,13 @@ private:
     const model::HeadModel& head;
     const CheckOptions& options;
     const plans::PlanToCheck& plan;
+    Surroundings& surroundings;
     motion::Machine machine;
     PlanReport report;
     std::optional<std::size_t> index; ///< of the move that is being checked
 };
 
 PlanReport PlanCheck::Report() && {
-    CheckOrder();
     const bool ranAll = RunAll();
     index.reset();
     if (ranAll) CheckEnd();
@@ -91,7 +92,8 @@ bool PlanCheck::RunAll() {
 
 void PlanCheck::CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run) {
     const Contract& contract = ContractOf(planned.id);
-    report.moves.push_back({run, RoomOf(run, head, options.sizes), std::nullopt});
+    report.moves.push_back({run, ClearanceOf(run, head, options.sizes), surroundings.Of(run),
+                            LowestTip(run, head, options.scene.parts), std::nullopt});
     if (const auto* const arc = std::get_if<ArcData>(&planned.data)) CheckArc(contract.arc, *arc, run);
     CheckStateFor(run);
     CheckEnding(contract.ending, run);
@@ -100,7 +102,7 @@ void PlanCheck::CheckMove(const plans::PlannedMove& planned, const motion::Execu
                   model::Length(model::Perpendicular(run.path.End() - run.path.Start(), up)));
     }
     CheckHeight(contract.height, run);
-    CheckRoom(report.moves.back().room);
+    CheckClearance(report.moves.back());
     CheckTravel(run.path);
 }
 
@@ -216,9 +218,16 @@ void PlanCheck::CheckHeight(Contract::Height height, const motion::ExecutedMove&
     FindAbove(model::lengthTolerance, K::BelowSafeHeight, -above);
 }
 
-void PlanCheck::CheckRoom(const Room& room) {
-    FindAbove(model::lengthTolerance, K::TouchesPoleSphere, options.smallestRoom - room.toPoleSphere);
-    FindAbove(model::lengthTolerance, K::TouchesLever, options.smallestRoom - room.toLevers);
+void PlanCheck::CheckClearance(const CheckedMove& move) {
+    const double required = options.requiredClearance;
+    FindAbove(model::lengthTolerance, K::TouchesPoleSphere, required - move.clearance.toPoleSphere);
+    FindAbove(model::lengthTolerance, K::TouchesLever, required - move.clearance.toLevers);
+    for (const PartClearance& each : move.around) {
+        const double missing = required - each.atLeast;
+        if (missing <= model::lengthTolerance) continue; // what is not a number is not clear
+        const Meeting meeting{surroundings.Parts()[each.part], surroundings.Solids()[each.solid]};
+        report.findings.push_back({K::TouchesObstacle, index, missing, meeting});
+    }
 }
 
 void PlanCheck::CheckTravel(const motion::Path& path) {
@@ -245,16 +254,31 @@ void PlanCheck::CheckEnd() {
 } // namespace
 
 PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan) {
-    return PlanCheck(head, options, plan, std::nullopt).Report();
+    Surroundings surroundings(head, options.sizes, options.scene);
+    return CheckPlan(head, options, plan, surroundings);
+}
+
+PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
+                     Surroundings& surroundings) {
+    PlanCheck check(head, options, plan, surroundings, motion::Machine(head, plan.from, std::nullopt));
+    check.CheckOrder();
+    return std::move(check).Report();
 }
 
 PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
-                         const PlanReport& before) {
-    if (before.moves.empty()) return CheckPlan(head, options, plan);
+                         const PlanReport& before, Surroundings& surroundings) {
+    if (before.moves.empty()) return CheckPlan(head, options, plan, surroundings);
     const motion::ExecutedMove& last = before.moves.back().run;
-    PlanCheck check(head, options, plan, last.path.End());
+    PlanCheck check(head, options, plan, surroundings, motion::Machine(head, plan.from, last.path.End()));
     check.CheckStart(last.after.angles);
+    check.CheckOrder();
     return std::move(check).Report();
+}
+
+PlanReport CheckRest(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
+                     const motion::HeadState& state, const model::Vector3& machineAt) {
+    Surroundings surroundings(head, options.sizes, options.scene);
+    return PlanCheck(head, options, plan, surroundings, motion::Machine::InTheMiddle(head, state, machineAt)).Report();
 }
 
 } // namespace qmv40::check

@@ -1,13 +1,16 @@
 #include "tools/cli/Allowances.h"
 
+#include "tools/check/obstacles/ObstacleFile.h"
+#include "tools/text/Failures.h"
 #include "tools/text/Numbers.h"
 
 namespace qmv40::cli {
 
 namespace {
 
-void AddLengthOption(Command& command, const char* name, double& length, const char* description) {
-    command.AddValue(name, "MM", description, [&length](const std::string& value) -> std::string {
+template <typename Length>
+Option AddLengthOption(Command& command, const char* name, Length& length, const char* description) {
+    return command.AddValue(name, "MM", description, [&length](const std::string& value) -> std::string {
         const text::ParsedNumber number = text::ParseNumber(value);
         if (number.problem != nullptr || number.value < 0.0) return "'" + value + "' is not a length of 0 mm or more";
         length = number.value;
@@ -27,14 +30,78 @@ void AddTravelOption(Command& command, const char* name, check::TravelLimits& li
                      });
 }
 
+void AddHeadSizes(Command& command, check::PartSizes& sizes) {
+    AddLengthOption(command, "--body-diameter", sizes.bodyDiameter,
+                    "Diameter of the head's body, a rod with round ends that stands upright on the head centre. 40 mm "
+                    "unless given");
+    AddLengthOption(command, "--body-length", sizes.bodyLength,
+                    "How far the body reaches above the head centre. 150 mm unless given");
+    AddLengthOption(command, "--joint-diameter", sizes.jointDiameter,
+                    "Diameter of a ball about the head centre that holds swivel and tilting part. 36 mm unless given, "
+                    "and then not for the pole sphere");
+    AddLengthOption(command, "--cup-diameter", sizes.cupDiameter, "Diameter of the drive cup. 14 mm unless given");
+    AddLengthOption(command, "--lever-diameter", sizes.leverDiameter, "Diameter of a lever's arm. 5 mm unless given");
+}
+
+void AddStylus(Command& command, Allowances& allowances) {
+    command.AddValue("--stylus", "MM",
+                     "Length of the stylus, head centre to tip centre. Without it no stylus is checked",
+                     [&allowances](const std::string& value) -> std::string {
+                         const text::ParsedNumber number = text::ParseNumber(value);
+                         if (number.problem != nullptr || !(number.value > 0.0)) {
+                             return "'" + value + "' is not a length above 0 mm";
+                         }
+                         allowances.stylusLength = number.value;
+                         return "";
+                     });
+    AddLengthOption(command, "--stylus-diameter", allowances.stylus.diameter, "Diameter of its stem. 4 mm unless given")
+        .Need("--stylus");
+    AddLengthOption(command, "--tip-diameter", allowances.stylus.tipDiameter, "Diameter of its tip. 5 mm unless given")
+        .Need("--stylus");
+}
+
+void AddSurroundings(Command& command, Allowances& allowances) {
+    AddLengthOption(command, "--stem-diameter", allowances.options.scene.stemDiameter,
+                    "Diameter of the pole sphere's stem, which goes straight down. 6 mm unless given");
+    command.AddValue("--table", "Z", "Z of the table's surface, mm. Without it no table is checked",
+                     [&allowances](const std::string& value) -> std::string {
+                         const text::ParsedNumber number = text::ParseNumber(value);
+                         if (number.problem != nullptr) return "'" + value + "' " + number.problem;
+                         allowances.options.scene.table = number.value;
+                         return "";
+                     });
+    command.AddTexts("--obstacles", allowances.obstacleFiles, "FILE",
+                     "What stands around: an STL mesh in machine coordinates, or a JSON document of boxes, cylinders "
+                     "and meshes (docs/qmv40.md)");
+}
+
 } // namespace
 
-void AddAllowances(Command& command, check::CheckOptions& options) {
+check::CheckOptions Allowances::Read() const {
+    check::CheckOptions read = options;
+    if (stylusLength) {
+        read.scene.parts.stylus = stylus;
+        read.scene.parts.stylus->length = *stylusLength;
+    }
+    for (const std::string& file : obstacleFiles) {
+        for (check::obstacles::Obstacle& obstacle : check::obstacles::ReadObstacles(file)) {
+            read.scene.obstacles.push_back(std::move(obstacle));
+        }
+    }
+    return read;
+}
+
+void AddAllowances(Command& command, Allowances& allowances) {
+    check::CheckOptions& options = allowances.options;
     AddLengthOption(command, "--sphere-radius", options.sizes.poleSphereRadius,
                     "Radius of the pole sphere. 5 mm unless given: half of the 10 mm from which the peg is approached");
     AddLengthOption(command, "--ball-radius", options.sizes.leverBallRadius,
                     "Radius of a lever's ball. 2.5 mm unless given: half of the 5 mm from which it is approached");
-    AddLengthOption(command, "--clearance", options.smallestRoom, "Room that every move has to leave. 0 unless given");
+    AddLengthOption(command, "--clearance", options.requiredClearance,
+                    "Clearance that every move must have. 0 unless given");
+    AddHeadSizes(command, options.scene.parts);
+    AddStylus(command, allowances);
+    AddSurroundings(command, allowances);
     AddTravelOption(command, "--x-travel", options.travel[0]);
     AddTravelOption(command, "--y-travel", options.travel[1]);
     AddTravelOption(command, "--z-travel", options.travel[2]);

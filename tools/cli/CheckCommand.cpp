@@ -15,7 +15,7 @@ struct CheckCommandOptions : CommonOptions {
     PlanSelection selection;
     bool all = false;
     bool reachable = false;
-    check::CheckOptions check;
+    Allowances allowances;
 };
 
 void RequireSomethingToCheck(const CheckCommandOptions& options) {
@@ -24,24 +24,26 @@ void RequireSomethingToCheck(const CheckCommandOptions& options) {
 }
 
 /// How many findings there were.
-std::size_t RunAll(const CheckCommandOptions& options, const model::HeadModel& head, const text::Console& console) {
+std::size_t RunAll(const CheckCommandOptions& options, const check::CheckOptions& checked, const model::HeadModel& head,
+                   const text::Console& console) {
     const int leastA = options.reachable ? 0 : -90;
-    const check::AllPairs all = check::CheckAllPairs(options.selection.geometry.file, head, options.check,
-                                                     check::HeadPositions(leastA), console);
+    const check::AllPairs all =
+        check::CheckAllPairs(options.selection.geometry.file, head, checked, check::HeadPositions(leastA), console);
     if (options.json) {
-        text::PrintDocument("check", check::AllPairsJson(all, options.check), console.out);
+        text::PrintDocument("check", check::AllPairsJson(all, checked), console.out);
     } else {
-        check::PrintAllPairs(all, console);
+        check::PrintAllPairs(all, checked, console);
     }
     return all.findings;
 }
 
-std::size_t RunTour(const CheckCommandOptions& options, const model::HeadModel& head, const text::Console& console) {
-    const check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, options.check);
+std::size_t RunTour(const CheckCommandOptions& options, const check::CheckOptions& checked,
+                    const model::HeadModel& head, const text::Console& console) {
+    const check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, checked);
     if (options.json) {
-        text::PrintDocument("check", check::CheckedTourJson(tour, head, options.check), console.out);
+        text::PrintDocument("check", check::CheckedTourJson(tour, head, checked), console.out);
     } else {
-        check::PrintCheckedTour(tour, console);
+        check::PrintCheckedTour(tour, checked, console);
     }
     return tour.Findings();
 }
@@ -49,8 +51,10 @@ std::size_t RunTour(const CheckCommandOptions& options, const model::HeadModel& 
 void Run(const CheckCommandOptions& options, const text::Console& console) {
     RequireSomethingToCheck(options);
     const SettingsInUse settings(options, console);
+    const check::CheckOptions checked = options.allowances.Read();
     const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
-    const std::size_t findings = options.all ? RunAll(options, head, console) : RunTour(options, head, console);
+    const std::size_t findings =
+        options.all ? RunAll(options, checked, head, console) : RunTour(options, checked, head, console);
     if (findings != 0) throw CommandEnded{exitFindings};
 }
 
@@ -70,12 +74,14 @@ constexpr const char* checkFooter =
     "  qmv40 check --geometry head.ini --all --clearance 1 --z-travel -800,0\n"
     "  qmv40 move --geometry head.ini --from 0,0 --to 45,90 --json > plan.json\n"
     "  qmv40 check --geometry head.ini --plan plan.json --from 0,0 --to 45,90\n"
+    "  qmv40 check --geometry head.ini --all --reachable --stylus 120 --table -900 --obstacles fixture.stl\n"
     "\n"
     "The moves are run on a model of machine and head that knows nothing of how plans are made: lock lever, peg,\n"
-    "A and B. Each move is held against what it is for, and the room that it leaves is measured over its whole way:\n"
+    "A and B. Each move is held against what it is for, and its clearance is measured over its whole path:\n"
     "from head centre and drive cup to the pole sphere, from the machine's position to both levers. What a move must\n"
-    "touch is left out of its room. Findings have names, which docs/qmv40.md lists; with any the exit code is 4.\n"
-    "With --all the component refuses the pairs with A below 0; they are counted.";
+    "touch is left out of its clearance. Findings have names, which docs/qmv40.md lists; with any the exit code is 4.\n"
+    "Every part of the head is checked against the sphere's stem, the table and the obstacles; the report says with\n"
+    "which sizes. With --all the component refuses the pairs with A below 0; they are counted.";
 
 } // namespace
 
@@ -83,7 +89,7 @@ void AddCheckCommand(Command tool, const text::Console& console) {
     Command command = tool.AddCommand("check", "Run plans on a model of machine and head, and judge them");
     const auto options = std::make_shared<CheckCommandOptions>();
     AddWhatToCheck(command, *options);
-    AddAllowances(command, options->check);
+    AddAllowances(command, options->allowances);
     AddCommonOptions(command, *options);
     command.SetFooter(checkFooter);
     command.OnRun([options, &console] { Run(*options, console); });

@@ -37,7 +37,7 @@ double SafeHeight(const ExportCommandOptions& options, const model::HeadModel& h
 /// A tour in which something is wrong is not written: the machine would do it.
 void RequireSound(const check::CheckedTour& tour, bool force, const text::Console& console) {
     if (tour.Findings() == 0) return;
-    check::PrintJudgement(tour, {console.err, console.err});
+    check::PrintJudgement(tour, {}, {console.err, console.err});
     if (force) return;
     console.err << "Nothing was written (--force writes it all the same).\n";
     throw CommandEnded{exitFindings};

@@ -21,7 +21,7 @@ namespace {
 
 struct ViewOptions : CommonOptions {
     PlanSelection selection;
-    check::CheckOptions check;
+    Allowances allowances;
     std::string output;       ///< file name of the page; empty: see WantsPage
     std::string drawing;      ///< file name; empty: none
     std::string pageTemplate; ///< file name; empty: the installed one
@@ -35,6 +35,8 @@ struct Outcome {
     text::FileKind kind;
 };
 
+constexpr const char* noDrawings =
+    "<p>A page of more than 10 plans has no drawings: <code>qmv40 view --svg plan.svg</code> makes them.</p>\n";
 constexpr const char* defaultPage = "view.html";
 
 bool IsPageWanted(const ViewOptions& options) {
@@ -61,6 +63,7 @@ std::string PageText(const std::string& templateFile, const std::string& content
                      const std::vector<std::string>& drawings) {
     std::string figures;
     for (const std::string& drawing : drawings) figures += "<figure>\n" + drawing + "</figure>\n";
+    if (drawings.empty()) figures = noDrawings;
     const view::Filling fillings[] = {{"@TITLE@", view::MarkupText(view.title)},
                                       {"@DOCUMENT@", view::EmbeddedDocument(view::ViewDocument(view))},
                                       {"@DRAWINGS@", figures}};
@@ -91,9 +94,10 @@ std::vector<Outcome> DrawingFiles(const ViewOptions& options, const std::vector<
 
 view::ViewedTour CheckedView(const ViewOptions& options, const text::Console& console) {
     const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
-    check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, options.check);
+    const check::CheckOptions checked = options.allowances.Read();
+    check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, checked);
     const std::string name = text::Utf8Name(text::PathOf(options.selection.geometry.file).filename());
-    return {name, name + ": " + view::StopsText(tour.plans), head, options.check, std::move(tour)};
+    return {name, view::TitleText(name, tour.plans), head, checked, std::move(tour)};
 }
 
 void Run(const ViewOptions& options, const text::Console& console) {
@@ -102,15 +106,16 @@ void Run(const ViewOptions& options, const text::Console& console) {
     const std::string templateFile = IsPageWanted(options) ? TemplateFile(options) : "";
     const std::string pageTemplate = templateFile.empty() ? "" : text::ReadWholeFile(templateFile);
     const view::ViewedTour view = CheckedView(options, console);
-    const bool isDrawn = !templateFile.empty() || !options.drawing.empty();
+    const bool isShort = view.tour.plans.size() <= view::mostPlansInFull;
+    const bool isDrawn = (!templateFile.empty() && isShort) || !options.drawing.empty();
     const std::vector<std::string> drawings = isDrawn ? Drawings(view) : std::vector<std::string>();
 
     // Nothing is written before everything is there to be written.
     std::vector<Outcome> files = DrawingFiles(options, drawings);
     if (!templateFile.empty()) {
         files.push_back({options.output.empty() ? defaultPage : options.output,
-                         PageText(templateFile, pageTemplate, view, drawings), "open it in a browser",
-                         view::PageKind()});
+                         PageText(templateFile, pageTemplate, view, isShort ? drawings : std::vector<std::string>()),
+                         "open it in a browser", view::PageKind()});
     }
     for (const Outcome& file : files) text::RequireNewOrOfKind(file.file, file.kind);
     for (const Outcome& file : files) text::WriteOutput(file.file, file.content, file.kind);
@@ -118,7 +123,7 @@ void Run(const ViewOptions& options, const text::Console& console) {
     if (options.json) {
         text::PrintDocument("view", view::ViewDocument(view), console.out);
     } else {
-        check::PrintJudgement(view.tour, console);
+        check::PrintJudgement(view.tour, view.options, console);
     }
     for (const Outcome& file : files) console.err << "Written to " << file.file << ": " << file.whatToDo << ".\n";
     if (view.tour.Findings() != 0) throw CommandEnded{exitFindings};
@@ -140,7 +145,8 @@ constexpr const char* viewFooter =
     "  qmv40 view --geometry head.ini --from 0,0 --to 45,90 --svg plan.svg\n"
     "  qmv40 view --geometry head.ini --plan plan.json --sphere-radius 6 --clearance 1\n"
     "\n"
-    "The page shows head, levers, pole sphere and the way of each move in space, and what `qmv40 check` says of them.\n"
+    "The page shows head, levers, pole sphere, obstacles and the way of each move in space, and what `qmv40 check` "
+    "says.\n"
     "It is one file, needs no network, and can be sent to anybody. The drawing is a sheet of A4: top, front and side\n"
     "view to one scale, the moves numbered. With --json the document that the page shows is printed.\n"
     "What is found wrong is drawn as such; page and drawing are written all the same, and the exit code is 4.";
@@ -151,7 +157,7 @@ void AddViewCommand(Command tool, const text::Console& console) {
     Command command = tool.AddCommand("view", "Show plans in space, as a page for a browser or on paper");
     const auto options = std::make_shared<ViewOptions>();
     AddPlanSelection(command, options->selection);
-    AddAllowances(command, options->check);
+    AddAllowances(command, options->allowances);
     AddWhatToWrite(command, *options);
     AddCommonOptions(command, *options);
     command.SetFooter(viewFooter);

@@ -40,6 +40,12 @@ Machine::Machine(const model::HeadModel& theHead, const model::HeadAngles& angle
                  const std::optional<model::Vector3>& theStart)
     : head(theHead), state{angles, model::LeverState::Locked, false, std::nullopt}, position(theStart) {}
 
+Machine Machine::InTheMiddle(const model::HeadModel& head, const HeadState& state, const model::Vector3& position) {
+    Machine machine(head, state.angles, position);
+    machine.state = state;
+    return machine;
+}
+
 bool Machine::CanRun(const plans::PlannedMove& move) {
     return std::visit([](const auto& data) { return IsExecutable(data); }, move.data);
 }

@@ -24,7 +24,7 @@ constexpr PaperCell sideCell{{147.0, 103.0}, 97.0, 101.0};
 constexpr PaperCell titleCell{{244.0, 103.0}, 47.0, 101.0};
 constexpr PaperCell tableCell{{147.0, 6.0}, 144.0, 97.0};
 
-constexpr int roomDecimals = 2;
+constexpr int clearanceDecimals = 2;
 constexpr int coordinateDecimals = 3;
 
 const ViewDirection topView{"Top view (from above)", "top", 0, 1, {0.0, 0.0, 1.0}};
@@ -54,21 +54,21 @@ std::string ScaleText(double millimetresToOne) {
                                   : "1:" + text::ExactText(millimetresToOne);
 }
 
-std::string RoomText(double room) { return text::FixedText(room, roomDecimals) + " mm"; }
+std::string ClearanceText(double clearance) { return text::FixedText(clearance, clearanceDecimals) + " mm"; }
 
-/// What is told of a move's room in the table.
-std::string RoomOrReason(const check::CheckedPlan& checked, std::size_t move) {
+/// What is told of a move's clearance in the table.
+std::string ClearanceOrReason(const check::CheckedPlan& checked, std::size_t move) {
     const auto& findings = checked.report.findings;
     const auto found = std::ranges::find_if(findings, [&](const check::Finding& each) { return each.move == move; });
     if (found != findings.end()) return "finding: see verdict";
     if (move >= checked.report.moves.size()) return "not run";
     const std::string contact = check::ContactOf(checked.plan.moves[move].id);
     if (!contact.empty()) return "must touch the " + contact;
-    const check::Room& room = checked.report.moves[move].room;
-    return RoomText(std::min(room.toPoleSphere, room.toLevers));
+    const check::Clearance& clearance = checked.report.moves[move].clearance;
+    return ClearanceText(std::min(clearance.toPoleSphere, clearance.toLevers));
 }
 
-/// One row a move: number, name, what it does, its line, its room.
+/// One row a move: number, name, what it does, its line, its clearance.
 void DrawMoveTable(SvgWriter& svg, const check::CheckedPlan& checked) {
     constexpr double rowHeight = 3.75;
     constexpr double size = 2.4;
@@ -77,19 +77,19 @@ void DrawMoveTable(SvgWriter& svg, const check::CheckedPlan& checked) {
     constexpr double name = left + 7.5;
     constexpr double purpose = left + 43.0;
     constexpr double line = left + 101.0;
-    constexpr double room = left + 112.0;
+    constexpr double clearance = left + 112.0;
     double y = tableCell.corner.y + 4.2;
     svg.Text({name, y}, size, "Move", Bold());
     svg.Text({purpose, y}, size, "What the machine does", Bold());
-    svg.Text({room, y}, size, "Least room", Bold());
+    svg.Text({clearance, y}, size, "Clearance", Bold());
     for (std::size_t i = 0; i < std::min(checked.plan.moves.size(), plans::moveCount); ++i) {
         const plans::Move& move = plans::AllMoves()[plans::IndexOf(checked.plan.moves[i].id)];
         y += rowHeight;
         svg.Text({numberEnd, y}, size, std::to_string(i + 1), Attribute("text-anchor", "end"));
         svg.Text({name, y}, size, move.name);
         svg.Text({purpose, y}, size, move.purpose);
-        svg.Line({line, y - 0.8}, {room - 2.0, y - 0.8}, LineStyle(LevelOf(checked, i)));
-        svg.Text({room, y}, size, RoomOrReason(checked, i));
+        svg.Line({line, y - 0.8}, {clearance - 2.0, y - 0.8}, LineStyle(LevelOf(checked, i)));
+        svg.Text({clearance, y}, size, ClearanceOrReason(checked, i));
     }
 }
 
@@ -103,7 +103,7 @@ public:
             MoveLevel level;
             std::string words;
         } lines[] = {{MoveLevel::Clear, "clear"},
-                     {MoveLevel::Tight, "less than " + text::FixedText(tightRoom, 0) + " mm of room"},
+                     {MoveLevel::Tight, "less than " + text::FixedText(tightClearance, 0) + " mm of clearance"},
                      {MoveLevel::Contact, "must touch"},
                      {MoveLevel::Finding, "something is wrong"}};
         for (const auto& each : lines) {
@@ -200,7 +200,7 @@ private:
 };
 
 void WriteFindings(TitleBlock& block, const check::CheckedPlan& checked) {
-    constexpr std::size_t most = 3; // there is no room for more, and the first is the one to mend
+    constexpr std::size_t most = 3; // there is no clearance for more, and the first is the one to mend
     const auto& findings = checked.report.findings;
     for (std::size_t i = 0; i < std::min(findings.size(), most); ++i) {
         const std::string where = findings[i].move ? std::to_string(*findings[i].move + 1) : "plan";
@@ -214,25 +214,25 @@ void WriteFindings(TitleBlock& block, const check::CheckedPlan& checked) {
 void WriteFigure(TitleBlock& block, const std::string& words, const std::optional<check::WorstFigure>& figure) {
     if (!figure) return;
     block.Write(textSize, words);
-    block.Write(textSize, RoomText(figure->value) + ", move " + std::to_string(figure->move + 1));
+    block.Write(textSize, ClearanceText(figure->value) + ", move " + std::to_string(figure->move + 1));
 }
 
 void WriteFigures(TitleBlock& block, const check::CheckedPlan& checked) {
     check::Figures figures;
     figures.Take(checked.plan, checked.report);
-    WriteFigure(block, "Least room to pole sphere", figures.roomToPoleSphere);
-    WriteFigure(block, "Least room to a lever", figures.roomToLevers);
+    WriteFigure(block, "Clearance to pole sphere", figures.clearanceToPoleSphere);
+    WriteFigure(block, "Clearance to a lever", figures.clearanceToLevers);
 }
 
 void WriteSetup(TitleBlock& block, const DrawingOfPlan& drawing) {
     const model::Vector3& pole = drawing.head.PoleSphere();
     const model::Vector3 right = drawing.head.Mounted({1.0, 0.0, 0.0});
     constexpr const char* axes[] = {"X ", "Y ", "Z "};
-    block.Write(textSize, "Pole sphere, radius " + RoomText(drawing.sizes.poleSphereRadius));
+    block.Write(textSize, "Pole sphere, radius " + ClearanceText(drawing.sizes.poleSphereRadius));
     for (std::size_t axis = 0; axis < 3; ++axis) {
         block.Write(textSize, axes[axis] + text::FixedText(pole[axis], coordinateDecimals) + " mm");
     }
-    block.Write(textSize, "Lever balls, radius " + RoomText(drawing.sizes.leverBallRadius));
+    block.Write(textSize, "Lever balls, radius " + ClearanceText(drawing.sizes.leverBallRadius));
     block.Write(textSize, "Turned about Z " +
                               text::FixedText(model::ToDegrees(std::atan2(right.y, right.x)), coordinateDecimals) +
                               " deg");

@@ -98,4 +98,20 @@ std::string FilledTemplate(const std::string& fileName, std::string_view content
     return filled.append(content.substr(copied));
 }
 
+std::string Base64(std::string_view bytes) {
+    constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    text.reserve((bytes.size() + 2) / 3 * 4);
+    for (std::size_t at = 0; at < bytes.size(); at += 3) {
+        const auto byte = [&](std::size_t i) {
+            return at + i < bytes.size() ? static_cast<unsigned int>(static_cast<unsigned char>(bytes[at + i])) : 0U;
+        };
+        const unsigned int group = byte(0) << 16U | byte(1) << 8U | byte(2);
+        for (unsigned int i = 0; i < 4; ++i) {
+            text += at + i > bytes.size() ? '=' : letters[(group >> (18U - 6U * i)) & 63U];
+        }
+    }
+    return text;
+}
+
 } // namespace qmv40::view

@@ -16,6 +16,9 @@ std::string MarkupText(const std::string& text);
 /// scripts take two columns.
 std::string CutText(const std::string& text, std::size_t columns);
 
+/// Bytes as letters, RFC 4648.
+std::string Base64(std::string_view bytes);
+
 /// What stands in the place of "@NAME@".
 struct Filling {
     std::string_view placeholder;

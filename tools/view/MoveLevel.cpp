@@ -19,8 +19,8 @@ MoveLevel LevelOf(const check::CheckedPlan& checked, std::size_t move) {
     }
     const check::CheckedMove& run = checked.report.moves[move];
     if (*check::ContactOf(run.run.id) != '\0') return MoveLevel::Contact;
-    const double room = std::min(run.room.toPoleSphere, run.room.toLevers);
-    return room < tightRoom - model::lengthTolerance ? MoveLevel::Tight : MoveLevel::Clear;
+    const double clearance = std::min(run.clearance.toPoleSphere, run.clearance.toLevers);
+    return clearance < tightClearance - model::lengthTolerance ? MoveLevel::Tight : MoveLevel::Clear;
 }
 
 } // namespace qmv40::view

@@ -1,14 +1,18 @@
 #include "tools/view/ViewDocument.h"
 
+#include "tools/check/Assumptions.h"
 #include "tools/check/CheckReport.h"
 #include "tools/motion/Sampling.h"
 #include "tools/plans/Moves.h"
 #include "tools/plans/MovesJson.h"
 #include "tools/plans/TurnInWords.h"
 #include "tools/text/Numbers.h"
+#include "tools/view/Markup.h"
 #include "tools/view/MoveLevel.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 
 namespace qmv40::view {
 
@@ -38,12 +42,12 @@ text::Json LeverJson(const HeadModel& head, LeverSide side, const char* name) {
             {"unlocked", place(head.LeverBall(side, LeverState::Unlocked))}};
 }
 
-/// Each level with the room from which on a move has it, if that is what makes it.
+/// Each level with the clearance from which on a move has it, if that is what makes it.
 text::Json LevelsJson() {
     const auto level = [](MoveLevel each, const text::Json& atLeast) {
         return text::Json{{"name", NameOf(each)}, {"atLeast", atLeast}};
     };
-    return {level(MoveLevel::Clear, tightRoom), level(MoveLevel::Tight, 0.0), level(MoveLevel::Contact, nullptr),
+    return {level(MoveLevel::Clear, tightClearance), level(MoveLevel::Tight, 0.0), level(MoveLevel::Contact, nullptr),
             level(MoveLevel::Finding, nullptr)};
 }
 
@@ -61,11 +65,11 @@ text::Json PlannedJson(const plans::PlannedMove& move) {
         move.data);
 }
 
-/// The smaller room; none where the move must touch.
-text::Json RoomJson(const motion::ExecutedMove& run, double fraction, const ViewedTour& view) {
+/// The smaller clearance; none where the move must touch.
+text::Json ClearanceJson(const motion::ExecutedMove& run, double fraction, const ViewedTour& view) {
     if (*check::ContactOf(run.id) != '\0') return nullptr;
-    const check::Room room = check::RoomAt(run, fraction, view.head, view.options.sizes);
-    return std::min(room.toPoleSphere, room.toLevers);
+    const check::Clearance clearance = check::ClearanceAt(run, fraction, view.head, view.options.sizes);
+    return std::min(clearance.toPoleSphere, clearance.toLevers);
 }
 
 text::Json SampleJson(const motion::Sample& sample, const motion::ExecutedMove& run, const ViewedTour& view) {
@@ -76,9 +80,38 @@ text::Json SampleJson(const motion::Sample& sample, const motion::ExecutedMove& 
             {"cup", ArrayJson(sample.driveCup)},
             {"tiltAxis", ArrayJson(view.head.TurnOfA(0.0, sample.angles.b).axis)},
             {"stylus", ArrayJson(view.head.TurnedWithHead(straightDown, sample.angles))},
-            {"room", RoomJson(run, sample.fraction, view)},
+            {"clearance", ClearanceJson(run, sample.fraction, view)},
             {"lever", check::NameOf(sample.lever)},
             {"onPeg", sample.isOnPeg}};
+}
+
+text::Json StateJson(const motion::HeadState& state) {
+    return {
+        {"A", state.angles.a}, {"B", state.angles.b}, {"lever", check::NameOf(state.lever)}, {"onPeg", state.isOnPeg}};
+}
+
+/// The move in closed form: all of its points follow from it.
+text::Json MotionJson(const motion::ExecutedMove& run) {
+    const motion::Path& path = run.path;
+    text::Json arc = nullptr;
+    if (path.IsArc()) {
+        arc = {{"centre", ArrayJson(path.Centre())},
+               {"axis", ArrayJson(path.Radius() > 0.0 ? path.Axis() : model::Vector3{})},
+               {"degrees", path.Degrees()}};
+    }
+    return {{"start", ArrayJson(path.Start())},
+            {"end", ArrayJson(path.End())},
+            {"arc", arc},
+            {"before", StateJson(run.before)},
+            {"after", StateJson(run.after)}};
+}
+
+/// What the move comes closest to of all that stands around.
+text::Json NearestJson(const check::CheckedMove& move, const check::Figures& figures) {
+    const auto nearest = std::ranges::min_element(move.around, {}, &check::PartClearance::atLeast);
+    if (nearest == move.around.end()) return nullptr;
+    const check::PairFigure& pair = figures.PairOf(*nearest);
+    return {{"part", pair.part}, {"obstacle", pair.solid}, {"clearance", nearest->atLeast}};
 }
 
 /// What is known of every move, run or not.
@@ -91,9 +124,11 @@ text::Json MoveJson(const check::CheckedPlan& checked, std::size_t index) {
             {"planned", PlannedJson(planned)},
             {"turn", arc == nullptr ? text::Json(nullptr) : text::Json(plans::TurnInWords(*arc))},
             {"level", NameOf(LevelOf(checked, index))},
-            {"roomToPoleSphere", nullptr},
-            {"roomToLevers", nullptr},
+            {"clearanceToPoleSphere", nullptr},
+            {"clearanceToLevers", nullptr},
             {"mustTouch", check::ContactOf(planned.id)},
+            {"nearest", nullptr},
+            {"motion", nullptr},
             {"samples", text::Json::Array()}};
 }
 
@@ -103,13 +138,55 @@ text::Json AllMovesJson(const check::CheckedPlan& checked, const ViewedTour& vie
     for (std::size_t i = 0; i < checked.plan.moves.size(); ++i) {
         text::Json& move = moves.PushBack(MoveJson(checked, i));
         if (i >= run.size()) continue;
-        move["roomToPoleSphere"] = run[i].room.toPoleSphere;
-        move["roomToLevers"] = run[i].room.toLevers;
+        move["clearanceToPoleSphere"] = run[i].clearance.toPoleSphere;
+        move["clearanceToLevers"] = run[i].clearance.toLevers;
+        move["nearest"] = NearestJson(run[i], view.tour.figures);
+        move["motion"] = MotionJson(run[i].run);
+        if (view.tour.plans.size() > mostPlansInFull) continue;
         for (const motion::Sample& sample : motion::SamplesOf(view.head, run[i].run, fineSpacing)) {
             move["samples"].PushBack(SampleJson(sample, run[i].run, view));
         }
     }
     return moves;
+}
+
+/// Corner after corner of a surface, as 32-bit numbers in base64: in decimals a mesh would fill the page.
+std::string SurfaceText(const std::vector<check::obstacles::Triangle>& surface) {
+    std::string bytes;
+    const auto add = [&](double number) {
+        const auto bits = std::bit_cast<std::uint32_t>(static_cast<float>(number));
+        for (int i = 0; i < 4; ++i) bytes += static_cast<char>((bits >> (8 * i)) & 0xFFU);
+    };
+    for (const check::obstacles::Triangle& triangle : surface) {
+        for (const model::Vector3& corner : {triangle.a, triangle.b, triangle.c}) {
+            for (std::size_t axis = 0; axis < 3; ++axis) add(corner[axis]);
+        }
+    }
+    return Base64(bytes);
+}
+
+text::Json ObstaclesJson(const std::vector<check::obstacles::Obstacle>& obstacles) {
+    text::Json list = text::Json::Array();
+    for (const check::obstacles::Obstacle& obstacle : obstacles) {
+        list.PushBack({{"name", obstacle.name},
+                       {"description", obstacle.description},
+                       {"triangles", obstacle.surface->size()},
+                       {"surface", SurfaceText(*obstacle.surface)}});
+    }
+    return list;
+}
+
+text::Json StylusJson(const std::optional<check::Stylus>& stylus) {
+    if (!stylus) return nullptr;
+    return {{"length", stylus->length}, {"diameter", stylus->diameter}, {"tipDiameter", stylus->tipDiameter}};
+}
+
+text::Json AssumedJson(const check::CheckOptions& options) {
+    text::Json lines = text::Json::Array();
+    for (const check::AssumptionLine& line : check::AssumptionLines(options)) {
+        lines.PushBack({{"what", line.what}, {"value", line.value}, {"option", line.option}});
+    }
+    return lines;
 }
 
 text::Json PlanJson(const check::CheckedPlan& checked, const ViewedTour& view) {
@@ -134,6 +211,12 @@ std::string StopsText(const std::vector<check::CheckedPlan>& plans) {
     return stops;
 }
 
+std::string TitleText(const std::string& name, const std::vector<check::CheckedPlan>& plans) {
+    if (plans.size() <= mostPlansInFull) return name + ": " + StopsText(plans);
+    return name + ": a tour of " + std::to_string(plans.size()) + " plans, from " +
+           PositionText(plans.front().plan.from) + " to " + PositionText(plans.back().plan.to);
+}
+
 text::Json ViewDocument(const ViewedTour& view) {
     text::Json plans = text::Json::Array();
     for (const check::CheckedPlan& checked : view.tour.plans) plans.PushBack(PlanJson(checked, view));
@@ -147,6 +230,12 @@ text::Json ViewDocument(const ViewedTour& view) {
         {"mounting",
          {{"right", ArrayJson(head.Mounted({1.0, 0.0, 0.0}))}, {"forward", ArrayJson(head.Mounted({0.0, 1.0, 0.0}))}}},
         {"levers", {LeverJson(head, LeverSide::Plus, "plus"), LeverJson(head, LeverSide::Minus, "minus")}},
+        {"driveCup", ArrayJson(head.DriveCup({0.0, 0.0}))},
+        {"stemDiameter", view.options.scene.stemDiameter},
+        {"stylus", StylusJson(view.options.scene.parts.stylus)},
+        {"table", view.options.scene.table ? text::Json(*view.options.scene.table) : text::Json(nullptr)},
+        {"obstacles", ObstaclesJson(view.options.scene.obstacles)},
+        {"assumptions", AssumedJson(view.options)},
         {"levels", LevelsJson()},
         {"verdict", VerdictJson(view.tour.Findings())},
         {"plans", plans}};

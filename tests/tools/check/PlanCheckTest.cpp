@@ -95,11 +95,32 @@ TEST(PlanCheck, KeepsToTheTravelOfTheMachineOnArcsToo) {
 TEST(PlanCheck, JudgesANextPlanFromWhereTheOneBeforeLeftTheMachine) {
     const model::HeadModel head = IdealHead();
     const check::PlanReport first = check::CheckPlan(head, {}, PlanByHand());
-    const check::PlanReport second = check::CheckNextPlan(head, {}, PlanByHand(), first);
+    check::Surroundings surroundings(head, {}, {});
+    const check::PlanReport second = check::CheckNextPlan(head, {}, PlanByHand(), first, surroundings);
     EXPECT_THAT(NamesOf(second), IsEmpty());
     EXPECT_TRUE(IsAt({30.3, -19.3, -26.55}, second.moves.front().run.path.Start(), 0.0));
     // From 10 above the ball to 5 beside it, past its centre: the height of that triangle.
-    EXPECT_NEAR(10.0 * 5.0 / std::sqrt(125.0) - 2.5, second.moves.front().room.toLevers, rounding);
+    EXPECT_NEAR(10.0 * 5.0 / std::sqrt(125.0) - 2.5, second.moves.front().clearance.toLevers, rounding);
+}
+
+TEST(PlanCheck, JudgesTheRestOfAPlanFromAnyMoveOn) {
+    const model::HeadModel head = IdealHead();
+    const plans::PlanToCheck plan = PlanByHand();
+    const check::PlanReport whole = check::CheckPlan(head, {}, plan);
+    for (std::size_t i = 1; i < plans::moveCount; ++i) {
+        const auto firstLeft = plan.moves.begin() + static_cast<std::ptrdiff_t>(i);
+        const plans::PlanToCheck rest{plan.from, plan.to, {firstLeft, plan.moves.end()}};
+        const motion::ExecutedMove& before = whole.moves[i - 1].run;
+        EXPECT_THAT(NamesOf(check::CheckRest(head, {}, rest, before.after, before.path.End())), IsEmpty()) << i;
+    }
+}
+
+TEST(PlanCheck, FindsARestThatDoesNotBelongToTheHeadsState) {
+    const plans::PlanToCheck plan = PlanByHand();
+    const plans::PlanToCheck rest{plan.from, plan.to, {plan.moves.begin() + 11, plan.moves.end()}};
+    const motion::HeadState locked{{0.0, 0.0}, model::LeverState::Locked, true, std::nullopt};
+    EXPECT_THAT(NamesOf(check::CheckRest(IdealHead(), {}, rest, locked, {6.95, -24.0, 11.5})),
+                testing::Contains("lever-not-touched"));
 }
 
 TEST(PlanCheck, GivesEveryFindingANameAMeaningAndARemedy) {

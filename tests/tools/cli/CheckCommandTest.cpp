@@ -75,10 +75,10 @@ TEST_F(CheckCommand, FollowsLeverPegAndAnglesThroughTheMoves) {
     }
 }
 
-TEST_F(CheckCommand, MeasuresTheRoomThatMovesLeave) {
+TEST_F(CheckCommand, MeasuresTheClearanceOfMoves) {
     const Json moves = Check({"--from", "0,0", "--to", "45,90", "--json"}).Document()["plans"][0]["moves"];
-    const auto toSphere = [&](std::size_t number) { return moves[number - 1]["roomToPoleSphere"].get<double>(); };
-    const auto toLevers = [&](std::size_t number) { return moves[number - 1]["roomToLevers"].get<double>(); };
+    const auto toSphere = [&](std::size_t number) { return moves[number - 1]["clearanceToPoleSphere"].get<double>(); };
+    const auto toLevers = [&](std::size_t number) { return moves[number - 1]["clearanceToLevers"].get<double>(); };
     EXPECT_NEAR(5.0 - 2.5, toLevers(1), filePrecision) << "approached from 5 mm";
     EXPECT_NEAR(60.6 - 2.5, toLevers(3), filePrecision) << "its own lever must be touched: the other one counts";
     EXPECT_NEAR(10.0 - 5.0, toSphere(7), filePrecision) << "approached from 10 mm";
@@ -93,8 +93,8 @@ TEST_F(CheckCommand, TakesSphereAndBallOfTheirTrueSizes) {
     const Json moves =
         Check({"--from", "0,0", "--to", "45,90", "--sphere-radius", "8", "--ball-radius", "4.5", "--json"})
             .Document()["plans"][0]["moves"];
-    EXPECT_NEAR(0.5, moves[0]["roomToLevers"].get<double>(), filePrecision);
-    EXPECT_NEAR(2.0, moves[6]["roomToPoleSphere"].get<double>(), filePrecision);
+    EXPECT_NEAR(0.5, moves[0]["clearanceToLevers"].get<double>(), filePrecision);
+    EXPECT_NEAR(2.0, moves[6]["clearanceToPoleSphere"].get<double>(), filePrecision);
     EXPECT_EQ(4, Check({"--from", "0,0", "--to", "45,90", "--sphere-radius", "10.5"}).exitCode);
     EXPECT_EQ(4, Check({"--from", "0,0", "--to", "45,90", "--ball-radius", "5.5"}).exitCode);
 }
@@ -123,9 +123,9 @@ TEST_F(CheckCommand, ChecksATourWithTheWayFromPlanToPlan) {
     const Json& second = report["plans"][1]["moves"];
     EXPECT_EQ("", DifferenceBetween(first[18]["after"]["position"], second[0]["before"]["position"], 1e-12));
     // From 10 mm above the ball to 5 mm beside it: the height of that triangle.
-    EXPECT_NEAR(10.0 * 5.0 / std::sqrt(125.0) - 2.5, second[0]["roomToLevers"].get<double>(), filePrecision);
-    EXPECT_EQ(2, report["worst"]["roomToLevers"]["plan"].get<int>());
-    EXPECT_EQ(1, report["worst"]["roomToLevers"]["move"].get<int>());
+    EXPECT_NEAR(10.0 * 5.0 / std::sqrt(125.0) - 2.5, second[0]["clearanceToLevers"].get<double>(), filePrecision);
+    EXPECT_EQ(2, report["worst"]["clearanceToLevers"]["plan"].get<int>());
+    EXPECT_EQ(1, report["worst"]["clearanceToLevers"]["move"].get<int>());
 }
 
 TEST_F(CheckCommand, FindsATourThatIsBroken) {
@@ -140,13 +140,13 @@ TEST_F(CheckCommand, FindsATourThatIsBroken) {
     EXPECT_EQ(15.0, plans[1]["findings"][0]["amount"].get<double>());
 }
 
-TEST_F(CheckCommand, ShowsAPersonStateRoomWorstFigureAndVerdict) {
+TEST_F(CheckCommand, ShowsAPersonStateClearanceFiguresAndVerdict) {
     const ToolRun run = Check({"--from", "0,0", "--to", "45,90"});
     EXPECT_EQ(0, run.exitCode);
     for (const char* expected :
          {"Plan: from A 0, B 0 to A 45, B 90 (deg), as after each move\n",
           "  10  MoveToBPosition           open    on peg   0.0000  90.0000                  22.5055", "  peg\n",
-          "  least room to a lever                  2.5000 mm  move 1 ApproachUnLockLever\n",
+          "  smallest clearance to a lever           2.5000 mm  move 1 ApproachUnLockLever\n",
           "Verdict: clear, no findings in 1 plan.\n"}) {
         EXPECT_THAT(run.out, HasSubstr(expected));
     }
@@ -162,7 +162,7 @@ TEST_F(CheckCommand, TellsAPersonWhatIsWrongAndWhatToDo) {
                                    "      Move the pole sphere further into the measuring volume, or correct the "
                                    "limits.\n"));
     EXPECT_THAT(run.out, HasSubstr("Verdict: "));
-    EXPECT_THAT(run.out, Not(HasSubstr("clear")));
+    EXPECT_THAT(run.out, Not(HasSubstr("Verdict: clear")));
 }
 
 TEST_F(CheckCommand, ChecksAllPairsAndCountsThoseThatAreRefused) {

@@ -241,17 +241,21 @@ TEST_F(ViewCommand, PointsStylusAndTiltAxisWhereTheAnglesSay) {
     }
 }
 
-TEST_F(ViewCommand, ShowsTheRoomAtEachSampleAsTheWholeMoveLeavesIt) {
+TEST_F(ViewCommand, ShowsTheClearanceAtEachSampleAsOfTheWholeMove) {
     const Json moves = head.Document({"--from", "0,0", "--to", "45,90"})["plans"][0]["moves"];
-    EXPECT_NEAR(5.0 - 2.5, moves[0]["samples"].back()["room"].get<double>(), filePrecision) << "the lever, from 5 mm";
-    EXPECT_NEAR(10.0 - 5.0, moves[6]["samples"].back()["room"].get<double>(), filePrecision) << "the peg, from 10 mm";
+    EXPECT_NEAR(5.0 - 2.5, moves[0]["samples"].back()["clearance"].get<double>(), filePrecision)
+        << "the lever, from 5 mm";
+    EXPECT_NEAR(10.0 - 5.0, moves[6]["samples"].back()["clearance"].get<double>(), filePrecision)
+        << "the peg, from 10 mm";
     for (const Json& move : moves) {
         SCOPED_TRACE(move["name"].get<std::string>());
-        const double least = std::min(move["roomToPoleSphere"].get<double>(), move["roomToLevers"].get<double>());
+        const double least =
+            std::min(move["clearanceToPoleSphere"].get<double>(), move["clearanceToLevers"].get<double>());
         double leastSampled = std::numeric_limits<double>::infinity();
         for (const Json& sample : move["samples"]) {
-            ASSERT_EQ(move["mustTouch"] != "", sample["room"].is_null());
-            if (!sample["room"].is_null()) leastSampled = std::min(leastSampled, sample["room"].get<double>());
+            ASSERT_EQ(move["mustTouch"] != "", sample["clearance"].is_null());
+            if (!sample["clearance"].is_null())
+                leastSampled = std::min(leastSampled, sample["clearance"].get<double>());
         }
         if (move["mustTouch"] != "") continue;
         EXPECT_GE(leastSampled, least - rounding);
@@ -260,15 +264,16 @@ TEST_F(ViewCommand, ShowsTheRoomAtEachSampleAsTheWholeMoveLeavesIt) {
     }
 }
 
-TEST_F(ViewCommand, GivesEachMoveTheLevelOfItsContactAndRoom) {
+TEST_F(ViewCommand, GivesEachMoveTheLevelOfContactAndClearance) {
     for (const char* radius : {"5", "8"}) {
         const Json document = head.Document({"--from", "0,0", "--to", "45,90", "--sphere-radius", radius});
         EXPECT_EQ("clear, no findings", document["verdict"]["text"].get<std::string>());
         std::set<std::string> levels;
         for (const Json& move : document["plans"][0]["moves"]) {
-            const double room = std::min(move["roomToPoleSphere"].get<double>(), move["roomToLevers"].get<double>());
+            const double clearance =
+                std::min(move["clearanceToPoleSphere"].get<double>(), move["clearanceToLevers"].get<double>());
             // A thousandth of a millimetre is nothing to the checker.
-            const char* const expected = move["mustTouch"] != "" ? "contact" : room < 4.999 ? "tight" : "clear";
+            const char* const expected = move["mustTouch"] != "" ? "contact" : clearance < 4.999 ? "tight" : "clear";
             EXPECT_EQ(expected, move["level"].get<std::string>()) << move["name"];
             levels.insert(expected);
         }
@@ -328,7 +333,8 @@ TEST_F(ViewCommand, HasANumberWhereverOneCanBe) {
     const Json document = head.Document({"--from", "0,0", "--to", "45,90"});
     std::set<std::string> nulls;
     CollectNulls(document, nulls);
-    EXPECT_THAT(nulls, ElementsAre("atLeast", "room", "turn")) << "what this level or move has none of";
+    EXPECT_THAT(nulls, ElementsAre("arc", "atLeast", "clearance", "nearest", "stylus", "table", "turn"))
+        << "what this level, move or machine has none of";
 }
 
 TEST_F(ViewCommand, ShowsAMoveThatCannotBeRunWithoutSamples) {
@@ -339,7 +345,7 @@ TEST_F(ViewCommand, ShowsAMoveThatCannotBeRunWithoutSamples) {
         const Json& move = plan["moves"][i];
         SCOPED_TRACE(move["name"].get<std::string>());
         EXPECT_EQ(i >= 6, move["samples"].empty());
-        EXPECT_EQ(i >= 6, move["roomToLevers"].is_null());
+        EXPECT_EQ(i >= 6, move["clearanceToLevers"].is_null());
         if (i >= 6) {
             EXPECT_EQ("finding", move["level"].get<std::string>());
         }

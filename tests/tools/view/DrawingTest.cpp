@@ -291,10 +291,10 @@ TEST_F(Drawing, DrawsEachMoveInTheLineOfItsLevel) {
     EXPECT_TRUE(Tells(drawing, " by 15.0000 deg"));
 }
 
-TEST_F(Drawing, TellsVerdictRoomAndSetup) {
+TEST_F(Drawing, TellsVerdictClearanceAndSetup) {
     const SvgElement drawing = Draw({"--from", "0,0", "--to", "45,90"});
     for (const char* expected :
-         {"clear, no findings", "Least room to pole sphere", "5.00 mm, move ", "2.50 mm, move 1", "X 412.500 mm",
+         {"clear, no findings", "Clearance to pole sphere", "5.00 mm, move ", "2.50 mm, move 1", "X 412.500 mm",
           "Y -178.250 mm", "Z -655.000 mm", "plain.ini", "A 0, B 0", "to A 45, B 90 (deg)", "third-angle",
           "go down in front of the peg", "must touch the lever", "safe height"}) {
         EXPECT_TRUE(Tells(drawing, expected)) << expected;

@@ -52,7 +52,7 @@ export class OpenPage {
 
     /** All that is shown of the machine: words, not numbers, because words are what is read. */
     machine() {
-        return this.page.evaluate(() => Object.fromEntries(["x", "y", "z", "a", "b", "room", "lever", "peg"].map((name) =>
+        return this.page.evaluate(() => Object.fromEntries(["x", "y", "z", "a", "b", "clearance", "lever", "peg"].map((name) =>
             [name, document.getElementById(`live-${name}`).textContent])));
     }
 

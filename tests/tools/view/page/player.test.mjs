@@ -56,8 +56,8 @@ describe("The player", () => {
     promise("shows the head open and on the peg while it is turned", async (opened) => {
         await opened.row(10).click();
         await opened.press(".", ".");
-        const { lever, peg, room } = await opened.machine();
-        assert.deepEqual([lever, peg, room], ["Levers open", "On the peg", "\u2014"]);
+        const { lever, peg, clearance } = await opened.machine();
+        assert.deepEqual([lever, peg, clearance], ["Levers open", "On the peg", "\u2014"]);
     });
 
     promise("plays to the end and stops there", async (opened) => {
@@ -125,8 +125,8 @@ describe("The player", () => {
         const { samples } = (await opened.document()).plans[0].moves[4];
         await opened.row(5).click();
         for (const sample of samples.slice(0, 20)) {
-            const { x, y, z, a, b, room } = await opened.machine();
-            assert.deepEqual([x, y, z, a, b, room].map(Number), [...sample.at, sample.A, sample.B, sample.room].map((value) =>
+            const { x, y, z, a, b, clearance } = await opened.machine();
+            assert.deepEqual([x, y, z, a, b, clearance].map(Number), [...sample.at, sample.A, sample.B, sample.clearance].map((value) =>
                 Number(value.toFixed(3))));
             await opened.press(".");
         }

@@ -10,6 +10,14 @@ const distances = { near: 1, far: 20000 };
 const rim = 1.1;
 // From above, a hair's breadth off the vertical, so that +Y stays up.
 const almostAbove = 1e-4;
+const vertical = new Vector3(0, 0, 1);
+
+// The contact is seen from the side on which neither head nor lever is, a little from above, and so far off the line of
+// head and sphere that the gap between them is seen.
+const besideContact = 0.6; // radians
+const aboveContact = 0.4;
+const belowOpening = 0.8;
+const contactReach = 62; // mm about the sphere that are seen
 
 /** From the middle of the picture towards the eye. */
 const directions = {
@@ -20,20 +28,27 @@ const directions = {
 };
 
 export class Views {
-    constructor(element, onChange) {
+    /** `sphere`: where contacts are made; `right`: the head's +X as it is mounted. */
+    constructor(element, sphere, right, onChange) {
         this.element = element;
+        this.sphere = sphere;
+        this.mountedTurn = Math.atan2(right.y, right.x);
+        this.isWithHead = false;
+        this.elevation = aboveContact;
         this.perspective = new PerspectiveCamera(fieldOfView, 1, distances.near, distances.far);
         this.parallel = new OrthographicCamera(-1, 1, 1, -1, distances.near, distances.far);
         for (const camera of [this.perspective, this.parallel]) camera.up.set(0, 0, 1);
         this.controls = new OrbitControls(this.perspective, element);
         this.controls.addEventListener("change", onChange);
+        // Who turns the picture looks from where he likes.
+        this.controls.addEventListener("start", () => this.leaveContact());
         this.onChange = onChange;
         this.name = "free";
         this.points = [];
     }
 
     get camera() { return this.controls.object; }
-    get isParallel() { return this.name !== "free"; }
+    get isParallel() { return this.name !== "free" && this.name !== "contact"; }
 
     setView(name) {
         this.name = name;
@@ -42,14 +57,43 @@ export class Views {
         this.controls.enableRotate = !this.isParallel;
         this.controls.mouseButtons.LEFT = this.isParallel ? MOUSE.PAN : MOUSE.ROTATE;
         this.controls.touches.ONE = this.isParallel ? TOUCH.PAN : TOUCH.ROTATE;
-        this.look(directions[name]);
+        if (name === "contact") this.lookAtContact();
+        else this.look(this.directionOf(name));
+    }
+
+    /** Along the machine's axes, or along the head's own, as it is mounted. */
+    directionOf(name) {
+        const direction = directions[name].clone();
+        return this.isParallel && this.isWithHead ? direction.applyAxisAngle(vertical, this.mountedTurn) : direction;
+    }
+
+    /** The head is there now; a cup that is open downwards is looked into from below. */
+    follow(at, openDownwards) {
+        this.headAt = at;
+        this.elevation = aboveContact - openDownwards * belowOpening;
+        if (this.name === "contact") this.lookAtContact();
+    }
+
+    /** From the free side of cup or lever: from where the head is not. */
+    lookAtContact() {
+        const away = this.headAt ? this.sphere.clone().sub(this.headAt).setZ(0) : directions.free.clone();
+        if (away.length() < 1) return; // the head is straight above: as it was
+        const direction = away.normalize().applyAxisAngle(vertical, besideContact).setZ(this.elevation).normalize();
+        const reach = contactReach / Math.min(1, this.perspective.aspect);
+        this.controls.target.copy(this.sphere);
+        this.camera.position.copy(this.sphere).addScaledVector(direction, reach / Math.tan(halfField));
+        this.controls.update();
+        this.onChange();
     }
 
     /** `points`: what has to be seen. */
     enclose(points) { this.points = points; }
 
     /** Shows everything from where one looks. */
-    fit() { this.look(this.camera.position.clone().sub(this.controls.target).normalize()); }
+    fit() {
+        if (this.name === "contact") this.lookAtContact();
+        else this.look(this.camera.position.clone().sub(this.controls.target).normalize());
+    }
 
     look(direction) {
         const { camera } = this;
@@ -97,6 +141,7 @@ export class Views {
     orbit(around, upwards) {
         const offset = this.camera.position.clone().sub(this.controls.target);
         if (this.isParallel) this.setView("free");
+        this.name = "free";
         const azimuth = Math.atan2(offset.y, offset.x) - around;
         const height = Math.asin(offset.z / offset.length()) + upwards;
         const elevation = Math.min(Math.max(height, -Math.PI / 2 + almostAbove), Math.PI / 2 - almostAbove);
@@ -108,7 +153,13 @@ export class Views {
         this.onChange();
     }
 
+    leaveContact() {
+        if (this.name === "contact") this.name = "free";
+        this.onTurned?.();
+    }
+
     zoom(factor) {
+        this.leaveContact();
         const { camera } = this;
         if (this.isParallel) camera.zoom *= factor;
         else camera.position.sub(this.controls.target).divideScalar(factor).add(this.controls.target);

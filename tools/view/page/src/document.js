@@ -28,8 +28,8 @@ function shortText(number) {
     return text.includes(".") ? text.replace(/\.?0*$/, "") : text;
 }
 
-/** Room that was measured, or a dash where the move has to touch. */
-export function roomText(number) {
+/** Clearance that was measured, or a dash where the move has to touch. */
+export function clearanceText(number) {
     return number === null || number === undefined ? "\u2014" : numberText(number);
 }
 
@@ -42,8 +42,8 @@ export function levelMeaning(level, levels) {
     const clear = levels.find((each) => each.name === "clear");
     const limit = clear ? `${shortText(clear.atLeast)} mm` : "the limit";
     return {
-        clear: `clear: ${limit} of room or more`,
-        tight: `tight: less than ${limit} of room`,
+        clear: `clear: ${limit} of clearance or more`,
+        tight: `tight: less than ${limit} of clearance`,
         contact: "contact: has to touch",
         finding: "finding: something is wrong",
     }[level];

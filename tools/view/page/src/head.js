@@ -20,16 +20,16 @@ const tiltBottom = -16;
 const axleRadius = 4.5;
 const probeRadius = 6;
 const probeBottom = -30;
-const stylusRadius = 1.1;
-const stylusBallRadius = 2;
-const stylusEnd = -46;
+// Where the length of the stylus is not known.
+const shortStylus = { length: 46, diameter: 2.2, tipDiameter: 4 };
 const armRadius = 3;
 // Of the drive cup, in radii of the sphere that it takes.
 const cupInside = 1.06;
 const cupOutside = 1.4;
 const cupFacets = 14;
+const nearTheSphere = 25; // mm from cup to sphere
 /** How far the drawn head reaches from its centre, to the sides, up and down. */
-export const headReach = { aside: 36, up: 70, down: -stylusEnd };
+export const headReach = { aside: 36, up: 70, down: shortStylus.length };
 
 const up = new Vector3(0, 0, 1);
 
@@ -59,6 +59,7 @@ export class Head {
         this.levers = new Levers(theDocument, colours);
         this.makeMaterials(colours);
         this.swivel = this.makeSwivel();
+        this.stylus = theDocument.stylus ?? shortStylus;
         this.tilt = this.makeTilt(theDocument.sphere.radius, firstSample);
         this.group.add(this.makeBody(theDocument.levers), this.levers.group, this.swivel, this.tilt);
     }
@@ -110,8 +111,8 @@ export class Head {
             outlined(block(new Vector3(-side, -tiltHalfDepth, tiltBottom), new Vector3(side, tiltHalfDepth, tiltTop), tilt), edge),
             cylinder(aside(-cheekOuter - 2), aside(cheekOuter + 2), axleRadius, metal),
             outlined(cylinder(down(tiltBottom), down(probeBottom), probeRadius, metal), edge),
-            cylinder(down(probeBottom), down(stylusEnd), stylusRadius, stylus),
-            ball(down(stylusEnd), stylusBallRadius, stylus));
+            cylinder(down(0), down(-this.stylus.length), this.stylus.diameter / 2, stylus),
+            ball(down(-this.stylus.length), this.stylus.tipDiameter / 2, stylus));
         if (firstSample) this.addCup(group, sphereRadius, firstSample);
         return group;
     }
@@ -131,10 +132,21 @@ export class Head {
     show(sample, ahead, fraction) {
         const between = (name) => vector(sample[name]).lerp(vector(ahead[name]), fraction);
         this.at = between("at");
+        this.cup = between("cup");
         this.tiltAxis = between("tiltAxis").normalize();
         const stylus = between("stylus").normalize();
+        this.opening = stylus.clone().cross(this.tiltAxis);
         this.group.position.copy(this.at);
         turn(this.swivel, this.tiltAxis.clone().negate().setZ(0).normalize(), up);
         turn(this.tilt, this.tiltAxis.clone().negate(), stylus.negate());
     }
+
+    /** How far down the cup is open while it is at the sphere: 0 to the side or far from it, 1 straight down. */
+    openDownwards(sphere) {
+        const isNear = this.cup.distanceTo(sphere) < nearTheSphere;
+        return isNear ? Math.max(0, -this.opening.z) : 0;
+    }
+
+    /** Where the head meets something: the cup and the levers' balls. */
+    contacts() { return [this.cup, ...this.levers.balls(this.at)]; }
 }

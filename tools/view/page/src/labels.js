@@ -4,6 +4,11 @@
 import { Vector3 } from "three";
 
 const gap = 3; // pixels between two labels
+// Where a label may stand: how far right and down of its point, in halves of itself, and how many pixels off.
+const near = 9;
+const far = 24;
+const places = [near, far].flatMap((off) =>
+    [[0, -1], [1, 0], [-1, 0], [0, 1], [1, -1], [-1, -1], [1, 1], [-1, 1]].map(([right, down]) => [right, down, off]));
 const arm = 34; // of the triad, in its own units
 
 class Label {
@@ -29,6 +34,11 @@ class Label {
         this.size ??= { width: this.element.offsetWidth, height: this.element.offsetHeight };
         return this.size;
     }
+}
+
+function pixelOf(at, camera, width, height) {
+    const seen = at.clone().project(camera);
+    return { x: (seen.x + 1) * width / 2, y: (1 - seen.y) * height / 2, z: seen.z };
 }
 
 function overlaps(one, other) {
@@ -57,28 +67,45 @@ export class Labels {
     /** After the letters may have changed their size. */
     measureAgain() { this.labels.forEach((label) => { label.size = null; }); }
 
-    /** Above the point, in the middle. */
-    boxOf(label, camera, width, height) {
+    /** The places round the point where the label may stand, the best first. */
+    boxesOf(label, camera, width, height) {
         const at = label.where();
-        if (!at) return null;
-        const seen = at.clone().project(camera);
+        if (!at) return [];
+        const seen = pixelOf(at, camera, width, height);
         const { width: w, height: h } = label.measure();
-        const x = (seen.x + 1) * width / 2;
-        const y = (1 - seen.y) * height / 2;
-        const box = { left: x - w / 2, right: x + w / 2, top: y - h - 9, bottom: y - 9 };
-        const isInside = box.left > 0 && box.right < width && box.top > 0 && box.bottom < height;
-        return isInside && Math.abs(seen.z) < 1 ? box : null;
+        const boxes = places.map(([right, down, off]) => {
+            const x = seen.x + right * (w / 2 + off);
+            const y = seen.y + down * (h / 2 + off);
+            return { left: x - w / 2, right: x + w / 2, top: y - h / 2, bottom: y + h / 2 };
+        });
+        const isInside = (box) => box.left > 0 && box.right < width && box.top > 0 && box.bottom < height;
+        return Math.abs(seen.z) < 1 ? boxes.filter(isInside) : [];
     }
 
-    place(camera, width, height, taken) {
-        const boxes = [...taken];
+    /**
+     * `taken`: boxes that no label touches; `free`: solids that none covers, and points of lines that as few as possible cover.
+     * A label that finds no place is not shown.
+     */
+    place(camera, width, height, taken, free) {
+        const about = (at, size) => {
+            const { x, y } = pixelOf(at, camera, width, height);
+            return { left: x - size, right: x + size, top: y - size, bottom: y + size };
+        };
+        const boxes = [...taken, ...free.solids.map(({ at, pixels }) => about(at, pixels))];
+        const lines = free.lines.map((point) => about(point, 1));
         for (const label of [...this.labels].sort((one, other) => one.rank - other.rank)) {
-            const box = this.boxOf(label, camera, width, height);
-            const isShown = box !== null && !boxes.some((other) => overlaps(box, other));
-            label.element.style.visibility = isShown ? "visible" : "hidden";
-            if (!isShown) continue;
-            label.element.style.transform = `translate(${Math.round(box.left)}px, ${Math.round(box.top)}px)`;
-            boxes.push(box);
+            const possible = this.boxesOf(label, camera, width, height).filter((box) => !boxes.some((other) => overlaps(box, other)));
+            const covered = (box) => lines.filter((line) => overlaps(box, line)).length;
+            let best = null;
+            for (const box of possible) {
+                const cost = covered(box);
+                if (best === null || cost < best.cost) best = { box, cost };
+                if (cost === 0) break;
+            }
+            label.element.style.visibility = best ? "visible" : "hidden";
+            if (!best) continue;
+            label.element.style.transform = `translate(${Math.round(best.box.left)}px, ${Math.round(best.box.top)}px)`;
+            boxes.push(best.box);
         }
     }
 }

@@ -33,6 +33,7 @@ class Lever {
 
     /** `end`: where the ball is, from the head centre. */
     show(state, end = this.ends[state]) {
+        this.end = end;
         aim(this.solid, this.pivot, end);
         aim(this.shadow, this.pivot, this.ends[state === "open" ? "locked" : "open"]);
     }
@@ -66,6 +67,9 @@ export class Levers {
     touchedAt(at, state) {
         return this.levers.find((lever) => lever.ends[state].distanceTo(this.fromHead(at)) < touchDistance);
     }
+
+    /** Where the balls are while the head is at `at`. */
+    balls(at) { return this.levers.flatMap((lever) => lever.end ? [lever.end.clone().add(at)] : []); }
 
     show(state) { this.levers.forEach((lever) => lever.show(state)); }
 

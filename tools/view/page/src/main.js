@@ -1,7 +1,8 @@
 // Puts the page together: the document, the player, the panels and, where the browser can, the picture.
 
 import { framesOf, anglesText, readDocument } from "./document.js";
-import { listFindings, listMoves, offerPlans, showDrawing, showHeading, showLegend, showMachine, showMove } from "./panels.js";
+import { fillSamples } from "./motion.js";
+import { listAssumptions, listFindings, listMoves, offerPlans, showDrawing, showHeading, showLegend, showMachine, showMove } from "./panels.js";
 import { Player } from "./player.js";
 import { createScene } from "./scene.js";
 import { connectPlayer, markMoves, showTime } from "./timeline.js";
@@ -17,7 +18,7 @@ class Viewer {
     constructor(theDocument) {
         this.document = theDocument;
         this.scene = null;
-        this.player = new Player(() => this.show());
+        this.player = new Player(() => this.show(), (step) => this.goToNeighbour(step));
     }
 
     get plan() { return this.document.plans[this.planIndex]; }
@@ -26,6 +27,7 @@ class Viewer {
         byId("work").hidden = false;
         showHeading(this.document);
         showLegend(this.document.levels);
+        listAssumptions(this.document.assumptions);
         offerPlans(this.document, (index) => this.choosePlan(index));
         connectPlayer(this.player);
         this.scene = this.sceneOrSentence();
@@ -58,11 +60,22 @@ class Viewer {
         listMoves(this.plan, `Moves from ${anglesText(this.plan.from)} to ${anglesText(this.plan.to)}`, (move) => this.goToStart(move));
         listFindings(this.plan, (move) => this.goToEnd(move));
         showDrawing(index, plans.length);
+        fillSamples(this.document, this.plan);
         const frames = framesOf(this.plan);
         this.scene?.showPlan(this.plan, frames);
         this.player.load(frames);
         markMoves(this.player, this.plan);
         showTime(this.player, this.plan);
+    }
+
+    /** The end of a plan is where the next one begins. */
+    goToNeighbour(step) {
+        const index = this.planIndex + step;
+        if (index < 0 || index >= this.document.plans.length) return false;
+        this.choosePlan(index);
+        byId("plan").value = String(index);
+        if (step < 0) this.player.toEnd();
+        return true;
     }
 
     goToStart(move) {
@@ -122,7 +135,7 @@ class Viewer {
     viewAction(key) {
         return {
             1: () => this.scene?.setView("free"), 2: () => this.scene?.setView("top"), 3: () => this.scene?.setView("front"),
-            4: () => this.scene?.setView("side"), f: () => this.scene?.fit(),
+            4: () => this.scene?.setView("side"), 5: () => this.scene?.setView("contact"), h: () => this.scene?.turnWithHead(), f: () => this.scene?.fit(),
             "+": () => this.scene?.zoom(zoomStep), "=": () => this.scene?.zoom(zoomStep), "-": () => this.scene?.zoom(1 / zoomStep),
         }[key];
     }

@@ -1,6 +1,9 @@
 // Everything beside the picture: verdict, machine, move, findings and the list of moves. All of it works without the picture.
 
-import { anglesText, angleDecimals, contactText, levelMeaning, numberText, plannedDecimals, roomText } from "./document.js";
+import { anglesText, angleDecimals, contactText, levelMeaning, numberText, plannedDecimals, clearanceText } from "./document.js";
+
+// A clearance to what stands around is known to 0.01 mm.
+const nearestDecimals = 2;
 
 const byId = (id) => document.getElementById(id);
 
@@ -81,8 +84,8 @@ function rowOf(move, index, go) {
     name.type = "button";
     name.append(...breakableName(move.name));
     row.append(
-        cell("number", String(index + 1)), cell("", name), cell("kind", move.kind), cell("number", roomText(move.roomToPoleSphere)),
-        cell("number", roomText(move.roomToLevers)), cell("touch", move.mustTouch || roomText(null)), cell("", levelMark(move.level)),
+        cell("number", String(index + 1)), cell("", name), cell("kind", move.kind), cell("number", clearanceText(move.clearanceToPoleSphere)),
+        cell("number", clearanceText(move.clearanceToLevers)), cell("touch", move.mustTouch || clearanceText(null)), cell("", levelMark(move.level)),
         cell("planned", plannedNumbers(move).map((pair) => pair.join(" ")).join("; ")));
     row.addEventListener("click", () => go(index));
     return row;
@@ -116,7 +119,8 @@ function findingItem(finding, go) {
     const item = element("li");
     const jump = element("button", "finding-jump");
     const where = finding.move === null ? "The plan as a whole" : `Move ${finding.move}, ${finding.moveName}`;
-    const amount = finding.amount === null ? "" : ` (${numberText(finding.amount)} ${finding.unit})`;
+    const meeting = finding.part ? `${finding.part} to ${finding.obstacle}, ` : "";
+    const amount = finding.amount === null ? "" : ` (${meeting}${numberText(finding.amount)} ${finding.unit})`;
     jump.type = "button";
     jump.disabled = finding.move === null;
     jump.append(element("strong", "", where), element("code", "", finding.name), element("span", "", finding.sentence + amount),
@@ -139,7 +143,7 @@ function showPosition(sample) {
     ["x", "y", "z"].forEach((axis, i) => { byId(`live-${axis}`).textContent = numberText(sample?.at[i]); });
     byId("live-a").textContent = numberText(sample?.A, angleDecimals);
     byId("live-b").textContent = numberText(sample?.B, angleDecimals);
-    byId("live-room").textContent = roomText(sample?.room);
+    byId("live-clearance").textContent = clearanceText(sample?.clearance);
 }
 
 function showState(id, isSet, text) {
@@ -181,13 +185,14 @@ function namedNumbers(pairs) {
 
 /** A dash where nothing was measured: the move was not run. */
 function measured(number, to) {
-    return `${number === null ? roomText(number) : `${numberText(number)} mm`} to ${to}`;
+    return `${number === null ? clearanceText(number) : `${numberText(number)} mm`} to ${to}`;
 }
 
-function roomNumbers(move) {
+function clearanceNumbers(move) {
     return [
-        ["Least room", `${measured(move.roomToPoleSphere, "the sphere")}, ${measured(move.roomToLevers, "the levers")}`],
+        ["Clearance", `${measured(move.clearanceToPoleSphere, "the sphere")}, ${measured(move.clearanceToLevers, "the levers")}`],
         ["Must touch", contactText(move.mustTouch)],
+        ...(move.nearest ? [["Nearest", `${move.nearest.part} to ${move.nearest.obstacle}, ${numberText(move.nearest.clearance, nearestDecimals)} mm at least`]] : []),
     ];
 }
 
@@ -202,9 +207,19 @@ export function showMove(plan, index, levels) {
     byId("move-level").replaceChildren(levelMark(move.level));
     byId("move-level").title = levelMeaning(move.level, levels);
     byId("move-purpose").textContent = move.purpose;
-    byId("move-planned").replaceChildren(...namedNumbers([...plannedNumbers(move), ...roomNumbers(move)]));
+    byId("move-planned").replaceChildren(...namedNumbers([...plannedNumbers(move), ...clearanceNumbers(move)]));
     markRow(index);
     keepRowInSight(byId("rows").children[index]);
+}
+
+/** What the check took for granted, and the option that says otherwise. */
+export function listAssumptions(assumptions) {
+    byId("assumed").replaceChildren(...assumptions.map(({ what, value, option }) => {
+        const row = element("tr");
+        row.append(element("th", "", what), element("td", "", value), element("td", "option", option));
+        row.firstChild.scope = "row";
+        return row;
+    }));
 }
 
 /** The colours of the paths in words. */

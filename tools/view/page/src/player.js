@@ -2,8 +2,10 @@
 
 /** Calls `onChange` whenever it stands elsewhere, starts or stops. */
 export class Player {
-    constructor(onChange) {
+    /** `goBeyond(step)`: to the plan after or before this one; false where there is none. */
+    constructor(onChange, goBeyond) {
         this.onChange = onChange;
+        this.goBeyond = goBeyond;
         this.frames = [];
         this.index = 0; // of the frame that is reached
         this.time = 0; // between that frame's and the next one's
@@ -55,6 +57,7 @@ export class Player {
     /** To the end of this move, or from there to the end of the next one. */
     forward() {
         this.pause();
+        if (this.isAtEnd && this.goBeyond(1)) return;
         const { move, isLast } = this.frame;
         this.goTo(isLast && !this.isAtEnd ? this.endOf(move + 1) : this.endOf(move));
     }
@@ -62,6 +65,7 @@ export class Player {
     /** To the start of this move, or from there to the start of the one before. */
     back() {
         this.pause();
+        if (this.index === 0 && this.time === this.frame.time && this.goBeyond(-1)) return;
         const isAtStart = this.frame.isFirst && this.time === this.frame.time;
         this.goTo(this.startOf(isAtStart ? Math.max(this.frame.move - 1, 0) : this.frame.move));
     }
@@ -92,6 +96,7 @@ export class Player {
     tick(seconds) {
         if (!this.isPlaying) return;
         const time = this.time + seconds * this.speed;
+        if (time >= this.duration && this.goBeyond(1)) return this.play();
         if (time >= this.duration) this.isPlaying = false;
         this.goToTime(time);
     }

@@ -9,18 +9,18 @@ import { Colours } from "./colours.js";
 import { Head, headReach } from "./head.js";
 import { drawTriad, Labels } from "./labels.js";
 import { Paths } from "./paths.js";
-import { ball, cylinder, vector } from "./solids.js";
+import { vector } from "./solids.js";
+import { Surroundings } from "./surroundings.js";
 
 const byId = (id) => document.getElementById(id);
-const stemLength = 66;
-const footRadius = 11;
-const footHeight = 4;
 // How far the plane of the safe height is drawn beyond the path.
 const planeMargin = 25;
 const axisReach = 34;
 // A mistyped plan may lead anywhere, millimetres: what is nearer is still to be seen.
 const farthest = 1000;
 const axisOrder = 5;
+// Of the points of the paths, a millimetre apart, that labels keep clear of.
+const pointsBetweenLooks = 5;
 
 /** What is seen of the head from every side, as points about its centre. */
 const outlineOfHead = [-headReach.aside, headReach.aside].flatMap((aside) => [-headReach.down, headReach.up].flatMap((z) =>
@@ -52,11 +52,12 @@ class Picture {
         this.element.prepend(this.canvas);
         this.colours = new Colours(document.documentElement);
         this.labels = new Labels(byId("labels"));
-        this.views = new Views(this.canvas, () => this.requestDrawing());
         this.origin = vector(theDocument.sphere.centre);
+        this.views = new Views(this.canvas, this.origin, vector(theDocument.mounting.right), () => this.requestDrawing());
+        this.views.onTurned = () => this.markView();
         this.scene = new Scene();
         this.addLight();
-        this.addSphere();
+        this.addSurroundings();
         this.connect(onLost);
     }
 
@@ -68,6 +69,7 @@ class Picture {
         for (const button of byId("views").querySelectorAll("[data-view]")) {
             button.addEventListener("click", () => this.setView(button.dataset.view));
         }
+        byId("with-head").addEventListener("click", () => this.turnWithHead());
     }
 
     addLight() {
@@ -80,15 +82,10 @@ class Picture {
         this.scene.add(lamp, fill, sky);
     }
 
-    addSphere() {
-        const { radius } = this.document.sphere;
-        const steel = this.colours.paint(new MeshLambertMaterial(), "metal");
-        const foot = this.origin.clone().setZ(this.origin.z - stemLength);
-        this.scene.add(
-            ball(this.origin, radius, this.colours.paint(new MeshLambertMaterial(), "sphere")),
-            cylinder(foot, this.origin, radius * 0.5, steel, radius * 0.36),
-            cylinder(foot.clone().setZ(foot.z - footHeight), foot, footRadius, steel));
-        this.labels.add("part", 3, () => this.origin.clone().setZ(this.origin.z - stemLength)).say("Pole sphere");
+    addSurroundings() {
+        this.surroundings = new Surroundings(this.document, this.colours);
+        this.scene.add(this.surroundings.group);
+        for (const { text, at } of this.surroundings.names) this.labels.add("part", 3, () => at).say(text);
     }
 
     showPlan(plan, frames) {
@@ -103,6 +100,7 @@ class Picture {
         this.paths = new Paths(plan, this.pathColours);
         const first = frames.find((frame) => frame.sample)?.sample;
         this.head = new Head(this.document, this.pathColours, first);
+        this.samples = frames.flatMap((frame) => frame.sample ?? []);
         this.content.add(this.paths.group, this.head.group);
         this.frame();
         this.addSafeHeight();
@@ -115,10 +113,16 @@ class Picture {
     /** Everything has to be seen, wherever the machine goes. */
     frame() {
         const points = this.paths.points.filter((point) => point.distanceTo(this.origin) < farthest);
-        const foot = this.origin.clone().setZ(this.origin.z - stemLength - footHeight);
         this.pathBox = new Box3().setFromPoints([...points, this.origin]);
         const heads = points.flatMap((point) => outlineOfHead.map((offset) => point.clone().add(offset)));
-        this.views.enclose([this.origin, foot, ...heads]);
+        this.views.enclose([this.origin, this.surroundings.foot, ...heads, ...this.tips()]);
+    }
+
+    /** Where the stylus' tip goes. */
+    tips() {
+        const length = this.document.stylus?.length ?? 0;
+        const tips = this.samples.map((sample) => vector(sample.at).addScaledVector(vector(sample.stylus), length));
+        return tips.filter((tip) => tip.distanceTo(this.origin) < farthest);
     }
 
     addSafeHeight() {
@@ -183,6 +187,7 @@ class Picture {
         const { sample } = frame;
         if (![...sample.at, ...sample.tiltAxis, ...sample.stylus].every(Number.isFinite)) return;
         this.head.show(sample, ahead, fraction);
+        this.views.follow(this.head.at, this.head.openDownwards(this.origin));
         this.head.group.updateMatrixWorld();
         this.axisA.quaternion.setFromUnitVectors(new Vector3(0, 1, 0), this.head.tiltAxis);
         this.showLevers(frame);
@@ -208,6 +213,13 @@ class Picture {
         for (const button of byId("views").querySelectorAll("[data-view]")) {
             button.setAttribute("aria-pressed", String(button.dataset.view === this.views.name));
         }
+    }
+
+    /** The views along the axes follow the head's own axes, or the machine's again. */
+    turnWithHead() {
+        this.views.isWithHead = !this.views.isWithHead;
+        byId("with-head").setAttribute("aria-pressed", String(this.views.isWithHead));
+        this.setView(this.views.name);
     }
 
     fit() { this.views.fit(); }
@@ -246,8 +258,22 @@ class Picture {
         const { camera } = this.views;
         this.paths.scaleArrows((point) => this.views.millimetresAPixel(point));
         this.renderer.render(this.scene, camera);
-        this.labels.place(camera, this.element.clientWidth, this.element.clientHeight, this.takenBoxes());
+        this.labels.place(camera, this.element.clientWidth, this.element.clientHeight, this.takenBoxes(), this.keptFree());
         drawTriad(byId("triad"), camera);
+    }
+
+    /** What no label covers, with its radius, and the points of the paths, which labels had better not cover. */
+    keptFree() {
+        const { radius } = this.document.sphere;
+        const solids = [{ at: this.origin, radius }];
+        if (this.head?.at) {
+            for (const at of this.head.contacts()) solids.push({ at, radius });
+        }
+        const pixel = (point) => 1 / this.views.millimetresAPixel(point);
+        return {
+            solids: solids.map(({ at, radius: size }) => ({ at, pixels: size * pixel(at) })),
+            lines: this.paths.points.filter((_, i) => i % pointsBetweenLooks === 0),
+        };
     }
 
     /** Where buttons and legend stand, no label does. */

@@ -1,0 +1,173 @@
+#include "tests/tools/cli/ToolRun.h"
+
+#include <cmath>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr double stylusLength = 120.0;
+
+using Point = std::vector<double>;
+
+Point PointOf(const Json& vector) { return vector.get<Point>(); }
+
+Point Shifted(Point point, const Point& by, double factor = 1.0) {
+    for (std::size_t i = 0; i < 3; ++i) point[i] += factor * by[i];
+    return point;
+}
+
+/// Where a part of the head is at a sample of the page's document.
+Point PlaceOf(const std::string& part, const Json& sample, const Json& document) {
+    const Point at = PointOf(sample["at"]);
+    if (part == "drive cup") return PointOf(sample["cup"]);
+    if (part == "stylus tip") return Shifted(at, PointOf(sample["stylus"]), stylusLength);
+    if (part == "stylus") return Shifted(at, PointOf(sample["stylus"]), 0.5 * stylusLength);
+    if (part == "plus lever") return Shifted(at, PointOf(document["levers"][0]["pivot"]));
+    if (part == "minus lever") return Shifted(at, PointOf(document["levers"][1]["pivot"]));
+    return Shifted(at, {0.0, 0.0, part == "body" ? 100.0 : 0.0});
+}
+
+class ObstacleCommand : public testing::Test {
+protected:
+    ToolRun Check(std::vector<std::string> more) const {
+        more.insert(more.begin(), {"check", "--geometry", geometry});
+        return RunQmv40(std::move(more));
+    }
+
+    /// A box of 0.2 mm about a point.
+    static Json Pin(const std::string& name, const Point& centre) {
+        return {{"name", name},
+                {"shape", "box"},
+                {"centre", {{"X", centre[0]}, {"Y", centre[1]}, {"Z", centre[2]}}},
+                {"size", {{"X", 0.2}, {"Y", 0.2}, {"Z", 0.2}}}};
+    }
+    std::string Obstacles(const Json& list) const {
+        const Json document{{"format", "qmv40/obstacles"}, {"version", 1}, {"obstacles", list}};
+        return folder.Write("pins.json", document.dump());
+    }
+    std::string PinAt(const Point& centre) const { return Obstacles(Json::array({Pin("pin", centre)})); }
+
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+    const std::vector<std::string> plan{"--from", "30,-45", "--to", "45,90", "--stylus", "120", "--json"};
+};
+
+/// "7 stylus tip to pin" for a finding.
+std::vector<std::string> TouchesOf(const Json& report) {
+    std::vector<std::string> touches;
+    for (const Json& finding : report["plans"][0]["findings"]) {
+        touches.push_back(std::to_string(finding["move"].get<int>()) + " " + finding["part"].get<std::string>() +
+                          " to " + finding["obstacle"].get<std::string>());
+    }
+    return touches;
+}
+
+TEST_F(ObstacleCommand, FindsABoxInTheWayOfEachMoveByMoveAndPart) {
+    std::vector<std::string> view{"view", "--geometry", geometry};
+    view.insert(view.end(), plan.begin(), plan.end());
+    const Json document = RunQmv40(view).Document();
+    const Json& moves = document["plans"][0]["moves"];
+    ASSERT_EQ(19u, moves.size());
+    std::vector<std::string> withBox = plan;
+    withBox.insert(withBox.end(), {"--obstacles", ""});
+    const char* const parts[] = {"body", "joint", "drive cup", "plus lever", "minus lever", "stylus", "stylus tip"};
+    for (std::size_t i = 0; i < moves.size(); ++i) {
+        const Json& samples = moves[i]["samples"];
+        const Json& onTheWay = samples[samples.size() / 2];
+        Json pins = Json::array();
+        for (const char* const part : parts)
+            pins.push_back(Pin(std::string("pin of ") + part, PlaceOf(part, onTheWay, document)));
+        withBox.back() = Obstacles(pins);
+        const ToolRun run = Check(withBox);
+        EXPECT_EQ(4, run.exitCode);
+        const std::vector<std::string> touches = TouchesOf(run.Document());
+        for (const std::string part : parts) {
+            EXPECT_THAT(touches, Contains(std::to_string(i + 1) + " " + part + " to pin of " + part));
+        }
+    }
+}
+
+TEST_F(ObstacleCommand, SaysOfEveryPartHowCloseItComesToWhat) {
+    std::vector<std::string> arguments = plan;
+    // Far aside: the nearest part and place of the whole plan are plain.
+    arguments.insert(arguments.end(), {"--obstacles", PinAt({412.5, -178.25, -2000.0}), "--table", "-1000",
+                                       "--body-diameter", "30", "--joint-diameter", "30"});
+    const ToolRun run = Check(arguments);
+    EXPECT_EQ(0, run.exitCode) << run.out;
+    const Json report = run.Document();
+    const Json& first = report["plans"][0]["moves"][0]["clearances"];
+    std::vector<std::string> pairs;
+    for (const Json& each : first) {
+        pairs.push_back(each["part"].get<std::string>() + " to " + each["obstacle"].get<std::string>());
+    }
+    EXPECT_THAT(pairs, testing::ElementsAre("body to pole sphere", "body to stem", "body to table", "body to pin",
+                                            "joint to pole sphere", "joint to stem", "joint to table", "joint to pin",
+                                            "drive cup to table", "drive cup to pin", "plus lever to table",
+                                            "plus lever to pin", "minus lever to table", "minus lever to pin",
+                                            "stylus to pole sphere", "stylus to stem", "stylus to table",
+                                            "stylus to pin", "stylus tip to pole sphere", "stylus tip to stem",
+                                            "stylus tip to table", "stylus tip to pin"));
+    EXPECT_EQ("pin", report["assumptions"]["obstacles"][0]["name"].get<std::string>());
+    EXPECT_EQ(-1000.0, report["assumptions"]["table"].get<double>());
+    EXPECT_EQ(120.0, report["assumptions"]["stylus"]["length"].get<double>());
+}
+
+TEST_F(ObstacleCommand, TellsTheLowestPointOfTheTipAndTheLargestSphere) {
+    const Json report =
+        Check({"--from", "0,0", "--to", "0,0", "--stylus", "120", "--tip-diameter", "6", "--json"}).Document();
+    // At A = 0 the stylus hangs straight down, and the levers are pushed 36.55 mm below the sphere, at Z -655.
+    EXPECT_NEAR(-655.0 - 36.55 - 120.0 - 3.0, report["worst"]["lowestTip"]["value"].get<double>(), 0.01);
+    const double largest = report["worst"]["largestSphereRadius"].get<double>();
+    for (const double step : {-0.02, 0.02}) {
+        const ToolRun run = Check({"--from", "0,0", "--to", "0,0", "--stylus", "120", "--tip-diameter", "6",
+                                   "--sphere-radius", std::to_string(largest + step)});
+        EXPECT_EQ(step < 0.0 ? 0 : 4, run.exitCode) << largest;
+    }
+}
+
+TEST_F(ObstacleCommand, SaysWhatItAssumed) {
+    const ToolRun run = Check({"--from", "0,0", "--to", "45,90"});
+    for (const char* expected : {"Assumed\n", "radius 5 mm", "--sphere-radius", "not given: not checked", "--stylus",
+                                 "--table", "--z-travel", "none given", "upright rod on the head centre"}) {
+        EXPECT_THAT(run.out, HasSubstr(expected));
+    }
+    EXPECT_EQ(2, Check({"--from", "0,0", "--to", "45,90", "--tip-diameter", "3"}).exitCode) << "a tip of no stylus";
+    EXPECT_EQ(3, Check({"--from", "0,0", "--to", "45,90", "--obstacles", folder.Name("none.stl")}).exitCode);
+}
+
+TEST_F(ObstacleCommand, FindsTheTableUnderALongStylus) {
+    const Json report =
+        Check({"--from", "0,0", "--to", "45,90", "--stylus", "120", "--table", "-800", "--json"}).Document();
+    EXPECT_THAT(TouchesOf(report), Contains("2 stylus tip to table"));
+    EXPECT_THAT(TouchesOf(report), testing::Not(Contains("6 stylus tip to table"))) << "at the safe height";
+}
+
+TEST_F(ObstacleCommand, ChecksAllPairsAgainstObstaclesAsSinglePlans) {
+    // Below the levers' height, beside the way round the pole.
+    const std::string box = PinAt({412.5 + 45.0, -178.25 + 10.0, -655.0 - 80.0});
+    const std::vector<std::string> around{"--stylus", "120", "--obstacles", box, "--json"};
+    std::vector<std::string> arguments{"--all", "--reachable"};
+    arguments.insert(arguments.end(), around.begin(), around.end());
+    const Json all = Check(arguments).Document();
+    EXPECT_GT(4000, all["differentMoves"].get<int>()) << "many plans have a move in common";
+    for (const Json& worst : all["worst"]["clearances"]) {
+        if (worst["obstacle"] != "pin") continue;
+        const auto angles = [](const Json& at) {
+            return std::to_string(at["A"].get<double>()) + "," + std::to_string(at["B"].get<double>());
+        };
+        arguments = {"--from", angles(worst["from"]), "--to", angles(worst["to"])};
+        arguments.insert(arguments.end(), around.begin(), around.end());
+        const Json alone = Check(arguments).Document()["plans"][0]["moves"][worst["move"].get<std::size_t>() - 1];
+        for (const Json& each : alone["clearances"]) {
+            if (each["obstacle"] != "pin" || each["part"] != worst["part"]) continue;
+            EXPECT_NEAR(each["clearance"].get<double>(), worst["value"].get<double>(), 0.0201) << worst.dump();
+        }
+    }
+}
+
+} // namespace

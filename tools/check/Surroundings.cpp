@@ -1,0 +1,98 @@
+#include "tools/check/Surroundings.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace qmv40::check {
+
+namespace {
+
+// Far below any table.
+constexpr double stemLength = 2000.0; // mm
+// Moves whose numbers differ by less are one: the way round the pole leaves roundings in the last digits. What that can
+// change of a clearance is within what a clearance is lowered by for roundings.
+constexpr double sameNumber = 1e-8; // mm or degrees
+
+} // namespace
+
+Surroundings::Surroundings(const model::HeadModel& theHead, const BallSizes& sizes, const Scene& theScene)
+    : head(theHead), scene(theScene), parts(NamesOfParts(theScene.parts)) {
+    const auto add = [&](const std::string& name, std::shared_ptr<const obstacles::Solid> solid, bool isPoleSphere) {
+        solids.push_back(name);
+        standing.push_back({std::move(solid), isPoleSphere});
+    };
+    const model::Vector3 pole = head.PoleSphere();
+    const model::Vector3 foot = pole - model::Vector3{0.0, 0.0, stemLength};
+    add(poleSphereName, std::make_shared<obstacles::Rod>(pole, pole, sizes.poleSphereRadius), true);
+    add("stem", std::make_shared<obstacles::Rod>(pole, foot, scene.stemDiameter / 2.0), true);
+    if (scene.table) add("table", std::make_shared<obstacles::Table>(*scene.table), false);
+    for (const obstacles::Obstacle& obstacle : scene.obstacles) add(obstacle.name, obstacle.solid, false);
+    smallest.resize(parts.size() * solids.size(), std::numeric_limits<double>::infinity());
+}
+
+const PartClearances& Surroundings::Of(const motion::ExecutedMove& move) {
+    const Key key = KeyOf(move);
+    auto found = known.find(key);
+    if (found == known.end()) found = known.emplace(key, Measured(move)).first;
+    return found->second;
+}
+
+void Surroundings::LookForTheWorstAlone(double theRequired) { required = theRequired; }
+
+Surroundings::Key Surroundings::KeyOf(const motion::ExecutedMove& move) {
+    const model::Vector3 start = move.path.Start();
+    const model::Vector3 middle = move.path.At(0.5);
+    const model::Vector3 end = move.path.End();
+    const auto [before, after] = std::pair(move.before.angles, move.after.angles);
+    const double touched = move.before.touchedBall ? 1.0 + static_cast<double>(*move.before.touchedBall) : 0.0;
+    Key key{start.x,
+            start.y,
+            start.z,
+            middle.x,
+            middle.y,
+            middle.z,
+            end.x,
+            end.y,
+            end.z,
+            before.a,
+            before.b,
+            after.a,
+            after.b,
+            touched,
+            static_cast<double>(move.before.lever),
+            move.path.Degrees(),
+            move.path.Radius()};
+    for (double& number : key) number = std::round(number / sameNumber);
+    return key;
+}
+
+double Surroundings::EnoughFor(std::size_t part, std::size_t solid) const {
+    if (!required) return std::numeric_limits<double>::infinity();
+    return std::max(*required, smallest[part * solids.size() + solid]);
+}
+
+PartClearances Surroundings::Measured(const motion::ExecutedMove& move) {
+    PartClearances clearances;
+    const std::vector<PartInMove> moving = PartsOf(move, head, scene.parts);
+    for (std::size_t part = 0; part < moving.size(); ++part) {
+        for (std::size_t solid = 0; solid < standing.size(); ++solid) {
+            if (moving[part].passesPoleSphere && standing[solid].isPoleSphere) continue;
+            const double atLeast =
+                obstacles::ClearanceOf(moving[part].moving, *standing[solid].solid, EnoughFor(part, solid));
+            double& least = smallest[part * solids.size() + solid];
+            least = std::min(least, atLeast);
+            clearances.push_back({part, solid, atLeast});
+        }
+    }
+    return clearances;
+}
+
+std::optional<double> LowestTip(const motion::ExecutedMove& move, const model::HeadModel& head,
+                                const PartSizes& sizes) {
+    const std::optional<std::size_t> tip = IndexOfTip(sizes);
+    if (!tip) return std::nullopt;
+    return obstacles::ClearanceOf(PartsOf(move, head, sizes)[*tip].moving, obstacles::Table(0.0));
+}
+
+} // namespace qmv40::check

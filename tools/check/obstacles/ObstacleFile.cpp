@@ -1,0 +1,160 @@
+#include "tools/check/obstacles/ObstacleFile.h"
+
+#include "tools/check/obstacles/Mesh.h"
+#include "tools/check/obstacles/StlFile.h"
+#include "tools/model/Angles.h"
+#include "tools/text/Files.h"
+#include "tools/text/Json.h"
+#include "tools/text/Text.h"
+
+#include <optional>
+#include <set>
+
+namespace qmv40::check::obstacles {
+
+namespace {
+
+using model::Vector3;
+
+/// A place in the document, for messages: obstacles[0].size.
+struct Place {
+    const std::string& file;
+    std::string path;
+    const text::Json& value;
+
+    [[noreturn]] void Refuse(const std::string& problem) const {
+        throw text::InputError{file, {}, (path.empty() ? "the document" : path) + " " + problem};
+    }
+
+    void AcceptOnly(const std::set<std::string>& names) const {
+        if (!value.IsObject()) Refuse("is not an object");
+        for (const text::Json::Member& member : value.AllMembers()) {
+            if (!names.contains(member.name)) Refuse("has a member " + member.name + ", which means nothing here");
+        }
+    }
+
+    std::optional<Place> Find(const std::string& name) const {
+        const text::Json* const found = value.Find(name);
+        if (found == nullptr) return std::nullopt;
+        return Place{file, path + (path.empty() ? "" : ".") + name, *found};
+    }
+
+    Place Member(const std::string& name) const {
+        const auto found = Find(name);
+        if (!found) Refuse("has no member " + name);
+        return *found;
+    }
+
+    double Number() const {
+        if (!value.Number()) Refuse("is not a number");
+        return *value.Number();
+    }
+
+    double Length() const {
+        const double length = Number();
+        if (!(length > 0.0)) Refuse("is not a length above 0");
+        return length;
+    }
+
+    std::string Text() const {
+        if (value.Text() == nullptr) Refuse("is not a text");
+        return *value.Text();
+    }
+
+    Vector3 Point() const {
+        AcceptOnly({"X", "Y", "Z"});
+        return {Member("X").Number(), Member("Y").Number(), Member("Z").Number()};
+    }
+};
+
+Obstacle ObstacleOf(const std::string& name, const std::string& shape, std::vector<Triangle> triangles) {
+    const std::size_t count = triangles.size();
+    auto surface = std::make_shared<const std::vector<Triangle>>(triangles);
+    auto mesh = std::make_shared<const Mesh>(std::move(triangles));
+    const bool isMesh = shape == "mesh";
+    const std::string closed = mesh->IsClosed() ? ", closed" : ", not closed: its surface alone counts";
+    return {name, isMesh ? "mesh of " + std::to_string(count) + " triangles" + closed : shape, std::move(mesh),
+            std::move(surface)};
+}
+
+/// Turns about the vertical through the origin, then shifts.
+void Set(std::vector<Triangle>& triangles, double degrees, const Vector3& at) {
+    const model::Rotation turn(model::ToRadians(degrees));
+    for (Triangle& triangle : triangles) {
+        for (Vector3* const corner : {&triangle.a, &triangle.b, &triangle.c}) {
+            *corner = AboutZ(turn, *corner) + at;
+        }
+    }
+}
+
+double TurnOf(const Place& place) {
+    const auto turn = place.Find("turnedAboutZ");
+    return turn ? turn->Number() : 0.0;
+}
+
+std::vector<Triangle> BoxAt(const Place& place) {
+    place.AcceptOnly({"name", "shape", "centre", "size", "turnedAboutZ"});
+    const Place size = place.Member("size");
+    size.AcceptOnly({"X", "Y", "Z"});
+    std::vector<Triangle> box =
+        BoxSurface({}, {size.Member("X").Length(), size.Member("Y").Length(), size.Member("Z").Length()});
+    Set(box, TurnOf(place), place.Member("centre").Point());
+    return box;
+}
+
+std::vector<Triangle> CylinderAt(const Place& place) {
+    place.AcceptOnly({"name", "shape", "from", "to", "diameter"});
+    const Vector3 from = place.Member("from").Point();
+    const Vector3 to = place.Member("to").Point();
+    if (model::Distance(from, to) == 0.0) place.Refuse("has both ends at one point");
+    return CylinderSurface(from, to, place.Member("diameter").Length() / 2.0);
+}
+
+std::vector<Triangle> MeshAt(const Place& place) {
+    place.AcceptOnly({"name", "shape", "file", "at", "turnedAboutZ"});
+    const auto folder = text::PathOf(place.file).parent_path();
+    const std::string name = text::Utf8Name(folder / text::PathOf(place.Member("file").Text()));
+    std::vector<Triangle> mesh = TrianglesOfStl(name, text::ReadWholeFile(name));
+    const auto at = place.Find("at");
+    Set(mesh, TurnOf(place), at ? at->Point() : Vector3{});
+    return mesh;
+}
+
+Obstacle ObstacleAt(const Place& place) {
+    if (!place.value.IsObject()) place.Refuse("is not an object");
+    const std::string name = place.Member("name").Text();
+    const std::string shape = place.Member("shape").Text();
+    if (shape == "box") return ObstacleOf(name, shape, BoxAt(place));
+    if (shape == "cylinder") return ObstacleOf(name, shape, CylinderAt(place));
+    if (shape == "mesh") return ObstacleOf(name, shape, MeshAt(place));
+    place.Member("shape").Refuse("is '" + shape + "', and not box, cylinder or mesh");
+}
+
+std::vector<Obstacle> ObstaclesOf(const std::string& fileName, const std::string& content) {
+    const text::Json document = text::ParseJson(fileName, content);
+    const Place whole{fileName, "", document};
+    whole.AcceptOnly({"format", "version", "obstacles"});
+    if (whole.Member("format").Text() != "qmv40/obstacles") whole.Member("format").Refuse("is not qmv40/obstacles");
+    if (whole.Member("version").Number() != 1.0) whole.Member("version").Refuse("is not 1");
+    const Place list = whole.Member("obstacles");
+    if (!list.value.IsArray()) list.Refuse("is not a list");
+    std::vector<Obstacle> obstacles;
+    for (const text::Json& each : list.value.AllElements()) {
+        obstacles.push_back(ObstacleAt({fileName, "obstacles[" + std::to_string(obstacles.size()) + "]", each}));
+    }
+    return obstacles;
+}
+
+} // namespace
+
+std::vector<Obstacle> ReadObstacles(const std::string& fileName) {
+    const std::string content = text::ReadWholeFile(fileName);
+    const std::size_t begin = content.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
+    if (begin != std::string::npos && content[begin] == '{') return ObstaclesOf(fileName, content);
+    std::vector<Obstacle> one;
+    one.push_back(
+        ObstacleOf(text::Utf8Name(text::PathOf(fileName).filename()), "mesh", TrianglesOfStl(fileName, content)));
+    return one;
+}
+
+} // namespace qmv40::check::obstacles

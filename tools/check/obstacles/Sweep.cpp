@@ -1,0 +1,117 @@
+#include "tools/check/obstacles/Sweep.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace qmv40::check::obstacles {
+
+namespace {
+
+// Distances are worked out to some 1e-9 mm.
+constexpr double roundings = 1e-7; // mm
+// Far more than any move takes; a bound that is not yet tight is a bound all the same.
+constexpr int mostDivisions = 200'000;
+
+struct Moment {
+    double fraction;
+    Axis axis;
+};
+
+struct Stretch {
+    Moment start;
+    Moment end;
+    double atLeast; ///< what the part keeps clear in it
+    double error;   ///< how much more that may be in truth, at most
+};
+
+bool IsFartherOff(const Stretch& left, const Stretch& right) { return left.atLeast > right.atLeast; }
+
+bool IsFinite(const Axis& axis) {
+    const model::Vector3 sum = axis.from + axis.to;
+    return std::isfinite(sum.x + sum.y + sum.z);
+}
+
+bool IsOnePoint(const model::Vector3& left, const model::Vector3& right) { return model::Distance(left, right) == 0.0; }
+
+/// How far the axis can lie off the two triangles because it turns: where both ends move and the four places are not
+/// those of a parallelogram, the area between them is curved by a quarter of what is missing at most.
+double TwistBetween(const Axis& start, const Axis& end) {
+    if (IsOnePoint(start.from, end.from) || IsOnePoint(start.to, end.to)) return 0.0;
+    return 0.25 * model::Length((end.to - start.to) - (end.from - start.from));
+}
+
+class Sweep {
+public:
+    Sweep(const MovingPart& thePart, const Solid& theSolid, double theEnough)
+        : part(thePart), solid(theSolid), enough(theEnough) {}
+
+    double Clearance();
+
+private:
+    Moment At(double fraction) const { return {fraction, part.at(fraction)}; }
+    bool IsSettled(const Stretch& first) const;
+    void Add(const Moment& start, const Moment& end);
+    void DivideFirst();
+
+    const MovingPart& part;
+    const Solid& solid;
+    double enough;
+    double atMost = std::numeric_limits<double>::infinity(); ///< the truth is no larger
+    std::vector<Stretch> stretches;                          ///< a heap: the one with the smallest bound is first
+};
+
+void Sweep::Add(const Moment& start, const Moment& end) {
+    const double length = end.fraction - start.fraction;
+    const double off = part.bend * length * length / 8.0 + TwistBetween(start.axis, end.axis);
+    const double wanted = std::min(enough, atMost) + off + part.radius;
+    double distance = solid.DistanceTo({start.axis.from, start.axis.to, end.axis.to}, wanted);
+    if (!IsOnePoint(start.axis.from, end.axis.from) && !IsOnePoint(end.axis.from, end.axis.to)) {
+        distance = std::min(distance, solid.DistanceTo({start.axis.from, end.axis.to, end.axis.from}, wanted));
+    }
+    if (distance < wanted) atMost = std::min(atMost, distance + off - part.radius);
+    const double keptByAxis = std::max(distance - off, solid.SmallestDistance());
+    stretches.push_back({start, end, keptByAxis - part.radius, 2.0 * off});
+    std::ranges::push_heap(stretches, IsFartherOff);
+}
+
+void Sweep::DivideFirst() {
+    std::ranges::pop_heap(stretches, IsFartherOff);
+    const Stretch first = stretches.back();
+    stretches.pop_back();
+    const Moment middle = At(0.5 * (first.start.fraction + first.end.fraction));
+    const double there = solid.DistanceTo({middle.axis.from, middle.axis.to, middle.axis.to}, atMost + part.radius);
+    atMost = std::min(atMost, there - part.radius);
+    Add(first.start, middle);
+    Add(middle, first.end);
+}
+
+bool Sweep::IsSettled(const Stretch& first) const {
+    return first.atLeast >= enough || first.error <= clearanceTolerance || atMost - first.atLeast <= clearanceTolerance;
+}
+
+double Sweep::Clearance() {
+    const Moment start = At(0.0);
+    const Moment end = At(1.0);
+    if (!IsFinite(start.axis) || !IsFinite(end.axis)) return std::numeric_limits<double>::quiet_NaN();
+    if (solid.Contains(start.axis.from)) {
+        const model::Vector3& point = start.axis.from;
+        return -part.radius - solid.DistanceTo({point, point, point}, std::numeric_limits<double>::infinity());
+    }
+    Add(start, end);
+    for (int i = 0; i < mostDivisions; ++i) {
+        if (IsSettled(stretches.front())) break;
+        DivideFirst();
+    }
+    return stretches.front().atLeast - roundings;
+}
+
+} // namespace
+
+double ClearanceOf(const MovingPart& part, const Solid& solid, double enough) {
+    const double atLeast = Sweep(part, solid, enough + roundings).Clearance();
+    // What was added and taken off again is not to make it less than enough in the last digit.
+    return atLeast >= enough - 0.01 * roundings ? std::max(atLeast, enough) : atLeast;
+}
+
+} // namespace qmv40::check::obstacles
