@@ -17,6 +17,7 @@ struct HeadState {
     model::LeverState lever;
     bool isOnPeg;                                ///< the drive cup sits on the pole sphere
     std::optional<model::LeverSide> touchedBall; ///< the machine stands at a lever's ball
+    double pushed = 0.0; ///< how far that lever is pushed out of its state, degrees; only where a plan was stopped
 };
 
 /// A move as it was made.
@@ -37,6 +38,8 @@ public:
     /// end of the first move.
     Machine(const model::HeadModel& theHead, const model::HeadAngles& angles,
             const std::optional<model::Vector3>& theStart);
+    /// A machine that stands somewhere in the middle of a plan: what comes next depends on lever, cup and angles.
+    static Machine InTheMiddle(const model::HeadModel& head, const HeadState& state, const model::Vector3& position);
 
     /// Numbers that make no move (not finite, or an arc about a vector of no length) cannot be run.
     static bool CanRun(const plans::PlannedMove& move);
