@@ -17,6 +17,7 @@ void AddWhereCommand(Command tool, const text::Console& console);
 void AddWhichCommand(Command tool, const text::Console& console);
 void AddStartCommand(Command tool, const text::Console& console);
 void AddPoleCommand(Command tool, const text::Console& console);
+void AddRecoverCommand(Command tool, const text::Console& console);
 void AddFitCommand(Command tool, const text::Console& console);
 void AddSettingsCommand(Command tool, const text::Console& console);
 void AddSelfcheckCommand(Command tool, const text::Console& console);

@@ -38,6 +38,15 @@ std::optional<model::Vector3> ParsePoint(const std::string& text) {
     return model::Vector3{x.value, rest->first, rest->second};
 }
 
+template <typename Point> Option AddPoint(Command& command, const char* name, const char* description, Point& point) {
+    return command.AddValue(name, "X,Y,Z", description, [&point](const std::string& value) -> std::string {
+        const auto parsed = ParsePoint(value);
+        if (!parsed) return "'" + value + "' is not three numbers such as 0,0,-180";
+        point = *parsed;
+        return "";
+    });
+}
+
 } // namespace
 
 void AddJsonOption(Command& command, bool& json) {
@@ -64,15 +73,12 @@ void AddFromOption(Command& command, std::optional<model::HeadAngles>& from) { A
 void AddAtOption(Command& command, model::HeadAngles& at) { AddFrom(command, at, "--at").Require(); }
 
 void AddPointOption(Command& command, const char* name, const char* description, model::Vector3& point) {
-    command
-        .AddValue(name, "X,Y,Z", description,
-                  [&point](const std::string& value) -> std::string {
-                      const auto parsed = ParsePoint(value);
-                      if (!parsed) return "'" + value + "' is not three numbers such as 0,0,-180";
-                      point = *parsed;
-                      return "";
-                  })
-        .Require();
+    AddPoint(command, name, description, point).Require();
+}
+
+Option AddPointOption(Command& command, const char* name, const char* description,
+                      std::optional<model::Vector3>& point) {
+    return AddPoint(command, name, description, point);
 }
 
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets) {

@@ -39,6 +39,9 @@ void AddAtOption(Command& command, model::HeadAngles& at);
 /// A point or an offset, in mm. Required.
 void AddPointOption(Command& command, const char* name, const char* description, model::Vector3& point);
 /// Not required unless the caller says so.
+Option AddPointOption(Command& command, const char* name, const char* description,
+                      std::optional<model::Vector3>& point);
+/// Not required unless the caller says so.
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets);
 
 /// The geometry file of a command that plans from it. Throws DoubtfulInput for a file with an entry that is missing or

@@ -127,8 +127,8 @@ std::unique_ptr<CommandLine> MakeTool(const text::Console& console) {
     tool->Root().SetFooter(footer);
     tool->Root().RequireCommand();
     for (const auto add : {AddGeometryCommand, AddMoveCommand, AddExportCommand, AddCheckCommand, AddViewCommand,
-                           AddWhereCommand, AddWhichCommand, AddStartCommand, AddPoleCommand, AddFitCommand,
-                           AddSettingsCommand, AddSelfcheckCommand, AddDoctorCommand}) {
+                           AddWhereCommand, AddWhichCommand, AddStartCommand, AddPoleCommand, AddRecoverCommand,
+                           AddFitCommand, AddSettingsCommand, AddSelfcheckCommand, AddDoctorCommand}) {
         add(tool->Root(), console);
     }
     return tool;

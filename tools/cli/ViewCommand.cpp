@@ -5,9 +5,12 @@
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
 #include "tools/cli/PlanSelection.h"
+#include "tools/cli/StopQuestion.h"
+#include "tools/recovery/ShownWays.h"
 #include "tools/settings/Installation.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Files.h"
+#include "tools/text/Finding.h"
 #include "tools/text/Text.h"
 #include "tools/view/Drawing.h"
 #include "tools/view/Markup.h"
@@ -25,6 +28,8 @@ struct ViewOptions : CommonOptions {
     std::string output;       ///< file name of the page; empty: see WantsPage
     std::string drawing;      ///< file name; empty: none
     std::string pageTemplate; ///< file name; empty: the installed one
+    bool isStopped = false;   ///< show the ways out of a plan that was stopped
+    StopQuestion stop;
 };
 
 /// A file that is still to be written.
@@ -92,9 +97,30 @@ std::vector<Outcome> DrawingFiles(const ViewOptions& options, const std::vector<
     return files;
 }
 
+/// Both ways out of a stopped plan; where its state is not known, the plan itself.
+view::ViewedTour RecoveredView(const ViewOptions& options, const model::HeadModel& head,
+                               const check::CheckOptions& checked, const text::Console& console) {
+    const PlanSelection& selection = options.selection;
+    if (selection.targets.size() != 1) throw text::UsageError{"view --recover: give --from and one --to"};
+    const recovery::Plans plans = recovery::PlansFor(selection.geometry.file, *selection.from, selection.targets[0]);
+    const recovery::StoppedPlan plan(head, plans);
+    const recovery::Question question = QuestionAbout(options.stop, plan, checked, console);
+    const recovery::Answered answered{plan, question, plan.Answer(question)};
+    const recovery::State state = answered.recovery.stop.state;
+    console.err << text::Wrapped(std::string("State: ") + NameOf(state) + ". ", recovery::Why(answered));
+    check::CheckedTour shown = state == recovery::State::Unknown
+                                   ? check::CheckTour({plans.underWay}, head, checked)
+                                   : recovery::ShownWays(plan, question, answered.recovery);
+    const std::string name = text::Utf8Name(text::PathOf(selection.geometry.file).filename());
+    const std::string title = name + ": stopped, " + NameOf(state) +
+                              (state == recovery::State::Unknown ? ". The plan" : ". 1 finish, 2 back out");
+    return {name, title, head, checked, std::move(shown)};
+}
+
 view::ViewedTour CheckedView(const ViewOptions& options, const text::Console& console) {
     const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
     const check::CheckOptions checked = options.allowances.Read();
+    if (options.isStopped) return RecoveredView(options, head, checked, console);
     check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, checked);
     const std::string name = text::Utf8Name(text::PathOf(options.selection.geometry.file).filename());
     return {name, view::TitleText(name, tour.plans), head, checked, std::move(tour)};
@@ -135,6 +161,13 @@ void AddWhatToWrite(Command& command, ViewOptions& options) {
     command.AddText("--svg", options.drawing, "FILE",
                     "Write a drawing of three views for paper here. Of a tour each plan has a sheet of its own: "
                     "plan.svg becomes plan-1.svg, plan-2.svg ...");
+    Option standing = AddStopQuestion(command, options.stop);
+    command
+        .AddFlag("--recover", options.isStopped,
+                 "Show where a stopped plan left the head, and both ways out, as `qmv40 recover` finds them")
+        .Need("--standing")
+        .Exclude("--plan");
+    standing.Need("--recover");
     command.AddText("--template", options.pageTemplate, "FILE", "Fill this page instead of the installed one");
 }
 
@@ -143,6 +176,7 @@ constexpr const char* viewFooter =
     "  qmv40 view --geometry head.ini --from 0,0 --to 45,90\n"
     "  qmv40 view --geometry head.ini --from 0,0 --to 45,90 --to 15,-30 --output tour.html\n"
     "  qmv40 view --geometry head.ini --from 0,0 --to 45,90 --svg plan.svg\n"
+    "  qmv40 view --geometry head.ini --from 0,0 --to 45,90 --recover --standing 430.5,-195.6,-643.5 --during 10\n"
     "  qmv40 view --geometry head.ini --plan plan.json --sphere-radius 6 --clearance 1\n"
     "\n"
     "The page shows head, levers, pole sphere, obstacles and the way of each move in space, and what `qmv40 check` "

@@ -25,24 +25,26 @@ double Path::Radius() const { return isArc ? model::Length(first) : 0.0; }
 
 double Path::Degrees() const { return ToDegrees(sweep); }
 
-bool Path::Passes(double angle) const {
+double Path::AngleAhead(double angle) const {
     constexpr double wholeTurn = 2.0 * std::numbers::pi;
-    double ahead = std::fmod(sweep < 0.0 ? -angle : angle, wholeTurn);
-    if (ahead < 0.0) ahead += wholeTurn;
-    return ahead <= std::abs(sweep);
+    const double ahead = std::fmod(sweep < 0.0 ? -angle : angle, wholeTurn);
+    return ahead < 0.0 ? ahead + wholeTurn : ahead;
 }
 
-double Path::SmallestDistanceTo(const Vector3& point) const {
+bool Path::Passes(double angle) const { return AngleAhead(angle) <= std::abs(sweep); }
+
+double Path::NearestFraction(const Vector3& point) const {
     const Vector3 fromOrigin = point - origin;
     if (!isArc) {
         const double squaredLength = Dot(first, first);
-        const double foot = squaredLength == 0.0 ? 0.0 : std::clamp((Dot(fromOrigin, first)) / squaredLength, 0.0, 1.0);
-        return Distance(At(foot), point);
+        return squaredLength == 0.0 ? 0.0 : std::clamp(Dot(fromOrigin, first) / squaredLength, 0.0, 1.0);
     }
-    const double atEnds = std::min(Distance(Start(), point), Distance(End(), point));
     const double nearest = std::atan2(Dot(fromOrigin, second), Dot(fromOrigin, first));
-    return Passes(nearest) ? std::min(atEnds, Distance(AtAngle(nearest), point)) : atEnds;
+    if (sweep != 0.0 && Passes(nearest)) return std::min(AngleAhead(nearest) / std::abs(sweep), 1.0);
+    return Distance(Start(), point) <= Distance(End(), point) ? 0.0 : 1.0;
 }
+
+double Path::SmallestDistanceTo(const Vector3& point) const { return Distance(At(NearestFraction(point)), point); }
 
 Path::Range Path::RangeAlong(const Vector3& direction) const {
     const double start = Dot(Start(), direction);

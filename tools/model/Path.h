@@ -26,6 +26,8 @@ public:
     /// The direction of an arc's axis, of unit length; no direction for an arc without a radius.
     Vector3 Axis() const { return Unit(Cross(first, second)); }
 
+    /// Where the path comes closest to a point. Both ends of a whole turn are one place: either may come out there.
+    double NearestFraction(const Vector3& point) const;
     /// How close the path comes to a point.
     double SmallestDistanceTo(const Vector3& point) const;
 
@@ -44,6 +46,8 @@ private:
         : origin(theOrigin), first(theFirst), second(theSecond), sweep(theSweep), isArc(arc) {}
 
     Vector3 AtAngle(double angle) const;
+    /// How far the arc turns until it comes to an angle, radians, 0 to a whole turn.
+    double AngleAhead(double angle) const;
     bool Passes(double angle) const;
 
     // Straight: origin + first * fraction. Arc: origin + first * cos + second * sin of fraction * sweep.

@@ -71,6 +71,7 @@ Path Machine::PathOf(const plans::PlannedMove& move) const {
 
 HeadState Machine::After(const XYZData& /*target*/) const {
     HeadState after = state;
+    after.pushed = 0.0;
     after.isOnPeg = IsAt(*position, head.EngagementPosition(state.angles));
     after.touchedBall.reset();
     for (const model::LeverSide side : {model::LeverSide::Plus, model::LeverSide::Minus}) {
@@ -81,12 +82,13 @@ HeadState Machine::After(const XYZData& /*target*/) const {
 
 HeadState Machine::After(const ArcData& arc) const {
     HeadState after = state;
+    after.pushed = 0.0;
     after.touchedBall.reset();
     const model::Vector3 turn = RightHandedDegrees(arc) * AxisOf(arc);
     if (state.touchedBall) {
         const model::Turning push = head.LeverPush(*state.touchedBall, state.lever);
-        const double pushed = (model::Dot(turn, push.axis)) * (push.degrees < 0.0 ? -1.0 : 1.0);
-        if (pushed >= std::abs(push.degrees) - model::angleTolerance) after.lever = Other(state.lever);
+        const double pushedOn = model::Dot(turn, push.axis) * (push.degrees < 0.0 ? -1.0 : 1.0);
+        if (state.pushed + pushedOn >= std::abs(push.degrees) - model::angleTolerance) after.lever = Other(state.lever);
     }
     if (state.isOnPeg && state.lever == model::LeverState::Unlocked) {
         // The head follows the machine as far as its two axes let it.

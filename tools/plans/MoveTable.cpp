@@ -35,17 +35,6 @@ void AddMove(text::Table& table, const PlacedMove& placed) {
     if (const auto* const arc = std::get_if<ArcData>(&placed.move.data)) AddArcNotes(table, *arc, placed.start);
 }
 
-void PrintMoveTable(const Plan& plan, const text::Console& console) {
-    text::Table table({{"#"},
-                       {"Move", text::Table::Align::Left},
-                       {"to X (mm)"},
-                       {"to Y (mm)"},
-                       {"to Z (mm)"},
-                       {"What the machine does", text::Table::Align::Left}});
-    for (const PlacedMove& placed : PlacedMoves(MovesInOrder(plan.moves))) AddMove(table, placed);
-    table.Print(console);
-}
-
 /// A field before each number.
 std::string CsvFields(std::initializer_list<double> values) {
     std::string text;
@@ -75,13 +64,24 @@ std::string CsvMove(const PlacedMove& placed) {
 
 } // namespace
 
+void PrintMoveTable(std::span<const PlacedMove> moves, const text::Console& console) {
+    text::Table table({{"#"},
+                       {"Move", text::Table::Align::Left},
+                       {"to X (mm)"},
+                       {"to Y (mm)"},
+                       {"to Z (mm)"},
+                       {"What the machine does", text::Table::Align::Left}});
+    for (const PlacedMove& placed : moves) AddMove(table, placed);
+    table.Print(console);
+}
+
 void PrintMoveTables(std::span<const Plan> plans, const text::Console& console) {
     for (std::size_t i = 0; i < plans.size(); ++i) {
         const std::string number = plans.size() == 1 ? "" : " " + std::to_string(i + 1);
         const std::string title = "Plan" + number + ": from " + HeadAnglesText(plans[i].from) + " to " +
                                   HeadAnglesText(plans[i].to) + " (deg)";
         console.out << (i == 0 ? "" : "\n") << console.Strong(title) << "\n\n";
-        PrintMoveTable(plans[i], console);
+        PrintMoveTable(PlacedMoves(MovesInOrder(plans[i].moves)), console);
     }
     console.out << "\nX, Y, Z are where a move ends. A move without a turn goes there straight. A turn is about the\n"
                    "axis through the first point, mm, along the direction.\n";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/plans/PlannedMove.h"
 #include "tools/plans/Tour.h"
 #include "tools/text/Console.h"
 
@@ -9,6 +10,8 @@ namespace qmv40::plans {
 
 /// For a person at the machine: numbered moves, where each ends and what it does, and which way an arc turns.
 void PrintMoveTables(std::span<const Plan> plans, const text::Console& console);
+/// The table alone.
+void PrintMoveTable(std::span<const PlacedMove> moves, const text::Console& console);
 
 /// X, Y, Z are a straight move's end or a point on an arc's axis, as the records have them.
 inline constexpr const char* movesCsvHeader =

@@ -38,6 +38,7 @@ protected:
         {"view", "--from", "0,0", "--to", "45,90", "--svg", folder.Name("plan.svg")},
         {"export", "--from", "0,0", "--to", "45,90", "--format", "points"},
         {"where", "--at", "0,0", "--tip", "0,0,-180"},
+        {"recover", "--from", "0,0", "--to", "45,90", "--standing", "412.5,-178.25,-500", "--during", "1"},
         {"which", "--tip", "0,0,-180", "--measured", "412.5,-178,-475"},
     };
 };

@@ -71,6 +71,19 @@ TEST(Path, RunsBetweenTheCoordinatesThatAWalkAlongItFinds) {
     }
 }
 
+TEST(Path, KnowsHowFarAPointOnItIs) {
+    std::mt19937_64 random(seed);
+    for (int round = 0; round < 300; ++round) {
+        SCOPED_TRACE(testing::Message() << "seed " << seed << " round " << round);
+        const model::Path path = AnyPath(random);
+        if (std::abs(path.Degrees()) > 359.0) continue; // a place that is passed twice
+        const double fraction = std::uniform_real_distribution(0.0, 1.0)(random);
+        EXPECT_NEAR(fraction, path.NearestFraction(path.At(fraction)), 1e-9);
+        EXPECT_EQ(0.0, path.NearestFraction(path.At(-0.001)));
+        EXPECT_EQ(1.0, path.NearestFraction(path.At(1.001)));
+    }
+}
+
 TEST(Path, TurnsRightHanded) {
     const model::Path quarter = model::Path::Arc({12.0, 5.0, 7.0}, {2.0, 5.0, -40.0}, {0.0, 0.0, 1.0}, 90.0);
     EXPECT_TRUE(IsAt({12.0, 5.0, 7.0}, quarter.Start(), rounding));

@@ -1,0 +1,148 @@
+#include "ToolRun.h"
+
+#include "tools/text/Numbers.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace {
+
+using namespace qmv40;
+
+std::string PositionArgument(const Json& point) {
+    return text::ExactText(point["X"].get<double>()) + "," + text::ExactText(point["Y"].get<double>()) + "," +
+           text::ExactText(point["Z"].get<double>());
+}
+
+class RecoverCommand : public testing::Test {
+protected:
+    std::vector<std::string> Arguments(const std::string& standing, const std::vector<std::string>& more = {}) const {
+        std::vector<std::string> arguments{"recover", "--geometry", geometry,     "--from", "30,45",
+                                           "--to",    "75,-120",    "--standing", standing};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return arguments;
+    }
+    /// Where a move of the plan ends.
+    std::string EndOf(std::size_t number) const { return PositionArgument(moves[number - 1]["end"]); }
+    std::string JournalWith(const std::string& content) const {
+        const std::string name = folder.Name("journal.txt");
+        std::ofstream(name, std::ios::binary) << content;
+        return name;
+    }
+
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+    const Json moves = RunQmv40({"move", "--geometry", geometry, "--from", "30,45", "--to", "75,-120", "--json"})
+                           .Document()["plans"][0]["moves"];
+};
+
+TEST_F(RecoverCommand, PrintsStateAnglesAndBothWaysFromWhereTheMachineStands) {
+    const ToolRun run = RunQmv40(Arguments(EndOf(9), {"--after", "9", "--json"}));
+    EXPECT_EQ(0, run.exitCode) << run.err;
+    const Json document = run.Document();
+    std::vector<std::string> members;
+    for (const auto& member : document.items()) members.push_back(member.key());
+    const std::vector<std::string> expected{"format", "version", "state",   "stoppedIn", "A",
+                                            "B",      "finish",  "backOut", "why"};
+    EXPECT_EQ(expected, members);
+    EXPECT_EQ("qmv40/recover", document["format"]);
+    EXPECT_EQ("on-peg", document["state"]);
+    EXPECT_EQ(Json({10}), document["stoppedIn"]);
+    EXPECT_NEAR(0.0, document["A"].get<double>(), 1e-6);
+    EXPECT_NEAR(45.0, document["B"].get<double>(), 1e-6);
+    const Json home = RunQmv40({"move", "--geometry", geometry, "--from", "30,45", "--to", "30,45", "--json"})
+                          .Document()["plans"][0]["moves"];
+    for (const auto& [name, end] : {std::pair{"finish", moves[18]["end"]}, std::pair{"backOut", home[18]["end"]}}) {
+        const Json& way = document[name];
+        EXPECT_EQ("", DifferenceBetween(moves[8]["end"], way[0]["start"], 0.0)) << name;
+        for (std::size_t i = 1; i < way.size(); ++i)
+            EXPECT_EQ(way[i - 1]["end"].dump(), way[i]["start"].dump()) << name;
+        EXPECT_EQ("", DifferenceBetween(end, way.back()["end"], 1e-9)) << name;
+    }
+}
+
+TEST_F(RecoverCommand, SaysWhatToLookAtWhenTwoStatesFit) {
+    const ToolRun run = RunQmv40(Arguments(EndOf(8), {"--json"}));
+    EXPECT_EQ(4, run.exitCode);
+    const Json document = run.Document();
+    EXPECT_EQ("unknown", document["state"]);
+    EXPECT_EQ(Json({8, 9}), document["stoppedIn"]);
+    EXPECT_TRUE(document["A"].is_null() && document["B"].is_null());
+    EXPECT_FALSE(document.contains("finish") || document.contains("backOut"));
+    const std::string why = document["why"];
+    EXPECT_NE(std::string::npos, why.find("Unlocked (move 8): the lever is open, the cup is off the peg")) << why;
+    EXPECT_NE(std::string::npos, why.find("On-peg (move 9): the lever is open and the cup sits on the peg")) << why;
+}
+
+TEST_F(RecoverCommand, TakesTheMoveFromAJournal) {
+    const std::string line = "before 12 from 30,45 to 75,-120;\n";
+    const ToolRun whole = RunQmv40(Arguments(EndOf(11), {"--json", "--journal", JournalWith(line)}));
+    EXPECT_EQ("indexed", whole.Document()["state"]);
+    const ToolRun torn = RunQmv40(Arguments(EndOf(12), {"--json", "--journal", JournalWith(line + "after 12 fr")}));
+    EXPECT_EQ(Json({13}), torn.Document()["stoppedIn"]) << "its end was being written";
+    EXPECT_NE(std::string::npos, torn.err.find("the last line is torn")) << torn.err;
+    const ToolRun jogged = RunQmv40(Arguments(EndOf(14), {"--json", "--journal", JournalWith(line)}));
+    EXPECT_EQ("unknown", jogged.Document()["state"]);
+    EXPECT_NE(std::string::npos, jogged.Document()["why"].get<std::string>().find("mm off"));
+}
+
+TEST_F(RecoverCommand, RefusesAJournalOfAnotherPlan) {
+    const std::string name = JournalWith("before 12 from 30,45 to 75,120;\n");
+    const ToolRun run = RunQmv40(Arguments(EndOf(11), {"--json", "--journal", name}));
+    EXPECT_EQ(3, run.exitCode);
+    EXPECT_EQ(name, run.Document()["error"]["file"]);
+    EXPECT_EQ(1, run.Document()["error"]["line"]);
+}
+
+TEST_F(RecoverCommand, RefusesWhatTellsNothing) {
+    const struct {
+        std::vector<std::string> more;
+        const char* why;
+    } cases[] = {{{"--during", "0"}, "moves count from 1"},
+                 {{"--during", "20"}, "there are 19"},
+                 {{"--after", "1.5"}, "no half moves"},
+                 {{"--during", "3", "--after", "2"}, "two moves"},
+                 {{"--during", "3", "--journal", "run.txt"}, "two sources"},
+                 {{"--position-error", "0"}, "no position is exact"},
+                 {{"--to", "0,0"}, "two targets"}};
+    for (const auto& each : cases) EXPECT_EQ(2, RunQmv40(Arguments("0,0,0", each.more)).exitCode) << each.why;
+    for (const char* standing : {"1,2", "1,2,3,4", "1,2,x", ""})
+        EXPECT_EQ(2, RunQmv40(Arguments(standing)).exitCode) << standing;
+}
+
+TEST_F(RecoverCommand, TellsAPersonTheStateFirstAndNoLineIsTooLong) {
+    for (const std::size_t number : {1u, 3u, 8u, 10u, 16u, 18u, 19u}) {
+        const ToolRun run = RunQmv40(Arguments(EndOf(number)));
+        EXPECT_TRUE(run.out.starts_with("State: ")) << run.out;
+        std::istringstream lines(run.out);
+        for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100u) << line;
+    }
+    const std::string text = RunQmv40(Arguments(EndOf(10), {"--after", "10"})).out;
+    for (const char* expected :
+         {"State: on-peg\n", "\nFinish, locked at A 75, B -120 (deg)\n", "\nBack out, locked at A 30, B 45 (deg)\n",
+          "SetCurrentHeadPosition(75, -120)", "SetCurrentHeadPosition(30, 45)"}) {
+        EXPECT_NE(std::string::npos, text.find(expected)) << expected << "\nin:\n" << text;
+    }
+}
+
+TEST_F(RecoverCommand, ShowsBothWaysInThePageOfView) {
+    std::vector<std::string> arguments = Arguments(EndOf(16), {"--after", "16", "--recover", "--json"});
+    arguments.front() = "view";
+    const ToolRun run = RunQmv40(arguments);
+    EXPECT_EQ(0, run.exitCode) << run.err;
+    EXPECT_TRUE(run.err.starts_with("State: indexed. ")) << run.err;
+    const Json document = run.Document();
+    EXPECT_EQ("plain.ini: stopped, indexed. 1 finish, 2 back out", document["title"]);
+    ASSERT_EQ(2u, document["plans"].size());
+    const Json recovered = RunQmv40(Arguments(EndOf(16), {"--after", "16", "--json"})).Document();
+    EXPECT_EQ(recovered["finish"].size(), document["plans"][0]["moves"].size());
+    EXPECT_EQ(recovered["backOut"].size(), document["plans"][1]["moves"].size());
+    arguments.back() = "--plan";
+    EXPECT_EQ(2, RunQmv40(arguments).exitCode);
+    EXPECT_EQ(
+        2, RunQmv40({"view", "--geometry", geometry, "--from", "0,0", "--to", "0,0", "--standing", "1,2,3"}).exitCode)
+        << "without --recover it would be for nothing";
+}
+
+} // namespace

@@ -1,0 +1,50 @@
+#include "StopTrials.h"
+
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <numeric>
+#include <random>
+
+namespace {
+
+using namespace qmv40;
+
+/// The largest turns of B, which end where they begin, and nothing at all; the rest by chance.
+std::vector<std::pair<model::HeadAngles, model::HeadAngles>> SampleOfPlans(std::uint64_t seed) {
+    std::vector<std::pair<model::HeadAngles, model::HeadAngles>> sample{
+        {{0, -180}, {0, 180}}, {{90, 180}, {90, -180}}, {{45, -180}, {60, 180}}, {{0, 0}, {0, 0}},
+        {{90, 90}, {90, 90}},  {{0, 90}, {0, -90}},     {{75, 0}, {60, 120}},    {{15, -165}, {0, 180}}};
+    const std::vector<model::HeadAngles> positions = AllPositions();
+    std::mt19937_64 random(seed);
+    std::uniform_int_distribution<std::size_t> any(0, positions.size() - 1);
+    while (sample.size() < 300) sample.emplace_back(positions[any(random)], positions[any(random)]);
+    return sample;
+}
+
+std::string Listed(const std::vector<std::string>& examples) {
+    return std::accumulate(examples.begin(), examples.end(), std::string(),
+                           [](const std::string& all, const std::string& each) { return all + each + "\n"; });
+}
+
+TEST(StoppedPlans, AreUnderstoodAndLedOutOfWhereverTheyStop) {
+    constexpr std::uint64_t seed = 20'260'316;
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const TemporaryFolder folder;
+    const std::string geometry = folder.Name("head.ini");
+    WriteTrialGeometry(geometry);
+    const model::HeadModel head = TrialHead();
+    Tally tally;
+    for (const auto& [from, to] : SampleOfPlans(seed)) {
+        tally.Add(TryStopsOf(head, recovery::PlansFor(geometry, from, to), seed + tally.plans));
+    }
+    EXPECT_TRUE(tally.IsGood()) << Listed(tally.examples);
+    EXPECT_EQ(300u * 19u * 12u, tally.stops);
+    const Counts& known = tally.Of(Telling::MoveKnown);
+    EXPECT_EQ(known.asked, known.right) << "with the move known there is nothing to doubt";
+    const Counts& positionOnly = tally.Of(Telling::PositionOnly);
+    EXPECT_GT(10 * positionOnly.right, 8 * positionOnly.asked) << "most positions tell the state by themselves";
+    EXPECT_GT(tally.Of(Telling::Jogged).asked, tally.stops) << "most jogs leave the plan";
+}
+
+} // namespace

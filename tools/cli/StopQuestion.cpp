@@ -1,0 +1,59 @@
+#include "tools/cli/StopQuestion.h"
+
+#include "tools/cli/Options.h"
+#include "tools/recovery/Journal.h"
+#include "tools/text/Numbers.h"
+
+namespace qmv40::cli {
+
+namespace {
+
+using Kind = recovery::KnownMove::Kind;
+
+std::string ReadMoveNumber(const std::string& value, std::size_t least, Kind kind, recovery::KnownMove& known) {
+    for (std::size_t number = least; number <= plans::moveCount; ++number) {
+        if (value != std::to_string(number)) continue;
+        known = {kind, number};
+        return "";
+    }
+    return "'" + value + "' is no number of a move, " + std::to_string(least) + " to 19";
+}
+
+std::string ReadPositionError(const std::string& value, double& error) {
+    const text::ParsedNumber number = text::ParseNumber(value);
+    if (number.problem != nullptr || !(number.value > 0.0)) return "'" + value + "' is not a length above 0 mm";
+    error = number.value;
+    return "";
+}
+
+} // namespace
+
+Option AddStopQuestion(Command& command, StopQuestion& question) {
+    command.AddValue("--during", "N", "The move that was under way, 1 to 19", [&question](const std::string& value) {
+        return ReadMoveNumber(value, 1, Kind::During, question.known);
+    });
+    command
+        .AddValue(
+            "--after", "N", "The last move that was finished, 1 to 19; 0: none was begun",
+            [&question](const std::string& value) { return ReadMoveNumber(value, 0, Kind::After, question.known); })
+        .Exclude("--during");
+    command.AddText("--journal", question.journal, "FILE", "Take the move from the journal that the program wrote")
+        .Exclude("--during")
+        .Exclude("--after");
+    command.AddValue(
+        "--position-error", "MM", "How exact the position is. 0.05 mm unless given",
+        [&question](const std::string& value) { return ReadPositionError(value, question.positionError); });
+    return AddPointOption(command, "--standing", "Where the machine stands now, mm", question.standing);
+}
+
+recovery::Question QuestionAbout(const StopQuestion& question, const recovery::StoppedPlan& plan,
+                                 const check::CheckOptions& options, const text::Console& console) {
+    recovery::Question asked{*question.standing, question.known, question.positionError, options};
+    if (question.journal.empty()) return asked;
+    const recovery::Journal journal = recovery::ReadJournal(question.journal, plan.UnderWay().from, plan.UnderWay().to);
+    asked.known = journal.known;
+    if (journal.isTorn) console.err << question.journal << ": the last line is torn; the line before it counts\n";
+    return asked;
+}
+
+} // namespace qmv40::cli

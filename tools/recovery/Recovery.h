@@ -1,0 +1,64 @@
+#pragma once
+
+#include "tools/recovery/WaysOut.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Where a stopped plan left the head, and how to get out.
+
+namespace qmv40::recovery {
+
+struct Question {
+    model::Vector3 standing; ///< of the machine
+    KnownMove known;
+    double positionError = usualPositionError;
+    check::CheckOptions check; ///< what ways out are allowed
+};
+
+/// A way out that was run on the model, or why it must not be run.
+struct CheckedWay {
+    WayOut way;
+    std::optional<check::Finding> finding;
+
+    bool IsSafe() const { return !finding; }
+    /// With their ends, from where the machine stands.
+    std::vector<plans::PlacedMove> Placed(const model::Vector3& standing) const;
+};
+
+struct Recovery {
+    Stop stop;
+    // None where the state is unknown
+    std::optional<CheckedWay> finish;
+    std::optional<CheckedWay> backOut;
+
+    bool HasBothWays() const { return finish && finish->IsSafe() && backOut && backOut->IsSafe(); }
+};
+
+/// The plans for an indexing that the component plans from the geometry file.
+Plans PlansFor(const std::string& geometryFile, const model::HeadAngles& from, const model::HeadAngles& to);
+
+/// One plan that was stopped, prepared for any number of questions.
+class StoppedPlan {
+public:
+    /// The head must live as long. Throws UsageError when a plan has a number that is none.
+    StoppedPlan(const model::HeadModel& theHead, Plans thePlans);
+
+    const model::HeadModel& Head() const { return head; }
+    const plans::PlanToCheck& UnderWay() const { return plans.underWay; }
+    const PlanPaths& Paths() const { return paths; }
+    Recovery Answer(const Question& question) const;
+    /// Head and machine at a stop whose state is known.
+    Stopped StateOf(const Stop& stop, const model::Vector3& standing) const;
+
+private:
+    Stopped StateAt(const Progress& place) const;
+    CheckedWay BestOf(std::vector<WayOut> ways, const check::CheckOptions& options, const Stopped& state) const;
+
+    const model::HeadModel& head;
+    Plans plans;
+    PlanPaths paths;
+};
+
+} // namespace qmv40::recovery

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "tools/model/HeadAngles.h"
+#include "tools/model/Path.h"
+#include "tools/plans/PlannedMove.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+/// Where a plan was stopped: which of its moves the machine was in, and how lever, cup, A and B stand.
+///
+/// Moves are counted from 1 to 19, as in documents. Millimetres, degrees.
+
+namespace qmv40::recovery {
+
+/// Of lever, cup and head angles, by the move in which the machine stopped.
+enum class State {
+    Untouched, ///< moves 1 and 2: locked where the plan starts
+    Unlocking, ///< move 3: the lever is pushed part of the way
+    Unlocked,  ///< moves 4 to 8: open, the head where the plan starts
+    OnPeg,     ///< moves 9 to 11: the cup is on the peg, A and B on their way
+    Indexed,   ///< moves 12 to 17: open, the head at the target
+    Locking,   ///< move 18: the lever is pushed part of the way
+    Locked,    ///< move 19: locked at the target
+    Unknown
+};
+
+/// "on-peg"
+const char* NameOf(State state);
+State StateInMove(std::size_t number);
+
+/// A place on a plan.
+struct Progress {
+    std::size_t number; ///< of the move
+    double fraction;    ///< of the move, 0 to 1
+};
+
+/// The paths that the machine takes in a plan, and the head angles on them.
+class PlanPaths {
+public:
+    /// `start`: where the machine stands before the first move. The plan's moves can all be run.
+    PlanPaths(const plans::PlanToCheck& plan, const model::Vector3& start);
+
+    const model::Path& PathOf(std::size_t number) const { return paths[number - 1]; }
+    model::HeadAngles AnglesAt(const Progress& place) const;
+    /// How far the machine goes from one place to the other.
+    double LengthBetween(const Progress& first, const Progress& second) const;
+
+private:
+    model::HeadAngles from;
+    model::HeadAngles to;
+    std::vector<model::Path> paths;
+};
+
+/// What is known about the move besides the position.
+struct KnownMove {
+    enum class Kind {
+        Nothing,
+        During, ///< the move with this number was under way
+        After   ///< it was finished, and it is not known that the next one had begun
+    } kind = Kind::Nothing;
+    std::size_t number = 0; ///< of the move; After 0: no move was begun
+    /// During: it was being told that the move had ended. The position decides whether that is so.
+    bool isEndAnnounced = false;
+};
+
+/// A place on the plan where the machine may stand.
+struct Fit {
+    Progress place;
+    double distance; ///< of the standing from it
+    model::HeadAngles angles;
+
+    State StateThere() const { return StateInMove(place.number); }
+};
+
+struct Stop {
+    State state = State::Unknown;
+    std::vector<Fit> fits;               ///< all places that agree with what is known, in the order of the plan
+    std::size_t best = 0;                ///< index of the fit that counts, unless the state is unknown
+    Fit nearest{};                       ///< of the moves in question, whether it agrees or not
+    bool hasSeveralOrientations = false; ///< the state is unknown because the fits agree in it, and not in A and B
+
+    const Fit& Place() const { return fits[best]; }
+    /// The moves of `fits`, each once.
+    std::vector<std::size_t> Numbers() const;
+};
+
+/// What every position is known to, unless somebody states it: three standard deviations of 10 um in each coordinate,
+/// and some. A position farther than this from a path is not on it.
+inline constexpr double usualPositionError = 0.05;
+
+Stop FindStop(const PlanPaths& paths, const model::Vector3& standing, const KnownMove& known, double positionError);
+
+} // namespace qmv40::recovery

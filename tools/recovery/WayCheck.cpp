@@ -1,0 +1,104 @@
+#include "tools/recovery/WayCheck.h"
+
+#include "tools/model/Tolerances.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace qmv40::recovery {
+
+namespace {
+
+using check::Finding;
+using K = check::FindingKind;
+
+double LargestDifference(const model::HeadAngles& left, const model::HeadAngles& right) {
+    return std::max(std::abs(left.a - right.a), std::abs(left.b - right.b));
+}
+
+/// Not-a-number is above everything: what cannot be told is not clear.
+bool IsAbove(double amount, double allowed) { return !(amount <= allowed); }
+
+std::optional<Finding> FindingOfClearance(const model::HeadModel& head, const check::CheckOptions& options,
+                                          motion::ExecutedMove run, plans::MoveId contact) {
+    run.id = contact;
+    const check::Clearance clearance = check::ClearanceOf(run, head, options.sizes);
+    const double toSphere = options.requiredClearance - clearance.toPoleSphere;
+    if (IsAbove(toSphere, model::lengthTolerance)) return Finding{K::TouchesPoleSphere, {}, toSphere};
+    const double toLevers = options.requiredClearance - clearance.toLevers;
+    if (IsAbove(toLevers, model::lengthTolerance)) return Finding{K::TouchesLever, {}, toLevers};
+    return std::nullopt;
+}
+
+std::optional<Finding> FindingOfSurroundings(check::Surroundings& surroundings, const check::CheckOptions& options,
+                                             const motion::ExecutedMove& run) {
+    for (const check::PartClearance& each : surroundings.Of(run)) {
+        const double missing = options.requiredClearance - each.atLeast;
+        if (!IsAbove(missing, model::lengthTolerance)) continue;
+        const check::Meeting meeting{surroundings.Parts()[each.part], surroundings.Solids()[each.solid]};
+        return Finding{K::TouchesObstacle, {}, missing, meeting};
+    }
+    return std::nullopt;
+}
+
+std::optional<Finding> FindingOfTravel(const check::CheckOptions& options, const model::Path& path) {
+    const model::Vector3 axes[] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
+    for (std::size_t i = 0; i < options.travel.size(); ++i) {
+        const model::Path::Range range = path.RangeAlong(axes[i]);
+        const double beyond =
+            std::max(options.travel[i].smallest - range.smallest, range.largest - options.travel[i].largest);
+        if (IsAbove(beyond, model::lengthTolerance)) return Finding{K::TravelLimitExceeded, {}, beyond};
+    }
+    return std::nullopt;
+}
+
+/// A lever that was pushed part of the way and is left there.
+std::optional<Finding> FindingOfLever(const motion::ExecutedMove& run) {
+    if (run.before.pushed == 0.0 || run.after.lever != run.before.lever) return std::nullopt;
+    return Finding{run.before.lever == model::LeverState::Locked ? K::LeverNotUnlocked : K::LeverNotLocked, {}, {}};
+}
+
+std::optional<Finding> FindingOfHead(const motion::ExecutedMove& run) {
+    const bool isLocked = run.before.lever == model::LeverState::Locked;
+    if (isLocked && run.after.isOnPeg) return Finding{K::EngagedWhileLocked, {}, {}};
+    if (IsAbove(run.pulledOff, model::lengthTolerance)) return Finding{K::PegTornOut, {}, run.pulledOff};
+    const model::HeadAngles& angles = run.after.angles;
+    const double beyond = std::max({-angles.a, angles.a - 90.0, std::abs(angles.b) - 180.0});
+    if (IsAbove(beyond, model::angleTolerance)) return Finding{K::HeadAngleOutOfRange, {}, beyond};
+    return std::nullopt;
+}
+
+std::optional<Finding> FindingOfEnd(const motion::Machine& machine, const WayOut& way) {
+    const motion::HeadState& state = machine.State();
+    if (state.isOnPeg) return Finding{K::StillOnThePeg, {}, {}};
+    if (state.lever != model::LeverState::Locked) return Finding{K::NotLockedAtTheEnd, {}, {}};
+    const double turned = LargestDifference(state.angles, way.angles);
+    if (IsAbove(turned, model::angleTolerance)) return Finding{K::TargetNotReached, {}, turned};
+    const double off = model::Distance(*machine.Position(), way.end);
+    if (IsAbove(off, model::lengthTolerance)) return Finding{K::TargetPositionMissed, {}, off};
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<Finding> FirstFinding(const model::HeadModel& head, const check::CheckOptions& options,
+                                    const Stopped& stopped, const WayOut& way) {
+    motion::Machine machine = motion::Machine::InTheMiddle(head, stopped.head, stopped.position);
+    check::Surroundings surroundings(head, options.sizes, options.scene);
+    for (std::size_t i = 0; i < way.moves.size(); ++i) {
+        const WayMove& each = way.moves[i];
+        if (!motion::Machine::CanRun(each.move)) return Finding{K::NotANumber, i, {}};
+        const motion::ExecutedMove run = machine.Run(each.move);
+        std::optional<Finding> found = FindingOfLever(run);
+        if (!found) found = FindingOfHead(run);
+        if (!found) found = FindingOfClearance(head, options, run, each.contact);
+        if (!found) found = FindingOfSurroundings(surroundings, options, run);
+        if (!found) found = FindingOfTravel(options, run.path);
+        if (!found) continue;
+        found->move = i;
+        return found;
+    }
+    return FindingOfEnd(machine, way);
+}
+
+} // namespace qmv40::recovery

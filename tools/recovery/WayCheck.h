@@ -1,0 +1,40 @@
+#pragma once
+
+#include "tools/check/Findings.h"
+#include "tools/check/PlanCheck.h"
+#include "tools/motion/Execution.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Runs a way out on the model of head and machine, from the very state in which the plan was stopped.
+
+namespace qmv40::recovery {
+
+/// A move of a way out.
+struct WayMove {
+    plans::PlannedMove move;
+    /// The move whose contact it makes or leaves. A way back from a lever's ball has the name of the place that it
+    /// leads to, and must touch the ball where it begins.
+    plans::MoveId contact = move.id;
+};
+
+struct WayOut {
+    std::vector<WayMove> moves;
+    model::HeadAngles angles; ///< of the head after it
+    model::Vector3 end;       ///< of the machine
+};
+
+/// Head and machine as they were stopped.
+struct Stopped {
+    motion::HeadState head;
+    model::Vector3 position;
+};
+
+/// What is wrong with the way, the first finding alone: it must not be run. Nothing: the head ends locked at `angles`,
+/// the machine at `end`, and nothing is touched that need not be.
+std::optional<check::Finding> FirstFinding(const model::HeadModel& head, const check::CheckOptions& options,
+                                           const Stopped& stopped, const WayOut& way);
+
+} // namespace qmv40::recovery
