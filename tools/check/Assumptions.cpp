@@ -1,7 +1,7 @@
 #include "tools/check/Assumptions.h"
 
+#include "tools/text/Finding.h"
 #include "tools/text/Numbers.h"
-#include "tools/text/Table.h"
 
 #include <cmath>
 
@@ -86,9 +86,12 @@ std::vector<AssumptionLine> AssumptionLines(const CheckOptions& options) {
 
 void PrintAssumptions(const CheckOptions& options, const text::Console& console) {
     console.out << '\n' << console.Strong("Assumed") << '\n';
-    text::Table table({{"", text::Table::Align::Left}, {"", text::Table::Align::Left}, {"", text::Table::Align::Left}});
-    for (const AssumptionLine& line : AssumptionLines(options)) table.AddRow({line.what, line.value, line.option});
-    table.Print(console);
+    for (const AssumptionLine& line : AssumptionLines(options)) {
+        constexpr std::size_t width = 20; // of what is assumed, with the blanks after it
+        std::string what = "  " + line.what;
+        what.resize(2 + width, ' ');
+        console.out << text::Wrapped(what, line.value + " (" + line.option + ")");
+    }
 }
 
 text::Json AssumptionsJson(const CheckOptions& options) {

@@ -29,9 +29,9 @@ void PrintMoves(const CheckedPlan& checked, const text::Console& console) {
                        {"Cup", text::Table::Align::Left},
                        {"A (deg)"},
                        {"B (deg)"},
-                       {"To the pole sphere (mm)"},
-                       {"To the levers (mm)"},
-                       {"Must touch", text::Table::Align::Left}});
+                       {"Sphere (mm)"},
+                       {"Levers (mm)"},
+                       {"Touches", text::Table::Align::Left}});
     for (std::size_t i = 0; i < checked.report.moves.size(); ++i) {
         const CheckedMove& move = checked.report.moves[i];
         const HeadState& after = move.run.after;
