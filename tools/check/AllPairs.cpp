@@ -103,6 +103,7 @@ AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& 
 }
 
 void PrintAllPairs(const AllPairs& all, const CheckOptions& options, const text::Console& console) {
+    PrintVerdict(all.findings, std::to_string(all.figures.Plans()) + " plans", console);
     console.out << console.Strong("All pairs of positions: A " + text::ExactText(all.positions.front().a) +
                                   " to 90, B -180 to 180, in steps of 15 (deg)")
                 << '\n';
@@ -125,7 +126,6 @@ void PrintAllPairs(const AllPairs& all, const CheckOptions& options, const text:
     }
     PrintFigures(all.figures, options, console);
     PrintAssumptions(options, console);
-    PrintVerdict(all.findings, std::to_string(all.figures.Plans()) + " plans", console);
 }
 
 text::Json AllPairsJson(const AllPairs& all, const CheckOptions& options) {

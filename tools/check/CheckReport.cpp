@@ -162,9 +162,7 @@ void PrintHeading(const CheckedTour& tour, std::size_t index, const std::string&
                 << '\n';
 }
 
-void PrintFiguresAndVerdict(const CheckedTour& tour, const CheckOptions& options, const text::Console& console) {
-    PrintFigures(tour.figures, options, console);
-    PrintAssumptions(options, console);
+void PrintTourVerdict(const CheckedTour& tour, const text::Console& console) {
     const std::size_t plans = tour.plans.size();
     PrintVerdict(tour.Findings(), std::to_string(plans) + (plans == 1 ? " plan" : " plans"), console);
 }
@@ -172,21 +170,25 @@ void PrintFiguresAndVerdict(const CheckedTour& tour, const CheckOptions& options
 } // namespace
 
 void PrintCheckedTour(const CheckedTour& tour, const CheckOptions& options, const text::Console& console) {
+    PrintTourVerdict(tour, console);
     for (std::size_t i = 0; i < tour.plans.size(); ++i) {
         PrintHeading(tour, i, ", as after each move", console);
+        PrintFindings(tour.plans[i], console);
         console.out << '\n';
         PrintMoves(tour.plans[i], console);
-        PrintFindings(tour.plans[i], console);
     }
-    PrintFiguresAndVerdict(tour, options, console);
+    PrintFigures(tour.figures, options, console);
+    PrintAssumptions(options, console);
 }
 
 void PrintJudgement(const CheckedTour& tour, const CheckOptions& options, const text::Console& console) {
+    PrintTourVerdict(tour, console);
     for (std::size_t i = 0; i < tour.plans.size(); ++i) {
         PrintHeading(tour, i, "", console);
         PrintFindings(tour.plans[i], console);
     }
-    PrintFiguresAndVerdict(tour, options, console);
+    PrintFigures(tour.figures, options, console);
+    PrintAssumptions(options, console);
 }
 
 text::Json CheckedTourJson(const CheckedTour& tour, const model::HeadModel& head, const CheckOptions& options) {
@@ -266,7 +268,7 @@ std::string VerdictText(std::size_t findings) {
 }
 
 void PrintVerdict(std::size_t findings, const std::string& checked, const text::Console& console) {
-    console.out << '\n' << console.Strong("Verdict: " + VerdictText(findings)) << " in " << checked << ".\n";
+    console.out << console.Strong("Verdict: " + VerdictText(findings)) << " in " << checked << ".\n\n";
 }
 
 text::Json FindingJson(const Finding& finding, const plans::PlanToCheck& plan) {
