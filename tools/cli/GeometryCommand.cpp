@@ -1,9 +1,8 @@
-#include "head/RoundThePole.h"
 #include "interface/ErrorCodes.h"
 #include "tools/cli/Commands.h"
+#include "tools/cli/ComputedHead.h"
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
-#include "tools/component/AlignmentArray.h"
 #include "tools/component/Calculator.h"
 #include "tools/component/ComponentError.h"
 #include "tools/diagnosis/Capture.h"
@@ -11,8 +10,14 @@
 #include "tools/diagnosis/FitRows.h"
 #include "tools/diagnosis/Fits.h"
 #include "tools/diagnosis/HeldAngles.h"
+#include "tools/diagnosis/SetJudgement.h"
+#include "tools/model/Angles.h"
 #include "tools/plans/PositionLine.h"
 #include "tools/text/Json.h"
+
+#include <algorithm>
+#include <cmath>
+#include <sstream>
 
 namespace qmv40::cli {
 
@@ -24,21 +29,34 @@ struct GeometryOptions : CommonOptions {
     std::string output; ///< empty: nothing is written
     bool force = false; ///< write even what contradicts itself
     double centreWithin = diagnosis::thresholds::centreWithin;
+    text::LengthUnit unit = text::LengthUnit::Millimetre; ///< of the capture
+    std::optional<model::Vector3> sphere;                 ///< in that unit
+    std::optional<double> stylus;
 };
 
-/// The head centre comes from the component; what its interface does not give, from the geometry model itself.
+/// The component's answer, and the circles and the judgement of the same points.
 struct GeometryReport {
-    XYZData headCentre;
-    double rotationAroundZ;
-    XYZData safePosition;
+    ComputedHead head;
     diagnosis::CircleFit aAxis;
     diagnosis::CircleFit bAxis;
     double aAxisCaptureB;
     double bAxisCaptureA;
-    std::optional<diagnosis::Diagnosis> diagnosis; ///< none: the numbers are too large to be judged
+    std::vector<diagnosis::Finding> findings;
+    std::optional<diagnosis::Diagnosis> diagnosis; ///< none: the sets determine nothing, or the numbers are too large
 
-    bool Contradicts() const { return diagnosis && diagnosis->Has(diagnosis::Severity::Fault); }
+    bool Contradicts() const {
+        return std::ranges::any_of(
+            findings, [](const diagnosis::Finding& each) { return each.severity == diagnosis::Severity::Fault; });
+    }
 };
+
+CMaPointArray LockedPoints(const diagnosis::CaptureFile& file, const model::Vector3& unlocking) {
+    CMaPointArray points(static_cast<int>(file.items.size()));
+    for (const HeadAlignmentDataItem& item : file.items) {
+        points.Add({item.XPosition - unlocking.x, item.YPosition - unlocking.y, item.ZPosition - unlocking.z});
+    }
+    return points;
+}
 
 diagnosis::CircleFit AxisFit(const CMaPointArray& points, const CMaVector& axis) {
     diagnosis::CircleFit fit = diagnosis::FitCircle(points);
@@ -46,62 +64,74 @@ diagnosis::CircleFit AxisFit(const CMaPointArray& points, const CMaVector& axis)
     return fit;
 }
 
-/// The points with their angles, without them being brought to the locked position.
-diagnosis::CapturedSets SetsOf(const diagnosis::CaptureFiles& capture) {
+/// The points with their angles, brought to the locked position.
+diagnosis::CapturedSets SetsOf(const diagnosis::CaptureFiles& capture, const model::Vector3& unlocking) {
     diagnosis::CapturedSets sets;
+    sets.points.reserve(capture.aAxis.items.size() + capture.bAxis.items.size());
     for (const diagnosis::CaptureFile* const file : {&capture.aAxis, &capture.bAxis}) {
         for (const HeadAlignmentDataItem& item : file->items) {
-            sets.points.push_back({item.APosition, item.BPosition, {item.XPosition, item.YPosition, item.ZPosition}});
+            const model::Vector3 read{item.XPosition, item.YPosition, item.ZPosition};
+            sets.points.push_back({item.APosition, item.BPosition, read - unlocking});
         }
     }
     sets.aCount = capture.aAxis.items.size();
     return sets;
 }
 
-diagnosis::CaptureUnderTest UnderTest(const diagnosis::CaptureFiles& capture, const RoundThePole& head,
-                                      double centreWithin) {
-    diagnosis::CaptureUnderTest test{SetsOf(capture), head.RequiredRotationAroundZ(), centreWithin};
-    for (std::size_t i = 0; i < test.sets.points.size(); ++i) {
-        const bool isOfASet = test.sets.IsOfASet(i);
-        const CMaPointArray& points = isOfASet ? head.AAxisPoints() : head.BAxisPoints();
-        const CMaPoint locked = points[static_cast<int>(isOfASet ? i : i - test.sets.aCount)];
-        test.sets.points[i].position = {locked.x(), locked.y(), locked.z()};
-    }
+double MillimetresIn(text::LengthUnit unit) { return unit == text::LengthUnit::Inch ? 25.4 : 1.0; }
+
+diagnosis::CaptureUnderTest UnderTest(const GeometryOptions& options, const diagnosis::CaptureFiles& capture,
+                                      const ComputedHead& head) {
+    diagnosis::CaptureUnderTest test;
+    test.unlocking = UnlockingInForce();
+    test.sets = SetsOf(capture, test.unlocking);
+    test.rotation = head.rotationAroundZ;
+    test.headCentre = {head.headCentre.XPosition, head.headCentre.YPosition, head.headCentre.ZPosition};
+    test.centreWithin = options.centreWithin;
+    const double unit = MillimetresIn(options.unit);
+    if (options.sphere) test.knownSphere = unit * *options.sphere;
+    if (options.stylus) test.knownStylus = unit * *options.stylus;
     return test;
 }
 
-GeometryReport Report(const diagnosis::CaptureFiles& capture, const XYZData& headCentre, double centreWithin) {
-    RoundThePole head;
-    CMaVector aAxis(0.0, 0.0, 0.0);
-    component::CatchingCodes("RoundThePole", [&] {
-        component::AlignmentArray aAxisArray(capture.aAxis.items);
-        component::AlignmentArray bAxisArray(capture.bAxis.items);
-        head.ComputeGeometry(aAxisArray.Address(), bAxisArray.Address());
-        head.RotatedAAxis(head.AAxisCaptureBPosition(), aAxis);
-    });
-    return {headCentre,
-            head.RequiredRotationAroundZ(),
-            {head.SafePositionX(), head.SafePositionY(), head.SafePositionZ()},
-            AxisFit(head.AAxisPoints(), aAxis),
-            AxisFit(head.BAxisPoints(), head.BAxis()),
-            head.AAxisCaptureBPosition(),
-            capture.bAxis.items.front().APosition,
-            diagnosis::Diagnose(UnderTest(capture, head, centreWithin))};
+GeometryReport Report(const GeometryOptions& options, const diagnosis::CaptureFiles& capture,
+                      const ComputedHead& head) {
+    const diagnosis::CaptureUnderTest test = UnderTest(options, capture, head);
+    // The direction of the A axis as the component turns it
+    const double bearing = model::ToRadians(head.rotationAroundZ + capture.aAxis.items.front().BPosition);
+    const CMaVector aAxis(-std::cos(bearing), -std::sin(bearing), 0.0), bAxis(0.0, 0.0, 1.0);
+    GeometryReport report{head,
+                          AxisFit(LockedPoints(capture.aAxis, test.unlocking), aAxis),
+                          AxisFit(LockedPoints(capture.bAxis, test.unlocking), bAxis),
+                          capture.aAxis.items.front().BPosition,
+                          capture.bAxis.items.front().APosition,
+                          diagnosis::JudgeSets(test.sets),
+                          std::nullopt};
+    if (!report.findings.empty()) return report;
+    report.diagnosis = diagnosis::Diagnose(test);
+    if (report.diagnosis) {
+        report.findings = report.diagnosis->findings;
+    } else {
+        report.findings = {{diagnosis::FindingKind::NumbersTooLarge, diagnosis::Severity::Fault, {}}};
+    }
+    return report;
 }
 
 CMaVector VectorOf(const XYZData& position) { return {position.XPosition, position.YPosition, position.ZPosition}; }
 
 text::Json ReportJson(const GeometryReport& report, const diagnosis::CaptureFiles& capture) {
-    return {
-        {"headCentre", diagnosis::PointJson(VectorOf(report.headCentre))},
-        {"requiredRotationAroundZ", report.rotationAroundZ},
-        {"safePosition", diagnosis::PointJson(VectorOf(report.safePosition))},
-        {"fits", {{"aAxis", diagnosis::CircleJson(report.aAxis)}, {"bAxis", diagnosis::CircleJson(report.bAxis)}}},
-        {"diagnostics", report.diagnosis ? diagnosis::DiagnosisJson(*report.diagnosis, capture) : text::Json(nullptr)}};
+    return {{"headCentre", diagnosis::PointJson(VectorOf(report.head.headCentre))},
+            {"requiredRotationAroundZ", report.head.rotationAroundZ},
+            {"safePosition", diagnosis::PointJson(VectorOf(report.head.safePosition))},
+            {"fits", {{"aAxis", diagnosis::CircleJson(report.aAxis)}, {"bAxis", diagnosis::CircleJson(report.bAxis)}}},
+            {"diagnostics", report.diagnosis ? diagnosis::DiagnosisJson(*report.diagnosis, capture)
+                                             : diagnosis::FindingsJson(report.findings, capture, {})}};
 }
 
 /// Every point is off a circle in two ways; six of them would determine it.
-std::string Redundancy(const diagnosis::CircleFit& fit) { return std::to_string(2 * fit.residuals.values.size() - 6); }
+std::string DegreesOfFreedom(const diagnosis::CircleFit& fit) {
+    return std::to_string(2 * fit.residuals.values.size() - 6);
+}
 
 void PrintFits(const GeometryReport& report, const text::Console& console) {
     const diagnosis::CircleFit& a = report.aAxis;
@@ -114,41 +144,43 @@ void PrintFits(const GeometryReport& report, const text::Console& console) {
     rows.AddDirection("axis", {a.normal, b.normal});
     rows.Add("radius", "mm", {diagnosis::FitRows::Length(a.radius), diagnosis::FitRows::Length(b.radius)});
     rows.Add("arc covered", "deg", {diagnosis::FitRows::Angle(a.arcCovered), diagnosis::FitRows::Angle(b.arcCovered)});
-    rows.Add("redundant observations", "", {Redundancy(a), Redundancy(b)});
+    rows.Add("degrees of freedom", "", {DegreesOfFreedom(a), DegreesOfFreedom(b)});
     rows.AddResiduals({&a.residuals, &b.residuals});
     rows.Print(console);
 }
 
-void PrintJudgement(const GeometryReport& report, const diagnosis::CaptureFiles& capture,
-                    const text::Console& console) {
-    if (!report.diagnosis) {
-        console.out << "The numbers are too large to be judged.\n";
-        return;
-    }
-    const diagnosis::Diagnosis& diagnosis = *report.diagnosis;
-    diagnosis::PrintDiagnosis(diagnosis, capture, console);
-    console.out << '\n' << console.Strong("Findings") << '\n';
-    diagnosis::PrintFindings(diagnosis.findings, capture, diagnosis.head.model.tip, console.out);
+void PrintVerdict(const GeometryReport& report, const diagnosis::CaptureFiles& capture, const text::Console& console) {
+    diagnosis::PrintVerdict(report.findings, capture,
+                            report.diagnosis ? report.diagnosis->head.model.tip : model::Vector3{}, console);
 }
 
 void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& capture, const text::Console& console) {
-    console.out << console.Strong("Head centre (centre of the pole sphere)") << '\n'
-                << plans::PositionLine(report.headCentre) << '\n'
+    PrintVerdict(report, capture, console);
+    console.out << '\n'
+                << console.Strong("Head centre (centre of the pole sphere)") << '\n'
+                << plans::PositionLine(report.head.headCentre) << '\n'
                 << console.Strong("Head turned about Z by") << "\n  "
-                << diagnosis::FitRows::Angle(report.rotationAroundZ) << " deg\n"
+                << diagnosis::FitRows::Angle(report.head.rotationAroundZ) << " deg\n"
                 << console.Strong("Safe height, above the pole sphere and both levers") << "\n  Z "
-                << diagnosis::FitRows::Length(report.safePosition.ZPosition) << " mm\n\n"
+                << diagnosis::FitRows::Length(report.head.safePosition.ZPosition) << " mm\n\n"
                 << console.Strong("Circles through the points, brought to the locked position") << '\n';
     PrintFits(report, console);
-    console.out << "  The RMS tells how well the points lie on a circle, not how well its centre is known.\n\n";
-    PrintJudgement(report, capture, console);
+    console.out << "  The RMS tells how well the points lie on a circle, not how well its centre is known.\n";
+    if (!report.diagnosis) return;
+    console.out << '\n';
+    diagnosis::PrintDiagnosis(*report.diagnosis, capture, console);
 }
 
 /// The component refused the capture. Where the angles alone say why, that is told beside its own words.
 [[noreturn]] void Refuse(const component::ComponentError& error, const diagnosis::CaptureFiles& capture, bool json,
                          const text::Console& console) {
-    const auto findings = diagnosis::JudgeHeldAngles(SetsOf(capture));
-    if (error.code != QMV_E_FIXED_AXIS_MOVED || findings.empty()) throw error;
+    const diagnosis::CapturedSets sets = SetsOf(capture, {});
+    std::vector<diagnosis::Finding> findings;
+    if (error.code == QMV_E_FIXED_AXIS_MOVED) findings = diagnosis::JudgeHeldAngles(sets);
+    // Of points that form no circle it can be said why.
+    const bool isOfPoints = error.code == QMV_E_GEOMETRY_IMPOSSIBLE;
+    if (isOfPoints && sets.aCount > 0 && sets.aCount < sets.points.size()) findings = diagnosis::JudgeSets(sets);
+    if (findings.empty()) throw error;
     if (json) {
         text::Json document = component::ErrorJson(error);
         document["diagnostics"] = diagnosis::FindingsJson(findings, capture, {});
@@ -168,17 +200,26 @@ GeometryReport Compute(const GeometryOptions& options, const diagnosis::CaptureF
     } catch (const component::ComponentError& error) {
         Refuse(error, capture, options.json, console);
     }
-    return Report(capture, calculator.PoleSpherePosition(), options.centreWithin);
+    return Report(options, capture, AnswerOf(calculator));
+}
+
+/// In millimetres, whatever unit it is in.
+diagnosis::CaptureFile ReadIn(text::LengthUnit given, const std::string& fileName) {
+    diagnosis::CaptureFile file = diagnosis::ReadCaptureFile(fileName);
+    diagnosis::RequireUnit(file, given);
+    const double unit = MillimetresIn(given);
+    for (HeadAlignmentDataItem& item : file.items) {
+        item.XPosition *= unit;
+        item.YPosition *= unit;
+        item.ZPosition *= unit;
+    }
+    return file;
 }
 
 void Run(const GeometryOptions& options, const text::Console& console) {
     if (!options.output.empty()) text::RequireNewOrOfKind(options.output, settings::GeometryFileKind());
     const SettingsInUse settings(options, console);
-    const diagnosis::CaptureFiles capture{diagnosis::ReadCaptureFile(options.aAxis),
-                                          diagnosis::ReadCaptureFile(options.bAxis)};
-    for (const auto* const file : {&capture.aAxis, &capture.bAxis}) {
-        diagnosis::RequireUnit(*file, text::LengthUnit::Millimetre);
-    }
+    const diagnosis::CaptureFiles capture{ReadIn(options.unit, options.aAxis), ReadIn(options.unit, options.bAxis)};
     component::Calculator calculator;
     const GeometryReport report = Compute(options, capture, calculator, console);
     const bool isRefused = report.Contradicts() && !options.force;
@@ -212,6 +253,42 @@ void AddJudgingOptions(Command& command, GeometryOptions& options) {
                      });
 }
 
+/// X,Y,Z
+std::optional<model::Vector3> ParsedPoint(const std::string& value) {
+    model::Vector3 point;
+    std::istringstream parts(value);
+    std::string part;
+    std::size_t count = 0;
+    for (; std::getline(parts, part, ','); ++count) {
+        const text::ParsedNumber number = text::ParseNumber(part);
+        if (number.problem != nullptr || count == 3) return std::nullopt;
+        point[count] = number.value;
+    }
+    return count == 3 ? std::optional(point) : std::nullopt;
+}
+
+void AddKnownOptions(Command& command, GeometryOptions& options) {
+    command.AddValue(
+        "--sphere", "X,Y,Z",
+        "The pole sphere's centre, measured with a tip that is qualified to the machine's zero-length reference",
+        [&options](const std::string& value) -> std::string {
+            options.sphere = ParsedPoint(value);
+            return options.sphere ? "" : "'" + value + "' is not X,Y,Z";
+        });
+    command.AddValue("--stylus", "LENGTH", "The stylus from the crossing of the head's axes to the centre of its ball",
+                     [&options](const std::string& value) -> std::string {
+                         const text::ParsedNumber number = text::ParseNumber(value);
+                         options.stylus = number.value;
+                         const bool isLength = number.problem == nullptr && number.value > 0.0;
+                         return isLength ? "" : "'" + value + "' is not a length";
+                     });
+    command.AddValue("--units", "mm|in", "What the capture, --sphere and --stylus are in; the geometry is in mm",
+                     [&options](const std::string& value) -> std::string {
+                         options.unit = value == "in" ? text::LengthUnit::Inch : text::LengthUnit::Millimetre;
+                         return value == "in" || value == "mm" ? "" : "'" + value + "' is neither mm nor in";
+                     });
+}
+
 constexpr const char* geometryFooter =
     "Examples:\n"
     "  qmv40 geometry --a-axis a-axis.csv --b-axis b-axis.csv --output head.ini\n"
@@ -221,7 +298,11 @@ constexpr const char* geometryFooter =
     "and letter case: the head's angles and the point on the pole sphere, measured with the head unlocked. `.` is\n"
     "the decimal mark, `#` starts a comment line, other columns are ignored. At least four points for each axis.\n"
     "Capture the A points at B = 45, -45, 135 or -135 with a straight stylus: elsewhere the turn of the head about\n"
-    "Z may come out on the wrong side.\n"
+    "Z may come out on the wrong side. Capture the B points at A = 75 or 90: with a stylus that hangs (A = 0) their\n"
+    "circle is too small to have an axis. Unlock the head for all points, with no offset of a tip in force.\n"
+    "\n"
+    "Give --sphere and --stylus when you know them: an offset that is the same in every point is seen in no other "
+    "way.\n"
     "\n"
     "The capture is judged: how well head centre and rotation are known, and whether points, angles and the\n"
     "component's answer agree. Findings have names, which docs/diagnostics.md explains. A warning is shown and no\n"
@@ -236,6 +317,7 @@ void AddGeometryCommand(Command tool, const text::Console& console) {
     command.AddText("--b-axis", options->bAxis, "FILE", "Points captured while B alone was turned (CSV)").Require();
     command.AddText("--output", options->output, "FILE", "Save the geometry here; without it nothing is written");
     AddJudgingOptions(command, *options);
+    AddKnownOptions(command, *options);
     AddCommonOptions(command, *options);
     command.SetFooter(geometryFooter);
     command.OnRun([options, &console] { Run(*options, console); });

@@ -87,6 +87,31 @@ std::optional<AxisCircle> FitAxisCircle(std::span<const model::Vector3> points) 
     return circle;
 }
 
+CircleWithout WithoutPoint(const AxisCircle& circle, std::size_t index) {
+    const CirclePoint& point = circle.points[index];
+    const auto rows = Derivatives(point, circle.radius);
+    std::array<std::array<double, AxisCircle::unknowns>, 2> weighted{}; // the rows times the covariances
+    double leverage[2][2]{};
+    for (std::size_t r = 0; r < 2; ++r) {
+        for (std::size_t i = 0; i < AxisCircle::unknowns; ++i) {
+            for (std::size_t j = 0; j < AxisCircle::unknowns; ++j)
+                weighted[r][i] += rows[r][j] * circle.covariance[j][i];
+        }
+        for (std::size_t k = 0; k < 2; ++k) {
+            for (std::size_t i = 0; i < AxisCircle::unknowns; ++i) leverage[r][k] += weighted[r][i] * rows[k][i];
+        }
+    }
+    // The residuals that the point has to the circle of the others
+    const double aa = 1.0 - leverage[0][0], bb = 1.0 - leverage[1][1], ab = -leverage[0][1];
+    const double determinant = aa * bb - ab * ab;
+    const double radial = (bb * point.radial - ab * point.outOfPlane) / determinant;
+    const double outOfPlane = (aa * point.outOfPlane - ab * point.radial) / determinant;
+    const auto change = [&](std::size_t i) { return -(weighted[0][i] * radial + weighted[1][i] * outOfPlane); };
+    return {circle.centre + change(0) * circle.along + change(1) * circle.across + change(2) * circle.normal,
+            model::SafeUnit(circle.normal + change(3) * circle.along + change(4) * circle.across),
+            std::max(0.0, point.radial * radial + point.outOfPlane * outOfPlane)};
+}
+
 double ArcCovered(std::vector<double> bearings) {
     std::ranges::sort(bearings);
     double widestGap = bearings.front() + 360.0 - bearings.back();

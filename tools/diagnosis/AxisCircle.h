@@ -34,14 +34,22 @@ struct AxisCircle {
     Covariance covariance{}; ///< for noise of standard deviation 1 in every coordinate of a point
 
     /// Observations (each point is off in two ways) less unknowns.
-    int Redundancy() const { return 2 * static_cast<int>(points.size()) - static_cast<int>(unknowns); }
+    int DegreesOfFreedom() const { return 2 * static_cast<int>(points.size()) - static_cast<int>(unknowns); }
     double Rms() const;
 };
 
 /// Nothing where the points determine no circle.
 std::optional<AxisCircle> FitAxisCircle(std::span<const model::Vector3> points);
 
-/// Degrees: a whole turn less the widest gap between neighbouring bearings. At least one bearing, in any order.
+/// A circle after one of its points was left out, to first order.
+struct CircleWithout {
+    model::Vector3 centre;
+    model::Vector3 normal;
+    double gain; ///< by how much the sum of squares is smaller
+};
+CircleWithout WithoutPoint(const AxisCircle& circle, std::size_t index);
+
+/// Degrees: a whole turn less the widest axisOffset between neighbouring bearings. At least one bearing, in any order.
 double ArcCovered(std::vector<double> bearings);
 
 } // namespace qmv40::diagnosis

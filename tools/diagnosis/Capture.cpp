@@ -30,6 +30,7 @@ std::vector<XYZData> ReadPoints(const std::string& fileName) {
     const text::NumberTable table = text::ReadNumberTable(fileName, text::coordinateColumns);
     RequireUnit({fileName, {}, {}, table.unit}, text::LengthUnit::Millimetre);
     std::vector<XYZData> points;
+    points.reserve(table.rows.size());
     for (const auto& [line, row] : table.rows) {
         points.push_back({row[0], row[1], row[2]});
     }

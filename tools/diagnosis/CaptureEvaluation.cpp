@@ -1,25 +1,19 @@
 #include "tools/diagnosis/CaptureEvaluation.h"
 
+#include "tools/diagnosis/MistakeJudgement.h"
 #include "tools/diagnosis/QuadrantResolution.h"
 #include "tools/diagnosis/Statistics.h"
-#include "tools/diagnosis/SwappedAngles.h"
 #include "tools/model/Angles.h"
 
 #include <algorithm>
 #include <limits>
-#include <numeric>
 
 namespace qmv40::diagnosis {
 
 namespace {
 
 using Kind = FindingKind;
-
-std::vector<std::size_t> PointsFrom(std::size_t first, std::size_t last) {
-    std::vector<std::size_t> points(last - first);
-    std::iota(points.begin(), points.end(), first);
-    return points;
-}
+using model::Vector3;
 
 /// Looks at one capture from all sides and collects what there is to say.
 class Judges {
@@ -37,74 +31,54 @@ public:
 private:
     void Add(Kind kind, Severity severity, double figure = 0.0, double reference = 0.0,
              std::vector<std::size_t> points = {}) {
-        findings.push_back({kind, severity, std::move(points), figure, reference, std::nullopt});
+        findings.push_back({kind, severity, std::move(points), figure, reference});
     }
     bool HasFault() const { return std::ranges::find(findings, Severity::Fault, &Finding::severity) != findings.end(); }
 
     /// From what makes everything else meaningless to what is merely not as good as it should be.
     void JudgeWhole() {
-        if (JudgeExchange()) return;
+        if (diagnosis.rewriting.kind != Rewriting::Kind::None) {
+            findings.push_back(JudgeRewriting(diagnosis.rewriting, diagnosis.head.model));
+            return;
+        }
+        if (JudgeStylus()) return;
         JudgeMistakes();
         if (JudgeParallelAxes()) return;
         const bool onlyTurningAnglesAreWrong =
             std::ranges::all_of(findings, [](const Finding& each) { return each.kind == Kind::AngleMistyped; });
         if (!onlyTurningAnglesAreWrong && HasFault()) return;
-        // Of angles that were merely turned to, the component knows nothing.
+        // The component ignores the turning angle.
         JudgeAxes();
         if (HasFault() && !onlyTurningAnglesAreWrong) return;
         JudgeRotation();
         JudgePoints();
-        JudgeCentre();
+        if (!HasFault()) JudgeCentre();
+        if (!HasFault()) JudgeKnown();
+        JudgePrecision();
         if (diagnosis.noise.isUneven) JudgeNoise();
     }
 
     /// Two sets of one and the same axis, or a set of none. One mistake that explains it is the better finding.
     bool JudgeParallelAxes() {
         if (diagnosis.axes.angleBetween >= thresholds::nearlyParallel) return false;
-        const bool isExplained = findings.size() == 1 && findings.front().severity == Severity::Fault &&
-                                 findings.front().kind != Kind::PointsContradict;
+        const auto isSmallMistake = [](Kind kind) {
+            return kind == Kind::AngleMistyped || kind == Kind::OtherAxisMoved || kind == Kind::PointOff;
+        };
+        const bool isExplained = findings.size() == 1 && isSmallMistake(findings.front().kind);
         if (isExplained) return false;
         findings.clear();
         Add(Kind::AxesParallel, Severity::Fault, diagnosis.axes.angleBetween);
         return true;
     }
 
-    /// The plain head fits when the angles are written otherwise.
-    bool Fits(const CapturedSets& rewritten) const {
-        const HeadFit fit = FitHead(rewritten.points);
-        const double variance = std::max(fit.NoiseVariance(), thresholds::leastVariance);
-        return std::sqrt(variance) < thresholds::noiseCeiling &&
-               ChanceOfRatio(plain.NoiseVariance() / variance, plain.redundancy, fit.redundancy) <
-                   thresholds::falseAlarmRate;
-    }
-    template <typename Rewrite> bool FitsWhen(Rewrite&& rewrite) const {
-        CapturedSets other = sets;
-        for (std::size_t i = 0; i < other.points.size(); ++i) rewrite(other.points[i], sets.IsOfASet(i));
-        return Fits(other);
-    }
-
-    bool JudgeExchange() {
-        if (std::sqrt(plain.NoiseVariance()) < thresholds::noiseCeiling) return false;
-        if (FitsWhen([](CapturedPoint& point, bool) { std::swap(point.a, point.b); })) {
-            Add(Kind::SetsExchanged, Severity::Fault);
-        } else if (FitsWhen([](CapturedPoint& point, bool) { point.b = -point.b; })) {
-            Add(Kind::SwivelReversed, Severity::Fault, 0.0);
-        } else if (FitsWhen([](CapturedPoint& point, bool isA) { point.b = isA ? point.b : -point.b; })) {
-            Add(Kind::SwivelReversed, Severity::Fault, 1.0);
-        } else if (const SwappedAngles swap = BestSwapOfAngles(sets); Fits(swap.sets)) {
-            Add(Kind::AnglesSwapped, Severity::Fault, 0.0, 0.0, {swap.first, swap.second});
-        } else {
-            return false;
-        }
-        return true;
-    }
-
     void JudgeMistakes() {
         const HeadFit& fit = diagnosis.head;
-        if (std::sqrt(fit.NoiseVariance()) > MisfitCeiling() || MistakesAreTooMany()) {
+        if (std::sqrt(fit.NoiseVariance()) > MisfitCeiling() || MistakesAreTooMany(sets, fit.model)) {
             return Add(Kind::PointsContradict, Severity::Fault, plain.Rms(), 0.0, FarthestOff());
         }
-        for (const ModelError& error : fit.model.errors) JudgeMistake(error);
+        for (std::size_t i = 0; i < fit.model.errors.size(); ++i) {
+            if (auto finding = JudgeMistake(capture, fit.model, i)) findings.push_back(*std::move(finding));
+        }
         if (HasFault()) return;
         if (std::sqrt(VarianceOnCircles()) > thresholds::noiseCeiling) {
             Add(Kind::PointsContradict, Severity::Fault, std::sqrt(VarianceOnCircles()), 0.0, FarthestOff());
@@ -113,128 +87,101 @@ private:
         }
     }
 
-    /// With mistakes enough anything is explained: they are believed one for a whole run of points, or three in all.
-    bool MistakesAreTooMany() const {
-        int runs = 0, all = 0;
-        for (const ModelError& error : diagnosis.head.model.errors) {
-            if (error.IsOfTheHead() || DistanceBy(error) < thresholds::leastWrongPlace) continue;
-            ++all;
-            if (error.last - error.first > 1) ++runs;
-        }
-        return runs > 1 || all > 3;
-    }
-
-    /// What noise and notches together may do to a point at most.
+    /// What noise and index positions together may do to a point at most.
     double MisfitCeiling() const {
-        return thresholds::noiseCeiling +
-               model::ToRadians(thresholds::notchCeiling) * model::SafeLength(diagnosis.head.model.tip);
+        return std::min(thresholds::noiseCeiling,
+                        0.02 +
+                            model::ToRadians(thresholds::indexCeiling) * model::SafeLength(diagnosis.head.model.tip) +
+                            2.0 * std::sqrt(VarianceOnCircles()));
     }
 
     /// As both circles show it, never below rounding.
     double VarianceOnCircles() const {
         const double sum = diagnosis.aCircle.sumOfSquares + diagnosis.bCircle.sumOfSquares;
-        return std::max(sum / diagnosis.noise.redundancy, thresholds::leastVariance);
-    }
-
-    void JudgeMistake(const ModelError& error) {
-        if (error.IsOfTheHead()) return; // judged by the axes
-        const std::vector<std::size_t> points = PointsFrom(error.first, error.last);
-        const double distance = DistanceBy(error);
-        if (error.kind != ModelError::Kind::Place) return JudgeAngle(error, distance, points);
-        const bool isWrong = distance >= thresholds::leastWrongPlace;
-        const Severity severity = isWrong ? Severity::Fault : Severity::Warning;
-        if (points.size() > 1) return Add(Kind::SetsApart, severity, distance, 0.0, points);
-        Add(isWrong ? Kind::PointOff : Kind::PointSuspicious, severity, distance, 0.0, points);
-    }
-
-    void JudgeAngle(const ModelError& error, double distance, const std::vector<std::size_t>& points) {
-        const Kind kind = KindOf(error);
-        const double angle = model::Wrapped(model::ToDegrees(error.values[0]));
-        const bool isWrongAngle = std::abs(angle) >= thresholds::leastWrongAngle;
-        // What an axis that was to be held does by less than a notch spoils the circle; what one that was turned does
-        // moves the points along it.
-        const bool spoils = kind == Kind::OtherAxisMoved && distance >= thresholds::leastWrongPlace;
-        const Severity severity = isWrongAngle || spoils ? Severity::Fault : Severity::Warning;
-        if (isWrongAngle || points.size() > 1) return Add(kind, severity, angle, distance, points);
-        Add(spoils ? Kind::PointOff : Kind::PointSuspicious, severity, distance, 0.0, points);
-    }
-
-    /// How far a error moves the points that it concerns, at most.
-    double DistanceBy(const ModelError& error) const {
-        HeadModel with = diagnosis.head.model;
-        HeadModel without = with;
-        with.errors = {error};
-        without.errors.clear();
-        double farthest = 0.0;
-        for (std::size_t i = error.first; i < error.last; ++i) {
-            const CapturedPoint& point = sets.points[i];
-            farthest = std::max(farthest, model::SafeLength(with.Position(point, i) - without.Position(point, i)));
-        }
-        return farthest;
-    }
-
-    Kind KindOf(const ModelError& error) const {
-        const bool isOfASet = sets.IsOfASet(error.first);
-        const bool isTilt = error.kind == ModelError::Kind::TiltAngle;
-        if (isOfASet == isTilt) return Kind::AngleMistyped;
-        const std::size_t setSize = isOfASet ? sets.aCount : sets.points.size() - sets.aCount;
-        return error.last - error.first == setSize ? Kind::SetAngleWrong : Kind::OtherAxisMoved;
+        return std::max(sum / diagnosis.noise.degreesOfFreedom, thresholds::leastVariance);
     }
 
     /// The three points farthest off their places.
     std::vector<std::size_t> FarthestOff() const {
-        std::vector<std::size_t> order = PointsFrom(0, diagnosis.points.size());
-        std::ranges::stable_sort(order, std::ranges::greater(),
-                                 [this](std::size_t i) { return diagnosis.points[i].offPlace; });
+        std::vector<std::size_t> order = PointRange(0, diagnosis.points.size());
         constexpr std::size_t most = 3;
-        order.resize(std::min(order.size(), most));
+        const std::size_t count = std::min(order.size(), most);
+        std::ranges::partial_sort(order, order.begin() + static_cast<std::ptrdiff_t>(count), std::ranges::greater(),
+                                  [this](std::size_t i) { return diagnosis.points[i].offPlace; });
+        order.resize(count);
         return order;
     }
 
     /// The points leave the places that the angles give them by more than they leave their circles.
     void JudgeExactness() {
         const double onCircles = diagnosis.aCircle.sumOfSquares + diagnosis.bCircle.sumOfSquares;
-        const int redundancy = diagnosis.noise.redundancy;
+        const int degreesOfFreedom = diagnosis.noise.degreesOfFreedom;
         const double variance = VarianceOnCircles();
-        const int more = diagnosis.head.redundancy - redundancy;
+        const int more = diagnosis.head.degreesOfFreedom - degreesOfFreedom;
         const double excess = (diagnosis.head.sumOfSquares - onCircles) / more;
-        if (!(ChanceOfRatio(excess / variance, more, redundancy) < thresholds::falseAlarmRate)) return;
+        if (!(FTestUpperTail(excess / variance, more, degreesOfFreedom) < thresholds::falseAlarmRate)) return;
         Add(Kind::AnglesInexact, Severity::Warning, std::sqrt(excess), 0.0, FarthestOff());
     }
 
-    /// Deviates from nought by more than its noise, and by so much that it matters.
-    void JudgeAxis(Kind kind, double figure, double deviation, double worthAWarning, double beyondAnyHead) {
-        const double share = deviation > 0.0 ? figure / deviation : std::numeric_limits<double>::infinity();
-        if (!(ChanceOfDeviation(share, diagnosis.noise.redundancy) < thresholds::falseAlarmRate)) return;
+    /// The stylus that comes out is no stylus, although the points form a head.
+    bool JudgeStylus() {
+        const double length = model::SafeLength(plain.model.tip);
+        constexpr double clearly = 0.02;
+        if (!(plain.Rms() < clearly * length)) return false;
+        if (length >= thresholds::shortestStylus && length <= thresholds::longestStylus) return false;
+        constexpr double inch = 25.4, metre = 1000.0;
+        const double factor = length > thresholds::longestStylus            ? 1.0 / metre
+                              : length * inch >= thresholds::shortestStylus ? inch
+                                                                            : metre;
+        Add(Kind::UnitsWrong, Severity::Fault, length, factor);
+        return true;
+    }
+
+    /// Off zero by more than its noise, and by so much that it matters.
+    void JudgeAxis(Kind kind, double figure, double standardDeviation, double worthAWarning, double beyondAnyHead) {
+        const double share =
+            standardDeviation > 0.0 ? figure / standardDeviation : std::numeric_limits<double>::infinity();
+        if (!(StudentTwoSided(share, diagnosis.noise.degreesOfFreedom) < thresholds::falseAlarmRate)) return;
         if (std::abs(figure) < worthAWarning) return;
-        Add(kind, std::abs(figure) < beyondAnyHead ? Severity::Warning : Severity::Fault, std::abs(figure), deviation);
+        Add(kind, std::abs(figure) < beyondAnyHead ? Severity::Warning : Severity::Fault, std::abs(figure),
+            standardDeviation);
     }
 
     void JudgeAxes() {
         const HeadAxes& axes = diagnosis.axes;
-        const double lean = std::hypot(axes.leanTowardsX.deviation, axes.leanTowardsY.deviation);
-        JudgeAxis(Kind::HeadLeans, axes.Lean(), lean, thresholds::tiltWorthAWarning, thresholds::tiltBeyondAnyHead);
-        JudgeAxis(Kind::AxesNotSquare, axes.outOfSquare.value, axes.outOfSquare.deviation,
+        const double lean =
+            std::hypot(axes.offVerticalTowardsX.standardDeviation, axes.offVerticalTowardsY.standardDeviation);
+        // Far from the vertical its standard deviation means nothing.
+        constexpr double far = 5.0;
+        JudgeAxis(Kind::HeadLeans, axes.offVertical, axes.offVertical > far ? 0.0 : lean, thresholds::tiltWorthAWarning,
+                  thresholds::tiltBeyondAnyHead);
+        JudgeAxis(Kind::AxesNotSquare, axes.squareness.value, axes.squareness.standardDeviation,
                   thresholds::tiltWorthAWarning, thresholds::tiltBeyondAnyHead);
-        JudgeAxis(Kind::AxesApart, axes.gap.value, axes.gap.deviation, thresholds::gapWorthAWarning,
-                  thresholds::gapBeyondAnyHead);
+        JudgeAxis(Kind::AxesApart, axes.axisOffset.value, axes.axisOffset.standardDeviation,
+                  thresholds::offsetWorthAWarning, thresholds::offsetBeyondAnyHead);
+    }
+
+    /// How often noise alone makes two figures differ by as much.
+    double PValueOf(double difference, double standardDeviation) const {
+        const double share =
+            standardDeviation > 0.0 ? difference / standardDeviation : std::numeric_limits<double>::infinity();
+        return StudentTwoSided(share, diagnosis.head.degreesOfFreedom);
     }
 
     void JudgeRotation() {
         const double difference = diagnosis.rotationDifference;
         if (!(std::abs(difference) >= thresholds::leastWrongRotation)) return;
-        const double deviation = std::hypot(diagnosis.axes.rotationDeviation, diagnosis.head.MountingDeviation());
-        const double share = deviation > 0.0 ? difference / deviation : std::numeric_limits<double>::infinity();
-        if (!(ChanceOfDeviation(share, diagnosis.noise.redundancy) < thresholds::falseAlarmRate)) return;
+        const double standardDeviation =
+            std::hypot(diagnosis.axes.rotationStandardDeviation, diagnosis.head.MountingStandardDeviation());
+        if (!(PValueOf(difference, standardDeviation) < thresholds::falseAlarmRate)) return;
         const Kind reason = ReasonForRotation();
         // Without a reason, a head or a capture that is not quite true may be behind a small difference.
-        const bool isSlight = reason == Kind::RotationDisagrees && std::abs(difference) < thresholds::leastWrongAngle;
+        const bool isSlight = reason == Kind::RotationDisagrees && std::abs(difference) < thresholds::rotationBeyondAll;
         Finding finding{reason,
                         isSlight ? Severity::Warning : Severity::Fault,
                         {},
                         capture.rotation,
-                        diagnosis.head.MountingDegrees(),
-                        std::nullopt};
+                        diagnosis.head.MountingDegrees()};
         if (finding.kind != Kind::TiltReversed) {
             finding.captureAt = SwivelForASafeFold(diagnosis.head.model, Tilts());
         }
@@ -265,7 +212,7 @@ private:
         const auto count = static_cast<double>(diagnosis.points.size());
         for (std::size_t i = 0; i < diagnosis.points.size(); ++i) {
             const auto& influence = diagnosis.points[i].influence;
-            if (!influence || !(influence->chance * count < thresholds::falseAlarmRate)) continue;
+            if (!influence || !(influence->pValue * count < thresholds::falseAlarmRate)) continue;
             const auto isKnown = [i](const Finding& each) {
                 return std::ranges::find(each.points, i) != each.points.end();
             };
@@ -275,19 +222,87 @@ private:
         }
     }
 
+    /// The standard deviation of the difference of the component's head centre and the fitted one, along one axis.
+    double DeviationOfCentres(std::size_t axis) const {
+        const double ofFit = std::sqrt(diagnosis.head.poleVariance[axis] * diagnosis.head.NoiseVariance());
+        return std::hypot(diagnosis.axes.headCentre[axis].standardDeviation, ofFit);
+    }
+
+    /// The component's head centre is that of the same circles, and that of the head fitted with the angles.
     void JudgeCentre() {
+        const auto& axes = diagnosis.axes.headCentre;
+        const Vector3 ofCircles{axes[0].value, axes[1].value, axes[2].value};
+        const Vector3 centre = capture.headCentre.value_or(ofCircles);
+        const double apart = model::SafeLength(centre - ofCircles);
+        if (!(apart <= thresholds::sameComputation * std::max(1.0, 0.01 * model::SafeLength(centre)))) {
+            Add(Kind::ComponentDiffers, Severity::Fault, apart);
+        }
+        for (std::size_t i = 0; i < 3; ++i) {
+            const double difference = centre[i] - diagnosis.head.model.pole[i];
+            if (std::abs(difference) < thresholds::leastWrongCentre) continue;
+            if (!(PValueOf(difference, DeviationOfCentres(i)) < thresholds::falseAlarmRate)) continue;
+            return Add(Kind::CentreDisagrees, Severity::Fault, model::SafeLength(centre - diagnosis.head.model.pole),
+                       DeviationOfCentres(i));
+        }
+    }
+
+    /// What the user measured otherwise.
+    void JudgeKnown() {
+        constexpr double surely = 4.0;
+        const Vector3 centre = capture.headCentre.value_or(diagnosis.head.model.pole);
+        if (capture.knownSphere) {
+            const Vector3 off = centre - *capture.knownSphere;
+            const double least =
+                std::max(thresholds::sphereElsewhere, surely * diagnosis.axes.CentreStandardDeviation());
+            // As much as what was taken off the points although they were locked.
+            const bool isLocked =
+                model::SafeLength(off + capture.unlocking) < least && model::SafeLength(capture.unlocking) > least;
+            if (!(model::SafeLength(off) <= least)) {
+                findings.push_back({Kind::SphereElsewhere,
+                                    Severity::Fault,
+                                    {},
+                                    model::SafeLength(off),
+                                    0.0,
+                                    std::nullopt,
+                                    off,
+                                    isLocked ? 1 : 0});
+            }
+        }
+        if (capture.knownStylus) {
+            const double length = model::SafeLength(diagnosis.head.model.tip);
+            const double deviation = std::sqrt(diagnosis.head.tipVariance * diagnosis.head.NoiseVariance());
+            if (!(std::abs(length - *capture.knownStylus) <=
+                  std::max(thresholds::otherStylusLength, surely * deviation))) {
+                Add(Kind::StylusLengthDiffers, Severity::Fault, length, *capture.knownStylus);
+            }
+        }
+    }
+
+    void JudgePrecision() {
         const auto atLeast = [](double noise) { return std::max(noise, thresholds::pointNoiseAtLeast); };
-        const PointNoise noise{atLeast(diagnosis.noise.perSet.aSet), atLeast(diagnosis.noise.perSet.bSet)};
+        // As the circles alone show it, unless one set scatters far more than the other.
+        const double ofCircles = std::sqrt(VarianceOnCircles());
+        const PointNoise& perSet = diagnosis.noise.perSet;
+        const PointNoise noise = diagnosis.noise.isUneven ? PointNoise{atLeast(perSet.aSet), atLeast(perSet.bSet)}
+                                                          : PointNoise{atLeast(ofCircles), atLeast(ofCircles)};
         const auto within = [this](const PointNoise& each) {
-            return 2.0 * CompareAxes(diagnosis.aCircle, diagnosis.bCircle, each).CentreDeviation();
+            return 2.0 * CompareAxes(diagnosis.aCircle, diagnosis.bCircle, each).CentreStandardDeviation();
         };
-        if (!(within(noise) > capture.centreWithin)) return;
+        const double known = within(noise);
+        if (known <= capture.centreWithin) return;
         constexpr double ampleTilt = 80.0, ampleSwivel = 180.0;
         const bool isOfASet = within({noise.aSet, 0.0}) > within({0.0, noise.bSet});
         Kind kind = Kind::CentreUncertain;
         if (isOfASet && diagnosis.aCircle.arcCovered < ampleTilt) kind = Kind::TiltArcShort;
         if (!isOfASet && diagnosis.bCircle.arcCovered < ampleSwivel) kind = Kind::SwivelArcShort;
-        Add(kind, Severity::Warning, within(noise), capture.centreWithin);
+        const bool isUnknown = !(known <= thresholds::centreUnknown * capture.centreWithin);
+        constexpr double hangingShare = 0.2;
+        if (isUnknown && !isOfASet && kind == Kind::CentreUncertain &&
+            diagnosis.bCircle.radius < hangingShare * model::SafeLength(diagnosis.head.model.tip)) {
+            return Add(Kind::CircleTooSmall, Severity::Fault, diagnosis.bCircle.radius, 0.0,
+                       PointRange(sets.aCount, sets.points.size()));
+        }
+        Add(kind, isUnknown ? Severity::Fault : Severity::Warning, known, capture.centreWithin);
     }
 
     void JudgeNoise() {
@@ -299,7 +314,7 @@ private:
         for (const auto& [first, last] : {std::pair{std::size_t{0}, sets.aCount}, {sets.aCount, sets.points.size()}}) {
             const auto points = std::span(diagnosis.points).subspan(first, last - first);
             if (std::ranges::any_of(points, isUnknown)) {
-                Add(Kind::FewPoints, Severity::Note, static_cast<double>(points.size()), 0.0, PointsFrom(first, last));
+                Add(Kind::FewPoints, Severity::Note, static_cast<double>(points.size()), 0.0, PointRange(first, last));
             }
         }
     }

@@ -10,16 +10,20 @@ namespace {
 
 constexpr model::Vector3 unitVectors[] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
 
+double ShareOfDrift(const ModelError& error, std::size_t index) {
+    return static_cast<double>(index - error.first) / static_cast<double>(error.last - error.first);
+}
+
 /// The angles and offsets that hold for one point, all errors counted in.
 struct Angles {
     Angles(const HeadModel& model, const CapturedPoint& point, std::size_t index)
         : tilt(model::ToRadians(point.a)), swivel(model.mounting + model::ToRadians(point.b)) {
         for (const ModelError& error : model.errors) {
-            if (error.Concerns(index)) Take(error);
+            if (error.Concerns(index)) Take(error, index);
         }
     }
 
-    void Take(const ModelError& error) {
+    void Take(const ModelError& error, std::size_t index) {
         const auto& values = error.values;
         switch (error.kind) {
         case ModelError::Kind::TiltAngle:
@@ -31,15 +35,21 @@ struct Angles {
         case ModelError::Kind::Place:
             offset = offset + model::Vector3{values[0], values[1], values[2]};
             break;
+        case ModelError::Kind::Drift:
+            offset = offset + ShareOfDrift(error, index) * model::Vector3{values[0], values[1], values[2]};
+            break;
+        case ModelError::Kind::OtherTip:
+            moreTip = moreTip + model::Vector3{values[0], values[1], values[2]};
+            break;
         case ModelError::Kind::LeaningHead:
             leanX += values[0];
             leanY += values[1];
             break;
         case ModelError::Kind::AxesNotSquare:
-            outOfSquare += values[0];
+            squareness += values[0];
             break;
         case ModelError::Kind::AxesApart:
-            gap += values[0];
+            axisOffset += values[0];
             break;
         }
     }
@@ -48,39 +58,44 @@ struct Angles {
     double swivel;
     double leanX = 0.0;
     double leanY = 0.0;
-    double outOfSquare = 0.0;
-    double gap = 0.0;
+    double squareness = 0.0;
+    double axisOffset = 0.0;
     model::Vector3 offset;
+    model::Vector3 moreTip;
 };
 
 /// The turns of one point, from the head outward: each takes a vector one frame further.
 class Pose {
 public:
     explicit Pose(const Angles& angles)
-        : tilt(-angles.tilt), outOfSquare(angles.outOfSquare), swivel(angles.swivel), leanY(angles.leanY),
-          leanX(angles.leanX), gap{0.0, angles.gap, 0.0}, offset(angles.offset) {}
+        : tilt(-angles.tilt), squareness(angles.squareness), swivel(angles.swivel), leanY(angles.leanY),
+          leanX(angles.leanX), axisOffset{0.0, angles.axisOffset, 0.0}, offset(angles.offset), moreTip(angles.moreTip) {
+    }
 
     model::Vector3 Tilted(const model::Vector3& v) const { return model::AboutX(tilt, v); }
-    model::Vector3 Squared(const model::Vector3& v) const { return model::AboutY(outOfSquare, v); }
+    model::Vector3 Squared(const model::Vector3& v) const { return model::AboutY(squareness, v); }
     model::Vector3 Swivelled(const model::Vector3& v) const { return model::AboutZ(swivel, v); }
     model::Vector3 LeantOnY(const model::Vector3& v) const { return model::AboutY(leanY, v); }
     model::Vector3 LeantOnX(const model::Vector3& v) const { return model::AboutX(leanX, v); }
     model::Vector3 Leant(const model::Vector3& v) const { return LeantOnX(LeantOnY(v)); }
 
-    const model::Vector3& Gap() const { return gap; }
+    const model::Vector3& AxisOffset() const { return axisOffset; }
     const model::Vector3& Offset() const { return offset; }
+    const model::Vector3& MoreTip() const { return moreTip; }
 
 private:
-    model::Rotation tilt, outOfSquare, swivel, leanY, leanX;
-    model::Vector3 gap;
+    model::Rotation tilt, squareness, swivel, leanY, leanX;
+    model::Vector3 axisOffset;
     model::Vector3 offset;
+    model::Vector3 moreTip;
 };
 
 /// The stylus tip from the pole, frame by frame.
 struct TipOnItsWay {
     TipOnItsWay(const Pose& pose, const model::Vector3& tip)
-        : tilted(pose.Tilted(tip)), squared(pose.Squared(tilted)), swivelled(pose.Swivelled(squared + pose.Gap())),
-          leantOnY(pose.LeantOnY(swivelled)), leant(pose.LeantOnX(leantOnY)) {}
+        : tilted(pose.Tilted(tip + pose.MoreTip())), squared(pose.Squared(tilted)),
+          swivelled(pose.Swivelled(squared + pose.AxisOffset())), leantOnY(pose.LeantOnY(swivelled)),
+          leant(pose.LeantOnX(leantOnY)) {}
 
     model::Vector3 tilted;
     model::Vector3 squared;
@@ -90,8 +105,9 @@ struct TipOnItsWay {
 };
 
 /// The derivatives of one error that concerns the point.
-void ErrorDerivatives(ModelError::Kind kind, const Pose& pose, const TipOnItsWay& tip, std::span<model::Vector3> out) {
-    switch (kind) {
+void ErrorDerivatives(const ModelError& error, std::size_t index, const Pose& pose, const TipOnItsWay& tip,
+                      std::span<model::Vector3> out) {
+    switch (error.kind) {
     case ModelError::Kind::TiltAngle:
         out[0] = pose.Leant(pose.Swivelled(pose.Squared(model::Cross(unitVectors[0], tip.tilted))));
         break;
@@ -100,6 +116,14 @@ void ErrorDerivatives(ModelError::Kind kind, const Pose& pose, const TipOnItsWay
         break;
     case ModelError::Kind::Place:
         std::ranges::copy(unitVectors, out.begin());
+        break;
+    case ModelError::Kind::Drift:
+        for (std::size_t i = 0; i < 3; ++i) out[i] = ShareOfDrift(error, index) * unitVectors[i];
+        break;
+    case ModelError::Kind::OtherTip:
+        for (std::size_t i = 0; i < 3; ++i) {
+            out[i] = -pose.Leant(pose.Swivelled(pose.Squared(pose.Tilted(unitVectors[i]))));
+        }
         break;
     case ModelError::Kind::LeaningHead:
         out[0] = -model::Cross(unitVectors[0], tip.leant);
@@ -117,7 +141,8 @@ void ErrorDerivatives(ModelError::Kind kind, const Pose& pose, const TipOnItsWay
 } // namespace
 
 std::size_t ModelError::Unknowns() const {
-    if (kind == Kind::Place) return 3;
+    if (isFixed) return 0;
+    if (kind == Kind::Place || kind == Kind::Drift || kind == Kind::OtherTip) return 3;
     return kind == Kind::LeaningHead ? 2 : 1;
 }
 
@@ -149,8 +174,9 @@ void HeadModel::Derivatives(const CapturedPoint& point, std::size_t index, std::
     std::size_t at = ownUnknowns;
     for (const ModelError& error : errors) {
         const std::span<model::Vector3> own = out.subspan(at, error.Unknowns());
+        if (own.empty()) continue;
         if (error.Concerns(index)) {
-            ErrorDerivatives(error.kind, pose, onItsWay, own);
+            ErrorDerivatives(error, index, pose, onItsWay, own);
         } else {
             std::ranges::fill(own, model::Vector3{});
         }

@@ -15,6 +15,8 @@ struct ModelError {
         TiltAngle,     ///< A was this much more than was written (radians)
         SwivelAngle,   ///< B was this much more than was written (radians)
         Place,         ///< the points stand off their places by this much (X, Y, Z)
+        Drift,         ///< they move away by this much from the first of them to the last, evenly (X, Y, Z)
+        OtherTip,      ///< the stylus tip is off by this much (in the head's frame)
         LeaningHead,   ///< the B axis is turned about machine X and Y (radians)
         AxesNotSquare, ///< the A axis is turned about the head's Y, out of square to the B axis (radians)
         AxesApart      ///< the A axis passes the B axis at this distance, along the head's Y
@@ -24,11 +26,15 @@ struct ModelError {
     std::size_t first = 0; ///< concerns the points from here
     std::size_t last = 0;  ///< to before here
     std::array<double, 3> values{};
+    bool isFixed = false; ///< the values are known and not found by the fit
+    bool isSwap = false;  ///< with the error before or after it: two points have each other's angle
 
     std::size_t Unknowns() const;
     bool Concerns(std::size_t point) const { return first <= point && point < last; }
-    bool IsOfTheHead() const {
-        return kind == Kind::LeaningHead || kind == Kind::AxesNotSquare || kind == Kind::AxesApart;
+    /// A property of the head: it concerns every point of `count`, and is no mistake.
+    bool IsOfTheHead(std::size_t count) const {
+        const bool canBe = kind == Kind::LeaningHead || kind == Kind::AxesNotSquare || kind == Kind::AxesApart;
+        return canBe && first == 0 && last >= count;
     }
 };
 

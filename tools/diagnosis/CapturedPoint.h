@@ -3,6 +3,8 @@
 #include "tools/model/Vector3.h"
 
 #include <cstddef>
+#include <numeric>
+#include <span>
 #include <vector>
 
 namespace qmv40::diagnosis {
@@ -22,5 +24,25 @@ struct CapturedSets {
 
     bool IsOfASet(std::size_t index) const { return index < aCount; }
 };
+
+inline std::vector<model::Vector3> PositionsOf(std::span<const CapturedPoint> points) {
+    std::vector<model::Vector3> positions;
+    positions.reserve(points.size());
+    for (const CapturedPoint& point : points) positions.push_back(point.position);
+    return positions;
+}
+
+inline model::Vector3 MeanPosition(std::span<const CapturedPoint> points) {
+    model::Vector3 sum;
+    for (const CapturedPoint& point : points) sum = sum + point.position;
+    return (1.0 / static_cast<double>(points.size())) * sum;
+}
+
+/// The numbers of the points from `first` to before `last`.
+inline std::vector<std::size_t> PointRange(std::size_t first, std::size_t last) {
+    std::vector<std::size_t> points(last - first);
+    std::iota(points.begin(), points.end(), first);
+    return points;
+}
 
 } // namespace qmv40::diagnosis

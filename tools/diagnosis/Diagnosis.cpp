@@ -1,6 +1,7 @@
 #include "tools/diagnosis/Diagnosis.h"
 
 #include "tools/diagnosis/CaptureEvaluation.h"
+#include "tools/diagnosis/MistakeJudgement.h"
 #include "tools/diagnosis/MistakeSearch.h"
 #include "tools/diagnosis/Statistics.h"
 #include "tools/model/Angles.h"
@@ -11,73 +12,85 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-std::vector<model::Vector3> PositionsOf(std::span<const CapturedPoint> points) {
-    std::vector<model::Vector3> positions;
-    positions.reserve(points.size());
-    for (const CapturedPoint& point : points) positions.push_back(point.position);
-    return positions;
-}
-
 /// Variance of one circle, never below what rounding makes of it.
 double VarianceOf(const AxisCircle& circle) {
-    return std::max(circle.sumOfSquares / circle.Redundancy(), thresholds::leastVariance);
+    return std::max(circle.sumOfSquares / circle.DegreesOfFreedom(), thresholds::leastVariance);
 }
 
-NoiseFigures NoiseOf(const AxisCircle& a, const AxisCircle& b) {
+bool IsUneven(const AxisCircle& a, const AxisCircle& b) {
     const double ratio = VarianceOf(a) / VarianceOf(b);
-    const double either = 2.0 * std::min(ChanceOfRatio(ratio, a.Redundancy(), b.Redundancy()),
-                                         ChanceOfRatio(1.0 / ratio, b.Redundancy(), a.Redundancy()));
-    const bool isUneven = either < thresholds::falseAlarmRate;
-    const int redundancy = a.Redundancy() + b.Redundancy();
-    const double together = std::sqrt((a.sumOfSquares + b.sumOfSquares) / redundancy);
-    const auto own = [](const AxisCircle& circle) { return std::sqrt(circle.sumOfSquares / circle.Redundancy()); };
-    return {isUneven ? PointNoise{own(a), own(b)} : PointNoise{together, together}, redundancy, isUneven};
+    const double either = 2.0 * std::min(FTestUpperTail(ratio, a.DegreesOfFreedom(), b.DegreesOfFreedom()),
+                                         FTestUpperTail(1.0 / ratio, b.DegreesOfFreedom(), a.DegreesOfFreedom()));
+    return either < thresholds::falseAlarmRate;
 }
 
-/// Of the circle without one of its points: how often noise alone would make the others agree so much better.
-double ChanceOfPoint(const AxisCircle& all, const AxisCircle& others) {
-    const double gain = std::max(0.0, all.sumOfSquares - others.sumOfSquares) / 2.0;
-    return ChanceOfRatio(gain / VarianceOf(others), 2.0, others.Redundancy());
+/// The search takes all points to scatter alike. Where one set scatters more, it finds mistake after mistake in that
+/// set, although the head without any explains all points as well as the noisier set follows its circle.
+bool IsUnevenNoiseAlone(const CapturedSets& sets, const HeadExplained& explained, const AxisCircle& a,
+                        const AxisCircle& b) {
+    const double noisier = std::max(VarianceOf(a), VarianceOf(b));
+    return explained.rewriting.kind == Rewriting::Kind::None && MistakesAreTooMany(sets, explained.fit.model) &&
+           IsUneven(a, b) && std::sqrt(noisier) < thresholds::unevenNoiseCeiling &&
+           explained.plain.NoiseVariance() <= noisier;
 }
 
-/// Looks at one set with each of its points left out in turn.
+/// The head fitted with the angles has far more observations to tell the noise from than the circles alone. It counts
+/// where these have few, unless points leave their places by more than they leave their circles.
+NoiseFigures NoiseOf(const AxisCircle& a, const AxisCircle& b, const HeadFit& head) {
+    const bool isUneven = IsUneven(a, b);
+    const int degreesOfFreedom = a.DegreesOfFreedom() + b.DegreesOfFreedom();
+    const double ofCircles = (a.sumOfSquares + b.sumOfSquares) / degreesOfFreedom;
+    const bool isOne = FTestUpperTail(head.NoiseVariance() / std::max(ofCircles, thresholds::leastVariance),
+                                      head.degreesOfFreedom, degreesOfFreedom) > thresholds::falseAlarmRate;
+    // With few degrees of freedom the circles may agree by luck.
+    constexpr int few = 10;
+    const double together =
+        std::sqrt(isOne && degreesOfFreedom < few ? std::max(ofCircles, head.NoiseVariance()) : ofCircles);
+    const auto own = [](const AxisCircle& circle) {
+        return std::sqrt(circle.sumOfSquares / circle.DegreesOfFreedom());
+    };
+    return {isUneven ? PointNoise{own(a), own(b)} : PointNoise{together, together}, degreesOfFreedom, isUneven};
+}
+
+/// What becomes of a set when each of its points is left out in turn: to first order, from the covariances of its
+/// circle, so that it takes the same time for each point.
 class LeaveOneOut {
 public:
-    LeaveOneOut(const Diagnosis& theDiagnosis, const AxisCircle& theSet, std::vector<model::Vector3> thePositions)
-        : diagnosis(theDiagnosis), set(theSet), positions(std::move(thePositions)) {}
+    LeaveOneOut(const Diagnosis& theDiagnosis, bool isOfASet)
+        : diagnosis(theDiagnosis), isA(isOfASet), set(isOfASet ? diagnosis.aCircle : diagnosis.bCircle),
+          centre(NearestPointOfBAxis(diagnosis.aCircle, diagnosis.bCircle)) {}
 
     std::optional<Influence> Of(std::size_t index) const {
-        std::vector<model::Vector3> others = positions;
-        others.erase(others.begin() + static_cast<std::ptrdiff_t>(index));
-        const auto circle = FitAxisCircle(others);
-        if (!circle || circle->Redundancy() < 1) return std::nullopt;
-        const bool isA = &set == &diagnosis.aCircle;
-        const AxisCircle& a = isA ? *circle : diagnosis.aCircle;
-        const AxisCircle& b = isA ? diagnosis.bCircle : *circle;
-        const model::Vector3 shift =
-            NearestPointOfBAxis(a, b) - NearestPointOfBAxis(diagnosis.aCircle, diagnosis.bCircle);
+        const int left = set.DegreesOfFreedom() - 2;
+        if (left < 1) return std::nullopt;
+        const CircleWithout without = WithoutPoint(set, index);
+        const AxisCircle changed{without.centre, without.normal, {}, {}, 0.0, {}, 0.0, 0.0, {}};
+        const AxisCircle& a = isA ? changed : diagnosis.aCircle;
+        const AxisCircle& b = isA ? diagnosis.bCircle : changed;
         // An axis has no sense: half a turn is none.
         const double turn = std::remainder(BearingOfAAxis(a) - BearingOfAAxis(diagnosis.aCircle), 180.0);
-        return Influence{model::SafeLength(shift), turn, ChanceOfPoint(set, *circle)};
+        const double variance = std::max((set.sumOfSquares - without.gain) / left, thresholds::leastVariance);
+        return Influence{model::SafeLength(NearestPointOfBAxis(a, b) - centre), turn,
+                         FTestUpperTail(without.gain / 2.0 / variance, 2.0, left)};
     }
 
 private:
     const Diagnosis& diagnosis;
+    bool isA;
     const AxisCircle& set;
-    std::vector<model::Vector3> positions;
+    model::Vector3 centre;
 };
 
 /// The head as fitted, without what was found to be wrong with single points or sets.
-HeadModel HeadItself(HeadModel model) {
-    std::erase_if(model.errors, [](const ModelError& error) { return !error.IsOfTheHead(); });
+HeadModel HeadItself(HeadModel model, std::size_t points) {
+    std::erase_if(model.errors, [points](const ModelError& error) { return !error.IsOfTheHead(points); });
     return model;
 }
 
 std::vector<PointDiagnosis> PointsOf(const CapturedSets& sets, const Diagnosis& diagnosis) {
     const std::span all(sets.points);
-    const LeaveOneOut fromA(diagnosis, diagnosis.aCircle, PositionsOf(all.first(sets.aCount)));
-    const LeaveOneOut fromB(diagnosis, diagnosis.bCircle, PositionsOf(all.subspan(sets.aCount)));
-    const HeadModel head = HeadItself(diagnosis.head.model);
+    const LeaveOneOut fromA(diagnosis, true), fromB(diagnosis, false);
+    const HeadModel head = HeadItself(diagnosis.head.model, all.size());
     std::vector<PointDiagnosis> points;
     for (std::size_t i = 0; i < all.size(); ++i) {
         const bool isA = sets.IsOfASet(i);
@@ -101,13 +114,15 @@ std::optional<Diagnosis> Diagnose(const CaptureUnderTest& capture) {
     const auto aCircle = FitAxisCircle(std::span(positions).first(sets.aCount));
     const auto bCircle = FitAxisCircle(std::span(positions).subspan(sets.aCount));
     if (!aCircle || !bCircle) return std::nullopt;
-    const HeadExplained explained = ExplainHead(sets);
+    HeadExplained explained = ExplainHead(sets, capture.unlocking);
     if (!std::isfinite(explained.fit.sumOfSquares)) return std::nullopt;
+    if (IsUnevenNoiseAlone(sets, explained, *aCircle, *bCircle)) explained.fit = explained.plain;
 
-    const NoiseFigures noise = NoiseOf(*aCircle, *bCircle);
+    const NoiseFigures noise = NoiseOf(*aCircle, *bCircle, explained.fit);
     const double difference = model::Wrapped(capture.rotation - explained.fit.MountingDegrees());
-    Diagnosis diagnosis{*aCircle,      *bCircle,   noise, CompareAxes(*aCircle, *bCircle, noise.perSet),
-                        explained.fit, difference, {},    {}};
+    Diagnosis diagnosis{
+        *aCircle,   *bCircle, noise, CompareAxes(*aCircle, *bCircle, noise.perSet), explained.fit, explained.rewriting,
+        difference, {},       {}};
     diagnosis.points = PointsOf(sets, diagnosis);
     diagnosis.findings = Judge(capture, explained.plain, diagnosis);
     return diagnosis;

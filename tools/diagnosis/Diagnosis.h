@@ -5,6 +5,7 @@
 #include "tools/diagnosis/Finding.h"
 #include "tools/diagnosis/HeadAxes.h"
 #include "tools/diagnosis/HeadFit.h"
+#include "tools/diagnosis/Rewriting.h"
 #include "tools/diagnosis/Thresholds.h"
 
 namespace qmv40::diagnosis {
@@ -14,13 +15,17 @@ struct CaptureUnderTest {
     CapturedSets sets;
     double rotation = 0.0; ///< RequiredRotationAroundZ, degrees
     double centreWithin = thresholds::centreWithin;
+    std::optional<model::Vector3> headCentre = std::nullopt;  ///< as the component computed it
+    model::Vector3 unlocking = {};                            ///< the shift that was taken off the points
+    std::optional<model::Vector3> knownSphere = std::nullopt; ///< as it was measured with a qualified tip
+    std::optional<double> knownStylus = std::nullopt;         ///< the length of the stylus
 };
 
 /// What becomes of the head when one point is left out.
 struct Influence {
     double centreShift;   ///< how far the head centre moves
     double rotationShift; ///< by how much the rotation changes, degrees
-    double chance;        ///< how often noise alone would set the point so far off the circle of the others
+    double pValue;        ///< how often noise alone would set the point so far off the circle of the others
 };
 
 struct PointDiagnosis {
@@ -33,7 +38,7 @@ struct PointDiagnosis {
 /// are surely not the same.
 struct NoiseFigures {
     PointNoise perSet;
-    int redundancy;
+    int degreesOfFreedom;
     bool isUneven;
 };
 
@@ -43,6 +48,7 @@ struct Diagnosis {
     NoiseFigures noise;
     HeadAxes axes;
     HeadFit head;              ///< the second opinion, with what it takes for mistakes
+    Rewriting rewriting;       ///< the capture read otherwise, which `head` then is of
     double rotationDifference; ///< the component's rotation less the fitted mounting angle, degrees, -180 to 180
     std::vector<PointDiagnosis> points;
     std::vector<Finding> findings; ///< the gravest first

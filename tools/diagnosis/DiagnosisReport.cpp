@@ -16,15 +16,18 @@ using model::Vector3;
 constexpr int residualPlaces = 6; // residuals and deviations: tenths of a micrometre are a good machine's noise
 constexpr int positionPlaces = 4; // positions and angles
 
+/// Residuals are micrometres for people.
+std::string Micrometres(double millimetres) { return text::FixedText(1000.0 * millimetres, 1); }
+
 /// Figures with their standard deviations and units.
 class EstimateTable {
 public:
     EstimateTable()
         : table({{"", text::Table::Align::Left}, {""}, {"std deviation"}, {"", text::Table::Align::Left}}) {}
 
-    void Add(const std::string& figure, double value, double deviation, const std::string& unit) {
+    void Add(const std::string& figure, double value, double standardDeviation, const std::string& unit) {
         table.AddRow(
-            {figure, text::FixedText(value, positionPlaces), text::FixedText(deviation, residualPlaces), unit});
+            {figure, text::FixedText(value, positionPlaces), text::FixedText(standardDeviation, residualPlaces), unit});
     }
     void Add(const std::string& figure, double value, const std::string& unit, int decimals = positionPlaces) {
         table.AddRow({figure, text::FixedText(value, decimals), "", unit});
@@ -40,30 +43,31 @@ void PrintPrecision(const Diagnosis& diagnosis, const text::Console& console) {
     EstimateTable table;
     const char* const names[] = {"head centre X", "head centre Y", "head centre Z"};
     for (std::size_t i = 0; i < 3; ++i) {
-        table.Add(names[i], axes.headCentre[i].value, axes.headCentre[i].deviation, "mm");
+        table.Add(names[i], axes.headCentre[i].value, axes.headCentre[i].standardDeviation, "mm");
     }
     const double rotation = diagnosis.head.MountingDegrees() + diagnosis.rotationDifference;
-    table.Add("rotation about Z", rotation, axes.rotationDeviation, "deg");
-    table.Add("A axis passes B axis at", std::abs(axes.gap.value), axes.gap.deviation, "mm");
-    table.Add("axes out of square by", std::abs(axes.outOfSquare.value), axes.outOfSquare.deviation, "deg");
-    const double lean = std::max(axes.leanTowardsX.deviation, axes.leanTowardsY.deviation);
-    table.Add("B axis off the vertical by", axes.Lean(), lean, "deg");
+    table.Add("rotation about Z", rotation, axes.rotationStandardDeviation, "deg");
+    table.Add("A axis passes B axis at", std::abs(axes.axisOffset.value), axes.axisOffset.standardDeviation, "mm");
+    table.Add("axes out of square by", std::abs(axes.squareness.value), axes.squareness.standardDeviation, "deg");
+    const double lean =
+        std::max(axes.offVerticalTowardsX.standardDeviation, axes.offVerticalTowardsY.standardDeviation);
+    table.Add("B axis off the vertical by", axes.offVertical, lean, "deg");
     console.out << console.Strong("How well they are known") << '\n';
     table.Print(console);
-    console.out << "  from " << diagnosis.noise.redundancy << " redundant observations: a point scatters by ";
+    console.out << "  from " << diagnosis.noise.degreesOfFreedom << " degrees of freedom: a point scatters by ";
     const PointNoise& noise = diagnosis.noise.perSet;
     if (diagnosis.noise.isUneven) {
-        console.out << text::FixedText(noise.aSet, residualPlaces) << " mm in the A set, "
-                    << text::FixedText(noise.bSet, residualPlaces) << " mm in the B set\n";
+        console.out << Micrometres(noise.aSet) << " um in the A set, " << Micrometres(noise.bSet)
+                    << " um in the B set\n";
     } else {
-        console.out << text::FixedText(noise.aSet, residualPlaces) << " mm in each coordinate\n";
+        console.out << Micrometres(noise.aSet) << " um in each coordinate\n";
     }
 }
 
 void PrintSecondOpinion(const Diagnosis& diagnosis, const text::Console& console) {
     const HeadFit& head = diagnosis.head;
     EstimateTable table;
-    table.Add("rotation about Z", head.MountingDegrees(), head.MountingDeviation(), "deg");
+    table.Add("rotation about Z", head.MountingDegrees(), head.MountingStandardDeviation(), "deg");
     table.Add("component's rotation differs by", diagnosis.rotationDifference, "deg");
     table.Add("pole sphere X", head.model.pole.x, "mm");
     table.Add("pole sphere Y", head.model.pole.y, "mm");
@@ -74,9 +78,21 @@ void PrintSecondOpinion(const Diagnosis& diagnosis, const text::Console& console
     table.Add("RMS of the residuals", head.Rms(), "mm", residualPlaces);
     console.out << console.Strong("Second opinion: the whole head fitted with the captured angles") << '\n';
     table.Print(console);
-    console.out << "  " << head.model.Unknowns() << " unknowns, " << head.redundancy << " redundant observations";
+    console.out << "  " << head.model.Unknowns() << " unknowns, " << head.degreesOfFreedom << " degrees of freedom";
     if (!head.model.errors.empty()) console.out << "; what is wrong with the capture is among the unknowns";
     console.out << '\n';
+}
+
+/// All of a capture made by hand; of more, those farthest off their places.
+std::vector<std::size_t> PointsToShow(const Diagnosis& diagnosis) {
+    constexpr std::size_t most = 100, few = 20;
+    std::vector<std::size_t> points = PointRange(0, diagnosis.points.size());
+    if (points.size() <= most) return points;
+    std::ranges::partial_sort(points, points.begin() + few, std::ranges::greater(),
+                              [&](std::size_t i) { return diagnosis.points[i].offPlace; });
+    points.resize(few);
+    std::ranges::sort(points);
+    return points;
 }
 
 void PrintPoints(const Diagnosis& diagnosis, const CaptureFiles& files, const text::Console& console) {
@@ -88,31 +104,39 @@ void PrintPoints(const Diagnosis& diagnosis, const CaptureFiles& files, const te
                        {"off its place"},
                        {"moves centre"},
                        {"turns head"}});
-    table.AddRow({"", "deg", "deg", "mm", "mm", "mm", "mm", "deg"});
-    for (std::size_t i = 0; i < diagnosis.points.size(); ++i) {
+    table.AddRow({"", "deg", "deg", "um", "um", "um", "um", "deg"});
+    const std::vector<std::size_t> shown = PointsToShow(diagnosis);
+    for (const std::size_t i : shown) {
         const PointDiagnosis& point = diagnosis.points[i];
         const HeadAlignmentDataItem& item = files.ItemOf(i);
         std::vector<std::string> row{std::string(files.IsOfASet(i) ? "A" : "B") + " set, line " +
                                          std::to_string(files.LineOf(i)),
                                      text::ExactText(item.APosition),
                                      text::ExactText(item.BPosition),
-                                     text::FixedText(point.onCircle.radial, residualPlaces),
-                                     text::FixedText(point.onCircle.outOfPlane, residualPlaces),
-                                     text::FixedText(point.offPlace, residualPlaces)};
+                                     Micrometres(point.onCircle.radial),
+                                     Micrometres(point.onCircle.outOfPlane),
+                                     Micrometres(point.offPlace)};
         if (point.influence) {
-            row.push_back(text::FixedText(point.influence->centreShift, residualPlaces));
+            row.push_back(Micrometres(point.influence->centreShift));
             row.push_back(text::FixedText(point.influence->rotationShift, residualPlaces));
         }
         table.AddRow(std::move(row));
     }
     console.out << console.Strong("Points: how far each lies off, and what leaving it out would change") << '\n';
     table.Print(console);
+    if (shown.size() == diagnosis.points.size()) return;
+    console.out << "  The " << shown.size() << " points farthest off their places, of " << diagnosis.points.size()
+                << ".\n";
+}
+
+std::string Red(const std::string& text, const text::Console& console) {
+    return console.colour ? "\x1b[1;31m" + text + "\x1b[0m" : text;
 }
 
 /// Broken at blanks so that no line is longer than a terminal is wide; `first` stands before the first line, as many
 /// blanks before the others.
 std::string Indented(const std::string& first, const std::string& text) {
-    constexpr std::size_t width = 110;
+    constexpr std::size_t width = 100;
     std::istringstream words(text);
     std::string lines = first;
     std::size_t column = first.size();
@@ -134,7 +158,7 @@ std::string Indented(const std::string& first, const std::string& text) {
 text::Json VectorJson(const Vector3& v) { return {{"X", v.x}, {"Y", v.y}, {"Z", v.z}}; }
 
 text::Json EstimateJson(const Estimate& estimate) {
-    return {{"value", estimate.value}, {"standardDeviation", estimate.deviation}};
+    return {{"value", estimate.value}, {"standardDeviation", estimate.standardDeviation}};
 }
 
 text::Json PointPlaceJson(std::size_t point, const CaptureFiles& files) {
@@ -166,7 +190,7 @@ text::Json CapturedPointJson(const PointDiagnosis& point, const HeadAlignmentDat
     if (point.influence) {
         document["leftOut"] = {{"centreShift", point.influence->centreShift},
                                {"rotationShift", point.influence->rotationShift},
-                               {"chance", point.influence->chance}};
+                               {"pValue", point.influence->pValue}};
     }
     return document;
 }
@@ -174,12 +198,15 @@ text::Json CapturedPointJson(const PointDiagnosis& point, const HeadAlignmentDat
 text::Json SetJson(const AxisCircle& circle, double noise, const Diagnosis& diagnosis, const CaptureFiles& files,
                    std::size_t first) {
     text::Json points = text::Json::Array();
-    for (std::size_t i = first; i < first + circle.points.size(); ++i) {
+    // A document of a million points helps nobody.
+    constexpr std::size_t most = 10000;
+    const std::size_t listed = std::min(circle.points.size(), most);
+    for (std::size_t i = first; i < first + listed; ++i) {
         points.PushBack(CapturedPointJson(diagnosis.points[i], files.ItemOf(i), files.LineOf(i)));
     }
     return {{"file", files.FileOf(first).name},
             {"arcCovered", circle.arcCovered},
-            {"redundancy", circle.Redundancy()},
+            {"degreesOfFreedom", circle.DegreesOfFreedom()},
             {"rms", circle.Rms()},
             {"noise", noise},
             {"points", std::move(points)}};
@@ -188,12 +215,12 @@ text::Json SetJson(const AxisCircle& circle, double noise, const Diagnosis& diag
 text::Json SecondOpinionJson(const Diagnosis& diagnosis) {
     const HeadFit& head = diagnosis.head;
     return {{"poleSphere", VectorJson(head.model.pole)},
-            {"mountingAngle", EstimateJson({head.MountingDegrees(), head.MountingDeviation()})},
+            {"mountingAngle", EstimateJson({head.MountingDegrees(), head.MountingStandardDeviation()})},
             {"stylusTip", VectorJson(head.model.tip)},
             {"rotationDifference", diagnosis.rotationDifference},
             {"rms", head.Rms()},
             {"unknowns", head.model.Unknowns()},
-            {"redundancy", head.redundancy}};
+            {"degreesOfFreedom", head.degreesOfFreedom}};
 }
 
 /// The gravest, or that there are none.
@@ -215,12 +242,22 @@ void PrintDiagnosis(const Diagnosis& diagnosis, const CaptureFiles& files, const
     PrintPoints(diagnosis, files, console);
 }
 
+void PrintVerdict(const std::vector<Finding>& findings, const CaptureFiles& files, const Vector3& tip,
+                  const text::Console& console) {
+    const std::string verdict = VerdictOf(findings);
+    console.out << console.Strong("Verdict: ") << (verdict == "fault" ? Red(verdict, console) : console.Strong(verdict))
+                << '\n';
+    if (verdict == "good") console.out << "  circles, axes and angles agree\n";
+    PrintFindings(findings, files, tip, console.out, console.colour);
+}
+
 void PrintFindings(const std::vector<Finding>& findings, const CaptureFiles& files, const Vector3& tip,
-                   std::ostream& out) {
-    if (findings.empty()) out << "  none: circles, axes and angles agree\n";
+                   std::ostream& out, bool colour) {
     for (const Finding& finding : findings) {
         const FindingWords words = WordsFor(finding, files, tip);
-        out << "  " << NameOf(finding.severity) << ": " << NameOf(finding.kind) << '\n'
+        const std::string head = std::string(NameOf(finding.severity)) + ": " + std::string(NameOf(finding.kind));
+        const bool isRed = colour && finding.severity == Severity::Fault;
+        out << "  " << (isRed ? "\x1b[31m" + head + "\x1b[0m" : head) << '\n'
             << Indented("    ", words.sentence) << Indented("    -> ", words.remedy);
     }
 }
@@ -234,14 +271,14 @@ text::Json FindingsJson(const std::vector<Finding>& findings, const CaptureFiles
 text::Json DiagnosisJson(const Diagnosis& diagnosis, const CaptureFiles& files) {
     const HeadAxes& axes = diagnosis.axes;
     text::Json document = FindingsJson(diagnosis.findings, files, diagnosis.head.model.tip);
-    document["standardDeviations"] = {{"X", axes.headCentre[0].deviation},
-                                      {"Y", axes.headCentre[1].deviation},
-                                      {"Z", axes.headCentre[2].deviation},
-                                      {"rotationAroundZ", axes.rotationDeviation}};
-    document["axes"] = {{"gap", EstimateJson(axes.gap)},
-                        {"outOfSquare", EstimateJson(axes.outOfSquare)},
-                        {"leanTowardsX", EstimateJson(axes.leanTowardsX)},
-                        {"leanTowardsY", EstimateJson(axes.leanTowardsY)}};
+    document["standardDeviations"] = {{"X", axes.headCentre[0].standardDeviation},
+                                      {"Y", axes.headCentre[1].standardDeviation},
+                                      {"Z", axes.headCentre[2].standardDeviation},
+                                      {"rotationAroundZ", axes.rotationStandardDeviation}};
+    document["axes"] = {{"axisOffset", EstimateJson(axes.axisOffset)},
+                        {"squareness", EstimateJson(axes.squareness)},
+                        {"offVerticalTowardsX", EstimateJson(axes.offVerticalTowardsX)},
+                        {"offVerticalTowardsY", EstimateJson(axes.offVerticalTowardsY)}};
     document["secondOpinion"] = SecondOpinionJson(diagnosis);
     const PointNoise& noise = diagnosis.noise.perSet;
     document["aAxis"] = SetJson(diagnosis.aCircle, noise.aSet, diagnosis, files, 0);

@@ -11,9 +11,11 @@ namespace qmv40::diagnosis {
 
 /// How well the head is known, the second opinion, and every point.
 void PrintDiagnosis(const Diagnosis& diagnosis, const CaptureFiles& files, const text::Console& console);
-/// The findings, each with what to do; that there are none when there are none.
+/// The verdict and the findings, the gravest first, each with what to do.
+void PrintVerdict(const std::vector<Finding>& findings, const CaptureFiles& files, const model::Vector3& tip,
+                  const text::Console& console);
 void PrintFindings(const std::vector<Finding>& findings, const CaptureFiles& files, const model::Vector3& tip,
-                   std::ostream& out);
+                   std::ostream& out, bool colour = false);
 
 text::Json DiagnosisJson(const Diagnosis& diagnosis, const CaptureFiles& files);
 text::Json FindingsJson(const std::vector<Finding>& findings, const CaptureFiles& files, const model::Vector3& tip);

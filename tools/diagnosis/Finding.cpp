@@ -4,6 +4,14 @@ namespace qmv40::diagnosis {
 
 std::string_view NameOf(FindingKind kind) {
     switch (kind) {
+    case FindingKind::TooFewPositions:
+        return "too-few-positions";
+    case FindingKind::CircleTooSmall:
+        return "circle-too-small";
+    case FindingKind::TipInForce:
+        return "tip-in-force";
+    case FindingKind::UnitsWrong:
+        return "units-wrong";
     case FindingKind::SetsExchanged:
         return "sets-exchanged";
     case FindingKind::OtherAxisNotHeld:
@@ -12,6 +20,12 @@ std::string_view NameOf(FindingKind kind) {
         return "swivel-reversed";
     case FindingKind::TiltReversed:
         return "tilt-reversed";
+    case FindingKind::AxisMirrored:
+        return "axis-mirrored";
+    case FindingKind::AxesExchanged:
+        return "axes-exchanged";
+    case FindingKind::ArmHorizontal:
+        return "arm-horizontal";
     case FindingKind::AnglesSwapped:
         return "angles-swapped";
     case FindingKind::AngleMistyped:
@@ -20,16 +34,32 @@ std::string_view NameOf(FindingKind kind) {
         return "other-axis-moved";
     case FindingKind::SetAngleWrong:
         return "set-angle-wrong";
+    case FindingKind::CapturedLocked:
+        return "captured-locked";
+    case FindingKind::TurnedOnMount:
+        return "turned-on-mount";
+    case FindingKind::HeadTilted:
+        return "head-tilted";
+    case FindingKind::SphereMoved:
+        return "sphere-moved";
+    case FindingKind::SetsApart:
+        return "sets-apart";
+    case FindingKind::Drifts:
+        return "drifts";
+    case FindingKind::StylusChanged:
+        return "stylus-changed";
+    case FindingKind::StylusBent:
+        return "stylus-bent";
     case FindingKind::PointOff:
         return "point-off";
     case FindingKind::PointSuspicious:
         return "point-suspicious";
-    case FindingKind::SetsApart:
-        return "sets-apart";
     case FindingKind::PointsContradict:
         return "points-contradict";
     case FindingKind::AnglesInexact:
         return "angles-inexact";
+    case FindingKind::NumbersTooLarge:
+        return "numbers-too-large";
     case FindingKind::AxesParallel:
         return "axes-parallel";
     case FindingKind::AxesNotSquare:
@@ -44,6 +74,14 @@ std::string_view NameOf(FindingKind kind) {
         return "tip-off-axis";
     case FindingKind::RotationDisagrees:
         return "rotation-disagrees";
+    case FindingKind::CentreDisagrees:
+        return "centre-disagrees";
+    case FindingKind::ComponentDiffers:
+        return "component-differs";
+    case FindingKind::SphereElsewhere:
+        return "sphere-elsewhere";
+    case FindingKind::StylusLengthDiffers:
+        return "stylus-length-differs";
     case FindingKind::TiltArcShort:
         return "tilt-arc-short";
     case FindingKind::SwivelArcShort:

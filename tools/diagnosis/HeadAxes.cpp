@@ -13,7 +13,7 @@ struct Axis {
     model::Vector3 direction; ///< of unit length
 };
 
-enum Figure { CentreX, CentreY, CentreZ, Gap, OutOfSquare, LeanX, LeanY, BearingOfA, figureCount };
+enum Figure { CentreX, CentreY, CentreZ, AxisOffset, Squareness, LeanX, LeanY, BearingOfA, figureCount };
 using Figures = std::array<double, figureCount>;
 
 /// What moves an axis: its point along the circle's three directions, its direction towards two of them.
@@ -75,10 +75,9 @@ template <typename FiguresOfMoved> Figures Variances(const AxisCircle& circle, c
 
 } // namespace
 
-double HeadAxes::Lean() const { return std::hypot(leanTowardsX.value, leanTowardsY.value); }
-
-double HeadAxes::CentreDeviation() const {
-    return std::hypot(headCentre[0].deviation, headCentre[1].deviation, headCentre[2].deviation);
+double HeadAxes::CentreStandardDeviation() const {
+    return std::hypot(headCentre[0].standardDeviation, headCentre[1].standardDeviation,
+                      headCentre[2].standardDeviation);
 }
 
 HeadAxes CompareAxes(const AxisCircle& a, const AxisCircle& b, const PointNoise& noise) {
@@ -94,12 +93,13 @@ HeadAxes CompareAxes(const AxisCircle& a, const AxisCircle& b, const PointNoise&
     const double between =
         std::atan2(model::SafeLength(model::Cross(a.normal, b.normal)), std::abs(model::Dot(a.normal, b.normal)));
     return {{estimate(CentreX), estimate(CentreY), estimate(CentreZ)},
-            estimate(Gap),
-            estimate(OutOfSquare),
+            estimate(AxisOffset),
+            estimate(Squareness),
             estimate(LeanX),
             estimate(LeanY),
-            estimate(BearingOfA).deviation,
-            model::ToDegrees(between)};
+            estimate(BearingOfA).standardDeviation,
+            model::ToDegrees(between),
+            model::ToDegrees(std::atan2(std::hypot(b.normal.x, b.normal.y), std::abs(b.normal.z)))};
 }
 
 model::Vector3 NearestPointOfBAxis(const AxisCircle& a, const AxisCircle& b) {

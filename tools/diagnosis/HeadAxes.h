@@ -7,23 +7,24 @@ namespace qmv40::diagnosis {
 /// A figure and its standard deviation.
 struct Estimate {
     double value = 0.0;
-    double deviation = 0.0;
+    double standardDeviation = 0.0;
 };
 
 /// How the axes of the two circles stand to each other, with the standard deviations that the noise of the points gives
 /// them through the covariances of both circles. Angles in degrees.
 struct HeadAxes {
-    Estimate headCentre[3];   ///< the point of the B axis nearest to the A axis; not finite for parallel axes
-    Estimate gap;             ///< by how much the A axis passes the B axis; its sign is arbitrary
-    Estimate outOfSquare;     ///< what the angle between the axes lacks to 90; its sign is arbitrary
-    Estimate leanTowardsX;    ///< of the B axis, off the vertical
-    Estimate leanTowardsY;    //
-    double rotationDeviation; ///< standard deviation of the plane's bearing about Z, and so of the head's rotation
-    double angleBetween;      ///< 0 to 90
+    Estimate headCentre[3];       ///< the point of the B axis nearest to the A axis; not finite for parallel axes
+    Estimate axisOffset;          ///< by how much the A axis passes the B axis; its sign is arbitrary
+    Estimate squareness;          ///< what the angle between the axes lacks to 90; its sign is arbitrary
+    Estimate offVerticalTowardsX; ///< of the B axis, off the vertical
+    Estimate offVerticalTowardsY; //
+    double
+        rotationStandardDeviation; ///< standard deviation of the plane's bearing about Z, and so of the head's rotation
+    double angleBetween;           ///< 0 to 90
+    double offVertical;            ///< of the B axis, 0 to 90
 
-    double Lean() const;
     /// Of the head centre, over all directions.
-    double CentreDeviation() const;
+    double CentreStandardDeviation() const;
 };
 
 /// Standard deviation of the noise of a point in one coordinate, as the circles show it.

@@ -81,7 +81,9 @@ double HeadFit::Rms() const { return std::sqrt(sumOfSquares / static_cast<double
 
 double HeadFit::MountingDegrees() const { return model::Wrapped(model::ToDegrees(model.mounting)); }
 
-double HeadFit::MountingDeviation() const { return model::ToDegrees(std::sqrt(mountingVariance * NoiseVariance())); }
+double HeadFit::MountingStandardDeviation() const {
+    return model::ToDegrees(std::sqrt(mountingVariance * NoiseVariance()));
+}
 
 HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start) {
     constexpr int mostSteps = 60;
@@ -89,14 +91,18 @@ HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start) {
     fit.model = start;
     fit.residuals = ResidualsOf(points, start);
     fit.sumOfSquares = SumOfSquares(fit.residuals);
-    fit.redundancy = 3 * static_cast<int>(points.size()) - static_cast<int>(start.Unknowns());
+    fit.degreesOfFreedom = 3 * static_cast<int>(points.size()) - static_cast<int>(start.Unknowns());
     double damping = 1e-9;
     for (int i = 0; i < mostSteps && Improve(points, fit, damping); ++i) {
     }
     const auto covariance = EquationsOf(points, fit.model, fit.residuals).Covariance();
-    constexpr std::size_t mounting = 3;
-    fit.mountingVariance = covariance ? (*covariance)[mounting * fit.model.Unknowns() + mounting]
-                                      : std::numeric_limits<double>::infinity();
+    const auto variance = [&](std::size_t unknown) {
+        return covariance ? (*covariance)[unknown * (fit.model.Unknowns() + 1)]
+                          : std::numeric_limits<double>::infinity();
+    };
+    fit.poleVariance = {variance(0), variance(1), variance(2)};
+    fit.mountingVariance = variance(3);
+    fit.tipVariance = variance(4) + variance(5) + variance(6);
     return fit;
 }
 

@@ -9,15 +9,17 @@ struct HeadFit {
     HeadModel model;
     std::vector<model::Vector3> residuals; ///< measured less modelled, one for each point
     double sumOfSquares = 0.0;
-    int redundancy = 0;            ///< three observations a point less the unknowns
+    int degreesOfFreedom = 0;      ///< three observations a point less the unknowns
     double mountingVariance = 0.0; ///< radians squared, for noise of standard deviation 1 in every coordinate
+    model::Vector3 poleVariance;   ///< the same, of the pole in X, Y and Z
+    double tipVariance = 0.0;      ///< the same, of the tip in all directions together
 
     double Rms() const;
     /// Of the noise in a coordinate, as the residuals show it.
-    double NoiseVariance() const { return sumOfSquares / redundancy; }
+    double NoiseVariance() const { return sumOfSquares / degreesOfFreedom; }
     double MountingDegrees() const;
     /// Standard deviation of the mounting angle, degrees, by the noise that the residuals show.
-    double MountingDeviation() const;
+    double MountingStandardDeviation() const;
 };
 
 /// The fit nearest to `start`, errors included. Gauss and Newton's steps, damped where they lead astray.

@@ -121,8 +121,12 @@ double AngleOfGreatest(const Gain& gain) {
     constexpr int samples = 24;
     constexpr double spacing = 2.0 * std::numbers::pi / samples;
     double best = 0.0;
+    double greatest = gain.At(best);
     for (int i = 1; i < samples; ++i) {
-        if (gain.At(i * spacing) > gain.At(best)) best = i * spacing;
+        const double here = gain.At(i * spacing);
+        if (here <= greatest) continue;
+        greatest = here;
+        best = i * spacing;
     }
     constexpr int steps = 5;
     double angle = best;
@@ -167,6 +171,38 @@ HeadSums& HeadSums::operator-=(const HeadSums& other) {
     turnedY = turnedY - other.turnedY;
     turnedZ = turnedZ - other.turnedZ;
     return *this;
+}
+
+HeadSums HeadSums::Tilted(double moreTilt) const {
+    // Every turn K becomes K Rx(-moreTilt): its columns mix, and K^T v turns about X.
+    const model::Rotation turn(moreTilt);
+    HeadSums tilted = *this;
+    tilted.turns[1] = turn.c * turns[1] - turn.s * turns[2];
+    tilted.turns[2] = turn.s * turns[1] + turn.c * turns[2];
+    for (model::Vector3* const each : {&tilted.turnedX, &tilted.turnedY, &tilted.turnedZ}) {
+        *each = model::AboutX(turn, *each);
+    }
+    return tilted;
+}
+
+HeadSums HeadSums::Swivelled(double moreSwivel) const {
+    // Every turn K becomes Rz(moreSwivel) K: as if the positions were turned back.
+    const model::Rotation turn(moreSwivel);
+    HeadSums swivelled = *this;
+    for (model::Vector3& column : swivelled.turns) column = model::AboutZ(turn, column);
+    swivelled.turnedX = turn.c * turnedX + turn.s * turnedY;
+    swivelled.turnedY = turn.c * turnedY - turn.s * turnedX;
+    return swivelled;
+}
+
+HeadSums HeadSums::Shifted(const model::Vector3& shift) const {
+    HeadSums shifted = *this;
+    shifted.squares += 2.0 * model::Dot(shift, positions) + count * model::Dot(shift, shift);
+    shifted.positions = positions + count * shift;
+    shifted.turnedX = turnedX + Transposed(turns, Horizontal(shift));
+    shifted.turnedY = turnedY + Transposed(turns, HorizontalTurnedBack(shift));
+    shifted.turnedZ = turnedZ + Transposed(turns, Vertical(shift));
+    return shifted;
 }
 
 BestHeadResult BestHead(std::span<const HeadSums> groups) {

@@ -25,6 +25,15 @@ struct HeadSums {
 
     HeadSums& operator+=(const HeadSums& other);
     HeadSums& operator-=(const HeadSums& other);
+
+    // The same points, corrected alike: without looking at any of them again
+
+    /// Their A is this much more (radians).
+    HeadSums Tilted(double moreTilt) const;
+    /// Their B is this much more (radians).
+    HeadSums Swivelled(double moreSwivel) const;
+    /// Their positions are moved.
+    HeadSums Shifted(const model::Vector3& shift) const;
 };
 
 struct BestHeadResult {

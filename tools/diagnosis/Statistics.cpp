@@ -44,7 +44,7 @@ double IncompleteBeta(double a, double b, double x, double rest) {
 
 } // namespace
 
-double ChanceOfRatio(double ratio, double degreesOfNumerator, double degreesOfDenominator) {
+double FTestUpperTail(double ratio, double degreesOfNumerator, double degreesOfDenominator) {
     if (!(ratio > 0.0)) return 1.0;
     if (std::isinf(ratio)) return 0.0;
     const double weighted = degreesOfNumerator * ratio;
@@ -53,8 +53,8 @@ double ChanceOfRatio(double ratio, double degreesOfNumerator, double degreesOfDe
                           weighted / sum);
 }
 
-double ChanceOfDeviation(double deviation, double degreesOfFreedom) {
-    return ChanceOfRatio(deviation * deviation, 1.0, degreesOfFreedom);
+double StudentTwoSided(double standardDeviations, double degreesOfFreedom) {
+    return FTestUpperTail(standardDeviations * standardDeviations, 1.0, degreesOfFreedom);
 }
 
 } // namespace qmv40::diagnosis

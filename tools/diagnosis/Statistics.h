@@ -6,10 +6,10 @@ namespace qmv40::diagnosis {
 
 /// A ratio of two independent estimates of the same variance, with the given degrees of freedom, is `ratio` or more
 /// (the upper tail of the F distribution). 1 where the ratio is 0 or less or not a number.
-double ChanceOfRatio(double ratio, double degreesOfNumerator, double degreesOfDenominator);
+double FTestUpperTail(double ratio, double degreesOfNumerator, double degreesOfDenominator);
 
-/// A deviation of `deviation` standard deviations or more to either side, when the standard deviation was estimated
-/// with the given degrees of freedom (both tails of Student's distribution).
-double ChanceOfDeviation(double deviation, double degreesOfFreedom);
+/// An estimate that is `standardDeviations` standard deviations off or more to either side, when the standard deviation
+/// was estimated with the given degrees of freedom (both tails of Student's distribution).
+double StudentTwoSided(double standardDeviations, double degreesOfFreedom);
 
 } // namespace qmv40::diagnosis

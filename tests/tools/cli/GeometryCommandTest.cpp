@@ -69,9 +69,9 @@ TEST(GeometryCommand, ShowsEveryFigureWithItsUnitToAPerson) {
              "X -265.7500 mm   Y 320.1250 mm   Z -480.5000 mm",
              "  30.0000 deg\n",
              "  Z -445.5000 mm\n",
-             "captured at                  B 45       A 90  deg\n",
-             "radius                   195.5000   195.5000  mm\n",
-             "arc covered               90.0000   330.0000  deg\n",
+             "captured at                B 45       A 90  deg\n",
+             "radius                 195.5000   195.5000  mm\n",
+             "arc covered             90.0000   330.0000  deg\n",
              "RMS tells how well the points lie on a circle, not how well its centre is known",
          }) {
         EXPECT_NE(std::string::npos, text.find(expected)) << "missing: " << expected << "\nin:\n" << text;

@@ -69,7 +69,7 @@ TEST(GeometryDiagnosis, FindsNothingWrongWithTheScenarios) {
         EXPECT_THAT(diagnostics["findings"], IsEmpty()) << name;
     }
     EXPECT_THAT(RunQmv40(LoadScenario("plain").GeometryArguments()).out,
-                HasSubstr("Findings\n  none: circles, axes and angles agree\n"));
+                HasSubstr("Verdict: good\n  circles, axes and angles agree\n"));
 }
 
 TEST(GeometryDiagnosis, RefusesAHeadAtMinusThreeCapturedAtZeroAndNotOneCapturedAt45) {
@@ -174,7 +174,7 @@ TEST(GeometryDiagnosis, RefusesEveryMistakeByItsName) {
         {[](CapturedHead& c) {
              for (HeadAlignmentDataItem& item : c.bSet) item.XPosition += 1.0;
          },
-         "sets-apart", "the pole sphere, the stylus or the machine's zero moved by"},
+         "sets-apart", "the pole sphere, the stylus tip or the machine's zero moved by"},
     };
     const TemporaryFolder folder;
     for (const auto& each : cases) {
@@ -250,17 +250,17 @@ TEST(GeometryDiagnosis, GivesEveryFigureOfTheDocumentedMembers) {
     };
     EXPECT_EQ("verdict findings standardDeviations axes secondOpinion aAxis bAxis ", keys(diagnostics));
     EXPECT_EQ("X Y Z rotationAroundZ ", keys(diagnostics["standardDeviations"]));
-    EXPECT_EQ("gap outOfSquare leanTowardsX leanTowardsY ", keys(diagnostics["axes"]));
-    EXPECT_EQ("value standardDeviation ", keys(diagnostics["axes"]["gap"]));
-    EXPECT_EQ("poleSphere mountingAngle stylusTip rotationDifference rms unknowns redundancy ",
+    EXPECT_EQ("axisOffset squareness offVerticalTowardsX offVerticalTowardsY ", keys(diagnostics["axes"]));
+    EXPECT_EQ("value standardDeviation ", keys(diagnostics["axes"]["axisOffset"]));
+    EXPECT_EQ("poleSphere mountingAngle stylusTip rotationDifference rms unknowns degreesOfFreedom ",
               keys(diagnostics["secondOpinion"]));
-    EXPECT_EQ("file arcCovered redundancy rms noise points ", keys(diagnostics["aAxis"]));
+    EXPECT_EQ("file arcCovered degreesOfFreedom rms noise points ", keys(diagnostics["aAxis"]));
     EXPECT_EQ("line APosition BPosition radial outOfPlane offPlace leftOut ", keys(diagnostics["aAxis"]["points"][0]));
-    EXPECT_EQ("centreShift rotationShift chance ", keys(diagnostics["bAxis"]["points"][0]["leftOut"]));
+    EXPECT_EQ("centreShift rotationShift pValue ", keys(diagnostics["bAxis"]["points"][0]["leftOut"]));
     EXPECT_EQ(7u, diagnostics["aAxis"]["points"].size());
     EXPECT_EQ(13u, diagnostics["bAxis"]["points"].size());
-    EXPECT_EQ(8, diagnostics["aAxis"]["redundancy"]);
-    EXPECT_EQ(3 * 20 - 7, diagnostics["secondOpinion"]["redundancy"]);
+    EXPECT_EQ(8, diagnostics["aAxis"]["degreesOfFreedom"]);
+    EXPECT_EQ(3 * 20 - 7, diagnostics["secondOpinion"]["degreesOfFreedom"]);
 
     // The capture was made with 0.001 mm of noise, at -1.35 degrees, with a stylus of 180 mm.
     EXPECT_NEAR(0.001, diagnostics["aAxis"]["noise"].get<double>(), 0.0005);
@@ -273,9 +273,9 @@ TEST(GeometryDiagnosis, ShowsAPersonEveryFigureWithItsUnit) {
     const std::string text = RunQmv40(LoadScenario("captured-at-b45").GeometryArguments()).out;
     for (const char* expected :
          {"How well they are known", "head centre Z  ", "A axis passes B axis at", "axes out of square by",
-          "from 28 redundant observations: a point scatters by 0.000", " mm in each coordinate", "Second opinion",
-          "component's rotation differs by", "stylus tip Z ", "7 unknowns, 53 redundant observations",
-          "redundant observations          8         20", "out of plane", "off its place", "A set, line 3 "}) {
+          "from 28 degrees of freedom: a point scatters by ", " um in each coordinate", "Second opinion",
+          "component's rotation differs by", "stylus tip Z ", "7 unknowns, 53 degrees of freedom",
+          "degrees of freedom            8         20", "out of plane", "off its place", "A set, line 3 "}) {
         EXPECT_THAT(text, HasSubstr(expected));
     }
 }

@@ -28,7 +28,7 @@ std::vector<model::Vector3> Arc(double degrees) {
 }
 
 /// Standard deviation of the centre in a direction of the circle's plane, by noise of 1.
-double CentreDeviation(const diagnosis::AxisCircle& circle, const model::Vector3& direction) {
+double CentreStandardDeviation(const diagnosis::AxisCircle& circle, const model::Vector3& direction) {
     const double parts[] = {model::Dot(direction, circle.along), model::Dot(direction, circle.across)};
     double variance = 0.0;
     for (std::size_t i = 0; i < 2; ++i) {
@@ -46,10 +46,10 @@ TEST(AxisCircle, KnowsItsCentreAsWellAsTheTableOfArcsSays) {
         const auto circle = diagnosis::FitAxisCircle(Arc(each.arc));
         ASSERT_TRUE(circle.has_value());
         const model::Vector3 bisector = model::Unit(PointAt(each.arc / 2.0) - centre);
-        EXPECT_NEAR(each.alongBisector, CentreDeviation(*circle, bisector), each.tolerance) << each.arc;
+        EXPECT_NEAR(each.alongBisector, CentreStandardDeviation(*circle, bisector), each.tolerance) << each.arc;
     }
     // On a whole turn it is the same in every direction: the square root of 2/7.
-    EXPECT_NEAR(std::sqrt(2.0 / 7.0), CentreDeviation(*diagnosis::FitAxisCircle(Arc(360)), along), 1e-9);
+    EXPECT_NEAR(std::sqrt(2.0 / 7.0), CentreStandardDeviation(*diagnosis::FitAxisCircle(Arc(360)), along), 1e-9);
 }
 
 TEST(AxisCircle, KnowsThePlaneOfAWholeTurnAsWellAsTheFormulaSays) {
@@ -74,7 +74,7 @@ TEST(AxisCircle, GivesEachPointItsResidualsWithTheirSigns) {
         EXPECT_NEAR(0.0, circle->points[i].outOfPlane, rounding) << i;
     }
     EXPECT_NEAR(0.01, circle->Rms(), rounding);
-    EXPECT_EQ(10, circle->Redundancy());
+    EXPECT_EQ(10, circle->DegreesOfFreedom());
 
     for (std::size_t i = 0; i < 8; ++i)
         points[i] = PointAt(45.0 * static_cast<double>(i), 0.0, i % 2 == 0 ? 0.02 : -0.02);

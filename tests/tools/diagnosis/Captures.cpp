@@ -51,7 +51,10 @@ diagnosis::CaptureUnderTest UnderTest(const Items& aSet, const Items& bSet) {
     RoundThePole head;
     AlignmentArray aArray(aSet), bArray(bSet);
     head.ComputeGeometry(aArray.Address(), bArray.Address());
+    const CMaVector centre = head.HeadCentre();
     diagnosis::CaptureUnderTest test{SetsOf(aSet, bSet), head.RequiredRotationAroundZ()};
+    test.headCentre = {centre[0], centre[1], centre[2]};
+    test.unlocking = {0.0, 0.0, -1.5};
     for (std::size_t i = 0; i < test.sets.points.size(); ++i) {
         const bool isOfASet = test.sets.IsOfASet(i);
         const CMaPointArray& points = isOfASet ? head.AAxisPoints() : head.BAxisPoints();

@@ -39,9 +39,9 @@ TEST(HeadAxes, OfAnIdealHeadMeetSquarelyInItsCentre) {
     EXPECT_NEAR(meeting.x, axes.headCentre[0].value, rounding);
     EXPECT_NEAR(meeting.y, axes.headCentre[1].value, rounding);
     EXPECT_NEAR(meeting.z, axes.headCentre[2].value, rounding);
-    EXPECT_NEAR(0.0, axes.gap.value, rounding);
-    EXPECT_NEAR(0.0, axes.outOfSquare.value, rounding);
-    EXPECT_NEAR(0.0, axes.Lean(), rounding);
+    EXPECT_NEAR(0.0, axes.axisOffset.value, rounding);
+    EXPECT_NEAR(0.0, axes.squareness.value, rounding);
+    EXPECT_NEAR(0.0, axes.offVertical, rounding);
     EXPECT_NEAR(90.0, axes.angleBetween, rounding);
 }
 
@@ -49,7 +49,7 @@ TEST(HeadAxes, ThatPassEachOtherHaveAGapAndTheCentreOnTheBAxis) {
     const model::Vector3 aside = meeting + model::Vector3{0.0, 0.25, 0.0};
     const diagnosis::HeadAxes axes =
         Compared(About(aside, {1, 0, 0}, 180, 0, 90, 7), About(meeting, {0, 0, 1}, 170, 0, 330, 12));
-    EXPECT_NEAR(0.25, std::abs(axes.gap.value), rounding);
+    EXPECT_NEAR(0.25, std::abs(axes.axisOffset.value), rounding);
     EXPECT_NEAR(meeting.y, axes.headCentre[1].value, rounding);
 }
 
@@ -58,13 +58,13 @@ TEST(HeadAxes, ShowByHowMuchTheyAreOutOfSquareAndLean) {
     const double lean = std::tan(model::ToRadians(0.3));
     const diagnosis::HeadAxes slanted =
         Compared(About(meeting, {1, 0, slant}, 180, 0, 90, 7), About(meeting, {0, 0, 1}, 170, 0, 330, 12));
-    EXPECT_NEAR(0.5, std::abs(slanted.outOfSquare.value), rounding);
+    EXPECT_NEAR(0.5, std::abs(slanted.squareness.value), rounding);
     EXPECT_NEAR(89.5, slanted.angleBetween, rounding);
     const diagnosis::HeadAxes leaning =
         Compared(About(meeting, {1, 0, 0}, 180, 0, 90, 7), About(meeting, {0, -lean, -1}, 170, 0, 330, 12));
-    EXPECT_NEAR(0.0, leaning.leanTowardsX.value, rounding);
-    EXPECT_NEAR(0.3, leaning.leanTowardsY.value, rounding) << "whichever way the normal points";
-    EXPECT_NEAR(0.3, leaning.Lean(), rounding);
+    EXPECT_NEAR(0.0, leaning.offVerticalTowardsX.value, rounding);
+    EXPECT_NEAR(0.3, leaning.offVerticalTowardsY.value, rounding) << "whichever way the normal points";
+    EXPECT_NEAR(0.3, leaning.offVertical, rounding);
 }
 
 TEST(HeadAxes, ThatAreParallelHaveNoCentre) {
@@ -76,8 +76,8 @@ TEST(HeadAxes, ThatAreParallelHaveNoCentre) {
 /// Scatter about what is expected.
 class Scatter {
 public:
-    void Take(double deviation) {
-        sum += deviation * deviation;
+    void Take(double standardDeviation) {
+        sum += standardDeviation * standardDeviation;
         ++count;
     }
     double Deviation() const { return std::sqrt(sum / count); }
@@ -111,7 +111,7 @@ TEST(HeadAxes, ScatterAsPredictedWhenACaptureIsRepeated) {
                 p = p + model::Vector3{normal(generator), normal(generator), normal(generator)};
             return points;
         };
-        Scatter centre[3], gap, square, leanX, bearing;
+        Scatter centre[3], axisOffset, square, leanX, bearing;
         for (int i = 0; i < repetitions; ++i) {
             const auto aCircle = *diagnosis::FitAxisCircle(noisy(a, each.noise.aSet));
             const auto bCircle = *diagnosis::FitAxisCircle(noisy(b, each.noise.bSet));
@@ -119,19 +119,19 @@ TEST(HeadAxes, ScatterAsPredictedWhenACaptureIsRepeated) {
             for (std::size_t k = 0; k < 3; ++k) {
                 centre[k].Take(axes.headCentre[k].value - predicted.headCentre[k].value);
             }
-            gap.Take(axes.gap.value);
-            square.Take(axes.outOfSquare.value);
-            leanX.Take(axes.leanTowardsX.value);
+            axisOffset.Take(axes.axisOffset.value);
+            square.Take(axes.squareness.value);
+            leanX.Take(axes.offVerticalTowardsX.value);
             const double truth = model::ToDegrees(std::atan2(0.3, -1.0));
             bearing.Take(std::remainder(diagnosis::BearingOfAAxis(aCircle) - truth, 180.0));
         }
         for (std::size_t k = 0; k < 3; ++k) {
-            EXPECT_NEAR(1.0, predicted.headCentre[k].deviation / centre[k].Deviation(), share) << k;
+            EXPECT_NEAR(1.0, predicted.headCentre[k].standardDeviation / centre[k].Deviation(), share) << k;
         }
-        EXPECT_NEAR(1.0, predicted.gap.deviation / gap.Deviation(), share);
-        EXPECT_NEAR(1.0, predicted.outOfSquare.deviation / square.Deviation(), share);
-        EXPECT_NEAR(1.0, predicted.leanTowardsX.deviation / leanX.Deviation(), share);
-        EXPECT_NEAR(1.0, predicted.rotationDeviation / bearing.Deviation(), share);
+        EXPECT_NEAR(1.0, predicted.axisOffset.standardDeviation / axisOffset.Deviation(), share);
+        EXPECT_NEAR(1.0, predicted.squareness.standardDeviation / square.Deviation(), share);
+        EXPECT_NEAR(1.0, predicted.offVerticalTowardsX.standardDeviation / leanX.Deviation(), share);
+        EXPECT_NEAR(1.0, predicted.rotationStandardDeviation / bearing.Deviation(), share);
     }
 }
 

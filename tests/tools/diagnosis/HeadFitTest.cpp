@@ -26,7 +26,7 @@ TEST(HeadFit, FindsTheHeadWhateverItsMountingAngle) {
         EXPECT_NEAR(0.0, Length(fit.model.tip - model::Vector3{head.stylus[0], head.stylus[1], head.stylus[2]}),
                     lengthRounding);
         EXPECT_LT(fit.Rms(), lengthRounding);
-        EXPECT_EQ(3 * 14 - 7, fit.redundancy);
+        EXPECT_EQ(3 * 14 - 7, fit.degreesOfFreedom);
     }
 }
 
@@ -62,9 +62,9 @@ TEST(HeadFit, KnowsItsMountingAngleAsWellAsRepetitionsShow) {
         const auto seed = static_cast<std::uint64_t>(2 * i);
         const diagnosis::HeadFit fit = diagnosis::FitHead(
             SetsOf(WithNoise(head.ASet(45), noise, seed), WithNoise(head.BSet(75), noise, seed + 1)).points);
-        const double deviation = model::Wrapped(fit.MountingDegrees() - head.mountingAngle);
-        scatter += deviation * deviation / repetitions;
-        predicted += fit.MountingDeviation() * fit.MountingDeviation() / repetitions;
+        const double standardDeviation = model::Wrapped(fit.MountingDegrees() - head.mountingAngle);
+        scatter += standardDeviation * standardDeviation / repetitions;
+        predicted += fit.MountingStandardDeviation() * fit.MountingStandardDeviation() / repetitions;
     }
     // A thousand repetitions give the scatter to 2.2 %: four times that.
     EXPECT_NEAR(1.0, std::sqrt(predicted / scatter), 0.09);

@@ -9,7 +9,7 @@ using namespace qmv40;
 
 namespace {
 
-TEST(ChanceOfRatio, IsThatOfThePrintedTables) {
+TEST(FTestUpperTail, IsThatOfThePrintedTables) {
     const struct {
         double ratio, numerator, denominator, chance;
     } cases[] = {{161.448, 1, 1, 0.05}, {18.5128, 1, 2, 0.05}, {3.3258, 5, 10, 0.05},  {2.3479, 10, 20, 0.05},
@@ -17,53 +17,55 @@ TEST(ChanceOfRatio, IsThatOfThePrintedTables) {
     // The tables give five or six figures of the ratio.
     constexpr double ofTables = 1e-4;
     for (const auto& each : cases) {
-        EXPECT_NEAR(each.chance, diagnosis::ChanceOfRatio(each.ratio, each.numerator, each.denominator),
+        EXPECT_NEAR(each.chance, diagnosis::FTestUpperTail(each.ratio, each.numerator, each.denominator),
                     ofTables * each.chance * 5)
             << each.ratio << " with " << each.numerator << " and " << each.denominator;
     }
 }
 
-TEST(ChanceOfDeviation, IsThatOfThePrintedTables) {
+TEST(StudentTwoSided, IsThatOfThePrintedTables) {
     const struct {
-        double deviation, freedom, chance;
+        double standardDeviation, freedom, chance;
     } cases[] = {{12.7062, 1, 0.05}, {4.30265, 2, 0.05}, {2.22814, 10, 0.05}, {4.03214, 5, 0.01}, {2.66028, 60, 0.01}};
     constexpr double ofTables = 1e-4;
     for (const auto& each : cases) {
-        EXPECT_NEAR(each.chance, diagnosis::ChanceOfDeviation(each.deviation, each.freedom), ofTables * each.chance)
-            << each.deviation << " with " << each.freedom;
-        EXPECT_EQ(diagnosis::ChanceOfDeviation(each.deviation, each.freedom),
-                  diagnosis::ChanceOfDeviation(-each.deviation, each.freedom));
+        EXPECT_NEAR(each.chance, diagnosis::StudentTwoSided(each.standardDeviation, each.freedom),
+                    ofTables * each.chance)
+            << each.standardDeviation << " with " << each.freedom;
+        EXPECT_EQ(diagnosis::StudentTwoSided(each.standardDeviation, each.freedom),
+                  diagnosis::StudentTwoSided(-each.standardDeviation, each.freedom));
     }
 }
 
-TEST(ChanceOfRatio, HasItsClosedFormsFarOutInTheTail) {
+TEST(FTestUpperTail, HasItsClosedFormsFarOutInTheTail) {
     constexpr double rounding = 1e-11;
     for (const double ratio : {1e-6, 0.3, 1.0, 7.0, 1e3, 1e6, 1e12}) {
         for (const double denominator : {1.0, 2.0, 5.0, 28.0, 300.0}) {
             const double expected = std::exp(-denominator / 2.0 * std::log1p(2.0 * ratio / denominator));
-            EXPECT_NEAR(expected, diagnosis::ChanceOfRatio(ratio, 2.0, denominator), rounding * expected)
+            EXPECT_NEAR(expected, diagnosis::FTestUpperTail(ratio, 2.0, denominator), rounding * expected)
                 << ratio << " with 2 and " << denominator;
         }
         const double expected = 2.0 / std::numbers::pi * std::atan(1.0 / std::sqrt(ratio));
-        EXPECT_NEAR(expected, diagnosis::ChanceOfRatio(ratio, 1.0, 1.0), rounding * expected)
+        EXPECT_NEAR(expected, diagnosis::FTestUpperTail(ratio, 1.0, 1.0), rounding * expected)
             << ratio << " with 1 and 1";
     }
 }
 
-TEST(ChanceOfRatio, OfBothSidesTogetherIsCertainty) {
+TEST(FTestUpperTail, OfBothSidesTogetherIsCertainty) {
     constexpr double rounding = 1e-12;
     for (const double ratio : {0.01, 0.5, 1.0, 3.0, 40.0}) {
-        EXPECT_NEAR(1.0, diagnosis::ChanceOfRatio(ratio, 7.0, 12.0) + diagnosis::ChanceOfRatio(1.0 / ratio, 12.0, 7.0),
+        EXPECT_NEAR(1.0,
+                    diagnosis::FTestUpperTail(ratio, 7.0, 12.0) + diagnosis::FTestUpperTail(1.0 / ratio, 12.0, 7.0),
                     rounding)
             << ratio;
     }
 }
 
-TEST(ChanceOfRatio, IsDefinedForWhatIsNoRatio) {
-    EXPECT_EQ(1.0, diagnosis::ChanceOfRatio(0.0, 3.0, 4.0));
-    EXPECT_EQ(1.0, diagnosis::ChanceOfRatio(-1.0, 3.0, 4.0));
-    EXPECT_EQ(1.0, diagnosis::ChanceOfRatio(std::numeric_limits<double>::quiet_NaN(), 3.0, 4.0));
-    EXPECT_EQ(0.0, diagnosis::ChanceOfRatio(std::numeric_limits<double>::infinity(), 3.0, 4.0));
+TEST(FTestUpperTail, IsDefinedForWhatIsNoRatio) {
+    EXPECT_EQ(1.0, diagnosis::FTestUpperTail(0.0, 3.0, 4.0));
+    EXPECT_EQ(1.0, diagnosis::FTestUpperTail(-1.0, 3.0, 4.0));
+    EXPECT_EQ(1.0, diagnosis::FTestUpperTail(std::numeric_limits<double>::quiet_NaN(), 3.0, 4.0));
+    EXPECT_EQ(0.0, diagnosis::FTestUpperTail(std::numeric_limits<double>::infinity(), 3.0, 4.0));
 }
 
 } // namespace

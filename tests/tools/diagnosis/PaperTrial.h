@@ -1,0 +1,30 @@
+#pragma once
+
+#include "tests/tools/diagnosis/HumanMistakes.h"
+#include "tools/diagnosis/Diagnosis.h"
+
+#include <string>
+
+/// What became of a capture: as `qmv40 geometry` decides it, by the same code.
+struct PaperTrial {
+    explicit PaperTrial(const PaperCapture& capture);
+
+    /// No component error and no fault: the geometry would be written.
+    bool IsAccepted() const { return componentAnswered && !HasFault(); }
+    bool HasFault() const;
+    /// The geometry written is off by more than 0.1 mm or 0.05 degrees and by more than four of the standard deviations
+    /// stated, or by more than 0.5 mm or 0.2 degrees.
+    bool IsWrong() const { return isWrong; }
+    /// A finding has one of the names; any will do where none is given.
+    bool Names(const std::vector<std::string_view>& culprits) const;
+    /// For messages.
+    std::string Text() const;
+
+    bool componentAnswered = false;
+    bool isWrong = false;
+    double centreOff = 0.0;   ///< millimetres
+    double rotationOff = 0.0; ///< degrees
+    double centreKnown = 0.0; ///< the stated standard deviation
+    double rotationKnown = 0.0;
+    std::vector<qmv40::diagnosis::Finding> findings;
+};

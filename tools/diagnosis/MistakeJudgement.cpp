@@ -1,0 +1,237 @@
+#include "tools/diagnosis/MistakeJudgement.h"
+
+#include "tools/model/Angles.h"
+
+#include <algorithm>
+
+namespace qmv40::diagnosis {
+
+namespace {
+
+using ErrorKind = ModelError::Kind;
+using Name = FindingKind;
+using model::Vector3;
+
+/// Degrees to the next whole number of index steps.
+double OffSteps(double degrees) { return std::remainder(degrees, thresholds::indexStep); }
+
+class Mistake {
+public:
+    Mistake(const CaptureUnderTest& capture, const HeadModel& theModel, const ModelError& theError)
+        : sets(capture.sets), model(theModel), error(theError), unlocking(capture.unlocking), count(sets.points.size()),
+          distance(DistanceBy(sets, model, error)) {}
+
+    Finding Judged() const {
+        switch (error.kind) {
+        case ErrorKind::Place:
+            return error.isFixed ? Locked() : Moved();
+        case ErrorKind::Drift:
+            return {Name::Drifts, BySize(distance, thresholds::leastMove), {}, distance, 0.0, std::nullopt, Values()};
+        case ErrorKind::OtherTip:
+            return OtherTip();
+        case ErrorKind::LeaningHead:
+        case ErrorKind::AxesNotSquare:
+        case ErrorKind::AxesApart:
+            return Tilted(model::ToDegrees(std::hypot(error.values[0], error.values[1])));
+        case ErrorKind::TiltAngle:
+        case ErrorKind::SwivelAngle:
+            break;
+        }
+        return Angle();
+    }
+
+private:
+    static Severity BySize(double size, double least) { return size >= least ? Severity::Fault : Severity::Warning; }
+    Vector3 Values() const { return {error.values[0], error.values[1], error.values[2]}; }
+    bool IsSingle() const { return error.last - error.first == 1; }
+    bool IsOfASet() const { return sets.IsOfASet(error.first); }
+    bool IsWholeSet() const {
+        return IsOfASet() ? IsBetweenTheSets() : error.first == sets.aCount && error.last == count;
+    }
+    bool IsBetweenTheSets() const { return error.first == 0 && error.last == sets.aCount; }
+    std::vector<std::size_t> Points() const { return PointRange(error.first, error.last); }
+
+    /// The interval is what was captured before something changed.
+    bool IsBefore() const { return error.first == 0 || (error.first == sets.aCount && error.last < count); }
+    /// The points of the set in which something changed that were captured after it.
+    std::vector<std::size_t> PointsAfter() const {
+        if (!IsBefore() || IsBetweenTheSets()) return Points();
+        return PointRange(error.last, error.last < sets.aCount ? sets.aCount : count);
+    }
+    double Sign() const { return IsBefore() ? -1.0 : 1.0; }
+
+    /// Everything but these points was locked when they are off the other way.
+    Finding Locked() const {
+        const bool isOutside = model::Dot(Values(), unlocking) > 0.0;
+        return {Name::CapturedLocked, Severity::Fault, isOutside ? PointsOutside() : Points(), distance};
+    }
+    std::vector<std::size_t> PointsOutside() const {
+        std::vector<std::size_t> points = PointRange(0, error.first);
+        const std::vector<std::size_t> more = PointRange(error.last, count);
+        points.insert(points.end(), more.begin(), more.end());
+        return points;
+    }
+
+    Finding Moved() const {
+        if (IsSingle()) return OffPlace();
+        return {IsBetweenTheSets() ? Name::SetsApart : Name::SphereMoved,
+                BySize(distance, thresholds::leastMove),
+                PointsAfter(),
+                distance,
+                0.0,
+                std::nullopt,
+                Sign() * Values()};
+    }
+    Finding OffPlace() const {
+        const bool isWrong = distance >= thresholds::leastWrongPlace;
+        return {isWrong ? Name::PointOff : Name::PointSuspicious, BySize(distance, thresholds::leastWrongPlace),
+                Points(), distance};
+    }
+
+    Finding OtherTip() const {
+        const Vector3 change = Sign() * Values();
+        const Vector3 tip = IsBefore() ? model.tip + Values() : model.tip;
+        const double longer = model::SafeLength(tip + change) - model::SafeLength(tip);
+        const Vector3 aside = model::Perpendicular(change, model::SafeUnit(tip));
+        const bool isLonger = std::abs(longer) > model::SafeLength(aside);
+        return {isLonger ? Name::StylusChanged : Name::StylusBent, BySize(distance, thresholds::leastMove),
+                PointsAfter(), isLonger ? longer : model::SafeLength(aside)};
+    }
+
+    Finding Tilted(double degrees) const {
+        return {Name::HeadTilted, BySize(std::abs(degrees), thresholds::leastWrongAngle), PointsAfter(), degrees,
+                distance};
+    }
+
+    // Angles
+
+    bool IsTurningAngle() const { return IsOfASet() == (error.kind == ErrorKind::TiltAngle); }
+    double Degrees() const { return model::Wrapped(model::ToDegrees(error.values[0])); }
+    bool IsBySteps() const {
+        return std::abs(Degrees()) > thresholds::indexStep / 2.0 &&
+               std::abs(OffSteps(Degrees())) < thresholds::nearAStep;
+    }
+    double Written(std::size_t i) const {
+        return error.kind == ErrorKind::TiltAngle ? sets.points[i].a : sets.points[i].b;
+    }
+    /// The others stand at index positions, this one is written as if it did not, and did.
+    bool IsASlipOfThePen() const {
+        const auto isOffSteps = [](double degrees) { return std::abs(OffSteps(degrees)) > 1e-9; };
+        for (std::size_t i = IsOfASet() ? 0 : sets.aCount; i < (IsOfASet() ? sets.aCount : count); ++i) {
+            if (!error.Concerns(i) && isOffSteps(Written(i))) return false;
+        }
+        return isOffSteps(Written(error.first)) &&
+               std::abs(OffSteps(Written(error.first) + Degrees())) < thresholds::nearAStep;
+    }
+
+    Finding Angle() const {
+        if (error.isSwap) return {Name::AnglesSwapped, Severity::Fault, Points()};
+        if (IsBySteps()) return {KindBySteps(), Severity::Fault, Points(), Degrees(), distance};
+        if (IsSingle()) {
+            if (IsTurningAngle() && IsASlipOfThePen()) {
+                return {Name::AngleMistyped, Severity::Fault, Points(), Degrees(), distance};
+            }
+            return OffPlace();
+        }
+        if (error.kind == ErrorKind::SwivelAngle) {
+            return {Name::TurnedOnMount, BySize(std::abs(Degrees()), thresholds::leastWrongAngle), PointsAfter(),
+                    Sign() * Degrees(), distance};
+        }
+        return Tilted(Sign() * Degrees());
+    }
+    FindingKind KindBySteps() const {
+        if (IsWholeSet()) return Name::SetAngleWrong;
+        return IsTurningAngle() ? Name::AngleMistyped : Name::OtherAxisMoved;
+    }
+
+    const CapturedSets& sets;
+    const HeadModel& model;
+    const ModelError& error;
+    Vector3 unlocking;
+    std::size_t count;
+    double distance;
+};
+
+} // namespace
+
+std::optional<Finding> JudgeMistake(const CaptureUnderTest& capture, const HeadModel& model, std::size_t index) {
+    const ModelError& error = model.errors[index];
+    if (error.IsOfTheHead(capture.sets.points.size())) return std::nullopt;
+    Finding finding = Mistake(capture, model, error).Judged();
+    if (!error.isSwap) return finding;
+    const bool isSecond =
+        index > 0 && model.errors[index - 1].isSwap && finding.points.front() > model.errors[index - 1].first;
+    if (isSecond) return std::nullopt;
+    finding.points.push_back(model.errors[index + 1].first);
+    return finding;
+}
+
+Finding JudgeRewriting(const Rewriting& rewriting, const HeadModel& model) {
+    const auto found = [](FindingKind kind) { return Finding{kind, Severity::Fault, {}}; };
+    const double mounting = std::abs(model::Wrapped(model::ToDegrees(model.mounting)));
+    Finding finding = found(Name::SwivelReversed);
+    switch (rewriting.kind) {
+    case Rewriting::Kind::SetsExchanged:
+        return found(Name::SetsExchanged);
+    case Rewriting::Kind::TiltReversed:
+        finding = found(Name::TiltReversed);
+        finding.detail = rewriting.sets == Rewriting::Sets::ASet ? 1 : 2;
+        return finding;
+    case Rewriting::Kind::ArmHorizontal:
+        return found(Name::ArmHorizontal);
+    case Rewriting::Kind::UnitsMixed:
+        finding = found(Name::UnitsWrong);
+        finding.figure = model::SafeLength(model.tip);
+        finding.reference = rewriting.factor;
+        finding.detail = rewriting.sets == Rewriting::Sets::ASet ? 1 : 2;
+        return finding;
+    case Rewriting::Kind::AxesExchanged:
+        finding = found(Name::AxesExchanged);
+        finding.detail = 10 * rewriting.axis + rewriting.otherAxis;
+        return finding;
+    case Rewriting::Kind::AxisMirrored:
+        finding = found(Name::AxisMirrored);
+        finding.detail = rewriting.axis;
+        return finding;
+    case Rewriting::Kind::SwivelReversed:
+    case Rewriting::Kind::None:
+        break;
+    }
+    finding.figure = rewriting.sets == Rewriting::Sets::Both ? 0.0 : 1.0;
+    if (rewriting.sets != Rewriting::Sets::Both) return finding;
+    // With B turned the other way a head seems to be mounted as it is; with a mirrored Y by half a turn, with X and Y
+    // exchanged by a quarter turn.
+    if (mounting > 135.0)
+        finding = {Name::AxisMirrored, Severity::Fault, {}, 0.0, 0.0, std::nullopt, {}, 1};
+    else if (mounting > 45.0)
+        finding = {Name::AxesExchanged, Severity::Fault, {}, 0.0, 0.0, std::nullopt, {}, 1};
+    return finding;
+}
+
+bool MistakesAreTooMany(const CapturedSets& sets, const HeadModel& model) {
+    int runs = 0, all = 0;
+    for (const ModelError& error : model.errors) {
+        if (error.IsOfTheHead(sets.points.size())) continue;
+        const bool isRun = error.last - error.first > 1;
+        const double least = isRun ? thresholds::leastMove : thresholds::leastWrongPlace;
+        if (DistanceBy(sets, model, error) < least) continue;
+        if (!error.isSwap || all == 0) ++all;
+        if (isRun) ++runs;
+    }
+    return runs > 1 || all > 3;
+}
+
+double DistanceBy(const CapturedSets& sets, const HeadModel& model, const ModelError& error) {
+    HeadModel with = model;
+    HeadModel without = model;
+    with.errors = {error};
+    without.errors.clear();
+    double farthest = 0.0;
+    for (std::size_t i = error.first; i < error.last; ++i) {
+        const CapturedPoint& point = sets.points[i];
+        farthest = std::max(farthest, model::SafeLength(with.Position(point, i) - without.Position(point, i)));
+    }
+    return farthest;
+}
+
+} // namespace qmv40::diagnosis

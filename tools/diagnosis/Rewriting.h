@@ -1,0 +1,41 @@
+#pragma once
+
+#include "tools/diagnosis/CapturedPoint.h"
+
+#include <vector>
+
+namespace qmv40::diagnosis {
+
+/// A mistake that concerns whole columns: the capture is right when it is read otherwise.
+struct Rewriting {
+    enum class Kind {
+        None,
+        SetsExchanged,  ///< A and B are exchanged
+        SwivelReversed, ///< B counts the wrong way round
+        TiltReversed,   ///< A counts the wrong way round
+        AxisMirrored,   ///< a coordinate has the other sign
+        AxesExchanged,  ///< two coordinates are in each other's column
+        ArmHorizontal,  ///< the head hangs from a horizontal arm, or all three coordinates are in other columns
+        UnitsMixed      ///< one set is in other units than the other one
+    };
+    /// Which sets it concerns.
+    enum class Sets { Both, ASet, BSet };
+
+    Kind kind = Kind::None;
+    Sets sets = Sets::Both;
+    double factor = 1.0; ///< of mixed units: lengths of the set are to be multiplied by this
+    int axis = 0;        ///< of a mirrored axis: 0 is X
+    int otherAxis = 0;   ///< of exchanged axes: the other one
+};
+
+/// A capture as it reads when the mistake is put right.
+struct Rewritten {
+    Rewriting rewriting;
+    CapturedSets sets;
+};
+
+/// Every rewriting that is worth trying. `unlocking`: the shift that was taken off the points to bring them to the
+/// locked position.
+std::vector<Rewritten> AllRewritings(const CapturedSets& sets, const model::Vector3& unlocking);
+
+} // namespace qmv40::diagnosis

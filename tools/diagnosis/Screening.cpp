@@ -1,0 +1,315 @@
+#include "tools/diagnosis/Screening.h"
+
+#include "tools/diagnosis/Thresholds.h"
+#include "tools/model/Angles.h"
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+
+namespace qmv40::diagnosis {
+
+namespace {
+
+using ErrorKind = ModelError::Kind;
+
+/// Trial angles, degrees: the index positions of the head.
+constexpr int trials = static_cast<int>(360.0 / thresholds::indexStep);
+
+double TrialAngle(int trial) { return model::ToRadians(thresholds::indexStep * trial); }
+
+/// Where the parabola through three neighbouring sums is lowest, as a share of the spacing.
+double LowestOf(double before, double here, double after) {
+    const double curvature = before - 2.0 * here + after;
+    if (!(curvature > 0.0)) return 0.0;
+    return std::clamp(0.5 * (before - after) / curvature, -2.0, 2.0);
+}
+
+/// The points without the errors found so far: what is left is to be explained by the plain head or by further errors.
+std::vector<CapturedPoint> Corrected(std::span<const CapturedPoint> points, const HeadModel& model) {
+    std::vector<CapturedPoint> corrected(points.begin(), points.end());
+    if (model.errors.empty()) return corrected;
+    HeadModel plain = model;
+    plain.errors.clear();
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const model::Vector3 error = model.Position(points[i], i) - plain.Position(points[i], i);
+        corrected[i].position = corrected[i].position - error;
+    }
+    return corrected;
+}
+
+class Screen {
+public:
+    Screen(const CapturedSets& theSets, const HeadFit& theCurrent, const model::Vector3& theUnlocking)
+        : sets(theSets), current(theCurrent), unlocking(theUnlocking), points(Corrected(sets.points, current.model)),
+          mean(MeanPosition(points)), running(1) {
+        // About the points' mean, to keep the sums' digits.
+        for (CapturedPoint& point : points) {
+            point.position = point.position - mean;
+            HeadSums next = running.back();
+            next += HeadSums(point, 0.0, 0.0);
+            running.push_back(next);
+        }
+    }
+
+    std::vector<Candidate> All() {
+        const std::size_t count = points.size();
+        for (const Interval& set : {Interval{0, sets.aCount}, Interval{sets.aCount, count}}) {
+            TryPoints(set);
+            TryRuns(set);
+            TrySwaps(set);
+            TryLockedStretches(set);
+        }
+        TryChanges();
+        TryPairs();
+        return std::move(candidates);
+    }
+
+private:
+    HeadSums Sums(const Interval& run) const {
+        HeadSums sums = running[run.last];
+        sums -= running[run.first];
+        return sums;
+    }
+    HeadSums Rest(const HeadSums& run) const {
+        HeadSums rest = running.back();
+        rest -= run;
+        return rest;
+    }
+    static double SumOfSquares(HeadSums rest, const HeadSums& changed) {
+        rest += changed;
+        return BestHead({&rest, 1}).sumOfSquares;
+    }
+
+    void Add(std::vector<ModelError> errors, std::span<const HeadSums> groups, double alternatives) {
+        Candidate candidate{std::move(errors), 0.0, alternatives, {}};
+        const BestHeadResult best = BestHead(groups);
+        candidate.likelySum = best.sumOfSquares;
+        candidate.start = best.model;
+        candidate.start.pole = candidate.start.pole + mean;
+        candidate.start.errors = current.model.errors;
+        candidate.start.errors.insert(candidate.start.errors.end(), candidate.errors.begin(), candidate.errors.end());
+        candidates.push_back(std::move(candidate));
+    }
+    void AddOne(std::vector<ModelError> errors, HeadSums rest, const HeadSums& changed, double alternatives) {
+        rest += changed;
+        Add(std::move(errors), {&rest, 1}, alternatives);
+    }
+
+    void TryPoints(const Interval& set) {
+        const auto alternatives = static_cast<double>(points.size());
+        for (std::size_t i = set.first; i < set.last; ++i) {
+            TryAngles({i, i + 1}, alternatives);
+            TryLocked({i, i + 1}, alternatives);
+            const HeadSums rest = Rest(Sums({i, i + 1}));
+            Add({{ErrorKind::Place, i, i + 1, {}}}, {&rest, 1}, alternatives);
+        }
+    }
+
+    void TryRuns(const Interval& set) {
+        const double alternatives = 2.0 * static_cast<double>(points.size());
+        TryAngles(set, 2.0);
+        TryLocked(set, 2.0);
+        for (std::size_t i = set.first + 1; i + 1 < set.last; ++i) TryAngles({i, set.last}, alternatives);
+        for (std::size_t i = set.first + 2; i < set.last; ++i) TryAngles({set.first, i}, alternatives);
+    }
+
+    void TryAngles(const Interval& run, double alternatives) {
+        TryAngle(ErrorKind::TiltAngle, run, alternatives);
+        TryAngle(ErrorKind::SwivelAngle, run, alternatives);
+    }
+
+    static HeadSums Turned(ErrorKind kind, const HeadSums& sums, double angle) {
+        return kind == ErrorKind::TiltAngle ? sums.Tilted(angle) : sums.Swivelled(angle);
+    }
+
+    /// The one angle at which a set was held is sooner wrong than all those that it was turned to, and both look the
+    /// same.
+    double Rarity(ErrorKind kind, const Interval& run) const {
+        const bool isOfASet = run.first < sets.aCount;
+        const std::size_t ofSet = isOfASet ? sets.aCount : points.size() - sets.aCount;
+        const bool isTurned = isOfASet == (kind == ErrorKind::TiltAngle);
+        return isTurned && run.last - run.first == ofSet ? 4.0 : 1.0;
+    }
+
+    /// The run with another angle: by whole index steps, and by anything.
+    void TryAngle(ErrorKind kind, const Interval& run, double alternatives) {
+        const HeadSums own = Sums(run), rest = Rest(own);
+        const auto sumAt = [&](double angle) { return SumOfSquares(rest, Turned(kind, own, angle)); };
+        std::array<double, trials> sums{};
+        for (int trial = 0; trial < trials; ++trial) sums[static_cast<std::size_t>(trial)] = sumAt(TrialAngle(trial));
+        const auto steps = std::min_element(sums.begin() + 1, sums.end()) - sums.begin();
+        ModelError bySteps{kind,
+                           run.first,
+                           run.last,
+                           {model::ToRadians(model::Wrapped(thresholds::indexStep * static_cast<double>(steps)))}};
+        bySteps.isFixed = true;
+        AddOne({bySteps}, rest, Turned(kind, own, bySteps.values[0]), Rarity(kind, run) * alternatives);
+
+        // From the best trial on, by parabolas through sums that lie closer and closer
+        double angle = TrialAngle(static_cast<int>(std::ranges::min_element(sums) - sums.begin()));
+        for (const double spacing : {5.0, 0.5, 0.05}) {
+            const double step = model::ToRadians(spacing);
+            angle += step * LowestOf(sumAt(angle - step), sumAt(angle), sumAt(angle + step));
+        }
+        const double wrapped = model::ToRadians(model::Wrapped(model::ToDegrees(angle)));
+        // A head turns on its mount; tilted it is rarely, and then not about its A axis alone.
+        const double rarity = kind == ErrorKind::TiltAngle && run.last - run.first > 1 ? 100.0 : 1.0;
+        const bool isBySteps =
+            std::abs(std::remainder(model::ToDegrees(wrapped), thresholds::indexStep)) < thresholds::nearAStep;
+        AddOne({{kind, run.first, run.last, {wrapped}}}, rest, Turned(kind, own, angle),
+               (isBySteps ? Rarity(kind, run) : 1.0) * rarity * alternatives);
+    }
+
+    /// The points are too far off by the shift of unlocking, which was taken off although there was none.
+    static ModelError Locked(const Interval& run, const model::Vector3& shift) {
+        ModelError error{ErrorKind::Place, run.first, run.last, {-shift.x, -shift.y, -shift.z}};
+        error.isFixed = true;
+        return error;
+    }
+    void TryLocked(const Interval& run, double alternatives) {
+        if (model::SafeLength(unlocking) == 0.0) return;
+        const HeadSums own = Sums(run);
+        AddOne({Locked(run, unlocking)}, Rest(own), own.Shifted(unlocking), alternatives);
+    }
+
+    /// Any stretch of a set captured locked; the best of each kind alone goes on.
+    void TryLockedStretches(const Interval& set) {
+        if (model::SafeLength(unlocking) == 0.0) return;
+        const std::size_t count = set.last - set.first;
+        Interval best{set.first, set.last};
+        double least = std::numeric_limits<double>::infinity();
+        for (std::size_t i = set.first; i < set.last; ++i) {
+            for (std::size_t j = i + 2; j <= set.last; ++j) {
+                if (j - i == count) continue;
+                const HeadSums own = Sums({i, j});
+                const double sum = SumOfSquares(Rest(own), own.Shifted(unlocking));
+                if (sum >= least) continue;
+                least = sum;
+                best = {i, j};
+            }
+        }
+        if (std::isfinite(least)) TryLocked(best, static_cast<double>(count));
+    }
+
+    double TurnedAngle(std::size_t i) const { return sets.IsOfASet(i) ? sets.points[i].a : sets.points[i].b; }
+
+    /// Two points with each other's angle: the best pair alone goes on.
+    void TrySwaps(const Interval& set) {
+        const ErrorKind kind = sets.IsOfASet(set.first) ? ErrorKind::TiltAngle : ErrorKind::SwivelAngle;
+        const std::size_t count = set.last - set.first;
+        double least = std::numeric_limits<double>::infinity();
+        Interval best{set.first, set.first};
+        for (std::size_t i = set.first; i < set.last; ++i) {
+            for (std::size_t j = i + 1; j < set.last; ++j) {
+                if (TurnedAngle(i) == TurnedAngle(j)) continue;
+                HeadSums rest = Rest(Sums({i, i + 1}));
+                rest -= Sums({j, j + 1});
+                rest += SumsWithAngleOf(kind, i, j);
+                rest += SumsWithAngleOf(kind, j, i);
+                const BestHeadResult head = BestHead({&rest, 1});
+                // Where the positions lie evenly, swapping the others is as good for a stylus that points sideways.
+                if (!head.model.StylusHangs() || head.sumOfSquares >= least) continue;
+                least = head.sumOfSquares;
+                best = {i, j};
+            }
+        }
+        if (std::isfinite(least)) AddSwap(kind, best, 0.5 * static_cast<double>(count * count));
+    }
+    double Difference(std::size_t from, std::size_t to) const {
+        return model::ToRadians(TurnedAngle(to) - TurnedAngle(from));
+    }
+    HeadSums SumsWithAngleOf(ErrorKind kind, std::size_t i, std::size_t other) const {
+        return Turned(kind, Sums({i, i + 1}), Difference(i, other));
+    }
+    void AddSwap(ErrorKind kind, const Interval& pair, double alternatives) {
+        std::vector<ModelError> errors;
+        for (const auto& [i, other] : {std::pair{pair.first, pair.last}, std::pair{pair.last, pair.first}}) {
+            ModelError error{kind, i, i + 1, {Difference(i, other)}};
+            error.isFixed = error.isSwap = true;
+            errors.push_back(error);
+        }
+        HeadSums sums = Rest(Sums({pair.first, pair.first + 1}));
+        sums -= Sums({pair.last, pair.last + 1});
+        sums += SumsWithAngleOf(kind, pair.first, pair.last);
+        AddOne(std::move(errors), sums, SumsWithAngleOf(kind, pair.last, pair.first), alternatives);
+    }
+
+    /// Two points off their places: together they may look like something else. The best pair alone goes on.
+    void TryPairs() {
+        constexpr std::size_t most = 80;
+        const std::size_t count = points.size();
+        if (count > most) return;
+        double least = std::numeric_limits<double>::infinity();
+        Interval best{};
+        for (std::size_t i = 0; i < count; ++i) {
+            for (std::size_t j = i + 1; j < count; ++j) {
+                const HeadSums rest = Without(i, j);
+                const double sum = BestHead({&rest, 1}).sumOfSquares;
+                if (sum >= least) continue;
+                least = sum;
+                best = {i, j};
+            }
+        }
+        const HeadSums rest = Without(best.first, best.last);
+        Add({{ErrorKind::Place, best.first, best.first + 1, {}}, {ErrorKind::Place, best.last, best.last + 1, {}}},
+            {&rest, 1}, 0.5 * static_cast<double>(count * count));
+    }
+    HeadSums Without(std::size_t i, std::size_t j) const {
+        HeadSums rest = Rest(Sums({i, i + 1}));
+        rest -= Sums({j, j + 1});
+        return rest;
+    }
+
+    /// From a point on the sphere or the machine's zero has moved; or the head was locked all along after it, or
+    /// before.
+    void TryChanges() {
+        const std::vector<Interval> changes = ChangesBetweenPoints(sets);
+        for (const Interval& run : changes) {
+            const bool isWholeSet = run.first == 0 && run.last == sets.aCount;
+            const double alternatives = isWholeSet ? 1.0 : static_cast<double>(changes.size());
+            const HeadSums own = Sums(run);
+            const HeadSums groups[] = {Rest(own), own};
+            Add({{ErrorKind::Place, run.first, run.last, {}}}, groups, alternatives);
+            TryLockedOutside(run, alternatives);
+        }
+    }
+    /// All points but these were captured locked: the same as these being off the other way.
+    void TryLockedOutside(const Interval& run, double alternatives) {
+        if (model::SafeLength(unlocking) == 0.0) return;
+        const HeadSums own = Sums(run);
+        AddOne({Locked(run, -unlocking)}, Rest(own), own.Shifted(-unlocking), alternatives);
+    }
+
+    const CapturedSets& sets;
+    const HeadFit& current;
+    model::Vector3 unlocking;
+    std::vector<CapturedPoint> points;
+    model::Vector3 mean;
+    std::vector<HeadSums> running; ///< of the first points, none to all of them
+    std::vector<Candidate> candidates;
+};
+
+} // namespace
+
+std::size_t Candidate::Unknowns() const {
+    return std::accumulate(errors.begin(), errors.end(), std::size_t{0},
+                           [](std::size_t sum, const ModelError& each) { return sum + each.Unknowns(); });
+}
+
+std::vector<Candidate> ScreenedCandidates(const CapturedSets& sets, const HeadFit& current,
+                                          const model::Vector3& unlocking) {
+    return Screen(sets, current, unlocking).All();
+}
+
+std::vector<Interval> ChangesBetweenPoints(const CapturedSets& sets) {
+    const std::size_t a = sets.aCount, count = sets.points.size();
+    std::vector<Interval> changes{{0, a}};
+    for (std::size_t i = 2; i < a; ++i) changes.push_back({0, i});         // in the A set, and the B set after it
+    for (std::size_t i = 1; i + 1 < a; ++i) changes.push_back({i, a});     // in the A set, the B set before it
+    for (std::size_t i = a + 2; i < count; ++i) changes.push_back({a, i}); // in the B set, and the A set after it
+    for (std::size_t i = a + 1; i + 1 < count; ++i) changes.push_back({i, count}); // in the B set, the A set before it
+    return changes;
+}
+
+} // namespace qmv40::diagnosis

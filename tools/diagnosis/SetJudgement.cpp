@@ -1,0 +1,144 @@
+#include "tools/diagnosis/SetJudgement.h"
+
+#include "tools/diagnosis/AxisCircle.h"
+#include "tools/diagnosis/HeadFit.h"
+#include "tools/diagnosis/Thresholds.h"
+#include "tools/model/Angles.h"
+
+#include <algorithm>
+#include <numeric>
+#include <span>
+
+namespace qmv40::diagnosis {
+
+namespace {
+
+using Points = std::span<const CapturedPoint>;
+using model::Vector3;
+
+double MedianOf(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::ranges::nth_element(values, middle);
+    return *middle;
+}
+
+/// How far a point usually is from where the points are: one far off changes neither.
+double ReachOf(Points points) {
+    const auto median = [&](double Vector3::*axis) {
+        std::vector<double> values;
+        for (const CapturedPoint& point : points) values.push_back(point.position.*axis);
+        return MedianOf(std::move(values));
+    };
+    const Vector3 middle{median(&Vector3::x), median(&Vector3::y), median(&Vector3::z)};
+    std::vector<double> distances;
+    for (const CapturedPoint& point : points) distances.push_back(model::SafeLength(point.position - middle));
+    return MedianOf(std::move(distances));
+}
+
+/// Positions that are different, up to `most`: nearer ones than `within` are one.
+std::size_t DifferentPositions(Points points, double within, std::size_t most) {
+    std::vector<Vector3> different;
+    for (const CapturedPoint& point : points) {
+        const auto isNear = [&](const Vector3& each) { return model::SafeLength(point.position - each) <= within; };
+        if (std::ranges::none_of(different, isNear)) different.push_back(point.position);
+        if (different.size() == most) break;
+    }
+    return different.size();
+}
+
+std::size_t DifferentAngles(Points points, double CapturedPoint::*angle) {
+    std::vector<double> angles;
+    for (const CapturedPoint& point : points) angles.push_back(point.*angle);
+    std::ranges::sort(angles);
+    return static_cast<std::size_t>(std::ranges::unique(angles).begin() - angles.begin());
+}
+
+/// One set, and the other one to compare it with.
+class Set {
+public:
+    Set(const CapturedSets& sets, bool isOfASet)
+        : isA(isOfASet), points(Of(sets, isOfASet)), others(Of(sets, !isOfASet)), reach(ReachOf(points)),
+          otherReach(ReachOf(others)), first(isOfASet ? 0 : sets.aCount) {}
+
+    void Judge(std::vector<Finding>& findings) const {
+        constexpr std::size_t least = 3;
+        // Positions a notch apart on the widest circle are farther apart than this share.
+        constexpr double samePlace = 0.02;
+        if (IsSmall()) {
+            if (const auto kind = WhySmall()) Add(*kind, reach, findings);
+        } else if (const std::size_t count = DifferentPositions(points, samePlace * reach, least); count < least) {
+            Add(FindingKind::TooFewPositions, static_cast<double>(count), findings);
+        }
+    }
+
+    bool IsSmall() const { return !(reach >= SmallReach()) || !(reach > 0.0); }
+
+private:
+    static Points Of(const CapturedSets& sets, bool isOfASet) {
+        return isOfASet ? Points(sets.points).first(sets.aCount) : Points(sets.points).subspan(sets.aCount);
+    }
+    /// A stylus may stand off the B axis by some thousandths of its length: so small is the circle of one that hangs.
+    double SmallReach() const {
+        const bool mayHang = !isA && std::abs(points.front().a) < hanging;
+        return std::max((mayHang ? 0.06 : 0.03) * otherReach, 1e-9);
+    }
+    static constexpr double hanging = 10.0; ///< degrees
+
+    /// Nothing where the points form a good circle, only far too small: the set may be in other units.
+    std::optional<FindingKind> WhySmall() const {
+        const auto turned = isA ? &CapturedPoint::a : &CapturedPoint::b;
+        if (DifferentAngles(points, turned) < 3) return FindingKind::TooFewPositions;
+        if (!isA && std::abs(points.front().a) < hanging) return FindingKind::CircleTooSmall;
+        if (IsACircle()) return std::nullopt;
+        return AreWhereTheSphereIs() ? FindingKind::TipInForce : FindingKind::TooFewPositions;
+    }
+    bool IsACircle() const {
+        constexpr double clearly = 0.03;
+        const auto circle = FitAxisCircle(PositionsOf(points));
+        return circle && circle->Rms() < clearly * circle->radius && circle->radius < 2.0 * reach;
+    }
+    /// With an offset of the tip in force every point shows the sphere, which both axes pass.
+    bool AreWhereTheSphereIs() const {
+        const auto circle = FitAxisCircle(PositionsOf(others));
+        if (!circle) return false;
+        // The B circle lies above the sphere unless the stylus points sideways.
+        const double above = isA ? circle->radius / std::tan(model::ToRadians(others.front().a)) : 0.0;
+        const Vector3 sphere = circle->centre - Vector3{0.0, 0.0, above};
+        constexpr double near = 0.2;
+        return model::SafeLength(MeanPosition(points) - sphere) < near * circle->radius;
+    }
+    void Add(FindingKind kind, double figure, std::vector<Finding>& findings) const {
+        Finding finding{kind, Severity::Fault, std::vector<std::size_t>(points.size()), figure};
+        std::iota(finding.points.begin(), finding.points.end(), first);
+        finding.detail = kind == FindingKind::TipInForce ? 1 : 0;
+        if (kind == FindingKind::TooFewPositions && IsSmall()) finding.figure = 1.0;
+        findings.push_back(std::move(finding));
+    }
+
+    bool isA;
+    Points points, others;
+    double reach, otherReach;
+    std::size_t first;
+};
+
+/// Both sets in one place: the scatter is as large as what it scatters about.
+bool AreBothInOnePlace(const CapturedSets& sets) {
+    const double reach =
+        std::max(ReachOf(Points(sets.points).first(sets.aCount)), ReachOf(Points(sets.points).subspan(sets.aCount)));
+    constexpr double largest = 1.0;
+    if (reach > largest) return false;
+    const HeadFit head = FitHead(sets.points);
+    constexpr double clearly = 0.05;
+    return !(head.Rms() < clearly * model::SafeLength(head.model.tip));
+}
+
+} // namespace
+
+std::vector<Finding> JudgeSets(const CapturedSets& sets) {
+    if (AreBothInOnePlace(sets)) return {{FindingKind::TipInForce, Severity::Fault, {}}};
+    std::vector<Finding> findings;
+    for (const bool isOfASet : {true, false}) Set(sets, isOfASet).Judge(findings);
+    return findings;
+}
+
+} // namespace qmv40::diagnosis

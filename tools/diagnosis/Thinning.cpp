@@ -1,0 +1,111 @@
+#include "tools/diagnosis/Thinning.h"
+
+#include "tools/diagnosis/Thresholds.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace qmv40::diagnosis {
+
+namespace {
+
+/// Points of a set that are searched. More would hardly be captured by hand.
+constexpr std::size_t mostOfASet = 100;
+
+void KeepEvenly(std::size_t first, std::size_t last, std::vector<std::size_t>& kept) {
+    const std::size_t count = last - first;
+    const std::size_t wanted = std::min(count, mostOfASet);
+    for (std::size_t i = 0; i < wanted; ++i) {
+        kept.push_back(wanted == count ? first + i : first + i * (count - 1) / (wanted - 1));
+    }
+}
+
+double Misfit(const HeadModel& model, const CapturedPoint& point, std::size_t index) {
+    const model::Vector3 off = point.position - model.Position(point, index);
+    return model::Dot(off, off);
+}
+
+} // namespace
+
+Thinning::Thinning(const CapturedSets& theSets) : sets(theSets) {
+    KeepEvenly(0, sets.aCount, kept);
+    keptOfASet = kept.size();
+    KeepEvenly(sets.aCount, sets.points.size(), kept);
+}
+
+CapturedSets Thinning::Thinned() const {
+    CapturedSets thinned;
+    for (const std::size_t index : kept) thinned.points.push_back(sets.points[index]);
+    thinned.aCount = keptOfASet;
+    return thinned;
+}
+
+HeadExplained Thinning::OfAll(HeadExplained ofPart) const {
+    HeadExplained all;
+    all.rewriting = ofPart.rewriting;
+    all.plain = FitHead(sets.points, ofPart.plain.model);
+    if (all.rewriting.kind != Rewriting::Kind::None) {
+        all.fit = std::move(ofPart.fit);
+        return all;
+    }
+    HeadFit fit;
+    fit.model = ofPart.fit.model;
+    for (ModelError& error : fit.model.errors) error = OfAll(error, ofPart.fit.model);
+    AddPointsOff(fit);
+    all.fit = FitHead(sets.points, fit.model);
+    return all;
+}
+
+ModelError Thinning::OfAll(const ModelError& error, const HeadModel& model) const {
+    ModelError ofAll = error;
+    ofAll.first = error.first == 0 ? 0 : kept[error.first];
+    ofAll.last = error.last == kept.size() ? sets.points.size() : kept[error.last - 1] + 1;
+    const bool isSingle = error.last - error.first == 1;
+    if (isSingle || error.IsOfTheHead(kept.size())) return ofAll;
+    const auto isEdge = [&](std::size_t i) { return i == 0 || i == keptOfASet || i == kept.size(); };
+    if (!isEdge(error.first)) ofAll.first = BestEnd(error.first, error, true, model);
+    if (isEdge(error.last)) {
+        ofAll.last = error.last == keptOfASet ? sets.aCount : sets.points.size();
+    } else {
+        ofAll.last = BestEnd(error.last, error, false, model);
+    }
+    return ofAll;
+}
+
+/// Between the point of the part before `end` and the one at it.
+std::size_t Thinning::BestEnd(std::size_t end, const ModelError& error, bool isFirst, const HeadModel& model) const {
+    HeadModel with = model, without = model;
+    std::erase_if(with.errors,
+                  [&](const ModelError& each) { return each.kind != error.kind || each.first != error.first; });
+    for (ModelError& each : with.errors) each.first = 0, each.last = sets.points.size();
+    without.errors.clear();
+    // How much better the points from here to the next of the part are explained without the error, summed up from the
+    // left.
+    double sum = 0.0, least = 0.0;
+    std::size_t best = kept[end - 1] + 1;
+    for (std::size_t i = kept[end - 1] + 1; i < kept[end]; ++i) {
+        const double gain = Misfit(without, sets.points[i], i) - Misfit(with, sets.points[i], i);
+        sum += isFirst ? gain : -gain;
+        if (sum >= least) continue;
+        least = sum;
+        best = i + 1;
+    }
+    return best;
+}
+
+void Thinning::AddPointsOff(HeadFit& fit) const {
+    // Far beyond what noise does to the farthest of a million points.
+    constexpr double farOff = 8.0;
+    constexpr std::size_t most = 8;
+    std::vector<double> misfits(sets.points.size());
+    double sum = 0.0;
+    for (const std::size_t i : kept) sum += Misfit(fit.model, sets.points[i], i);
+    const double variance = std::max(sum / (3.0 * static_cast<double>(kept.size())), thresholds::leastVariance);
+    for (std::size_t i = 0; i < sets.points.size() && fit.model.errors.size() < most; ++i) {
+        if (Misfit(fit.model, sets.points[i], i) > farOff * farOff * variance) {
+            fit.model.errors.push_back({ModelError::Kind::Place, i, i + 1, {}});
+        }
+    }
+}
+
+} // namespace qmv40::diagnosis

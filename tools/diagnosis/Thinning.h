@@ -1,0 +1,29 @@
+#pragma once
+
+#include "tools/diagnosis/MistakeSearch.h"
+
+namespace qmv40::diagnosis {
+
+/// A part of a large capture that is searched in its place: points spread evenly over each set, with the first and the
+/// last.
+class Thinning {
+public:
+    explicit Thinning(const CapturedSets& theSets);
+
+    bool IsThinned() const { return kept.size() < sets.points.size(); }
+    CapturedSets Thinned() const;
+    /// What was found in the part, in all points: an error that begins or ends between two points of the part begins or
+    /// ends where that explains most, and points far off that are not of the part are errors of their own.
+    HeadExplained OfAll(HeadExplained ofPart) const;
+
+private:
+    ModelError OfAll(const ModelError& error, const HeadModel& model) const;
+    std::size_t BestEnd(std::size_t end, const ModelError& error, bool isFirst, const HeadModel& model) const;
+    void AddPointsOff(HeadFit& fit) const;
+
+    const CapturedSets& sets;
+    std::vector<std::size_t> kept;
+    std::size_t keptOfASet = 0;
+};
+
+} // namespace qmv40::diagnosis
