@@ -23,9 +23,8 @@ double LargestDifference(const model::HeadAngles& left, const model::HeadAngles&
 class PlanCheck {
 public:
     PlanCheck(const model::HeadModel& theHead, const CheckOptions& theOptions, const plans::PlanToCheck& thePlan,
-              Surroundings& theSurroundings, motion::Machine theMachine)
-        : head(theHead), options(theOptions), plan(thePlan), surroundings(theSurroundings),
-          machine(std::move(theMachine)) {}
+              Surroundings& theSurroundings, const motion::Machine& theMachine)
+        : head(theHead), options(theOptions), plan(thePlan), surroundings(theSurroundings), machine(theMachine) {}
 
     PlanReport Report() &&;
     void CheckOrder();

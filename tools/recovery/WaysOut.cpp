@@ -59,7 +59,7 @@ public:
     }
     /// What was made of the move under way, back to its start.
     Builder& AddReturn(MoveId id) {
-        const ArcData& arc = std::get<ArcData>(plans.underWay.moves[stopped.number - 1].data);
+        const auto& arc = std::get<ArcData>(plans.underWay.moves[stopped.number - 1].data);
         return Add({id, TurnedBy(arc, -arc.RotationAngle * stopped.fraction)});
     }
     Builder& AddSwingToPeg(const model::Vector3& from);
