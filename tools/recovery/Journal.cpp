@@ -66,7 +66,8 @@ private:
 void Reader::Take(const Line& line) {
     const bool goesOn = last && IsSame(last->from, line.from) && IsSame(last->to, line.to);
     const std::string number = std::to_string(line.number);
-    if (!line.isBegun && !(goesOn && last->isBegun && last->number == line.number)) {
+    const bool endsWhatBegan = goesOn && last->isBegun && last->number == line.number;
+    if (!line.isBegun && !endsWhatBegan) {
         Refuse("move " + number + " ends here, and the line before does not begin it");
     }
     // A move may be begun again, also from an earlier one on: after a stop, by a way out.

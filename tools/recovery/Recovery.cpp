@@ -28,6 +28,7 @@ Plans Runnable(Plans plans) {
 
 std::vector<plans::PlacedMove> CheckedWay::Placed(const model::Vector3& standing) const {
     std::vector<plans::PlannedMove> moves;
+    moves.reserve(way.moves.size());
     for (const WayMove& each : way.moves) moves.push_back(each.move);
     return plans::PlacedMoves(moves, standing);
 }

@@ -50,10 +50,9 @@ struct Face {
 
     /// The point lies straight above or below the area.
     bool IsOver(const Vector3& point) const {
-        for (const Edge& edge : EdgesOf(triangle)) {
-            if (Dot(Cross(edge.to - edge.from, point - edge.from), normal) < 0.0) return false;
-        }
-        return true;
+        return std::ranges::all_of(EdgesOf(triangle), [&](const Edge& edge) {
+            return !(Dot(Cross(edge.to - edge.from, point - edge.from), normal) < 0.0);
+        });
     }
 
     const Triangle& triangle;
