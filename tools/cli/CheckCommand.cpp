@@ -50,7 +50,7 @@ std::size_t RunTour(const CheckCommandOptions& options, const check::CheckOption
 
 void Run(const CheckCommandOptions& options, const text::Console& console) {
     RequireSomethingToCheck(options);
-    const SettingsInUse settings(options, console);
+    [[maybe_unused]] const SettingsInUse settings(options, console);
     const check::CheckOptions checked = options.allowances.Read();
     const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
     const std::size_t findings =

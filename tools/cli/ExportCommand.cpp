@@ -73,7 +73,7 @@ text::Json DocumentOf(const ExportCommandOptions& options, const std::vector<mot
 
 void Run(ExportCommandOptions options, const text::Console& console) {
     RequireComplete(options.selection, "export");
-    const SettingsInUse settings(options, console);
+    [[maybe_unused]] const SettingsInUse settings(options, console);
     const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
     const double safeHeight = SafeHeight(options, head);
     const std::vector<plans::PlanToCheck> plans = SelectedPlans(options.selection);

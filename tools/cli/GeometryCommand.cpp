@@ -218,7 +218,7 @@ diagnosis::CaptureFile ReadIn(text::LengthUnit given, const std::string& fileNam
 
 void Run(const GeometryOptions& options, const text::Console& console) {
     if (!options.output.empty()) text::RequireNewOrOfKind(options.output, settings::GeometryFileKind());
-    const SettingsInUse settings(options, console);
+    [[maybe_unused]] const SettingsInUse settings(options, console);
     const diagnosis::CaptureFiles capture{ReadIn(options.unit, options.aAxis), ReadIn(options.unit, options.bAxis)};
     component::Calculator calculator;
     const GeometryReport report = Compute(options, capture, calculator, console);

@@ -33,7 +33,7 @@ void PrintWays(const std::vector<plans::Plan>& plans, const model::HeadModel& he
 
 void Run(const MoveOptions& options, const text::Console& console) {
     if (!options.selection.IsComplete()) throw text::UsageError{"move: give --from and --to, or --tour"};
-    const SettingsInUse settings(options, console);
+    [[maybe_unused]] const SettingsInUse settings(options, console);
     const settings::GeometryFile geometry = ReadGeometryFile(options.selection.geometry, console);
     const std::vector<plans::Plan> plans = plans::PlanTour(geometry.Name(), SelectedPositions(options.selection));
     if (options.json) return text::PrintDocument("move", {{"plans", plans::PlansJson(plans)}}, console.out);

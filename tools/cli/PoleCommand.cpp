@@ -14,7 +14,7 @@ struct PoleOptions : CommonOptions {
 };
 
 void Run(const PoleOptions& options, const text::Console& console) {
-    const SettingsInUse settings(options, console);
+    [[maybe_unused]] const SettingsInUse settings(options, console);
     const settings::GeometryFile geometry = ReadGeometryFile(options.geometry, console);
     component::Calculator calculator;
     calculator.LoadHeadGeometry(geometry.Name());

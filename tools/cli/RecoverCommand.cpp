@@ -26,7 +26,7 @@ const model::HeadAngles& OnlyTarget(const RecoverOptions& options) {
 
 void Run(const RecoverOptions& options, const text::Console& console) {
     const model::HeadAngles& target = OnlyTarget(options);
-    const SettingsInUse settings(options, console);
+    [[maybe_unused]] const SettingsInUse settings(options, console);
     const settings::GeometryFile geometry = ReadGeometryFile(options.geometry, console);
     const model::HeadModel head = check::HeadModelOf(geometry.Numbers());
     const recovery::StoppedPlan plan(head, recovery::PlansFor(geometry.Name(), options.from, target));

@@ -16,7 +16,7 @@ struct StartOptions : CommonOptions {
 };
 
 void Run(const StartOptions& options, const text::Console& console) {
-    const SettingsInUse settings(options, console);
+    [[maybe_unused]] const SettingsInUse settings(options, console);
     const settings::GeometryFile geometry = ReadGeometryFile(options.geometry, console);
     component::Calculator calculator;
     calculator.LoadHeadGeometry(geometry.Name());

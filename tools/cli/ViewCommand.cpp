@@ -128,7 +128,7 @@ view::ViewedTour CheckedView(const ViewOptions& options, const text::Console& co
 
 void Run(const ViewOptions& options, const text::Console& console) {
     if (!options.selection.IsComplete()) throw text::UsageError{"view: give --from and --to, or --plan"};
-    const SettingsInUse settings(options, console);
+    [[maybe_unused]] const SettingsInUse settings(options, console);
     const std::string templateFile = IsPageWanted(options) ? TemplateFile(options) : "";
     const std::string pageTemplate = templateFile.empty() ? "" : text::ReadWholeFile(templateFile);
     const view::ViewedTour view = CheckedView(options, console);

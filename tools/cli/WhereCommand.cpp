@@ -19,7 +19,7 @@ struct WhereOptions : CommonOptions {
 };
 
 void Run(const WhereOptions& options, const text::Console& console) {
-    const SettingsInUse settings(options, console);
+    [[maybe_unused]] const SettingsInUse settings(options, console);
     const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.geometry, console).Numbers());
     const auto measured = options.isUnlocked ? model::Measured::Unlocked : model::Measured::Locked;
     const model::Vector3 place = PlaceOf(head, options.at, options.tip, measured);

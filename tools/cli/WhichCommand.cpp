@@ -95,7 +95,7 @@ void Print(const model::MeasuredAngles& found, const std::vector<text::Finding>&
 }
 
 void Run(const WhichOptions& options, const text::Console& console) {
-    const SettingsInUse settings(options, console);
+    [[maybe_unused]] const SettingsInUse settings(options, console);
     const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.geometry, console).Numbers());
     const auto measured = options.isUnlocked ? model::Measured::Unlocked : model::Measured::Locked;
     const std::vector<model::HeadAngles> positions = check::HeadPositions(0);

@@ -255,8 +255,8 @@ private:
             const double least =
                 std::max(thresholds::sphereElsewhere, surely * diagnosis.axes.CentreStandardDeviation());
             // As much as what was taken off the points although they were locked.
-            const bool isLocked =
-                model::SafeLength(off + capture.unlocking) < least && model::SafeLength(capture.unlocking) > least;
+            const double unlocking = model::SafeLength(capture.unlocking);
+            const bool isLocked = unlocking > least && model::SafeLength(off + capture.unlocking) < least;
             if (!(model::SafeLength(off) <= least)) {
                 findings.push_back({Kind::SphereElsewhere,
                                     Severity::Fault,

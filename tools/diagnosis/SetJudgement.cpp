@@ -48,9 +48,11 @@ std::size_t DifferentPositions(Points points, double within, std::size_t most) {
 
 std::size_t DifferentAngles(Points points, double CapturedPoint::*angle) {
     std::vector<double> angles;
+    angles.reserve(points.size());
     for (const CapturedPoint& point : points) angles.push_back(point.*angle);
     std::ranges::sort(angles);
-    return static_cast<std::size_t>(std::ranges::unique(angles).begin() - angles.begin());
+    const auto repeated = std::ranges::unique(angles);
+    return angles.size() - repeated.size();
 }
 
 /// One set, and the other one to compare it with.

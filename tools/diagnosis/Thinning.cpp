@@ -97,7 +97,6 @@ void Thinning::AddPointsOff(HeadFit& fit) const {
     // Far beyond what noise does to the farthest of a million points.
     constexpr double farOff = 8.0;
     constexpr std::size_t most = 8;
-    std::vector<double> misfits(sets.points.size());
     double sum = 0.0;
     for (const std::size_t i : kept) sum += Misfit(fit.model, sets.points[i], i);
     const double variance = std::max(sum / (3.0 * static_cast<double>(kept.size())), thresholds::leastVariance);

@@ -40,6 +40,7 @@ std::string BeginLine(std::span<const Step> program, const Origin& origin) {
 
 std::vector<std::string> HeadingOf(std::span<const Step> program, const Origin& origin) {
     std::vector<std::string> lines;
+    lines.reserve(origin.plans.size());
     for (std::size_t i = 0; i < origin.plans.size(); ++i) lines.push_back(PlanLine(i, origin));
     lines.push_back(SourcesLine(origin));
     lines.emplace_back("Positions are the machine's own, mm, without a stylus tip in force: where the head centre is");

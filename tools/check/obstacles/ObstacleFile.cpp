@@ -126,8 +126,8 @@ Obstacle ObstacleAt(const Place& place) {
     const std::string shape = place.Member("shape").Text();
     if (shape == "box") return ObstacleOf(name, shape, BoxAt(place));
     if (shape == "cylinder") return ObstacleOf(name, shape, CylinderAt(place));
-    if (shape == "mesh") return ObstacleOf(name, shape, MeshAt(place));
-    place.Member("shape").Refuse("is '" + shape + "', and not box, cylinder or mesh");
+    if (shape != "mesh") place.Member("shape").Refuse("is '" + shape + "', and not box, cylinder or mesh");
+    return ObstacleOf(name, shape, MeshAt(place));
 }
 
 std::vector<Obstacle> ObstaclesOf(const std::string& fileName, const std::string& content) {
