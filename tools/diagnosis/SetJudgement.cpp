@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <set>
 #include <span>
 
 namespace qmv40::diagnosis {
@@ -47,12 +48,9 @@ std::size_t DifferentPositions(Points points, double within, std::size_t most) {
 }
 
 std::size_t DifferentAngles(Points points, double CapturedPoint::*angle) {
-    std::vector<double> angles;
-    angles.reserve(points.size());
-    for (const CapturedPoint& point : points) angles.push_back(point.*angle);
-    std::ranges::sort(angles);
-    const auto repeated = std::ranges::unique(angles);
-    return angles.size() - repeated.size();
+    std::set<double> angles;
+    for (const CapturedPoint& point : points) angles.insert(point.*angle);
+    return angles.size();
 }
 
 /// One set, and the other one to compare it with.
