@@ -114,14 +114,14 @@ bool Has(const Arguments& arguments, std::string_view start) {
 void PromiseDocument(const Run& run) {
     const Json document = Json::parse(run.out, nullptr, false);
     Promise(!document.is_discarded() && document.is_object(), "--json prints exactly one document");
-    if (run.exitCode == 1 || run.exitCode == 3) {
-        Promise(document.size() == 1 && document.contains("error"), "a failure is a document with an error");
+    Promise(document.contains("format") && document.value("version", 0) == 1, "that begins with format and version");
+    if (run.exitCode >= 1 && run.exitCode <= 3) {
+        Promise(document.contains("error"), "a failure is a document with an error");
         const Json& error = document["error"];
         Promise(error.contains("description") && !error["description"].get<std::string>().empty(), "that says why");
-        Promise(error.contains(run.exitCode == 1 ? "code" : "file"), "and where from");
-        return;
+        Promise(run.exitCode != 1 || error.contains("code"), "and where from");
     }
-    Promise(!document.empty() && !document.contains("error"), "a result is a document without an error");
+    Promise(run.exitCode != 0 || !document.contains("error"), "a result is a document without an error");
 }
 
 bool MayWrite(const Arguments& arguments) {
@@ -137,14 +137,18 @@ void PromiseOutput(const Arguments& arguments, const Run& run) {
     Promise(run.exitCode >= 0 && run.exitCode <= 4, "the exit code is one of the tool's");
     if (Has(arguments, "--json=")) return; // a yes or a no: the parser's affair
     if (run.exitCode == 2) {
-        Promise(run.out.empty() && !run.err.empty(), "wrong usage is told on standard error alone");
+        if (run.out.empty())
+            Promise(!run.err.empty(), "wrong usage is told on standard error");
+        else
+            PromiseDocument(run);
     } else if (IsHelp(arguments, run)) {
         Promise(!run.out.empty() && run.err.empty(), "help goes to standard output alone");
     } else if (std::ranges::find(arguments, "--json") != arguments.end()) {
         PromiseDocument(run);
     } else if (run.exitCode == 0 || run.exitCode == 4) {
         const bool isWritten = MayWrite(arguments) && !run.err.empty();
-        Promise(!run.out.empty() || isWritten, "a success prints something, or says what it wrote");
+        const bool isRefused = run.exitCode == 4 && !run.err.empty();
+        Promise(!run.out.empty() || isWritten || isRefused, "a success prints something, or says what it wrote");
     } else {
         Promise(run.out.empty() && !run.err.empty(), "a failure is told on standard error alone");
     }
