@@ -1,11 +1,11 @@
 #include "tools/diagnosis/DiagnosisReport.h"
 
+#include "tools/text/Finding.h"
 #include "tools/text/Numbers.h"
 #include "tools/text/Table.h"
 
 #include <algorithm>
 #include <cmath>
-#include <sstream>
 
 namespace qmv40::diagnosis {
 
@@ -133,28 +133,6 @@ std::string Red(const std::string& text, const text::Console& console) {
     return console.colour ? "\x1b[1;31m" + text + "\x1b[0m" : text;
 }
 
-/// Broken at blanks so that no line is longer than a terminal is wide; `first` stands before the first line, as many
-/// blanks before the others.
-std::string Indented(const std::string& first, const std::string& text) {
-    constexpr std::size_t width = 100;
-    std::istringstream words(text);
-    std::string lines = first;
-    std::size_t column = first.size();
-    for (std::string word; words >> word;) {
-        const bool isFirst = column == first.size();
-        if (!isFirst && column + 1 + word.size() > width) {
-            lines += "\n" + std::string(first.size(), ' ');
-            column = first.size();
-        } else if (!isFirst) {
-            lines += ' ';
-            ++column;
-        }
-        lines += word;
-        column += word.size();
-    }
-    return lines + "\n";
-}
-
 text::Json VectorJson(const Vector3& v) { return {{"X", v.x}, {"Y", v.y}, {"Z", v.z}}; }
 
 text::Json EstimateJson(const Estimate& estimate) {
@@ -258,7 +236,7 @@ void PrintFindings(const std::vector<Finding>& findings, const CaptureFiles& fil
         const std::string head = std::string(NameOf(finding.severity)) + ": " + std::string(NameOf(finding.kind));
         const bool isRed = colour && finding.severity == Severity::Fault;
         out << "  " << (isRed ? "\x1b[31m" + head + "\x1b[0m" : head) << '\n'
-            << Indented("    ", words.sentence) << Indented("    -> ", words.remedy);
+            << text::Wrapped("    ", words.sentence) << text::Wrapped("    -> ", words.remedy);
     }
 }
 

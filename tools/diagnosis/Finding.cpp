@@ -96,16 +96,4 @@ std::string_view NameOf(FindingKind kind) {
     return "";
 }
 
-std::string_view NameOf(Severity severity) {
-    switch (severity) {
-    case Severity::Note:
-        return "note";
-    case Severity::Warning:
-        return "warning";
-    case Severity::Fault:
-        return "fault";
-    }
-    return "";
-}
-
 } // namespace qmv40::diagnosis

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/model/Vector3.h"
+#include "tools/text/Finding.h"
 
 #include <cstddef>
 #include <optional>
@@ -9,11 +10,7 @@
 
 namespace qmv40::diagnosis {
 
-enum class Severity {
-    Note,    ///< what cannot be judged
-    Warning, ///< the geometry is right as far as it goes, but not as good as it should be
-    Fault    ///< the geometry is wrong, or nothing shows that it is right
-};
+using text::Severity; // a fault: the geometry is wrong, or nothing shows that it is right
 
 /// What may be found in a capture. `figure`, `reference`, `vector` and `detail` of a finding mean what stands beside
 /// each kind; lengths in millimetres, angles in degrees.
@@ -81,6 +78,5 @@ struct Finding {
 
 /// The name under which a kind of finding is known to scripts: it never changes.
 std::string_view NameOf(FindingKind kind);
-std::string_view NameOf(Severity severity);
 
 } // namespace qmv40::diagnosis
