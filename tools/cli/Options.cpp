@@ -76,6 +76,11 @@ void AddPointOption(Command& command, const char* name, const char* description,
     AddPoint(command, name, description, point).Require();
 }
 
+void AddTipOption(Command& command, model::Vector3& tip) {
+    AddPointOption(command, "--tip", "The stylus tip from the head centre, at A 0, B 0: 0,0,-180 is a plain stylus",
+                   tip);
+}
+
 Option AddPointOption(Command& command, const char* name, const char* description,
                       std::optional<model::Vector3>& point) {
     return AddPoint(command, name, description, point);

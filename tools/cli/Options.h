@@ -38,6 +38,8 @@ void AddFromOption(Command& command, std::optional<model::HeadAngles>& from);
 void AddAtOption(Command& command, model::HeadAngles& at);
 /// A point or an offset, in mm. Required.
 void AddPointOption(Command& command, const char* name, const char* description, model::Vector3& point);
+/// --tip, where the stylus tip is from the head centre. Required.
+void AddTipOption(Command& command, model::Vector3& tip);
 /// Not required unless the caller says so.
 Option AddPointOption(Command& command, const char* name, const char* description,
                       std::optional<model::Vector3>& point);

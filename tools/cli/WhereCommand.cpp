@@ -38,8 +38,7 @@ void AddWhereCommand(Command tool, const text::Console& console) {
     const auto options = std::make_shared<WhereOptions>();
     AddGeometryOption(command, options->geometry);
     AddAtOption(command, options->at);
-    AddPointOption(command, "--tip", "The stylus tip from the head centre, at A 0, B 0: 0,0,-180 is a plain stylus",
-                   options->tip);
+    AddTipOption(command, options->tip);
     command.AddFlag("--unlocked", options->isUnlocked, "The head is unlocked, as for a capture");
     AddCommonOptions(command, *options);
     command.SetFooter(

@@ -116,19 +116,18 @@ void AddWhichCommand(Command tool, const text::Console& console) {
     Command command = tool.AddCommand("which", "Tell which A and B a measured pole sphere means");
     const auto options = std::make_shared<WhichOptions>();
     AddGeometryOption(command, options->geometry);
-    AddPointOption(command, "--tip", "The stylus tip from the head centre, at A 0, B 0: 0,0,-180 is a plain stylus",
-                   options->tip);
+    AddTipOption(command, options->tip);
     AddPointOption(command, "--measured", "Centre of the pole sphere as measured without a tip in force",
                    options->measured);
     command.AddFlag("--unlocked", options->isUnlocked, "It was measured with the head unlocked, as for a capture");
     AddCommonOptions(command, *options);
     command.SetFooter(
         "Example:\n"
-        "  qmv40 which --geometry head.ini --tip 0,0,-180 --measured 539.779,-178.25,-782.279\n"
+        "  qmv40 which --geometry head.ini --tip 0,0,-180 --measured 285.221,-178.25,-527.721\n"
         "\n"
         "Shown are the position whose place lies closest, how far off it the measured one is, and the angles\n"
         "that would fit it best. More than 0.5 mm off, the head did not index: exit code 4.\n"
-        "At A = 0 a straight stylus hangs the same at every B, and B = 180 is B = -180: it is said.");
+        "At A = 0 a straight stylus hangs the same at every B, and B = 180 is B = -180: the answer says so.");
     command.OnRun([options, &console] { Run(*options, console); });
 }
 
