@@ -17,7 +17,7 @@ namespace {
 
 std::size_t IndexOf(FindingKind kind) { return static_cast<std::size_t>(kind); }
 
-/// Runs a step of the component; false when it refuses the angles.
+/// Runs a step of the component. False when it refuses the angles.
 template <typename Step> bool IsAccepted(Step&& step) {
     try {
         std::forward<Step>(step)();
@@ -43,7 +43,7 @@ struct Example {
     const Finding& finding;
 };
 
-/// The first finding of a kind that has some.
+/// The first finding of the kind.
 Example ExampleOf(const AllPairs& all, FindingKind kind) {
     for (const CheckedPlan& checked : all.examples) {
         const auto& findings = checked.report.findings;

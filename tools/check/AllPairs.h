@@ -27,7 +27,8 @@ struct AllPairs {
 /// A from `leastA` to 90, B from -180 to 180, in steps of 15.
 std::vector<model::HeadAngles> HeadPositions(int leastA);
 
-/// Geometry and settings are those of `geometryFile` and the settings in force.
+/// The component takes the geometry from `geometryFile` and the dimensions from the settings in force; `head` must have
+/// the same.
 AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& head, const CheckOptions& options,
                        std::vector<model::HeadAngles> positions, const text::Console& console);
 

@@ -15,7 +15,7 @@ constexpr double wholeTurn = 360.0;
 
 double LengthError(const ArcData& arc) { return std::abs(model::Length(motion::RotationVectorOf(arc)) - 1.0); }
 
-/// Between lines: neither has a sense.
+/// The angle between two lines, which have no direction: 0 to 90 degrees.
 double AngleBetweenLines(const model::Vector3& left, const model::Vector3& right) {
     const double angle = model::AngleBetween(left, right);
     return std::min(angle, 180.0 - angle);
@@ -25,7 +25,8 @@ double DistanceToAxis(const model::Vector3& point, const ArcData& arc) {
     return model::Length(model::Perpendicular(point - motion::OriginOf(arc), motion::AxisOf(arc)));
 }
 
-/// The turn, or for a swing what it comes to within half a turn of the wanted one.
+/// The turn of the arc. For a swing, the turn that leads to the same place and differs from the wanted one by at most
+/// half a turn.
 double WithinHalfATurn(double degrees, const WantedArc& wanted) {
     return wanted.isSwing ? wanted.turning.degrees + std::remainder(degrees - wanted.turning.degrees, wholeTurn)
                           : degrees;

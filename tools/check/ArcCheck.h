@@ -5,7 +5,7 @@
 
 #include <vector>
 
-/// Holds an arc against the turn that its purpose asks for.
+/// Compares an arc with the turn that its purpose requires.
 
 namespace qmv40::check {
 
@@ -15,7 +15,7 @@ struct WantedArc {
     bool isSwing = false; ///< begins anywhere; turns by whole turns more or less lead to the same bearing
 };
 
-/// What is wrong with the arc, each by its kind and amount; begun where the machine stands at `start`.
+/// The findings about an arc that begins with the machine at `start`.
 std::vector<Finding> FindingsOfArc(const ArcData& arc, const model::Vector3& start, const WantedArc& wanted);
 
 } // namespace qmv40::check

@@ -11,7 +11,7 @@ namespace {
 
 std::string Millimetres(double length) { return text::ExactText(length) + " mm"; }
 
-/// A size that nobody gave says nothing of the pole sphere.
+/// A size that the user did not give finds nothing at the pole sphere: see PartSizes.
 std::string Given(const std::optional<double>& size, double assumed) {
     return size ? Millimetres(*size) : Millimetres(assumed) + " (fixtures only)";
 }
@@ -41,7 +41,7 @@ text::Json StylusJson(const std::optional<Stylus>& stylus) {
 text::Json TravelJson(const std::array<TravelLimits, 3>& travel) {
     text::Json document = text::Json::Object();
     constexpr std::array axes{"X", "Y", "Z"};
-    // An end that is not limited is infinite, which a document shows as null.
+    // An axis without a limit has an infinite end, which is null in a document.
     for (std::size_t i = 0; i < travel.size(); ++i) document[axes[i]] = {travel[i].smallest, travel[i].largest};
     return document;
 }

@@ -4,15 +4,15 @@
 #include "tools/text/Console.h"
 #include "tools/text/Json.h"
 
-/// What a check took for granted: sizes that no geometry file holds, and what stands around. Without it a verdict means
-/// nothing.
+/// What a check assumes: sizes that no geometry file has, and what stands around the head. A verdict is to be read with
+/// them.
 
 namespace qmv40::check {
 
 void PrintAssumptions(const CheckOptions& options, const text::Console& console);
 text::Json AssumptionsJson(const CheckOptions& options);
 
-/// One line each, "stylus: 180 mm, diameter 4 mm", and the option that says otherwise.
+/// One line for each: "stylus: 180 mm, diameter 4 mm", and the option that changes it.
 struct AssumptionLine {
     std::string what;
     std::string value;

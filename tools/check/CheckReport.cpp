@@ -19,7 +19,7 @@ using motion::HeadState;
 using plans::MoveId;
 
 constexpr int figureDecimals = 4;
-// They are worked out to 0.01 mm.
+// Clearances are computed to 0.01 mm.
 constexpr int clearanceDecimals = 2;
 
 void PrintMoves(const CheckedPlan& checked, const text::Console& console) {
@@ -84,7 +84,7 @@ text::Json WorstJson(const std::optional<WorstFigure>& worst) {
             {"moveName", NameOf(worst->id)}};
 }
 
-/// Each pair of which something is said, and where its clearance is smallest.
+/// Each pair of part and obstacle that was computed, and where its clearance is smallest.
 text::Json PairsJson(const Figures& figures) {
     text::Json pairs = text::Json::Array();
     for (const PairFigure& pair : figures.Pairs()) {
@@ -228,7 +228,7 @@ std::string WhereText(const WorstFigure& worst, const Figures& figures) {
     return MoveText(worst.move, worst.id) + (figures.Plans() > 1 ? PlanText(worst) : "");
 }
 
-/// Of each part, to what it comes closest.
+/// For each part, the clearance to the obstacle that it comes closest to.
 void PrintPartClearances(const Figures& figures, const text::Console& console) {
     const auto isKnown = [](const PairFigure& pair) { return pair.smallest.has_value(); };
     if (std::ranges::none_of(figures.Pairs(), isKnown)) return;

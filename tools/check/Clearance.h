@@ -2,20 +2,17 @@
 
 #include "tools/motion/Execution.h"
 
-/// How much clearance a move leaves. Two points of the head are followed, its centre and its drive cup, and the
-/// smallest distance of their whole way counts, not that of sampled points.
+/// The clearance of a move. Two points are followed, the head's centre and its drive cup. The clearance is the smallest
+/// distance on the whole path, in closed form, not at samples.
 ///
-/// To the pole sphere: from either point to the sphere's surface. The cup is left out while it goes onto the peg, is on
-/// it and comes off it (EngageWithPeg to DisengageFromPeg): there it must touch.
-/// To a lever: from the machine's position to the position at which it would stand in the middle of the lever's ball,
-/// or of its hub, less the ball's radius; for both levers, as they are before the move. The lever that is being worked
-/// is left out from touching it until it is pushed through (EngageWith... and UnLock, Lock): there it must touch.
+/// To the pole sphere: from either point to the sphere's surface. The cup is left out from EngageWithPeg to
+/// DisengageFromPeg, because it must touch the sphere there.
 
 namespace qmv40::check {
 
 struct BallSizes {
-    // No dimension of sphere and ball is part of a head's geometry. Half of the distance from which peg and lever are
-    // approached (10 and 5 mm) is a size that such an approach plainly allows for.
+    // A head's geometry has no dimension of sphere and ball. The approach to the peg ends 10 mm before it, that to a
+    // lever 5 mm before it, and half of that is assumed.
     double poleSphereRadius = 5.0; ///< mm
     double leverBallRadius = 2.5;  ///< mm
 };
@@ -31,7 +28,7 @@ bool IsPegContact(plans::MoveId id);
 bool IsLeverContact(plans::MoveId id);
 
 Clearance ClearanceOf(const motion::ExecutedMove& move, const model::HeadModel& head, const BallSizes& sizes);
-/// The same at one place of the move's way.
+/// The same at one fraction of the path.
 Clearance ClearanceAt(const motion::ExecutedMove& move, double fraction, const model::HeadModel& head,
                       const BallSizes& sizes);
 

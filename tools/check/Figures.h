@@ -2,7 +2,7 @@
 
 #include "tools/check/PlanCheck.h"
 
-/// The worst figures over any number of plans, and where each was found.
+/// The worst figures of any number of plans, and where each was found.
 
 namespace qmv40::check {
 
@@ -15,7 +15,7 @@ struct WorstFigure {
     plans::MoveId id;
 };
 
-/// The smallest clearance of a part to something that stands around.
+/// The smallest clearance of one part of the head to one obstacle.
 struct PairFigure {
     std::string part;
     std::string solid;
@@ -24,14 +24,14 @@ struct PairFigure {
 
 class Figures {
 public:
-    /// Without those of parts and what stands around.
+    /// Without figures of parts and obstacles.
     Figures() = default;
     explicit Figures(const Surroundings& surroundings);
 
     void Take(const plans::PlanToCheck& plan, const PlanReport& report);
 
     std::size_t Plans() const { return plans; }
-    // None before a move was run that has one. The first plan wins a tie.
+    // Empty until a move was run that has one. Of equal figures the first counts.
     std::optional<WorstFigure> clearanceToPoleSphere; ///< mm, the smallest
     std::optional<WorstFigure> clearanceToLevers;     ///< mm, the smallest
     std::optional<WorstFigure> aboveSafeHeight;       ///< mm, the smallest
@@ -41,7 +41,7 @@ public:
 
     const std::vector<PairFigure>& Pairs() const { return pairs; }
     const PairFigure& PairOf(const PartClearance& each) const { return pairs[each.part * solids + each.solid]; }
-    /// The radius that the pole sphere may have at most, mm: at which the smallest clearance to it is what is required.
+    /// The largest radius of the pole sphere, mm, at which the smallest clearance to it is still the required one.
     std::optional<double> LargestSphere(const CheckOptions& options) const;
 
 private:

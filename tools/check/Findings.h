@@ -65,7 +65,7 @@ struct Finding {
     FindingKind kind;
     std::optional<std::size_t> move; ///< index among the moves of the plan; none: the plan as a whole
     std::optional<double> amount;    ///< by how much it is wrong
-    /// The part of the head that comes too close, and to what; none where no part is to blame.
+    /// The part of the head that comes too close, and the obstacle; empty for findings that are not about a part.
     std::optional<Meeting> meeting = std::nullopt;
 };
 

@@ -7,9 +7,8 @@
 
 namespace qmv40::check {
 
-/// The model of the head with a saved geometry, its dimensions those of the settings in force. Only the numbers are
-/// taken from the file and the settings; what they mean is the model's own.
-/// `saved`: in the order of headGeometryEntries.
+/// The model of the head with a saved geometry and the dimensions of the settings in force. The component only reads
+/// these numbers; the model computes with them by itself.
 model::HeadModel HeadModelOf(const std::array<double, headGeometryEntries.size()>& saved);
 
 } // namespace qmv40::check

@@ -15,8 +15,8 @@ using obstacles::MovingPart;
 
 double Squared(double value) { return value * value; }
 
-/// How the path of a place on the head bends, at most: the machine goes along its path, and the place turns about the
-/// head centre, `reach` from it. Both turn evenly.
+/// The largest curvature term of a place on the head: the machine follows its path, and the place turns at the distance
+/// `reach` about the head's centre. Both change in proportion to the fraction.
 double BendOf(const motion::ExecutedMove& move, double reach) {
     const double turned =
         std::abs(move.after.angles.a - move.before.angles.a) + std::abs(move.after.angles.b - move.before.angles.b);
@@ -24,7 +24,7 @@ double BendOf(const motion::ExecutedMove& move, double reach) {
            reach * Squared(model::ToRadians(turned));
 }
 
-/// A part that keeps its direction: from and to as offsets from the head centre.
+/// A part that does not turn with the head. `from` and `to` are offsets from the head's centre.
 MovingPart Upright(const motion::ExecutedMove& move, const Vector3& from, const Vector3& to, double diameter) {
     const auto at = [path = move.path, from, to](double fraction) -> Axis {
         const Vector3 centre = path.At(fraction);
@@ -42,7 +42,7 @@ MovingPart Cup(const motion::ExecutedMove& move, const model::HeadModel& head, d
     return {at, BendOf(move, model::Length(head.DriveCup({0.0, 0.0}))), diameter / 2.0};
 }
 
-/// A part along the stylus, which points straight down at A = 0: from and to are distances from the head centre.
+/// A part along the stylus, which points straight down at A = 0. `from` and `to` are distances from the head's centre.
 MovingPart AlongStylus(const motion::ExecutedMove& move, const model::HeadModel& head, double from, double to,
                        double diameter) {
     const auto at = [&move, &head, from, to](double fraction) -> Axis {
@@ -53,7 +53,7 @@ MovingPart AlongStylus(const motion::ExecutedMove& move, const model::HeadModel&
     return {at, BendOf(move, to), diameter / 2.0};
 }
 
-/// While a lever is pushed, its ball stays at the pole sphere and its pivot goes with the machine.
+/// While a lever is pushed, its ball stays at the pole sphere and its pivot moves with the machine.
 MovingPart Pushed(const motion::ExecutedMove& move, const model::HeadModel& head, const Vector3& pivot,
                   double diameter) {
     const auto at = [path = move.path, ball = head.PoleSphere(), pivot](double fraction) -> Axis {

@@ -6,8 +6,8 @@
 #include <optional>
 #include <vector>
 
-/// The moving parts of the head as bodies, each a ball or a rod with round ends, and where they are in a move. None of
-/// their sizes is part of a head's geometry: each has a default, and the report says with which it was worked out.
+/// The moving parts of the head as bodies, each a ball or a rod with round ends, and their places in a move. A head's
+/// geometry has none of their sizes: each has a default, and the report says which was used.
 
 namespace qmv40::check {
 
@@ -20,10 +20,10 @@ struct Stylus {
 inline constexpr double assumedBodyDiameter = 40.0;
 inline constexpr double assumedJointDiameter = 36.0;
 
-/// Millimetres. Body and joint have to pass the pole sphere closely, with every head: a size that nobody gave is used
-/// for fixtures, but finds no fault at the sphere and its stem.
+/// Millimetres. On every head, body and joint pass close to the pole sphere. When the user gives no size for them, the
+/// default counts for fixtures, and the pole sphere and its stem are left out.
 struct PartSizes {
-    /// A rod that stands upright on the head centre: its lower end is level with it.
+    /// An upright rod whose lower end is at the height of the head's centre.
     std::optional<double> bodyDiameter;
     double bodyLength = 150.0;
     std::optional<double> jointDiameter; ///< a ball about the head centre: swivel and tilting part
@@ -38,10 +38,10 @@ struct PartInMove {
     bool passesPoleSphere; ///< nothing is said of it and the sphere or its stem
 };
 
-/// What the parts are called, in the order of `PartsOf`.
+/// The names of the parts, in the order of `PartsOf`.
 std::vector<const char*> NamesOfParts(const PartSizes& sizes);
 
-/// The index of the stylus' tip among the parts; none without a stylus.
+/// The index of the stylus tip among the parts; empty without a stylus.
 std::optional<std::size_t> IndexOfTip(const PartSizes& sizes);
 
 std::vector<PartInMove> PartsOf(const motion::ExecutedMove& move, const model::HeadModel& head, const PartSizes& sizes);

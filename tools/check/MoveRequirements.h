@@ -4,7 +4,7 @@
 
 namespace qmv40::check {
 
-/// What each of the 19 moves is for, as conditions that can be checked.
+/// The purpose of each of the 19 moves, as conditions that can be checked.
 struct Contract {
     plans::MoveId id;
 

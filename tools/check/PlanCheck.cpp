@@ -47,7 +47,7 @@ private:
     void CheckEnd();
 
     void Find(K kind, std::optional<double> amount = std::nullopt) { report.findings.push_back({kind, index, amount}); }
-    /// Not-a-number is above everything: what cannot be told is not clear.
+    /// Adds a finding when the amount is above what is allowed, or is not a number.
     void FindAbove(double allowed, K kind, double amount) {
         if (!(amount <= allowed)) Find(kind, amount);
     }
@@ -188,7 +188,7 @@ void PlanCheck::CheckArc(Contract::Arc kind, const ArcData& arc, const motion::E
 }
 
 WantedArc PlanCheck::WantedFor(Contract::Arc kind, const motion::ExecutedMove& run) const {
-    // Each indexing arc is held against its own purpose, not against what an arc before it has spoiled.
+    // Each indexing arc is judged by itself, not by what an earlier arc has spoiled.
     const model::Vector3 onPeg = head.EngagementPosition(run.before.angles);
     if (kind == Contract::Arc::AToZero) return {onPeg, head.TurnOfA(-plan.from.a, plan.from.b)};
     if (kind == Contract::Arc::BToTarget) return {onPeg, head.TurnOfB(plan.to.b - plan.from.b)};
@@ -223,7 +223,7 @@ void PlanCheck::CheckClearance(const CheckedMove& move) {
     FindAbove(model::lengthTolerance, K::TouchesLever, required - move.clearance.toLevers);
     for (const PartClearance& each : move.around) {
         const double missing = required - each.atLeast;
-        if (missing <= model::lengthTolerance) continue; // what is not a number is not clear
+        if (missing <= model::lengthTolerance) continue; // not-a-number goes on to the finding
         const Meeting meeting{surroundings.Parts()[each.part], surroundings.Solids()[each.solid]};
         report.findings.push_back({K::TouchesObstacle, index, missing, meeting});
     }

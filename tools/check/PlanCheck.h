@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-/// Checks a plan: runs its moves on the model (Execution.h) and holds each against what it is for (MoveRequirements.h).
+/// Checks a plan: runs its moves on the model (Execution.h) and compares each with its purpose (MoveRequirements.h).
 
 namespace qmv40::check {
 
@@ -30,30 +30,31 @@ struct CheckedMove {
     Clearance clearance;
     PartClearances around;           ///< of every part of the head to all that stands around
     std::optional<double> lowestTip; ///< Z of the lowest point of the stylus' tip, mm; none without a stylus
-    /// How far above the safe height the lowest point is that has to be above it; none where any height is right.
+    /// Height of the move's lowest point above the safe height, for a move that must stay above it; empty for all
+    /// others.
     std::optional<double> aboveSafeHeight;
 };
 
 struct PlanReport {
     std::vector<CheckedMove> moves; ///< those that were run: all, unless one has a number that is none
     std::vector<Finding> findings;  ///< in the order of the moves; later ones may follow from the first
-    /// How far off the target's engagement position the last indexing arc ends, mm; none when it was not run.
+    /// Distance, mm, of the last indexing arc's end from the engagement position of the target; empty when it was not
+    /// run.
     std::optional<double> targetMiss;
 };
 
 PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan);
-/// Many plans of one head are checked faster with one object for what stands around: it knows the moves that it has
-/// met.
+/// For many plans of one head, use one Surroundings object for all: it remembers the moves that it has computed.
 PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
                      Surroundings& surroundings);
 
-/// The same for a plan that follows another: the machine comes from where that one left it, and the head has to stand
-/// where it left it.
+/// The same for a plan after another one: the machine comes from where `before` left it, and the plan must begin with
+/// the head as `before` left it.
 PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
                          const PlanReport& before, Surroundings& surroundings);
 
-/// The same for moves that begin in the middle of a plan, with the head in `state` and the machine at `machineAt`. They
-/// are held against what each is for and against the end that `plan.to` names, but not against the list of all moves.
+/// The same for moves that begin in the middle of a plan, with the head in `state` and the machine at `machineAt`. Each
+/// is compared with its purpose and the end with `plan.to`, but that all 19 moves are there is not required.
 PlanReport CheckRest(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
                      const motion::HeadState& state, const model::Vector3& machineAt);
 

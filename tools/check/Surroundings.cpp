@@ -8,10 +8,10 @@ namespace qmv40::check {
 
 namespace {
 
-// Far below any table.
+// A stem of this length ends far below any table.
 constexpr double stemLength = 2000.0; // mm
-// Moves whose numbers differ by less are one: the way round the pole leaves roundings in the last digits. What that can
-// change of a clearance is within what a clearance is lowered by for roundings.
+// Two moves are the same when their numbers differ by less: the way round the pole has rounding errors in the last
+// digits. Every clearance is lowered by an allowance for rounding that is larger than this difference.
 constexpr double sameNumber = 1e-8; // mm or degrees
 
 } // namespace

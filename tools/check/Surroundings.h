@@ -7,13 +7,13 @@
 #include <array>
 #include <map>
 
-/// What stands around the head, and how much every part of the head keeps clear of it in a move.
+/// What stands around the head, and the clearance of every part of the head to it in a move.
 
 namespace qmv40::check {
 
 inline constexpr const char* poleSphereName = "pole sphere";
 
-/// What is taken for granted about machine and fixtures.
+/// What is assumed about machine and fixtures.
 struct Scene {
     PartSizes parts;
     double stemDiameter = 6.0;                  ///< mm; the pole sphere's stem goes straight down
@@ -32,15 +32,16 @@ using PartClearances = std::vector<PartClearance>;
 
 class Surroundings {
 public:
-    /// `head` has to outlive it.
+    /// `theHead` must live as long.
     Surroundings(const model::HeadModel& theHead, const BallSizes& sizes, const Scene& theScene);
 
-    /// Of each part to each solid, in the order of the parts. Cup and levers are made to meet the pole sphere: nothing
-    /// is said here of them and the sphere or its stem, nor of body and joint where their sizes were not given.
+    /// The clearance of each part to each solid, in the order of the parts. Cup and levers touch the pole sphere by
+    /// design, so that they are not compared with the sphere or its stem; neither are body and joint when their sizes
+    /// were not given.
     const PartClearances& Of(const motion::ExecutedMove& move);
 
-    /// From now on a clearance that is farther than the smallest of the same part and solid so far, and than
-    /// `required`, is not worked out: what is told is then at least that. For many plans of one head.
+    /// From now on a clearance above both `required` and the smallest one so far of the same part and solid is not
+    /// computed exactly: the value returned is then a lower bound. This is faster for many plans of one head.
     void LookForTheWorstAlone(double required);
 
     const std::vector<const char*>& Parts() const { return parts; }
@@ -48,7 +49,7 @@ public:
     std::size_t DifferentMoves() const { return known.size(); }
 
 private:
-    /// All that a move's clearances follow from.
+    /// All numbers on which the clearances of a move depend.
     using Key = std::array<double, 17>;
 
     static Key KeyOf(const motion::ExecutedMove& move);
@@ -70,7 +71,7 @@ private:
     std::vector<double> smallest; ///< by part and solid
 };
 
-/// The lowest point of the stylus' tip in a move, mm; none without a stylus. Never higher than the truth.
+/// The height of the stylus tip's lowest point in a move, mm; empty without a stylus. A lower bound.
 std::optional<double> LowestTip(const motion::ExecutedMove& move, const model::HeadModel& head, const PartSizes& sizes);
 
 } // namespace qmv40::check

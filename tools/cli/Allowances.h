@@ -5,14 +5,14 @@
 
 namespace qmv40::cli {
 
-/// What the command line says of machine, head and fixtures.
+/// The assumptions about machine, head and fixtures that the command line gives.
 struct Allowances {
     check::CheckOptions options;
     std::optional<double> stylusLength;
     check::Stylus stylus; ///< its diameters; counts when a length was given
     std::vector<std::string> obstacleFiles;
 
-    /// The same with the files of obstacles read. Throws InputError for a file that cannot be used.
+    /// The options of a check, with the obstacle files read. Throws InputError for a file that cannot be used.
     check::CheckOptions Read() const;
 };
 

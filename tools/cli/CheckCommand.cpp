@@ -23,7 +23,7 @@ void RequireSomethingToCheck(const CheckCommandOptions& options) {
     throw text::UsageError{"check: give --from and --to, or --plan, or --all"};
 }
 
-/// How many findings there were.
+/// Returns the number of findings.
 std::size_t RunAll(const CheckCommandOptions& options, const check::CheckOptions& checked, const model::HeadModel& head,
                    const text::Console& console) {
     const int leastA = options.reachable ? 0 : -90;

@@ -40,7 +40,7 @@ OptionDescription DescriptionOf(const CLI::Option& option) {
     return described;
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): commands have commands of their own
+// NOLINTNEXTLINE(misc-no-recursion): a command can have commands of its own
 CommandDescription DescriptionOf(const CLI::App& command, const std::string& before) {
     CommandDescription described;
     described.name = before + command.get_name();
@@ -53,7 +53,7 @@ CommandDescription DescriptionOf(const CLI::App& command, const std::string& bef
     return described;
 }
 
-/// The parser takes whatever follows an option for its value: `--output --json` would write a file named --json.
+/// The parser takes any word after an option for its value: `--output --json` would write a file named --json.
 CLI::Option& RefusingOptions(CLI::Option& option) {
     option.check([](const std::string& value) {
         return value.starts_with("--") ? "a value is missing before " + value : std::string();
@@ -126,7 +126,7 @@ void Command::OnRun(std::function<void()> run) { app->callback(std::move(run)); 
 
 CommandLine::CommandLine(const char* name, const char* description, const char* version)
     : app(std::make_unique<CLI::App>(description, name)) {
-    app->allow_windows_style_options(false); // a value may begin with a slash: file names do
+    app->allow_windows_style_options(false); // a value may begin with a slash, as file names do
     app->set_version_flag("--version", version);
 }
 
@@ -136,7 +136,7 @@ Command CommandLine::Root() { return Command(*app); }
 
 void CommandLine::Run(std::vector<std::string> arguments, const text::Console& console) {
     try {
-        std::ranges::reverse(arguments); // the parser takes them from the back
+        std::ranges::reverse(arguments); // the parser takes them from the end
         app->parse(std::move(arguments));
     } catch (const CLI::Success& help) {
         app->exit(help, console.out, console.err);

@@ -12,11 +12,11 @@ class App;
 class Option;
 } // namespace CLI
 
-/// The definition of a command line. One source file alone knows the library that parses it.
+/// The definition of a command line. Only CommandLine.cpp knows the library that parses it.
 
 namespace qmv40::cli {
 
-/// One option of a command, to be restricted further.
+/// One option of a command, for further restrictions.
 class Option {
 public:
     explicit Option(CLI::Option& theOption) : option(&theOption) {}
@@ -31,30 +31,30 @@ private:
     CLI::Option* option;
 };
 
-/// A command, or the tool itself. Names of options begin with two dashes; without them an argument has its place.
-/// What the options fill must live until the command line was run. Descriptions have no full stop.
+/// A command, or the tool itself. A name that begins with two dashes is an option; any other name is a positional
+/// argument. The variables that options fill must exist until the command line was run. Descriptions have no full stop.
 class Command {
 public:
-    /// Takes a value; returns what is wrong with it, or an empty text.
+    /// Takes a value and returns what is wrong with it, or an empty text.
     using Reader = std::function<std::string(const std::string& value)>;
 
     explicit Command(CLI::App& theApp) : app(&theApp) {}
 
     Command AddCommand(const char* name, const char* description);
-    /// One of its commands must be given.
+    /// A call must name one of its commands.
     void RequireCommand();
 
     Option AddFlag(const char* name, bool& flag, const char* description);
     Option AddText(const char* name, std::string& text, const char* valueName, const char* description);
-    /// May be given several times, with one value each.
+    /// Can be given several times, with one value each.
     Option AddTexts(const char* name, std::vector<std::string>& texts, const char* valueName, const char* description);
     Option AddValue(const char* name, const char* valueName, const char* description, Reader read);
-    /// May be given several times, with one value or more each.
+    /// Can be given several times, with one or more values each.
     Option AddValues(const char* name, const char* valueName, const char* description, Reader read);
 
-    /// Stands at the end of the command's help.
+    /// Text at the end of the command's help.
     void SetFooter(const std::string& footer);
-    /// Called when the command was given and all its options are read.
+    /// Called after all options of the command were read.
     void OnRun(std::function<void()> run);
 
 private:
@@ -89,11 +89,11 @@ public:
     ~CommandLine();
 
     Command Root();
-    /// Reads the arguments that follow the tool's name and runs the command that they give. Prints help where it is
-    /// asked for. Throws UsageError for arguments that make no sense; what the command throws passes through.
+    /// Reads the arguments after the tool's name and runs the command that they name. Prints help on request. Throws
+    /// UsageError for arguments that are wrong. What the command throws passes through.
     void Run(std::vector<std::string> arguments, const text::Console& console);
-    /// The command that the arguments begin with, its words joined by dashes: "move", "settings-show". Empty when they
-    /// begin with none.
+    /// The command at the beginning of the arguments, its words joined by dashes: "move", "settings-show". Empty when
+    /// they begin with no command.
     std::string CommandOf(const std::vector<std::string>& arguments) const;
     CommandDescription Describe() const;
 

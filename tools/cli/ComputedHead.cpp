@@ -11,7 +11,7 @@ namespace qmv40::cli {
 
 namespace {
 
-/// A file of a name of its own that is gone afterwards.
+/// A temporary file with a unique name.
 class PassingFile {
 public:
     PassingFile()
@@ -37,7 +37,7 @@ private:
 ComputedHead AnswerOf(component::Calculator& calculator) {
     const PassingFile passing;
     calculator.SaveHeadGeometry(passing.Name());
-    // Head centre, safe position, rotation
+    // Head centre, safe position, rotation about Z
     const auto numbers = settings::GeometryFile(passing.Name()).Numbers();
     return {calculator.PoleSpherePosition(), {numbers[3], numbers[4], numbers[5]}, numbers[6]};
 }

@@ -5,18 +5,18 @@
 
 namespace qmv40::cli {
 
-/// What the component made of a capture. All of it comes from the component itself: its interface gives the head
-/// centre, the rest stands in the file that it saves.
+/// The component's answer to a capture. All of it comes from the component itself: its interface returns the head
+/// centre, the file that it saves has the rest.
 struct ComputedHead {
     XYZData headCentre;
     XYZData safePosition;
     double rotationAroundZ = 0.0; ///< degrees
 };
 
-/// Of the geometry that the calculator was given.
+/// The answer of a calculator that was given a geometry.
 ComputedHead AnswerOf(component::Calculator& calculator);
 
-/// The shift of unlocking that is in force on this machine.
+/// The locked-to-unlocked offset that is in force on this machine.
 model::Vector3 UnlockingInForce();
 
 } // namespace qmv40::cli

@@ -22,7 +22,7 @@ struct DoctorOptions : CommonOptions {
     std::string geometry; ///< empty: no file is looked at
 };
 
-/// What is known in the end.
+/// The result of the command.
 struct Diagnosis {
     std::vector<settings::Fact> tool;
     settings::Installation installation;
@@ -37,7 +37,7 @@ struct Diagnosis {
     }
 };
 
-/// The component, if it can be created; what the failure is otherwise.
+/// The component; null, with a finding, when it cannot be created.
 std::unique_ptr<component::Calculator> CreateCalculator(std::vector<settings::Complaint>& complaints) {
     try {
         return std::make_unique<component::Calculator>();

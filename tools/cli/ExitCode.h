@@ -2,7 +2,7 @@
 
 namespace qmv40::cli {
 
-/// What the tool tells its caller when it ends.
+/// The exit codes of the tool.
 enum ExitCode : int {
     exitDone = 0,
     exitRefused = 1,    ///< the component refused
@@ -11,7 +11,7 @@ enum ExitCode : int {
     exitFindings = 4    ///< a check ran and found something wrong
 };
 
-/// The command has printed everything; only its exit code remains.
+/// Thrown by a command that has printed everything; only the exit code remains.
 struct CommandEnded {
     ExitCode exitCode;
 };

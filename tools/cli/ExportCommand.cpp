@@ -34,7 +34,7 @@ double SafeHeight(const ExportCommandOptions& options, const model::HeadModel& h
                            " mm upwards alone"};
 }
 
-/// A tour in which something is wrong is not written: the machine would do it.
+/// A tour with findings is not exported, because the machine would execute it.
 void RequireSound(const check::CheckedTour& tour, bool force, const text::Console& console) {
     if (tour.Findings() == 0) return;
     check::PrintJudgement(tour, {}, {console.err, console.err});
@@ -94,7 +94,7 @@ void Run(ExportCommandOptions options, const text::Console& console) {
     if (options.json) text::PrintDocument("export", DocumentOf(options, program, content), console.out);
 }
 
-/// An option that takes a number from `least` on.
+/// An option for a number that is at least `least`.
 void AddNumber(Command& command, const char* name, const char* unit, const char* description, double least,
                std::function<void(double)> take) {
     command.AddValue(name, unit, description, [least, take = std::move(take)](const std::string& value) -> std::string {

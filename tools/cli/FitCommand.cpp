@@ -38,7 +38,7 @@ void ShowCircle(const CMaPointArray& points, bool json, const text::Console& con
     rows.Print(console);
 }
 
-/// A plane or a line: `direction` is its normal or the way it runs.
+/// Prints a plane or a line. `direction` is the plane's normal or the line's direction.
 void ShowFlat(const FitOptions& options, const char* directionName, const CMaVector& point, const CMaVector& direction,
               const diagnosis::Residuals& residuals, const text::Console& console) {
     if (options.json) {

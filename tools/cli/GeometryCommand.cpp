@@ -34,7 +34,7 @@ struct GeometryOptions : CommonOptions {
     std::optional<double> stylus;
 };
 
-/// The component's answer, and the circles and the judgement of the same points.
+/// The component's answer, the circles, and the judgement of the points.
 struct GeometryReport {
     ComputedHead head;
     diagnosis::CircleFit aAxis;
@@ -64,7 +64,7 @@ diagnosis::CircleFit AxisFit(const CMaPointArray& points, const CMaVector& axis)
     return fit;
 }
 
-/// The points with their angles, brought to the locked position.
+/// The points with their angles, shifted to the locked position.
 diagnosis::CapturedSets SetsOf(const diagnosis::CaptureFiles& capture, const model::Vector3& unlocking) {
     diagnosis::CapturedSets sets;
     sets.points.reserve(capture.aAxis.items.size() + capture.bAxis.items.size());
@@ -128,7 +128,7 @@ text::Json ReportJson(const GeometryReport& report, const diagnosis::CaptureFile
                                              : diagnosis::FindingsJson(report.findings, capture, {})}};
 }
 
-/// Every point is off a circle in two ways; six of them would determine it.
+/// Every point has two residuals; six of them would determine the circle exactly.
 std::string DegreesOfFreedom(const diagnosis::CircleFit& fit) {
     return std::to_string(2 * fit.residuals.values.size() - 6);
 }
@@ -171,13 +171,14 @@ void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& ca
     diagnosis::PrintDiagnosis(*report.diagnosis, capture, console);
 }
 
-/// The component refused the capture. Where the angles alone say why, that is told beside its own words.
+/// The component refused the capture. When the angles alone show the reason, it is printed beside the component's
+/// message.
 [[noreturn]] void Refuse(const component::ComponentError& error, const diagnosis::CaptureFiles& capture, bool json,
                          const text::Console& console) {
     const diagnosis::CapturedSets sets = SetsOf(capture, {});
     std::vector<diagnosis::Finding> findings;
     if (error.code == QMV_E_FIXED_AXIS_MOVED) findings = diagnosis::JudgeHeldAngles(sets);
-    // Of points that form no circle it can be said why.
+    // For points that form no circle the reason can be found.
     const bool isOfPoints = error.code == QMV_E_GEOMETRY_IMPOSSIBLE;
     if (isOfPoints && sets.aCount > 0 && sets.aCount < sets.points.size()) findings = diagnosis::JudgeSets(sets);
     if (findings.empty()) throw error;
@@ -203,7 +204,7 @@ GeometryReport Compute(const GeometryOptions& options, const diagnosis::CaptureF
     return Report(options, capture, AnswerOf(calculator));
 }
 
-/// In millimetres, whatever unit it is in.
+/// The capture in millimetres, whatever its unit is.
 diagnosis::CaptureFile ReadIn(text::LengthUnit given, const std::string& fileName) {
     diagnosis::CaptureFile file = diagnosis::ReadCaptureFile(fileName);
     diagnosis::RequireUnit(file, given);

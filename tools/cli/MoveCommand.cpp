@@ -27,7 +27,7 @@ void PrintWays(const std::vector<plans::Plan>& plans, const model::HeadModel& he
     const auto canRun = [](const plans::PlanToCheck& plan) {
         return std::ranges::all_of(plan.moves, motion::Machine::CanRun);
     };
-    if (!std::ranges::all_of(moves, canRun)) return; // the table shows where a number is none
+    if (!std::ranges::all_of(moves, canRun)) return; // the table shows a number that is not finite
     motion::PrintWays(motion::ProgramOf(moves, {.safeHeight = head.SafeHeight()}), console);
 }
 

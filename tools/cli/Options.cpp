@@ -14,7 +14,7 @@ namespace qmv40::cli {
 
 namespace {
 
-/// Reads head angles and passes them on; returns what is wrong with the text.
+/// Reads head angles and passes them to `take`. Returns what is wrong with the text.
 template <typename Take> std::string ReadAngles(const std::string& value, Take&& take) {
     const auto angles = plans::ParseHeadAngles(value);
     if (!angles) return "'" + value + "' is not two angles in degrees such as 45,-90";
@@ -104,7 +104,7 @@ settings::GeometryFile ReadGeometryFile(const GeometryOption& option, const text
         if (!option.force) throw;
         for (const text::InputError& problem : doubtful.problems)
             console.err << "warning: " << text::MessageOf(problem) << '\n';
-        // Every load of a file that lacks an entry fails with the component's own words.
+        // The load fails when an entry is missing; the component's own message is then shown.
         if (file.LacksEntry()) component::Calculator().LoadHeadGeometry(option.file);
     }
     return file;
@@ -112,7 +112,7 @@ settings::GeometryFile ReadGeometryFile(const GeometryOption& option, const text
 
 SettingsInUse::SettingsInUse(const CommonOptions& options, const text::Console& console) : override(options.settings) {
     const settings::MachineSettings machine = settings::ReadMachineSettings();
-    if (machine.state == "missing") return; // the built-in values count, which is no surprise
+    if (machine.state == "missing") return; // the built-in values are then in force
     const settings::SettingsReading reading = settings::ReadSettings(machine.stored);
     if (reading.complaints.empty()) return;
     console.err << "warning: not all settings in " << machine.place << " are read as they look:\n";

@@ -13,13 +13,13 @@
 
 namespace qmv40::cli {
 
-/// What nearly every command takes.
+/// Options that nearly every command has.
 struct CommonOptions {
     std::string settings; ///< file name; empty: the machine's own settings
     bool json = false;
 };
 
-/// The head geometry that a command plans from.
+/// The geometry file that a command plans from.
 struct GeometryOption {
     std::string file;
     bool force = false; ///< plan also from a file in which an entry is not a number
@@ -38,7 +38,7 @@ void AddFromOption(Command& command, std::optional<model::HeadAngles>& from);
 void AddAtOption(Command& command, model::HeadAngles& at);
 /// A point or an offset, in mm. Required.
 void AddPointOption(Command& command, const char* name, const char* description, model::Vector3& point);
-/// --tip, where the stylus tip is from the head centre. Required.
+/// --tip, the offset of the stylus tip from the head's centre. Required.
 void AddTipOption(Command& command, model::Vector3& tip);
 /// Not required unless the caller says so.
 Option AddPointOption(Command& command, const char* name, const char* description,
@@ -46,12 +46,13 @@ Option AddPointOption(Command& command, const char* name, const char* descriptio
 /// Not required unless the caller says so.
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets);
 
-/// The geometry file of a command that plans from it. Throws DoubtfulInput for a file with an entry that is missing or
-/// is not wholly a number. With --force the problems are warnings, and the component decides what it refuses.
+/// Reads the geometry file of a command that plans from it. Throws DoubtfulInput for a file with an entry that is
+/// missing or is not wholly a number. With --force these problems are warnings, and the component decides what it
+/// refuses.
 settings::GeometryFile ReadGeometryFile(const GeometryOption& option, const text::Console& console);
 
-/// Takes the head's fixed dimensions from --settings while it lives. Warns on standard error of every setting, there or
-/// on this machine, that is not read as it looks.
+/// While it lives, the head's fixed dimensions come from --settings. Warns on standard error of every setting, in that
+/// file or on this machine, that is not read as it looks.
 class SettingsInUse {
 public:
     SettingsInUse(const CommonOptions& options, const text::Console& console);

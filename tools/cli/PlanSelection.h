@@ -10,7 +10,7 @@
 
 namespace qmv40::cli {
 
-/// Which plans a command is about: those that the component makes of --from and --to, or those of a file.
+/// The plans that a command is about: those that the component makes for --from and --to, or those of a file.
 struct PlanSelection {
     GeometryOption geometry;
     std::optional<model::HeadAngles> from;
@@ -21,20 +21,20 @@ struct PlanSelection {
     bool IsComplete() const { return !file.empty() || !tour.empty() || (from && !targets.empty()); }
 };
 
-/// Throws UsageError when the command does not know which plans are meant.
+/// Throws UsageError when the options do not say which plans are meant.
 void RequireComplete(const PlanSelection& selection, const std::string& command);
 
-/// --from, --to and --tour, for the positions that plans go through.
+/// Adds --from, --to and --tour, for the positions that plans lead through.
 void AddPositions(Command& command, PlanSelection& selection);
-/// --geometry, --from, --to, --tour and --plan.
+/// Adds --geometry, --from, --to, --tour and --plan.
 void AddPlanSelection(Command& command, PlanSelection& selection);
 
-/// The positions that the plans go through, the first where the head stands: of --from and --to, then of --tour. A tour
-/// without --from begins at its first row. Throws UsageError where there are fewer than two.
+/// The positions that the plans lead through; the head stands at the first one. First those of --from and --to, then
+/// those of --tour. A tour without --from begins at its first row. Throws UsageError when there are fewer than two.
 std::vector<model::HeadAngles> SelectedPositions(const PlanSelection& selection);
 
-/// The plans of a selection that is complete. Those of a file are compared with --from and --to where these are given;
-/// throws UsageError when the file holds another number of plans.
+/// The plans of a complete selection. Plans of a file are compared with --from and --to when these are given. Throws
+/// UsageError when the file has another number of plans.
 std::vector<plans::PlanToCheck> SelectedPlans(const PlanSelection& selection);
 
 } // namespace qmv40::cli

@@ -101,7 +101,7 @@ void Assign(const std::string& assignment, ChosenValues& values, std::array<bool
     values[index] = NumberOrUsageError(assignment.substr(equals + 1));
 }
 
-/// The stored values of a settings file, as the component would take them.
+/// The stored values of a settings file, as the component would read them.
 ChosenValues BaseValues(const std::string& fileName, const text::Console& console) {
     ChosenValues values;
     if (fileName.empty()) return values;

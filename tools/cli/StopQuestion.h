@@ -8,7 +8,7 @@
 
 namespace qmv40::cli {
 
-/// What a person or a journal says about a plan that was stopped.
+/// What the options, or a journal, say about a plan that was stopped.
 struct StopQuestion {
     std::optional<model::Vector3> standing;
     recovery::KnownMove known;
@@ -16,11 +16,12 @@ struct StopQuestion {
     std::string journal; ///< file name; empty: none
 };
 
-/// --standing, --during, --after, --journal and --position-error; the first is not required unless the caller says so.
+/// Adds --standing, --during, --after, --journal and --position-error. --standing is not required unless the caller
+/// says so.
 Option AddStopQuestion(Command& command, StopQuestion& question);
 
-/// The question as it is put, with what the journal says; a journal that ends in a torn line is named on `console`.
-/// `question.standing` is given.
+/// The question, with what the journal says. When the journal ends in a torn line, a message on `console` names it.
+/// `question.standing` must be given.
 recovery::Question QuestionAbout(const StopQuestion& question, const recovery::StoppedPlan& plan,
                                  const check::CheckOptions& options, const text::Console& console);
 

@@ -44,7 +44,7 @@ void Report(const text::DoubtfulInput& doubtful, const text::Console& console) {
     console.err << doubtful.remedy << '\n';
 }
 
-/// The line of the first problem, and everything that is wrong in the description.
+/// The line of the first problem; the description has all problems.
 text::Json ErrorJson(const text::DoubtfulInput& doubtful) {
     text::InputError all{doubtful.problems.front().file, doubtful.problems.front().line, ""};
     for (const text::InputError& problem : doubtful.problems) all.reason += problem.reason + ". ";
@@ -64,7 +64,7 @@ text::Json ErrorJson(const std::exception& error) {
     return {{"error", {{"file", nullptr}, {"line", nullptr}, {"description", error.what()}}}};
 }
 
-/// How a run tells its caller that it could not do its work: by a document where one is wanted, else by a message.
+/// Reports that a command could not do its work: as a document when one was asked for, otherwise as a message.
 class Refusal {
 public:
     Refusal(const CommandLine& tool, const std::vector<std::string>& arguments, const text::Console& theConsole)
@@ -88,8 +88,8 @@ private:
     const text::Console& console;
 };
 
-/// The parser would take what follows an empty value for the value: `--points= --json` would look for a file named
-/// --json.
+/// The parser would take the argument after an empty value for the value: `--points= --json` would look for a file
+/// named --json.
 void RefuseEmptyValues(const std::vector<std::string>& arguments) {
     for (const std::string& argument : arguments) {
         const bool isEmptyValue = argument.starts_with("--") && argument.find('=') == argument.size() - 1;
@@ -115,7 +115,7 @@ int RunCommand(std::vector<std::string> arguments, CommandLine& tool, const text
     } catch (const component::ComponentError& error) {
         return refusal.Because(error, exitRefused);
     } catch (const std::exception& error) {
-        // Out of memory, or a working folder that was removed: nothing that a command expects.
+        // Causes that no command expects, such as no memory or a removed working folder.
         return refusal.Because(error, exitRefused);
     }
 }

@@ -9,13 +9,13 @@
 
 namespace qmv40::cli {
 
-/// The tool's name, texts and commands, which write to `console` (it must live as long).
+/// The tool's name, texts and commands. They write to `console`, which must live as long.
 std::unique_ptr<CommandLine> MakeTool(const text::Console& console);
 
-/// Runs the tool with the arguments that follow its name (UTF-8) and returns its exit code (ExitCode.h).
+/// Runs the tool with the arguments after its name (UTF-8) and returns its exit code (ExitCode.h).
 int RunTool(std::vector<std::string> arguments, const text::Console& console);
 
-/// The user has not asked for plain text by setting NO_COLOR.
+/// True unless the user asked for plain text by setting NO_COLOR.
 bool ColourIsWelcome();
 
 } // namespace qmv40::cli

@@ -32,7 +32,7 @@ struct ViewOptions : CommonOptions {
     StopQuestion stop;
 };
 
-/// A file that is still to be written.
+/// A file to be written.
 struct Outcome {
     std::string file;
     std::string content;
@@ -75,7 +75,7 @@ std::string PageText(const std::string& templateFile, const std::string& content
     return view::MarkedPage(view::FilledTemplate(templateFile, content, fillings));
 }
 
-/// One plan is drawn into the file, each of several into one of its own: plan-1.svg, plan-2.svg.
+/// The file name of one drawing: for one plan the given name, for several plan-1.svg, plan-2.svg.
 std::string DrawingFile(const std::string& fileName, std::size_t index, std::size_t count) {
     if (count == 1) return fileName;
     std::filesystem::path path = text::PathOf(fileName);
@@ -97,7 +97,7 @@ std::vector<Outcome> DrawingFiles(const ViewOptions& options, const std::vector<
     return files;
 }
 
-/// Both ways out of a stopped plan; where its state is not known, the plan itself.
+/// Both ways out of a stopped plan; when its state is not known, the plan itself.
 view::ViewedTour RecoveredView(const ViewOptions& options, const model::HeadModel& head,
                                const check::CheckOptions& checked, const text::Console& console) {
     const PlanSelection& selection = options.selection;
@@ -136,7 +136,7 @@ void Run(const ViewOptions& options, const text::Console& console) {
     const bool isDrawn = (!templateFile.empty() && isShort) || !options.drawing.empty();
     const std::vector<std::string> drawings = isDrawn ? Drawings(view) : std::vector<std::string>();
 
-    // Nothing is written before everything is there to be written.
+    // Everything is made before anything is written.
     std::vector<Outcome> files = DrawingFiles(options, drawings);
     if (!templateFile.empty()) {
         files.push_back({options.output.empty() ? defaultPage : options.output,

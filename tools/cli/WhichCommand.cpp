@@ -23,7 +23,7 @@ struct WhichOptions : CommonOptions {
     bool isUnlocked = false;
 };
 
-/// mm. A head that was indexed stands within hundredths of a millimetre; the next position is millimetres away.
+/// mm. A head that was indexed is within hundredths of a millimetre of its place; the next place is millimetres away.
 constexpr double indexedWithin = 0.5;
 
 text::Json PositionsJson(const std::vector<model::HeadAngles>& positions) {

@@ -21,7 +21,7 @@ void ThrowIfFailed(HRESULT result, const char* operation) {
 class FileNameArgument {
 public:
     explicit FileNameArgument(const std::string& fileName) {
-        // The platform's profile functions would look for a relative name in a folder of their own.
+        // The profile functions of Windows look for a relative name in the Windows folder.
         const std::wstring name = text::FileNameForComponent(std::filesystem::absolute(text::PathOf(fileName)));
         text = SysAllocStringLen(name.data(), static_cast<UINT>(name.size()));
         if (text == nullptr) throw std::bad_alloc();

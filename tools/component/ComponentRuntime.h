@@ -2,7 +2,7 @@
 
 namespace qmv40::component {
 
-/// Keeps the component usable on this thread while it lives.
+/// While it lives, the component can be created on this thread: on Windows COM is initialised for it.
 class ComponentRuntime {
 public:
     ComponentRuntime();

@@ -7,7 +7,7 @@ namespace qmv40::manual {
 
 namespace {
 
-/// A case of the script: what was typed so far, and how to complete it.
+/// A case of the script: the words typed so far, and the words to offer.
 std::string Case(const std::string& pattern, const std::string& action) {
     return "    \"" + pattern + "\") " + action + " ;;\n";
 }
@@ -20,7 +20,7 @@ std::string SettingNames() {
     return names;
 }
 
-/// How the value of an option is completed.
+/// How to complete the value of an option.
 std::string ValueAction(const cli::OptionDescription& option) {
     if (option.IsFile()) return "_qmv40_files; return";
     if (option.argument == "NAME=NUMBER") return "compopt -o nospace 2>/dev/null; words=\"" + SettingNames() + "\"";

@@ -27,7 +27,7 @@ constexpr const char* exitStatus = ".SH EXIT STATUS\n"
                                    ".TP\n.B 3\nA file is missing or malformed, or cannot be written.\n"
                                    ".TP\n.B 4\nA command that checks ran and found something wrong.\n";
 
-/// Text as it is to appear, whatever the formatter makes of its characters.
+/// The text with the characters escaped that the formatter would interpret.
 std::string Escaped(const std::string& text) {
     std::string escaped;
     for (const char c : text) {
@@ -51,7 +51,7 @@ std::string Escaped(const std::string& text) {
             escaped += c;
         }
     }
-    // A line that begins like a request is none.
+    // The formatter would take a line that begins with one of these for a request.
     if (escaped.starts_with('.') || escaped.starts_with('\'')) escaped.insert(0, "\\&");
     return escaped;
 }
@@ -80,7 +80,7 @@ std::string Synopsis(const cli::CommandDescription& command) {
     return text;
 }
 
-/// A footer as it is printed: lines that begin with two blanks stand as they are, the others flow.
+/// A footer in the formatter's form: lines that begin with two blanks keep their line breaks, the others are filled.
 std::string Paragraphs(const std::string& footer) {
     std::string page;
     std::istringstream lines(footer);
@@ -111,14 +111,14 @@ std::string Options(const cli::CommandDescription& command) {
     return page;
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): commands have commands of their own
+// NOLINTNEXTLINE(misc-no-recursion): a command can have commands of its own
 void AppendCommand(const cli::CommandDescription& command, std::string& page) {
     page += ".SS " + Escaped(command.name) + '\n' + Escaped(command.description) + ".\n" + Options(command) + ".PP\n" +
             Paragraphs(command.footer);
     for (const cli::CommandDescription& each : command.commands) AppendCommand(each, page);
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): commands have commands of their own
+// NOLINTNEXTLINE(misc-no-recursion): a command can have commands of its own
 void AppendSynopsis(const cli::CommandDescription& command, std::string& page) {
     if (command.commands.empty()) page += Synopsis(command) + "\n.br\n";
     for (const cli::CommandDescription& each : command.commands) AppendSynopsis(each, page);

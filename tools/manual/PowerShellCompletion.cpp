@@ -17,7 +17,7 @@ std::string List(const std::vector<std::string>& words) {
     return "@(" + list + ")";
 }
 
-/// What may follow a command: its own commands and its options.
+/// The words that may follow a command: its own commands and its options.
 std::string WordEntries(const cli::CommandDescription& tool) {
     std::string entries;
     ForEach(tool, [&](const cli::CommandDescription& command) {
@@ -31,7 +31,7 @@ std::string WordEntries(const cli::CommandDescription& tool) {
     return entries;
 }
 
-/// What may follow an option. Where nothing is offered, PowerShell offers files.
+/// The values that may follow an option. PowerShell offers files when there are none.
 std::string ValueEntries(const cli::CommandDescription& tool) {
     std::string entries;
     ForEach(tool, [&](const cli::CommandDescription& command) {

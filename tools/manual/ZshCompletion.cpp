@@ -36,7 +36,7 @@ std::string Words(const std::vector<std::string>& words) {
     return text;
 }
 
-/// How the value of an option is completed.
+/// How to complete the value of an option.
 std::string Action(const cli::OptionDescription& option) {
     if (option.IsFile()) return "_files";
     if (!option.choices.empty()) return "(" + Words(option.choices) + ")";
@@ -58,7 +58,7 @@ std::string OptionSpecification(const cli::OptionDescription& option) {
     return specifications;
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): commands have commands of their own
+// NOLINTNEXTLINE(misc-no-recursion): a command can have commands of its own
 void AppendFunction(const cli::CommandDescription& command, std::string& script) {
     for (const cli::CommandDescription& each : command.commands) AppendFunction(each, script);
     script += FunctionOf(command) + "() {\n";

@@ -7,11 +7,12 @@ namespace qmv40::model {
 
 namespace {
 
-// What no setting changes, millimetres.
+// Dimensions that no setting changes, millimetres
 constexpr double safeHeightAbovePole = 35.0;
 constexpr double pegDistance = 10.0;
 constexpr double leverDistance = 5.0;
-// A lever is pushed about a point beside its own centre: towards the side it is pushed from, and below.
+// The machine pushes a lever about a point beside the lever's centre: 2 mm towards the side from which it pushes, and 4
+// mm lower.
 constexpr double pushCentreAside = 2.0;
 constexpr double pushCentreBelow = 4.0;
 
@@ -61,13 +62,14 @@ ContactLine HeadModel::LeverLine(LeverSide side, LeverState state) const {
 Turning HeadModel::LeverPush(LeverSide side, LeverState state) const {
     const bool isLocked = state == LeverState::Locked;
     const Vector3 aside{0.0, isLocked ? -pushCentreAside : pushCentreAside, -pushCentreBelow};
-    // Over the top either way: from there the machine leaves upwards, and the lever would be in its way from below.
+    // Both turns go over the top, because the machine leaves upwards afterwards. If it pushed below, the lever would
+    // then be in its way.
     const double degrees = isLocked ? -dimensions.unlockingTurn : dimensions.lockingTurn;
     return {LeverCentre(side) + Mounted(aside), Mounted({1.0, 0.0, 0.0}), degrees};
 }
 
 LeverSide HeadModel::LeverInReach(const HeadAngles& angles) {
-    // B = 180 and B = -180 are one orientation and two levers, and B = 0 counts as negative: both are meant.
+    // B = 180 and B = -180 are one orientation, but the lever differs; B = 0 counts as negative. Both are required.
     const bool pointsToPlus = angles.b > angleTolerance;
     const bool isUpright = std::abs(angles.a) <= angleTolerance;
     return pointsToPlus != isUpright ? LeverSide::Plus : LeverSide::Minus;

@@ -3,12 +3,12 @@
 #include "tools/model/HeadAngles.h"
 #include "tools/model/Turning.h"
 
-/// A model of the head on the machine, made for checking plans: it knows how the head is built and how it turns, and
+/// A model of the head on the machine, for checking plans. It knows how the head is built and how it turns. It knows
 /// nothing of how plans are made.
 ///
-/// Machine coordinates, millimetres, degrees. The machine's position is where the head centre is. The pole sphere stays
-/// where it is; the drive cup goes with the head and turns with A and B. The levers are given, as everywhere, by the
-/// machine's position at which the machine touches them.
+/// Machine coordinates, millimetres, degrees. The machine position is the place of the head's centre, the point where
+/// its A and B axes meet. The pole sphere does not move. The drive cup moves with the head and turns with A and B. A
+/// lever is given, as in plans, by the machine position at which the machine touches it.
 
 namespace qmv40::model {
 
@@ -25,11 +25,12 @@ struct HeadDimensions {
     Vector3 unlockedBall; ///< from the lever centre
     double unlockingTurn; ///< how far the lever has to be pushed
     double lockingTurn;
-    /// How far the machine stands off where it stood, measuring the same with the head unlocked; it turns with nothing.
+    /// How far the machine position differs when the same place is measured with the head unlocked. It turns with
+    /// neither A nor B.
     Vector3 lockedToUnlocked{};
 };
 
-/// How machine and head come to a contact and leave it: along one line, the last `distance` of it straight.
+/// How the machine comes to a contact and leaves it: on a straight line of length `distance`.
 struct ContactLine {
     Vector3 contact; ///< the machine's position in contact
     Vector3 outward; ///< of unit length, away from the contact
@@ -40,8 +41,7 @@ struct ContactLine {
 
 class HeadModel {
 public:
-    /// `centre`: of the pole sphere, and of the head when the drive cup's offset is taken off. `turnedAboutZ`: how far
-    /// the head is mounted turned, +X towards +Y.
+    /// `theCentre`: of the pole sphere. `turnedAboutZ`: how far the head is mounted turned, +X towards +Y.
     HeadModel(const Vector3& theCentre, double turnedAboutZ, const HeadDimensions& theDimensions)
         : centre(theCentre), mountedTurn(turnedAboutZ), dimensions(theDimensions) {}
 
@@ -50,38 +50,37 @@ public:
     /// Z at which the machine moves freely above the pole sphere and both levers.
     double SafeHeight() const;
 
-    /// A direction or an offset that goes with the head's body: as it is, given as at a head mounted square.
+    /// A direction or an offset that is fixed to the head's body. Given for a head that is mounted square.
     Vector3 Mounted(const Vector3& offset) const;
-    /// One that also turns with A and B, given at A = 0, B = 0.
+    /// A direction or an offset that also turns with A and B. Given at A = 0, B = 0.
     Vector3 TurnedWithHead(const Vector3& offset, const HeadAngles& angles) const;
 
-    // The drive cup and the pole sphere, which it sits on while the head is indexed
+    // The drive cup, and the pole sphere that it sits on during indexing
 
     /// From the head centre to the drive cup.
     Vector3 DriveCup(const HeadAngles& angles) const;
     /// Where the machine is when the cup sits on the sphere.
     Vector3 EngagementPosition(const HeadAngles& angles) const;
     ContactLine PegLine(const HeadAngles& angles) const;
-    /// The turns that the machine gives the head about the pole sphere when A or B is to change by `degrees`.
+    /// The rotation about the pole sphere by which the machine changes A or B by `degrees`.
     Turning TurnOfA(double degrees, double b) const;
     Turning TurnOfB(double degrees) const;
 
     // The levers
 
-    /// Which place of the head, from its centre, is at the pole sphere's centre while the machine is at `position`. A
-    /// lever's own place is so the opposite of its position seen from the pole: that on the plus side is at the head's
-    /// -X.
+    /// The place of the head, as an offset from its centre, that is at the pole sphere's centre while the machine is at
+    /// `position`. Therefore the lever of the plus side is at the head's -X.
     Vector3 PlaceOnHead(const Vector3& position) const;
     Vector3 LeverCentre(LeverSide side) const;
     Vector3 LeverBall(LeverSide side, LeverState state) const;
     ContactLine LeverLine(LeverSide side, LeverState state) const;
-    /// How the machine has to turn, touching the lever's ball, to push it out of `state` into the other.
+    /// The turn of the machine, touching the lever's ball, that pushes the lever out of `state` into the other state.
     Turning LeverPush(LeverSide side, LeverState state) const;
     /// The lever within reach while the head stands at `angles`: the stylus, or at A = 0 the drive cup, points away
     /// from the pole sphere's stem.
     static LeverSide LeverInReach(const HeadAngles& angles);
 
-    /// The vertical about which the machine swings round the pole sphere, half-way between the levers.
+    /// The vertical axis about which the machine swings round the pole sphere: midway between the levers.
     Vector3 SwingCentre() const;
 
 private:

@@ -4,7 +4,7 @@
 
 namespace qmv40::model {
 
-/// The way of one point in one move, in closed form: a straight line, or an arc about an axis. A fraction of 0 is its
+/// The path of one point in one move, in closed form: a straight line, or an arc about an axis. Fraction 0 is its
 /// start, 1 its end. Millimetres, degrees.
 class Path {
 public:
@@ -26,7 +26,8 @@ public:
     /// The direction of an arc's axis, of unit length; no direction for an arc without a radius.
     Vector3 Axis() const { return Unit(Cross(first, second)); }
 
-    /// Where the path comes closest to a point. Both ends of a whole turn are one place: either may come out there.
+    /// The fraction at which the path comes closest to a point. For a whole turn that begins and ends there, either 0
+    /// or 1.
     double NearestFraction(const Vector3& point) const;
     /// How close the path comes to a point.
     double SmallestDistanceTo(const Vector3& point) const;
@@ -35,10 +36,10 @@ public:
         double smallest;
         double largest;
     };
-    /// Between which values the coordinate along the unit vector `direction` runs.
+    /// The interval of the coordinate along the unit vector `direction`.
     Range RangeAlong(const Vector3& direction) const;
 
-    /// The same way, made by a point that stands off by `offset`.
+    /// The path of a point at a fixed `offset` from this one.
     Path ShiftedBy(const Vector3& offset) const;
 
 private:
@@ -46,7 +47,7 @@ private:
         : origin(theOrigin), first(theFirst), second(theSecond), sweep(theSweep), isArc(arc) {}
 
     Vector3 AtAngle(double angle) const;
-    /// How far the arc turns until it comes to an angle, radians, 0 to a whole turn.
+    /// The angle that the arc turns through until it reaches the polar angle `angle`. Radians, 0 to a whole turn.
     double AngleAhead(double angle) const;
     bool Passes(double angle) const;
 

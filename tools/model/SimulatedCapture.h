@@ -9,11 +9,8 @@
 
 namespace qmv40::model {
 
-/// A head that exists on paper only, and its captures. With the stylus tip kept on a sphere at `pole`, the machine
-/// stands at
-///     pole - Rz(mountingAngle + B) * R(-X, A) * stylus
-/// while the head is locked, rotations right-handed. Alignment points are captured unlocked: `lockedToUnlocked` is
-/// added. The head centre that must come out is the pole.
+/// A head that exists on paper only, and its captures. With the stylus tip kept on a sphere at `pole`, a locked head
+/// has the machine at
 ///
 /// Millimetres, degrees. `Item` is the record of a captured point: an aggregate of A, B, X, Y and Z, in this order.
 template <typename Item> struct SimulatedHead {
@@ -29,7 +26,7 @@ template <typename Item> struct SimulatedHead {
     double leanAboutX = 0.0; ///< how far the B axis leans: turned about machine Y, then about machine X
     double leanAboutY = 0.0;
 
-    /// The head centre's position while the tip is on the sphere and the head unlocked.
+    /// The machine position while the tip is on the sphere and the head unlocked.
     Vector3 Position(const HeadAngles& angles) const {
         const Vector3 tilted = AboutX(Rotation(ToRadians(-angles.a)), stylus);
         const Vector3 squared = AboutY(Rotation(ToRadians(squareness)), tilted) + Vector3{0.0, axisOffset, 0.0};
@@ -41,7 +38,7 @@ template <typename Item> struct SimulatedHead {
 
     /// A point captured without noise at the angles that are written down for it.
     Item Point(double a, double b) const { return Point({a, b}, {a, b}); }
-    /// One for which other angles are written down than those at which it was captured.
+    /// A point that was captured at other angles than those that are written down for it.
     Item Point(const HeadAngles& written, const HeadAngles& captured) const {
         const Vector3 position = Position(captured);
         return {written.a, written.b, position.x, position.y, position.z};

@@ -9,9 +9,9 @@ namespace qmv40::model {
 
 namespace {
 
-/// mm; below what a measuring machine can tell.
+/// mm. A measuring machine cannot tell places apart that are closer.
 constexpr double onePlace = 0.01;
-/// mm for each radian: a tip that is closer to the B axis does not show B.
+/// mm for each radian. The place of a tip closer to the B axis does not depend on B.
 constexpr double smallestArm = onePlace;
 
 struct Placement {
@@ -23,10 +23,10 @@ struct Placement {
     double Off(const HeadAngles& angles, const Vector3& place) const { return Distance(Of(angles), place); }
 };
 
-/// One step of Gauss and Newton towards the angles whose place is closest, in degrees.
+/// One Gauss-Newton step towards the angles whose place is closest, in degrees.
 HeadAngles StepTowards(const Placement& placement, const HeadAngles& angles, const Vector3& place) {
     const Vector3 arm = placement.head.TurnedWithHead(placement.tip, angles);
-    const Vector3 byA = Cross(arm, placement.head.TurnOfA(0.0, angles.b).axis); // of the place, mm for each radian
+    const Vector3 byA = Cross(arm, placement.head.TurnOfA(0.0, angles.b).axis); // mm for each radian
     const Vector3 byB = Cross(arm, placement.head.TurnOfB(0.0).axis);
     const Vector3 missing = place - placement.Of(angles);
     const double aa = Dot(byA, byA);
@@ -41,7 +41,7 @@ HeadAngles StepTowards(const Placement& placement, const HeadAngles& angles, con
 
 HeadAngles Solved(const Placement& placement, const HeadAngles& nearest, const Vector3& place) {
     constexpr int mostSteps = 30;
-    constexpr double largestStep = 5.0; // degrees: half a turn off would be another solution
+    constexpr double largestStep = 5.0; // degrees; a solution half a turn away must not be reached
     constexpr double smallestStep = 1e-12;
     HeadAngles angles = nearest;
     for (int i = 0; i < mostSteps; ++i) {
@@ -55,7 +55,7 @@ HeadAngles Solved(const Placement& placement, const HeadAngles& nearest, const V
 
 bool SameTurn(double left, double right) { return std::abs(Wrapped(left - right)) < 1e-6; }
 
-/// A B that differs by more than whole turns at one A: the tip stands on the B axis there.
+/// False when two angles with the same A differ in B by more than whole turns: then the tip is on the B axis.
 bool ShowsB(const std::vector<HeadAngles>& samePlace) {
     const HeadAngles& first = samePlace.front();
     return std::ranges::none_of(

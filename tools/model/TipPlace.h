@@ -5,13 +5,13 @@
 #include <span>
 #include <vector>
 
-/// Where a machine stands when it measures the pole sphere with a stylus tip, and back: at which angles a head stands
-/// that was measured so. A tip is its offset from the head centre at A = 0, B = 0 with the head mounted square: a plain
-/// stylus of length L is (0, 0, -L).
+/// Where the machine stands when it measures the pole sphere with a stylus tip, and the inverse: the A and B of a head
+/// that was measured so. A tip is its offset from the head's centre at A = 0, B = 0 with the head mounted square: a
+/// plain stylus of length L is (0, 0, -L).
 
 namespace qmv40::model {
 
-/// Locked: what a plan's positions are. Unlocked: as a capture is measured, with the head shifted as by its settings.
+/// Locked: as positions in plans. Unlocked: as points of a capture, with the shift of unlocking.
 enum class Measured { Locked, Unlocked };
 
 /// The machine's position with the tip in the sphere's centre.
@@ -25,7 +25,8 @@ struct MeasuredAngles {
     std::vector<HeadAngles> samePlace; ///< positions whose places are that of the nearest, itself among them
 };
 
-/// What a machine's position with the tip in the sphere's centre means, where the head stands at one of `positions`.
+/// The A and B that a machine position with the tip in the sphere's centre means, when the head stands at one of
+/// `positions`.
 MeasuredAngles AnglesAt(const HeadModel& head, const Vector3& place, const Vector3& tip, Measured measured,
                         std::span<const HeadAngles> positions);
 

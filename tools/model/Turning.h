@@ -4,13 +4,13 @@
 
 namespace qmv40::model {
 
-/// An axis in space and how far something turns about it, right-handed.
+/// An axis in space and a right-handed rotation about it.
 struct Turning {
     Vector3 centre;
     Vector3 axis; ///< of unit length
     double degrees;
 
-    /// Where it carries a point.
+    /// The point after the rotation.
     Vector3 Carried(const Vector3& point) const {
         const Rotation turn(ToRadians(std::fmod(degrees, 360.0)));
         const Vector3 along = Dot(axis, point - centre) * axis;

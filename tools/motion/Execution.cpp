@@ -64,7 +64,7 @@ ExecutedMove Machine::Run(const plans::PlannedMove& move) {
 Path Machine::PathOf(const plans::PlannedMove& move) const {
     if (position) return plans::PathOf(move, *position);
     if (const auto* const target = std::get_if<XYZData>(&move.data)) return plans::PathOf(move, VectorOf(*target));
-    // No plan begins with an arc; one that does is run from where it should have begun.
+    // No plan of the component begins with an arc. If one does, it is run from the place where it should have begun.
     const model::LeverSide side = model::HeadModel::LeverInReach(state.angles);
     return plans::PathOf(move, head.LeverLine(side, state.lever).ApproachPoint());
 }
@@ -91,7 +91,7 @@ HeadState Machine::After(const ArcData& arc) const {
         if (state.pushed + pushedOn >= std::abs(push.degrees) - model::angleTolerance) after.lever = Other(state.lever);
     }
     if (state.isOnPeg && state.lever == model::LeverState::Unlocked) {
-        // The head follows the machine as far as its two axes let it.
+        // The head turns with the machine as far as its two axes allow it.
         after.angles.a += model::Dot(turn, head.TurnOfA(0.0, state.angles.b).axis);
         after.angles.b += model::Dot(turn, head.TurnOfB(0.0).axis);
     }
@@ -100,7 +100,7 @@ HeadState Machine::After(const ArcData& arc) const {
 
 double Machine::PulledOff(const ExecutedMove& move) const {
     if (!move.before.isOnPeg || !move.path.IsArc()) return 0.0;
-    // A wrong turn may come back to where it was: a look on the way finds it.
+    // A wrong rotation can end where it began, so that points on the way are compared too.
     constexpr std::array fractions{0.25, 0.5, 0.75, 1.0};
     double farthest = 0.0;
     for (const double fraction : fractions) {

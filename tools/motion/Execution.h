@@ -6,9 +6,9 @@
 
 #include <optional>
 
-/// Runs moves, one after the other, on a model of machine and head. What a move is called has no say in what happens:
-/// a lever is unlocked because it was touched and pushed far enough, the head turns because its cup sits on the peg
-/// while the machine makes an arc.
+/// Runs moves one after the other on a model of machine and head. The name of a move does not decide what happens: a
+/// lever is unlocked because it was touched and pushed far enough; the head turns because its cup sits on the peg while
+/// the machine makes an arc.
 
 namespace qmv40::motion {
 
@@ -20,33 +20,34 @@ struct HeadState {
     double pushed = 0.0; ///< how far that lever is pushed out of its state, degrees; only where a plan was stopped
 };
 
-/// A move as it was made.
+/// A move that was run.
 struct ExecutedMove {
     plans::MoveId id;
-    Path path; ///< of the machine's position, where the head centre is
+    Path path; ///< of the machine position
     HeadState before;
     HeadState after;
-    double pulledOff; ///< how far the cup strayed from the peg that it sat on, at most
+    double pulledOff; ///< the largest distance of the cup from the peg that it sat on
 
-    /// The head turns evenly during an arc; every other change of state comes at the end of the move.
+    /// During an arc A and B change in proportion to the angle. Every other change of state happens at the end of the
+    /// move.
     model::HeadAngles AnglesAt(double fraction) const;
 };
 
 class Machine {
 public:
-    /// The head stands at `angles`, locked. `theStart`: where the machine is, if that is known; else it begins at the
-    /// end of the first move.
+    /// The head stands at `angles`, locked. `theStart`: the machine position, if it is known; otherwise the machine
+    /// begins at the end of the first move.
     Machine(const model::HeadModel& theHead, const model::HeadAngles& angles,
             const std::optional<model::Vector3>& theStart);
-    /// A machine that stands somewhere in the middle of a plan: what comes next depends on lever, cup and angles.
+    /// A machine in the middle of a plan. What happens next depends on lever, cup and angles.
     static Machine InTheMiddle(const model::HeadModel& head, const HeadState& state, const model::Vector3& position);
 
-    /// Numbers that make no move (not finite, or an arc about a vector of no length) cannot be run.
+    /// False for numbers that describe no move: not finite, or an arc about a vector of length 0.
     static bool CanRun(const plans::PlannedMove& move);
     ExecutedMove Run(const plans::PlannedMove& move);
 
     const HeadState& State() const { return state; }
-    /// None until the first move was run, if it was not given.
+    /// Empty before the first move when no start was given.
     const std::optional<model::Vector3>& Position() const { return position; }
 
 private:

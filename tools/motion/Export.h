@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-/// Programs as texts for a machine's own controller. All coordinates are the machine's position, in millimetres and
-/// machine coordinates, as it is without a stylus tip in force.
+/// Programs as texts for a machine's own controller. All coordinates are machine positions (no stylus tip in force), in
+/// millimetres and machine coordinates.
 
 namespace qmv40::motion {
 
@@ -22,21 +22,21 @@ struct ExportOptions {
     std::vector<std::string> heading; ///< what the file is and what it was made of: each a line of comment
 };
 
-/// The first line of a file, behind the dialect's sign of comment, by which a file of this tool is known.
+/// The tool knows its own files by this text. It stands in the first line, after the comment sign of the dialect.
 inline constexpr const char* exportMark = "qmv40 export: ";
 
 /// CSV: Plan,Move,Name,X,Y,Z. A row for each straight move's end and for each chord's end of an arc; the way to a
 /// plan's start is move 0. The heading is not in it: see PointsHeading.
 std::string PointsText(std::span<const Step> program, const ExportOptions& options);
-/// The heading as CSV's lines of comment, which stand before the columns' names.
+/// The heading as comment lines of CSV, which stand before the column names.
 std::string PointsHeading(const ExportOptions& options);
 
-// With their headings
+// The following texts begin with their heading
 std::string GcodeText(std::span<const Step> program, const ExportOptions& options);
 std::string DmisText(std::span<const Step> program, const ExportOptions& options);
 std::string IppDmeText(std::span<const Step> program, const ExportOptions& options);
 
-// For the dialects
+// Shared by the dialects
 
 /// "plan 2, move 3 UnLock" or "way to plan 2"
 std::string NameOf(const Step& step);

@@ -15,7 +15,8 @@ std::string DmisComment(const std::string& text) { return "$$ " + text + "\n"; }
 std::string DmisText(std::span<const Step> program, const ExportOptions& options) {
     std::string text = DmisComment(std::string(exportMark) + "dmis");
     for (const std::string& line : options.heading) text += DmisComment(line);
-    // No statement takes the offset of the selected tip off a GOTO: a person has to see to it.
+    // No DMIS statement makes GOTO ignore the offset of the selected tip, so a person has to select a sensor without
+    // one.
     text += "DMISMN/'qmv40 export',5.2\n"
             "UNITS/MM,ANGDEC\n"
             "D(QMV40MCS)=DATSET/MCS\n"

@@ -14,7 +14,7 @@ namespace {
 using model::Path;
 using model::Vector3;
 
-/// A plane of G-code's arcs, by the axis of the machine that stands upright on it.
+/// A plane of G-code's arcs, given by the machine axis perpendicular to it.
 struct Plane {
     Vector3 axis;
     const char* word;
@@ -26,11 +26,11 @@ constexpr std::array planes{Plane{{0, 0, 1}, "G17", {"I", "J"}, {{{1, 0, 0}, {0,
                             Plane{{0, 1, 0}, "G18", {"I", "K"}, {{{1, 0, 0}, {0, 0, 1}}}},
                             Plane{{1, 0, 0}, "G19", {"J", "K"}, {{{0, 1, 0}, {0, 0, 1}}}}};
 
-/// Of the sine of the angle by which an arc's axis may lean off the machine's: 4e-8 mm at the 40 mm of the widest arc.
+/// The largest sine of the angle between an arc's axis and a machine axis: 4e-8 mm at 40 mm, more than the widest arc.
 constexpr double upright = 1e-9;
-/// mm. An arc whose ends would be written as one place is a full turn to a controller.
+/// mm. A controller takes an arc whose start and end are written alike for a full turn.
 constexpr double shortestArc = 0.01;
-/// Degrees. An arc of half a turn or more could be taken for another one where its ends are rounded.
+/// Degrees. When its ends are rounded, an arc of half a turn or more can be taken for another arc.
 constexpr double largestArc = 120.0;
 
 /// A comment ends at the first closing parenthesis.
@@ -72,7 +72,8 @@ private:
         text += "F" + text::ExactText(options.feed) + "\n";
     }
 
-    /// G53 goes with straight moves alone, so arcs are made under a work offset that a person must know to be zero.
+    /// G53 is possible with straight moves only, so arcs are made under a work offset that a person must know to be
+    /// zero.
     static std::string ArcStart() {
         return "G54 G91.1 (work offset 1; centres of arcs are given from their starts)\n"
                "(CONFIRM: G54 and every other offset, G92 too, is zero and not turned)\n"

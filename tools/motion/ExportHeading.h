@@ -7,7 +7,7 @@
 
 namespace qmv40::motion {
 
-/// What a program was made of.
+/// The inputs of a program.
 struct Origin {
     std::span<const plans::PlanToCheck> plans;
     std::string geometry; ///< file names

@@ -15,7 +15,7 @@ class Commands {
 public:
     void Add(const std::string& command) {
         constexpr std::size_t digits = 5;
-        constexpr std::size_t tags = 99'999; // 00000 is the server's own
+        constexpr std::size_t tags = 99'999; // 00000 is reserved for the server
         const std::string number = std::to_string(count++ % tags + 1);
         text += std::string(digits - number.size(), '0') + number + " " + command + "\n";
     }
@@ -37,7 +37,7 @@ std::string IppDmeText(std::span<const Step> program, const ExportOptions& optio
     for (const std::string& line : options.heading) commands.AddComment(line);
     commands.AddComment(
         "Lines that begin with # are for people: the protocol has no comments, so a sender leaves them out.");
-    // What the machine's tools are called, and which of them has no offset, the protocol leaves to the machine.
+    // The protocol leaves to the machine how tools are called and which of them has no offset.
     commands.AddComment("STOP is no command: a server refuses it. Confirm what it says, then delete that line.");
     commands.AddStop("Select a tool without any tip offset: the tip at the head centre. With a tip in force every "
                      "position would be wrong by its offset.");

@@ -8,11 +8,10 @@ namespace qmv40::motion {
 
 namespace {
 
-/// Of one chord, radians. An eighth of a turn still shows a person which way the arc goes.
+/// Of one chord, radians. With eight chords for a whole turn a person still sees the direction of the arc.
 constexpr double largestTurn = std::numbers::pi / 4.0;
 
-/// The turn whose chord leaves a circle by the tolerance: the arc rises above its chord by radius * (1 - cos(turn /
-/// 2)).
+/// The turn whose chord is off the circle by the tolerance: the sagitta is radius * (1 - cos(turn / 2)).
 double TurnOfChord(double radius, double tolerance) {
     const double sine = std::sqrt(tolerance / (2.0 * radius));
     return sine < 1.0 ? std::min(largestTurn, 4.0 * std::asin(sine)) : largestTurn;

@@ -14,13 +14,13 @@ constexpr int mostSteps = 10'000;
 int StepsOf(const Path& path, const Spacing& spacing) {
     const double steps = path.IsArc() ? std::abs(path.Degrees()) / spacing.degrees
                                       : model::Distance(path.Start(), path.End()) / spacing.millimetres;
-    if (!(steps < mostSteps)) return mostSteps; // nor for a length that is not a number
+    if (!(steps < mostSteps)) return mostSteps; // true also for a length that is not a number
     return std::max(1, static_cast<int>(std::ceil(steps)));
 }
 
 bool IsOnPegAt(const ExecutedMove& run, double fraction) {
     if (fraction == 0.0 || run.path.IsArc()) return run.before.isOnPeg;
-    return run.before.isOnPeg && run.after.isOnPeg; // a straight move leaves it at once
+    return run.before.isOnPeg && run.after.isOnPeg; // a straight move takes the cup off the peg at once
 }
 
 Sample SampleOf(const model::HeadModel& head, const ExecutedMove& run, double fraction) {

@@ -5,8 +5,7 @@
 
 namespace qmv40::motion {
 
-/// For people: how the machine gets from the end of each plan of a tour to the start of the next, and how long all of
-/// it is.
+/// For people: the way from the end of each plan of a tour to the start of the next, and the length of the whole tour.
 void PrintWays(std::span<const Step> program, const text::Console& console);
 
 } // namespace qmv40::motion

@@ -10,7 +10,7 @@ namespace {
 using enum MoveId;
 using M = RequiredMoves;
 
-// A purpose has to stand in a table that is 100 columns wide: at most 32 letters.
+// The table of moves is 100 columns wide, so a purpose has at most 32 letters.
 constexpr std::array<Move, moveCount> allMoves{{
     {ApproachUnLockLever, "ApproachUnLockLever", "go to the closed lock lever", &M::ApproachUnLockLever},
     {EngageWithUnLockLever, "EngageWithUnLockLever", "touch the lever's ball", &M::EngageWithUnLockLever},

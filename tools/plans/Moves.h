@@ -9,7 +9,7 @@
 
 namespace qmv40::plans {
 
-/// The 19 moves of one indexing, by what they are for, in the order in which they must be made.
+/// The 19 moves of one indexing, named by their purpose, in the order in which they must be made.
 enum class MoveId {
     ApproachUnLockLever,
     EngageWithUnLockLever,
@@ -38,7 +38,7 @@ constexpr std::size_t IndexOf(MoveId id) { return static_cast<std::size_t>(id); 
 /// As people count them: 1 to 19.
 constexpr std::size_t NumberOf(MoveId id) { return IndexOf(id) + 1; }
 
-/// What is known of a move before it is planned: its name and its field in the record, and what it is for.
+/// What is known of a move before it is planned: its name, its field in the record, its purpose.
 struct Move {
     MoveId id;
     const char* name;
@@ -55,7 +55,7 @@ const char* NameOf(MoveId id);
 /// The move of that name; null when there is none.
 const Move* FindMove(std::string_view name);
 
-/// Picks a call for each kind of move in std::visit.
+/// The calls for std::visit, one for each kind of move.
 template <typename... Calls> struct ForKind : Calls... { using Calls::operator()...; };
 template <typename... Calls> ForKind(Calls...) -> ForKind<Calls...>;
 

@@ -10,7 +10,7 @@ namespace qmv40::plans {
 
 namespace {
 
-/// A place in a document, for messages: plans[0].moves[2].record.
+/// A place in a document, for messages, such as plans[0].moves[2].record.
 struct Place {
     const std::string& file;
     std::string path;
@@ -62,7 +62,8 @@ std::variant<XYZData, ArcData> RecordAt(const Place& place, Record RequiredMoves
     return record;
 }
 
-/// Number, kind, start and end say again what name, record and order say: an edited file need not keep them true.
+/// "number", "kind", "start" and "end" repeat what "name", "record" and the order say. In an edited file they may be
+/// wrong, so they are not read.
 PlannedMove MoveAt(const Place& place) {
     const Place name = place.Member("name");
     if (name.value.Text() == nullptr) name.Refuse("is not a text");

@@ -7,10 +7,10 @@
 
 namespace qmv40::plans {
 
-/// The plans of a document that `qmv40 move --json` printed, as it is or edited since. Moves keep the order in which
-/// they stand there; name and record say what a move does; null is not-a-number. Other members are ignored.
-/// Throws InputError for a file that is no such document: a member that is missing, stands twice or is of another type,
-/// a move that there is none of.
+/// The plans of a document that `qmv40 move --json` printed; it may have been edited. Moves keep their order in the
+/// document. Name and record say what a move does; null means not-a-number. Other members are ignored. Throws
+/// InputError for a file that is no such document: a member is missing, stands twice or has another type, or the name
+/// of a move is unknown.
 std::vector<PlanToCheck> ReadPlans(const std::string& fileName);
 
 } // namespace qmv40::plans

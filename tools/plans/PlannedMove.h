@@ -34,8 +34,8 @@ struct PlacedMove {
     std::optional<model::Vector3> end;   ///< none for an arc without a start
 };
 
-/// The moves as the machine makes them one after the other. `start`: where it stands before the first, if that is
-/// known; a plan of its own begins at the end of its first move.
+/// The moves with the place where the machine begins and ends each of them. `start`: where it stands before the first
+/// one, if that is known. Otherwise the machine begins at the end of the first move.
 std::vector<PlacedMove> PlacedMoves(std::span<const PlannedMove> moves,
                                     const std::optional<model::Vector3>& start = std::nullopt);
 

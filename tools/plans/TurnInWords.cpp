@@ -10,9 +10,9 @@ namespace {
 
 constexpr int angleDecimals = 4;
 constexpr int directionDecimals = 6;
-/// A sine: half a degree. An axis that leans by less is called vertical.
+/// The sine of half a degree. An axis that leans by less is called vertical.
 constexpr double vertical = 0.0087;
-/// mm; what is shorter is no direction.
+/// mm. A shorter difference has no direction.
 constexpr double shortest = 0.001;
 
 const char* Sense(bool isClockwise) { return isClockwise ? "clockwise" : "counter-clockwise"; }
@@ -31,7 +31,7 @@ std::string HeightWords(const model::Path& path) {
     return path.End().z > path.Start().z ? "upwards" : "downwards";
 }
 
-/// The axis of the machine that the way follows, or the two between which it runs.
+/// The machine axis that a direction follows, or the two axes between which it lies.
 std::string Towards(const model::Vector3& way) {
     constexpr double tangentOfHalfAnEighth = 0.4142135623730951;
     const double x = std::abs(way.x);
@@ -49,7 +49,7 @@ std::string Way(const ArcData& arc, const std::optional<model::Vector3>& start) 
     if (std::hypot(axis.x, axis.y) <= vertical) {
         return std::string(Sense((arc.RotationAngle > 0.0) == (axis.z > 0.0))) + ", seen from above";
     }
-    // An axis in between has no above, and its arc no highest point that says which way round.
+    // An axis between vertical and level has neither an "above" nor an arc with one highest point.
     if (!start || std::abs(axis.z) > vertical) return SeenFromTheTip(arc);
     const model::Path path = PathOf({MoveId::UnLock, arc}, *start);
     return HeightWords(path) + Towards(path.End() - path.Start());

@@ -45,7 +45,7 @@ std::optional<Line> ParseLine(const std::string& text) {
     return Line{when == "before", *move, *startAngles, *targetAngles};
 }
 
-/// The lines one after the other, each held against the one before.
+/// Reads the lines one after the other and compares each with the one before.
 class Reader {
 public:
     explicit Reader(const std::string& theFile) : file(theFile) {}
@@ -70,7 +70,7 @@ void Reader::Take(const Line& line) {
     if (!line.isBegun && !endsWhatBegan) {
         Refuse("move " + number + " ends here, and the line before does not begin it");
     }
-    // A move may be begun again, also from an earlier one on: after a stop, by a way out.
+    // A move may be begun again, also from an earlier move on: after a stop, or by a way out.
     const std::size_t latest = last && !last->isBegun ? last->number + 1 : last ? last->number : plans::moveCount;
     if (line.isBegun && goesOn && line.number > latest) {
         Refuse("move " + number + " begins here, and the journal has not the end of the move before it");
@@ -99,7 +99,7 @@ Journal Reader::For(const model::HeadAngles& from, const model::HeadAngles& to) 
                plans::HeadAnglesText(to));
     }
     const auto kind = last->isBegun ? KnownMove::Kind::During : KnownMove::Kind::After;
-    // Behind "before" comes "after": whoever had begun to write that had seen the move end.
+    // After a "before" line comes an "after" line: a torn one shows that the program saw the move end.
     return {{kind, last->number, last->isBegun && isTorn}, isTorn};
 }
 

@@ -17,7 +17,7 @@ bool CanBeRun(const plans::PlanToCheck& plan) { return std::ranges::all_of(plan.
 
 plans::PlanToCheck Checkable(const plans::Plan& plan) { return {plan.from, plan.to, plans::MovesInOrder(plan.moves)}; }
 
-/// A plan that cannot be run has no paths.
+/// The plans, when all of them can be run: paths exist only then.
 Plans Runnable(Plans plans) {
     if (CanBeRun(plans.underWay) && CanBeRun(plans.back) && CanBeRun(plans.stay)) return plans;
     throw text::UsageError{"the plan has a move with a number that is none: no machine can have run it. Look at the "
@@ -56,7 +56,7 @@ Stopped StoppedPlan::StateAt(const Progress& place) const {
 
 Stopped StoppedPlan::StateOf(const Stop& stop, const model::Vector3& standing) const {
     Stopped state = StateAt(stop.Place().place);
-    // Where the first move began is not known, so that its path is not either.
+    // Where the first move began is not known, and therefore its path is not known.
     if (stop.Place().place.number == 1) state.position = standing;
     return state;
 }

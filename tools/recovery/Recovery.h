@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// Where a stopped plan left the head, and how to get out.
+/// Where a stopped plan left the head, and how to get out of it.
 
 namespace qmv40::recovery {
 
@@ -17,32 +17,32 @@ struct Question {
     check::CheckOptions check; ///< what ways out are allowed
 };
 
-/// A way out that was run on the model, or why it must not be run.
+/// A way out that was run on the model. With a finding it must not be run on the machine.
 struct CheckedWay {
     WayOut way;
     std::optional<check::Finding> finding;
 
     bool IsSafe() const { return !finding; }
-    /// With their ends, from where the machine stands.
+    /// The moves with their ends; the first begins where the machine stands.
     std::vector<plans::PlacedMove> Placed(const model::Vector3& standing) const;
 };
 
 struct Recovery {
     Stop stop;
-    // None where the state is unknown
+    // Empty when the state is unknown
     std::optional<CheckedWay> finish;
     std::optional<CheckedWay> backOut;
 
     bool HasBothWays() const { return finish && finish->IsSafe() && backOut && backOut->IsSafe(); }
 };
 
-/// The plans for an indexing that the component plans from the geometry file.
+/// The plans of an indexing, made by the component from the geometry file.
 Plans PlansFor(const std::string& geometryFile, const model::HeadAngles& from, const model::HeadAngles& to);
 
-/// One plan that was stopped, prepared for any number of questions.
+/// One stopped plan, prepared for any number of questions.
 class StoppedPlan {
 public:
-    /// The head must live as long. Throws UsageError when a plan has a number that is none.
+    /// `theHead` must live as long. Throws UsageError when a plan has a number that is not finite.
     StoppedPlan(const model::HeadModel& theHead, Plans thePlans);
 
     const model::HeadModel& Head() const { return head; }

@@ -16,7 +16,7 @@ constexpr int lengthDecimals = 4;
 
 std::string Length(double millimetres) { return text::FixedText(millimetres, lengthDecimals) + " mm"; }
 
-/// "A 45, B 90"; angles on their way have four decimals.
+/// "A 45, B 90"; angles between index positions have four decimals.
 std::string AnglesText(const model::HeadAngles& angles) {
     const auto rounded = [](double degrees) { return std::round(degrees * 1e4) / 1e4 + 0.0; };
     return plans::HeadAnglesText({rounded(angles.a), rounded(angles.b)});
@@ -30,7 +30,7 @@ std::string CallText(const model::HeadAngles& angles) {
     return "SetCurrentHeadPosition(" + text::ExactText(angles.a) + ", " + text::ExactText(angles.b) + ")";
 }
 
-/// How a person sees that the head is in the state.
+/// How a person recognises that the head is in the state.
 std::string LookOf(State state, const plans::PlanToCheck& plan) {
     const std::string start = AnglesText(plan.from);
     const std::string target = AnglesText(plan.to);
@@ -121,7 +121,7 @@ std::string WhereItStopped(const Answered& answered) {
     return text + ".";
 }
 
-/// Why a way must not be run, or what the program has to call after it.
+/// Why a way must not be run, or which call a program has to make after it.
 std::string WayText(const CheckedWay& way, const char* name) {
     if (way.IsSafe()) return std::string(" After `") + name + "`: " + CallText(way.way.angles) + ".";
     const check::Finding& finding = *way.finding;

@@ -6,15 +6,15 @@
 
 namespace qmv40::recovery {
 
-/// What was asked, for the words of the answer.
+/// The question, and what its answer needs for its texts.
 struct Answered {
     const StoppedPlan& plan;
     Question question;
     Recovery recovery;
 };
 
-/// What the answer rests on, in sentences: which move it is and how far, why the state is not known and what to look
-/// at, why a way out is absent, and which SetCurrentHeadPosition a program needs afterwards.
+/// The reasons for the answer, in sentences: which move it is and how far it is made, why the state is not known and
+/// what to look at, why a way out is absent, and which SetCurrentHeadPosition call a program has to make afterwards.
 std::string Why(const Answered& answered);
 
 /// Verdict, ways out as tables, and what to do.

@@ -4,7 +4,7 @@ namespace qmv40::recovery {
 
 namespace {
 
-/// Moves have the names of the contacts that they make or leave, by which they are judged.
+/// Each move gets the name of the contact that it makes or leaves, because it is judged by that name.
 check::CheckedPlan Shown(const CheckedWay& checked, const StoppedPlan& plan, const Question& question,
                          const Stopped& state) {
     check::CheckedPlan shown{{state.head.angles, checked.way.angles, {}}, {}};

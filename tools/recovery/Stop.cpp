@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t lastMove = plans::moveCount;
 
-// What counts as one
+// Places and angles that differ by less are the same
 constexpr double samePlace = 1e-6; // mm
 constexpr double sameAngle = 1e-6; // degrees
 
@@ -28,7 +28,7 @@ Fit NearestFit(const PlanPaths& paths, std::size_t number, const model::Vector3&
     return FitAt(paths, {number, paths.PathOf(number).NearestFraction(standing)}, standing);
 }
 
-/// Finds the places on the moves in question that agree with where the machine stands.
+/// Finds the places, on the moves in question, that agree with where the machine stands.
 class Search {
 public:
     Search(const PlanPaths& thePaths, const model::Vector3& theStanding, double theError)
@@ -39,7 +39,7 @@ public:
         if (!isAnySeen || fit.distance < stop.nearest.distance) stop.nearest = fit;
         isAnySeen = true;
         Take(fit);
-        // A turn of 360 degrees ends where it began: the position tells one end from the other in no way.
+        // A turn of 360 degrees ends where it began, so the position does not tell its ends apart.
         if (!IsAWholeTurn(paths.PathOf(number), error)) return;
         for (const double end : {0.0, 1.0}) {
             if (std::abs(fit.place.fraction - end) > 0.5) Take(FitAt(paths, {number, end}, standing));
@@ -64,7 +64,7 @@ private:
     bool isAnySeen = false;
 };
 
-/// The closest; of places that count as one the latest, which has the shortest way to the target.
+/// The closest place. Of places that are the same, the latest: the way to the target is shortest from there.
 void Search::ChooseBest() {
     for (std::size_t i = 1; i < stop.fits.size(); ++i) {
         if (stop.fits[i].distance <= stop.fits[stop.best].distance + samePlace) stop.best = i;
@@ -80,8 +80,8 @@ bool Search::HaveOneOrientation() const {
     return std::ranges::all_of(stop.fits, [&](const Fit& fit) { return IsSameOrientation(stop.fits.front(), fit); });
 }
 
-/// Two places have the same A and B, or the plan leads from one to the other within what the position leaves open: at
-/// the corner of two arcs. From A = 39 degrees up, two orientations can have one place.
+/// True when A and B are the same at both places, or when the plan leads from one to the other within the position
+/// error, as at the corner of two arcs. From A = 39 degrees on, one place can belong to two orientations.
 bool Search::IsSameOrientation(const Fit& first, const Fit& second) const {
     const double difference =
         std::max(std::abs(first.angles.a - second.angles.a), std::abs(first.angles.b - second.angles.b));
@@ -102,7 +102,7 @@ Stop AtStartOf(const PlanPaths& paths, std::size_t number, const model::Vector3&
     return KnownPlace(FitAt(paths, {number, 0.0}, standing));
 }
 
-/// Where the first move began is not known: every place agrees with it.
+/// Where the first move began is not known, so that every place agrees with it.
 Stop InFirstMove(const PlanPaths& paths, const model::Vector3& standing) {
     return KnownPlace({{1, paths.PathOf(1).NearestFraction(standing)}, 0.0, paths.AnglesAt({1, 0.0})});
 }
@@ -112,13 +112,13 @@ Stop During(const PlanPaths& paths, const KnownMove& known, const model::Vector3
     const double toEnd = model::Distance(path.End(), standing);
     const bool leadsOn = known.number < lastMove;
     if (leadsOn && known.isEndAnnounced && toEnd <= error) return AtStartOf(paths, known.number + 1, standing);
-    // A move of no length ends where it begins; a whole turn does so too, with another B.
+    // A move of length 0 ends where it begins. A whole turn does so too, but with another B.
     const bool hasAnEnd = leadsOn && path.Length() > error && !IsAWholeTurn(path, error);
     if (hasAnEnd && toEnd <= model::lengthTolerance) return AtStartOf(paths, known.number + 1, standing);
     if (known.number == 1) return InFirstMove(paths, standing);
     Search search(paths, standing, error);
     search.Look(known.number);
-    // So close to the end the move may be over: a contact may be made, a lever may be through.
+    // So close to the end of the move, its contact may be made, or its lever pushed through.
     const bool changesState = leadsOn && StateInMove(known.number) != StateInMove(known.number + 1);
     if (hasAnEnd && changesState) search.Take(FitAt(paths, {known.number + 1, 0.0}, standing));
     return std::move(search).Result();

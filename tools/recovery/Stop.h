@@ -9,13 +9,13 @@
 #include <optional>
 #include <vector>
 
-/// Where a plan was stopped: which of its moves the machine was in, and how lever, cup, A and B stand.
+/// Where a plan was stopped: the move that the machine was in, and the state of lever, cup, A and B.
 ///
 /// Moves are counted from 1 to 19, as in documents. Millimetres, degrees.
 
 namespace qmv40::recovery {
 
-/// Of lever, cup and head angles, by the move in which the machine stopped.
+/// The state of lever, cup and head angles, by the move in which the machine stopped.
 enum class State {
     Untouched, ///< moves 1 and 2: locked where the plan starts
     Unlocking, ///< move 3: the lever is pushed part of the way
@@ -31,7 +31,7 @@ enum class State {
 const char* NameOf(State state);
 State StateInMove(std::size_t number);
 
-/// A place on a plan.
+/// A place in a plan.
 struct Progress {
     std::size_t number; ///< of the move
     double fraction;    ///< of the move, 0 to 1
@@ -45,7 +45,7 @@ public:
 
     const model::Path& PathOf(std::size_t number) const { return paths[number - 1]; }
     model::HeadAngles AnglesAt(const Progress& place) const;
-    /// How far the machine goes from one place to the other.
+    /// The length of the machine's path from one place to the other.
     double LengthBetween(const Progress& first, const Progress& second) const;
 
 private:
@@ -54,7 +54,7 @@ private:
     std::vector<model::Path> paths;
 };
 
-/// What is known about the move besides the position.
+/// What is known about the move apart from the position.
 struct KnownMove {
     enum class Kind {
         Nothing,
@@ -62,11 +62,11 @@ struct KnownMove {
         After   ///< it was finished, and it is not known that the next one had begun
     } kind = Kind::Nothing;
     std::size_t number = 0; ///< of the move; After 0: no move was begun
-    /// During: it was being told that the move had ended. The position decides whether that is so.
+    /// During: the report that the move had ended was being written. The position decides whether it had.
     bool isEndAnnounced = false;
 };
 
-/// A place on the plan where the machine may stand.
+/// A place in the plan where the machine may stand.
 struct Fit {
     Progress place;
     double distance; ///< of the standing from it
@@ -83,12 +83,12 @@ struct Stop {
     bool hasSeveralOrientations = false; ///< the state is unknown because the fits agree in it, and not in A and B
 
     const Fit& Place() const { return fits[best]; }
-    /// The moves of `fits`, each once.
+    /// The moves of `fits`, each number once.
     std::vector<std::size_t> Numbers() const;
 };
 
-/// What every position is known to, unless somebody states it: three standard deviations of 10 um in each coordinate,
-/// and some. A position farther than this from a path is not on it.
+/// The error of a position when the user does not state one: somewhat more than three standard deviations of 10 um in
+/// each coordinate. A position that is farther from a path is not on it.
 inline constexpr double usualPositionError = 0.05;
 
 Stop FindStop(const PlanPaths& paths, const model::Vector3& standing, const KnownMove& known, double positionError);

@@ -16,7 +16,7 @@ double LargestDifference(const model::HeadAngles& left, const model::HeadAngles&
     return std::max(std::abs(left.a - right.a), std::abs(left.b - right.b));
 }
 
-/// Not-a-number is above everything: what cannot be told is not clear.
+/// True also for not-a-number: an unknown amount is not safe.
 bool IsAbove(double amount, double allowed) { return !(amount <= allowed); }
 
 std::optional<Finding> FindingOfClearance(const model::HeadModel& head, const check::CheckOptions& options,
@@ -52,7 +52,7 @@ std::optional<Finding> FindingOfTravel(const check::CheckOptions& options, const
     return std::nullopt;
 }
 
-/// A lever that was pushed part of the way and is left there.
+/// A lever that was pushed part of the way and would be left so.
 std::optional<Finding> FindingOfLever(const motion::ExecutedMove& run) {
     if (run.before.pushed == 0.0 || run.after.lever != run.before.lever) return std::nullopt;
     return Finding{run.before.lever == model::LeverState::Locked ? K::LeverNotUnlocked : K::LeverNotLocked, {}, {}};

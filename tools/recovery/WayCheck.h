@@ -8,15 +8,15 @@
 #include <string>
 #include <vector>
 
-/// Runs a way out on the model of head and machine, from the very state in which the plan was stopped.
+/// Runs a way out on the model of head and machine, from exactly the state in which the plan was stopped.
 
 namespace qmv40::recovery {
 
 /// A move of a way out.
 struct WayMove {
     plans::PlannedMove move;
-    /// The move whose contact it makes or leaves. A way back from a lever's ball has the name of the place that it
-    /// leads to, and must touch the ball where it begins.
+    /// The move whose contact it makes or leaves. A way back from a lever's ball is called by the place that it leads
+    /// to, and must touch the ball where it begins.
     plans::MoveId contact = move.id;
 };
 
@@ -26,14 +26,14 @@ struct WayOut {
     model::Vector3 end;       ///< of the machine
 };
 
-/// Head and machine as they were stopped.
+/// Head and machine at the stop.
 struct Stopped {
     motion::HeadState head;
     model::Vector3 position;
 };
 
-/// What is wrong with the way, the first finding alone: it must not be run. Nothing: the head ends locked at `angles`,
-/// the machine at `end`, and nothing is touched that need not be.
+/// The first finding of the way; it must then not be run. Empty: the head ends locked at `angles`, the machine at
+/// `end`, and nothing is touched that need not be touched.
 std::optional<check::Finding> FirstFinding(const model::HeadModel& head, const check::CheckOptions& options,
                                            const Stopped& stopped, const WayOut& way);
 

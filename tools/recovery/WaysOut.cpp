@@ -15,14 +15,14 @@ const plans::PlannedMove& MoveOf(const plans::PlanToCheck& plan, MoveId id) { re
 const XYZData& TargetOf(const plans::PlanToCheck& plan, MoveId id) { return std::get<XYZData>(MoveOf(plan, id).data); }
 const ArcData& ArcOf(const plans::PlanToCheck& plan, MoveId id) { return std::get<ArcData>(MoveOf(plan, id).data); }
 
-/// The same axis and another angle.
+/// The same axis with another angle.
 ArcData TurnedBy(ArcData arc, double rotationAngle) {
     arc.RotationAngle = rotationAngle;
     return arc;
 }
 
-/// How far an arc about the vertical through `centre` has to turn from one bearing to the other, as records give it;
-/// of the turns that do so the one that comes closest to `near`.
+/// The angle, as records give it, by which an arc about the vertical axis through `centre` leads from one azimuth to
+/// the other. Of the angles that differ by whole turns, the one that is closest to `near`.
 double SwingAngle(const model::Vector3& centre, const model::Vector3& from, const model::Vector3& to, double near) {
     const model::Vector3 first = from - centre;
     const model::Vector3 second = to - centre;
@@ -31,7 +31,7 @@ double SwingAngle(const model::Vector3& centre, const model::Vector3& from, cons
     return near + std::remainder(-counterClockwise - near, 360.0);
 }
 
-/// Puts the moves of one way out together.
+/// Collects the moves of one way out.
 class Builder {
 public:
     Builder(const Plans& thePlans, const Progress& theStopped) : plans(thePlans), stopped(theStopped) {}
@@ -41,7 +41,7 @@ public:
         return *this;
     }
     Builder& AddStraight(MoveId id, const XYZData& target) { return Add({id, target}); }
-    /// Off a lever's ball, along the line on which it was approached.
+    /// Leaves a lever's ball on the line on which it was approached.
     Builder& AddOffTheBall(MoveId id, MoveId contact) {
         moves.push_back({{id, TargetOf(plans.underWay, id)}, contact});
         return *this;
@@ -50,14 +50,14 @@ public:
         for (std::size_t i = IndexOf(first); i < plan.moves.size(); ++i) Add(plan.moves[i]);
         return *this;
     }
-    /// What is left of the move under way.
+    /// The remaining part of the move in which the machine stopped.
     Builder& AddRest() {
         const plans::PlannedMove& move = plans.underWay.moves[stopped.number - 1];
         const auto* const arc = std::get_if<ArcData>(&move.data);
         if (arc == nullptr) return Add(move);
         return Add({move.id, TurnedBy(*arc, arc->RotationAngle * (1.0 - stopped.fraction))});
     }
-    /// What was made of the move under way, back to its start.
+    /// The part of that move that was made, back to its start.
     Builder& AddReturn(MoveId id) {
         const auto& arc = std::get<ArcData>(plans.underWay.moves[stopped.number - 1].data);
         return Add({id, TurnedBy(arc, -arc.RotationAngle * stopped.fraction)});
@@ -68,7 +68,7 @@ public:
     WayOut Way(const plans::PlanToCheck& likeThis) && { return {std::move(moves), likeThis.to, EndOf(likeThis)}; }
 
 private:
-    /// Of a swing, back over the bearings that the plan passed.
+    /// The angle of a swing back, over the same azimuths as in the plan.
     double BackOver(MoveId swing) const {
         const bool isUnderWay = IndexOf(swing) + 1 == stopped.number;
         return -ArcOf(plans.underWay, swing).RotationAngle * (isUnderWay ? stopped.fraction : 1.0);
@@ -93,7 +93,7 @@ Builder& Builder::AddSwingToLever(const model::Vector3& from) {
     return Add({MoveId::RotateToLockLever, TurnedBy(swing, angle)});
 }
 
-/// Straight to a place, and a second way over everything that stands around.
+/// Straight to a place, and as a second way, over everything that stands around.
 std::vector<std::vector<plans::PlannedMove>> WaysTo(MoveId id, const XYZData& target, const model::Vector3& from,
                                                     double safeHeight) {
     const double height = std::max({safeHeight, from.z, target.ZPosition});
@@ -115,7 +115,7 @@ WaysFrom(const std::vector<std::vector<plans::PlannedMove>>& beginnings, const B
     return ways;
 }
 
-/// The machine is locked and free, or at the lever's ball.
+/// The head is locked, and the machine is free or at the lever's ball.
 std::vector<WayOut> BackWhileUntouched(const Plans& plans, const Builder& empty, const Progress& stopped,
                                        const Stopped& state, double safeHeight) {
     const auto goOn = [&](Builder& builder) { return std::move(builder).Way(plans.stay); };
@@ -129,7 +129,7 @@ std::vector<WayOut> BackWhileUntouched(const Plans& plans, const Builder& empty,
     return WaysFrom(WaysTo(MoveId::DisengageFromLockLever, end, state.position, safeHeight), empty, goOn);
 }
 
-/// The lever at the start's angles is open, or on its way: it is locked again.
+/// The lever at the start's angles is open, or being opened: it is locked again.
 void BackWhileUnlocked(Builder& builder, const Plans& plans, MoveId under, const model::Vector3& position) {
     switch (under) {
     case MoveId::UnLock:
@@ -152,7 +152,7 @@ void BackWhileUnlocked(Builder& builder, const Plans& plans, MoveId under, const
     }
 }
 
-/// The cup is on the peg: A and B are turned back as they were turned.
+/// The cup is on the peg: A and B are turned back in the reverse order.
 void BackOnPeg(Builder& builder, const Plans& plans, MoveId under) {
     const double turnOfB = ArcOf(plans.underWay, MoveId::MoveToBPosition).RotationAngle;
     switch (under) {
@@ -169,7 +169,7 @@ void BackOnPeg(Builder& builder, const Plans& plans, MoveId under) {
     }
 }
 
-/// The head is open at the target's angles: it goes back onto the peg.
+/// The head is unlocked at the target's angles: it returns to the peg.
 void BackWhileIndexed(Builder& builder, const Plans& plans, MoveId under, const model::Vector3& position) {
     const XYZData& aboveLever = TargetOf(plans.underWay, MoveId::MoveToLockLeverAtSafeZ);
     switch (under) {
@@ -231,7 +231,7 @@ std::vector<WayOut> WaysBack(const Plans& plans, const Progress& stopped, const 
     case State::Indexed:
         BackWhileIndexed(builder, plans, under, state.position);
         return {std::move(builder).Way(plans.back)};
-    default: // Locking, Locked: what is left is made, and the head is then indexed back
+    default: // Locking, Locked: locking is completed, and the head is then indexed back
         builder.AddRest();
         if (under == MoveId::Lock) builder.Add(MoveOf(plans.underWay, MoveId::DisengageFromLockLever));
         builder.AddPlan(plans.back, MoveId::ApproachUnLockLever);

@@ -5,28 +5,29 @@
 
 #include <vector>
 
-/// The moves that lead out of a stopped plan. Each begins by going on along the path that the machine was on, or back
-/// along the part of it that was made: that path is known to be free. After it the moves are those of plans.
+/// The moves that lead out of a stopped plan. Each way begins on the path that the machine was on: forward on it, or
+/// back over the part that was made, which is known to be free. Moves of plans follow.
 
 namespace qmv40::recovery {
 
-/// The plans that a way out is put together from.
+/// The plans of which a way out consists.
 struct Plans {
     plans::PlanToCheck underWay; ///< from the start to the target
     plans::PlanToCheck back;     ///< from the target to the start
     plans::PlanToCheck stay;     ///< from the start to the start
 };
 
-/// Where the plan leaves the machine.
+/// The machine position at the end of the plan.
 model::Vector3 EndOf(const plans::PlanToCheck& plan);
 
-// Several ways, the best first, where where the machine came from is not known: before the first move ends.
+// Several ways, the best first, while the origin of the machine is not known: before the end of the first move.
 
-/// The rest of the plan: the head ends locked at the target.
+/// The rest of the plan. The head ends locked at the target.
 std::vector<WayOut> WaysToFinish(const Plans& plans, const Progress& stopped, const Stopped& state, double safeHeight);
 
-/// Back to where the plan began: the head ends locked there, the machine where the plan from the start to the start
-/// ends. A lever that is pushed part of the way is pushed on first, never pulled: the machine touches it on one side.
+/// Back to the start of the plan. The head ends locked there, the machine at the end of the plan from the start to the
+/// start. A lever that is pushed part of the way is first pushed to its end: it cannot be pulled back, because the
+/// machine touches it on one side.
 std::vector<WayOut> WaysBack(const Plans& plans, const Progress& stopped, const Stopped& state, double safeHeight);
 
 } // namespace qmv40::recovery

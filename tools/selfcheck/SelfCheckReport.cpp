@@ -20,7 +20,7 @@ std::string InPowersOfTen(double value) {
     return {buffer.data(), result.ptr};
 }
 
-/// As many digits as tell the build's number from the wrong one.
+/// With enough digits to tell the build's number from a wrong one.
 std::string NumbersText(const std::vector<double>& numbers, double tolerance) {
     constexpr double fine = 1e-13;
     constexpr int decimals = 6;

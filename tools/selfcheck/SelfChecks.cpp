@@ -12,13 +12,13 @@ namespace qmv40::selfcheck {
 
 namespace {
 
-// Coordinates of some hundreds of millimetres carry about 1e-13 of rounding; a wrong sign or constant shows by more
-// than a micrometre.
+// Coordinates of some hundreds of millimetres have rounding errors of about 1e-13. A wrong sign or constant changes
+// them by more than a micrometre.
 constexpr double lengthTolerance = 1e-9;
 constexpr double angleTolerance = 1e-9;
 constexpr double directionTolerance = 1e-12;
 
-// Of the 3-4-5 triangle: a turn by it multiplies by 0.8 and 0.6.
+// The angle of the 3-4-5 triangle: its cosine is 0.8, its sine 0.6.
 constexpr double triangleAngle = 36.86989764584402;
 
 using Numbers = std::vector<double>;
@@ -62,7 +62,7 @@ model::Vector3 VectorOf(const XYZData& position) {
     return {position.XPosition, position.YPosition, position.ZPosition};
 }
 
-/// Where an arc carries the machine's position when it is executed left-handed (-1), as required, or right-handed (1).
+/// The machine position after an arc that is executed left-handed (-1), as required, or right-handed (1).
 model::Vector3 Execute(const ArcData& arc, const model::Vector3& from, double hand = -1.0) {
     return model::Turning{{arc.XOrigin, arc.YOrigin, arc.ZOrigin},
                           {arc.iRotationVector, arc.jRotationVector, arc.kRotationVector},
@@ -78,7 +78,7 @@ model::Vector3 ExecuteIndexing(const RequiredMoves& moves, double hand) {
     return position;
 }
 
-/// Azimuth from the X axis, degrees, seen from the head centre at the origin.
+/// Azimuth from the X axis, degrees, as seen from the head centre, which is the origin.
 double Azimuth(const model::Vector3& position) { return model::ToDegrees(std::atan2(position.y, position.x)); }
 
 SelfCheckGroup SquareHeadChecks(component::Calculator& calculator) {
@@ -121,12 +121,12 @@ SelfCheckGroup IndexingChecks(component::Calculator& calculator) {
                         Azimuth(VectorOf(moves.ApproachPeg)), Azimuth(atPeg))}};
 }
 
-/// A turn of 180 degrees with a pi that is too short leaves as much of a sine as the pi lacks.
+/// The pi that the build uses: the sine of 180 degrees shows how much is missing to the exact pi.
 double PiInUse(const RequiredMoves& halfTurnOfB) {
     return std::numbers::pi - std::abs(halfTurnOfB.MoveToAPosition.jRotationVector);
 }
 
-/// From the arc of a known tangent, beyond a quarter turn: 180 less the arctangent in degrees.
+/// Degrees in one radian that the build uses, from an arc whose tangent is known: 180 less the arctangent in degrees.
 double DegreesInARadianInUse(const RequiredMoves& fromZero) {
     // Unlocked lever (30.3, 19.3), approach to the peg (6.95, -34): cross product over scalar product.
     constexpr double tangent = 1164.335 / 445.615;
@@ -134,7 +134,7 @@ double DegreesInARadianInUse(const RequiredMoves& fromZero) {
 }
 
 SelfCheckGroup ConstantChecks(component::Calculator& calculator) {
-    // A third of the difference from the exact constant: a tenth would be below the rounding.
+    // A third of the difference to the exact constant; a tenth would be lost in rounding.
     constexpr double piTolerance = 1e-15;
     constexpr double factorTolerance = 2.5e-14;
     const RequiredMoves moves = PlanFrom(calculator, {0, 0}, {0, 180});

@@ -8,7 +8,7 @@ namespace qmv40::selfcheck {
 /// The signs and constants of the component, compared with numbers that were worked out by hand. The component is used
 /// through its public interface alone.
 
-/// One number or one point: what was worked out, and what the build gives.
+/// One number or one point: expected, and as the build computes it.
 struct SelfCheck {
     std::string what;
     std::vector<double> expected;
@@ -16,7 +16,7 @@ struct SelfCheck {
     const char* unit;
     double tolerance;
 
-    /// The largest difference of a coordinate; not-a-number when one is that.
+    /// The largest difference of a coordinate; not-a-number when a coordinate is not a number.
     double Difference() const;
     bool IsPassed() const { return Difference() <= tolerance; }
 };
@@ -27,8 +27,8 @@ struct SelfCheckGroup {
     std::vector<SelfCheck> checks;
 };
 
-/// Runs all checks with the built-in dimensions of the head, whatever the machine's settings are. Nothing is written.
-/// A part of the build that fails altogether is thrown as ComponentError.
+/// Runs all checks with the built-in dimensions of the head. The machine's settings have no influence. Nothing is
+/// written. Throws ComponentError when a call of the component fails.
 std::vector<SelfCheckGroup> RunSelfChecks();
 
 } // namespace qmv40::selfcheck

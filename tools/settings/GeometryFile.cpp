@@ -52,14 +52,14 @@ public:
 
     bool HasUtf8Mark() const { return content.starts_with("\xEF\xBB\xBF"); }
 
-    /// The number of the line in which the entry is looked for; nothing when there is none.
+    /// The number of the line in which the entry is looked for; empty when there is none.
     std::optional<std::size_t> LineOf(const GeometryFileEntry& entry) const {
         const auto isUsed = [&](const ProfileLine& line) { return !line.isHidden && IsLineOf(line, entry); };
         const auto found = std::ranges::find_if(lines, isUsed);
         return found == lines.end() ? std::nullopt : std::optional(found->number);
     }
 
-    /// Of a section that is not used, the section line alone.
+    /// The lines that are not used. Of a section that is not used, only its section line.
     std::vector<std::string> Ignored() const {
         std::vector<std::string> ignored;
         bool isSectionUsed = true;
@@ -93,7 +93,7 @@ private:
     std::vector<ProfileLine> lines;
 };
 
-/// The component never uses the saved safe height. Where somebody wrote another one there, that is told.
+/// The component never uses the saved safe height, so a different one in the file is reported.
 std::optional<std::string> UnusedSafeHeight(const std::vector<GeometryFileEntry>& entries) {
     constexpr double safeHeight = 35.0;
     constexpr double roundingOfTheFile = 1e-6;
@@ -123,7 +123,7 @@ void Load(const std::string& fileName, component::Calculator& calculator, Geomet
 GeometryFile::GeometryFile(const std::string& fileName) : name(fileName) {
     const std::filesystem::path path = text::PathOf(fileName);
     text::RequireFile(fileName);
-    // The platform's profile functions would look for a relative name in a folder of their own.
+    // The profile functions of Windows look for a relative name in the Windows folder.
     const ProfileReader reader(text::FileNameForComponent(std::filesystem::absolute(path)).c_str());
     for (const HeadGeometryEntry& entry : headGeometryEntries) entries.push_back(ReadEntry(reader, entry));
 }

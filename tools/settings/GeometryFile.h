@@ -35,7 +35,7 @@ public:
     std::array<double, headGeometryEntries.size()> Numbers() const;
 
     /// Throws DoubtfulInput, with the line of each entry, unless all seven are numbers. The component reads a word as 0
-    /// and a decimal comma as the end of the number, and would plan with that.
+    /// and ends a number at a decimal comma. It would plan with such numbers.
     void RequireNumbers() const;
 
 private:
@@ -43,8 +43,8 @@ private:
     std::vector<GeometryFileEntry> entries;
 };
 
-/// A file that a geometry may be saved into: one with a section of a geometry in which every line is a section, an
-/// entry or a comment.
+/// A file that a geometry may be saved into: it has a section of a geometry, and all its lines are sections, entries or
+/// comments.
 text::FileKind GeometryFileKind();
 
 /// What `qmv40 doctor` tells about a head geometry file.
@@ -55,7 +55,7 @@ struct GeometryFileState {
     std::vector<Complaint> complaints;
 };
 
-/// `calculator` is null where there is no component: then the file is only looked at.
+/// `calculator` is null when the component cannot be created. Then the file is examined but not loaded.
 GeometryFileState ExamineGeometryFile(const std::string& fileName, component::Calculator* calculator);
 
 } // namespace qmv40::settings

@@ -8,15 +8,15 @@
 
 namespace qmv40::settings {
 
-/// One fact about this machine: what it is called in a document and for a person, and its value (text, true or false,
-/// or null where there is nothing).
+/// One fact about this machine: its name in a document, its name for a person, and its value (text, true or false, or
+/// null when there is none).
 struct Fact {
     std::string key;
     std::string label;
     text::Json value;
 };
 
-/// Where the component that this tool uses comes from, and what the machine says about it to other programs.
+/// Where the component that this tool uses comes from, and where the machine sends other programs for it.
 struct Installation {
     std::vector<Fact> component;
     std::vector<Fact> registration;
@@ -25,7 +25,7 @@ struct Installation {
 
 Installation ExamineInstallation();
 
-/// The file of this program.
+/// The file of the running program.
 std::string OwnFile();
 
 } // namespace qmv40::settings

@@ -7,7 +7,7 @@
 
 namespace qmv40::settings {
 
-/// What stands at this moment where the component reads the head's dimensions on this machine.
+/// The content, at this moment, of the place where the component reads the head's dimensions on this machine.
 struct MachineSettings {
     std::string place;     ///< a file, or a key of the registry
     std::string state;     ///< completes "the settings are ...": "there", "missing", "unreadable"
@@ -16,11 +16,11 @@ struct MachineSettings {
 
 MachineSettings ReadMachineSettings();
 
-/// In a sentence, what to do with a settings file so that it counts on this machine.
+/// What to do with a settings file to put it in force on this machine, in a sentence.
 std::string HowToPutInPlace(const std::string& fileName);
 
-/// Lets the component's built-in dimensions hold in this process while it lives, whatever the machine's settings say.
-/// The component must have been created before. Throws ComponentError when the settings cannot be set aside.
+/// While it lives, the component uses its built-in dimensions in this process, whatever the machine's settings are. The
+/// component must have been created before. Throws ComponentError when the settings cannot be set aside.
 class BuiltInSettings {
 public:
     BuiltInSettings();

@@ -11,9 +11,9 @@ namespace qmv40::settings {
 
 namespace {
 
-constexpr const char* lineEnd = "\r\n"; // the platform's own import wants them
+constexpr const char* lineEnd = "\r\n"; // the platform's own import requires it
 
-/// The shortest text without exponent that reads back to the same bits, with one decimal at least.
+/// The shortest text without exponent that reads back to the same bits, with at least one decimal.
 std::string DecimalText(double value) {
     std::array<char, 400> buffer; // NOLINT(*-member-init): written before it is read
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
@@ -21,7 +21,7 @@ std::string DecimalText(double value) {
     return text.find('.') == std::string::npos ? text + ".0" : text;
 }
 
-/// First and one past the last setting of the offset that begins at `first`.
+/// The index after the last setting of the offset that begins at `first`.
 std::size_t EndOfOffset(std::size_t first) {
     const auto settings = HeadSettings();
     std::size_t end = first;

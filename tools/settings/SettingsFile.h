@@ -11,15 +11,16 @@
 
 namespace qmv40::settings {
 
-/// Numbers as the component reads them in one offset: all of one length, since no text may be longer than the one read
-/// before it. Each reads back to the same bits. Throws UsageError when that takes more letters than are read.
+/// The numbers of one offset as texts of equal length: the component does not read a text that is longer than the one
+/// before it. Each reads back to the same bits. Throws UsageError when that takes more characters than the component
+/// reads.
 std::vector<std::string> EquallyLongTexts(std::span<const double> values);
 
-/// A settings file with these values, in the table's order. An offset of which one is given is written whole, the
-/// others with their built-in values; what is not given at all is left out.
+/// A settings file with these values, in the table's order. An offset with at least one value is written completely,
+/// its other values being the built-in ones. An offset without any value is left out.
 std::string SettingsFileText(const std::array<std::optional<double>, headSettingCount>& values);
 
-/// A file that such a text may replace: one in the registry export format without another program's keys.
+/// A file that such a text may replace: a registry export without keys of another program.
 text::FileKind SettingsFileKind();
 
 } // namespace qmv40::settings

@@ -5,9 +5,9 @@
 
 namespace qmv40::settings {
 
-/// Takes the head's fixed dimensions from a settings file instead of the machine's own settings while it lives.
-/// With an empty name it changes nothing. Throws InputError when the file is not there, and UsageError where the
-/// machine's settings cannot be set aside.
+/// While it lives, the component reads the head's fixed dimensions from a settings file instead of the machine's
+/// settings. With an empty name it changes nothing. Throws InputError when the file does not exist, and UsageError when
+/// the machine's settings cannot be set aside.
 class SettingsOverride {
 public:
     explicit SettingsOverride(const std::string& fileName);

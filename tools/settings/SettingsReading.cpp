@@ -21,7 +21,7 @@ bool IsBelow(std::string_view ancestor, std::string_view path) {
            ascii::StartsWithIgnoringCase(path, ancestor);
 }
 
-/// Goes through a file as an import does and keeps what stands under the component's key in the end.
+/// Goes through a file as an import does and keeps the values that the component's key has in the end.
 class KeyInFile {
 public:
     void Take(const RegistryLine& line) {
@@ -78,7 +78,7 @@ private:
                                      R"(Write values as "name"="number", the number in quotes too.)"});
     }
 
-    /// The head's settings where the component does not look: said once for each key.
+    /// Reports settings of the head under a key that the component does not read, once for each key.
     void LookForStray(const RegistryLine& line) {
         if (otherKey == nullptr || !line.value || !FindHeadSetting(line.name)) return;
         result.complaints.push_back(
@@ -94,7 +94,7 @@ private:
     StoredSettings result;
 };
 
-/// Says what is odd about each setting, as the component's reader took it.
+/// Explains each setting as the component's reader has read it.
 class Explanation {
 public:
     explicit Explanation(SettingsReading& theReading) : reading(theReading) {}
@@ -151,7 +151,7 @@ private:
                ", the text before it: the built-in value counts";
     }
 
-    /// The whole offset as it is meant, in texts that are all read.
+    /// The remedy for an offset: all its values as texts that are read completely.
     std::string EquallyLongRemedy(std::size_t index) const {
         const auto all = HeadSettings();
         std::vector<double> meant;
@@ -164,7 +164,7 @@ private:
                texts[2] + "\".";
     }
 
-    /// The number that whoever stored the value had in mind; the built-in one where that cannot be told.
+    /// The number that the stored value was probably meant to be; the built-in one when it cannot be told.
     double MeantValue(std::size_t index) const {
         const std::optional<StoredValue>& stored = reading.settings[index].stored;
         const std::optional<std::string> text = stored ? stored->Text() : std::nullopt;
@@ -173,7 +173,7 @@ private:
         std::string withPoint(*text);
         std::ranges::replace(withPoint, ',', '.');
         const text::LenientNumber number = text::ReadLenientNumber(withPoint);
-        // No dimension of a head is that large, or that small.
+        // No dimension of a head is larger than this.
         constexpr double beyondAnyHead = 1e6;
         constexpr double belowAnyMeaning = 1e-9;
         const double size = std::abs(number.value);
@@ -260,7 +260,7 @@ SettingsReading ReadSettings(StoredSettings stored) {
     SettingsReading reading;
     reading.complaints = std::move(stored.complaints);
     for (StoredValue& value : stored.values) {
-        // Short names are the tool's own.
+        // The component does not know the short names.
         const std::optional<std::size_t> index = FindHeadSetting(value.name);
         const bool isName = index && ascii::EqualIgnoringCase(value.name, HeadSettings()[*index].name);
         if (isName) {

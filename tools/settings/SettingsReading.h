@@ -12,15 +12,15 @@
 
 namespace qmv40::settings {
 
-/// The rules by which the component reads the fourteen dimensions, applied so that they can be explained: what counts,
-/// what does not, why, and what to do about it.
+/// The rules by which the component reads the fourteen dimensions, applied with explanations: which values count, which
+/// do not, why, and the remedy.
 
 struct StoredValue {
     std::string name;
     RegistryValue value;
     std::optional<std::size_t> line; ///< of a settings file; none where the registry itself holds the value
 
-    /// The text without its terminator; nothing for a value that is no text.
+    /// The text without its terminator; empty for a value that is not a text.
     std::optional<std::string> Text() const;
 };
 

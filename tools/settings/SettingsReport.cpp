@@ -13,7 +13,7 @@ std::string StoredText(const SettingReading& setting) {
     return text ? '"' + *text + '"' : TypeText(setting.stored->value.type);
 }
 
-/// The text, or for another kind of value what kind it is; null where nothing is stored.
+/// The stored text; for a value of another type, the type; null when nothing is stored.
 text::Json StoredJson(const SettingReading& setting) {
     if (!setting.stored) return nullptr;
     const std::optional<std::string> text = setting.stored->Text();

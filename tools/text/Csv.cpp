@@ -52,7 +52,7 @@ public:
 
     Fields Split(std::string_view line) const {
         Fields fields;
-        for (std::string_view rest = line;; rest.remove_prefix(1)) { // behind a separator there is one more field
+        for (std::string_view rest = line;; rest.remove_prefix(1)) { // there is one more field after a separator
             rest = WithoutBlanksBefore(rest);
             fields.texts.push_back(rest.starts_with('"') ? TakeQuoted(rest, fields.problem) : TakePlain(rest));
             if (rest.empty() || fields.problem != nullptr) return fields;
@@ -62,14 +62,14 @@ public:
     char Separator() const { return separator; }
 
 private:
-    /// A tabulator that separates is no blank.
+    /// Blanks before a field are skipped. A tabulator is not a blank where it is the separator.
     std::string_view WithoutBlanksBefore(std::string_view text) const {
         while (!text.empty() && text.front() != separator && ascii::blanks.find(text.front()) != std::string_view::npos)
             text.remove_prefix(1);
         return text;
     }
 
-    /// Takes a quoted field, and the blanks behind it, off the front of `rest`. Two quotes inside stand for one.
+    /// Takes a quoted field and the blanks after it off the front of `rest`. Two quotes inside it stand for one.
     std::string TakeQuoted(std::string_view& rest, const char*& problem) const {
         std::string field;
         for (std::size_t at = 1; at < rest.size(); ++at) {
@@ -112,7 +112,7 @@ bool IsMillimetre(std::string_view unit) {
 }
 bool IsInch(std::string_view unit) { return IsOneOf(unit, {"in", "inch", "inches", "\""}); }
 
-/// A field of the header: a name, and behind it a unit: "X [mm]", "X (mm)", "X/mm".
+/// A field of the header: a name and an optional unit: "X [mm]", "X (mm)", "X/mm".
 struct HeaderField {
     explicit HeaderField(std::string_view field) : name(Trimmed(field)) {
         const std::size_t mark = field.find_first_of("[(/");
@@ -129,7 +129,7 @@ struct HeaderField {
     std::string unit; ///< empty: none
 };
 
-/// Where the wanted columns stand in a header, under one of their two kinds of names.
+/// The places of the wanted columns in a header, under one of their two sets of names.
 class Header {
 public:
     using NameOfColumn = std::string_view Column::*;
@@ -236,7 +236,7 @@ private:
                (isRemedyNeeded ? ": the decimal mark is a point where commas separate the fields" : "");
     }
 
-    /// A number with the other decimal mark than the numbers before: one of them is no decimal mark.
+    /// The message for a number whose decimal mark differs from that of the numbers before it.
     std::string OtherMark(const Line& line, const std::string& field, std::size_t mark) {
         if (mark == std::string::npos) return "";
         if (decimalMark == '\0') {
@@ -263,13 +263,13 @@ std::optional<char> GivenSeparator(std::string_view line) {
     return isPossible && Trimmed(line.substr(start.size() + 1)).empty() ? std::optional(separator) : std::nullopt;
 }
 
-/// How the fields and the header of a file are to be read.
+/// How to read the fields and the header of a file.
 struct Dialect {
     FieldSplitter splitter;
     Header header;
 };
 
-/// The way to read the header in which most columns are found; of several, the first.
+/// The dialect that finds most columns in the header; of several, the first.
 Dialect DialectOf(const Line& line, std::string_view separators, std::span<const Column> columns) {
     std::optional<Dialect> best;
     const char* problem = nullptr;

@@ -20,7 +20,7 @@ struct Column {
     Quantity quantity;
 };
 
-/// The head's angles and the machine's position, as captures, lists of points and tours have them.
+/// The columns of captures, lists of points and tours: the head's angles and the machine position.
 inline constexpr std::array<Column, 5> positionColumns{{{"APosition", "A", Quantity::Angle},
                                                         {"BPosition", "B", Quantity::Angle},
                                                         {"XPosition", "X", Quantity::Length},
@@ -50,7 +50,7 @@ struct NumberTable {
 /// point whatever the locale; it can be a comma where the separator is another character and no number of the file has
 /// a point. Fields can be quoted. The text is UTF-8, with or without a byte-order mark, or UTF-16 with one.
 ///
-/// Throws InputError, with the line, for everything else: nothing is guessed that could mean two things.
+/// Throws InputError, with the line, for everything else. A text that could mean two things is refused.
 NumberTable ReadNumberTable(const std::string& fileName, std::span<const Column> columns);
 
 } // namespace qmv40::text

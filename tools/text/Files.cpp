@@ -12,7 +12,7 @@ namespace qmv40::text {
 
 namespace {
 
-/// A new file beside the one it is to replace; removed unless it did.
+/// A new file in the folder of the file that it is to replace. Removed unless it has replaced it.
 class FileBeside {
 public:
     explicit FileBeside(std::filesystem::path target) : name(std::move(target)) {
@@ -26,7 +26,7 @@ public:
         std::filesystem::remove(name, ignored);
     }
 
-    /// With the permissions of what it replaces.
+    /// The new file gets the permissions of the old one.
     bool Fill(std::string_view content, const std::filesystem::file_status& original) const {
         std::ofstream file(name, std::ios::binary);
         std::error_code ignored;
@@ -61,7 +61,7 @@ std::string ReadWholeFile(const std::string& fileName) {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream content;
     content << file.rdbuf();
-    // Copying nothing counts as a failure of the target, and a file may be empty.
+    // Copying an empty file counts as a failure of the target, and a file may be empty.
     const bool isEmpty = std::filesystem::file_size(path, ignored) == 0;
     if (!file || (!content && !isEmpty)) throw InputError{fileName, {}, "cannot be read"};
     return content.str();
@@ -69,12 +69,12 @@ std::string ReadWholeFile(const std::string& fileName) {
 
 void WriteWholeFile(const std::string& fileName, std::string_view content) {
     std::error_code error;
-    // The file that a link leads to is replaced, not the link.
+    // A link keeps leading to the file: the file is replaced, not the link.
     std::filesystem::path target = std::filesystem::weakly_canonical(PathOf(fileName), error);
     if (error) target = PathOf(fileName);
     if (std::filesystem::is_directory(target, error)) throw InputError{fileName, {}, "is a folder"};
     const std::filesystem::file_status before = std::filesystem::status(target, error);
-    // Replacing a device would take it away from everybody.
+    // A device must not be replaced: other programs could then not use it.
     if (std::filesystem::exists(before) && !std::filesystem::is_regular_file(before)) {
         throw InputError{fileName, {}, "is not an ordinary file"};
     }

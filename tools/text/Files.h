@@ -5,13 +5,13 @@
 
 namespace qmv40::text {
 
-/// Throws InputError when the name is not that of a file: nothing is there, or a folder.
+/// Throws InputError when there is no such file, or a folder of that name.
 void RequireFile(const std::string& fileName);
 
 /// All bytes of a file. Throws InputError when it is not there, is a folder or cannot be read.
 std::string ReadWholeFile(const std::string& fileName);
 
-/// Makes `content` the whole of the file: whatever fails, the name stands for what it did before or for all of it.
+/// Makes `content` the whole of the file. When anything fails, the file has its old content or all of the new one.
 /// Throws InputError when it cannot be written.
 void WriteWholeFile(const std::string& fileName, std::string_view content);
 

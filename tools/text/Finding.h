@@ -17,7 +17,7 @@ enum class Severity {
 /// "note", "warning", "fault"
 std::string_view NameOf(Severity severity);
 
-/// Something that a command found, in the one shape that all commands share.
+/// A finding of a command, in the shape that all commands share.
 struct Finding {
     std::string name; ///< short and fixed: programs look for it
     Severity severity = Severity::Fault;
@@ -34,8 +34,8 @@ Json FindingJson(const Finding& finding);
 /// One line with place, severity, name and amount; below it the sentence, and the remedy behind an arrow.
 void PrintFinding(const Finding& finding, std::ostream& out);
 
-/// Broken at blanks so that no line is longer than 100 columns. `first` stands before the first line, as many blanks
-/// before the others.
+/// Breaks the text at blanks so that no line is longer than 100 columns. `first` stands before the first line; as many
+/// blanks stand before the other lines.
 std::string Wrapped(const std::string& first, const std::string& text);
 
 } // namespace qmv40::text

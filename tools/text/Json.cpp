@@ -21,7 +21,7 @@ void BeginLine(std::string& text, std::optional<int> indent, std::size_t column)
     if (indent) text.append("\n").append(column, ' ');
 }
 
-/// Builds the value while the parser reads it.
+/// Builds the value from the parser's events.
 class Builder final : public nlohmann::json_sax<Scalar> {
 public:
     Builder(const std::string& fileName, const std::string& theContent) : file(fileName), content(theContent) {}
@@ -199,7 +199,7 @@ void Json::Append(std::string& text, std::optional<int> indent, std::size_t colu
                 if constexpr (isScalar) {
                     return DumpedScalar(scalar);
                 } else {
-                    return std::string(); // written above
+                    return std::string(); // the other kinds are written above
                 }
             },
             value);

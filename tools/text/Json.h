@@ -87,8 +87,8 @@ struct Json::Member {
     Json value;
 };
 
-/// The document in `content`. Throws InputError in the name of the file for what is not JSON, and for an object that
-/// names a member twice: only one of the two would count.
+/// The JSON document in `content`. Throws InputError, with the file's name, for a text that is not JSON, and for an
+/// object that names a member twice.
 Json ParseJson(const std::string& fileName, const std::string& content);
 
 Json PointJson(double x, double y, double z);
@@ -98,11 +98,11 @@ Json DirectionJson(double i, double j, double k);
 Json ErrorJson(const InputError& error);
 Json ErrorJson(const UsageError& error);
 
-/// The one document of a command, indented, with a line end. It begins with "format", which is qmv40/<command>, and
-/// "version"; the members of `content` follow. docs/schema/<command>.json describes it.
+/// Prints the one document of a command, indented, with a line end. It begins with "format", which is qmv40/<command>,
+/// and "version"; the members of `content` follow. docs/schema/<command>.json describes it.
 void PrintDocument(std::string_view command, const Json& content, std::ostream& out);
 
-/// The text with every byte that is not UTF-8 replaced, as a document would have it.
+/// The text with every byte that is not UTF-8 replaced, as documents have it.
 std::string ValidUtf8(const std::string& text);
 
 } // namespace qmv40::text

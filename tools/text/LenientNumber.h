@@ -4,7 +4,7 @@
 
 namespace qmv40::text {
 
-/// A number as the component reads it from a stored text: the beginning of the text that is a number, or 0.
+/// A number as the component reads it from a stored text: the longest beginning that is a number, otherwise 0.
 struct LenientNumber {
     double value;
     bool isNumber;      ///< the text begins with a finite number

@@ -10,7 +10,7 @@ namespace qmv40::text {
 
 namespace {
 
-// The longest double without exponent: 309 digits, sign, mark and decimals.
+// The longest double without exponent has 309 digits, a sign, a mark and decimals.
 using NumberBuffer = std::array<char, 400>;
 
 } // namespace

@@ -9,7 +9,7 @@ namespace qmv40::text {
 
 /// Numbers as text and back, with `.` as the decimal mark whatever the locale.
 
-/// With a fixed number of decimals, for people: what rounds to zero carries no sign.
+/// With a fixed number of decimals, for people. A value that rounds to zero has no sign.
 std::string FixedText(double value, int decimals);
 
 /// The shortest text that reads back to the same bits.

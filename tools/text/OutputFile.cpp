@@ -20,7 +20,7 @@ void RequireNewOrOfKind(const std::string& fileName, const FileKind& kind) {
     const std::filesystem::file_status status = std::filesystem::status(PathOf(fileName), ignored);
     if (!std::filesystem::exists(status)) return;
     if (std::filesystem::is_directory(status)) throw InputError{fileName, {}, "is a folder"};
-    // Replacing a device would take it away from every program.
+    // A device must not be replaced: other programs could then not use it.
     if (!std::filesystem::is_regular_file(status)) throw InputError{fileName, {}, "is not an ordinary file"};
     const std::string content = ReadWholeFile(fileName);
     if (content.empty() || kind.isContentOf(content)) return;

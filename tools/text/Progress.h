@@ -7,8 +7,8 @@
 
 namespace qmv40::text {
 
-/// Shows how far a long job is: on a terminal a line that is written over, elsewhere a line every few seconds. Nothing
-/// of it is left on a terminal when it is done.
+/// Shows the progress of a long job: on a terminal in one line that is overwritten and removed in the end, elsewhere in
+/// a line every few seconds.
 class Progress {
 public:
     Progress(const Console& theConsole, std::string theTask, std::size_t theTotal);

@@ -20,7 +20,7 @@ public:
 
     /// Cells of one row, as many as there are columns or fewer.
     void AddRow(std::vector<std::string> cells) { rows.push_back({std::move(cells), ""}); }
-    /// A line of its own that begins at a column and may run past the others.
+    /// A line that begins at a column and may extend over the following ones.
     void AddNote(std::size_t column, std::string text) {
         rows.push_back({std::vector<std::string>(column), std::move(text)});
     }

@@ -4,7 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// The component's texts are wide, the tool's are UTF-8. The platforms differ in what a wide text is.
+/// Conversion between the component's wide texts and the tool's UTF-8. wchar_t is UTF-16 on Windows and UTF-32
+/// elsewhere.
 
 namespace qmv40::text {
 

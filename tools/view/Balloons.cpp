@@ -9,10 +9,10 @@ namespace qmv40::view {
 
 namespace {
 
-constexpr double obstacleSpacing = 0.8; // mm: no line slips through under a balloon
+constexpr double obstacleSpacing = 0.8; // mm: less than a balloon's size, so that no line passes unseen below one
 constexpr double distanceBetween = 2.0 * balloonRadius + 0.4;
 
-// What is how bad: a balloon upon another is never worth it, a covered line rarely, a long leader sometimes.
+// Relative costs: a balloon on another one is never accepted, one on a line rarely, a long leader sometimes.
 constexpr double costOfCollision = 1000.0;
 constexpr double costOfCrossing = 40.0;
 constexpr double costOfCovering = 1.5;
@@ -23,7 +23,7 @@ PaperPoint Between(const PaperPoint& from, const PaperPoint& to, double fraction
     return {from.x + (to.x - from.x) * fraction, from.y + (to.y - from.y) * fraction};
 }
 
-/// How far `point` is from the line between two others.
+/// The distance of `point` from a line segment.
 double DistanceTo(const PaperPoint& from, const PaperPoint& to, const PaperPoint& point) {
     const double length = Distance(from, to);
     if (length == 0.0) return Distance(from, point);
@@ -31,7 +31,7 @@ double DistanceTo(const PaperPoint& from, const PaperPoint& to, const PaperPoint
     return Distance(Between(from, to, std::clamp(along / length, 0.0, 1.0)), point);
 }
 
-/// Places around a point of the line, nearest first.
+/// Candidate places around a point of the line, nearest first.
 std::vector<Balloon> Around(const PaperPoint& anchor) {
     constexpr int directions = 16;
     constexpr double leaders[] = {3.2, 4.5, 6.0, 8.0, 10.5, 14.0};
@@ -74,7 +74,7 @@ bool Balloons::IsInside(const PaperPoint& centre) const {
 }
 
 double Balloons::CostOf(const Balloon& balloon) const {
-    if (!IsInside(balloon.centre)) return 1e6; // only when there is no place inside at all
+    if (!IsInside(balloon.centre)) return 1e6; // used only when no candidate is inside
     double cost = costOfLength * Distance(balloon.anchor, balloon.centre);
     for (const Balloon& other : placed) {
         if (Distance(other.centre, balloon.centre) < distanceBetween) cost += costOfCollision;

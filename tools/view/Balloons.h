@@ -4,11 +4,12 @@
 
 namespace qmv40::view {
 
-/// Finds places for the numbers of a drawing, each in a circle that a thin line ties to what it numbers.
+/// Finds places for the numbers of a drawing. Each number is in a circle (a balloon) that a thin leader connects with
+/// its line.
 
 inline constexpr double balloonRadius = 1.75; ///< mm on paper
-/// The fraction of a line where its number had best be tied to it: not the middle, where that of another which goes the
-/// same way back would be.
+/// The fraction of a line at which its leader begins. It is not the middle, because a move that returns on the same
+/// line would then have the same point.
 inline constexpr double placeOfNumber = 0.42;
 
 struct Balloon {
@@ -16,15 +17,15 @@ struct Balloon {
     PaperPoint centre;
 };
 
-/// One view's balloons: apart from each other, inside the view, and off its lines as far as there is room.
+/// The balloons of one view: apart from each other, inside the view, and off its lines as far as there is space.
 class Balloons {
 public:
     Balloons(const PaperPoint& theCorner, double theWidth, double theHeight)
         : corner(theCorner), width(theWidth), height(theHeight) {}
 
-    /// Lines that balloons had better not cover.
+    /// A line that balloons should not cover.
     void Avoid(const PaperWay& line);
-    /// A place for the number of `line`, which must not be empty.
+    /// The place for the number of `line`, which must not be empty.
     Balloon Place(const PaperWay& line);
 
 private:
@@ -38,7 +39,7 @@ private:
     std::vector<Balloon> placed;
 };
 
-/// The point at a fraction of a line's length.
+/// The point at a fraction of the line's length.
 PaperPoint PointAlong(const PaperWay& line, double fraction);
 double LengthOf(const PaperWay& line);
 

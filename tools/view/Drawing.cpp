@@ -15,7 +15,8 @@ namespace qmv40::view {
 
 namespace {
 
-// A4 lying, millimetres: the views in three of the four cells, the fourth and a strip beside the side view for words.
+// A4 landscape, millimetres: the views fill three of the four cells; the fourth cell, and a strip beside the side view,
+// hold text.
 constexpr double sheetWidth = 297.0;
 constexpr double sheetHeight = 210.0;
 constexpr PaperCell topCell{{6.0, 6.0}, 141.0, 97.0};
@@ -33,7 +34,7 @@ const ViewDirection sideView{"Right side view (from +X)", "side", 1, 2, {1.0, 0.
 
 std::string Bold() { return Attribute("font-weight", "bold"); }
 
-/// The largest usual scale at which all views fit into their cells.
+/// The largest of the usual scales at which all views fit into their cells.
 ViewScale ScaleFor(const DrawnPlan& plan) {
     const auto extent = plan.Extent();
     const PaperCell top = DrawingAreaOf(topCell);
@@ -42,7 +43,7 @@ ViewScale ScaleFor(const DrawnPlan& plan) {
     const double least = std::max({extent[0].Size() / std::min(top.width, front.width),
                                    extent[1].Size() / std::min(top.height, side.width),
                                    extent[2].Size() / std::min(front.height, side.height)});
-    // From 2:1 to what shows all within reach, and a head beyond.
+    // Millimetres of the machine for one on paper: from 2:1 to 1:50.
     constexpr double scales[] = {0.5, 1.0, 1.25, 1.5, 2.0, 2.5, 3.0, 4.0, 5.0, 7.5, 10.0, 15.0, 20.0, 30.0, 50.0};
     const auto* const fits = std::ranges::lower_bound(scales, least);
     return {fits == std::end(scales) ? scales[std::size(scales) - 1] : *fits,
@@ -56,7 +57,7 @@ std::string ScaleText(double millimetresToOne) {
 
 std::string ClearanceText(double clearance) { return text::FixedText(clearance, clearanceDecimals) + " mm"; }
 
-/// What is told of a move's clearance in the table.
+/// What the table says about the clearance of a move.
 std::string ClearanceOrReason(const check::CheckedPlan& checked, std::size_t move) {
     const auto& findings = checked.report.findings;
     const auto found = std::ranges::find_if(findings, [&](const check::Finding& each) { return each.move == move; });
@@ -68,7 +69,7 @@ std::string ClearanceOrReason(const check::CheckedPlan& checked, std::size_t mov
     return ClearanceText(std::min(clearance.toPoleSphere, clearance.toLevers));
 }
 
-/// One row a move: number, name, what it does, its line, its clearance.
+/// One row for each move: number, name, what it does, its line, its clearance.
 void DrawMoveTable(SvgWriter& svg, const check::CheckedPlan& checked) {
     constexpr double rowHeight = 3.75;
     constexpr double size = 2.4;
@@ -93,7 +94,7 @@ void DrawMoveTable(SvgWriter& svg, const check::CheckedPlan& checked) {
     }
 }
 
-/// What the marks of the views mean, in rows of words after their marks.
+/// Explains the marks of the views, in rows of marks and words.
 class Legend {
 public:
     explicit Legend(SvgWriter& theSvg) : svg(theSvg) {}
@@ -151,7 +152,7 @@ private:
         Explain(11.5, CutText(words, 45));
     }
     void Explain(double after, const std::string& words) {
-        constexpr double letterWidth = 1.3; // of the wider sans serif faces at this size
+        constexpr double letterWidth = 1.3; // mm, of the wider sans serif faces at this size
         svg.Text({x + after, y}, size, words);
         x += after + static_cast<double>(words.size()) * letterWidth + 4.0;
     }
@@ -170,7 +171,7 @@ private:
 constexpr double textSize = 2.3;
 constexpr double smallText = 2.1;
 
-/// The lines of the title block, one under the other.
+/// The lines of the title block.
 class TitleBlock {
 public:
     explicit TitleBlock(SvgWriter& theSvg) : svg(theSvg) {}
@@ -179,7 +180,7 @@ public:
         y += size * 1.35;
         svg.Text({left, y}, size, CutText(text, ColumnsOf(size)), style);
     }
-    /// As large as it fits.
+    /// In the largest size at which it fits.
     void WriteName(const std::string& name) {
         constexpr double large = 3.0;
         Write(CutText(name, ColumnsOf(large)) == name ? large : smallText, name, Bold());
@@ -190,7 +191,7 @@ public:
 
 private:
     static std::size_t ColumnsOf(double size) {
-        constexpr double widthOfLetter = 0.6; // of the wider sans serif faces, bold, to their size
+        constexpr double widthOfLetter = 0.6; // of the wider sans serif faces, bold, relative to the letter size
         return static_cast<std::size_t>((titleCell.width - 4.0) / (size * widthOfLetter));
     }
 
@@ -200,7 +201,7 @@ private:
 };
 
 void WriteFindings(TitleBlock& block, const check::CheckedPlan& checked) {
-    constexpr std::size_t most = 3; // there is no clearance for more, and the first is the one to mend
+    constexpr std::size_t most = 3; // more do not fit, and the first is to be mended first
     const auto& findings = checked.report.findings;
     for (std::size_t i = 0; i < std::min(findings.size(), most); ++i) {
         const std::string where = findings[i].move ? std::to_string(*findings[i].move + 1) : "plan";
@@ -247,7 +248,7 @@ void DrawScaleBar(SvgWriter& svg, const PaperPoint& at, double millimetresToOne)
     svg.Text({at.x + length + 1.5, at.y + 0.8}, textSize, text::FixedText(shown, 0) + " mm");
 }
 
-/// The sign of third-angle projection: a cone's round view, and its side view to the right.
+/// The sign of third-angle projection: a cone seen from its end, and to the right from its side.
 void DrawProjectionSign(SvgWriter& svg, const PaperPoint& at) {
     const std::string style = Filled("none") + Stroked(inkColour, 0.25);
     constexpr double small = 1.3;

@@ -4,9 +4,10 @@
 
 namespace qmv40::view {
 
-/// A plan as a drawing for paper: A4 lying, top, front and side view in third-angle projection to one scale, the moves
-/// numbered, and beside them what each is, legend, figures and verdict. One SVG element without identifiers, scripts or
-/// references, so that several can stand in one page; it prints in grey.
+/// A plan as a drawing for paper: A4 landscape, with top, front and side view in third-angle projection at one scale.
+/// The moves are numbered; beside the views are a table of the moves, a legend, figures and the verdict. It is one SVG
+/// element without identifiers, scripts or references, so that several can be part of one page. It can be printed in
+/// grey.
 
 struct DrawingOfPlan {
     std::string name;  ///< of the head
@@ -20,7 +21,7 @@ struct DrawingOfPlan {
 
 std::string ThreeViews(const DrawingOfPlan& drawing);
 
-/// The content of a file of its own.
+/// The content of an SVG file with the drawing.
 std::string DrawingFileText(const std::string& drawing);
 
 } // namespace qmv40::view

@@ -12,12 +12,12 @@ namespace {
 using model::HeadModel;
 using model::LeverSide;
 
-/// Long enough to show where the stylus points; how long it is the geometry does not know.
+/// Long enough to show the direction of the stylus; a geometry does not say how long the stylus is.
 constexpr double drawnStylus = 15.0;
 
 bool IsDrawn(const model::Vector3& place) { return model::Length(place) <= drawnReach; }
 
-/// Nothing when a part of the head is out of reach.
+/// Empty when a part of the head is beyond the drawn range.
 std::optional<DrawnHead> HeadAt(const HeadModel& head, const motion::Sample& sample) {
     const model::Vector3 centre = sample.position - head.PoleSphere();
     const auto carried = [&](const model::Vector3& position) { return centre + head.PlaceOnHead(position); };

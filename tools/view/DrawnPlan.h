@@ -8,12 +8,12 @@
 
 namespace qmv40::view {
 
-/// A checked plan as it is drawn: everything in millimetres from the pole sphere's centre. What lies farther off than
-/// `drawnReach`, as in a mistyped plan, is left out, and what is not a number.
+/// A checked plan as it is drawn: everything in millimetres from the centre of the pole sphere. Points beyond
+/// `drawnReach`, as of a mistyped plan, and points that are not finite are left out.
 
 inline constexpr double drawnReach = 1000.0;
 
-/// The head at one place. Its levers are those of its state; the stylus is drawn with a length of its own choice.
+/// The head at one place. Its levers are drawn in their state. The drawn length of the stylus is not the real one.
 struct DrawnHead {
     struct Lever {
         model::Vector3 pivot;
@@ -42,7 +42,7 @@ struct DrawnPlan {
     double sphereRadius;
     double ballRadius;
 
-    /// Between which values the coordinates of everything drawn lie.
+    /// The interval of the coordinates of everything drawn.
     struct Range {
         double smallest;
         double largest;

@@ -11,7 +11,7 @@ namespace qmv40::view {
 
 namespace {
 
-// Margins inside a cell, mm on paper.
+// Margins inside a cell, mm on paper
 constexpr double nameHeight = 5.5;
 constexpr double rulerWidth = 9.0;
 constexpr double rulerHeight = 4.5;
@@ -73,7 +73,7 @@ void View::DrawName() const {
     svg.Text({cell.corner.x + margin, cell.corner.y + 4.2}, 2.9, direction.name, Attribute("font-weight", "bold"));
 }
 
-/// Machine coordinates along an axis of the view.
+/// A ruler with machine coordinates along an axis of the view.
 void View::DrawRuler(std::size_t axis, double pole) const {
     const bool isAcross = axis == direction.right;
     const double half = (isAcross ? area.width : area.height) / 2.0 * scale.millimetresToOne;
@@ -109,13 +109,13 @@ void View::DrawTick(bool isAcross, const PaperPoint& place, const std::string& t
 }
 
 void View::DrawRulers(const model::Vector3& pole) const {
-    constexpr double largestCoordinate = 1e5; // a longer number would have no place
+    constexpr double largestCoordinate = 1e5; // there is no space for a longer number
     for (const std::size_t axis : {direction.right, direction.up}) {
         if (std::abs(pole[axis]) <= largestCoordinate) DrawRuler(axis, pole[axis]);
     }
 }
 
-/// At the ends of the rulers.
+/// The names of the axes, at the ends of the rulers.
 void View::DrawAxes() const {
     constexpr const char* names[] = {"X", "Y", "Z"};
     const PaperPoint right{cell.corner.x + cell.width - 4.5, cell.corner.y + cell.height - 1.8};
@@ -172,7 +172,7 @@ void View::DrawMoves() {
         const std::string number = std::to_string(move.index + 1);
         svg.Way(way, Attribute("class", "move") + Attribute("data-move", number) + LineStyle(move.level));
         balloons.Avoid(way);
-        constexpr double shortest = 0.8; // mm on paper, to be seen as a line
+        constexpr double shortest = 0.8; // mm on paper; a shorter line is not seen
         const double length = LengthOf(way);
         if (length < shortest) {
             const model::Vector3 whole = move.way.back() - move.way.front();
@@ -210,7 +210,7 @@ PaperCell DrawingAreaOf(const PaperCell& cell) {
 }
 
 std::string LineStyle(MoveLevel level) {
-    // Told apart by width and dashes alone where there is no colour.
+    // Levels differ in width and dashes, so that they can be told apart without colour.
     struct Line {
         double width;
         const char* dashes;

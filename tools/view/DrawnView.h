@@ -7,7 +7,7 @@ namespace qmv40::view {
 
 /// One of the views of a drawing.
 
-/// From where a view is seen. The machine's axes `right` and `up` are those of the paper.
+/// The direction from which a view is seen. The machine axes `right` and `up` point right and up on paper.
 struct ViewDirection {
     const char* name;
     const char* key;   ///< the class of its group
@@ -23,10 +23,10 @@ struct PaperCell {
     double height;
 };
 
-/// The free part of a cell, apart from the view's name and its rulers.
+/// The part of a cell that is free for drawing: without the view's name and its rulers.
 PaperCell DrawingAreaOf(const PaperCell& cell);
 
-/// `millimetresToOne`: of the machine to one on paper. `middle`: what stands in the middle of the cell.
+/// `millimetresToOne`: millimetres of the machine for one on paper. `middle`: the point in the middle of the cell.
 struct ViewScale {
     double millimetresToOne;
     model::Vector3 middle;
@@ -35,13 +35,13 @@ struct ViewScale {
 void DrawView(SvgWriter& svg, const ViewDirection& direction, const PaperCell& cell, const ViewScale& scale,
               const DrawnPlan& plan, const model::Vector3& pole);
 
-// How things are marked, for the legend
+// Marks, shared with the legend
 
 /// The line of a move.
 std::string LineStyle(MoveLevel level);
 void DrawArrowhead(SvgWriter& svg, const PaperPoint& tip, const PaperPoint& from, double length,
                    const std::string& colour);
-/// A way that goes straight towards the viewer (positive), or away (negative), or nowhere.
+/// The mark of a move perpendicular to the paper: towards the viewer (positive), away (negative), or of length 0.
 void DrawPointOfWay(SvgWriter& svg, const PaperPoint& at, double towardsViewer, MoveLevel level);
 void DrawBalloonText(SvgWriter& svg, const PaperPoint& centre, const std::string& text, bool isHead);
 std::string StartStyle();

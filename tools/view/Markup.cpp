@@ -12,14 +12,14 @@ namespace {
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
 
-/// One character at the beginning of a valid text.
+/// The first character of a valid text.
 std::string_view FirstCharacter(std::string_view text) {
     std::size_t length = 1;
     while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) ++length;
     return text.substr(0, length);
 }
 
-/// A character as markup writes it.
+/// The character as markup writes it.
 std::string_view Written(std::string_view character) {
     switch (character.front()) {
     case '&':
@@ -45,7 +45,7 @@ std::size_t ColumnsOf(std::string_view character) {
     return static_cast<unsigned char>(character.front()) >= firstLeadOfWideLetters ? 2 : 1;
 }
 
-/// Where each placeholder stands, and which it is.
+/// The positions of the placeholders, and the filling of each.
 std::map<std::size_t, const Filling*> PlacesIn(const std::string& fileName, std::string_view content,
                                                std::span<const Filling> fillings) {
     std::map<std::size_t, const Filling*> places;

@@ -4,7 +4,7 @@
 
 namespace qmv40::view {
 
-/// How a move is marked where a plan is drawn, the worst that holds of it.
+/// How a move is marked where a plan is drawn. Of several levels the worst.
 enum class MoveLevel {
     Clear,
     Tight,   ///< it leaves less than `tightClearance`
@@ -12,7 +12,8 @@ enum class MoveLevel {
     Finding  ///< something is wrong with it, or it could not be run
 };
 
-/// What the approach to the peg leaves of a sphere of 10 mm: that much is usual.
+/// The approach to the peg ends 10 mm before it. With a sphere of 5 mm radius the clearance is then 5 mm, which is
+/// usual.
 inline constexpr double tightClearance = 5.0; ///< mm
 
 const char* NameOf(MoveLevel level);

@@ -10,10 +10,10 @@ namespace qmv40::view {
 text::FileKind PageKind();
 text::FileKind DrawingKind();
 
-/// A page with the mark of its kind: behind the document type, because a browser expects that first.
+/// The page with the mark of its kind. The mark comes after the document type, which browsers expect first.
 std::string MarkedPage(std::string page);
 
-/// What stands before a drawing in a file of its own: the declaration of XML, and the mark.
+/// The beginning of a file with a drawing: the XML declaration and the mark.
 std::string DrawingFileStart();
 
 } // namespace qmv40::view

@@ -12,7 +12,8 @@ constexpr const char* installedPage = "share/qmv40/view.html";
 } // namespace
 
 std::string FindPageTemplate(const std::filesystem::path& programFolder) {
-    // Beside a folder of programs, as most systems keep things, or beside the program itself.
+    // On most systems the page is installed in a folder beside that of the programs, otherwise beside the program
+    // itself.
     const std::filesystem::path places[] = {programFolder.parent_path() / installedPage, programFolder / installedPage};
     std::error_code ignored;
     for (const std::filesystem::path& place : places) {

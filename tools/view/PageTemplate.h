@@ -5,7 +5,7 @@
 
 namespace qmv40::view {
 
-/// Where the page is installed beside a program in this folder. Throws InputError when it is in none of the places.
+/// The file of the installed page of a program in this folder. Throws InputError when it is in none of the places.
 std::string FindPageTemplate(const std::filesystem::path& programFolder);
 
 } // namespace qmv40::view

@@ -42,7 +42,7 @@ text::Json LeverJson(const HeadModel& head, LeverSide side, const char* name) {
             {"unlocked", place(head.LeverBall(side, LeverState::Unlocked))}};
 }
 
-/// Each level with the clearance from which on a move has it, if that is what makes it.
+/// The levels, each with the clearance from which on a move has it, when a clearance decides.
 text::Json LevelsJson() {
     const auto level = [](MoveLevel each, const text::Json& atLeast) {
         return text::Json{{"name", NameOf(each)}, {"atLeast", atLeast}};
@@ -65,7 +65,7 @@ text::Json PlannedJson(const plans::PlannedMove& move) {
         move.data);
 }
 
-/// The smaller clearance; none where the move must touch.
+/// The smaller one of both clearances; empty when the move must touch.
 text::Json ClearanceJson(const motion::ExecutedMove& run, double fraction, const ViewedTour& view) {
     if (*check::ContactOf(run.id) != '\0') return nullptr;
     const check::Clearance clearance = check::ClearanceAt(run, fraction, view.head, view.options.sizes);
@@ -73,7 +73,7 @@ text::Json ClearanceJson(const motion::ExecutedMove& run, double fraction, const
 }
 
 text::Json SampleJson(const motion::Sample& sample, const motion::ExecutedMove& run, const ViewedTour& view) {
-    const model::Vector3 straightDown{0.0, 0.0, -1.0}; // where the stylus points at A = 0
+    const model::Vector3 straightDown{0.0, 0.0, -1.0}; // direction of the stylus at A = 0
     return {{"at", ArrayJson(sample.position)},
             {"A", sample.angles.a},
             {"B", sample.angles.b},
@@ -90,7 +90,7 @@ text::Json StateJson(const motion::HeadState& state) {
         {"A", state.angles.a}, {"B", state.angles.b}, {"lever", check::NameOf(state.lever)}, {"onPeg", state.isOnPeg}};
 }
 
-/// The move in closed form: all of its points follow from it.
+/// The move in closed form. The page can compute all its points from it.
 text::Json MotionJson(const motion::ExecutedMove& run) {
     const motion::Path& path = run.path;
     text::Json arc = nullptr;
@@ -106,7 +106,7 @@ text::Json MotionJson(const motion::ExecutedMove& run) {
             {"after", StateJson(run.after)}};
 }
 
-/// What the move comes closest to of all that stands around.
+/// The obstacle that the move comes closest to.
 text::Json NearestJson(const check::CheckedMove& move, const check::Figures& figures) {
     const auto nearest = std::ranges::min_element(move.around, {}, &check::PartClearance::atLeast);
     if (nearest == move.around.end()) return nullptr;
@@ -114,7 +114,7 @@ text::Json NearestJson(const check::CheckedMove& move, const check::Figures& fig
     return {{"part", pair.part}, {"obstacle", pair.solid}, {"clearance", nearest->atLeast}};
 }
 
-/// What is known of every move, run or not.
+/// What is known of every move, also of one that could not be run.
 text::Json MoveJson(const check::CheckedPlan& checked, std::size_t index) {
     const plans::PlannedMove& planned = checked.plan.moves[index];
     const auto* const arc = std::get_if<ArcData>(&planned.data);
@@ -150,7 +150,7 @@ text::Json AllMovesJson(const check::CheckedPlan& checked, const ViewedTour& vie
     return moves;
 }
 
-/// Corner after corner of a surface, as 32-bit numbers in base64: in decimals a mesh would fill the page.
+/// The corners of a surface as 32-bit numbers in base64. As decimals, a mesh would make the page far larger.
 std::string SurfaceText(const std::vector<check::obstacles::Triangle>& surface) {
     std::string bytes;
     const auto add = [&](double number) {

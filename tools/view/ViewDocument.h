@@ -5,7 +5,7 @@
 
 namespace qmv40::view {
 
-/// Plans to be looked at, and what they were checked on.
+/// Plans for viewing, and what they were checked against.
 struct ViewedTour {
     std::string name;  ///< of the head: its geometry file's, without folders
     std::string title; ///< name and stops
@@ -14,21 +14,22 @@ struct ViewedTour {
     check::CheckedTour tour;
 };
 
-/// A page of more plans than this works its points out from `motion`, and has no drawings: it stays small.
+/// A page with more plans computes its points from `motion` and has no drawings, so that it stays small.
 inline constexpr std::size_t mostPlansInFull = 10;
 
-/// The head's name and the stops, in one line: of a long tour only how many plans there are, where it begins and ends.
+/// The head's name and the stops in one line. For a long tour only the number of plans, its start and its end.
 std::string TitleText(const std::string& name, const std::vector<check::CheckedPlan>& plans);
 
 /// "(0, 0) to (45, 90) to (15, -30)", the head positions one after the other.
 std::string StopsText(const std::vector<check::CheckedPlan>& plans);
 
-/// All that a page needs to show the plans without computing a coordinate: machine coordinates, mm and degrees. What it
-/// holds docs/qmv40.md tells. Samples are at most a millimetre or a degree apart; a move that could not be run has
-/// none, and the moves of more than `mostPlansInFull` plans.
+/// Everything that a page needs to show the plans without computing a coordinate: machine coordinates, mm and degrees.
+/// docs/qmv40.md describes its members. Samples are at most a millimetre or a degree apart. There are none for a move
+/// that could not be run, nor in a document of more than `mostPlansInFull` plans.
 text::Json ViewDocument(const ViewedTour& view);
 
-/// A document as it may stand in a page's script element: nothing in it can end that, or begin another.
+/// The document in the form in which a page's script element can hold it: no text in it ends the element or begins
+/// another.
 std::string EmbeddedDocument(const text::Json& document);
 
 } // namespace qmv40::view

@@ -26,7 +26,7 @@ double TwiceTheMiddle(const Triangle& triangle, std::size_t axis) {
            std::max({triangle.a[axis], triangle.b[axis], triangle.c[axis]});
 }
 
-/// Each edge of a closed surface is gone along twice. Corners are one where their coordinates are equal.
+/// In a closed surface each edge belongs to two triangles. Corners with equal coordinates are one corner.
 bool IsEveryEdgeShared(const std::vector<Triangle>& triangles) {
     using Corner = std::array<double, 3>;
     std::vector<std::array<Corner, 2>> edges;
@@ -106,7 +106,7 @@ double Mesh::DistanceTo(const Triangle& triangle, double enough) const {
             }
             continue;
         }
-        // The nearer half is looked at first: it lies on top.
+        // The nearer half goes on top of the stack, so that it is searched first.
         std::pair<double, std::uint32_t> near{SquaredGap(box, nodes[node.left].box), node.left};
         std::pair<double, std::uint32_t> far{SquaredGap(box, nodes[node.left + 1].box), node.left + 1};
         if (far.first < near.first) std::swap(near, far);
@@ -149,7 +149,7 @@ int Mesh::Crossings(const Vector3& origin, const Vector3& direction) const {
 
 bool Mesh::Contains(const Vector3& point) const {
     if (!isClosed || SquaredGap(nodes[0].box, {point, point}) > 0.0) return false;
-    // A ray through an edge may be counted twice or not at all: oblique directions, and the majority of three.
+    // A ray through an edge may be counted twice or not at all. Three oblique rays therefore decide by majority.
     const std::array directions{Vector3{0.3714, 0.2293, 0.8997}, Vector3{-0.6127, 0.7411, 0.2744},
                                 Vector3{0.1733, -0.5119, -0.8414}};
     const auto isOdd = [&](const Vector3& direction) { return Crossings(point, direction) % 2 == 1; };
@@ -172,7 +172,8 @@ std::vector<Triangle> BoxSurface(const Vector3& centre, const Vector3& size) {
 }
 
 std::vector<Triangle> CylinderSurface(const Vector3& from, const Vector3& to, double radius) {
-    // A prism whose faces touch the cylinder stands off by radius * (1 / cos(half a side's angle) - 1) at its edges.
+    // The edges of a prism whose faces touch the cylinder are outside it by radius * (1 / cos(half a side's angle) -
+    // 1).
     const int sides =
         std::max(12, static_cast<int>(std::ceil(std::numbers::pi / std::acos(radius / (radius + largestExcess)))));
     const double toEdge = radius / std::cos(std::numbers::pi / sides);

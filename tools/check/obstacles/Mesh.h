@@ -6,9 +6,9 @@
 
 namespace qmv40::check::obstacles {
 
-/// A solid given by the triangles of its surface, kept in a tree of boxes: a distance takes some microseconds, however
-/// many there are. The distances are our own closed forms, because the tool gives the same answers on Windows, where no
-/// library for meshes is installed; a test compares them with such a library.
+/// A solid given by the triangles of its surface, kept in a tree of boxes. A distance takes some microseconds for any
+/// number of triangles. The distances are closed forms of our own, because the tool gives the same answers on Windows,
+/// where no library for meshes is installed. A test compares them with such a library.
 class Mesh : public Solid {
 public:
     /// At least one triangle, all finite.
@@ -16,7 +16,7 @@ public:
 
     double DistanceTo(const Triangle& triangle, double enough) const override;
     double SmallestDistance() const override { return 0.0; }
-    /// Never, for a surface that is not closed: it has no inside.
+    /// Always false for a surface that is not closed: it has no inside.
     bool Contains(const model::Vector3& point) const override;
 
     /// Each edge belongs to exactly two triangles.
@@ -27,7 +27,8 @@ private:
         model::Vector3 smallest;
         model::Vector3 largest;
     };
-    /// The triangles `first` to `last`; their halves are the nodes `left` and `left` + 1 unless they are few.
+    /// A node holds the triangles from `first` to before `last`. Its halves are the nodes `left` and `left` + 1, unless
+    /// it holds few triangles.
     struct Node {
         Box box;
         std::uint32_t first;
@@ -47,11 +48,11 @@ private:
     bool isClosed;
 };
 
-// Solids as meshes. A cylinder is a prism that contains it, at no place more than 0.005 mm larger.
+// Solids as meshes. A cylinder becomes a prism that contains it and is nowhere more than 0.005 mm larger.
 inline constexpr double largestExcess = 0.005; ///< mm
 
 std::vector<Triangle> BoxSurface(const model::Vector3& centre, const model::Vector3& size);
-/// `from`, `to`: the centres of its ends, which must not be one point.
+/// `from`, `to`: the centres of its ends, which must differ.
 std::vector<Triangle> CylinderSurface(const model::Vector3& from, const model::Vector3& to, double radius);
 
 } // namespace qmv40::check::obstacles

@@ -16,7 +16,7 @@ namespace {
 
 using model::Vector3;
 
-/// A place in the document, for messages: obstacles[0].size.
+/// A place in the document, for messages, such as obstacles[0].size.
 struct Place {
     const std::string& file;
     std::string path;
@@ -77,7 +77,7 @@ Obstacle ObstacleOf(const std::string& name, const std::string& shape, std::vect
             std::move(surface)};
 }
 
-/// Turns about the vertical through the origin, then shifts.
+/// Turns about the vertical axis through the origin, then shifts.
 void Set(std::vector<Triangle>& triangles, double degrees, const Vector3& at) {
     const model::Rotation turn(model::ToRadians(degrees));
     for (Triangle& triangle : triangles) {

@@ -9,7 +9,7 @@
 
 namespace qmv40::check::obstacles {
 
-/// Something that stands around. Machine coordinates, millimetres.
+/// An obstacle. Machine coordinates, millimetres.
 class Solid {
 public:
     Solid() = default;
@@ -17,42 +17,42 @@ public:
     Solid& operator=(const Solid&) = delete;
     virtual ~Solid() = default;
 
-    /// From the surface to a triangle, which may be a line or a point; 0 or less where they meet. A distance of
-    /// `enough` or more need not be worked out: `enough` is returned for it.
+    /// The distance from the surface to a triangle, which may be a line or a point; 0 or less when they meet. When it
+    /// is `enough` or more, `enough` may be returned instead.
     virtual double DistanceTo(const Triangle& triangle, double enough) const = 0;
-    /// What `DistanceTo` never falls below.
+    /// The lower limit of `DistanceTo`.
     virtual double SmallestDistance() const = 0;
-    /// The point lies inside, away from the surface.
+    /// True when the point lies inside, away from the surface.
     virtual bool Contains(const model::Vector3& point) const = 0;
 };
 
-/// All below a height.
+/// Everything below a height.
 class Table : public Solid {
 public:
     explicit Table(double theHeight) : height(theHeight) {}
     double DistanceTo(const Triangle& triangle, double enough) const override;
     double SmallestDistance() const override { return -std::numeric_limits<double>::infinity(); }
-    bool Contains(const model::Vector3& /*point*/) const override { return false; } // its distance is negative there
+    bool Contains(const model::Vector3& /*point*/) const override { return false; } // there its distance is negative
 
 private:
     double height;
 };
 
-/// All within a radius of a line from point to point: a rod with round ends, or a ball.
+/// All points within a radius of a line segment: a rod with round ends, or a ball.
 class Rod : public Solid {
 public:
     Rod(const model::Vector3& theFrom, const model::Vector3& theTo, double theRadius)
         : line{theFrom, theTo, theTo}, radius(theRadius) {}
     double DistanceTo(const Triangle& triangle, double enough) const override;
     double SmallestDistance() const override { return -radius; }
-    bool Contains(const model::Vector3& /*point*/) const override { return false; } // its distance is negative there
+    bool Contains(const model::Vector3& /*point*/) const override { return false; } // there its distance is negative
 
 private:
     Triangle line;
     double radius;
 };
 
-/// A solid with what it is called in findings.
+/// A solid and its name in findings.
 struct Obstacle {
     std::string name;
     std::string description; ///< "box", "cylinder", "mesh of 12,000 triangles, closed"

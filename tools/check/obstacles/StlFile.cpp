@@ -16,11 +16,12 @@ namespace {
 
 using model::Vector3;
 
-// A binary file: 80 bytes of anything, the number of triangles, and 50 bytes for each. Numbers are little-endian.
+// A binary file: 80 bytes that do not matter, the number of triangles, and 50 bytes for each. Numbers are
+// little-endian.
 constexpr std::size_t headerSize = 84;
 constexpr std::size_t countAt = 80;
 constexpr std::size_t triangleSize = 50;
-constexpr std::size_t cornersAt = 12; // after the normal, which follows from the corners
+constexpr std::size_t cornersAt = 12; // after the normal, which is not needed
 
 std::uint32_t WholeAt(std::string_view content, std::size_t at) {
     std::uint32_t value = 0;
@@ -42,7 +43,7 @@ bool IsFinite(const Triangle& triangle) {
 }
 
 bool IsBinary(std::string_view content) {
-    // Some programs begin the 80 bytes with "solid", as a text does: the length tells.
+    // Some programs begin a binary file with "solid", like a text. The length tells them apart.
     return content.size() >= headerSize && content.size() == headerSize + triangleSize * WholeAt(content, countAt);
 }
 
@@ -60,7 +61,7 @@ std::vector<Triangle> BinaryTriangles(const std::string& fileName, std::string_v
     return triangles;
 }
 
-/// The words of a line, as many as are asked for; what is missing is empty.
+/// The words of a line, as many as are asked for; a missing one is empty.
 std::array<std::string_view, 5> WordsOf(std::string_view line) {
     std::array<std::string_view, 5> words;
     for (std::string_view& word : words) {

@@ -8,8 +8,8 @@
 
 namespace qmv40::check::obstacles {
 
-/// The triangles of an STL file's content, text or binary. `fileName` is for messages. Throws InputError for what is no
-/// such file, for a file that is cut off, and for one without a triangle.
+/// The triangles of an STL file's content, text or binary. `fileName` is for messages. Throws InputError when the
+/// content is no STL file, is cut off, or has no triangle.
 std::vector<Triangle> TrianglesOfStl(const std::string& fileName, std::string_view content);
 
 } // namespace qmv40::check::obstacles

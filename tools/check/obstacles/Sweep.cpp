@@ -8,9 +8,9 @@ namespace qmv40::check::obstacles {
 
 namespace {
 
-// Distances are worked out to some 1e-9 mm.
+// The error of a computed distance is about 1e-9 mm.
 constexpr double roundings = 1e-7; // mm
-// Far more than any move takes; a bound that is not yet tight is a bound all the same.
+// Far more than any move needs. A bound that is not tight yet is still a valid bound.
 constexpr int mostDivisions = 200'000;
 
 struct Moment {
@@ -34,8 +34,9 @@ bool IsFinite(const Axis& axis) {
 
 bool IsOnePoint(const model::Vector3& left, const model::Vector3& right) { return model::Distance(left, right) == 0.0; }
 
-/// How far the axis can lie off the two triangles because it turns: where both ends move and the four places are not
-/// those of a parallelogram, the area between them is curved by a quarter of what is missing at most.
+/// How far the axis can leave the two triangles because it turns. When both ends move and the four end points do not
+/// form a parallelogram, the surface between them is curved: by at most a quarter of what is missing to the
+/// parallelogram.
 double TwistBetween(const Axis& start, const Axis& end) {
     if (IsOnePoint(start.from, end.from) || IsOnePoint(start.to, end.to)) return 0.0;
     return 0.25 * model::Length((end.to - start.to) - (end.from - start.from));
@@ -110,7 +111,7 @@ double Sweep::Clearance() {
 
 double ClearanceOf(const MovingPart& part, const Solid& solid, double enough) {
     const double atLeast = Sweep(part, solid, enough + roundings).Clearance();
-    // What was added and taken off again is not to make it less than enough in the last digit.
+    // Rounding errors must not make the result smaller than `enough`.
     return atLeast >= enough - 0.01 * roundings ? std::max(atLeast, enough) : atLeast;
 }
 

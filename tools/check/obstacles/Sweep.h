@@ -5,19 +5,19 @@
 #include <functional>
 #include <limits>
 
-/// How close a moving part comes to something that stands around, with a proof: the number is a lower bound.
+/// A proven lower bound of the clearance between a moving part and an obstacle.
 ///
-/// A part is a rod with round ends (or a ball). Over a stretch of the move its axis lies near the area between its
-/// places at both ends of the stretch: two triangles. How far it can lie off them is bounded, by how much the paths of
-/// its ends bend and by how much the axis turns. The distance from the triangles to the solid, less that bound, is what
-/// the part keeps in the stretch at least. The stretch with the smallest bound is divided until the bound is within
-/// `clearanceTolerance` of the truth.
+/// A part is a rod with round ends (or a ball). In an interval of the move its axis stays near the surface between its
+/// places at both ends of the interval, which is taken as two triangles. How far the axis can leave them is bounded by
+/// the curvature of its ends' paths and by its rotation. The distance from the triangles to the solid, less that bound
+/// and the radius, is a lower bound of the clearance in the interval. The interval with the smallest bound is halved
+/// until the bound is within `clearanceTolerance` of the true clearance.
 
 namespace qmv40::check::obstacles {
 
 inline constexpr double clearanceTolerance = 0.01; ///< mm
 
-/// Where the axis of a part is.
+/// The ends of a part's axis.
 struct Axis {
     model::Vector3 from;
     model::Vector3 to;
@@ -30,9 +30,9 @@ struct MovingPart {
     double radius;
 };
 
-/// What the part keeps clear of the solid, mm: never more than the truth, and less than it by `clearanceTolerance` at
-/// most. Negative where they meet: by the part's radius at least. A clearance of `enough` or more is not worked out:
-/// what is returned is then proven, and no less than `enough`.
+/// A lower bound of the clearance, mm; the true value is larger by at most `clearanceTolerance`. When they meet it is
+/// negative, and at least minus the part's radius. A clearance of `enough` or more is not computed exactly: the result
+/// is then a lower bound, and not less than `enough`.
 double ClearanceOf(const MovingPart& part, const Solid& solid, double enough = std::numeric_limits<double>::infinity());
 
 } // namespace qmv40::check::obstacles

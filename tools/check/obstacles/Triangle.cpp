@@ -31,7 +31,7 @@ double SquaredDistanceOfLines(const Vector3& a, const Vector3& b, const Vector3&
     const double fb = Dot(first, between);
     const double sb = Dot(second, between);
     const double denominator = ff * ss - fs * fs;
-    // Where the lines are parallel every place on the first is as good as another; a point has one place.
+    // For parallel lines any place on the first one will do. A point has only one place.
     double s = denominator > 0.0 ? std::clamp((fs * sb - fb * ss) / denominator, 0.0, 1.0) : 0.0;
     double t = ss > 0.0 ? (fs * s + sb) / ss : 0.0;
     if (t < 0.0 || t > 1.0 || ss == 0.0) {
@@ -42,13 +42,13 @@ double SquaredDistanceOfLines(const Vector3& a, const Vector3& b, const Vector3&
     return Dot(gap, gap);
 }
 
-/// A triangle with what is asked of it again and again.
+/// A triangle with the values that are used repeatedly.
 struct Face {
     explicit Face(const Triangle& theTriangle)
         : triangle(theTriangle), normal(Cross(theTriangle.b - theTriangle.a, theTriangle.c - theTriangle.a)),
           squaredNormal(Dot(normal, normal)) {}
 
-    /// The point lies straight above or below the area.
+    /// True when the point lies straight above or below the triangle.
     bool IsOver(const Vector3& point) const {
         return std::ranges::all_of(EdgesOf(triangle), [&](const Edge& edge) {
             return !(Dot(Cross(edge.to - edge.from, point - edge.from), normal) < 0.0);
@@ -60,10 +60,10 @@ struct Face {
     double squaredNormal;
 };
 
-/// The squared distance between a face and another triangle where it is neither between edges nor between corners of
-/// the face; 0 where an edge goes through the face.
+/// The squared distance of another triangle's corners from the inside of the face, when it is less than `smallest`; 0
+/// when an edge of the other triangle goes through the face.
 double SquaredDistanceToFace(const Face& face, const Triangle& other, double smallest) {
-    if (face.squaredNormal == 0.0) return smallest; // a line or a point: its edges are all of it
+    if (face.squaredNormal == 0.0) return smallest; // a line or a point consists of its edges
     const std::array points{other.a, other.b, other.c};
     std::array<double, 3> heights{};
     for (std::size_t i = 0; i < 3; ++i) {

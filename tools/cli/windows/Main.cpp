@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A program that was double-clicked has a console to itself, which closes when it ends.
+/// True for a program that was double-clicked: its console has no other user and closes when the program ends.
 bool HasConsoleToItself() {
     DWORD processes[2] = {};
     return GetConsoleProcessList(processes, 2) == 1;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view libraryName = "libCoQMV40Calculator.so";
 
-/// The shared library in which this process finds the component's entry point; empty when it has none.
+/// The shared library in which this process finds the component's entry point; empty when it finds none.
 std::filesystem::path LoadedLibrary() {
     Dl_info info{};
     void* const entryPoint = dlsym(RTLD_DEFAULT, "DllGetClassObject");
@@ -30,7 +30,7 @@ text::Json VersionOf(const std::filesystem::path& library) {
     return name.starts_with(start) ? text::Json(name.substr(start.size())) : text::Json();
 }
 
-/// Other copies where a program that is built without a path of its own would find them.
+/// Other copies, in the folders that the loader searches for a program without a search path of its own.
 std::vector<std::string> OtherCopies(const std::filesystem::path& library) {
     std::set<std::string> copies;
     const std::filesystem::path toolFolder = std::filesystem::path(OwnFile()).parent_path();

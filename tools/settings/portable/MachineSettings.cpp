@@ -13,7 +13,7 @@ namespace {
 constexpr const char* settingsVariable = "QMV40_SETTINGS";
 constexpr const char* machineFile = "/etc/qmv40/settings.reg";
 
-/// The file that the environment names; empty when it names none.
+/// The file that the environment variable names; empty when it is not set.
 std::string ChosenFile() {
     const char* const chosen = std::getenv(settingsVariable);
     return chosen == nullptr ? "" : chosen;
@@ -62,7 +62,7 @@ struct BuiltInSettings::State {
 };
 
 BuiltInSettings::BuiltInSettings() : state(std::make_unique<State>()) {
-    setenv(settingsVariable, "/dev/null", 1); // no ordinary file: holds nothing
+    setenv(settingsVariable, "/dev/null", 1); // not an ordinary file, so it holds no settings
 }
 
 BuiltInSettings::~BuiltInSettings() {

@@ -24,7 +24,7 @@ const std::wstring libraryId = L"{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}";
 constexpr const wchar_t* componentFile = L"CoQMV40Calculator.dll";
 constexpr const char* registerAgain = "As administrator: regsvr32 CoQMV40Calculator.dll, the 64-bit one.";
 
-/// Which of the two registries a 64-bit system keeps.
+/// The 64-bit and the 32-bit view of the registry.
 enum class View : REGSAM { Wide = KEY_WOW64_64KEY, Narrow = KEY_WOW64_32KEY };
 
 std::optional<std::wstring> RegisteredText(const std::wstring& path, const wchar_t* name, View view = View::Wide) {
@@ -53,7 +53,7 @@ std::wstring FileOfModule(HMODULE module) {
     return file;
 }
 
-/// The module whose code answers for an object of the class; empty when none can be created.
+/// The module that contains the class; empty when no object can be created.
 std::wstring LoadedModule() {
     qmv40::ComPointer<IUnknown> object;
     if (FAILED(CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.Receive())))
@@ -65,7 +65,7 @@ std::wstring LoadedModule() {
     return FileOfModule(module);
 }
 
-/// The version in a file's resources, of four numbers.
+/// The version resource of a file: four numbers.
 text::Json VersionOf(const std::wstring& file) {
     const DWORD size = GetFileVersionInfoSizeW(file.c_str(), nullptr);
     std::vector<BYTE> block(size);
@@ -78,7 +78,7 @@ text::Json VersionOf(const std::wstring& file) {
            '.' + std::to_string(HIWORD(version.dwFileVersionLS));
 }
 
-/// What kind of program a file is made for, from its header: "64-bit", "32-bit" or nothing.
+/// The machine type in the header of a program file: "64-bit", "32-bit", or empty.
 std::string BitnessOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     std::array<char, 4096> head{};
@@ -100,14 +100,14 @@ std::string ContentOf(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-/// How two files compare, in a word for people.
+/// The difference between two files, in a word for people.
 std::string Comparison(const std::filesystem::path& one, const std::filesystem::path& other) {
     std::error_code error;
     if (std::filesystem::equivalent(one, other, error)) return "the same file";
     return ContentOf(one) == ContentOf(other) ? "a copy of it" : anotherFile;
 }
 
-/// Puts the facts together and complains where they do not fit.
+/// Collects the facts, and findings where they contradict each other.
 class Examination {
 public:
     Installation Result() && { return std::move(installation); }
@@ -125,7 +125,7 @@ public:
         AddRegistration("server", "server (64-bit view)", JsonOf(server));
         AddRegistration("threadingModel", "threading model", JsonOf(model));
         AddRegistration("registered", "registered", server.has_value());
-        if (!server) return; // that the component cannot be created is for others to say: a manifest may help
+        if (!server) return; // a failure to create the component is reported elsewhere: a manifest may still provide it
         ExamineServer(*server);
         if (model != L"Apartment") {
             Complain(

@@ -21,13 +21,13 @@ public:
 
     LSTATUS Result() const { return result; }
 
-    /// The narrow calls, as the component makes them: lengths are counted in their characters.
+    /// The narrow functions, which the component calls too: lengths count their characters.
     std::vector<StoredValue> Values() const {
         DWORD longestName = 0;
         DWORD longestValue = 0;
         RegQueryInfoKeyA(handle, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &longestName,
                          &longestValue, nullptr, nullptr);
-        // In the code page a character may take more than one byte.
+        // A character may take several bytes of the code page.
         constexpr std::size_t bytesOfCharacter = 4;
         std::vector<char> name((longestName + 1) * bytesOfCharacter);
         std::vector<char> bytes((longestValue + 2) * bytesOfCharacter);
@@ -83,7 +83,7 @@ std::string HowToPutInPlace(const std::string& fileName) {
 struct BuiltInSettings::State {};
 
 BuiltInSettings::BuiltInSettings() {
-    // In this process alone, the root is taken to be a key below which there are no settings.
+    // For this process, HKEY_LOCAL_MACHINE becomes a key that has no settings below it.
     HKEY handle = nullptr;
     LSTATUS result = RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Classes", 0, KEY_READ, &handle);
     if (result == ERROR_SUCCESS) {

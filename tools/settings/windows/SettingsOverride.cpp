@@ -14,7 +14,8 @@ namespace qmv40::settings {
 
 namespace {
 
-/// Below it the store's key is looked for while the file counts. No other run has the same, and no restart finds it.
+/// While the file is in force, the component's key is looked for below this one. The process number makes it unique,
+/// and the key is volatile: no restart keeps it.
 std::string PrivateRoot() { return "Software\\qmv40-settings-" + std::to_string(GetCurrentProcessId()); }
 
 void RequireSuccess(LSTATUS result, const char* operation) {
@@ -46,8 +47,8 @@ void StoreAll(const StoredSettings& settings) {
     RequireSuccess(result, "RegSetValueEx");
 }
 
-/// Keeps the component's class object creatable, which is found before the root is another: under that one no class is
-/// registered. 0 when there is none: whoever creates a calculator is told.
+/// Keeps the component's class object creatable after HKEY_LOCAL_MACHINE is overridden, because no class is registered
+/// below the replacement. 0 when there is no class object: creating a calculator then fails with the reason.
 DWORD KeepClassObject() {
     void* found = nullptr;
     if (FAILED(CoGetClassObject(CLSID_QMVCalculator, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, &found)))
@@ -64,7 +65,7 @@ DWORD KeepClassObject() {
 struct SettingsOverride::State {
     explicit State(const StoredSettings& settings) {
         StoreAll(settings);
-        // In this process alone, the root is taken to be the key that holds what the file holds.
+        // For this process, HKEY_LOCAL_MACHINE becomes the key that holds the values of the file.
         RequireSuccess(RegOverridePredefKey(HKEY_LOCAL_MACHINE, root), "RegOverridePredefKey");
     }
     State(const State&) = delete;

@@ -4,7 +4,8 @@
 
 namespace qmv40::text {
 
-// A path converts between UTF-8 and UTF-32 in the same way in every locale; between narrow and wide the locale decides.
+// std::filesystem::path converts between UTF-8 and UTF-32 in the same way in every locale. Conversion between narrow
+// and wide depends on the locale.
 
 std::string ToUtf8(std::wstring_view wide) {
     const std::u8string utf8 = std::filesystem::path(std::u32string(wide.begin(), wide.end())).u8string();

@@ -6,7 +6,7 @@ namespace qmv40::text {
 
 namespace {
 
-/// The standard handle is a console, and from now on it accepts colour sequences.
+/// True when the standard handle is a console. Switches its colour sequences on.
 bool UnderstandsColours(DWORD standardHandle) {
     DWORD mode = 0;
     const HANDLE console = GetStdHandle(standardHandle);

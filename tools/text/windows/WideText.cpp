@@ -8,7 +8,8 @@ namespace qmv40::text {
 
 namespace {
 
-/// The ANSI code page can express the name. The component passes the name to functions that take no other.
+/// True when the name can be written in the ANSI code page. The component passes the name to functions that accept no
+/// other.
 bool IsInAnsiCodePage(const std::wstring& name) {
     BOOL usedDefault = FALSE;
     WideCharToMultiByte(CP_THREAD_ACP, WC_NO_BEST_FIT_CHARS, name.c_str(), -1, nullptr, 0, nullptr, &usedDefault);

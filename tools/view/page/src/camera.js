@@ -1,4 +1,4 @@
-// The views of the picture: one in perspective that is turned at will, and three along the machine's axes, true to scale.
+// The views of the picture: one in perspective that the user turns, and three along the machine's axes, to scale.
 
 import { Box3, MOUSE, OrthographicCamera, PerspectiveCamera, TOUCH, Vector3 } from "three";
 import { OrbitControls } from "three/addons/controls/OrbitControls.js";
@@ -6,14 +6,14 @@ import { OrbitControls } from "three/addons/controls/OrbitControls.js";
 const fieldOfView = 32;
 const halfField = (fieldOfView / 2) * (Math.PI / 180);
 const distances = { near: 1, far: 20000 };
-// Room at the rim for the buttons and the triad.
+// Margin for the buttons and the triad.
 const rim = 1.1;
-// From above, a hair's breadth off the vertical, so that +Y stays up.
+// Almost vertical from above: exactly vertical, the direction of +Y on the screen would be undefined.
 const almostAbove = 1e-4;
 const vertical = new Vector3(0, 0, 1);
 
-// The contact is seen from the side on which neither head nor lever is, a little from above, and so far off the line of
-// head and sphere that the gap between them is seen.
+// The contact is seen from the side without head and lever, a little from above, and far enough from the line through
+// head and sphere that the gap between them is visible.
 const besideContact = 0.6; // radians
 const aboveContact = 0.4;
 const belowOpening = 0.8;
@@ -40,7 +40,7 @@ export class Views {
         for (const camera of [this.perspective, this.parallel]) camera.up.set(0, 0, 1);
         this.controls = new OrbitControls(this.perspective, element);
         this.controls.addEventListener("change", onChange);
-        // Who turns the picture looks from where he likes.
+        // When the user turns the picture, it stops following the contact.
         this.controls.addEventListener("start", () => this.leaveContact());
         this.onChange = onChange;
         this.name = "free";
@@ -53,7 +53,7 @@ export class Views {
     setView(name) {
         this.name = name;
         this.controls.object = this.isParallel ? this.parallel : this.perspective;
-        // A drag turns the free view and moves the others.
+        // Dragging turns the free view and moves the others.
         this.controls.enableRotate = !this.isParallel;
         this.controls.mouseButtons.LEFT = this.isParallel ? MOUSE.PAN : MOUSE.ROTATE;
         this.controls.touches.ONE = this.isParallel ? TOUCH.PAN : TOUCH.ROTATE;
@@ -77,7 +77,7 @@ export class Views {
     /** From the free side of cup or lever: from where the head is not. */
     lookAtContact() {
         const away = this.headAt ? this.sphere.clone().sub(this.headAt).setZ(0) : directions.free.clone();
-        if (away.length() < 1) return; // the head is straight above: as it was
+        if (away.length() < 1) return; // the head is straight above the sphere: keep the direction
         const direction = away.normalize().applyAxisAngle(vertical, besideContact).setZ(this.elevation).normalize();
         const reach = contactReach / Math.min(1, this.perspective.aspect);
         this.controls.target.copy(this.sphere);

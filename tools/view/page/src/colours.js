@@ -1,4 +1,4 @@
-// The picture's colours are the page's: named once in style.css, for light and for dark.
+// The colours of the picture, read from style.css, which has them for light and for dark.
 
 import { Color } from "three";
 

@@ -1,9 +1,9 @@
-// The document that qmv40 view put into the page: its numbers as words, and its samples in the order of the machine's way.
-// Nothing is worked out here that is shown: every number on the page is one of the document's.
+// The document that qmv40 view put into the page: texts of its numbers, and its samples in the order of the machine's
+// path. Nothing is computed here: every number that the page shows is a number of the document.
 
 const lengthDecimals = 3;
 export const angleDecimals = 3;
-// What the tool prints for a planned number, and what a machine is given.
+// The decimals that the tool prints for planned numbers.
 export const plannedDecimals = 4;
 
 /** The document. Throws with a sentence for people when there is none that can be read. */

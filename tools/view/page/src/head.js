@@ -1,11 +1,12 @@
-// The head on its machine: body and levers, which go with the machine; the swivel, which B turns; the tilting part with drive
-// cup and stylus, which A turns. What is in the document is drawn to size; the rest is there to be recognised.
+// The head on its machine: body and levers, which move with the machine; the swivel, which turns with B; the tilting
+// part with drive cup and stylus, which turns with A. Parts that are in the document are drawn to size, the others only
+// to be recognised.
 
 import { DoubleSide, Group, LatheGeometry, LineBasicMaterial, Matrix4, Mesh, MeshLambertMaterial, Vector2, Vector3 } from "three";
 import { Levers } from "./levers.js";
 import { ball, block, cylinder, outlined, vector } from "./solids.js";
 
-// Millimetres from the head centre, unless a dimension of the document says where a part has to be.
+// Millimetres from the head's centre, unless a dimension of the document decides.
 const bodyInsidePivots = 8;
 const bodyBottom = 16;
 const bodyAbovePivots = 20;
@@ -20,10 +21,10 @@ const tiltBottom = -16;
 const axleRadius = 4.5;
 const probeRadius = 6;
 const probeBottom = -30;
-// Where the length of the stylus is not known.
+// When the length of the stylus is not known.
 const shortStylus = { length: 46, diameter: 2.2, tipDiameter: 4 };
 const armRadius = 3;
-// Of the drive cup, in radii of the sphere that it takes.
+// Of the drive cup, relative to the radius of the sphere.
 const cupInside = 1.06;
 const cupOutside = 1.4;
 const cupFacets = 14;

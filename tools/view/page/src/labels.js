@@ -1,10 +1,10 @@
-// Words in the picture: numbers of the moves, names of the parts, and the directions of the axes. They are text of the page,
-// so that they stay sharp, and they give way to each other, so that they can be read.
+// Words in the picture: numbers of the moves, names of the parts, and the directions of the axes. They are text of the
+// page, so that they stay sharp, and they move apart, so that they can be read.
 
 import { Vector3 } from "three";
 
 const gap = 3; // pixels between two labels
-// Where a label may stand: how far right and down of its point, in halves of itself, and how many pixels off.
+// Possible places of a label: right and down of its point, in halves of its size, and a distance in pixels.
 const near = 9;
 const far = 24;
 const places = [near, far].flatMap((off) =>

@@ -1,4 +1,4 @@
-// The two levers on the head's body, in the state that is in force and, as a shadow, in the other one.
+// The two levers on the head's body in their state, and transparent in the other state.
 
 import { Group, MeshLambertMaterial, Vector3 } from "three";
 import { aim, ball, cylinder, vector } from "./solids.js";
@@ -6,7 +6,8 @@ import { aim, ball, cylinder, vector } from "./solids.js";
 const armRadius = 1.7;
 const hubRadius = 4.2;
 const hubHalfWidth = 2.6;
-// How near the sphere has to be to a lever's ball for the lever to go with it, mm: more is a lever that was missed.
+// mm. When the sphere is farther from a lever's ball, the machine has missed the lever, and the lever does not follow
+// it.
 const touchDistance = 1;
 
 /** An arm from the pivot to the ball, made along Y. */

@@ -1,4 +1,4 @@
-// Puts the page together: the document, the player, the panels and, where the browser can, the picture.
+// Builds the page: the document, the player, the panels and, if the browser supports it, the picture.
 
 import { framesOf, anglesText, readDocument } from "./document.js";
 import { fillSamples } from "./motion.js";
@@ -10,7 +10,7 @@ import { connectPlayer, markMoves, showTime } from "./timeline.js";
 const byId = (id) => document.getElementById(id);
 const orbitStep = Math.PI / 24;
 const zoomStep = 1.15;
-// A page that was out of sight goes on where it was.
+// Seconds. After a pause in which the page was hidden, playing continues at the same place.
 const longestTick = 0.25;
 
 /** A page with a plan in it. */
@@ -114,7 +114,7 @@ class Viewer {
     }
 
     playAction(event) {
-        // Space on a button presses that button.
+        // The space key presses the button that has the focus.
         if (event.key === " " && event.target.matches("button")) return undefined;
         return {
             " ": () => this.player.toggle(),

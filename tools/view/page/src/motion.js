@@ -1,8 +1,8 @@
-// The points of a move, worked out from its closed form. A page of many plans holds no samples: they would fill it. A test
-// holds what comes out here against the tool's own samples.
+// The points of a move, computed from its closed form. A page of many plans has no samples, because they would make it
+// too large. A test compares these points with the tool's own samples.
 
 const degree = Math.PI / 180;
-// As far apart as the tool's samples: millimetres along a line, degrees along an arc.
+// The spacing of the tool's samples: millimetres along a line, degrees along an arc.
 const spacing = { line: 1, arc: 1 };
 const mostSteps = 10000;
 

@@ -1,8 +1,8 @@
-// Everything beside the picture: verdict, machine, move, findings and the list of moves. All of it works without the picture.
+// Everything beside the picture: verdict, machine, move, findings and the list of moves. It works without the picture.
 
 import { anglesText, angleDecimals, contactText, levelMeaning, numberText, plannedDecimals, clearanceText } from "./document.js";
 
-// A clearance to what stands around is known to 0.01 mm.
+// A clearance to an obstacle is computed to 0.01 mm.
 const nearestDecimals = 2;
 
 const byId = (id) => document.getElementById(id);
@@ -137,7 +137,7 @@ export function listFindings(plan, go) {
     byId("findings-list").replaceChildren(...plan.findings.map((finding) => findingItem(finding, go)));
 }
 
-// What changes as the machine goes
+// Updated while the machine moves
 
 function showPosition(sample) {
     ["x", "y", "z"].forEach((axis, i) => { byId(`live-${axis}`).textContent = numberText(sample?.at[i]); });

@@ -1,4 +1,4 @@
-// The way of the machine, move by move: a line in the colour of the move's level with arrows along it.
+// The path of the machine, move by move: a line in the colour of the move's level, with arrows on it.
 
 import { ConeGeometry, Group, Mesh, MeshBasicMaterial } from "three";
 import { Line2 } from "three/addons/lines/Line2.js";
@@ -6,12 +6,13 @@ import { LineGeometry } from "three/addons/lines/LineGeometry.js";
 import { LineMaterial } from "three/addons/lines/LineMaterial.js";
 import { aim, vector } from "./solids.js";
 
-// Colour is never alone: as in the drawings, each level has its own dashes, millimetres of line and gap, and its own weight.
+// Levels can be told apart without colour: each has its own dashes (millimetres of line and gap) and line width, as in
+// the drawings.
 const dashes = { clear: null, tight: [2.6, 0.9], contact: null, finding: [0.9, 0.7] };
 const weights = { clear: 1, tight: 1.2, contact: 1.7, finding: 2 };
 const widths = { done: 1.6, current: 4, coming: 2 }; // pixels
 const opacities = { done: 0.4, current: 1, coming: 0.9 };
-// Opposite ways on one line keep their arrows apart when these do not stand in the middle.
+// Not the middle, so that the arrows of a move and of its return on the same line are apart.
 const arrowPlace = 0.68;
 const millimetresAnArrow = 40;
 const mostArrows = 20;

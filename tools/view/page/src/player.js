@@ -1,4 +1,4 @@
-// Goes through a plan's frames. The clock is the length of the path: equal times are equal ways of the machine.
+// Plays a plan's frames. The path has the same length in equal times.
 
 /** Calls `onChange` whenever it stands elsewhere, starts or stops. */
 export class Player {
@@ -7,8 +7,8 @@ export class Player {
         this.onChange = onChange;
         this.goBeyond = goBeyond;
         this.frames = [];
-        this.index = 0; // of the frame that is reached
-        this.time = 0; // between that frame's and the next one's
+        this.index = 0; // of the last frame reached
+        this.time = 0; // between that frame and the next one
         this.isPlaying = false;
         this.speed = 25; // mm of path a second
     }

@@ -13,13 +13,13 @@ import { vector } from "./solids.js";
 import { Surroundings } from "./surroundings.js";
 
 const byId = (id) => document.getElementById(id);
-// How far the plane of the safe height is drawn beyond the path.
+// How far the plane of the safe height extends beyond the path.
 const planeMargin = 25;
 const axisReach = 34;
-// A mistyped plan may lead anywhere, millimetres: what is nearer is still to be seen.
+// Millimetres. Points of a mistyped plan that are farther away are not shown.
 const farthest = 1000;
 const axisOrder = 5;
-// Of the points of the paths, a millimetre apart, that labels keep clear of.
+// Labels keep clear of every fifth point of the paths; points are a millimetre apart.
 const pointsBetweenLooks = 5;
 
 /** What is seen of the head from every side, as points about its centre. */

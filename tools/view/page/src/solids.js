@@ -1,9 +1,9 @@
-// The few shapes of which the picture is made. Millimetres, Z up.
+// The shapes that the picture consists of. Millimetres, Z up.
 
 import { BoxGeometry, CylinderGeometry, EdgesGeometry, LineSegments, Mesh, SphereGeometry, Vector3 } from "three";
 
 const roundness = 40;
-// Edges flatter than this are those of a round surface's facets.
+// Degrees. Edges between the facets of a round surface are flatter.
 const sharpEdge = 35;
 const alongY = new Vector3(0, 1, 0);
 

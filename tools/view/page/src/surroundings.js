@@ -1,15 +1,16 @@
-// What stands around the head: pole sphere with its stem, table, obstacles. All at true size, as it was checked.
+// What stands around the head: pole sphere with its stem, table, obstacles. All are drawn in the sizes that were
+// checked.
 
 import { BufferAttribute, BufferGeometry, DoubleSide, Group, LineBasicMaterial, Mesh, MeshLambertMaterial, Vector3 } from "three";
 import { ball, block, cylinder, outlined, vector } from "./solids.js";
 
-// Where no table is given the stem is drawn this long, on a foot.
+// Length of the drawn stem, which has a foot, when no table is given.
 const stemLength = 66;
 const footRadius = 11;
 const footHeight = 4;
 const tableReach = 260;
 const tableThickness = 3;
-// Of a finer surface the edges would be all that is seen.
+// Of a surface with more triangles no edges are drawn: they would hide it.
 const mostOutlined = 2000;
 
 /** Nine 32-bit numbers for each triangle, in base64. */

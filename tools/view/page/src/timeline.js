@@ -1,7 +1,7 @@
-// The line on which one sees where in the plan the machine is: a slider over one stretch for each move.
+// The time line: a slider that shows the place in the plan, over one section for each move.
 
 const byId = (id) => document.getElementById(id);
-// A number needs this share of the line to be read.
+// A number is shown when its section has at least this share of the line.
 const widthOfANumber = 0.028;
 
 function stretchesOf(player, plan) {
