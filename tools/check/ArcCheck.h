@@ -12,7 +12,7 @@ namespace qmv40::check {
 struct WantedArc {
     model::Vector3 start; ///< where the machine has to be before it
     model::Turning turning;
-    bool isSwing = false; ///< begins anywhere; turns by whole turns more or less lead to the same bearing
+    bool isSwing = false; ///< begins anywhere; turns by whole turns more or less lead to the same azimuth
 };
 
 /// The findings about an arc that begins with the machine at `start`.

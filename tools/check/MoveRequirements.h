@@ -5,7 +5,7 @@
 namespace qmv40::check {
 
 /// The purpose of each of the 19 moves, as conditions that can be checked.
-struct Contract {
+struct MoveRequirement {
     plans::MoveId id;
 
     enum class Ending {
@@ -20,7 +20,7 @@ struct Contract {
     enum class Arc {
         None,  ///< a straight move
         Push,  ///< pushes the lever into its other state
-        Swing, ///< about the pole, to the bearing of the position after it
+        Swing, ///< about the pole, to the azimuth of the position after it
         AToZero,
         BToTarget,
         AToTarget
@@ -31,6 +31,6 @@ struct Contract {
     bool isVertical = false; ///< neither X nor Y changes
 };
 
-const Contract& ContractOf(plans::MoveId id);
+const MoveRequirement& RequirementOf(plans::MoveId id);
 
 } // namespace qmv40::check

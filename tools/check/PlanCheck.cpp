@@ -34,13 +34,13 @@ private:
     bool RunAll();
     void CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run);
     void CheckStateFor(const motion::ExecutedMove& run);
-    void CheckEnding(Contract::Ending ending, const motion::ExecutedMove& run);
+    void CheckEnding(MoveRequirement::Ending ending, const motion::ExecutedMove& run);
     void CheckContactLine(const model::ContactLine& line, const model::Vector3& point);
     void CheckLeverTouched(const motion::ExecutedMove& run);
-    void CheckArc(Contract::Arc kind, const ArcData& arc, const motion::ExecutedMove& run);
-    WantedArc WantedFor(Contract::Arc kind, const motion::ExecutedMove& run) const;
+    void CheckArc(MoveRequirement::Arc kind, const ArcData& arc, const motion::ExecutedMove& run);
+    WantedArc WantedFor(MoveRequirement::Arc kind, const motion::ExecutedMove& run) const;
     WantedArc WantedSwing(const motion::ExecutedMove& run) const;
-    void CheckHeight(Contract::Height height, const motion::ExecutedMove& run);
+    void CheckHeight(MoveRequirement::Height height, const motion::ExecutedMove& run);
     void CheckClearance(const CheckedMove& move);
     void CheckTravel(const motion::Path& path);
     void CheckHeadAngles(const model::HeadAngles& angles);
@@ -90,37 +90,37 @@ bool PlanCheck::RunAll() {
 }
 
 void PlanCheck::CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run) {
-    const Contract& contract = ContractOf(planned.id);
+    const MoveRequirement& requirement = RequirementOf(planned.id);
     report.moves.push_back({run, ClearanceOf(run, head, options.sizes), surroundings.Of(run),
                             LowestTip(run, head, options.scene.parts), std::nullopt});
-    if (const auto* const arc = std::get_if<ArcData>(&planned.data)) CheckArc(contract.arc, *arc, run);
+    if (const auto* const arc = std::get_if<ArcData>(&planned.data)) CheckArc(requirement.arc, *arc, run);
     CheckStateFor(run);
-    CheckEnding(contract.ending, run);
-    if (contract.isVertical) {
+    CheckEnding(requirement.ending, run);
+    if (requirement.isVertical) {
         FindAbove(model::lengthTolerance, K::NotAboveTheApproach,
                   model::Length(model::Perpendicular(run.path.End() - run.path.Start(), up)));
     }
-    CheckHeight(contract.height, run);
+    CheckHeight(requirement.height, run);
     CheckClearance(report.moves.back());
     CheckTravel(run.path);
 }
 
 void PlanCheck::CheckStateFor(const motion::ExecutedMove& run) {
     const bool isLocked = run.before.lever == model::LeverState::Locked;
-    switch (ContractOf(run.id).arc) {
-    case Contract::Arc::AToZero:
-    case Contract::Arc::BToTarget:
-    case Contract::Arc::AToTarget:
+    switch (RequirementOf(run.id).arc) {
+    case MoveRequirement::Arc::AToZero:
+    case MoveRequirement::Arc::BToTarget:
+    case MoveRequirement::Arc::AToTarget:
         if (isLocked) Find(K::IndexedWhileLocked);
         FindAbove(model::lengthTolerance, K::PegTornOut, run.pulledOff);
         CheckHeadAngles(run.after.angles);
         break;
-    case Contract::Arc::Push:
+    case MoveRequirement::Arc::Push:
         if (run.id == plans::MoveId::UnLock && run.after.lever == model::LeverState::Locked) Find(K::LeverNotUnlocked);
         if (run.id == plans::MoveId::Lock && run.after.lever == model::LeverState::Unlocked) Find(K::LeverNotLocked);
         break;
-    case Contract::Arc::Swing:
-    case Contract::Arc::None:
+    case MoveRequirement::Arc::Swing:
+    case MoveRequirement::Arc::None:
         break;
     }
     if (run.id == plans::MoveId::EngageWithPeg && isLocked) Find(K::EngagedWhileLocked);
@@ -136,27 +136,27 @@ void PlanCheck::CheckHeadAngles(const model::HeadAngles& angles) {
     FindAbove(model::angleTolerance, K::HeadAngleOutOfRange, std::max(beyondA, beyondB));
 }
 
-void PlanCheck::CheckEnding(Contract::Ending ending, const motion::ExecutedMove& run) {
+void PlanCheck::CheckEnding(MoveRequirement::Ending ending, const motion::ExecutedMove& run) {
     const model::Vector3 end = run.path.End();
     const model::LeverSide side = model::HeadModel::LeverInReach(run.after.angles);
     switch (ending) {
-    case Contract::Ending::Anywhere:
+    case MoveRequirement::Ending::Anywhere:
         break;
-    case Contract::Ending::BeforeLever:
+    case MoveRequirement::Ending::BeforeLever:
         CheckContactLine(head.LeverLine(side, run.after.lever), end);
         break;
-    case Contract::Ending::AtLever:
+    case MoveRequirement::Ending::AtLever:
         CheckLeverTouched(run);
         break;
-    case Contract::Ending::ClearOfLever: {
+    case MoveRequirement::Ending::ClearOfLever: {
         const model::ContactLine line = head.LeverLine(side, run.after.lever);
         FindAbove(model::lengthTolerance, K::ApproachTooShort, line.distance - model::Distance(end, line.contact));
         break;
     }
-    case Contract::Ending::BeforePeg:
+    case MoveRequirement::Ending::BeforePeg:
         CheckContactLine(head.PegLine(run.after.angles), end);
         break;
-    case Contract::Ending::AtPeg:
+    case MoveRequirement::Ending::AtPeg:
         FindAbove(model::lengthTolerance, K::PegNotEngaged,
                   model::Distance(end, head.EngagementPosition(run.after.angles)));
         break;
@@ -179,21 +179,21 @@ void PlanCheck::CheckLeverTouched(const motion::ExecutedMove& run) {
               model::Distance(run.path.End(), head.LeverBall(side, run.after.lever)));
 }
 
-void PlanCheck::CheckArc(Contract::Arc kind, const ArcData& arc, const motion::ExecutedMove& run) {
+void PlanCheck::CheckArc(MoveRequirement::Arc kind, const ArcData& arc, const motion::ExecutedMove& run) {
     const bool leadsSomewhere = *index + 1 < plan.moves.size() && motion::Machine::CanRun(plan.moves[*index + 1]);
-    if (kind == Contract::Arc::Swing && !leadsSomewhere) return;
+    if (kind == MoveRequirement::Arc::Swing && !leadsSomewhere) return;
     for (const Finding& finding : FindingsOfArc(arc, run.path.Start(), WantedFor(kind, run))) {
         Find(finding.kind, finding.amount);
     }
 }
 
-WantedArc PlanCheck::WantedFor(Contract::Arc kind, const motion::ExecutedMove& run) const {
+WantedArc PlanCheck::WantedFor(MoveRequirement::Arc kind, const motion::ExecutedMove& run) const {
     // Each indexing arc is judged by itself, not by what an earlier arc has spoiled.
     const model::Vector3 onPeg = head.EngagementPosition(run.before.angles);
-    if (kind == Contract::Arc::AToZero) return {onPeg, head.TurnOfA(-plan.from.a, plan.from.b)};
-    if (kind == Contract::Arc::BToTarget) return {onPeg, head.TurnOfB(plan.to.b - plan.from.b)};
-    if (kind == Contract::Arc::AToTarget) return {onPeg, head.TurnOfA(plan.to.a, plan.to.b)};
-    if (kind == Contract::Arc::Swing) return WantedSwing(run);
+    if (kind == MoveRequirement::Arc::AToZero) return {onPeg, head.TurnOfA(-plan.from.a, plan.from.b)};
+    if (kind == MoveRequirement::Arc::BToTarget) return {onPeg, head.TurnOfB(plan.to.b - plan.from.b)};
+    if (kind == MoveRequirement::Arc::AToTarget) return {onPeg, head.TurnOfA(plan.to.a, plan.to.b)};
+    if (kind == MoveRequirement::Arc::Swing) return WantedSwing(run);
     const model::LeverSide side = model::HeadModel::LeverInReach(run.before.angles);
     const model::LeverState state =
         run.id == plans::MoveId::UnLock ? model::LeverState::Locked : model::LeverState::Unlocked;
@@ -209,9 +209,10 @@ WantedArc PlanCheck::WantedSwing(const motion::ExecutedMove& run) const {
     return {run.path.Start(), {centre, up, degrees}, true};
 }
 
-void PlanCheck::CheckHeight(Contract::Height height, const motion::ExecutedMove& run) {
-    if (height == Contract::Height::Free) return;
-    const double lowest = height == Contract::Height::SafeAtEnd ? run.path.End()[2] : run.path.RangeAlong(up).smallest;
+void PlanCheck::CheckHeight(MoveRequirement::Height height, const motion::ExecutedMove& run) {
+    if (height == MoveRequirement::Height::Free) return;
+    const double lowest =
+        height == MoveRequirement::Height::SafeAtEnd ? run.path.End()[2] : run.path.RangeAlong(up).smallest;
     const double above = lowest - head.SafeHeight();
     report.moves.back().aboveSafeHeight = above;
     FindAbove(model::lengthTolerance, K::BelowSafeHeight, -above);

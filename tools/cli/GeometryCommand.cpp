@@ -98,8 +98,8 @@ GeometryReport Report(const GeometryOptions& options, const diagnosis::CaptureFi
                       const ComputedHead& head) {
     const diagnosis::CaptureUnderTest test = UnderTest(options, capture, head);
     // The direction of the A axis as the component turns it
-    const double bearing = model::ToRadians(head.rotationAroundZ + capture.aAxis.items.front().BPosition);
-    const CMaVector aAxis(-std::cos(bearing), -std::sin(bearing), 0.0), bAxis(0.0, 0.0, 1.0);
+    const double azimuth = model::ToRadians(head.rotationAroundZ + capture.aAxis.items.front().BPosition);
+    const CMaVector aAxis(-std::cos(azimuth), -std::sin(azimuth), 0.0), bAxis(0.0, 0.0, 1.0);
     GeometryReport report{head,
                           AxisFit(LockedPoints(capture.aAxis, test.unlocking), aAxis),
                           AxisFit(LockedPoints(capture.bAxis, test.unlocking), bAxis),

@@ -11,7 +11,7 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-/// Generous: a fit takes a handful of steps, and hundreds where the points hardly form a circle.
+/// A fit takes a few steps, and hundreds when the points hardly form a circle.
 constexpr long iterationLimit = 10000;
 
 std::optional<CMaCircle> LeastSquaresCircle(std::span<const model::Vector3> points) {
@@ -32,10 +32,10 @@ CirclePoint PlaceOn(const AxisCircle& circle, const model::Vector3& point) {
     return {model::ToDegrees(std::atan2(y, x)), std::hypot(x, y) - circle.radius, model::Dot(arm, circle.normal)};
 }
 
-/// How the residuals of a point on the circle change with the unknowns; the signs of both rows are turned, which leaves
-/// the covariances as they are.
+/// The derivatives of a point's two residuals by the unknowns. The signs of both rows are reversed, which does not
+/// change the covariances.
 std::array<std::array<double, AxisCircle::unknowns>, 2> Derivatives(const CirclePoint& point, double radius) {
-    const double c = std::cos(model::ToRadians(point.bearing)), s = std::sin(model::ToRadians(point.bearing));
+    const double c = std::cos(model::ToRadians(point.polarAngle)), s = std::sin(model::ToRadians(point.polarAngle));
     return {{{c, s, 0.0, 0.0, 0.0, 1.0}, {0.0, 0.0, 1.0, -radius * c, -radius * s, 0.0}}};
 }
 
@@ -55,7 +55,7 @@ AxisCircle::Covariance CovarianceOf(const AxisCircle& circle) {
 
 model::Vector3 VectorOf(const CMaVector& v) { return {v[0], v[1], v[2]}; }
 
-/// The coordinate axis that lies farthest from `v`.
+/// The coordinate axis that makes the largest angle with `v`.
 model::Vector3 FarthestAxis(const model::Vector3& v) {
     const double x = std::abs(v.x), y = std::abs(v.y), z = std::abs(v.z);
     if (x <= y && x <= z) return {1.0, 0.0, 0.0};
@@ -75,14 +75,14 @@ std::optional<AxisCircle> FitAxisCircle(std::span<const model::Vector3> points) 
     circle.across = model::SafeUnit(model::Cross(circle.normal, FarthestAxis(circle.normal)));
     circle.along = model::Cross(circle.across, circle.normal);
     circle.radius = fitted->GetRadius();
-    std::vector<double> bearings;
+    std::vector<double> polarAngles;
     for (const model::Vector3& point : points) {
         circle.points.push_back(PlaceOn(circle, point));
         const CirclePoint& place = circle.points.back();
-        bearings.push_back(place.bearing);
+        polarAngles.push_back(place.polarAngle);
         circle.sumOfSquares += place.radial * place.radial + place.outOfPlane * place.outOfPlane;
     }
-    circle.arcCovered = ArcCovered(std::move(bearings));
+    circle.arcCovered = ArcCovered(std::move(polarAngles));
     circle.covariance = CovarianceOf(circle);
     return circle;
 }
@@ -101,7 +101,7 @@ CircleWithout WithoutPoint(const AxisCircle& circle, std::size_t index) {
             for (std::size_t i = 0; i < AxisCircle::unknowns; ++i) leverage[r][k] += weighted[r][i] * rows[k][i];
         }
     }
-    // The residuals that the point has to the circle of the others
+    // The residuals of the point with respect to the circle of the other points
     const double aa = 1.0 - leverage[0][0], bb = 1.0 - leverage[1][1], ab = -leverage[0][1];
     const double determinant = aa * bb - ab * ab;
     const double radial = (bb * point.radial - ab * point.outOfPlane) / determinant;
@@ -112,10 +112,11 @@ CircleWithout WithoutPoint(const AxisCircle& circle, std::size_t index) {
             std::max(0.0, point.radial * radial + point.outOfPlane * outOfPlane)};
 }
 
-double ArcCovered(std::vector<double> bearings) {
-    std::ranges::sort(bearings);
-    double widestGap = bearings.front() + 360.0 - bearings.back();
-    for (std::size_t i = 1; i < bearings.size(); ++i) widestGap = std::max(widestGap, bearings[i] - bearings[i - 1]);
+double ArcCovered(std::vector<double> polarAngles) {
+    std::ranges::sort(polarAngles);
+    double widestGap = polarAngles.front() + 360.0 - polarAngles.back();
+    for (std::size_t i = 1; i < polarAngles.size(); ++i)
+        widestGap = std::max(widestGap, polarAngles[i] - polarAngles[i - 1]);
     return 360.0 - widestGap;
 }
 

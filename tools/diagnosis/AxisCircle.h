@@ -9,14 +9,14 @@
 
 namespace qmv40::diagnosis {
 
-/// Where a point stands to the circle through its set.
+/// The residuals of a point, and its place on the circle.
 struct CirclePoint {
-    double bearing;    ///< degrees, right-handed about the normal, from an arbitrary start
+    double polarAngle; ///< degrees, right-handed about the normal, from an arbitrary start
     double radial;     ///< outward, off the circle
     double outOfPlane; ///< along the normal, off the circle's plane
 };
 
-/// The least-squares circle through one set, and how well it is known.
+/// The least-squares circle through one set, and its covariances.
 struct AxisCircle {
     /// The six unknowns in the order of `covariance`: the centre along `along`, `across` and `normal`, the turn of the
     /// normal towards `along` and towards `across` (radians), the radius.
@@ -38,7 +38,7 @@ struct AxisCircle {
     double Rms() const;
 };
 
-/// Nothing where the points determine no circle.
+/// Empty when the points determine no circle.
 std::optional<AxisCircle> FitAxisCircle(std::span<const model::Vector3> points);
 
 /// A circle after one of its points was left out, to first order.
@@ -49,7 +49,7 @@ struct CircleWithout {
 };
 CircleWithout WithoutPoint(const AxisCircle& circle, std::size_t index);
 
-/// Degrees: a whole turn less the widest axisOffset between neighbouring bearings. At least one bearing, in any order.
-double ArcCovered(std::vector<double> bearings);
+/// Degrees: a whole turn less the widest gap between neighbouring polar angles. At least one angle, in any order.
+double ArcCovered(std::vector<double> polarAngles);
 
 } // namespace qmv40::diagnosis

@@ -10,7 +10,7 @@
 
 namespace qmv40::diagnosis {
 
-/// The captured points of one axis and where they stand in their file.
+/// The captured points of one axis, and the lines of their file.
 struct CaptureFile {
     std::string name;
     std::vector<HeadAlignmentDataItem> items;
@@ -26,11 +26,11 @@ CaptureFile ReadCaptureFile(const std::string& fileName);
 /// Throws InputError for a capture whose header gives another unit than the one that it is taken to be in.
 void RequireUnit(const CaptureFile& file, text::LengthUnit unit);
 
-/// Its points alone.
+/// The points without their lines.
 std::vector<HeadAlignmentDataItem> ReadCapture(const std::string& fileName);
 
-/// The points of a CSV file with the columns XPosition, YPosition, ZPosition, or X, Y, Z; a capture has them.
-/// Throws InputError for a header in inches: what comes of the points is shown in millimetres.
+/// The points of a CSV file with the columns XPosition, YPosition, ZPosition, or X, Y, Z; a capture has them. Throws
+/// InputError for a header in inches: results are printed in millimetres.
 std::vector<XYZData> ReadPoints(const std::string& fileName);
 
 } // namespace qmv40::diagnosis

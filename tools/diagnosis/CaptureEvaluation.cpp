@@ -15,10 +15,10 @@ namespace {
 using Kind = FindingKind;
 using model::Vector3;
 
-/// Looks at one capture from all sides and collects what there is to say.
-class Judges {
+/// Evaluates one capture and collects the findings.
+class Evaluation {
 public:
-    Judges(const CaptureUnderTest& theCapture, const HeadFit& thePlain, const Diagnosis& theDiagnosis)
+    Evaluation(const CaptureUnderTest& theCapture, const HeadFit& thePlain, const Diagnosis& theDiagnosis)
         : capture(theCapture), sets(theCapture.sets), plain(thePlain), diagnosis(theDiagnosis) {}
 
     std::vector<Finding> All() {
@@ -35,7 +35,7 @@ private:
     }
     bool HasFault() const { return std::ranges::find(findings, Severity::Fault, &Finding::severity) != findings.end(); }
 
-    /// From what makes everything else meaningless to what is merely not as good as it should be.
+    /// From findings that make all others meaningless to those about quality.
     void JudgeWhole() {
         if (diagnosis.rewriting.kind != Rewriting::Kind::None) {
             findings.push_back(JudgeRewriting(diagnosis.rewriting, diagnosis.head.model));
@@ -47,7 +47,7 @@ private:
         const bool onlyTurningAnglesAreWrong =
             std::ranges::all_of(findings, [](const Finding& each) { return each.kind == Kind::AngleMistyped; });
         if (!onlyTurningAnglesAreWrong && HasFault()) return;
-        // The component ignores the turning angle.
+        // The component ignores the turning angle, so that its result can still be judged.
         JudgeAxes();
         if (HasFault() && !onlyTurningAnglesAreWrong) return;
         JudgeRotation();
@@ -58,7 +58,8 @@ private:
         if (diagnosis.noise.isUneven) JudgeNoise();
     }
 
-    /// Two sets of one and the same axis, or a set of none. One mistake that explains it is the better finding.
+    /// Both sets were captured about the same axis, or a set about none. A single mistake that explains it is reported
+    /// instead.
     bool JudgeParallelAxes() {
         if (diagnosis.axes.angleBetween >= thresholds::nearlyParallel) return false;
         const auto isSmallMistake = [](Kind kind) {
@@ -87,7 +88,7 @@ private:
         }
     }
 
-    /// What noise and index positions together may do to a point at most.
+    /// The largest RMS that noise and inexact index positions together can cause.
     double MisfitCeiling() const {
         return std::min(thresholds::noiseCeiling,
                         0.02 +
@@ -95,7 +96,7 @@ private:
                             2.0 * std::sqrt(VarianceOnCircles()));
     }
 
-    /// As both circles show it, never below rounding.
+    /// The variance of the noise by both circles, at least that of rounding.
     double VarianceOnCircles() const {
         const double sum = diagnosis.aCircle.sumOfSquares + diagnosis.bCircle.sumOfSquares;
         return std::max(sum / diagnosis.noise.degreesOfFreedom, thresholds::leastVariance);
@@ -112,7 +113,7 @@ private:
         return order;
     }
 
-    /// The points leave the places that the angles give them by more than they leave their circles.
+    /// The points are farther from the places that the angles give them than from their circles.
     void JudgeExactness() {
         const double onCircles = diagnosis.aCircle.sumOfSquares + diagnosis.bCircle.sumOfSquares;
         const int degreesOfFreedom = diagnosis.noise.degreesOfFreedom;
@@ -123,7 +124,7 @@ private:
         Add(Kind::AnglesInexact, Severity::Warning, std::sqrt(excess), 0.0, FarthestOff());
     }
 
-    /// The stylus that comes out is no stylus, although the points form a head.
+    /// The points form a head, but the length of its stylus is impossible.
     bool JudgeStylus() {
         const double length = model::SafeLength(plain.model.tip);
         constexpr double clearly = 0.02;
@@ -137,7 +138,7 @@ private:
         return true;
     }
 
-    /// Off zero by more than its noise, and by so much that it matters.
+    /// A figure that should be 0: it differs by more than its noise, and enough to matter.
     void JudgeAxis(Kind kind, double figure, double standardDeviation, double worthAWarning, double beyondAnyHead) {
         const double share =
             standardDeviation > 0.0 ? figure / standardDeviation : std::numeric_limits<double>::infinity();
@@ -151,7 +152,7 @@ private:
         const HeadAxes& axes = diagnosis.axes;
         const double lean =
             std::hypot(axes.offVerticalTowardsX.standardDeviation, axes.offVerticalTowardsY.standardDeviation);
-        // Far from the vertical its standard deviation means nothing.
+        // Far from the vertical this standard deviation means nothing.
         constexpr double far = 5.0;
         JudgeAxis(Kind::HeadLeans, axes.offVertical, axes.offVertical > far ? 0.0 : lean, thresholds::tiltWorthAWarning,
                   thresholds::tiltBeyondAnyHead);
@@ -161,7 +162,7 @@ private:
                   thresholds::offsetWorthAWarning, thresholds::offsetBeyondAnyHead);
     }
 
-    /// How often noise alone makes two figures differ by as much.
+    /// The p-value of a difference of two figures.
     double PValueOf(double difference, double standardDeviation) const {
         const double share =
             standardDeviation > 0.0 ? difference / standardDeviation : std::numeric_limits<double>::infinity();
@@ -175,7 +176,7 @@ private:
             std::hypot(diagnosis.axes.rotationStandardDeviation, diagnosis.head.MountingStandardDeviation());
         if (!(PValueOf(difference, standardDeviation) < thresholds::falseAlarmRate)) return;
         const Kind reason = ReasonForRotation();
-        // Without a reason, a head or a capture that is not quite true may be behind a small difference.
+        // When no reason is known, a small difference may come from slight errors of the head or of the capture.
         const bool isSlight = reason == Kind::RotationDisagrees && std::abs(difference) < thresholds::rotationBeyondAll;
         Finding finding{reason,
                         isSlight ? Severity::Warning : Severity::Fault,
@@ -183,7 +184,7 @@ private:
                         capture.rotation,
                         diagnosis.head.MountingDegrees()};
         if (finding.kind != Kind::TiltReversed) {
-            finding.captureAt = SwivelForASafeFold(diagnosis.head.model, Tilts());
+            finding.captureAt = SwivelWithSafeQuadrant(diagnosis.head.model, Tilts());
         }
         findings.push_back(std::move(finding));
     }
@@ -200,14 +201,14 @@ private:
         const HeadModel straight = WithStraightStylus(head);
         const std::vector<double> tilts = Tilts();
         const double swivel = sets.points.front().b;
-        const double folded = model::Wrapped(FoldedRotation(head, tilts, swivel) - capture.rotation);
-        if (std::abs(folded) > std::abs(diagnosis.rotationDifference) / 2.0) return Kind::RotationDisagrees;
-        // With a straight stylus, some B is right.
-        if (!head.StylusHangs() || !SwivelForASafeFold(straight, tilts)) return Kind::TiltReversed;
-        return FoldIsRight(straight, tilts, swivel) ? Kind::TipOffAxis : Kind::RotationOnWrongSide;
+        const double byQuadrant = model::Wrapped(RotationByQuadrant(head, tilts, swivel) - capture.rotation);
+        if (std::abs(byQuadrant) > std::abs(diagnosis.rotationDifference) / 2.0) return Kind::RotationDisagrees;
+        // With a straight stylus there is a B at which the quadrant is right.
+        if (!head.StylusHangs() || !SwivelWithSafeQuadrant(straight, tilts)) return Kind::TiltReversed;
+        return QuadrantIsRight(straight, tilts, swivel) ? Kind::TipOffAxis : Kind::RotationOnWrongSide;
     }
 
-    /// Points that leave the circle of the others, where nothing else is wrong with them.
+    /// Points that are off the circle of the others, without another finding about them.
     void JudgePoints() {
         const auto count = static_cast<double>(diagnosis.points.size());
         for (std::size_t i = 0; i < diagnosis.points.size(); ++i) {
@@ -223,12 +224,13 @@ private:
     }
 
     /// The standard deviation of the difference of the component's head centre and the fitted one, along one axis.
-    double DeviationOfCentres(std::size_t axis) const {
+    double StandardDeviationOfDifference(std::size_t axis) const {
         const double ofFit = std::sqrt(diagnosis.head.poleVariance[axis] * diagnosis.head.NoiseVariance());
         return std::hypot(diagnosis.axes.headCentre[axis].standardDeviation, ofFit);
     }
 
-    /// The component's head centre is that of the same circles, and that of the head fitted with the angles.
+    /// Compares the component's head centre with that of the circles through the same points, and with that of the head
+    /// fitted with the angles.
     void JudgeCentre() {
         const auto& axes = diagnosis.axes.headCentre;
         const Vector3 ofCircles{axes[0].value, axes[1].value, axes[2].value};
@@ -240,13 +242,13 @@ private:
         for (std::size_t i = 0; i < 3; ++i) {
             const double difference = centre[i] - diagnosis.head.model.pole[i];
             if (std::abs(difference) < thresholds::leastWrongCentre) continue;
-            if (!(PValueOf(difference, DeviationOfCentres(i)) < thresholds::falseAlarmRate)) continue;
+            if (!(PValueOf(difference, StandardDeviationOfDifference(i)) < thresholds::falseAlarmRate)) continue;
             return Add(Kind::CentreDisagrees, Severity::Fault, model::SafeLength(centre - diagnosis.head.model.pole),
-                       DeviationOfCentres(i));
+                       StandardDeviationOfDifference(i));
         }
     }
 
-    /// What the user measured otherwise.
+    /// Compares the results with what the user has measured by other means.
     void JudgeKnown() {
         constexpr double surely = 4.0;
         const Vector3 centre = capture.headCentre.value_or(diagnosis.head.model.pole);
@@ -254,7 +256,7 @@ private:
             const Vector3 off = centre - *capture.knownSphere;
             const double least =
                 std::max(thresholds::sphereElsewhere, surely * diagnosis.axes.CentreStandardDeviation());
-            // As much as what was taken off the points although they were locked.
+            // The difference is the shift of unlocking, which was subtracted although the points were captured locked.
             const double unlocking = model::SafeLength(capture.unlocking);
             const bool isLocked = unlocking > least && model::SafeLength(off + capture.unlocking) < least;
             if (!(model::SafeLength(off) <= least)) {
@@ -270,9 +272,9 @@ private:
         }
         if (capture.knownStylus) {
             const double length = model::SafeLength(diagnosis.head.model.tip);
-            const double deviation = std::sqrt(diagnosis.head.tipVariance * diagnosis.head.NoiseVariance());
+            const double standardDeviation = std::sqrt(diagnosis.head.tipVariance * diagnosis.head.NoiseVariance());
             if (!(std::abs(length - *capture.knownStylus) <=
-                  std::max(thresholds::otherStylusLength, surely * deviation))) {
+                  std::max(thresholds::otherStylusLength, surely * standardDeviation))) {
                 Add(Kind::StylusLengthDiffers, Severity::Fault, length, *capture.knownStylus);
             }
         }
@@ -280,7 +282,7 @@ private:
 
     void JudgePrecision() {
         const auto atLeast = [](double noise) { return std::max(noise, thresholds::pointNoiseAtLeast); };
-        // As the circles alone show it, unless one set scatters far more than the other.
+        // The noise of the circles alone, unless one set scatters far more than the other.
         const double ofCircles = std::sqrt(VarianceOnCircles());
         const PointNoise& perSet = diagnosis.noise.perSet;
         const PointNoise noise = diagnosis.noise.isUneven ? PointNoise{atLeast(perSet.aSet), atLeast(perSet.bSet)}
@@ -329,7 +331,7 @@ private:
 } // namespace
 
 std::vector<Finding> Judge(const CaptureUnderTest& capture, const HeadFit& plain, const Diagnosis& diagnosis) {
-    return Judges(capture, plain, diagnosis).All();
+    return Evaluation(capture, plain, diagnosis).All();
 }
 
 } // namespace qmv40::diagnosis

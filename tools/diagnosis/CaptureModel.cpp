@@ -14,7 +14,7 @@ double ShareOfDrift(const ModelError& error, std::size_t index) {
     return static_cast<double>(index - error.first) / static_cast<double>(error.last - error.first);
 }
 
-/// The angles and offsets that hold for one point, all errors counted in.
+/// The angles and offsets of one point, with all errors included.
 struct Angles {
     Angles(const HeadModel& model, const CapturedPoint& point, std::size_t index)
         : tilt(model::ToRadians(point.a)), swivel(model.mounting + model::ToRadians(point.b)) {
@@ -64,7 +64,7 @@ struct Angles {
     model::Vector3 moreTip;
 };
 
-/// The turns of one point, from the head outward: each takes a vector one frame further.
+/// The rotations of one point, from the head outward: each leads from one frame to the next.
 class Pose {
 public:
     explicit Pose(const Angles& angles)
@@ -90,9 +90,9 @@ private:
     model::Vector3 moreTip;
 };
 
-/// The stylus tip from the pole, frame by frame.
-struct TipOnItsWay {
-    TipOnItsWay(const Pose& pose, const model::Vector3& tip)
+/// The vector from the pole to the stylus tip, in each frame.
+struct TipInFrames {
+    TipInFrames(const Pose& pose, const model::Vector3& tip)
         : tilted(pose.Tilted(tip + pose.MoreTip())), squared(pose.Squared(tilted)),
           swivelled(pose.Swivelled(squared + pose.AxisOffset())), leantOnY(pose.LeantOnY(swivelled)),
           leant(pose.LeantOnX(leantOnY)) {}
@@ -104,8 +104,8 @@ struct TipOnItsWay {
     model::Vector3 leant;
 };
 
-/// The derivatives of one error that concerns the point.
-void ErrorDerivatives(const ModelError& error, std::size_t index, const Pose& pose, const TipOnItsWay& tip,
+/// The derivatives by the values of one error that concerns the point.
+void ErrorDerivatives(const ModelError& error, std::size_t index, const Pose& pose, const TipInFrames& tip,
                       std::span<model::Vector3> out) {
     switch (error.kind) {
     case ModelError::Kind::TiltAngle:
@@ -153,19 +153,19 @@ std::size_t HeadModel::Unknowns() const {
 }
 
 bool HeadModel::StylusHangs() const {
-    // However far a star stylus reaches out: what holds it reaches down.
+    // Also a star stylus reaches down by this share of its length: by the part that holds it.
     constexpr double leastShare = 0.2;
     return tip.z < -leastShare * model::SafeLength(tip);
 }
 
 model::Vector3 HeadModel::Position(const CapturedPoint& point, std::size_t index) const {
     const Pose pose(Angles(*this, point, index));
-    return pole - TipOnItsWay(pose, tip).leant + pose.Offset();
+    return pole - TipInFrames(pose, tip).leant + pose.Offset();
 }
 
 void HeadModel::Derivatives(const CapturedPoint& point, std::size_t index, std::span<model::Vector3> out) const {
     const Pose pose(Angles(*this, point, index));
-    const TipOnItsWay onItsWay(pose, tip);
+    const TipInFrames onItsWay(pose, tip);
     std::ranges::copy(unitVectors, out.begin());
     out[3] = -pose.Leant(model::Cross(unitVectors[2], onItsWay.swivelled));
     for (std::size_t i = 0; i < 3; ++i) {

@@ -8,8 +8,8 @@
 
 namespace qmv40::diagnosis {
 
-/// A mistake in a capture, or a way in which a head is not the ideal one, that a model can be given besides what every
-/// head has. Its values are found by the fit.
+/// A mistake in a capture, or an error of the head, that a model can have in addition to the unknowns of every head.
+/// The fit finds its values.
 struct ModelError {
     enum class Kind {
         TiltAngle,     ///< A was this much more than was written (radians)
@@ -31,19 +31,19 @@ struct ModelError {
 
     std::size_t Unknowns() const;
     bool Concerns(std::size_t point) const { return first <= point && point < last; }
-    /// A property of the head: it concerns every point of `count`, and is no mistake.
+    /// True for an error of the head: it concerns all `count` points, and is no mistake in the capture.
     bool IsOfTheHead(std::size_t count) const {
         const bool canBe = kind == Kind::LeaningHead || kind == Kind::AxesNotSquare || kind == Kind::AxesApart;
         return canBe && first == 0 && last >= count;
     }
 };
 
-/// The head as the captured angles see it: with the stylus tip kept on a sphere at `pole`, the machine stands at
+/// The head as the captured angles describe it. With the stylus tip on a sphere at `pole`, the machine stands at
 ///
 ///     pole - Rz(mounting + B) * R(-X, A) * tip
 ///
-/// while the head is locked. Rotations are right-handed; `tip` is in the head's frame at A = B = 0. The model errors
-/// come on top.
+/// while the head is locked. Rotations are right-handed. `tip` is in the head's frame at A = B = 0. The model errors
+/// are added.
 struct HeadModel {
     static constexpr std::size_t ownUnknowns = 7;
 
@@ -53,13 +53,13 @@ struct HeadModel {
     std::vector<ModelError> errors;
 
     std::size_t Unknowns() const;
-    /// At A = 0 the stylus hangs from the head, as every stylus does.
+    /// True when the stylus points down at A = 0, as every stylus does.
     bool StylusHangs() const;
-    /// Where the machine stands for point `index`, captured at the angles written down for it.
+    /// The machine position for point `index`, captured at the angles that are written down for it.
     model::Vector3 Position(const CapturedPoint& point, std::size_t index) const;
-    /// How that position changes with each unknown: pole, mounting, tip, then the values of the errors in order.
+    /// The derivatives of that position by each unknown: pole, mounting, tip, then the values of the errors in order.
     void Derivatives(const CapturedPoint& point, std::size_t index, std::span<model::Vector3> out) const;
-    /// The model after its unknowns have changed by `step`.
+    /// The model with its unknowns changed by `step`.
     HeadModel Stepped(std::span<const double> step) const;
 };
 

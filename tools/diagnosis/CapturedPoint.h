@@ -9,15 +9,15 @@
 
 namespace qmv40::diagnosis {
 
-/// One captured point: the head's angles as they were written down, in degrees, and where the machine stood, brought to
-/// the locked position.
+/// One captured point: the head's angles as they are written down, in degrees, and the machine position, shifted to the
+/// locked one.
 struct CapturedPoint {
     double a = 0.0;
     double b = 0.0;
     model::Vector3 position;
 };
 
-/// Both sets of a capture. Points are counted through: the A set first, then the B set.
+/// Both sets of a capture. The points of both are numbered together, those of the A set first.
 struct CapturedSets {
     std::vector<CapturedPoint> points;
     std::size_t aCount = 0; ///< as many of them are the A set

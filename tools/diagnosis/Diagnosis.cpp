@@ -12,7 +12,7 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-/// Variance of one circle, never below what rounding makes of it.
+/// The variance of one circle's noise, at least that of rounding.
 double VarianceOf(const AxisCircle& circle) {
     return std::max(circle.sumOfSquares / circle.DegreesOfFreedom(), thresholds::leastVariance);
 }
@@ -24,8 +24,8 @@ bool IsUneven(const AxisCircle& a, const AxisCircle& b) {
     return either < thresholds::falseAlarmRate;
 }
 
-/// The search takes all points to scatter alike. Where one set scatters more, it finds mistake after mistake in that
-/// set, although the head without any explains all points as well as the noisier set follows its circle.
+/// The search assumes equal noise of all points. When one set has more noise, it finds many mistakes in that set,
+/// although the head without mistakes fits all points as well as the noisier set fits its circle.
 bool IsUnevenNoiseAlone(const CapturedSets& sets, const HeadExplained& explained, const AxisCircle& a,
                         const AxisCircle& b) {
     const double noisier = std::max(VarianceOf(a), VarianceOf(b));
@@ -34,15 +34,15 @@ bool IsUnevenNoiseAlone(const CapturedSets& sets, const HeadExplained& explained
            explained.plain.NoiseVariance() <= noisier;
 }
 
-/// The head fitted with the angles has far more observations to tell the noise from than the circles alone. It counts
-/// where these have few, unless points leave their places by more than they leave their circles.
+/// The fit of the whole head has far more degrees of freedom than the circles have. Its noise is used when the circles
+/// have few, unless the points are farther from their places than from their circles.
 NoiseFigures NoiseOf(const AxisCircle& a, const AxisCircle& b, const HeadFit& head) {
     const bool isUneven = IsUneven(a, b);
     const int degreesOfFreedom = a.DegreesOfFreedom() + b.DegreesOfFreedom();
     const double ofCircles = (a.sumOfSquares + b.sumOfSquares) / degreesOfFreedom;
     const bool isOne = FTestUpperTail(head.NoiseVariance() / std::max(ofCircles, thresholds::leastVariance),
                                       head.degreesOfFreedom, degreesOfFreedom) > thresholds::falseAlarmRate;
-    // With few degrees of freedom the circles may agree by luck.
+    // With few degrees of freedom, the circles may fit well by chance.
     constexpr int few = 10;
     const double together =
         std::sqrt(isOne && degreesOfFreedom < few ? std::max(ofCircles, head.NoiseVariance()) : ofCircles);
@@ -52,8 +52,8 @@ NoiseFigures NoiseOf(const AxisCircle& a, const AxisCircle& b, const HeadFit& he
     return {isUneven ? PointNoise{own(a), own(b)} : PointNoise{together, together}, degreesOfFreedom, isUneven};
 }
 
-/// What becomes of a set when each of its points is left out in turn: to first order, from the covariances of its
-/// circle, so that it takes the same time for each point.
+/// The effect of leaving out each point of a set in turn. It is computed to first order from the covariances of the
+/// set's circle, so that the time for each point is constant.
 class LeaveOneOut {
 public:
     LeaveOneOut(const Diagnosis& theDiagnosis, bool isOfASet)
@@ -67,8 +67,8 @@ public:
         const AxisCircle changed{without.centre, without.normal, {}, {}, 0.0, {}, 0.0, 0.0, {}};
         const AxisCircle& a = isA ? changed : diagnosis.aCircle;
         const AxisCircle& b = isA ? diagnosis.bCircle : changed;
-        // An axis has no sense: half a turn is none.
-        const double turn = std::remainder(BearingOfAAxis(a) - BearingOfAAxis(diagnosis.aCircle), 180.0);
+        // An axis has no direction, so that half a turn is no turn.
+        const double turn = std::remainder(AzimuthOfAAxis(a) - AzimuthOfAAxis(diagnosis.aCircle), 180.0);
         const double variance = std::max((set.sumOfSquares - without.gain) / left, thresholds::leastVariance);
         return Influence{model::SafeLength(NearestPointOfBAxis(a, b) - centre), turn,
                          FTestUpperTail(without.gain / 2.0 / variance, 2.0, left)};
@@ -81,7 +81,7 @@ private:
     model::Vector3 centre;
 };
 
-/// The head as fitted, without what was found to be wrong with single points or sets.
+/// The fitted head without the errors of single points or sets.
 HeadModel HeadItself(HeadModel model, std::size_t points) {
     std::erase_if(model.errors, [points](const ModelError& error) { return !error.IsOfTheHead(points); });
     return model;

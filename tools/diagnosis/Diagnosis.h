@@ -10,7 +10,7 @@
 
 namespace qmv40::diagnosis {
 
-/// What is to be judged: a capture that the component accepted, and what it made of it.
+/// The input of a diagnosis: a capture that the component accepted, and the component's result.
 struct CaptureUnderTest {
     CapturedSets sets;
     double rotation = 0.0; ///< RequiredRotationAroundZ, degrees
@@ -21,7 +21,7 @@ struct CaptureUnderTest {
     std::optional<double> knownStylus = std::nullopt;         ///< the length of the stylus
 };
 
-/// What becomes of the head when one point is left out.
+/// The effect of leaving out one point.
 struct Influence {
     double centreShift;   ///< how far the head centre moves
     double rotationShift; ///< by how much the rotation changes, degrees
@@ -34,8 +34,8 @@ struct PointDiagnosis {
     std::optional<Influence> influence; ///< none where too few points would be left
 };
 
-/// The noise in one coordinate of a point, as both circles show it together; as each shows it for itself where the two
-/// are surely not the same.
+/// The standard deviation of one coordinate of a point: the same figure for both sets, or a figure for each set when
+/// the two surely differ.
 struct NoiseFigures {
     PointNoise perSet;
     int degreesOfFreedom;
@@ -56,8 +56,8 @@ struct Diagnosis {
     bool Has(Severity severity) const;
 };
 
-/// Nothing where a circle or the head cannot be fitted: the component will have refused such points, or numbers are so
-/// large that squares of them are none.
+/// Empty when a circle or the head cannot be fitted: the component refuses such points too, or squares of the numbers
+/// overflow.
 std::optional<Diagnosis> Diagnose(const CaptureUnderTest& capture);
 
 } // namespace qmv40::diagnosis

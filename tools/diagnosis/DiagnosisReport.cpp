@@ -16,7 +16,7 @@ using model::Vector3;
 constexpr int residualPlaces = 6; // residuals and deviations: tenths of a micrometre are a good machine's noise
 constexpr int positionPlaces = 4; // positions and angles
 
-/// Residuals are micrometres for people.
+/// Residuals are printed in micrometres.
 std::string Micrometres(double millimetres) { return text::FixedText(1000.0 * millimetres, 1); }
 
 /// Figures with their standard deviations and units.
@@ -83,7 +83,7 @@ void PrintSecondOpinion(const Diagnosis& diagnosis, const text::Console& console
     console.out << '\n';
 }
 
-/// All of a capture made by hand; of more, those farthest off their places.
+/// All points of a capture made by hand; of a larger capture, those farthest from their places.
 std::vector<std::size_t> PointsToShow(const Diagnosis& diagnosis) {
     constexpr std::size_t most = 100, few = 20;
     std::vector<std::size_t> points = PointRange(0, diagnosis.points.size());
@@ -145,13 +145,13 @@ text::Json PointPlaceJson(std::size_t point, const CaptureFiles& files) {
 }
 
 text::Json FindingJson(const Finding& finding, const CaptureFiles& files, const Vector3& tip) {
-    const FindingWords words = WordsFor(finding, files, tip);
+    const FindingMessage message = MessageFor(finding, files, tip);
     text::Json points = text::Json::Array();
     for (const std::size_t point : finding.points) points.PushBack(PointPlaceJson(point, files));
     text::Json document{{"name", NameOf(finding.kind)},
                         {"severity", NameOf(finding.severity)},
-                        {"sentence", words.sentence},
-                        {"remedy", words.remedy},
+                        {"sentence", message.sentence},
+                        {"remedy", message.remedy},
                         {"points", std::move(points)}};
     if (finding.captureAt) document["captureAAxisAtB"] = *finding.captureAt;
     return document;
@@ -176,7 +176,7 @@ text::Json CapturedPointJson(const PointDiagnosis& point, const HeadAlignmentDat
 text::Json SetJson(const AxisCircle& circle, double noise, const Diagnosis& diagnosis, const CaptureFiles& files,
                    std::size_t first) {
     text::Json points = text::Json::Array();
-    // A document of a million points helps nobody.
+    // More points would make a document too large to be useful.
     constexpr std::size_t most = 10000;
     const std::size_t listed = std::min(circle.points.size(), most);
     for (std::size_t i = first; i < first + listed; ++i) {
@@ -201,7 +201,7 @@ text::Json SecondOpinionJson(const Diagnosis& diagnosis) {
             {"degreesOfFreedom", head.degreesOfFreedom}};
 }
 
-/// The gravest, or that there are none.
+/// The worst severity, or that there are no findings.
 std::string VerdictOf(const std::vector<Finding>& findings) {
     for (const Severity severity : {Severity::Fault, Severity::Warning}) {
         const auto isSo = [severity](const Finding& finding) { return finding.severity == severity; };
@@ -232,11 +232,11 @@ void PrintVerdict(const std::vector<Finding>& findings, const CaptureFiles& file
 void PrintFindings(const std::vector<Finding>& findings, const CaptureFiles& files, const Vector3& tip,
                    std::ostream& out, bool colour) {
     for (const Finding& finding : findings) {
-        const FindingWords words = WordsFor(finding, files, tip);
+        const FindingMessage message = MessageFor(finding, files, tip);
         const std::string head = std::string(NameOf(finding.severity)) + ": " + std::string(NameOf(finding.kind));
         const bool isRed = colour && finding.severity == Severity::Fault;
         out << "  " << (isRed ? "\x1b[31m" + head + "\x1b[0m" : head) << '\n'
-            << text::Wrapped("    ", words.sentence) << text::Wrapped("    -> ", words.remedy);
+            << text::Wrapped("    ", message.sentence) << text::Wrapped("    -> ", message.remedy);
     }
 }
 

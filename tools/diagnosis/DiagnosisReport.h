@@ -7,11 +7,11 @@
 
 namespace qmv40::diagnosis {
 
-/// What a capture is worth, for people and for programs.
+/// The diagnosis of a capture, for people and for programs
 
-/// How well the head is known, the second opinion, and every point.
+/// Prints how well the head is known, the second opinion, and every point.
 void PrintDiagnosis(const Diagnosis& diagnosis, const CaptureFiles& files, const text::Console& console);
-/// The verdict and the findings, the gravest first, each with what to do.
+/// Prints the verdict and the findings, the most severe first, each with its remedy.
 void PrintVerdict(const std::vector<Finding>& findings, const CaptureFiles& files, const model::Vector3& tip,
                   const text::Console& console);
 void PrintFindings(const std::vector<Finding>& findings, const CaptureFiles& files, const model::Vector3& tip,

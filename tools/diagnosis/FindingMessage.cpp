@@ -9,25 +9,25 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-/// Three figures that count, and never more than six decimals.
+/// Three significant digits, and at most six decimals.
 std::string LengthText(double length) {
     const double size = std::abs(length);
     const int decimals = size >= 100.0 ? 1 : size >= 0.01 ? 3 : 6;
     return text::FixedText(length, decimals) + " mm";
 }
 
-/// An angle as people write it: tenths, where there are any.
+/// An angle rounded to tenths, without trailing zeros.
 std::string RoundAngle(double degrees) { return text::ExactText(std::round(degrees * 10.0) / 10.0 + 0.0); }
 
 std::string ExactAngle(double degrees) { return text::FixedText(degrees, 4) + " deg"; }
 
-/// Makes the words for one finding.
-class Wording {
+/// Writes the message of one finding.
+class MessageWriter {
 public:
-    Wording(const Finding& theFinding, const CaptureFiles& theFiles, const model::Vector3& theTip)
+    MessageWriter(const Finding& theFinding, const CaptureFiles& theFiles, const model::Vector3& theTip)
         : finding(theFinding), files(theFiles), tip(theTip) {}
 
-    FindingWords Words() const {
+    FindingMessage Message() const {
         switch (finding.kind) {
         case FindingKind::TooFewPositions:
             return TooFewPositions();
@@ -153,12 +153,12 @@ public:
                         " apart; those of a head are square. The head centre is far off.",
                     "Turn A alone for the A set and B alone for the B set, and give each file once."};
         default:
-            return WordsOnQuality();
+            return MessageOnQuality();
         }
     }
 
 private:
-    FindingWords TooFewPositions() const {
+    FindingMessage TooFewPositions() const {
         const auto count = static_cast<int>(finding.figure);
         return {"The points of the " + Set() + " set lie in " +
                     (count == 1 ? std::string("one place") : std::to_string(count) + " places") +
@@ -166,7 +166,7 @@ private:
                 "Turn " + Set() + " between the points, and capture the " + Set() + " set again: " +
                     (IsOfASet() ? "A = 0, 15, 30, 45, 60, 75, 90." : "B = -180 to 150 in steps of 30.")};
     }
-    FindingWords UnitsWrong() const {
+    FindingMessage UnitsWrong() const {
         const std::string unit = finding.reference == 25.4 || finding.reference == 1.0 / 25.4 ? "inches"
                                  : finding.reference >= 1000.0 || finding.reference == 1.0 / 1000.0
                                      ? "metres or micrometres"
@@ -183,7 +183,7 @@ private:
                     ? "Give --units in, or set the machine to millimetres and capture both sets again."
                     : "Set the machine to millimetres, and capture both sets again."};
     }
-    FindingWords TiltReversed() const {
+    FindingMessage TiltReversed() const {
         const std::string remedy =
             "A is 0 with the stylus hanging straight down and grows to 90 as it is tilted: write A so.";
         if (finding.detail == 0) return {Rotations() + ": A counts the wrong way round.", remedy};
@@ -194,7 +194,7 @@ private:
     static char AxisName(int axis) { return "XYZ"[axis]; }
     std::string InSet() const { return finding.points.empty() ? "" : " in the " + Set() + " set"; }
     std::string WasOrWere() const { return finding.points.size() == 1 ? " was" : " were"; }
-    /// Where something begins that goes on.
+    /// The first of several points.
     std::string First() const { return files.NameOf(finding.points.front()); }
     std::string MoveText() const {
         const auto along = [](const char* axis, double value) {
@@ -204,7 +204,7 @@ private:
                along("Z", finding.vector.z) + " mm";
     }
 
-    FindingWords WordsOnQuality() const {
+    FindingMessage MessageOnQuality() const {
         switch (finding.kind) {
         case FindingKind::AxesNotSquare:
             return {"The axes are out of square by " + WithDeviation(4, "deg") + ".", MechanicalRemedy()};
@@ -267,7 +267,7 @@ private:
         }
     }
 
-    // The axis that was turned for the set, and the one that was held
+    // The set of the finding's points: the names of its turned and its held axis
     bool IsOfASet() const { return files.IsOfASet(finding.points.front()); }
     std::string Set() const { return IsOfASet() ? "A" : "B"; }
     std::string Turned() const { return Set(); }
@@ -290,7 +290,7 @@ private:
                (finding.figure > 0.0 ? " more" : " less") + " than is written down.";
     }
 
-    FindingWords WrongSetAngle() const {
+    FindingMessage WrongSetAngle() const {
         const std::string other = IsOfASet() ? "B" : "A";
         return {
             "The sets do not belong together: the " + Set() + " set was captured at " + Held() + " = " +
@@ -300,7 +300,7 @@ private:
             "capture both sets again."};
     }
 
-    FindingWords SphereElsewhere() const {
+    FindingMessage SphereElsewhere() const {
         const std::string where = "The head centre is off the sphere that --sphere gives, by " + MoveText() + ". ";
         if (finding.detail == 1) {
             return {where + "This is what unlocking does to every point: the head was locked all the time.",
@@ -376,8 +376,8 @@ std::string CaptureFiles::NameOf(std::size_t point) const {
     return FileOf(point).name + ":" + std::to_string(LineOf(point));
 }
 
-FindingWords WordsFor(const Finding& finding, const CaptureFiles& files, const model::Vector3& tip) {
-    return Wording(finding, files, tip).Words();
+FindingMessage MessageFor(const Finding& finding, const CaptureFiles& files, const model::Vector3& tip) {
+    return MessageWriter(finding, files, tip).Message();
 }
 
 } // namespace qmv40::diagnosis

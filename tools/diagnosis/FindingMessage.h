@@ -10,7 +10,8 @@
 
 namespace qmv40::diagnosis {
 
-/// A capture as its two files give it, for naming its points to people: counted through, the A set first.
+/// Both files of a capture. A point is named by its number: the points of both sets are numbered together, those of the
+/// A set first.
 struct CaptureFiles {
     CaptureFile aAxis;
     CaptureFile bAxis;
@@ -19,17 +20,17 @@ struct CaptureFiles {
     const CaptureFile& FileOf(std::size_t point) const { return IsOfASet(point) ? aAxis : bAxis; }
     const HeadAlignmentDataItem& ItemOf(std::size_t point) const;
     std::size_t LineOf(std::size_t point) const;
-    /// As compilers name places: file:line.
+    /// "file:line", the form in which compilers name places.
     std::string NameOf(std::size_t point) const;
 };
 
-/// What was found, in a sentence or two, and what to do about it. Lengths are called mm.
-struct FindingWords {
+/// A finding as sentences, and its remedy. Lengths are printed in mm.
+struct FindingMessage {
     std::string sentence;
     std::string remedy;
 };
 
-/// `tip`: the stylus tip as the whole head was fitted.
-FindingWords WordsFor(const Finding& finding, const CaptureFiles& files, const model::Vector3& tip);
+/// `tip`: the stylus tip of the fitted head.
+FindingMessage MessageFor(const Finding& finding, const CaptureFiles& files, const model::Vector3& tip);
 
 } // namespace qmv40::diagnosis

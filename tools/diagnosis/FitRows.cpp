@@ -9,7 +9,7 @@ namespace qmv40::diagnosis {
 namespace {
 
 constexpr int lengthDecimals = 4;
-constexpr int residualDecimals = 6; // a good machine's noise is tenths of a micrometre
+constexpr int residualDecimals = 6; // the noise of a good machine is tenths of a micrometre
 constexpr int directionDecimals = 6;
 constexpr int angleDecimals = 4;
 

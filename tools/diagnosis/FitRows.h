@@ -8,7 +8,7 @@
 
 namespace qmv40::diagnosis {
 
-/// Fits side by side for a person: one row for each figure, its unit at the end.
+/// Fits side by side for a person: one row for each figure, with its unit at the end.
 class FitRows {
 public:
     /// `titles`: one for each fit.
@@ -17,7 +17,7 @@ public:
     void Add(const std::string& figure, const std::string& unit, const std::vector<std::string>& valueOfEachFit);
     void AddPoint(const std::string& name, const std::vector<CMaVector>& pointOfEachFit);
     void AddDirection(const std::string& name, const std::vector<CMaVector>& directionOfEachFit);
-    /// RMS, the largest residual, and the point that has it, counted from 1.
+    /// RMS, the largest residual, and the number of its point, counted from 1.
     void AddResiduals(const std::vector<const Residuals*>& residualsOfEachFit);
     void Print(const text::Console& console) const { table.Print(console); }
 

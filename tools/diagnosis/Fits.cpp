@@ -26,7 +26,7 @@ template <typename Measure> Residuals ResidualsOf(const CMaPointArray& points, M
     return residuals;
 }
 
-/// Fits `shape`, speaking of a failure as the component does.
+/// Fits `shape`. A failure is thrown in the words of the component.
 template <typename Fit> void Fitted(const wchar_t* source, const wchar_t* description, Fit&& fit) {
     const ErrorContext context{source, description};
     component::CatchingCodes("fit", [&] { RaisingGeometryErrors(context, fit); });
@@ -39,8 +39,8 @@ double DistanceFromCircle(const CMaCircle& circle, const CMaVector& point) {
     return std::hypot(normal % fromCentre, fromAxis - circle.GetRadius());
 }
 
-/// Where the points stand on the circle, degrees from the first one.
-std::vector<double> Bearings(const CMaCircle& circle, const CMaPointArray& points) {
+/// The polar angles of the points on the circle, degrees from the first point.
+std::vector<double> PolarAngles(const CMaCircle& circle, const CMaPointArray& points) {
     const CMaVector centre = circle.GetCentre().To3DVector();
     const CMaVector normal = circle.GetNormal();
     const CMaVector across = Normalised(normal * Difference(points[0].To3DVector(), centre));
@@ -71,7 +71,7 @@ CircleFit FitCircle(const CMaPointArray& points) {
     Fitted(L"CMaCircle::Fit", L"Error Fitting points to a circle", [&] { circle.Fit(points, fitIterationLimit); });
     const auto distance = [&circle](const CMaVector& point) { return DistanceFromCircle(circle, point); };
     return {circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius(), ResidualsOf(points, distance),
-            ArcCovered(Bearings(circle, points))};
+            ArcCovered(PolarAngles(circle, points))};
 }
 
 PlaneFit FitPlane(const CMaPointArray& points) {

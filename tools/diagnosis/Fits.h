@@ -11,15 +11,15 @@
 
 namespace qmv40::diagnosis {
 
-/// Shapes fitted through points and how well the points lie on them. Lengths in the unit of the points.
-/// A fit that is impossible is thrown as ComponentError, in the words of the component.
+/// Shapes fitted to points, with residuals. Lengths are in the unit of the points. A fit that is impossible is thrown
+/// as ComponentError, in the words of the component.
 
-/// One figure a point, in the order of the points.
+/// One residual for each point, in the order of the points.
 struct Residuals {
     std::vector<double> values;
 
     double Rms() const;
-    /// Index of the point that lies farthest off.
+    /// The index of the point with the largest residual.
     std::size_t Worst() const;
 };
 
@@ -50,7 +50,7 @@ CircleFit FitCircle(const CMaPointArray& points);
 PlaneFit FitPlane(const CMaPointArray& points);
 LineFit FitLine(const CMaPointArray& points);
 
-/// `direction` or its opposite: the one that does not point against `reference`.
+/// `direction` or its opposite: the one whose angle with `reference` is at most 90 degrees.
 CMaVector Facing(const CMaVector& direction, const CMaVector& reference);
 
 /// `direction` or its opposite: the one whose largest component is positive.

@@ -13,10 +13,10 @@ struct Axis {
     model::Vector3 direction; ///< of unit length
 };
 
-enum Figure { CentreX, CentreY, CentreZ, AxisOffset, Squareness, LeanX, LeanY, BearingOfA, figureCount };
+enum Figure { CentreX, CentreY, CentreZ, AxisOffset, Squareness, LeanX, LeanY, AzimuthOfA, figureCount };
 using Figures = std::array<double, figureCount>;
 
-/// What moves an axis: its point along the circle's three directions, its direction towards two of them.
+/// The unknowns of an axis: its point along the circle's three directions, its direction towards two of them.
 constexpr std::size_t freedoms = 5;
 
 Axis Moved(const AxisCircle& circle, std::size_t freedom, double step) {
@@ -49,13 +49,14 @@ Figures FiguresOf(const Axis& a, const Axis& b) {
 Figures Slope(const Figures& after, const Figures& before, double step) {
     Figures slope;
     for (std::size_t i = 0; i < figureCount; ++i) slope[i] = (after[i] - before[i]) / (2.0 * step);
-    slope[BearingOfA] = model::Wrapped(after[BearingOfA] - before[BearingOfA]) / (2.0 * step);
+    slope[AzimuthOfA] = model::Wrapped(after[AzimuthOfA] - before[AzimuthOfA]) / (2.0 * step);
     return slope;
 }
 
-/// The variances that one circle's noise of 1 gives the figures; `figuresOf` gives these for a moved axis.
+/// The variances of the figures when the noise of one circle has the variance 1. `figuresOf` returns the figures for a
+/// changed axis.
 template <typename FiguresOfMoved> Figures Variances(const AxisCircle& circle, const FiguresOfMoved& figuresOf) {
-    // Central differences of smooth functions: right to some nine digits.
+    // Central differences of smooth functions are exact to about nine digits.
     constexpr double turn = 1e-5;
     std::array<Figures, freedoms> slopes;
     for (std::size_t i = 0; i < freedoms; ++i) {
@@ -97,7 +98,7 @@ HeadAxes CompareAxes(const AxisCircle& a, const AxisCircle& b, const PointNoise&
             estimate(Squareness),
             estimate(LeanX),
             estimate(LeanY),
-            estimate(BearingOfA).standardDeviation,
+            estimate(AzimuthOfA).standardDeviation,
             model::ToDegrees(between),
             model::ToDegrees(std::atan2(std::hypot(b.normal.x, b.normal.y), std::abs(b.normal.z)))};
 }
@@ -106,6 +107,6 @@ model::Vector3 NearestPointOfBAxis(const AxisCircle& a, const AxisCircle& b) {
     return NearestPoint({a.centre, a.normal}, {b.centre, b.normal});
 }
 
-double BearingOfAAxis(const AxisCircle& a) { return model::ToDegrees(std::atan2(a.normal.y, a.normal.x)); }
+double AzimuthOfAAxis(const AxisCircle& a) { return model::ToDegrees(std::atan2(a.normal.y, a.normal.x)); }
 
 } // namespace qmv40::diagnosis

@@ -10,24 +10,23 @@ struct Estimate {
     double standardDeviation = 0.0;
 };
 
-/// How the axes of the two circles stand to each other, with the standard deviations that the noise of the points gives
-/// them through the covariances of both circles. Angles in degrees.
+/// The relation of the axes of the two circles, with standard deviations: from the noise of the points, through the
+/// covariances of both circles. Angles in degrees.
 struct HeadAxes {
-    Estimate headCentre[3];       ///< the point of the B axis nearest to the A axis; not finite for parallel axes
-    Estimate axisOffset;          ///< by how much the A axis passes the B axis; its sign is arbitrary
-    Estimate squareness;          ///< what the angle between the axes lacks to 90; its sign is arbitrary
-    Estimate offVerticalTowardsX; ///< of the B axis, off the vertical
-    Estimate offVerticalTowardsY; //
-    double
-        rotationStandardDeviation; ///< standard deviation of the plane's bearing about Z, and so of the head's rotation
-    double angleBetween;           ///< 0 to 90
-    double offVertical;            ///< of the B axis, 0 to 90
+    Estimate headCentre[3];           ///< the point of the B axis nearest to the A axis; not finite for parallel axes
+    Estimate axisOffset;              ///< by how much the A axis passes the B axis; its sign is arbitrary
+    Estimate squareness;              ///< what the angle between the axes lacks to 90; its sign is arbitrary
+    Estimate offVerticalTowardsX;     ///< of the B axis, off the vertical
+    Estimate offVerticalTowardsY;     //
+    double rotationStandardDeviation; ///< standard deviation of the plane's azimuth, and so of the head's rotation
+    double angleBetween;              ///< 0 to 90
+    double offVertical;               ///< of the B axis, 0 to 90
 
-    /// Of the head centre, over all directions.
+    /// Of the head centre, in all directions together.
     double CentreStandardDeviation() const;
 };
 
-/// Standard deviation of the noise of a point in one coordinate, as the circles show it.
+/// The standard deviation of one coordinate of a point, by the circles.
 struct PointNoise {
     double aSet = 0.0;
     double bSet = 0.0;
@@ -38,7 +37,7 @@ HeadAxes CompareAxes(const AxisCircle& a, const AxisCircle& b, const PointNoise&
 /// The point of the B axis nearest to the A axis.
 model::Vector3 NearestPointOfBAxis(const AxisCircle& a, const AxisCircle& b);
 
-/// Bearing about Z of the A axis, in degrees; its sense is arbitrary.
-double BearingOfAAxis(const AxisCircle& a);
+/// Azimuth of the A axis about Z, degrees; the axis has no direction, so half a turn is undetermined.
+double AzimuthOfAAxis(const AxisCircle& a);
 
 } // namespace qmv40::diagnosis

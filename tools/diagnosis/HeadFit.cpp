@@ -44,7 +44,7 @@ NormalEquations EquationsOf(std::span<const CapturedPoint> points, const HeadMod
 
 enum class Outcome { Worse, Better, AtRest };
 
-/// Takes the step that the equations call for when it makes the sum of squares smaller.
+/// Takes the step of the normal equations when it makes the sum of squares smaller.
 Outcome TakeStep(std::span<const CapturedPoint> points, const NormalEquations& equations, double damping,
                  HeadFit& fit) {
     const auto step = equations.Solve(damping);
@@ -53,7 +53,7 @@ Outcome TakeStep(std::span<const CapturedPoint> points, const NormalEquations& e
     std::vector<model::Vector3> residuals = ResidualsOf(points, model);
     const double sum = SumOfSquares(residuals);
     if (!(sum < fit.sumOfSquares)) return Outcome::Worse;
-    // An improvement that rounding could have made ends the search; it is taken all the same.
+    // An improvement within rounding is taken, and ends the search.
     constexpr double rounding = 1e-12;
     const bool isAtRest = fit.sumOfSquares - sum <= rounding * fit.sumOfSquares;
     fit.model = std::move(model);
@@ -62,7 +62,8 @@ Outcome TakeStep(std::span<const CapturedPoint> points, const NormalEquations& e
     return isAtRest ? Outcome::AtRest : Outcome::Better;
 }
 
-/// One better model, more damped each time it is not. Whether there may be a better one still.
+/// Finds one better model, and raises the damping each time a step is not better. True when a further improvement is
+/// possible.
 bool Improve(std::span<const CapturedPoint> points, HeadFit& fit, double& damping) {
     constexpr int mostTries = 15;
     constexpr double leastDamping = 1e-12;

@@ -15,17 +15,17 @@ struct HeadFit {
     double tipVariance = 0.0;      ///< the same, of the tip in all directions together
 
     double Rms() const;
-    /// Of the noise in a coordinate, as the residuals show it.
+    /// The variance of the noise of a coordinate, by the residuals.
     double NoiseVariance() const { return sumOfSquares / degreesOfFreedom; }
     double MountingDegrees() const;
-    /// Standard deviation of the mounting angle, degrees, by the noise that the residuals show.
+    /// The standard deviation of the mounting angle, degrees, by the residuals.
     double MountingStandardDeviation() const;
 };
 
-/// The fit nearest to `start`, errors included. Gauss and Newton's steps, damped where they lead astray.
+/// The fit nearest to `start`, with its errors, by the Levenberg-Marquardt method.
 HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start);
 
-/// The best of all fits of a head without errors, whatever its mounting angle.
+/// The best fit of a head without errors, over all mounting angles.
 HeadFit FitHead(std::span<const CapturedPoint> points);
 
 } // namespace qmv40::diagnosis

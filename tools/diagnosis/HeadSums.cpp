@@ -9,7 +9,7 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-/// A symmetric 3 x 3 matrix, made definite and inverted by its cofactors.
+/// A symmetric 3 x 3 matrix. It is made positive definite and inverted by its cofactors.
 class Symmetric {
 public:
     Symmetric& operator+=(const Symmetric& other) {
@@ -58,8 +58,8 @@ model::Vector3 Horizontal(const model::Vector3& v) { return {v.x, v.y, 0.0}; }
 model::Vector3 HorizontalTurnedBack(const model::Vector3& v) { return {v.y, -v.x, 0.0}; }
 model::Vector3 Vertical(const model::Vector3& v) { return {0.0, 0.0, v.z}; }
 
-/// The correlation of turns and positions, each about its group's mean, for mounting angle m:
-/// fixed + cos(m) withCos + sin(m) withSin.
+/// The correlation of rotations and positions, each relative to the mean of its group, for mounting angle m: fixed +
+/// cos(m) withCos + sin(m) withSin.
 struct Correlation {
     model::Vector3 fixed, withCos, withSin;
 
@@ -80,7 +80,7 @@ Correlation CorrelationOf(std::span<const HeadSums> groups) {
 }
 
 Symmetric SpreadOfTurns(std::span<const HeadSums> groups) {
-    // Where the angles leave a part of the tip open, it is taken as zero.
+    // A component of the tip that the angles do not determine is set to zero.
     constexpr double openPart = 1e-12;
     Symmetric spread = Symmetric::Diagonal(0.0);
     for (const HeadSums& group : groups) {
@@ -90,7 +90,7 @@ Symmetric SpreadOfTurns(std::span<const HeadSums> groups) {
     return spread;
 }
 
-/// What the mounting angle takes off the sum of squares: a cosine and sine of it and of twice it.
+/// The part of the sum of squares that depends on the mounting angle: a cosine and a sine of it and of twice it.
 struct Gain {
     double fixed, withCos, withSin, withCosCos, withSinSin, withCosSin;
 
@@ -117,7 +117,7 @@ struct Gain {
 };
 
 double AngleOfGreatest(const Gain& gain) {
-    // The function has two hills at most, none narrower than an eighth of a turn.
+    // The function has at most two maxima, and none is narrower than an eighth of a turn.
     constexpr int samples = 24;
     constexpr double spacing = 2.0 * std::numbers::pi / samples;
     double best = 0.0;
@@ -174,7 +174,7 @@ HeadSums& HeadSums::operator-=(const HeadSums& other) {
 }
 
 HeadSums HeadSums::Tilted(double moreTilt) const {
-    // Every turn K becomes K Rx(-moreTilt): its columns mix, and K^T v turns about X.
+    // Every rotation K becomes K Rx(-moreTilt): its columns are combined, and K^T v turns about X.
     const model::Rotation turn(moreTilt);
     HeadSums tilted = *this;
     tilted.turns[1] = turn.c * turns[1] - turn.s * turns[2];
@@ -186,7 +186,7 @@ HeadSums HeadSums::Tilted(double moreTilt) const {
 }
 
 HeadSums HeadSums::Swivelled(double moreSwivel) const {
-    // Every turn K becomes Rz(moreSwivel) K: as if the positions were turned back.
+    // Every rotation K becomes Rz(moreSwivel) K, which equals turning the positions back.
     const model::Rotation turn(moreSwivel);
     HeadSums swivelled = *this;
     for (model::Vector3& column : swivelled.turns) column = model::AboutZ(turn, column);

@@ -4,12 +4,12 @@
 
 namespace qmv40::diagnosis {
 
-/// What the best head for some points depends on, so that points can be counted in and out without looking at the
-/// others again. For given angles the pole and the tip follow from the mounting angle by linear equations, and of the
-/// mounting angle the smallest sum of squares is a plain function that is searched as a whole: whatever the mounting,
-/// the best head is found.
+/// Sums over points from which the best head for these points follows. Points can be added and removed without
+/// computing the sums of the others again. For a given mounting angle, pole and tip follow from linear equations. The
+/// sum of squares as a function of the mounting angle alone is searched over its whole range, so that the best head is
+/// found for every mounting.
 ///
-/// Sums lose digits where coordinates are large beside their differences: bring the points near the origin first.
+/// Sums lose digits when coordinates are large compared with their differences. Shift the points near the origin first.
 struct HeadSums {
     double count = 0.0;
     double squares = 0.0; ///< of the positions
@@ -20,13 +20,13 @@ struct HeadSums {
     model::Vector3 turnedZ;  ///< sum of K^T times the positions' vertical parts
 
     HeadSums() = default;
-    /// Of one point, its angles corrected (radians).
+    /// The sums of one point, with its angles corrected (radians).
     HeadSums(const CapturedPoint& point, double moreTilt, double moreSwivel);
 
     HeadSums& operator+=(const HeadSums& other);
     HeadSums& operator-=(const HeadSums& other);
 
-    // The same points, corrected alike: without looking at any of them again
+    // The sums of the same points with one correction for all, in constant time
 
     /// Their A is this much more (radians).
     HeadSums Tilted(double moreTilt) const;

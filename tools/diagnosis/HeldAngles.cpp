@@ -14,7 +14,7 @@ bool IsHeld(Points points, Angle angle) {
     return std::ranges::all_of(points, [&](const CapturedPoint& point) { return point.*angle == points[0].*angle; });
 }
 
-/// The angle that most points have; of several, the first.
+/// The most frequent angle of the points; of several, the first.
 double CommonestOf(Points points, Angle angle) {
     const auto count = [&](const CapturedPoint& point) {
         return std::ranges::count(points, point.*angle, [angle](const CapturedPoint& each) { return each.*angle; });

@@ -5,8 +5,9 @@
 
 namespace qmv40::diagnosis {
 
-/// What the angles alone say about a capture that the component refuses because an axis was not held: the sets are
-/// exchanged, or these points' angle is not that of most others. Empty when each set holds one axis.
+/// The findings that the angles alone give about a capture that the component refuses because an axis was not held: the
+/// sets are exchanged, or the held angle of these points differs from that of most points. Empty when each set holds
+/// one axis.
 std::vector<Finding> JudgeHeldAngles(const CapturedSets& sets);
 
 } // namespace qmv40::diagnosis

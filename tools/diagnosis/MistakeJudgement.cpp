@@ -12,7 +12,7 @@ using ErrorKind = ModelError::Kind;
 using Name = FindingKind;
 using model::Vector3;
 
-/// Degrees to the next whole number of index steps.
+/// Degrees to the nearest whole number of index steps.
 double OffSteps(double degrees) { return std::remainder(degrees, thresholds::indexStep); }
 
 class Mistake {
@@ -51,16 +51,16 @@ private:
     bool IsBetweenTheSets() const { return error.first == 0 && error.last == sets.aCount; }
     std::vector<std::size_t> Points() const { return PointRange(error.first, error.last); }
 
-    /// The interval is what was captured before something changed.
+    /// True when the interval holds the points before a change.
     bool IsBefore() const { return error.first == 0 || (error.first == sets.aCount && error.last < count); }
-    /// The points of the set in which something changed that were captured after it.
+    /// The points of the same set that were captured after the change.
     std::vector<std::size_t> PointsAfter() const {
         if (!IsBefore() || IsBetweenTheSets()) return Points();
         return PointRange(error.last, error.last < sets.aCount ? sets.aCount : count);
     }
     double Sign() const { return IsBefore() ? -1.0 : 1.0; }
 
-    /// Everything but these points was locked when they are off the other way.
+    /// The other points were captured locked when these are off in the opposite direction.
     Finding Locked() const {
         const bool isOutside = model::Dot(Values(), unlocking) > 0.0;
         return {Name::CapturedLocked, Severity::Fault, isOutside ? PointsOutside() : Points(), distance};
@@ -114,7 +114,7 @@ private:
     double Written(std::size_t i) const {
         return error.kind == ErrorKind::TiltAngle ? sets.points[i].a : sets.points[i].b;
     }
-    /// The others stand at index positions, this one is written as if it did not, and did.
+    /// All other points are at index positions. This one is written down beside one, but was captured at it.
     bool IsASlipOfThePen() const {
         const auto isOffSteps = [](double degrees) { return std::abs(OffSteps(degrees)) > 1e-9; };
         for (std::size_t i = IsOfASet() ? 0 : sets.aCount; i < (IsOfASet() ? sets.aCount : count); ++i) {
@@ -199,8 +199,8 @@ Finding JudgeRewriting(const Rewriting& rewriting, const HeadModel& model) {
     }
     finding.figure = rewriting.sets == Rewriting::Sets::Both ? 0.0 : 1.0;
     if (rewriting.sets != Rewriting::Sets::Both) return finding;
-    // With B turned the other way a head seems to be mounted as it is; with a mirrored Y by half a turn, with X and Y
-    // exchanged by a quarter turn.
+    // When B was turned the other way, the fitted mounting is the real one. With a mirrored Y it differs by half a
+    // turn, with X and Y exchanged by a quarter turn.
     if (mounting > 135.0)
         finding = {Name::AxisMirrored, Severity::Fault, {}, 0.0, 0.0, std::nullopt, {}, 1};
     else if (mounting > 45.0)

@@ -4,17 +4,17 @@
 
 namespace qmv40::diagnosis {
 
-/// What an error that the search found means: which mistake was made, where, and whether it matters. `index`: which of
-/// the errors of the model. Nothing for what is of the head itself.
+/// The meaning of an error that the search has found: which mistake was made, where, and whether it matters. `index`:
+/// the number of the error in the model. Empty for an error of the head.
 std::optional<Finding> JudgeMistake(const CaptureUnderTest& capture, const HeadModel& model, std::size_t index);
 
-/// What a capture that is right when it is read otherwise means.
+/// The finding for a capture that is right after its columns were rewritten.
 Finding JudgeRewriting(const Rewriting& rewriting, const HeadModel& model);
 
-/// With mistakes enough anything is explained: they are believed one for a whole run of points, or three in all.
+/// Enough mistakes explain any points. Accepted are one mistake of a whole run of points, or three mistakes in all.
 bool MistakesAreTooMany(const CapturedSets& sets, const HeadModel& model);
 
-/// How far an error moves the points that it concerns, at most.
+/// The largest distance by which an error moves one of its points.
 double DistanceBy(const CapturedSets& sets, const HeadModel& model, const ModelError& error);
 
 } // namespace qmv40::diagnosis

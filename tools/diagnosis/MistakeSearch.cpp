@@ -21,21 +21,21 @@ double SumAboveRounding(double sumOfSquares, std::size_t points) {
     return std::max(sumOfSquares, 3.0 * static_cast<double>(points) * thresholds::leastVariance);
 }
 
-/// How often chance alone would explain this much when `candidates` explanations are tried.
+/// The p-value of an improvement when `candidates` explanations were tried.
 double PValue(double sumBefore, double sumAfter, std::size_t unknowns, double degreesOfFreedom, std::size_t points,
               double candidates) {
     if (degreesOfFreedom < 1.0) return 1.0;
     const double noise = SumAboveRounding(sumAfter, points) / degreesOfFreedom;
-    // An explanation without an unknown of its own is compared like one with one.
+    // An explanation without an unknown is compared like one with one unknown.
     const auto freedoms = static_cast<double>(std::max<std::size_t>(unknowns, 1));
     const double gain = (sumBefore - sumAfter) / freedoms;
     return FTestUpperTail(gain / noise, freedoms, degreesOfFreedom) * candidates;
 }
 
-/// What an explanation leaves unexplained, with what its unknowns and the places at which it could have been count
-/// against it: the smallest is the best.
+/// What an explanation leaves unexplained, with a penalty for its unknowns and for the number of places at which it
+/// could have been. The smallest score is the best.
 double Score(double sumOfSquares, std::size_t unknowns, double alternatives, std::size_t points) {
-    // A few points may agree by luck better than any machine measures.
+    // A few points may fit by chance better than any machine measures.
     constexpr double usualNoise = 0.003, usualObservations = 20.0;
     const double observations = 3.0 * static_cast<double>(points) + usualObservations;
     const double sum = sumOfSquares + usualObservations * usualNoise * usualNoise;
@@ -49,7 +49,7 @@ struct Explained {
     double score = std::numeric_limits<double>::infinity();
 };
 
-/// By how much some mistakes are rarer than others, counted in alternatives.
+/// A mistake that is rarer counts like one with this many alternatives.
 constexpr double rare = 10.0;
 
 /// One round of the search.
@@ -62,10 +62,10 @@ public:
         tried = static_cast<double>(candidates.size());
     }
 
-    /// The current fit with the candidate that explains most; nothing where chance could explain as much.
+    /// The current fit with the candidate that explains most; empty when chance could explain as much.
     std::optional<HeadFit> Best() {
         FitPromising();
-        // No machine and head scatter by so much without a reason.
+        // The noise of machine and head is smaller, unless there is a reason.
         constexpr double usualNoise = 0.01;
         if (std::isfinite(best.score) || std::sqrt(current.NoiseVariance()) > usualNoise) FitChanges();
         if (!std::isfinite(best.score)) return std::nullopt;
@@ -89,7 +89,7 @@ private:
         });
     }
 
-    /// Of the head itself there are three, each for itself, and all together, for they hide each other.
+    /// The three errors of the head: each one alone, and all together, because one can hide another.
     void AddHead() {
         std::vector<ModelError> all;
         for (const ErrorKind kind : {ErrorKind::LeaningHead, ErrorKind::AxesNotSquare, ErrorKind::AxesApart}) {
@@ -117,7 +117,7 @@ private:
         if (score < best.score) best = {std::move(fit), score};
     }
 
-    /// Candidates that could explain more than chance, the likeliest ones, in their order.
+    /// Fits the most likely of the candidates that could explain more than chance, in their order.
     void FitPromising() {
         constexpr std::size_t most = 16;
         const std::size_t points = sets.points.size();
@@ -129,7 +129,7 @@ private:
         std::ranges::stable_sort(candidates, {}, [&](const Candidate& each) {
             return Score(each.likelySum, each.Unknowns(), each.alternatives, points);
         });
-        // Those without a likely sum come first: they are always fitted.
+        // Candidates without a likely sum come first: they are always fitted.
         std::size_t fitted = 0;
         for (const Candidate& candidate : candidates) {
             if (candidate.likelySum > 0.0 && ++fitted > most) break;
@@ -137,8 +137,8 @@ private:
         }
     }
 
-    /// From a point on the head was tilted, or had another stylus. Each has to be fitted, so this is done when
-    /// something is wrong for certain. Of many points every third or so is tried, then its neighbours.
+    /// From a point on, the head was tilted or had another stylus. Each of these needs a fit, so that they are tried
+    /// only when something is surely wrong. Of many points about every third is tried, then its neighbours.
     void FitChanges() {
         const std::vector<Interval> changes = ChangesBetweenPoints(sets);
         const std::size_t stride = 1 + changes.size() / 60;
@@ -168,10 +168,10 @@ private:
     Explained best;
 };
 
-/// The head fits well: what is left is noise of a machine.
+/// True when the remaining residuals are those of a machine's noise.
 bool IsNoise(const HeadFit& fit) { return std::sqrt(fit.NoiseVariance()) < thresholds::noiseCeiling; }
 
-/// What the fit takes the head to be, a head can be: no axis lies where the other one should.
+/// True when a head can be like the fitted one: no axis is where the other one should be.
 bool IsBelievable(const HeadModel& model, std::size_t points) {
     constexpr double mostRadians = 0.1, mostOffset = 5.0;
     return model.StylusHangs() && std::ranges::all_of(model.errors, [&](const ModelError& error) {
@@ -180,8 +180,8 @@ bool IsBelievable(const HeadModel& model, std::size_t points) {
            });
 }
 
-/// A rewriting is believed when the plain head then fits, far better than as it is written and better than any other
-/// explanation does.
+/// A rewriting is accepted when the head without errors then fits, far better than before and better than any other
+/// explanation.
 bool TryRewritings(const CapturedSets& sets, const model::Vector3& unlocking, HeadExplained& explained) {
     const double written = explained.plain.NoiseVariance();
     if (IsNoise(explained.plain) && explained.plain.model.StylusHangs()) return false;
@@ -212,7 +212,7 @@ bool TryRewritings(const CapturedSets& sets, const model::Vector3& unlocking, He
 }
 
 HeadExplained ExplainAll(const CapturedSets& sets, const model::Vector3& unlocking) {
-    // The head itself may depart in three ways; a capture with more mistakes than this is better taken again.
+    // Three errors of the head and three mistakes. A capture with more mistakes is to be repeated.
     constexpr int mostRounds = 6;
     HeadExplained explained;
     explained.plain = FitHead(sets.points);

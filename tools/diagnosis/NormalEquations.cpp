@@ -4,7 +4,7 @@
 
 namespace qmv40::diagnosis {
 
-/// Cholesky's factor of the scaled matrix.
+/// The Cholesky factor of the scaled matrix.
 class NormalEquations::Factor {
 public:
     Factor(const NormalEquations& equations, double damping)
@@ -38,7 +38,7 @@ public:
 
 private:
     bool Factorise() {
-        // What is left of a unit diagonal when an unknown is no more than a mixture of the ones before it.
+        // The remaining diagonal element of an unknown that is a linear combination of the ones before it.
         constexpr double rounding = 1e-14;
         for (std::size_t i = 0; i < size; ++i) {
             for (std::size_t j = 0; j <= i; ++j) {

@@ -10,14 +10,14 @@ namespace {
 
 constexpr double margin = 10.0;
 
-double Folded(double sharpAngle, bool xInside, bool yInside) {
+double InQuadrant(double sharpAngle, bool xInside, bool yInside) {
     const double angle = yInside ? 180.0 - sharpAngle : sharpAngle; // quadrants 1 and 4
     return xInside ? angle : -angle;                                // quadrants 3 and 4
 }
 
 } // namespace
 
-double FoldedRotation(const HeadModel& head, std::span<const double> tilts, double swivel) {
+double RotationByQuadrant(const HeadModel& head, std::span<const double> tilts, double swivel) {
     HeadModel ideal = head;
     ideal.errors.clear();
     bool xInside = true;
@@ -29,27 +29,28 @@ double FoldedRotation(const HeadModel& head, std::span<const double> tilts, doub
     }
     const double normalAlongY = std::sin(ideal.mounting + model::ToRadians(swivel));
     const double sharpAngle = model::ToDegrees(std::asin(std::min(1.0, std::abs(normalAlongY))));
-    return Folded(sharpAngle, xInside, yInside) - swivel;
+    return InQuadrant(sharpAngle, xInside, yInside) - swivel;
 }
 
-bool FoldIsRight(const HeadModel& head, std::span<const double> tilts, double swivel) {
+bool QuadrantIsRight(const HeadModel& head, std::span<const double> tilts, double swivel) {
     constexpr double tolerance = 1e-6;
-    return std::abs(model::Wrapped(FoldedRotation(head, tilts, swivel) - model::ToDegrees(head.mounting))) < tolerance;
+    return std::abs(model::Wrapped(RotationByQuadrant(head, tilts, swivel) - model::ToDegrees(head.mounting))) <
+           tolerance;
 }
 
-std::optional<double> SwivelForASafeFold(const HeadModel& head, std::span<const double> tilts) {
+std::optional<double> SwivelWithSafeQuadrant(const HeadModel& head, std::span<const double> tilts) {
     const auto isSafe = [&](double swivel) {
         return std::ranges::all_of(std::array{-5.0, -2.5, 0.0, 2.5, 5.0}, [&](double otherwise) {
             HeadModel turned = head;
             turned.mounting += model::ToRadians(otherwise);
-            return FoldIsRight(turned, tilts, swivel);
+            return QuadrantIsRight(turned, tilts, swivel);
         });
     };
     for (const double usual : {45.0, -45.0, 135.0, -135.0}) {
         if (isSafe(usual)) return usual;
     }
-    for (int notch = 0; notch < 12; ++notch) {
-        for (const double swivel : {15.0 * notch, -15.0 * notch}) {
+    for (int step = 0; step < 12; ++step) {
+        for (const double swivel : {15.0 * step, -15.0 * step}) {
             if (isSafe(swivel)) return swivel;
         }
     }

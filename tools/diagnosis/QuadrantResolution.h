@@ -6,23 +6,23 @@
 
 namespace qmv40::diagnosis {
 
-/// How the component finds the rotation from an A set: the sharp angle between the points' plane and machine Y, folded
-/// into the quadrant that the points lie in as seen from the head centre. A point counts as being on the positive side
-/// only when it is more than 10 beyond the centre; near the edge of a quadrant, or with the whole plane shifted by the
-/// stylus, the wrong side is taken.
+/// How the component finds the rotation from an A set: it takes the acute angle between the points' plane and machine
+/// Y, and resolves it by the quadrant in which the points lie as seen from the head centre. A point counts as being on
+/// the positive side only when it is more than 10 mm beyond the centre. Near the edge of a quadrant, or when the stylus
+/// shifts the whole plane, the wrong side is taken.
 
-/// The rotation that the component would find for an ideal head (the model's errors have no say), captured at
-/// `swivel` and the given tilts without error; degrees.
-double FoldedRotation(const HeadModel& head, std::span<const double> tilts, double swivel);
+/// The rotation that the component would find for this head without its errors, captured at `swivel` and the given
+/// tilts without noise; degrees.
+double RotationByQuadrant(const HeadModel& head, std::span<const double> tilts, double swivel);
 
-/// What the component finds is the head's mounting angle.
-bool FoldIsRight(const HeadModel& head, std::span<const double> tilts, double swivel);
+/// True when that rotation is the head's mounting angle.
+bool QuadrantIsRight(const HeadModel& head, std::span<const double> tilts, double swivel);
 
-/// The B position nearest to hand at which an A set with these tilts gives the right rotation, also when the head is
-/// mounted a few degrees otherwise; the usual 45, -45, 135 and -135 first. Nothing when there is none.
-std::optional<double> SwivelForASafeFold(const HeadModel& head, std::span<const double> tilts);
+/// The B position at which an A set with these tilts gives the right rotation, also when the mounting differs by up to
+/// 5 degrees. The usual 45, -45, 135 and -135 are tried first. Empty when there is none.
+std::optional<double> SwivelWithSafeQuadrant(const HeadModel& head, std::span<const double> tilts);
 
-/// The same head with a straight stylus that reaches as far.
+/// The same head with a straight stylus of equal length.
 HeadModel WithStraightStylus(const HeadModel& head);
 
 } // namespace qmv40::diagnosis

@@ -33,7 +33,7 @@ private:
         }
         all.push_back(std::move(rewritten));
     }
-    /// The change is one of the positions as they were read.
+    /// `change` changes the positions as they were read.
     template <typename Change> void AddReading(const Rewriting& rewriting, Change&& change) {
         Add(rewriting, [&](CapturedPoint& point) { point.position = change(point.position + unlocking) - unlocking; });
     }
@@ -52,7 +52,7 @@ private:
     }
 
     void Coordinates(Sets which) {
-        // X or Y mirrored in both sets, or exchanged, is the same as B counted the wrong way round.
+        // Mirroring X or Y in both sets, or exchanging them, has the same effect as counting B in the other direction.
         const bool isOwnMistake = which != Sets::Both;
         for (const int axis : {0, 1, 2}) {
             if (axis != 2 && !isOwnMistake) continue;
@@ -71,7 +71,7 @@ private:
         AddReading({Rewriting::Kind::AxesExchanged, which, 1.0, 1, 2}, [](const Vector3& v) {
             return Vector3{v.x, v.z, v.y};
         });
-        // The same with the other sense of the vertical
+        // The same with the vertical axis in the opposite direction
         AddReading({Rewriting::Kind::AxesExchanged, which, 1.0, 0, 2}, [](const Vector3& v) {
             return Vector3{-v.z, v.y, -v.x};
         });

@@ -6,7 +6,7 @@
 
 namespace qmv40::diagnosis {
 
-/// A mistake that concerns whole columns: the capture is right when it is read otherwise.
+/// A mistake that concerns whole columns. The capture is right when its columns are rewritten.
 struct Rewriting {
     enum class Kind {
         None,
@@ -18,7 +18,7 @@ struct Rewriting {
         ArmHorizontal,  ///< the head hangs from a horizontal arm, or all three coordinates are in other columns
         UnitsMixed      ///< one set is in other units than the other one
     };
-    /// Which sets it concerns.
+    /// The sets that it concerns.
     enum class Sets { Both, ASet, BSet };
 
     Kind kind = Kind::None;
@@ -28,14 +28,14 @@ struct Rewriting {
     int otherAxis = 0;   ///< of exchanged axes: the other one
 };
 
-/// A capture as it reads when the mistake is put right.
+/// A capture with its columns rewritten.
 struct Rewritten {
     Rewriting rewriting;
     CapturedSets sets;
 };
 
-/// Every rewriting that is worth trying. `unlocking`: the shift that was taken off the points to bring them to the
-/// locked position.
+/// All rewritings to be tried. `unlocking`: the shift that was subtracted from the points to bring them to the locked
+/// position.
 std::vector<Rewritten> AllRewritings(const CapturedSets& sets, const model::Vector3& unlocking);
 
 } // namespace qmv40::diagnosis

@@ -18,14 +18,15 @@ constexpr int trials = static_cast<int>(360.0 / thresholds::indexStep);
 
 double TrialAngle(int trial) { return model::ToRadians(thresholds::indexStep * trial); }
 
-/// Where the parabola through three neighbouring sums is lowest, as a share of the spacing.
+/// The place of the minimum of the parabola through three neighbouring sums, in units of the spacing.
 double LowestOf(double before, double here, double after) {
     const double curvature = before - 2.0 * here + after;
     if (!(curvature > 0.0)) return 0.0;
     return std::clamp(0.5 * (before - after) / curvature, -2.0, 2.0);
 }
 
-/// The points without the errors found so far: what is left is to be explained by the plain head or by further errors.
+/// The points without the errors found so far. The remaining residuals are to be explained by the head or by further
+/// errors.
 std::vector<CapturedPoint> Corrected(std::span<const CapturedPoint> points, const HeadModel& model) {
     std::vector<CapturedPoint> corrected(points.begin(), points.end());
     if (model.errors.empty()) return corrected;
@@ -43,7 +44,7 @@ public:
     Screen(const CapturedSets& theSets, const HeadFit& theCurrent, const model::Vector3& theUnlocking)
         : sets(theSets), current(theCurrent), unlocking(theUnlocking), points(Corrected(sets.points, current.model)),
           mean(MeanPosition(points)), running(1) {
-        // About the points' mean, to keep the sums' digits.
+        // Relative to the mean of the points, so that the sums do not lose digits.
         for (CapturedPoint& point : points) {
             point.position = point.position - mean;
             HeadSums next = running.back();
@@ -123,8 +124,8 @@ private:
         return kind == ErrorKind::TiltAngle ? sums.Tilted(angle) : sums.Swivelled(angle);
     }
 
-    /// The one angle at which a set was held is sooner wrong than all those that it was turned to, and both look the
-    /// same.
+    /// A wrong held angle and wrong turning angles of the whole set look the same. The held angle is one number, so
+    /// that it is the likelier mistake.
     double Rarity(ErrorKind kind, const Interval& run) const {
         const bool isOfASet = run.first < sets.aCount;
         const std::size_t ofSet = isOfASet ? sets.aCount : points.size() - sets.aCount;
@@ -132,7 +133,7 @@ private:
         return isTurned && run.last - run.first == ofSet ? 4.0 : 1.0;
     }
 
-    /// The run with another angle: by whole index steps, and by anything.
+    /// The run with another angle: by whole index steps, and by any angle.
     void TryAngle(ErrorKind kind, const Interval& run, double alternatives) {
         const HeadSums own = Sums(run), rest = Rest(own);
         const auto sumAt = [&](double angle) { return SumOfSquares(rest, Turned(kind, own, angle)); };
@@ -146,14 +147,14 @@ private:
         bySteps.isFixed = true;
         AddOne({bySteps}, rest, Turned(kind, own, bySteps.values[0]), Rarity(kind, run) * alternatives);
 
-        // From the best trial on, by parabolas through sums that lie closer and closer
+        // Refines the best trial by parabolas through sums at smaller and smaller spacing
         double angle = TrialAngle(static_cast<int>(std::ranges::min_element(sums) - sums.begin()));
         for (const double spacing : {5.0, 0.5, 0.05}) {
             const double step = model::ToRadians(spacing);
             angle += step * LowestOf(sumAt(angle - step), sumAt(angle), sumAt(angle + step));
         }
         const double wrapped = model::ToRadians(model::Wrapped(model::ToDegrees(angle)));
-        // A head turns on its mount; tilted it is rarely, and then not about its A axis alone.
+        // A head can turn on its mount. It rarely tilts, and then not about its A axis alone.
         const double rarity = kind == ErrorKind::TiltAngle && run.last - run.first > 1 ? 100.0 : 1.0;
         const bool isBySteps =
             std::abs(std::remainder(model::ToDegrees(wrapped), thresholds::indexStep)) < thresholds::nearAStep;
@@ -161,7 +162,7 @@ private:
                (isBySteps ? Rarity(kind, run) : 1.0) * rarity * alternatives);
     }
 
-    /// The points are too far off by the shift of unlocking, which was taken off although there was none.
+    /// The points were captured locked: they are off by the shift of unlocking, which was subtracted.
     static ModelError Locked(const Interval& run, const model::Vector3& shift) {
         ModelError error{ErrorKind::Place, run.first, run.last, {-shift.x, -shift.y, -shift.z}};
         error.isFixed = true;
@@ -173,7 +174,7 @@ private:
         AddOne({Locked(run, unlocking)}, Rest(own), own.Shifted(unlocking), alternatives);
     }
 
-    /// Any stretch of a set captured locked; the best of each kind alone goes on.
+    /// Part of a set was captured locked. Only the best interval becomes a candidate.
     void TryLockedStretches(const Interval& set) {
         if (model::SafeLength(unlocking) == 0.0) return;
         const std::size_t count = set.last - set.first;
@@ -194,7 +195,7 @@ private:
 
     double TurnedAngle(std::size_t i) const { return sets.IsOfASet(i) ? sets.points[i].a : sets.points[i].b; }
 
-    /// Two points with each other's angle: the best pair alone goes on.
+    /// Two points have each other's angle. Only the best pair becomes a candidate.
     void TrySwaps(const Interval& set) {
         const ErrorKind kind = sets.IsOfASet(set.first) ? ErrorKind::TiltAngle : ErrorKind::SwivelAngle;
         const std::size_t count = set.last - set.first;
@@ -208,7 +209,8 @@ private:
                 rest += SumsWithAngleOf(kind, i, j);
                 rest += SumsWithAngleOf(kind, j, i);
                 const BestHeadResult head = BestHead({&rest, 1});
-                // Where the positions lie evenly, swapping the others is as good for a stylus that points sideways.
+                // When the positions are evenly spaced, swapping other points fits as well for a stylus that points
+                // sideways.
                 if (!head.model.StylusHangs() || head.sumOfSquares >= least) continue;
                 least = head.sumOfSquares;
                 best = {i, j};
@@ -235,7 +237,8 @@ private:
         AddOne(std::move(errors), sums, SumsWithAngleOf(kind, pair.last, pair.first), alternatives);
     }
 
-    /// Two points off their places: together they may look like something else. The best pair alone goes on.
+    /// Two points are off their places: together they may look like another mistake. Only the best pair becomes a
+    /// candidate.
     void TryPairs() {
         constexpr std::size_t most = 80;
         const std::size_t count = points.size();
@@ -261,8 +264,7 @@ private:
         return rest;
     }
 
-    /// From a point on the sphere or the machine's zero has moved; or the head was locked all along after it, or
-    /// before.
+    /// From one point on, the sphere or the machine's zero has moved, or the head was locked before or after it.
     void TryChanges() {
         const std::vector<Interval> changes = ChangesBetweenPoints(sets);
         for (const Interval& run : changes) {
@@ -274,7 +276,7 @@ private:
             TryLockedOutside(run, alternatives);
         }
     }
-    /// All points but these were captured locked: the same as these being off the other way.
+    /// All other points were captured locked, which equals these points being off in the opposite direction.
     void TryLockedOutside(const Interval& run, double alternatives) {
         if (model::SafeLength(unlocking) == 0.0) return;
         const HeadSums own = Sums(run);

@@ -9,7 +9,7 @@
 
 namespace qmv40::diagnosis {
 
-/// An explanation that is worth trying: errors that come on top of a model, and what they are likely to leave.
+/// An explanation to be tried: errors to be added to a model, and the sum of squares that they probably leave.
 struct Candidate {
     std::vector<ModelError> errors;
     double likelySum = 0.0;  ///< of squares
@@ -19,14 +19,14 @@ struct Candidate {
     std::size_t Unknowns() const;
 };
 
-/// The candidates whose sum of squares follows from sums of the points, so that each takes the same time however many
-/// points it concerns: wrong angles, points off their places, everything moved from a point on, locked points.
-/// `current`: what was found so far. `unlocking`: see ExplainHead.
+/// The candidates whose sum of squares follows from sums of the points, so that each takes constant time: wrong angles,
+/// points off their places, everything moved from one point on, locked points. `current`: what was found so far.
+/// `unlocking`: see ExplainHead.
 std::vector<Candidate> ScreenedCandidates(const CapturedSets& sets, const HeadFit& current,
                                           const model::Vector3& unlocking);
 
-/// The intervals of points that something concerns which changed once, between two points, and stayed so: whichever set
-/// was captured first. An interval from 0 on concerns the points before the change.
+/// The intervals of points that a change between two points can concern, when it happens once and lasts, and either set
+/// was captured first. An interval from 0 on holds the points before the change.
 struct Interval {
     std::size_t first, last;
 };

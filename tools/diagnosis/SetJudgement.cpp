@@ -23,7 +23,7 @@ double MedianOf(std::vector<double> values) {
     return *middle;
 }
 
-/// How far a point usually is from where the points are: one far off changes neither.
+/// The median distance of the points from their centre. One point that is far off does not change it.
 double ReachOf(Points points) {
     const auto median = [&](double Vector3::*axis) {
         std::vector<double> values;
@@ -36,7 +36,7 @@ double ReachOf(Points points) {
     return MedianOf(std::move(distances));
 }
 
-/// Positions that are different, up to `most`: nearer ones than `within` are one.
+/// The number of different positions, up to `most`. Positions closer than `within` count as one.
 std::size_t DifferentPositions(Points points, double within, std::size_t most) {
     std::vector<Vector3> different;
     for (const CapturedPoint& point : points) {
@@ -53,7 +53,7 @@ std::size_t DifferentAngles(Points points, double CapturedPoint::*angle) {
     return angles.size();
 }
 
-/// One set, and the other one to compare it with.
+/// One set, and the other set for comparison.
 class Set {
 public:
     Set(const CapturedSets& sets, bool isOfASet)
@@ -62,7 +62,7 @@ public:
 
     void Judge(std::vector<Finding>& findings) const {
         constexpr std::size_t least = 3;
-        // Positions a notch apart on the widest circle are farther apart than this share.
+        // Neighbouring index positions on the widest circle are farther apart than this share.
         constexpr double samePlace = 0.02;
         if (IsSmall()) {
             if (const auto kind = WhySmall()) Add(*kind, reach, findings);
@@ -77,14 +77,15 @@ private:
     static Points Of(const CapturedSets& sets, bool isOfASet) {
         return isOfASet ? Points(sets.points).first(sets.aCount) : Points(sets.points).subspan(sets.aCount);
     }
-    /// A stylus may stand off the B axis by some thousandths of its length: so small is the circle of one that hangs.
+    /// At A = 0, the tip of a straight stylus is off the B axis by some thousandths of the stylus length, and makes a
+    /// circle as small as this.
     double SmallReach() const {
         const bool mayHang = !isA && std::abs(points.front().a) < hanging;
         return std::max((mayHang ? 0.06 : 0.03) * otherReach, 1e-9);
     }
     static constexpr double hanging = 10.0; ///< degrees
 
-    /// Nothing where the points form a good circle, only far too small: the set may be in other units.
+    /// Empty when the points form a good circle that is only far too small: the set may be in another unit.
     std::optional<FindingKind> WhySmall() const {
         const auto turned = isA ? &CapturedPoint::a : &CapturedPoint::b;
         if (DifferentAngles(points, turned) < 3) return FindingKind::TooFewPositions;
@@ -97,11 +98,11 @@ private:
         const auto circle = FitAxisCircle(PositionsOf(points));
         return circle && circle->Rms() < clearly * circle->radius && circle->radius < 2.0 * reach;
     }
-    /// With an offset of the tip in force every point shows the sphere, which both axes pass.
+    /// With a tip offset in force, every point is at the place of the sphere, and both axes pass through it.
     bool AreWhereTheSphereIs() const {
         const auto circle = FitAxisCircle(PositionsOf(others));
         if (!circle) return false;
-        // The B circle lies above the sphere unless the stylus points sideways.
+        // Unless the stylus points sideways, the B circle lies above the sphere.
         const double above = isA ? circle->radius / std::tan(model::ToRadians(others.front().a)) : 0.0;
         const Vector3 sphere = circle->centre - Vector3{0.0, 0.0, above};
         constexpr double near = 0.2;
@@ -121,7 +122,7 @@ private:
     std::size_t first;
 };
 
-/// Both sets in one place: the scatter is as large as what it scatters about.
+/// True when both sets are in one place: the distances between the points are as large as their noise.
 bool AreBothInOnePlace(const CapturedSets& sets) {
     const double reach =
         std::max(ReachOf(Points(sets.points).first(sets.aCount)), ReachOf(Points(sets.points).subspan(sets.aCount)));

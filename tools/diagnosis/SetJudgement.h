@@ -5,8 +5,8 @@
 
 namespace qmv40::diagnosis {
 
-/// Whether the sets can determine a head at all, by where their points lie: enough different positions, circles that
-/// are large enough to have an axis. Whatever a fit would make of such points means nothing. Empty when they can.
+/// The findings about sets whose points cannot determine a head: too few different positions, or circles that are too
+/// small to have an axis. A fit to such points means nothing. Empty when the sets can determine a head.
 std::vector<Finding> JudgeSets(const CapturedSets& sets);
 
 } // namespace qmv40::diagnosis

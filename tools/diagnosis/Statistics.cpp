@@ -12,7 +12,8 @@ double AwayFromZero(double value) {
     return std::abs(value) < tiny ? tiny : value;
 }
 
-/// The continued fraction of the incomplete beta function, by Lentz's method. Converges quickly for x below the mean.
+/// The continued fraction of the incomplete beta function, by Lentz's method. It converges quickly when x is below the
+/// mean.
 double ContinuedFraction(double a, double b, double x) {
     constexpr int limit = 10000;
     constexpr double precision = 1e-15;
@@ -32,7 +33,8 @@ double ContinuedFraction(double a, double b, double x) {
     return fraction;
 }
 
-/// The regularised incomplete beta function of x; `rest` is 1 - x, given so that nothing is lost where x is near 1.
+/// The regularised incomplete beta function of x. `rest` is 1 - x, as an argument of its own because 1 - x would lose
+/// digits near x = 1.
 double IncompleteBeta(double a, double b, double x, double rest) {
     if (x <= 0.0) return 0.0;
     if (rest <= 0.0) return 1.0;

@@ -9,7 +9,7 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-/// Points of a set that are searched. More would hardly be captured by hand.
+/// The number of points of a set that are searched. A capture by hand rarely has more.
 constexpr std::size_t mostOfASet = 100;
 
 void KeepEvenly(std::size_t first, std::size_t last, std::vector<std::size_t>& kept) {
@@ -72,15 +72,14 @@ ModelError Thinning::OfAll(const ModelError& error, const HeadModel& model) cons
     return ofAll;
 }
 
-/// Between the point of the part before `end` and the one at it.
+/// The best end of the error's interval, between the point of the part before `end` and the one at it.
 std::size_t Thinning::BestEnd(std::size_t end, const ModelError& error, bool isFirst, const HeadModel& model) const {
     HeadModel with = model, without = model;
     std::erase_if(with.errors,
                   [&](const ModelError& each) { return each.kind != error.kind || each.first != error.first; });
     for (ModelError& each : with.errors) each.first = 0, each.last = sets.points.size();
     without.errors.clear();
-    // How much better the points from here to the next of the part are explained without the error, summed up from the
-    // left.
+    // The gain of leaving out the error for the points from here to the next one of the part, summed from the left.
     double sum = 0.0, least = 0.0;
     std::size_t best = kept[end - 1] + 1;
     for (std::size_t i = kept[end - 1] + 1; i < kept[end]; ++i) {
@@ -94,7 +93,7 @@ std::size_t Thinning::BestEnd(std::size_t end, const ModelError& error, bool isF
 }
 
 void Thinning::AddPointsOff(HeadFit& fit) const {
-    // Far beyond what noise does to the farthest of a million points.
+    // In standard deviations: far more than the largest deviation of a million points by noise.
     constexpr double farOff = 8.0;
     constexpr std::size_t most = 8;
     double sum = 0.0;

@@ -4,16 +4,17 @@
 
 namespace qmv40::diagnosis {
 
-/// A part of a large capture that is searched in its place: points spread evenly over each set, with the first and the
-/// last.
+/// A part of a large capture that is searched instead of all points: points spread evenly over each set, the first and
+/// the last included.
 class Thinning {
 public:
     explicit Thinning(const CapturedSets& theSets);
 
     bool IsThinned() const { return kept.size() < sets.points.size(); }
     CapturedSets Thinned() const;
-    /// What was found in the part, in all points: an error that begins or ends between two points of the part begins or
-    /// ends where that explains most, and points far off that are not of the part are errors of their own.
+    /// The findings of the part, extended to all points. An error that begins or ends between two points of the part
+    /// begins or ends at the point where it explains most. Points that are far off and not in the part become errors of
+    /// their own.
     HeadExplained OfAll(HeadExplained ofPart) const;
 
 private:

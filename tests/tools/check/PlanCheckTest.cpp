@@ -19,10 +19,10 @@ using testing::Not;
 
 /// From (0, 0) to (0, 0) with the ideal head, worked out by hand from the numbers of docs/conventions.md.
 plans::PlanToCheck PlanByHand() {
-    const auto bearing = [](double x, double y) { return model::ToDegrees(std::atan2(y, x)); };
-    const double leverExit = bearing(30.3, 19.3);
-    const double leverEntry = bearing(30.3, 24.3);
-    const double peg = bearing(6.95, -34.0);
+    const auto azimuth = [](double x, double y) { return model::ToDegrees(std::atan2(y, x)); };
+    const double leverExit = azimuth(30.3, 19.3);
+    const double leverEntry = azimuth(30.3, 24.3);
+    const double peg = azimuth(6.95, -34.0);
     // Left-handed about the vertical: clockwise, seen from above, is positive.
     const RequiredMoves moves{.ApproachUnLockLever = {30.3, -24.3, -36.55},
                               .EngageWithUnLockLever = {30.3, -19.3, -36.55},

@@ -84,7 +84,7 @@ const std::vector<Spoiled>& SpoiledPlans() {
          "10 arc-loses-its-radius"},
         {"a rotation vector of no length", [](Json& m) { m["MoveToBPosition"]["kRotationVector"] = 0.0; },
          "10 not-a-number"},
-        {"the same bearing, the other way round the pole",
+        {"the same azimuth, the other way round the pole",
          [](Json& m) {
              Add(m["RotateToPeg"]["RotationAngle"], m["RotateToPeg"]["RotationAngle"] > 0.0 ? -360.0 : 360.0);
          },

@@ -13,8 +13,8 @@ const model::Vector3 along = model::Unit({1.0, 2.0, -0.5});
 const model::Vector3 across = model::Unit(model::Cross({0.3, -1.0, 0.2}, along));
 constexpr double radius = 180.0;
 
-model::Vector3 PointAt(double bearing, double outward = 0.0, double up = 0.0) {
-    const double angle = model::ToRadians(bearing);
+model::Vector3 PointAt(double polarAngle, double outward = 0.0, double up = 0.0) {
+    const double angle = model::ToRadians(polarAngle);
     return centre + (radius + outward) * (std::cos(angle) * along + std::sin(angle) * across) +
            up * model::Cross(along, across);
 }

@@ -185,7 +185,7 @@ TEST(Diagnosis, OfUnevenNoiseFindsNoContradiction) {
 /// A head that is not the ideal one, captured with noise.
 struct RealHead {
     double lean, squareness, axisOffset,
-        notches; ///< degrees, degrees, mm, standard deviation of the notches in degrees
+        indexError; ///< degrees, degrees, mm, standard deviation of the indexError in degrees
 
     diagnosis::Diagnosis Captured(std::uint64_t seed) const {
         std::mt19937_64 generator(seed);
@@ -202,11 +202,11 @@ struct RealHead {
                         {diagnosis::ModelError::Kind::AxesNotSquare, 0, 99, {model::ToRadians(squareness)}},
                         {diagnosis::ModelError::Kind::AxesApart, 0, 99, {axisOffset}}};
         std::map<double, double> tilts, swivels;
-        std::normal_distribution<double> notch(0.0, 1.0);
+        std::normal_distribution<double> normal(0.0, 1.0);
         const auto captured = [&](Items items) {
             for (HeadAlignmentDataItem& item : items) {
-                const double a = tilts.try_emplace(item.APosition, notches * notch(generator)).first->second;
-                const double b = swivels.try_emplace(item.BPosition, notches * notch(generator)).first->second;
+                const double a = tilts.try_emplace(item.APosition, indexError * normal(generator)).first->second;
+                const double b = swivels.try_emplace(item.BPosition, indexError * normal(generator)).first->second;
                 const model::Vector3 p = model.Position({item.APosition + a, item.BPosition + b, {}}, 0);
                 item.XPosition = p.x;
                 item.YPosition = p.y;
@@ -232,7 +232,7 @@ TEST(Diagnosis, OfAHeadThatIsNotQuiteTrueIsNoFault) {
         {{0.3, 0.2, 0.08, 0.0},
          {diagnosis::FindingKind::HeadLeans, diagnosis::FindingKind::AxesNotSquare, diagnosis::FindingKind::AxesApart},
          "all together"},
-        {{0.0, 0.0, 0.0, 0.01}, {}, "notches that are a little off"}};
+        {{0.0, 0.0, 0.0, 0.01}, {}, "indexError that are a little off"}};
     for (const auto& each : cases) {
         for (std::uint64_t seed = 0; seed < 25; ++seed) {
             SCOPED_TRACE(each.why + (", seed " + std::to_string(seed)));

@@ -12,13 +12,13 @@ namespace {
 
 /// Points about an axis through `centre` along `axis`.
 std::vector<model::Vector3> About(const model::Vector3& centre, const model::Vector3& axis, double radius,
-                                  double firstBearing, double arc, int count) {
+                                  double firstAzimuth, double arc, int count) {
     const model::Vector3 direction = model::Unit(axis);
     const model::Vector3 u = model::Unit(model::Cross(direction, {0.1, 0.2, 1.0}));
     const model::Vector3 v = model::Cross(direction, u);
     std::vector<model::Vector3> points;
     for (int i = 0; i < count; ++i) {
-        const double angle = model::ToRadians(firstBearing + arc * i / (count - 1));
+        const double angle = model::ToRadians(firstAzimuth + arc * i / (count - 1));
         points.push_back(centre + radius * (std::cos(angle) * u + std::sin(angle) * v));
     }
     return points;
@@ -111,7 +111,7 @@ TEST(HeadAxes, ScatterAsPredictedWhenACaptureIsRepeated) {
                 p = p + model::Vector3{normal(generator), normal(generator), normal(generator)};
             return points;
         };
-        Scatter centre[3], axisOffset, square, leanX, bearing;
+        Scatter centre[3], axisOffset, square, leanX, azimuth;
         for (int i = 0; i < repetitions; ++i) {
             const auto aCircle = *diagnosis::FitAxisCircle(noisy(a, each.noise.aSet));
             const auto bCircle = *diagnosis::FitAxisCircle(noisy(b, each.noise.bSet));
@@ -123,7 +123,7 @@ TEST(HeadAxes, ScatterAsPredictedWhenACaptureIsRepeated) {
             square.Take(axes.squareness.value);
             leanX.Take(axes.offVerticalTowardsX.value);
             const double truth = model::ToDegrees(std::atan2(0.3, -1.0));
-            bearing.Take(std::remainder(diagnosis::BearingOfAAxis(aCircle) - truth, 180.0));
+            azimuth.Take(std::remainder(diagnosis::AzimuthOfAAxis(aCircle) - truth, 180.0));
         }
         for (std::size_t k = 0; k < 3; ++k) {
             EXPECT_NEAR(1.0, predicted.headCentre[k].standardDeviation / centre[k].Deviation(), share) << k;
@@ -131,7 +131,7 @@ TEST(HeadAxes, ScatterAsPredictedWhenACaptureIsRepeated) {
         EXPECT_NEAR(1.0, predicted.axisOffset.standardDeviation / axisOffset.Deviation(), share);
         EXPECT_NEAR(1.0, predicted.squareness.standardDeviation / square.Deviation(), share);
         EXPECT_NEAR(1.0, predicted.offVerticalTowardsX.standardDeviation / leanX.Deviation(), share);
-        EXPECT_NEAR(1.0, predicted.rotationStandardDeviation / bearing.Deviation(), share);
+        EXPECT_NEAR(1.0, predicted.rotationStandardDeviation / azimuth.Deviation(), share);
     }
 }
 

@@ -63,10 +63,10 @@ void AlmostIdealHead(PaperCapture& c) {
     });
 }
 void InexactIndexing(PaperCapture& c) {
-    std::normal_distribution<double> notch(0.0, 0.002);
-    const double heldB = notch(c.generator), heldA = notch(c.generator);
-    for (Measurement& each : c.aSet) each.a += notch(c.generator), each.b += heldB;
-    for (Measurement& each : c.bSet) each.b += notch(c.generator), each.a += heldA;
+    std::normal_distribution<double> index(0.0, 0.002);
+    const double heldB = index(c.generator), heldA = index(c.generator);
+    for (Measurement& each : c.aSet) each.a += index(c.generator), each.b += heldB;
+    for (Measurement& each : c.bSet) each.b += index(c.generator), each.a += heldA;
 }
 void NoNoise(PaperCapture& c) { c.noise = 0.0; }
 void EachPositionTwice(PaperCapture& c) {
@@ -122,11 +122,11 @@ void ASetInReverseOrder(PaperCapture& c) {
     Measurements lines = c.aSet;
     for (std::size_t i = 0; i < lines.size(); ++i) c.aSet[i].writtenA = lines[lines.size() - 1 - i].writtenA;
 }
-void MissANotchOfA(PaperCapture& c) {
+void MissAnIndexPositionOfA(PaperCapture& c) {
     const std::size_t from = 2 + c.Below(c.aSet.size() - 3);
     for (std::size_t i = from; i < c.aSet.size(); ++i) c.aSet[i].writtenA += 15.0;
 }
-void MissANotchOfB(PaperCapture& c) {
+void MissAnIndexPositionOfB(PaperCapture& c) {
     const std::size_t from = 2 + c.Below(c.bSet.size() - 3);
     for (std::size_t i = from; i < c.bSet.size(); ++i) c.bSet[i].writtenB += c.OneOf({15.0});
 }
@@ -434,8 +434,8 @@ const std::vector<HumanKind>& HumanKinds() {
         {"A negative", false, {"tilt-reversed"}, NegativeA, nullptr},
         {"A from the horizontal", false, {"tilt-reversed"}, AFromTheHorizontal, nullptr},
         {"A set written in reverse order", false, {"tilt-reversed"}, ASetInReverseOrder, nullptr},
-        {"an index position of A missed", false, {"angle-mistyped"}, MissANotchOfA, nullptr},
-        {"an index position of B missed", false, {"angle-mistyped"}, MissANotchOfB, nullptr},
+        {"an index position of A missed", false, {"angle-mistyped"}, MissAnIndexPositionOfA, nullptr},
+        {"an index position of B missed", false, {"angle-mistyped"}, MissAnIndexPositionOfB, nullptr},
         {"B moved within the A set", false, {"other-axis-moved"}, MoveBWithinASet, nullptr},
         {"A moved for a point of the B set", false, {"other-axis-moved"}, MoveAForAPointOfBSet, nullptr},
         {"B of the A set written wrong", false, {"set-angle-wrong"}, HeldBWrong, nullptr},

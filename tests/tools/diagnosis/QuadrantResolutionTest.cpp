@@ -19,7 +19,7 @@ diagnosis::HeadModel ModelOf(double mounting, const model::Vector3& tip) {
 const std::vector<double> allTilts{0, 15, 30, 45, 60, 75, 90};
 const model::Vector3 straight{0.0, 0.0, -180.0};
 
-TEST(FoldedRotation, IsWhatTheComponentFinds) {
+TEST(RotationByQuadrant, IsWhatTheComponentFinds) {
     // Not at mounting angles where a point is just 10 units beyond the centre: there rounding decides.
     for (const model::Vector3& tip :
          {straight, model::Vector3{-30.0, 60.0, -140.0}, model::Vector3{25.0, 0.0, -90.0}, model::Vector3{1, 2, -50}}) {
@@ -29,39 +29,39 @@ TEST(FoldedRotation, IsWhatTheComponentFinds) {
                 head.mountingAngle = mounting;
                 head.stylus = {tip.x, tip.y, tip.z};
                 const double found = UnderTest(head.ASet(b), head.BSet(75)).rotation;
-                const double folded = diagnosis::FoldedRotation(ModelOf(mounting, tip), allTilts, b);
+                const double folded = diagnosis::RotationByQuadrant(ModelOf(mounting, tip), allTilts, b);
                 EXPECT_NEAR(0.0, model::Wrapped(found - folded), 1e-6) << mounting << " at B " << b << " tip " << tip.x;
             }
         }
     }
 }
 
-TEST(FoldedRotation, TakesTheWrongSideNearTheEdgeOfAQuadrant) {
+TEST(RotationByQuadrant, TakesTheWrongSideNearTheEdgeOfAQuadrant) {
     // asin(10 / 180) is 3.18 degrees: less than that on the negative side is not seen.
-    EXPECT_NEAR(3.0, diagnosis::FoldedRotation(ModelOf(-3.0, straight), allTilts, 0.0), 1e-9);
-    EXPECT_FALSE(diagnosis::FoldIsRight(ModelOf(-3.0, straight), allTilts, 0.0));
-    EXPECT_TRUE(diagnosis::FoldIsRight(ModelOf(-3.3, straight), allTilts, 0.0));
-    EXPECT_TRUE(diagnosis::FoldIsRight(ModelOf(3.0, straight), allTilts, 0.0));
-    EXPECT_TRUE(diagnosis::FoldIsRight(ModelOf(-3.0, straight), allTilts, 45.0));
+    EXPECT_NEAR(3.0, diagnosis::RotationByQuadrant(ModelOf(-3.0, straight), allTilts, 0.0), 1e-9);
+    EXPECT_FALSE(diagnosis::QuadrantIsRight(ModelOf(-3.0, straight), allTilts, 0.0));
+    EXPECT_TRUE(diagnosis::QuadrantIsRight(ModelOf(-3.3, straight), allTilts, 0.0));
+    EXPECT_TRUE(diagnosis::QuadrantIsRight(ModelOf(3.0, straight), allTilts, 0.0));
+    EXPECT_TRUE(diagnosis::QuadrantIsRight(ModelOf(-3.0, straight), allTilts, 45.0));
 }
 
-TEST(SwivelForASafeFold, IsTheMiddleOfAQuadrantForAHeadMountedNearlySquare) {
+TEST(SwivelWithSafeQuadrant, IsTheMiddleOfAQuadrantForAHeadMountedNearlySquare) {
     for (const double mounting : {-30.0, -3.0, 0.0, 20.0, 87.0, 180.0}) {
-        EXPECT_EQ(45.0, diagnosis::SwivelForASafeFold(ModelOf(mounting, straight), allTilts)) << mounting;
+        EXPECT_EQ(45.0, diagnosis::SwivelWithSafeQuadrant(ModelOf(mounting, straight), allTilts)) << mounting;
     }
 }
 
-TEST(SwivelForASafeFold, IsAnotherPositionWhereTheUsualOnesStandNearAnEdge) {
+TEST(SwivelWithSafeQuadrant, IsAnotherPositionWhereTheUsualOnesStandNearAnEdge) {
     const diagnosis::HeadModel turned = ModelOf(45.0, straight);
-    const auto swivel = diagnosis::SwivelForASafeFold(turned, allTilts);
+    const auto swivel = diagnosis::SwivelWithSafeQuadrant(turned, allTilts);
     ASSERT_TRUE(swivel.has_value());
     for (const double off : {-5.0, 5.0})
-        EXPECT_TRUE(diagnosis::FoldIsRight(ModelOf(45.0 + off, straight), allTilts, *swivel));
+        EXPECT_TRUE(diagnosis::QuadrantIsRight(ModelOf(45.0 + off, straight), allTilts, *swivel));
 }
 
-TEST(SwivelForASafeFold, IsNotThereForAHeadThatTiltsTheOtherWay) {
+TEST(SwivelWithSafeQuadrant, IsNotThereForAHeadThatTiltsTheOtherWay) {
     EXPECT_FALSE(
-        diagnosis::SwivelForASafeFold(ModelOf(0.0, straight), std::vector{0.0, -30.0, -60.0, -90.0}).has_value());
+        diagnosis::SwivelWithSafeQuadrant(ModelOf(0.0, straight), std::vector{0.0, -30.0, -60.0, -90.0}).has_value());
 }
 
 TEST(WithStraightStylus, ReachesAsFar) {

@@ -16,7 +16,7 @@ std::vector<std::size_t> Range(std::size_t first, std::size_t last) {
     return points;
 }
 
-/// Wrong by a notch or more, or by a slip of the pen.
+/// Wrong by an index position or more, or by a slip of the pen.
 double WrongBy(DrawnCapture& capture) { return capture.OneOf({15.0, -15.0, 30.0, 90.0, 1.0, -9.0}); }
 
 Expected MistypeA(DrawnCapture& capture) {
