@@ -17,11 +17,11 @@ CaptureFile ReadCaptureFile(const std::string& fileName) {
 void RequireUnit(const CaptureFile& file, text::LengthUnit unit) {
     if (!file.unit || *file.unit == unit) return;
     const bool isInches = *file.unit == text::LengthUnit::Inch;
-    throw text::InputError{
-        file.name,
-        {},
-        std::string("the header gives the coordinates in ") +
-            (isInches ? "inches, and they are taken as millimetres" : "millimetres, and they are taken as inches")};
+    throw text::InputError{file.name,
+                           {},
+                           std::string("the header gives the coordinates in ") +
+                               (isInches ? "inches, and they are taken as millimetres: give --units in"
+                                         : "millimetres, and they are taken as inches: give --units mm")};
 }
 
 std::vector<HeadAlignmentDataItem> ReadCapture(const std::string& fileName) { return ReadCaptureFile(fileName).items; }

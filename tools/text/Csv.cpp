@@ -292,8 +292,11 @@ std::vector<std::string> FieldsOf(const Line& line, const Dialect& dialect) {
     Fields fields = dialect.splitter.Split(line.text);
     if (fields.problem != nullptr) line.Refuse(fields.problem);
     if (fields.texts.size() != dialect.header.Width()) {
+        const bool maybeDecimalCommas =
+            dialect.splitter.Separator() == ',' && fields.texts.size() > dialect.header.Width() + 1;
         line.Refuse("there are " + std::to_string(fields.texts.size()) + " fields where the header has " +
-                    std::to_string(dialect.header.Width()));
+                    std::to_string(dialect.header.Width()) +
+                    (maybeDecimalCommas ? ": numbers with decimal commas need semicolons between the columns" : ""));
     }
     return std::move(fields.texts);
 }

@@ -162,7 +162,9 @@ TEST(CaptureFile, IsRefusedWithTheLineAndTheReason) {
         {h + "0,0,1.5mm,2,3\n", 2, "XPosition '1.5mm' goes on after the number"},
         {h + "0,0,\"1,5\",2,3\n", 2,
          "XPosition '1,5' goes on after the number: the decimal mark is a point where commas separate the fields"},
-        {h + "0,0,1,5,2,5,3,5\n", 2, "there are 8 fields where the header has 5"},
+        {h + "0,0,1,5,2,5,3,5\n", 2,
+         "there are 8 fields where the header has 5: numbers with decimal commas need "
+         "semicolons between the columns"},
         {"A;B;X;Y;Z\n0;0;1,5;2;3\n0;0;1,5;2.5;3\n", 3,
          "Y '2.5' has '.' as its decimal mark, and line 2 ',': use one in the whole file"},
         {"A\tB\tX\tY\tZ\n0\t0\t1.5\t2\t3\n0\t0\t1\t2,5\t3\n", 3,
@@ -233,7 +235,9 @@ TEST(CaptureFile, IsRefusedWhereItsHeaderGivesAnotherUnitThanItIsTakenIn) {
     const std::string capture = folder.Write("capture.csv", "A,B,X [in],Y [in],Z [in]\n0,0,1,2,3\n");
     const ToolRun run = RunQmv40({"geometry", "--a-axis", capture, "--b-axis", capture});
     EXPECT_EQ(3, run.exitCode);
-    EXPECT_EQ(capture + ": the header gives the coordinates in inches, and they are taken as millimetres\n", run.err);
+    EXPECT_EQ(capture +
+                  ": the header gives the coordinates in inches, and they are taken as millimetres: give --units in\n",
+              run.err);
 }
 
 TEST(PointFile, IsReadInTheDialectsOfCaptures) {
