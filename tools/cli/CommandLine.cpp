@@ -3,7 +3,7 @@
 #include "tools/text/Failures.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
+#include <span>
 #include <sstream>
 
 namespace qmv40::cli {
@@ -59,6 +59,31 @@ CLI::Option& RefusingOptions(CLI::Option& option) {
         return value.starts_with("--") ? "a value is missing before " + value : std::string();
     });
     return option;
+}
+
+/// The command that the first arguments name, and how many of them do.
+std::pair<const CLI::App*, std::size_t> Named(const CLI::App& root, std::span<const std::string> arguments) {
+    const CLI::App* command = &root;
+    std::size_t count = 0;
+    for (const std::string& argument : arguments) {
+        const auto named = command->get_subcommands([&](const CLI::App* each) { return each->get_name() == argument; });
+        if (named.empty()) break;
+        command = named.front();
+        ++count;
+    }
+    return {command, count};
+}
+
+/// Empty where the arguments name a command that can be run. The parser does not say which ones there are.
+std::string ProblemWithCommand(const CLI::App& root, std::span<const std::string> arguments) {
+    const auto [command, count] = Named(root, arguments);
+    std::vector<std::string> names;
+    for (const CLI::App* const each : command->get_subcommands({})) names.push_back(each->get_name());
+    if (names.empty()) return {};
+    const std::string choice = Joined(names, ", ");
+    if (count == arguments.size()) return "a command is missing: one of " + choice;
+    if (arguments[count].starts_with("-")) return {};
+    return "there is no command '" + arguments[count] + "': give one of " + choice;
 }
 
 void ReadOrRefuse(const char* name, const Command::Reader& read, const std::string& value) {
@@ -134,26 +159,21 @@ CommandLine::~CommandLine() = default;
 
 Command CommandLine::Root() { return Command(*app); }
 
-void CommandLine::Run(std::vector<std::string> arguments, const text::Console& console) {
+void CommandLine::Run(const std::vector<std::string>& arguments, const text::Console& console) {
     try {
-        std::ranges::reverse(arguments); // the parser takes them from the end
-        app->parse(std::move(arguments));
+        app->parse(std::vector(arguments.rbegin(), arguments.rend())); // the parser takes them from the end
     } catch (const CLI::Success& help) {
         app->exit(help, console.out, console.err);
     } catch (const CLI::ParseError& error) {
-        throw text::UsageError{error.what()};
+        const std::string problem = ProblemWithCommand(*app, arguments);
+        throw text::UsageError{problem.empty() ? error.what() : problem};
     }
 }
 
 std::string CommandLine::CommandOf(const std::vector<std::string>& arguments) const {
     std::string words;
-    const CLI::App* command = app.get();
-    for (const std::string& argument : arguments) {
-        const auto named = command->get_subcommands([&](const CLI::App* each) { return each->get_name() == argument; });
-        if (named.empty()) break;
-        command = named.front();
-        words.append(words.empty() ? "" : "-").append(argument);
-    }
+    for (const std::string& word : std::span(arguments).first(Named(*app, arguments).second))
+        words.append(words.empty() ? "" : "-").append(word);
     return words;
 }
 

@@ -91,7 +91,7 @@ public:
     Command Root();
     /// Reads the arguments after the tool's name and runs the command that they name. Prints help on request. Throws
     /// UsageError for arguments that are wrong. What the command throws passes through.
-    void Run(std::vector<std::string> arguments, const text::Console& console);
+    void Run(const std::vector<std::string>& arguments, const text::Console& console);
     /// The command at the beginning of the arguments, its words joined by dashes: "move", "settings-show". Empty when
     /// they begin with no command.
     std::string CommandOf(const std::vector<std::string>& arguments) const;

@@ -97,12 +97,12 @@ void RefuseEmptyValues(const std::vector<std::string>& arguments) {
     }
 }
 
-int RunCommand(std::vector<std::string> arguments, CommandLine& tool, const text::Console& console) {
+int RunCommand(const std::vector<std::string>& arguments, CommandLine& tool, const text::Console& console) {
     const Refusal refusal(tool, arguments, console);
     try {
         const component::ComponentRuntime runtime;
         RefuseEmptyValues(arguments);
-        tool.Run(std::move(arguments), console);
+        tool.Run(arguments, console);
         return exitDone;
     } catch (const CommandEnded& ended) {
         return ended.exitCode;
@@ -134,9 +134,9 @@ std::unique_ptr<CommandLine> MakeTool(const text::Console& console) {
     return tool;
 }
 
-int RunTool(std::vector<std::string> arguments, const text::Console& console) {
+int RunTool(const std::vector<std::string>& arguments, const text::Console& console) {
     const std::unique_ptr<CommandLine> tool = MakeTool(console);
-    const int exitCode = RunCommand(std::move(arguments), *tool, console);
+    const int exitCode = RunCommand(arguments, *tool, console);
     if (console.out.flush()) return exitCode;
     console.err << "qmv40: the output could not be written\n";
     return exitBadFile;

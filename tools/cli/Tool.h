@@ -13,7 +13,7 @@ namespace qmv40::cli {
 std::unique_ptr<CommandLine> MakeTool(const text::Console& console);
 
 /// Runs the tool with the arguments after its name (UTF-8) and returns its exit code (ExitCode.h).
-int RunTool(std::vector<std::string> arguments, const text::Console& console);
+int RunTool(const std::vector<std::string>& arguments, const text::Console& console);
 
 /// True unless the user asked for plain text by setting NO_COLOR.
 bool ColourIsWelcome();

@@ -44,7 +44,7 @@ ToolRun RunQmv40(std::vector<std::string> arguments) {
     std::ostringstream err;
     const bool printsDocument =
         std::ranges::count(arguments, "--json") != 0 && std::ranges::count(arguments, "--help") == 0;
-    const int exitCode = cli::RunTool(std::move(arguments), {out, err, false});
+    const int exitCode = cli::RunTool(arguments, {out, err, false});
     if (printsDocument) KeepDocument(out.str());
     return {exitCode, out.str(), err.str()};
 }

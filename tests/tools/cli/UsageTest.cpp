@@ -73,6 +73,24 @@ TEST(Usage, WhatMakesNoSenseIsRefusedAndNothingElseIsPrinted) {
     }
 }
 
+TEST(Usage, ACommandThatIsNoneIsAnsweredWithThoseThereAre) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* message;
+        const char* why;
+    } cases[] = {
+        {{}, "a command is missing: one of geometry, move, ", "none at all"},
+        {{"mvoe", "--from", "0,0"}, "there is no command 'mvoe': give one of geometry, move, ", "a slip of the hand"},
+        {{"settings"}, "a command is missing: one of show, validate, write", "one of a command's own"},
+        {{"settings", "list"}, "there is no command 'list': give one of show, validate, write", "another word for it"},
+    };
+    for (const auto& each : cases) {
+        const ToolRun run = RunQmv40(each.arguments);
+        EXPECT_EQ(2, run.exitCode) << each.why;
+        EXPECT_THAT(run.err, testing::HasSubstr(each.message)) << each.why;
+    }
+}
+
 TEST(Usage, ADocumentIsWantedForWrongUsageToo) {
     const struct {
         std::vector<std::string> arguments;

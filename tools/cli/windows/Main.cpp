@@ -33,7 +33,7 @@ int wmain(int argc, wchar_t** argv) {
                                        qmv40::text::OutputIsTerminal() && qmv40::cli::ColourIsWelcome(),
                                        qmv40::text::ErrorsGoToTerminal()};
     if (isDoubleClicked) arguments = {"--help"};
-    const int exitCode = qmv40::cli::RunTool(std::move(arguments), console);
+    const int exitCode = qmv40::cli::RunTool(arguments, console);
     if (isDoubleClicked) WaitForReader();
     return exitCode;
 }
