@@ -18,8 +18,9 @@ namespace qmv40 {
 /// file. Elsewhere a file name without a folder is one in the current folder.
 
 /// Reads a file as it is at one moment, even if another program replaces the file meanwhile. Never waits.
-/// On Windows no program can replace the file during the life of this object, if its name is absolute. A program that
-/// writes into the file itself still changes what is read.
+/// On Windows no program can replace the file during the life of this object, if its name is absolute, and no save of
+/// this component can write into it. While such a save writes, no entry is found. Another program that writes into the
+/// file itself still changes what is read.
 class ProfileReader {
 public:
     explicit ProfileReader(const wchar_t* fileName);

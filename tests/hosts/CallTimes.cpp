@@ -1,6 +1,7 @@
 // What a call costs in a host that runs with 53 bits of x87 precision, as programs of the platform start. A
 // measurement, not a test: nothing fails by taking long.
 
+#include "hosts/Imports.h"
 #include "hosts/Subjects.h"
 #include "hosts/WholeJob.h"
 
@@ -12,10 +13,11 @@ double Nanoseconds(long long ticks, int calls) {
     return static_cast<double>(ticks) * 1e9 / static_cast<double>(perSecond) / calls;
 }
 
-/// The shortest of eleven rounds: other programs can only make a round longer.
-template <class Call> void Print(const char* what, int calls, Call&& call) {
+/// The shortest mean of many short rounds: other programs can only make a round longer, and a short one often comes to
+/// its end between them.
+template <class Call> void Print(const char* what, int rounds, int calls, Call&& call) {
     double shortest = 1e300;
-    for (int round = 0; round < 11; ++round) {
+    for (int round = 0; round < rounds; ++round) {
         long long begin = 0;
         long long end = 0;
         QueryPerformanceCounter(&begin);
@@ -27,21 +29,30 @@ template <class Call> void Print(const char* what, int calls, Call&& call) {
     printf("  %-40s %8.0f ns\n", what, shortest);
 }
 
-void PrintTable(IQMVCalculator2& calculator, int calls) {
+/// Stands in for the opening of a key of the registry: there is none, at once.
+long __stdcall NoKey(void*, const char*, DWORD, DWORD, void**) { return 2; }
+
+void PrintTable(const Server& server, IQMVCalculator2& calculator, int rounds) {
+    constexpr int few = 20;
+    constexpr int many = 500;
     double a = 0.0;
     double b = 0.0;
     XYZData position{};
     RequiredMoves moves{};
-    Print("AddRef and Release, nothing of ours", calls, [&] {
+    const auto plan = [&] { ThrownByCalculateMove(calculator, 45.0, 90.0, &moves); };
+    Print("AddRef and Release, nothing of ours", rounds, many, [&] {
         calculator.AddRef();
         calculator.Release();
     });
-    Print("GetCurrentHeadPosition", calls, [&] { calculator.GetCurrentHeadPosition(&a, &b); });
-    Print("SetCurrentHeadPosition", calls, [&] { calculator.SetCurrentHeadPosition(15.0, 30.0); });
-    Print("GetPoleSpherePosition", calls, [&] { calculator.GetPoleSpherePosition(&position); });
-    Print("CalculateMove", calls / 100, [&] { ThrownByCalculateMove(calculator, 45.0, 90.0, &moves); });
-    Print("CalculateMove, refused", calls / 100, [&] { ThrownByCalculateMove(calculator, 50.0, 90.0, &moves); });
-    Print("GetStartPosition", calls / 100, [&] { calculator.GetStartPosition(&position); });
+    Print("GetCurrentHeadPosition", rounds, many, [&] { calculator.GetCurrentHeadPosition(&a, &b); });
+    Print("GetPoleSpherePosition", rounds, many, [&] { calculator.GetPoleSpherePosition(&position); });
+    Print("SetCurrentHeadPosition", rounds, many, [&] { calculator.SetCurrentHeadPosition(15.0, 30.0); });
+    Print("CalculateMove", rounds, few, plan);
+    Print("CalculateMove, refused", rounds, few, [&] { ThrownByCalculateMove(calculator, 50.0, 90.0, &moves); });
+    Print("GetStartPosition", rounds, few, [&] { calculator.GetStartPosition(&position); });
+    const ReplacedImport withoutSettings(server.Module(), "RegOpenKeyExA", reinterpret_cast<void*>(NoKey));
+    Expect(withoutSettings.IsDone(), "the component asks nobody for its settings");
+    Print("CalculateMove, no settings to read", 4 * rounds, few, plan);
 }
 
 } // namespace
@@ -57,7 +68,7 @@ void CallTimes(int rounds) {
     for (const unsigned short& word : words) {
         printf("x87 control word 0x%04X\n", word);
         __asm__ volatile("fnclex\n\tfldcw %0" : : "m"(word));
-        PrintTable(*calculator, rounds);
+        PrintTable(server, *calculator, rounds);
     }
     calculator->Release();
 }

@@ -18,6 +18,7 @@ public:
     /// A new calculator. The caller releases it.
     IQMVCalculator2* Create() const;
     HRESULT CanUnloadNow() const;
+    HMODULE Module() const { return module; }
 
 private:
     HMODULE module;

@@ -16,7 +16,7 @@ int HostMain(int count, char** arguments) {
                     {"control-words", ControlWords, 200},
                     {"threads", Threads, 50},
                     {"cycles", Cycles, 400},
-                    {"call-times", CallTimes, 200000}};
+                    {"call-times", CallTimes, 1000}};
     for (const auto& subject : subjects) {
         if (count < 2 || strcmp(arguments[1], subject.name) != 0) continue;
         CoInitializeEx(nullptr, 2); // a single-threaded apartment

@@ -111,6 +111,7 @@ __declspec(dllimport) int __stdcall HeapLock(HANDLE);
 __declspec(dllimport) int __stdcall HeapUnlock(HANDLE);
 __declspec(dllimport) int __stdcall HeapWalk(HANDLE, HeapEntry*);
 __declspec(dllimport) int __stdcall K32GetProcessMemoryInfo(HANDLE, ProcessMemory*, DWORD);
+__declspec(dllimport) int __stdcall VirtualProtect(void*, Size, DWORD, DWORD*);
 __declspec(dllimport) int __stdcall QueryPerformanceCounter(long long*);
 __declspec(dllimport) int __stdcall QueryPerformanceFrequency(long long*);
 // ntdll

@@ -1,7 +1,6 @@
 #include "platform/windows/FileContent.h"
 
 #include "formats/EncodedText.h"
-#include "platform/windows/FileHandle.h"
 
 namespace qmv40 {
 
@@ -32,10 +31,17 @@ std::optional<std::string> ContentOf(const std::wstring& name) {
     return ContentOf(FileHandle(name, GENERIC_READ, shareAll));
 }
 
+bool Claim(ContentRight right, const FileHandle& file) {
+    OVERLAPPED farBehind{};
+    farBehind.OffsetHigh = 0x40000000;
+    const DWORD how = static_cast<DWORD>(right) | LOCKFILE_FAIL_IMMEDIATELY;
+    return LockFileEx(file.Get(), how, 0, 1, 0, &farBehind) != 0 || GetLastError() != ERROR_LOCK_VIOLATION;
+}
+
 bool Overwrite(const std::wstring& name, const std::string& content) {
     const FileHandle file(name, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);
     const std::optional<std::string> before = ContentOf(file);
-    if (!before) return false;
+    if (!before || !Claim(ContentRight::toWrite, file)) return false;
     if (Put(file, content)) return true;
     Put(file, *before);
     return false;

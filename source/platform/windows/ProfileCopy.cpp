@@ -51,6 +51,9 @@ public:
         if (exists) DeleteFileW(name.c_str());
     }
 
+    /// No copy was made, because somebody held the file for longer than a save waits.
+    bool IsTargetHeld() const { return isTargetHeld; }
+
     bool Take(std::span<const ProfileEntry> entries) const {
         const auto isTaken = [&](const ProfileEntry& entry) { return WriteEntry(entry, narrow); };
         return exists && CopyPermissions() && RemoveMark(name) && std::ranges::all_of(entries, isTaken) && Flush(name);
@@ -71,13 +74,25 @@ public:
     }
 
 private:
-    bool Make() const {
+    bool Make() {
         if (Exists(target)) {
-            while (CopyFileW(target.c_str(), name.c_str(), TRUE) == 0)
-                if (GetLastError() != ERROR_SHARING_VIOLATION || !patience.Wait()) return false;
-            return true;
+            DWORD error = CopyTarget();
+            while (IsHeldBySomebody(error) && patience.Wait()) error = CopyTarget();
+            isTargetHeld = IsHeldBySomebody(error);
+            return error == ERROR_SUCCESS;
         }
         return GetLastError() == ERROR_FILE_NOT_FOUND && FileHandle(name, GENERIC_WRITE, 0, CREATE_NEW).IsOpen();
+    }
+
+    static bool IsHeldBySomebody(DWORD error) {
+        return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
+    }
+
+    /// No other save writes into the file meanwhile.
+    DWORD CopyTarget() const {
+        const FileHandle source(target, GENERIC_READ, shareAll);
+        if (source.IsOpen() && !Claim(ContentRight::toRead, source)) return ERROR_LOCK_VIOLATION;
+        return CopyFileW(target.c_str(), name.c_str(), TRUE) != 0 ? ERROR_SUCCESS : GetLastError();
     }
 
     bool CopyPermissions() const {
@@ -93,6 +108,7 @@ private:
     Patience& patience;
     std::string narrow;
     std::wstring name;
+    bool isTargetHeld = false;
     bool exists;
 };
 
@@ -120,6 +136,7 @@ std::optional<bool> WriteByCopy(const std::wstring& file, const std::string& nam
     if (!isReplaceable) return false;
     if (!*isReplaceable) return std::nullopt;
     Copy copy(file, name, patience);
+    if (copy.IsTargetHeld()) return false;
     if (!copy.Take(entries)) return std::nullopt;
     return copy.TakePlace() || copy.GiveContent();
 }

@@ -1,6 +1,6 @@
 #include "platform/ProfileFile.h"
 
-#include "platform/windows/FileHandle.h"
+#include "platform/windows/FileContent.h"
 #include "platform/windows/NarrowNames.h"
 #include "platform/windows/ProfileCopy.h"
 
@@ -15,25 +15,34 @@ struct ProfileReader::State {
 
 namespace {
 
-/// Keeps others from replacing the file and from writing into it. A file that a save looks at or replaces at this very
-/// moment can be opened at once after that: a few attempts, without a pause. One that another program keeps open for
-/// writing is kept from being replaced alone.
-FileHandle Hold(const wchar_t* fileName) {
+/// Keeps others from replacing the file and from writing into it. A file that a save looks at, replaces or writes into
+/// at this very moment can be opened at once after that: a few attempts, without a pause. If another program keeps it
+/// open for writing, saves alone are kept from it. Nothing if a save writes into the file all the while: a part of the
+/// old geometry would be read, and a part of the new one.
+std::optional<FileHandle> Hold(const wchar_t* fileName) {
     constexpr int mostAttempts = 10;
+    bool isWrittenInto = false;
     for (const DWORD sharing : {DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE}}) {
         for (int attempt = 0; attempt < mostAttempts; ++attempt) {
             FileHandle file(fileName, GENERIC_READ, sharing);
-            if (file.IsOpen() || !IsInUse(GetLastError())) return file;
+            if (!file.IsOpen() && !IsInUse(GetLastError())) return FileHandle();
+            isWrittenInto = file.IsOpen() && !Claim(ContentRight::toRead, file);
+            if (file.IsOpen() && !isWrittenInto) return file;
         }
     }
-    return {};
+    return isWrittenInto ? std::nullopt : std::optional(FileHandle());
 }
 
 } // namespace
 
 ProfileReader::ProfileReader(const wchar_t* fileName)
     : state(std::make_unique<State>(State{NarrowFileName(fileName), {}})) {
-    if (state->name && IsAbsolute(fileName)) state->held = Hold(fileName);
+    if (!state->name || !IsAbsolute(fileName)) return;
+    std::optional<FileHandle> held = Hold(fileName);
+    if (held)
+        state->held = std::move(*held);
+    else
+        state->name.reset(); // then no entry is found
 }
 
 ProfileReader::~ProfileReader() = default;

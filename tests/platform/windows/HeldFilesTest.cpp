@@ -1,10 +1,12 @@
-#include "platform/windows/FileHandle.h"
+#include "platform/windows/FileContent.h"
 #include "platform/windows/ProfileCopy.h"
 #include "tests/platform/ProfileOnDisk.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <set>
 #include <string>
 #include <thread>
 
@@ -165,6 +167,69 @@ TEST_F(HeldFiles, HaveACopyOfItsOwnForEachSaveThatWaits) {
     EXPECT_EQ(mostFiles, 3) << "the file and two copies";
     EXPECT_EQ(profile.Content(), after);
     EXPECT_EQ(FilesInFolder(), 1);
+}
+
+TEST_F(HeldFiles, AreNotReadWhileASaveWritesIntoThem) {
+    {
+        const FileHandle save(profile.Path().wstring(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);
+        ASSERT_TRUE(Claim(ContentRight::toWrite, save));
+        EXPECT_EQ(profile.Read(L"S", L"a"), "default");
+    }
+    EXPECT_EQ(profile.Read(L"S", L"a"), "1");
+}
+
+// A copy of a file that is half written would lose lines of other programs.
+TEST_F(HeldFiles, AreNotCopiedWhileASaveWritesIntoThem) {
+    {
+        const FileHandle save(profile.Path().wstring(), GENERIC_READ, shareAll);
+        ASSERT_TRUE(Claim(ContentRight::toWrite, save));
+        EXPECT_FALSE(Save());
+        EXPECT_GE(testClock.asked, 200U);
+        EXPECT_EQ(profile.Content(), before);
+        EXPECT_EQ(FilesInFolder(), 1);
+    }
+    EXPECT_TRUE(Save());
+}
+
+TEST_F(HeldFiles, AreNotWrittenIntoWhileALoadReadsWhatAnotherProgramLeft) {
+    {
+        FileHandle other(profile.Path().wstring(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
+        ASSERT_TRUE(other.IsOpen());
+        const ProfileReader reader(profile.Path().wstring().c_str());
+        other = FileHandle();
+        EXPECT_FALSE(Save());
+        EXPECT_EQ(profile.Content(), before);
+    }
+    EXPECT_TRUE(Save());
+}
+
+/// Saves the two contents in turn; the file is held, so that each is written into it.
+void SaveInTurn(const std::wstring& path, int saves) {
+    const ProfileEntry others[] = {{"S", "a", "1"}, {"S", "b", "2"}};
+    for (int i = 0; i < saves; ++i) {
+        Patience patience(clock);
+        WriteEntries(path, i % 2 == 0 ? std::span(entries) : std::span(others), patience);
+    }
+}
+
+TEST_F(HeldFiles, AreNeverReadInPartWhileSavesWriteIntoThem) {
+    const FileHandle held(profile.Path().wstring(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    testClock.late = mostWaiting; // a save gives up waiting at once
+    std::atomic<bool> ended = false;
+    std::thread saves([&] {
+        SaveInTurn(profile.Path().wstring(), 100);
+        ended = true;
+    });
+    std::set<std::string> read;
+    while (!ended) {
+        const ProfileReader reader(profile.Path().wstring().c_str());
+        char a[8], b[8];
+        reader.Read(L"S", L"a", "none", a);
+        reader.Read(L"S", L"b", "none", b);
+        read.insert(std::string(a) + ' ' + b);
+    }
+    saves.join();
+    for (const std::string& both : read) EXPECT_TRUE(both == "1 2" || both == "10 20" || both == "none none") << both;
 }
 
 // Another program that lets others write but not delete: the file keeps its place and gets the copy's content, whole.

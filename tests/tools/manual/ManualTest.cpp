@@ -3,6 +3,7 @@
 #include "tests/tools/cli/ToolRun.h"
 
 #include <gtest/gtest.h>
+#include <regex>
 #include <set>
 #include <sstream>
 
@@ -100,6 +101,29 @@ TEST(Manual, CompletionsHoldEveryCommandAndEveryOption) {
             for (const std::string& option : help.options) EXPECT_TRUE(PageHolds(script, option)) << Typed(command);
         }
     }
+}
+
+// PowerShell refuses the whole script for a key that stands twice in a table, or for a quote that is not closed.
+TEST(Manual, PowerShellTablesNameEachKeyOnceAndQuoteEveryWord) {
+    const std::regex row("        '([^']*)' = @\\(('[^'$`]+'(, '[^'$`]+')*)?\\)");
+    std::istringstream script(manual::PowerShellCompletion(manual::DescribeTool()));
+    std::set<std::string> keys;
+    bool isInTable = false;
+    int tables = 0;
+    for (std::string line; std::getline(script, line);) {
+        std::smatch match;
+        if (line == "    }") isInTable = false;
+        if (isInTable) {
+            EXPECT_TRUE(std::regex_match(line, match, row)) << line;
+            EXPECT_TRUE(keys.insert(match[1]).second) << line;
+        }
+        if (!line.ends_with(" = @{")) continue;
+        isInTable = true;
+        keys.clear();
+        ++tables;
+    }
+    EXPECT_EQ(tables, 2);
+    EXPECT_FALSE(isInTable);
 }
 
 TEST(Usage, EveryCommandTeachesByAnExampleOfItself) {

@@ -1,0 +1,19 @@
+#pragma once
+
+/// A loaded module calls another function instead of one that it imports by its name, for the length of a scope.
+class ReplacedImport {
+public:
+    ReplacedImport(void* module, const char* function, void* replacement);
+    ReplacedImport(const ReplacedImport&) = delete;
+    ReplacedImport& operator=(const ReplacedImport&) = delete;
+    ~ReplacedImport();
+
+    /// False if the module imports no such function.
+    bool IsDone() const { return place != nullptr; }
+
+private:
+    void Put(void* function);
+
+    void** place;
+    void* before;
+};
