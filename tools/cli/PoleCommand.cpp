@@ -34,7 +34,7 @@ void AddPoleCommand(Command tool, const text::Console& console) {
     command.SetFooter("Example:\n"
                       "  qmv40 pole --geometry head.ini\n"
                       "\n"
-                      "It is the head centre as well: the point where the A and B axes meet.");
+                      "It is the head centre of the geometry as well.");
     command.OnRun([options, &console] { Run(*options, console); });
 }
 

@@ -3,12 +3,9 @@
 #include "tools/check/obstacles/Mesh.h"
 #include "tools/check/obstacles/StlFile.h"
 #include "tools/model/Angles.h"
+#include "tools/text/DocumentPlace.h"
 #include "tools/text/Files.h"
-#include "tools/text/Json.h"
 #include "tools/text/Text.h"
-
-#include <optional>
-#include <set>
 
 namespace qmv40::check::obstacles {
 
@@ -16,56 +13,18 @@ namespace {
 
 using model::Vector3;
 
-/// A place in the document, for messages, such as obstacles[0].size.
-struct Place {
-    const std::string& file;
-    std::string path;
-    const text::Json& value;
+using Place = text::DocumentPlace;
 
-    [[noreturn]] void Refuse(const std::string& problem) const {
-        throw text::InputError{file, {}, (path.empty() ? "the document" : path) + " " + problem};
-    }
+double LengthAt(const Place& place) {
+    const double length = place.Number();
+    if (!(length > 0.0)) place.Refuse("is not a length above 0");
+    return length;
+}
 
-    void AcceptOnly(const std::set<std::string>& names) const {
-        if (!value.IsObject()) Refuse("is not an object");
-        for (const text::Json::Member& member : value.AllMembers()) {
-            if (!names.contains(member.name)) Refuse("has a member " + member.name + ", which means nothing here");
-        }
-    }
-
-    std::optional<Place> Find(const std::string& name) const {
-        const text::Json* const found = value.Find(name);
-        if (found == nullptr) return std::nullopt;
-        return Place{file, path + (path.empty() ? "" : ".") + name, *found};
-    }
-
-    Place Member(const std::string& name) const {
-        const auto found = Find(name);
-        if (!found) Refuse("has no member " + name);
-        return *found;
-    }
-
-    double Number() const {
-        if (!value.Number()) Refuse("is not a number");
-        return *value.Number();
-    }
-
-    double Length() const {
-        const double length = Number();
-        if (!(length > 0.0)) Refuse("is not a length above 0");
-        return length;
-    }
-
-    std::string Text() const {
-        if (value.Text() == nullptr) Refuse("is not a text");
-        return *value.Text();
-    }
-
-    Vector3 Point() const {
-        AcceptOnly({"X", "Y", "Z"});
-        return {Member("X").Number(), Member("Y").Number(), Member("Z").Number()};
-    }
-};
+Vector3 PointAt(const Place& place) {
+    place.AcceptOnly({"X", "Y", "Z"});
+    return {place.Member("X").Number(), place.Member("Y").Number(), place.Member("Z").Number()};
+}
 
 Obstacle ObstacleOf(const std::string& name, const std::string& shape, std::vector<Triangle> triangles) {
     const std::size_t count = triangles.size();
@@ -97,17 +56,17 @@ std::vector<Triangle> BoxAt(const Place& place) {
     const Place size = place.Member("size");
     size.AcceptOnly({"X", "Y", "Z"});
     std::vector<Triangle> box =
-        BoxSurface({}, {size.Member("X").Length(), size.Member("Y").Length(), size.Member("Z").Length()});
-    Set(box, TurnOf(place), place.Member("centre").Point());
+        BoxSurface({}, {LengthAt(size.Member("X")), LengthAt(size.Member("Y")), LengthAt(size.Member("Z"))});
+    Set(box, TurnOf(place), PointAt(place.Member("centre")));
     return box;
 }
 
 std::vector<Triangle> CylinderAt(const Place& place) {
     place.AcceptOnly({"name", "shape", "from", "to", "diameter"});
-    const Vector3 from = place.Member("from").Point();
-    const Vector3 to = place.Member("to").Point();
+    const Vector3 from = PointAt(place.Member("from"));
+    const Vector3 to = PointAt(place.Member("to"));
     if (model::Distance(from, to) == 0.0) place.Refuse("has both ends at one point");
-    return CylinderSurface(from, to, place.Member("diameter").Length() / 2.0);
+    return CylinderSurface(from, to, LengthAt(place.Member("diameter")) / 2.0);
 }
 
 std::vector<Triangle> MeshAt(const Place& place) {
@@ -116,12 +75,11 @@ std::vector<Triangle> MeshAt(const Place& place) {
     const std::string name = text::Utf8Name(folder / text::PathOf(place.Member("file").Text()));
     std::vector<Triangle> mesh = TrianglesOfStl(name, text::ReadWholeFile(name));
     const auto at = place.Find("at");
-    Set(mesh, TurnOf(place), at ? at->Point() : Vector3{});
+    Set(mesh, TurnOf(place), at ? PointAt(*at) : Vector3{});
     return mesh;
 }
 
 Obstacle ObstacleAt(const Place& place) {
-    if (!place.value.IsObject()) place.Refuse("is not an object");
     const std::string name = place.Member("name").Text();
     const std::string shape = place.Member("shape").Text();
     if (shape == "box") return ObstacleOf(name, shape, BoxAt(place));
@@ -136,12 +94,8 @@ std::vector<Obstacle> ObstaclesOf(const std::string& fileName, const std::string
     whole.AcceptOnly({"format", "version", "obstacles"});
     if (whole.Member("format").Text() != "qmv40/obstacles") whole.Member("format").Refuse("is not qmv40/obstacles");
     if (whole.Member("version").Number() != 1.0) whole.Member("version").Refuse("is not 1");
-    const Place list = whole.Member("obstacles");
-    if (!list.value.IsArray()) list.Refuse("is not a list");
     std::vector<Obstacle> obstacles;
-    for (const text::Json& each : list.value.AllElements()) {
-        obstacles.push_back(ObstacleAt({fileName, "obstacles[" + std::to_string(obstacles.size()) + "]", each}));
-    }
+    for (const Place& each : whole.Member("obstacles").Elements()) obstacles.push_back(ObstacleAt(each));
     return obstacles;
 }
 

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "tools/text/Json.h"
+
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qmv40::text {
+
+/// A value in a document that is being read, with its place for messages, such as plans[0].moves[2].record. What is
+/// not as it is wanted is thrown as InputError, in the name of the file. The document must live as long.
+struct DocumentPlace {
+    const std::string& file;
+    std::string path; ///< empty: the whole document
+    const Json& value;
+
+    [[noreturn]] void Refuse(const std::string& problem) const;
+
+    /// Refuses an object with a member of another name.
+    void AcceptOnly(std::initializer_list<std::string_view> names) const;
+    /// A member of an object; empty when there is none.
+    std::optional<DocumentPlace> Find(const std::string& name) const;
+    DocumentPlace Member(const std::string& name) const;
+    /// The elements of a list.
+    std::vector<DocumentPlace> Elements() const;
+
+    double Number() const;
+    std::string Text() const;
+
+private:
+    void RequireObject() const;
+};
+
+} // namespace qmv40::text
