@@ -3,7 +3,7 @@
 #include "tools/cli/Options.h"
 #include "tools/component/Calculator.h"
 #include "tools/component/ComponentError.h"
-#include "tools/settings/Complaint.h"
+#include "tools/settings/Finding.h"
 #include "tools/settings/GeometryFile.h"
 #include "tools/settings/Installation.h"
 #include "tools/settings/MachineSettings.h"
@@ -30,24 +30,21 @@ struct Diagnosis {
     settings::SettingsReading reading;
     std::array<double, headSettingCount> inForce{};
     std::optional<settings::GeometryFileState> geometry;
-    std::vector<settings::Complaint> complaints;
+    std::vector<text::Finding> findings;
 
-    void Add(const std::vector<settings::Complaint>& more) {
-        complaints.insert(complaints.end(), more.begin(), more.end());
-    }
+    void Add(const std::vector<text::Finding>& more) { findings.insert(findings.end(), more.begin(), more.end()); }
 };
 
 /// The component; null, with a finding, when it cannot be created.
-std::unique_ptr<component::Calculator> CreateCalculator(std::vector<settings::Complaint>& complaints) {
+std::unique_ptr<component::Calculator> CreateCalculator(std::vector<text::Finding>& findings) {
     try {
         return std::make_unique<component::Calculator>();
     } catch (const component::ComponentError& error) {
         const std::string remedy = component::Remedy(error.code);
-        complaints.push_back(
-            {{},
-             "",
-             "The component cannot be created: " + component::CodeText(error.code) + ", " + error.description,
-             remedy.empty() ? "Install and register it again." : remedy});
+        findings.push_back(settings::FindingAbout(
+            {}, "component-not-created", text::Severity::Fault,
+            "The component cannot be created: " + component::CodeText(error.code) + ", " + error.description,
+            remedy.empty() ? "Install and register it again." : remedy));
         return nullptr;
     }
 }
@@ -58,16 +55,16 @@ Diagnosis Diagnose(const DoctorOptions& options) {
     diagnosis.tool = {{"version", "version", QMV40_VERSION},
                       {"file", "file", settings::OwnFile()},
                       {"bits", "bits", static_cast<int>(sizeof(void*)) * bitsOfByte}};
-    const std::unique_ptr<component::Calculator> calculator = CreateCalculator(diagnosis.complaints);
+    const std::unique_ptr<component::Calculator> calculator = CreateCalculator(diagnosis.findings);
     diagnosis.installation = settings::ExamineInstallation();
-    diagnosis.Add(diagnosis.installation.complaints);
+    diagnosis.Add(diagnosis.installation.findings);
     diagnosis.machine = settings::ReadMachineSettings();
     diagnosis.reading = settings::ReadSettings(diagnosis.machine.stored);
     diagnosis.inForce = settings::SettingsInForce();
-    diagnosis.Add(diagnosis.reading.complaints);
+    diagnosis.Add(diagnosis.reading.findings);
     if (!options.geometry.empty()) {
         diagnosis.geometry = settings::ExamineGeometryFile(options.geometry, calculator.get());
-        diagnosis.Add(diagnosis.geometry->complaints);
+        diagnosis.Add(diagnosis.geometry->findings);
     }
     return diagnosis;
 }
@@ -98,7 +95,7 @@ text::Json DiagnosisJson(const Diagnosis& diagnosis, const DoctorOptions& option
                           {"state", diagnosis.machine.state},
                           {"values", settings::SettingsJson(diagnosis.reading, diagnosis.inForce)}}}};
     if (diagnosis.geometry) document["geometry"] = GeometryJson(*diagnosis.geometry, options.geometry);
-    document["findings"] = settings::ComplaintsJson(diagnosis.complaints);
+    document["findings"] = text::FindingsJson(diagnosis.findings);
     return document;
 }
 
@@ -136,8 +133,8 @@ void Print(const Diagnosis& diagnosis, const DoctorOptions& options, const text:
     console.out << console.Strong("Settings of the head") << "\n  " << settings::PlaceText(diagnosis.machine) << '\n';
     settings::PrintSettings(diagnosis.reading, diagnosis.inForce, console);
     if (diagnosis.geometry) PrintGeometry(*diagnosis.geometry, options.geometry, console);
-    console.out << '\n' << console.Strong(diagnosis.complaints.empty() ? "Nothing is wrong." : "Found") << '\n';
-    settings::PrintComplaints(diagnosis.complaints, console.out);
+    console.out << '\n' << console.Strong(diagnosis.findings.empty() ? "Nothing is wrong." : "Found") << '\n';
+    text::PrintFindings(diagnosis.findings, console.out);
 }
 
 void Run(const DoctorOptions& options, const text::Console& console) {
@@ -148,7 +145,7 @@ void Run(const DoctorOptions& options, const text::Console& console) {
     } else {
         Print(diagnosis, options, console);
     }
-    if (!diagnosis.complaints.empty()) throw CommandEnded{exitFindings};
+    if (!diagnosis.findings.empty()) throw CommandEnded{exitFindings};
 }
 
 } // namespace

@@ -114,9 +114,9 @@ SettingsInUse::SettingsInUse(const CommonOptions& options, const text::Console& 
     const settings::MachineSettings machine = settings::ReadMachineSettings();
     if (machine.state == "missing") return; // the built-in values are then in force
     const settings::SettingsReading reading = settings::ReadSettings(machine.stored);
-    if (reading.complaints.empty()) return;
+    if (reading.findings.empty()) return;
     console.err << "warning: not all settings in " << machine.place << " are read as they look:\n";
-    settings::PrintComplaints(reading.complaints, console.err);
+    text::PrintFindings(reading.findings, console.err);
 }
 
 } // namespace qmv40::cli

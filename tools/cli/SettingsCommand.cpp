@@ -2,7 +2,6 @@
 #include "tools/cli/Commands.h"
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
-#include "tools/settings/Complaint.h"
 #include "tools/settings/MachineSettings.h"
 #include "tools/settings/SettingsFile.h"
 #include "tools/settings/SettingsOverride.h"
@@ -47,14 +46,14 @@ void Show(const CommonOptions& options, const text::Console& console) {
                                    {{"place", machine.place},
                                     {"state", machine.state},
                                     {"settings", settings::SettingsJson(reading, inForce)},
-                                    {"findings", settings::ComplaintsJson(reading.complaints)}},
+                                    {"findings", text::FindingsJson(reading.findings)}},
                                    console.out);
     }
     console.out << console.Strong("Settings of the head") << "\n  " << settings::PlaceText(machine) << "\n\n";
     settings::PrintSettings(reading, inForce, console);
-    if (reading.complaints.empty()) return;
+    if (reading.findings.empty()) return;
     console.out << '\n' << console.Strong("To be looked at") << '\n';
-    settings::PrintComplaints(reading.complaints, console.out);
+    text::PrintFindings(reading.findings, console.out);
 }
 
 void Validate(const ValidateOptions& options, const text::Console& console) {
@@ -65,16 +64,15 @@ void Validate(const ValidateOptions& options, const text::Console& console) {
         text::PrintDocument("settings-validate",
                             {{"file", options.file},
                              {"settings", settings::SettingsJson(reading, values)},
-                             {"findings", settings::ComplaintsJson(reading.complaints)}},
+                             {"findings", text::FindingsJson(reading.findings)}},
                             console.out);
     } else {
         console.out << console.Strong("What the component would take from " + options.file) << '\n';
         settings::PrintSettings(reading, values, console);
-        console.out << '\n'
-                    << console.Strong(reading.complaints.empty() ? "Nothing is wrong with it." : "Found") << '\n';
-        settings::PrintComplaints(reading.complaints, console.out);
+        console.out << '\n' << console.Strong(reading.findings.empty() ? "Nothing is wrong with it." : "Found") << '\n';
+        text::PrintFindings(reading.findings, console.out);
     }
-    if (!reading.complaints.empty()) throw CommandEnded{exitFindings};
+    if (!reading.findings.empty()) throw CommandEnded{exitFindings};
 }
 
 std::size_t SettingOrUsageError(const std::string& name) {
@@ -110,8 +108,8 @@ ChosenValues BaseValues(const std::string& fileName, const text::Console& consol
     for (std::size_t i = 0; i < headSettingCount; ++i) {
         if (reading.settings[i].isStoredValue) values[i] = reading.settings[i].value;
     }
-    if (!reading.complaints.empty()) console.err << "In " << fileName << ", which counts as the component reads it:\n";
-    settings::PrintComplaints(reading.complaints, console.err);
+    if (!reading.findings.empty()) console.err << "In " << fileName << ", which counts as the component reads it:\n";
+    text::PrintFindings(reading.findings, console.err);
     return values;
 }
 

@@ -70,13 +70,11 @@ std::vector<text::Finding> FindingsOf(const model::MeasuredAngles& found) {
 
 text::Json DocumentOf(const model::MeasuredAngles& found, const std::vector<text::Finding>& findings) {
     const auto b = [&](double value) { return found.isBKnown ? text::Json(value) : text::Json(); };
-    text::Json list = text::Json::Array();
-    for (const text::Finding& finding : findings) list.PushBack(text::FindingJson(finding));
     return {{"A", found.angles.a},
             {"B", b(found.angles.b)},
             {"nearest", {{"A", found.nearest.a}, {"B", b(found.nearest.b)}}},
             {"offPlace", found.offPlace},
-            {"findings", list}};
+            {"findings", text::FindingsJson(findings)}};
 }
 
 void Print(const model::MeasuredAngles& found, const std::vector<text::Finding>& findings,
@@ -91,7 +89,7 @@ void Print(const model::MeasuredAngles& found, const std::vector<text::Finding>&
                 << text::FixedText(found.angles.a, decimals);
     if (found.isBKnown) console.out << ", B " << text::FixedText(found.angles.b, decimals);
     console.out << " deg\n";
-    for (const text::Finding& finding : findings) text::PrintFinding(finding, console.out);
+    text::PrintFindings(findings, console.out);
 }
 
 void Run(const WhichOptions& options, const text::Console& console) {

@@ -110,11 +110,10 @@ void Load(const std::string& fileName, component::Calculator& calculator, Geomet
         state.state = "loaded";
     } catch (const component::ComponentError& error) {
         state.state = "refused by the component";
-        state.complaints.push_back({{},
-                                    "",
-                                    "The component refuses the file: " + component::CodeText(error.code) + " from " +
-                                        error.source + ", " + error.description,
-                                    computeAfresh});
+        state.findings.push_back(FindingAbout({}, "geometry-refused", Severity::Fault,
+                                              "The component refuses the file: " + component::CodeText(error.code) +
+                                                  " from " + error.source + ", " + error.description,
+                                              computeAfresh));
     }
 }
 
@@ -174,22 +173,25 @@ GeometryFileState ExamineGeometryFile(const std::string& fileName, component::Ca
         const GeometryFileLines lines(fileName, file.Entries());
         state = {"looked at", file.Entries(), lines.Ignored(), {}};
         if (lines.HasUtf8Mark()) {
-            state.complaints.push_back({1, "",
-                                        "The file begins with a UTF-8 byte-order mark: Windows does not find a section "
-                                        "in the first line then",
-                                        "Save the file as UTF-8 without a byte-order mark, or as ANSI text."});
+            state.findings.push_back(
+                FindingAbout({.line = 1}, "byte-order-mark", Severity::Fault,
+                             "The file begins with a UTF-8 byte-order mark: Windows does not find a section in the "
+                             "first line then",
+                             "Save the file as UTF-8 without a byte-order mark, or as ANSI text."));
         }
         for (const GeometryFileEntry& entry : state.entries) {
             if (entry.problem.empty()) continue;
-            state.complaints.push_back({lines.LineOf(entry), entry.Name(), entry.problem, computeAfresh});
+            state.findings.push_back(FindingAbout({lines.LineOf(entry), entry.Name()}, "entry-doubtful",
+                                                  Severity::Fault, entry.problem, computeAfresh));
         }
         if (const auto unused = UnusedSafeHeight(state.entries)) state.ignored.push_back(*unused);
         if (calculator != nullptr) Load(fileName, *calculator, state);
     } catch (const text::InputError& error) {
         std::error_code ignored;
         if (!std::filesystem::exists(text::PathOf(fileName), ignored)) state.state = "missing";
-        state.complaints.push_back(
-            {{}, "", fileName + ": " + error.reason, "Name the file that `qmv40 geometry --output` wrote."});
+        state.findings.push_back(FindingAbout({}, "geometry-file-unreadable", Severity::Fault,
+                                              fileName + ": " + error.reason,
+                                              "Name the file that `qmv40 geometry --output` wrote."));
     }
     return state;
 }

@@ -2,7 +2,7 @@
 
 #include "persistence/HeadGeometryFile.h"
 #include "tools/component/Calculator.h"
-#include "tools/settings/Complaint.h"
+#include "tools/settings/Finding.h"
 #include "tools/text/OutputFile.h"
 
 #include <optional>
@@ -52,7 +52,7 @@ struct GeometryFileState {
     std::string state; ///< "missing", "unreadable", "looked at", "refused by the component" or "loaded"
     std::vector<GeometryFileEntry> entries;
     std::vector<std::string> ignored; ///< lines that are not used
-    std::vector<Complaint> complaints;
+    std::vector<Finding> findings;
 };
 
 /// `calculator` is null when the component cannot be created. Then the file is examined but not loaded.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/settings/Complaint.h"
+#include "tools/settings/Finding.h"
 #include "tools/text/Json.h"
 
 #include <string>
@@ -20,7 +20,7 @@ struct Fact {
 struct Installation {
     std::vector<Fact> component;
     std::vector<Fact> registration;
-    std::vector<Complaint> complaints;
+    std::vector<Finding> findings;
 };
 
 Installation ExamineInstallation();

@@ -68,23 +68,25 @@ private:
     }
 
     void NoteRepetition(const StoredValue& before, const RegistryLine& line) {
-        result.complaints.push_back({before.line, before.name,
-                                     "is given again in line " + std::to_string(line.number) + ", which counts",
-                                     "Remove one of the two lines."});
+        result.findings.push_back(
+            FindingAbout({before.line, before.name}, "setting-repeated", Severity::Warning,
+                         "is given again in line " + std::to_string(line.number) + ", which counts",
+                         "Remove one of the two lines."));
     }
 
     void Refuse(const RegistryLine& line) {
-        result.complaints.push_back({line.number, "", Quoted(line.content) + " makes no sense here and is passed over",
-                                     R"(Write values as "name"="number", the number in quotes too.)"});
+        result.findings.push_back(FindingAbout({.line = line.number}, "line-ignored", Severity::Warning,
+                                               Quoted(line.content) + " makes no sense here and is ignored",
+                                               R"(Write values as "name"="number", the number in quotes too.)"));
     }
 
     /// Reports settings of the head under a key that the component does not read, once for each key.
     void LookForStray(const RegistryLine& line) {
         if (otherKey == nullptr || !line.value || !FindHeadSetting(line.name)) return;
-        result.complaints.push_back(
-            {otherKey->number, "",
-             "[" + line.key + "] holds settings of the head, and the component does not look there",
-             "Put them under [" + key + "]."});
+        result.findings.push_back(
+            FindingAbout({.line = otherKey->number}, "settings-elsewhere", Severity::Warning,
+                         "[" + line.key + "] holds settings of the head, and the component does not look there",
+                         "Put them under [" + key + "]."));
         otherKey = nullptr;
     }
 
@@ -105,7 +107,10 @@ public:
         setting.isStoredValue = read.source == SettingSource::Stored;
         if (!setting.stored) return;
         const std::string problem = Problem(index, read.source);
-        if (!problem.empty()) Note(index, problem, EquallyLongRemedy(index));
+        if (problem.empty()) return;
+        const char* const name = setting.isStoredValue ? "setting-misread" : "setting-not-read";
+        reading.findings.push_back(FindingAbout({setting.stored->line, HeadSettings()[index].name}, name,
+                                                Severity::Fault, problem, EquallyLongRemedy(index)));
     }
 
 private:
@@ -181,20 +186,15 @@ private:
         return number.isNumber && isPlausible ? number.value : builtIn;
     }
 
-    void Note(std::size_t index, std::string problem, std::string remedy) {
-        reading.complaints.push_back(
-            {reading.settings[index].stored->line, HeadSettings()[index].name, std::move(problem), std::move(remedy)});
-    }
-
     SettingsReading& reading;
 };
 
-Complaint UnknownName(const StoredValue& value) {
+Finding UnknownName(const StoredValue& value) {
     const std::optional<std::size_t> shortName = FindHeadSetting(value.name);
-    return {value.line, value.name.empty() ? "(the key's default value)" : value.name,
-            "is no setting of the head and is ignored",
-            shortName ? "Did you mean \"" + std::string(HeadSettings()[*shortName].name) + "\"?"
-                      : "Remove it, or give it the name of the setting that is meant."};
+    return FindingAbout({value.line, value.name.empty() ? "(the key's default value)" : value.name}, "setting-unknown",
+                        Severity::Warning, "is no setting of the head and is ignored",
+                        shortName ? "Did you mean \"" + std::string(HeadSettings()[*shortName].name) + "\"?"
+                                  : "Remove it, or give it the name of the setting that is meant.");
 }
 
 /// Answers the component's reader from stored values.
@@ -240,25 +240,25 @@ StoredSettings SettingsInFile(const std::string& content) {
     const RegistryLines file = RegistryLinesIn(content);
     StoredSettings nothing;
     if (!file.hasFormat) {
-        nothing.complaints.push_back({1, "", "The first line does not name the format: nothing of the file is read",
-                                      "Let the file begin with: Windows Registry Editor Version 5.00"});
+        nothing.findings.push_back(FindingAbout({.line = 1}, "format-missing", Severity::Fault,
+                                                "The first line does not name the format: nothing of the file is read",
+                                                "Let the file begin with: Windows Registry Editor Version 5.00"));
         return nothing;
     }
     KeyInFile key;
     for (const RegistryLine& line : file.lines) key.Take(line);
     StoredSettings settings = std::move(key).Result();
     if (!settings.isKeyThere) {
-        settings.complaints.push_back({{},
-                                       "",
-                                       "The file has no key [" + ComponentKey() + "]: nothing of it is read",
-                                       "Put the settings under a line with that key."});
+        settings.findings.push_back(FindingAbout({}, "key-missing", Severity::Fault,
+                                                 "The file has no key [" + ComponentKey() + "]: nothing of it is read",
+                                                 "Put the settings under a line with that key."));
     }
     return settings;
 }
 
 SettingsReading ReadSettings(StoredSettings stored) {
     SettingsReading reading;
-    reading.complaints = std::move(stored.complaints);
+    reading.findings = std::move(stored.findings);
     for (StoredValue& value : stored.values) {
         // The component does not know the short names.
         const std::optional<std::size_t> index = FindHeadSetting(value.name);
@@ -266,13 +266,13 @@ SettingsReading ReadSettings(StoredSettings stored) {
         if (isName) {
             reading.settings[*index].stored = std::move(value);
         } else {
-            reading.complaints.push_back(UnknownName(value));
+            reading.findings.push_back(UnknownName(value));
         }
     }
     const auto readings = ReadHeadSettings(QueryOf(reading));
     Explanation explanation(reading);
     for (std::size_t i = 0; i < headSettingCount; ++i) explanation.Add(i, readings[i]);
-    std::ranges::stable_sort(reading.complaints, {}, [](const Complaint& each) { return each.line.value_or(0); });
+    SortByLine(reading.findings);
     return reading;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "formats/RegistryText.h"
-#include "tools/settings/Complaint.h"
+#include "tools/settings/Finding.h"
 #include "tools/settings/HeadSettings.h"
 
 #include <array>
@@ -31,7 +31,7 @@ std::string TypeText(RegistryType type);
 struct StoredSettings {
     bool isKeyThere = false;
     std::vector<StoredValue> values; ///< one of each name
-    std::vector<Complaint> complaints;
+    std::vector<Finding> findings;
 };
 
 struct SettingReading {
@@ -42,7 +42,7 @@ struct SettingReading {
 
 struct SettingsReading {
     std::array<SettingReading, headSettingCount> settings;
-    std::vector<Complaint> complaints; ///< those of the store too, in the order of its lines
+    std::vector<Finding> findings; ///< those of the store too, in the order of its lines
 };
 
 /// The component's key in the content of a settings file.

@@ -25,10 +25,20 @@ Json FindingJson(const Finding& finding) {
     return document;
 }
 
+Json FindingsJson(std::span<const Finding> findings) {
+    Json list = Json::Array();
+    for (const Finding& finding : findings) list.PushBack(FindingJson(finding));
+    return list;
+}
+
 void PrintFinding(const Finding& finding, std::ostream& out) {
     out << "  " << finding.place << (finding.place.empty() ? "" : ": ") << NameOf(finding.severity) << ": "
         << finding.name << (finding.amount.empty() ? "" : " by ") << finding.amount << '\n'
         << Wrapped("    ", finding.sentence) << Wrapped("    -> ", finding.remedy);
+}
+
+void PrintFindings(std::span<const Finding> findings, std::ostream& out) {
+    for (const Finding& finding : findings) PrintFinding(finding, out);
 }
 
 std::string Wrapped(const std::string& first, const std::string& text) {

@@ -3,6 +3,7 @@
 #include "tools/text/Json.h"
 
 #include <ostream>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -23,16 +24,19 @@ struct Finding {
     Severity severity = Severity::Fault;
     std::string sentence;          ///< what is wrong
     std::string remedy;            ///< what to do next
-    std::string place;             ///< where, for people: "plan 2, move 3 UnLock"; empty where the sentence says it
-    std::string amount;            ///< by how much, for people: "2.0000 mm"; empty where there is none
+    std::string place = {};        ///< where, for people: "plan 2, move 3 UnLock"; empty when the sentence says it
+    std::string amount = {};       ///< by how much, for people: "2.0000 mm"; empty when there is none
     Json details = Json::Object(); ///< the members of the document that only this kind of finding has
 };
 
 /// {"name", "severity", "sentence", "remedy"} and the details.
 Json FindingJson(const Finding& finding);
+/// A list of them.
+Json FindingsJson(std::span<const Finding> findings);
 
 /// One line with place, severity, name and amount; below it the sentence, and the remedy behind an arrow.
 void PrintFinding(const Finding& finding, std::ostream& out);
+void PrintFindings(std::span<const Finding> findings, std::ostream& out);
 
 /// Breaks the text at blanks so that no line is longer than 100 columns. `first` stands before the first line; as many
 /// blanks stand before the other lines.

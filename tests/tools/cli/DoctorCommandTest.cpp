@@ -13,7 +13,7 @@ using testing::HasSubstr;
 std::string FindingsOf(const Json& document) {
     std::string text;
     for (const Json& each : document["findings"]) {
-        text += each["about"].get<std::string>() + " " + each["problem"].get<std::string>() + " -> " +
+        text += each["name"].get<std::string>() + ": " + each["sentence"].get<std::string>() + " -> " +
                 each["remedy"].get<std::string>() + "\n";
     }
     return text;
@@ -37,7 +37,7 @@ TEST(Doctor, TellsItsVersionItsBitsAndWhereTheComponentComesFrom) {
     EXPECT_FALSE(document.contains("geometry"));
 }
 
-TEST(Doctor, ShowsEachDimensionWithItsOriginAndComplainsOfWhatIsSilencedOrReadsAsZero) {
+TEST(Doctor, NamesEachSettingThatIsNotReadOrReadsAsZero) {
     SettingsFixture store;
     store.SetText("Head Centre To Drive Cup X Offset", "7");
     store.SetText("Head Centre To Drive Cup Y Offset", "24.5");
@@ -49,15 +49,17 @@ TEST(Doctor, ShowsEachDimensionWithItsOriginAndComplainsOfWhatIsSilencedOrReadsA
     EXPECT_EQ(7.0, document["settings"]["values"][0]["inForce"]);
     EXPECT_EQ("builtIn", document["settings"]["values"][1]["origin"]);
     EXPECT_EQ("24.5", document["settings"]["values"][1]["stored"]);
-    EXPECT_THAT(FindingsOf(document), HasSubstr("'24.5' is longer than '7'"));
+    EXPECT_THAT(FindingsOf(document),
+                HasSubstr("setting-not-read: \"Head Centre To Drive Cup Y Offset\" is not read, because '24.5'"));
     EXPECT_THAT(FindingsOf(document), HasSubstr("\"7.000\", \"24.50\", \"-11.5\""));
-    EXPECT_THAT(FindingsOf(document), HasSubstr("'zero' reads as 0"));
+    EXPECT_THAT(FindingsOf(document),
+                HasSubstr("setting-misread: \"Lever Centre To Ball Centre X Offset\" 'zero' reads as 0"));
     const ToolRun shown = RunQmv40({"doctor"});
     EXPECT_EQ(4, shown.exitCode);
     EXPECT_THAT(shown.out, HasSubstr("\"Head Centre To Drive Cup Y Offset\" is not read, because '24.5' is longer"));
 }
 
-TEST(Doctor, ComplainsOfNamesThatNothingReads) {
+TEST(Doctor, ReportsNamesThatNothingReads) {
     SettingsFixture store;
     store.SetText("Head Center To Drive Cup X Offset", "-7.00");
     const ToolRun run = RunQmv40({"doctor", "--json"});
@@ -107,19 +109,20 @@ TEST_F(DoctorOfAGeometryFile, NamesWhatIsWrongWithOne) {
         const char* finding;
         const char* why;
     } cases[] = {
-        {With("Y=-1.782500000e+02\n", ""), "refused by the component", "[HEADCENTRE] Y is missing", "a missing key"},
+        {With("Y=-1.782500000e+02\n", ""), "refused by the component", "\"[HEADCENTRE] Y\" is missing",
+         "a missing key"},
         {With("[AlignmentOffset]\n", ""), "refused by the component",
-         "[AlignmentOffset] RequiredRotationAroundZ is missing", "a missing section"},
-        {With("Z=-6.200000000e+02", "Z=999999999"), "refused by the component", "[SAFEPOSITION] Z is 999999999",
+         "\"[AlignmentOffset] RequiredRotationAroundZ\" is missing", "a missing section"},
+        {With("Z=-6.200000000e+02", "Z=999999999"), "refused by the component", "\"[SAFEPOSITION] Z\" is 999999999",
          "the mark of a missing value"},
-        {With("4.125000000e+02", "left"), "loaded", "[HEADCENTRE] X 'left' reads as 0: it does not begin with a number",
-         "a word"},
+        {With("4.125000000e+02", "left"), "loaded",
+         "\"[HEADCENTRE] X\" 'left' reads as 0: it does not begin with a number", "a word"},
         {With("4.125000000e+02", "412,5"), "loaded", "'412,5' reads as 412: the decimal mark is a point",
          "a decimal comma"},
         {With("4.125000000e+02", "412.5 mm"), "loaded", "'412.5 mm' reads as 412.5", "a unit"},
-        {With("4.125000000e+02", ""), "loaded", "[HEADCENTRE] X '' reads as 0", "an empty value"},
+        {With("4.125000000e+02", ""), "loaded", "\"[HEADCENTRE] X\" '' reads as 0", "an empty value"},
         {With("-6.550000000e+02", "nan"), "loaded", "'nan' reads as nan, which is no length or angle", "not a number"},
-        {"", "refused by the component", "[HEADCENTRE] X is missing", "an empty file"},
+        {"", "refused by the component", "\"[HEADCENTRE] X\" is missing", "an empty file"},
         {std::string("\xEF\xBB\xBF") + sound, "loaded", "The file begins with a UTF-8 byte-order mark",
          "a mark that Windows takes for a part of the first line"},
     };
@@ -155,7 +158,7 @@ TEST_F(DoctorOfAGeometryFile, NamesWhatStandsThereAndIsNotUsed) {
     }
 }
 
-TEST_F(DoctorOfAGeometryFile, ComplainsWhenItIsNotThere) {
+TEST_F(DoctorOfAGeometryFile, ReportsThatItIsMissing) {
     const ToolRun run = RunQmv40({"doctor", "--geometry", folder.Name("missing.ini"), "--json"});
     EXPECT_EQ(4, run.exitCode);
     EXPECT_EQ("missing", run.Document()["geometry"]["state"]);
@@ -169,7 +172,8 @@ TEST_F(DoctorOfAGeometryFile, ShowsAPersonTheNumbersAndTheTexts) {
     const ToolRun run = RunQmv40({"doctor", "--geometry", file});
     EXPECT_EQ(4, run.exitCode);
     EXPECT_THAT(run.out, HasSubstr("Geometry file\n  " + file + ": loaded\n  [HEADCENTRE] X = 412  \"412,5\"\n"));
-    EXPECT_THAT(run.out, HasSubstr("line 2: \"[HEADCENTRE] X\" '412,5' reads as 412: the decimal mark is a point."));
+    EXPECT_THAT(run.out, HasSubstr("  line 2: fault: entry-doubtful\n"
+                                   "    \"[HEADCENTRE] X\" '412,5' reads as 412: the decimal mark is a point.\n"));
 }
 
 } // namespace

@@ -81,8 +81,9 @@ TEST(SettingsValidate, EndsWithFourWhenTheComponentWouldNotReadAValue) {
         folder.Write("settings.reg", std::string(registryHeader) + "\"Head Centre To Drive Cup Y Offset\"=\"25\"\r\n");
     const ToolRun run = RunQmv40({"settings", "validate", file});
     EXPECT_EQ(4, run.exitCode);
-    EXPECT_THAT(run.out, HasSubstr("line 4: \"Head Centre To Drive Cup Y Offset\" is not read"));
-    EXPECT_THAT(run.out, HasSubstr("Set X, Y and Z of the offset to texts of one length: \"-6.95\", \"25.00\", "
+    EXPECT_THAT(run.out,
+                HasSubstr("  line 4: fault: setting-not-read\n    \"Head Centre To Drive Cup Y Offset\" is not"));
+    EXPECT_THAT(run.out, HasSubstr("-> Set X, Y and Z of the offset to texts of one length: \"-6.95\", \"25.00\", "
                                    "\"-11.5\"."));
     const ToolRun document = RunQmv40({"settings", "validate", file, "--json"});
     EXPECT_EQ(4, document.exitCode);

@@ -23,10 +23,12 @@ settings::SettingsReading ReadLines(const std::string& lines) {
     return settings::ReadSettings(settings::SettingsInFile(settingsHeader + lines));
 }
 
-std::string ComplaintsText(const settings::SettingsReading& reading) {
-    std::ostringstream text;
-    settings::PrintComplaints(reading.complaints, text);
-    return text.str();
+std::string FindingsText(const settings::SettingsReading& reading) {
+    std::string text;
+    for (const text::Finding& each : reading.findings) {
+        text += each.place + ": " + each.sentence + " -> " + each.remedy + "\n";
+    }
+    return text;
 }
 
 double Value(const settings::SettingsReading& reading, const char* name) {
@@ -39,7 +41,7 @@ TEST(SettingsRules, WithoutAnythingStoredTheBuiltInValuesCountAndNothingIsWrong)
         EXPECT_EQ(HeadSettings()[i].builtIn, reading.settings[i].value) << HeadSettings()[i].name;
         EXPECT_FALSE(reading.settings[i].isStoredValue);
     }
-    EXPECT_EQ("", ComplaintsText(reading));
+    EXPECT_EQ("", FindingsText(reading));
 }
 
 TEST(SettingsRules, NameWhatIsSilencedOrReadOtherwiseThanItLooks) {
@@ -47,7 +49,7 @@ TEST(SettingsRules, NameWhatIsSilencedOrReadOtherwiseThanItLooks) {
         const char* lines;
         const char* setting;
         double value;
-        const char* complaint; ///< null: none
+        const char* finding; ///< null: none
         const char* why;
     } cases[] = {
         {"\"Head Centre To Drive Cup X Offset\"=\"-7.0\"\n", "drive-cup-x", -7.0, nullptr, "X alone is read"},
@@ -123,10 +125,10 @@ TEST(SettingsRules, NameWhatIsSilencedOrReadOtherwiseThanItLooks) {
     for (const auto& each : cases) {
         const settings::SettingsReading reading = ReadLines(each.lines);
         EXPECT_EQ(each.value, Value(reading, each.setting)) << each.why;
-        if (each.complaint == nullptr) {
-            EXPECT_EQ("", ComplaintsText(reading)) << each.why;
+        if (each.finding == nullptr) {
+            EXPECT_EQ("", FindingsText(reading)) << each.why;
         } else {
-            EXPECT_THAT(ComplaintsText(reading), HasSubstr(each.complaint)) << each.why;
+            EXPECT_THAT(FindingsText(reading), HasSubstr(each.finding)) << each.why;
         }
     }
 }
@@ -138,7 +140,7 @@ TEST(SettingsRules, AFileThatDoesNotNameItsFormatIsNotReadAtAll) {
         const settings::SettingsReading reading =
             settings::ReadSettings(settings::SettingsInFile(std::string(first) + key));
         EXPECT_EQ(138.0, Value(reading, "locking-rotation")) << first;
-        EXPECT_THAT(ComplaintsText(reading), HasSubstr("does not name the format")) << first;
+        EXPECT_THAT(FindingsText(reading), HasSubstr("does not name the format")) << first;
     }
     EXPECT_EQ(137.0, Value(settings::ReadSettings(settings::SettingsInFile(std::string("REGEDIT4") + key)),
                            "locking-rotation"));
@@ -158,14 +160,14 @@ TEST(SettingsRules, AFileMayBeWrittenInAnyOfItsEncodings) {
 }
 
 TEST(SettingsRules, RemediesMakeEverythingCount) {
-    // The three texts of the remedy, stored in the place of those complained of.
+    // The three texts of the remedy, stored in the place of those in the findings.
     const settings::SettingsReading reading = ReadLines("\"Head Centre To Drive Cup X Offset\"=\"-7\"\n"
                                                         "\"Head Centre To Drive Cup Y Offset\"=\"24,25\"\n");
-    EXPECT_THAT(ComplaintsText(reading), HasSubstr("\"-7.00\", \"24.25\", \"-11.5\""));
+    EXPECT_THAT(FindingsText(reading), HasSubstr("\"-7.00\", \"24.25\", \"-11.5\""));
     const settings::SettingsReading mended = ReadLines("\"Head Centre To Drive Cup X Offset\"=\"-7.00\"\n"
                                                        "\"Head Centre To Drive Cup Y Offset\"=\"24.25\"\n"
                                                        "\"Head Centre To Drive Cup Z Offset\"=\"-11.5\"\n");
-    EXPECT_EQ("", ComplaintsText(mended));
+    EXPECT_EQ("", FindingsText(mended));
     EXPECT_EQ(24.25, Value(mended, "drive-cup-y"));
 }
 
@@ -222,7 +224,7 @@ TEST(SettingsFile, HoldsTextsOfOneLengthThatReadBackToTheSameBits) {
         }
         const settings::SettingsReading reading =
             settings::ReadSettings(settings::SettingsInFile(settings::SettingsFileText(values)));
-        EXPECT_EQ("", ComplaintsText(reading));
+        EXPECT_EQ("", FindingsText(reading));
         for (std::size_t i = 0; i < headSettingCount; ++i) {
             EXPECT_EQ(values[i].value_or(HeadSettings()[i].builtIn), reading.settings[i].value);
         }

@@ -75,11 +75,10 @@ Installation ExamineInstallation() {
          IsCreatableByName(QMVCalculatorVersionIndependentProgId)},
     };
     if (version.Text() != nullptr && *version.Text() != QMV40_VERSION) {
-        installation.complaints.push_back(
-            {{},
-             "",
-             "The component is version " + *version.Text() + " and this tool version " QMV40_VERSION,
-             "Install both from one package, or unset LD_LIBRARY_PATH."});
+        installation.findings.push_back(
+            FindingAbout({}, "version-differs", Severity::Warning,
+                         "The component is version " + *version.Text() + " and this tool version " QMV40_VERSION,
+                         "Install both from one package, or unset LD_LIBRARY_PATH."));
     }
     return installation;
 }

@@ -19,8 +19,9 @@ std::string ChosenFile() {
     return chosen == nullptr ? "" : chosen;
 }
 
-Complaint AboutPlace(std::string problem, std::string remedy) {
-    return {{}, "", std::move(problem), std::move(remedy)};
+Finding Unreadable(const std::string& problem) {
+    return FindingAbout({}, "settings-unreadable", Severity::Fault, problem,
+                        "Put a readable settings file there; until then the built-in values count.");
 }
 
 } // namespace
@@ -32,22 +33,22 @@ MachineSettings ReadMachineSettings() {
     const std::filesystem::file_status status = std::filesystem::status(text::PathOf(settings.place), ignored);
     if (!std::filesystem::exists(status)) {
         if (chosen.empty()) return settings;
-        settings.stored.complaints.push_back(
-            AboutPlace("The file that " + std::string(settingsVariable) + " names is not there",
-                       "Correct the variable, or unset it; until then the built-in values count."));
+        settings.stored.findings.push_back(
+            FindingAbout({}, "settings-missing", Severity::Fault,
+                         "The file that " + std::string(settingsVariable) + " names is not there",
+                         "Correct the variable, or unset it; until then the built-in values count."));
         return settings;
     }
     settings.state = "unreadable";
-    const std::string remedy = "Put a readable settings file there; until then the built-in values count.";
     if (!std::filesystem::is_regular_file(status)) {
-        settings.stored.complaints.push_back(AboutPlace(settings.place + " is not an ordinary file", remedy));
+        settings.stored.findings.push_back(Unreadable(settings.place + " is not an ordinary file"));
         return settings;
     }
     try {
         settings.stored = SettingsInFile(text::ReadWholeFile(settings.place));
         settings.state = "there";
     } catch (const text::InputError& error) {
-        settings.stored.complaints.push_back(AboutPlace(settings.place + " " + error.reason, remedy));
+        settings.stored.findings.push_back(Unreadable(settings.place + " " + error.reason));
     }
     return settings;
 }

@@ -128,9 +128,9 @@ public:
         if (!server) return; // a failure to create the component is reported elsewhere: a manifest may still provide it
         ExamineServer(*server);
         if (model != L"Apartment") {
-            Complain(
-                "The threading model is not \"Apartment\": the component would be used on threads it is not made for",
-                registerAgain);
+            ReportBroken("threading-model-wrong",
+                         "The threading model is not \"Apartment\": the component would be used "
+                         "on threads it is not made for");
         }
     }
 
@@ -139,7 +139,7 @@ public:
             const std::optional<std::wstring> id = RegisteredText(std::wstring(name) + L"\\CLSID", nullptr);
             AddRegistration(text::ToUtf8(name), text::ToUtf8(name), JsonOf(id));
             if (isRegistered && (!id || !ascii::EqualIgnoringCase(text::ToUtf8(*id), text::ToUtf8(classId)))) {
-                Complain("\"" + text::ToUtf8(name) + "\" does not name the component's class", registerAgain);
+                ReportBroken("name-broken", "\"" + text::ToUtf8(name) + "\" does not name the component's class");
             }
         }
     }
@@ -149,16 +149,17 @@ public:
         if (!library) library = RegisteredText(libraryKey + L"\\409\\win64", nullptr);
         AddRegistration("typeLibrary", "type library", JsonOf(library));
         const char* const consequence = "late binding by other programs and calls across apartments fail";
-        if (isRegistered && !library)
-            Complain(std::string("No type library is registered: ") + consequence, registerAgain);
+        if (isRegistered && !library) {
+            ReportBroken("type-library-missing", std::string("No type library is registered: ") + consequence);
+        }
         if (library && !Exists(*library)) {
-            Complain("The registered type library " + text::ToUtf8(*library) + " is not there: " + consequence,
-                     registerAgain);
+            ReportBroken("type-library-missing",
+                         "The registered type library " + text::ToUtf8(*library) + " is not there: " + consequence);
         }
         for (const wchar_t* const key : interfaceKeys) {
             if (isRegistered && !ascii::EqualIgnoringCase(text::ToUtf8(RegisteredText(key, nullptr).value_or(L"")),
                                                           text::ToUtf8(libraryId))) {
-                Complain(text::ToUtf8(key) + " does not name the type library: " + consequence, registerAgain);
+                ReportBroken("interface-broken", text::ToUtf8(key) + " does not name the type library: " + consequence);
             }
         }
     }
@@ -180,13 +181,15 @@ private:
         isRegistered = true;
         AddRegistration("serverExists", "the file exists", Exists(server));
         if (!Exists(server)) {
-            return Complain("The registered file " + text::ToUtf8(server.wstring()) + " is not there",
-                            "Put it back, or register the component where it is now. " + std::string(registerAgain));
+            return Report("component-missing", Severity::Fault,
+                          "The registered file " + text::ToUtf8(server.wstring()) + " is not there",
+                          "Put it back, or register the component where it is now. " + std::string(registerAgain));
         }
         const std::string bitness = BitnessOf(server);
         AddRegistration("serverBitness", "made for programs of", bitness.empty() ? text::Json() : text::Json(bitness));
         if (bitness != "64-bit") {
-            Complain("The registered file " + text::ToUtf8(server.wstring()) + " is no 64-bit module", registerAgain);
+            ReportBroken("component-not-64-bit",
+                         "The registered file " + text::ToUtf8(server.wstring()) + " is no 64-bit module");
         }
         CompareWithOwn(server);
     }
@@ -196,9 +199,10 @@ private:
         const text::Json comparison = Exists(beside) ? text::Json(Comparison(server, beside)) : text::Json();
         AddRegistration("besideTheTool", "the one beside this tool is", comparison);
         if (comparison.Text() != nullptr && *comparison.Text() == anotherFile) {
-            Complain("The registered component is another one than that beside this tool",
-                     "Programs use the registered one. To use this one instead: regsvr32 \"" +
-                         text::ToUtf8(beside.wstring()) + "\"");
+            Report("component-differs", Severity::Warning,
+                   "The registered component is another one than that beside this tool",
+                   "Programs use the registered one. To use this one instead: regsvr32 \"" +
+                       text::ToUtf8(beside.wstring()) + "\"");
         }
     }
 
@@ -208,8 +212,11 @@ private:
     void AddRegistration(std::string key, std::string label, text::Json value) {
         installation.registration.push_back({std::move(key), std::move(label), std::move(value)});
     }
-    void Complain(std::string problem, std::string remedy) {
-        installation.complaints.push_back({{}, "", std::move(problem), std::move(remedy)});
+    void Report(std::string name, Severity severity, const std::string& problem, std::string remedy) {
+        installation.findings.push_back(FindingAbout({}, std::move(name), severity, problem, std::move(remedy)));
+    }
+    void ReportBroken(std::string name, const std::string& problem) {
+        Report(std::move(name), Severity::Fault, problem, registerAgain);
     }
 
     Installation installation;

@@ -61,17 +61,15 @@ MachineSettings ReadMachineSettings() {
         settings.stored.values = key.Values();
     } else if (key.Result() != ERROR_FILE_NOT_FOUND) {
         settings.state = "unreadable";
-        settings.stored.complaints.push_back({{},
-                                              "",
-                                              "The key " + settings.place + " cannot be opened for reading",
-                                              "Give its readers the right to; until then the built-in values count."});
+        settings.stored.findings.push_back(FindingAbout(
+            {}, "settings-unreadable", Severity::Fault, "The key " + settings.place + " cannot be opened for reading",
+            "Give its readers the right to; until then the built-in values count."));
     }
     if (const Key narrow(narrowViewPath); narrow.Result() == ERROR_SUCCESS && !narrow.Values().empty()) {
-        settings.stored.complaints.push_back({{},
-                                              "",
-                                              std::string("[") + std::string(machineRoot) + narrowViewPath +
-                                                  "] holds values, and the component does not look there",
-                                              "A 32-bit program wrote them. Store them from a 64-bit one."});
+        settings.stored.findings.push_back(FindingAbout({}, "settings-elsewhere", Severity::Warning,
+                                                        std::string("[") + std::string(machineRoot) + narrowViewPath +
+                                                            "] holds values, and the component does not look there",
+                                                        "A 32-bit program wrote them. Store them from a 64-bit one."));
     }
     return settings;
 }

@@ -23,7 +23,7 @@ public:
     ~ChosenSettings() { setenv("QMV40_SETTINGS", "/nonexistent/settings.reg", 1); }
 };
 
-TEST(Doctor, ComplainsOfASettingsFileThatIsChosenAndNotThere) {
+TEST(Doctor, ReportsThatTheChosenSettingsFileIsMissing) {
     const TemporaryFolder folder;
     const ChosenSettings chosen(folder.Name("missing.reg"));
     const ToolRun run = RunQmv40({"doctor", "--json"});
@@ -32,7 +32,7 @@ TEST(Doctor, ComplainsOfASettingsFileThatIsChosenAndNotThere) {
     EXPECT_THAT(run.out, HasSubstr("The file that QMV40_SETTINGS names is not there"));
 }
 
-TEST(Doctor, ComplainsOfASettingsFileThatIsNoneOrHoldsNoKey) {
+TEST(Doctor, ReportsASettingsFileThatIsNoneOrHoldsNoKey) {
     const TemporaryFolder folder;
     const struct {
         std::string file;

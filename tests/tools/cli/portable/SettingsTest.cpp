@@ -69,14 +69,15 @@ TEST(Settings, FileThatIsNotThereIsReported) {
     }
 }
 
-TEST(Settings, ThatAreNotReadAsTheyLookAreToldByEveryCommandThatUsesThem) {
+TEST(Settings, ThatAreNotReadAsTheyLookAreReportedByEveryCommand) {
     const struct {
         Json stored;
         std::vector<std::string> told;
         const char* why;
     } cases[] = {
         {{{"UnLocked To locked Lever Rotation", "137,5"}},
-         {"line 4: \"UnLocked To locked Lever Rotation\" '137,5' reads as 137: the decimal mark is a point."},
+         {"  line 4: fault: setting-misread\n"
+          "    \"UnLocked To locked Lever Rotation\" '137,5' reads as 137: the decimal mark is a point.\n"},
          "a decimal comma"},
         {{{"UnLocked To locked Lever Rotation", "137.5 deg"}}, {"reads as 137.5: what follows"}, "a unit"},
         {{{"UnLocked To locked Lever Rotation", "1e999"}}, {"reads as inf, which is no length or angle"}, "too large"},

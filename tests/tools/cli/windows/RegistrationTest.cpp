@@ -49,7 +49,7 @@ std::wstring ServerKey() { return std::wstring(classKey) + L"\\InprocServer32"; 
 
 std::string FindingsOf(const Json& document) {
     std::string text;
-    for (const Json& each : document["findings"]) text += each["problem"].get<std::string>() + '\n';
+    for (const Json& each : document["findings"]) text += each["sentence"].get<std::string>() + '\n';
     return text;
 }
 
@@ -125,7 +125,7 @@ TEST(SettingsWrite, WritesAFileThatThePlatformsOwnImportTakes) {
     EXPECT_EQ(Json::array(), document["findings"]);
 }
 
-TEST(Doctor, ComplainsOfSettingsInThe32BitView) {
+TEST(Doctor, ReportsSettingsInThe32BitView) {
     constexpr const char* narrowKey = R"(SOFTWARE\WOW6432Node\Hollbeck\VRX Software\QMV40Calculator)";
     const SettingsFixture store;
     RegSetKeyValueA(HKEY_LOCAL_MACHINE, narrowKey, "Locked To Unlocked Lever Rotation", REG_SZ, "120", 4);
