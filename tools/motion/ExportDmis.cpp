@@ -15,6 +15,8 @@ std::string DmisComment(const std::string& text) { return "$$ " + text + "\n"; }
 std::string DmisText(std::span<const Step> program, const ExportOptions& options) {
     std::string text = DmisComment(std::string(exportMark) + "dmis");
     for (const std::string& line : options.heading) text += DmisComment(line);
+    text += DmisComment("Assumed: DMIS 5.2; GOTO brings the selected sensor to a place in the datum system in force,");
+    text += DmisComment("here the machine's own; MPM is metres a minute; DMESW/PAUSE waits for a person");
     // No DMIS statement makes GOTO ignore the offset of the selected tip, so a person has to select a sensor without
     // one.
     text += "DMISMN/'qmv40 export',5.2\n"

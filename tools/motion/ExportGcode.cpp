@@ -64,6 +64,7 @@ private:
     void WriteStart() {
         text += GcodeComment(std::string(exportMark) + "gcode");
         for (const std::string& line : options.heading) text += GcodeComment(line);
+        text += GcodeComment("Assumed: RS-274 as LinuxCNC reads it");
         text += "G21 G90 G94 G17 (millimetres, absolute coordinates, feed in mm/min)\n"
                 "G40 G49 G80 (no cutter or tool tip compensation, no tool length, no cycle)\n"
                 "G61 (every point is reached: no corner is rounded)\n";

@@ -36,6 +36,10 @@ std::string IppDmeText(std::span<const Step> program, const ExportOptions& optio
     commands.AddComment(std::string(exportMark) + "ippdme");
     for (const std::string& line : options.heading) commands.AddComment(line);
     commands.AddComment(
+        "Assumed: I++ DME 1.4; lengths in mm, speeds in mm/s; GoTo brings the active tool to a place in "
+        "the coordinate system in force, here the machine's own");
+    commands.AddComment("Send every line with CR LF at its end, and the next one when the server has completed it.");
+    commands.AddComment(
         "Lines that begin with # are for people: the protocol has no comments, so a sender leaves them out.");
     // The protocol leaves to the machine how tools are called and which of them has no offset.
     commands.AddComment("STOP is no command: a server refuses it. Confirm what it says, then delete that line.");
