@@ -95,13 +95,16 @@ constexpr std::array texts{
                 "assumed."},
     FindingText{K::TravelLimitExceeded, "travel-limit-exceeded", "mm", "The move leaves the machine's travel.",
                 "Move the pole sphere further into the measuring volume, or correct the limits."},
+    FindingText{K::StopUnknown, "stop-unknown", "",
+                "It is not known where the plan was stopped: lever, cup and head may stand otherwise than shown.",
+                "Move nothing. `qmv40 recover` says what to look at; ask again with --during or --after."},
 };
 
 constexpr bool StandInTheirPlaces() {
     for (std::size_t i = 0; i < texts.size(); ++i) {
         if (texts[i].kind != static_cast<FindingKind>(i)) return false;
     }
-    return texts.size() == static_cast<std::size_t>(K::TravelLimitExceeded) + 1;
+    return texts.size() == static_cast<std::size_t>(K::StopUnknown) + 1;
 }
 static_assert(StandInTheirPlaces());
 

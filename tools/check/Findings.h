@@ -42,7 +42,8 @@ enum class FindingKind {
     TouchesPoleSphere,
     TouchesLever,
     TouchesObstacle,
-    TravelLimitExceeded
+    TravelLimitExceeded,
+    StopUnknown
 };
 
 struct FindingText {

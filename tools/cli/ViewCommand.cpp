@@ -108,12 +108,11 @@ view::ViewedTour RecoveredView(const ViewOptions& options, const model::HeadMode
     const recovery::Answered answered{plan, question, plan.Answer(question)};
     const recovery::State state = answered.recovery.stop.state;
     console.err << text::Wrapped(std::string("State: ") + NameOf(state) + ". ", recovery::Why(answered));
-    check::CheckedTour shown = state == recovery::State::Unknown
-                                   ? check::CheckTour({plans.underWay}, head, checked)
-                                   : recovery::ShownWays(plan, question, answered.recovery);
+    check::CheckedTour shown = recovery::ShownWays(plan, question, answered.recovery);
     const std::string name = text::Utf8Name(text::PathOf(selection.geometry.file).filename());
-    const std::string title = name + ": stopped, " + NameOf(state) +
-                              (state == recovery::State::Unknown ? ". The plan" : ". 1 finish, 2 back out");
+    const std::string title = state == recovery::State::Unknown
+                                  ? name + ": stopped, state unknown. Shown is the plan"
+                                  : name + ": stopped, " + NameOf(state) + ". 1 finish, 2 back out";
     return {name, title, head, checked, std::move(shown)};
 }
 

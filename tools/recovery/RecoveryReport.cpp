@@ -105,8 +105,7 @@ std::string OffThePlan(const Answered& answered) {
                         : "every move of the plan; the nearest is " + move) +
            ". A position counts as on a path within " + Length(answered.question.positionError) +
            ". Somebody has moved the machine since, or another plan was under way. Move nothing: look at the lever, "
-           "the "
-           "cup and the head; docs/recovery.md says what to do by hand.";
+           "the cup and the head; docs/recovery.md says what to do by hand.";
 }
 
 std::string WhereItStopped(const Answered& answered) {

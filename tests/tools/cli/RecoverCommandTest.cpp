@@ -145,4 +145,25 @@ TEST_F(RecoverCommand, ShowsBothWaysInThePageOfView) {
         << "without --recover it would be for nothing";
 }
 
+TEST_F(RecoverCommand, IsShownWithWhatStandsAround) {
+    std::vector<std::string> arguments =
+        Arguments(EndOf(16), {"--after", "16", "--recover", "--json", "--stylus", "100", "--table", "-900"});
+    arguments.front() = "view";
+    const Json document = RunQmv40(arguments).Document();
+    for (const Json& plan : document["plans"]) {
+        EXPECT_EQ("stylus", plan["moves"].back()["nearest"]["part"].get<std::string>().substr(0, 6));
+    }
+}
+
+TEST_F(RecoverCommand, IsNotShownAsClearWhereTheStateIsUnknown) {
+    std::vector<std::string> arguments = Arguments("1,2,3", {"--recover", "--json"});
+    arguments.front() = "view";
+    const ToolRun run = RunQmv40(arguments);
+    EXPECT_EQ(4, run.exitCode);
+    const Json document = run.Document();
+    EXPECT_FALSE(document["verdict"]["clear"].get<bool>());
+    EXPECT_EQ("stop-unknown", document["plans"][0]["findings"][0]["name"]);
+    EXPECT_EQ("plain.ini: stopped, state unknown. Shown is the plan", document["title"]);
+}
+
 } // namespace
