@@ -13,7 +13,7 @@ using K = FindingKind;
 
 constexpr double wholeTurn = 360.0;
 
-double LengthError(const ArcData& arc) { return std::abs(model::Length(motion::RotationVectorOf(arc)) - 1.0); }
+double LengthError(const ArcData& arc) { return std::abs(model::Length(plans::RotationVectorOf(arc)) - 1.0); }
 
 /// The angle between two lines, which have no direction: 0 to 90 degrees.
 double AngleBetweenLines(const model::Vector3& left, const model::Vector3& right) {
@@ -22,7 +22,7 @@ double AngleBetweenLines(const model::Vector3& left, const model::Vector3& right
 }
 
 double DistanceToAxis(const model::Vector3& point, const ArcData& arc) {
-    return model::Length(model::Perpendicular(point - motion::OriginOf(arc), motion::AxisOf(arc)));
+    return model::Length(model::Perpendicular(point - plans::OriginOf(arc), plans::AxisOf(arc)));
 }
 
 /// The turn of the arc. For a swing, the turn that leads to the same place and differs from the wanted one by at most
@@ -33,8 +33,8 @@ double WithinHalfATurn(double degrees, const WantedArc& wanted) {
 }
 
 std::optional<Finding> FindingOfAngle(const ArcData& arc, const WantedArc& wanted) {
-    const model::Vector3 axis = motion::AxisOf(arc);
-    const double degrees = motion::RightHandedDegrees(arc) * (model::Dot(axis, wanted.turning.axis) < 0.0 ? -1.0 : 1.0);
+    const model::Vector3 axis = plans::AxisOf(arc);
+    const double degrees = plans::RightHandedDegrees(arc) * (model::Dot(axis, wanted.turning.axis) < 0.0 ? -1.0 : 1.0);
     const double off = std::abs(WithinHalfATurn(degrees, wanted) - wanted.turning.degrees);
     if (!(off <= model::angleTolerance)) {
         const bool isOpposed = degrees * wanted.turning.degrees < 0.0;
@@ -55,7 +55,7 @@ std::vector<Finding> FindingsOfArc(const ArcData& arc, const model::Vector3& sta
     };
     if (!wanted.isSwing) find(K::ArcLeavesItsStart, model::Distance(start, wanted.start), model::lengthTolerance);
     if (LengthError(arc) > model::unitTolerance) findings.push_back({K::ArcLosesItsRadius, std::nullopt, std::nullopt});
-    find(K::ArcAxisTilted, AngleBetweenLines(motion::AxisOf(arc), wanted.turning.axis), model::angleTolerance);
+    find(K::ArcAxisTilted, AngleBetweenLines(plans::AxisOf(arc), wanted.turning.axis), model::angleTolerance);
     find(K::ArcCentreOff, DistanceToAxis(wanted.turning.centre, arc), model::lengthTolerance);
     if (const auto angle = FindingOfAngle(arc, wanted)) findings.push_back(*angle);
     return findings;

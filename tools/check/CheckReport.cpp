@@ -125,7 +125,7 @@ text::Json PathJson(const std::vector<motion::Sample>& samples) {
 }
 
 text::Json MoveJson(std::size_t index, const CheckedMove& move, const model::HeadModel& head, const Figures& figures) {
-    const motion::Path& path = move.run.path;
+    const model::Path& path = move.run.path;
     return {{"move", index + 1},
             {"name", NameOf(move.run.id)},
             {"kind", path.IsArc() ? "arc" : "straight"},

@@ -10,7 +10,7 @@ namespace {
 double ToPoleSphere(const motion::ExecutedMove& move, const model::HeadModel& head) {
     const double ofCentre = move.path.SmallestDistanceTo(head.PoleSphere());
     if (IsPegContact(move.id)) return ofCentre;
-    const motion::Path ofCup = move.path.ShiftedBy(head.DriveCup(move.before.angles));
+    const model::Path ofCup = move.path.ShiftedBy(head.DriveCup(move.before.angles));
     return std::min(ofCentre, ofCup.SmallestDistanceTo(head.PoleSphere()));
 }
 
@@ -43,7 +43,7 @@ Clearance ClearanceOf(const motion::ExecutedMove& move, const model::HeadModel& 
 Clearance ClearanceAt(const motion::ExecutedMove& move, double fraction, const model::HeadModel& head,
                       const BallSizes& sizes) {
     const model::Vector3 place = move.path.At(fraction);
-    motion::ExecutedMove standing{move.id, motion::Path::Straight(place, place), move.before, move.before, 0.0};
+    motion::ExecutedMove standing{move.id, model::Path::Straight(place, place), move.before, move.before, 0.0};
     standing.before.angles = move.AnglesAt(fraction);
     return ClearanceOf(standing, head, sizes);
 }

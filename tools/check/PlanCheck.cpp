@@ -4,6 +4,7 @@
 #include "tools/check/MoveRequirements.h"
 #include "tools/model/Angles.h"
 #include "tools/model/Tolerances.h"
+#include "tools/motion/Program.h"
 
 #include <algorithm>
 
@@ -29,9 +30,12 @@ public:
     PlanReport Report() &&;
     void CheckOrder();
     void CheckStart(const model::HeadAngles& left);
+    void ComeBy(std::vector<motion::ExecutedMove> way) { report.way = std::move(way); }
 
 private:
     bool RunAll();
+    CheckedMove Measured(const motion::ExecutedMove& run);
+    void JoinWay(CheckedMove& first);
     void CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run);
     void CheckStateFor(const motion::ExecutedMove& run);
     void CheckEnding(MoveRequirement::Ending ending, const motion::ExecutedMove& run);
@@ -42,7 +46,7 @@ private:
     WantedArc WantedSwing(const motion::ExecutedMove& run) const;
     void CheckHeight(MoveRequirement::Height height, const motion::ExecutedMove& run);
     void CheckClearance(const CheckedMove& move);
-    void CheckTravel(const motion::Path& path);
+    void CheckTravel(const model::Path& path);
     void CheckHeadAngles(const model::HeadAngles& angles);
     void CheckEnd();
 
@@ -91,8 +95,8 @@ bool PlanCheck::RunAll() {
 
 void PlanCheck::CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run) {
     const MoveRequirement& requirement = RequirementOf(planned.id);
-    report.moves.push_back({run, ClearanceOf(run, head, options.sizes), surroundings.Of(run),
-                            LowestTip(run, head, options.scene.parts), std::nullopt});
+    report.moves.push_back(Measured(run));
+    if (index == 0) JoinWay(report.moves.back());
     if (const auto* const arc = std::get_if<ArcData>(&planned.data)) CheckArc(requirement.arc, *arc, run);
     CheckStateFor(run);
     CheckEnding(requirement.ending, run);
@@ -103,6 +107,24 @@ void PlanCheck::CheckMove(const plans::PlannedMove& planned, const motion::Execu
     CheckHeight(requirement.height, run);
     CheckClearance(report.moves.back());
     CheckTravel(run.path);
+}
+
+CheckedMove PlanCheck::Measured(const motion::ExecutedMove& run) {
+    return {run, ClearanceOf(run, head, options.sizes), surroundings.Of(run), LowestTip(run, head, options.scene.parts),
+            std::nullopt};
+}
+
+void PlanCheck::JoinWay(CheckedMove& first) {
+    for (const motion::ExecutedMove& leg : report.way) {
+        const CheckedMove measured = Measured(leg);
+        CheckTravel(leg.path);
+        first.clearance.toPoleSphere = std::min(first.clearance.toPoleSphere, measured.clearance.toPoleSphere);
+        first.clearance.toLevers = std::min(first.clearance.toLevers, measured.clearance.toLevers);
+        if (first.lowestTip) first.lowestTip = std::min(*first.lowestTip, *measured.lowestTip);
+        for (std::size_t i = 0; i < first.around.size(); ++i) {
+            first.around[i].atLeast = std::min(first.around[i].atLeast, measured.around[i].atLeast);
+        }
+    }
 }
 
 void PlanCheck::CheckStateFor(const motion::ExecutedMove& run) {
@@ -204,7 +226,7 @@ WantedArc PlanCheck::WantedSwing(const motion::ExecutedMove& run) const {
     const model::Vector3 centre = head.SwingCentre();
     const model::Vector3 from = model::Perpendicular(run.path.Start() - centre, up);
     const auto* const next = std::get_if<XYZData>(&plan.moves[*index + 1].data);
-    const model::Vector3 to = next == nullptr ? from : model::Perpendicular(motion::VectorOf(*next) - centre, up);
+    const model::Vector3 to = next == nullptr ? from : model::Perpendicular(plans::VectorOf(*next) - centre, up);
     const double degrees = model::ToDegrees(std::atan2(model::Dot(model::Cross(from, to), up), model::Dot(from, to)));
     return {run.path.Start(), {centre, up, degrees}, true};
 }
@@ -230,10 +252,10 @@ void PlanCheck::CheckClearance(const CheckedMove& move) {
     }
 }
 
-void PlanCheck::CheckTravel(const motion::Path& path) {
+void PlanCheck::CheckTravel(const model::Path& path) {
     const model::Vector3 axes[] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
     for (std::size_t i = 0; i < options.travel.size(); ++i) {
-        const motion::Path::Range range = path.RangeAlong(axes[i]);
+        const model::Path::Range range = path.RangeAlong(axes[i]);
         const TravelLimits& limits = options.travel[i];
         FindAbove(model::lengthTolerance, K::TravelLimitExceeded,
                   std::max(limits.smallest - range.smallest, range.largest - limits.largest));
@@ -249,6 +271,23 @@ void PlanCheck::CheckEnd() {
     FindAbove(model::angleTolerance, K::TargetNotReached, LargestDifference(state.angles, plan.to));
     if (state.isOnPeg) Find(K::StillOnThePeg);
     if (state.lever != model::LeverState::Locked) Find(K::NotLockedAtTheEnd);
+}
+
+/// Up from where the plan before ended, and across to above the first position. No way leads to an arc or to a number
+/// that is none.
+std::vector<motion::ExecutedMove> WayTo(const plans::PlanToCheck& plan, const model::HeadModel& head,
+                                        const motion::ExecutedMove& last) {
+    std::vector<motion::ExecutedMove> way;
+    const auto* const first = plan.moves.empty() ? nullptr : std::get_if<XYZData>(&plan.moves.front().data);
+    if (first == nullptr || !motion::Machine::CanRun(plan.moves.front())) return way;
+    motion::HeadState state = last.after;
+    state.touchedBall.reset();
+    model::Vector3 position = last.path.End();
+    for (const model::Vector3& corner : motion::CornersOfWay(position, plans::VectorOf(*first), head.SafeHeight())) {
+        way.push_back({plan.moves.front().id, model::Path::Straight(position, corner), state, state, 0.0});
+        position = corner;
+    }
+    return way;
 }
 
 } // namespace
@@ -269,7 +308,10 @@ PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& optio
                          const PlanReport& before, Surroundings& surroundings) {
     if (before.moves.empty()) return CheckPlan(head, options, plan, surroundings);
     const motion::ExecutedMove& last = before.moves.back().run;
-    PlanCheck check(head, options, plan, surroundings, motion::Machine(head, plan.from, last.path.End()));
+    std::vector<motion::ExecutedMove> way = WayTo(plan, head, last);
+    const model::Vector3 start = way.empty() ? last.path.End() : way.back().path.End();
+    PlanCheck check(head, options, plan, surroundings, motion::Machine(head, plan.from, start));
+    check.ComeBy(std::move(way));
     check.CheckStart(last.after.angles);
     check.CheckOrder();
     return std::move(check).Report();

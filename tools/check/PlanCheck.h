@@ -36,8 +36,11 @@ struct CheckedMove {
 };
 
 struct PlanReport {
-    std::vector<CheckedMove> moves; ///< those that were run: all, unless one has a number that is none
-    std::vector<Finding> findings;  ///< in the order of the moves; later ones may follow from the first
+    /// Those that were run: all, unless one has a number that is none. The way from the plan before counts as a part of
+    /// the first one.
+    std::vector<CheckedMove> moves;
+    std::vector<motion::ExecutedMove> way; ///< from the end of the plan before to where the first move begins
+    std::vector<Finding> findings;         ///< in the order of the moves; later ones may follow from the first
     /// Distance, mm, of the last indexing arc's end from the engagement position of the target; empty when it was not
     /// run.
     std::optional<double> targetMiss;
@@ -48,8 +51,8 @@ PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, 
 PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
                      Surroundings& surroundings);
 
-/// The same for a plan after another one: the machine comes from where `before` left it, and the plan must begin with
-/// the head as `before` left it.
+/// The same for a plan after another one: the machine comes from where `before` left it, at the safe height, and the
+/// plan must begin with the head as `before` left it.
 PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
                          const PlanReport& before, Surroundings& surroundings);
 

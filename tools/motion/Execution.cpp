@@ -14,11 +14,11 @@ bool IsFinite(const model::Vector3& vector) {
     return std::isfinite(vector.x) && std::isfinite(vector.y) && std::isfinite(vector.z);
 }
 
-bool IsExecutable(const XYZData& target) { return IsFinite(VectorOf(target)); }
+bool IsExecutable(const XYZData& target) { return IsFinite(plans::VectorOf(target)); }
 
 bool IsExecutable(const ArcData& arc) {
-    const double length = model::Length(RotationVectorOf(arc));
-    return IsFinite(OriginOf(arc)) && std::isfinite(arc.RotationAngle) && std::isfinite(length) && length > 0.0;
+    const double length = model::Length(plans::RotationVectorOf(arc));
+    return IsFinite(plans::OriginOf(arc)) && std::isfinite(arc.RotationAngle) && std::isfinite(length) && length > 0.0;
 }
 
 model::LeverState Other(model::LeverState state) {
@@ -51,7 +51,7 @@ bool Machine::CanRun(const plans::PlannedMove& move) {
 }
 
 ExecutedMove Machine::Run(const plans::PlannedMove& move) {
-    const Path path = PathOf(move);
+    const model::Path path = PathOf(move);
     position = path.End();
     ExecutedMove executed{move.id, path, state, state, 0.0};
     executed.after = std::visit([&](const auto& data) { return After(data); }, move.data);
@@ -61,9 +61,10 @@ ExecutedMove Machine::Run(const plans::PlannedMove& move) {
     return executed;
 }
 
-Path Machine::PathOf(const plans::PlannedMove& move) const {
+model::Path Machine::PathOf(const plans::PlannedMove& move) const {
     if (position) return plans::PathOf(move, *position);
-    if (const auto* const target = std::get_if<XYZData>(&move.data)) return plans::PathOf(move, VectorOf(*target));
+    if (const auto* const target = std::get_if<XYZData>(&move.data))
+        return plans::PathOf(move, plans::VectorOf(*target));
     // No plan of the component begins with an arc. If one does, it is run from the place where it should have begun.
     const model::LeverSide side = model::HeadModel::LeverInReach(state.angles);
     return plans::PathOf(move, head.LeverLine(side, state.lever).ApproachPoint());
@@ -84,7 +85,7 @@ HeadState Machine::After(const ArcData& arc) const {
     HeadState after = state;
     after.pushed = 0.0;
     after.touchedBall.reset();
-    const model::Vector3 turn = RightHandedDegrees(arc) * AxisOf(arc);
+    const model::Vector3 turn = plans::RightHandedDegrees(arc) * plans::AxisOf(arc);
     if (state.touchedBall) {
         const model::Turning push = head.LeverPush(*state.touchedBall, state.lever);
         const double pushedOn = model::Dot(turn, push.axis) * (push.degrees < 0.0 ? -1.0 : 1.0);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tools/model/HeadModel.h"
-#include "tools/motion/Path.h"
+#include "tools/model/Path.h"
 #include "tools/plans/PlannedMove.h"
 
 #include <optional>
@@ -23,7 +23,7 @@ struct HeadState {
 /// A move that was run.
 struct ExecutedMove {
     plans::MoveId id;
-    Path path; ///< of the machine position
+    model::Path path; ///< of the machine position
     HeadState before;
     HeadState after;
     double pulledOff; ///< the largest distance of the cup from the peg that it sat on
@@ -51,7 +51,7 @@ public:
     const std::optional<model::Vector3>& Position() const { return position; }
 
 private:
-    Path PathOf(const plans::PlannedMove& move) const;
+    model::Path PathOf(const plans::PlannedMove& move) const;
     HeadState After(const XYZData& target) const;
     HeadState After(const ArcData& arc) const;
     double PulledOff(const ExecutedMove& move) const;
@@ -60,11 +60,5 @@ private:
     HeadState state;
     std::optional<model::Vector3> position;
 };
-
-using plans::AxisOf;
-using plans::OriginOf;
-using plans::RightHandedDegrees;
-using plans::RotationVectorOf;
-using plans::VectorOf;
 
 } // namespace qmv40::motion

@@ -37,8 +37,10 @@ private:
     }
 
     void AddWay(std::size_t plan, const Vector3& start) {
-        if (position) AddTo(plan, {position->x, position->y, options.safeHeight});
-        if (position || options.approachesFromAbove) AddTo(plan, {start.x, start.y, options.safeHeight});
+        if (!position && !options.approachesFromAbove) return;
+        const auto [above, across] = CornersOfWay(position.value_or(start), start, options.safeHeight);
+        if (position) AddTo(plan, above);
+        AddTo(plan, across);
     }
 
     void AddTo(std::size_t plan, const Vector3& end) { Append(plan, {}, Path::Straight(position.value_or(end), end)); }
@@ -64,6 +66,10 @@ std::vector<Step> ProgramOf(std::span<const plans::PlanToCheck> plans, const Pro
     Builder builder(options);
     for (std::size_t i = 0; i < plans.size(); ++i) builder.Add(i + 1, plans[i].moves);
     return std::move(builder).Result();
+}
+
+std::array<Vector3, 2> CornersOfWay(const Vector3& end, const Vector3& start, double safeHeight) {
+    return {Vector3{end.x, end.y, safeHeight}, Vector3{start.x, start.y, safeHeight}};
 }
 
 double LengthOf(std::span<const Step> program) {

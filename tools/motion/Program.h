@@ -3,6 +3,7 @@
 #include "tools/model/Path.h"
 #include "tools/plans/PlannedMove.h"
 
+#include <array>
 #include <optional>
 #include <span>
 #include <vector>
@@ -27,6 +28,10 @@ struct ProgramOptions {
 /// The plans one after the other. Between them the machine moves at the safe height: up, across, down. Throws
 /// InputError for a plan that begins with an arc, or has a number that is not finite: where it leads is unknown.
 std::vector<Step> ProgramOf(std::span<const plans::PlanToCheck> plans, const ProgramOptions& options);
+
+/// The corners of the way from the end of a plan to the start of the next one: up to `safeHeight`, and across to above
+/// the start.
+std::array<model::Vector3, 2> CornersOfWay(const model::Vector3& end, const model::Vector3& start, double safeHeight);
 
 /// mm, from the first known position.
 double LengthOf(std::span<const Step> program);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int mostSteps = 10'000;
 
-int StepsOf(const Path& path, const Spacing& spacing) {
+int StepsOf(const model::Path& path, const Spacing& spacing) {
     const double steps = path.IsArc() ? std::abs(path.Degrees()) / spacing.degrees
                                       : model::Distance(path.Start(), path.End()) / spacing.millimetres;
     if (!(steps < mostSteps)) return mostSteps; // true also for a length that is not a number

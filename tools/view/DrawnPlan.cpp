@@ -47,6 +47,13 @@ DrawnMove MoveOf(const check::CheckedPlan& checked, std::size_t index, const std
 
 } // namespace
 
+std::vector<motion::ExecutedMove> RunsOf(const check::PlanReport& report, std::size_t index) {
+    std::vector<motion::ExecutedMove> runs;
+    if (index == 0) runs = report.way;
+    runs.push_back(report.moves[index].run);
+    return runs;
+}
+
 std::vector<model::Vector3> DrawnHead::Places() const {
     std::vector<model::Vector3> places{centre, driveCup, stylusEnd};
     for (const Lever& lever : levers) places.insert(places.end(), {lever.pivot, lever.ball});
@@ -83,7 +90,10 @@ DrawnPlan DrawnPlanOf(const check::CheckedPlan& checked, const HeadModel& head, 
                    std::min(sizes.leverBallRadius, drawnReach)};
     if (!(std::abs(*plan.safeHeight) <= drawnReach)) plan.safeHeight.reset();
     for (std::size_t i = 0; i < checked.report.moves.size(); ++i) {
-        const std::vector<motion::Sample> samples = motion::SamplesOf(head, checked.report.moves[i].run);
+        std::vector<motion::Sample> samples;
+        for (const motion::ExecutedMove& run : RunsOf(checked.report, i)) {
+            std::ranges::copy(motion::SamplesOf(head, run), std::back_inserter(samples));
+        }
         plan.moves.push_back(MoveOf(checked, i, samples, head.PoleSphere()));
         if (i == 0) plan.start = HeadAt(head, samples.front());
         plan.end = HeadAt(head, samples.back());

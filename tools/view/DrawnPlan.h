@@ -52,6 +52,9 @@ struct DrawnPlan {
     std::array<Range, 3> Extent() const;
 };
 
+/// What the machine does in a move: the way from the plan before is a part of the first one.
+std::vector<motion::ExecutedMove> RunsOf(const check::PlanReport& report, std::size_t index);
+
 DrawnPlan DrawnPlanOf(const check::CheckedPlan& checked, const model::HeadModel& head, const check::BallSizes& sizes);
 
 } // namespace qmv40::view

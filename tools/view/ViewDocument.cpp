@@ -92,7 +92,7 @@ text::Json StateJson(const motion::HeadState& state) {
 
 /// The move in closed form. The page can compute all its points from it.
 text::Json MotionJson(const motion::ExecutedMove& run) {
-    const motion::Path& path = run.path;
+    const model::Path& path = run.path;
     text::Json arc = nullptr;
     if (path.IsArc()) {
         arc = {{"centre", ArrayJson(path.Centre())},
@@ -114,15 +114,22 @@ text::Json NearestJson(const check::CheckedMove& move, const check::Figures& fig
     return {{"part", pair.part}, {"obstacle", pair.solid}, {"clearance", nearest->atLeast}};
 }
 
+/// For a person beside the machine; null for a straight move.
+text::Json TurnJson(const check::CheckedPlan& checked, std::size_t index) {
+    const auto* const arc = std::get_if<ArcData>(&checked.plan.moves[index].data);
+    if (arc == nullptr) return nullptr;
+    if (index >= checked.report.moves.size()) return plans::TurnInWords(*arc);
+    return plans::TurnInWords(*arc, checked.report.moves[index].run.path.Start());
+}
+
 /// What is known of every move, also of one that could not be run.
 text::Json MoveJson(const check::CheckedPlan& checked, std::size_t index) {
     const plans::PlannedMove& planned = checked.plan.moves[index];
-    const auto* const arc = std::get_if<ArcData>(&planned.data);
     return {{"name", NameOf(planned.id)},
             {"purpose", plans::AllMoves()[plans::IndexOf(planned.id)].purpose},
-            {"kind", arc == nullptr ? "straight" : "arc"},
+            {"kind", std::holds_alternative<ArcData>(planned.data) ? "arc" : "straight"},
             {"planned", PlannedJson(planned)},
-            {"turn", arc == nullptr ? text::Json(nullptr) : text::Json(plans::TurnInWords(*arc))},
+            {"turn", TurnJson(checked, index)},
             {"level", NameOf(LevelOf(checked, index))},
             {"clearanceToPoleSphere", nullptr},
             {"clearanceToLevers", nullptr},
@@ -142,9 +149,15 @@ text::Json AllMovesJson(const check::CheckedPlan& checked, const ViewedTour& vie
         move["clearanceToLevers"] = run[i].clearance.toLevers;
         move["nearest"] = NearestJson(run[i], view.tour.figures);
         move["motion"] = MotionJson(run[i].run);
+        move["motion"]["way"] = text::Json::Array();
+        for (const motion::ExecutedMove& part : RunsOf(checked.report, i)) {
+            move["motion"]["way"].PushBack(ArrayJson(part.path.Start()));
+        }
         if (view.tour.plans.size() > mostPlansInFull) continue;
-        for (const motion::Sample& sample : motion::SamplesOf(view.head, run[i].run, fineSpacing)) {
-            move["samples"].PushBack(SampleJson(sample, run[i].run, view));
+        for (const motion::ExecutedMove& part : RunsOf(checked.report, i)) {
+            for (const motion::Sample& sample : motion::SamplesOf(view.head, part, fineSpacing)) {
+                move["samples"].PushBack(SampleJson(sample, part, view));
+            }
         }
     }
     return moves;

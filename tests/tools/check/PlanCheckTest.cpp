@@ -98,9 +98,47 @@ TEST(PlanCheck, JudgesANextPlanFromWhereTheOneBeforeLeftTheMachine) {
     check::Surroundings surroundings(head, {}, {});
     const check::PlanReport second = check::CheckNextPlan(head, {}, PlanByHand(), first, surroundings);
     EXPECT_THAT(NamesOf(second), IsEmpty());
-    EXPECT_TRUE(IsAt({30.3, -19.3, -26.55}, second.moves.front().run.path.Start(), 0.0));
-    // From 10 above the ball to 5 beside it, past its centre: the height of that triangle.
-    EXPECT_NEAR(10.0 * 5.0 / std::sqrt(125.0) - 2.5, second.moves.front().clearance.toLevers, rounding);
+    // Up from 10 above the ball, across at the safe height, and down to 5 beside it.
+    ASSERT_EQ(2u, second.way.size());
+    EXPECT_TRUE(IsAt({30.3, -19.3, -26.55}, second.way[0].path.Start(), 0.0));
+    EXPECT_TRUE(IsAt({30.3, -19.3, 35.0}, second.way[1].path.Start(), rounding));
+    EXPECT_TRUE(IsAt({30.3, -24.3, 35.0}, second.moves.front().run.path.Start(), rounding));
+    EXPECT_NEAR(5.0 - 2.5, second.moves.front().clearance.toLevers, rounding);
+}
+
+TEST(PlanCheck, FindsWhatStandsInTheWayFromOnePlanToTheNext) {
+    const model::HeadModel head = IdealHead();
+    const auto pin = [](const model::Vector3& centre) {
+        return check::obstacles::Obstacle{
+            "pin", "ball", std::make_shared<check::obstacles::Rod>(centre, centre, 0.1), {}};
+    };
+    const struct {
+        const char* why;
+        model::Vector3 place;
+        bool isMet;
+    } cases[] = {
+        {"beside the way up, and clear of the way down", {30.3, 0.2, 160.0}, true},
+        {"above the head on its way across", {30.3, -21.8, 35.0 + 150.0 - 1.0}, true},
+        {"beside both", {30.3 + 21.0, -19.3, 160.0}, false},
+    };
+    for (const auto& each : cases) {
+        check::CheckOptions options;
+        options.scene.obstacles.push_back(pin(each.place));
+        const check::PlanReport first = check::CheckPlan(head, options, PlanByHand());
+        check::Surroundings surroundings(head, options.sizes, options.scene);
+        const check::PlanReport second = check::CheckNextPlan(head, options, PlanByHand(), first, surroundings);
+        const bool isFound = std::ranges::any_of(second.findings, [](const check::Finding& finding) {
+            return finding.move == 0 && finding.kind == check::FindingKind::TouchesObstacle;
+        });
+        EXPECT_EQ(each.isMet, isFound) << each.why;
+    }
+    check::CheckOptions low;
+    low.travel[2].largest = 34.0;
+    const check::PlanReport first = check::CheckPlan(head, {}, PlanByHand());
+    check::Surroundings surroundings(head, {}, {});
+    const check::PlanReport second = check::CheckNextPlan(head, low, PlanByHand(), first, surroundings);
+    EXPECT_EQ(0u, second.findings.front().move);
+    EXPECT_THAT(NamesOf(second), testing::Contains("travel-limit-exceeded"));
 }
 
 TEST(PlanCheck, JudgesTheRestOfAPlanFromAnyMoveOn) {

@@ -65,7 +65,20 @@ export class OpenPage {
     document() { return this.page.evaluate(() => JSON.parse(document.getElementById("document").textContent)); }
 
     async isPlaying() { return (await this.page.locator("#play").getAttribute("aria-label")) === "Pause"; }
-    untilStopped() { return this.page.locator('#play[aria-label="Play"]').waitFor(); }
+
+    /** From now on the page lives through as much time as it is given, and no more, however busy the machine is. */
+    async stopClock() {
+        await this.page.clock.install({ time: 0 });
+        await this.page.clock.pauseAt(1000);
+    }
+
+    live(milliseconds) { return this.page.clock.runFor(milliseconds); }
+
+    async liveUntilStopped() {
+        const longest = 30; // seconds of the page's time, far more than any plan takes when it is played very fast
+        for (let i = 0; i < 10 * longest && await this.isPlaying(); ++i) await this.live(100);
+        assert.equal(await this.isPlaying(), false);
+    }
 }
 
 /** Coordinates are shown with three decimals: half of the last one, and the rounding of the sum that an arc's end is. */

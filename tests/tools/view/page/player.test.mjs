@@ -60,22 +60,6 @@ describe("The player", () => {
         assert.deepEqual([lever, peg, clearance], ["Levers open", "On the peg", "\u2014"]);
     });
 
-    promise("plays to the end and stops there", async (opened) => {
-        await opened.page.selectOption("#speed", { label: "very fast" });
-        await opened.click("#play");
-        assert.equal(await opened.isPlaying(), true);
-        await opened.untilStopped();
-        assert.equal(await opened.moveName(), "DisengageFromLockLever");
-        assertAt(await opened.position(), ends.at(-1)[1], "the end");
-    });
-
-    promise("starts again from the start when it is played at the end", async (opened) => {
-        await opened.press("End");
-        await opened.press("Space", "Space");
-        const line = opened.page.locator("#time");
-        assert.ok(Number(await line.inputValue()) < Number(await line.getAttribute("max")) / 2);
-    });
-
     promise("goes to both ends with Home and End and their buttons", async (opened) => {
         const placesAfter = async (go) => { await go(); return opened.position(); };
         for (const [start, end] of [["Home", "End"], ["#to-start", "#to-end"]]) {
@@ -146,23 +130,22 @@ describe("The player", () => {
 });
 
 describe("The player, by a clock that the test moves", () => {
-    let browser, pages, opened;
+    let browser, pages, opened, ends;
 
     before(async () => {
         pages = new Pages();
+        const geometry = pages.geometry("plain");
+        [ends] = pages.plans(["--geometry", geometry, ...moveArguments]).map(endsOfMoves);
         browser = await launch();
-        opened = await OpenPage.open(browser,
-            pages.view("clock.html", ["--geometry", pages.geometry("plain"), ...moveArguments]));
-        // However busy the machine is, the page lives through as much time as it is given, and no more.
-        await opened.page.clock.install({ time: 0 });
-        await opened.page.clock.pauseAt(1000);
+        opened = await OpenPage.open(browser, pages.view("clock.html", ["--geometry", geometry, ...moveArguments]));
+        await opened.stopClock();
     });
     after(async () => {
         await browser?.close();
         pages.remove();
     });
 
-    const live = (milliseconds) => opened.page.clock.runFor(milliseconds);
+    const live = (milliseconds) => opened.live(milliseconds);
     const wayIn = async () => Number(await opened.page.locator("#time").inputValue());
 
     it("holds where it is while it pauses", async () => {
@@ -173,6 +156,25 @@ describe("The player, by a clock that the test moves", () => {
         assert.ok(held > 0, "it had moved before");
         await live(300);
         assert.equal(await wayIn(), held);
+    });
+
+    it("plays to the end and stops there", async () => {
+        await opened.row(16).click();
+        await opened.page.selectOption("#speed", { label: "very fast" });
+        await opened.click("#play");
+        assert.equal(await opened.isPlaying(), true);
+        await opened.liveUntilStopped();
+        assert.equal(await opened.moveName(), "DisengageFromLockLever");
+        assertAt(await opened.position(), ends.at(-1)[1], "the end");
+    });
+
+    it("starts again from the start when it is played at the end", async () => {
+        await opened.page.selectOption("#speed", { label: "normal" });
+        await opened.click("#to-end");
+        await opened.click("#play");
+        await live(100);
+        await opened.click("#play");
+        assert.equal(await opened.moveName(), "EngageWithUnLockLever");
     });
 
     it("goes fifteen times as far in the same time when it is very fast", async () => {

@@ -86,13 +86,18 @@ describe("The page of a tour", () => {
 
     it("plays on through all plans and stops at the end of the last", async () => {
         const opened = await OpenPage.open(browser, pages.view("short.html", ["--geometry", geometry, "--from", "0,0", "--to", "0,15", "--to", "0,0"]));
+        await opened.stopClock();
         await opened.page.selectOption("#speed", { label: "very fast" });
         await opened.click("#to-end");
         await opened.click("#back");
         await opened.click("#play");
-        await opened.page.waitForFunction(() => document.getElementById("plan").value === "1");
+        await opened.live(1000);
+        assert.equal(await opened.page.locator("#plan").inputValue(), "1");
         assert.equal(await opened.isPlaying(), true);
-        await opened.untilStopped();
+        await opened.click("#to-end");
+        await opened.click("#back");
+        await opened.click("#play");
+        await opened.liveUntilStopped();
         assert.equal(await opened.page.locator("#plan").inputValue(), "1");
         assert.equal(await opened.moveName(), "DisengageFromLockLever");
         await opened.close();

@@ -71,11 +71,18 @@ function stepsOf({ start, end, arc }) {
     return Math.max(1, Math.min(Math.ceil(steps), mostSteps));
 }
 
-/** The samples of a move; none when it was not run. */
-export function samplesOf(theDocument, move) {
-    if (!move.motion) return [];
+/** The samples of one straight way or arc. */
+function samplesAlong(theDocument, move) {
     const steps = stepsOf(move.motion);
     return Array.from({ length: steps + 1 }, (_, i) => sampleAt(theDocument, move, i / steps));
+}
+
+/** The samples of a move, the way to it before them; none when it was not run. */
+export function samplesOf(theDocument, move) {
+    if (!move.motion) return [];
+    const { motion } = move;
+    const legs = motion.way.slice(1).map((end, i) => ({ start: motion.way[i], end, arc: null, before: motion.before, after: motion.before }));
+    return [...legs, motion].flatMap((part) => samplesAlong(theDocument, { ...move, motion: part }));
 }
 
 /** Gives every move of a plan its samples, where the document does not hold them. */

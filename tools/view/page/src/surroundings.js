@@ -8,6 +8,7 @@ import { ball, block, cylinder, outlined, vector } from "./solids.js";
 const stemLength = 66;
 const footRadius = 11;
 const footHeight = 4;
+const nameBelow = 10; // mm, from the sphere to where it is named: beside the stem, out of the way of cup and lever
 const tableReach = 260;
 const tableThickness = 3;
 // Of a surface with more triangles no edges are drawn: they would hide it.
@@ -46,7 +47,7 @@ export class Surroundings {
         const end = table === null ? this.bottom : centre.clone().setZ(Math.min(table, this.bottom.z));
         this.group.add(ball(centre, sphere.radius, this.lit("sphere")), cylinder(end, centre, stemDiameter / 2, steel));
         if (table === null) this.group.add(cylinder(this.foot, this.bottom, footRadius, steel));
-        this.names.push({ text: "Pole sphere", at: this.bottom });
+        this.names.push({ text: "Pole sphere", at: centre.clone().setZ(centre.z - sphere.radius - nameBelow) });
     }
 
     addTable() {
