@@ -12,6 +12,7 @@ constexpr DWORD nameOfModule = 12;
 constexpr DWORD addressesOfModule = 16;
 constexpr DWORD sizeOfEntry = 20;
 constexpr DWORD hintBeforeName = 2;
+constexpr Size byNumber = Size{1} << (8 * sizeof(Size) - 1); // an import that has no name
 
 /// Where the module keeps the address of the function.
 void** ImportOf(void* module, const char* function) {
@@ -21,8 +22,8 @@ void** ImportOf(void* module, const char* function) {
         const auto* name = reinterpret_cast<const Size*>(image + word(entry + namesOfModule));
         auto* address = reinterpret_cast<void**>(image + word(entry + addressesOfModule));
         for (; *name != 0; ++name, ++address) {
-            const bool hasName = static_cast<long long>(*name << (64 - 8 * sizeof(Size))) >= 0; // else a number
-            if (hasName && strcmp(reinterpret_cast<const char*>(image + *name + hintBeforeName), function) == 0)
+            if ((*name & byNumber) == 0 &&
+                strcmp(reinterpret_cast<const char*>(image + *name + hintBeforeName), function) == 0)
                 return address;
         }
     }

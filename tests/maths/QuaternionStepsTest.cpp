@@ -9,8 +9,8 @@
 
 using namespace qmv40;
 
-/// Which operation and step a quaternion names when its matrix fails, and the order in which it writes the elements.
-/// The matrix is this program's own.
+/// Which operation and step a quaternion names when a vector or its matrix fails, and the order in which it writes the
+/// elements. Vector and matrix are this program's own.
 
 namespace {
 
@@ -19,7 +19,14 @@ struct Matrix {
     int failingWrite = 0;             ///< counted from 1; 0: none
 } matrix;
 
+int failingRead = -1; ///< the component of a vector that cannot be read; -1: none
+
 } // namespace
+
+double CMaVector::operator[](int index) const {
+    if (index == failingRead) throw GeometryError(GeometryError::Reason::Impossible);
+    return 0.0;
+}
 
 void CMaMatrix::SetElement(int row, int column, double) {
     matrix.written.push_back(std::to_string(row) + ',' + std::to_string(column));
@@ -32,8 +39,13 @@ namespace {
 
 class QuaternionSteps : public testing::Test {
 protected:
-    QuaternionSteps() { matrix = {}; }
-    ~QuaternionSteps() override { matrix = {}; }
+    QuaternionSteps() { Restore(); }
+    ~QuaternionSteps() override { Restore(); }
+
+    static void Restore() {
+        matrix = {};
+        failingRead = -1;
+    }
 
     static void ExpectNamed(const Raised& raised, const wchar_t* source, const wchar_t* description) {
         EXPECT_EQ(raised.code, QMV_E_GEOMETRY_IMPOSSIBLE);
@@ -48,6 +60,13 @@ TEST_F(QuaternionSteps, NameTheConstructorWhileTheMatrixIsFilled) {
     matrix.failingWrite = 2;
     ExpectNamed(RaisedBy([] { const CQuaternion quaternion; }), L"CQuaternion::CQuaternion",
                 L"Error initialising matrix with default data.");
+}
+
+TEST_F(QuaternionSteps, NameTheInitialisationWhileTheDirectionIsRead) {
+    CQuaternion quaternion;
+    for (failingRead = 0; failingRead < 3; ++failingRead)
+        ExpectNamed(RaisedBy([&] { quaternion.InitialiseFromAngleAndDirection(1.0, CMaVector(1.0, 0.0, 0.0)); }),
+                    L"CQuaternion::InitialiseFromAngleAndDirection", L"Error extracting data from direction vector");
 }
 
 // CalculateRotationMatrix always names its usual caller: this is required.

@@ -15,6 +15,7 @@ struct Machine {
     UINT thread = 1252;
     UINT system = 1252;
     std::wstring shortPath; ///< of every file; empty for none
+    std::wstring only;      ///< the one file or folder that is there; empty: whatever is asked for
     int refusals = 0;
 } machine;
 
@@ -54,8 +55,8 @@ int WINAPI Widen(UINT codePage, DWORD flags, LPCCH narrow, int length, LPWSTR wi
     return MultiByteToWideChar(page, flags, narrow, length, wide, size);
 }
 
-DWORD WINAPI ShortPath(LPCWSTR, LPWSTR path, DWORD size) {
-    if (machine.shortPath.empty()) return 0;
+DWORD WINAPI ShortPath(LPCWSTR name, LPWSTR path, DWORD size) {
+    if (machine.shortPath.empty() || (!machine.only.empty() && machine.only != name)) return 0;
     if (machine.shortPath.size() >= size) return static_cast<DWORD>(machine.shortPath.size() + 1);
     machine.shortPath.copy(path, machine.shortPath.size());
     path[machine.shortPath.size()] = L'\0';
@@ -145,6 +146,14 @@ TEST_F(NarrowNames, OfFilesAreShortOnesWhereNoCodePageHasTheLongOne) {
     EXPECT_EQ(NarrowFileName(german, conversions), "C:\\k\xF6pf.ini") << "a long one that will do";
     machine.shortPath = polish; // a disk without short names gives the long one
     EXPECT_EQ(NarrowFileName(polish, conversions), std::nullopt);
+}
+
+TEST_F(NarrowNames, OfNewFilesAreInTheShortNameOfTheirFolder) {
+    machine.only = L"C:\\g\u0142owa";
+    machine.shortPath = L"C:\\GOWA~1";
+    EXPECT_EQ(NarrowFileName(L"C:\\g\u0142owa\\k\u00F6pf.ini", conversions), "C:\\GOWA~1\\k\xF6pf.ini");
+    EXPECT_EQ(NarrowFileName(L"C:\\g\u0142owa\\g\u0142owa.ini", conversions), std::nullopt) << "no name of its own";
+    EXPECT_EQ(NarrowFileName(L"g\u0142owa.ini", conversions), std::nullopt) << "no folder";
 }
 
 TEST_F(NarrowNames, OfFilesEndBefore260Characters) {
