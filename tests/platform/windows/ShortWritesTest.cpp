@@ -1,0 +1,68 @@
+#include "platform/windows/ProfileCopy.h"
+#include "tests/platform/ProfileOnDisk.h"
+
+#include <gtest/gtest.h>
+
+/// A disk that takes a part of what is written, while the platform's function reports a success. The program is linked
+/// so that the component's writing of an entry comes through here.
+
+using namespace qmv40;
+
+namespace {
+
+std::uintmax_t largestFile = 0;
+
+} // namespace
+
+extern "C" {
+extern decltype(&WritePrivateProfileStringA) __real___imp_WritePrivateProfileStringA;
+
+static BOOL WINAPI WriteInPart(LPCSTR section, LPCSTR key, LPCSTR text, LPCSTR file) {
+    const BOOL written = __real___imp_WritePrivateProfileStringA(section, key, text, file);
+    if (std::filesystem::file_size(file) > largestFile) std::filesystem::resize_file(file, largestFile);
+    return written;
+}
+
+extern decltype(&WritePrivateProfileStringA) __wrap___imp_WritePrivateProfileStringA;
+decltype(&WritePrivateProfileStringA) __wrap___imp_WritePrivateProfileStringA = WriteInPart;
+}
+
+namespace {
+
+constexpr const char* bothWhole = "[S]\r\na=1.000000000e+02\r\nb=2.000000000e+02\r\n";
+
+TEST(ShortWrites, LeaveTheEntriesThatFittedWholeAndAlone) {
+    const ProfileEntry entries[] = {{"S", "a", "1.000000000e+02"}, {"S", "b", "2.000000000e+02"}, {"S", "c", "3"}};
+    const struct {
+        std::uintmax_t size;
+        const char* left;
+    } cases[] = {{30, "[S]\r\na=1.000000000e+02\r\n"}, {24, "[S]\r\na=1.000000000e+02\r\n"}, {44, bothWhole}};
+    for (const auto& [size, left] : cases) {
+        const ProfileOnDisk profile;
+        largestFile = size;
+        Patience patience;
+        EXPECT_FALSE(WriteEntries(profile.Path().wstring(), entries, patience));
+        EXPECT_EQ(profile.Content(), left) << size;
+        const std::filesystem::directory_iterator files(profile.Folder());
+        EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+    }
+}
+
+TEST(ShortWrites, OfTheFirstEntryLeaveNoFile) {
+    const ProfileOnDisk profile;
+    const ProfileEntry entries[] = {{"S", "a", "1.000000000e+02"}};
+    largestFile = 15;
+    Patience patience;
+    EXPECT_FALSE(WriteEntries(profile.Path().wstring(), entries, patience));
+    EXPECT_FALSE(profile.Exists());
+}
+
+TEST(ShortWrites, AreNoneOfTextsThatAreReadWithoutTheirEnds) {
+    const ProfileOnDisk profile;
+    const ProfileEntry entries[] = {{"S", "a", " blanks "}, {"S", "b", "'quotes'"}, {"S", "c", ""}};
+    largestFile = 1000;
+    Patience patience;
+    EXPECT_TRUE(WriteEntries(profile.Path().wstring(), entries, patience));
+}
+
+} // namespace
