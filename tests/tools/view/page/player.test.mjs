@@ -174,6 +174,7 @@ describe("The player, by a clock that the test moves", () => {
         await opened.click("#play");
         await live(100);
         await opened.click("#play");
+        await live(16); // it comes to rest
         assert.equal(await opened.moveName(), "EngageWithUnLockLever");
     });
 
