@@ -1,5 +1,5 @@
-// EnterHeadGeometry through the shared library's interface, from the fewest points that it takes to a million in each
-// set: its time must grow as the points do.
+// EnterHeadGeometry through the shared library's interface, from the smallest number of points to a million in each
+// set: its time must be proportional to the points.
 
 #include "benchmarks/Subjects.h"
 #include "benchmarks/Verify.h"
@@ -29,7 +29,7 @@ std::shared_ptr<Capture> CaptureOf(std::size_t size) {
     head.pole = {412.5, -178.25, -655.0};
     head.mountingAngle = 10.0;
     head.lockedToUnlocked = {0.02, -0.03, -1.62}; // as the scenario's settings say
-    // Captured at B = 45, where the fold into quadrants is sure of itself.
+    // Captured at B = 45, where the quadrant is unambiguous.
     return std::make_shared<Capture>(Capture{AlignmentArray(WithNoise(head.ASet(45.0, count), noiseOfTheProbe, 1)),
                                              AlignmentArray(WithNoise(head.BSet(60.0, count), noiseOfTheProbe, 2))});
 }
@@ -38,7 +38,7 @@ std::string EnteringOf(std::size_t count) { return "alignment " + std::to_string
 std::string CopyingOf(std::size_t count) { return "alignment copy " + std::to_string(count); }
 
 void VerifyPole(IQMVCalculator2& calculator, std::size_t count) {
-    // Four noisy points on a quarter circle place the pole this well and no better.
+    // Four noisy points on a quarter circle determine the pole to this.
     constexpr double nearEnough = 0.05;
     XYZData pole{};
     Verify(calculator.GetPoleSpherePosition(&pole) == S_OK, "no pole");
@@ -46,7 +46,7 @@ void VerifyPole(IQMVCalculator2& calculator, std::size_t count) {
     Verify(off < nearEnough, "the pole from " + std::to_string(count) + " points in each set");
 }
 
-/// The copies that entering a capture begins with, and nothing else.
+/// The copies at the beginning of entering a capture.
 void CopyBoth(Capture& capture) {
     for (AlignmentArray* const points : {&capture.aAxisPoints, &capture.bAxisPoints}) {
         SAFEARRAY* copy = nullptr;
@@ -56,7 +56,7 @@ void CopyBoth(Capture& capture) {
     }
 }
 
-/// How a time grows with the number of points, as a power: the slope of the straight line through the logarithms.
+/// The exponent of a time as a power of the number of points: the slope of the straight line through the logarithms.
 double Growth(const Timings& timings, const std::vector<std::size_t>& counts, std::string (*nameOf)(std::size_t)) {
     double x = 0.0, y = 0.0, xx = 0.0, xy = 0.0;
     for (const std::size_t count : counts) {
@@ -68,11 +68,11 @@ double Growth(const Timings& timings, const std::vector<std::size_t>& counts, st
     return (xy - x * y / n) / (xx - x * x / n);
 }
 
-/// From where on the time is the points' own, and not that of reading the settings.
+/// From this number of points on, reading the settings takes a negligible part of the time.
 constexpr std::size_t manyPoints = 1000;
 
-/// Large blocks of memory cost more a byte than small ones, whatever is done with them; so the growth is held against
-/// that of copying the same capture, which is linear if anything is.
+/// Large blocks of memory cost more for each byte than small ones. Therefore the growth is compared with that of
+/// copying the same capture, which is linear.
 void AddGrowth(Suite& suite, const std::string& subject, const std::vector<std::size_t>& counts) {
     std::vector<std::size_t> many;
     for (const std::size_t count : counts)

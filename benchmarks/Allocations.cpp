@@ -24,7 +24,7 @@ void* Allocate(std::size_t size) {
 }
 
 void Free(void* block) noexcept {
-    // A block from before the counting began may end during it.
+    // A block that was allocated before the counting began may be freed during it.
     if (isCounting) heldBytes -= std::min(heldBytes, malloc_usable_size(block));
     std::free(block);
 }

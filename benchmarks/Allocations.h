@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-/// Counts what the program asks of the heap through `new` while one of these lives. Not for two threads, nor two at a
-/// time. The counting costs a test of one variable when none lives.
+/// Counts the program's allocations through `new` while an object of this class lives. For one thread, and one object
+/// at a time. While none lives, it costs a test of one variable.
 class Allocations {
 public:
     Allocations() noexcept;
@@ -12,6 +12,6 @@ public:
     ~Allocations();
 
     std::size_t Count() const noexcept;
-    /// The most bytes that were held at a time.
+    /// The largest number of bytes that were allocated at one time.
     std::size_t PeakBytes() const noexcept;
 };

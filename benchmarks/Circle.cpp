@@ -1,5 +1,5 @@
-// The circle fit beside two general minimisers on the same points, and beside the plainest thing that can be done with
-// a million points: reading each once.
+// The circle fit beside two general minimisers on the same points, and beside the least that can be done with a million
+// points: reading each once.
 
 #include "benchmarks/Allocations.h"
 #include "benchmarks/Points.h"
@@ -17,7 +17,7 @@ namespace {
 
 constexpr long iterationLimit = 200000;
 
-/// All answers agree to this, in millimetres: what our fit promises for the least of circles.
+/// All answers agree to this, in millimetres: the accuracy of our fit for the smallest of the circles.
 constexpr double sameWithin = 1e-9;
 
 CMaCircle Fitted(const Points& points) {
@@ -38,8 +38,8 @@ void VerifyPeer(const Points& points, const PeerCircle& peer, const std::string&
                      " points: " + std::to_string(off) + " mm apart");
 }
 
-/// Adds all coordinates up, fast enough that nothing but the reading counts: eight running pairs, so that no sum waits
-/// for the one before it.
+/// Adds all coordinates, so fast that only the reading counts: eight running sums, so that none waits for the one
+/// before it.
 double ReadOnce(std::span<const double> values) {
     using Pair [[gnu::vector_size(16)]] = double;
     constexpr std::size_t pairs = 8;

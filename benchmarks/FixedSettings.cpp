@@ -1,5 +1,5 @@
-// Replaces the readers of the settings store by constants, so that the benchmarks time arithmetic alone. The cost of
-// the store is timed through the shared library, which has the real readers.
+// Replaces the readers of the settings store by constants, so that the benchmarks time only arithmetic. The cost of the
+// store is timed through the shared library, which has the real readers.
 
 #include "settings/FixedHeadOffsets.h"
 

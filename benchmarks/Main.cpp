@@ -1,5 +1,5 @@
-// Times the component beside well-known libraries that do the same work, in one program and on the same data, and
-// prints what came out as a table of ratios. See docs/performance.md.
+// Times the component beside well-known libraries that do the same work, in one program and on the same data. Prints
+// the results as a table of ratios. See docs/performance.md.
 
 #include "benchmarks/Subjects.h"
 
@@ -21,7 +21,7 @@ constexpr Subject subjects[] = {{"circle", AddCircle}, {"plane-line", AddPlaneAn
 
 constexpr Effort whole{11, 0.05, true};
 constexpr Effort quick{5, 0.02, false};
-/// Enough to see that everything runs and gives the right answers; the times mean nothing.
+/// Enough to check that everything runs and gives the right answers; the times mean nothing.
 constexpr Effort check{1, 1e-6, false};
 
 struct Request {

@@ -15,7 +15,7 @@ using namespace qmv40;
 
 namespace {
 
-/// A store that answers at once, and one that is not there: the second costs less than any other can.
+/// A store that answers at once, and a missing one, which costs the least.
 constexpr const char* fullStore = QMV40_SCENARIOS "/settings-override/settings.reg";
 constexpr const char* noStore = QMV40_SCENARIOS "/there is none";
 
@@ -45,7 +45,7 @@ void VerifyReadsAfresh(IQMVCalculator2& calculator) {
     Verify(byDefault == -135.0 && UnlockingTurn(calculator) == -120.0, "settings are read at every plan");
 }
 
-/// As many plans as there would be pairs of 325 positions, over and over through all pairs of those there are.
+/// As many plans as 325 positions have pairs. They repeat all pairs of the possible positions.
 constexpr int plansOfATour = 325 * 325;
 
 void PlanTour(IQMVCalculator2& calculator, const std::vector<HeadAngles>& positions) {

@@ -1,5 +1,5 @@
-// The arithmetic of one whole plan, CalculateMove without its reading of settings, beside the same 19 moves written by
-// hand on Eigen and on KDL; and how much of it the heap takes, which the rotations' results live on.
+// The arithmetic of one plan, which is CalculateMove without reading the settings, beside the same 19 moves written by
+// hand with Eigen and with KDL; and the share of the heap, on which the rotations' results are.
 
 #include "benchmarks/Allocations.h"
 #include "benchmarks/HeadAngles.h"
@@ -17,8 +17,8 @@
 
 namespace {
 
-/// The calculator itself with its head open to look at; created here, not through a factory, so that the whole of it
-/// stands in this program, whose settings are constants.
+/// The calculator with access to its head. It is created here and not by a factory, so that all of it is in this
+/// program, whose settings are constants.
 class OpenCalculator final : public CQMVCalculator {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
@@ -28,7 +28,7 @@ public:
     const RoundThePole& Head() const noexcept { return headGeometry; }
 };
 
-/// Plans and where they go: each begins where the one before it ended.
+/// Plans and their targets: each begins where the one before ended.
 struct Tour {
     OpenCalculator calculator;
     std::unique_ptr<PlanPeer> eigen;
@@ -60,7 +60,7 @@ Numbers NumbersOf(const RequiredMoves& moves) {
     return numbers;
 }
 
-/// Every number of the two records, millimetres and degrees. An arc of half a turn may go either way round.
+/// Every number of the two records, millimetres and degrees. An arc of half a turn may have either direction.
 void VerifySame(const RequiredMoves& ours, const RequiredMoves& peers) {
     constexpr double sameWithin = 1e-9;
     const Numbers left = NumbersOf(ours), right = NumbersOf(peers);
@@ -92,7 +92,7 @@ double AllocationsOfAPlan(Tour& tour) {
     return static_cast<double>(allocations.Count());
 }
 
-/// What the heap does during a plan, and nothing else: a turn of the head for two positions, one for one, two axes.
+/// The heap allocations of one plan: a rotation of the head for two positions, one for one position, two axes.
 void AllocateLikeAPlan() {
     const auto allocate = [](std::size_t size) {
         char* const block = std::allocator<char>().allocate(size);

@@ -1,5 +1,5 @@
-// The plane and line fits beside the usual ways to a principal direction: the quick one by the covariance matrix, the
-// accurate one by QR, and CGAL's.
+// The plane and line fits beside the usual methods for a principal direction: the fast one by the covariance matrix,
+// the accurate one by QR, and CGAL's.
 
 #include "benchmarks/Points.h"
 #include "benchmarks/Subjects.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// All answers agree to this, in millimetres and radians: what squaring the coordinates leaves.
+/// All answers agree to this, in millimetres and radians: the accuracy that is left after squaring the coordinates.
 constexpr double sameWithin = 1e-9;
 
 CMaPlane FittedPlane(const CMaPointArray& points) {
@@ -30,7 +30,7 @@ CMaLine FittedLine(const CMaPointArray& points) {
 
 CMaVector DirectionOf(const PeerAxis& axis) { return {axis.direction[0], axis.direction[1], axis.direction[2]}; }
 
-/// Sine of the angle between two directions, whichever way they point.
+/// Sine of the angle between two directions; opposite directions count as equal.
 double Apart(const CMaVector& a, const CMaVector& b) { return (a * b).Magnitude() / a.Magnitude() / b.Magnitude(); }
 
 void VerifyPeer(const CMaPoint& mean, const CMaVector& direction, const PeerAxis& peer, const std::string& what) {
@@ -96,7 +96,7 @@ Points NarrowStrip() {
     return strip;
 }
 
-/// What the quick way costs: the covariance matrix squares the strip's proportions.
+/// The loss of accuracy of the fast method: the covariance matrix squares the proportions of the strip.
 void AddAccuracy(Suite& suite) {
     const Points strip = NarrowStrip();
     const CMaVector normal(1.0, 2.0, 2.0);

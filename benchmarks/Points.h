@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-/// One set of points in the two layouts that the libraries read: each gets the one that it takes without a copy.
+/// One set of points in the two layouts that the libraries read, so that no library copies it.
 struct Points {
     struct Point {
         double x, y, z;
@@ -14,7 +14,7 @@ struct Points {
     CMaPointArray array;
 };
 
-/// Where a set of points comes from, so that answers can be held against it.
+/// The shape that a set of points was made from, to compare answers with.
 inline constexpr Points::Point arcCentre{412.5, -178.25, -655.0};
 inline constexpr double arcRadius = 180.0;
 

@@ -1,4 +1,4 @@
-// What a person or a script waits for: one whole run of qmv40; and how large the libraries are.
+// One run of qmv40 as a process, and the sizes of the libraries.
 
 #include "benchmarks/Subjects.h"
 #include "benchmarks/Verify.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Runs a program to its end with its output thrown away; its exit code.
+/// Runs a program without its output. Returns its exit code.
 int RunSilently(const char* const* arguments) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);

@@ -2,8 +2,8 @@
 
 #include "benchmarks/Suite.h"
 
-/// The subjects of the table. Each stands its data up, holds its peers' answers against ours, and adds what is timed
-/// and the rows made of it.
+/// The subjects of the table. Each prepares its data, compares its peers' answers with ours, and adds the work to be
+/// timed and the rows of the table.
 
 void AddCircle(Suite& suite);
 void AddPlaneAndLine(Suite& suite);

@@ -15,7 +15,7 @@ double Middle(std::vector<double> values) {
     return values.size() % 2 != 0 ? values[middle] : 0.5 * (values[middle - 1] + values[middle]);
 }
 
-/// Passes the times on and shows what is under way.
+/// Passes the times on and shows the progress.
 class Collector : public benchmark::BenchmarkReporter {
 public:
     explicit Collector(Timings& theTimings) : timings(theTimings) {}

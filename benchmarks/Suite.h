@@ -9,26 +9,26 @@
 #include <utility>
 #include <vector>
 
-/// What one call of each piece of timed work took, in seconds, once for every round.
+/// The seconds of one call of each piece of timed work, one figure for each round.
 class Timings {
 public:
     void Add(const std::string& name, double seconds) { samples[name].push_back(seconds); }
-    /// The middle one of the rounds; throws std::out_of_range for work that was not timed.
+    /// The median of the rounds; throws std::out_of_range for work that was not timed.
     double Median(const std::string& name) const;
-    /// The middle one of the ratios of two pieces of work in the same round: what slows a whole round down cancels out.
+    /// The median of the ratios of two pieces of work in the same round, so that a slow round has no influence.
     double MedianRatio(const std::string& ours, const std::string& peers) const;
 
 private:
     std::map<std::string, std::vector<double>> samples;
 };
 
-/// A number of the table, worked out when everything has been timed.
+/// A number of the table, computed after everything has been timed.
 struct Figure {
     std::function<double(const Timings&)> value;
     std::string unit; ///< "s" is shown as ns, us, ms or s
 };
 
-/// What a row must not exceed: its ratio when it has a peer, else the number itself.
+/// The limit of a row: for its ratio when it has a peer, otherwise for the number itself.
 struct Limit {
     double most;
     std::string text;
@@ -52,9 +52,9 @@ struct Effort {
     bool large;         ///< with the sizes that take seconds a call
 };
 
-/// The pieces of timed work and the rows made of their times.
-/// Everything is timed once in every round, one after the other, and a ratio is the middle one of the rounds' ratios:
-/// whatever else the machine is busy with for a while falls on ours and on the peers' alike.
+/// The pieces of timed work and the rows made from their times.
+/// All work is timed once in every round, and a ratio is the median of the rounds' ratios. Other load of the machine
+/// then affects our work and the peers' work alike.
 class Suite {
 public:
     explicit Suite(const Effort& theEffort) : effort(theEffort) {}
@@ -63,24 +63,24 @@ public:
 
     /// Times calls of `work`; counts the processor time of this thread.
     template <typename Work> void Time(const std::string& name, Work work) { Register(name, std::move(work)); }
-    /// The same by the clock on the wall, for work that waits for others.
+    /// The same by the clock, for work that waits.
     template <typename Work> void TimeByTheClock(const std::string& name, Work work) {
         Register(name, std::move(work))->UseRealTime();
     }
 
-    /// A row of one number, which the limit is for.
+    /// A row of one number; the limit is for this number.
     void Report(const std::string& subject, const std::string& size, const Figure& ours,
                 std::optional<Limit> limit = std::nullopt);
     /// A row of two pieces of timed work; the limit is for their ratio.
     void Compare(const std::string& subject, const std::string& size, const std::string& ours,
                  const std::string& peersName, const std::string& peers, std::optional<Limit> limit = std::nullopt);
-    /// A row of two numbers known already.
+    /// A row of two known numbers.
     void Compare(const std::string& subject, const std::string& size, const std::string& unit, double ours,
                  const std::string& peersName, double peers);
     void Add(Row row) { rows.push_back(std::move(row)); }
 
     void Run();
-    /// The table, in Markdown, and how many of the limits are kept.
+    /// The table in Markdown, and how many of the limits are met.
     void Print() const;
     void WriteCsv(const std::string& path) const;
 
@@ -101,9 +101,9 @@ private:
 /// A whole number in groups of three digits.
 std::string Grouped(std::size_t number);
 
-/// The time of a piece of work as a figure.
+/// The time of a piece of work.
 Figure TimeOf(const std::string& name);
 /// The ratio of two pieces of work.
 Figure RatioOf(const std::string& ours, const std::string& peers);
-/// A number known already.
+/// A known number.
 Figure Known(double value, const std::string& unit);

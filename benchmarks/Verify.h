@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-/// Only equals are compared: a peer that gives another answer than ours, or than it should, ends the program.
+/// Only equal answers are compared: a peer whose answer differs from ours or from the true one ends the program.
 inline void Verify(bool condition, const std::string& what) {
     if (!condition) throw std::runtime_error("not the same answer: " + what);
 }

@@ -147,7 +147,7 @@ struct Refusal {
     const wchar_t* description;
 };
 
-/// What the copying of the arrays, which comes first, has against one.
+/// Why the copying of the arrays, which comes first, refuses one.
 std::optional<Refusal> AgainstCopying(const HostileArray& points) {
     const bool isNoArray = points.Get() != nullptr && (points.Get()->cDims == 0 || points.Get()->cbElements == 0);
     if (isNoArray) return Refusal{E_INVALIDARG, L"Error Copying the safe array data."};
@@ -198,13 +198,13 @@ void PromiseGeometry(IQMVCalculator2& calculator, double captureB) {
             "a geometry that is accepted has its pole in finite space");
     RequiredMoves moves{};
     Promise(Plan(calculator, moves).code == S_OK, "with a geometry and a position there is a plan");
-    // Which way a head faces that was captured at an infinite angle, nothing can tell.
+    // For a head that was captured at an infinite angle the mounting angle is undetermined.
     if (Length(centre) > farthestCentre || !std::isfinite(captureB)) return;
     PromisePlan(moves, IdealHead(MountingAngleIn(moves), centre), from, to);
 }
 
 void PromiseTruth(IQMVCalculator2& calculator, const Capture& capture) {
-    // Rounding of coordinates of some thousands, carried through the shortest arcs that are tried here.
+    // The effect of rounding coordinates of some thousands on the shortest arcs that are tried here.
     constexpr double tolerance = 1e-6;
     XYZData pole{};
     RequiredMoves moves{};

@@ -1,9 +1,8 @@
 // Reads any bytes as a capture in CSV. Laws:
 // - the result is rows of finite numbers, or a refusal that names the file, a line of it and a reason; reading again
 //   gives the same;
-// - a correct file reads back to the same bits, whatever its separator, its decimal mark, the order and letter case of
-// its
-//   header, its quotes, blanks, comments, line ends and other columns are;
+// - a correct file reads back to the same bits, with any separator, decimal mark, order and letter case of its header,
+//   and with any quotes, blanks, comments, line ends and other columns;
 // - if one line of it is spoilt, the refusal has the number of this line.
 
 #include "Support.h"

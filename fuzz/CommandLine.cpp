@@ -1,7 +1,7 @@
 // Runs qmv40 with any list of arguments, in a folder with good and bad files. Laws:
 // - the tool returns one of its exit codes and throws nothing;
-// - with --json it prints exactly one document: the result, or the error of the component or of a refused file; wrong
-//   usage prints none;
+// - with --json it prints exactly one document: the result, or the error of the component, of a refused file or of
+//   wrong usage;
 // - without --json a failure prints nothing on standard output and a reason on standard error; a success prints there,
 //   or names the file that it wrote;
 // - the same arguments give the same output, and the settings in the environment do not change;

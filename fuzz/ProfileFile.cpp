@@ -1,7 +1,6 @@
 // Reads and writes one entry of a profile file of any bytes, in each encoding that such a file may have. Laws:
 // - a read stays within its buffer, terminates it, changes nothing, and gives the same text twice; a smaller buffer
-// gets
-//   the beginning of what a larger one gets;
+//   gets the beginning of the text that a larger one gets;
 // - a write that succeeds reads back; everything else in the file stays byte for byte: at most the old value of the
 //   entry is removed, and one piece of text is added;
 // - every other entry reads as before; writing the same text again changes nothing;
@@ -190,7 +189,7 @@ void PromiseOnlyTheValueChanged(const Units& before, const Units& after, bool wa
 void PromiseWrite(const Name& name, const std::string& value, const Name& bystander) {
     const std::string before = ReadFile(ProfileName());
     const Units unitsBefore(before);
-    // A write takes a UTF-8 mark away: what follows it can begin like another mark.
+    // A write removes a UTF-8 mark. The text after it can begin like another mark.
     if (unitsBefore.IsUtf8() && !Units(std::string_view(before).substr(3)).mark.empty()) return;
     const bool wasThere = IsThere(name);
     const std::string oldValue = Read(name);

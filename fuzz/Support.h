@@ -18,7 +18,7 @@
 /// What the fuzz targets share. A target turns bytes into one use of the component and asserts laws about the outcome;
 /// a law that does not hold ends the program, which is how libFuzzer learns of it.
 
-/// Ends the program with `sentence`, which says what was promised, unless the promise was kept.
+/// Ends the program with `sentence`, the promise, unless it was kept.
 inline void Promise(bool kept, const char* sentence) {
     if (kept) return;
     std::fprintf(stderr, "PROMISE BROKEN: %s\n", sentence);

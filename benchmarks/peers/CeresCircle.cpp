@@ -4,7 +4,7 @@
 
 namespace {
 
-/// The same two residuals as MINPACK's, in any arithmetic.
+/// The two residuals of MINPACK's problem, for any number type.
 struct DistanceFromCircle {
     template <typename T> bool operator()(const T* const unknowns, T* residuals) const {
         using Vector = Eigen::Matrix<T, 3, 1>;
@@ -28,7 +28,7 @@ PeerCircle FitCircleWithCeres(const std::vector<Points::Point>& points, double t
         using Cost = ceres::AutoDiffCostFunction<DistanceFromCircle, 2, 6>;
         auto functor = std::make_unique<DistanceFromCircle>(DistanceFromCircle{point});
         auto cost = std::make_unique<Cost>(functor.release());
-        // The problem takes it over.
+        // The problem owns it.
         problem.AddResidualBlock(cost.release(), nullptr, unknowns.data());
     }
     ceres::Solver::Options options;

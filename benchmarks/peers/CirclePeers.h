@@ -2,8 +2,8 @@
 
 #include "benchmarks/Points.h"
 
-/// The least-squares circle in space by general minimisers, each from the same kind of start that a user of it would
-/// write: the plane of the covariance matrix and an algebraic circle in it.
+/// The least-squares circle in space by general minimisers. Each begins with the start that its user would write: the
+/// plane of the covariance matrix and an algebraic circle in it.
 
 struct PeerCircle {
     double centre[3];
@@ -11,9 +11,9 @@ struct PeerCircle {
     double radius;
 };
 
-/// When a minimiser stops: by the relative change of the unknowns and of the sum of squares.
-/// At rounding level is where our fit stops, and where theirs meet the most of the certified circles (34 and 28 of 39;
-/// 32 and 10 at MINPACK's own tolerance).
+/// The relative change of the unknowns and of the sum of squares at which a minimiser stops. Our fit stops at rounding
+/// level. With that limit the peers find most of the certified circles (34 and 28 of 39; 32 and 10 with MINPACK's own
+/// tolerance).
 inline constexpr double atRoundingLevel = 1e-15;
 inline constexpr double minpacksOwn = 1.49e-8;
 

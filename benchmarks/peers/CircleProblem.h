@@ -4,8 +4,8 @@
 
 #include <Eigen/Dense>
 
-/// What both minimisers work on: the points about their mean and in the frame of their plane, and six unknowns there,
-/// centre (3), tilts of the normal (2) and radius (1).
+/// The problem of both minimisers: the points relative to their mean, in the frame of their plane, and six unknowns
+/// there: centre (3), tilts of the normal (2) and radius (1).
 struct CircleProblem {
     using Unknowns = Eigen::Matrix<double, 6, 1>;
 

@@ -82,7 +82,7 @@ private:
         return {pole(0), pole(1), pole(2), 0.0, 0.0, 1.0, -angle};
     }
 
-    /// The head hands out positions; the offset is what is left without the centre.
+    /// The head returns positions; the offset is the position without the centre.
     static Vector Offset(const RoundThePole& head, void (RoundThePole::*query)(int, CMaVector&) const, int lever) {
         CMaVector position(0.0, 0.0, 0.0);
         (head.*query)(lever, position);

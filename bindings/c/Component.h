@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// What the platforms do differently: how the component is found, and what a wide text is.
+/// The parts that differ by platform: how the component is found, and what a wide text is.
 
 namespace qmv40::bindings {
 
@@ -15,7 +15,7 @@ struct Releaser {
 };
 using Component = std::unique_ptr<IQMVCalculator2, Releaser>;
 
-/// What the calling thread needs before it can use the component, for as long as this lives.
+/// While it lives, the calling thread can use the component.
 class ThreadReadiness {
 public:
     ThreadReadiness();
@@ -27,14 +27,14 @@ private:
     [[maybe_unused]] unsigned long apartmentsThread = 0; ///< 0: there is nothing to take back
 };
 
-/// Throws a Refusal when the component cannot be had.
+/// Throws a Refusal when the component cannot be created.
 Component CreateComponent();
 
-/// The file of the module that `component` is made of.
+/// The file of the module that created `component`.
 std::string FileOf(const Component& component);
 
-/// A file name as the component takes it, made absolute: to the platform's profile functions a relative one would mean
-/// a folder of the system. Throws a Refusal for a name that is not UTF-8.
+/// A file name for the component, made absolute: the profile functions of Windows look for a relative one in the
+/// Windows folder. Throws a Refusal for a name that is not UTF-8.
 std::wstring ComponentFileName(std::u8string_view name);
 
 std::string ToUtf8(std::wstring_view text);

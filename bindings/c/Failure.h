@@ -6,20 +6,20 @@
 
 namespace qmv40::bindings {
 
-/// What these bindings refuse by themselves, before the component is asked.
+/// A refusal by these bindings, before the component is called.
 struct Refusal {
     HRESULT code;
     const char* description;
 };
 
-/// A call that failed, as qmv40_last_error tells it.
+/// The last failed call, for qmv40_last_error.
 struct Failure {
     HRESULT code = S_OK;
     std::string source;
     std::string description;
 };
 
-/// Keeps the texts of the thread's error record, which it takes out; without a record `call` is the source.
+/// Takes the texts out of the thread's error record and keeps them. Without a record, `call` is the source.
 void KeepComponentFailure(Failure& failure, HRESULT code, const char* call);
 void KeepRefusal(Failure& failure, const Refusal& refusal, const char* call);
 

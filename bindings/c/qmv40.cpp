@@ -14,7 +14,7 @@
 
 using namespace qmv40::bindings;
 
-/// One calculator of a C caller. The thread is made ready first and released last.
+/// The calculator of one C caller. The thread is prepared first and released last.
 struct qmv40_calculator {
     ThreadReadiness readiness;
     Component component = CreateComponent();
@@ -25,10 +25,10 @@ namespace {
 
 static_assert(sizeof(qmv40_alignment_point) == sizeof(HeadAlignmentDataItem));
 
-/// The failure of a call that had no calculator to keep it.
+/// The failure of a call without a calculator.
 thread_local Failure failureWithoutCalculator;
 
-/// Runs `step`, which returns a code or throws one, and keeps what failed. Nothing leaves it but a code.
+/// Runs `step`, which returns a code or throws one, and keeps its failure. Returns a code and throws nothing.
 template <typename Step> std::int32_t Run(Failure& failure, const char* call, const Step& step) {
     HRESULT code = E_UNEXPECTED;
     try {
@@ -57,7 +57,7 @@ struct TextReleaser {
     void operator()(OLECHAR* text) const { SysFreeString(text); }
 };
 
-/// Calls `method` with a file name as the component takes it.
+/// Calls `method` with a file name in the component's form.
 template <typename Method> HRESULT WithFileName(const char* file, const Method& method) {
     if (file == nullptr) throw Refusal{E_POINTER, "the file name is null"};
     const std::string_view bytes(file);
@@ -88,7 +88,7 @@ PointArray ArrayOf(const qmv40_alignment_point* points, std::size_t count) {
     return array;
 }
 
-/// Calls `method` with a record of the component and gives it back as the caller's.
+/// Calls `method` with a record of the component and copies it into the caller's.
 template <typename Record, typename CallersRecord, typename Method>
 HRESULT WithRecord(CallersRecord* result, const Method& method) {
     Record record{};
@@ -97,7 +97,7 @@ HRESULT WithRecord(CallersRecord* result, const Method& method) {
     return code;
 }
 
-/// Cut before a character that does not fit whole.
+/// Cuts the text before a character that does not fit completely.
 void Copy(const std::string& text, char* buffer, std::size_t size) {
     if (buffer == nullptr || size == 0) return;
     const auto continues = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U; };

@@ -8,12 +8,14 @@
 
 namespace qmv40::bindings {
 
-// A path converts between UTF-8 and UTF-32 in the same way in every locale; between narrow and wide the locale decides.
+// std::filesystem::path converts between UTF-8 and UTF-32 in the same way in every locale. Conversion between narrow
+// and wide depends on the locale.
 
 ThreadReadiness::ThreadReadiness() = default;
 ThreadReadiness::~ThreadReadiness() = default;
 
-// The dynamic linker has found the component: first beside this library (its run path), then where it finds all others.
+// The dynamic linker has already found the component: first beside this library (by its run path), then in its usual
+// places.
 Component CreateComponent() {
     void* created = nullptr;
     const HRESULT code =

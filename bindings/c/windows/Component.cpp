@@ -26,14 +26,13 @@ std::filesystem::path FileOfModule(HMODULE module) {
 
 /// The component's file beside this library; empty when there is none.
 std::filesystem::path FileBeside() {
-    // Freed and loaded again, a library with the compiler's own runtime in it would keep a slot of the thread each
-    // time.
+    // The library stays loaded: a library with the compiler's own runtime would lose a thread slot with every load.
     const HMODULE module = ModuleOf(&qmv40_version, GET_MODULE_HANDLE_EX_FLAG_PIN);
     const std::filesystem::path file = FileOfModule(module).parent_path() / L"CoQMV40Calculator.dll";
     return GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES ? std::filesystem::path() : file;
 }
 
-/// A library's entry by its name, as the function that it is.
+/// An entry of a library by its name, as a function.
 GetClassObject* ClassObjectEntry(HMODULE module) {
     const FARPROC entry = GetProcAddress(module, "DllGetClassObject");
     return reinterpret_cast<GetClassObject*>(reinterpret_cast<void (*)()>(entry));
