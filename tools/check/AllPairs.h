@@ -14,8 +14,8 @@ namespace qmv40::check {
 
 struct AllPairs {
     std::vector<model::HeadAngles> positions;
-    std::size_t refused = 0;        ///< pairs that the component does not plan
-    std::size_t differentMoves = 0; ///< many plans have a move in common
+    std::size_t refused = 0;        ///< pairs that the component refuses to plan
+    std::size_t differentMoves = 0; ///< moves that are in many plans are counted once
     std::size_t findings = 0;
     std::vector<std::size_t> findingsOfKind; ///< by kind
     std::vector<CheckedPlan> examples;       ///< the first plan with each kind of finding

@@ -10,9 +10,9 @@
 namespace qmv40::check {
 
 struct WantedArc {
-    model::Vector3 start; ///< where the machine has to be before it
+    model::Vector3 start; ///< the required machine position before it
     model::Turning turning;
-    bool isSwing = false; ///< begins anywhere; turns by whole turns more or less lead to the same azimuth
+    bool isSwing = false; ///< it may begin anywhere; turns that differ by whole turns lead to the same azimuth
 };
 
 /// The findings about an arc that begins with the machine at `start`.

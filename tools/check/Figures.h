@@ -19,7 +19,7 @@ struct WorstFigure {
 struct PairFigure {
     std::string part;
     std::string solid;
-    std::optional<WorstFigure> smallest; ///< none where nothing is said of the two
+    std::optional<WorstFigure> smallest; ///< empty when the two are not compared
 };
 
 class Figures {

@@ -49,7 +49,7 @@ enum class FindingKind {
 struct FindingText {
     FindingKind kind;
     const char* name;     ///< short and stable: programs look for it
-    const char* unit;     ///< of the amount by which it is wrong; empty where there is none
+    const char* unit;     ///< of the amount; empty when there is none
     const char* sentence; ///< what is wrong
     const char* remedy;   ///< what to do next
 };
@@ -64,8 +64,8 @@ struct Meeting {
 
 struct Finding {
     FindingKind kind;
-    std::optional<std::size_t> move; ///< index among the moves of the plan; none: the plan as a whole
-    std::optional<double> amount;    ///< by how much it is wrong
+    std::optional<std::size_t> move; ///< index among the moves of the plan; empty for the plan as a whole
+    std::optional<double> amount;    ///< by how much it is wrong; empty when that is no number
     /// The part of the head that comes too close, and the obstacle; empty for findings that are not about a part.
     std::optional<Meeting> meeting = std::nullopt;
 };

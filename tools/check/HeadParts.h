@@ -12,7 +12,7 @@
 namespace qmv40::check {
 
 struct Stylus {
-    double length = 0.0; ///< mm, from the head centre to the centre of the tip
+    double length = 0.0; ///< mm, from the head's centre to the centre of the tip
     double diameter = 4.0;
     double tipDiameter = 5.0;
 };
@@ -26,7 +26,7 @@ struct PartSizes {
     /// An upright rod whose lower end is at the height of the head's centre.
     std::optional<double> bodyDiameter;
     double bodyLength = 150.0;
-    std::optional<double> jointDiameter; ///< a ball about the head centre: swivel and tilting part
+    std::optional<double> jointDiameter; ///< a ball about the head's centre: swivel and tilting part
     double cupDiameter = 14.0;           ///< a ball about the place that sits on the pole sphere
     double leverDiameter = 5.0;          ///< a rod from each lever's pivot to its ball
     std::optional<Stylus> stylus;
@@ -35,7 +35,7 @@ struct PartSizes {
 /// A part in one move.
 struct PartInMove {
     obstacles::MovingPart moving;
-    bool passesPoleSphere; ///< nothing is said of it and the sphere or its stem
+    bool passesPoleSphere; ///< it is not compared with the sphere and its stem
 };
 
 /// The names of the parts, in the order of `PartsOf`.

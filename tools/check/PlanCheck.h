@@ -20,7 +20,7 @@ struct TravelLimits {
 
 struct CheckOptions {
     BallSizes sizes;
-    double requiredClearance = 0.0;     ///< mm; that every move must have
+    double requiredClearance = 0.0;     ///< mm; of every move
     std::array<TravelLimits, 3> travel; ///< of the machine's X, Y, Z
     Scene scene;
 };
@@ -28,18 +28,18 @@ struct CheckOptions {
 struct CheckedMove {
     motion::ExecutedMove run;
     Clearance clearance;
-    PartClearances around;           ///< of every part of the head to all that stands around
-    std::optional<double> lowestTip; ///< Z of the lowest point of the stylus' tip, mm; none without a stylus
+    PartClearances around;           ///< of every part of the head to every obstacle
+    std::optional<double> lowestTip; ///< Z of the stylus tip's lowest point, mm; empty without a stylus
     /// Height of the move's lowest point above the safe height, for a move that must stay above it; empty for all
     /// others.
     std::optional<double> aboveSafeHeight;
 };
 
 struct PlanReport {
-    /// Those that were run: all, unless one has a number that is none. The way from the plan before counts as a part of
-    /// the first one.
+    /// Those that were run: all, unless one has a number that is not finite. The way from the plan before counts as a
+    /// part of the first one.
     std::vector<CheckedMove> moves;
-    std::vector<motion::ExecutedMove> way; ///< from the end of the plan before to where the first move begins
+    std::vector<motion::ExecutedMove> way; ///< from the end of the plan before to the start of the first move
     std::vector<Finding> findings;         ///< in the order of the moves; later ones may follow from the first
     /// Distance, mm, of the last indexing arc's end from the engagement position of the target; empty when it was not
     /// run.

@@ -18,7 +18,7 @@ struct Scene {
     PartSizes parts;
     double stemDiameter = 6.0;                  ///< mm; the pole sphere's stem goes straight down
     std::optional<double> table;                ///< Z of its surface
-    std::vector<obstacles::Obstacle> obstacles; ///< fixtures and whatever else stands around
+    std::vector<obstacles::Obstacle> obstacles; ///< fixtures and other obstacles
 };
 
 /// A part's clearance to one of the solids in one move: see obstacles/Sweep.h.

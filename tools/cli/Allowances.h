@@ -9,7 +9,7 @@ namespace qmv40::cli {
 struct Allowances {
     check::CheckOptions options;
     std::optional<double> stylusLength;
-    check::Stylus stylus; ///< its diameters; counts when a length was given
+    check::Stylus stylus; ///< its diameters; used when a length was given
     std::vector<std::string> obstacleFiles;
 
     /// The options of a check, with the obstacle files read. Throws InputError for a file that cannot be used.

@@ -62,9 +62,9 @@ private:
 };
 
 struct OptionDescription {
-    std::vector<std::string> names;   ///< "-h", "--help"; none for an argument that has its place
-    std::string argument;             ///< what follows, such as FILE; empty for a switch
-    std::vector<std::string> choices; ///< the only values that are accepted; empty when any is
+    std::vector<std::string> names;   ///< "-h", "--help"; empty for a positional argument
+    std::string argument;             ///< name of the value, such as FILE; empty for a switch
+    std::vector<std::string> choices; ///< the only values that are accepted; empty when any value is
     std::string description;
     bool isRequired;
     bool isRepeatable;
@@ -78,7 +78,7 @@ struct CommandDescription {
     std::string description;
     std::string footer;
     std::vector<OptionDescription> options;
-    std::vector<CommandDescription> commands; ///< one of them must be given; none for most commands
+    std::vector<CommandDescription> commands; ///< a call must name one of them; empty for most commands
 };
 
 class CommandLine {

@@ -19,7 +19,7 @@ namespace qmv40::cli {
 namespace {
 
 struct DoctorOptions : CommonOptions {
-    std::string geometry; ///< empty: no file is looked at
+    std::string geometry; ///< empty: no file is examined
 };
 
 /// The result of the command.

@@ -27,7 +27,7 @@ struct GeometryOptions : CommonOptions {
     std::string aAxis;
     std::string bAxis;
     std::string output; ///< empty: nothing is written
-    bool force = false; ///< write even what contradicts itself
+    bool force = false; ///< write a geometry with a fault too
     double centreWithin = diagnosis::thresholds::centreWithin;
     text::LengthUnit unit = text::LengthUnit::Millimetre; ///< of the capture
     std::optional<model::Vector3> sphere;                 ///< in that unit
@@ -42,7 +42,7 @@ struct GeometryReport {
     double aAxisCaptureB;
     double bAxisCaptureA;
     std::vector<diagnosis::Finding> findings;
-    std::optional<diagnosis::Diagnosis> diagnosis; ///< none: the sets determine nothing, or the numbers are too large
+    std::optional<diagnosis::Diagnosis> diagnosis; ///< empty: the sets determine nothing, or the numbers are too large
 
     bool Contradicts() const {
         return std::ranges::any_of(

@@ -14,7 +14,7 @@ struct ComponentError {
     HRESULT code;
     std::string source;
     std::string description;
-    std::size_t plan = 0; ///< of a tour, counted from 1, in which it failed; 0 where there is no tour
+    std::size_t plan = 0; ///< the plan of a tour that failed, counted from 1; 0 without a tour
 };
 
 /// The failure `code` with the error record that goes with it, taken out of the thread. `withoutRecord` names the

@@ -29,7 +29,7 @@ struct CircleFit {
     CMaVector normal; ///< of unit length; its sense is arbitrary
     double radius;
     Residuals residuals;
-    double arcCovered; ///< degrees: a whole turn less the widest axisOffset between neighbouring points
+    double arcCovered; ///< degrees: a whole turn less the widest gap between neighbouring points
 };
 
 /// Residuals are distances along the normal, with their sign.

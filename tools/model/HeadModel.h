@@ -20,10 +20,10 @@ enum class LeverState { Locked, Unlocked };
 /// Dimensions as seen from the head centre at A = 0, B = 0 with the head mounted square.
 struct HeadDimensions {
     Vector3 driveCup;
-    Vector3 leverCentre;  ///< of the lever on the plus side; the other's X is the opposite
+    Vector3 leverCentre;  ///< of the plus side; the other has the opposite X
     Vector3 lockedBall;   ///< from the lever centre
     Vector3 unlockedBall; ///< from the lever centre
-    double unlockingTurn; ///< how far the lever has to be pushed
+    double unlockingTurn; ///< degrees by which the lever has to be pushed
     double lockingTurn;
     /// How far the machine position differs when the same place is measured with the head unlocked. It turns with
     /// neither A nor B.
@@ -32,9 +32,9 @@ struct HeadDimensions {
 
 /// How the machine comes to a contact and leaves it: on a straight line of length `distance`.
 struct ContactLine {
-    Vector3 contact; ///< the machine's position in contact
+    Vector3 contact; ///< the machine position in contact
     Vector3 outward; ///< of unit length, away from the contact
-    double distance; ///< far enough from the contact to move freely
+    double distance; ///< to a place where the machine can move freely
 
     Vector3 ApproachPoint() const { return contact + distance * outward; }
 };

@@ -15,15 +15,15 @@ namespace qmv40::model {
 /// Millimetres, degrees. `Item` is the record of a captured point: an aggregate of A, B, X, Y and Z, in this order.
 template <typename Item> struct SimulatedHead {
     Vector3 pole{0.0, 0.0, 0.0};
-    double mountingAngle = 0.0;               ///< how far the head is mounted turned about the machine's Z axis
+    double mountingAngle = 0.0;               ///< rotation of the head about the machine's Z axis
     Vector3 stylus{0.0, 0.0, -180.0};         ///< the tip, in the head's frame at A = 0, B = 0
-    Vector3 lockedToUnlocked{0.0, 0.0, -1.5}; ///< how unlocking shifts the head
+    Vector3 lockedToUnlocked{0.0, 0.0, -1.5}; ///< the shift of the machine position by unlocking
 
     // The errors of a head as it was built and mounted
 
-    double axisOffset = 0.0; ///< how far the A axis passes the B axis, along the head's Y
-    double squareness = 0.0; ///< how far the A axis is out of square to the B axis: turned about the head's Y
-    double leanAboutX = 0.0; ///< how far the B axis leans: turned about machine Y, then about machine X
+    double axisOffset = 0.0; ///< along the head's Y
+    double squareness = 0.0; ///< rotation of the A axis about the head's Y, degrees
+    double leanAboutX = 0.0; ///< tilt of the B axis: about machine Y first, then about machine X
     double leanAboutY = 0.0;
 
     /// The machine position while the tip is on the sphere and the head unlocked.

@@ -18,11 +18,11 @@ enum class Measured { Locked, Unlocked };
 Vector3 PlaceOf(const HeadModel& head, const HeadAngles& angles, const Vector3& tip, Measured measured);
 
 struct MeasuredAngles {
-    HeadAngles nearest;                ///< of the positions, the one whose place lies closest
-    double offPlace;                   ///< mm, from that place to the measured one
-    HeadAngles angles;                 ///< those next to it at which the measured place would be exact, or closest
-    bool isBKnown;                     ///< false: the tip stands on the B axis, and no B is better than another
-    std::vector<HeadAngles> samePlace; ///< positions whose places are that of the nearest, itself among them
+    HeadAngles nearest;                ///< the one of `positions` whose place is closest
+    double offPlace;                   ///< mm, distance of the measured place from that of `nearest`
+    HeadAngles angles;                 ///< near `nearest`, with the place closest to the measured one
+    bool isBKnown;                     ///< false: the tip is on the B axis, so that its place does not depend on B
+    std::vector<HeadAngles> samePlace; ///< the positions with the same place as `nearest`, itself included
 };
 
 /// The A and B that a machine position with the tip in the sphere's centre means, when the head stands at one of

@@ -17,7 +17,7 @@ struct HeadState {
     model::LeverState lever;
     bool isOnPeg;                                ///< the drive cup sits on the pole sphere
     std::optional<model::LeverSide> touchedBall; ///< the machine stands at a lever's ball
-    double pushed = 0.0; ///< how far that lever is pushed out of its state, degrees; only where a plan was stopped
+    double pushed = 0.0; ///< degrees by which that lever is pushed out of its state; 0 unless a plan was stopped
 };
 
 /// A move that was run.

@@ -11,15 +11,15 @@
 namespace qmv40::motion {
 
 enum class Arcs {
-    Native, ///< the dialect's own arcs where the axis of an arc is one of the machine's; else chords
+    Native, ///< arcs of the dialect when the axis of an arc is a machine axis, otherwise chords
     Chords
 };
 
 struct ExportOptions {
-    double chord; ///< mm; how far a chord may leave its arc
+    double chord; ///< mm; the largest distance of a chord from its arc
     double feed;  ///< mm/min
     Arcs arcs = Arcs::Native;
-    std::vector<std::string> heading; ///< what the file is and what it was made of: each a line of comment
+    std::vector<std::string> heading; ///< lines of comment: what the file is, and its inputs
 };
 
 /// The tool knows its own files by this text. It stands in the first line, after the comment sign of the dialect.

@@ -13,7 +13,7 @@ struct Origin {
     std::string geometry; ///< file names
     std::string settings; ///< empty: the machine's own
     model::Vector3 poleSphere;
-    double safeHeight; ///< before the program is lifted
+    double safeHeight; ///< without the lift
     double lift;
     double chord;
     double feed;

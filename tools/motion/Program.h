@@ -13,14 +13,14 @@ namespace qmv40::motion {
 /// One step of a tour: a move of a plan, or a part of the way to the start of a plan.
 struct Step {
     std::size_t plan;                  ///< counted from 1
-    std::optional<plans::MoveId> move; ///< none: on the way to the plan's first move
+    std::optional<plans::MoveId> move; ///< empty: on the way to the plan's first move
     model::Path path;
-    bool isStartKnown = true; ///< false: the machine comes from wherever it stands, and the path is its end alone
+    bool isStartKnown = true; ///< false: it is not known where the machine comes from, and the path is only its end
 };
 
 struct ProgramOptions {
-    double safeHeight; ///< Z at which the machine moves freely; before the program is lifted
-    double lift = 0.0; ///< mm; the whole program is made this much higher
+    double safeHeight; ///< Z at which the machine moves freely, without `lift`
+    double lift = 0.0; ///< mm; added to every Z of the program
     /// Begin above the start of the first plan, at the safe height, and come down from there.
     bool approachesFromAbove = false;
 };

@@ -22,7 +22,7 @@ struct Sample {
 /// of 1 mm) is a mistake; it gets 10,000.
 struct Spacing {
     double degrees = 3.0;                                         ///< along an arc
-    double millimetres = std::numeric_limits<double>::infinity(); ///< along a straight move; unless given: both ends
+    double millimetres = std::numeric_limits<double>::infinity(); ///< along a straight move; by default only both ends
 };
 
 /// The samples of a move, from its start to its end. A lever changes at the end of a move, and the cup comes onto the

@@ -30,8 +30,8 @@ std::vector<PlannedMove> MovesInOrder(const RequiredMoves& record);
 /// A move with its ends, which an arc's record does not have.
 struct PlacedMove {
     PlannedMove move;
-    std::optional<model::Vector3> start; ///< none where it is not known where the machine stood
-    std::optional<model::Vector3> end;   ///< none for an arc without a start
+    std::optional<model::Vector3> start; ///< empty when the machine position before it is not known
+    std::optional<model::Vector3> end;   ///< empty for an arc without a start
 };
 
 /// The moves with the place where the machine begins and ends each of them. `start`: where it stands before the first

@@ -15,8 +15,8 @@
 namespace qmv40::recovery {
 
 struct Journal {
-    KnownMove known;     ///< what the last whole line says; nothing for a journal without one
-    bool isTorn = false; ///< behind it is a part of another line
+    KnownMove known;     ///< by the last whole line; nothing is known without one
+    bool isTorn = false; ///< a part of another line follows
 };
 
 /// Throws InputError for a line that does not belong in a journal, when moves are missing, and when the last plan is

@@ -14,7 +14,7 @@ struct Question {
     model::Vector3 standing; ///< of the machine
     KnownMove known;
     double positionError = usualPositionError;
-    check::CheckOptions check; ///< what ways out are allowed
+    check::CheckOptions check; ///< the options with which ways out are checked
 };
 
 /// A way out that was run on the model. With a finding it must not be run on the machine.

@@ -17,11 +17,11 @@ namespace qmv40::recovery {
 
 /// The state of lever, cup and head angles, by the move in which the machine stopped.
 enum class State {
-    Untouched, ///< moves 1 and 2: locked where the plan starts
+    Untouched, ///< moves 1 and 2: locked, at the plan's start angles
     Unlocking, ///< move 3: the lever is pushed part of the way
-    Unlocked,  ///< moves 4 to 8: open, the head where the plan starts
-    OnPeg,     ///< moves 9 to 11: the cup is on the peg, A and B on their way
-    Indexed,   ///< moves 12 to 17: open, the head at the target
+    Unlocked,  ///< moves 4 to 8: unlocked, at the plan's start angles
+    OnPeg,     ///< moves 9 to 11: the cup is on the peg, A and B are being changed
+    Indexed,   ///< moves 12 to 17: unlocked, at the target angles
     Locking,   ///< move 18: the lever is pushed part of the way
     Locked,    ///< move 19: locked at the target
     Unknown
@@ -59,7 +59,7 @@ struct KnownMove {
     enum class Kind {
         Nothing,
         During, ///< the move with this number was under way
-        After   ///< it was finished, and it is not known that the next one had begun
+        After   ///< it was finished; whether the next one had begun is not known
     } kind = Kind::Nothing;
     std::size_t number = 0; ///< of the move; After 0: no move was begun
     /// During: the report that the move had ended was being written. The position decides whether it had.
@@ -69,7 +69,7 @@ struct KnownMove {
 /// A place in the plan where the machine may stand.
 struct Fit {
     Progress place;
-    double distance; ///< of the standing from it
+    double distance; ///< of the machine from this place
     model::HeadAngles angles;
 
     State StateThere() const { return StateInMove(place.number); }
@@ -77,10 +77,10 @@ struct Fit {
 
 struct Stop {
     State state = State::Unknown;
-    std::vector<Fit> fits;               ///< all places that agree with what is known, in the order of the plan
-    std::size_t best = 0;                ///< index of the fit that counts, unless the state is unknown
-    Fit nearest{};                       ///< of the moves in question, whether it agrees or not
-    bool hasSeveralOrientations = false; ///< the state is unknown because the fits agree in it, and not in A and B
+    std::vector<Fit> fits;               ///< all places that agree with the known facts, in the order of the plan
+    std::size_t best = 0;                ///< index of the fit that is used, unless the state is unknown
+    Fit nearest{};                       ///< of the moves in question; it need not agree
+    bool hasSeveralOrientations = false; ///< the state is unknown because the fits agree in it, but not in A and B
 
     const Fit& Place() const { return fits[best]; }
     /// The moves of `fits`, each number once.

@@ -12,7 +12,7 @@ namespace qmv40::selfcheck {
 struct SelfCheck {
     std::string what;
     std::vector<double> expected;
-    std::vector<double> got; ///< as many
+    std::vector<double> got; ///< as many as expected
     const char* unit;
     double tolerance;
 
@@ -23,7 +23,7 @@ struct SelfCheck {
 
 struct SelfCheckGroup {
     std::string title;
-    std::string source; ///< where the expected numbers come from, a sentence
+    std::string source; ///< a sentence: where the expected numbers come from
     std::vector<SelfCheck> checks;
 };
 

@@ -15,9 +15,9 @@ namespace qmv40::settings {
 struct GeometryFileEntry {
     std::string section;
     std::string key;
-    std::optional<std::string> text; ///< nothing where the entry is missing
-    double value;                    ///< what the text reads as; 0.0 where the entry is missing
-    std::string problem;             ///< why the entry is not the number that it looks like; empty for a sound entry
+    std::optional<std::string> text; ///< empty when the entry is missing
+    double value;                    ///< as the component reads the text; 0.0 when the entry is missing
+    std::string problem;             ///< why the entry is not the number that it looks like; empty when it is
 
     std::string Name() const { return "[" + section + "] " + key; }
 };

@@ -11,7 +11,7 @@ namespace qmv40::settings {
 struct MachineSettings {
     std::string place;     ///< a file, or a key of the registry
     std::string state;     ///< completes "the settings are ...": "there", "missing", "unreadable"
-    StoredSettings stored; ///< nothing unless they are there; its findings say what is wrong with the place
+    StoredSettings stored; ///< empty unless they are there; its findings say what is wrong with the place
 };
 
 MachineSettings ReadMachineSettings();

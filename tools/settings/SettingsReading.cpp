@@ -92,7 +92,7 @@ private:
 
     const std::string key = ComponentKey();
     bool isInKey = false;
-    const RegistryLine* otherKey = nullptr; ///< the heading of another key; null when nothing is to be said about it
+    const RegistryLine* otherKey = nullptr; ///< the heading of another key; null when it needs no finding
     StoredSettings result;
 };
 

@@ -18,7 +18,7 @@ namespace qmv40::settings {
 struct StoredValue {
     std::string name;
     RegistryValue value;
-    std::optional<std::size_t> line; ///< of a settings file; none where the registry itself holds the value
+    std::optional<std::size_t> line; ///< of a settings file; empty for a value in the registry
 
     /// The text without its terminator; empty for a value that is not a text.
     std::optional<std::string> Text() const;
@@ -35,9 +35,9 @@ struct StoredSettings {
 };
 
 struct SettingReading {
-    double value = 0.0;                ///< by the rules
-    bool isStoredValue = false;        ///< it comes from the store; the built-in value otherwise
-    std::optional<StoredValue> stored; ///< whether it is read or not
+    double value = 0.0;                ///< that the component reads
+    bool isStoredValue = false;        ///< false: it is the built-in value
+    std::optional<StoredValue> stored; ///< also when it is not read
 };
 
 struct SettingsReading {

@@ -9,8 +9,8 @@ namespace qmv40::text {
 struct Console {
     std::ostream& out;
     std::ostream& err;
-    bool colour = false;   ///< plain data may carry terminal colours
-    bool progress = false; ///< messages are read on a terminal: a line there may be written over
+    bool colour = false;   ///< data on `out` may have terminal colours
+    bool progress = false; ///< `err` is a terminal, where a line can be overwritten
 
     std::string Strong(const std::string& text) const { return colour ? "\x1b[1m" + text + "\x1b[0m" : text; }
 };

@@ -209,7 +209,7 @@ private:
     std::span<const Column> columns;
     NameOfColumn name;
     std::vector<HeaderField> fields;
-    std::vector<std::size_t> places; ///< of each column in the header; its width where it has no such column
+    std::vector<std::size_t> places; ///< of each column in the header; the header's width when it has no such column
 };
 
 /// Reads the numbers of one file, which has one decimal mark.
@@ -249,7 +249,7 @@ private:
     }
 
     bool isCommaPossible;
-    char decimalMark = '\0'; ///< the one that numbers had so far
+    char decimalMark = '\0'; ///< of the numbers read so far
     std::size_t lineOfMark = 0;
 };
 

@@ -37,7 +37,7 @@ struct NumberRow {
 
 struct NumberTable {
     std::vector<NumberRow> rows;
-    std::optional<LengthUnit> unit; ///< that the header gives the lengths; the values are as they stand in the file
+    std::optional<LengthUnit> unit; ///< of the lengths, as the header gives it; the values are not converted
 };
 
 /// The columns of a CSV file: one row for each data line, its values in the order of `columns`.

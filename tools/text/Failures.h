@@ -10,7 +10,7 @@ namespace qmv40::text {
 /// An input file cannot be used.
 struct InputError {
     std::string file;
-    std::optional<std::size_t> line; ///< counted from 1; none when the reason concerns the whole file
+    std::optional<std::size_t> line; ///< counted from 1; empty when the reason concerns the whole file
     std::string reason;
 };
 

@@ -10,7 +10,7 @@
 namespace qmv40::text {
 
 enum class Severity {
-    Note,    ///< what cannot be judged, or is worth knowing
+    Note,    ///< something cannot be judged, or is worth knowing
     Warning, ///< the result holds, but not as well as it should
     Fault    ///< the result is wrong, or must not be run
 };

@@ -8,7 +8,7 @@ namespace qmv40::text {
 struct LenientNumber {
     double value;
     bool isNumber;      ///< the text begins with a finite number
-    std::string oddity; ///< why the value is not what the text looks like: completes a sentence; empty when it is
+    std::string oddity; ///< why the text reads as another number than it looks: completes a sentence; or empty
 };
 
 LenientNumber ReadLenientNumber(const std::string& text);

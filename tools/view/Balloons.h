@@ -13,7 +13,7 @@ inline constexpr double balloonRadius = 1.75; ///< mm on paper
 inline constexpr double placeOfNumber = 0.42;
 
 struct Balloon {
-    PaperPoint anchor; ///< on what is numbered
+    PaperPoint anchor; ///< the point of the line at which the leader begins
     PaperPoint centre;
 };
 

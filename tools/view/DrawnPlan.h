@@ -30,7 +30,7 @@ struct DrawnHead {
 struct DrawnMove {
     std::size_t index; ///< among the moves of the plan
     MoveLevel level;
-    std::vector<model::Vector3> way; ///< of the machine's position; empty when all of it is left out
+    std::vector<model::Vector3> way; ///< the path of the machine position; empty when all of it is left out
     bool isComplete;                 ///< nothing was left out
 };
 

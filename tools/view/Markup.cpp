@@ -77,7 +77,7 @@ std::string CutText(const std::string& text, std::size_t columns) {
     std::string valid = text::ValidUtf8(text);
     std::size_t taken = 0;
     std::size_t width = 0;
-    std::size_t withDots = 0; ///< how much is kept when not all of it fits
+    std::size_t withDots = 0; ///< the length that is kept when the text is too long
     while (taken < valid.size()) {
         const std::string_view character = FirstCharacter(std::string_view(valid).substr(taken));
         width += ColumnsOf(character);

@@ -7,7 +7,7 @@ namespace qmv40::view {
 /// How a move is marked where a plan is drawn. Of several levels the worst.
 enum class MoveLevel {
     Clear,
-    Tight,   ///< it leaves less than `tightClearance`
+    Tight,   ///< its clearance is below `tightClearance`
     Contact, ///< it must touch peg or lever
     Finding  ///< something is wrong with it, or it could not be run
 };

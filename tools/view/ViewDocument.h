@@ -7,7 +7,7 @@ namespace qmv40::view {
 
 /// Plans for viewing, and what they were checked against.
 struct ViewedTour {
-    std::string name;  ///< of the head: its geometry file's, without folders
+    std::string name;  ///< of the head: the name of its geometry file without folders
     std::string title; ///< name and stops
     model::HeadModel head;
     check::CheckOptions options;

@@ -57,7 +57,7 @@ struct Obstacle {
     std::string name;
     std::string description; ///< "box", "cylinder", "mesh of 12,000 triangles, closed"
     std::shared_ptr<const Solid> solid;
-    std::shared_ptr<const std::vector<Triangle>> surface; ///< for drawing it; none where it is drawn otherwise
+    std::shared_ptr<const std::vector<Triangle>> surface; ///< for drawings; empty when the solid is drawn otherwise
 };
 
 } // namespace qmv40::check::obstacles

@@ -21,8 +21,8 @@ struct Moment {
 struct Stretch {
     Moment start;
     Moment end;
-    double atLeast; ///< what the part keeps clear in it
-    double error;   ///< how much more that may be in truth, at most
+    double atLeast; ///< lower bound of the clearance in it
+    double error;   ///< the largest possible difference of the true clearance
 };
 
 bool IsFartherOff(const Stretch& left, const Stretch& right) { return left.atLeast > right.atLeast; }
@@ -58,7 +58,7 @@ private:
     const MovingPart& part;
     const Solid& solid;
     double enough;
-    double atMost = std::numeric_limits<double>::infinity(); ///< the truth is no larger
+    double atMost = std::numeric_limits<double>::infinity(); ///< upper bound of the true clearance
     std::vector<Stretch> stretches;                          ///< a heap: the one with the smallest bound is first
 };
 
