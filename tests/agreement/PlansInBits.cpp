@@ -79,8 +79,8 @@ template <typename Numbers> void Print(const char* what, const Numbers& numbers)
     std::printf("\n");
 }
 
-/// What was read is printed too: two programs that read the same file differently would else be taken for two
-/// components that compute differently.
+/// The points that were read are printed too. Otherwise a difference in reading the file would look like a difference
+/// of the components.
 void Print(const char* what, const std::vector<HeadAlignmentDataItem>& points) {
     for (const HeadAlignmentDataItem& point : points)
         Print(what, std::initializer_list<double>{point.APosition, point.BPosition, point.XPosition, point.YPosition,
@@ -91,7 +91,7 @@ void Require(HRESULT result, const char* what) {
     if (FAILED(result)) throw std::runtime_error(what);
 }
 
-/// The head positions that there are, counted: A 0 to 90, B -180 to 180, in steps of 15 degrees.
+/// The number of head positions: A 0 to 90, B -180 to 180, in steps of 15 degrees.
 constexpr unsigned positionCount = 7 * 25;
 ReferenceHead::Position Position(unsigned number) {
     const unsigned a = number / 25, b = number % 25;

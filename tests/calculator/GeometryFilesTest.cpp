@@ -105,7 +105,7 @@ TEST_F(GeometryFiles, LeaveNothingButTheOneFileBehind) {
     EXPECT_EQ(std::distance(begin(files), end(files)), 1);
 }
 
-TEST_F(GeometryFiles, CannotBeSavedWhereNoFileCanBe) {
+TEST_F(GeometryFiles, CannotBeSavedToAPlaceThatTakesNoFile) {
     const auto calculator = WithGeometry();
     const std::filesystem::path places[] = {folder.Path("no such folder") / "head.ini", folder.Path()};
     for (const auto& place : places) {
@@ -117,7 +117,7 @@ TEST_F(GeometryFiles, CannotBeSavedWhereNoFileCanBe) {
     }
 }
 
-TEST_F(GeometryFiles, CannotBeLoadedWhereThereIsNone) {
+TEST_F(GeometryFiles, CannotBeLoadedWhenMissing) {
     const auto calculator = CreateCalculator();
     Bstr nameless{std::wstring()};
     BSTR null = nullptr;
@@ -174,7 +174,7 @@ TEST_F(GeometryFiles, ReplaceAllButTheRotationWhenItIsMissing) {
     ExpectNear(moves.EngageWithUnLockLever, {10.0 - 30.3, 20.0 - 19.3, 30.0 - 36.55}, 1e-12);
 }
 
-TEST_F(GeometryFiles, AreReplacedByWhatIsEnteredAndReplaceItWhenLoaded) {
+TEST_F(GeometryFiles, AndEnteredGeometriesReplaceEachOther) {
     Write(path, CompleteText());
     const auto calculator = WithGeometry();
     ExpectNear(Pole(*calculator.Get()), {100.0, -200.0, 300.0});

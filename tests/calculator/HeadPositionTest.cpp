@@ -51,7 +51,7 @@ TEST_F(HeadPosition, NeedsNoGeometry) {
 }
 
 // A refused position hides the one before it, also from planning: where the head stands is in doubt.
-TEST_F(HeadPosition, IsHiddenByARefusedOneUntilTheNextThatIsAccepted) {
+TEST_F(HeadPosition, IsUnknownAfterARefusalUntilTheNextSuccess) {
     const auto calculator = At(45.0, 0.0);
     EXPECT_EQ(calculator->SetCurrentHeadPosition(10.0, 0.0), QMV_E_INVALID_TARGET);
     EXPECT_EQ(PositionCode(*calculator.Get()), QMV_E_POSITION_UNKNOWN);
@@ -64,7 +64,7 @@ TEST_F(HeadPosition, IsHiddenByARefusedOneUntilTheNextThatIsAccepted) {
     EXPECT_EQ(Plan(*calculator.Get(), 0.0, 0.0).code, S_OK);
 }
 
-TEST_F(HeadPosition, IsNotLostByARefusedOneAlthoughHidden) {
+TEST_F(HeadPosition, KeepsItsAnglesWhenANewOneIsRefused) {
     StandaloneObject<OpenCalculator> calculator;
     ASSERT_EQ(calculator.SetCurrentHeadPosition(45.0, -30.0), S_OK);
     ASSERT_EQ(calculator.SetCurrentHeadPosition(10.0, 0.0), QMV_E_INVALID_TARGET);
@@ -98,7 +98,7 @@ TEST_F(HeadPosition, StaysWhatItWasWhenATargetIsRefused) {
 }
 
 // The only stored angle that rounding changes is the negative zero, which is accepted as it stands: asking for the
-// start position plans a move from the current position to itself, and so leaves the position rounded. This is meant.
+// start position plans a move from the current position to itself, and so rounds the stored position. This is required.
 TEST_F(HeadPosition, IsMovedToItsRoundedSelfByAskingForTheStartPosition) {
     const auto calculator = At(-0.0, -0.0);
     EXPECT_TRUE(std::signbit(CurrentPosition(*calculator.Get()).a));

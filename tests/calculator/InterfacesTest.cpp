@@ -52,7 +52,7 @@ TEST(Calculator, AnswersEachOfItsInterfacesFromEachOther) {
     }
 }
 
-TEST(Calculator, HasOneIdentityWhicheverInterfaceIsAskedForIt) {
+TEST(Calculator, HasOneIdentityForAllItsInterfaces) {
     const auto calculator = CreateCalculator();
     const auto other = CreateCalculator();
     const auto identity = Ask(*calculator.Get(), IID_IUnknown);
@@ -85,13 +85,13 @@ TEST(Calculator, RefusesInterfacesThatItDoesNotHaveAndClearsThePointer) {
     EXPECT_EQ(References(*calculator.Get()), 1U);
 }
 
-TEST(Calculator, RefusesToAnswerIntoNoPointer) {
+TEST(Calculator, RefusesNullOutputPointers) {
     const auto calculator = CreateCalculator();
     EXPECT_EQ(calculator->QueryInterface(IID_IQMVCalculator, nullptr), E_POINTER);
     EXPECT_EQ(calculator->QueryInterface(unknownIdentifier, nullptr), E_POINTER);
 }
 
-TEST(Calculator, IsBornWithoutAReference) {
+TEST(Calculator, BeginsWithoutAReference) {
     auto plain = std::make_unique<StandaloneObject<CQMVCalculator>>();
     EXPECT_EQ(plain->AddRef(), 1U);
     EXPECT_EQ(plain.release()->Release(), 0U);
@@ -112,7 +112,7 @@ TEST(Calculator, CountsOneReferenceForEachAnswer) {
     EXPECT_EQ(References(*calculator.Get()), 1U);
 }
 
-// The second interface's methods set the error record too; that the object does not say so is meant.
+// The second interface's methods set the error record too; that the object does not say so is required.
 TEST(Calculator, SaysThatErrorsAreRecordedForItsFirstInterfaceOnly) {
     const auto calculator = CreateCalculator();
     ComPointer<ISupportErrorInfo> support;
@@ -140,7 +140,7 @@ TEST(ClassObject, IsOneForTheModule) {
     EXPECT_EQ(Ask(*factory.Get(), IID_IUnknown).Get(), unknown.Get());
 }
 
-TEST(ClassObject, IsRefusedForAnotherClassOrInterfaceOrIntoNoPointer) {
+TEST(ClassObject, IsRefusedForWrongClassesInterfacesAndPointers) {
     int anything = 0;
     void* object = &anything;
     EXPECT_EQ(DllGetClassObject(unknownIdentifier, IID_IClassFactory, &object), CLASS_E_CLASSNOTAVAILABLE);

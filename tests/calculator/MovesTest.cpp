@@ -79,12 +79,12 @@ TEST_F(Moves, NeedAGeometryFirstAndThenAPosition) {
     }
 }
 
-TEST_F(Moves, AreNotLookedAtWithoutAGeometryHoweverWrongTheTarget) {
+TEST_F(Moves, NeedAGeometryBeforeTheTargetIsChecked) {
     EXPECT_EQ(Plan(*CreateCalculator().Get(), 7.0, 999.0).code, QMV_E_NO_HEAD_GEOMETRY);
     EXPECT_EQ(Plan(*WithGeometry().Get(), 7.0, 999.0).code, QMV_E_POSITION_UNKNOWN);
 }
 
-// Unlike the other seven methods, CalculateMove throws its failure code instead of returning it. This is meant.
+// Unlike the other seven methods, CalculateMove throws its failure code instead of returning it. This is required.
 TEST_F(Moves, FailByThrowingTheCode) {
     RequiredMoves moves{};
     const auto calculator = CreateCalculator();
@@ -95,7 +95,7 @@ TEST_F(Moves, FailByThrowingTheCode) {
     EXPECT_EQ(raised.record->source, L"CQMVCalculator::CalculateMove");
 }
 
-TEST_F(Moves, LeaveTheRecordAloneWhenTheyAreRefused) {
+TEST_F(Moves, DoNotChangeTheRecordWhenTheyAreRefused) {
     const auto calculator = At(15.0, 30.0);
     RequiredMoves moves = UntouchedMoves();
     EXPECT_EQ(Plan(*calculator.Get(), 7.0, 0.0, &moves).code, QMV_E_INVALID_TARGET);

@@ -46,7 +46,7 @@ TEST_F(NullPointers, AreRefusedForEitherSetOfPoints) {
     EXPECT_EQ(Pole(*calculator.Get()), before);
 }
 
-TEST_F(NullPointers, AreLookedAtAfterTheFlagsAndTheTarget) {
+TEST_F(NullPointers, AreCheckedAfterTheFlagsAndTheTarget) {
     const auto fresh = CreateCalculator();
     EXPECT_EQ(Plan(*fresh.Get(), 0.0, 0.0, nullptr).code, QMV_E_NO_HEAD_GEOMETRY);
     EXPECT_EQ(fresh->GetStartPosition(nullptr), QMV_E_NO_HEAD_GEOMETRY);

@@ -202,7 +202,7 @@ TEST_F(OutOfMemory, LeavesTheStartPositionUnwritten) {
     EXPECT_GT(failures, 0);
 }
 
-TEST_F(OutOfMemory, DoesNotTroubleTheMethodsThatOnlyHandNumbersOver) {
+TEST_F(OutOfMemory, DoesNotAffectMethodsThatPassNumbersOnly) {
     const auto calculator = At(30.0, -75.0);
     FailingAllocations failing(0, FailingAllocations::Extent::AllAfter);
     double a = 0.0;
@@ -217,7 +217,7 @@ TEST_F(OutOfMemory, DoesNotTroubleTheMethodsThatOnlyHandNumbersOver) {
     ExpectNear(pole, Pole(*calculator.Get()), 0.0);
 }
 
-TEST_F(OutOfMemory, RefusesAWrongPositionAllTheSameAndHidesTheOneBefore) {
+TEST_F(OutOfMemory, RefusesAWrongPositionAndMakesItUnknown) {
     const auto calculator = At(30.0, -75.0);
     ForEveryAllocation([&] { return calculator->SetCurrentHeadPosition(7.0, 0.0); },
                        [&](HRESULT code) {
@@ -227,7 +227,7 @@ TEST_F(OutOfMemory, RefusesAWrongPositionAllTheSameAndHidesTheOneBefore) {
                        });
 }
 
-TEST_F(OutOfMemory, RefusesAMoveThatCannotBePlannedAllTheSame) {
+TEST_F(OutOfMemory, StillRefusesAMoveThatCannotBePlanned) {
     const auto calculator = CreateCalculator();
     RequiredMoves moves{};
     ForEveryAllocation([&] { return calculator->CalculateMove(0.0, 0.0, &moves); },

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 /// Calculators in the states that the tests start from. The head stands at (100, -200, 300), turned by 10 degrees, and
-/// was captured at B = 45, where the fold into quadrants is sure of itself.
+/// was captured at B = 45, where the quadrant is unambiguous.
 class PreparedCalculator : public testing::Test {
 protected:
     SettingsFixture settings; // at first no key: the built-in dimensions, whatever this machine has stored

@@ -115,7 +115,7 @@ TEST(RoundToWholeDegree, HasAResultForEveryNumber) {
         {-44.6, -45.0, "away"},
         {45.0, 45.0, "whole already"},
         {-180.0, -180.0, "whole already"},
-        {std::nextafter(0.5, 0.0), 1.0, "the sum with a half rounds up to one; meant, it is the formula's own"},
+        {std::nextafter(0.5, 0.0), 1.0, "the sum with a half rounds up to one, as the required formula does"},
         {std::nextafter(44.5, 0.0), 44.0, "below the half"},
         {5e-324, 0.0, "next to zero"},
         {-5e-324, 0.0, "next to zero"},

@@ -45,7 +45,7 @@ TEST_F(WholeFile, NamesItsLoadWhenAnotherCodeComesUp) {
     EXPECT_TRUE(seen);
 }
 
-// The failed save names the load as its source. Callers know the text, and it is meant to stay.
+// The failed save names the load as its source. The text is fixed.
 TEST_F(WholeFile, NamesItsLoadAlsoWhenItIsTheSaveThatFails) {
     const auto records =
         RecordsOf([&] { return calculator->SaveHeadGeometryToFile(nowhere.Address()); }, QMV_E_WRITE_TO_FILE);

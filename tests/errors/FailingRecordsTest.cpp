@@ -11,8 +11,8 @@
 
 using namespace qmv40;
 
-/// How the platform's error record is filled, what a failure on the way does, and how an object is asked for. The
-/// linker leads the component's calls of the platform to this program.
+/// How the platform's error record is filled, what happens when a step of that fails, and how an object is created. The
+/// linker directs the component's platform calls to this program.
 
 namespace {
 
@@ -23,7 +23,7 @@ struct Platform {
     DWORD context = 0;    ///< with which an object was asked for
 } platform;
 
-/// A record that keeps account of its calls. Nobody owns it; references are counted.
+/// A record that records its calls. Nothing owns it; references are counted.
 class Record final : public ICreateErrorInfo, public IErrorInfo {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {

@@ -1,7 +1,7 @@
 #include "errors/RaiseError.h"
 #include "errors/ErrorContext.h"
 #include "interface/Identifiers.h"
-#include "tests/support/ErrorRecord.h"
+#include "tests/support/ExpectedFailure.h"
 
 #include <gtest/gtest.h>
 
@@ -27,24 +27,14 @@ TEST(RaiseError, ThrowsTheCodeAndNothingButTheCode) {
 
 TEST(RaiseError, LeavesAFixedErrorWithAnEmptyHelpFile) {
     const Raised raised = RaisedBy([] { RaiseError(QMV_E_READ_FROM_FILE, aSource, aDescription); });
-    EXPECT_EQ(raised.code, QMV_E_READ_FROM_FILE);
-    ASSERT_TRUE(raised.record);
-    EXPECT_EQ(raised.record->source, aSource);
-    EXPECT_EQ(raised.record->description, aDescription);
-    EXPECT_EQ(raised.record->helpFile, L"");
-    EXPECT_EQ(raised.record->helpContext, 0U);
+    ExpectRecord(raised, QMV_E_READ_FROM_FILE, aSource, aDescription, L"");
 }
 
 TEST(RaiseError, LeavesAPassedOnCodeWithTheContextAsItStandsHelpFileIncluded) {
     ErrorContext context{aSource};
     context.description = aDescription;
     const Raised raised = RaisedBy([&] { RaiseError(DISP_E_BADINDEX, context); });
-    EXPECT_EQ(raised.code, DISP_E_BADINDEX);
-    ASSERT_TRUE(raised.record);
-    EXPECT_EQ(raised.record->source, aSource);
-    EXPECT_EQ(raised.record->description, aDescription);
-    EXPECT_EQ(raised.record->helpFile, L"Unspecified");
-    EXPECT_EQ(raised.record->helpContext, 0U);
+    ExpectRecord(raised, DISP_E_BADINDEX, aSource, aDescription, L"Unspecified");
 }
 
 TEST(RaiseError, CarriesAllFiveArguments) {

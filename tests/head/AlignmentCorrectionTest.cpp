@@ -78,7 +78,7 @@ TEST_F(AlignmentCorrection, FindsTheQuadrantOfAHeadAtTheOriginToTheLastBitOfTen)
     EXPECT_EQ(Quadrant({{beyond, beyond, 0.0}}), 3);
 }
 
-TEST_F(AlignmentCorrection, FoldsTheAngleByQuadrant) {
+TEST_F(AlignmentCorrection, ResolvesTheAngleByQuadrant) {
     struct Case {
         int quadrant;
         double signOfX;
@@ -155,7 +155,7 @@ TEST_F(AlignmentCorrection, TurnsAboutTheOriginWhicheverTheAxis) {
     EXPECT_EQ(TripleOf(head.DriveCupOffset()), (Triple{24.0, 11.5, 6.95}));
 }
 
-TEST_F(AlignmentCorrection, ByZeroLeavesEveryBit) {
+TEST_F(AlignmentCorrection, ByZeroChangesNoBit) {
     SavedHead{.headCentre = {0.1, 0.2, 0.3}, .rotation = 33.3}.LoadInto(head);
     const auto state = [this] {
         return std::vector<Triple>{TripleOf(head.AAxis()),
@@ -180,7 +180,7 @@ TEST_F(AlignmentCorrection, AddsUpWhenAppliedTwice) {
 }
 
 TEST_F(AlignmentCorrection, UsesTheFullPi) {
-    // The pi that is cut to 14 decimals belongs to the trigonometry of head angles alone: here it would show
+    // The shortened pi is used for head angles only: here it would show
     // as 3.2e-15.
     constexpr double sineOfOneDegree = 0.017452406437283512;
     head.AdjustForMisAlignment(179.0, CMaGeometry::Z);

@@ -9,14 +9,14 @@ namespace {
 
 using ToRadians = double (*)(double);
 
-/// How the component converts head angles: pi cut to 14 decimals, multiplied first. Both are meant.
+/// How the component converts head angles: pi shortened to 14 decimals, multiplied first. Both are required.
 double ShortPiMultipliedFirst(double degrees) { return degrees * 3.14159265358979 / 180.0; }
 double ShortPiDividedFirst(double degrees) { return degrees / 180.0 * 3.14159265358979; }
 double ShortPiOneFactor(double degrees) { return degrees * (3.14159265358979 / 180.0); }
 double FullPi(double degrees) { return degrees * 3.14159265358979323846 / 180.0; }
 
 /// A unit quaternion and what the head does with it, in plain doubles: same operations, same order, other
-/// code. The sine is the component's own, because the last bit of a C library's is its own affair.
+/// code. The sine is the component's own, because C libraries differ in the last bit.
 struct Turn {
     double w, x, y, z;
 
@@ -87,7 +87,7 @@ TEST_F(Approach, OfAHeadThatIsNotTurnedIsTheHeadCentreLessTheOffsets) {
     EXPECT_EQ(ApproachAt(0.0, 0.0, 10.0), (Triple{100.0 + 6.95, 200.0 - 34.0, 300.0 + 11.5}));
 }
 
-TEST_F(Approach, FollowsHandWorkedTurns) {
+TEST_F(Approach, AgreesWithRotationsWorkedOutByHand) {
     // Right-handed about the A axis (-1, 0, 0), then about the B axis (0, 0, 1). The cup stands at (-6.95, 24, -11.5).
     struct Case {
         double a;
@@ -103,14 +103,14 @@ TEST_F(Approach, FollowsHandWorkedTurns) {
     EXPECT_TRUE(AreNear(ApproachAt(90.0, 0.0, 10.0), {6.95, 11.5, 34.0}, 1e-12)) << "approach turned to (0, 0, -1)";
 }
 
-TEST_F(Approach, AtNoDistanceIsTheEngagement) {
+TEST_F(Approach, AtDistance0IsTheEngagementPosition) {
     SavedHead{.headCentre = {312.5, -48.25, -610.0}, .rotation = 30.0}.LoadInto(head);
     AtEveryPosition(
         [this](double a, double b) { EXPECT_EQ(ApproachAt(a, b, 0.0), EngagementAt(a, b)) << a << ' ' << b; });
     for (const double odd : {7.3, -200.0, 1e6}) EXPECT_EQ(ApproachAt(odd, -odd, 0.0), EngagementAt(odd, -odd));
 }
 
-TEST_F(Approach, StandsTheDistanceShortOfEngagement) {
+TEST_F(Approach, IsTheGivenDistanceBeforeEngagement) {
     SavedHead{.headCentre = {312.5, -48.25, -610.0}, .rotation = 30.0}.LoadInto(head);
     AtEveryPosition([this](double a, double b) {
         EXPECT_NEAR(Distance(ApproachAt(a, b, 10.0), EngagementAt(a, b)), 10.0, 1e-12) << a << ' ' << b;
@@ -145,9 +145,9 @@ TEST_F(Approach, KeepsTheDirectionsThatItReads) {
     EXPECT_EQ(TripleOf(head.ApproachDirection()), direction);
 }
 
-/// Every bit of the three results is fixed by the order of operations, the cut pi and the multiplication before the
-/// division: plans computed on other machines must agree with ours.
-TEST_F(Approach, ConvertsAnglesWithTheCutPiMultipliedFirst) {
+/// Every bit of the three results is fixed by the order of operations, the shortened pi and the multiplication before
+/// the division: plans computed on other machines must be the same.
+TEST_F(Approach, ConvertsAnglesWithTheShortenedPiMultipliedFirst) {
     for (const double rotation : {0.0, 30.0, -12.34}) {
         SavedHead{.rotation = rotation}.LoadInto(head);
         int fullPiShows = 0;
@@ -164,15 +164,15 @@ TEST_F(Approach, ConvertsAnglesWithTheCutPiMultipliedFirst) {
         };
         AtEveryPosition(check);
         for (int b = -180; b <= 180; ++b) check(0.25 * (b + 180), b);
-        // The inputs tell the ways apart, or the comparisons above would promise nothing.
+        // Checks that the inputs distinguish the formulas; otherwise the comparisons above would prove nothing.
         EXPECT_GT(fullPiShows, 100);
         EXPECT_GT(dividedFirstShows, 10);
         EXPECT_GT(oneFactorShows, 10);
     }
 }
 
-TEST_F(Approach, ShowsTheCutPiInItsLastDigits) {
-    // cos(90 degrees) is 6e-17 with the full pi and 1.6e-15 with the cut one.
+TEST_F(Approach, ShowsTheShortenedPiInItsLastDigits) {
+    // cos(90 degrees) is 6e-17 with the full pi and 1.6e-15 with the shortened one.
     const double turned = AAxisAt(90.0)[0];
     EXPECT_EQ(turned, ExpectedAAxis(head, 90.0, ShortPiMultipliedFirst)[0]);
     EXPECT_GT(std::abs(turned), 1e-15);

@@ -53,7 +53,7 @@ TEST_F(GeometryFile, HoldsSevenNumbersInThreeSectionsInTheirOrder) {
     EXPECT_EQ(Lines(), expected);
 }
 
-TEST_F(GeometryFile, GivesBackTenDigitsOfAMeasuredHead) {
+TEST_F(GeometryFile, KeepsTenDigitsOfAMeasuredHead) {
     const SimulatedHead simulated{.pole = {312.123456789, -48.25, -610.0}, .mountingAngle = 12.3456789};
     ASSERT_EQ(Computing(head, simulated.ASet(45.0), simulated.BSet(75.0)).code, S_OK);
     ASSERT_EQ(Saving(path).code, S_OK);

@@ -65,7 +65,7 @@ TEST_F(HeadCentre, LiesOnTheBAxisAtTheFootOfTheCommonPerpendicular) {
     EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), {10.0, 23.0, 33.0}, clean));
 }
 
-TEST_F(HeadCentre, IsThatFootForAxesInAnyDirections) {
+TEST_F(HeadCentre, IsThatFootForAllDirectionsOfTheAxes) {
     constexpr std::uint64_t seed = 20;
     SCOPED_TRACE(seed);
     std::mt19937_64 generator(seed);
@@ -90,7 +90,7 @@ TEST_F(HeadCentre, IsThatFootForAxesInAnyDirections) {
     }
 }
 
-TEST_F(HeadCentre, OfASimulatedHeadIsItsPole) {
+TEST_F(HeadCentre, OfASimulatedHeadIsItsPoleSphere) {
     const SimulatedHead simulated{.pole = {312.5, -48.25, -610.0}, .mountingAngle = 7.0, .stylus = {1.0, -2.0, -150.0}};
     ASSERT_EQ(Computing(head, simulated.ASet(45.0), simulated.BSet(75.0)).code, S_OK);
     EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), simulated.pole, 1e-10));
@@ -165,8 +165,8 @@ TEST_F(HeadCentre, StaysWhereItWasWhenAFitFails) {
 }
 
 TEST_F(HeadCentre, FitsTheMeasuredPointsAndNotTheirProjections) {
-    // The points are projected onto their plane, but the projections land on copies: that is meant, and the circle that
-    // comes out is the circle through the points as captured.
+    // The points are projected onto their plane, but the projections are assigned to copies, as required. The circle is
+    // the one through the points as captured.
     const SimulatedHead simulated{.pole = {100.0, -200.0, -300.0}};
     const std::vector<Triple> noisy = PointsOf(WithNoise(simulated.ASet(45.0), 3.0, 5));
     CMaPointArray points = ArrayOf(noisy);

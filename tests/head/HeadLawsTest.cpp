@@ -59,7 +59,7 @@ TEST_F(HeadLaws, SimulatedHeadsCapturedAtB45GiveBackPoleAndMounting) {
     EXPECT_EQ(heads, 4 * 33);
 }
 
-TEST_F(HeadLaws, TheOtherMiddlesOfAQuadrantServeAsWell) {
+TEST_F(HeadLaws, CapturesInTheMiddleOfEveryQuadrantAreRight) {
     for (const double b : {45.0, -45.0, 135.0, -135.0})
         for (const double mounting : {-40.0, -3.0, 0.0, 1.5, 40.0}) {
             const SimulatedHead simulated{.pole = {-50.0, 820.0, 95.0}, .mountingAngle = mounting};
@@ -83,7 +83,7 @@ TEST_F(HeadLaws, ShiftingAllPointsShiftsTheHeadAndTurnsNothing) {
     std::mt19937_64 generator(seed);
     std::uniform_real_distribution<double> shift(-1000.0, 1000.0);
     const SimulatedHead simulated{.pole = {10.0, 20.0, 30.0}, .mountingAngle = 17.0};
-    // Noisy points, so that the law is about whatever the fits make of them and not about a head they know.
+    // Noisy points, so that the law holds for any result of the fits, not only for an exact head.
     const AlignmentPoints a = WithNoise(simulated.ASet(45.0), 0.01, seed);
     const AlignmentPoints b = WithNoise(simulated.BSet(60.0), 0.01, seed + 1);
     Compute(a, b);
@@ -111,7 +111,7 @@ TEST_F(HeadLaws, TurningAllPointsAboutTheVerticalTurnsTheHead) {
     const Triple lever = AnswerFor(head, &RoundThePole::LeverLockedPosition, 1);
     for (const double direction : {0.0, 90.0, 180.0, 270.0})
         for (const double within : {-38.0, -20.0, -7.3, 0.0, 11.0, 33.0}) {
-            // Every sum keeps the A set's plane in the middle part of a quadrant, where the fold is sure of its side.
+            // Every sum keeps the A set's plane in the middle part of a quadrant, where the quadrant is unambiguous.
             const double by = direction + within;
             SCOPED_TRACE(by);
             Compute(Turned(a, by), Turned(b, by));

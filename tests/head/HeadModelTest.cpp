@@ -35,7 +35,7 @@ TEST_F(HeadModel, HoldsNoPointsAndNoLeversWhenFresh) {
         for (const int lever : {0, 1}) EXPECT_EQ(AnswerFor(head, query, lever), (Triple{0.0, 0.0, 0.0}));
 }
 
-TEST_F(HeadModel, HoldsZeroInEveryNumberWhateverItsMemoryHeldBefore) {
+TEST_F(HeadModel, HoldsZerosWhenFreshWhateverItsMemoryHeld) {
     alignas(RoundThePole) unsigned char memory[sizeof(RoundThePole)];
     std::memset(memory, 0xA5, sizeof memory);
     RoundThePole* const head = new (memory) RoundThePole;
@@ -60,8 +60,9 @@ TEST_F(HeadModel, TakesItsDriveCupFromTheSettingsWhenBuiltAndAtEveryFilling) {
     EXPECT_EQ(TripleOf(head.DriveCupOffset()), (Triple{-9.75, 24.0, -11.5}));
 }
 
-TEST_F(HeadModel, KeepsItsBAxisVerticalWhateverTheFittedCirclesSay) {
-    // The B circle of this head is tilted by five degrees: its axis places the head centre and is then forgotten.
+TEST_F(HeadModel, KeepsItsBAxisVerticalForAllFittedCircles) {
+    // The B circle of this head is tilted by five degrees: its axis determines the head centre and is not used
+    // afterwards.
     std::vector<Triple> tilted;
     for (int i = 0; i < 8; ++i) {
         const Triple onCircle = TurnedAboutZ({100.0, 0.0, 0.0}, 45.0 * i);
@@ -94,7 +95,7 @@ TEST_F(HeadModel, KeepsTheSafePlaceOfALoadedGeometryWhenItComputesAnother) {
     EXPECT_EQ(head.SafePositionY(), -22.25);
 }
 
-TEST_F(HeadModel, TurnsItsDirectionsOnceHoweverOftenItIsFilled) {
+TEST_F(HeadModel, TurnsItsDirectionsOnceForEachFilling) {
     RoundThePole head;
     for (int i = 0; i < 3; ++i) {
         ASSERT_EQ(Computing(head, simulated.ASet(45.0), simulated.BSet(75.0)).code, S_OK);
@@ -104,7 +105,7 @@ TEST_F(HeadModel, TurnsItsDirectionsOnceHoweverOftenItIsFilled) {
     }
 }
 
-TEST_F(HeadModel, ShowsItsHeadCentreAndBAxisLive) {
+TEST_F(HeadModel, ReturnsItsCurrentHeadCentreAndBAxis) {
     RoundThePole head;
     const CMaVector& centre = head.HeadCentre();
     const CMaVector& axis = head.BAxis();

@@ -9,7 +9,8 @@
 using namespace qmv40;
 
 /// What the head model asks of the vector geometry and of the settings store, in which order, and which step it names
-/// when an answer fails. Planes, lines and the store are this program's own: they keep account and fail when told to.
+/// when an answer fails. This program has planes, lines and a store of its own: they record their calls and fail on
+/// request.
 
 namespace {
 

@@ -99,7 +99,7 @@ TEST_F(Levers, ShowNewSettingsAtTheNextFillingAndNotBefore) {
     EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 0)[0], 31.0);
 }
 
-TEST_F(Levers, AnswerEveryOtherSideThanZeroAsTheNegativeLever) {
+TEST_F(Levers, OfEverySideExcept0AreTheNegativeLever) {
     Fill();
     for (const DefaultPosition& d : defaults)
         for (const int side : {1, 2, 5, -1, 2147483647, -2147483647 - 1}) EXPECT_EQ(At(d.query, side), At(d.query, 1));
@@ -113,7 +113,7 @@ TEST_F(Levers, TurnAboutAxesThatAreDirectionsAndNotPositions) {
     EXPECT_EQ(At(&RoundThePole::LeverAxisOfRotation, 1), (Triple{-1.0, 0.0, 0.0}));
 }
 
-TEST_F(Levers, AndTheirAxesAreTurnedWithALoadedHead) {
+TEST_F(Levers, AreTurnedWithTheirAxesWhenAHeadIsLoaded) {
     SavedHead{.rotation = 30.0}.LoadInto(head);
     const double cosine = std::sqrt(0.75);
     EXPECT_TRUE(AreNear(At(&RoundThePole::LeverAxisOfRotation, 0), {cosine, 0.5, 0.0}, 1e-15));

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <type_traits>
 
-/// Where each virtual operation stands in its class's table. A client that was built against the interface calls by
+/// The place of each virtual operation in its class's table. A client that was built against the interface calls by
 /// place, not by name.
 
 namespace {
@@ -22,7 +22,7 @@ template <typename Operation> std::size_t PlaceOf(Operation operation) {
 }
 
 TEST(VirtualOperations, OfTheInterfacesStandInTheRequiredOrder) {
-    // Behind those of IUnknown, or of IDispatch where there is late binding.
+    // After those of IUnknown, or of IDispatch when there is late binding.
     constexpr std::size_t first = std::is_same_v<DualInterfaceBase, IUnknown> ? 3 : 7;
     EXPECT_EQ(PlaceOf(&IQMVCalculator::LoadHeadGeometryFromFile), first);
     EXPECT_EQ(PlaceOf(&IQMVCalculator::SaveHeadGeometryToFile), first + 1);

@@ -53,7 +53,7 @@ TEST(Rotate, AgreesWithTheClosedForm) {
     }
 }
 
-TEST(Rotate, ByNothingOrWholeTurnsKeepsEveryBit) {
+TEST(Rotate, By0OrWholeTurnsKeepsEveryBit) {
     for (const double x : nasty)
         for (const double y : nasty)
             for (const auto axis : axes)
@@ -85,7 +85,7 @@ TEST(Rotate, TurnsAboutTheCentreThatItIsGiven) {
     EXPECT_EQ(Distance(Turned({3.0, 2.0, 9.0}, 90.0, CMaGeometry::Z, {1.0, 2.0, 100.0}), {1.0, 4.0, 9.0}), 0.0);
 }
 
-TEST(Rotate, TurnsBackAndAddsUpAndKeepsLengths) {
+TEST(Rotate, CanBeReversedAddsUpAndKeepsLengths) {
     constexpr double fewRoundings = 2e-15; // of vectors of length below 2
     constexpr unsigned seed = 4711;
     std::mt19937_64 random(seed);
@@ -124,7 +124,7 @@ constexpr double angleTolerance = 4e-16 * 57.3 + 1.5e-14;
 
 } // namespace
 
-TEST(AngleWith, IsUnsignedFromNothingToARightAngle) {
+TEST(AngleWith, IsUnsignedFrom0To90Degrees) {
     EXPECT_EQ(AngleOf(1.0, 0.0), 0.0);
     EXPECT_EQ(AngleOf(0.0, 1.0), 90.0);
     EXPECT_NEAR(AngleOf(1.0, 1.0), 45.0, angleTolerance);

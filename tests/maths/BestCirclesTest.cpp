@@ -113,7 +113,7 @@ void ExpectTheBest(const std::vector<Coordinates>& points, std::mt19937_64& rand
 
 } // namespace
 
-TEST(BestCircles, AreGlobalMinimaWhereTheNoiseIsBelowATenthOfTheSagitta) {
+TEST(BestCircles, AreGlobalMinimaWhenNoiseIsBelowATenthOfTheSagitta) {
     std::mt19937_64 random(51);
     std::normal_distribution<double> normal;
     for (int round = 0; round < 20; ++round)
@@ -134,7 +134,7 @@ TEST(BestCircles, AreGlobalMinimaWhereTheNoiseIsBelowATenthOfTheSagitta) {
             }
 }
 
-TEST(BestCircles, NoStartLeadsToABetterOneWhereAPointLiesAtTheVeryCentre) {
+TEST(BestCircles, NoStartFindsABetterOneWithAPointAtTheCentre) {
     // Seen from there the point is in no direction, and every way to a better circle is as good as another.
     const std::vector<Coordinates> cases[] = {
         {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 0}},

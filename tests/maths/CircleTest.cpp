@@ -106,7 +106,7 @@ TEST(Circle, LiesAboutTheOriginWithItsFirstRadiusUntilFitted) {
     EXPECT_EQ(Fitted({{3.0, 0.0, 0.0}, {0.0, 3.0, 0.0}, {-3.0, 0.0, 0.0}}).GetRadius(), 3.0);
 }
 
-TEST(Circle, MayLieWhereTheSumOfItsCoordinatesIsBeyondADouble) {
+TEST(Circle, CanBeWhereTheSumOfItsCoordinatesOverflows) {
     constexpr double far = 1.2e308, radius = 1e300;
     const CMaCircle circle = Fitted({{far + radius, far, far}, {far, far + radius, far}, {far - radius, far, far}});
     ExpectSameCircle(circle, {far, far, far}, {0.0, 0.0, 1.0}, radius, 1e-15 * far);
@@ -300,7 +300,7 @@ TEST(Circle, DoesNotDependOnTheOrderOfItsPoints) {
     });
 }
 
-TEST(Circle, CountsEveryPointEveryTimeItIsGiven) {
+TEST(Circle, CountsRepeatedPointsEachTime) {
     ForManyArcs(16, [](const Arc& arc, const std::vector<Coordinates>& points) {
         const CMaCircle circle = Fitted(points);
         std::vector<Coordinates> twice = points;
@@ -310,7 +310,7 @@ TEST(Circle, CountsEveryPointEveryTimeItIsGiven) {
     });
 }
 
-TEST(Circle, HasAUnitNormalAlways) {
+TEST(Circle, AlwaysHasAUnitNormal) {
     constexpr double unitWithin = 1e-14;
     ForManyArcs(17, [](const Arc&, const std::vector<Coordinates>& points) {
         EXPECT_NEAR(Fitted(points).GetNormal().Magnitude(), 1.0, unitWithin);
@@ -344,7 +344,7 @@ TEST(Circle, FitsArcsOfAThousandthOfADegree) {
     EXPECT_LT(DirectionError(circle.GetNormal(), {0.0, 1.0, 0.0}), 1e-5);
 }
 
-TEST(Circle, OfManyPointsCountsThemAll) {
+TEST(Circle, UsesAllOfManyPoints) {
     // So many that a sample of them is a good circle too: but the best of all is better than it can be.
     std::mt19937_64 random(19);
     std::vector<Coordinates> points = PointsOn({100.0, 90.0, 0.01, 70'000, ""}, random, {1000.0, -500.0, 30.0});
@@ -362,7 +362,7 @@ TEST(Circle, OfManyPointsCountsThemAll) {
         }
 }
 
-TEST(Circle, LeavesItsPointsAlone) {
+TEST(Circle, DoesNotChangeItsPoints) {
     const CMaPointArray points = ArrayOf({{1.0, 0.1, 0.0}, {0.0, 1.0, 0.2}, {-1.0, 0.0, 0.0}, {0.6, 0.8, 0.0}});
     const CMaPointArray before = points;
     CMaCircle circle(1.0);
@@ -404,7 +404,7 @@ TEST(Circle, CanBeMovedAsAWhole) {
     ExpectSameCircle(circle, {1.0, -5.0, 5.0}, {1.0, 0.0, 0.0}, 3.0, fewRoundings);
 }
 
-TEST(Circle, IsNotMovedAboutADirectionThatIsNone) {
+TEST(Circle, IsNotRotatedAboutADirectionOfLength0) {
     CMaCircle circle(2.0);
     for (const double component :
          {0.0, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()})

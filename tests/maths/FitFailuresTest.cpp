@@ -70,7 +70,7 @@ void ExpectOutcome(const Case& one) {
 
 } // namespace
 
-TEST(FitFailures, AreSaidAndLeaveTheObjectAsItWas) {
+TEST(FitFailures, AreReportedAndLeaveTheObjectUnchanged) {
     for (const Case& one : cases) ExpectOutcome(one);
 }
 
@@ -256,7 +256,7 @@ TEST(FitFailures, ThreePointsNearlyOnALineGiveTheirCircumcircleOrNone) {
     EXPECT_GE(circles, 14);
 }
 
-TEST(FitFailures, PointsThatFormNothingAreDoneWithSoonToo) {
+TEST(FitFailures, PointsThatFormNoCircleEndTheFitSoon) {
     constexpr long atMost = 5000; // as the fit promises
     std::mt19937_64 random(79);
     std::normal_distribution<double> normal;

@@ -62,7 +62,7 @@ TEST(Line, MinimisesTheSquaredDistancesAndNotThoseAlongAnAxis) {
     EXPECT_LT(DirectionError(line.GetDirection(), {std::cos(angle), std::sin(angle), 0.0}), fewRoundings);
 }
 
-TEST(Plane, ThroughThreePointsIsSquareToTheirCrossProduct) {
+TEST(Plane, ThroughThreePointsHasTheirCrossProductAsNormal) {
     const CMaPlane plane = PlaneThrough({{1.0, 0.0, 0.0}, {0.0, 2.0, 0.0}, {0.0, 0.0, 2.0}});
     EXPECT_LT(DirectionError(plane.GetNormal(), CMaVector(2.0, 1.0, 1.0) * (1.0 / std::sqrt(6.0))), fewRoundings);
 }

@@ -45,7 +45,7 @@ TEST(Quaternion, TurnsXTowardsYAboutZ) {
     EXPECT_LT(Distance(*q.RotateVector({1.0, 0.0, 0.0}), {0.0, 1.0, 0.0}), fewRoundings);
 }
 
-TEST(Quaternion, OfNoAngleIsTheIdentityExactlyWhateverTheDirection) {
+TEST(Quaternion, OfAngle0IsExactlyTheIdentityForAllDirections) {
     for (const CMaVector& direction : {CMaVector(1.0, 0.0, 0.0), CMaVector(0.6, 0.0, -0.8), CMaVector(0.0, 0.0, 0.0)}) {
         const CQuaternion q = Turn(0.0, direction);
         ExpectComponents(q, 1.0, 0.0, 0.0, 0.0, 0.0);
@@ -71,7 +71,7 @@ TEST(Quaternion, ProductTurnsByItsSecondFactorFirst) {
     ExpectComponents(qA, std::cos(alpha / 2.0), std::sin(alpha / 2.0), 0.0, 0.0, fewRoundings);
 }
 
-TEST(Quaternion, ProductIsHamiltons) {
+TEST(Quaternion, ProductIsTheHamiltonProduct) {
     CQuaternion p, q;
     p.SetComponents(2.0, 3.0, 5.0, 7.0);
     q.SetComponents(11.0, 13.0, 17.0, 19.0);
@@ -83,7 +83,7 @@ TEST(Quaternion, ProductIsHamiltons) {
     ExpectComponents(*j.Multiply(i), 0.0, 0.0, 0.0, -1.0, fewRoundings);
 }
 
-TEST(Quaternion, MatrixIsTheWrittenOneOfAnyFourComponents) {
+TEST(Quaternion, MatrixIsTheWrittenFormulaForAnyComponents) {
     CQuaternion q;
     q.SetComponents(2.0, 3.0, 5.0, 7.0); // never normalised
     EXPECT_EQ(Distance(*q.RotateVector({1.0, 0.0, 0.0}), {-61.0, 58.0, 22.0}), 0.0);
@@ -114,7 +114,7 @@ TEST(Quaternion, AgreesWithRodriguesAndKeepsLengthsAndProducts) {
     }
 }
 
-TEST(Quaternion, IsReleasedByWhoeverAskedForIt) {
+TEST(Quaternion, BelongsToItsCaller) {
     static_assert(std::has_virtual_destructor_v<CQuaternion>);
     static_assert(std::is_same_v<decltype(CQuaternion().Multiply({})), std::unique_ptr<CQuaternion>>);
     static_assert(std::is_same_v<decltype(CQuaternion().RotateVector({0.0, 0.0, 0.0})), std::unique_ptr<CMaVector>>);

@@ -58,7 +58,7 @@ template <std::size_t Size> void ExpectEigenOfMany(Random& random) {
 
 } // namespace
 
-TEST(SymmetricEigen, VectorsAreOnlyStretchedByTheMatrixAndSquareToEachOther) {
+TEST(SymmetricEigen, VectorsAreOrthogonalAndOnlyScaledByTheMatrix) {
     Random random(43);
     ExpectEigenOfMany<3>(random);
     ExpectEigenOfMany<6>(random);
@@ -70,7 +70,7 @@ TEST(SymmetricEigen, OfADiagonalMatrixAreItsElementsInOrder) {
     EXPECT_EQ(eigen.vectors, (SquareMatrix<3>{{{0.0, 1.0, 0.0}, {1.0, 0.0, 0.0}, {0.0, 0.0, 1.0}}}));
 }
 
-TEST(SymmetricEigen, OfAnAlmostDiagonalMatrixKeepTheSmallTurn) {
+TEST(SymmetricEigen, OfAnAlmostDiagonalMatrixKeepTheSmallRotation) {
     // Of [[1, t], [t, 0]] the vectors are turned by half the arctangent of 2 t, which is t as long as t is small.
     for (const double t : {1e-6, 1e-9, 1e-12}) {
         const SymmetricEigen<3> eigen(SquareMatrix<3>{{{1.0, t, 0.0}, {t, 0.0, 0.0}, {0.0, 0.0, -1.0}}});

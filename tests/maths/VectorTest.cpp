@@ -36,7 +36,7 @@ TEST(Vector, HoldsThreeComponentsThatCanBeReadAndWritten) {
     ExpectComponents(read, 1.5, 7.0, 3.5);
 }
 
-TEST(Vector, RefusesAnIndexThatItDoesNotHave) {
+TEST(Vector, RefusesAnIndexOutOfRange) {
     CMaVector v(1.0, 2.0, 3.0);
     const CMaVector& read = v;
     for (const int index : {-1, 3, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
@@ -55,7 +55,7 @@ TEST(Vector, IsAValueWhoseAssignmentReturnsTheTarget) {
     ExpectComponents(original, 1.0, 2.0, 3.0);
 }
 
-TEST(Vector, IsReleasedThroughItsRoot) {
+TEST(Vector, CanBeDeletedThroughItsBaseClass) {
     static_assert(std::has_virtual_destructor_v<CMaVector> && std::has_virtual_destructor_v<CMaPoint> &&
                   std::has_virtual_destructor_v<CMaMatrix> && std::has_virtual_destructor_v<CMaPlane> &&
                   std::has_virtual_destructor_v<CMaCircle>);
@@ -65,7 +65,7 @@ TEST(Vector, IsReleasedThroughItsRoot) {
 
 TEST(Vector, HasNoSubtraction) { static_assert(!Subtractable<CMaVector, CMaVector>); }
 
-TEST(Vector, AddsComponentByComponentAndLeavesItsOperandsAlone) {
+TEST(Vector, AddsByComponentsAndDoesNotChangeItsOperands) {
     const CMaVector a(1.0, 2.0, 3.0), b(10.0, 20.0, 30.0);
     ExpectComponents(a + b, 11.0, 22.0, 33.0);
     ExpectComponents(a + b * -1.0, -9.0, -18.0, -27.0);
@@ -127,7 +127,7 @@ TEST(Point, HasWritableCoordinates) {
     ExpectComponents(p.To3DVector(), 4.0, 3.0, -6.0);
 }
 
-TEST(Point, IsProjectedSquareOntoAPlane) {
+TEST(Point, IsProjectedOntoAPlaneAlongItsNormal) {
     CMaPlane plane; // x + y + z = 3
     plane.Fit(ArrayOf({{3.0, 0.0, 0.0}, {0.0, 3.0, 0.0}, {0.0, 0.0, 3.0}}));
     const CMaPoint foot = CMaPoint(5.0, 3.0, 1.0).ProjectionOn(plane); // 6 too much: 2 off each coordinate
@@ -190,7 +190,7 @@ TEST(Point, ProjectsWhereDifferencesOfCoordinatesOverflow) {
     EXPECT_NEAR(inside.z() / large, 1.0, 1e-15);
 }
 
-TEST(PointArray, StartsEmptyWhateverItsRoom) {
+TEST(PointArray, StartsEmptyWhateverItsCapacity) {
     for (const int capacity : {0, 100, -5}) EXPECT_EQ(CMaPointArray(capacity).GetSize(), 0) << capacity;
 }
 
@@ -213,7 +213,7 @@ TEST(PointArray, KeepsCopiesInTheOrderOfAdding) {
     EXPECT_EQ(array.Z()[999], -999.0);
 }
 
-TEST(PointArray, GivesAPointByValueSoThatAssigningToItDoesNotReachTheArray) {
+TEST(PointArray, ReturnsPointsByValue) {
     CMaPointArray array = ArrayOf({{1.0, 2.0, 3.0}});
     array[0] = CMaPoint(7.0, 8.0, 9.0);
     array[0].x() = 11.0;
@@ -230,7 +230,7 @@ TEST(PointArray, CopiesDeeplyAndClears) {
     EXPECT_EQ(copy[1].y(), 5.0);
 }
 
-TEST(PointArray, RefusesAnIndexThatItDoesNotHold) {
+TEST(PointArray, RefusesAnIndexOutOfRange) {
     const CMaPointArray array = ArrayOf({{1.0, 2.0, 3.0}});
     for (const int index : {-1, 1, std::numeric_limits<int>::max()})
         EXPECT_TRUE(FailsWith(impossible, [&] { array[index]; })) << index;
@@ -244,14 +244,14 @@ TEST(Matrix, IdentityLeavesEveryVectorUnchanged) {
         ExpectComponents(identity * v, v[0], v[1], v[2]);
 }
 
-TEST(Matrix, StandsOnTheLeftOfAColumn) {
+TEST(Matrix, MultipliesAColumnFromTheLeft) {
     CMaMatrix m(3, 3);
     for (int row = 0; row < 3; ++row)
         for (int column = 0; column < 3; ++column) m.SetElement(row, column, 3.0 * row + column + 1.0);
     ExpectComponents(m * CMaVector(1.0, 10.0, 100.0), 321.0, 654.0, 987.0);
 }
 
-TEST(Matrix, RefusesSizesAndIndicesThatItCannotHave) {
+TEST(Matrix, RefusesInvalidSizesAndIndices) {
     for (const auto& [rows, columns] : {std::pair(0, 3), {4, 3}, {3, 0}, {3, 4}, {-1, 1}})
         EXPECT_TRUE(FailsWith(impossible, [&, r = rows, c = columns] { CMaMatrix(r, c); })) << rows << " x " << columns;
     CMaMatrix m(2, 3);

@@ -1,4 +1,4 @@
-/// What the machine does with a plan. The arcs are executed by the model of the machine, with the full pi.
+/// The positions of a machine that executes a plan. The model of the machine executes the arcs, with the full pi.
 
 #include "tests/planning/Planner.h"
 #include "tests/support/MoveFields.h"
@@ -36,7 +36,7 @@ double AzimuthBetween(const ArcData& arc, const Triple& left, const Triple& righ
     return std::abs(std::atan2(x1 * y2 - y1 * x2, x1 * x2 + y1 * y2)) * 180.0 / 3.14159265358979323846;
 }
 
-/// Coordinates of some hundreds (an ulp is 1e-13), three turns, and a pi cut by 1e-15 of itself.
+/// Coordinates of some hundreds (their last place is 1e-13), three rotations, and a pi with a relative error of 1e-15.
 constexpr double executionTolerance = 2e-12;
 constexpr double azimuthTolerance = 1e-11;
 
@@ -82,7 +82,7 @@ TEST_F(ExecutedMoves, OfIndexingEndOnTheTargetsEngagementForAllPairsOfPositions)
     EXPECT_GT(worst, 0.0); // something was computed
 }
 
-TEST_F(ExecutedMoves, OfIndexingMissByMillimetresWhenTurnedTheWrongWay) {
+TEST_F(ExecutedMoves, OfIndexingMissByMillimetresInTheWrongDirection) {
     struct Case {
         Angles from;
         Angles to;
@@ -118,10 +118,10 @@ TEST_F(ExecutedMoves, RoundThePoleEndAtTheAzimuthOfThePegAndOfTheLever) {
             wrongWayShows += AzimuthBetween(plan.RotateToPeg, astray, TripleOf(plan.ApproachPeg)) > 1.0;
         }
     }
-    EXPECT_GT(wrongWayShows, 325 * 4); // turned the other way nearly every arc ends elsewhere
+    EXPECT_GT(wrongWayShows, 325 * 4); // executed right-handed, nearly every arc ends elsewhere
 }
 
-TEST_F(ExecutedMoves, OfAMeasuredHeadEndOnTheSameSpotsTurned) {
+TEST_F(ExecutedMoves, OfATurnedHeadEndOnTheTurnedPositions) {
     // The plan of a head mounted turned is the plan of the straight one, turned about the vertical through its pole.
     const SimulatedHead straight{.pole = {0.0, 0.0, 0.0}};
     SimulatedHead turned = straight;

@@ -13,8 +13,8 @@ struct LeverChoice {
     int side; ///< 0: the lever at +X, 1: the lever at -X
     const char* why;
 };
-/// B decides by its sign and A by whether it is exactly zero. B = 180 and B = -180 are the same orientation of the head
-/// and choose different levers: that is meant.
+/// The sign of B decides, and whether A is exactly zero. B = 180 and B = -180 are the same orientation of the head and
+/// choose different levers, as required.
 const LeverChoice choices[] = {{0.0, 90.0, 1, "A zero, B positive"},
                                {0.0, -90.0, 0, "A zero, B negative"},
                                {45.0, 90.0, 0, "A tilted, B positive"},

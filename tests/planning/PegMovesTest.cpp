@@ -45,14 +45,14 @@ TEST_F(PegMoves, RotateAboutTheVerticalThroughThePole) {
     EXPECT_EQ(VectorOf(moves.RotateToPeg), (Triple{0.0, 0.0, 1.0}));
 }
 
-TEST_F(PegMoves, RotateWithoutRegardToHeightsAndToTheHeadCentreHandedIn) {
+TEST_F(PegMoves, RotateIndependentlyOfHeightsAndHeadCentre) {
     const double angle = RotationToPeg(8.0, 3.0, -5.0, 16.0);
     moves.DisengageFromUnLockLever.ZPosition = -1e6;
     planner.CalculateRotateToPeg(moves, CMaVector(1e9, 1e9, 1e9), MaVectorOf(FromCentre(-5.0, 16.0, 1e6)));
     EXPECT_EQ(moves.RotateToPeg.RotationAngle, angle);
 }
 
-TEST_F(PegMoves, RotateByNoNumberWhenTheLeverIsLeftRightAboveThePole) {
+TEST_F(PegMoves, RotateByNotANumberFromAPointOnThePole) {
     // An azimuth that does not exist is not guarded: it is not-a-number.
     EXPECT_TRUE(std::isnan(RotationToPeg(0.0, 0.0, 0.0, 16.0)));
 }
@@ -99,7 +99,7 @@ TEST_F(PegMoves, IndexBTheLongWayRoundWithoutWrapping) {
     }
 }
 
-TEST_F(PegMoves, UndoThemselvesWhenTheTargetIsTheCurrentPosition) {
+TEST_F(PegMoves, CancelWhenTheTargetIsTheCurrentPosition) {
     for (const double a : {0.0, 15.0, 90.0}) {
         planner.StandAt(a, 45.0);
         const RequiredMoves plan = planner.Plan(a, 45.0);

@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-/// The planner with its state open: a head to fill, and angles to say where it stands.
+/// The planner with access to its state: a head to fill, and the current angles to set.
 class Planner : public qmv40::MovePlanner {
 public:
     RoundThePole& Head() noexcept { return headGeometry; }

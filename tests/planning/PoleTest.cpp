@@ -6,7 +6,8 @@
 
 namespace {
 
-/// 180 over pi, with pi cut to 14 decimals. The cut factor is meant: it shows in the last two digits of every angle.
+/// 180 over pi, with pi shortened to 14 decimals. The shortened factor is required: it changes the last two digits of
+/// every angle.
 constexpr double factor = 57.29577951308238;
 
 class Pole : public Planning {
@@ -51,7 +52,7 @@ TEST_F(Pole, IsTheFirstCentrePlusHalfTheWayToTheSecondBitForBit) {
         EXPECT_EQ(Location(), expected) << i;
         meanWouldShow += expected != mean;
     }
-    EXPECT_GT(meanWouldShow, 0); // or the inputs could not tell the two formulas apart
+    EXPECT_GT(meanWouldShow, 0); // otherwise the inputs do not distinguish the two formulas
 }
 
 TEST_F(Pole, MeasuresAnglesCounterClockwiseSeenFromAbove) {
@@ -86,7 +87,7 @@ TEST_F(Pole, MeasuresOppositeDirectionsAs180OnBothSidesOfZero) {
     EXPECT_EQ(planner.CalculateAngleAndDirection(CMaVector(1.0, -0.0, 0.0), CMaVector(-1.0, -0.0, 0.0)), 180.0);
 }
 
-TEST_F(Pole, TurnsTheArctangentIntoDegreesWithTheCutFactor) {
+TEST_F(Pole, ConvertsTheArctangentWithTheShortenedFactor) {
     // The arctangent of 1 is 0.7853981633974483; times the exact factor it would be 45, and times this one it is not.
     EXPECT_EQ(AngleTo(1.0, 1.0), 45.00000000000004);
     EXPECT_EQ(AngleTo(1.0, -1.0), -45.00000000000004);
@@ -100,7 +101,7 @@ TEST_F(Pole, TakesTheArctangentOfTheQuotient) {
     int twoArgumentsWouldShow = 0;
     for (int x = 1; x <= 60; ++x)
         for (int y = 1; y <= 60; ++y) {
-            // The component's own function, tested for itself: the C libraries' differ in the last bit.
+            // The component's own function, which has tests of its own: C libraries differ in the last bit.
             const double quotient =
                 std::abs(qmv40::ArcTangent(static_cast<double>(y) / static_cast<double>(x)) * factor);
             EXPECT_EQ(AngleTo(x, y), quotient) << x << ' ' << y;
@@ -109,10 +110,10 @@ TEST_F(Pole, TakesTheArctangentOfTheQuotient) {
             EXPECT_EQ(AngleTo(x, -y), -quotient) << x << ' ' << y;
             twoArgumentsWouldShow += quotient != std::atan2(static_cast<double>(y), static_cast<double>(x)) * factor;
         }
-    EXPECT_GT(twoArgumentsWouldShow, 0); // or the inputs could not tell the two arctangents apart
+    EXPECT_GT(twoArgumentsWouldShow, 0); // otherwise the inputs do not distinguish the two arctangents
 }
 
-TEST_F(Pole, MeasuresNoNumberFromOrToADirectionWithoutLength) {
+TEST_F(Pole, MeasuresNotANumberForADirectionOfLength0) {
     const CMaVector nowhere(0.0, 0.0, 0.0);
     const CMaVector somewhere(1.0, 2.0, 0.0);
     EXPECT_TRUE(std::isnan(planner.CalculateAngleAndDirection(nowhere, somewhere)));

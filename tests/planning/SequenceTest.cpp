@@ -63,7 +63,7 @@ TEST_F(Sequence, FillsEveryFieldEvenWhenTheHeadStaysWhereItIs) {
     }
 }
 
-TEST_F(Sequence, PutsTheStepsTogetherFromTheCurrentAnglesAndTheTarget) {
+TEST_F(Sequence, CombinesTheStepsForCurrentAnglesAndTarget) {
     LoadWorkedHead(30.0);
     planner.StandAt(30.0, -45.0);
     const RequiredMoves plan = planner.Plan(75.0, 120.0);

@@ -17,9 +17,9 @@
 
 using namespace qmv40;
 
-/// What a plan asks of the head and of the settings, in which order, and what it has written when an answer fails. This
-/// program has queries of its own in place of the head's: they keep account, answer with numbers that tell them apart,
-/// and fail when the test says so.
+/// What a plan asks the head and the settings for, in which order, and what it has written when an answer fails. This
+/// program replaces the head's queries by its own: they record the calls, return numbers that identify them, and fail
+/// on request.
 
 namespace {
 

@@ -34,7 +34,7 @@ TEST_F(ClassObject, IsOneForTheModule) {
     EXPECT_EQ(Ask(*unknown.Get(), IID_IClassFactory).Get(), factory.Get());
 }
 
-TEST_F(ClassObject, IsRefusedForAnotherClassOrInterfaceOrIntoNoPointer) {
+TEST_F(ClassObject, IsRefusedForWrongClassesInterfacesAndPointers) {
     const struct {
         const char* why;
         const CLSID* clsid;

@@ -14,7 +14,7 @@
 
 using namespace qmv40;
 
-/// The readers' own rules, against a store that this program provides itself and that keeps account of every question.
+/// The readers' own rules. This program provides the settings store itself and records every query.
 
 namespace {
 
@@ -165,7 +165,7 @@ const std::vector<Case>& Cases() {
         {"nor after a value that is too long", {Text("1"), Text("12.5"), zeroBytes}, {1.0, none, none}},
         {"nor after one of another type", {Text("1"), binary, zeroBytes}, {1.0, none, none}},
         {"nor after one without a terminator", {Text("123456"), unterminated, zeroBytes}, {123456.0, none, none}},
-        {"a word is zero, not the default, and is meant to be", {Text("abc"), Text("x"), Text("mm")}, {0.0, 0.0, none}},
+        {"a word is zero and not the default, as required", {Text("abc"), Text("x"), Text("mm")}, {0.0, 0.0, none}},
         {"conversion stops where the number ends", {Text("7mm"), Text("8 9"), Text("1,5")}, {7.0, 8.0, 1.0}},
         {"leading blanks are skipped", {Text("   4.5"), Text("\t-6"), Text(" +7")}, {4.5, -6.0, 7.0}},
         {"exponents", {Text("-2.4826e+01"), Text("6.0000e+00"), Text("1E-3")}, {-24.826, 6.0, 0.001}},

@@ -86,7 +86,7 @@ TEST_F(SettingsStore, MakesNoDifferenceOfLetterCaseInNames) {
     EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 8.0);
 }
 
-// The capacity is meant not to be reset between the values of one offset: see the reader.
+// The capacity is not reset between the values of one offset, as required: see the reader.
 TEST_F(SettingsStore, ThatHoldsOnlyZOfAnOffsetLeavesItsDefault) {
     settings.SetText("Locked To Unlocked Z Offset", "-2");
     ExpectOffset(ReadFixedOffset(HeadOffset::LockedToUnlocked), {0.0, 0.0, -1.5});
@@ -129,8 +129,8 @@ TEST_F(SettingsStore, ReadsATextThatFillsTheBufferToItsLastByte) {
     EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 12.5);
 }
 
-// Stored without its terminator, a text reads as the default where the store hands it out like that; a store may also
-// supply the terminator, and then it is the text. Never anything else.
+// A text that was stored without a terminator: a store may return it as it is, and the default is then read; or the
+// store adds the terminator, and the text is read. No other result is allowed.
 TEST_F(SettingsStore, ReadsATextStoredWithoutItsTerminatorWholeOrNotAtAll) {
     settings.SetRaw("Locked To Unlocked Lever Rotation", text, Bytes("120.5"));
     const double read = ReadFixedRotation(HeadOffset::UnlockingRotation);

@@ -7,7 +7,20 @@
 
 #include <functional>
 
-/// A call that must fail, and all that its caller must find then.
+/// Compares the code and the record that a call left with the required ones. Whichever interface the call belongs to,
+/// the record carries the first one's identifier.
+inline void ExpectRecord(const Raised& raised, HRESULT code, const std::wstring& source,
+                         const std::wstring& description, const std::wstring& helpFile = L"") {
+    EXPECT_EQ(raised.code, code) << std::hex << "0x" << static_cast<unsigned>(raised.code);
+    ASSERT_TRUE(raised.record);
+    EXPECT_EQ(raised.record->source, source);
+    EXPECT_EQ(raised.record->description, description);
+    EXPECT_EQ(raised.record->helpFile, helpFile);
+    EXPECT_EQ(raised.record->helpContext, 0U);
+    EXPECT_TRUE(raised.record->guid == IID_IQMVCalculator);
+}
+
+/// A call that must fail, and the failure that its caller must get.
 struct ExpectedFailure {
     const char* how;
     std::function<Raised()> action;
@@ -17,16 +30,9 @@ struct ExpectedFailure {
     const wchar_t* helpFile;
 };
 
-/// Makes the call. Whichever interface it belongs to, the record carries the first one's identifier.
+/// Makes the call.
 inline void ExpectRecord(const ExpectedFailure& expected) {
     SCOPED_TRACE(expected.how);
-    const Raised raised = expected.action();
-    EXPECT_EQ(raised.code, expected.code) << std::hex << "0x" << static_cast<unsigned>(raised.code);
-    ASSERT_TRUE(raised.record);
-    EXPECT_EQ(raised.record->source, expected.source);
-    EXPECT_EQ(raised.record->description, expected.description);
-    EXPECT_EQ(raised.record->helpFile, expected.helpFile);
-    EXPECT_EQ(raised.record->helpContext, 0U);
-    EXPECT_TRUE(raised.record->guid == IID_IQMVCalculator);
+    ExpectRecord(expected.action(), expected.code, expected.source, expected.description, expected.helpFile);
     EXPECT_FALSE(TakeErrorRecord()) << "it is there once";
 }

@@ -2,7 +2,7 @@
 
 #include "platform/ProfileFile.h"
 
-/// One value or one entry of a profile file, alone.
+/// Reads or writes a single value of a profile file.
 
 inline void ReadProfileText(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer,
                             const wchar_t* fileName) {

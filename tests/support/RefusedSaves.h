@@ -5,12 +5,12 @@
 
 #include <filesystem>
 
-/// On Windows a save that meets a load or another save each time that it looks, for 250 ms, must not write all the
-/// same, because that would mix two geometries. How often this happens is a matter of the machine's load: no count is
-/// promised. Elsewhere nobody can hold a file.
+/// On Windows a save is refused when it meets a load or another save at every attempt for 250 ms, because writing then
+/// would mix two geometries. How often this happens depends on the load of the machine, so that no number is promised.
+/// On other systems nobody can hold a file.
 inline constexpr bool savesCanBeRefused = std::filesystem::path::preferred_separator == '\\';
 
-/// Whether a save was refused as it may be while others save and load the same file.
+/// True for a refusal that is permitted while others save and load the same file.
 inline bool IsPermittedRefusal(const Raised& save) {
     return savesCanBeRefused && save.code == QMV_E_WRITE_TO_FILE && save.record &&
            save.record->source == L"RoundThePole::WriteDoubleToIniFile";

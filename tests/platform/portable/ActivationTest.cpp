@@ -15,7 +15,7 @@ constexpr CLSID announced{0xB1B0A1C0, 0x0001, 0x4000, {0x80, 0, 0, 0, 0, 0, 0, 1
 constexpr CLSID failing{0xB1B0A1C0, 0x0002, 0x4000, {0x80, 0, 0, 0, 0, 0, 0, 2}};
 constexpr CLSID unknown{0xB1B0A1C0, 0x0003, 0x4000, {0x80, 0, 0, 0, 0, 0, 0, 3}};
 
-/// A factory that keeps account of its calls. What it makes is itself, as a plain object.
+/// A factory that records its calls. The object that it creates is itself.
 class Factory final : public IClassFactory {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {

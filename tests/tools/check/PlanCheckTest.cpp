@@ -70,7 +70,7 @@ TEST(PlanCheck, NeverCallsAPlanClearThatItCannotJudge) {
     EXPECT_THAT(NamesOf(check::CheckPlan(IdealHead(), unknownSphere, PlanByHand())), Not(IsEmpty()));
 }
 
-TEST(PlanCheck, RunsUpToTheMoveThatIsNone) {
+TEST(PlanCheck, RunsUpToTheMoveThatCannotBeRun) {
     plans::PlanToCheck plan = PlanByHand();
     plan.moves[5].data = XYZData{6.95, std::numeric_limits<double>::quiet_NaN(), 35.0};
     const check::PlanReport report = check::CheckPlan(IdealHead(), {}, plan);

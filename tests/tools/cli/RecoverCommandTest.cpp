@@ -95,7 +95,7 @@ TEST_F(RecoverCommand, RefusesAJournalOfAnotherPlan) {
     EXPECT_EQ(1, run.Document()["error"]["line"]);
 }
 
-TEST_F(RecoverCommand, RefusesWhatTellsNothing) {
+TEST_F(RecoverCommand, RefusesAQuestionWithoutAPosition) {
     const struct {
         std::vector<std::string> more;
         const char* why;

@@ -85,7 +85,7 @@ TEST(Selfcheck, EndsWithFourWhenSomethingIsOff) {
 TEST(Selfcheck, TellsTheDeliberateConstantsFromTheExactOnes) {
     for (const selfcheck::SelfCheckGroup& group : selfcheck::RunSelfChecks()) {
         for (const selfcheck::SelfCheck& check : group.checks) {
-            // The exact numbers beside the two that are meant not to be.
+            // The exact constants, for comparison with the two shortened ones.
             if (check.unit == std::string("rad")) {
                 EXPECT_GT(std::abs(check.got[0] - 3.141592653589793), 2 * check.tolerance);
             }

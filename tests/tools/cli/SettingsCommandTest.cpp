@@ -47,7 +47,7 @@ TEST(SettingsShow, TellsWhatIsInForceAndWhereItComesFrom) {
     EXPECT_EQ("Head Centre To Lever Centre Y Offset", document["findings"][0]["about"]);
 }
 
-TEST(SettingsShow, PointsOutAPersonWhatIsNotRead) {
+TEST(SettingsShow, NamesSettingsThatAreNotRead) {
     SettingsFixture store;
     store.SetText("Locked To Unlocked Z Offset", "-2");
     const ToolRun run = RunQmv40({"settings", "show"});
@@ -59,7 +59,7 @@ TEST(SettingsShow, PointsOutAPersonWhatIsNotRead) {
     EXPECT_THAT(run.out, HasSubstr("\"Locked To Unlocked Z Offset\" is not read, because"));
 }
 
-TEST(SettingsShow, SaysThatThereIsNothing) {
+TEST(SettingsShow, SaysThatNothingIsStored) {
     const SettingsFixture store;
     const ToolRun run = RunQmv40({"settings", "show"});
     EXPECT_THAT(run.out, HasSubstr("missing, so the built-in values count"));
@@ -139,7 +139,7 @@ TEST(SettingsWrite, KeepsTheOtherDimensionsOfItsBase) {
     EXPECT_THAT(document["content"].get<std::string>(), testing::StartsWith(registryHeader));
 }
 
-TEST(SettingsWrite, WarnsOfWhatItsBaseDoesNotSayAndLeavesItOut) {
+TEST(SettingsWrite, WarnsOfUnreadValuesOfItsBaseAndOmitsThem) {
     const TemporaryFolder folder;
     const std::string base =
         folder.Write("base.reg", std::string(registryHeader) + "\"Locked To Unlocked Z Offset\"=\"-2\"\r\n");

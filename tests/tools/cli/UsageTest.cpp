@@ -33,13 +33,13 @@ TEST(Usage, HelpOfTheToolNamesEveryCommandAndTheExitCodes) {
     EXPECT_NE(std::string::npos, run.out.find("Exit codes: 0 done;")) << run.out;
 }
 
-TEST(Usage, VersionIsTheProjects) {
+TEST(Usage, VersionIsThatOfTheProject) {
     const ToolRun run = RunQmv40({"--version"});
     EXPECT_EQ(0, run.exitCode);
     EXPECT_EQ("qmv40 " QMV40_VERSION "\n", run.out);
 }
 
-TEST(Usage, WhatMakesNoSenseIsRefusedAndNothingElseIsPrinted) {
+TEST(Usage, WrongArgumentsAreRefusedAndNothingElseIsPrinted) {
     const struct {
         std::vector<std::string> arguments;
         const char* why;
@@ -91,7 +91,7 @@ TEST(Usage, ACommandThatIsNoneIsAnsweredWithThoseThereAre) {
     }
 }
 
-TEST(Usage, ADocumentIsWantedForWrongUsageToo) {
+TEST(Usage, JsonIsPrintedForWrongUsageToo) {
     const struct {
         std::vector<std::string> arguments;
         const char* format;
@@ -115,7 +115,7 @@ TEST(Usage, ADocumentIsWantedForWrongUsageToo) {
     }
 }
 
-TEST(Usage, AnAngleThatIsNoneIsShownInTheMessage) {
+TEST(Usage, AWrongAngleIsShownInTheMessage) {
     const ToolRun run = RunQmv40({"start", "--geometry", "x.ini", "--from", "45;90"});
     EXPECT_NE(std::string::npos, run.err.find("--from: '45;90' is not two angles in degrees such as 45,-90"))
         << run.err;
@@ -129,7 +129,7 @@ TEST(Usage, NegativeAnglesAreNotTakenForOptions) {
     EXPECT_EQ(1, RunQmv40({"start", "--geometry", geometry, "--from", "-15,0"}).exitCode) << "refused by the component";
 }
 
-TEST(Usage, OutputThatCannotBeWrittenIsNoSuccess) {
+TEST(Usage, OutputThatCannotBeWrittenIsAFailure) {
     std::ostringstream out;
     std::ostringstream err;
     out.setstate(std::ios::badbit);

@@ -181,7 +181,7 @@ TEST_F(ViewCommand, HasTheLeversOnTheHeadWhereThePoleSphereTouchesThem) {
     }
 }
 
-TEST_F(ViewCommand, BringsTheLeverInReachToTheSphereLockedBeforeAndUnlockedAfter) {
+TEST_F(ViewCommand, ShowsTheLeverLockedBeforeItsPushAndUnlockedAfter) {
     const struct {
         const char* from;
         const char* to;

@@ -50,7 +50,7 @@ TEST_F(WhereAndWhich, GiveTheCapturedPointsOfTheScenario) {
     EXPECT_LE(4, points);
 }
 
-TEST_F(WhereAndWhich, AreEachTheOthersInverse) {
+TEST_F(WhereAndWhich, AreInverseToEachOther) {
     for (const std::vector<std::string>& state : {std::vector<std::string>{}, {"--unlocked"}}) {
         const std::string place = Where("45,90", "3,-2,-180", state);
         std::vector<std::string> arguments{"which", "--tip", "3,-2,-180", "--measured", place, "--json"};

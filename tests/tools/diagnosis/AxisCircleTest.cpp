@@ -93,7 +93,7 @@ TEST(AxisCircle, CoversAWholeTurnLessTheWidestGap) {
     EXPECT_DOUBLE_EQ(0.0, diagnosis::ArcCovered({33.0}));
 }
 
-TEST(AxisCircle, IsNotThereWherePointsDetermineNone) {
+TEST(AxisCircle, IsMissingWhenThePointsDetermineNone) {
     EXPECT_FALSE(diagnosis::FitAxisCircle(std::vector<model::Vector3>{}).has_value());
     EXPECT_FALSE(diagnosis::FitAxisCircle(std::vector<model::Vector3>{centre, centre, centre, centre}).has_value());
     EXPECT_FALSE(

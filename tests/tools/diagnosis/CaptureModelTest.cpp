@@ -45,7 +45,7 @@ TEST(HeadModel, PutsTheMachineWhereTheSimulatedHeadHasIt) {
     }
 }
 
-TEST(HeadModel, TakesADepartureForWhatItIs) {
+TEST(HeadModel, DistinguishesTheErrorsOfAHead) {
     const SimulatedHead head = SomeHead();
     const auto model = [&](Kind kind, std::array<double, 3> values) {
         diagnosis::HeadModel with = ModelOf(head);

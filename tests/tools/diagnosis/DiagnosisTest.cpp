@@ -48,7 +48,7 @@ TEST(Diagnosis, OfTheReferenceHeadsFindsTheThreeThatComeOutWrongAndNoOther) {
     }
 }
 
-TEST(Diagnosis, TellsAHeadAtMinusThreeCapturedAtZeroFromOneCapturedAt45) {
+TEST(Diagnosis, FindsTheWrongQuadrantOfAHeadCapturedAtB0) {
     SimulatedHead head = SomeSimulatedHead();
     head.mountingAngle = -3.0;
     head.stylus = {0.0, 0.0, -180.0};
@@ -278,7 +278,7 @@ TEST(Diagnosis, CallsPointsThatFollowNoHeadAContradiction) {
     EXPECT_EQ(3u, finding->points.size());
 }
 
-TEST(Diagnosis, IsNotThereForPointsThatFormNoCircle) {
+TEST(Diagnosis, IsMissingForPointsThatFormNoCircle) {
     diagnosis::CaptureUnderTest test{SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75))};
     for (diagnosis::CapturedPoint& point : test.sets.points) point.position = {1.0, 2.0, 3.0};
     EXPECT_FALSE(diagnosis::Diagnose(test).has_value());

@@ -33,7 +33,7 @@ diagnosis::HeadAxes Compared(const std::vector<model::Vector3>& a, const std::ve
     return diagnosis::CompareAxes(*diagnosis::FitAxisCircle(a), *diagnosis::FitAxisCircle(b), noise);
 }
 
-TEST(HeadAxes, OfAnIdealHeadMeetSquarelyInItsCentre) {
+TEST(HeadAxes, OfAnIdealHeadMeetAtARightAngleInItsCentre) {
     const diagnosis::HeadAxes axes =
         Compared(About(meeting, {1, 0, 0}, 180, 0, 90, 7), About(meeting, {0, 0, 1}, 170, 0, 330, 12));
     EXPECT_NEAR(meeting.x, axes.headCentre[0].value, rounding);
@@ -45,7 +45,7 @@ TEST(HeadAxes, OfAnIdealHeadMeetSquarelyInItsCentre) {
     EXPECT_NEAR(90.0, axes.angleBetween, rounding);
 }
 
-TEST(HeadAxes, ThatPassEachOtherHaveAGapAndTheCentreOnTheBAxis) {
+TEST(HeadAxes, ThatPassEachOtherHaveAnOffsetAndTheirCentreOnB) {
     const model::Vector3 aside = meeting + model::Vector3{0.0, 0.25, 0.0};
     const diagnosis::HeadAxes axes =
         Compared(About(aside, {1, 0, 0}, 180, 0, 90, 7), About(meeting, {0, 0, 1}, 170, 0, 330, 12));

@@ -30,7 +30,7 @@ TEST(HeadFit, FindsTheHeadWhateverItsMountingAngle) {
     }
 }
 
-TEST(HeadFit, FindsDeparturesOfTheHeadThatAreThere) {
+TEST(HeadFit, FindsTheErrorsOfAHead) {
     const diagnosis::HeadModel truth = [] {
         diagnosis::HeadModel model;
         model.pole = {100.0, 50.0, -300.0};

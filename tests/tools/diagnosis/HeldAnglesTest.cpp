@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(HeldAngles, AreFineWhereEachSetHoldsItsAxis) {
+TEST(HeldAngles, HaveNoFindingWhenEachSetHoldsItsAxis) {
     EXPECT_THAT(diagnosis::JudgeHeldAngles(SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75))), IsEmpty());
     EXPECT_THAT(diagnosis::JudgeHeldAngles({}), IsEmpty());
 }

@@ -33,13 +33,13 @@ TEST(NormalEquations, GiveTheCovariancesOfTheRegressionLine) {
     for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(expected[i], (*covariance)[i], rounding) << i;
 }
 
-TEST(NormalEquations, MindNoUnits) {
+TEST(NormalEquations, DoNotDependOnUnits) {
     const double unit = 1e9;
     EXPECT_NEAR(1.4 / unit, (*Line(unit).Solve())[1], rounding / unit);
     EXPECT_NEAR(0.2 / (unit * unit), (*Line(unit).Covariance())[3], rounding / (unit * unit));
 }
 
-TEST(NormalEquations, AreNotSolvedWhereTheyLeaveAnUnknownOpen) {
+TEST(NormalEquations, AreNotSolvedWhenAnUnknownIsUndetermined) {
     diagnosis::NormalEquations mixed(2);
     for (int i = 0; i < 5; ++i) mixed.Add(std::array{1.0, 2.0}, i);
     EXPECT_FALSE(mixed.Solve().has_value());

@@ -51,7 +51,7 @@ TEST(SwivelWithSafeQuadrant, IsTheMiddleOfAQuadrantForAHeadMountedNearlySquare) 
     }
 }
 
-TEST(SwivelWithSafeQuadrant, IsAnotherPositionWhereTheUsualOnesStandNearAnEdge) {
+TEST(SwivelWithSafeQuadrant, IsAnotherBWhenTheUsualOnesAreNearAnEdge) {
     const diagnosis::HeadModel turned = ModelOf(45.0, straight);
     const auto swivel = diagnosis::SwivelWithSafeQuadrant(turned, allTilts);
     ASSERT_TRUE(swivel.has_value());
@@ -59,12 +59,12 @@ TEST(SwivelWithSafeQuadrant, IsAnotherPositionWhereTheUsualOnesStandNearAnEdge) 
         EXPECT_TRUE(diagnosis::QuadrantIsRight(ModelOf(45.0 + off, straight), allTilts, *swivel));
 }
 
-TEST(SwivelWithSafeQuadrant, IsNotThereForAHeadThatTiltsTheOtherWay) {
+TEST(SwivelWithSafeQuadrant, IsMissingForAHeadThatTiltsInTheOtherDirection) {
     EXPECT_FALSE(
         diagnosis::SwivelWithSafeQuadrant(ModelOf(0.0, straight), std::vector{0.0, -30.0, -60.0, -90.0}).has_value());
 }
 
-TEST(WithStraightStylus, ReachesAsFar) {
+TEST(WithStraightStylus, HasTheSameLength) {
     const diagnosis::HeadModel model = diagnosis::WithStraightStylus(ModelOf(0.0, {-30.0, 60.0, -60.0}));
     EXPECT_EQ(0.0, model.tip.x);
     EXPECT_EQ(0.0, model.tip.y);

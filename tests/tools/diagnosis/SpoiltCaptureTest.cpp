@@ -10,7 +10,7 @@ using namespace qmv40;
 
 namespace {
 
-TEST(FaultlessCaptures, AreNotCalledIntoQuestion) {
+TEST(FaultlessCaptures, HaveNoFindings) {
     constexpr int captures = 600;
     // Fewer than one in a thousand may be: with 600, more than three are a chance of one in three hundred.
     constexpr int mostDoubted = 3;

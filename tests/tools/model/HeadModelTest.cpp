@@ -26,7 +26,7 @@ TEST(HeadModel, PutsTheCupOnThePegWhereTheWorkedNumbersSay) {
     }
 }
 
-TEST(HeadModel, KeepsTheCupOnThePegWheneverTheMachineIsAtTheEngagementPosition) {
+TEST(HeadModel, HasTheCupOnThePegAtTheEngagementPosition) {
     const model::HeadModel head = IdealHead(-1.35, {87.3, 640.9, -712.4});
     for (double a = 0.0; a <= 90.0; a += 7.5) {
         for (double b = -180.0; b <= 180.0; b += 22.5) {
@@ -36,7 +36,7 @@ TEST(HeadModel, KeepsTheCupOnThePegWheneverTheMachineIsAtTheEngagementPosition) 
     }
 }
 
-TEST(HeadModel, ApproachesThePegFromTenMillimetresAgainstTheApproachDirection) {
+TEST(HeadModel, ApproachesThePegFromTenMillimetres) {
     const model::ContactLine upright = IdealHead().PegLine({0.0, 0.0});
     EXPECT_TRUE(IsAt({6.95, -34.0, 11.5}, upright.ApproachPoint(), rounding));
     // Tilted to 90 the cup faces down: the machine comes from above.

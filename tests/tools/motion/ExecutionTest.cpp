@@ -53,7 +53,7 @@ TEST(Execution, CarriesTheHeadThroughTheWorkedArcs) {
     }
 }
 
-TEST(Execution, TearsThePegOutWhenTheHeadCannotFollow) {
+TEST(Execution, PullsTheCupOffThePegWhenTheHeadCannotFollow) {
     const model::HeadModel head = IdealHead();
     motion::Machine machine(head, {0.0, 0.0}, std::nullopt);
     Unlock(machine);
@@ -116,7 +116,7 @@ TEST(Execution, LeavesTheLeverAsItIsWhenItIsNotProperlyPushed) {
     }
 }
 
-TEST(Execution, NeedsNumbersThatMakeAMove) {
+TEST(Execution, RefusesNumbersThatMakeNoMove) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     constexpr double infinity = std::numeric_limits<double>::infinity();
     EXPECT_TRUE(motion::Machine::CanRun(StraightTo({1.0, 2.0, 3.0})));
@@ -128,7 +128,7 @@ TEST(Execution, NeedsNumbersThatMakeAMove) {
     EXPECT_FALSE(motion::Machine::CanRun(ArcAbout({nan, 0.0, 0.0}, {0.0, 0.0, 1.0}, 90.0)));
 }
 
-TEST(Execution, BeginsAtTheEndOfTheFirstMoveUnlessItIsKnownWhereTheMachineIs) {
+TEST(Execution, BeginsAtTheFirstMovesEndWhenNoStartIsGiven) {
     const model::HeadModel head = IdealHead();
     motion::Machine unknown(head, {0.0, 0.0}, std::nullopt);
     EXPECT_TRUE(IsAt({1.0, 2.0, 3.0}, unknown.Run(StraightTo({1.0, 2.0, 3.0})).path.Start(), 0.0));

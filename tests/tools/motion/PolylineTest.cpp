@@ -51,7 +51,7 @@ TEST(ChordEnds, KeepWithinTheToleranceOfTheArcAllTheWay) {
     }
 }
 
-TEST(ChordEnds, AreNoMoreThanTheToleranceAsksFor) {
+TEST(ChordEnds, AreNoMoreThanTheToleranceNeeds) {
     // At a radius of 50 mm a chord of 0.01 mm takes 2 * acos(1 - 0.01 / 50) = 2.2918 degrees: 90 degrees take 40
     // chords.
     const model::Path arc = model::Path::Arc({50.0, 0.0, 0.0}, {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 90.0);
@@ -67,7 +67,7 @@ TEST(ChordEnds, ShowWhichWayAnArcGoesWhateverTheTolerance) {
     EXPECT_TRUE(IsAt({50.0, 0.0, 0.0}, chords(-360.0).back(), 1e-12));
 }
 
-TEST(ChordEnds, OfAStraightLineAreItsEnd) {
+TEST(ChordEnds, OfAStraightLineAreItsEndAlone) {
     const std::vector<model::Vector3> ends =
         motion::ChordEnds(model::Path::Straight({1.0, 2.0, 3.0}, {4.0, 6.0, 3.0}), 0.01);
     ASSERT_EQ(1u, ends.size());

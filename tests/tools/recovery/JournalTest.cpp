@@ -73,7 +73,7 @@ TEST_F(JournalFile, SaysWhichMoveWasUnderWayOrFinished) {
     }
 }
 
-TEST_F(JournalFile, IsBelievedToItsLastWholeLineWhereverItIsTorn) {
+TEST_F(JournalFile, CountsUpToItsLastWholeLine) {
     const std::string whole = JournalOfAllMoves();
     std::size_t wholeLines = 0;
     for (std::size_t length = 0; length <= whole.size(); ++length) {
@@ -98,7 +98,7 @@ TEST_F(JournalFile, IsTornByABlockThatTheDiskNeverGot) {
     EXPECT_EQ(7u, journal.known.number);
 }
 
-TEST_F(JournalFile, IsRefusedWhereItIsNone) {
+TEST_F(JournalFile, IsRefusedWhenItIsAnotherFile) {
     const struct {
         std::string content;
         const char* refusal;

@@ -42,7 +42,7 @@ constexpr KnownMove During(std::size_t number, bool isEndAnnounced = false) {
 }
 constexpr KnownMove After(std::size_t number) { return {KnownMove::Kind::After, number}; }
 
-TEST_F(Stopped, InAWholeTurnOfBIsToldByTheMoveAlone) {
+TEST_F(Stopped, InAWholeTurnOfBIsKnownByTheMoveOnly) {
     const auto plan = Plan({15, -180}, {15, 180});
     const model::Vector3 place = plan.Paths().PathOf(10).Start();
     const struct {
@@ -119,7 +119,7 @@ TEST_F(Stopped, BeforeItsFirstMoveEndsMayHaveComeFromAnywhere) {
     }
 }
 
-TEST_F(Stopped, WithALeverHalfPushedIsPushedOnNeverPulled) {
+TEST_F(Stopped, WithALeverHalfPushedPushesItOn) {
     const auto plan = Plan({30, 45}, {75, -120});
     for (const std::size_t number : {3u, 18u}) {
         const recovery::Recovery answer = plan.Answer(Asked(plan.Paths().PathOf(number).At(0.25), During(number)));

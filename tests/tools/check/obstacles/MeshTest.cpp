@@ -68,7 +68,7 @@ TEST(Mesh, MeasuresAsALibraryForMeshesDoes) {
     EXPECT_GT(meetings, 20) << "few of the triangles met the surface: the comparison is poor";
 }
 
-TEST(Mesh, NeedNotSayMoreThanThatItIsFarEnough) {
+TEST(Mesh, StopsWhenItIsProvenFarEnough) {
     const Mesh box(BoxSurface({0, 0, 0}, {10, 10, 10}));
     EXPECT_EQ(3.0, box.DistanceTo(PointAt({25, 0, 0}), 3.0));
     EXPECT_NEAR(20.0, box.DistanceTo(PointAt({25, 0, 0}), infinite), 1e-12);

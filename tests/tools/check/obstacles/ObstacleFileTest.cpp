@@ -58,7 +58,7 @@ TEST(StlFile, ReadsTextAndBinaryAlike) {
     }
 }
 
-TEST(StlFile, RefusesWhatItCannotTrust) {
+TEST(StlFile, RefusesFilesThatAreDamaged) {
     const struct {
         const char* why;
         std::string content;
@@ -120,7 +120,7 @@ TEST_F(ObstacleFile, TakesAnStlFileAsItIs) {
     EXPECT_EQ("plate.stl", obstacles[0].name);
 }
 
-TEST_F(ObstacleFile, RefusesWhatWouldBeLeftOutInSilence) {
+TEST_F(ObstacleFile, RefusesUnknownMembers) {
     const char* const box = R"("centre":{"X":0,"Y":0,"Z":0},"size":{"X":1,"Y":1,"Z":1})";
     const struct {
         const char* why;

@@ -36,7 +36,7 @@ double Sampled(const MovingPart& part, const Solid& solid, int samples) {
     return smallest;
 }
 
-TEST(Sweep, IsExactForWhatAPersonCanWorkOut) {
+TEST(Sweep, IsExactForCasesWorkedOutByHand) {
     const Mesh box(BoxSurface({0, 0, 0}, {20, 20, 20}));
     const auto straight = [](const Vector3& from, const Vector3& to, const Vector3& rod, double radius) {
         return MovingPart{[=](double f) -> Axis {
@@ -66,7 +66,7 @@ TEST(Sweep, IsExactForWhatAPersonCanWorkOut) {
     }
 }
 
-TEST(Sweep, NeverPromisesMoreThanDenseSamplingFinds) {
+TEST(Sweep, IsNeverAboveTheClearanceOfDenseSampling) {
     const std::uint64_t seed = std::random_device{}();
     std::mt19937_64 random(seed);
     std::uniform_real_distribution<double> unit(-1.0, 1.0);
@@ -105,7 +105,7 @@ TEST(Sweep, StopsAsSoonAsThePartIsProvenFarEnough) {
     EXPECT_NEAR(clearance, ClearanceOf(part, box, clearance + 5.0), clearanceTolerance);
 }
 
-TEST(Sweep, TellsNothingOfWhatIsNotANumber) {
+TEST(Sweep, GivesNoClearanceForNumbersThatAreNotFinite) {
     const Table table(0.0);
     const double nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_TRUE(std::isnan(ClearanceOf({[nan](double) -> Axis { return {{nan, 0, 0}, {0, 0, 5}}; }, 0.0, 1.0}, table)));

@@ -115,7 +115,7 @@ TEST(Settings, ThatAreNotReadAsTheyLookAreReportedByEveryCommand) {
     }
 }
 
-TEST(Settings, ThatPutTheLeverOnThePoleGiveAnAngleThatIsShownAsNoNumber) {
+TEST(Settings, WithTheLeverOnThePoleGiveAnAngleThatIsNoNumber) {
     const TemporaryFolder folder;
     const std::string geometry = PlainGeometryFile(folder);
     const std::string settings =

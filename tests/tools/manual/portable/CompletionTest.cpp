@@ -62,7 +62,7 @@ TEST(ZshCompletion, IsUnderstoodByTheShell) {
     EXPECT_EQ(0, run.exitCode) << run.out;
 }
 
-TEST(Manual, IsFormattedWithoutAComplaint) {
+TEST(Manual, IsFormattedWithoutAWarning) {
     if (!HasProgram("groff")) GTEST_SKIP() << "groff is not installed";
     const TemporaryFolder folder;
     const std::string page = folder.Write("qmv40.1", manual::ManPage(manual::DescribeTool()));
