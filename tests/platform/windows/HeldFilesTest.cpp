@@ -169,6 +169,14 @@ TEST_F(HeldFiles, HaveACopyOfItsOwnForEachSaveThatWaits) {
     EXPECT_EQ(FilesInFolder(), 1);
 }
 
+TEST_F(HeldFiles, AreNotWrittenIntoByAnybodyWhileALoadReads) {
+    {
+        const ProfileReader reader(profile.Path().wstring().c_str());
+        EXPECT_FALSE(FileHandle(profile.Path().wstring(), GENERIC_WRITE, shareAll).IsOpen());
+    }
+    EXPECT_TRUE(FileHandle(profile.Path().wstring(), GENERIC_WRITE, shareAll).IsOpen());
+}
+
 TEST_F(HeldFiles, AreNotReadWhileASaveWritesIntoThem) {
     {
         const FileHandle save(profile.Path().wstring(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);

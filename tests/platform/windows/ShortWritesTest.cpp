@@ -1,16 +1,18 @@
+#include "platform/windows/FileHandle.h"
 #include "platform/windows/ProfileCopy.h"
 #include "tests/platform/ProfileOnDisk.h"
 
 #include <gtest/gtest.h>
 
 /// A disk that takes a part of what is written, while the platform's function reports a success. The program is linked
-/// so that the component's writing of an entry comes through here.
+/// so that the component's own writes come through here.
 
 using namespace qmv40;
 
 namespace {
 
 std::uintmax_t largestFile = 0;
+int writesInPart = 0; ///< how many of the next writes of bytes are cut
 
 } // namespace
 
@@ -25,6 +27,17 @@ static BOOL WINAPI WriteInPart(LPCSTR section, LPCSTR key, LPCSTR text, LPCSTR f
 
 extern decltype(&WritePrivateProfileStringA) __wrap___imp_WritePrivateProfileStringA;
 decltype(&WritePrivateProfileStringA) __wrap___imp_WritePrivateProfileStringA = WriteInPart;
+
+extern decltype(&WriteFile) __real___imp_WriteFile;
+
+static BOOL WINAPI WriteBytesInPart(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD written, LPOVERLAPPED place) {
+    if (writesInPart > 0) size /= 2;
+    --writesInPart;
+    return __real___imp_WriteFile(file, bytes, size, written, place);
+}
+
+extern decltype(&WriteFile) __wrap___imp_WriteFile;
+decltype(&WriteFile) __wrap___imp_WriteFile = WriteBytesInPart;
 }
 
 namespace {
@@ -55,6 +68,19 @@ TEST(ShortWrites, OfTheFirstEntryLeaveNoFile) {
     Patience patience;
     EXPECT_FALSE(WriteEntries(profile.Path().wstring(), entries, patience));
     EXPECT_FALSE(profile.Exists());
+}
+
+TEST(ShortWrites, IntoAHeldFileAreTakenBack) {
+    const ProfileOnDisk profile;
+    profile.Put(bothWhole);
+    largestFile = 1000;
+    const FileHandle held(profile.Path().wstring(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    const ProfileEntry entries[] = {{"S", "a", "7"}, {"T", "c", "3"}};
+    Patience patience;
+    writesInPart = 1;
+    EXPECT_FALSE(WriteEntries(profile.Path().wstring(), entries, patience));
+    EXPECT_EQ(profile.Content(), bothWhole);
+    EXPECT_TRUE(WriteEntries(profile.Path().wstring(), entries, patience));
 }
 
 TEST(ShortWrites, AreNoneOfTextsThatAreReadWithoutTheirEnds) {
