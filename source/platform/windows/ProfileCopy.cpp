@@ -5,7 +5,6 @@
 #include "platform/windows/NarrowNames.h"
 
 #include <algorithm>
-#include <string_view>
 #include <vector>
 
 namespace qmv40 {
@@ -17,25 +16,24 @@ bool Flush(const std::wstring& name) {
     return file.IsOpen() && FlushFileBuffers(file.Get()) != 0;
 }
 
-/// Whether the file holds the entry, whole. The platform's function can report a success although a full disk took a
-/// part alone. A text with blanks or quotes at its ends is not compared: it is read without them.
-bool HasTaken(const ProfileEntry& entry, const std::string& name) {
-    constexpr std::string_view notRead = " \t'\"";
-    const std::string& text = entry.text;
-    if (text.empty() || notRead.find(text.front()) != notRead.npos || notRead.find(text.back()) != notRead.npos)
-        return true;
+/// Whether the file holds the whole text. The platform's function can report a success although a full disk took a part
+/// alone. A text with blanks or quotes at its ends is not compared: it is read without them.
+bool Holds(const std::string& name, const std::string& section, const std::string& key, const std::string& text) {
+    constexpr const char* notRead = " \t'\"";
+    if (text.empty() || text.find_first_of(notRead) == 0 || text.find_last_of(notRead) == text.size() - 1) return true;
     std::string read(text.size() + 2, '\0');
-    read.resize(GetPrivateProfileStringA(entry.section->c_str(), entry.key->c_str(), "", read.data(),
-                                         static_cast<DWORD>(read.size()), name.c_str()));
+    read.resize(GetPrivateProfileStringA(section.c_str(), key.c_str(), "", read.data(), static_cast<DWORD>(read.size()),
+                                         name.c_str()));
     return read == text;
 }
 
 bool WriteEntry(const ProfileEntry& entry, const std::string& name) {
     // Without a key the platform's function removes the section, and without a file it writes win.ini.
-    return entry.section && entry.key &&
-           WritePrivateProfileStringA(entry.section->c_str(), entry.key->c_str(), entry.text.c_str(), name.c_str()) !=
-               0 &&
-           HasTaken(entry, name);
+    if (!entry.section || !entry.key) return false;
+    const std::string& section = *entry.section;
+    const std::string& key = *entry.key;
+    return WritePrivateProfileStringA(section.c_str(), key.c_str(), entry.text.c_str(), name.c_str()) != 0 &&
+           Holds(name, section, key, entry.text);
 }
 
 bool Exists(const std::wstring& name) { return GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES; }
