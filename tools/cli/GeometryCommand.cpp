@@ -2,6 +2,7 @@
 #include "tools/cli/Commands.h"
 #include "tools/cli/ComputedHead.h"
 #include "tools/cli/ExitCode.h"
+#include "tools/cli/GeometryRecord.h"
 #include "tools/cli/Options.h"
 #include "tools/component/Calculator.h"
 #include "tools/component/ComponentError.h"
@@ -13,7 +14,10 @@
 #include "tools/diagnosis/SetJudgement.h"
 #include "tools/model/Angles.h"
 #include "tools/plans/PositionLine.h"
+#include "tools/record/CapturePicture.h"
+#include "tools/text/Failures.h"
 #include "tools/text/Json.h"
+#include "tools/text/OutputFile.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,8 +30,11 @@ namespace {
 struct GeometryOptions : CommonOptions {
     std::string aAxis;
     std::string bAxis;
-    std::string output; ///< empty: nothing is written
-    bool force = false; ///< write a geometry with a fault too
+    std::string output;     ///< empty: nothing is written
+    std::string picture;    ///< file name; empty: none
+    std::string record;     ///< file name; empty: none
+    std::string headNumber; ///< for the record
+    bool force = false;     ///< write a geometry with a fault too
     double centreWithin = diagnosis::thresholds::centreWithin;
     text::LengthUnit unit = text::LengthUnit::Millimetre; ///< of the capture
     std::optional<model::Vector3> sphere;                 ///< in that unit
@@ -37,6 +44,7 @@ struct GeometryOptions : CommonOptions {
 /// The component's answer, the circles, and the judgement of the points.
 struct GeometryReport {
     ComputedHead head;
+    diagnosis::CaptureUnderTest capture;
     diagnosis::CircleFit aAxis;
     diagnosis::CircleFit bAxis;
     double aAxisCaptureB;
@@ -96,19 +104,23 @@ diagnosis::CaptureUnderTest UnderTest(const GeometryOptions& options, const diag
 
 GeometryReport Report(const GeometryOptions& options, const diagnosis::CaptureFiles& capture,
                       const ComputedHead& head) {
-    const diagnosis::CaptureUnderTest test = UnderTest(options, capture, head);
+    diagnosis::CaptureUnderTest test = UnderTest(options, capture, head);
     // The direction of the A axis as the component turns it
     const double azimuth = model::ToRadians(head.rotationAroundZ + capture.aAxis.items.front().BPosition);
     const CMaVector aAxis(-std::cos(azimuth), -std::sin(azimuth), 0.0), bAxis(0.0, 0.0, 1.0);
+    diagnosis::CircleFit aFit = AxisFit(LockedPoints(capture.aAxis, test.unlocking), aAxis);
+    diagnosis::CircleFit bFit = AxisFit(LockedPoints(capture.bAxis, test.unlocking), bAxis);
     GeometryReport report{head,
-                          AxisFit(LockedPoints(capture.aAxis, test.unlocking), aAxis),
-                          AxisFit(LockedPoints(capture.bAxis, test.unlocking), bAxis),
+                          std::move(test),
+                          std::move(aFit),
+                          std::move(bFit),
                           capture.aAxis.items.front().BPosition,
                           capture.bAxis.items.front().APosition,
-                          diagnosis::JudgeSets(test.sets),
+                          {},
                           std::nullopt};
+    report.findings = diagnosis::JudgeSets(report.capture.sets);
     if (!report.findings.empty()) return report;
-    report.diagnosis = diagnosis::Diagnose(test);
+    report.diagnosis = diagnosis::Diagnose(report.capture);
     if (report.diagnosis) {
         report.findings = report.diagnosis->findings;
     } else {
@@ -217,8 +229,39 @@ diagnosis::CaptureFile ReadIn(text::LengthUnit given, const std::string& fileNam
     return file;
 }
 
-void Run(const GeometryOptions& options, const text::Console& console) {
+/// Nothing is computed before it is certain that every file may be written.
+void RequireFiles(const GeometryOptions& options) {
     if (!options.output.empty()) text::RequireNewOrOfKind(options.output, settings::GeometryFileKind());
+    if (!options.picture.empty()) text::RequireNewOrOfKind(options.picture, record::PictureKind());
+    if (!options.record.empty()) text::RequireNewOrOfKind(options.record, record::RecordKind());
+    if (!options.headNumber.empty() && options.record.empty()) {
+        throw text::UsageError{"geometry: --head goes with --record"};
+    }
+}
+
+/// Picture and record show what is wrong, so they are written whatever was found.
+void WriteForPeople(const GeometryOptions& options, const GeometryReport& report,
+                    const diagnosis::CaptureFiles& capture, bool isWritten, const text::Console& console) {
+    if (!options.picture.empty()) {
+        text::WriteOutput(options.picture, record::PictureFileText({report.capture.sets, capture, report.findings}),
+                          record::PictureKind());
+        console.err << "The residuals were drawn into " << options.picture << '\n';
+    }
+    if (!options.record.empty()) {
+        const RecordedGeometry recorded{report.head,
+                                        report.capture,
+                                        capture,
+                                        report.findings,
+                                        report.diagnosis,
+                                        options.headNumber,
+                                        isWritten ? options.output : ""};
+        text::WriteOutput(options.record, record::RecordPage(RecordOf(recorded)), record::RecordKind());
+        console.err << "The record was written to " << options.record << ": print it on A4\n";
+    }
+}
+
+void Run(const GeometryOptions& options, const text::Console& console) {
+    RequireFiles(options);
     [[maybe_unused]] const SettingsInUse settings(options, console);
     const diagnosis::CaptureFiles capture{ReadIn(options.unit, options.aAxis), ReadIn(options.unit, options.bAxis)};
     component::Calculator calculator;
@@ -226,6 +269,7 @@ void Run(const GeometryOptions& options, const text::Console& console) {
     const bool isRefused = report.Contradicts() && !options.force;
     const bool isWritten = !options.output.empty() && !isRefused;
     if (isWritten) calculator.SaveHeadGeometry(options.output);
+    WriteForPeople(options, report, capture, isWritten, console);
 
     if (options.json) {
         text::PrintDocument("geometry", ReportJson(report, capture), console.out);
@@ -293,7 +337,8 @@ void AddKnownOptions(Command& command, GeometryOptions& options) {
 constexpr const char* geometryFooter =
     "Examples:\n"
     "  qmv40 geometry --a-axis a-axis.csv --b-axis b-axis.csv --output head.ini\n"
-    "  qmv40 geometry --a-axis a-axis.csv --b-axis b-axis.csv --centre-within 0.01\n"
+    "  qmv40 geometry --a-axis a-axis.csv --b-axis b-axis.csv --centre-within 0.01 --svg residuals.svg\n"
+    "  qmv40 geometry --a-axis a-axis.csv --b-axis b-axis.csv --record head-4711.html --head 4711\n"
     "\n"
     "A capture is a CSV file with the columns APosition, BPosition, XPosition, YPosition, ZPosition in any order\n"
     "and letter case: the head's angles and the point on the pole sphere, measured with the head unlocked. `.` is\n"
@@ -317,6 +362,11 @@ void AddGeometryCommand(Command tool, const text::Console& console) {
     command.AddText("--a-axis", options->aAxis, "FILE", "Points captured while A alone was turned (CSV)").Require();
     command.AddText("--b-axis", options->bAxis, "FILE", "Points captured while B alone was turned (CSV)").Require();
     command.AddText("--output", options->output, "FILE", "Save the geometry here; without it nothing is written");
+    command.AddText("--svg", options->picture, "FILE",
+                    "Draw both circles with the residual of each point, 1000 times as long (SVG)");
+    command.AddText("--record", options->record, "FILE",
+                    "Write a page to print and keep: verdict, picture, geometry, capture, settings (HTML)");
+    command.AddText("--head", options->headNumber, "NUMBER", "The head's serial number, for the record");
     AddJudgingOptions(command, *options);
     AddKnownOptions(command, *options);
     AddCommonOptions(command, *options);

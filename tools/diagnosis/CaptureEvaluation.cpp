@@ -6,7 +6,6 @@
 #include "tools/model/Angles.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace qmv40::diagnosis {
 
@@ -55,6 +54,7 @@ private:
         if (!HasFault()) JudgeCentre();
         if (!HasFault()) JudgeKnown();
         JudgePrecision();
+        JudgePrecisionOfRotation();
         if (diagnosis.noise.isUneven) JudgeNoise();
     }
 
@@ -115,9 +115,11 @@ private:
 
     /// The points are farther from the places that the angles give them than from their circles.
     void JudgeExactness() {
-        const double onCircles = diagnosis.aCircle.sumOfSquares + diagnosis.bCircle.sumOfSquares;
+        const SetWeights& weights = diagnosis.noise.weights;
+        const double onCircles =
+            weights.a * diagnosis.aCircle.sumOfSquares + weights.b * diagnosis.bCircle.sumOfSquares;
         const int degreesOfFreedom = diagnosis.noise.degreesOfFreedom;
-        const double variance = VarianceOnCircles();
+        const double variance = std::max(onCircles / degreesOfFreedom, thresholds::leastVariance);
         const int more = diagnosis.head.degreesOfFreedom - degreesOfFreedom;
         const double excess = (diagnosis.head.sumOfSquares - onCircles) / more;
         if (!(FTestUpperTail(excess / variance, more, degreesOfFreedom) < thresholds::falseAlarmRate)) return;
@@ -140,10 +142,7 @@ private:
 
     /// A figure that should be 0: it differs by more than its noise, and enough to matter.
     void JudgeAxis(Kind kind, double figure, double standardDeviation, double worthAWarning, double beyondAnyHead) {
-        const double share =
-            standardDeviation > 0.0 ? figure / standardDeviation : std::numeric_limits<double>::infinity();
-        if (!(StudentTwoSided(share, diagnosis.noise.degreesOfFreedom) < thresholds::falseAlarmRate)) return;
-        if (std::abs(figure) < worthAWarning) return;
+        if (!(std::abs(figure) > thresholds::surely * standardDeviation) || std::abs(figure) < worthAWarning) return;
         Add(kind, std::abs(figure) < beyondAnyHead ? Severity::Warning : Severity::Fault, std::abs(figure),
             standardDeviation);
     }
@@ -162,19 +161,12 @@ private:
                   thresholds::offsetWorthAWarning, thresholds::offsetBeyondAnyHead);
     }
 
-    /// The p-value of a difference of two figures.
-    double PValueOf(double difference, double standardDeviation) const {
-        const double share =
-            standardDeviation > 0.0 ? difference / standardDeviation : std::numeric_limits<double>::infinity();
-        return StudentTwoSided(share, diagnosis.head.degreesOfFreedom);
-    }
-
     void JudgeRotation() {
         const double difference = diagnosis.rotationDifference;
         if (!(std::abs(difference) >= thresholds::leastWrongRotation)) return;
         const double standardDeviation =
             std::hypot(diagnosis.axes.rotationStandardDeviation, diagnosis.head.MountingStandardDeviation());
-        if (!(PValueOf(difference, standardDeviation) < thresholds::falseAlarmRate)) return;
+        if (!(std::abs(difference) > thresholds::surely * standardDeviation)) return;
         const Kind reason = ReasonForRotation();
         // When no reason is known, a small difference may come from slight errors of the head or of the capture.
         const bool isSlight = reason == Kind::RotationDisagrees && std::abs(difference) < thresholds::rotationBeyondAll;
@@ -225,7 +217,7 @@ private:
 
     /// The standard deviation of the difference of the component's head centre and the fitted one, along one axis.
     double StandardDeviationOfDifference(std::size_t axis) const {
-        const double ofFit = std::sqrt(diagnosis.head.poleVariance[axis] * diagnosis.head.NoiseVariance());
+        const double ofFit = diagnosis.head.Widened(diagnosis.head.poleVariance[axis]);
         return std::hypot(diagnosis.axes.headCentre[axis].standardDeviation, ofFit);
     }
 
@@ -242,7 +234,7 @@ private:
         for (std::size_t i = 0; i < 3; ++i) {
             const double difference = centre[i] - diagnosis.head.model.pole[i];
             if (std::abs(difference) < thresholds::leastWrongCentre) continue;
-            if (!(PValueOf(difference, StandardDeviationOfDifference(i)) < thresholds::falseAlarmRate)) continue;
+            if (!(std::abs(difference) > thresholds::surely * StandardDeviationOfDifference(i))) continue;
             return Add(Kind::CentreDisagrees, Severity::Fault, model::SafeLength(centre - diagnosis.head.model.pole),
                        StandardDeviationOfDifference(i));
         }
@@ -250,12 +242,11 @@ private:
 
     /// Compares the results with what the user has measured by other means.
     void JudgeKnown() {
-        constexpr double surely = 4.0;
         const Vector3 centre = capture.headCentre.value_or(diagnosis.head.model.pole);
         if (capture.knownSphere) {
             const Vector3 off = centre - *capture.knownSphere;
             const double least =
-                std::max(thresholds::sphereElsewhere, surely * diagnosis.axes.CentreStandardDeviation());
+                std::max(thresholds::sphereElsewhere, thresholds::surely * diagnosis.axes.CentreStandardDeviation());
             // The difference is the shift of unlocking, which was subtracted although the points were captured locked.
             const double unlocking = model::SafeLength(capture.unlocking);
             const bool isLocked = unlocking > least && model::SafeLength(off + capture.unlocking) < least;
@@ -272,32 +263,34 @@ private:
         }
         if (capture.knownStylus) {
             const double length = model::SafeLength(diagnosis.head.model.tip);
-            const double standardDeviation = std::sqrt(diagnosis.head.tipVariance * diagnosis.head.NoiseVariance());
+            const double deviation = diagnosis.head.Widened(diagnosis.head.tipVariance);
             if (!(std::abs(length - *capture.knownStylus) <=
-                  std::max(thresholds::otherStylusLength, surely * standardDeviation))) {
+                  std::max(thresholds::otherStylusLength, thresholds::surely * deviation))) {
                 Add(Kind::StylusLengthDiffers, Severity::Fault, length, *capture.knownStylus);
             }
         }
     }
 
+    /// Twice the standard deviation of the head centre, its noise never below what a machine has.
+    double CentreWithin(const PointNoise& noise) const {
+        return 2.0 * CompareAxes(diagnosis.aCircle, diagnosis.bCircle, noise).CentreStandardDeviation();
+    }
+    static PointNoise NoMachineIsBetter(const PointNoise& noise) {
+        const double least = thresholds::pointNoiseAtLeast;
+        return {std::max(noise.aSet, least), std::max(noise.bSet, least)};
+    }
+
+    /// A warning is due for what the points show, a fault for what few points leave possible.
     void JudgePrecision() {
-        const auto atLeast = [](double noise) { return std::max(noise, thresholds::pointNoiseAtLeast); };
-        // The noise of the circles alone, unless one set scatters far more than the other.
         const double ofCircles = std::sqrt(VarianceOnCircles());
-        const PointNoise& perSet = diagnosis.noise.perSet;
-        const PointNoise noise = diagnosis.noise.isUneven ? PointNoise{atLeast(perSet.aSet), atLeast(perSet.bSet)}
-                                                          : PointNoise{atLeast(ofCircles), atLeast(ofCircles)};
-        const auto within = [this](const PointNoise& each) {
-            return 2.0 * CompareAxes(diagnosis.aCircle, diagnosis.bCircle, each).CentreStandardDeviation();
-        };
-        const double known = within(noise);
+        const PointNoise shown =
+            NoMachineIsBetter(diagnosis.noise.isUneven ? diagnosis.noise.perSet : PointNoise{ofCircles, ofCircles});
+        const double possible = CentreWithin(NoMachineIsBetter(diagnosis.noise.widened));
+        const bool isUnknown = !(possible <= thresholds::centreUnknown * capture.centreWithin);
+        const double known = isUnknown ? possible : CentreWithin(shown);
         if (known <= capture.centreWithin) return;
-        constexpr double ampleTilt = 80.0, ampleSwivel = 180.0;
-        const bool isOfASet = within({noise.aSet, 0.0}) > within({0.0, noise.bSet});
-        Kind kind = Kind::CentreUncertain;
-        if (isOfASet && diagnosis.aCircle.arcCovered < ampleTilt) kind = Kind::TiltArcShort;
-        if (!isOfASet && diagnosis.bCircle.arcCovered < ampleSwivel) kind = Kind::SwivelArcShort;
-        const bool isUnknown = !(known <= thresholds::centreUnknown * capture.centreWithin);
+        const bool isOfASet = CentreWithin({shown.aSet, 0.0}) > CentreWithin({0.0, shown.bSet});
+        const Kind kind = ReasonForPrecision(isOfASet);
         constexpr double hangingShare = 0.2;
         if (isUnknown && !isOfASet && kind == Kind::CentreUncertain &&
             diagnosis.bCircle.radius < hangingShare * model::SafeLength(diagnosis.head.model.tip)) {
@@ -305,6 +298,19 @@ private:
                        PointRange(sets.aCount, sets.points.size()));
         }
         Add(kind, isUnknown ? Severity::Fault : Severity::Warning, known, capture.centreWithin);
+    }
+    Kind ReasonForPrecision(bool isOfASet) const {
+        constexpr double ampleTilt = 80.0, ampleSwivel = 180.0;
+        if (isOfASet && diagnosis.aCircle.arcCovered < ampleTilt) return Kind::TiltArcShort;
+        if (!isOfASet && diagnosis.bCircle.arcCovered < ampleSwivel) return Kind::SwivelArcShort;
+        return Kind::CentreUncertain;
+    }
+
+    void JudgePrecisionOfRotation() {
+        const double known = 2.0 * diagnosis.axes.rotationStandardDeviation;
+        if (known <= thresholds::rotationWithin) return;
+        Add(Kind::RotationUncertain, known <= thresholds::rotationUnknown ? Severity::Warning : Severity::Fault, known,
+            thresholds::rotationWithin);
     }
 
     void JudgeNoise() {

@@ -15,6 +15,7 @@ struct CapturedPoint {
     double a = 0.0;
     double b = 0.0;
     model::Vector3 position;
+    double weight = 1.0; ///< how much its squares count: noise of another size in the other set makes it other than 1
 };
 
 /// Both sets of a capture. The points of both are numbered together, those of the A set first.

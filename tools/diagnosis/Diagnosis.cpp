@@ -24,32 +24,121 @@ bool IsUneven(const AxisCircle& a, const AxisCircle& b) {
     return either < thresholds::falseAlarmRate;
 }
 
-/// The search assumes equal noise of all points. When one set has more noise, it finds many mistakes in that set,
-/// although the head without mistakes fits all points as well as the noisier set fits its circle.
-bool IsUnevenNoiseAlone(const CapturedSets& sets, const HeadExplained& explained, const AxisCircle& a,
-                        const AxisCircle& b) {
-    const double noisier = std::max(VarianceOf(a), VarianceOf(b));
-    return explained.rewriting.kind == Rewriting::Kind::None && MistakesAreTooMany(sets, explained.fit.model) &&
-           IsUneven(a, b) && std::sqrt(noisier) < thresholds::unevenNoiseCeiling &&
-           explained.plain.NoiseVariance() <= noisier;
+/// The residuals of a fit, set by set.
+struct PerSet {
+    PerSet(const CapturedSets& sets, const HeadFit& fit)
+        : observations{3.0 * static_cast<double>(sets.aCount),
+                       3.0 * static_cast<double>(sets.points.size() - sets.aCount)},
+          // Each set determines some half of the unknowns.
+          unknowns(0.5 * static_cast<double>(fit.model.Unknowns())) {
+        for (std::size_t i = 0; i < sets.points.size(); ++i) {
+            sums[sets.IsOfASet(i) ? 0 : 1] += model::Dot(fit.residuals[i], fit.residuals[i]);
+        }
+    }
+
+    double Freedoms(std::size_t set) const { return std::max(observations[set] - unknowns, 1.0); }
+    double Variance(std::size_t set) const { return std::max(sums[set] / Freedoms(set), thresholds::leastVariance); }
+
+    /// Even unless one set surely scatters more, by no more than a machine does.
+    SetWeights Weights() const {
+        const std::size_t noisier = Variance(0) > Variance(1) ? 0 : 1, quieter = 1 - noisier;
+        const double ratio = Variance(noisier) / Variance(quieter);
+        constexpr double ceiling = thresholds::unevenNoiseCeiling * thresholds::unevenNoiseCeiling;
+        const double chance = 2.0 * FTestUpperTail(ratio, Freedoms(noisier), Freedoms(quieter));
+        if (Variance(noisier) > ceiling || chance > thresholds::falseAlarmRate) return {};
+        return noisier == 0 ? SetWeights{1.0, ratio} : SetWeights{ratio, 1.0};
+    }
+
+    double observations[2];
+    double unknowns;
+    double sums[2]{};
+};
+
+CapturedSets Weighted(CapturedSets sets, const SetWeights& weights) {
+    for (std::size_t i = 0; i < sets.points.size(); ++i) {
+        sets.points[i].weight = sets.IsOfASet(i) ? weights.a : weights.b;
+    }
+    return sets;
 }
 
-/// The fit of the whole head has far more degrees of freedom than the circles have. Its noise is used when the circles
-/// have few, unless the points are farther from their places than from their circles.
-NoiseFigures NoiseOf(const AxisCircle& a, const AxisCircle& b, const HeadFit& head) {
-    const bool isUneven = IsUneven(a, b);
+/// What an explanation leaves unexplained, with what its mistakes and a second size of noise count against it.
+double ScoreOf(const CapturedSets& sets, const HeadExplained& explained, const SetWeights& weights) {
+    const PerSet residuals(sets, explained.fit);
+    const double all = residuals.observations[0] + residuals.observations[1];
+    // A few points may agree by luck better than any machine measures.
+    constexpr double usualVariance = 9e-6, usualObservations = 10.0;
+    const auto unlikely = [](double sum, double observations) {
+        return (observations + usualObservations) *
+               std::log((sum + usualObservations * usualVariance) / (observations + usualObservations));
+    };
+    double score = weights.AreEven() ? unlikely(residuals.sums[0] + residuals.sums[1], all)
+                                     : unlikely(residuals.sums[0], residuals.observations[0]) +
+                                           unlikely(residuals.sums[1], residuals.observations[1]) + 2.0 * std::log(all);
+    for (const ModelError& error : explained.fit.model.errors) {
+        const double places = error.IsOfTheHead(sets.points.size()) ? 1.0 : all;
+        score += 2.0 * (static_cast<double>(error.Unknowns()) * std::log(all) + std::log(places));
+    }
+    return score;
+}
+
+/// The search takes all points to scatter alike. Where one set scatters more, it finds mistake after mistake in that
+/// set; where a mistake was made in one set, that set scatters more until it is found. So both are tried, and what
+/// explains more with less is taken.
+struct Search {
+    Search(const CapturedSets& sets, const model::Vector3& unlocking) : explained(ExplainHead(sets, unlocking)) {
+        if (explained.rewriting.kind != Rewriting::Kind::None) return;
+        HeadExplained uneven = explained;
+        uneven.fit = explained.plain;
+        SetWeights used;
+        // The noise of a set is overestimated until a mistake in it is found, so it becomes known step by step.
+        constexpr int mostTimes = 3;
+        for (int i = 0; i < mostTimes; ++i) {
+            const SetWeights after = PerSet(sets, uneven.fit).Weights();
+            constexpr double alike = 1.5;
+            const auto isAlike = [](double one, double other) { return one < alike * other && other < alike * one; };
+            if (isAlike(after.a, used.a) && isAlike(after.b, used.b)) break;
+            used = after;
+            uneven = ExplainHead(Weighted(sets, used), unlocking);
+        }
+        if (used.AreEven() || uneven.rewriting.kind != Rewriting::Kind::None) return;
+        // Noise of two sizes is no mistake: a mistake must explain more than chance would.
+        const double clearly = uneven.fit.model.errors.size() < explained.fit.model.errors.size()
+                                   ? -2.0 * std::log(thresholds::falseAlarmRate)
+                                   : 0.0;
+        if (ScoreOf(sets, uneven, used) >= ScoreOf(sets, explained, {}) + clearly) return;
+        explained = std::move(uneven);
+        weights = used;
+    }
+
+    HeadExplained explained;
+    SetWeights weights;
+};
+
+/// The head fitted with the angles has far more observations to tell the noise from than the circles alone. Both count,
+/// unless points leave their places by more than they leave their circles.
+NoiseFigures NoiseOf(const CapturedSets& sets, const AxisCircle& a, const AxisCircle& b, const HeadFit& head,
+                     const SetWeights& weights) {
     const int degreesOfFreedom = a.DegreesOfFreedom() + b.DegreesOfFreedom();
-    const double ofCircles = (a.sumOfSquares + b.sumOfSquares) / degreesOfFreedom;
+    const double ofCircles = (weights.a * a.sumOfSquares + weights.b * b.sumOfSquares) / degreesOfFreedom;
     const bool isOne = FTestUpperTail(head.NoiseVariance() / std::max(ofCircles, thresholds::leastVariance),
                                       head.degreesOfFreedom, degreesOfFreedom) > thresholds::falseAlarmRate;
-    // With few degrees of freedom, the circles may fit well by chance.
-    constexpr int few = 10;
-    const double together =
-        std::sqrt(isOne && degreesOfFreedom < few ? std::max(ofCircles, head.NoiseVariance()) : ofCircles);
-    const auto own = [](const AxisCircle& circle) {
-        return std::sqrt(circle.sumOfSquares / circle.DegreesOfFreedom());
-    };
-    return {isUneven ? PointNoise{own(a), own(b)} : PointNoise{together, together}, degreesOfFreedom, isUneven};
+    const auto widening = [](double freedoms) { return StudentWidening(freedoms, thresholds::falseAlarmRate); };
+    if (weights.AreEven() && IsUneven(a, b)) {
+        const PerSet residuals(sets, head);
+        PointNoise own, widened;
+        const auto take = [&](const AxisCircle& circle, std::size_t set, double& noise, double& wide) {
+            const double ofCircle = std::sqrt(circle.sumOfSquares / circle.DegreesOfFreedom());
+            noise = isOne ? std::max(ofCircle, std::sqrt(residuals.Variance(set))) : ofCircle;
+            wide = noise * widening(isOne ? residuals.Freedoms(set) : circle.DegreesOfFreedom());
+        };
+        take(a, 0, own.aSet, widened.aSet);
+        take(b, 1, own.bSet, widened.bSet);
+        return {own, widened, degreesOfFreedom, true, weights};
+    }
+    const double together = std::sqrt(isOne ? std::max(ofCircles, head.NoiseVariance()) : ofCircles);
+    const double factor = widening(isOne ? head.degreesOfFreedom : degreesOfFreedom);
+    const PointNoise perSet{together / std::sqrt(weights.a), together / std::sqrt(weights.b)};
+    return {perSet, {factor * perSet.aSet, factor * perSet.bSet}, degreesOfFreedom, !weights.AreEven(), weights};
 }
 
 /// The effect of leaving out each point of a set in turn. It is computed to first order from the covariances of the
@@ -114,14 +203,14 @@ std::optional<Diagnosis> Diagnose(const CaptureUnderTest& capture) {
     const auto aCircle = FitAxisCircle(std::span(positions).first(sets.aCount));
     const auto bCircle = FitAxisCircle(std::span(positions).subspan(sets.aCount));
     if (!aCircle || !bCircle) return std::nullopt;
-    HeadExplained explained = ExplainHead(sets, capture.unlocking);
+    Search search(sets, capture.unlocking);
+    HeadExplained& explained = search.explained;
     if (!std::isfinite(explained.fit.sumOfSquares)) return std::nullopt;
-    if (IsUnevenNoiseAlone(sets, explained, *aCircle, *bCircle)) explained.fit = explained.plain;
 
-    const NoiseFigures noise = NoiseOf(*aCircle, *bCircle, explained.fit);
+    const NoiseFigures noise = NoiseOf(sets, *aCircle, *bCircle, explained.fit, search.weights);
     const double difference = model::Wrapped(capture.rotation - explained.fit.MountingDegrees());
     Diagnosis diagnosis{
-        *aCircle,   *bCircle, noise, CompareAxes(*aCircle, *bCircle, noise.perSet), explained.fit, explained.rewriting,
+        *aCircle,   *bCircle, noise, CompareAxes(*aCircle, *bCircle, noise.widened), explained.fit, explained.rewriting,
         difference, {},       {}};
     diagnosis.points = PointsOf(sets, diagnosis);
     diagnosis.findings = Judge(capture, explained.plain, diagnosis);

@@ -34,12 +34,23 @@ struct PointDiagnosis {
     std::optional<Influence> influence; ///< none where too few points would be left
 };
 
-/// The standard deviation of one coordinate of a point: the same figure for both sets, or a figure for each set when
-/// the two surely differ.
+/// How much the squares of each set count. The noisier one has 1.
+struct SetWeights {
+    double a = 1.0;
+    double b = 1.0;
+
+    bool AreEven() const { return a == b; }
+};
+
+/// The noise in one coordinate of a point, the same for both sets unless they surely differ.
 struct NoiseFigures {
     PointNoise perSet;
-    int degreesOfFreedom;
+    /// Wider, for it was estimated from few observations: what is computed from it may be read like a known standard
+    /// deviation, also far from the middle.
+    PointNoise widened;
+    int degreesOfFreedom; ///< of both circles
     bool isUneven;
+    SetWeights weights; ///< with which the head was fitted
 };
 
 struct Diagnosis {

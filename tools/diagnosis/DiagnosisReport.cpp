@@ -201,7 +201,8 @@ text::Json SecondOpinionJson(const Diagnosis& diagnosis) {
             {"degreesOfFreedom", head.degreesOfFreedom}};
 }
 
-/// The worst severity, or that there are no findings.
+} // namespace
+
 std::string VerdictOf(const std::vector<Finding>& findings) {
     for (const Severity severity : {Severity::Fault, Severity::Warning}) {
         const auto isSo = [severity](const Finding& finding) { return finding.severity == severity; };
@@ -209,8 +210,6 @@ std::string VerdictOf(const std::vector<Finding>& findings) {
     }
     return "good";
 }
-
-} // namespace
 
 void PrintDiagnosis(const Diagnosis& diagnosis, const CaptureFiles& files, const text::Console& console) {
     PrintPrecision(diagnosis, console);

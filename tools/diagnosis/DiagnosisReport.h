@@ -11,6 +11,8 @@ namespace qmv40::diagnosis {
 
 /// Prints how well the head is known, the second opinion, and every point.
 void PrintDiagnosis(const Diagnosis& diagnosis, const CaptureFiles& files, const text::Console& console);
+/// The worst severity: "fault" or "warning"; "good" when there is none of either.
+std::string VerdictOf(const std::vector<Finding>& findings);
 /// Prints the verdict and the findings, the most severe first, each with its remedy.
 void PrintVerdict(const std::vector<Finding>& findings, const CaptureFiles& files, const model::Vector3& tip,
                   const text::Console& console);

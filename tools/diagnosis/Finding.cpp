@@ -88,6 +88,8 @@ std::string_view NameOf(FindingKind kind) {
         return "swivel-arc-short";
     case FindingKind::CentreUncertain:
         return "centre-uncertain";
+    case FindingKind::RotationUncertain:
+        return "rotation-uncertain";
     case FindingKind::NoiseUneven:
         return "noise-uneven";
     case FindingKind::FewPoints:

@@ -61,6 +61,7 @@ enum class FindingKind {
     TiltArcShort,        ///< figure: twice the standard deviation of the head centre, reference: the limit
     SwivelArcShort,      ///< the same
     CentreUncertain,     ///< the same because of the noise
+    RotationUncertain,   ///< figure: twice the standard deviation of the rotation, reference: what it should be
     NoiseUneven,         ///< figure: the noise of the A set, reference: of the B set
     FewPoints            ///< a set has too few points for a wrong one to be recognised
 };

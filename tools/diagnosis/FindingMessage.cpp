@@ -254,6 +254,10 @@ private:
         case FindingKind::CentreUncertain:
             return {"The points scatter much: " + CentreKnown(),
                     "Find out why they scatter: a loose stylus or sphere; or capture more points."};
+        case FindingKind::RotationUncertain:
+            return {"The head's rotation about Z is known to " + ExactAngle(finding.figure) +
+                        ", twice its standard deviation, where " + ExactAngle(finding.reference) + " is enough.",
+                    "Capture A over its whole range, 0 to 90 in steps of 15, with a longer stylus."};
         case FindingKind::NoiseUneven:
             return {"The points of the A set scatter by " + LengthText(finding.figure) + ", those of the B set by " +
                         LengthText(finding.reference) + ".",

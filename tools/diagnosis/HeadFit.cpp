@@ -2,6 +2,8 @@
 
 #include "tools/diagnosis/HeadSums.h"
 #include "tools/diagnosis/NormalEquations.h"
+#include "tools/diagnosis/Statistics.h"
+#include "tools/diagnosis/Thresholds.h"
 #include "tools/model/Angles.h"
 
 #include <algorithm>
@@ -20,9 +22,9 @@ std::vector<model::Vector3> ResidualsOf(std::span<const CapturedPoint> points, c
     return residuals;
 }
 
-double SumOfSquares(std::span<const model::Vector3> residuals) {
+double SumOfSquares(std::span<const CapturedPoint> points, std::span<const model::Vector3> residuals) {
     double sum = 0.0;
-    for (const model::Vector3& residual : residuals) sum += model::Dot(residual, residual);
+    for (std::size_t i = 0; i < points.size(); ++i) sum += points[i].weight * model::Dot(residuals[i], residuals[i]);
     return sum;
 }
 
@@ -36,7 +38,7 @@ NormalEquations EquationsOf(std::span<const CapturedPoint> points, const HeadMod
         model.Derivatives(points[i], i, derivatives);
         for (const auto component : {&model::Vector3::x, &model::Vector3::y, &model::Vector3::z}) {
             std::ranges::transform(derivatives, row.begin(), [&](const model::Vector3& d) { return d.*component; });
-            equations.Add(row, residuals[i].*component);
+            equations.Add(row, residuals[i].*component, points[i].weight);
         }
     }
     return equations;
@@ -51,7 +53,7 @@ Outcome TakeStep(std::span<const CapturedPoint> points, const NormalEquations& e
     if (!step) return Outcome::Worse;
     HeadModel model = fit.model.Stepped(*step);
     std::vector<model::Vector3> residuals = ResidualsOf(points, model);
-    const double sum = SumOfSquares(residuals);
+    const double sum = SumOfSquares(points, residuals);
     if (!(sum < fit.sumOfSquares)) return Outcome::Worse;
     // An improvement within rounding is taken, and ends the search.
     constexpr double rounding = 1e-12;
@@ -78,20 +80,26 @@ bool Improve(std::span<const CapturedPoint> points, HeadFit& fit, double& dampin
 
 } // namespace
 
-double HeadFit::Rms() const { return std::sqrt(sumOfSquares / static_cast<double>(residuals.size())); }
+double HeadFit::Rms() const {
+    double sum = 0.0;
+    for (const model::Vector3& residual : residuals) sum += model::Dot(residual, residual);
+    return std::sqrt(sum / static_cast<double>(residuals.size()));
+}
 
 double HeadFit::MountingDegrees() const { return model::Wrapped(model::ToDegrees(model.mounting)); }
 
-double HeadFit::MountingStandardDeviation() const {
-    return model::ToDegrees(std::sqrt(mountingVariance * NoiseVariance()));
+double HeadFit::Widened(double variance) const {
+    return StudentWidening(degreesOfFreedom, thresholds::falseAlarmRate) * std::sqrt(variance * NoiseVariance());
 }
+
+double HeadFit::MountingStandardDeviation() const { return model::ToDegrees(Widened(mountingVariance)); }
 
 HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start) {
     constexpr int mostSteps = 60;
     HeadFit fit;
     fit.model = start;
     fit.residuals = ResidualsOf(points, start);
-    fit.sumOfSquares = SumOfSquares(fit.residuals);
+    fit.sumOfSquares = SumOfSquares(points, fit.residuals);
     fit.degreesOfFreedom = 3 * static_cast<int>(points.size()) - static_cast<int>(start.Unknowns());
     double damping = 1e-9;
     for (int i = 0; i < mostSteps && Improve(points, fit, damping); ++i) {

@@ -8,17 +8,21 @@ namespace qmv40::diagnosis {
 struct HeadFit {
     HeadModel model;
     std::vector<model::Vector3> residuals; ///< measured less modelled, one for each point
-    double sumOfSquares = 0.0;
-    int degreesOfFreedom = 0;      ///< three observations a point less the unknowns
-    double mountingVariance = 0.0; ///< radians squared, for noise of standard deviation 1 in every coordinate
-    model::Vector3 poleVariance;   ///< the same, of the pole in X, Y and Z
-    double tipVariance = 0.0;      ///< the same, of the tip in all directions together
+    double sumOfSquares = 0.0;             ///< by the weights of the points
+    int degreesOfFreedom = 0;              ///< three observations a point less the unknowns
+    double mountingVariance = 0.0;         ///< radians squared, for noise of standard deviation 1 in every coordinate
+    model::Vector3 poleVariance;           ///< the same, of the pole in X, Y and Z
+    double tipVariance = 0.0;              ///< the same, of the tip in all directions together
 
+    /// Of the residuals, whatever the weights.
     double Rms() const;
-    /// The variance of the noise of a coordinate, by the residuals.
+    /// The variance of the noise of a coordinate of a point of weight 1, by the residuals.
     double NoiseVariance() const { return sumOfSquares / degreesOfFreedom; }
+    /// The standard deviation that the noise gives an unknown of this variance, widened for the degrees of freedom that
+    /// the noise was estimated from.
+    double Widened(double variance) const;
     double MountingDegrees() const;
-    /// The standard deviation of the mounting angle, degrees, by the residuals.
+    /// The standard deviation of the mounting angle, degrees, by the residuals; widened.
     double MountingStandardDeviation() const;
 };
 

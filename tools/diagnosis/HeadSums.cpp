@@ -141,7 +141,8 @@ double AngleOfGreatest(const Gain& gain) {
 } // namespace
 
 HeadSums::HeadSums(const CapturedPoint& point, double moreTilt, double moreSwivel)
-    : count(1.0), squares(model::Dot(point.position, point.position)), positions(point.position) {
+    : count(point.weight), squares(point.weight * model::Dot(point.position, point.position)),
+      positions(point.weight * point.position) {
     const model::Rotation tilt(-(model::ToRadians(point.a) + moreTilt)), swivel(model::ToRadians(point.b) + moreSwivel);
     turns[0] = model::AboutZ(swivel, {1.0, 0.0, 0.0});
     turns[1] = model::AboutZ(swivel, model::AboutX(tilt, {0.0, 1.0, 0.0}));
@@ -149,6 +150,7 @@ HeadSums::HeadSums(const CapturedPoint& point, double moreTilt, double moreSwive
     turnedX = Transposed(turns, Horizontal(positions));
     turnedY = Transposed(turns, HorizontalTurnedBack(positions));
     turnedZ = Transposed(turns, Vertical(positions));
+    for (model::Vector3& column : turns) column = point.weight * column;
 }
 
 HeadSums& HeadSums::operator+=(const HeadSums& other) {

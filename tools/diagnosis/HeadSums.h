@@ -11,7 +11,7 @@ namespace qmv40::diagnosis {
 ///
 /// Sums lose digits when coordinates are large compared with their differences. Shift the points near the origin first.
 struct HeadSums {
-    double count = 0.0;
+    double count = 0.0;   ///< of the points, by their weights
     double squares = 0.0; ///< of the positions
     model::Vector3 positions;
     model::Vector3 turns[3]; ///< sum of the points' turns K = Rz(B) R(-X, A), by columns

@@ -57,11 +57,12 @@ private:
     bool isDefinite = false;
 };
 
-void NormalEquations::Add(std::span<const double> derivatives, double wanted) {
+void NormalEquations::Add(std::span<const double> derivatives, double wanted, double weight) {
     for (std::size_t i = 0; i < size; ++i) {
         if (derivatives[i] == 0.0) continue;
-        right[i] += derivatives[i] * wanted;
-        for (std::size_t j = 0; j < size; ++j) matrix[i * size + j] += derivatives[i] * derivatives[j];
+        const double weighted = weight * derivatives[i];
+        right[i] += weighted * wanted;
+        for (std::size_t j = 0; j < size; ++j) matrix[i * size + j] += weighted * derivatives[j];
     }
 }
 

@@ -14,8 +14,8 @@ public:
     explicit NormalEquations(std::size_t unknowns)
         : size(unknowns), matrix(unknowns * unknowns, 0.0), right(unknowns, 0.0) {}
 
-    /// One observation: its derivatives by the unknowns, and its wanted change.
-    void Add(std::span<const double> derivatives, double wanted);
+    /// One observation: its derivatives by the unknowns, its wanted change, and how much its square counts.
+    void Add(std::span<const double> derivatives, double wanted, double weight = 1.0);
 
     /// The step that brings the observations nearest to what is wanted. The diagonal is raised by the share `damping`.
     /// Empty when the observations do not determine the step.

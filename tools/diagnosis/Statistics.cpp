@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <initializer_list>
+#include <limits>
 
 namespace qmv40::diagnosis {
 
@@ -44,6 +45,22 @@ double IncompleteBeta(double a, double b, double x, double rest) {
     return std::exp(logFactor) * ContinuedFraction(a, b, x) / a;
 }
 
+/// With so many degrees of freedom Student's distribution is the normal one to six digits, far beyond any tail that is
+/// asked for.
+constexpr double almostNormal = 1e7;
+
+/// So far off, and farther to either side, chance is with this probability.
+double StudentQuantile(double degreesOfFreedom, double probability) {
+    double inside = 0.0, outside = 1.0;
+    while (StudentTwoSided(outside, degreesOfFreedom) > probability) outside *= 2.0;
+    constexpr int halvings = 60;
+    for (int i = 0; i < halvings; ++i) {
+        const double middle = 0.5 * (inside + outside);
+        (StudentTwoSided(middle, degreesOfFreedom) > probability ? inside : outside) = middle;
+    }
+    return outside;
+}
+
 } // namespace
 
 double FTestUpperTail(double ratio, double degreesOfNumerator, double degreesOfDenominator) {
@@ -57,6 +74,11 @@ double FTestUpperTail(double ratio, double degreesOfNumerator, double degreesOfD
 
 double StudentTwoSided(double standardDeviations, double degreesOfFreedom) {
     return FTestUpperTail(standardDeviations * standardDeviations, 1.0, degreesOfFreedom);
+}
+
+double StudentWidening(double degreesOfFreedom, double probability) {
+    if (!(degreesOfFreedom > 0.0)) return std::numeric_limits<double>::infinity();
+    return StudentQuantile(degreesOfFreedom, probability) / StudentQuantile(almostNormal, probability);
 }
 
 } // namespace qmv40::diagnosis

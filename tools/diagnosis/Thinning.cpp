@@ -22,7 +22,7 @@ void KeepEvenly(std::size_t first, std::size_t last, std::vector<std::size_t>& k
 
 double Misfit(const HeadModel& model, const CapturedPoint& point, std::size_t index) {
     const model::Vector3 off = point.position - model.Position(point, index);
-    return model::Dot(off, off);
+    return point.weight * model::Dot(off, off);
 }
 
 } // namespace

@@ -8,6 +8,10 @@ namespace qmv40::diagnosis::thresholds {
 /// thousand is called into question, and a real mistake is still thousands of times larger than what is needed.
 inline constexpr double falseAlarmRate = 1e-4;
 
+/// By chance a value is off by more standard deviations than this, to either side, at that rate: the quantile of the
+/// normal distribution.
+inline constexpr double surely = 3.8906;
+
 /// Points that agree better are taken to have this noise: coordinates have five or six decimals, and rounding follows
 /// no law of chance.
 inline constexpr double noiseFloor = 1e-5;
@@ -56,7 +60,7 @@ inline constexpr double offsetBeyondAnyHead = 0.1;
 inline constexpr double nearlyParallel = 30.0;
 
 /// A stylus that is shorter or longer is given in another unit: a length in inches is at most some tens.
-inline constexpr double shortestStylus = 15.0;
+inline constexpr double shortestStylus = 19.5;
 inline constexpr double longestStylus = 2000.0;
 
 /// Two mounting angles that differ by less are equal: the lever moves by less than a hundredth of a millimetre, and
@@ -75,6 +79,11 @@ inline constexpr double sameComputation = 1e-5;
 /// Compared with what the user has measured: the sphere with a qualified tip, the stylus with a ruler.
 inline constexpr double sphereElsewhere = 0.1;
 inline constexpr double otherStylusLength = 5.0;
+
+/// Limits for twice the standard deviation of the rotation, for a warning and for a fault. A lever, 45 from the head
+/// centre, is then off by 0.04 and 0.12.
+inline constexpr double rotationWithin = 0.05;
+inline constexpr double rotationUnknown = 0.15;
 
 /// The limit for twice the standard deviation of the head centre, when the user gives none. Five times as much is a
 /// fault.

@@ -48,6 +48,8 @@ void SvgWriter::Close(const std::string& name) { written += "</" + name + ">\n";
 
 void SvgWriter::Title(const std::string& text) { written += "<title>" + MarkupText(text) + "</title>\n"; }
 
+void SvgWriter::Style(const std::string& rules) { written += "<style>" + rules + "</style>\n"; }
+
 void SvgWriter::Line(const PaperPoint& from, const PaperPoint& to, const std::string& style) { Way({from, to}, style); }
 
 void SvgWriter::Way(const PaperWay& points, const std::string& style) {

@@ -38,6 +38,8 @@ public:
     void Area(const PaperWay& points, const std::string& style);
     void Circle(const PaperPoint& centre, double radius, const std::string& style);
     void Rectangle(const PaperPoint& corner, double width, double height, const std::string& style);
+    /// Rules of a style sheet: plain text without markup.
+    void Style(const std::string& rules);
     /// Text on a base line through `at`; `size` is the height of the letters.
     void Text(const PaperPoint& at, double size, const std::string& text, const std::string& style = "");
 

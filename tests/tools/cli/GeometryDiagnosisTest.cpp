@@ -280,6 +280,47 @@ TEST(GeometryDiagnosis, ShowsAPersonEveryFigureWithItsUnit) {
     }
 }
 
+TEST(GeometryDiagnosis, DrawsTheResidualsEvenOfWhatItRefuses) {
+    const TemporaryFolder folder;
+    CapturedHead captured;
+    captured.aSet[2].XPosition += 1.0;
+    const std::string picture = folder.Name("residuals.svg");
+    EXPECT_EQ(4, captured.Run(folder, {"--svg", picture}).exitCode);
+    EXPECT_THAT(ReadFile(picture), HasSubstr("a.csv:5"));
+    captured.aSet[2].XPosition -= 1.0;
+    EXPECT_EQ(0, captured.Run(folder, {"--svg", picture}).exitCode) << "a picture is replaced by a picture";
+    EXPECT_THAT(ReadFile(picture), testing::Not(HasSubstr("a.csv:5")));
+}
+
+TEST(GeometryDiagnosis, RecordsWhatWasComputedFromWhat) {
+    const TemporaryFolder folder;
+    const std::string page = folder.Name("record.html"), geometry = folder.Name("head.ini");
+    const ToolRun run =
+        CapturedHead{}.Run(folder, {"--record", page, "--head", "HX <7>", "--output", geometry, "--stylus", "180"});
+    EXPECT_EQ(0, run.exitCode) << run.err;
+    const std::string written = ReadFile(page);
+    for (const char* const part : {"Geometry of head HX &lt;7&gt;", "Verdict: good", "<svg", "87.3245 mm",
+                                   "640.8999 mm", "-712.3473 mm", "-2.9997 deg", "a.csv", "b.csv", "head.ini",
+                                   "unlocked-z", "-1.5 mm", "180.000 mm", "standard deviation", "not given"}) {
+        EXPECT_NE(std::string::npos, written.find(part)) << part;
+    }
+}
+
+TEST(GeometryDiagnosis, WritesPictureAndRecordOverNoOtherFile) {
+    const TemporaryFolder folder;
+    for (const char* const option : {"--svg", "--record"}) {
+        const std::string precious = folder.Write("precious.txt", "not ours\n");
+        const ToolRun run = CapturedHead{}.Run(folder, {option, precious});
+        EXPECT_EQ(3, run.exitCode) << option;
+        EXPECT_EQ("not ours\n", ReadFile(precious)) << option;
+    }
+}
+
+TEST(GeometryDiagnosis, TakesAHeadNumberForARecordAlone) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(2, CapturedHead{}.Run(folder, {"--head", "4711"}).exitCode);
+}
+
 TEST(GeometryDiagnosis, OfTheReferenceHeadsRefusesTheOnesThatComeOutWrong) {
     const TemporaryFolder folder;
     int refused = 0;

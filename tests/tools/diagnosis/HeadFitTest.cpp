@@ -2,6 +2,7 @@
 
 #include "tests/tools/diagnosis/Captures.h"
 #include "tools/diagnosis/HeadSums.h"
+#include "tools/diagnosis/Statistics.h"
 #include "tools/model/Angles.h"
 
 #include <gtest/gtest.h>
@@ -64,7 +65,8 @@ TEST(HeadFit, KnowsItsMountingAngleAsWellAsRepetitionsShow) {
             SetsOf(WithNoise(head.ASet(45), noise, seed), WithNoise(head.BSet(75), noise, seed + 1)).points);
         const double standardDeviation = model::Wrapped(fit.MountingDegrees() - head.mountingAngle);
         scatter += standardDeviation * standardDeviation / repetitions;
-        predicted += fit.MountingStandardDeviation() * fit.MountingStandardDeviation() / repetitions;
+        const double narrow = fit.MountingStandardDeviation() / diagnosis::StudentWidening(fit.degreesOfFreedom, 1e-4);
+        predicted += narrow * narrow / repetitions;
     }
     // A thousand repetitions give the scatter to 2.2 %: four times that.
     EXPECT_NEAR(1.0, std::sqrt(predicted / scatter), 0.09);

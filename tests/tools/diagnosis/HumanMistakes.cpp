@@ -1,5 +1,6 @@
 #include "tests/tools/diagnosis/HumanMistakes.h"
 
+#include "tests/tools/diagnosis/OddMistakes.h"
 #include "tools/model/Angles.h"
 
 #include <algorithm>
@@ -410,7 +411,7 @@ void PaperCapture::Measure() {
     bLines = LinesOf(bSet, noise, generator);
 }
 
-const std::vector<HumanKind>& HumanKinds() {
+const std::vector<HumanKind>& CommonMistakes() {
     static const std::vector<HumanKind> kinds{
         {"as it should be", true, {}, Nothing, nullptr},
         {"four points in each set", true, {}, FourPoints, nullptr},
@@ -503,6 +504,15 @@ const std::vector<HumanKind>& HumanKinds() {
         {"a loose stylus", false, {}, LooseStylus, nullptr},
         {"the A set near the edge of a quadrant", false, {"rotation-on-wrong-side"}, NearAnEdge, nullptr},
     };
+    return kinds;
+}
+
+const std::vector<HumanKind>& HumanKinds() {
+    static const std::vector<HumanKind> kinds = [] {
+        std::vector<HumanKind> all = CommonMistakes();
+        all.insert(all.end(), OddMistakes().begin(), OddMistakes().end());
+        return all;
+    }();
     return kinds;
 }
 

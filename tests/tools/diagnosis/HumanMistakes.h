@@ -4,6 +4,7 @@
 
 #include <initializer_list>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -55,6 +56,8 @@ struct PaperCapture {
     std::vector<paper::CapturedLine> aLines, bLines;  ///< after Measure()
     std::optional<qmv40::model::Vector3> knownSphere; ///< as a qualified stylus measured it
     std::optional<double> knownStylus;
+    std::vector<void (*)(PaperCapture&)> later; ///< what is left to be done to the readings
+    std::string made;                           ///< the mistakes that were drawn, for messages
 
     /// The head as it stands when the capture ends.
     qmv40::model::Vector3 TrueCentre() const { return (aSetIsFirst ? bSet : aSet).back().sphere; }
@@ -71,6 +74,9 @@ struct HumanKind {
     void (*readings)(PaperCapture&);      ///< after them; may be none
 };
 
+/// The common ones, each with the name that it is to be found under.
+const std::vector<HumanKind>& CommonMistakes();
+/// The common and the odd ones.
 const std::vector<HumanKind>& HumanKinds();
 
 /// A capture of this kind.

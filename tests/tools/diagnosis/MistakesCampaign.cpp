@@ -59,9 +59,9 @@ Count Try(const HumanKind& kind, std::uint64_t seed, const std::string& show) {
     const bool isShown = (show == "HARM" && count.harmful != 0) || (show == "CLEAN" && count.refused != 0) ||
                          (show == "CULPRIT" && !kind.isClean && count.named == 0) || show == "ALL";
     if (isShown) {
-        std::printf("%s, seed %llu, %zu and %zu points, %s first, noise %.4f, stylus %.1f: %s%s\n", kind.name,
-                    static_cast<unsigned long long>(seed), capture.aSet.size(), capture.bSet.size(),
-                    capture.aSetIsFirst ? "A" : "B", capture.noise, -capture.head.tip.z,
+        std::printf("%s%s, seed %llu, %zu and %zu points, %s first, noise %.4f, stylus %.1f: %s%s\n", kind.name,
+                    capture.made.c_str(), static_cast<unsigned long long>(seed), capture.aSet.size(),
+                    capture.bSet.size(), capture.aSetIsFirst ? "A" : "B", capture.noise, -capture.head.tip.z,
                     trial.componentAnswered ? "" : "refused by the component; ", trial.Text().c_str());
     }
     return count;

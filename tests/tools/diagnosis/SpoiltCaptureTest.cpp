@@ -24,7 +24,8 @@ TEST(FaultlessCaptures, HaveNoFindings) {
         for (const diagnosis::Finding& finding : diagnosis.findings) {
             const bool isOfPrecision = finding.kind == diagnosis::FindingKind::TiltArcShort ||
                                        finding.kind == diagnosis::FindingKind::SwivelArcShort ||
-                                       finding.kind == diagnosis::FindingKind::CentreUncertain;
+                                       finding.kind == diagnosis::FindingKind::CentreUncertain ||
+                                       finding.kind == diagnosis::FindingKind::RotationUncertain;
             if (finding.severity == diagnosis::Severity::Warning && !isOfPrecision) ++doubted;
         }
     }

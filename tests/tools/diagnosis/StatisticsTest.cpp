@@ -68,4 +68,18 @@ TEST(FTestUpperTail, IsDefinedForWhatIsNoRatio) {
     EXPECT_EQ(0.0, diagnosis::FTestUpperTail(std::numeric_limits<double>::infinity(), 3.0, 4.0));
 }
 
+/// Student's table, both tails together 0.001; the normal distribution's quantile there is 3.2905.
+TEST(Statistics, WidenADeviationAsStudentsTableSays) {
+    const struct {
+        double degreesOfFreedom, quantile;
+    } cases[] = {{1, 636.619}, {2, 31.599}, {4, 8.610}, {10, 4.587}, {30, 3.646}, {120, 3.373}};
+    // The table has three decimals, the normal quantile four.
+    for (const auto& each : cases) {
+        const double widening = diagnosis::StudentWidening(each.degreesOfFreedom, 0.001);
+        EXPECT_NEAR(each.quantile, 3.2905 * widening, 2e-4 * each.quantile) << each.degreesOfFreedom;
+    }
+    EXPECT_NEAR(1.0, diagnosis::StudentWidening(1e6, 1e-4), 1e-4);
+    EXPECT_TRUE(std::isinf(diagnosis::StudentWidening(0.0, 1e-4)));
+}
+
 } // namespace

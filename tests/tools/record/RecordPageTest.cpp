@@ -1,0 +1,42 @@
+#include "tools/record/RecordPage.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace qmv40;
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* hostile = R"(<script>alert("&'")</script>)";
+constexpr const char* harmless = "&lt;script&gt;alert(&quot;&amp;&#39;&quot;)&lt;/script&gt;";
+
+TEST(RecordPage, EscapesEveryTextThatAPersonMayHaveGiven) {
+    const record::Record record{hostile,  "fault",
+                                hostile,  {{hostile, hostile, hostile}},
+                                "<svg/>", {{hostile, {hostile}, {{hostile, hostile}}}}};
+    const std::string page = record::RecordPage(record);
+    EXPECT_THAT(page, Not(HasSubstr("<script")));
+    std::size_t count = 0;
+    for (std::size_t at = page.find(harmless); at != std::string::npos; at = page.find(harmless, at + 1)) ++count;
+    // The title twice: on the page and of its window
+    EXPECT_EQ(10u, count) << page;
+}
+
+TEST(RecordPage, NeedsNoOtherFile) {
+    const std::string page = record::RecordPage({"Head 1", "good", "", {}, "<svg/>", {}});
+    for (const char* const reference : {"src=", "href=", "url(", "@import", "http"}) {
+        EXPECT_THAT(page, Not(HasSubstr(reference)));
+    }
+    EXPECT_THAT(page, HasSubstr("<figure><svg/></figure>"));
+}
+
+TEST(RecordPage, IsKnownByItsFirstLine) {
+    const std::string page = record::RecordPage({"Head 1", "good", "", {}, "", {}});
+    EXPECT_TRUE(record::RecordKind().isContentOf(page));
+    EXPECT_FALSE(record::RecordKind().isContentOf("<!DOCTYPE html>\n<html></html>"));
+}
+
+} // namespace

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "tools/text/OutputFile.h"
+
+#include <string>
+#include <vector>
+
+namespace qmv40::record {
+
+/// One page about a capture, to print and to keep. All texts are plain; the page escapes them.
+
+/// A heading, and below it a table, the first row of which may name the columns.
+struct RecordSection {
+    std::string title;
+    std::vector<std::string> columns; ///< empty: the rows speak for themselves
+    std::vector<std::vector<std::string>> rows;
+};
+
+/// What was found, as the geometry command says it.
+struct RecordedFinding {
+    std::string heading; ///< severity and name
+    std::string sentence;
+    std::string remedy;
+};
+
+struct Record {
+    std::string title;
+    std::string verdict; ///< "good", "warning" or "fault"
+    std::string meaning; ///< of the verdict, a sentence
+    std::vector<RecordedFinding> findings;
+    std::string picture; ///< an `svg` element; the only text that is taken as it is
+    std::vector<RecordSection> sections;
+};
+
+/// The page: one file that needs no other. It is laid out for A4 paper.
+std::string RecordPage(const Record& record);
+
+/// The kind of such files.
+text::FileKind RecordKind();
+
+} // namespace qmv40::record
