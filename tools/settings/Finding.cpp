@@ -12,6 +12,7 @@ Finding FindingAbout(const Subject& subject, std::string name, Severity severity
             .sentence = quoted + problem + ".",
             .remedy = std::move(remedy),
             .place = subject.line ? "line " + std::to_string(*subject.line) : "",
+            .amount = "",
             .details = {{"line", subject.line ? text::Json(*subject.line) : text::Json()}, {"about", subject.name}}};
 }
 

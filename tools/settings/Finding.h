@@ -13,8 +13,8 @@ using text::Severity;
 /// What a finding is about: a line of a file, counted from 1, and the name of a setting or of an entry. Both may be
 /// unknown.
 struct Subject {
-    std::optional<std::size_t> line = {};
-    std::string name = {};
+    std::optional<std::size_t> line = std::nullopt;
+    std::string name;
 };
 
 /// A finding about a file or about this machine. `problem` is a sentence without its full stop. When the subject has a

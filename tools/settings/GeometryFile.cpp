@@ -174,7 +174,7 @@ GeometryFileState ExamineGeometryFile(const std::string& fileName, component::Ca
         state = {"looked at", file.Entries(), lines.Ignored(), {}};
         if (lines.HasUtf8Mark()) {
             state.findings.push_back(
-                FindingAbout({.line = 1}, "byte-order-mark", Severity::Fault,
+                FindingAbout({1, ""}, "byte-order-mark", Severity::Fault,
                              "The file begins with a UTF-8 byte-order mark: Windows does not find a section in the "
                              "first line then",
                              "Save the file as UTF-8 without a byte-order mark, or as ANSI text."));

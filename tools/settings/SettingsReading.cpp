@@ -75,7 +75,7 @@ private:
     }
 
     void Refuse(const RegistryLine& line) {
-        result.findings.push_back(FindingAbout({.line = line.number}, "line-ignored", Severity::Warning,
+        result.findings.push_back(FindingAbout({line.number, ""}, "line-ignored", Severity::Warning,
                                                Quoted(line.content) + " makes no sense here and is ignored",
                                                R"(Write values as "name"="number", the number in quotes too.)"));
     }
@@ -84,7 +84,7 @@ private:
     void LookForStray(const RegistryLine& line) {
         if (otherKey == nullptr || !line.value || !FindHeadSetting(line.name)) return;
         result.findings.push_back(
-            FindingAbout({.line = otherKey->number}, "settings-elsewhere", Severity::Warning,
+            FindingAbout({otherKey->number, ""}, "settings-elsewhere", Severity::Warning,
                          "[" + line.key + "] holds settings of the head, and the component does not look there",
                          "Put them under [" + key + "]."));
         otherKey = nullptr;
@@ -240,7 +240,7 @@ StoredSettings SettingsInFile(const std::string& content) {
     const RegistryLines file = RegistryLinesIn(content);
     StoredSettings nothing;
     if (!file.hasFormat) {
-        nothing.findings.push_back(FindingAbout({.line = 1}, "format-missing", Severity::Fault,
+        nothing.findings.push_back(FindingAbout({1, ""}, "format-missing", Severity::Fault,
                                                 "The first line does not name the format: nothing of the file is read",
                                                 "Let the file begin with: Windows Registry Editor Version 5.00"));
         return nothing;

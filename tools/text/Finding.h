@@ -24,8 +24,8 @@ struct Finding {
     Severity severity = Severity::Fault;
     std::string sentence;          ///< what is wrong
     std::string remedy;            ///< what to do next
-    std::string place = {};        ///< where, for people: "plan 2, move 3 UnLock"; empty when the sentence says it
-    std::string amount = {};       ///< by how much, for people: "2.0000 mm"; empty when there is none
+    std::string place;             ///< where, for people: "plan 2, move 3 UnLock"; empty when the sentence says it
+    std::string amount;            ///< by how much, for people: "2.0000 mm"; empty when there is none
     Json details = Json::Object(); ///< the members of the document that only this kind of finding has
 };
 
