@@ -7,6 +7,7 @@
 #include "tools/plans/MovesJson.h"
 #include "tools/plans/TurnInWords.h"
 #include "tools/text/Numbers.h"
+#include "tools/view/DrawnPlan.h"
 #include "tools/view/Markup.h"
 #include "tools/view/MoveLevel.h"
 
