@@ -49,7 +49,7 @@ struct PerSet {
         return noisier == 0 ? SetWeights{1.0, ratio} : SetWeights{ratio, 1.0};
     }
 
-    double observations[2];
+    double observations[2]; // NOLINT(modernize-use-default-member-init): its values are arguments
     double unknowns;
     double sums[2]{};
 };

@@ -145,6 +145,7 @@ private:
 
     double FactorOfResiduals() const {
         std::vector<double> sizes;
+        sizes.reserve(marks.size());
         for (const Mark& mark : marks) sizes.push_back(std::max(std::abs(mark.radial), std::abs(mark.outOfPlane)));
         const auto half = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
         std::ranges::nth_element(sizes, half);
