@@ -18,6 +18,7 @@
 #include "tools/text/Failures.h"
 #include "tools/text/Json.h"
 #include "tools/text/OutputFile.h"
+#include "tools/text/Progress.h"
 
 #include <algorithm>
 #include <cmath>
@@ -102,8 +103,11 @@ diagnosis::CaptureUnderTest UnderTest(const GeometryOptions& options, const diag
     return test;
 }
 
-GeometryReport Report(const GeometryOptions& options, const diagnosis::CaptureFiles& capture,
-                      const ComputedHead& head) {
+/// The steps of a large capture that take about as long as each other.
+constexpr std::size_t longSteps = 5;
+
+GeometryReport Report(const GeometryOptions& options, const diagnosis::CaptureFiles& capture, const ComputedHead& head,
+                      text::Progress& progress) {
     diagnosis::CaptureUnderTest test = UnderTest(options, capture, head);
     // The direction of the A axis as the component turns it
     const double azimuth = model::ToRadians(head.rotationAroundZ + capture.aAxis.items.front().BPosition);
@@ -118,6 +122,7 @@ GeometryReport Report(const GeometryOptions& options, const diagnosis::CaptureFi
                           capture.bAxis.items.front().APosition,
                           {},
                           std::nullopt};
+    progress.Advance(1);
     report.findings = diagnosis::JudgeSets(report.capture.sets);
     if (!report.findings.empty()) return report;
     report.diagnosis = diagnosis::Diagnose(report.capture);
@@ -207,17 +212,18 @@ void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& ca
 }
 
 GeometryReport Compute(const GeometryOptions& options, const diagnosis::CaptureFiles& capture,
-                       component::Calculator& calculator, const text::Console& console) {
+                       component::Calculator& calculator, text::Progress& progress, const text::Console& console) {
     try {
         calculator.EnterHeadGeometry(capture.aAxis.items, capture.bAxis.items);
     } catch (const component::ComponentError& error) {
         Refuse(error, capture, options.json, console);
     }
-    return Report(options, capture, AnswerOf(calculator));
+    progress.Advance(1);
+    return Report(options, capture, AnswerOf(calculator), progress);
 }
 
 /// The capture in millimetres, whatever its unit is.
-diagnosis::CaptureFile ReadIn(text::LengthUnit given, const std::string& fileName) {
+diagnosis::CaptureFile ReadIn(text::LengthUnit given, const std::string& fileName, text::Progress& progress) {
     diagnosis::CaptureFile file = diagnosis::ReadCaptureFile(fileName);
     diagnosis::RequireUnit(file, given);
     const double unit = MillimetresIn(given);
@@ -226,6 +232,7 @@ diagnosis::CaptureFile ReadIn(text::LengthUnit given, const std::string& fileNam
         item.YPosition *= unit;
         item.ZPosition *= unit;
     }
+    progress.Advance(1);
     return file;
 }
 
@@ -263,9 +270,12 @@ void WriteForPeople(const GeometryOptions& options, const GeometryReport& report
 void Run(const GeometryOptions& options, const text::Console& console) {
     RequireFiles(options);
     [[maybe_unused]] const SettingsInUse settings(options, console);
-    const diagnosis::CaptureFiles capture{ReadIn(options.unit, options.aAxis), ReadIn(options.unit, options.bAxis)};
+    std::optional<text::Progress> progress(std::in_place, console, "computing the geometry", longSteps);
+    const diagnosis::CaptureFiles capture{ReadIn(options.unit, options.aAxis, *progress),
+                                          ReadIn(options.unit, options.bAxis, *progress)};
     component::Calculator calculator;
-    const GeometryReport report = Compute(options, capture, calculator, console);
+    const GeometryReport report = Compute(options, capture, calculator, *progress, console);
+    progress.reset();
     const bool isRefused = report.Contradicts() && !options.force;
     const bool isWritten = !options.output.empty() && !isRefused;
     if (isWritten) calculator.SaveHeadGeometry(options.output);

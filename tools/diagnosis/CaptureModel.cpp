@@ -38,6 +38,9 @@ struct Angles {
         case ModelError::Kind::Drift:
             offset = offset + ShareOfDrift(error, index) * model::Vector3{values[0], values[1], values[2]};
             break;
+        case ModelError::Kind::SwivelDrift:
+            swivel += ShareOfDrift(error, index) * values[0];
+            break;
         case ModelError::Kind::OtherTip:
             moreTip = moreTip + model::Vector3{values[0], values[1], values[2]};
             break;
@@ -119,6 +122,9 @@ void ErrorDerivatives(const ModelError& error, std::size_t index, const Pose& po
         break;
     case ModelError::Kind::Drift:
         for (std::size_t i = 0; i < 3; ++i) out[i] = ShareOfDrift(error, index) * unitVectors[i];
+        break;
+    case ModelError::Kind::SwivelDrift:
+        out[0] = -ShareOfDrift(error, index) * pose.Leant(model::Cross(unitVectors[2], tip.swivelled));
         break;
     case ModelError::Kind::OtherTip:
         for (std::size_t i = 0; i < 3; ++i) {

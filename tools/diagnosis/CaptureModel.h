@@ -12,12 +12,13 @@ namespace qmv40::diagnosis {
 /// The fit finds its values.
 struct ModelError {
     enum class Kind {
-        TiltAngle,     ///< A was this much more than was written (radians)
-        SwivelAngle,   ///< B was this much more than was written (radians)
-        Place,         ///< the points stand off their places by this much (X, Y, Z)
-        Drift,         ///< they move away by this much from the first of them to the last, evenly (X, Y, Z)
-        OtherTip,      ///< the stylus tip is off by this much (in the head's frame)
-        LeaningHead,   ///< the B axis is turned about machine X and Y (radians)
+        TiltAngle,   ///< A was this much more than was written (radians)
+        SwivelAngle, ///< B was this much more than was written (radians)
+        Place,       ///< the points stand off their places by this much (X, Y, Z)
+        Drift,       ///< they move away by this much from the first of them to the last, evenly (X, Y, Z)
+        SwivelDrift, ///< the head turns on its mount by this much (radians) from the first of them to the last, evenly
+        OtherTip,    ///< the stylus tip is off by this much (in the head's frame)
+        LeaningHead, ///< the B axis is turned about machine X and Y (radians)
         AxesNotSquare, ///< the A axis is turned about the head's Y, out of square to the B axis (radians)
         AxesApart      ///< the A axis passes the B axis at this distance, along the head's Y
     };

@@ -33,7 +33,8 @@ enum class FindingKind {
     OtherAxisMoved,   ///< the held angle of the points is wrong; figures as above
     SetAngleWrong,    ///< the held angle of a set contradicts the other set; figures as above
     CapturedLocked,   ///< the points were captured with the head locked; figure: how far that moves them
-    TurnedOnMount,    ///< from these points on, the head is turned on its mount; figure: by how much
+    TurnedOnMount,    ///< from these points on, the head is turned on its mount; figure: by how much; detail: 1 when it
+                      ///< turns slowly during the whole capture
     HeadTilted,       ///< from these points on, the head is tilted; figure: by how much
     SphereMoved,      ///< from these points on, the pole sphere or the machine's zero has moved; vector: how far
     SetsApart,        ///< the same, between the sets

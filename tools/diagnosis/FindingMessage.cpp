@@ -91,7 +91,7 @@ public:
             return {
                 WrongAngle(Turned(), TurnedAngle()),
                 "Look at the notes or at the head. If it stood there, put the angle right in the file; if in doubt, "
-                "unlock the head and measure these points again."};
+                "unlock the head and measure these points again. If they are off again, capture both sets again."};
         case FindingKind::OtherAxisMoved:
             return {WrongAngle(Held(), HeldAngle()), "Hold " + Held() + " at one angle, and capture the " + Set() +
                                                          " set again, with the head unlocked."};
@@ -101,8 +101,13 @@ public:
             return {Points() + WasOrWere() +
                         " captured with the head locked. Points are captured unlocked: unlocking moves them by " +
                         LengthText(finding.figure) + ".",
-                    "Unlock the head and measure these points again. Do not change any coordinate in the file."};
+                    "Unlock the head and measure these points again. Do not change any coordinate in the file. If they "
+                    "are off again, capture both sets again."};
         case FindingKind::TurnedOnMount:
+            if (finding.detail == 1)
+                return {"During the capture the head slowly turns on its mount, by " + ExactAngle(finding.figure) +
+                            " in all.",
+                        "Fasten the head, and capture both sets again. Do not change any angle in the file."};
             return {"From " + First() + " on the head stands turned on its mount by " + ExactAngle(finding.figure) +
                         ". Index positions are 15 deg apart: no wrong angle explains this.",
                     "Fasten the head, and capture both sets again. Do not change any angle in the file."};
@@ -133,7 +138,8 @@ public:
         case FindingKind::PointOff:
         case FindingKind::PointSuspicious:
             return {Points() + " lies " + LengthText(finding.figure) + " off its place.",
-                    "Measure the point again, with the head unlocked and in its index position, tip and sphere clean."};
+                    "Measure the point again, with the head unlocked and in its index position, tip and sphere clean. "
+                    "If it is off again, capture both sets again."};
         case FindingKind::PointsContradict:
             return {
                 "The points leave the places that their angles give them by " + LengthText(finding.figure) +
@@ -229,7 +235,8 @@ private:
                     (finding.captureAt ? ", or with this one at B = " + RoundAngle(*finding.captureAt) + "." : ".")};
         case FindingKind::RotationDisagrees:
             return {Rotations() + ", for no reason that could be found.",
-                    "Capture both sets again, the A set at B = 45 with a straight stylus."};
+                    "Capture both sets again, the A set at B = 45 with a straight stylus. If it comes again, have the "
+                    "head looked at."};
         case FindingKind::CentreDisagrees:
             return {"The component's head centre is " + LengthText(finding.figure) +
                         " away from that of the head fitted with the captured angles.",

@@ -27,6 +27,8 @@ public:
             return error.isFixed ? Locked() : Moved();
         case ErrorKind::Drift:
             return {Name::Drifts, BySize(distance, thresholds::leastMove), {}, distance, 0.0, std::nullopt, Values()};
+        case ErrorKind::SwivelDrift:
+            return Creeping();
         case ErrorKind::OtherTip:
             return OtherTip();
         case ErrorKind::LeaningHead:
@@ -86,6 +88,13 @@ private:
         const bool isWrong = distance >= thresholds::leastWrongPlace;
         return {isWrong ? Name::PointOff : Name::PointSuspicious, BySize(distance, thresholds::leastWrongPlace),
                 Points(), distance};
+    }
+
+    Finding Creeping() const {
+        Finding finding{
+            Name::TurnedOnMount, BySize(std::abs(Degrees()), thresholds::leastWrongAngle), {}, Degrees(), distance};
+        finding.detail = 1;
+        return finding;
     }
 
     Finding OtherTip() const {

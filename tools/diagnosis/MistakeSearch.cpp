@@ -104,7 +104,8 @@ private:
         for (const ErrorKind kind : {ErrorKind::LeaningHead, ErrorKind::OtherTip})
             AddFitted({{kind, 0, sets.aCount, {}}}, rare);
         AddFitted({{ErrorKind::LeaningHead, sets.aCount, sets.points.size(), {}}}, rare);
-        AddFitted({{ErrorKind::Drift, 0, sets.points.size(), {}}}, rare);
+        for (const ErrorKind kind : {ErrorKind::Drift, ErrorKind::SwivelDrift})
+            AddFitted({{kind, 0, sets.points.size(), {}}}, rare);
     }
 
     void Fit(const Candidate& candidate) {

@@ -65,6 +65,8 @@ TEST(HeadModel, DistinguishesTheErrorsOfAHead) {
                "before the run");
     expectSame(plain.Position(point, 0), model(Kind::TiltAngle, {model::ToRadians(15)}).Position(point, 3),
                "after the run");
+    expectSame(plain.Position({30.0, -37.5, {}}, 0),
+               model(Kind::SwivelDrift, {model::ToRadians(15)}).Position(point, 2), "half-way through a slow turn");
     expectSame(plain.Position(point, 0) + model::Vector3{1, 2, 3}, model(Kind::Place, {1, 2, 3}).Position(point, 1),
                "place");
 }
@@ -81,12 +83,13 @@ TEST(HeadModel, LeaningTurnsEverythingAboutThePole) {
 
 TEST(HeadModel, DerivativesAreThoseOfItsPositions) {
     diagnosis::HeadModel model = ModelOf(SomeHead());
-    model.errors = {{Kind::TiltAngle, 0, 9, {0.2}},       {Kind::SwivelAngle, 0, 9, {-0.3}},
-                    {Kind::Place, 0, 9, {0.5, 0.1, 0.7}}, {Kind::LeaningHead, 0, 9, {0.05, -0.08}},
-                    {Kind::AxesNotSquare, 0, 9, {0.1}},   {Kind::AxesApart, 0, 9, {1.5}},
-                    {Kind::TiltAngle, 5, 9, {0.4}}};
+    model.errors = {{Kind::TiltAngle, 0, 9, {0.2}},          {Kind::SwivelAngle, 0, 9, {-0.3}},
+                    {Kind::Place, 0, 9, {0.5, 0.1, 0.7}},    {Kind::LeaningHead, 0, 9, {0.05, -0.08}},
+                    {Kind::AxesNotSquare, 0, 9, {0.1}},      {Kind::AxesApart, 0, 9, {1.5}},
+                    {Kind::Drift, 0, 9, {0.3, 0.4, 0.6}},    {Kind::SwivelDrift, 0, 9, {0.3}},
+                    {Kind::OtherTip, 0, 9, {2.0, 1.0, 3.0}}, {Kind::TiltAngle, 5, 9, {0.4}}};
     const std::size_t unknowns = model.Unknowns();
-    EXPECT_EQ(7u + 1 + 1 + 3 + 2 + 1 + 1 + 1, unknowns);
+    EXPECT_EQ(7u + 1 + 1 + 3 + 2 + 1 + 1 + 3 + 1 + 3 + 1, unknowns);
     const diagnosis::CapturedPoint point{40.0, 70.0, {}};
     std::vector<model::Vector3> derivatives(unknowns);
     model.Derivatives(point, 2, derivatives);
