@@ -217,16 +217,16 @@ private:
     }
 
     void DrawStrip() {
-        const auto [least, greatest] = std::ranges::minmax(marks, {}, &Mark::angle);
+        const auto ends = std::ranges::minmax(marks, {}, &Mark::angle);
         const double left = middle.x - 38.0, right = middle.x + 38.0;
-        const double span = std::max(greatest.angle - least.angle, 1e-9);
+        const double span = std::max(ends.max.angle - ends.min.angle, 1e-9);
         Write({middle.x, stripMiddle - stripHalf - 4.0}, "out of the circle's plane, along its axis", "q-dim", letters);
         svg->Line({left, stripMiddle}, {right, stripMiddle}, Class("q-line") + Thick(0.2));
         const auto along = [&](const Mark& mark) {
-            return left + 2.0 + (right - left - 4.0) * (mark.angle - least.angle) / span;
+            return left + 2.0 + (right - left - 4.0) * (mark.angle - ends.min.angle) / span;
         };
         for (const Mark& mark : marks) DrawStick({along(mark), stripMiddle}, mark.outOfPlane, {0.0, -1.0}, mark);
-        for (const Mark& end : {least, greatest}) {
+        for (const Mark& end : {ends.min, ends.max}) {
             Write({along(end), stripMiddle + stripHalf + 4.0},
                   std::string(isA ? "A " : "B ") + text::ExactText(std::round(end.angle * 10.0) / 10.0 + 0.0), "q-dim",
                   letters);

@@ -4,11 +4,15 @@
 
 #include <gtest/gtest.h>
 
+#include <sddl.h>
+
 #include <algorithm>
 #include <atomic>
+#include <memory>
 #include <set>
 #include <string>
 #include <thread>
+#include <vector>
 
 using namespace qmv40;
 
@@ -58,6 +62,28 @@ TEST_F(HeldFiles, AreNotWaitedForWhenNobodyHoldsThem) {
     EXPECT_TRUE(Save());
     EXPECT_EQ(profile.Content(), after);
     EXPECT_EQ(testClock.asked, 0U);
+}
+
+std::vector<char> AccessControlListOf(const std::wstring& name) {
+    DWORD size = 0;
+    GetFileSecurityW(name.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<char> list(size);
+    EXPECT_TRUE(GetFileSecurityW(name.c_str(), DACL_SECURITY_INFORMATION, list.data(), size, &size));
+    return list;
+}
+
+TEST_F(HeldFiles, KeepTheirAccessControlListWhenACopyTakesTheirPlace) {
+    const std::wstring name = profile.Path().wstring();
+    const std::vector<char> usual = AccessControlListOf(name);
+    PSECURITY_DESCRIPTOR everybodyMayAll = nullptr;
+    ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:(A;;FA;;;WD)", SDDL_REVISION_1,
+                                                                     &everybodyMayAll, nullptr));
+    const std::unique_ptr<void, decltype(&LocalFree)> owner(everybodyMayAll, LocalFree);
+    ASSERT_TRUE(SetFileSecurityW(name.c_str(), DACL_SECURITY_INFORMATION, everybodyMayAll));
+    const std::vector<char> given = AccessControlListOf(name);
+    ASSERT_NE(given, usual) << "the test could not fail";
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(AccessControlListOf(name), given);
 }
 
 TEST_F(HeldFiles, AreWaitedFor250MillisecondsAtMostHoweverTheyAreHeld) {
