@@ -7,20 +7,28 @@ import { endsOfMoves, Pages } from "./pages.mjs";
 
 const moveArguments = ["--from", "0,0", "--to", "45,90"];
 
+/** The page of one plan, in a browser of its own. */
+async function show(fileName) {
+    const pages = new Pages();
+    const geometry = pages.geometry("plain");
+    const [ends] = pages.plans(["--geometry", geometry, ...moveArguments]).map(endsOfMoves);
+    const browser = await launch();
+    const opened = await OpenPage.open(browser, pages.view(fileName, ["--geometry", geometry, ...moveArguments]));
+    const close = async () => {
+        await browser.close();
+        pages.remove();
+    };
+    return { opened, ends, close };
+}
+
 describe("The player", () => {
-    let browser, pages, opened, ends;
+    let shown, opened, ends;
 
     before(async () => {
-        pages = new Pages();
-        const geometry = pages.geometry("plain");
-        [ends] = pages.plans(["--geometry", geometry, ...moveArguments]).map(endsOfMoves);
-        browser = await launch();
-        opened = await OpenPage.open(browser, pages.view("plain.html", ["--geometry", geometry, ...moveArguments]));
+        shown = await show("plain.html");
+        ({ opened, ends } = shown);
     });
-    after(async () => {
-        await browser?.close();
-        pages.remove();
-    });
+    after(() => shown?.close());
 
     /** A promise about the page as it stands at the start. */
     const promise = (sentence, keep) => it(sentence, async () => {
@@ -130,20 +138,14 @@ describe("The player", () => {
 });
 
 describe("The player, by a clock that the test moves", () => {
-    let browser, pages, opened, ends;
+    let shown, opened, ends;
 
     before(async () => {
-        pages = new Pages();
-        const geometry = pages.geometry("plain");
-        [ends] = pages.plans(["--geometry", geometry, ...moveArguments]).map(endsOfMoves);
-        browser = await launch();
-        opened = await OpenPage.open(browser, pages.view("clock.html", ["--geometry", geometry, ...moveArguments]));
+        shown = await show("clock.html");
+        ({ opened, ends } = shown);
         await opened.stopClock();
     });
-    after(async () => {
-        await browser?.close();
-        pages.remove();
-    });
+    after(() => shown?.close());
 
     const live = (milliseconds) => opened.live(milliseconds);
     const wayIn = async () => Number(await opened.page.locator("#time").inputValue());
