@@ -19,10 +19,10 @@ struct RecordedGeometry {
     const std::vector<diagnosis::Finding>& findings;
     const std::optional<diagnosis::Diagnosis>& diagnosis;
     std::string headNumber;   ///< empty: not given
-    std::string geometryFile; ///< that was written; empty: none
+    std::string geometryFile; ///< the geometry file that was written; empty: none
 };
 
-/// With the time of this moment and the settings in force.
+/// The page has the time of this moment and the settings in force.
 record::Record RecordOf(const RecordedGeometry& geometry);
 
 } // namespace qmv40::cli

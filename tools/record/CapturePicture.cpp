@@ -30,9 +30,9 @@ constexpr double stripMiddle = 112.0;
 constexpr double stripHalf = 9.0;
 constexpr double letters = 2.6;
 
-/// Of a larger capture as many points are drawn, and those of the findings.
+/// A larger set is drawn with this many points and with the points of the findings.
 constexpr std::size_t mostPoints = 1000;
-/// So many points have their angle beside them.
+/// Up to this many points have their angle beside them.
 constexpr std::size_t mostAngles = 30;
 /// A finding about more points than this is about a run of them: the first and the last are named.
 constexpr std::size_t mostNames = 3;
@@ -56,13 +56,13 @@ struct Mark {
     PaperPoint outward; ///< on the paper, of unit length
     double radial;      ///< millimetres of the machine
     double outOfPlane;
-    double angle; ///< that was turned
+    double angle; ///< the angle that this set turns
     std::size_t point;
     bool isSuspicious;
     bool isNamed;
 };
 
-/// Those that findings speak of, and those of them that are named.
+/// The points of the findings, and which of them have their name in the picture.
 struct Suspects {
     explicit Suspects(const PicturedCapture& capture) {
         for (const diagnosis::Finding& finding : capture.findings) {
@@ -104,7 +104,7 @@ public:
     }
 
 private:
-    /// Those that no finding speaks of, where they are enough: what is wrong stands out of their circle.
+    /// The points without a finding, if they are enough for a circle: a wrong point then stands out from it.
     std::vector<Vector3> PointsOfTheCircle() const {
         constexpr std::size_t enough = 4;
         std::vector<Vector3> sound, all;
@@ -178,7 +178,7 @@ private:
         }
     }
 
-    /// From a place along a direction, as long as the residual is drawn.
+    /// Draws a residual as a line from a place along a direction.
     void DrawStick(const PaperPoint& from, double residual, const PaperPoint& direction, const Mark& mark) {
         const double whole = residual * factor;
         const double length = std::clamp(whole, -longestStick, longestStick);
@@ -233,7 +233,7 @@ private:
         }
     }
 
-    /// Of a round length, some tenths of the panel.
+    /// Its length is a round number and some tenths of the panel.
     void DrawScaleBar() {
         constexpr double shortest = 6.0;
         double micrometres = 1e-3;

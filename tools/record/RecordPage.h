@@ -12,7 +12,7 @@ namespace qmv40::record {
 /// A heading, and below it a table, the first row of which may name the columns.
 struct RecordSection {
     std::string title;
-    std::vector<std::string> columns; ///< empty: the rows speak for themselves
+    std::vector<std::string> columns; ///< empty: the table has no heading row
     std::vector<std::vector<std::string>> rows;
 };
 

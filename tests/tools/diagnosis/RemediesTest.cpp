@@ -22,7 +22,7 @@ public:
         now.shift = capture.head.shift;
     }
 
-    /// False where the remedy is that there is none.
+    /// False if the finding says that such a head cannot be computed.
     bool Follow(const Finding& finding) {
         const bool cameAgain = std::ranges::find(followed, finding.kind) != followed.end();
         followed.push_back(finding.kind);
@@ -135,7 +135,7 @@ private:
 
     PaperCapture& capture;
     Measurement now;
-    std::vector<FindingKind> followed; ///< a remedy that did not help ends in new sets, and so do files of other sets
+    std::vector<FindingKind> followed; ///< a finding that comes again is answered with new sets
 };
 
 /// The finding that is shown first: the first fault.
