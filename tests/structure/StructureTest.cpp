@@ -45,7 +45,8 @@ std::string FolderOf(const std::filesystem::path& file) {
     const std::string top = file.begin()->string();
     if (top == "benchmarks") return top;
     const std::string room = std::next(file.begin())->string();
-    if (file.generic_string().starts_with("tools/check/obstacles/")) return "tools/check/obstacles";
+    for (const char* const nested : {"tools/check/obstacles", "tools/diagnosis/fit"})
+        if (file.parent_path() == nested) return nested;
     return top == "source" ? room : top + "/" + room;
 }
 

@@ -74,8 +74,8 @@ diagnosis::CircleFit AxisFit(const CMaPointArray& points, const CMaVector& axis)
 }
 
 /// The points with their angles, shifted to the locked position.
-diagnosis::CapturedSets SetsOf(const diagnosis::CaptureFiles& capture, const model::Vector3& unlocking) {
-    diagnosis::CapturedSets sets;
+diagnosis::fit::CapturedSets SetsOf(const diagnosis::CaptureFiles& capture, const model::Vector3& unlocking) {
+    diagnosis::fit::CapturedSets sets;
     sets.points.reserve(capture.aAxis.items.size() + capture.bAxis.items.size());
     for (const diagnosis::CaptureFile* const file : {&capture.aAxis, &capture.bAxis}) {
         for (const HeadAlignmentDataItem& item : file->items) {
@@ -192,7 +192,7 @@ void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& ca
 /// message.
 [[noreturn]] void Refuse(const component::ComponentError& error, const diagnosis::CaptureFiles& capture, bool json,
                          const text::Console& console) {
-    const diagnosis::CapturedSets sets = SetsOf(capture, {});
+    const diagnosis::fit::CapturedSets sets = SetsOf(capture, {});
     std::vector<diagnosis::Finding> findings;
     if (error.code == QMV_E_FIXED_AXIS_MOVED) findings = diagnosis::JudgeHeldAngles(sets);
     // For points that form no circle the reason can be found.

@@ -84,7 +84,7 @@ private:
         return section;
     }
     void AddAxes(RecordSection& section) const {
-        const diagnosis::HeadAxes& axes = geometry.diagnosis->axes;
+        const diagnosis::fit::HeadAxes& axes = geometry.diagnosis->axes;
         section.rows.push_back({"A axis passes B axis at", Fixed(std::abs(axes.axisOffset.value), 4, "mm"),
                                 Fixed(axes.axisOffset.standardDeviation, 4, "mm")});
         section.rows.push_back({"axes out of square by", Fixed(std::abs(axes.squareness.value), 4, "deg"),

@@ -1,8 +1,8 @@
 #include "tools/diagnosis/CaptureEvaluation.h"
 
 #include "tools/diagnosis/MistakeJudgement.h"
-#include "tools/diagnosis/QuadrantResolution.h"
-#include "tools/diagnosis/Statistics.h"
+#include "tools/diagnosis/fit/QuadrantResolution.h"
+#include "tools/diagnosis/fit/Statistics.h"
 #include "tools/model/Angles.h"
 
 #include <algorithm>
@@ -17,7 +17,7 @@ using model::Vector3;
 /// Evaluates one capture and collects the findings.
 class Evaluation {
 public:
-    Evaluation(const CaptureUnderTest& theCapture, const HeadFit& thePlain, const Diagnosis& theDiagnosis)
+    Evaluation(const CaptureUnderTest& theCapture, const fit::HeadFit& thePlain, const Diagnosis& theDiagnosis)
         : capture(theCapture), sets(theCapture.sets), plain(thePlain), diagnosis(theDiagnosis) {}
 
     std::vector<Finding> All() {
@@ -73,7 +73,7 @@ private:
     }
 
     void JudgeMistakes() {
-        const HeadFit& fit = diagnosis.head;
+        const fit::HeadFit& fit = diagnosis.head;
         if (std::sqrt(fit.NoiseVariance()) > MisfitCeiling() || MistakesAreTooMany(sets, fit.model)) {
             return Add(Kind::PointsContradict, Severity::Fault, plain.Rms(), 0.0, FarthestOff());
         }
@@ -104,7 +104,7 @@ private:
 
     /// The three points farthest off their places.
     std::vector<std::size_t> FarthestOff() const {
-        std::vector<std::size_t> order = PointRange(0, diagnosis.points.size());
+        std::vector<std::size_t> order = fit::PointRange(0, diagnosis.points.size());
         constexpr std::size_t most = 3;
         const std::size_t count = std::min(order.size(), most);
         std::ranges::partial_sort(order, order.begin() + static_cast<std::ptrdiff_t>(count), std::ranges::greater(),
@@ -122,7 +122,7 @@ private:
         const double variance = std::max(onCircles / degreesOfFreedom, thresholds::leastVariance);
         const int more = diagnosis.head.degreesOfFreedom - degreesOfFreedom;
         const double excess = (diagnosis.head.sumOfSquares - onCircles) / more;
-        if (!(FTestUpperTail(excess / variance, more, degreesOfFreedom) < thresholds::falseAlarmRate)) return;
+        if (!(fit::FTestUpperTail(excess / variance, more, degreesOfFreedom) < thresholds::falseAlarmRate)) return;
         Add(Kind::AnglesInexact, Severity::Warning, std::sqrt(excess), 0.0, FarthestOff());
     }
 
@@ -148,7 +148,7 @@ private:
     }
 
     void JudgeAxes() {
-        const HeadAxes& axes = diagnosis.axes;
+        const fit::HeadAxes& axes = diagnosis.axes;
         const double lean =
             std::hypot(axes.offVerticalTowardsX.standardDeviation, axes.offVerticalTowardsY.standardDeviation);
         // Far from the vertical this standard deviation means nothing.
@@ -165,7 +165,7 @@ private:
         const double difference = diagnosis.rotationDifference;
         if (!(std::abs(difference) >= thresholds::leastWrongRotation)) return;
         const double standardDeviation =
-            std::hypot(diagnosis.axes.rotationStandardDeviation, diagnosis.head.MountingStandardDeviation());
+            std::hypot(diagnosis.axes.rotationStandardDeviation, diagnosis.MountingStandardDeviation());
         if (!(std::abs(difference) > thresholds::surely * standardDeviation)) return;
         const Kind reason = ReasonForRotation();
         // When no reason is known, a small difference may come from slight errors of the head or of the capture.
@@ -176,7 +176,7 @@ private:
                         capture.rotation,
                         diagnosis.head.MountingDegrees()};
         if (finding.kind != Kind::TiltReversed) {
-            finding.captureAt = SwivelWithSafeQuadrant(diagnosis.head.model, Tilts());
+            finding.captureAt = fit::SwivelWithSafeQuadrant(diagnosis.head.model, Tilts());
         }
         findings.push_back(std::move(finding));
     }
@@ -189,15 +189,15 @@ private:
     }
 
     Kind ReasonForRotation() const {
-        const HeadModel& head = diagnosis.head.model;
-        const HeadModel straight = WithStraightStylus(head);
+        const fit::HeadModel& head = diagnosis.head.model;
+        const fit::HeadModel straight = fit::WithStraightStylus(head);
         const std::vector<double> tilts = Tilts();
         const double swivel = sets.points.front().b;
-        const double byQuadrant = model::Wrapped(RotationByQuadrant(head, tilts, swivel) - capture.rotation);
+        const double byQuadrant = model::Wrapped(fit::RotationByQuadrant(head, tilts, swivel) - capture.rotation);
         if (std::abs(byQuadrant) > std::abs(diagnosis.rotationDifference) / 2.0) return Kind::RotationDisagrees;
         // With a straight stylus there is a B at which the quadrant is right.
-        if (!head.StylusHangs() || !SwivelWithSafeQuadrant(straight, tilts)) return Kind::TiltReversed;
-        return QuadrantIsRight(straight, tilts, swivel) ? Kind::TipOffAxis : Kind::RotationOnWrongSide;
+        if (!head.StylusHangs() || !fit::SwivelWithSafeQuadrant(straight, tilts)) return Kind::TiltReversed;
+        return fit::QuadrantIsRight(straight, tilts, swivel) ? Kind::TipOffAxis : Kind::RotationOnWrongSide;
     }
 
     /// Points that are off the circle of the others, without another finding about them.
@@ -210,14 +210,14 @@ private:
                 return std::ranges::find(each.points, i) != each.points.end();
             };
             if (std::ranges::any_of(findings, isKnown)) continue;
-            const CirclePoint& place = diagnosis.points[i].onCircle;
+            const fit::CirclePoint& place = diagnosis.points[i].onCircle;
             Add(Kind::PointSuspicious, Severity::Warning, std::hypot(place.radial, place.outOfPlane), 0.0, {i});
         }
     }
 
     /// The standard deviation of the difference of the component's head centre and the fitted one, along one axis.
     double StandardDeviationOfDifference(std::size_t axis) const {
-        const double ofFit = diagnosis.head.Widened(diagnosis.head.poleVariance[axis]);
+        const double ofFit = diagnosis.StandardDeviationByFit(diagnosis.head.poleVariance[axis]);
         return std::hypot(diagnosis.axes.headCentre[axis].standardDeviation, ofFit);
     }
 
@@ -263,7 +263,7 @@ private:
         }
         if (capture.knownStylus) {
             const double length = model::SafeLength(diagnosis.head.model.tip);
-            const double deviation = diagnosis.head.Widened(diagnosis.head.tipVariance);
+            const double deviation = diagnosis.StandardDeviationByFit(diagnosis.head.tipVariance);
             if (!(std::abs(length - *capture.knownStylus) <=
                   std::max(thresholds::otherStylusLength, thresholds::surely * deviation))) {
                 Add(Kind::StylusLengthDiffers, Severity::Fault, length, *capture.knownStylus);
@@ -272,10 +272,10 @@ private:
     }
 
     /// Twice the standard deviation of the head centre, its noise never below what a machine has.
-    double CentreWithin(const PointNoise& noise) const {
-        return 2.0 * CompareAxes(diagnosis.aCircle, diagnosis.bCircle, noise).CentreStandardDeviation();
+    double CentreWithin(const fit::PointNoise& noise) const {
+        return 2.0 * fit::CompareAxes(diagnosis.aCircle, diagnosis.bCircle, noise).CentreStandardDeviation();
     }
-    static PointNoise NoMachineIsBetter(const PointNoise& noise) {
+    static fit::PointNoise NoMachineIsBetter(const fit::PointNoise& noise) {
         const double least = thresholds::pointNoiseAtLeast;
         return {std::max(noise.aSet, least), std::max(noise.bSet, least)};
     }
@@ -283,8 +283,8 @@ private:
     /// A warning is due for what the points show, a fault for what few points leave possible.
     void JudgePrecision() {
         const double ofCircles = std::sqrt(VarianceOnCircles());
-        const PointNoise shown =
-            NoMachineIsBetter(diagnosis.noise.isUneven ? diagnosis.noise.perSet : PointNoise{ofCircles, ofCircles});
+        const fit::PointNoise shown = NoMachineIsBetter(
+            diagnosis.noise.isUneven ? diagnosis.noise.perSet : fit::PointNoise{ofCircles, ofCircles});
         const double possible = CentreWithin(NoMachineIsBetter(diagnosis.noise.widened));
         const bool isUnknown = !(possible <= thresholds::centreUnknown * capture.centreWithin);
         const double known = isUnknown ? possible : CentreWithin(shown);
@@ -295,7 +295,7 @@ private:
         if (isUnknown && !isOfASet && kind == Kind::CentreUncertain &&
             diagnosis.bCircle.radius < hangingShare * model::SafeLength(diagnosis.head.model.tip)) {
             return Add(Kind::CircleTooSmall, Severity::Fault, diagnosis.bCircle.radius, 0.0,
-                       PointRange(sets.aCount, sets.points.size()));
+                       fit::PointRange(sets.aCount, sets.points.size()));
         }
         Add(kind, isUnknown ? Severity::Fault : Severity::Warning, known, capture.centreWithin);
     }
@@ -322,21 +322,22 @@ private:
         for (const auto& [first, last] : {std::pair{std::size_t{0}, sets.aCount}, {sets.aCount, sets.points.size()}}) {
             const auto points = std::span(diagnosis.points).subspan(first, last - first);
             if (std::ranges::any_of(points, isUnknown)) {
-                Add(Kind::FewPoints, Severity::Note, static_cast<double>(points.size()), 0.0, PointRange(first, last));
+                Add(Kind::FewPoints, Severity::Note, static_cast<double>(points.size()), 0.0,
+                    fit::PointRange(first, last));
             }
         }
     }
 
     const CaptureUnderTest& capture;
-    const CapturedSets& sets;
-    const HeadFit& plain;
+    const fit::CapturedSets& sets;
+    const fit::HeadFit& plain;
     const Diagnosis& diagnosis;
     std::vector<Finding> findings;
 };
 
 } // namespace
 
-std::vector<Finding> Judge(const CaptureUnderTest& capture, const HeadFit& plain, const Diagnosis& diagnosis) {
+std::vector<Finding> Judge(const CaptureUnderTest& capture, const fit::HeadFit& plain, const Diagnosis& diagnosis) {
     return Evaluation(capture, plain, diagnosis).All();
 }
 

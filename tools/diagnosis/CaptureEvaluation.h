@@ -8,6 +8,6 @@ namespace qmv40::diagnosis {
 ///
 /// Each kind of finding has the false alarm rate and the smallest size of Thresholds.h. What a more severe finding
 /// explains is not reported beside it.
-std::vector<Finding> Judge(const CaptureUnderTest& capture, const HeadFit& plain, const Diagnosis& diagnosis);
+std::vector<Finding> Judge(const CaptureUnderTest& capture, const fit::HeadFit& plain, const Diagnosis& diagnosis);
 
 } // namespace qmv40::diagnosis

@@ -3,7 +3,7 @@
 #include "tools/diagnosis/CaptureEvaluation.h"
 #include "tools/diagnosis/MistakeJudgement.h"
 #include "tools/diagnosis/MistakeSearch.h"
-#include "tools/diagnosis/Statistics.h"
+#include "tools/diagnosis/fit/Statistics.h"
 #include "tools/model/Angles.h"
 
 #include <algorithm>
@@ -13,20 +13,20 @@ namespace qmv40::diagnosis {
 namespace {
 
 /// The variance of one circle's noise, at least that of rounding.
-double VarianceOf(const AxisCircle& circle) {
+double VarianceOf(const fit::AxisCircle& circle) {
     return std::max(circle.sumOfSquares / circle.DegreesOfFreedom(), thresholds::leastVariance);
 }
 
-bool IsUneven(const AxisCircle& a, const AxisCircle& b) {
+bool IsUneven(const fit::AxisCircle& a, const fit::AxisCircle& b) {
     const double ratio = VarianceOf(a) / VarianceOf(b);
-    const double either = 2.0 * std::min(FTestUpperTail(ratio, a.DegreesOfFreedom(), b.DegreesOfFreedom()),
-                                         FTestUpperTail(1.0 / ratio, b.DegreesOfFreedom(), a.DegreesOfFreedom()));
+    const double either = 2.0 * std::min(fit::FTestUpperTail(ratio, a.DegreesOfFreedom(), b.DegreesOfFreedom()),
+                                         fit::FTestUpperTail(1.0 / ratio, b.DegreesOfFreedom(), a.DegreesOfFreedom()));
     return either < thresholds::falseAlarmRate;
 }
 
 /// The residuals of a fit, set by set.
 struct PerSet {
-    PerSet(const CapturedSets& sets, const HeadFit& fit)
+    PerSet(const fit::CapturedSets& sets, const fit::HeadFit& fit)
         : observations{3.0 * static_cast<double>(sets.aCount),
                        3.0 * static_cast<double>(sets.points.size() - sets.aCount)},
           // Each set determines some half of the unknowns.
@@ -44,7 +44,7 @@ struct PerSet {
         const std::size_t noisier = Variance(0) > Variance(1) ? 0 : 1, quieter = 1 - noisier;
         const double ratio = Variance(noisier) / Variance(quieter);
         constexpr double ceiling = thresholds::unevenNoiseCeiling * thresholds::unevenNoiseCeiling;
-        const double chance = 2.0 * FTestUpperTail(ratio, Freedoms(noisier), Freedoms(quieter));
+        const double chance = 2.0 * fit::FTestUpperTail(ratio, Freedoms(noisier), Freedoms(quieter));
         if (Variance(noisier) > ceiling || chance > thresholds::falseAlarmRate) return {};
         return noisier == 0 ? SetWeights{1.0, ratio} : SetWeights{ratio, 1.0};
     }
@@ -54,7 +54,7 @@ struct PerSet {
     double sums[2]{};
 };
 
-CapturedSets Weighted(CapturedSets sets, const SetWeights& weights) {
+fit::CapturedSets Weighted(fit::CapturedSets sets, const SetWeights& weights) {
     for (std::size_t i = 0; i < sets.points.size(); ++i) {
         sets.points[i].weight = sets.IsOfASet(i) ? weights.a : weights.b;
     }
@@ -62,7 +62,7 @@ CapturedSets Weighted(CapturedSets sets, const SetWeights& weights) {
 }
 
 /// What an explanation leaves unexplained, with what its mistakes and a second size of noise count against it.
-double ScoreOf(const CapturedSets& sets, const HeadExplained& explained, const SetWeights& weights) {
+double ScoreOf(const fit::CapturedSets& sets, const HeadExplained& explained, const SetWeights& weights) {
     const PerSet residuals(sets, explained.fit);
     const double all = residuals.observations[0] + residuals.observations[1];
     // A few points may agree by luck better than any machine measures.
@@ -74,7 +74,7 @@ double ScoreOf(const CapturedSets& sets, const HeadExplained& explained, const S
     double score = weights.AreEven() ? unlikely(residuals.sums[0] + residuals.sums[1], all)
                                      : unlikely(residuals.sums[0], residuals.observations[0]) +
                                            unlikely(residuals.sums[1], residuals.observations[1]) + 2.0 * std::log(all);
-    for (const ModelError& error : explained.fit.model.errors) {
+    for (const fit::ModelError& error : explained.fit.model.errors) {
         const double places = error.IsOfTheHead(sets.points.size()) ? 1.0 : all;
         score += 2.0 * (static_cast<double>(error.Unknowns()) * std::log(all) + std::log(places));
     }
@@ -85,7 +85,7 @@ double ScoreOf(const CapturedSets& sets, const HeadExplained& explained, const S
 /// set; where a mistake was made in one set, that set scatters more until it is found. So both are tried, and what
 /// explains more with less is taken.
 struct Search {
-    Search(const CapturedSets& sets, const model::Vector3& unlocking) : explained(ExplainHead(sets, unlocking)) {
+    Search(const fit::CapturedSets& sets, const model::Vector3& unlocking) : explained(ExplainHead(sets, unlocking)) {
         if (explained.rewriting.kind != Rewriting::Kind::None) return;
         HeadExplained uneven = explained;
         uneven.fit = explained.plain;
@@ -116,17 +116,17 @@ struct Search {
 
 /// The head fitted with the angles has far more observations to tell the noise from than the circles alone. Both count,
 /// unless points leave their places by more than they leave their circles.
-NoiseFigures NoiseOf(const CapturedSets& sets, const AxisCircle& a, const AxisCircle& b, const HeadFit& head,
-                     const SetWeights& weights) {
+NoiseFigures NoiseOf(const fit::CapturedSets& sets, const fit::AxisCircle& a, const fit::AxisCircle& b,
+                     const fit::HeadFit& head, const SetWeights& weights) {
     const int degreesOfFreedom = a.DegreesOfFreedom() + b.DegreesOfFreedom();
     const double ofCircles = (weights.a * a.sumOfSquares + weights.b * b.sumOfSquares) / degreesOfFreedom;
-    const bool isOne = FTestUpperTail(head.NoiseVariance() / std::max(ofCircles, thresholds::leastVariance),
-                                      head.degreesOfFreedom, degreesOfFreedom) > thresholds::falseAlarmRate;
-    const auto widening = [](double freedoms) { return StudentWidening(freedoms, thresholds::falseAlarmRate); };
+    const bool isOne = fit::FTestUpperTail(head.NoiseVariance() / std::max(ofCircles, thresholds::leastVariance),
+                                           head.degreesOfFreedom, degreesOfFreedom) > thresholds::falseAlarmRate;
+    const auto widening = [](double freedoms) { return fit::StudentWidening(freedoms, thresholds::falseAlarmRate); };
     if (weights.AreEven() && IsUneven(a, b)) {
         const PerSet residuals(sets, head);
-        PointNoise own, widened;
-        const auto take = [&](const AxisCircle& circle, std::size_t set, double& noise, double& wide) {
+        fit::PointNoise own, widened;
+        const auto take = [&](const fit::AxisCircle& circle, std::size_t set, double& noise, double& wide) {
             const double ofCircle = std::sqrt(circle.sumOfSquares / circle.DegreesOfFreedom());
             noise = isOne ? std::max(ofCircle, std::sqrt(residuals.Variance(set))) : ofCircle;
             wide = noise * widening(isOne ? residuals.Freedoms(set) : circle.DegreesOfFreedom());
@@ -137,7 +137,7 @@ NoiseFigures NoiseOf(const CapturedSets& sets, const AxisCircle& a, const AxisCi
     }
     const double together = std::sqrt(isOne ? std::max(ofCircles, head.NoiseVariance()) : ofCircles);
     const double factor = widening(isOne ? head.degreesOfFreedom : degreesOfFreedom);
-    const PointNoise perSet{together / std::sqrt(weights.a), together / std::sqrt(weights.b)};
+    const fit::PointNoise perSet{together / std::sqrt(weights.a), together / std::sqrt(weights.b)};
     return {perSet, {factor * perSet.aSet, factor * perSet.bSet}, degreesOfFreedom, !weights.AreEven(), weights};
 }
 
@@ -147,44 +147,44 @@ class LeaveOneOut {
 public:
     LeaveOneOut(const Diagnosis& theDiagnosis, bool isOfASet)
         : diagnosis(theDiagnosis), isA(isOfASet), set(isOfASet ? diagnosis.aCircle : diagnosis.bCircle),
-          centre(NearestPointOfBAxis(diagnosis.aCircle, diagnosis.bCircle)) {}
+          centre(fit::NearestPointOfBAxis(diagnosis.aCircle, diagnosis.bCircle)) {}
 
     std::optional<Influence> Of(std::size_t index) const {
         const int left = set.DegreesOfFreedom() - 2;
         if (left < 1) return std::nullopt;
-        const CircleWithout without = WithoutPoint(set, index);
-        const AxisCircle changed{without.centre, without.normal, {}, {}, 0.0, {}, 0.0, 0.0, {}};
-        const AxisCircle& a = isA ? changed : diagnosis.aCircle;
-        const AxisCircle& b = isA ? diagnosis.bCircle : changed;
+        const fit::CircleWithout without = fit::WithoutPoint(set, index);
+        const fit::AxisCircle changed{without.centre, without.normal, {}, {}, 0.0, {}, 0.0, 0.0, {}};
+        const fit::AxisCircle& a = isA ? changed : diagnosis.aCircle;
+        const fit::AxisCircle& b = isA ? diagnosis.bCircle : changed;
         // An axis has no direction, so that half a turn is no turn.
-        const double turn = std::remainder(AzimuthOfAAxis(a) - AzimuthOfAAxis(diagnosis.aCircle), 180.0);
+        const double turn = std::remainder(fit::AzimuthOfAAxis(a) - fit::AzimuthOfAAxis(diagnosis.aCircle), 180.0);
         const double variance = std::max((set.sumOfSquares - without.gain) / left, thresholds::leastVariance);
-        return Influence{model::SafeLength(NearestPointOfBAxis(a, b) - centre), turn,
-                         FTestUpperTail(without.gain / 2.0 / variance, 2.0, left)};
+        return Influence{model::SafeLength(fit::NearestPointOfBAxis(a, b) - centre), turn,
+                         fit::FTestUpperTail(without.gain / 2.0 / variance, 2.0, left)};
     }
 
 private:
     const Diagnosis& diagnosis;
     bool isA;
-    const AxisCircle& set;
+    const fit::AxisCircle& set;
     model::Vector3 centre;
 };
 
 /// The fitted head without the errors of single points or sets.
-HeadModel HeadItself(HeadModel model, std::size_t points) {
-    std::erase_if(model.errors, [points](const ModelError& error) { return !error.IsOfTheHead(points); });
+fit::HeadModel HeadItself(fit::HeadModel model, std::size_t points) {
+    std::erase_if(model.errors, [points](const fit::ModelError& error) { return !error.IsOfTheHead(points); });
     return model;
 }
 
-std::vector<PointDiagnosis> PointsOf(const CapturedSets& sets, const Diagnosis& diagnosis) {
+std::vector<PointDiagnosis> PointsOf(const fit::CapturedSets& sets, const Diagnosis& diagnosis) {
     const std::span all(sets.points);
     const LeaveOneOut fromA(diagnosis, true), fromB(diagnosis, false);
-    const HeadModel head = HeadItself(diagnosis.head.model, all.size());
+    const fit::HeadModel head = HeadItself(diagnosis.head.model, all.size());
     std::vector<PointDiagnosis> points;
     for (std::size_t i = 0; i < all.size(); ++i) {
         const bool isA = sets.IsOfASet(i);
         const std::size_t inSet = isA ? i : i - sets.aCount;
-        const CirclePoint& onCircle = (isA ? diagnosis.aCircle : diagnosis.bCircle).points[inSet];
+        const fit::CirclePoint& onCircle = (isA ? diagnosis.aCircle : diagnosis.bCircle).points[inSet];
         const double offPlace = model::SafeLength(all[i].position - head.Position(all[i], i));
         points.push_back({onCircle, offPlace, (isA ? fromA : fromB).Of(inSet)});
     }
@@ -197,11 +197,19 @@ bool Diagnosis::Has(Severity severity) const {
     return std::ranges::any_of(findings, [severity](const Finding& finding) { return finding.severity == severity; });
 }
 
+double Diagnosis::StandardDeviationByFit(double variance) const {
+    return fit::StudentWidening(head.degreesOfFreedom, thresholds::falseAlarmRate) * head.StandardDeviation(variance);
+}
+
+double Diagnosis::MountingStandardDeviation() const {
+    return model::ToDegrees(StandardDeviationByFit(head.mountingVariance));
+}
+
 std::optional<Diagnosis> Diagnose(const CaptureUnderTest& capture) {
-    const CapturedSets& sets = capture.sets;
-    const std::vector<model::Vector3> positions = PositionsOf(sets.points);
-    const auto aCircle = FitAxisCircle(std::span(positions).first(sets.aCount));
-    const auto bCircle = FitAxisCircle(std::span(positions).subspan(sets.aCount));
+    const fit::CapturedSets& sets = capture.sets;
+    const std::vector<model::Vector3> positions = fit::PositionsOf(sets.points);
+    const auto aCircle = fit::FitAxisCircle(std::span(positions).first(sets.aCount));
+    const auto bCircle = fit::FitAxisCircle(std::span(positions).subspan(sets.aCount));
     if (!aCircle || !bCircle) return std::nullopt;
     Search search(sets, capture.unlocking);
     HeadExplained& explained = search.explained;
@@ -209,9 +217,15 @@ std::optional<Diagnosis> Diagnose(const CaptureUnderTest& capture) {
 
     const NoiseFigures noise = NoiseOf(sets, *aCircle, *bCircle, explained.fit, search.weights);
     const double difference = model::Wrapped(capture.rotation - explained.fit.MountingDegrees());
-    Diagnosis diagnosis{
-        *aCircle,   *bCircle, noise, CompareAxes(*aCircle, *bCircle, noise.widened), explained.fit, explained.rewriting,
-        difference, {},       {}};
+    Diagnosis diagnosis{*aCircle,
+                        *bCircle,
+                        noise,
+                        fit::CompareAxes(*aCircle, *bCircle, noise.widened),
+                        explained.fit,
+                        explained.rewriting,
+                        difference,
+                        {},
+                        {}};
     diagnosis.points = PointsOf(sets, diagnosis);
     diagnosis.findings = Judge(capture, explained.plain, diagnosis);
     return diagnosis;

@@ -1,18 +1,18 @@
 #pragma once
 
-#include "tools/diagnosis/AxisCircle.h"
-#include "tools/diagnosis/CapturedPoint.h"
 #include "tools/diagnosis/Finding.h"
-#include "tools/diagnosis/HeadAxes.h"
-#include "tools/diagnosis/HeadFit.h"
 #include "tools/diagnosis/Rewriting.h"
 #include "tools/diagnosis/Thresholds.h"
+#include "tools/diagnosis/fit/AxisCircle.h"
+#include "tools/diagnosis/fit/CapturedPoint.h"
+#include "tools/diagnosis/fit/HeadAxes.h"
+#include "tools/diagnosis/fit/HeadFit.h"
 
 namespace qmv40::diagnosis {
 
 /// The input of a diagnosis: a capture that the component accepted, and the component's result.
 struct CaptureUnderTest {
-    CapturedSets sets;
+    fit::CapturedSets sets;
     double rotation = 0.0; ///< RequiredRotationAroundZ, degrees
     double centreWithin = thresholds::centreWithin;
     std::optional<model::Vector3> headCentre = std::nullopt;  ///< as the component computed it
@@ -29,7 +29,7 @@ struct Influence {
 };
 
 struct PointDiagnosis {
-    CirclePoint onCircle;
+    fit::CirclePoint onCircle;
     double offPlace;                    ///< from where its angles put it on the fitted head
     std::optional<Influence> influence; ///< none where too few points would be left
 };
@@ -44,27 +44,30 @@ struct SetWeights {
 
 /// The noise in one coordinate of a point, the same for both sets unless they surely differ.
 struct NoiseFigures {
-    PointNoise perSet;
+    fit::PointNoise perSet;
     /// Wider, for it was estimated from few observations: what is computed from it may be read like a known standard
     /// deviation, also far from the middle.
-    PointNoise widened;
+    fit::PointNoise widened;
     int degreesOfFreedom; ///< of both circles
     bool isUneven;
     SetWeights weights; ///< with which the head was fitted
 };
 
 struct Diagnosis {
-    AxisCircle aCircle;
-    AxisCircle bCircle;
+    fit::AxisCircle aCircle;
+    fit::AxisCircle bCircle;
     NoiseFigures noise;
-    HeadAxes axes;
-    HeadFit head;              ///< the second opinion, with what it takes for mistakes
+    fit::HeadAxes axes;
+    fit::HeadFit head;         ///< the second opinion, with what it takes for mistakes
     Rewriting rewriting;       ///< the capture read otherwise, which `head` then is of
     double rotationDifference; ///< the component's rotation less the fitted mounting angle, degrees, -180 to 180
     std::vector<PointDiagnosis> points;
     std::vector<Finding> findings; ///< the gravest first
 
     bool Has(Severity severity) const;
+    /// The standard deviation that the noise gives an unknown of the second opinion of this variance; widened.
+    double StandardDeviationByFit(double variance) const;
+    double MountingStandardDeviation() const; ///< degrees
 };
 
 /// Empty when a circle or the head cannot be fitted: the component refuses such points too, or squares of the numbers

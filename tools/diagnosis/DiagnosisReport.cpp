@@ -39,7 +39,7 @@ private:
 };
 
 void PrintPrecision(const Diagnosis& diagnosis, const text::Console& console) {
-    const HeadAxes& axes = diagnosis.axes;
+    const fit::HeadAxes& axes = diagnosis.axes;
     EstimateTable table;
     const char* const names[] = {"head centre X", "head centre Y", "head centre Z"};
     for (std::size_t i = 0; i < 3; ++i) {
@@ -55,7 +55,7 @@ void PrintPrecision(const Diagnosis& diagnosis, const text::Console& console) {
     console.out << console.Strong("How well they are known") << '\n';
     table.Print(console);
     console.out << "  from " << diagnosis.noise.degreesOfFreedom << " degrees of freedom: a point scatters by ";
-    const PointNoise& noise = diagnosis.noise.perSet;
+    const fit::PointNoise& noise = diagnosis.noise.perSet;
     if (diagnosis.noise.isUneven) {
         console.out << Micrometres(noise.aSet) << " um in the A set, " << Micrometres(noise.bSet)
                     << " um in the B set\n";
@@ -65,9 +65,9 @@ void PrintPrecision(const Diagnosis& diagnosis, const text::Console& console) {
 }
 
 void PrintSecondOpinion(const Diagnosis& diagnosis, const text::Console& console) {
-    const HeadFit& head = diagnosis.head;
+    const fit::HeadFit& head = diagnosis.head;
     EstimateTable table;
-    table.Add("rotation about Z", head.MountingDegrees(), head.MountingStandardDeviation(), "deg");
+    table.Add("rotation about Z", head.MountingDegrees(), diagnosis.MountingStandardDeviation(), "deg");
     table.Add("component's rotation differs by", diagnosis.rotationDifference, "deg");
     table.Add("pole sphere X", head.model.pole.x, "mm");
     table.Add("pole sphere Y", head.model.pole.y, "mm");
@@ -86,7 +86,7 @@ void PrintSecondOpinion(const Diagnosis& diagnosis, const text::Console& console
 /// All points of a capture made by hand; of a larger capture, those farthest from their places.
 std::vector<std::size_t> PointsToShow(const Diagnosis& diagnosis) {
     constexpr std::size_t most = 100, few = 20;
-    std::vector<std::size_t> points = PointRange(0, diagnosis.points.size());
+    std::vector<std::size_t> points = fit::PointRange(0, diagnosis.points.size());
     if (points.size() <= most) return points;
     std::ranges::partial_sort(points, points.begin() + few, std::ranges::greater(),
                               [&](std::size_t i) { return diagnosis.points[i].offPlace; });
@@ -135,7 +135,7 @@ std::string Red(const std::string& text, const text::Console& console) {
 
 text::Json VectorJson(const Vector3& v) { return {{"X", v.x}, {"Y", v.y}, {"Z", v.z}}; }
 
-text::Json EstimateJson(const Estimate& estimate) {
+text::Json EstimateJson(const fit::Estimate& estimate) {
     return {{"value", estimate.value}, {"standardDeviation", estimate.standardDeviation}};
 }
 
@@ -173,7 +173,7 @@ text::Json CapturedPointJson(const PointDiagnosis& point, const HeadAlignmentDat
     return document;
 }
 
-text::Json SetJson(const AxisCircle& circle, double noise, const Diagnosis& diagnosis, const CaptureFiles& files,
+text::Json SetJson(const fit::AxisCircle& circle, double noise, const Diagnosis& diagnosis, const CaptureFiles& files,
                    std::size_t first) {
     text::Json points = text::Json::Array();
     // More points would make a document too large to be useful.
@@ -191,9 +191,9 @@ text::Json SetJson(const AxisCircle& circle, double noise, const Diagnosis& diag
 }
 
 text::Json SecondOpinionJson(const Diagnosis& diagnosis) {
-    const HeadFit& head = diagnosis.head;
+    const fit::HeadFit& head = diagnosis.head;
     return {{"poleSphere", VectorJson(head.model.pole)},
-            {"mountingAngle", EstimateJson({head.MountingDegrees(), head.MountingStandardDeviation()})},
+            {"mountingAngle", EstimateJson({head.MountingDegrees(), diagnosis.MountingStandardDeviation()})},
             {"stylusTip", VectorJson(head.model.tip)},
             {"rotationDifference", diagnosis.rotationDifference},
             {"rms", head.Rms()},
@@ -246,7 +246,7 @@ text::Json FindingsJson(const std::vector<Finding>& findings, const CaptureFiles
 }
 
 text::Json DiagnosisJson(const Diagnosis& diagnosis, const CaptureFiles& files) {
-    const HeadAxes& axes = diagnosis.axes;
+    const fit::HeadAxes& axes = diagnosis.axes;
     text::Json document = FindingsJson(diagnosis.findings, files, diagnosis.head.model.tip);
     document["standardDeviations"] = {{"X", axes.headCentre[0].standardDeviation},
                                       {"Y", axes.headCentre[1].standardDeviation},
@@ -257,7 +257,7 @@ text::Json DiagnosisJson(const Diagnosis& diagnosis, const CaptureFiles& files) 
                         {"offVerticalTowardsX", EstimateJson(axes.offVerticalTowardsX)},
                         {"offVerticalTowardsY", EstimateJson(axes.offVerticalTowardsY)}};
     document["secondOpinion"] = SecondOpinionJson(diagnosis);
-    const PointNoise& noise = diagnosis.noise.perSet;
+    const fit::PointNoise& noise = diagnosis.noise.perSet;
     document["aAxis"] = SetJson(diagnosis.aCircle, noise.aSet, diagnosis, files, 0);
     document["bAxis"] = SetJson(diagnosis.bCircle, noise.bSet, diagnosis, files, diagnosis.aCircle.points.size());
     return document;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "tools/diagnosis/Capture.h"
-#include "tools/diagnosis/CapturedPoint.h"
 #include "tools/diagnosis/Finding.h"
+#include "tools/diagnosis/fit/CapturedPoint.h"
 #include "tools/model/Vector3.h"
 
 #include <span>

@@ -2,7 +2,7 @@
 
 #include "maths/RaisingGeometryErrors.h"
 #include "tools/component/ComponentError.h"
-#include "tools/diagnosis/AxisCircle.h"
+#include "tools/diagnosis/fit/AxisCircle.h"
 
 #include <algorithm>
 #include <cmath>
@@ -71,7 +71,7 @@ CircleFit FitCircle(const CMaPointArray& points) {
     Fitted(L"CMaCircle::Fit", L"Error Fitting points to a circle", [&] { circle.Fit(points, fitIterationLimit); });
     const auto distance = [&circle](const CMaVector& point) { return DistanceFromCircle(circle, point); };
     return {circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius(), ResidualsOf(points, distance),
-            ArcCovered(PolarAngles(circle, points))};
+            fit::ArcCovered(PolarAngles(circle, points))};
 }
 
 PlaneFit FitPlane(const CMaPointArray& points) {

@@ -7,17 +7,19 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-using Points = std::span<const CapturedPoint>;
-using Angle = double CapturedPoint::*;
+using Points = std::span<const fit::CapturedPoint>;
+using Angle = double fit::CapturedPoint::*;
 
 bool IsHeld(Points points, Angle angle) {
-    return std::ranges::all_of(points, [&](const CapturedPoint& point) { return point.*angle == points[0].*angle; });
+    return std::ranges::all_of(points,
+                               [&](const fit::CapturedPoint& point) { return point.*angle == points[0].*angle; });
 }
 
 /// The most frequent angle of the points; of several, the first.
 double CommonestOf(Points points, Angle angle) {
-    const auto count = [&](const CapturedPoint& point) {
-        return std::ranges::count(points, point.*angle, [angle](const CapturedPoint& each) { return each.*angle; });
+    const auto count = [&](const fit::CapturedPoint& point) {
+        return std::ranges::count(points, point.*angle,
+                                  [angle](const fit::CapturedPoint& each) { return each.*angle; });
     };
     return (*std::ranges::max_element(points, {}, count)).*angle;
 }
@@ -34,19 +36,19 @@ void AddPointsNotHeld(Points points, std::size_t offset, Angle angle, std::vecto
 
 } // namespace
 
-std::vector<Finding> JudgeHeldAngles(const CapturedSets& sets) {
+std::vector<Finding> JudgeHeldAngles(const fit::CapturedSets& sets) {
     const Points aSet = Points(sets.points).first(sets.aCount);
     const Points bSet = Points(sets.points).subspan(sets.aCount);
     const auto looksLike = [](Points points, Angle held, Angle turned) {
         return !points.empty() && IsHeld(points, held) && !IsHeld(points, turned);
     };
-    if (looksLike(aSet, &CapturedPoint::a, &CapturedPoint::b) &&
-        looksLike(bSet, &CapturedPoint::b, &CapturedPoint::a)) {
+    if (looksLike(aSet, &fit::CapturedPoint::a, &fit::CapturedPoint::b) &&
+        looksLike(bSet, &fit::CapturedPoint::b, &fit::CapturedPoint::a)) {
         return {{FindingKind::SetsExchanged, Severity::Fault, {}, 0.0, 0.0, std::nullopt}};
     }
     std::vector<Finding> findings;
-    AddPointsNotHeld(aSet, 0, &CapturedPoint::b, findings);
-    AddPointsNotHeld(bSet, sets.aCount, &CapturedPoint::a, findings);
+    AddPointsNotHeld(aSet, 0, &fit::CapturedPoint::b, findings);
+    AddPointsNotHeld(bSet, sets.aCount, &fit::CapturedPoint::a, findings);
     return findings;
 }
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "tools/diagnosis/CapturedPoint.h"
 #include "tools/diagnosis/Finding.h"
+#include "tools/diagnosis/fit/CapturedPoint.h"
 
 namespace qmv40::diagnosis {
 
 /// The findings that the angles alone give about a capture that the component refuses because an axis was not held: the
 /// sets are exchanged, or the held angle of these points differs from that of most points. Empty when each set holds
 /// one axis.
-std::vector<Finding> JudgeHeldAngles(const CapturedSets& sets);
+std::vector<Finding> JudgeHeldAngles(const fit::CapturedSets& sets);
 
 } // namespace qmv40::diagnosis

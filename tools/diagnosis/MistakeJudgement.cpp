@@ -8,7 +8,7 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-using ErrorKind = ModelError::Kind;
+using ErrorKind = fit::ModelError::Kind;
 using Name = FindingKind;
 using model::Vector3;
 
@@ -17,7 +17,7 @@ double OffSteps(double degrees) { return std::remainder(degrees, thresholds::ind
 
 class Mistake {
 public:
-    Mistake(const CaptureUnderTest& capture, const HeadModel& theModel, const ModelError& theError)
+    Mistake(const CaptureUnderTest& capture, const fit::HeadModel& theModel, const fit::ModelError& theError)
         : sets(capture.sets), model(theModel), error(theError), unlocking(capture.unlocking), count(sets.points.size()),
           distance(DistanceBy(sets, model, error)) {}
 
@@ -51,14 +51,14 @@ private:
         return IsOfASet() ? IsBetweenTheSets() : error.first == sets.aCount && error.last == count;
     }
     bool IsBetweenTheSets() const { return error.first == 0 && error.last == sets.aCount; }
-    std::vector<std::size_t> Points() const { return PointRange(error.first, error.last); }
+    std::vector<std::size_t> Points() const { return fit::PointRange(error.first, error.last); }
 
     /// True when the interval holds the points before a change.
     bool IsBefore() const { return error.first == 0 || (error.first == sets.aCount && error.last < count); }
     /// The points of the same set that were captured after the change.
     std::vector<std::size_t> PointsAfter() const {
         if (!IsBefore() || IsBetweenTheSets()) return Points();
-        return PointRange(error.last, error.last < sets.aCount ? sets.aCount : count);
+        return fit::PointRange(error.last, error.last < sets.aCount ? sets.aCount : count);
     }
     double Sign() const { return IsBefore() ? -1.0 : 1.0; }
 
@@ -68,8 +68,8 @@ private:
         return {Name::CapturedLocked, Severity::Fault, isOutside ? PointsOutside() : Points(), distance};
     }
     std::vector<std::size_t> PointsOutside() const {
-        std::vector<std::size_t> points = PointRange(0, error.first);
-        const std::vector<std::size_t> more = PointRange(error.last, count);
+        std::vector<std::size_t> points = fit::PointRange(0, error.first);
+        const std::vector<std::size_t> more = fit::PointRange(error.last, count);
         points.insert(points.end(), more.begin(), more.end());
         return points;
     }
@@ -153,9 +153,9 @@ private:
         return IsTurningAngle() ? Name::AngleMistyped : Name::OtherAxisMoved;
     }
 
-    const CapturedSets& sets;
-    const HeadModel& model;
-    const ModelError& error;
+    const fit::CapturedSets& sets;
+    const fit::HeadModel& model;
+    const fit::ModelError& error;
     Vector3 unlocking;
     std::size_t count;
     double distance;
@@ -163,8 +163,8 @@ private:
 
 } // namespace
 
-std::optional<Finding> JudgeMistake(const CaptureUnderTest& capture, const HeadModel& model, std::size_t index) {
-    const ModelError& error = model.errors[index];
+std::optional<Finding> JudgeMistake(const CaptureUnderTest& capture, const fit::HeadModel& model, std::size_t index) {
+    const fit::ModelError& error = model.errors[index];
     if (error.IsOfTheHead(capture.sets.points.size())) return std::nullopt;
     Finding finding = Mistake(capture, model, error).Judged();
     if (!error.isSwap) return finding;
@@ -175,7 +175,7 @@ std::optional<Finding> JudgeMistake(const CaptureUnderTest& capture, const HeadM
     return finding;
 }
 
-Finding JudgeRewriting(const Rewriting& rewriting, const HeadModel& model) {
+Finding JudgeRewriting(const Rewriting& rewriting, const fit::HeadModel& model) {
     const auto found = [](FindingKind kind) { return Finding{kind, Severity::Fault, {}}; };
     const double mounting = std::abs(model::Wrapped(model::ToDegrees(model.mounting)));
     Finding finding = found(Name::SwivelReversed);
@@ -217,9 +217,9 @@ Finding JudgeRewriting(const Rewriting& rewriting, const HeadModel& model) {
     return finding;
 }
 
-bool MistakesAreTooMany(const CapturedSets& sets, const HeadModel& model) {
+bool MistakesAreTooMany(const fit::CapturedSets& sets, const fit::HeadModel& model) {
     int runs = 0, all = 0;
-    for (const ModelError& error : model.errors) {
+    for (const fit::ModelError& error : model.errors) {
         if (error.IsOfTheHead(sets.points.size())) continue;
         const bool isRun = error.last - error.first > 1;
         const double least = isRun ? thresholds::leastMove : thresholds::leastWrongPlace;
@@ -230,14 +230,14 @@ bool MistakesAreTooMany(const CapturedSets& sets, const HeadModel& model) {
     return runs > 1 || all > 3;
 }
 
-double DistanceBy(const CapturedSets& sets, const HeadModel& model, const ModelError& error) {
-    HeadModel with = model;
-    HeadModel without = model;
+double DistanceBy(const fit::CapturedSets& sets, const fit::HeadModel& model, const fit::ModelError& error) {
+    fit::HeadModel with = model;
+    fit::HeadModel without = model;
     with.errors = {error};
     without.errors.clear();
     double farthest = 0.0;
     for (std::size_t i = error.first; i < error.last; ++i) {
-        const CapturedPoint& point = sets.points[i];
+        const fit::CapturedPoint& point = sets.points[i];
         farthest = std::max(farthest, model::SafeLength(with.Position(point, i) - without.Position(point, i)));
     }
     return farthest;

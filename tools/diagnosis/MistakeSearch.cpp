@@ -1,9 +1,9 @@
 #include "tools/diagnosis/MistakeSearch.h"
 
 #include "tools/diagnosis/Screening.h"
-#include "tools/diagnosis/Statistics.h"
 #include "tools/diagnosis/Thinning.h"
 #include "tools/diagnosis/Thresholds.h"
+#include "tools/diagnosis/fit/Statistics.h"
 #include "tools/model/Angles.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-using ErrorKind = ModelError::Kind;
+using ErrorKind = fit::ModelError::Kind;
 
 double SumAboveRounding(double sumOfSquares, std::size_t points) {
     return std::max(sumOfSquares, 3.0 * static_cast<double>(points) * thresholds::leastVariance);
@@ -29,7 +29,7 @@ double PValue(double sumBefore, double sumAfter, std::size_t unknowns, double de
     // An explanation without an unknown is compared like one with one unknown.
     const auto freedoms = static_cast<double>(std::max<std::size_t>(unknowns, 1));
     const double gain = (sumBefore - sumAfter) / freedoms;
-    return FTestUpperTail(gain / noise, freedoms, degreesOfFreedom) * candidates;
+    return fit::FTestUpperTail(gain / noise, freedoms, degreesOfFreedom) * candidates;
 }
 
 /// What an explanation leaves unexplained, with a penalty for its unknowns and for the number of places at which it
@@ -45,7 +45,7 @@ double Score(double sumOfSquares, std::size_t unknowns, double alternatives, std
 
 /// A candidate fitted to all points.
 struct Explained {
-    HeadFit fit;
+    fit::HeadFit fit;
     double score = std::numeric_limits<double>::infinity();
 };
 
@@ -55,7 +55,7 @@ constexpr double rare = 10.0;
 /// One round of the search.
 class Round {
 public:
-    Round(const CapturedSets& theSets, const HeadFit& theCurrent, const model::Vector3& theUnlocking)
+    Round(const fit::CapturedSets& theSets, const fit::HeadFit& theCurrent, const model::Vector3& theUnlocking)
         : sets(theSets), current(theCurrent), candidates(ScreenedCandidates(theSets, theCurrent, theUnlocking)) {
         AddHead();
         AddWholeSets();
@@ -63,7 +63,7 @@ public:
     }
 
     /// The current fit with the candidate that explains most; empty when chance could explain as much.
-    std::optional<HeadFit> Best() {
+    std::optional<fit::HeadFit> Best() {
         FitPromising();
         // The noise of machine and head is smaller, unless there is a reason.
         constexpr double usualNoise = 0.01;
@@ -73,25 +73,25 @@ public:
     }
 
 private:
-    HeadModel With(const ModelError& error) const {
-        HeadModel start = current.model;
+    fit::HeadModel With(const fit::ModelError& error) const {
+        fit::HeadModel start = current.model;
         start.errors.push_back(error);
         return start;
     }
-    void AddFitted(const std::vector<ModelError>& errors, double alternatives) {
-        HeadModel start = current.model;
+    void AddFitted(const std::vector<fit::ModelError>& errors, double alternatives) {
+        fit::HeadModel start = current.model;
         start.errors.insert(start.errors.end(), errors.begin(), errors.end());
         candidates.push_back({errors, 0.0, alternatives, std::move(start)});
     }
     bool IsKnown(ErrorKind kind) const {
-        return std::ranges::any_of(current.model.errors, [&](const ModelError& error) {
+        return std::ranges::any_of(current.model.errors, [&](const fit::ModelError& error) {
             return error.kind == kind && error.IsOfTheHead(sets.points.size());
         });
     }
 
     /// The three errors of the head: each one alone, and all together, because one can hide another.
     void AddHead() {
-        std::vector<ModelError> all;
+        std::vector<fit::ModelError> all;
         for (const ErrorKind kind : {ErrorKind::LeaningHead, ErrorKind::AxesNotSquare, ErrorKind::AxesApart}) {
             if (IsKnown(kind)) continue;
             all.push_back({kind, 0, sets.points.size(), {}});
@@ -109,7 +109,7 @@ private:
     }
 
     void Fit(const Candidate& candidate) {
-        HeadFit fit = FitHead(sets.points, candidate.start);
+        fit::HeadFit fit = fit::FitHead(sets.points, candidate.start);
         const std::size_t points = sets.points.size();
         const double pValue =
             PValue(current.sumOfSquares, fit.sumOfSquares, candidate.Unknowns(), fit.degreesOfFreedom, points, tried);
@@ -148,7 +148,7 @@ private:
             double least = std::numeric_limits<double>::infinity();
             for (std::size_t i = 1; i < changes.size(); i += stride) {
                 const double sum =
-                    FitHead(sets.points, With({kind, changes[i].first, changes[i].last, {}})).sumOfSquares;
+                    fit::FitHead(sets.points, With({kind, changes[i].first, changes[i].last, {}})).sumOfSquares;
                 if (sum >= least) continue;
                 least = sum;
                 nearest = i;
@@ -156,26 +156,26 @@ private:
             if (nearest == 0) continue;
             for (std::size_t i = nearest - std::min(stride - 1, nearest - 1);
                  i < std::min(nearest + stride, changes.size()); ++i) {
-                const ModelError error{kind, changes[i].first, changes[i].last, {}};
+                const fit::ModelError error{kind, changes[i].first, changes[i].last, {}};
                 Fit({{error}, 0.0, rare * static_cast<double>(changes.size()), With(error)});
             }
         }
     }
 
-    const CapturedSets& sets;
-    const HeadFit& current;
+    const fit::CapturedSets& sets;
+    const fit::HeadFit& current;
     std::vector<Candidate> candidates;
     double tried = 0.0;
     Explained best;
 };
 
 /// True when the remaining residuals are those of a machine's noise.
-bool IsNoise(const HeadFit& fit) { return std::sqrt(fit.NoiseVariance()) < thresholds::noiseCeiling; }
+bool IsNoise(const fit::HeadFit& fit) { return std::sqrt(fit.NoiseVariance()) < thresholds::noiseCeiling; }
 
 /// True when a head can be like the fitted one: no axis is where the other one should be.
-bool IsBelievable(const HeadModel& model, std::size_t points) {
+bool IsBelievable(const fit::HeadModel& model, std::size_t points) {
     constexpr double mostRadians = 0.1, mostOffset = 5.0;
-    return model.StylusHangs() && std::ranges::all_of(model.errors, [&](const ModelError& error) {
+    return model.StylusHangs() && std::ranges::all_of(model.errors, [&](const fit::ModelError& error) {
                const double most = error.kind == ErrorKind::AxesApart ? mostOffset : mostRadians;
                return !error.IsOfTheHead(points) || std::hypot(error.values[0], error.values[1]) < most;
            });
@@ -183,12 +183,12 @@ bool IsBelievable(const HeadModel& model, std::size_t points) {
 
 /// A rewriting is accepted when the head without errors then fits, far better than before and better than any other
 /// explanation.
-bool TryRewritings(const CapturedSets& sets, const model::Vector3& unlocking, HeadExplained& explained) {
+bool TryRewritings(const fit::CapturedSets& sets, const model::Vector3& unlocking, HeadExplained& explained) {
     const double written = explained.plain.NoiseVariance();
     if (IsNoise(explained.plain) && explained.plain.model.StylusHangs()) return false;
     const std::size_t points = sets.points.size();
-    const auto scoreOf = [&](const HeadFit& fit, double alternatives) {
-        std::size_t unknowns = fit.model.Unknowns() - HeadModel::ownUnknowns;
+    const auto scoreOf = [&](const fit::HeadFit& fit, double alternatives) {
+        std::size_t unknowns = fit.model.Unknowns() - fit::HeadModel::ownUnknowns;
         return Score(fit.sumOfSquares, unknowns, alternatives, points);
     };
     double best = IsBelievable(explained.fit.model, points) ? scoreOf(explained.fit, static_cast<double>(points))
@@ -196,11 +196,11 @@ bool TryRewritings(const CapturedSets& sets, const model::Vector3& unlocking, He
     bool isFound = false;
     const std::vector<Rewritten> all = AllRewritings(sets, unlocking);
     for (const Rewritten& each : all) {
-        HeadFit fit = FitHead(each.sets.points);
+        fit::HeadFit fit = fit::FitHead(each.sets.points);
         if (!IsNoise(fit) || !fit.model.StylusHangs()) continue;
         const double variance = std::max(fit.NoiseVariance(), thresholds::leastVariance);
-        const bool isFarBetter = FTestUpperTail(written / variance, explained.plain.degreesOfFreedom,
-                                                fit.degreesOfFreedom) < thresholds::falseAlarmRate;
+        const bool isFarBetter = fit::FTestUpperTail(written / variance, explained.plain.degreesOfFreedom,
+                                                     fit.degreesOfFreedom) < thresholds::falseAlarmRate;
         if (!isFarBetter && explained.plain.model.StylusHangs()) continue;
         const double score = scoreOf(fit, static_cast<double>(all.size()));
         if (score >= best) continue;
@@ -212,14 +212,14 @@ bool TryRewritings(const CapturedSets& sets, const model::Vector3& unlocking, He
     return isFound;
 }
 
-HeadExplained ExplainAll(const CapturedSets& sets, const model::Vector3& unlocking) {
+HeadExplained ExplainAll(const fit::CapturedSets& sets, const model::Vector3& unlocking) {
     // Three errors of the head and three mistakes. A capture with more mistakes is to be repeated.
     constexpr int mostRounds = 6;
     HeadExplained explained;
-    explained.plain = FitHead(sets.points);
+    explained.plain = fit::FitHead(sets.points);
     explained.fit = explained.plain;
     for (int i = 0; i < mostRounds; ++i) {
-        std::optional<HeadFit> better = Round(sets, explained.fit, unlocking).Best();
+        std::optional<fit::HeadFit> better = Round(sets, explained.fit, unlocking).Best();
         if (!better) break;
         explained.fit = std::move(*better);
     }
@@ -229,7 +229,7 @@ HeadExplained ExplainAll(const CapturedSets& sets, const model::Vector3& unlocki
 
 } // namespace
 
-HeadExplained ExplainHead(const CapturedSets& sets, const model::Vector3& unlocking) {
+HeadExplained ExplainHead(const fit::CapturedSets& sets, const model::Vector3& unlocking) {
     const Thinning thinning(sets);
     if (!thinning.IsThinned()) return ExplainAll(sets, unlocking);
     return thinning.OfAll(ExplainAll(thinning.Thinned(), unlocking));

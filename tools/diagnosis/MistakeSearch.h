@@ -1,14 +1,14 @@
 #pragma once
 
-#include "tools/diagnosis/HeadFit.h"
 #include "tools/diagnosis/Rewriting.h"
+#include "tools/diagnosis/fit/HeadFit.h"
 
 namespace qmv40::diagnosis {
 
 /// The whole head fitted to a capture, with the mistakes that explain its points.
 struct HeadExplained {
-    HeadFit plain;       ///< seven unknowns, without errors
-    HeadFit fit;         ///< with the errors in the order in which they were found; equal to `plain` without errors
+    fit::HeadFit plain;  ///< seven unknowns, without errors
+    fit::HeadFit fit;    ///< with the errors in the order in which they were found; equal to `plain` without errors
     Rewriting rewriting; ///< of whole columns, if any; `fit` is then that of the rewritten capture
 };
 
@@ -30,6 +30,6 @@ struct HeadExplained {
 /// Of a capture of many points a part is searched, and its findings are extended to all points, so that the time is
 /// proportional to their number. `unlocking`: the shift that was subtracted from the points to bring them to the locked
 /// position.
-HeadExplained ExplainHead(const CapturedSets& sets, const model::Vector3& unlocking);
+HeadExplained ExplainHead(const fit::CapturedSets& sets, const model::Vector3& unlocking);
 
 } // namespace qmv40::diagnosis

@@ -15,7 +15,7 @@ bool Concerns(Sets sets, bool isOfASet) { return sets == Sets::Both || (sets == 
 /// Collects the rewritings.
 class Rewriter {
 public:
-    Rewriter(const CapturedSets& theSets, const Vector3& theUnlocking) : sets(theSets), unlocking(theUnlocking) {}
+    Rewriter(const fit::CapturedSets& theSets, const Vector3& theUnlocking) : sets(theSets), unlocking(theUnlocking) {}
 
     std::vector<Rewritten> All() {
         Angles();
@@ -35,20 +35,21 @@ private:
     }
     /// `change` changes the positions as they were read.
     template <typename Change> void AddReading(const Rewriting& rewriting, Change&& change) {
-        Add(rewriting, [&](CapturedPoint& point) { point.position = change(point.position + unlocking) - unlocking; });
+        Add(rewriting,
+            [&](fit::CapturedPoint& point) { point.position = change(point.position + unlocking) - unlocking; });
     }
 
     void Angles() {
-        Add({Rewriting::Kind::SetsExchanged}, [](CapturedPoint& point) { std::swap(point.a, point.b); });
+        Add({Rewriting::Kind::SetsExchanged}, [](fit::CapturedPoint& point) { std::swap(point.a, point.b); });
         for (const Sets which : {Sets::Both, Sets::BSet}) {
-            Add({Rewriting::Kind::SwivelReversed, which}, [](CapturedPoint& point) { point.b = -point.b; });
+            Add({Rewriting::Kind::SwivelReversed, which}, [](fit::CapturedPoint& point) { point.b = -point.b; });
         }
-        Add({Rewriting::Kind::TiltReversed}, [](CapturedPoint& point) { point.a = 90.0 - point.a; });
-        Add({Rewriting::Kind::TiltReversed, Sets::ASet}, [](CapturedPoint& point) { point.a = -point.a; });
+        Add({Rewriting::Kind::TiltReversed}, [](fit::CapturedPoint& point) { point.a = 90.0 - point.a; });
+        Add({Rewriting::Kind::TiltReversed, Sets::ASet}, [](fit::CapturedPoint& point) { point.a = -point.a; });
         const auto [least, most] =
-            std::ranges::minmax(std::span(sets.points).first(sets.aCount), {}, &CapturedPoint::a);
+            std::ranges::minmax(std::span(sets.points).first(sets.aCount), {}, &fit::CapturedPoint::a);
         const double sum = least.a + most.a;
-        Add({Rewriting::Kind::TiltReversed, Sets::ASet}, [sum](CapturedPoint& point) { point.a = sum - point.a; });
+        Add({Rewriting::Kind::TiltReversed, Sets::ASet}, [sum](fit::CapturedPoint& point) { point.a = sum - point.a; });
     }
 
     void Coordinates(Sets which) {
@@ -98,14 +99,14 @@ private:
         }
     }
 
-    const CapturedSets& sets;
+    const fit::CapturedSets& sets;
     Vector3 unlocking;
     std::vector<Rewritten> all;
 };
 
 } // namespace
 
-std::vector<Rewritten> AllRewritings(const CapturedSets& sets, const Vector3& unlocking) {
+std::vector<Rewritten> AllRewritings(const fit::CapturedSets& sets, const Vector3& unlocking) {
     return Rewriter(sets, unlocking).All();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/diagnosis/CapturedPoint.h"
+#include "tools/diagnosis/fit/CapturedPoint.h"
 
 #include <vector>
 
@@ -31,11 +31,11 @@ struct Rewriting {
 /// A capture with its columns rewritten.
 struct Rewritten {
     Rewriting rewriting;
-    CapturedSets sets;
+    fit::CapturedSets sets;
 };
 
 /// All rewritings to be tried. `unlocking`: the shift that was subtracted from the points to bring them to the locked
 /// position.
-std::vector<Rewritten> AllRewritings(const CapturedSets& sets, const model::Vector3& unlocking);
+std::vector<Rewritten> AllRewritings(const fit::CapturedSets& sets, const model::Vector3& unlocking);
 
 } // namespace qmv40::diagnosis

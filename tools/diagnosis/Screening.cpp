@@ -11,7 +11,7 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-using ErrorKind = ModelError::Kind;
+using ErrorKind = fit::ModelError::Kind;
 
 /// Trial angles, degrees: the index positions of the head.
 constexpr int trials = static_cast<int>(360.0 / thresholds::indexStep);
@@ -27,10 +27,10 @@ double LowestOf(double before, double here, double after) {
 
 /// The points without the errors found so far. The remaining residuals are to be explained by the head or by further
 /// errors.
-std::vector<CapturedPoint> Corrected(std::span<const CapturedPoint> points, const HeadModel& model) {
-    std::vector<CapturedPoint> corrected(points.begin(), points.end());
+std::vector<fit::CapturedPoint> Corrected(std::span<const fit::CapturedPoint> points, const fit::HeadModel& model) {
+    std::vector<fit::CapturedPoint> corrected(points.begin(), points.end());
     if (model.errors.empty()) return corrected;
-    HeadModel plain = model;
+    fit::HeadModel plain = model;
     plain.errors.clear();
     for (std::size_t i = 0; i < points.size(); ++i) {
         const model::Vector3 error = model.Position(points[i], i) - plain.Position(points[i], i);
@@ -41,14 +41,14 @@ std::vector<CapturedPoint> Corrected(std::span<const CapturedPoint> points, cons
 
 class Screen {
 public:
-    Screen(const CapturedSets& theSets, const HeadFit& theCurrent, const model::Vector3& theUnlocking)
+    Screen(const fit::CapturedSets& theSets, const fit::HeadFit& theCurrent, const model::Vector3& theUnlocking)
         : sets(theSets), current(theCurrent), unlocking(theUnlocking), points(Corrected(sets.points, current.model)),
-          mean(MeanPosition(points)), running(1) {
+          mean(fit::MeanPosition(points)), running(1) {
         // Relative to the mean of the points, so that the sums do not lose digits.
-        for (CapturedPoint& point : points) {
+        for (fit::CapturedPoint& point : points) {
             point.position = point.position - mean;
-            HeadSums next = running.back();
-            next += HeadSums(point, 0.0, 0.0);
+            fit::HeadSums next = running.back();
+            next += fit::HeadSums(point, 0.0, 0.0);
             running.push_back(next);
         }
     }
@@ -67,24 +67,24 @@ public:
     }
 
 private:
-    HeadSums Sums(const Interval& run) const {
-        HeadSums sums = running[run.last];
+    fit::HeadSums Sums(const Interval& run) const {
+        fit::HeadSums sums = running[run.last];
         sums -= running[run.first];
         return sums;
     }
-    HeadSums Rest(const HeadSums& run) const {
-        HeadSums rest = running.back();
+    fit::HeadSums Rest(const fit::HeadSums& run) const {
+        fit::HeadSums rest = running.back();
         rest -= run;
         return rest;
     }
-    static double SumOfSquares(HeadSums rest, const HeadSums& changed) {
+    static double SumOfSquares(fit::HeadSums rest, const fit::HeadSums& changed) {
         rest += changed;
-        return BestHead({&rest, 1}).sumOfSquares;
+        return fit::BestHead({&rest, 1}).sumOfSquares;
     }
 
-    void Add(std::vector<ModelError> errors, std::span<const HeadSums> groups, double alternatives) {
+    void Add(std::vector<fit::ModelError> errors, std::span<const fit::HeadSums> groups, double alternatives) {
         Candidate candidate{std::move(errors), 0.0, alternatives, {}};
-        const BestHeadResult best = BestHead(groups);
+        const fit::BestHeadResult best = fit::BestHead(groups);
         candidate.likelySum = best.sumOfSquares;
         candidate.start = best.model;
         candidate.start.pole = candidate.start.pole + mean;
@@ -92,7 +92,8 @@ private:
         candidate.start.errors.insert(candidate.start.errors.end(), candidate.errors.begin(), candidate.errors.end());
         candidates.push_back(std::move(candidate));
     }
-    void AddOne(std::vector<ModelError> errors, HeadSums rest, const HeadSums& changed, double alternatives) {
+    void AddOne(std::vector<fit::ModelError> errors, fit::HeadSums rest, const fit::HeadSums& changed,
+                double alternatives) {
         rest += changed;
         Add(std::move(errors), {&rest, 1}, alternatives);
     }
@@ -102,7 +103,7 @@ private:
         for (std::size_t i = set.first; i < set.last; ++i) {
             TryAngles({i, i + 1}, alternatives);
             TryLocked({i, i + 1}, alternatives);
-            const HeadSums rest = Rest(Sums({i, i + 1}));
+            const fit::HeadSums rest = Rest(Sums({i, i + 1}));
             Add({{ErrorKind::Place, i, i + 1, {}}}, {&rest, 1}, alternatives);
         }
     }
@@ -120,7 +121,7 @@ private:
         TryAngle(ErrorKind::SwivelAngle, run, alternatives);
     }
 
-    static HeadSums Turned(ErrorKind kind, const HeadSums& sums, double angle) {
+    static fit::HeadSums Turned(ErrorKind kind, const fit::HeadSums& sums, double angle) {
         return kind == ErrorKind::TiltAngle ? sums.Tilted(angle) : sums.Swivelled(angle);
     }
 
@@ -135,15 +136,15 @@ private:
 
     /// The run with another angle: by whole index steps, and by any angle.
     void TryAngle(ErrorKind kind, const Interval& run, double alternatives) {
-        const HeadSums own = Sums(run), rest = Rest(own);
+        const fit::HeadSums own = Sums(run), rest = Rest(own);
         const auto sumAt = [&](double angle) { return SumOfSquares(rest, Turned(kind, own, angle)); };
         std::array<double, trials> sums{};
         for (int trial = 0; trial < trials; ++trial) sums[static_cast<std::size_t>(trial)] = sumAt(TrialAngle(trial));
         const auto steps = std::min_element(sums.begin() + 1, sums.end()) - sums.begin();
-        ModelError bySteps{kind,
-                           run.first,
-                           run.last,
-                           {model::ToRadians(model::Wrapped(thresholds::indexStep * static_cast<double>(steps)))}};
+        fit::ModelError bySteps{kind,
+                                run.first,
+                                run.last,
+                                {model::ToRadians(model::Wrapped(thresholds::indexStep * static_cast<double>(steps)))}};
         bySteps.isFixed = true;
         AddOne({bySteps}, rest, Turned(kind, own, bySteps.values[0]), Rarity(kind, run) * alternatives);
 
@@ -163,14 +164,14 @@ private:
     }
 
     /// The points were captured locked: they are off by the shift of unlocking, which was subtracted.
-    static ModelError Locked(const Interval& run, const model::Vector3& shift) {
-        ModelError error{ErrorKind::Place, run.first, run.last, {-shift.x, -shift.y, -shift.z}};
+    static fit::ModelError Locked(const Interval& run, const model::Vector3& shift) {
+        fit::ModelError error{ErrorKind::Place, run.first, run.last, {-shift.x, -shift.y, -shift.z}};
         error.isFixed = true;
         return error;
     }
     void TryLocked(const Interval& run, double alternatives) {
         if (model::SafeLength(unlocking) == 0.0) return;
-        const HeadSums own = Sums(run);
+        const fit::HeadSums own = Sums(run);
         AddOne({Locked(run, unlocking)}, Rest(own), own.Shifted(unlocking), alternatives);
     }
 
@@ -183,7 +184,7 @@ private:
         for (std::size_t i = set.first; i < set.last; ++i) {
             for (std::size_t j = i + 2; j <= set.last; ++j) {
                 if (j - i == count) continue;
-                const HeadSums own = Sums({i, j});
+                const fit::HeadSums own = Sums({i, j});
                 const double sum = SumOfSquares(Rest(own), own.Shifted(unlocking));
                 if (sum >= least) continue;
                 least = sum;
@@ -204,11 +205,11 @@ private:
         for (std::size_t i = set.first; i < set.last; ++i) {
             for (std::size_t j = i + 1; j < set.last; ++j) {
                 if (TurnedAngle(i) == TurnedAngle(j)) continue;
-                HeadSums rest = Rest(Sums({i, i + 1}));
+                fit::HeadSums rest = Rest(Sums({i, i + 1}));
                 rest -= Sums({j, j + 1});
                 rest += SumsWithAngleOf(kind, i, j);
                 rest += SumsWithAngleOf(kind, j, i);
-                const BestHeadResult head = BestHead({&rest, 1});
+                const fit::BestHeadResult head = fit::BestHead({&rest, 1});
                 // When the positions are evenly spaced, swapping other points fits as well for a stylus that points
                 // sideways.
                 if (!head.model.StylusHangs() || head.sumOfSquares >= least) continue;
@@ -221,17 +222,17 @@ private:
     double Difference(std::size_t from, std::size_t to) const {
         return model::ToRadians(TurnedAngle(to) - TurnedAngle(from));
     }
-    HeadSums SumsWithAngleOf(ErrorKind kind, std::size_t i, std::size_t other) const {
+    fit::HeadSums SumsWithAngleOf(ErrorKind kind, std::size_t i, std::size_t other) const {
         return Turned(kind, Sums({i, i + 1}), Difference(i, other));
     }
     void AddSwap(ErrorKind kind, const Interval& pair, double alternatives) {
-        std::vector<ModelError> errors;
+        std::vector<fit::ModelError> errors;
         for (const auto& [i, other] : {std::pair{pair.first, pair.last}, std::pair{pair.last, pair.first}}) {
-            ModelError error{kind, i, i + 1, {Difference(i, other)}};
+            fit::ModelError error{kind, i, i + 1, {Difference(i, other)}};
             error.isFixed = error.isSwap = true;
             errors.push_back(error);
         }
-        HeadSums sums = Rest(Sums({pair.first, pair.first + 1}));
+        fit::HeadSums sums = Rest(Sums({pair.first, pair.first + 1}));
         sums -= Sums({pair.last, pair.last + 1});
         sums += SumsWithAngleOf(kind, pair.first, pair.last);
         AddOne(std::move(errors), sums, SumsWithAngleOf(kind, pair.last, pair.first), alternatives);
@@ -247,19 +248,19 @@ private:
         Interval best{};
         for (std::size_t i = 0; i < count; ++i) {
             for (std::size_t j = i + 1; j < count; ++j) {
-                const HeadSums rest = Without(i, j);
-                const double sum = BestHead({&rest, 1}).sumOfSquares;
+                const fit::HeadSums rest = Without(i, j);
+                const double sum = fit::BestHead({&rest, 1}).sumOfSquares;
                 if (sum >= least) continue;
                 least = sum;
                 best = {i, j};
             }
         }
-        const HeadSums rest = Without(best.first, best.last);
+        const fit::HeadSums rest = Without(best.first, best.last);
         Add({{ErrorKind::Place, best.first, best.first + 1, {}}, {ErrorKind::Place, best.last, best.last + 1, {}}},
             {&rest, 1}, 0.5 * static_cast<double>(count * count));
     }
-    HeadSums Without(std::size_t i, std::size_t j) const {
-        HeadSums rest = Rest(Sums({i, i + 1}));
+    fit::HeadSums Without(std::size_t i, std::size_t j) const {
+        fit::HeadSums rest = Rest(Sums({i, i + 1}));
         rest -= Sums({j, j + 1});
         return rest;
     }
@@ -270,8 +271,8 @@ private:
         for (const Interval& run : changes) {
             const bool isWholeSet = run.first == 0 && run.last == sets.aCount;
             const double alternatives = isWholeSet ? 1.0 : static_cast<double>(changes.size());
-            const HeadSums own = Sums(run);
-            const HeadSums groups[] = {Rest(own), own};
+            const fit::HeadSums own = Sums(run);
+            const fit::HeadSums groups[] = {Rest(own), own};
             Add({{ErrorKind::Place, run.first, run.last, {}}}, groups, alternatives);
             TryLockedOutside(run, alternatives);
         }
@@ -279,16 +280,16 @@ private:
     /// All other points were captured locked, which equals these points being off in the opposite direction.
     void TryLockedOutside(const Interval& run, double alternatives) {
         if (model::SafeLength(unlocking) == 0.0) return;
-        const HeadSums own = Sums(run);
+        const fit::HeadSums own = Sums(run);
         AddOne({Locked(run, -unlocking)}, Rest(own), own.Shifted(-unlocking), alternatives);
     }
 
-    const CapturedSets& sets;
-    const HeadFit& current;
+    const fit::CapturedSets& sets;
+    const fit::HeadFit& current;
     model::Vector3 unlocking;
-    std::vector<CapturedPoint> points;
+    std::vector<fit::CapturedPoint> points;
     model::Vector3 mean;
-    std::vector<HeadSums> running; ///< of the first points, none to all of them
+    std::vector<fit::HeadSums> running; ///< of the first points, none to all of them
     std::vector<Candidate> candidates;
 };
 
@@ -296,15 +297,15 @@ private:
 
 std::size_t Candidate::Unknowns() const {
     return std::accumulate(errors.begin(), errors.end(), std::size_t{0},
-                           [](std::size_t sum, const ModelError& each) { return sum + each.Unknowns(); });
+                           [](std::size_t sum, const fit::ModelError& each) { return sum + each.Unknowns(); });
 }
 
-std::vector<Candidate> ScreenedCandidates(const CapturedSets& sets, const HeadFit& current,
+std::vector<Candidate> ScreenedCandidates(const fit::CapturedSets& sets, const fit::HeadFit& current,
                                           const model::Vector3& unlocking) {
     return Screen(sets, current, unlocking).All();
 }
 
-std::vector<Interval> ChangesBetweenPoints(const CapturedSets& sets) {
+std::vector<Interval> ChangesBetweenPoints(const fit::CapturedSets& sets) {
     const std::size_t a = sets.aCount, count = sets.points.size();
     std::vector<Interval> changes{{0, a}};
     for (std::size_t i = 2; i < a; ++i) changes.push_back({0, i});         // in the A set, and the B set after it

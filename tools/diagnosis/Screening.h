@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/diagnosis/HeadFit.h"
-#include "tools/diagnosis/HeadSums.h"
+#include "tools/diagnosis/fit/HeadFit.h"
+#include "tools/diagnosis/fit/HeadSums.h"
 
 #include <array>
 #include <span>
@@ -11,10 +11,10 @@ namespace qmv40::diagnosis {
 
 /// An explanation to be tried: errors to be added to a model, and the sum of squares that they probably leave.
 struct Candidate {
-    std::vector<ModelError> errors;
+    std::vector<fit::ModelError> errors;
     double likelySum = 0.0;  ///< of squares
     double alternatives = 1; ///< among how many of its kind it was chosen
-    HeadModel start;         ///< the best head with it
+    fit::HeadModel start;    ///< the best head with it
 
     std::size_t Unknowns() const;
 };
@@ -22,7 +22,7 @@ struct Candidate {
 /// The candidates whose sum of squares follows from sums of the points, so that each takes constant time: wrong angles,
 /// points off their places, everything moved from one point on, locked points. `current`: what was found so far.
 /// `unlocking`: see ExplainHead.
-std::vector<Candidate> ScreenedCandidates(const CapturedSets& sets, const HeadFit& current,
+std::vector<Candidate> ScreenedCandidates(const fit::CapturedSets& sets, const fit::HeadFit& current,
                                           const model::Vector3& unlocking);
 
 /// The intervals of points that a change between two points can concern, when it happens once and lasts, and either set
@@ -30,6 +30,6 @@ std::vector<Candidate> ScreenedCandidates(const CapturedSets& sets, const HeadFi
 struct Interval {
     std::size_t first, last;
 };
-std::vector<Interval> ChangesBetweenPoints(const CapturedSets& sets);
+std::vector<Interval> ChangesBetweenPoints(const fit::CapturedSets& sets);
 
 } // namespace qmv40::diagnosis

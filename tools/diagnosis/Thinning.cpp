@@ -20,21 +20,21 @@ void KeepEvenly(std::size_t first, std::size_t last, std::vector<std::size_t>& k
     }
 }
 
-double Misfit(const HeadModel& model, const CapturedPoint& point, std::size_t index) {
+double Misfit(const fit::HeadModel& model, const fit::CapturedPoint& point, std::size_t index) {
     const model::Vector3 off = point.position - model.Position(point, index);
     return point.weight * model::Dot(off, off);
 }
 
 } // namespace
 
-Thinning::Thinning(const CapturedSets& theSets) : sets(theSets) {
+Thinning::Thinning(const fit::CapturedSets& theSets) : sets(theSets) {
     KeepEvenly(0, sets.aCount, kept);
     keptOfASet = kept.size();
     KeepEvenly(sets.aCount, sets.points.size(), kept);
 }
 
-CapturedSets Thinning::Thinned() const {
-    CapturedSets thinned;
+fit::CapturedSets Thinning::Thinned() const {
+    fit::CapturedSets thinned;
     for (const std::size_t index : kept) thinned.points.push_back(sets.points[index]);
     thinned.aCount = keptOfASet;
     return thinned;
@@ -43,21 +43,21 @@ CapturedSets Thinning::Thinned() const {
 HeadExplained Thinning::OfAll(HeadExplained ofPart) const {
     HeadExplained all;
     all.rewriting = ofPart.rewriting;
-    all.plain = FitHead(sets.points, ofPart.plain.model);
+    all.plain = fit::FitHead(sets.points, ofPart.plain.model);
     if (all.rewriting.kind != Rewriting::Kind::None) {
         all.fit = std::move(ofPart.fit);
         return all;
     }
-    HeadFit fit;
+    fit::HeadFit fit;
     fit.model = ofPart.fit.model;
-    for (ModelError& error : fit.model.errors) error = OfAll(error, ofPart.fit.model);
+    for (fit::ModelError& error : fit.model.errors) error = OfAll(error, ofPart.fit.model);
     AddPointsOff(fit);
-    all.fit = FitHead(sets.points, fit.model);
+    all.fit = fit::FitHead(sets.points, fit.model);
     return all;
 }
 
-ModelError Thinning::OfAll(const ModelError& error, const HeadModel& model) const {
-    ModelError ofAll = error;
+fit::ModelError Thinning::OfAll(const fit::ModelError& error, const fit::HeadModel& model) const {
+    fit::ModelError ofAll = error;
     ofAll.first = error.first == 0 ? 0 : kept[error.first];
     ofAll.last = error.last == kept.size() ? sets.points.size() : kept[error.last - 1] + 1;
     const bool isSingle = error.last - error.first == 1;
@@ -73,11 +73,12 @@ ModelError Thinning::OfAll(const ModelError& error, const HeadModel& model) cons
 }
 
 /// The best end of the error's interval, between the point of the part before `end` and the one at it.
-std::size_t Thinning::BestEnd(std::size_t end, const ModelError& error, bool isFirst, const HeadModel& model) const {
-    HeadModel with = model, without = model;
+std::size_t Thinning::BestEnd(std::size_t end, const fit::ModelError& error, bool isFirst,
+                              const fit::HeadModel& model) const {
+    fit::HeadModel with = model, without = model;
     std::erase_if(with.errors,
-                  [&](const ModelError& each) { return each.kind != error.kind || each.first != error.first; });
-    for (ModelError& each : with.errors) each.first = 0, each.last = sets.points.size();
+                  [&](const fit::ModelError& each) { return each.kind != error.kind || each.first != error.first; });
+    for (fit::ModelError& each : with.errors) each.first = 0, each.last = sets.points.size();
     without.errors.clear();
     // The gain of leaving out the error for the points from here to the next one of the part, summed from the left.
     double sum = 0.0, least = 0.0;
@@ -92,7 +93,7 @@ std::size_t Thinning::BestEnd(std::size_t end, const ModelError& error, bool isF
     return best;
 }
 
-void Thinning::AddPointsOff(HeadFit& fit) const {
+void Thinning::AddPointsOff(fit::HeadFit& fit) const {
     // In standard deviations: far more than the largest deviation of a million points by noise.
     constexpr double farOff = 8.0;
     constexpr std::size_t most = 8;
@@ -101,7 +102,7 @@ void Thinning::AddPointsOff(HeadFit& fit) const {
     const double variance = std::max(sum / (3.0 * static_cast<double>(kept.size())), thresholds::leastVariance);
     for (std::size_t i = 0; i < sets.points.size() && fit.model.errors.size() < most; ++i) {
         if (Misfit(fit.model, sets.points[i], i) > farOff * farOff * variance) {
-            fit.model.errors.push_back({ModelError::Kind::Place, i, i + 1, {}});
+            fit.model.errors.push_back({fit::ModelError::Kind::Place, i, i + 1, {}});
         }
     }
 }

@@ -1,6 +1,6 @@
 #include "tools/record/CapturePicture.h"
 
-#include "tools/diagnosis/AxisCircle.h"
+#include "tools/diagnosis/fit/AxisCircle.h"
 #include "tools/model/Angles.h"
 #include "tools/text/Numbers.h"
 #include "tools/view/Svg.h"
@@ -87,7 +87,7 @@ public:
           last(isOfASet ? capture.sets.aCount : capture.sets.points.size()), middle{isOfASet ? 0.5 * panelWidth
                                                                                              : 1.5 * panelWidth,
                                                                                     circleMiddle} {
-        const auto circle = diagnosis::FitAxisCircle(PointsOfTheCircle());
+        const auto circle = diagnosis::fit::FitAxisCircle(PointsOfTheCircle());
         if (!circle) return;
         isCircle = true;
         Look(*circle);
@@ -116,7 +116,7 @@ private:
     }
 
     /// Turns the circle so that up is machine Z, or machine Y for what is seen from above.
-    void Look(const diagnosis::AxisCircle& circle) {
+    void Look(const diagnosis::fit::AxisCircle& circle) {
         constexpr double steep = 0.7;
         isFromAbove = std::abs(circle.normal.z) > steep;
         const Vector3 normal = isFromAbove && circle.normal.z < 0.0 ? -circle.normal : circle.normal;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/diagnosis/CapturedPoint.h"
 #include "tools/diagnosis/FindingMessage.h"
+#include "tools/diagnosis/fit/CapturedPoint.h"
 #include "tools/text/OutputFile.h"
 
 #include <string>
@@ -11,7 +11,7 @@ namespace qmv40::record {
 
 /// A capture that is drawn: both sets, brought to the locked position, and what was found in them.
 struct PicturedCapture {
-    const diagnosis::CapturedSets& sets;
+    const diagnosis::fit::CapturedSets& sets;
     const diagnosis::CaptureFiles& files;
     const std::vector<diagnosis::Finding>& findings;
 };

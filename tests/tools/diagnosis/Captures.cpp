@@ -36,8 +36,8 @@ SimulatedHead SomeSimulatedHead() {
     return head;
 }
 
-diagnosis::CapturedSets SetsOf(const Items& aSet, const Items& bSet) {
-    diagnosis::CapturedSets sets;
+diagnosis::fit::CapturedSets SetsOf(const Items& aSet, const Items& bSet) {
+    diagnosis::fit::CapturedSets sets;
     for (const Items* const set : {&aSet, &bSet}) {
         for (const HeadAlignmentDataItem& item : *set) {
             sets.points.push_back({item.APosition, item.BPosition, {item.XPosition, item.YPosition, item.ZPosition}});

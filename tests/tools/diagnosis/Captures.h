@@ -15,7 +15,7 @@ using Items = std::vector<HeadAlignmentDataItem>;
 SimulatedHead SomeSimulatedHead();
 
 /// As they were captured, not brought to the locked position.
-diagnosis::CapturedSets SetsOf(const Items& aSet, const Items& bSet);
+diagnosis::fit::CapturedSets SetsOf(const Items& aSet, const Items& bSet);
 
 /// Brought to the locked position by the component, with the rotation that it finds. The settings are none.
 diagnosis::CaptureUnderTest UnderTest(const Items& aSet, const Items& bSet);

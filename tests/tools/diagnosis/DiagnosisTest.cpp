@@ -190,17 +190,17 @@ struct RealHead {
     diagnosis::Diagnosis Captured(std::uint64_t seed) const {
         std::mt19937_64 generator(seed);
         std::uniform_real_distribution<double> anywhere(-1.0, 1.0);
-        diagnosis::HeadModel model;
+        diagnosis::fit::HeadModel model;
         model.pole = {100.0 * anywhere(generator), 100.0 * anywhere(generator), -500.0};
         model.mounting = model::ToRadians(3.0 * anywhere(generator));
         model.tip = {anywhere(generator), anywhere(generator), -150.0 + 80.0 * anywhere(generator)};
         const double direction = 3.0 * anywhere(generator);
-        model.errors = {{diagnosis::ModelError::Kind::LeaningHead,
+        model.errors = {{diagnosis::fit::ModelError::Kind::LeaningHead,
                          0,
                          99,
                          {model::ToRadians(lean) * std::cos(direction), model::ToRadians(lean) * std::sin(direction)}},
-                        {diagnosis::ModelError::Kind::AxesNotSquare, 0, 99, {model::ToRadians(squareness)}},
-                        {diagnosis::ModelError::Kind::AxesApart, 0, 99, {axisOffset}}};
+                        {diagnosis::fit::ModelError::Kind::AxesNotSquare, 0, 99, {model::ToRadians(squareness)}},
+                        {diagnosis::fit::ModelError::Kind::AxesApart, 0, 99, {axisOffset}}};
         std::map<double, double> tilts, swivels;
         std::normal_distribution<double> normal(0.0, 1.0);
         const auto captured = [&](Items items) {
@@ -280,7 +280,7 @@ TEST(Diagnosis, CallsPointsThatFollowNoHeadAContradiction) {
 
 TEST(Diagnosis, IsMissingForPointsThatFormNoCircle) {
     diagnosis::CaptureUnderTest test{SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75))};
-    for (diagnosis::CapturedPoint& point : test.sets.points) point.position = {1.0, 2.0, 3.0};
+    for (diagnosis::fit::CapturedPoint& point : test.sets.points) point.position = {1.0, 2.0, 3.0};
     EXPECT_FALSE(diagnosis::Diagnose(test).has_value());
 }
 
@@ -292,7 +292,7 @@ TEST(Diagnosis, IsDefinedForAnyNumbers) {
     for (int round = 0; round < 150; ++round) {
         SCOPED_TRACE(round);
         diagnosis::CaptureUnderTest test{SetsOf(SimulatedHead().ASet(45, 5), SimulatedHead().BSet(75, 5)), number()};
-        for (diagnosis::CapturedPoint& point : test.sets.points) {
+        for (diagnosis::fit::CapturedPoint& point : test.sets.points) {
             if (round % 3 != 0) point.position = {number(), number(), number()};
             if (round % 3 != 1) point = {number(), number(), point.position};
         }

@@ -21,8 +21,8 @@ std::vector<HeadAlignmentDataItem> ItemsOf(const std::vector<paper::CapturedLine
     return items;
 }
 
-diagnosis::CapturedSets SetsOf(const PaperCapture& capture, const model::Vector3& unlocking) {
-    diagnosis::CapturedSets sets;
+diagnosis::fit::CapturedSets SetsOf(const PaperCapture& capture, const model::Vector3& unlocking) {
+    diagnosis::fit::CapturedSets sets;
     for (const auto* const lines : {&capture.aLines, &capture.bLines}) {
         for (const auto& line : *lines) sets.points.push_back({line.a, line.b, line.position - unlocking});
     }

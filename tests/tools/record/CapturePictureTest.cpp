@@ -27,7 +27,7 @@ struct DrawnCapture {
     explicit DrawnCapture(std::size_t ofBSet = 13) : bSet(head.BSet(90, static_cast<int>(ofBSet), -180, 180)) {}
 
     SvgElement Picture() const {
-        diagnosis::CapturedSets sets;
+        diagnosis::fit::CapturedSets sets;
         for (const Items* const set : {&aSet, &bSet}) {
             for (const HeadAlignmentDataItem& item : *set) {
                 sets.points.push_back(

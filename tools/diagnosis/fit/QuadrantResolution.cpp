@@ -1,10 +1,10 @@
-#include "tools/diagnosis/QuadrantResolution.h"
+#include "tools/diagnosis/fit/QuadrantResolution.h"
 
 #include "tools/model/Angles.h"
 
 #include <algorithm>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 namespace {
 
@@ -63,4 +63,4 @@ HeadModel WithStraightStylus(const HeadModel& head) {
     return straight;
 }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

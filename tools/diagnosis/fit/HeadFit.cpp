@@ -1,15 +1,13 @@
-#include "tools/diagnosis/HeadFit.h"
+#include "tools/diagnosis/fit/HeadFit.h"
 
-#include "tools/diagnosis/HeadSums.h"
-#include "tools/diagnosis/NormalEquations.h"
-#include "tools/diagnosis/Statistics.h"
-#include "tools/diagnosis/Thresholds.h"
+#include "tools/diagnosis/fit/HeadSums.h"
+#include "tools/diagnosis/fit/NormalEquations.h"
 #include "tools/model/Angles.h"
 
 #include <algorithm>
 #include <limits>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 namespace {
 
@@ -88,11 +86,9 @@ double HeadFit::Rms() const {
 
 double HeadFit::MountingDegrees() const { return model::Wrapped(model::ToDegrees(model.mounting)); }
 
-double HeadFit::Widened(double variance) const {
-    return StudentWidening(degreesOfFreedom, thresholds::falseAlarmRate) * std::sqrt(variance * NoiseVariance());
-}
+double HeadFit::StandardDeviation(double variance) const { return std::sqrt(variance * NoiseVariance()); }
 
-double HeadFit::MountingStandardDeviation() const { return model::ToDegrees(Widened(mountingVariance)); }
+double HeadFit::MountingStandardDeviation() const { return model::ToDegrees(StandardDeviation(mountingVariance)); }
 
 HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start) {
     constexpr int mostSteps = 60;
@@ -121,4 +117,4 @@ HeadFit FitHead(std::span<const CapturedPoint> points) {
     return FitHead(points, BestHead({&sums, 1}).model);
 }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tools/diagnosis/CaptureModel.h"
+#include "tools/diagnosis/fit/CaptureModel.h"
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 /// The least-squares fit of a head model to both sets.
 struct HeadFit {
@@ -18,12 +18,10 @@ struct HeadFit {
     double Rms() const;
     /// The variance of the noise of a coordinate of a point of weight 1, by the residuals.
     double NoiseVariance() const { return sumOfSquares / degreesOfFreedom; }
-    /// The standard deviation that the noise gives an unknown of this variance, widened for the degrees of freedom that
-    /// the noise was estimated from.
-    double Widened(double variance) const;
+    /// The standard deviation that the noise, by the residuals, gives an unknown of this variance.
+    double StandardDeviation(double variance) const;
     double MountingDegrees() const;
-    /// The standard deviation of the mounting angle, degrees, by the residuals; widened.
-    double MountingStandardDeviation() const;
+    double MountingStandardDeviation() const; ///< degrees, by the residuals
 };
 
 /// The fit nearest to `start`, with its errors, by the Levenberg-Marquardt method.
@@ -32,4 +30,4 @@ HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start);
 /// The best fit of a head without errors, over all mounting angles.
 HeadFit FitHead(std::span<const CapturedPoint> points);
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "tools/diagnosis/CapturedPoint.h"
+#include "tools/diagnosis/fit/CapturedPoint.h"
 
 #include <array>
 #include <span>
 #include <vector>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 /// A mistake in a capture, or an error of the head, that a model can have in addition to the unknowns of every head.
 /// The fit finds its values.
@@ -64,4 +64,4 @@ struct HeadModel {
     HeadModel Stepped(std::span<const double> step) const;
 };
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

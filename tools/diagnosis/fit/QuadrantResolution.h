@@ -1,10 +1,10 @@
 #pragma once
 
-#include "tools/diagnosis/CaptureModel.h"
+#include "tools/diagnosis/fit/CaptureModel.h"
 
 #include <optional>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 /// How the component finds the rotation from an A set: it takes the acute angle between the points' plane and machine
 /// Y, and resolves it by the quadrant in which the points lie as seen from the head centre. A point counts as being on
@@ -25,4 +25,4 @@ std::optional<double> SwivelWithSafeQuadrant(const HeadModel& head, std::span<co
 /// The same head with a straight stylus of equal length.
 HeadModel WithStraightStylus(const HeadModel& head);
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

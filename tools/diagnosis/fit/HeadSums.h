@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tools/diagnosis/CaptureModel.h"
+#include "tools/diagnosis/fit/CaptureModel.h"
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 /// Sums over points from which the best head for these points follows. Points can be added and removed without
 /// computing the sums of the others again. For a given mounting angle, pole and tip follow from linear equations. The
@@ -44,4 +44,4 @@ struct BestHeadResult {
 /// The best head for points in one or more groups, each with a pole of its own.
 BestHeadResult BestHead(std::span<const HeadSums> groups);
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

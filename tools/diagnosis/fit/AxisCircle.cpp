@@ -1,13 +1,13 @@
-#include "tools/diagnosis/AxisCircle.h"
+#include "tools/diagnosis/fit/AxisCircle.h"
 
 #include "maths/CMaCircle.h"
 #include "maths/CMaPointArray.h"
-#include "tools/diagnosis/NormalEquations.h"
+#include "tools/diagnosis/fit/NormalEquations.h"
 #include "tools/model/Angles.h"
 
 #include <algorithm>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 namespace {
 
@@ -120,4 +120,4 @@ double ArcCovered(std::vector<double> polarAngles) {
     return 360.0 - widestGap;
 }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

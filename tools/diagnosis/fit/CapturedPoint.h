@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 /// One captured point: the head's angles as they are written down, in degrees, and the machine position, shifted to the
 /// locked one.
@@ -46,4 +46,4 @@ inline std::vector<std::size_t> PointRange(std::size_t first, std::size_t last) 
     return points;
 }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

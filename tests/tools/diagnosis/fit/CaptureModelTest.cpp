@@ -1,4 +1,4 @@
-#include "tools/diagnosis/CaptureModel.h"
+#include "tools/diagnosis/fit/CaptureModel.h"
 
 #include "tests/support/SimulatedHead.h"
 #include "tools/model/Angles.h"
@@ -10,10 +10,10 @@ using namespace qmv40;
 
 namespace {
 
-using Kind = diagnosis::ModelError::Kind;
+using Kind = diagnosis::fit::ModelError::Kind;
 
-diagnosis::HeadModel ModelOf(const SimulatedHead& head) {
-    diagnosis::HeadModel model;
+diagnosis::fit::HeadModel ModelOf(const SimulatedHead& head) {
+    diagnosis::fit::HeadModel model;
     model.pole = {head.pole[0], head.pole[1], head.pole[2]};
     model.mounting = model::ToRadians(head.mountingAngle);
     model.tip = {head.stylus[0], head.stylus[1], head.stylus[2]};
@@ -33,7 +33,7 @@ constexpr double rounding = 1e-12;
 
 TEST(HeadModel, PutsTheMachineWhereTheSimulatedHeadHasIt) {
     const SimulatedHead head = SomeHead();
-    const diagnosis::HeadModel model = ModelOf(head);
+    const diagnosis::fit::HeadModel model = ModelOf(head);
     for (int a = 0; a <= 90; a += 15) {
         for (int b = -180; b <= 180; b += 45) {
             const HeadAlignmentDataItem expected = head.Point(a, b);
@@ -48,15 +48,15 @@ TEST(HeadModel, PutsTheMachineWhereTheSimulatedHeadHasIt) {
 TEST(HeadModel, DistinguishesTheErrorsOfAHead) {
     const SimulatedHead head = SomeHead();
     const auto model = [&](Kind kind, std::array<double, 3> values) {
-        diagnosis::HeadModel with = ModelOf(head);
+        diagnosis::fit::HeadModel with = ModelOf(head);
         with.errors.push_back({kind, 1, 3, values});
         return with;
     };
     const auto expectSame = [](const model::Vector3& expected, const model::Vector3& actual, const char* why) {
         EXPECT_NEAR(0.0, Length(expected - actual), 1e-10) << why;
     };
-    const diagnosis::HeadModel plain = ModelOf(head);
-    const diagnosis::CapturedPoint point{30.0, -45.0, {}};
+    const diagnosis::fit::HeadModel plain = ModelOf(head);
+    const diagnosis::fit::CapturedPoint point{30.0, -45.0, {}};
     expectSame(plain.Position({45.0, -45.0, {}}, 0), model(Kind::TiltAngle, {model::ToRadians(15)}).Position(point, 1),
                "A");
     expectSame(plain.Position({30.0, -30.0, {}}, 0),
@@ -72,8 +72,8 @@ TEST(HeadModel, DistinguishesTheErrorsOfAHead) {
 }
 
 TEST(HeadModel, LeaningTurnsEverythingAboutThePole) {
-    diagnosis::HeadModel model = ModelOf(SomeHead());
-    const diagnosis::CapturedPoint point{30.0, -45.0, {}};
+    diagnosis::fit::HeadModel model = ModelOf(SomeHead());
+    const diagnosis::fit::CapturedPoint point{30.0, -45.0, {}};
     const model::Vector3 upright = model.Position(point, 0) - model.pole;
     model.errors.push_back({Kind::LeaningHead, 0, 1, {model::ToRadians(90), 0.0}});
     const model::Vector3 leant = model.Position(point, 0) - model.pole;
@@ -82,7 +82,7 @@ TEST(HeadModel, LeaningTurnsEverythingAboutThePole) {
 }
 
 TEST(HeadModel, DerivativesAreThoseOfItsPositions) {
-    diagnosis::HeadModel model = ModelOf(SomeHead());
+    diagnosis::fit::HeadModel model = ModelOf(SomeHead());
     model.errors = {{Kind::TiltAngle, 0, 9, {0.2}},          {Kind::SwivelAngle, 0, 9, {-0.3}},
                     {Kind::Place, 0, 9, {0.5, 0.1, 0.7}},    {Kind::LeaningHead, 0, 9, {0.05, -0.08}},
                     {Kind::AxesNotSquare, 0, 9, {0.1}},      {Kind::AxesApart, 0, 9, {1.5}},
@@ -90,7 +90,7 @@ TEST(HeadModel, DerivativesAreThoseOfItsPositions) {
                     {Kind::OtherTip, 0, 9, {2.0, 1.0, 3.0}}, {Kind::TiltAngle, 5, 9, {0.4}}};
     const std::size_t unknowns = model.Unknowns();
     EXPECT_EQ(7u + 1 + 1 + 3 + 2 + 1 + 1 + 3 + 1 + 3 + 1, unknowns);
-    const diagnosis::CapturedPoint point{40.0, 70.0, {}};
+    const diagnosis::fit::CapturedPoint point{40.0, 70.0, {}};
     std::vector<model::Vector3> derivatives(unknowns);
     model.Derivatives(point, 2, derivatives);
     // Central differences: the third derivative, some hundreds, times a sixth of the step squared.

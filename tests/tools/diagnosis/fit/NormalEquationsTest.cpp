@@ -1,4 +1,4 @@
-#include "tools/diagnosis/NormalEquations.h"
+#include "tools/diagnosis/fit/NormalEquations.h"
 
 #include <array>
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@ namespace {
 constexpr double rounding = 1e-12;
 
 /// A straight line through four points, with its unknowns in any unit.
-diagnosis::NormalEquations Line(double unitOfSlope) {
-    diagnosis::NormalEquations equations(2);
+diagnosis::fit::NormalEquations Line(double unitOfSlope) {
+    diagnosis::fit::NormalEquations equations(2);
     const double heights[] = {1.0, 3.0, 2.0, 6.0};
     for (int x = 0; x < 4; ++x) equations.Add(std::array{1.0, x * unitOfSlope}, heights[x]);
     return equations;
@@ -40,13 +40,13 @@ TEST(NormalEquations, DoNotDependOnUnits) {
 }
 
 TEST(NormalEquations, AreNotSolvedWhenAnUnknownIsUndetermined) {
-    diagnosis::NormalEquations mixed(2);
+    diagnosis::fit::NormalEquations mixed(2);
     for (int i = 0; i < 5; ++i) mixed.Add(std::array{1.0, 2.0}, i);
     EXPECT_FALSE(mixed.Solve().has_value());
     EXPECT_FALSE(mixed.Covariance().has_value());
     EXPECT_TRUE(mixed.Solve(1e-6).has_value()) << "damping settles it";
 
-    diagnosis::NormalEquations unseen(2);
+    diagnosis::fit::NormalEquations unseen(2);
     unseen.Add(std::array{1.0, 0.0}, 1.0);
     EXPECT_FALSE(unseen.Solve().has_value());
 }

@@ -1,10 +1,10 @@
-#include "tools/diagnosis/HeadAxes.h"
+#include "tools/diagnosis/fit/HeadAxes.h"
 
 #include "tools/model/Angles.h"
 
 #include <algorithm>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 namespace {
 
@@ -109,4 +109,4 @@ model::Vector3 NearestPointOfBAxis(const AxisCircle& a, const AxisCircle& b) {
 
 double AzimuthOfAAxis(const AxisCircle& a) { return model::ToDegrees(std::atan2(a.normal.y, a.normal.x)); }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

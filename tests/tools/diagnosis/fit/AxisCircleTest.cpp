@@ -1,4 +1,4 @@
-#include "tools/diagnosis/AxisCircle.h"
+#include "tools/diagnosis/fit/AxisCircle.h"
 
 #include "tools/model/Angles.h"
 
@@ -28,7 +28,7 @@ std::vector<model::Vector3> Arc(double degrees) {
 }
 
 /// Standard deviation of the centre in a direction of the circle's plane, by noise of 1.
-double CentreStandardDeviation(const diagnosis::AxisCircle& circle, const model::Vector3& direction) {
+double CentreStandardDeviation(const diagnosis::fit::AxisCircle& circle, const model::Vector3& direction) {
     const double parts[] = {model::Dot(direction, circle.along), model::Dot(direction, circle.across)};
     double variance = 0.0;
     for (std::size_t i = 0; i < 2; ++i) {
@@ -43,18 +43,18 @@ TEST(AxisCircle, KnowsItsCentreAsWellAsTheTableOfArcsSays) {
     } cases[] = {{360, 0.53, 0.005}, {180, 0.99, 0.005}, {90, 3.4, 0.05},
                  {60, 7.3, 0.05},    {30, 29, 0.5},      {15, 115, 0.5}};
     for (const auto& each : cases) {
-        const auto circle = diagnosis::FitAxisCircle(Arc(each.arc));
+        const auto circle = diagnosis::fit::FitAxisCircle(Arc(each.arc));
         ASSERT_TRUE(circle.has_value());
         const model::Vector3 bisector = model::Unit(PointAt(each.arc / 2.0) - centre);
         EXPECT_NEAR(each.alongBisector, CentreStandardDeviation(*circle, bisector), each.tolerance) << each.arc;
     }
     // On a whole turn it is the same in every direction: the square root of 2/7.
-    EXPECT_NEAR(std::sqrt(2.0 / 7.0), CentreStandardDeviation(*diagnosis::FitAxisCircle(Arc(360)), along), 1e-9);
+    EXPECT_NEAR(std::sqrt(2.0 / 7.0), CentreStandardDeviation(*diagnosis::fit::FitAxisCircle(Arc(360)), along), 1e-9);
 }
 
 TEST(AxisCircle, KnowsThePlaneOfAWholeTurnAsWellAsTheFormulaSays) {
     // Out of plane, n points evenly round: height 1/n, each tilt 2/(n r^2).
-    const auto circle = *diagnosis::FitAxisCircle(Arc(360));
+    const auto circle = *diagnosis::fit::FitAxisCircle(Arc(360));
     constexpr double rounding = 1e-9;
     EXPECT_NEAR(1.0 / 7.0, circle.covariance[2][2], rounding);
     EXPECT_NEAR(2.0 / (7.0 * radius * radius), circle.covariance[3][3], rounding);
@@ -66,7 +66,7 @@ TEST(AxisCircle, GivesEachPointItsResidualsWithTheirSigns) {
     // By turns, all round: that leaves the circle where it is.
     std::vector<model::Vector3> points;
     for (int i = 0; i < 8; ++i) points.push_back(PointAt(45.0 * i, i % 2 == 0 ? 0.01 : -0.01));
-    const auto circle = diagnosis::FitAxisCircle(points);
+    const auto circle = diagnosis::fit::FitAxisCircle(points);
     ASSERT_TRUE(circle.has_value());
     constexpr double rounding = 1e-9;
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -78,7 +78,7 @@ TEST(AxisCircle, GivesEachPointItsResidualsWithTheirSigns) {
 
     for (std::size_t i = 0; i < 8; ++i)
         points[i] = PointAt(45.0 * static_cast<double>(i), 0.0, i % 2 == 0 ? 0.02 : -0.02);
-    const auto wavy = *diagnosis::FitAxisCircle(points);
+    const auto wavy = *diagnosis::fit::FitAxisCircle(points);
     const double sense = model::Dot(wavy.normal, model::Cross(along, across));
     for (std::size_t i = 0; i < points.size(); ++i) {
         EXPECT_NEAR(i % 2 == 0 ? 0.02 : -0.02, sense * wavy.points[i].outOfPlane, rounding) << i;
@@ -86,18 +86,19 @@ TEST(AxisCircle, GivesEachPointItsResidualsWithTheirSigns) {
 }
 
 TEST(AxisCircle, CoversAWholeTurnLessTheWidestGap) {
-    EXPECT_NEAR(90.0, diagnosis::FitAxisCircle(Arc(90))->arcCovered, 1e-9);
-    EXPECT_NEAR(360.0 * 6.0 / 7.0, diagnosis::FitAxisCircle(Arc(360))->arcCovered, 1e-9);
-    EXPECT_DOUBLE_EQ(80.0, diagnosis::ArcCovered({-30.0, 50.0, 10.0})) << "in any order";
-    EXPECT_DOUBLE_EQ(20.0, diagnosis::ArcCovered({170.0, -170.0})) << "across the half turn";
-    EXPECT_DOUBLE_EQ(0.0, diagnosis::ArcCovered({33.0}));
+    EXPECT_NEAR(90.0, diagnosis::fit::FitAxisCircle(Arc(90))->arcCovered, 1e-9);
+    EXPECT_NEAR(360.0 * 6.0 / 7.0, diagnosis::fit::FitAxisCircle(Arc(360))->arcCovered, 1e-9);
+    EXPECT_DOUBLE_EQ(80.0, diagnosis::fit::ArcCovered({-30.0, 50.0, 10.0})) << "in any order";
+    EXPECT_DOUBLE_EQ(20.0, diagnosis::fit::ArcCovered({170.0, -170.0})) << "across the half turn";
+    EXPECT_DOUBLE_EQ(0.0, diagnosis::fit::ArcCovered({33.0}));
 }
 
 TEST(AxisCircle, IsMissingWhenThePointsDetermineNone) {
-    EXPECT_FALSE(diagnosis::FitAxisCircle(std::vector<model::Vector3>{}).has_value());
-    EXPECT_FALSE(diagnosis::FitAxisCircle(std::vector<model::Vector3>{centre, centre, centre, centre}).has_value());
+    EXPECT_FALSE(diagnosis::fit::FitAxisCircle(std::vector<model::Vector3>{}).has_value());
     EXPECT_FALSE(
-        diagnosis::FitAxisCircle(std::vector<model::Vector3>{{0, 0, 0}, {1, 1, 1}, {2, 2, 2}, {4, 4, 4}}).has_value());
+        diagnosis::fit::FitAxisCircle(std::vector<model::Vector3>{centre, centre, centre, centre}).has_value());
+    EXPECT_FALSE(diagnosis::fit::FitAxisCircle(std::vector<model::Vector3>{{0, 0, 0}, {1, 1, 1}, {2, 2, 2}, {4, 4, 4}})
+                     .has_value());
 }
 
 } // namespace

@@ -1,11 +1,11 @@
-#include "tools/diagnosis/HeadSums.h"
+#include "tools/diagnosis/fit/HeadSums.h"
 
 #include "tools/model/Angles.h"
 
 #include <algorithm>
 #include <numbers>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 namespace {
 
@@ -225,4 +225,4 @@ BestHeadResult BestHead(std::span<const HeadSums> groups) {
     return best;
 }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

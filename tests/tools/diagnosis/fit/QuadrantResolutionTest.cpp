@@ -1,4 +1,4 @@
-#include "tools/diagnosis/QuadrantResolution.h"
+#include "tools/diagnosis/fit/QuadrantResolution.h"
 
 #include "tests/tools/diagnosis/Captures.h"
 #include "tools/model/Angles.h"
@@ -9,8 +9,8 @@ using namespace qmv40;
 
 namespace {
 
-diagnosis::HeadModel ModelOf(double mounting, const model::Vector3& tip) {
-    diagnosis::HeadModel model;
+diagnosis::fit::HeadModel ModelOf(double mounting, const model::Vector3& tip) {
+    diagnosis::fit::HeadModel model;
     model.mounting = model::ToRadians(mounting);
     model.tip = tip;
     return model;
@@ -29,7 +29,7 @@ TEST(RotationByQuadrant, IsWhatTheComponentFinds) {
                 head.mountingAngle = mounting;
                 head.stylus = {tip.x, tip.y, tip.z};
                 const double found = UnderTest(head.ASet(b), head.BSet(75)).rotation;
-                const double folded = diagnosis::RotationByQuadrant(ModelOf(mounting, tip), allTilts, b);
+                const double folded = diagnosis::fit::RotationByQuadrant(ModelOf(mounting, tip), allTilts, b);
                 EXPECT_NEAR(0.0, model::Wrapped(found - folded), 1e-6) << mounting << " at B " << b << " tip " << tip.x;
             }
         }
@@ -38,34 +38,34 @@ TEST(RotationByQuadrant, IsWhatTheComponentFinds) {
 
 TEST(RotationByQuadrant, TakesTheWrongSideNearTheEdgeOfAQuadrant) {
     // asin(10 / 180) is 3.18 degrees: less than that on the negative side is not seen.
-    EXPECT_NEAR(3.0, diagnosis::RotationByQuadrant(ModelOf(-3.0, straight), allTilts, 0.0), 1e-9);
-    EXPECT_FALSE(diagnosis::QuadrantIsRight(ModelOf(-3.0, straight), allTilts, 0.0));
-    EXPECT_TRUE(diagnosis::QuadrantIsRight(ModelOf(-3.3, straight), allTilts, 0.0));
-    EXPECT_TRUE(diagnosis::QuadrantIsRight(ModelOf(3.0, straight), allTilts, 0.0));
-    EXPECT_TRUE(diagnosis::QuadrantIsRight(ModelOf(-3.0, straight), allTilts, 45.0));
+    EXPECT_NEAR(3.0, diagnosis::fit::RotationByQuadrant(ModelOf(-3.0, straight), allTilts, 0.0), 1e-9);
+    EXPECT_FALSE(diagnosis::fit::QuadrantIsRight(ModelOf(-3.0, straight), allTilts, 0.0));
+    EXPECT_TRUE(diagnosis::fit::QuadrantIsRight(ModelOf(-3.3, straight), allTilts, 0.0));
+    EXPECT_TRUE(diagnosis::fit::QuadrantIsRight(ModelOf(3.0, straight), allTilts, 0.0));
+    EXPECT_TRUE(diagnosis::fit::QuadrantIsRight(ModelOf(-3.0, straight), allTilts, 45.0));
 }
 
 TEST(SwivelWithSafeQuadrant, IsTheMiddleOfAQuadrantForAHeadMountedNearlySquare) {
     for (const double mounting : {-30.0, -3.0, 0.0, 20.0, 87.0, 180.0}) {
-        EXPECT_EQ(45.0, diagnosis::SwivelWithSafeQuadrant(ModelOf(mounting, straight), allTilts)) << mounting;
+        EXPECT_EQ(45.0, diagnosis::fit::SwivelWithSafeQuadrant(ModelOf(mounting, straight), allTilts)) << mounting;
     }
 }
 
 TEST(SwivelWithSafeQuadrant, IsAnotherBWhenTheUsualOnesAreNearAnEdge) {
-    const diagnosis::HeadModel turned = ModelOf(45.0, straight);
-    const auto swivel = diagnosis::SwivelWithSafeQuadrant(turned, allTilts);
+    const diagnosis::fit::HeadModel turned = ModelOf(45.0, straight);
+    const auto swivel = diagnosis::fit::SwivelWithSafeQuadrant(turned, allTilts);
     ASSERT_TRUE(swivel.has_value());
     for (const double off : {-5.0, 5.0})
-        EXPECT_TRUE(diagnosis::QuadrantIsRight(ModelOf(45.0 + off, straight), allTilts, *swivel));
+        EXPECT_TRUE(diagnosis::fit::QuadrantIsRight(ModelOf(45.0 + off, straight), allTilts, *swivel));
 }
 
 TEST(SwivelWithSafeQuadrant, IsMissingForAHeadThatTiltsInTheOtherDirection) {
-    EXPECT_FALSE(
-        diagnosis::SwivelWithSafeQuadrant(ModelOf(0.0, straight), std::vector{0.0, -30.0, -60.0, -90.0}).has_value());
+    EXPECT_FALSE(diagnosis::fit::SwivelWithSafeQuadrant(ModelOf(0.0, straight), std::vector{0.0, -30.0, -60.0, -90.0})
+                     .has_value());
 }
 
 TEST(WithStraightStylus, HasTheSameLength) {
-    const diagnosis::HeadModel model = diagnosis::WithStraightStylus(ModelOf(0.0, {-30.0, 60.0, -60.0}));
+    const diagnosis::fit::HeadModel model = diagnosis::fit::WithStraightStylus(ModelOf(0.0, {-30.0, 60.0, -60.0}));
     EXPECT_EQ(0.0, model.tip.x);
     EXPECT_EQ(0.0, model.tip.y);
     EXPECT_DOUBLE_EQ(-90.0, model.tip.z);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tools/diagnosis/AxisCircle.h"
+#include "tools/diagnosis/fit/AxisCircle.h"
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 /// A figure and its standard deviation.
 struct Estimate {
@@ -40,4 +40,4 @@ model::Vector3 NearestPointOfBAxis(const AxisCircle& a, const AxisCircle& b);
 /// Azimuth of the A axis about Z, degrees; the axis has no direction, so half a turn is undetermined.
 double AzimuthOfAAxis(const AxisCircle& a);
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

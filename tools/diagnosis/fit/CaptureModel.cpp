@@ -1,10 +1,10 @@
-#include "tools/diagnosis/CaptureModel.h"
+#include "tools/diagnosis/fit/CaptureModel.h"
 
 #include "tools/model/Angles.h"
 
 #include <algorithm>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 namespace {
 
@@ -202,4 +202,4 @@ HeadModel HeadModel::Stepped(std::span<const double> step) const {
     return stepped;
 }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

@@ -1,4 +1,4 @@
-#include "tools/diagnosis/HeadAxes.h"
+#include "tools/diagnosis/fit/HeadAxes.h"
 
 #include "tools/model/Angles.h"
 
@@ -26,15 +26,15 @@ std::vector<model::Vector3> About(const model::Vector3& centre, const model::Vec
 
 const model::Vector3 meeting{10.0, 20.0, 30.0};
 constexpr double rounding = 1e-9;
-constexpr diagnosis::PointNoise none{};
+constexpr diagnosis::fit::PointNoise none{};
 
-diagnosis::HeadAxes Compared(const std::vector<model::Vector3>& a, const std::vector<model::Vector3>& b,
-                             const diagnosis::PointNoise& noise = none) {
-    return diagnosis::CompareAxes(*diagnosis::FitAxisCircle(a), *diagnosis::FitAxisCircle(b), noise);
+diagnosis::fit::HeadAxes Compared(const std::vector<model::Vector3>& a, const std::vector<model::Vector3>& b,
+                                  const diagnosis::fit::PointNoise& noise = none) {
+    return diagnosis::fit::CompareAxes(*diagnosis::fit::FitAxisCircle(a), *diagnosis::fit::FitAxisCircle(b), noise);
 }
 
 TEST(HeadAxes, OfAnIdealHeadMeetAtARightAngleInItsCentre) {
-    const diagnosis::HeadAxes axes =
+    const diagnosis::fit::HeadAxes axes =
         Compared(About(meeting, {1, 0, 0}, 180, 0, 90, 7), About(meeting, {0, 0, 1}, 170, 0, 330, 12));
     EXPECT_NEAR(meeting.x, axes.headCentre[0].value, rounding);
     EXPECT_NEAR(meeting.y, axes.headCentre[1].value, rounding);
@@ -47,7 +47,7 @@ TEST(HeadAxes, OfAnIdealHeadMeetAtARightAngleInItsCentre) {
 
 TEST(HeadAxes, ThatPassEachOtherHaveAnOffsetAndTheirCentreOnB) {
     const model::Vector3 aside = meeting + model::Vector3{0.0, 0.25, 0.0};
-    const diagnosis::HeadAxes axes =
+    const diagnosis::fit::HeadAxes axes =
         Compared(About(aside, {1, 0, 0}, 180, 0, 90, 7), About(meeting, {0, 0, 1}, 170, 0, 330, 12));
     EXPECT_NEAR(0.25, std::abs(axes.axisOffset.value), rounding);
     EXPECT_NEAR(meeting.y, axes.headCentre[1].value, rounding);
@@ -56,11 +56,11 @@ TEST(HeadAxes, ThatPassEachOtherHaveAnOffsetAndTheirCentreOnB) {
 TEST(HeadAxes, ShowByHowMuchTheyAreOutOfSquareAndLean) {
     const double slant = std::tan(model::ToRadians(0.5));
     const double lean = std::tan(model::ToRadians(0.3));
-    const diagnosis::HeadAxes slanted =
+    const diagnosis::fit::HeadAxes slanted =
         Compared(About(meeting, {1, 0, slant}, 180, 0, 90, 7), About(meeting, {0, 0, 1}, 170, 0, 330, 12));
     EXPECT_NEAR(0.5, std::abs(slanted.squareness.value), rounding);
     EXPECT_NEAR(89.5, slanted.angleBetween, rounding);
-    const diagnosis::HeadAxes leaning =
+    const diagnosis::fit::HeadAxes leaning =
         Compared(About(meeting, {1, 0, 0}, 180, 0, 90, 7), About(meeting, {0, -lean, -1}, 170, 0, 330, 12));
     EXPECT_NEAR(0.0, leaning.offVerticalTowardsX.value, rounding);
     EXPECT_NEAR(0.3, leaning.offVerticalTowardsY.value, rounding) << "whichever way the normal points";
@@ -68,8 +68,8 @@ TEST(HeadAxes, ShowByHowMuchTheyAreOutOfSquareAndLean) {
 }
 
 TEST(HeadAxes, ThatAreParallelHaveNoCentre) {
-    const diagnosis::HeadAxes axes = Compared(About(meeting, {0, 0, 1}, 180, 0, 90, 7),
-                                              About(meeting + model::Vector3{5, 0, 9}, {0, 0, 1}, 170, 0, 330, 12));
+    const diagnosis::fit::HeadAxes axes = Compared(
+        About(meeting, {0, 0, 1}, 180, 0, 90, 7), About(meeting + model::Vector3{5, 0, 9}, {0, 0, 1}, 170, 0, 330, 12));
     EXPECT_NEAR(0.0, axes.angleBetween, 1e-6);
 }
 
@@ -90,7 +90,7 @@ private:
 TEST(HeadAxes, ScatterAsPredictedWhenACaptureIsRepeated) {
     const struct {
         double tiltArc, swivelArc;
-        diagnosis::PointNoise noise;
+        diagnosis::fit::PointNoise noise;
         const char* why;
     } cases[] = {{90, 330, {1e-3, 1e-3}, "a good capture"},
                  {45, 330, {1e-3, 1e-3}, "a short tilt arc"},
@@ -103,7 +103,7 @@ TEST(HeadAxes, ScatterAsPredictedWhenACaptureIsRepeated) {
         SCOPED_TRACE(each.why);
         const auto a = About(meeting, {-1, 0.3, 0}, 180, 20, each.tiltArc, 7);
         const auto b = About(meeting, {0, 0, 1}, 170, 0, each.swivelArc, 9);
-        const diagnosis::HeadAxes predicted = Compared(a, b, each.noise);
+        const diagnosis::fit::HeadAxes predicted = Compared(a, b, each.noise);
         std::mt19937_64 generator(20240611);
         const auto noisy = [&generator](std::vector<model::Vector3> points, double noise) {
             std::normal_distribution<double> normal(0.0, noise);
@@ -113,9 +113,9 @@ TEST(HeadAxes, ScatterAsPredictedWhenACaptureIsRepeated) {
         };
         Scatter centre[3], axisOffset, square, leanX, azimuth;
         for (int i = 0; i < repetitions; ++i) {
-            const auto aCircle = *diagnosis::FitAxisCircle(noisy(a, each.noise.aSet));
-            const auto bCircle = *diagnosis::FitAxisCircle(noisy(b, each.noise.bSet));
-            const diagnosis::HeadAxes axes = diagnosis::CompareAxes(aCircle, bCircle, none);
+            const auto aCircle = *diagnosis::fit::FitAxisCircle(noisy(a, each.noise.aSet));
+            const auto bCircle = *diagnosis::fit::FitAxisCircle(noisy(b, each.noise.bSet));
+            const diagnosis::fit::HeadAxes axes = diagnosis::fit::CompareAxes(aCircle, bCircle, none);
             for (std::size_t k = 0; k < 3; ++k) {
                 centre[k].Take(axes.headCentre[k].value - predicted.headCentre[k].value);
             }
@@ -123,7 +123,7 @@ TEST(HeadAxes, ScatterAsPredictedWhenACaptureIsRepeated) {
             square.Take(axes.squareness.value);
             leanX.Take(axes.offVerticalTowardsX.value);
             const double truth = model::ToDegrees(std::atan2(0.3, -1.0));
-            azimuth.Take(std::remainder(diagnosis::AzimuthOfAAxis(aCircle) - truth, 180.0));
+            azimuth.Take(std::remainder(diagnosis::fit::AzimuthOfAAxis(aCircle) - truth, 180.0));
         }
         for (std::size_t k = 0; k < 3; ++k) {
             EXPECT_NEAR(1.0, predicted.headCentre[k].standardDeviation / centre[k].Deviation(), share) << k;

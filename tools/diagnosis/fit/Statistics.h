@@ -1,6 +1,6 @@
 #pragma once
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 /// p-values: how often chance alone gives a result at least as extreme.
 
@@ -17,4 +17,4 @@ double StudentTwoSided(double standardDeviations, double degreesOfFreedom);
 /// than 1, and infinite without any degree of freedom.
 double StudentWidening(double degreesOfFreedom, double probability);
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

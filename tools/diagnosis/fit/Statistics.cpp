@@ -1,10 +1,10 @@
-#include "tools/diagnosis/Statistics.h"
+#include "tools/diagnosis/fit/Statistics.h"
 
 #include <cmath>
 #include <initializer_list>
 #include <limits>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 namespace {
 
@@ -81,4 +81,4 @@ double StudentWidening(double degreesOfFreedom, double probability) {
     return StudentQuantile(degreesOfFreedom, probability) / StudentQuantile(almostNormal, probability);
 }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 /// The normal equations of a small linear least-squares problem with up to a dozen unknowns. Unknowns may have
 /// different units: the equations are scaled to a unit diagonal before they are solved.
@@ -33,4 +33,4 @@ private:
     std::vector<double> right;
 };
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

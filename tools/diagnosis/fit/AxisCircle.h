@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 /// The residuals of a point, and its place on the circle.
 struct CirclePoint {
@@ -52,4 +52,4 @@ CircleWithout WithoutPoint(const AxisCircle& circle, std::size_t index);
 /// Degrees: a whole turn less the widest gap between neighbouring polar angles. At least one angle, in any order.
 double ArcCovered(std::vector<double> polarAngles);
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

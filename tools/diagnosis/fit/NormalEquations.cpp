@@ -1,8 +1,8 @@
-#include "tools/diagnosis/NormalEquations.h"
+#include "tools/diagnosis/fit/NormalEquations.h"
 
 #include <cmath>
 
-namespace qmv40::diagnosis {
+namespace qmv40::diagnosis::fit {
 
 /// The Cholesky factor of the scaled matrix.
 class NormalEquations::Factor {
@@ -86,4 +86,4 @@ std::optional<std::vector<double>> NormalEquations::Covariance() const {
     return covariance;
 }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::diagnosis::fit

@@ -1,8 +1,7 @@
-#include "tools/diagnosis/HeadFit.h"
+#include "tools/diagnosis/fit/HeadFit.h"
 
 #include "tests/tools/diagnosis/Captures.h"
-#include "tools/diagnosis/HeadSums.h"
-#include "tools/diagnosis/Statistics.h"
+#include "tools/diagnosis/fit/HeadSums.h"
 #include "tools/model/Angles.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +18,7 @@ TEST(HeadFit, FindsTheHeadWhateverItsMountingAngle) {
     SimulatedHead head = SomeSimulatedHead();
     for (int mounting = -180; mounting < 180; mounting += 7) {
         head.mountingAngle = mounting;
-        const diagnosis::HeadFit fit = diagnosis::FitHead(SetsOf(head.ASet(0), head.BSet(75)).points);
+        const diagnosis::fit::HeadFit fit = diagnosis::fit::FitHead(SetsOf(head.ASet(0), head.BSet(75)).points);
         EXPECT_NEAR(0.0, model::Wrapped(fit.MountingDegrees() - mounting), angleRounding);
         EXPECT_NEAR(0.0, Length(fit.model.pole - model::Vector3{head.pole[0], head.pole[1], head.pole[2] - 1.5}),
                     lengthRounding)
@@ -32,23 +31,23 @@ TEST(HeadFit, FindsTheHeadWhateverItsMountingAngle) {
 }
 
 TEST(HeadFit, FindsTheErrorsOfAHead) {
-    const diagnosis::HeadModel truth = [] {
-        diagnosis::HeadModel model;
+    const diagnosis::fit::HeadModel truth = [] {
+        diagnosis::fit::HeadModel model;
         model.pole = {100.0, 50.0, -300.0};
         model.mounting = model::ToRadians(-2.0);
         model.tip = {1.0, -1.5, -180.0};
         model.errors = {
-            {diagnosis::ModelError::Kind::LeaningHead, 0, 14, {model::ToRadians(0.2), model::ToRadians(-0.1)}},
-            {diagnosis::ModelError::Kind::AxesNotSquare, 0, 14, {model::ToRadians(0.15)}},
-            {diagnosis::ModelError::Kind::AxesApart, 0, 14, {0.07}}};
+            {diagnosis::fit::ModelError::Kind::LeaningHead, 0, 14, {model::ToRadians(0.2), model::ToRadians(-0.1)}},
+            {diagnosis::fit::ModelError::Kind::AxesNotSquare, 0, 14, {model::ToRadians(0.15)}},
+            {diagnosis::fit::ModelError::Kind::AxesApart, 0, 14, {0.07}}};
         return model;
     }();
-    diagnosis::CapturedSets sets = SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75));
+    diagnosis::fit::CapturedSets sets = SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75));
     for (std::size_t i = 0; i < sets.points.size(); ++i) sets.points[i].position = truth.Position(sets.points[i], i);
-    diagnosis::HeadModel start = diagnosis::FitHead(sets.points).model;
+    diagnosis::fit::HeadModel start = diagnosis::fit::FitHead(sets.points).model;
     start.errors = truth.errors;
-    for (diagnosis::ModelError& departure : start.errors) departure.values = {};
-    const diagnosis::HeadFit fit = diagnosis::FitHead(sets.points, start);
+    for (diagnosis::fit::ModelError& departure : start.errors) departure.values = {};
+    const diagnosis::fit::HeadFit fit = diagnosis::fit::FitHead(sets.points, start);
     EXPECT_LT(fit.Rms(), lengthRounding);
     EXPECT_NEAR(0.07, fit.model.errors[2].values[0], lengthRounding);
     EXPECT_NEAR(-2.0, fit.MountingDegrees(), angleRounding);
@@ -61,12 +60,11 @@ TEST(HeadFit, KnowsItsMountingAngleAsWellAsRepetitionsShow) {
     double scatter = 0.0, predicted = 0.0;
     for (int i = 0; i < repetitions; ++i) {
         const auto seed = static_cast<std::uint64_t>(2 * i);
-        const diagnosis::HeadFit fit = diagnosis::FitHead(
+        const diagnosis::fit::HeadFit fit = diagnosis::fit::FitHead(
             SetsOf(WithNoise(head.ASet(45), noise, seed), WithNoise(head.BSet(75), noise, seed + 1)).points);
         const double standardDeviation = model::Wrapped(fit.MountingDegrees() - head.mountingAngle);
         scatter += standardDeviation * standardDeviation / repetitions;
-        const double narrow = fit.MountingStandardDeviation() / diagnosis::StudentWidening(fit.degreesOfFreedom, 1e-4);
-        predicted += narrow * narrow / repetitions;
+        predicted += fit.MountingStandardDeviation() * fit.MountingStandardDeviation() / repetitions;
     }
     // A thousand repetitions give the scatter to 2.2 %: four times that.
     EXPECT_NEAR(1.0, std::sqrt(predicted / scatter), 0.09);
@@ -78,32 +76,33 @@ TEST(BestHead, IsAsGoodAsTheFitToTheSamePoints) {
     std::uniform_real_distribution<double> anywhere(-100.0, 100.0);
     for (int round = 0; round < 50; ++round) {
         SCOPED_TRACE(round);
-        diagnosis::CapturedSets sets = SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75));
-        diagnosis::HeadSums sums;
-        for (diagnosis::CapturedPoint& point : sets.points) {
+        diagnosis::fit::CapturedSets sets = SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75));
+        diagnosis::fit::HeadSums sums;
+        for (diagnosis::fit::CapturedPoint& point : sets.points) {
             point.position = {anywhere(generator), anywhere(generator), anywhere(generator)};
-            sums += diagnosis::HeadSums(point, 0.0, 0.0);
+            sums += diagnosis::fit::HeadSums(point, 0.0, 0.0);
         }
-        const double best = diagnosis::BestHead({&sums, 1}).sumOfSquares;
-        EXPECT_NEAR(best, diagnosis::FitHead(sets.points).sumOfSquares, 1e-9 * best);
+        const double best = diagnosis::fit::BestHead({&sums, 1}).sumOfSquares;
+        EXPECT_NEAR(best, diagnosis::fit::FitHead(sets.points).sumOfSquares, 1e-9 * best);
         for (int start = 0; start < 360; start += 15) {
-            diagnosis::HeadModel model;
+            diagnosis::fit::HeadModel model;
             model.mounting = model::ToRadians(start);
-            EXPECT_GE(diagnosis::FitHead(sets.points, model).sumOfSquares, best * (1.0 - 1e-9)) << "from " << start;
+            EXPECT_GE(diagnosis::fit::FitHead(sets.points, model).sumOfSquares, best * (1.0 - 1e-9))
+                << "from " << start;
         }
     }
 }
 
 TEST(HeadSums, ForgetAPointThatIsTakenOut) {
-    const diagnosis::CapturedSets sets = SetsOf(SomeSimulatedHead().ASet(45), SomeSimulatedHead().BSet(75));
-    diagnosis::HeadSums without, withAndOut;
+    const diagnosis::fit::CapturedSets sets = SetsOf(SomeSimulatedHead().ASet(45), SomeSimulatedHead().BSet(75));
+    diagnosis::fit::HeadSums without, withAndOut;
     for (std::size_t i = 0; i < sets.points.size(); ++i) {
-        if (i != 3) without += diagnosis::HeadSums(sets.points[i], 0.0, 0.0);
-        withAndOut += diagnosis::HeadSums(sets.points[i], 0.0, 0.0);
+        if (i != 3) without += diagnosis::fit::HeadSums(sets.points[i], 0.0, 0.0);
+        withAndOut += diagnosis::fit::HeadSums(sets.points[i], 0.0, 0.0);
     }
-    withAndOut -= diagnosis::HeadSums(sets.points[3], 0.0, 0.0);
-    const diagnosis::BestHeadResult expected = diagnosis::BestHead({&without, 1}),
-                                    actual = diagnosis::BestHead({&withAndOut, 1});
+    withAndOut -= diagnosis::fit::HeadSums(sets.points[3], 0.0, 0.0);
+    const diagnosis::fit::BestHeadResult expected = diagnosis::fit::BestHead({&without, 1}),
+                                         actual = diagnosis::fit::BestHead({&withAndOut, 1});
     EXPECT_NEAR(0.0, Length(expected.model.tip - actual.model.tip), 1e-7);
     EXPECT_NEAR(expected.model.mounting, actual.model.mounting, 1e-9);
 }
