@@ -23,7 +23,7 @@ plans::PlanToCheck PlanByHand() {
     const double leverExit = azimuth(30.3, 19.3);
     const double leverEntry = azimuth(30.3, 24.3);
     const double peg = azimuth(6.95, -34.0);
-    // Left-handed about the vertical: clockwise, seen from above, is positive.
+    // Arcs are left-handed: about the vertical, a positive angle turns clockwise as seen from above.
     const RequiredMoves moves{.ApproachUnLockLever = {30.3, -24.3, -36.55},
                               .EngageWithUnLockLever = {30.3, -19.3, -36.55},
                               .UnLock = {30.3, -2.0, -36.25, -1.0, 0.0, 0.0, -135.0},
@@ -59,7 +59,7 @@ TEST(PlanCheck, PassesAPlanWorkedOutByHand) {
     EXPECT_LE(*report.targetMiss, rounding);
 }
 
-TEST(PlanCheck, NeverCallsAPlanClearThatItCannotJudge) {
+TEST(PlanCheck, HasAFindingWhenANumberOfTheHeadIsNaN) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     const model::HeadModel heads[] = {IdealHead(0.0, {nan, 0.0, 0.0}), IdealHead(0.0, {0.0, 0.0, nan}), IdealHead(nan)};
     for (const model::HeadModel& head : heads) {
@@ -70,18 +70,19 @@ TEST(PlanCheck, NeverCallsAPlanClearThatItCannotJudge) {
     EXPECT_THAT(NamesOf(check::CheckPlan(IdealHead(), unknownSphere, PlanByHand())), Not(IsEmpty()));
 }
 
-TEST(PlanCheck, RunsUpToTheMoveThatCannotBeRun) {
+TEST(PlanCheck, StopsAtAMoveThatCannotBeRun) {
     plans::PlanToCheck plan = PlanByHand();
     plan.moves[5].data = XYZData{6.95, std::numeric_limits<double>::quiet_NaN(), 35.0};
     const check::PlanReport report = check::CheckPlan(IdealHead(), {}, plan);
     EXPECT_EQ(5u, report.moves.size());
-    EXPECT_THAT(NamesOf(report), ElementsAre("not-a-number")) << "and not that a swing leads to it";
+    EXPECT_THAT(NamesOf(report), ElementsAre("not-a-number"))
+        << "no finding about the move before, which depends on this one";
     EXPECT_EQ(5u, report.findings.front().move);
     EXPECT_FALSE(report.targetMiss);
 }
 
-TEST(PlanCheck, KeepsToTheTravelOfTheMachineOnArcsToo) {
-    // The push over the top: 17.3 from the axis, and highest in the middle.
+TEST(PlanCheck, ComparesTheWholeArcWithTheTravel) {
+    // UnLock: the machine starts 17.3 mm beside the axis and 0.3 mm below it, and goes over the top of the circle.
     const double top = -36.25 + std::hypot(17.3, 0.3);
     plans::PlanToCheck plan = PlanByHand();
     plan.moves.resize(3);
@@ -92,13 +93,13 @@ TEST(PlanCheck, KeepsToTheTravelOfTheMachineOnArcsToo) {
     EXPECT_THAT(NamesOf(check::CheckPlan(IdealHead(), options, plan)), testing::Contains("travel-limit-exceeded"));
 }
 
-TEST(PlanCheck, JudgesANextPlanFromWhereTheOneBeforeLeftTheMachine) {
+TEST(PlanCheck, ChecksTheWayFromOnePlanToTheNext) {
     const model::HeadModel head = IdealHead();
     const check::PlanReport first = check::CheckPlan(head, {}, PlanByHand());
     check::Surroundings surroundings(head, {}, {});
     const check::PlanReport second = check::CheckNextPlan(head, {}, PlanByHand(), first, surroundings);
     EXPECT_THAT(NamesOf(second), IsEmpty());
-    // Up from 10 above the ball, across at the safe height, and down to 5 beside it.
+    // Up from 10 mm above the ball, across at the safe height, and down to 5 mm beside the ball.
     ASSERT_EQ(2u, second.way.size());
     EXPECT_TRUE(IsAt({30.3, -19.3, -26.55}, second.way[0].path.Start(), 0.0));
     EXPECT_TRUE(IsAt({30.3, -19.3, 35.0}, second.way[1].path.Start(), rounding));
@@ -106,7 +107,7 @@ TEST(PlanCheck, JudgesANextPlanFromWhereTheOneBeforeLeftTheMachine) {
     EXPECT_NEAR(5.0 - 2.5, second.moves.front().clearance.toLevers, rounding);
 }
 
-TEST(PlanCheck, FindsWhatStandsInTheWayFromOnePlanToTheNext) {
+TEST(PlanCheck, FindsAnObstacleBetweenOnePlanAndTheNext) {
     const model::HeadModel head = IdealHead();
     const auto pin = [](const model::Vector3& centre) {
         return check::obstacles::Obstacle{
@@ -115,11 +116,11 @@ TEST(PlanCheck, FindsWhatStandsInTheWayFromOnePlanToTheNext) {
     const struct {
         const char* why;
         model::Vector3 place;
-        bool isMet;
+        bool isTouched;
     } cases[] = {
-        {"beside the way up, and clear of the way down", {30.3, 0.2, 160.0}, true},
-        {"above the head on its way across", {30.3, -21.8, 35.0 + 150.0 - 1.0}, true},
-        {"beside both", {30.3 + 21.0, -19.3, 160.0}, false},
+        {"a pin beside the way up", {30.3, 0.2, 160.0}, true},
+        {"a pin above the way across", {30.3, -21.8, 35.0 + 150.0 - 1.0}, true},
+        {"a pin farther away", {30.3 + 21.0, -19.3, 160.0}, false},
     };
     for (const auto& each : cases) {
         check::CheckOptions options;
@@ -130,7 +131,7 @@ TEST(PlanCheck, FindsWhatStandsInTheWayFromOnePlanToTheNext) {
         const bool isFound = std::ranges::any_of(second.findings, [](const check::Finding& finding) {
             return finding.move == 0 && finding.kind == check::FindingKind::TouchesObstacle;
         });
-        EXPECT_EQ(each.isMet, isFound) << each.why;
+        EXPECT_EQ(each.isTouched, isFound) << each.why;
     }
     check::CheckOptions low;
     low.travel[2].largest = 34.0;
@@ -141,7 +142,7 @@ TEST(PlanCheck, FindsWhatStandsInTheWayFromOnePlanToTheNext) {
     EXPECT_THAT(NamesOf(second), testing::Contains("travel-limit-exceeded"));
 }
 
-TEST(PlanCheck, JudgesTheRestOfAPlanFromAnyMoveOn) {
+TEST(PlanCheck, ChecksTheRestOfAPlanFromAnyMove) {
     const model::HeadModel head = IdealHead();
     const plans::PlanToCheck plan = PlanByHand();
     const check::PlanReport whole = check::CheckPlan(head, {}, plan);
@@ -153,7 +154,7 @@ TEST(PlanCheck, JudgesTheRestOfAPlanFromAnyMoveOn) {
     }
 }
 
-TEST(PlanCheck, FindsARestThatDoesNotBelongToTheHeadsState) {
+TEST(PlanCheck, FindsARestThatDoesNotFitTheHeadsState) {
     const plans::PlanToCheck plan = PlanByHand();
     const plans::PlanToCheck rest{plan.from, plan.to, {plan.moves.begin() + 11, plan.moves.end()}};
     const motion::HeadState locked{{0.0, 0.0}, model::LeverState::Locked, true, std::nullopt};
@@ -161,10 +162,10 @@ TEST(PlanCheck, FindsARestThatDoesNotBelongToTheHeadsState) {
                 testing::Contains("lever-not-touched"));
 }
 
-TEST(PlanCheck, GivesEveryFindingANameAMeaningAndARemedy) {
+TEST(PlanCheck, HasNameSentenceAndRemedyForEveryFinding) {
     std::set<std::string> names;
     for (const check::FindingText& text : check::AllFindingTexts()) {
-        EXPECT_TRUE(names.insert(text.name).second) << text.name << " stands twice";
+        EXPECT_TRUE(names.insert(text.name).second) << text.name << " is used twice";
         EXPECT_EQ(std::string::npos, std::string(text.name).find_first_not_of("abcdefghijklmnopqrstuvwxyz-"));
         EXPECT_TRUE(std::string(text.sentence).ends_with('.')) << text.name;
         EXPECT_TRUE(std::string(text.remedy).ends_with('.')) << text.name;

@@ -1,4 +1,5 @@
-// What a controller's interpreter makes of exported G-code: stored by `./test export --store`, which runs LinuxCNC's.
+// LinuxCNC's interpreter has read exported G-code programs; `./test export --store` runs it and stores the moves that
+// it made of them ("canonical moves"). These tests compare them with the plans.
 
 #include "tests/tools/cli/ExecutedProgram.h"
 
@@ -13,9 +14,10 @@ std::filesystem::path ExportsFolder() {
     return folder == nullptr ? std::filesystem::path(QMV40_TEST_DATA) / "export" : std::filesystem::path(folder);
 }
 
-std::string FromTheModesOn(const std::string& program) { return program.substr(program.find("\nG21 ")); }
+/// The program without its heading, which names the geometry file.
+std::string WithoutHeading(const std::string& program) { return program.substr(program.find("\nG21 ")); }
 
-TEST(CanonicalMoves, AreThePlansThatWereExported) {
+TEST(CanonicalMoves, EndWhereThePlansEnd) {
     int programs = 0;
     for (const auto& entry : std::filesystem::directory_iterator(ExportsFolder())) {
         if (entry.path().extension() != ".canon") continue;
@@ -28,7 +30,7 @@ TEST(CanonicalMoves, AreThePlansThatWereExported) {
     EXPECT_GE(programs, 2);
 }
 
-TEST(CanonicalMoves, AreOfTheProgramThatTheToolWritesToday) {
+TEST(CanonicalMoves, WereMadeOfTheProgramThatTheToolWrites) {
     for (const std::string name : {"plain", "turned-30"}) {
         const TemporaryFolder folder;
         const std::string geometry = folder.Name("head.ini");
@@ -36,8 +38,8 @@ TEST(CanonicalMoves, AreOfTheProgramThatTheToolWritesToday) {
         const std::string tour = folder.Write("tour.csv", "A,B\n0,0\n45,90\n90,-180\n90,180\n15,-30\n");
         const ToolRun run = RunQmv40({"export", "--geometry", geometry, "--tour", tour, "--format", "gcode"});
         const std::string stored = ReadFile((ExportsFolder() / (name + ".ngc")).string());
-        EXPECT_TRUE(FromTheModesOn(stored) == FromTheModesOn(run.out))
-            << name << ": another program; let it be read back with ./test export --store";
+        EXPECT_TRUE(WithoutHeading(stored) == WithoutHeading(run.out))
+            << name << ": the program has changed; run ./test export --store";
     }
 }
 

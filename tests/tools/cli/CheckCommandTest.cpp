@@ -17,7 +17,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-// Lengths that the checker works out from a geometry file's ten digits.
+// mm and degrees. Numbers of a geometry file have ten digits.
 constexpr double filePrecision = 1e-6;
 
 class CheckCommand : public testing::Test {
@@ -80,16 +80,17 @@ TEST_F(CheckCommand, MeasuresTheClearanceOfMoves) {
     const auto toSphere = [&](std::size_t number) { return moves[number - 1]["clearanceToPoleSphere"].get<double>(); };
     const auto toLevers = [&](std::size_t number) { return moves[number - 1]["clearanceToLevers"].get<double>(); };
     EXPECT_NEAR(5.0 - 2.5, toLevers(1), filePrecision) << "approached from 5 mm";
-    EXPECT_NEAR(60.6 - 2.5, toLevers(3), filePrecision) << "its own lever must be touched: the other one counts";
+    EXPECT_NEAR(60.6 - 2.5, toLevers(3), filePrecision)
+        << "the sphere must touch one lever: this is the distance to the other one";
     EXPECT_NEAR(10.0 - 5.0, toSphere(7), filePrecision) << "approached from 10 mm";
     const double cup = std::sqrt(6.95 * 6.95 + 24.0 * 24.0 + 11.5 * 11.5);
-    EXPECT_NEAR(cup - 5.0, toSphere(10), filePrecision) << "on the peg the head centre counts";
+    EXPECT_NEAR(cup - 5.0, toSphere(10), filePrecision) << "on the peg, the distance to the head's centre";
     EXPECT_EQ("lever", moves[2]["mustTouch"].get<std::string>());
     EXPECT_EQ("peg", moves[9]["mustTouch"].get<std::string>());
     EXPECT_EQ("", moves[6]["mustTouch"].get<std::string>());
 }
 
-TEST_F(CheckCommand, TakesSphereAndBallOfTheirTrueSizes) {
+TEST_F(CheckCommand, UsesTheGivenRadiiOfSphereAndBall) {
     const Json moves =
         Check({"--from", "0,0", "--to", "45,90", "--sphere-radius", "8", "--ball-radius", "4.5", "--json"})
             .Document()["plans"][0]["moves"];
@@ -99,7 +100,7 @@ TEST_F(CheckCommand, TakesSphereAndBallOfTheirTrueSizes) {
     EXPECT_EQ(4, Check({"--from", "0,0", "--to", "45,90", "--ball-radius", "5.5"}).exitCode);
 }
 
-TEST_F(CheckCommand, GivesTheSweptPathForDrawing) {
+TEST_F(CheckCommand, ListsPointsAlongEachMoveForDrawing) {
     const Json moves = Check({"--from", "30,-45", "--to", "45,90", "--json"}).Document()["plans"][0]["moves"];
     for (std::size_t i = 0; i < moves.size(); ++i) {
         const Json& path = moves[i]["path"];
@@ -110,12 +111,13 @@ TEST_F(CheckCommand, GivesTheSweptPathForDrawing) {
             EXPECT_EQ("", DifferenceBetween(moves[i - 1]["path"].back()["position"], path.front()["position"], 1e-12));
         }
     }
-    // Half of the turn from B = -45 to 90.
+    // MoveToBPosition turns from B = -45 to 90: the middle is at 22.5.
     const Json& turn = moves[9]["path"];
-    EXPECT_NEAR(22.5, turn[(turn.size() - 1) / 2]["B"].get<double>(), 1.5 + filePrecision) << "three degrees a step";
+    EXPECT_NEAR(22.5, turn[(turn.size() - 1) / 2]["B"].get<double>(), 1.5 + filePrecision)
+        << "one point every 3 degrees";
 }
 
-TEST_F(CheckCommand, ChecksATourWithTheWayFromPlanToPlan) {
+TEST_F(CheckCommand, ChecksTheWayBetweenThePlansOfATour) {
     const Json report = Check({"--from", "0,0", "--to", "45,90", "--to", "15,-30", "--json"}).Document();
     EXPECT_EQ("clear", report["verdict"].get<std::string>());
     ASSERT_EQ(2u, report["plans"].size());
@@ -126,7 +128,7 @@ TEST_F(CheckCommand, ChecksATourWithTheWayFromPlanToPlan) {
     EXPECT_NEAR(5.0 - 2.5, first["clearanceToLevers"].get<double>(), filePrecision);
 }
 
-TEST_F(CheckCommand, FindsATourThatIsBroken) {
+TEST_F(CheckCommand, FindsAPlanThatDoesNotStartWhereTheOneBeforeEnded) {
     Json tour = RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "45,90", "--json"}).Document();
     tour["plans"].push_back(
         RunQmv40({"move", "--geometry", geometry, "--from", "45,75", "--to", "0,0", "--json"}).Document()["plans"][0]);
@@ -138,7 +140,7 @@ TEST_F(CheckCommand, FindsATourThatIsBroken) {
     EXPECT_EQ(15.0, plans[1]["findings"][0]["amount"].get<double>());
 }
 
-TEST_F(CheckCommand, ShowsAPersonStateClearanceFiguresAndVerdict) {
+TEST_F(CheckCommand, PrintsATableOfStatesClearancesAndTheVerdict) {
     const ToolRun run = Check({"--from", "0,0", "--to", "45,90"});
     EXPECT_EQ(0, run.exitCode);
     for (const char* expected :
@@ -152,7 +154,7 @@ TEST_F(CheckCommand, ShowsAPersonStateClearanceFiguresAndVerdict) {
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100u) << line;
 }
 
-TEST_F(CheckCommand, TellsAPersonWhatIsWrongAndWhatToDo) {
+TEST_F(CheckCommand, PrintsWhatIsWrongAndWhatToDo) {
     const ToolRun run = Check({"--from", "0,0", "--to", "45,90", "--z-travel", "-690,0"});
     EXPECT_EQ(4, run.exitCode);
     EXPECT_THAT(run.out, HasSubstr("  move 1 ApproachUnLockLever: travel-limit-exceeded by 1.5500 mm\n"
@@ -163,10 +165,10 @@ TEST_F(CheckCommand, TellsAPersonWhatIsWrongAndWhatToDo) {
     EXPECT_THAT(run.out, Not(HasSubstr("Verdict: clear")));
 }
 
-TEST_F(CheckCommand, ChecksAllPairsAndCountsThoseThatAreRefused) {
+TEST_F(CheckCommand, ChecksAllPairsAndCountsTheRefusedOnes) {
     const ToolRun run = Check({"--all", "--json"});
     EXPECT_EQ(0, run.exitCode);
-    EXPECT_THAT(run.err, Not(HasSubstr("\r"))) << "lines, if it takes long enough, where nothing can be written over";
+    EXPECT_THAT(run.err, Not(HasSubstr("\r"))) << "not a terminal: progress must not overwrite its line";
     const Json report = run.Document();
     EXPECT_EQ(325, report["positions"].get<int>());
     EXPECT_EQ(105625, report["pairs"].get<int>());
@@ -185,7 +187,7 @@ TEST_F(CheckCommand, GivesAnExampleOfEachFindingAmongAllPairs) {
     const Json& finding = report["findings"][0];
     EXPECT_EQ("touches-pole-sphere", finding["name"].get<std::string>());
     EXPECT_GT(finding["count"].get<int>(), 0);
-    // That very plan has it.
+    // A check of that plan alone has the same finding.
     const Json& first = finding["first"];
     const auto angles = [](const Json& at) {
         return std::to_string(at["A"].get<int>()) + "," + std::to_string(at["B"].get<int>());
@@ -196,7 +198,7 @@ TEST_F(CheckCommand, GivesAnExampleOfEachFindingAmongAllPairs) {
     EXPECT_EQ(first["amount"].get<double>(), alone["plans"][0]["findings"][0]["amount"].get<double>());
 }
 
-TEST_F(CheckCommand, ShowsProgressOnATerminalAndLeavesNothingOfIt) {
+TEST_F(CheckCommand, ShowsProgressOnATerminalAndErasesItAtTheEnd) {
     std::ostringstream out;
     std::ostringstream err;
     EXPECT_EQ(4, cli::RunTool({"check", "--geometry", geometry, "--all", "--reachable", "--sphere-radius", "9.5"},
@@ -206,7 +208,7 @@ TEST_F(CheckCommand, ShowsProgressOnATerminalAndLeavesNothingOfIt) {
     EXPECT_THAT(out.str(), HasSubstr(" times, first from A 0, B -180 to A "));
 }
 
-TEST_F(CheckCommand, RefusesADocumentThatIsNoPlan) {
+TEST_F(CheckCommand, RefusesADocumentWithoutAValidPlan) {
     const std::string head = R"({"plans":[{"from":{"A":0,"B":0},"to":{"A":0,"B":0},"moves":)";
     const struct {
         std::string text;
@@ -214,23 +216,25 @@ TEST_F(CheckCommand, RefusesADocumentThatIsNoPlan) {
         const char* why;
     } cases[] = {
         {"{\n\"plans\": [,]}", ":2: is not JSON from here on", "a syntax error, with its line"},
-        {"", ":1: is not JSON from here on", "nothing at all"},
+        {"", ":1: is not JSON from here on", "an empty file"},
         {"[]", ": the document is not an object", "another document"},
         {"{}", ": the document has no member plans", "another document"},
-        {R"({"plans":{}})", ": plans is not a list", "one plan without its list"},
+        {R"({"plans":{}})", ": plans is not a list", "plans must be a list"},
         {R"({"plans":[]})", ": plans is empty", "no plan"},
-        {R"({"plans":[{"from":{"A":0}}]})", ": plans[0].from has no member B", "half of a position"},
-        {R"({"plans":[{"from":{"A":"0","B":0}}]})", ": plans[0].from.A is not a number", "a text for a number"},
-        {R"({"plans":[{"from":{"A":0,"A":1,"B":0}}]})", ": the member A stands twice", "which of them?"},
-        {R"({"plans":[{"from":{"A":1e999,"B":0}}]})", ": holds a number that is too large", "no double"},
-        {head + R"({}}]})", ": plans[0].moves is not a list", "no list of moves"},
-        {head + R"([{"name":"UnLok"}]}]})", ": plans[0].moves[0].name is UnLok, and there is no such move", "a slip"},
-        {head + R"([{"name":3}]}]})", ": plans[0].moves[0].name is not a text", "a number for a name"},
-        {head + R"([{"name":"Lock"}]}]})", ": plans[0].moves[0] has no member record", "a name alone"},
+        {R"({"plans":[{"from":{"A":0}}]})", ": plans[0].from has no member B", "B is missing"},
+        {R"({"plans":[{"from":{"A":"0","B":0}}]})", ": plans[0].from.A is not a number", "a text instead of a number"},
+        {R"({"plans":[{"from":{"A":0,"A":1,"B":0}}]})", ": the member A stands twice", "two values for A"},
+        {R"({"plans":[{"from":{"A":1e999,"B":0}}]})", ": holds a number that is too large",
+         "beyond the range of double"},
+        {head + R"({}}]})", ": plans[0].moves is not a list", "moves must be a list"},
+        {head + R"([{"name":"UnLok"}]}]})", ": plans[0].moves[0].name is UnLok, and there is no such move",
+         "a misspelt name"},
+        {head + R"([{"name":3}]}]})", ": plans[0].moves[0].name is not a text", "a number instead of a name"},
+        {head + R"([{"name":"Lock"}]}]})", ": plans[0].moves[0] has no member record", "a move without its record"},
         {head + R"([{"name":"UnLock","record":{"XOrigin":0}}]}]})", ": plans[0].moves[0].record has no member YOrigin",
-         "half an arc"},
+         "a record with one of seven numbers"},
         {head + R"([{"name":"UnLock","record":3}]}]})", ": plans[0].moves[0].record is not an object",
-         "a number for an arc"},
+         "a number instead of a record"},
     };
     for (const auto& each : cases) {
         const std::string name = folder.Write("plan.json", each.text);
@@ -242,24 +246,24 @@ TEST_F(CheckCommand, RefusesADocumentThatIsNoPlan) {
     EXPECT_EQ(3, Check({"--plan", folder.Name("missing.json")}).exitCode);
 }
 
-TEST_F(CheckCommand, NeedsToBeToldWhatToCheck) {
+TEST_F(CheckCommand, RefusesOptionsThatDoNotSayWhatToCheck) {
     const std::string plan = folder.Write(
         "plan.json", RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "0,0", "--json"}).out);
     const struct {
         std::vector<std::string> arguments;
         const char* why;
     } cases[] = {
-        {{}, "nothing"},
+        {{}, "no plan and no angles"},
         {{"--from", "0,0"}, "no target"},
         {{"--to", "0,0"}, "no start"},
-        {{"--all", "--to", "0,0"}, "all and one"},
-        {{"--all", "--plan", plan}, "all and some"},
-        {{"--reachable", "--from", "0,0", "--to", "0,0"}, "reach matters for all pairs alone"},
+        {{"--all", "--to", "0,0"}, "all pairs and one target"},
+        {{"--all", "--plan", plan}, "all pairs and a plan"},
+        {{"--reachable", "--from", "0,0", "--to", "0,0"}, "--reachable is for --all only"},
         {{"--plan", plan, "--to", "0,0", "--to", "15,0"}, "more targets than plans"},
         {{"--all", "--sphere-radius", "-1"}, "a negative radius"},
-        {{"--all", "--clearance", "nan"}, "no number"},
-        {{"--all", "--x-travel", "5"}, "one limit"},
-        {{"--all", "--x-travel", "5,-5"}, "limits exchanged"},
+        {{"--all", "--clearance", "nan"}, "not a number"},
+        {{"--all", "--x-travel", "5"}, "one limit instead of two"},
+        {{"--all", "--x-travel", "5,-5"}, "the lower limit after the upper one"},
     };
     for (const auto& each : cases) {
         const ToolRun run = Check(each.arguments);

@@ -2,17 +2,17 @@
 
 #include "tests/tools/cli/ToolRun.h"
 
-/// A plan on its way from `qmv40 move --json`, perhaps spoiled, into `qmv40 check --plan`.
+/// Makes a plan with `qmv40 move --json`. Tests change its document and give it to `qmv40 check --plan`.
 class CheckedPlanFile {
 public:
     explicit CheckedPlanFile(std::string theFrom = "30,-45", std::string theTo = "45,90");
 
     const std::string& Geometry() const { return geometry; }
-    /// The document of the clean plan.
+    /// The document as `qmv40 move` prints it, without any change.
     Json Plan() const;
-    /// Runs the check on a document, with more arguments.
+    /// Runs `qmv40 check` on a document of plans, with the arguments `more`.
     ToolRun Check(const Json& document, std::vector<std::string> more = {}) const;
-    /// The same as a report.
+    /// The same with --json: the document that the check prints.
     Json Report(const Json& document, std::vector<std::string> more = {}) const;
 
 private:

@@ -5,14 +5,14 @@
 #include <memory>
 #include <sstream>
 
-/// Numbers as much of the world writes them: 1.234,5.
+/// Numbers with a decimal comma and a point between the thousands: 1.234,5.
 struct CommaNumbers : std::numpunct<char> {
     char do_decimal_point() const override { return ','; }
     char do_thousands_sep() const override { return '.'; }
     std::string do_grouping() const override { return "\3"; }
 };
 
-/// While it lives streams that are made write 4,5 for 4.5.
+/// While an object of this class exists, new streams write 4.5 as 4,5: the global locale has a decimal comma.
 class CommaLocale {
 public:
     CommaLocale()

@@ -9,7 +9,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// What the findings say, one after the other.
+/// One line per finding: name, sentence and remedy.
 std::string FindingsOf(const Json& document) {
     std::string text;
     for (const Json& each : document["findings"]) {
@@ -19,7 +19,7 @@ std::string FindingsOf(const Json& document) {
     return text;
 }
 
-TEST(Doctor, FindsNothingWrongWhereNothingIsStored) {
+TEST(Doctor, FindsNothingWrongWhenNoSettingIsStored) {
     SettingsFixture store;
     store.CreateEmptyKey();
     const ToolRun run = RunQmv40({"doctor"});
@@ -27,7 +27,7 @@ TEST(Doctor, FindsNothingWrongWhereNothingIsStored) {
     EXPECT_THAT(run.out, HasSubstr("Nothing is wrong.\n"));
 }
 
-TEST(Doctor, TellsItsVersionItsBitsAndWhereTheComponentComesFrom) {
+TEST(Doctor, PrintsVersionBitsAndTheFileOfTheComponent) {
     const Json document = RunQmv40({"doctor", "--json"}).Document();
     EXPECT_EQ(QMV40_VERSION, document["tool"]["version"]);
     EXPECT_EQ(64, document["tool"]["bits"]);
@@ -37,7 +37,7 @@ TEST(Doctor, TellsItsVersionItsBitsAndWhereTheComponentComesFrom) {
     EXPECT_FALSE(document.contains("geometry"));
 }
 
-TEST(Doctor, NamesEachSettingThatIsNotReadOrReadsAsZero) {
+TEST(Doctor, FindsSettingsThatAreNotReadOrReadAsZero) {
     SettingsFixture store;
     store.SetText("Head Centre To Drive Cup X Offset", "7");
     store.SetText("Head Centre To Drive Cup Y Offset", "24.5");
@@ -59,15 +59,13 @@ TEST(Doctor, NamesEachSettingThatIsNotReadOrReadsAsZero) {
     EXPECT_THAT(shown.out, HasSubstr("\"Head Centre To Drive Cup Y Offset\" is not read, because '24.5' is longer"));
 }
 
-TEST(Doctor, ReportsNamesThatNothingReads) {
+TEST(Doctor, FindsANameThatIsNoSetting) {
     SettingsFixture store;
     store.SetText("Head Center To Drive Cup X Offset", "-7.00");
     const ToolRun run = RunQmv40({"doctor", "--json"});
     EXPECT_EQ(4, run.exitCode);
     EXPECT_THAT(FindingsOf(run.Document()), HasSubstr("is no setting of the head and is ignored"));
 }
-
-// The geometry file
 
 class DoctorOfAGeometryFile : public testing::Test {
 protected:
@@ -81,17 +79,18 @@ protected:
     const TemporaryFolder folder;
 };
 
-constexpr const char* sound = "[HEADCENTRE]\nX=4.125000000e+02\nY=-1.782500000e+02\nZ=-6.550000000e+02\n"
-                              "[SAFEPOSITION]\nX=0.000000000e+00\nY=0.000000000e+00\nZ=-6.200000000e+02\n"
-                              "[AlignmentOffset]\nRequiredRotationAroundZ=0.000000000e+00\n";
+constexpr const char* validFile = "[HEADCENTRE]\nX=4.125000000e+02\nY=-1.782500000e+02\nZ=-6.550000000e+02\n"
+                                  "[SAFEPOSITION]\nX=0.000000000e+00\nY=0.000000000e+00\nZ=-6.200000000e+02\n"
+                                  "[AlignmentOffset]\nRequiredRotationAroundZ=0.000000000e+00\n";
 
+/// The valid file with one text replaced.
 std::string With(const std::string& from, const std::string& to) {
-    std::string content = sound;
+    std::string content = validFile;
     content.replace(content.find(from), from.size(), to);
     return content;
 }
 
-TEST_F(DoctorOfAGeometryFile, IsSatisfiedWithOneThatTheToolWrote) {
+TEST_F(DoctorOfAGeometryFile, FindsNothingWrongWithAFileOfTheTool) {
     const ToolRun run = RunQmv40({"doctor", "--geometry", PlainGeometryFile(folder), "--json"});
     EXPECT_EQ(0, run.exitCode) << run.out;
     const Json geometry = run.Document()["geometry"];
@@ -102,7 +101,7 @@ TEST_F(DoctorOfAGeometryFile, IsSatisfiedWithOneThatTheToolWrote) {
     EXPECT_EQ(7u, geometry["values"].size());
 }
 
-TEST_F(DoctorOfAGeometryFile, NamesWhatIsWrongWithOne) {
+TEST_F(DoctorOfAGeometryFile, FindsMissingAndDoubtfulEntries) {
     const struct {
         std::string content;
         const char* state;
@@ -114,7 +113,7 @@ TEST_F(DoctorOfAGeometryFile, NamesWhatIsWrongWithOne) {
         {With("[AlignmentOffset]\n", ""), "refused by the component",
          "\"[AlignmentOffset] RequiredRotationAroundZ\" is missing", "a missing section"},
         {With("Z=-6.200000000e+02", "Z=999999999"), "refused by the component", "\"[SAFEPOSITION] Z\" is 999999999",
-         "the mark of a missing value"},
+         "999999999 stands for a missing value"},
         {With("4.125000000e+02", "left"), "loaded",
          "\"[HEADCENTRE] X\" 'left' reads as 0: it does not begin with a number", "a word"},
         {With("4.125000000e+02", "412,5"), "loaded", "'412,5' reads as 412: the decimal mark is a point",
@@ -123,8 +122,8 @@ TEST_F(DoctorOfAGeometryFile, NamesWhatIsWrongWithOne) {
         {With("4.125000000e+02", ""), "loaded", "\"[HEADCENTRE] X\" '' reads as 0", "an empty value"},
         {With("-6.550000000e+02", "nan"), "loaded", "'nan' reads as nan, which is no length or angle", "not a number"},
         {"", "refused by the component", "\"[HEADCENTRE] X\" is missing", "an empty file"},
-        {std::string("\xEF\xBB\xBF") + sound, "loaded", "The file begins with a UTF-8 byte-order mark",
-         "a mark that Windows takes for a part of the first line"},
+        {std::string("\xEF\xBB\xBF") + validFile, "loaded", "The file begins with a UTF-8 byte-order mark",
+         "Windows reads the mark as part of the first line"},
     };
     for (const auto& each : cases) {
         const ToolRun run = Examine(each.content);
@@ -135,7 +134,7 @@ TEST_F(DoctorOfAGeometryFile, NamesWhatIsWrongWithOne) {
     }
 }
 
-TEST_F(DoctorOfAGeometryFile, NamesWhatStandsThereAndIsNotUsed) {
+TEST_F(DoctorOfAGeometryFile, ListsEntriesThatAreIgnored) {
     const struct {
         std::string content;
         const char* ignored;
@@ -144,10 +143,11 @@ TEST_F(DoctorOfAGeometryFile, NamesWhatStandsThereAndIsNotUsed) {
         {With("Z=-6.200000000e+02", "Z=-500"),
          "[SAFEPOSITION] Z -500: the safe height is always the head centre's Z + 35, -620", "another safe height"},
         {With("[AlignmentOffset]\n", "[AlignmentOffset]\nOperator=7\n"), "line 10: 'Operator' in [AlignmentOffset]",
-         "a key of somebody's own"},
-        {std::string(sound) + "[Notes]\nA=1\n", "line 11: section [Notes]", "a section of somebody's own"},
+         "a key that the format does not have"},
+        {std::string(validFile) + "[Notes]\nA=1\n", "line 11: section [Notes]",
+         "a section that the format does not have"},
         {With("X=4.125000000e+02\n", "X=4.125000000e+02\nX=1\n"), "line 3: a second [HEADCENTRE] X", "a key twice"},
-        {std::string(sound) + "[headcentre]\nX=1\n", "line 11: a second [headcentre]", "a section twice"},
+        {std::string(validFile) + "[headcentre]\nX=1\n", "line 11: a second [headcentre]", "a section twice"},
     };
     for (const auto& each : cases) {
         const ToolRun run = Examine(each.content);
@@ -167,7 +167,7 @@ TEST_F(DoctorOfAGeometryFile, ReportsThatItIsMissing) {
     EXPECT_EQ("unreadable", onAFolder.Document()["geometry"]["state"]);
 }
 
-TEST_F(DoctorOfAGeometryFile, ShowsAPersonTheNumbersAndTheTexts) {
+TEST_F(DoctorOfAGeometryFile, PrintsTheNumbersAndTheDoubtfulTexts) {
     const std::string file = folder.Write("head.ini", With("4.125000000e+02", "412,5"));
     const ToolRun run = RunQmv40({"doctor", "--geometry", file});
     EXPECT_EQ(4, run.exitCode);

@@ -13,7 +13,7 @@ namespace {
 
 using model::Vector3;
 
-/// mm. Seven printed decimals, and arcs computed from them.
+/// mm. Programs are printed with seven decimals; points of arcs are computed from them.
 constexpr double endPrecision = 1e-6;
 
 Vector3 VectorAt(const Json& object, const char* x, const char* y, const char* z) {
@@ -34,7 +34,7 @@ std::vector<std::string> FieldsOf(const std::string& line) {
     return fields;
 }
 
-/// The numbers in "(plan 2, move 3 UnLock)" or "(way to plan 2)"; none in another comment.
+/// Reads the numbers in "(plan 2, move 3 UnLock)" or "(way to plan 2)". Returns false for every other comment.
 bool ReadPlace(const std::string& comment, std::pair<int, int>& place) {
     int plan = 0;
     int move = 0;
@@ -48,7 +48,7 @@ bool ReadPlace(const std::string& comment, std::pair<int, int>& place) {
     return true;
 }
 
-/// One line of G-code without its comments: its words in order.
+/// The words of one line of G-code in their order, without comments.
 std::vector<std::pair<char, double>> WordsOf(const std::string& line) {
     std::string code = line;
     for (auto open = code.find('('); open != std::string::npos; open = code.find('(')) {
@@ -61,7 +61,7 @@ std::vector<std::pair<char, double>> WordsOf(const std::string& line) {
     return words;
 }
 
-/// Runs the lines of a program.
+/// Executes G-code line by line and collects the parts of each move.
 class Controller {
 public:
     void Run(const std::string& line) {
@@ -75,7 +75,7 @@ public:
     Program Result() && { return std::move(program); }
 
 private:
-    /// True for a coordinate: the line makes a move.
+    /// Executes one word. Returns true for a coordinate: then the line moves the machine.
     bool Take(char letter, double value) {
         switch (letter) {
         case 'G':
@@ -112,11 +112,11 @@ private:
         if (value == 1 || value == 2 || value == 3)
             motion = static_cast<int>(value);
         else if (value == 17)
-            upright = {0.0, 0.0, 1.0};
+            planeNormal = {0.0, 0.0, 1.0};
         else if (value == 18)
-            upright = {0.0, 1.0, 0.0};
+            planeNormal = {0.0, 1.0, 0.0};
         else if (value == 19)
-            upright = {1.0, 0.0, 0.0};
+            planeNormal = {1.0, 0.0, 0.0};
         else {
             constexpr double known[] = {21, 40, 49, 53, 54, 61, 80, 90, 91.1, 94};
             if (std::ranges::count(known, value) == 0) throw std::runtime_error("unknown G" + std::to_string(value));
@@ -128,7 +128,7 @@ private:
         if (motion != 1) {
             part.isArc = true;
             part.centre = position + centre;
-            part.turnedBack = motion == 2 ? upright : -upright;
+            part.clockwiseAxis = motion == 2 ? planeNormal : -planeNormal;
         }
         program[place].push_back(part);
         position = target;
@@ -137,13 +137,13 @@ private:
     Program program;
     std::pair<int, int> place{0, 0};
     int motion = 0;
-    Vector3 upright{0.0, 0.0, 1.0};
+    Vector3 planeNormal{0.0, 0.0, 1.0};
     Vector3 position;
     Vector3 target;
     Vector3 centre;
 };
 
-/// Makes an interpreter's canonical moves.
+/// Executes the canonical moves that LinuxCNC's interpreter printed.
 class CanonicalMachine {
 public:
     void Run(const std::string& line) {
@@ -169,7 +169,8 @@ public:
     Program Result() && { return std::move(program); }
 
 private:
-    /// Its numbers are of the plane's first and second axis, which for XZ are Z and X: it is seen from +Y.
+    /// The numbers belong to the plane's first and second axis. In the plane XZ these are Z and X, because the plane is
+    /// seen from +Y.
     void AddArc(std::istream& words) {
         double firstEnd = 0;
         double secondEnd = 0;
@@ -183,10 +184,11 @@ private:
             if (plane == "CANON_PLANE_XZ") return {second, height, first};
             return {height, first, second};
         };
-        const Vector3 upright = plane == "CANON_PLANE_XY"   ? Vector3{0.0, 0.0, 1.0}
-                                : plane == "CANON_PLANE_XZ" ? Vector3{0.0, 1.0, 0.0}
-                                                            : Vector3{1.0, 0.0, 0.0};
-        Add({placed(firstEnd, secondEnd), true, placed(firstCentre, secondCentre), turns < 0.0 ? upright : -upright});
+        const Vector3 planeNormal = plane == "CANON_PLANE_XY"   ? Vector3{0.0, 0.0, 1.0}
+                                    : plane == "CANON_PLANE_XZ" ? Vector3{0.0, 1.0, 0.0}
+                                                                : Vector3{1.0, 0.0, 0.0};
+        Add({placed(firstEnd, secondEnd), true, placed(firstCentre, secondCentre),
+             turns < 0.0 ? planeNormal : -planeNormal});
     }
     void Add(const Part& part) { program[place].push_back(part); }
 
@@ -195,25 +197,25 @@ private:
     std::string plane = "CANON_PLANE_XY";
 };
 
-/// From one direction to another, clockwise as seen from the tip of the axis, from -180 to 180 degrees.
+/// The angle from one direction to another, positive clockwise as seen from the tip of the axis; -180 to 180 degrees.
 double ClockwiseDegrees(const Vector3& from, const Vector3& to, const Vector3& axis) {
     return model::ToDegrees(std::atan2(-model::Dot(model::Cross(from, to), axis), model::Dot(from, to)));
 }
 
-/// Points along the parts, close enough together that no two are half a turn apart.
+/// Points along the parts. On arcs they are so close that the angle between two of them is below 180 degrees.
 std::vector<Vector3> PointsAlong(const Vector3& start, const std::vector<Part>& parts) {
     std::vector<Vector3> points{start};
     for (const Part& part : parts) {
         if (part.isArc) {
-            constexpr int looks = 16;
-            const Vector3 spoke = points.back() - part.centre;
-            double turn = ClockwiseDegrees(spoke, part.end - part.centre, part.turnedBack);
+            constexpr int steps = 16;
+            const Vector3 radius = points.back() - part.centre;
+            double turn = ClockwiseDegrees(radius, part.end - part.centre, part.clockwiseAxis);
             if (turn <= 0.0) turn += 360.0;
-            for (int i = 1; i < looks; ++i) {
-                const double angle = -model::ToRadians(turn * i / looks);
-                const Vector3 flat = model::Perpendicular(spoke, part.turnedBack);
-                points.push_back(part.centre + (spoke - flat) + std::cos(angle) * flat +
-                                 std::sin(angle) * model::Cross(part.turnedBack, flat));
+            for (int i = 1; i < steps; ++i) {
+                const double angle = -model::ToRadians(turn * i / steps);
+                const Vector3 inPlane = model::Perpendicular(radius, part.clockwiseAxis);
+                points.push_back(part.centre + (radius - inPlane) + std::cos(angle) * inPlane +
+                                 std::sin(angle) * model::Cross(part.clockwiseAxis, inPlane));
             }
         }
         points.push_back(part.end);
@@ -231,15 +233,16 @@ std::string ArcDifference(const std::vector<Part>& parts, const Json& move, doub
     const std::vector<Vector3> points = PointsAlong(start, parts);
     double turned = 0.0;
     for (std::size_t i = 0; i < points.size(); ++i) {
-        const Vector3 spoke = model::Perpendicular(points[i] - origin, axis);
-        if (std::abs(model::Length(spoke) - radius) > endPrecision) return "a point is off the arc";
-        if (std::abs(model::Dot(points[i] - origin, axis) - height) > endPrecision) return "a point is beside the arc";
+        const Vector3 fromAxis = model::Perpendicular(points[i] - origin, axis);
+        if (std::abs(model::Length(fromAxis) - radius) > endPrecision) return "a point is off the arc";
+        if (std::abs(model::Dot(points[i] - origin, axis) - height) > endPrecision)
+            return "a point is out of the plane of the arc";
         if (i == 0) continue;
-        const double step = ClockwiseDegrees(model::Perpendicular(points[i - 1] - origin, axis), spoke, axis);
+        const double step = ClockwiseDegrees(model::Perpendicular(points[i - 1] - origin, axis), fromAxis, axis);
         if (step * record["RotationAngle"].get<double>() < -endPrecision) return "turns the wrong way";
-        const double rise = radius * (1.0 - std::cos(model::ToRadians(step) / 2.0));
-        if (!parts.front().isArc && rise > chord + endPrecision)
-            return "a chord leaves the arc by " + std::to_string(rise);
+        const double sagitta = radius * (1.0 - std::cos(model::ToRadians(step) / 2.0));
+        if (!parts.front().isArc && sagitta > chord + endPrecision)
+            return "a chord leaves the arc by " + std::to_string(sagitta);
         turned += step;
     }
     constexpr double anglePrecision = 1e-5; // degrees; 1e-6 mm at 6 mm from the axis

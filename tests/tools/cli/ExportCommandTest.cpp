@@ -44,7 +44,7 @@ std::vector<model::Vector3> EndsOf(const std::vector<Part>& parts) {
     return ends;
 }
 
-TEST_F(ExportCommand, PrintsPointsAsCsvAloneAndSaysWhatTheyAreOnStandardError) {
+TEST_F(ExportCommand, PrintsPointsAsCsvAndTheHeadingOnStandardError) {
     const ToolRun run = Export("points", {"--from", "0,0", "--to", "45,90"});
     EXPECT_THAT(run.out, StartsWith("Plan,Move,Name,X,Y,Z\n1,1,ApproachUnLockLever,442.8,-202.55,-691.55"));
     EXPECT_THAT(run.out, Not(HasSubstr("#")));
@@ -52,17 +52,17 @@ TEST_F(ExportCommand, PrintsPointsAsCsvAloneAndSaysWhatTheyAreOnStandardError) {
     EXPECT_THAT(run.err, HasSubstr("\n# Rehearse in the air (--lift) before the first run"));
 }
 
-TEST_F(ExportCommand, GivesAStraightMoveAndAMoveOfNoLengthOneRow) {
+TEST_F(ExportCommand, WritesOneRowForAStraightMoveAndForNoMove) {
     const Program points = ReadPoints(Text("points"));
     EXPECT_EQ(1u, points.at({1, 1}).size());
-    EXPECT_EQ(1u, points.at({1, 9}).size()) << "A is 0 already";
+    EXPECT_EQ(1u, points.at({1, 9}).size()) << "IntermediateAPosition turns by 0: A is 0 already";
     EXPECT_LT(8u, points.at({1, 3}).size());
     EXPECT_EQ("", DifferenceFromPlans(points, Plans(), 0.01));
 }
 
 TEST_F(ExportCommand, WritesTheWayBetweenPlansUpAcrossAndDown) {
     const Program points = ReadPoints(Text("points"));
-    EXPECT_EQ(0u, points.count({1, 0})) << "how the machine comes to the first plan is not known";
+    EXPECT_EQ(0u, points.count({1, 0})) << "the position before the first plan is not known";
     const std::vector<model::Vector3> way = EndsOf(points.at({2, 0}));
     ASSERT_EQ(2u, way.size());
     const model::Vector3 before = points.at({1, 19}).back().end;
@@ -75,7 +75,7 @@ TEST_F(ExportCommand, WritesTheWayBetweenPlansUpAcrossAndDown) {
     EXPECT_NEAR(plainSafeHeight, way[1].z, printedPrecision);
 }
 
-TEST_F(ExportCommand, GoesBetweenPlansAtTheHeightThatIsAskedForUnlessItIsTooLow) {
+TEST_F(ExportCommand, GoesBetweenPlansAtTheGivenHeightUnlessTooLow) {
     const Program points = ReadPoints(Text("points", {"--safe-height", "-500"}));
     EXPECT_EQ(-500.0, points.at({2, 0}).front().end.z);
     const ToolRun low = Export("points", {"--from", "0,0", "--to", "0,15", "--safe-height", "-621"});
@@ -83,7 +83,7 @@ TEST_F(ExportCommand, GoesBetweenPlansAtTheHeightThatIsAskedForUnlessItIsTooLow)
     EXPECT_THAT(low.err, HasSubstr("the machine moves freely from Z -620"));
 }
 
-TEST_F(ExportCommand, LiftsEverythingForARehearsal) {
+TEST_F(ExportCommand, LiftsTheWholeProgramForARehearsal) {
     for (const char* format : {"points", "gcode"}) {
         const std::string text = Text(format, {"--lift", "200"});
         const Program program = std::string(format) == "points" ? ReadPoints(text) : ReadGcode(text);
@@ -94,7 +94,7 @@ TEST_F(ExportCommand, LiftsEverythingForARehearsal) {
     EXPECT_EQ(2, Export("points", {"--from", "0,0", "--to", "0,15", "--lift", "-1"}).exitCode);
 }
 
-TEST_F(ExportCommand, BeginsGcodeWithItsModesAndAStopThatAPersonConfirms) {
+TEST_F(ExportCommand, BeginsGcodeWithItsModesAndAProgramStop) {
     const std::string text = Text("gcode", {"--feed", "450"});
     EXPECT_THAT(text, StartsWith("(qmv40 export: gcode)\n"));
     const std::size_t firstMove = text.find("\nG1 ");
@@ -107,33 +107,33 @@ TEST_F(ExportCommand, BeginsGcodeWithItsModesAndAStopThatAPersonConfirms) {
     EXPECT_TRUE(text.ends_with("\nM2\n"));
 }
 
-TEST_F(ExportCommand, MakesEveryMoveInMachineCoordinatesWhereThereAreChordsAlone) {
+TEST_F(ExportCommand, UsesMachineCoordinatesWithChordsInsteadOfArcs) {
     const std::string text = Text("gcode", {"--arcs", "chords"});
     EXPECT_FALSE(std::regex_search(text, std::regex("\nG[123] |\nM0")));
     EXPECT_THAT(text, HasSubstr("\nG53 G1 X"));
     EXPECT_EQ("", DifferenceFromPlans(ReadGcode(text), Plans(), 0.01));
 }
 
-TEST_F(ExportCommand, WritesArcsInEveryPlaneOfAHeadThatIsMountedSquare) {
+TEST_F(ExportCommand, WritesArcsForAHeadMountedSquare) {
     const std::string text = Text("gcode");
     for (const char* plane : {"\nG17\n", "\nG18\n", "\nG19\n"}) EXPECT_THAT(text, HasSubstr(plane));
     const Program program = ReadGcode(text);
     EXPECT_TRUE(program.at({1, 3}).front().isArc);
-    EXPECT_EQ(2u, program.at({1, 3}).size()) << "135 degrees are two arcs: none is half a turn or more";
+    EXPECT_EQ(2u, program.at({1, 3}).size()) << "135 degrees: two arcs, because one turns by 120 degrees at most";
     EXPECT_EQ("", DifferenceFromPlans(program, Plans(), 0.01));
 }
 
-TEST_F(ExportCommand, WritesChordsWhereNoPlaneHoldsTheArc) {
+TEST_F(ExportCommand, WritesChordsForArcsOutsideTheMachinesPlanes) {
     const std::string turned = folder.Name("turned.ini");
     ASSERT_EQ(0, RunQmv40(LoadScenario("turned-30").GeometryArguments({"--output", turned})).exitCode);
     const ToolRun run =
         RunQmv40({"export", "--geometry", turned, "--format", "gcode", "--from", "0,0", "--to", "45,90"});
     const Program program = ReadGcode(run.out);
-    EXPECT_FALSE(program.at({1, 3}).front().isArc) << "about an axis between X and Y";
-    EXPECT_TRUE(program.at({1, 5}).front().isArc) << "about the vertical";
+    EXPECT_FALSE(program.at({1, 3}).front().isArc) << "its axis lies between X and Y";
+    EXPECT_TRUE(program.at({1, 5}).front().isArc) << "its axis is vertical";
 }
 
-TEST_F(ExportCommand, MakesAFullTurnAFullTurn) {
+TEST_F(ExportCommand, WritesATurnOf360Degrees) {
     const std::vector<std::string> turn{"--from", "90,-180", "--to", "90,180"};
     const Program program = ReadGcode(Export("gcode", turn).out);
     ASSERT_EQ(3u, program.at({1, 10}).size());
@@ -142,7 +142,7 @@ TEST_F(ExportCommand, MakesAFullTurnAFullTurn) {
     EXPECT_EQ("", DifferenceFromPlans(program, plans, 0.01));
 }
 
-TEST_F(ExportCommand, ComesToTheFirstPlanOfAProgramFromAbove) {
+TEST_F(ExportCommand, ApproachesTheFirstPlanFromTheSafeHeight) {
     const std::vector<Part> way = ReadGcode(Text("gcode")).at({1, 0});
     ASSERT_EQ(1u, way.size());
     EXPECT_NEAR(442.8, way[0].end.x, printedPrecision);
@@ -150,7 +150,7 @@ TEST_F(ExportCommand, ComesToTheFirstPlanOfAProgramFromAbove) {
     EXPECT_NEAR(plainSafeHeight, way[0].end.z, printedPrecision);
 }
 
-/// The points of a program's lines that match, three numbers each.
+/// The points in the lines that match the expression, which has three groups: X, Y and Z.
 std::vector<model::Vector3> PointsIn(const std::string& text, const std::regex& line) {
     std::vector<model::Vector3> points;
     for (std::sregex_iterator each(text.begin(), text.end(), line), end; each != end; ++each) {
@@ -159,7 +159,7 @@ std::vector<model::Vector3> PointsIn(const std::string& text, const std::regex& 
     return points;
 }
 
-TEST_F(ExportCommand, WritesDmisAndIppDmeAlongTheSamePointsAsGcodeInChords) {
+TEST_F(ExportCommand, WritesTheSamePointsInDmisIppDmeAndGcodeChords) {
     std::vector<model::Vector3> expected;
     for (const auto& [place, parts] : ReadGcode(Text("gcode", {"--arcs", "chords"}))) {
         for (const Part& part : parts) expected.push_back(part.end);
@@ -179,7 +179,7 @@ TEST_F(ExportCommand, WritesDmisAndIppDmeAlongTheSamePointsAsGcodeInChords) {
     }
 }
 
-TEST_F(ExportCommand, StopsEveryProgramForAPersonBeforeItsFirstMove) {
+TEST_F(ExportCommand, StopsEveryProgramBeforeItsFirstMove) {
     const struct {
         const char* format;
         const char* stop;
@@ -193,7 +193,7 @@ TEST_F(ExportCommand, StopsEveryProgramForAPersonBeforeItsFirstMove) {
     }
 }
 
-TEST_F(ExportCommand, TakesATourFromAFileOfPositions) {
+TEST_F(ExportCommand, ReadsATourFromAFile) {
     const std::string tour = folder.Write("tour.csv", "B,A\n0,0\n90,45\n-30,15\n");
     EXPECT_EQ(Text("points"), Export("points", {"--tour", tour}).out);
     const std::string rest = folder.Write("rest.csv", "A,B\n45,90\n15,-30\n");
@@ -216,7 +216,7 @@ TEST_F(ExportCommand, WritesNothingWhenAPlanHasFindings) {
     EXPECT_THAT(ReadFile(output), StartsWith("(qmv40 export: gcode)\n"));
 }
 
-TEST_F(ExportCommand, RefusesAPlanThatLeadsNowhere) {
+TEST_F(ExportCommand, RefusesAPlanWithAnAngleThatIsNoNumber) {
     Json plan = RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "45,90", "--json"}).Document();
     plan = Edited(plan, [](Json& records) { records["UnLock"]["RotationAngle"] = nullptr; });
     const ToolRun run = Export("points", {"--plan", folder.Write("plan.json", plan.dump()), "--force"});
@@ -224,14 +224,14 @@ TEST_F(ExportCommand, RefusesAPlanThatLeadsNowhere) {
     EXPECT_THAT(run.err, HasSubstr("plan 1: UnLock has a number that is none"));
 }
 
-TEST_F(ExportCommand, PutsTheHeadingOfPointsIntoTheirFile) {
+TEST_F(ExportCommand, WritesTheHeadingOfPointsIntoTheFile) {
     const std::string output = folder.Name("points.csv");
     Text("points", {"--output", output});
     EXPECT_THAT(ReadFile(output), StartsWith("# qmv40 export: points\n"));
     EXPECT_TRUE(ReadFile(output).ends_with(Text("points")));
 }
 
-TEST_F(ExportCommand, PrintsOneDocumentWithTheProgramInIt) {
+TEST_F(ExportCommand, PrintsADocumentThatContainsTheProgram) {
     const Json document = Export("gcode", {"--from", "0,0", "--to", "45,90", "--json"}).Document();
     EXPECT_EQ("gcode", document["dialect"]);
     EXPECT_TRUE(document["file"].is_null());

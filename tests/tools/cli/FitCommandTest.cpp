@@ -6,7 +6,7 @@
 namespace {
 
 constexpr const char* pointsHeader = "XPosition,YPosition,ZPosition\n";
-// Hand-made points of a few units: rounding alone.
+// The points were made by hand, with coordinates of a few units: only rounding errors remain.
 constexpr double tolerance = 1e-12;
 
 Json FitOf(const std::string& shape, const std::string& points) {
@@ -18,7 +18,7 @@ Json FitOf(const std::string& shape, const std::string& points) {
 }
 
 TEST(FitCommand, FitsACircle) {
-    // Radius 5 about (10, 20, 30) in the plane across Y.
+    // Radius 5 about (10, 20, 30), in a plane normal to Y.
     const Json expected = Json::parse(R"({"shape": "circle",
         "centre": {"X": 10, "Y": 20, "Z": 30}, "normal": {"i": 0, "j": 1, "k": 0},
         "radius": 5, "rms": 0, "residuals": [0, 0, 0, 0, 0]})");
@@ -26,8 +26,8 @@ TEST(FitCommand, FitsACircle) {
     EXPECT_EQ("", DifferenceBetween(expected, actual, tolerance));
 }
 
-TEST(FitCommand, GivesTheDistancesOfPointsOffACircle) {
-    // Lifted alternately by 0.3 and lowered by 0.3: the circle stays in the middle, every point is 0.3 off.
+TEST(FitCommand, PrintsTheDistancesOfThePointsFromTheCircle) {
+    // The points lie in turn 0.3 above and 0.3 below the plane of the fitted circle.
     const Json fit = FitOf("circle", "1,0,0.3\n0,1,-0.3\n-1,0,0.3\n0,-1,-0.3\n");
     EXPECT_NEAR(1.0, fit["radius"].get<double>(), tolerance);
     EXPECT_NEAR(0.3, fit["rms"].get<double>(), tolerance);
@@ -35,7 +35,7 @@ TEST(FitCommand, GivesTheDistancesOfPointsOffACircle) {
     for (const Json& residual : fit["residuals"]) EXPECT_NEAR(0.3, residual.get<double>(), tolerance);
 }
 
-TEST(FitCommand, FitsAPlaneAndGivesResidualsTheSignOfItsNormal) {
+TEST(FitCommand, FitsAPlaneWithResidualsSignedByItsNormal) {
     const Json expected = Json::parse(R"({"shape": "plane",
         "point": {"X": 0, "Y": 0, "Z": 7}, "normal": {"i": 0, "j": 0, "k": 1},
         "rms": 0.25, "residuals": [0.25, -0.25, 0.25, -0.25]})");
@@ -44,7 +44,7 @@ TEST(FitCommand, FitsAPlaneAndGivesResidualsTheSignOfItsNormal) {
 }
 
 TEST(FitCommand, FitsALine) {
-    // Along (3, 0, 4) through (1, 2, 3), two points off it by 0.5 across.
+    // The line runs along (3, 0, 4) through (1, 2, 3); two points are 0.5 away from it.
     const Json expected = Json::parse(R"({"shape": "line",
         "point": {"X": 1, "Y": 2, "Z": 3}, "direction": {"i": 0.6, "j": 0, "k": 0.8},
         "rms": 0.3535533905932738, "residuals": [0, 0.5, 0.5, 0]})");
@@ -52,9 +52,9 @@ TEST(FitCommand, FitsALine) {
     EXPECT_EQ("", DifferenceBetween(expected, actual, tolerance));
 }
 
-TEST(FitCommand, ShowsTheLargestResidualAndItsPointToAPerson) {
+TEST(FitCommand, PrintsTheRmsOfTheResiduals) {
     const TemporaryFolder folder;
-    // The last two points cannot both lie on the circle through the rest.
+    // Four points of a square; one of them is 0.01 too high. The plane is 0.0025 off each.
     const std::string points =
         folder.Write("points.csv", std::string(pointsHeader) + "1,0,0\n0,1,0\n-1,0,0\n0,-1,0.01\n");
     const ToolRun run = RunQmv40({"fit", "--shape", "plane", "--points", points});
@@ -63,7 +63,7 @@ TEST(FitCommand, ShowsTheLargestResidualAndItsPointToAPerson) {
     EXPECT_NE(std::string::npos, run.out.find("normal k")) << run.out;
 }
 
-TEST(FitCommand, ShowsHowMuchOfATurnTheCirclesPointsCover) {
+TEST(FitCommand, PrintsTheArcThatThePointsOfACircleCover) {
     const TemporaryFolder folder;
     const std::string points = folder.Write(
         "points.csv", std::string(pointsHeader) + "0,10,0\n10,0,0\n7.0710678118654755,7.0710678118654755,0\n");
@@ -82,7 +82,7 @@ TEST(FitCommand, RefusesPointsThatDoNotDetermineTheShape) {
         {"circle", "0,0,0\n1,0,0\n", "CMaCircle::Fit", "two points"},
         {"circle", "", "CMaCircle::Fit", "no point at all"},
         {"plane", "0,0,0\n1,0,0\n2,0,0\n", "CMaPlane::Fit", "on one line"},
-        {"line", "1,2,3\n1,2,3\n", "CMaLine::Fit", "in one place"},
+        {"line", "1,2,3\n1,2,3\n", "CMaLine::Fit", "two equal points"},
     };
     const TemporaryFolder folder;
     for (const auto& each : cases) {

@@ -30,7 +30,7 @@ Json PlansOf(const std::vector<std::string>& arguments) {
     return run.Document()["plans"];
 }
 
-/// A field before each number of the object; as many empty ones where there is none.
+/// The numbers of a member, each after a comma. Missing numbers are empty fields; the result has `count` fields.
 std::string CsvFields(const Json& document, const char* member, std::size_t count) {
     if (!document.contains(member)) return std::string(count, ',');
     std::string fields;
@@ -50,7 +50,7 @@ protected:
     const std::string geometry = PlainGeometryFile(folder);
 };
 
-TEST_F(MoveCommand, PrintsAll19MovesInOrderWithTheFieldsOfTheirKind) {
+TEST_F(MoveCommand, PrintsThe19MovesInOrderWithTheirFields) {
     const Json document = RunQmv40(MoveArguments(geometry, "0,0", {"45,90"}, {"--json"})).Document();
     const Json xyz{{"XPosition", 0.0}, {"YPosition", 0.0}, {"ZPosition", 0.0}};
     const Json arc{{"XOrigin", 0.0},         {"YOrigin", 0.0},         {"ZOrigin", 0.0},      {"iRotationVector", 0.0},
@@ -97,9 +97,9 @@ TEST_F(MoveCommand, PrintsAll19MovesInOrderWithTheFieldsOfTheirKind) {
 }
 
 TEST_F(MoveCommand, PlansTheMovesOfTheHeadThatWasCaptured) {
-    // Worked by hand from the pole (412.5, -178.25, -655) and the head's dimensions: drive cup (-6.95, 24, -11.5),
-    // lever centre (+-30.3, 0, -32.25), ball (0, -+19.3, -4.3). B = 0 counts as negative: lever 0 at A = 0, and A = 45
-    // with B = 90 locks with lever 0.
+    // Worked out by hand from the pole sphere at (412.5, -178.25, -655) and the built-in dimensions: drive cup
+    // (-6.95, 24, -11.5), lever centre (+-30.3, 0, -32.25), ball (0, -+19.3, -4.3). The lever side is 0 at (0, 0),
+    // because B = 0 counts as negative, and also at (45, 90).
     const Json moves = RecordsOf(PlansOf(MoveArguments(geometry, "0,0", {"45,90"}, {"--json"}))[0]["moves"]);
     const struct {
         const char* move;
@@ -150,7 +150,7 @@ TEST_F(MoveCommand, KeepsTheSignOfAZeroAngle) {
     EXPECT_FALSE(std::signbit(moves["IntermediateAPosition"]["RotationAngle"].get<double>()));
 }
 
-TEST_F(MoveCommand, PlansATourInWhichEachPlanStartsWhereTheOneBeforeEnded) {
+TEST_F(MoveCommand, StartsEachPlanOfATourWhereTheOneBeforeEnded) {
     const Json tour = PlansOf(MoveArguments(geometry, "0,0", {"45,-90", "90,180", "0,0"}, {"--json"}));
     ASSERT_EQ(3u, tour.size());
     const char* const stops[] = {"0,0", "45,-90", "90,180", "0,0"};
@@ -198,15 +198,15 @@ TEST_F(MoveCommand, RefusesATargetThatTheHeadCannotReach) {
 
 TEST_F(MoveCommand, BeginsEveryMoveWhereTheOneBeforeEnded) {
     const Json moves = PlansOf(MoveArguments(geometry, "15,-75", {"60,165"}, {"--json"}))[0]["moves"];
-    EXPECT_FALSE(moves[0].contains("start")) << "nobody knows where the machine comes from";
+    EXPECT_FALSE(moves[0].contains("start")) << "the position before the plan is not known";
     for (std::size_t i = 1; i < moves.size(); ++i) {
         EXPECT_EQ(moves[i - 1]["end"].dump(), moves[i]["start"].dump()) << moves[i]["name"];
     }
 }
 
-TEST_F(MoveCommand, EndsTheArcsWhereTheHeadIsEngagedAtTheTarget) {
-    // Engaged at A, B the machine stands at the pole less the drive cup (-6.95, 24, -11.5) turned with the head: right-
-    // handed about -X by A = 60, then about Z by B = 90.
+TEST_F(MoveCommand, EndsTheIndexingWithTheCupOnThePegAtTheTarget) {
+    // With the drive cup on the peg, the machine position is the pole sphere minus the cup's offset (-6.95, 24, -11.5),
+    // turned right-handed about -X by A = 60 and then about Z by B = 90.
     const double tiltedY = 24.0 * std::cos(Radians(60.0)) - 11.5 * std::sin(Radians(60.0));
     const double tiltedZ = -11.5 * std::cos(Radians(60.0)) - 24.0 * std::sin(Radians(60.0));
     const Json moves = PlansOf(MoveArguments(geometry, "15,-75", {"60,90"}, {"--json"}))[0]["moves"];
@@ -216,14 +216,14 @@ TEST_F(MoveCommand, EndsTheArcsWhereTheHeadIsEngagedAtTheTarget) {
     EXPECT_NEAR(-655.0 - tiltedZ, end["Z"].get<double>(), roundedCapture.length);
 }
 
-TEST_F(MoveCommand, NamesThePlanOfATourThatIsRefused) {
+TEST_F(MoveCommand, SaysWhichPlanOfATourIsRefused) {
     const ToolRun text = RunQmv40(MoveArguments(geometry, "0,0", {"45,90", "45,91", "0,0"}));
     EXPECT_TRUE(text.err.starts_with("Plan 2 of the tour:\nqmv40: error 0x8A00000E")) << text.err;
     const ToolRun document = RunQmv40(MoveArguments(geometry, "0,0", {"45,90", "45,91", "0,0"}, {"--json"}));
     EXPECT_EQ(2, document.Document()["error"]["plan"]);
 }
 
-TEST_F(MoveCommand, PrintsNoPlanOfATourThatIsRefusedOnTheWay) {
+TEST_F(MoveCommand, PrintsNoPlanWhenOneOfTheTourIsRefused) {
     for (const char* format : {"--csv", "--json"}) {
         const ToolRun run = RunQmv40(MoveArguments(geometry, "0,0", {"45,90", "45,91"}, {format}));
         EXPECT_EQ(1, run.exitCode);
@@ -231,7 +231,7 @@ TEST_F(MoveCommand, PrintsNoPlanOfATourThatIsRefusedOnTheWay) {
     }
 }
 
-TEST_F(MoveCommand, PrintsOneCsvRowAMove) {
+TEST_F(MoveCommand, PrintsOneCsvRowPerMove) {
     const std::vector<std::string> tour = MoveArguments(geometry, "0,0", {"45,90", "15,-30"});
     std::vector<std::string> asCsv = tour;
     asCsv.push_back("--csv");
@@ -252,13 +252,14 @@ TEST_F(MoveCommand, PrintsOneCsvRowAMove) {
     EXPECT_FALSE(std::getline(lines, line)) << line;
 }
 
-TEST_F(MoveCommand, ShowsAPersonEveryMoveAndWhichWayEachArcTurns) {
+TEST_F(MoveCommand, PrintsEveryMoveAndWhichWayEachArcTurns) {
     const std::string text = RunQmv40(MoveArguments(geometry, "0,0", {"45,90"})).out;
     for (const char* expected : {
              "Plan: from A 0, B 0 to A 45, B 90 (deg)\n",
              "   #  Move                      to X (mm)  to Y (mm)  to Z (mm)  What the machine does\n",
              "   1  ApproachUnLockLever        442.8000  -202.5500  -691.5500  go to the closed lock lever\n",
-             // The ball goes from 17.3 mm before its pivot and 0.3 mm below it round to the other side: worked by hand.
+             // Worked out by hand: relative to the lever centre, the machine starts at 17.3 mm in -Y and 0.3 mm in -Z
+             // and turns by 135 degrees over the top.
              "   3  UnLock                     442.8000  -168.2292  -678.8049  push the lever open\n"
              "        turn 135.0000 deg up and over, towards +Y\n"
              "        about (442.8000, -180.2500, -691.2500) along (-1.000000, 0.000000, 0.000000)\n",
@@ -278,8 +279,8 @@ TEST_F(MoveCommand, NumbersThePlansOfATour) {
     EXPECT_NE(std::string::npos, text.find("\nPlan 2: from A 45, B 90 to A 0, B 0 (deg)\n")) << text;
 }
 
-TEST_F(MoveCommand, WritesTheWayBetweenThePlansOfATourOut) {
-    // From the lifted-off place of the lever at (442.8, -197.55) to before the next lever's ball, at the safe height.
+TEST_F(MoveCommand, PrintsTheWayBetweenThePlansOfATour) {
+    // The first plan ends above the lever at (442.8, -197.55). The second begins 5 mm before the ball of its lever.
     const std::string text = RunQmv40(MoveArguments(geometry, "0,0", {"45,90", "0,0"})).out;
     EXPECT_NE(std::string::npos, text.find("The way between the plans, at the safe height (mm)\n"
                                            "  to plan 2\n"
@@ -291,7 +292,7 @@ TEST_F(MoveCommand, WritesTheWayBetweenThePlansOfATourOut) {
     EXPECT_EQ(std::string::npos, RunQmv40(MoveArguments(geometry, "0,0", {"45,90"})).out.find("The way between"));
 }
 
-TEST_F(MoveCommand, ColoursTextForPeopleAndNothingElse) {
+TEST_F(MoveCommand, UsesColoursInTheTableOnly) {
     const auto coloured = [&](std::initializer_list<std::string> more) {
         std::ostringstream out;
         std::ostringstream err;
@@ -320,7 +321,7 @@ TEST_F(MoveCommand, ReadsAndWritesTheSameNumbersInEveryLocale) {
     EXPECT_EQ(expected, everything());
 }
 
-TEST_F(MoveCommand, NeedsAGeometryFileThatIsThere) {
+TEST_F(MoveCommand, RefusesAMissingGeometryFile) {
     for (const std::string& name : {folder.Name("missing.ini"), folder.Name(".")}) {
         const ToolRun run = RunQmv40(MoveArguments(name, "0,0", {"45,90"}));
         EXPECT_EQ(3, run.exitCode);

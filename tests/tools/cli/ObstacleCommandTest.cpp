@@ -21,7 +21,7 @@ Point Shifted(Point point, const Point& by, double factor = 1.0) {
     return point;
 }
 
-/// Where a part of the head is at a sample of the page's document.
+/// A point of a part of the head, at a sample of the document of `qmv40 view`.
 Point PlaceOf(const std::string& part, const Json& sample, const Json& document) {
     const Point at = PointOf(sample["at"]);
     if (part == "drive cup") return PointOf(sample["cup"]);
@@ -39,7 +39,7 @@ protected:
         return RunQmv40(std::move(more));
     }
 
-    /// A box of 0.2 mm about a point.
+    /// An obstacle: a box with sides of 0.2 mm about a point.
     static Json Pin(const std::string& name, const Point& centre) {
         return {{"name", name},
                 {"shape", "box"},
@@ -57,7 +57,7 @@ protected:
     const std::vector<std::string> plan{"--from", "30,-45", "--to", "45,90", "--stylus", "120", "--json"};
 };
 
-/// "7 stylus tip to pin" for a finding.
+/// Each finding as "7 stylus tip to pin": move, part and obstacle.
 std::vector<std::string> TouchesOf(const Json& report) {
     std::vector<std::string> touches;
     for (const Json& finding : report["plans"][0]["findings"]) {
@@ -67,7 +67,7 @@ std::vector<std::string> TouchesOf(const Json& report) {
     return touches;
 }
 
-TEST_F(ObstacleCommand, FindsABoxInTheWayOfEachMoveByMoveAndPart) {
+TEST_F(ObstacleCommand, FindsABoxInTheWayOfEachPartInEachMove) {
     std::vector<std::string> view{"view", "--geometry", geometry};
     view.insert(view.end(), plan.begin(), plan.end());
     const Json document = RunQmv40(view).Document();
@@ -92,9 +92,9 @@ TEST_F(ObstacleCommand, FindsABoxInTheWayOfEachMoveByMoveAndPart) {
     }
 }
 
-TEST_F(ObstacleCommand, SaysOfEveryPartHowCloseItComesToWhat) {
+TEST_F(ObstacleCommand, PrintsTheClearanceOfEachPartToEachObstacle) {
     std::vector<std::string> arguments = plan;
-    // Far aside: the nearest part and place of the whole plan are plain.
+    // The box and the table are far below all parts: every clearance is positive.
     arguments.insert(arguments.end(), {"--obstacles", PinAt({412.5, -178.25, -2000.0}), "--table", "-1000",
                                        "--body-diameter", "30", "--joint-diameter", "30"});
     const ToolRun run = Check(arguments);
@@ -117,10 +117,11 @@ TEST_F(ObstacleCommand, SaysOfEveryPartHowCloseItComesToWhat) {
     EXPECT_EQ(120.0, report["assumptions"]["stylus"]["length"].get<double>());
 }
 
-TEST_F(ObstacleCommand, TellsTheLowestPointOfTheTipAndTheLargestSphere) {
+TEST_F(ObstacleCommand, PrintsTheLowestTipAndTheLargestSphereRadius) {
     const Json report =
         Check({"--from", "0,0", "--to", "0,0", "--stylus", "120", "--tip-diameter", "6", "--json"}).Document();
-    // At A = 0 the stylus hangs straight down, and the levers are pushed 36.55 mm below the sphere, at Z -655.
+    // At A = 0 the stylus hangs straight down. When the sphere (at Z -655) touches a lever, the head's centre is
+    // 36.55 mm below it.
     EXPECT_NEAR(-655.0 - 36.55 - 120.0 - 3.0, report["worst"]["lowestTip"]["value"].get<double>(), 0.01);
     const double largest = report["worst"]["largestSphereRadius"].get<double>();
     for (const double step : {-0.02, 0.02}) {
@@ -130,13 +131,14 @@ TEST_F(ObstacleCommand, TellsTheLowestPointOfTheTipAndTheLargestSphere) {
     }
 }
 
-TEST_F(ObstacleCommand, SaysWhatItAssumed) {
+TEST_F(ObstacleCommand, PrintsItsAssumptions) {
     const ToolRun run = Check({"--from", "0,0", "--to", "45,90"});
     for (const char* expected : {"Assumed\n", "radius 5 mm", "--sphere-radius", "not given: not checked", "--stylus",
                                  "--table", "--z-travel", "none given", "upright rod on the head centre"}) {
         EXPECT_THAT(run.out, HasSubstr(expected));
     }
-    EXPECT_EQ(2, Check({"--from", "0,0", "--to", "45,90", "--tip-diameter", "3"}).exitCode) << "a tip of no stylus";
+    EXPECT_EQ(2, Check({"--from", "0,0", "--to", "45,90", "--tip-diameter", "3"}).exitCode)
+        << "--tip-diameter without --stylus";
     EXPECT_EQ(3, Check({"--from", "0,0", "--to", "45,90", "--obstacles", folder.Name("none.stl")}).exitCode);
 }
 
@@ -147,8 +149,8 @@ TEST_F(ObstacleCommand, FindsTheTableUnderALongStylus) {
     EXPECT_THAT(TouchesOf(report), testing::Not(Contains("6 stylus tip to table"))) << "at the safe height";
 }
 
-TEST_F(ObstacleCommand, ChecksAllPairsAgainstObstaclesAsSinglePlans) {
-    // Below the levers' height, beside the way round the pole.
+TEST_F(ObstacleCommand, ChecksAllPairsAsItChecksSinglePlans) {
+    // A box lower than the levers, beside the path of the head round the pole.
     const std::string box = PinAt({412.5 + 45.0, -178.25 + 10.0, -655.0 - 80.0});
     const std::vector<std::string> around{"--stylus", "120", "--obstacles", box, "--json"};
     std::vector<std::string> arguments{"--all", "--reachable"};

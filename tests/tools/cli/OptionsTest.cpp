@@ -8,11 +8,11 @@ using testing::StartsWith;
 
 namespace {
 
-constexpr const char* soundGeometry = "[HEADCENTRE]\nX=412.5\nY=-178.25\nZ=-655\n[SAFEPOSITION]\nX=0\nY=0\nZ=-620\n"
+constexpr const char* validGeometry = "[HEADCENTRE]\nX=412.5\nY=-178.25\nZ=-655\n[SAFEPOSITION]\nX=0\nY=0\nZ=-620\n"
                                       "[AlignmentOffset]\nRequiredRotationAroundZ=30\n";
 
 std::string GeometryWith(const std::string& from, const std::string& to) {
-    std::string content = soundGeometry;
+    std::string content = validGeometry;
     content.replace(content.find(from), from.size(), to);
     return content;
 }
@@ -43,19 +43,19 @@ protected:
     };
 };
 
-TEST_F(GeometryOption, StopsEveryCommandAtAnEntryThatIsNoNumber) {
+TEST_F(GeometryOption, WithADoubtfulEntryStopsEveryCommand) {
     for (const auto& command : planningCommands) {
         SCOPED_TRACE(command.front());
         const ToolRun run = Run(command, GeometryWith("-178.25", "-178,25"));
         EXPECT_EQ(4, run.exitCode);
         EXPECT_THAT(run.err,
                     StartsWith(file + ":3: [HEADCENTRE] Y '-178,25' reads as -178: the decimal mark is a point\n"));
-        EXPECT_THAT(run.err, HasSubstr("qmv40 geometry")) << "and says what to do";
+        EXPECT_THAT(run.err, HasSubstr("qmv40 geometry")) << "the remedy";
         EXPECT_EQ("", run.out) << "no plan";
     }
 }
 
-TEST_F(GeometryOption, NamesEveryEntryThatIsNoNumber) {
+TEST_F(GeometryOption, NamesEachDoubtfulEntryAndItsLine) {
     const struct {
         std::string content;
         const char* place;
@@ -64,7 +64,8 @@ TEST_F(GeometryOption, NamesEveryEntryThatIsNoNumber) {
     } cases[] = {
         {GeometryWith("412.5", "left"), ":2: ", "[HEADCENTRE] X 'left' reads as 0: it does not begin with a number",
          "a word"},
-        {GeometryWith("412.5", ""), ":2: ", "[HEADCENTRE] X '' reads as 0: it does not begin with a number", "nothing"},
+        {GeometryWith("412.5", ""), ":2: ", "[HEADCENTRE] X '' reads as 0: it does not begin with a number",
+         "an empty value"},
         {GeometryWith("412.5", "412.5 mm"), ":2: ", "'412.5 mm' reads as 412.5: what follows the number is ignored",
          "a unit"},
         {GeometryWith("412.5", "nan"), ":2: ", "'nan' reads as nan, which is no length or angle", "not a number"},
@@ -76,7 +77,7 @@ TEST_F(GeometryOption, NamesEveryEntryThatIsNoNumber) {
         {GeometryWith("X=412.5\n", ""), ": ", "[HEADCENTRE] X is missing", "a missing key"},
         {GeometryWith("X=412.5", "X"), ":2: ", "[HEADCENTRE] X is missing", "a key without a value"},
         {GeometryWith("X=412.5", "X=999999999"), ":2: ", "[HEADCENTRE] X is 999999999, which counts as missing",
-         "its mark"},
+         "999999999 stands for a missing value"},
         {"no geometry at all", ": ", "[HEADCENTRE] X is missing", "another file"},
     };
     for (const auto& each : cases) {
@@ -88,17 +89,17 @@ TEST_F(GeometryOption, NamesEveryEntryThatIsNoNumber) {
     }
 }
 
-TEST_F(GeometryOption, TakesEverySpellingOfANumberThatTheComponentReads) {
-    const std::string expected = Run({"pole"}, soundGeometry).out;
-    for (const char* spelling : {"4.125000000e+02", "+412.5", "\"412.5\"", "  412.50  ", "4125e-1"}) {
-        const ToolRun run = Run({"pole"}, GeometryWith("412.5", spelling));
-        EXPECT_EQ(0, run.exitCode) << spelling;
-        EXPECT_EQ(expected, run.out) << spelling;
-        EXPECT_EQ("", run.err) << spelling;
+TEST_F(GeometryOption, AcceptsEveryFormOfANumberThatTheComponentReads) {
+    const std::string expected = Run({"pole"}, validGeometry).out;
+    for (const char* form : {"4.125000000e+02", "+412.5", "\"412.5\"", "  412.50  ", "4125e-1"}) {
+        const ToolRun run = Run({"pole"}, GeometryWith("412.5", form));
+        EXPECT_EQ(0, run.exitCode) << form;
+        EXPECT_EQ(expected, run.out) << form;
+        EXPECT_EQ("", run.err) << form;
     }
 }
 
-TEST_F(GeometryOption, GoesOnWithForceAndWarns) {
+TEST_F(GeometryOption, WithForceOnlyWarnsOfADoubtfulEntry) {
     const std::string comma = GeometryWith("-178.25", "-178,25");
     for (const auto& command : planningCommands) {
         SCOPED_TRACE(command.front());
@@ -109,7 +110,7 @@ TEST_F(GeometryOption, GoesOnWithForceAndWarns) {
     }
 }
 
-TEST_F(GeometryOption, LeavesAMissingEntryToTheComponentWithForce) {
+TEST_F(GeometryOption, WithForceLetsTheComponentRefuseAMissingEntry) {
     for (const auto& command : planningCommands) {
         const ToolRun run = Run(command, GeometryWith("Y=-178.25\n", ""), {"--force"});
         EXPECT_EQ(1, run.exitCode) << command.front();
@@ -118,7 +119,7 @@ TEST_F(GeometryOption, LeavesAMissingEntryToTheComponentWithForce) {
     }
 }
 
-TEST_F(GeometryOption, ReportsADoubtfulFileAsOneDocument) {
+TEST_F(GeometryOption, ReportsADoubtfulEntryInTheDocument) {
     const ToolRun run = Run({"pole", "--json"}, GeometryWith("-178.25", "word"));
     EXPECT_EQ(4, run.exitCode);
     EXPECT_EQ("", run.err);

@@ -10,7 +10,7 @@ protected:
     const std::string geometry = PlainGeometryFile(folder);
 };
 
-TEST_F(PositionCommands, StartIsTheFirstPointOfEveryIndexingFromThere) {
+TEST_F(PositionCommands, StartIsTheFirstPointOfAnyPlanFromThere) {
     for (const char* from : {"0,0", "45,90", "90,-180", "15,15"}) {
         const ToolRun start = RunQmv40({"start", "--geometry", geometry, "--from", from, "--json"});
         const ToolRun move = RunQmv40({"move", "--geometry", geometry, "--from", from, "--to", "30,-45", "--json"});
@@ -19,8 +19,8 @@ TEST_F(PositionCommands, StartIsTheFirstPointOfEveryIndexingFromThere) {
     }
 }
 
-TEST_F(PositionCommands, StartLiesBesideTheLeverThatIsClosed) {
-    // A = 45, B = 90 is locked with lever 0: pole + (30.3, -24.3, -36.55).
+TEST_F(PositionCommands, StartIsBesideTheLeverThatUnlocks) {
+    // At A = 45, B = 90 the lever side is 0: pole sphere + (30.3, -24.3, -36.55).
     const ToolRun run = RunQmv40({"start", "--geometry", geometry, "--from", "45,90"});
     EXPECT_EQ(0, run.exitCode);
     EXPECT_EQ("Start of any indexing from A 45, B 90 (deg)\n  X 442.8000 mm   Y -202.5500 mm   Z -691.5500 mm\n",
@@ -43,7 +43,7 @@ TEST_F(PositionCommands, PoleIsTheHeadCentre) {
               RunQmv40({"pole", "--geometry", geometry}).out);
 }
 
-TEST_F(PositionCommands, PoleNeedsAGeometryFileThatIsThere) {
+TEST_F(PositionCommands, PoleRefusesAMissingGeometryFile) {
     EXPECT_EQ(3, RunQmv40({"pole", "--geometry", folder.Name("missing.ini")}).exitCode);
 }
 

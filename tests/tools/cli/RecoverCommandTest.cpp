@@ -1,4 +1,4 @@
-#include "ToolRun.h"
+#include "tests/tools/cli/ToolRun.h"
 
 #include "tools/text/Numbers.h"
 
@@ -23,7 +23,7 @@ protected:
         arguments.insert(arguments.end(), more.begin(), more.end());
         return arguments;
     }
-    /// Where a move of the plan ends.
+    /// The machine position at the end of a move of the plan, as an argument.
     std::string EndOf(std::size_t number) const { return PositionArgument(moves[number - 1]["end"]); }
     std::string JournalWith(const std::string& content) const {
         const std::string name = folder.Name("journal.txt");
@@ -37,7 +37,7 @@ protected:
                            .Document()["plans"][0]["moves"];
 };
 
-TEST_F(RecoverCommand, PrintsStateAnglesAndBothWaysFromWhereTheMachineStands) {
+TEST_F(RecoverCommand, PrintsStateAnglesAndBothWaysFromTheStop) {
     const ToolRun run = RunQmv40(Arguments(EndOf(9), {"--after", "9", "--json"}));
     EXPECT_EQ(0, run.exitCode) << run.err;
     const Json document = run.Document();
@@ -62,7 +62,7 @@ TEST_F(RecoverCommand, PrintsStateAnglesAndBothWaysFromWhereTheMachineStands) {
     }
 }
 
-TEST_F(RecoverCommand, SaysWhatToLookAtWhenTwoStatesFit) {
+TEST_F(RecoverCommand, SaysWhatToInspectWhenTwoStatesFit) {
     const ToolRun run = RunQmv40(Arguments(EndOf(8), {"--json"}));
     EXPECT_EQ(4, run.exitCode);
     const Json document = run.Document();
@@ -75,12 +75,12 @@ TEST_F(RecoverCommand, SaysWhatToLookAtWhenTwoStatesFit) {
     EXPECT_NE(std::string::npos, why.find("On-peg (move 9): the lever is open and the cup sits on the peg")) << why;
 }
 
-TEST_F(RecoverCommand, TakesTheMoveFromAJournal) {
+TEST_F(RecoverCommand, ReadsTheMoveFromAJournal) {
     const std::string line = "before 12 from 30,45 to 75,-120;\n";
-    const ToolRun whole = RunQmv40(Arguments(EndOf(11), {"--json", "--journal", JournalWith(line)}));
-    EXPECT_EQ("indexed", whole.Document()["state"]);
+    const ToolRun complete = RunQmv40(Arguments(EndOf(11), {"--json", "--journal", JournalWith(line)}));
+    EXPECT_EQ("indexed", complete.Document()["state"]);
     const ToolRun torn = RunQmv40(Arguments(EndOf(12), {"--json", "--journal", JournalWith(line + "after 12 fr")}));
-    EXPECT_EQ(Json({13}), torn.Document()["stoppedIn"]) << "its end was being written";
+    EXPECT_EQ(Json({13}), torn.Document()["stoppedIn"]) << "the torn line says that move 12 had ended";
     EXPECT_NE(std::string::npos, torn.err.find("the last line is torn")) << torn.err;
     const ToolRun jogged = RunQmv40(Arguments(EndOf(14), {"--json", "--journal", JournalWith(line)}));
     EXPECT_EQ("unknown", jogged.Document()["state"]);
@@ -95,15 +95,15 @@ TEST_F(RecoverCommand, RefusesAJournalOfAnotherPlan) {
     EXPECT_EQ(1, run.Document()["error"]["line"]);
 }
 
-TEST_F(RecoverCommand, RefusesAQuestionWithoutAPosition) {
+TEST_F(RecoverCommand, RefusesWrongMovesAndPositions) {
     const struct {
         std::vector<std::string> more;
         const char* why;
     } cases[] = {{{"--during", "0"}, "moves count from 1"},
                  {{"--during", "20"}, "there are 19"},
-                 {{"--after", "1.5"}, "no half moves"},
-                 {{"--during", "3", "--after", "2"}, "two moves"},
-                 {{"--during", "3", "--journal", "run.txt"}, "two sources"},
+                 {{"--after", "1.5"}, "moves are whole numbers"},
+                 {{"--during", "3", "--after", "2"}, "--during and --after give two moves"},
+                 {{"--during", "3", "--journal", "run.txt"}, "the move comes from --during or from a journal"},
                  {{"--position-error", "0"}, "no position is exact"},
                  {{"--to", "0,0"}, "two targets"}};
     for (const auto& each : cases) EXPECT_EQ(2, RunQmv40(Arguments("0,0,0", each.more)).exitCode) << each.why;
@@ -111,7 +111,7 @@ TEST_F(RecoverCommand, RefusesAQuestionWithoutAPosition) {
         EXPECT_EQ(2, RunQmv40(Arguments(standing)).exitCode) << standing;
 }
 
-TEST_F(RecoverCommand, TellsAPersonTheStateFirstAndNoLineIsTooLong) {
+TEST_F(RecoverCommand, PrintsTheStateFirstInLinesOf100Letters) {
     for (const std::size_t number : {1u, 3u, 8u, 10u, 16u, 18u, 19u}) {
         const ToolRun run = RunQmv40(Arguments(EndOf(number)));
         EXPECT_TRUE(run.out.starts_with("State: ")) << run.out;
@@ -126,7 +126,7 @@ TEST_F(RecoverCommand, TellsAPersonTheStateFirstAndNoLineIsTooLong) {
     }
 }
 
-TEST_F(RecoverCommand, ShowsBothWaysInThePageOfView) {
+TEST_F(RecoverCommand, GivesBothWaysToThePageOfView) {
     std::vector<std::string> arguments = Arguments(EndOf(16), {"--after", "16", "--recover", "--json"});
     arguments.front() = "view";
     const ToolRun run = RunQmv40(arguments);
@@ -142,10 +142,10 @@ TEST_F(RecoverCommand, ShowsBothWaysInThePageOfView) {
     EXPECT_EQ(2, RunQmv40(arguments).exitCode);
     EXPECT_EQ(
         2, RunQmv40({"view", "--geometry", geometry, "--from", "0,0", "--to", "0,0", "--standing", "1,2,3"}).exitCode)
-        << "without --recover it would be for nothing";
+        << "--standing needs --recover";
 }
 
-TEST_F(RecoverCommand, IsShownWithWhatStandsAround) {
+TEST_F(RecoverCommand, GivesThePageClearancesToStylusAndTable) {
     std::vector<std::string> arguments =
         Arguments(EndOf(16), {"--after", "16", "--recover", "--json", "--stylus", "100", "--table", "-900"});
     arguments.front() = "view";
@@ -155,7 +155,7 @@ TEST_F(RecoverCommand, IsShownWithWhatStandsAround) {
     }
 }
 
-TEST_F(RecoverCommand, IsNotShownAsClearWhereTheStateIsUnknown) {
+TEST_F(RecoverCommand, IsNotShownAsClearWhenTheStateIsUnknown) {
     std::vector<std::string> arguments = Arguments("1,2,3", {"--recover", "--json"});
     arguments.front() = "view";
     const ToolRun run = RunQmv40(arguments);

@@ -2,16 +2,17 @@
 
 #include "tests/tools/cli/ToolRun.h"
 
-/// A document for each reference head, by name.
+/// The documents of all reference heads, in the order of their names.
 std::vector<Json> LoadReferenceDocuments();
 
-/// The geometry that the tool makes of a reference head's capture, saved in `folder`; the file's name. Head centre and
-/// rotation are compared with what was worked out. `settings`: a file's name, or empty.
+/// Lets the tool compute the geometry of a reference head's capture and save it in `folder`. Expects the head centre
+/// and the rotation that were worked out independently. `settings`: a settings file's name, or empty. Returns the name
+/// of the geometry file.
 std::string ReferenceGeometryFile(const Json& head, const TemporaryFolder& folder, const std::string& settings);
 
-/// Takes a reference head through the tool, with a settings file where `settings` names one, and compares head centre,
-/// rotation and every plan with what was worked out.
+/// Expects that the tool gives the head centre, the rotation and every plan of a reference head as they were worked out
+/// independently. `settings`: a settings file's name, or empty.
 void ExpectReferenceHead(const Json& head, const std::string& settings);
 
-/// A settings file with these texts, by the names of the values.
+/// The content of a settings file with these values: name and text.
 std::string SettingsText(const Json& values);

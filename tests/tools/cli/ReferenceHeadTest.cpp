@@ -1,5 +1,5 @@
-// Heads whose geometry and plans were worked out independently, through the whole tool: capture file, geometry file,
-// moves.
+// The reference heads: their geometry and plans were worked out independently of the component. The tool reads their
+// captures, writes a geometry file and plans moves from it.
 
 #include "tests/tools/cli/ReferenceHead.h"
 
@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(ReferenceHeads, WithTheBuiltInDimensionsComeOutAsWorkedOut) {
+TEST(ReferenceHeads, WithBuiltInDimensionsHaveTheExpectedPlans) {
     int heads = 0;
     for (const Json& head : LoadReferenceDocuments()) {
         if (!head["settings"].empty()) continue;

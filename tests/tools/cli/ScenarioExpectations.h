@@ -6,16 +6,17 @@
 #include <gtest/gtest.h>
 #include <numbers>
 
-/// How far what comes out of a capture may be from the truth.
+/// Permitted differences between a computed geometry and the head from which the points were computed.
 struct Tolerance {
     double length; ///< mm, of the head centre
     double degrees;
     double residual; ///< mm
 };
 
-/// Captures are written to six decimals: half a nanometre a coordinate, a few times that in a head centre.
+/// Coordinates of captures are rounded to six decimals: 0.5 nm each, and a few times that in a head centre.
 inline constexpr Tolerance roundedCapture{5e-6, 2e-6, 2e-6};
-/// 0.001 mm of noise: about 3.4 times that in the centre of the A circle, and four standard deviations.
+/// The noise is 0.001 mm per coordinate. The centre of the A circle then has a standard deviation of about 0.0034 mm;
+/// the tolerance is four times that.
 inline constexpr Tolerance noisyCapture{0.015, 0.003, 0.005};
 
 inline double Radians(double degrees) { return degrees * std::numbers::pi / 180.0; }
@@ -45,7 +46,7 @@ inline void ExpectFit(const Json& fit, const Json& direction, const Json& centre
     EXPECT_NEAR(std::sqrt(sum / count), fit["rms"].get<double>(), 1e-12);
 }
 
-/// The geometry that the tool computes from a scenario, against the head that the points were computed from.
+/// Expects that the tool computes from a scenario's capture the head from which its points were computed.
 inline void ExpectGeometryOf(const Scenario& scenario, const Tolerance& tolerance) {
     SCOPED_TRACE(scenario.name);
     const ToolRun run = RunQmv40(scenario.GeometryArguments({"--json"}));
@@ -59,7 +60,8 @@ inline void ExpectGeometryOf(const Scenario& scenario, const Tolerance& toleranc
     ExpectNear(truth["pole"]["Z"].get<double>() + safeHeight, document["safePosition"]["Z"], tolerance.length,
                "safe Z");
 
-    // The A axis is -X of the head, the B axis its +Z; the B circle hangs below the pole by the cosine of its A.
+    // The A axis points along the head's -X, the B axis along +Z. During the B set the machine position is length *
+    // cos(A) above the pole sphere, on a circle of the radius length * sin(A).
     const double turn = Radians(mounted + truth["aAxisPointsCapturedAtB"].get<double>());
     const double length = -truth["stylus"]["Z"].get<double>();
     const double tilt = Radians(truth["bAxisPointsCapturedAtA"].get<double>());

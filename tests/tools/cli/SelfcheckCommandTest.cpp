@@ -22,7 +22,7 @@ TEST(Selfcheck, PassesOnThisBuild) {
     EXPECT_EQ("", run.err);
 }
 
-TEST(Selfcheck, ShowsBothSensesOfTheIndexingArcs) {
+TEST(Selfcheck, ComparesTheIndexingArcsTurnedEitherWay) {
     const Json document = RunQmv40({"selfcheck", "--json"}).Document();
     EXPECT_TRUE(document["passed"].get<bool>());
     const auto check = [&](const std::string& what) {
@@ -38,20 +38,20 @@ TEST(Selfcheck, ShowsBothSensesOfTheIndexingArcs) {
     EXPECT_EQ("mm", check("left-handed they miss by")["unit"]);
 }
 
-TEST(Selfcheck, UsesTheBuiltInDimensionsWhateverTheMachineSays) {
+TEST(Selfcheck, UsesTheBuiltInDimensionsDespiteStoredSettings) {
     SettingsFixture store;
     store.SetText("Head Centre To Drive Cup X Offset", "12.5");
     store.SetText("UnLocked To locked Lever Rotation", "90");
     EXPECT_EQ(0, RunQmv40({"selfcheck"}).exitCode);
     const Json after = RunQmv40({"settings", "show", "--json"}).Document();
-    EXPECT_EQ(12.5, after["settings"][0]["inForce"]) << "the machine's settings are back";
+    EXPECT_EQ(12.5, after["settings"][0]["inForce"]) << "afterwards the stored settings count again";
 }
 
 std::vector<selfcheck::SelfCheckGroup> OneCheck(std::vector<double> expected, std::vector<double> got) {
     return {{"Group", "By hand.", {{"a thing", std::move(expected), std::move(got), "mm", 1e-9}}}};
 }
 
-TEST(Selfcheck, EndsWithFourWhenSomethingIsOff) {
+TEST(Selfcheck, FailsWhenANumberIsBeyondItsTolerance) {
     const double notANumber = std::numeric_limits<double>::quiet_NaN();
     const struct {
         std::vector<double> expected;
@@ -64,7 +64,7 @@ TEST(Selfcheck, EndsWithFourWhenSomethingIsOff) {
         {{1.0, 2.0, 3.0}, {1.0, 2.0, 3.0 + 2e-9}, false, "one coordinate beyond it"},
         {{1.0}, {-1.0}, false, "the wrong sign"},
         {{1.0, 2.0, 3.0}, {1.0, notANumber, 3.0}, false, "not a number"},
-        {{notANumber}, {notANumber}, false, "not a number expected either"},
+        {{notANumber}, {notANumber}, false, "not a number, even if that was expected"},
     };
     for (const auto& each : cases) {
         for (const bool asJson : {false, true}) {
@@ -82,10 +82,10 @@ TEST(Selfcheck, EndsWithFourWhenSomethingIsOff) {
     }
 }
 
-TEST(Selfcheck, TellsTheDeliberateConstantsFromTheExactOnes) {
+TEST(Selfcheck, HasTolerancesThatExcludeTheExactConstants) {
     for (const selfcheck::SelfCheckGroup& group : selfcheck::RunSelfChecks()) {
         for (const selfcheck::SelfCheck& check : group.checks) {
-            // The exact constants, for comparison with the two shortened ones.
+            // pi and 180 / pi. The component must use its own two constants, which differ from them.
             if (check.unit == std::string("rad")) {
                 EXPECT_GT(std::abs(check.got[0] - 3.141592653589793), 2 * check.tolerance);
             }

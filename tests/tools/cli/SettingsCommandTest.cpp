@@ -20,7 +20,7 @@ Json SettingOf(const Json& document, const std::string& name) {
     return nullptr;
 }
 
-TEST(SettingsShow, TellsWhatIsInForceAndWhereItComesFrom) {
+TEST(SettingsShow, PrintsEachValueInForceAndItsOrigin) {
     SettingsFixture store;
     store.SetText("Head Centre To Lever Centre X Offset", "31.00");
     store.SetText("Head Centre To Lever Centre Y Offset", "-0.125");
@@ -36,22 +36,22 @@ TEST(SettingsShow, TellsWhatIsInForceAndWhereItComesFrom) {
                     {"origin", "stored"},
                     {"stored", "31.00"}};
     EXPECT_EQ(read, SettingOf(document, "Head Centre To Lever Centre X Offset"));
-    const Json silenced{{"name", "Head Centre To Lever Centre Y Offset"},
-                        {"unit", "mm"},
-                        {"inForce", 0.0},
-                        {"builtIn", 0.0},
-                        {"origin", "builtIn"},
-                        {"stored", "-0.125"}};
-    EXPECT_EQ(silenced, SettingOf(document, "Head Centre To Lever Centre Y Offset"));
+    const Json ignored{{"name", "Head Centre To Lever Centre Y Offset"},
+                       {"unit", "mm"},
+                       {"inForce", 0.0},
+                       {"builtIn", 0.0},
+                       {"origin", "builtIn"},
+                       {"stored", "-0.125"}};
+    EXPECT_EQ(ignored, SettingOf(document, "Head Centre To Lever Centre Y Offset"));
     ASSERT_EQ(1u, document["findings"].size());
     EXPECT_EQ("Head Centre To Lever Centre Y Offset", document["findings"][0]["about"]);
 }
 
-TEST(SettingsShow, NamesSettingsThatAreNotRead) {
+TEST(SettingsShow, FindsSettingsThatAreNotRead) {
     SettingsFixture store;
     store.SetText("Locked To Unlocked Z Offset", "-2");
     const ToolRun run = RunQmv40({"settings", "show"});
-    EXPECT_EQ(0, run.exitCode) << "showing is no judgement";
+    EXPECT_EQ(0, run.exitCode) << "`settings show` always ends with 0";
     EXPECT_THAT(run.out,
                 HasSubstr("Locked To Unlocked Z Offset               -1.5  mm        -1.5  \"-2\"    built in: "
                           "what is stored is not read"));
@@ -90,15 +90,15 @@ TEST(SettingsValidate, EndsWithFourWhenTheComponentWouldNotReadAValue) {
     EXPECT_EQ(4, document.Document()["findings"][0]["line"]);
 }
 
-TEST(SettingsValidate, NeedsAFileThatIsThere) {
+TEST(SettingsValidate, RefusesAMissingFile) {
     const TemporaryFolder folder;
     const ToolRun run = RunQmv40({"settings", "validate", folder.Name("missing.reg"), "--json"});
     EXPECT_EQ(3, run.exitCode);
     EXPECT_EQ("no such file", run.Document()["error"]["description"])
-        << "failures of nested commands are documents too";
+        << "commands of two words print their failures as documents too";
 }
 
-TEST(SettingsWrite, WritesAnOffsetWholeInTextsOfOneLength) {
+TEST(SettingsWrite, WritesXYAndZOfAnOffsetInTextsOfOneLength) {
     const ToolRun run = RunQmv40(
         {"settings", "write", "--set", "lever-centre-x=31", "--set", "unlocked to locked lever rotation=137.5"});
     EXPECT_EQ(0, run.exitCode) << run.err;
@@ -109,7 +109,7 @@ TEST(SettingsWrite, WritesAnOffsetWholeInTextsOfOneLength) {
               run.out);
 }
 
-TEST(SettingsWrite, ReplacesTheWholeFileAndTellsWhatToDoWithIt) {
+TEST(SettingsWrite, ReplacesTheWholeFileAndSaysHowToInstallIt) {
     const TemporaryFolder folder;
     const std::string file =
         folder.Write("head settings.reg",
@@ -122,7 +122,7 @@ TEST(SettingsWrite, ReplacesTheWholeFileAndTellsWhatToDoWithIt) {
     EXPECT_EQ(0, RunQmv40({"settings", "validate", file}).exitCode);
     std::size_t files = 0;
     for ([[maybe_unused]] const auto& each : std::filesystem::directory_iterator(folder.Path())) ++files;
-    EXPECT_EQ(1u, files) << "nothing else is left";
+    EXPECT_EQ(1u, files) << "no temporary file is left";
 }
 
 TEST(SettingsWrite, KeepsTheOtherDimensionsOfItsBase) {
@@ -139,7 +139,7 @@ TEST(SettingsWrite, KeepsTheOtherDimensionsOfItsBase) {
     EXPECT_THAT(document["content"].get<std::string>(), testing::StartsWith(registryHeader));
 }
 
-TEST(SettingsWrite, WarnsOfUnreadValuesOfItsBaseAndOmitsThem) {
+TEST(SettingsWrite, OmitsValuesOfItsBaseThatAreNotRead) {
     const TemporaryFolder folder;
     const std::string base =
         folder.Write("base.reg", std::string(registryHeader) + "\"Locked To Unlocked Z Offset\"=\"-2\"\r\n");
@@ -149,7 +149,7 @@ TEST(SettingsWrite, WarnsOfUnreadValuesOfItsBaseAndOmitsThem) {
     EXPECT_THAT(run.out, Not(HasSubstr("Locked To Unlocked Z Offset")));
 }
 
-TEST(SettingsWrite, RefusesWhatIsNoDimensionOrNoNumber) {
+TEST(SettingsWrite, RefusesUnknownNamesAndWrongNumbers) {
     const struct {
         std::vector<std::string> arguments;
         const char* message;
@@ -159,8 +159,10 @@ TEST(SettingsWrite, RefusesWhatIsNoDimensionOrNoNumber) {
         {{"--set", "Locked To Unlocked Lever Rotations=1"},
          "`qmv40 settings write --help` lists them",
          "a long name misspelt"},
-        {{"--set", "colour=7"}, "`qmv40 settings write --help` lists them", "a name like no other"},
-        {{"--set", "drive-cup-x"}, "is not a name and a number such as", "no number"},
+        {{"--set", "colour=7"},
+         "`qmv40 settings write --help` lists them",
+         "a name without resemblance to any setting"},
+        {{"--set", "drive-cup-x"}, "is not a name and a number such as", "a name without a value"},
         {{"--set", "drive-cup-x="}, "'' is empty", "an empty number"},
         {{"--set", "drive-cup-x=abc"}, "'abc' is not a number", "a word"},
         {{"--set", "drive-cup-x=7mm"}, "'7mm' goes on after the number", "a unit"},
@@ -168,8 +170,10 @@ TEST(SettingsWrite, RefusesWhatIsNoDimensionOrNoNumber) {
         {{"--set", "drive-cup-x=inf"}, "is not a finite number", "infinity"},
         {{"--set", "drive-cup-x=nan"}, "is not a finite number", "not a number"},
         {{"--set", "drive-cup-x=1e999"}, "is too large or too small", "beyond a double"},
-        {{"--set", "drive-cup-x=1e-300"}, "more than 254 letters", "a text that would not be read"},
-        {{"--set", "drive-cup-x=1", "--set", "Head Centre To Drive Cup X Offset=2"}, "is given twice", "said twice"},
+        {{"--set", "drive-cup-x=1e-300"}, "more than 254 letters", "a text longer than the component reads"},
+        {{"--set", "drive-cup-x=1", "--set", "Head Centre To Drive Cup X Offset=2"},
+         "is given twice",
+         "one setting twice"},
         {{}, "--set is required", "nothing to write"},
     };
     const TemporaryFolder folder;
@@ -185,7 +189,7 @@ TEST(SettingsWrite, RefusesWhatIsNoDimensionOrNoNumber) {
     EXPECT_TRUE(folder.IsEmpty()) << "nothing was written";
 }
 
-TEST(SettingsWrite, SaysWhereItCannotWrite) {
+TEST(SettingsWrite, FailsWhenTheFileCannotBeWritten) {
     const TemporaryFolder folder;
     const std::string missing = folder.Name("missing/settings.reg");
     EXPECT_EQ(3, RunQmv40({"settings", "write", "--set", "drive-cup-x=-7", "--output", missing}).exitCode);

@@ -1,4 +1,4 @@
-// Plans that were good until somebody touched them: each kind of mistake is found, by its name.
+// Each test makes one mistake in a good plan and expects the finding with the name of that mistake.
 
 #include "tests/tools/cli/CheckedPlan.h"
 #include "tools/check/Findings.h"
@@ -30,7 +30,7 @@ void Exchange(Json& moves, const std::string& first, const std::string& second) 
     moves = exchanged;
 }
 
-/// Puts `place` as far from `contact` as it was, times `factor`.
+/// Multiplies the distance from `contact` to `place` by `factor`; a negative factor puts `place` on the other side.
 void MoveAway(Json& place, const Json& contact, double factor) {
     for (const char* name : {"XPosition", "YPosition", "ZPosition"}) {
         const double at = contact[name].get<double>();
@@ -38,6 +38,7 @@ void MoveAway(Json& place, const Json& contact, double factor) {
     }
 }
 
+/// Removes the moves after `last`.
 void KeepUpTo(Json& moves, const std::string& last) {
     Json kept = Json::object();
     for (const auto& move : moves.items()) {
@@ -50,7 +51,7 @@ void KeepUpTo(Json& moves, const std::string& last) {
 struct Spoiled {
     const char* why;
     std::function<void(Json& moves)> spoil;
-    const char* found;
+    const char* found;                  ///< the move and the name of the finding
     std::vector<std::string> more = {}; ///< arguments besides geometry and plan
 };
 
@@ -60,47 +61,47 @@ const std::vector<Spoiled>& SpoiledPlans() {
          [](Json& m) { Scale(m["MoveToBPosition"]["RotationAngle"], -1.0); }, "10 arc-turns-the-wrong-way"},
         {"A is turned past the head's stop", [](Json& m) { m["MoveToAPosition"]["RotationAngle"] = -100.0; },
          "11 head-angle-out-of-range"},
-        {"a lever pushed from below would block the way out",
-         [](Json& m) { Scale(m["UnLock"]["RotationAngle"], -1.0); }, "3 arc-turns-the-wrong-way"},
-        {"a swing with the opposite sign ends elsewhere",
+        {"the arc of the lever turns the other way", [](Json& m) { Scale(m["UnLock"]["RotationAngle"], -1.0); },
+         "3 arc-turns-the-wrong-way"},
+        {"the turn round the pole has the opposite sign",
          [](Json& m) { Scale(m["RotateToPeg"]["RotationAngle"], -1.0); }, "5 arc-turns-the-wrong-way"},
         {"A is not brought to 0", [](Json& m) { Add(m["IntermediateAPosition"]["RotationAngle"], -15.0); },
          "9 arc-angle-off"},
-        {"the arcs do not end where the target's engagement is",
-         [](Json& m) { Add(m["MoveToAPosition"]["RotationAngle"], 15.0); }, "11 target-position-missed"},
+        {"A turns 15 degrees short of the target", [](Json& m) { Add(m["MoveToAPosition"]["RotationAngle"], 15.0); },
+         "11 target-position-missed"},
         {"an arc's centre half a millimetre off", [](Json& m) { Add(m["MoveToBPosition"]["XOrigin"], 0.5); },
          "10 arc-centre-off"},
-        {"the head cannot follow an arc about a point beside the sphere",
+        {"an arc about a point beside the sphere pulls the cup off the peg",
          [](Json& m) { Add(m["MoveToBPosition"]["XOrigin"], 0.5); }, "10 peg-torn-out"},
-        {"the arc after it begins elsewhere than it should", [](Json& m) { Add(m["MoveToBPosition"]["XOrigin"], 0.5); },
-         "11 arc-leaves-its-start"},
-        {"a rotation vector that leans",
+        {"after an arc with a wrong centre the next arc starts at a wrong point",
+         [](Json& m) { Add(m["MoveToBPosition"]["XOrigin"], 0.5); }, "11 arc-leaves-its-start"},
+        {"a rotation vector that is tilted",
          [](Json& m) {
              m["MoveToBPosition"]["iRotationVector"] = 0.6;
              m["MoveToBPosition"]["kRotationVector"] = 0.8;
          },
          "10 arc-axis-tilted"},
-        {"a rotation vector that lost a digit", [](Json& m) { m["MoveToBPosition"]["kRotationVector"] = 0.1; },
+        {"a rotation vector of 0.1 instead of 1", [](Json& m) { m["MoveToBPosition"]["kRotationVector"] = 0.1; },
          "10 arc-loses-its-radius"},
         {"a rotation vector of no length", [](Json& m) { m["MoveToBPosition"]["kRotationVector"] = 0.0; },
          "10 not-a-number"},
-        {"the same azimuth, the other way round the pole",
+        {"the turn round the pole goes the long way to the same azimuth",
          [](Json& m) {
              Add(m["RotateToPeg"]["RotationAngle"], m["RotateToPeg"]["RotationAngle"] > 0.0 ? -360.0 : 360.0);
          },
          "5 swing-goes-the-long-way"},
-        {"two moves changed places", [](Json& m) { Exchange(m, "ApproachPeg", "EngageWithPeg"); },
+        {"two moves are exchanged", [](Json& m) { Exchange(m, "ApproachPeg", "EngageWithPeg"); },
          "7 moves-out-of-order"},
-        {"a move was left out", [](Json& m) { m.erase("DisengageFromLockLever"); }, "the plan move-missing"},
+        {"a move is missing", [](Json& m) { m.erase("DisengageFromLockLever"); }, "the plan move-missing"},
         {"the lever is touched beside its ball", [](Json& m) { Add(m["EngageWithUnLockLever"]["ZPosition"], 1.0); },
          "2 lever-not-touched"},
-        {"and stays locked", [](Json& m) { Add(m["EngageWithUnLockLever"]["ZPosition"], 1.0); },
-         "3 lever-not-unlocked"},
+        {"a lever that is touched beside its ball stays locked",
+         [](Json& m) { Add(m["EngageWithUnLockLever"]["ZPosition"], 1.0); }, "3 lever-not-unlocked"},
         {"the lever is not turned at all", [](Json& m) { m["UnLock"]["RotationAngle"] = 0.0; },
          "8 engaged-while-locked"},
-        {"and the head indexed all the same", [](Json& m) { m["UnLock"]["RotationAngle"] = 0.0; },
+        {"the head is indexed although it is locked", [](Json& m) { m["UnLock"]["RotationAngle"] = 0.0; },
          "9 indexed-while-locked"},
-        {"the plan is for another B", [](Json&) {}, "2 wrong-lever", {"--from", "30,45"}},
+        {"the plan starts at another B", [](Json&) {}, "2 wrong-lever", {"--from", "30,45"}},
         {"the cup stops a millimetre short of the peg", [](Json& m) { Add(m["EngageWithPeg"]["YPosition"], -1.0); },
          "8 peg-not-engaged"},
         {"the plan leads to another target", [](Json&) {}, "the plan target-not-reached", {"--to", "45,105"}},
@@ -110,14 +111,14 @@ const std::vector<Spoiled>& SpoiledPlans() {
              Add(m["MoveToPegAtSafeZ"]["ZPosition"], -20.0);
          },
          "5 below-safe-height"},
-        {"so low that it meets the lever",
+        {"the machine goes round the pole so low that it touches the lever",
          [](Json& m) {
              Add(m["DisengageFromUnLockLever"]["ZPosition"], -71.55);
              Add(m["MoveToPegAtSafeZ"]["ZPosition"], -71.55);
          },
          "5 touches-lever"},
-        {"the peg is approached from beyond", [](Json& m) { MoveAway(m["ApproachPeg"], m["EngageWithPeg"], -1.0); },
-         "7 approach-from-the-wrong-side"},
+        {"the peg is approached from the far side",
+         [](Json& m) { MoveAway(m["ApproachPeg"], m["EngageWithPeg"], -1.0); }, "7 approach-from-the-wrong-side"},
         {"the way to the approach leads through the sphere",
          [](Json& m) {
              MoveAway(m["MoveToPegAtSafeZ"], m["EngageWithPeg"], 0.0);
@@ -128,10 +129,11 @@ const std::vector<Spoiled>& SpoiledPlans() {
          "7 approach-too-short"},
         {"the approach is beside its line", [](Json& m) { Add(m["ApproachLockLever"]["XPosition"], 1.0); },
          "16 approach-line-missed"},
-        {"the machine sinks at a slant", [](Json& m) { Add(m["MoveToLockLeverAtSafeZ"]["XPosition"], 5.0); },
+        {"the machine goes down at a slant", [](Json& m) { Add(m["MoveToLockLeverAtSafeZ"]["XPosition"], 5.0); },
          "16 not-above-the-approach"},
-        {"the lever is not pushed shut", [](Json& m) { m["Lock"]["RotationAngle"] = 0.0; }, "18 lever-not-locked"},
-        {"and the head left open", [](Json& m) { m["Lock"]["RotationAngle"] = 0.0; }, "the plan not-locked-at-the-end"},
+        {"the lever is not pushed to locked", [](Json& m) { m["Lock"]["RotationAngle"] = 0.0; }, "18 lever-not-locked"},
+        {"the head is unlocked at the end", [](Json& m) { m["Lock"]["RotationAngle"] = 0.0; },
+         "the plan not-locked-at-the-end"},
         {"the plan ends on the peg", [](Json& m) { KeepUpTo(m, "MoveToAPosition"); }, "the plan still-on-the-peg"},
         {"a coordinate that is no number", [](Json& m) { m["DisengageFromPeg"]["YPosition"] = nullptr; },
          "12 not-a-number"},
@@ -143,12 +145,15 @@ const std::vector<Spoiled>& SpoiledPlans() {
          [](Json&) {},
          "3 travel-limit-exceeded",
          {"--z-travel", "-1000,-675"}},
-        {"clearance that nobody planned for", [](Json&) {}, "1 touches-lever", {"--clearance", "2.6"}},
+        {"a required clearance of 2.6 mm where the plan leaves 2.5 mm",
+         [](Json&) {},
+         "1 touches-lever",
+         {"--clearance", "2.6"}},
     };
     return plans;
 }
 
-TEST(SpoiledPlans, AreFoundEachByItsName) {
+TEST(SpoiledPlans, HaveTheFindingOfTheirMistake) {
     const CheckedPlanFile file;
     const Json clean = file.Plan();
     for (const Spoiled& spoiled : SpoiledPlans()) {
@@ -161,19 +166,19 @@ TEST(SpoiledPlans, AreFoundEachByItsName) {
     }
 }
 
-TEST(SpoiledPlans, AreCleanBeforeTheyAreSpoiled) {
+TEST(SpoiledPlans, HaveNoFindingBeforeTheChange) {
     const CheckedPlanFile file;
     EXPECT_EQ(0, file.Check(file.Plan()).exitCode);
     EXPECT_THAT(FindingNames(file.Report(file.Plan())["plans"][0]), IsEmpty());
 }
 
-TEST(SpoiledPlans, BeginTheirFindingsWithTheMistakeItself) {
+TEST(SpoiledPlans, HaveTheMistakeItselfAsFirstFinding) {
     const struct {
         const char* why;
         std::function<void(Json& moves)> spoil;
         const char* first;
     } cases[] = {
-        {"wrong sense", [](Json& m) { Scale(m["MoveToAPosition"]["RotationAngle"], -1.0); },
+        {"wrong sign", [](Json& m) { Scale(m["MoveToAPosition"]["RotationAngle"], -1.0); },
          "11 arc-turns-the-wrong-way"},
         {"wrong angle", [](Json& m) { Add(m["UnLock"]["RotationAngle"], 15.0); }, "3 arc-angle-off"},
         {"wrong centre", [](Json& m) { Add(m["Lock"]["YOrigin"], 1.0); }, "18 arc-centre-off"},
@@ -189,7 +194,7 @@ TEST(SpoiledPlans, BeginTheirFindingsWithTheMistakeItself) {
     }
 }
 
-TEST(SpoiledPlans, ShowEveryKindOfFindingThatOnePlanCanHave) {
+TEST(SpoiledPlans, ShowEveryFindingThatOnePlanCanHave) {
     std::set<std::string> missing;
     for (const check::FindingText& text : check::AllFindingTexts()) missing.insert(text.name);
     for (const Spoiled& spoiled : SpoiledPlans()) {
@@ -197,10 +202,11 @@ TEST(SpoiledPlans, ShowEveryKindOfFindingThatOnePlanCanHave) {
         missing.erase(found.substr(found.find_last_of(' ') + 1));
     }
     EXPECT_THAT(missing, ElementsAre("start-is-not-the-end-before", "stop-unknown", "touches-obstacle"))
-        << "which take two plans, a plan that was stopped, and something that stands around";
+        << "these need two plans, a stopped plan, and an obstacle";
 }
 
-/// Changes of one number by a millimetre, a degree or a tenth of a rotation vector that nothing is found about.
+/// Changes each number of a plan alone: by 1 mm, by 1 degree, or by 0.1 in a rotation vector. Returns the changes about
+/// which the check finds nothing.
 std::set<std::string> UnnoticedChanges(const CheckedPlanFile& file) {
     std::set<std::string> unnoticed;
     const Json clean = file.Plan();
@@ -218,11 +224,11 @@ std::set<std::string> UnnoticedChanges(const CheckedPlanFile& file) {
     return unnoticed;
 }
 
-TEST(SpoiledPlans, AreNoticedWhateverNumberIsWrongUnlessItDoesNoHarm) {
+TEST(SpoiledPlans, AreFoundForEachWrongNumberThatDoesHarm) {
     const std::set<std::string> harmless{
-        // Farther from the contact, along its line.
+        // The approach begins farther from the contact, on the same line.
         "ApproachUnLockLever.YPosition down",
-        // Another point on the same axis.
+        // The origin of the arc is another point on the same axis.
         "UnLock.XOrigin up", "UnLock.XOrigin down", "RotateToPeg.ZOrigin up", "RotateToPeg.ZOrigin down",
         "MoveToBPosition.ZOrigin up", "MoveToBPosition.ZOrigin down", "MoveToAPosition.YOrigin up",
         "MoveToAPosition.YOrigin down", "RotateToLockLever.ZOrigin up", "RotateToLockLever.ZOrigin down",
@@ -230,14 +236,14 @@ TEST(SpoiledPlans, AreNoticedWhateverNumberIsWrongUnlessItDoesNoHarm) {
         // Higher than the safe height.
         "DisengageFromUnLockLever.ZPosition up", "MoveToPegAtSafeZ.ZPosition up",
         "DisengageFromPegToSafeZ.ZPosition up", "MoveToLockLeverAtSafeZ.ZPosition up",
-        // Ten millimetres above the ball, a millimetre off in any direction.
+        // The last position is 10 mm above the ball; 1 mm in any direction does not matter.
         "DisengageFromLockLever.XPosition up", "DisengageFromLockLever.XPosition down",
         "DisengageFromLockLever.YPosition up", "DisengageFromLockLever.YPosition down",
         "DisengageFromLockLever.ZPosition up", "DisengageFromLockLever.ZPosition down"};
     EXPECT_EQ(harmless, UnnoticedChanges(CheckedPlanFile()));
 }
 
-TEST(SpoiledPlans, TypedFromAPrintedTableAreStillGood) {
+TEST(SpoiledPlans, RoundedToPrintedDecimalsHaveNoFinding) {
     const CheckedPlanFile file;
     const Json document = Edited(file.Plan(), [](Json& moves) {
         for (auto& move : moves.items()) {

@@ -26,13 +26,13 @@ std::string DifferenceBetweenNumbers(double expected, double actual, double tole
     return text.str();
 }
 
-/// Every document that a test has printed, one a line, for the test that holds them against their schemas. Without
-/// the environment variable nothing is kept.
+/// Appends the document to the file that QMV40_DOCUMENTS names, one document per line. The test `schemas` compares them
+/// with the schemas. Writes nothing when the environment variable is not set.
 void KeepDocument(const std::string& document) {
     const char* const fileName = std::getenv("QMV40_DOCUMENTS");
     if (fileName == nullptr) return;
     static std::ofstream file(fileName, std::ios::binary);
-    static std::set<std::size_t> kept; // by a hash: many tests print the same
+    static std::set<std::size_t> kept; // hashes: many tests print the same document, and once is enough
     const Json parsed = Json::parse(document, nullptr, false);
     if (kept.insert(std::hash<std::string>()(document)).second) file << parsed.dump() << std::endl;
 }
@@ -96,12 +96,13 @@ std::string DifferenceBetween(const Json& expected, const Json& actual, double t
     if (expected.is_number() && actual.is_number()) {
         return DifferenceBetweenNumbers(expected.get<double>(), actual.get<double>(), tolerance, where);
     }
-    if (expected.type() != actual.type() || expected.size() != actual.size()) return where + ": another shape";
+    if (expected.type() != actual.type() || expected.size() != actual.size())
+        return where + ": another type or number of members";
     if (!expected.is_structured()) return expected == actual ? "" : where + ": another value";
     auto other = actual.begin();
     for (auto each = expected.begin(); each != expected.end(); ++each, ++other) {
         const std::string name = expected.is_object() ? each.key() : "item";
-        if (expected.is_object() && name != other.key()) return where + ": " + other.key() + " in the place of " + name;
+        if (expected.is_object() && name != other.key()) return where + ": " + other.key() + " instead of " + name;
         const std::string difference = DifferenceBetween(*each, *other, tolerance, where + "." + name);
         if (!difference.empty()) return difference;
     }

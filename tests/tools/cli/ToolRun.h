@@ -7,16 +7,17 @@
 #include <string>
 #include <vector>
 
-/// Documents are read by the library that the tool does not write them with: members keep their order.
+/// The tests read documents with nlohmann's library; the tool writes them with code of its own. Members keep their
+/// order.
 using Json = nlohmann::ordered_json;
 
-/// What a run of the tool left behind.
+/// The result of one run of the tool.
 struct ToolRun {
     int exitCode;
     std::string out;
     std::string err;
 
-    /// The one document on standard output; fails by an exception when it is not one.
+    /// Standard output, parsed. Throws when it is not one JSON document.
     Json Document() const { return Json::parse(out); }
     /// The same without "format" and "version".
     Json Content() const {
@@ -32,29 +33,29 @@ ToolRun RunQmv40(std::vector<std::string> arguments);
 
 std::string ReadFile(const std::string& fileName);
 
-/// A folder of scenarios/ and the head that its points were computed from.
+/// One folder of scenarios/: the files of a capture, and the head from which its points were computed.
 struct Scenario {
     std::string name;
     std::string aAxis; ///< file names
     std::string bAxis;
-    std::string settings; ///< empty where the built-in dimensions hold
-    Json truth;
+    std::string settings; ///< file name; empty when the head has the built-in dimensions
+    Json truth;           ///< position, mounting and stylus of that head
 
-    /// Arguments of a geometry command; the settings are among them where there are some.
+    /// Arguments of `qmv40 geometry` for this capture, with --settings when the scenario has settings.
     std::vector<std::string> GeometryArguments(std::vector<std::string> more = {}) const;
 };
 Scenario LoadScenario(const std::string& name);
 
-/// The plain scenario's geometry, computed by the tool and saved in `folder`; the file's name.
+/// Lets the tool compute the geometry of the scenario "plain" and save it in `folder`. Returns the file's name.
 std::string PlainGeometryFile(const TemporaryFolder& folder);
 
 /// The records of the moves of a plan, by the moves' names.
 Json RecordsOf(const Json& moves);
 
-/// The document with the records of its first plan edited. Moves keep a name and a record alone.
+/// A copy of a document of plans. `edit` changes the records of the first plan, whose moves keep only name and record.
 Json Edited(Json document, const std::function<void(Json& records)>& edit);
 
-/// Where two documents differ: in their members, in the order of these, or in a number by more than `tolerance` times
-/// the larger of 1 and its size. Empty when they do not.
+/// Describes the first difference between two documents; empty when there is none. Members must have the same names in
+/// the same order. Numbers may differ by `tolerance` times the larger of 1 and the size of the expected number.
 std::string DifferenceBetween(const Json& expected, const Json& actual, double tolerance,
                               const std::string& where = "");

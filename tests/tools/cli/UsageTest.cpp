@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* commands[] = {"geometry", "move", "export", "check", "where", "which", "start", "pole", "fit"};
 
-TEST(Usage, HelpTeachesEveryCommandByAnExample) {
+TEST(Usage, HelpOfEveryCommandHasAnExample) {
     for (const char* command : commands) {
         const ToolRun run = RunQmv40({command, "--help"});
         EXPECT_EQ(0, run.exitCode) << command;
@@ -39,7 +39,7 @@ TEST(Usage, VersionIsThatOfTheProject) {
     EXPECT_EQ("qmv40 " QMV40_VERSION "\n", run.out);
 }
 
-TEST(Usage, WrongArgumentsAreRefusedAndNothingElseIsPrinted) {
+TEST(Usage, WrongArgumentsAreRefused) {
     const struct {
         std::vector<std::string> arguments;
         const char* why;
@@ -51,8 +51,8 @@ TEST(Usage, WrongArgumentsAreRefusedAndNothingElseIsPrinted) {
         {{"pole", "--geometry", "x.ini", "--colour"}, "no such option"},
         {{"pole", "--geometry", "x.ini", "extra"}, "an argument too many"},
         {{"pole", "--geometry"}, "an option without its value"},
-        {{"pole", "--geometry=", "--json"}, "an empty value, which must not swallow what follows it"},
-        {{"pole", "--geometry", "--json"}, "an option where a value belongs"},
+        {{"pole", "--geometry=", "--json"}, "an empty value; the next option must not become the value"},
+        {{"pole", "--geometry", "--json"}, "an option instead of a value"},
         {{"start", "--geometry", "x.ini", "--from", "45"}, "one angle"},
         {{"start", "--geometry", "x.ini", "--from", "45;90"}, "the wrong separator"},
         {{"start", "--geometry", "x.ini", "--from", "nan,0"}, "not a finite number"},
@@ -60,9 +60,9 @@ TEST(Usage, WrongArgumentsAreRefusedAndNothingElseIsPrinted) {
         {{"move", "--geometry", "x.ini", "--from", "0,0", "--to", "a,b"}, "no numbers"},
         {{"move", "--geometry", "x.ini", "--from", "0,0", "--to", "0,0", "--json", "--csv"}, "two formats"},
         {{"fit", "--shape", "sphere", "--points", "p.csv"}, "no such shape"},
-        {{"settings"}, "no command of a command that has some"},
+        {{"settings"}, "the second word of the command is missing"},
         {{"settings", "validate"}, "no file"},
-        {{"selfcheck", "--settings", "x.reg"}, "no settings have a say there"},
+        {{"selfcheck", "--settings", "x.reg"}, "selfcheck always uses the built-in settings"},
     };
     for (const auto& each : cases) {
         const ToolRun run = RunQmv40(each.arguments);
@@ -73,16 +73,18 @@ TEST(Usage, WrongArgumentsAreRefusedAndNothingElseIsPrinted) {
     }
 }
 
-TEST(Usage, ACommandThatIsNoneIsAnsweredWithThoseThereAre) {
+TEST(Usage, AnUnknownCommandIsAnsweredWithTheKnownOnes) {
     const struct {
         std::vector<std::string> arguments;
         const char* message;
         const char* why;
     } cases[] = {
-        {{}, "a command is missing: one of geometry, move, ", "none at all"},
-        {{"mvoe", "--from", "0,0"}, "there is no command 'mvoe': give one of geometry, move, ", "a slip of the hand"},
-        {{"settings"}, "a command is missing: one of show, validate, write", "one of a command's own"},
-        {{"settings", "list"}, "there is no command 'list': give one of show, validate, write", "another word for it"},
+        {{}, "a command is missing: one of geometry, move, ", "no command"},
+        {{"mvoe", "--from", "0,0"}, "there is no command 'mvoe': give one of geometry, move, ", "a misspelt command"},
+        {{"settings"}, "a command is missing: one of show, validate, write", "the second word is missing"},
+        {{"settings", "list"},
+         "there is no command 'list': give one of show, validate, write",
+         "an unknown second word"},
     };
     for (const auto& each : cases) {
         const ToolRun run = RunQmv40(each.arguments);
@@ -91,17 +93,17 @@ TEST(Usage, ACommandThatIsNoneIsAnsweredWithThoseThereAre) {
     }
 }
 
-TEST(Usage, JsonIsPrintedForWrongUsageToo) {
+TEST(Usage, WrongArgumentsAreReportedAsADocument) {
     const struct {
         std::vector<std::string> arguments;
         const char* format;
         const char* description;
         const char* why;
     } cases[] = {
-        {{"move", "--json"}, "qmv40/move", "--geometry is required", "what is missing is named"},
+        {{"move", "--json"}, "qmv40/move", "--geometry is required", "an option is missing"},
         {{"pole", "--geometry", "--json"}, "qmv40/pole", "--geometry: a value is missing before --json", "no value"},
         {{"settings", "show", "--json", "--colour"}, "qmv40/settings-show", "not expected", "a command of two words"},
-        {{"fly", "--json"}, "qmv40/error", "", "no command, so no format of its own"},
+        {{"fly", "--json"}, "qmv40/error", "", "an unknown command has the format qmv40/error"},
     };
     for (const auto& each : cases) {
         const ToolRun run = RunQmv40(each.arguments);
@@ -115,13 +117,13 @@ TEST(Usage, JsonIsPrintedForWrongUsageToo) {
     }
 }
 
-TEST(Usage, AWrongAngleIsShownInTheMessage) {
+TEST(Usage, TheMessageShowsTheWrongAngle) {
     const ToolRun run = RunQmv40({"start", "--geometry", "x.ini", "--from", "45;90"});
     EXPECT_NE(std::string::npos, run.err.find("--from: '45;90' is not two angles in degrees such as 45,-90"))
         << run.err;
 }
 
-TEST(Usage, NegativeAnglesAreNotTakenForOptions) {
+TEST(Usage, NegativeAnglesAreNotReadAsOptions) {
     const TemporaryFolder folder;
     const std::string geometry = PlainGeometryFile(folder);
     EXPECT_EQ(0, RunQmv40({"move", "--geometry", geometry, "--from", "0,-90", "--to", "45,-90"}).exitCode);

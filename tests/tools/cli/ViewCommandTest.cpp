@@ -29,9 +29,9 @@ using testing::Not;
 
 using Vector = std::array<double, 3>;
 
-/// Lengths worked out from a geometry file's ten digits, or by another order of operations at a machine's coordinates.
+/// mm and degrees. Numbers of a geometry file have ten digits.
 constexpr double filePrecision = 1e-6;
-/// The same numbers, a few roundings apart.
+/// mm. The same quantity computed in another order of operations.
 constexpr double rounding = 1e-10;
 
 Vector VectorAt(const Json& array) { return {array[0].get<double>(), array[1].get<double>(), array[2].get<double>()}; }
@@ -44,24 +44,24 @@ double DistanceBetween(const Vector& left, const Vector& right) {
     return std::hypot(left[0] - right[0], left[1] - right[1], left[2] - right[2]);
 }
 
-/// Left-handed, as arcs are: the cross product is taken the other way round.
+/// Turns a point as an arc does, left-handed: the cross product has the opposite order.
 Vector TurnedLeftHanded(const Vector& point, const Json& arc) {
     const Vector origin = VectorAt(arc["origin"]);
     const Vector axis = VectorAt(arc["rotationVector"]);
     const double angle = arc["angle"].get<double>() * std::numbers::pi / 180.0;
-    const Vector way{point[0] - origin[0], point[1] - origin[1], point[2] - origin[2]};
-    const double along = axis[0] * way[0] + axis[1] * way[1] + axis[2] * way[2];
-    const Vector across{way[1] * axis[2] - way[2] * axis[1], way[2] * axis[0] - way[0] * axis[2],
-                        way[0] * axis[1] - way[1] * axis[0]};
+    const Vector radius{point[0] - origin[0], point[1] - origin[1], point[2] - origin[2]};
+    const double along = axis[0] * radius[0] + axis[1] * radius[1] + axis[2] * radius[2];
+    const Vector across{radius[1] * axis[2] - radius[2] * axis[1], radius[2] * axis[0] - radius[0] * axis[2],
+                        radius[0] * axis[1] - radius[1] * axis[0]};
     Vector turned{};
     for (std::size_t i = 0; i < 3; ++i) {
-        turned[i] = origin[i] + way[i] * std::cos(angle) + across[i] * std::sin(angle) +
+        turned[i] = origin[i] + radius[i] * std::cos(angle) + across[i] * std::sin(angle) +
                     axis[i] * along * (1.0 - std::cos(angle));
     }
     return turned;
 }
 
-/// Without the whole file in the message, which would hide the rest.
+/// Whether a file contains the text. The message of a failure does not print the whole file.
 testing::AssertionResult Holds(const std::string& fileName, const std::string& text) {
     if (ReadFile(fileName).find(text) != std::string::npos) return testing::AssertionSuccess();
     return testing::AssertionFailure() << fileName << " has no '" << text << "'";
@@ -76,14 +76,14 @@ void ExpectBits(double expected, const Json& number, const std::string& where) {
     EXPECT_EQ(std::bit_cast<std::uint64_t>(expected), std::bit_cast<std::uint64_t>(number.get<double>())) << where;
 }
 
-TEST_F(ViewCommand, ShowsThePlannedNumbersOfTheComponentToTheLastBit) {
+TEST_F(ViewCommand, PrintsTheComponentsNumbersToTheLastBit) {
     component::Calculator calculator;
     calculator.LoadHeadGeometry(head.geometry);
     calculator.SetCurrentHeadPosition({15.0, -75.0});
     const RequiredMoves planned = calculator.CalculateMove({60.0, 165.0});
     const Json moves = head.Document({"--from", "15,-75", "--to", "60,165"})["plans"][0]["moves"];
     ASSERT_EQ(19u, moves.size());
-    const double* number = &planned.ApproachUnLockLever.XPosition; // the record is nothing but doubles
+    const double* number = &planned.ApproachUnLockLever.XPosition; // the record consists of doubles only
     for (const Json& move : moves) {
         const std::string name = move["name"].get<std::string>();
         const bool isArc = move["kind"] == "arc";
@@ -98,7 +98,7 @@ TEST_F(ViewCommand, ShowsThePlannedNumbersOfTheComponentToTheLastBit) {
     EXPECT_EQ(&planned.DisengageFromLockLever.ZPosition + 1, number);
 }
 
-TEST_F(ViewCommand, SamplesEachMoveFromItsStartToWhereItIsPlannedToEnd) {
+TEST_F(ViewCommand, SamplesEachMoveFromItsStartToItsPlannedEnd) {
     const Json moves = head.Document({"--from", "30,-45", "--to", "45,90"})["plans"][0]["moves"];
     for (std::size_t i = 0; i < moves.size(); ++i) {
         const Json& move = moves[i];
@@ -121,20 +121,23 @@ TEST_F(ViewCommand, SamplesAreAtMostAMillimetreOrADegreeApart) {
         SCOPED_TRACE(move["name"].get<std::string>());
         const Json& samples = move["samples"];
         ASSERT_GE(samples.size(), 2u);
-        // The chord of a degree; an arc's radius is no larger than the distance from its origin.
+        // On an arc: the chord of one degree. The origin may lie beside the arc's plane, so this radius is an upper
+        // bound.
         const double radius = move["kind"] == "arc"
                                   ? DistanceBetween(VectorAt(samples[0]["at"]), VectorAt(move["planned"]["origin"]))
                                   : 0;
-        const double farthest = move["kind"] == "arc" ? 2.0 * radius * std::sin(0.5 * std::numbers::pi / 180.0) : 1.0;
+        const double largestStep =
+            move["kind"] == "arc" ? 2.0 * radius * std::sin(0.5 * std::numbers::pi / 180.0) : 1.0;
         for (std::size_t i = 1; i < samples.size(); ++i) {
-            EXPECT_LE(DistanceBetween(VectorAt(samples[i - 1]["at"]), VectorAt(samples[i]["at"])), farthest + rounding);
+            EXPECT_LE(DistanceBetween(VectorAt(samples[i - 1]["at"]), VectorAt(samples[i]["at"])),
+                      largestStep + rounding);
         }
         const double angle = move["kind"] == "arc" ? std::abs(move["planned"]["angle"].get<double>()) : 0.0;
         EXPECT_GE(static_cast<double>(samples.size()), angle + 1.0);
     }
 }
 
-TEST_F(ViewCommand, FollowsHeadLeverAndPegToTheTarget) {
+TEST_F(ViewCommand, HasAnglesLeverAndPegAtEachSample) {
     const Json moves = head.Document({"--from", "30,-45", "--to", "45,90"})["plans"][0]["moves"];
     const Json first = moves[0]["samples"].front();
     EXPECT_EQ(30.0, first["A"].get<double>());
@@ -149,7 +152,7 @@ TEST_F(ViewCommand, FollowsHeadLeverAndPegToTheTarget) {
     EXPECT_FALSE(last["onPeg"].get<bool>());
 }
 
-TEST_F(ViewCommand, KeepsTheCupInTheMiddleOfTheSphereWhileItIsOnThePeg) {
+TEST_F(ViewCommand, KeepsTheCupOnTheSphereWhileOnThePeg) {
     const Json document = head.Document({"--from", "30,-45", "--to", "45,90"});
     const Vector sphere = VectorAt(document["sphere"]["centre"]);
     int samples = 0;
@@ -160,12 +163,13 @@ TEST_F(ViewCommand, KeepsTheCupInTheMiddleOfTheSphereWhileItIsOnThePeg) {
             ++samples;
         }
     }
-    EXPECT_GE(samples, 30 + 135 + 45) << "a sample a degree";
+    EXPECT_GE(samples, 30 + 135 + 45) << "one sample per degree";
 }
 
-TEST_F(ViewCommand, HasTheLeversOnTheHeadWhereThePoleSphereTouchesThem) {
-    // The machine touches the lever of side 0 at pole + (30.3, 0, -32.25) + (0, -19.3, -4.3) when it is locked: so the
-    // ball is the opposite of that from the head centre.
+TEST_F(ViewCommand, HasTheLeverBallsWhereTheSphereTouchesThem) {
+    // When the sphere touches the locked lever of side 0, the machine position is the sphere's centre + (30.3, 0,
+    // -32.25)
+    // + (0, -19.3, -4.3). The ball's offset from the head's centre is the opposite of that sum.
     const Json levers = head.Document({"--from", "0,0", "--to", "45,90"})["levers"];
     const struct {
         const char* side;
@@ -181,11 +185,11 @@ TEST_F(ViewCommand, HasTheLeversOnTheHeadWhereThePoleSphereTouchesThem) {
     }
 }
 
-TEST_F(ViewCommand, ShowsTheLeverLockedBeforeItsPushAndUnlockedAfter) {
+TEST_F(ViewCommand, TouchesTheLeversInTheirLockedAndUnlockedPlaces) {
     const struct {
         const char* from;
         const char* to;
-        std::size_t unlocks, locks; ///< which lever: 0 plus, 1 minus
+        std::size_t unlocks, locks; ///< the lever that is pushed to unlock and to lock: 0 plus, 1 minus
     } cases[] = {{"0,0", "45,90", 0, 0}, {"30,-45", "45,90", 1, 0}, {"0,90", "30,-15", 1, 1}};
     for (const auto& each : cases) {
         SCOPED_TRACE(each.from);
@@ -200,7 +204,7 @@ TEST_F(ViewCommand, ShowsTheLeverLockedBeforeItsPushAndUnlockedAfter) {
     }
 }
 
-TEST(View, TurnsLeversAndMountingWithAHeadThatIsMountedTurned) {
+TEST(View, TurnsLeversAndAxesWithTheMountingAngle) {
     const TemporaryFolder folder;
     const std::string geometry = folder.Name("turned.ini");
     ASSERT_EQ(0, RunQmv40(LoadScenario("turned-30").GeometryArguments({"--output", geometry})).exitCode);
@@ -208,19 +212,19 @@ TEST(View, TurnsLeversAndMountingWithAHeadThatIsMountedTurned) {
         RunQmv40({"view", "--geometry", geometry, "--from", "0,0", "--to", "0,0", "--json"}).Document();
     const double c = std::sqrt(3.0) / 2.0;
     const double s = 0.5;
-    // The capture's coordinates are rounded to a micrometre's thousandth, a stylus' length away.
+    // The coordinates of the capture are rounded to 1 nm; its circles have the radius of the stylus.
     constexpr double roundedCapture = 1e-6;
     EXPECT_LE(DistanceBetween({c, s, 0.0}, VectorAt(document["mounting"]["right"])), roundedCapture);
     EXPECT_LE(DistanceBetween({-s, c, 0.0}, VectorAt(document["mounting"]["forward"])), roundedCapture);
     const Vector pivot{-30.3 * c, -30.3 * s, 32.25};
     EXPECT_LE(DistanceBetween(pivot, VectorAt(document["levers"][0]["pivot"])), 100.0 * roundedCapture);
-    // The axis and the stylus, turned by 30 degrees too.
+    // The tilt axis is turned by 30 degrees too. The stylus hangs straight down.
     const Json& sample = document["plans"][0]["moves"][0]["samples"][0];
     EXPECT_LE(DistanceBetween({-c, -s, 0.0}, VectorAt(sample["tiltAxis"])), roundedCapture);
     EXPECT_LE(DistanceBetween({0.0, 0.0, -1.0}, VectorAt(sample["stylus"])), roundedCapture);
 }
 
-TEST_F(ViewCommand, PointsStylusAndTiltAxisWhereTheAnglesSay) {
+TEST_F(ViewCommand, HasTheDirectionsOfStylusAndTiltAxis) {
     const double h = std::sqrt(0.5);
     const struct {
         const char* stop;
@@ -228,10 +232,10 @@ TEST_F(ViewCommand, PointsStylusAndTiltAxisWhereTheAnglesSay) {
         const char* why;
     } cases[] = {
         {"0,0", {-1, 0, 0}, {0, 0, -1}, "straight down"},
-        {"90,0", {-1, 0, 0}, {0, -1, 0}, "down goes to the front: right-handed about -X"},
-        {"90,90", {0, -1, 0}, {1, 0, 0}, "and B takes the front to the right"},
-        {"45,180", {1, 0, 0}, {0, h, -h}, "halfway, to the back"},
-        {"0,-90", {0, 1, 0}, {0, 0, -1}, "B alone turns only the axis"},
+        {"90,0", {-1, 0, 0}, {0, -1, 0}, "A turns right-handed about -X, so the stylus points to the front"},
+        {"90,90", {0, -1, 0}, {1, 0, 0}, "B turns the stylus from the front to the right"},
+        {"45,180", {1, 0, 0}, {0, h, -h}, "half-way up, to the back"},
+        {"0,-90", {0, 1, 0}, {0, 0, -1}, "at A = 0, B turns only the axis"},
     };
     for (const auto& each : cases) {
         const Json moves = head.Document({"--from", "0,0", "--to", each.stop})["plans"][0]["moves"];
@@ -241,12 +245,12 @@ TEST_F(ViewCommand, PointsStylusAndTiltAxisWhereTheAnglesSay) {
     }
 }
 
-TEST_F(ViewCommand, ShowsTheClearanceAtEachSampleAsOfTheWholeMove) {
+TEST_F(ViewCommand, HasAClearanceAtEachSampleThatFitsTheMoves) {
     const Json moves = head.Document({"--from", "0,0", "--to", "45,90"})["plans"][0]["moves"];
     EXPECT_NEAR(5.0 - 2.5, moves[0]["samples"].back()["clearance"].get<double>(), filePrecision)
-        << "the lever, from 5 mm";
+        << "5 mm from the lever, ball radius 2.5 mm";
     EXPECT_NEAR(10.0 - 5.0, moves[6]["samples"].back()["clearance"].get<double>(), filePrecision)
-        << "the peg, from 10 mm";
+        << "10 mm from the peg, sphere radius 5 mm";
     for (const Json& move : moves) {
         SCOPED_TRACE(move["name"].get<std::string>());
         const double least =
@@ -259,12 +263,12 @@ TEST_F(ViewCommand, ShowsTheClearanceAtEachSampleAsOfTheWholeMove) {
         }
         if (move["mustTouch"] != "") continue;
         EXPECT_GE(leastSampled, least - rounding);
-        // The closest point is within half a step of a sample.
+        // Samples are at most 1 mm apart, so one lies within 0.5 mm of the closest point.
         EXPECT_LE(leastSampled, least + 0.5 + rounding);
     }
 }
 
-TEST_F(ViewCommand, GivesEachMoveTheLevelOfContactAndClearance) {
+TEST_F(ViewCommand, GivesEachMoveItsLevel) {
     for (const char* radius : {"5", "8"}) {
         const Json document = head.Document({"--from", "0,0", "--to", "45,90", "--sphere-radius", radius});
         EXPECT_EQ("clear, no findings", document["verdict"]["text"].get<std::string>());
@@ -272,14 +276,14 @@ TEST_F(ViewCommand, GivesEachMoveTheLevelOfContactAndClearance) {
         for (const Json& move : document["plans"][0]["moves"]) {
             const double clearance =
                 std::min(move["clearanceToPoleSphere"].get<double>(), move["clearanceToLevers"].get<double>());
-            // A thousandth of a millimetre is nothing to the checker.
+            // The check ignores 0.001 mm.
             const char* const expected = move["mustTouch"] != "" ? "contact" : clearance < 4.999 ? "tight" : "clear";
             EXPECT_EQ(expected, move["level"].get<std::string>()) << move["name"];
             levels.insert(expected);
         }
-        EXPECT_EQ(3u, levels.size()) << "all of them are there to be looked at";
+        EXPECT_EQ(3u, levels.size()) << "the plan has moves of all three levels";
     }
-    // Approached from 10 mm a sphere of 5 mm leaves 5, one of 8 mm leaves 2.
+    // The approach begins 10 mm before the peg: a radius of 5 mm leaves 5 mm, a radius of 8 mm leaves 2 mm.
     const auto approach = [&](const char* radius) {
         return head.Document({"--from", "0,0", "--to", "45,90", "--sphere-radius", radius})["plans"][0]["moves"][6];
     };
@@ -287,7 +291,7 @@ TEST_F(ViewCommand, GivesEachMoveTheLevelOfContactAndClearance) {
     EXPECT_EQ("tight", approach("8")["level"].get<std::string>());
 }
 
-TEST_F(ViewCommand, ShowsWhatTheCheckFindsAndMarksThoseMoves) {
+TEST_F(ViewCommand, HasTheFindingsOfTheCheckAndMarksTheirMoves) {
     const struct {
         const char* move;
         const char* number;
@@ -322,22 +326,23 @@ TEST_F(ViewCommand, ShowsWhatTheCheckFindsAndMarksThoseMoves) {
 }
 
 /// Adds the names of members that are null.
-void CollectNulls(const Json& document, std::set<std::string>& nulls) { // NOLINT(misc-no-recursion): so are documents
+void CollectNulls(const Json& document,
+                  std::set<std::string>& nulls) { // NOLINT(misc-no-recursion): documents are nested
     for (const auto& item : document.items()) {
         if (item.value().is_null()) nulls.insert(item.key());
         if (item.value().is_structured()) CollectNulls(item.value(), nulls);
     }
 }
 
-TEST_F(ViewCommand, HasANumberWhereverOneCanBe) {
+TEST_F(ViewCommand, HasNullOnlyInMembersThatMayBeEmpty) {
     const Json document = head.Document({"--from", "0,0", "--to", "45,90"});
     std::set<std::string> nulls;
     CollectNulls(document, nulls);
     EXPECT_THAT(nulls, ElementsAre("arc", "atLeast", "clearance", "nearest", "stylus", "table", "turn"))
-        << "what this level, move or machine has none of";
+        << "no stylus, no table; straight moves have no arc; contacts have no clearance";
 }
 
-TEST_F(ViewCommand, ShowsAMoveThatCannotBeRunWithoutSamples) {
+TEST_F(ViewCommand, HasNoSamplesFromAMoveThatCannotBeRun) {
     const Json plan =
         head.Document({"--plan", head.SpoiledPlan("0,0", "45,90", "ApproachPeg", "YPosition", nullptr)})["plans"][0];
     ASSERT_EQ(19u, plan["moves"].size());
@@ -353,14 +358,14 @@ TEST_F(ViewCommand, ShowsAMoveThatCannotBeRunWithoutSamples) {
     EXPECT_TRUE(plan["moves"][6]["planned"]["position"][1].is_null());
 }
 
-TEST_F(ViewCommand, KeepsAMistypedDistanceFromFillingTheMemory) {
+TEST_F(ViewCommand, LimitsTheSamplesOfAVeryLongMove) {
     const std::string plan = head.SpoiledPlan("0,0", "45,90", "ApproachPeg", "YPosition", 1e12);
     const Json moves = head.Document({"--plan", plan})["plans"][0]["moves"];
     EXPECT_EQ(10001u, moves[6]["samples"].size());
     EXPECT_EQ(1e12, moves[6]["samples"].back()["at"][1].get<double>());
 }
 
-TEST_F(ViewCommand, JoinsThePlansOfATour) {
+TEST_F(ViewCommand, StartsEachPlanOfATourWhereTheOneBeforeEnded) {
     const Json document = head.Document({"--from", "0,0", "--to", "45,90", "--to", "15,-30"});
     EXPECT_EQ("plain.ini: (0, 0) to (45, 90) to (15, -30)", document["title"].get<std::string>());
     const Json& plans = document["plans"];
@@ -384,7 +389,7 @@ TEST_F(ViewCommand, FillsThePageWithTitleDocumentAndDrawings) {
     const Json embedded = Json::parse(page.substr(begin, page.find("</script>") - begin));
     std::vector<std::string> asDocument = tour;
     asDocument.emplace_back("--json");
-    EXPECT_TRUE(head.View(asDocument).Content() == embedded) << "another document than that of --json";
+    EXPECT_TRUE(head.View(asDocument).Content() == embedded) << "the page's document differs from that of --json";
     std::size_t figures = 0;
     for (std::size_t at = page.find("<figure>\n<svg "); at != std::string::npos; at = page.find("<figure>", at + 1)) {
         ++figures;
@@ -402,7 +407,7 @@ TEST_F(ViewCommand, WritesPageAndDrawingOfAPlanThatHasFindings) {
     EXPECT_TRUE(Holds(head.folder.Name("bad.svg"), "arc-turns-the-wrong-way"));
 }
 
-TEST_F(ViewCommand, GivesEachPlanOfATourASheetOfItsOwn) {
+TEST_F(ViewCommand, WritesOneDrawingForEachPlanOfATour) {
     const ToolRun run =
         head.View({"--from", "0,0", "--to", "45,90", "--to", "0,0", "--svg", head.folder.Name("of a tour.v2.svg")});
     EXPECT_EQ(0, run.exitCode) << run.err;
@@ -411,7 +416,7 @@ TEST_F(ViewCommand, GivesEachPlanOfATourASheetOfItsOwn) {
     EXPECT_FALSE(std::filesystem::exists(head.folder.Path() / "of a tour.v2.svg"));
 }
 
-TEST_F(ViewCommand, WritesAPageUnlessItIsAskedForADrawingOrADocumentAlone) {
+TEST_F(ViewCommand, WritesNoPageWhenADrawingOrADocumentIsAskedFor) {
     const struct {
         std::vector<std::string> arguments;
         bool isPageWritten;
@@ -435,11 +440,12 @@ TEST_F(ViewCommand, WritesNothingWhenThePlanIsRefused) {
         std::vector<std::string> arguments;
         int exitCode;
         const char* why;
-    } cases[] = {{{"--from", "0,0", "--to", "45,90", "--to", "-15,0"}, 1, "the component refuses the second plan"},
-                 {{"--plan", head.folder.Name("none.json")}, 3, "no such file"},
-                 {{"--from", "0,0", "--to", "0,0", "--template", head.folder.Name("none.html")}, 3, "no page to fill"},
-                 {{"--from", "0,0", "--to", "0,0", "--template", head.geometry}, 3, "no template"},
-                 {{"--from", "0,0"}, 2, "no target"}};
+    } cases[] = {
+        {{"--from", "0,0", "--to", "45,90", "--to", "-15,0"}, 1, "the component refuses the second plan"},
+        {{"--plan", head.folder.Name("none.json")}, 3, "no such file"},
+        {{"--from", "0,0", "--to", "0,0", "--template", head.folder.Name("none.html")}, 3, "the template is missing"},
+        {{"--from", "0,0", "--to", "0,0", "--template", head.geometry}, 3, "a file that is no template"},
+        {{"--from", "0,0"}, 2, "no target"}};
     for (const auto& each : cases) {
         std::vector<std::string> arguments = each.arguments;
         if (std::ranges::find(arguments, "--template") == arguments.end()) {
@@ -454,14 +460,14 @@ TEST_F(ViewCommand, WritesNothingWhenThePlanIsRefused) {
     }
 }
 
-TEST_F(ViewCommand, SaysWhichPlaceATemplateLacks) {
+TEST_F(ViewCommand, SaysWhichPlaceholderOfATemplateIsWrong) {
     const std::string page = head.folder.Write("twice.html", "@TITLE@ @DOCUMENT@ @DRAWINGS@ @DRAWINGS@");
     const ToolRun run = head.View({"--from", "0,0", "--to", "0,0", "--template", page});
     EXPECT_EQ(3, run.exitCode);
     EXPECT_EQ(page + ": is no template of this tool: @DRAWINGS@ must stand in it once\n", run.err);
 }
 
-TEST(PageTemplate, IsFoundBesideTheFolderOfProgramsOrBesideTheProgram) {
+TEST(PageTemplate, IsFoundInShareBesideBinOrBesideTheProgram) {
     const TemporaryFolder folder;
     const std::filesystem::path programs = folder.Path() / "bin";
     const std::filesystem::path beside = programs / "share" / "qmv40";
@@ -474,7 +480,7 @@ TEST(PageTemplate, IsFoundBesideTheFolderOfProgramsOrBesideTheProgram) {
     EXPECT_TRUE(std::filesystem::equivalent(above / "view.html", text::PathOf(view::FindPageTemplate(programs))));
 }
 
-TEST(PageTemplate, ThatIsMissingIsTalkedAboutWithItsPlacesAndARemedy) {
+TEST(PageTemplate, ThatIsMissingIsReportedWithPlacesAndRemedy) {
     const TemporaryFolder folder;
     try {
         view::FindPageTemplate(folder.Path() / "bin");
@@ -492,10 +498,10 @@ TEST(PageTemplate, IsFilledInOnePass) {
     EXPECT_EQ("<second, not @ONE@> first, not @TWO@.", view::FilledTemplate("page", "<@TWO@> @ONE@.", fillings));
 }
 
-TEST(Markup, KeepsATextFromBeingTakenForMarkup) {
+TEST(Markup, EscapesATextForMarkup) {
     EXPECT_EQ("a&lt;b&gt;&amp;&quot;&#39;.ini", view::MarkupText("a<b>&\"'.ini"));
     EXPECT_EQ("Prüfkopf 検査 😀", view::MarkupText("Prüfkopf 検査 😀"));
-    // A control character, bytes that are no UTF-8, a code that is no character.
+    // A control character, an invalid UTF-8 byte and the noncharacter U+FFFF.
     EXPECT_EQ("a\xEF\xBF\xBD"
               "b\xEF\xBF\xBD"
               "c\xEF\xBF\xBD",
@@ -504,15 +510,15 @@ TEST(Markup, KeepsATextFromBeingTakenForMarkup) {
                                "c\xEF\xBF\xBF"));
 }
 
-TEST(Markup, CutsATextToItsColumns) {
+TEST(Markup, CutsATextToANumberOfColumns) {
     EXPECT_EQ("twelve chars", view::CutText("twelve chars", 12));
     EXPECT_EQ("twelve char…", view::CutText("twelve chars.", 12));
-    EXPECT_EQ("検査検査", view::CutText("検査検査", 8)) << "two columns each";
+    EXPECT_EQ("検査検査", view::CutText("検査検査", 8)) << "each of these characters takes two columns";
     EXPECT_EQ("検査検…", view::CutText("検査検査", 7));
     EXPECT_EQ("üüü", view::CutText("üüü", 3));
 }
 
-TEST(ViewDocument, CannotEndTheScriptElementThatItStandsIn) {
+TEST(ViewDocument, CannotEndTheScriptElementAroundIt) {
     const text::Json document{{"title", "</script><!--<script>"}};
     const std::string embedded = view::EmbeddedDocument(document);
     EXPECT_EQ(std::string::npos, embedded.find('<')) << embedded;
@@ -520,7 +526,7 @@ TEST(ViewDocument, CannotEndTheScriptElementThatItStandsIn) {
 }
 
 TEST_F(ViewCommand, TakesNamesInAnyAlphabet) {
-    // The geometry's name is the component's to read, which on Windows knows one alphabet.
+    // The component opens the geometry file, and on Windows it accepts only names in the ANSI code page.
     const std::string name = head.folder.Write("Prüfkopf O'Neill & Söhne.ini", ReadFile(head.geometry));
     const std::string page = head.folder.Name("Überblick 検査.html");
     const std::string drawing = head.folder.Name("Überblick 検査.svg");

@@ -2,7 +2,8 @@
 
 #include "tests/tools/cli/ToolRun.h"
 
-/// What tests of `qmv40 view` share: the plain head, and a page to be filled that is nothing but its placeholders.
+/// Shared by the tests of `qmv40 view`: the geometry of the scenario "plain", and a page template that contains only
+/// the placeholders.
 class ViewedHead {
 public:
     ViewedHead();
@@ -11,11 +12,11 @@ public:
     const std::string geometry; ///< file name
     const std::string page;     ///< file name of the template
 
-    /// Runs the command on the head, with more arguments.
+    /// Runs `qmv40 view` with this geometry and the arguments `more`.
     ToolRun View(std::vector<std::string> more) const;
-    /// The document that it prints. The exit code is not looked at.
+    /// The same with --json: the document that it prints. The exit code is not tested.
     Json Document(std::vector<std::string> more) const;
-    /// A plan of the component, spoiled: its file's name.
+    /// Writes a plan of the component in which one number of one move is replaced by `value`. Returns the file's name.
     std::string SpoiledPlan(const std::string& from, const std::string& to, const std::string& move,
                             const std::string& number, const Json& value) const;
 };

@@ -25,8 +25,8 @@ protected:
     const std::string geometry = PlainGeometryFile(folder);
 };
 
-TEST_F(WhereAndWhich, GiveTheCapturedPointsOfTheScenario) {
-    // The capture is of unlocked points, made with the tip that truth.json has.
+TEST_F(WhereAndWhich, GiveThePointsOfTheCapture) {
+    // The points were captured unlocked, with the stylus tip of truth.json.
     const Scenario scenario = LoadScenario("plain");
     std::istringstream lines(ReadFile(scenario.aAxis));
     std::string header;
@@ -78,9 +78,9 @@ TEST_F(WhereAndWhich, SayThatTheHeadDidNotIndex) {
     EXPECT_EQ("fault", document["findings"][0]["severity"]);
 }
 
-TEST_F(WhereAndWhich, SayWhereSeveralPositionsAreOnePlace) {
+TEST_F(WhereAndWhich, SayWhenSeveralPositionsHaveTheTipInOnePlace) {
     const ToolRun hanging = Run({"which", "--tip", "0,0,-180", "--measured", Where("0,30", "0,0,-180"), "--json"});
-    EXPECT_EQ(0, hanging.exitCode) << "nothing is wrong";
+    EXPECT_EQ(0, hanging.exitCode) << "a note, not a fault";
     EXPECT_TRUE(hanging.Document()["B"].is_null());
     EXPECT_TRUE(hanging.Document()["nearest"]["B"].is_null());
     EXPECT_EQ("several-positions", hanging.Document()["findings"][0]["name"]);
@@ -92,7 +92,7 @@ TEST_F(WhereAndWhich, SayWhereSeveralPositionsAreOnePlace) {
                   "B 180."));
 }
 
-TEST_F(WhereAndWhich, SayWhichNumbersAreMissing) {
+TEST_F(WhereAndWhich, RefuseATipThatIsNotThreeNumbers) {
     for (const char* tip : {"0,0", "0,0,x", "0;0;-180", "0,0,-180,1", "nan,0,0"}) {
         const ToolRun run = Run({"where", "--at", "0,0", "--tip", tip});
         EXPECT_EQ(2, run.exitCode) << tip;
@@ -102,7 +102,7 @@ TEST_F(WhereAndWhich, SayWhichNumbersAreMissing) {
     EXPECT_EQ(3, RunQmv40({"where", "--geometry", folder.Name("no.ini"), "--at", "0,0", "--tip", "0,0,-1"}).exitCode);
 }
 
-TEST_F(WhereAndWhich, ShowAPersonTheUnits) {
+TEST_F(WhereAndWhich, PrintUnits) {
     EXPECT_EQ("Where the machine stands with the tip on the pole sphere, the head at A 0, B 0 (deg) and locked\n"
               "  X 412.5000 mm   Y -178.2500 mm   Z -475.0000 mm\n",
               Run({"where", "--at", "0,0", "--tip", "0,0,-180"}).out);

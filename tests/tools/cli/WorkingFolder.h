@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-/// Makes a folder the process's own for a while.
+/// Changes the current folder of the process. The destructor changes it back.
 class WorkingFolder {
 public:
     explicit WorkingFolder(const std::filesystem::path& folder) : before(std::filesystem::current_path()) {

@@ -11,13 +11,13 @@ using namespace qmv40;
 
 namespace {
 
-/// Without the whole page in the message, which would hide the rest.
-testing::AssertionResult PageHolds(const std::string& page, const std::string& text) {
+/// Whether the page contains the text. The message of a failure does not print the whole page.
+testing::AssertionResult PageContains(const std::string& page, const std::string& text) {
     if (page.find(text) != std::string::npos) return testing::AssertionSuccess();
     return testing::AssertionFailure() << "no '" << text << "'";
 }
 
-/// What the help of a command says, by itself: its options and the commands below it.
+/// The options, subcommands and examples that the help of a command lists.
 struct HelpText {
     std::set<std::string> options;
     std::vector<std::string> commands;
@@ -43,7 +43,7 @@ HelpText HelpOf(std::vector<std::string> command) {
     return help;
 }
 
-/// Every command, as it is typed, with its help.
+/// All commands with their help; a command is a list of words. The first one is the tool itself.
 std::vector<std::pair<std::vector<std::string>, HelpText>> AllCommands() {
     std::vector<std::pair<std::vector<std::string>, HelpText>> all{{{}, HelpOf({})}};
     for (std::size_t i = 0; i < all.size(); ++i) {
@@ -58,10 +58,10 @@ std::vector<std::pair<std::vector<std::string>, HelpText>> AllCommands() {
     return all;
 }
 
-std::string Typed(const std::vector<std::string>& command) {
-    std::string typed = "qmv40";
-    for (const std::string& word : command) typed += ' ' + word;
-    return typed;
+std::string CommandText(const std::vector<std::string>& command) {
+    std::string text = "qmv40";
+    for (const std::string& word : command) text += ' ' + word;
+    return text;
 }
 
 std::string InRoff(const std::string& text) {
@@ -70,41 +70,43 @@ std::string InRoff(const std::string& text) {
     return roff;
 }
 
-TEST(Manual, HoldsEveryCommandEveryOptionAndEveryExample) {
+TEST(Manual, ContainsEveryCommandOptionAndExample) {
     const std::string page = manual::ManPage(manual::DescribeTool());
     const auto all = AllCommands();
-    ASSERT_GE(all.size(), 12u) << "the help was not understood";
+    ASSERT_GE(all.size(), 12u) << "this test could not read the help";
     for (const auto& [command, help] : all) {
-        const std::string title = command.empty() ? ".SH NAME" : ".SS " + InRoff(Typed(command));
-        EXPECT_TRUE(PageHolds(page, "\n" + title + "\n"));
+        const std::string title = command.empty() ? ".SH NAME" : ".SS " + InRoff(CommandText(command));
+        EXPECT_TRUE(PageContains(page, "\n" + title + "\n"));
         for (const std::string& option : help.options) {
-            EXPECT_TRUE(PageHolds(page, "\\fB" + InRoff(option) + "\\fR")) << Typed(command);
+            EXPECT_TRUE(PageContains(page, "\\fB" + InRoff(option) + "\\fR")) << CommandText(command);
         }
-        for (const std::string& example : help.examples) EXPECT_TRUE(PageHolds(page, "\n" + InRoff(example) + "\n"));
+        for (const std::string& example : help.examples) EXPECT_TRUE(PageContains(page, "\n" + InRoff(example) + "\n"));
     }
 }
 
-TEST(Manual, TellsFilesEnvironmentAndExitCodes) {
+TEST(Manual, ContainsFilesEnvironmentAndExitCodes) {
     const std::string page = manual::ManPage(manual::DescribeTool());
     for (const char* text :
          {"/etc/qmv40/settings.reg", "QMV40_SETTINGS", "NO_COLOR", ".SH EXIT STATUS", QMV40_VERSION}) {
-        EXPECT_TRUE(PageHolds(page, text));
+        EXPECT_TRUE(PageContains(page, text));
     }
 }
 
-TEST(Manual, CompletionsHoldEveryCommandAndEveryOption) {
+TEST(Manual, CompletionsContainEveryCommandAndOption) {
     const cli::CommandDescription tool = manual::DescribeTool();
     for (const std::string& script :
          {manual::BashCompletion(tool), manual::ZshCompletion(tool), manual::PowerShellCompletion(tool)}) {
         for (const auto& [command, help] : AllCommands()) {
-            for (const std::string& name : help.commands) EXPECT_TRUE(PageHolds(script, name)) << Typed(command);
-            for (const std::string& option : help.options) EXPECT_TRUE(PageHolds(script, option)) << Typed(command);
+            for (const std::string& name : help.commands)
+                EXPECT_TRUE(PageContains(script, name)) << CommandText(command);
+            for (const std::string& option : help.options)
+                EXPECT_TRUE(PageContains(script, option)) << CommandText(command);
         }
     }
 }
 
-// PowerShell refuses the whole script for a key that stands twice in a table, or for a quote that is not closed.
-TEST(Manual, PowerShellTablesNameEachKeyOnceAndQuoteEveryWord) {
+// PowerShell rejects the whole script when a table has a key twice, or when a quote is not closed.
+TEST(Manual, PowerShellTablesHaveUniqueKeysAndQuotedWords) {
     const std::regex row("        '([^']*)' = @\\(('[^'$`]+'(, '[^'$`]+')*)?\\)");
     std::istringstream script(manual::PowerShellCompletion(manual::DescribeTool()));
     std::set<std::string> keys;
@@ -126,14 +128,14 @@ TEST(Manual, PowerShellTablesNameEachKeyOnceAndQuoteEveryWord) {
     EXPECT_FALSE(isInTable);
 }
 
-TEST(Usage, EveryCommandTeachesByAnExampleOfItself) {
+TEST(Usage, HelpOfEveryCommandHasAnExampleAndJson) {
     for (const auto& [command, help] : AllCommands()) {
         if (command.empty()) continue;
         bool isShown = false;
         for (const std::string& example : help.examples)
-            isShown = isShown || example.starts_with("  " + Typed(command));
-        EXPECT_TRUE(isShown) << Typed(command);
-        EXPECT_TRUE(help.options.contains("--json") || !help.commands.empty()) << Typed(command);
+            isShown = isShown || example.starts_with("  " + CommandText(command));
+        EXPECT_TRUE(isShown) << CommandText(command);
+        EXPECT_TRUE(help.options.contains("--json") || !help.commands.empty()) << CommandText(command);
     }
 }
 

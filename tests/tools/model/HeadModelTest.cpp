@@ -6,18 +6,18 @@ using namespace qmv40;
 
 namespace {
 
-TEST(HeadModel, PutsTheCupOnThePegWhereTheWorkedNumbersSay) {
+TEST(HeadModel, HasTheWorkedEngagementPositions) {
     const struct {
         model::HeadAngles angles;
         double x, y, z;
         const char* why;
     } cases[] = {
-        {{0.0, 0.0}, 6.95, -24.0, 11.5, "the pole sphere less the drive cup's offset"},
-        {{0.0, 90.0}, 24.0, 6.95, 11.5, "turned a quarter, X towards Y"},
-        {{90.0, 0.0}, 6.95, 11.5, 24.0, "tilted: what was below is in front, what was in front is above"},
-        {{30.0, -45.0}, -5.7167, -15.5455, 21.9593, "the example of the conventions, before"},
-        {{0.0, -45.0}, -12.0562, -21.8850, 11.5, "after its first arc"},
-        {{45.0, 90.0}, 8.8388, 6.9500, 25.1023, "after its last arc"},
+        {{0.0, 0.0}, 6.95, -24.0, 11.5, "the pole sphere minus the drive cup's offset"},
+        {{0.0, 90.0}, 24.0, 6.95, 11.5, "B turns by 90 degrees, X towards Y"},
+        {{90.0, 0.0}, 6.95, 11.5, 24.0, "A turns by 90 degrees: -Z becomes -Y, -Y becomes +Z"},
+        {{30.0, -45.0}, -5.7167, -15.5455, 21.9593, "docs/conventions.md: before the first arc"},
+        {{0.0, -45.0}, -12.0562, -21.8850, 11.5, "docs/conventions.md: after the first arc"},
+        {{45.0, 90.0}, 8.8388, 6.9500, 25.1023, "docs/conventions.md: after the last arc"},
     };
     const model::HeadModel head = IdealHead();
     for (const auto& each : cases) {
@@ -36,10 +36,10 @@ TEST(HeadModel, HasTheCupOnThePegAtTheEngagementPosition) {
     }
 }
 
-TEST(HeadModel, ApproachesThePegFromTenMillimetres) {
+TEST(HeadModel, ApproachesThePegFrom10Millimetres) {
     const model::ContactLine upright = IdealHead().PegLine({0.0, 0.0});
     EXPECT_TRUE(IsAt({6.95, -34.0, 11.5}, upright.ApproachPoint(), rounding));
-    // Tilted to 90 the cup faces down: the machine comes from above.
+    // At A = 90 the cup faces down, and the machine approaches from above.
     const model::ContactLine tilted = IdealHead().PegLine({90.0, 0.0});
     EXPECT_TRUE(IsAt({6.95, 11.5, 34.0}, tilted.ApproachPoint(), rounding));
 }
@@ -62,7 +62,7 @@ TEST(HeadModel, HasTheLeversWhereTheConventionsSay) {
     EXPECT_DOUBLE_EQ(35.0, head.SafeHeight());
 }
 
-TEST(HeadModel, TurnsEverythingButThePoleWithTheMounting) {
+TEST(HeadModel, TurnsEverythingExceptThePoleSphereWithItsMounting) {
     const model::HeadModel turned = IdealHead(90.0, {100.0, 200.0, 300.0});
     EXPECT_TRUE(IsAt({100.0, 200.0, 300.0}, turned.PoleSphere(), rounding));
     EXPECT_TRUE(IsAt({124.0, 206.95, 311.5}, turned.EngagementPosition({0.0, 0.0}), rounding));
@@ -73,22 +73,22 @@ TEST(HeadModel, TurnsEverythingButThePoleWithTheMounting) {
         IsAt({0.0, 1.0, 0.0}, turned.LeverPush(model::LeverSide::Plus, model::LeverState::Locked).axis, rounding));
 }
 
-TEST(HeadModel, PresentsTheLeverThatStylusOrCupPointAwayFrom) {
+TEST(HeadModel, HasTheLeverSideOfTheConventions) {
     const struct {
         model::HeadAngles angles;
         model::LeverSide side;
         const char* why;
     } cases[] = {
-        {{0.0, 90.0}, model::LeverSide::Minus, "upright, B positive"},
-        {{0.0, -90.0}, model::LeverSide::Plus, "upright, B negative"},
-        {{45.0, 90.0}, model::LeverSide::Plus, "tilted, B positive"},
-        {{45.0, -90.0}, model::LeverSide::Minus, "tilted, B negative"},
-        {{0.0, 0.0}, model::LeverSide::Plus, "B = 0 counts as negative"},
-        {{15.0, 0.0}, model::LeverSide::Minus, "B = 0 counts as negative"},
-        {{15.0, 180.0}, model::LeverSide::Plus, "one orientation, and the one lever"},
-        {{15.0, -180.0}, model::LeverSide::Minus, "the same orientation, and the other"},
-        {{1e-13, 90.0}, model::LeverSide::Minus, "upright but for rounding"},
-        {{15.0, 1e-13}, model::LeverSide::Minus, "B = 0 but for rounding"},
+        {{0.0, 90.0}, model::LeverSide::Minus, "A = 0, B positive"},
+        {{0.0, -90.0}, model::LeverSide::Plus, "A = 0, B negative"},
+        {{45.0, 90.0}, model::LeverSide::Plus, "A > 0, B positive"},
+        {{45.0, -90.0}, model::LeverSide::Minus, "A > 0, B negative"},
+        {{0.0, 0.0}, model::LeverSide::Plus, "A = 0: B = 0 counts as negative"},
+        {{15.0, 0.0}, model::LeverSide::Minus, "A > 0: B = 0 counts as negative"},
+        {{15.0, 180.0}, model::LeverSide::Plus, "B = 180 is positive"},
+        {{15.0, -180.0}, model::LeverSide::Minus, "B = -180 is negative, though the orientation is that of 180"},
+        {{1e-13, 90.0}, model::LeverSide::Minus, "A = 0 within rounding"},
+        {{15.0, 1e-13}, model::LeverSide::Minus, "B = 0 within rounding"},
     };
     for (const auto& each : cases) EXPECT_EQ(each.side, model::HeadModel::LeverInReach(each.angles)) << each.why;
 }

@@ -12,50 +12,50 @@ namespace {
 constexpr unsigned seed = 20240613;
 constexpr int steps = 4000;
 
-model::Vector3 AnyVector(std::mt19937_64& random, double size) {
+model::Vector3 RandomVector(std::mt19937_64& random, double size) {
     std::uniform_real_distribution<double> number(-size, size);
     const double x = number(random);
     const double y = number(random);
     return {x, y, number(random)};
 }
 
-model::Path AnyPath(std::mt19937_64& random) {
-    const model::Vector3 start = AnyVector(random, 100.0);
-    if (random() % 2 == 0) return model::Path::Straight(start, AnyVector(random, 100.0));
-    const model::Vector3 axis = model::Unit(AnyVector(random, 1.0));
-    return model::Path::Arc(start, AnyVector(random, 100.0), axis,
+model::Path RandomPath(std::mt19937_64& random) {
+    const model::Vector3 start = RandomVector(random, 100.0);
+    if (random() % 2 == 0) return model::Path::Straight(start, RandomVector(random, 100.0));
+    const model::Vector3 axis = model::Unit(RandomVector(random, 1.0));
+    return model::Path::Arc(start, RandomVector(random, 100.0), axis,
                             std::uniform_real_distribution(-400.0, 400.0)(random));
 }
 
-/// How far neighbouring points of a walk along the path lie apart, at most.
+/// The length of one of the steps into which the path is divided.
 double StepLength(const model::Path& path) {
     const double length = path.IsArc() ? path.Radius() * model::ToRadians(std::abs(path.Degrees()))
                                        : model::Distance(path.Start(), path.End());
     return length / steps;
 }
 
-TEST(Path, ComesAsCloseToAPointAsAWalkAlongItFinds) {
+TEST(Path, HasTheSmallestDistanceThatSamplesHave) {
     std::mt19937_64 random(seed);
     for (int round = 0; round < 300; ++round) {
         SCOPED_TRACE(testing::Message() << "seed " << seed << " round " << round);
-        const model::Path path = AnyPath(random);
-        const model::Vector3 point = AnyVector(random, 100.0);
-        double walked = model::Distance(path.Start(), point);
+        const model::Path path = RandomPath(random);
+        const model::Vector3 point = RandomVector(random, 100.0);
+        double sampled = model::Distance(path.Start(), point);
         for (int i = 1; i <= steps; ++i) {
-            walked = std::min(walked, model::Distance(path.At(static_cast<double>(i) / steps), point));
+            sampled = std::min(sampled, model::Distance(path.At(static_cast<double>(i) / steps), point));
         }
         const double smallest = path.SmallestDistanceTo(point);
-        EXPECT_LE(smallest, walked + rounding);
-        EXPECT_GE(smallest, walked - StepLength(path)) << "no point of the walk is farther than a step from the path";
+        EXPECT_LE(smallest, sampled + rounding);
+        EXPECT_GE(smallest, sampled - StepLength(path)) << "the closest point is within a step of a sample";
     }
 }
 
-TEST(Path, RunsBetweenTheCoordinatesThatAWalkAlongItFinds) {
+TEST(Path, HasTheRangeOfCoordinatesThatSamplesHave) {
     std::mt19937_64 random(seed);
     for (int round = 0; round < 300; ++round) {
         SCOPED_TRACE(testing::Message() << "seed " << seed << " round " << round);
-        const model::Path path = AnyPath(random);
-        const model::Vector3 direction = model::Unit(AnyVector(random, 1.0));
+        const model::Path path = RandomPath(random);
+        const model::Vector3 direction = model::Unit(RandomVector(random, 1.0));
         double smallest = model::Dot(path.Start(), direction);
         double largest = smallest;
         for (int i = 1; i <= steps; ++i) {
@@ -71,12 +71,12 @@ TEST(Path, RunsBetweenTheCoordinatesThatAWalkAlongItFinds) {
     }
 }
 
-TEST(Path, KnowsHowFarAPointOnItIs) {
+TEST(Path, FindsTheFractionOfAPointOnIt) {
     std::mt19937_64 random(seed);
     for (int round = 0; round < 300; ++round) {
         SCOPED_TRACE(testing::Message() << "seed " << seed << " round " << round);
-        const model::Path path = AnyPath(random);
-        if (std::abs(path.Degrees()) > 359.0) continue; // a place that is passed twice
+        const model::Path path = RandomPath(random);
+        if (std::abs(path.Degrees()) > 359.0) continue; // one point can have two fractions
         const double fraction = std::uniform_real_distribution(0.0, 1.0)(random);
         EXPECT_NEAR(fraction, path.NearestFraction(path.At(fraction)), 1e-9);
         EXPECT_EQ(0.0, path.NearestFraction(path.At(-0.001)));
@@ -93,7 +93,7 @@ TEST(Path, TurnsRightHanded) {
     EXPECT_TRUE(IsAt({2.0, -5.0, 7.0}, back.End(), rounding));
 }
 
-TEST(Path, WithoutLengthIsItsPoint) {
+TEST(Path, WithoutLengthIsAPoint) {
     const model::Vector3 place{1.0, 2.0, 3.0};
     const model::Vector3 elsewhere{1.0, 6.0, 6.0};
     for (const model::Path& path :
@@ -104,7 +104,7 @@ TEST(Path, WithoutLengthIsItsPoint) {
     }
 }
 
-TEST(Path, OfAnotherPointOfTheHeadRunsBesideIt) {
+TEST(Path, CanBeShifted) {
     const model::Path arc = model::Path::Arc({10.0, 0.0, 0.0}, {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 180.0);
     const model::Path beside = arc.ShiftedBy({1.0, 2.0, 3.0});
     EXPECT_TRUE(IsAt({11.0, 2.0, 3.0}, beside.Start(), rounding));

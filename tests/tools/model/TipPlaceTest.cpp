@@ -13,8 +13,8 @@ using model::Measured;
 using model::Vector3;
 
 constexpr unsigned seed = 20261122;
-/// Degrees and mm: what a fit of two angles leaves of a double's digits at a machine's coordinates.
-constexpr double fitted = 1e-7;
+/// Degrees and mm: rounding of an iteration for two angles, with coordinates of some hundred millimetres.
+constexpr double fitTolerance = 1e-7;
 
 std::vector<HeadAngles> Positions() {
     std::vector<HeadAngles> positions;
@@ -24,15 +24,15 @@ std::vector<HeadAngles> Positions() {
     return positions;
 }
 
-/// A head with another shift of unlocking than the built-in one, at a machine's coordinates.
-model::HeadModel AnyHead(double mountedTurn) {
+/// A head with a locked-to-unlocked offset other than the built-in one, at machine coordinates of hundreds of mm.
+model::HeadModel OtherHead(double mountedTurn) {
     model::HeadDimensions dimensions{
         {-6.95, 24.0, -11.5}, {30.3, 0.0, -32.25}, {0.0, -19.3, -4.3}, {0.0, 19.3, -4.3}, 135.0, 138.0};
     dimensions.lockedToUnlocked = {0.2, -0.3, -1.5};
     return {{412.5, -178.25, -655.0}, mountedTurn, dimensions};
 }
 
-TEST(PlaceOf, StandsWhereTheTipIsInThePoleSphere) {
+TEST(PlaceOf, HasTheTipInTheCentreOfThePoleSphere) {
     const model::HeadModel head = IdealHead();
     const struct {
         HeadAngles angles;
@@ -40,18 +40,18 @@ TEST(PlaceOf, StandsWhereTheTipIsInThePoleSphere) {
         Vector3 place;
         const char* why;
     } cases[] = {
-        {{0, 0}, {0, 0, -180}, {0, 0, 180}, "a plain stylus that hangs: the machine is above"},
-        {{90, 0}, {0, 0, -180}, {0, 180, 0}, "tilted right-handed about -X the stylus points to -Y"},
-        {{90, 90}, {0, 0, -180}, {-180, 0, 0}, "turned right-handed about Z from there"},
-        {{0, 90}, {20, 0, -180}, {0, -20, 180}, "a tip to the side turns with B"},
+        {{0, 0}, {0, 0, -180}, {0, 0, 180}, "the stylus hangs straight down: the machine is above"},
+        {{90, 0}, {0, 0, -180}, {0, 180, 0}, "A turns right-handed about -X: the stylus points to -Y"},
+        {{90, 90}, {0, 0, -180}, {-180, 0, 0}, "B turns right-handed about Z: the stylus points to +X"},
+        {{0, 90}, {20, 0, -180}, {0, -20, 180}, "a tip beside the axis turns with B"},
     };
     for (const auto& each : cases) {
         EXPECT_TRUE(IsAt(each.place, PlaceOf(head, each.angles, each.tip, Measured::Locked), rounding)) << each.why;
     }
 }
 
-TEST(PlaceOf, IsShiftedByAnUnlockedHeadWhateverItsAngles) {
-    const model::HeadModel head = AnyHead(30.0);
+TEST(PlaceOf, IsShiftedByTheSameOffsetAtAllAnglesWhenUnlocked) {
+    const model::HeadModel head = OtherHead(30.0);
     for (const HeadAngles& angles : Positions()) {
         const Vector3 locked = PlaceOf(head, angles, {3, 4, -100}, Measured::Locked);
         const Vector3 unlocked = PlaceOf(head, angles, {3, 4, -100}, Measured::Unlocked);
@@ -59,7 +59,7 @@ TEST(PlaceOf, IsShiftedByAnUnlockedHeadWhateverItsAngles) {
     }
 }
 
-TEST(AnglesAt, InvertsPlaceOfAtEveryPositionWhereTheAnswerIsOne) {
+TEST(AnglesAt, IsTheInverseOfPlaceOfAtEveryPosition) {
     std::mt19937_64 random(seed);
     std::uniform_real_distribution<double> side(-15.0, 15.0);
     std::uniform_real_distribution<double> turn(-180.0, 180.0);
@@ -67,7 +67,7 @@ TEST(AnglesAt, InvertsPlaceOfAtEveryPositionWhereTheAnswerIsOne) {
     ASSERT_EQ(175u, positions.size());
     for (const double length : {20.0, 60.0, 180.0, 300.0}) {
         for (const bool isStraight : {true, false}) {
-            const model::HeadModel head = AnyHead(turn(random));
+            const model::HeadModel head = OtherHead(turn(random));
             const double x = side(random);
             const Vector3 tip = isStraight ? Vector3{0, 0, -length} : Vector3{x, side(random), -length};
             for (const Measured measured : {Measured::Locked, Measured::Unlocked}) {
@@ -76,14 +76,14 @@ TEST(AnglesAt, InvertsPlaceOfAtEveryPositionWhereTheAnswerIsOne) {
                     const model::MeasuredAngles found = AnglesAt(head, place, tip, measured, positions);
                     SCOPED_TRACE(std::to_string(angles.a) + " " + std::to_string(angles.b) + " seed " +
                                  std::to_string(seed));
-                    EXPECT_LE(found.offPlace, fitted);
-                    EXPECT_NEAR(angles.a, found.angles.a, fitted);
+                    EXPECT_LE(found.offPlace, fitTolerance);
+                    EXPECT_NEAR(angles.a, found.angles.a, fitTolerance);
                     const bool isHanging = isStraight && angles.a == 0.0;
                     const bool isBehind = std::abs(angles.b) == 180.0;
                     EXPECT_EQ(isHanging ? 25u : isBehind ? 2u : 1u, found.samePlace.size());
                     EXPECT_EQ(!isHanging, found.isBKnown);
                     if (isHanging) continue;
-                    EXPECT_NEAR(0.0, model::Wrapped(angles.b - found.angles.b), fitted);
+                    EXPECT_NEAR(0.0, model::Wrapped(angles.b - found.angles.b), fitTolerance);
                 }
             }
         }
@@ -91,23 +91,23 @@ TEST(AnglesAt, InvertsPlaceOfAtEveryPositionWhereTheAnswerIsOne) {
 }
 
 TEST(AnglesAt, FindsTheAnglesOfAHeadBetweenItsPositions) {
-    const model::HeadModel head = AnyHead(-3.0);
+    const model::HeadModel head = OtherHead(-3.0);
     const Vector3 tip{0, 0, -180};
     const std::vector<HeadAngles> positions = Positions();
     for (const HeadAngles& angles : {HeadAngles{47.0, 92.0}, HeadAngles{30.2, -44.5}, HeadAngles{83.0, 7.0}}) {
         const Vector3 place = PlaceOf(head, angles, tip, Measured::Locked);
         const model::MeasuredAngles found = AnglesAt(head, place, tip, Measured::Locked, positions);
-        EXPECT_NEAR(angles.a, found.angles.a, fitted);
-        EXPECT_NEAR(angles.b, found.angles.b, fitted);
+        EXPECT_NEAR(angles.a, found.angles.a, fitTolerance);
+        EXPECT_NEAR(angles.b, found.angles.b, fitTolerance);
         EXPECT_NEAR(model::Distance(place, PlaceOf(head, found.nearest, tip, Measured::Locked)), found.offPlace,
                     rounding);
         EXPECT_LT(1.0, found.offPlace);
     }
 }
 
-TEST(AnglesAt, TellsTwoPositionsThatATiltedTipConfuses) {
-    // Half-way between down and +Y, A = 30 and A = 60 bring it to one height on opposite sides.
-    const model::HeadModel head = AnyHead(0.0);
+TEST(AnglesAt, ListsAllPositionsWithTheTipInOnePlace) {
+    // The tip is 45 degrees from straight down. A = 30 and A = 60 bring it to the same height on opposite sides.
+    const model::HeadModel head = OtherHead(0.0);
     const Vector3 tip{0, 100, -100};
     const Vector3 place = PlaceOf(head, {30, 0}, tip, Measured::Locked);
     const model::MeasuredAngles found = AnglesAt(head, place, tip, Measured::Locked, Positions());

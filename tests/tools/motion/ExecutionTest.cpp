@@ -19,16 +19,16 @@ plans::PlannedMove ArcAbout(const model::Vector3& centre, const model::Vector3& 
             ArcData{centre[0], centre[1], centre[2], axis[0], axis[1], axis[2], rotationAngle}};
 }
 
-/// Names play no part in what happens, so one of a kind will do for all.
+/// Touches the positive lever and pushes it over. The machine does not look at the names of moves.
 void Unlock(motion::Machine& machine) {
     machine.Run(StraightTo({30.3, -19.3, -36.55}));
     machine.Run(ArcAbout({30.3, -2.0, -36.25}, {-1.0, 0.0, 0.0}, -135.0));
 }
 
-TEST(Execution, CarriesTheHeadThroughTheWorkedArcs) {
+TEST(Execution, TurnsTheHeadAsInTheWorkedExample) {
     const model::HeadModel head = IdealHead();
     motion::Machine machine(head, {30.0, -45.0}, std::nullopt);
-    // The lever in reach is the other one; a model does not mind which is pushed.
+    // At these angles a plan would push the other lever. The model accepts either.
     Unlock(machine);
     machine.Run(StraightTo(head.EngagementPosition({30.0, -45.0})));
     ASSERT_TRUE(machine.State().isOnPeg);
@@ -58,11 +58,12 @@ TEST(Execution, PullsTheCupOffThePegWhenTheHeadCannotFollow) {
     motion::Machine machine(head, {0.0, 0.0}, std::nullopt);
     Unlock(machine);
     machine.Run(StraightTo(head.EngagementPosition({0.0, 0.0})));
-    // About Y through the sphere: neither axis of the head points there. A whole turn ends where it began.
+    // An arc about Y through the sphere: no axis of the head points along Y. After 360 degrees the position is the
+    // same.
     const motion::ExecutedMove move = machine.Run(ArcAbout({0.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, 360.0));
     EXPECT_NEAR(0.0, machine.State().angles.a, rounding);
     EXPECT_NEAR(0.0, machine.State().angles.b, rounding);
-    // Half-way the machine is across the axis: twice the distance of the cup from it.
+    // Half-way the machine is on the opposite side of the axis: twice the cup's distance from the axis.
     EXPECT_NEAR(2.0 * std::hypot(6.95, 11.5), move.pulledOff, rounding);
     EXPECT_FALSE(machine.State().isOnPeg);
 }
@@ -83,7 +84,7 @@ TEST(Execution, PushesTheLeverOverTheTop) {
     motion::Machine machine(head, {0.0, 0.0}, std::nullopt);
     Unlock(machine);
     EXPECT_EQ(model::LeverState::Unlocked, machine.State().lever);
-    // (-17.3, -0.3) from the centre of the push, turned by 135 deg: 17 and 17.6 times the root of a half.
+    // (-17.3, -0.3) from the centre in Y and Z, turned by 135 degrees: (17.0, 17.6) times the square root of 1/2.
     const double half = std::sqrt(0.5);
     EXPECT_TRUE(IsAt({30.3, -2.0 + 17.0 * half, -36.25 + 17.6 * half}, *machine.Position(), rounding));
 
@@ -93,7 +94,7 @@ TEST(Execution, PushesTheLeverOverTheTop) {
     EXPECT_EQ(model::LeverState::Locked, machine.State().lever);
 }
 
-TEST(Execution, LeavesTheLeverAsItIsWhenItIsNotProperlyPushed) {
+TEST(Execution, LeavesTheLeverLockedWhenThePushIsWrong) {
     const model::Vector3 ball{30.3, -19.3, -36.55};
     const model::Vector3 centre{30.3, -2.0, -36.25};
     const model::Vector3 axis{-1.0, 0.0, 0.0};
@@ -104,8 +105,8 @@ TEST(Execution, LeavesTheLeverAsItIsWhenItIsNotProperlyPushed) {
     } cases[] = {
         {ball, 135.0, "the wrong way"},
         {ball, -134.9, "not far enough"},
-        {{30.3, -19.3, -36.54}, -135.0, "a hundredth of a millimetre beside the ball"},
-        {{30.3, 19.3, -36.55}, -135.0, "where the ball is when it is open"},
+        {{30.3, -19.3, -36.54}, -135.0, "0.01 mm beside the ball"},
+        {{30.3, 19.3, -36.55}, -135.0, "at the place of the ball of an unlocked lever"},
     };
     for (const auto& each : cases) {
         const model::HeadModel head = IdealHead();
@@ -116,7 +117,7 @@ TEST(Execution, LeavesTheLeverAsItIsWhenItIsNotProperlyPushed) {
     }
 }
 
-TEST(Execution, RefusesNumbersThatMakeNoMove) {
+TEST(Execution, RefusesMovesWithoutFiniteNumbersOrAxis) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     constexpr double infinity = std::numeric_limits<double>::infinity();
     EXPECT_TRUE(motion::Machine::CanRun(StraightTo({1.0, 2.0, 3.0})));

@@ -7,7 +7,7 @@ using namespace qmv40;
 
 namespace {
 
-/// An indexing from (90, 0) to (90, 90), of the moves that matter here: unlock, onto the peg, the three arcs, off it.
+/// A part of the plan from (90, 0) to (90, 90): unlock, engage with the peg, three arcs, disengage.
 plans::PlanToCheck Indexing(const model::HeadModel& head) {
     const auto straight = [](plans::MoveId id, const model::Vector3& place) {
         return plans::PlannedMove{id, XYZData{place[0], place[1], place[2]}};
@@ -42,7 +42,7 @@ protected:
     const std::vector<Samples> path = SweptPath(head, Indexing(head), {.degrees = 4.0});
 };
 
-TEST_F(Sampling, JoinsTheMovesEndToEnd) {
+TEST_F(Sampling, StartsEachMoveWhereTheOneBeforeEnded) {
     ASSERT_EQ(7u, path.size());
     for (std::size_t i = 1; i < path.size(); ++i) {
         const motion::Sample& before = path[i - 1].back();
@@ -55,38 +55,38 @@ TEST_F(Sampling, JoinsTheMovesEndToEnd) {
     }
 }
 
-TEST_F(Sampling, FollowsArcsAsCloselyAsAskedForAndStraightMovesByTheirEnds) {
+TEST_F(Sampling, DividesArcsByTheGivenAngle) {
     EXPECT_EQ(2u, path[0].size());
-    EXPECT_EQ(35u, path[1].size()) << "135 degrees by 4";
-    EXPECT_EQ(24u, path[3].size()) << "90 degrees by 4";
+    EXPECT_EQ(35u, path[1].size()) << "34 steps of at most 4 degrees for 135 degrees";
+    EXPECT_EQ(24u, path[3].size()) << "23 steps of at most 4 degrees for 90 degrees";
     for (const Samples& move : path) {
         EXPECT_EQ(0.0, move.front().fraction);
         EXPECT_EQ(1.0, move.back().fraction);
     }
 }
 
-TEST_F(Sampling, FollowsStraightMovesAsCloselyAsAskedFor) {
+TEST_F(Sampling, DividesStraightMovesByTheGivenLength) {
     const auto fine = SweptPath(head, Indexing(head), {.millimetres = 1.5});
-    // The last one, off the peg: 10 mm.
+    // The last move leaves the peg by 10 mm.
     const Samples& straight = fine.back();
     ASSERT_EQ(8u, straight.size()) << "seven steps of at most 1.5 mm";
     for (std::size_t i = 1; i < straight.size(); ++i) {
         EXPECT_NEAR(10.0 / 7.0, model::Distance(straight[i - 1].position, straight[i].position), rounding);
     }
-    EXPECT_EQ(2u, fine.front().size()) << "a move that goes nowhere has its two ends";
+    EXPECT_EQ(2u, fine.front().size()) << "a move of length 0 has two samples";
 }
 
-TEST_F(Sampling, HasTheCupOffThePegAsSoonAsAStraightMoveLeavesIt) {
+TEST_F(Sampling, HasTheCupOnThePegOnlyAtTheEndOfTheEngagement) {
     const auto fine = SweptPath(head, Indexing(head), {.millimetres = 1.5});
-    const Samples& onto = fine[2];
-    const Samples& off = fine.back();
-    for (std::size_t i = 0; i + 1 < onto.size(); ++i) EXPECT_FALSE(onto[i].isOnPeg);
-    EXPECT_TRUE(onto.back().isOnPeg);
-    EXPECT_TRUE(off.front().isOnPeg);
-    for (std::size_t i = 1; i < off.size(); ++i) EXPECT_FALSE(off[i].isOnPeg);
+    const Samples& engagement = fine[2];
+    const Samples& disengagement = fine.back();
+    for (std::size_t i = 0; i + 1 < engagement.size(); ++i) EXPECT_FALSE(engagement[i].isOnPeg);
+    EXPECT_TRUE(engagement.back().isOnPeg);
+    EXPECT_TRUE(disengagement.front().isOnPeg);
+    for (std::size_t i = 1; i < disengagement.size(); ++i) EXPECT_FALSE(disengagement[i].isOnPeg);
 }
 
-TEST_F(Sampling, GivesAMistakenMoveNoMoreThanTenThousandSteps) {
+TEST_F(Sampling, DividesAMoveIntoAtMost10000Steps) {
     for (const double far : {1e6, 1e300}) {
         plans::PlanToCheck plan = Indexing(head);
         std::get<XYZData>(plan.moves.back().data).XPosition = far;
@@ -110,7 +110,7 @@ TEST_F(Sampling, KeepsTheCupOnThePegWhileTheHeadIsTurned) {
     EXPECT_GE(samples, 70);
 }
 
-TEST_F(Sampling, TurnsTheHeadEvenlyAndTheLeverAtTheEndOfItsPush) {
+TEST_F(Sampling, ChangesTheLeverStateAtTheEndOfThePush) {
     const Samples& push = path[1];
     EXPECT_EQ(model::LeverState::Locked, push[push.size() - 2].lever);
     EXPECT_EQ(model::LeverState::Unlocked, push.back().lever);

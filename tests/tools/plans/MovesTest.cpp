@@ -29,7 +29,7 @@ TEST(HeadAnglesText, IsTwoNumbersWithACommaBetween) {
     }
 }
 
-TEST(MovesList, HoldsEveryFieldOfTheRecordOnceInTheOrderOfTheRecord) {
+TEST(MovesList, HasEachFieldOfTheRecordOnceAndInOrder) {
     RequiredMoves moves{};
     const char* const begin = reinterpret_cast<const char*>(&moves);
     std::ptrdiff_t expected = 0;
@@ -49,7 +49,7 @@ TEST(MovesList, HoldsEveryFieldOfTheRecordOnceInTheOrderOfTheRecord) {
     EXPECT_EQ(680, expected);
 }
 
-TEST(MovesList, HasAMoveAtTheIndexOfItsIdAndUnderItsName) {
+TEST(MovesList, FindsMovesByIdAndByName) {
     std::size_t index = 0;
     for (const plans::Move& move : plans::AllMoves()) {
         EXPECT_EQ(index++, plans::IndexOf(move.id)) << move.name;
@@ -59,7 +59,7 @@ TEST(MovesList, HasAMoveAtTheIndexOfItsIdAndUnderItsName) {
     EXPECT_EQ(nullptr, plans::FindMove("Unlock"));
 }
 
-TEST(TurnInWords, SaysWhichWayTheMachineGoes) {
+TEST(TurnInWords, SaysWhichWayTheMachineMoves) {
     const model::Vector3 before{0.0, -17.0, 0.0};
     const struct {
         ArcData arc;
@@ -71,12 +71,21 @@ TEST(TurnInWords, SaysWhichWayTheMachineGoes) {
          before,
          "turn 90.0000 deg clockwise, seen from above",
          "a positive angle is clockwise"},
-        {{0, 0, 0, 0, 0, 1, -90}, before, "turn 90.0000 deg counter-clockwise, seen from above", "a negative is not"},
-        {{0, 0, 0, 0, 0, -1, 15}, before, "turn 15.0000 deg counter-clockwise, seen from above", "the tip is below"},
+        {{0, 0, 0, 0, 0, 1, -90},
+         before,
+         "turn 90.0000 deg counter-clockwise, seen from above",
+         "a negative angle is counter-clockwise"},
+        {{0, 0, 0, 0, 0, -1, 15},
+         before,
+         "turn 15.0000 deg counter-clockwise, seen from above",
+         "the axis points down"},
         {{0, 0, 0, -1, 0, 0, -135}, before, "turn 135.0000 deg up and over, towards +Y", "over the top of the circle"},
         {{0, 0, 0, -1, 0, 0, 135}, before, "turn 135.0000 deg down and under, towards +Y", "under its lowest point"},
-        {{0, 0, 0, -1, 0, 0, -45}, before, "turn 45.0000 deg upwards, towards +Y", "not as far as the top"},
-        {{0, 0, 0, -1, 0, 0, 45}, before, "turn 45.0000 deg downwards, towards +Y", "not as far as the lowest point"},
+        {{0, 0, 0, -1, 0, 0, -45},
+         before,
+         "turn 45.0000 deg upwards, towards +Y",
+         "it ends before the top of the circle"},
+        {{0, 0, 0, -1, 0, 0, 45}, before, "turn 45.0000 deg downwards, towards +Y", "it ends before the lowest point"},
         {{0, 0, 0, -1, 0, 0, -135},
          model::Vector3{0.0, 17.0, 0.0},
          "turn 135.0000 deg down and under, towards -Y",
@@ -85,17 +94,23 @@ TEST(TurnInWords, SaysWhichWayTheMachineGoes) {
          model::Vector3{6.0, -8.0, 0.0},
          "turn 135.0000 deg up and over, towards -X and +Y",
          "a head that is mounted turned"},
-        {{0, 0, 0, -1, 0, 0, -360}, before, "turn 360.0000 deg up and over", "a full turn leads nowhere"},
+        {{0, 0, 0, -1, 0, 0, -360},
+         before,
+         "turn 360.0000 deg up and over",
+         "a full turn ends where it starts, so it has no direction"},
         {{0, 0, 0, -1, 0, 0, -135},
          std::nullopt,
          "turn 135.0000 deg counter-clockwise, seen from the tip of (-1.000000, 0.000000, 0.000000)",
-         "where it begins is not known"},
+         "the start is not known"},
         {{0, 0, 0, 0.6, 0, 0.8, 10},
          before,
          "turn 10.0000 deg clockwise, seen from the tip of (0.600000, 0.000000, 0.800000)",
-         "neither level nor vertical"},
-        {{0, 0, 0, 0, 0, 1, -0.0}, before, "no turn: 0 deg", "nothing turns, so there is no sense"},
-        {{0, 0, 0, 0, 0, 1, noAngle}, before, "the angle is not a number: do not run this move", "never a guess"},
+         "the axis is neither horizontal nor vertical"},
+        {{0, 0, 0, 0, 0, 1, -0.0}, before, "no turn: 0 deg", "no turn, so no direction"},
+        {{0, 0, 0, 0, 0, 1, noAngle},
+         before,
+         "the angle is not a number: do not run this move",
+         "an angle that is NaN"},
     };
     for (const auto& each : cases) EXPECT_EQ(each.words, plans::TurnInWords(each.arc, each.start)) << each.why;
 }

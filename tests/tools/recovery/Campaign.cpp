@@ -7,8 +7,8 @@
 #include <mutex>
 #include <thread>
 
-/// Stops in every plan between the positions of the head; prints the table of docs/recovery.md. The argument, a number,
-/// takes every so many plans alone.
+/// Stops every plan between two positions of the head at many places and prints the table of docs/recovery.md. With the
+/// argument N it takes only every Nth plan.
 
 namespace {
 

@@ -47,23 +47,24 @@ std::string JournalOfAllMoves() {
     return content;
 }
 
-TEST_F(JournalFile, SaysWhichMoveWasUnderWayOrFinished) {
+TEST_F(JournalFile, SaysWhichMoveHadBegunOrEnded) {
     const struct {
         std::string content;
         KnownMove::Kind kind;
         std::size_t number;
         const char* why;
     } cases[] = {
-        {"", KnownMove::Kind::Nothing, 0, "nothing was written yet"},
+        {"", KnownMove::Kind::Nothing, 0, "an empty file"},
         {Line("before", 1), KnownMove::Kind::During, 1, "the first line"},
-        {Line("before", 1) + Line("after", 1), KnownMove::Kind::After, 1, "one move made"},
+        {Line("before", 1) + Line("after", 1), KnownMove::Kind::After, 1, "the first move has ended"},
         {JournalOfAllMoves(), KnownMove::Kind::After, 19, "a whole plan"},
         {"before 3 from 0,-180.0 to 45,+180;\r\n", KnownMove::Kind::During, 3,
-         "line ends and numbers of another system"},
+         "line ends of Windows, and numbers in other forms"},
         {"before 1 from 15,0 to 0,-180;\nafter 1 from 15,0 to 0,-180;\n" + Line("before", 1), KnownMove::Kind::During,
-         1, "behind another plan's lines"},
-        {Line("before", 9) + Line("before", 9), KnownMove::Kind::During, 9, "a way out goes on with the move"},
-        {Line("before", 14) + Line("after", 14) + Line("before", 6), KnownMove::Kind::During, 6, "and back"},
+         1, "after the lines of another plan"},
+        {Line("before", 9) + Line("before", 9), KnownMove::Kind::During, 9, "a way out continues the move"},
+        {Line("before", 14) + Line("after", 14) + Line("before", 6), KnownMove::Kind::During, 6,
+         "a way out goes back to move 6"},
     };
     for (const auto& each : cases) {
         const recovery::Journal journal = Read(each.content);
@@ -73,17 +74,17 @@ TEST_F(JournalFile, SaysWhichMoveWasUnderWayOrFinished) {
     }
 }
 
-TEST_F(JournalFile, CountsUpToItsLastWholeLine) {
-    const std::string whole = JournalOfAllMoves();
-    std::size_t wholeLines = 0;
-    for (std::size_t length = 0; length <= whole.size(); ++length) {
-        if (length > 0 && whole[length - 1] == '\n') ++wholeLines;
-        const recovery::Journal journal = Read(whole.substr(0, length));
-        const bool isTorn = length > 0 && whole[length - 1] != '\n';
+TEST_F(JournalFile, CountsUpToItsLastCompleteLine) {
+    const std::string journalText = JournalOfAllMoves();
+    std::size_t completeLines = 0;
+    for (std::size_t length = 0; length <= journalText.size(); ++length) {
+        if (length > 0 && journalText[length - 1] == '\n') ++completeLines;
+        const recovery::Journal journal = Read(journalText.substr(0, length));
+        const bool isTorn = length > 0 && journalText[length - 1] != '\n';
         EXPECT_EQ(isTorn, journal.isTorn) << length;
-        const bool isBegun = wholeLines % 2 == 1;
-        EXPECT_EQ((wholeLines + 1) / 2, journal.known.number) << length;
-        if (wholeLines == 0) {
+        const bool isBegun = completeLines % 2 == 1;
+        EXPECT_EQ((completeLines + 1) / 2, journal.known.number) << length;
+        if (completeLines == 0) {
             EXPECT_EQ(KnownMove::Kind::Nothing, journal.known.kind) << length;
         } else {
             EXPECT_EQ(isBegun ? KnownMove::Kind::During : KnownMove::Kind::After, journal.known.kind) << length;
@@ -92,13 +93,13 @@ TEST_F(JournalFile, CountsUpToItsLastWholeLine) {
     }
 }
 
-TEST_F(JournalFile, IsTornByABlockThatTheDiskNeverGot) {
+TEST_F(JournalFile, IsTornWhenItsEndIsZeroBytes) {
     const recovery::Journal journal = Read(Line("before", 7) + std::string(40, '\0'));
     EXPECT_TRUE(journal.isTorn);
     EXPECT_EQ(7u, journal.known.number);
 }
 
-TEST_F(JournalFile, IsRefusedWhenItIsAnotherFile) {
+TEST_F(JournalFile, IsRefusedWithTheLineThatDoesNotFit) {
     const struct {
         std::string content;
         const char* refusal;
@@ -107,30 +108,31 @@ TEST_F(JournalFile, IsRefusedWhenItIsAnotherFile) {
         {"before 9 from 0,-180 to 45,-180;\n", "1: is of the plan from A 0, B -180 to A 45, B -180",
          "B -180 is not 180"},
         {"before 9 from 0,0 to 45,180;\n", "1: is of the plan", "another start"},
-        {Line("before", 20) + Line("before", 1), "1: is no line of a journal", "a move that there is none of"},
-        {Line("before", 20), "1: is no line of a journal", "also as the last, for it is whole"},
+        {Line("before", 20) + Line("before", 1), "1: is no line of a journal", "there are 19 moves"},
+        {Line("before", 20), "1: is no line of a journal", "the last line is refused as well, because it is complete"},
         {"before 1" + plan + "x\n" + Line("after", 1), "2: is no line", "a stray line before the end"},
-        {"during 1" + plan + "\n", "1: is no line", "a word that there is none of"},
-        {Line("before", 1) + Line("after", 2), "2: move 2 ends here", "an end without its beginning"},
-        {Line("after", 2), "1: move 2 ends here", "the same in the first line"},
-        {Line("before", 1) + Line("after", 1) + Line("before", 3), "3: move 3 begins here", "a move is missing"},
-        {Line("before", 1) + Line("before", 2), "2: move 2 begins here", "an end is missing"},
+        {"during 1" + plan + "\n", "1: is no line", "an unknown word"},
+        {Line("before", 1) + Line("after", 2), "2: move 2 ends here", "the end of a move that did not begin"},
+        {Line("after", 2), "1: move 2 ends here", "the end of a move in the first line"},
+        {Line("before", 1) + Line("after", 1) + Line("before", 3), "3: move 3 begins here", "move 2 is missing"},
+        {Line("before", 1) + Line("before", 2), "2: move 2 begins here", "the end of move 1 is missing"},
     };
     for (const auto& each : cases)
         EXPECT_EQ(each.refusal, Refusal(each.content).substr(0, std::string(each.refusal).size())) << each.why;
 }
 
-// What docs/recovery.md shows
+// The code that docs/recovery.md shows
 
 const std::string sources = QMV40_SOURCES;
 
-TEST_F(JournalFile, IsWrittenByTheCodeOfTheDocuments) {
+TEST_F(JournalFile, IsWrittenByTheCodeInTheDocument) {
     {
         MoveJournal journal{{std::fopen(name.c_str(), "w"), std::fclose}, "from 0,-180 to 45,180"};
         EXPECT_TRUE(journal.Write("before", 1));
         EXPECT_TRUE(journal.Write("after", 1));
         EXPECT_TRUE(journal.Write("before", 2));
-        EXPECT_EQ(2u, recovery::ReadJournal(name, from, to).known.number) << "it is on the disk while the file is open";
+        EXPECT_EQ(2u, recovery::ReadJournal(name, from, to).known.number)
+            << "the lines are in the file while it is open";
     }
     EXPECT_FALSE((MoveJournal{{nullptr, std::fclose}, ""}.Write("before", 1))) << "no file";
     const std::string command = "cd " + sources + "/tests/tools/recovery && PYTHONDONTWRITEBYTECODE=1 python3 -c '" +
@@ -142,7 +144,7 @@ TEST_F(JournalFile, IsWrittenByTheCodeOfTheDocuments) {
     EXPECT_EQ(1u, journal.known.number);
 }
 
-TEST(JournalDocument, ShowsTheCodeThatIsTested) {
+TEST(JournalDocument, ContainsTheTestedCode) {
     const std::string page = text::ReadWholeFile(sources + "/docs/recovery.md");
     const std::string header = text::ReadWholeFile(sources + "/tests/tools/recovery/MoveJournal.h");
     EXPECT_NE(std::string::npos, page.find(header.substr(header.find("#include"))));

@@ -10,7 +10,7 @@ namespace {
 
 using namespace qmv40;
 
-/// The largest turns of B, which end where they begin, and nothing at all; the rest by chance.
+/// Plans with the largest turns of B (360 degrees), plans with equal start and target, and random ones.
 std::vector<std::pair<model::HeadAngles, model::HeadAngles>> SampleOfPlans(std::uint64_t seed) {
     std::vector<std::pair<model::HeadAngles, model::HeadAngles>> sample{
         {{0, -180}, {0, 180}}, {{90, 180}, {90, -180}}, {{45, -180}, {60, 180}}, {{0, 0}, {0, 0}},
@@ -22,12 +22,12 @@ std::vector<std::pair<model::HeadAngles, model::HeadAngles>> SampleOfPlans(std::
     return sample;
 }
 
-std::string Listed(const std::vector<std::string>& examples) {
+std::string Lines(const std::vector<std::string>& examples) {
     return std::accumulate(examples.begin(), examples.end(), std::string(),
                            [](const std::string& all, const std::string& each) { return all + each + "\n"; });
 }
 
-TEST(StoppedPlans, AreUnderstoodAndLedOutOfWhereverTheyStop) {
+TEST(StoppedPlans, HaveARightStateAndSafeWaysOut) {
     constexpr std::uint64_t seed = 20'260'316;
     SCOPED_TRACE("seed " + std::to_string(seed));
     const TemporaryFolder folder;
@@ -38,13 +38,13 @@ TEST(StoppedPlans, AreUnderstoodAndLedOutOfWhereverTheyStop) {
     for (const auto& [from, to] : SampleOfPlans(seed)) {
         tally.Add(TryStopsOf(head, recovery::PlansFor(geometry, from, to), seed + tally.plans));
     }
-    EXPECT_TRUE(tally.IsGood()) << Listed(tally.examples);
+    EXPECT_TRUE(tally.IsGood()) << Lines(tally.examples);
     EXPECT_EQ(300u * 19u * 12u, tally.stops);
     const Counts& known = tally.Of(Telling::MoveKnown);
-    EXPECT_EQ(known.asked, known.right) << "with the move known there is nothing to doubt";
+    EXPECT_EQ(known.asked, known.right) << "with the known move every state is certain";
     const Counts& positionOnly = tally.Of(Telling::PositionOnly);
-    EXPECT_GT(10 * positionOnly.right, 8 * positionOnly.asked) << "most positions tell the state by themselves";
-    EXPECT_GT(tally.Of(Telling::Jogged).asked, tally.stops) << "most jogs leave the plan";
+    EXPECT_GT(10 * positionOnly.right, 8 * positionOnly.asked) << "most positions belong to one state only";
+    EXPECT_GT(tally.Of(Telling::Jogged).asked, tally.stops) << "most jogs end off the plan";
 }
 
 } // namespace

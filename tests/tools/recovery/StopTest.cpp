@@ -42,7 +42,7 @@ constexpr KnownMove During(std::size_t number, bool isEndAnnounced = false) {
 }
 constexpr KnownMove After(std::size_t number) { return {KnownMove::Kind::After, number}; }
 
-TEST_F(Stopped, InAWholeTurnOfBIsKnownByTheMoveOnly) {
+TEST_F(Stopped, InA360DegreeTurnOfBNeedsTheMove) {
     const auto plan = Plan({15, -180}, {15, 180});
     const model::Vector3 place = plan.Paths().PathOf(10).Start();
     const struct {
@@ -51,11 +51,11 @@ TEST_F(Stopped, InAWholeTurnOfBIsKnownByTheMoveOnly) {
         double b;
         const char* why;
     } cases[] = {
-        {{}, State::Unknown, 0.0, "either end of the turn"},
-        {During(10), State::Unknown, 0.0, "it may not have turned, or all the way"},
+        {{}, State::Unknown, 0.0, "the turn starts and ends at this position"},
+        {During(10), State::Unknown, 0.0, "the turn may not have begun, or it may be complete"},
         {After(9), State::OnPeg, -180.0, "the turn had not begun"},
-        {After(10), State::OnPeg, 180.0, "the turn was over"},
-        {During(10, true), State::OnPeg, 180.0, "its end was being written down"},
+        {After(10), State::OnPeg, 180.0, "the turn had ended"},
+        {During(10, true), State::OnPeg, 180.0, "the journal was just announcing its end"},
     };
     for (const auto& each : cases) {
         const recovery::Recovery answer = plan.Answer(Asked(place, each.known));
@@ -67,7 +67,7 @@ TEST_F(Stopped, InAWholeTurnOfBIsKnownByTheMoveOnly) {
     }
 }
 
-TEST_F(Stopped, AtTheVeryEndOfAMoveIsInTheStateOfTheNext) {
+TEST_F(Stopped, AtTheEndOfAMoveIsInTheStateOfTheNext) {
     const auto plan = Plan({30, 45}, {75, -120});
     const struct {
         std::size_t number;
@@ -81,10 +81,12 @@ TEST_F(Stopped, AtTheVeryEndOfAMoveIsInTheStateOfTheNext) {
         EXPECT_EQ(each.inside, plan.Answer(Asked(path.At(0.9), During(each.number))).stop.state);
         EXPECT_EQ(each.atEnd, plan.Answer(Asked(path.End(), During(each.number))).stop.state);
         const model::Vector3 almost = path.At(1.0 - 0.02 / path.Length());
-        EXPECT_EQ(State::Unknown, plan.Answer(Asked(almost, During(each.number))).stop.state) << "it may be over";
-        EXPECT_EQ(each.atEnd, plan.Answer(Asked(almost, During(each.number, true))).stop.state) << "it is over";
+        EXPECT_EQ(State::Unknown, plan.Answer(Asked(almost, During(each.number))).stop.state)
+            << "the move may have ended";
+        EXPECT_EQ(each.atEnd, plan.Answer(Asked(almost, During(each.number, true))).stop.state)
+            << "the journal announces the end";
         EXPECT_EQ(each.inside, plan.Answer(Asked(path.At(0.5), During(each.number, true))).stop.state)
-            << "it was announced, and is not so";
+            << "the journal announces the end, but the position is half-way";
     }
 }
 
@@ -97,10 +99,10 @@ TEST_F(Stopped, OffItsMoveIsUnknownAndSaysHowFar) {
         EXPECT_NE(std::string::npos, why.find("move 7 (ApproachPeg)")) << why;
     }
     const std::string why = WhyOf(plan, Asked(plan.Paths().PathOf(3).At(0.5), During(12)));
-    EXPECT_NE(std::string::npos, why.find("move 12 (DisengageFromPeg)")) << "it stands in move 3: " << why;
+    EXPECT_NE(std::string::npos, why.find("move 12 (DisengageFromPeg)")) << "the position is that of move 3: " << why;
 }
 
-TEST_F(Stopped, CountsAPositionAsOnTheMoveWithinTheStatedError) {
+TEST_F(Stopped, IsOnAMoveWithinThePositionError) {
     const auto plan = Plan({30, 45}, {75, -120});
     recovery::Question question = Asked(plan.Paths().PathOf(7).At(0.5) + model::Vector3{0.06, 0.0, 0.0});
     EXPECT_EQ(State::Unknown, plan.Answer(question).stop.state);
@@ -108,18 +110,18 @@ TEST_F(Stopped, CountsAPositionAsOnTheMoveWithinTheStatedError) {
     EXPECT_EQ(State::Unlocked, plan.Answer(question).stop.state);
 }
 
-TEST_F(Stopped, BeforeItsFirstMoveEndsMayHaveComeFromAnywhere) {
+TEST_F(Stopped, InItsFirstMoveMayBeAnywhere) {
     const auto plan = Plan({0, 0}, {45, 90});
     const model::Vector3 pole = head.PoleSphere();
     for (const model::Vector3& offset : {model::Vector3{-200.0, 150.0, 90.0}, model::Vector3{60.0, -90.0, -50.0},
                                          model::Vector3{-60.0, 40.0, -36.0}}) {
         const recovery::Recovery answer = plan.Answer(Asked(pole + offset, During(1)));
         EXPECT_EQ(State::Untouched, answer.stop.state);
-        EXPECT_TRUE(answer.HasBothWays()) << "over the levers where the straight way meets one";
+        EXPECT_TRUE(answer.HasBothWays()) << "the way goes above the levers when a straight line would touch one";
     }
 }
 
-TEST_F(Stopped, WithALeverHalfPushedPushesItOn) {
+TEST_F(Stopped, WithALeverHalfPushedCompletesThePush) {
     const auto plan = Plan({30, 45}, {75, -120});
     for (const std::size_t number : {3u, 18u}) {
         const recovery::Recovery answer = plan.Answer(Asked(plan.Paths().PathOf(number).At(0.25), During(number)));
@@ -132,7 +134,7 @@ TEST_F(Stopped, WithALeverHalfPushedPushesItOn) {
     }
 }
 
-TEST_F(Stopped, IsLeftToAPersonWhereNoWayIsSafe) {
+TEST_F(Stopped, HasInstructionsByHandWhenNoWayIsSafe) {
     const auto plan = Plan({30, 45}, {75, -120});
     recovery::Question question = Asked(plan.Paths().PathOf(7).At(0.5), During(7));
     question.check.requiredClearance = 500.0;
@@ -146,7 +148,7 @@ TEST_F(Stopped, IsLeftToAPersonWhereNoWayIsSafe) {
     EXPECT_NE(std::string::npos, why.find("By hand:")) << why;
 }
 
-TEST_F(Stopped, NamesTheCallThatAProgramNeedsAfterwards) {
+TEST_F(Stopped, NamesTheCallThatMustFollowTheWay) {
     const auto plan = Plan({30, 45}, {75, -120});
     const std::string why = WhyOf(plan, Asked(plan.Paths().PathOf(7).At(0.5), During(7)));
     EXPECT_NE(std::string::npos, why.find("After `finish`: SetCurrentHeadPosition(75, -120).")) << why;

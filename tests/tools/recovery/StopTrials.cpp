@@ -18,28 +18,30 @@ using recovery::KnownMove;
 using recovery::State;
 
 constexpr std::size_t placesInside = 10;
-constexpr double exactAngle = 1e-6; // degrees: what is asked for
-/// Positions are right to the last digits: lengths of 1e-9 mm are rounding.
+constexpr double exactAngle = 1e-6; // degrees, for positions without noise
+/// mm and degrees, for positions without noise: rounding errors are about 1e-9 mm.
 constexpr JudgeTolerance exactly{1e-6, 1e-6};
-/// 0.05 mm at the 6.95 mm by which the cup is off the B axis is 0.41 degrees, and these at 27 mm are 0.2 mm.
+/// mm and degrees, for positions with noise. The position error of 0.05 mm is 0.41 degrees at the cup's distance of
+/// 6.95 mm from the B axis, and 0.41 degrees are 0.2 mm at a distance of 27 mm.
 constexpr JudgeTolerance withNoise{0.3, 0.5};
 constexpr double noise = 0.01; // mm, standard deviation of each coordinate
 
-// By the move that was under way, as a table of its own.
+// The state in each move, 1 to 19. A table of the tests' own, so that they do not depend on the tool's.
 constexpr State U = State::Untouched, L = State::Unlocked, P = State::OnPeg, I = State::Indexed;
 constexpr std::array<State, 20> stateInMove{
     State::Unknown, U, U, State::Unlocking, L, L, L, L, L, P, P, P, I, I, I, I, I, I, State::Locking, State::Locked};
 
+/// A stop of which the truth is known.
 struct Injected {
     std::size_t number;
     double fraction;
     KnownMove known;
     State state;
     TrueState truth;
-    double radius; ///< of the arc on which it lies
+    double radius; ///< mm, of the arc on which it lies; 0 on a straight move
 };
 
-/// What is in question when the position alone is told.
+/// True when state and angles are those of the stop.
 bool IsSameHead(const State& left, const model::HeadAngles& leftAngles, const Injected& right, double angle) {
     return left == right.state && std::abs(leftAngles.a - right.truth.angles.a) <= angle &&
            std::abs(leftAngles.b - right.truth.angles.b) <= angle;
@@ -113,7 +115,7 @@ std::vector<Injected> PlanTrial::Stops() const {
 
 Vector3 PlanTrial::Noise() {
     std::normal_distribution<double> normal(0.0, noise);
-    // What is farther off than is stated is a jog.
+    // A larger error than the stated position error would be a jog.
     for (;;) {
         const Vector3 vector{normal(random), normal(random), normal(random)};
         if (model::Length(vector) < recovery::usualPositionError) return vector;
@@ -127,13 +129,13 @@ void PlanTrial::Note(const Injected& stop, const std::string& problem) {
                              " at " + std::to_string(stop.fraction) + ": " + problem);
 }
 
-/// Another state, or other angles, lie within the position error.
+/// True when another state or other angles of the plan lie within the position error.
 bool PlanTrial::IsReasonToDoubt(const Injected& stop, const Vector3& standing) const {
     for (std::size_t number = 1; number <= plans::moveCount; ++number) {
         const motion::ExecutedMove& run = runs[number - 1];
         for (const double fraction : {run.path.NearestFraction(standing), 0.0, 1.0}) {
             if (model::Distance(run.path.At(fraction), standing) > recovery::usualPositionError + 1e-9) continue;
-            constexpr double nearby = 1.0; // degrees: at the corner of two arcs
+            constexpr double nearby = 1.0; // degrees: two arcs that meet have almost equal angles there
             if (!IsSameHead(stateInMove[number], run.AnglesAt(fraction), stop, nearby)) return true;
             const double gap = std::abs(run.AnglesAt(fraction).a - stop.truth.angles.a);
             if (gap > exactAngle && number != stop.number) return true;
@@ -190,7 +192,8 @@ void PlanTrial::TryWays(const Injected& stop, const Vector3& standing, const Jud
     TryWay(stop, answer.backOut, plans.stay, tolerance, "backOut");
 }
 
-/// Away from every move of the plan. Only of the first, whose start nobody knows, a state is right all the same.
+/// Asks about a position off every move of the plan: the answer must be unknown. During the first move any position is
+/// possible, because its start is not known; so the move is told only for later ones.
 void PlanTrial::Jog(const Injected& stop) {
     std::normal_distribution<double> normal;
     std::uniform_real_distribution<double> length(0.1, 3.0);
@@ -217,8 +220,8 @@ void PlanTrial::Try(const Injected& stop) {
     Ask(Telling::PositionOnlyWithNoise, stop, noisy, {}, angleOfNoise);
     Jog(stop);
     TryWays(stop, standing, exactly);
-    constexpr std::size_t everySo = 7;
-    if (tally.stops % everySo == 0) TryWays(stop, noisy, withNoise);
+    constexpr std::size_t stopsPerNoisyTrial = 7;
+    if (tally.stops % stopsPerNoisyTrial == 0) TryWays(stop, noisy, withNoise);
 }
 
 } // namespace

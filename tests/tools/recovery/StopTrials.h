@@ -7,17 +7,17 @@
 #include <string>
 #include <vector>
 
-/// Stops injected before, inside and after every move of plans, and what the tool made of them.
+/// Trials of recovery: stops before, inside and after every move of plans, and counts of the tool's answers.
 
-/// What is told about a stop.
+/// What the tool is told about a stop.
 enum class Telling { MoveKnown, MoveKnownWithNoise, PositionOnly, PositionOnlyWithNoise, Jogged };
 inline constexpr std::size_t tellings = 5;
 
 struct Counts {
     std::size_t asked = 0;
     std::size_t right = 0;
-    std::size_t unknown = 0;  ///< where another state of the plan lies within the position error
-    std::size_t needless = 0; ///< unknown without such a reason
+    std::size_t unknown = 0;  ///< with a reason: another state of the plan lies within the position error
+    std::size_t needless = 0; ///< unknown without a reason
     std::size_t wrong = 0;
 };
 
@@ -26,24 +26,24 @@ struct Tally {
     std::size_t stops = 0;
     std::array<Counts, tellings> told{};
     std::array<Counts, 8> positionOnlyByState{}; ///< by the true state, without noise
-    std::size_t ways = 0;                        ///< that were judged
+    std::size_t ways = 0;                        ///< judged ways out
     std::size_t waysMissing = 0;
     std::size_t waysWithProblem = 0;
-    std::vector<std::string> examples; ///< of what went wrong, the first few
+    std::vector<std::string> examples; ///< the first few failures
 
     void Add(const Tally& other);
     const Counts& Of(Telling telling) const { return told[static_cast<std::size_t>(telling)]; }
-    /// Nothing is wrong, needlessly unknown or missing.
+    /// True when no answer is wrong or needlessly unknown, and no way is missing or has a problem.
     bool IsGood() const;
 };
 
-/// The geometry that the trials are made with, written to `fileName`: turned, and no number of it round.
+/// Writes the geometry of the trials to `fileName`. The head is mounted turned, and no number is round.
 void WriteTrialGeometry(const std::string& fileName);
 /// The model of that head.
 qmv40::model::HeadModel TrialHead();
 
-/// Every stop of one plan. `seed`: of noise and jogs.
+/// Tries the stops of one plan. `seed`: for noise and jogs.
 Tally TryStopsOf(const qmv40::model::HeadModel& head, const qmv40::recovery::Plans& plans, std::uint64_t seed);
 
-/// The 175 positions of the head.
+/// The 175 index positions of the head.
 std::vector<qmv40::model::HeadAngles> AllPositions();

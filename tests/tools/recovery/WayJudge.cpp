@@ -17,7 +17,7 @@ constexpr double ballRadius = 2.5;
 
 LeverState Other(LeverState state) { return state == LeverState::Locked ? LeverState::Unlocked : LeverState::Locked; }
 
-/// The point lies on the line, from the contact outwards.
+/// True when the point lies on the line, between contact and approach point.
 bool IsOn(const model::ContactLine& line, const Vector3& point, double tolerance) {
     const Vector3 from = point - line.contact;
     const double along = model::Dot(from, line.outward);
@@ -41,7 +41,7 @@ private:
     bool IsAlong(const model::ContactLine& line, const model::Path& path) const {
         return !path.IsArc() && IsOn(line, path.Start(), tolerance.length) && IsOn(line, path.End(), tolerance.length);
     }
-    /// The head is locked where it clicks in.
+    /// The angles, rounded to an index position when they are within the tolerance of one.
     model::HeadAngles IndexPosition() const {
         const auto nearest = [&](double degrees) {
             const double index = 15.0 * std::round(degrees / 15.0);
@@ -59,29 +59,30 @@ private:
 std::string Judge::Touched(const model::Path& path, bool isPush) const {
     const bool keepsPeg = (state.isOnPeg && path.IsArc()) || IsAlong(head.PegLine(state.angles), path);
     const model::Path cup = path.ShiftedBy(head.DriveCup(state.angles));
-    if (path.SmallestDistanceTo(head.PoleSphere()) < sphereRadius - tolerance.length) return "centre hits the sphere";
+    if (path.SmallestDistanceTo(head.PoleSphere()) < sphereRadius - tolerance.length)
+        return "head centre touches the sphere";
     if (!keepsPeg && cup.SmallestDistanceTo(head.PoleSphere()) < sphereRadius - tolerance.length) {
-        return "cup hits the sphere";
+        return "cup touches the sphere";
     }
     for (const LeverSide side : {LeverSide::Plus, LeverSide::Minus}) {
-        const bool works = state.touchedBall == side && isPush;
-        if (works || IsAlong(head.LeverLine(side, state.lever), path)) continue;
+        const bool isPushed = state.touchedBall == side && isPush;
+        if (isPushed || IsAlong(head.LeverLine(side, state.lever), path)) continue;
         if (path.SmallestDistanceTo(head.LeverBall(side, state.lever)) < ballRadius - tolerance.length)
-            return "hits a ball";
-        if (path.SmallestDistanceTo(head.LeverCentre(side)) < ballRadius - tolerance.length) return "hits a lever";
+            return "touches a ball";
+        if (path.SmallestDistanceTo(head.LeverCentre(side)) < ballRadius - tolerance.length) return "touches a lever";
     }
     return "";
 }
 
 std::string Judge::RunStraight(const model::Path& path) {
-    if (state.pushed > tolerance.angle) return "leaves the lever half way";
+    if (state.pushed > tolerance.angle) return "leaves the lever half-way";
     const model::ContactLine peg = head.PegLine(state.angles);
-    if (state.isOnPeg && !IsAlong(peg, path)) return "tears the cup off";
+    if (state.isOnPeg && !IsAlong(peg, path)) return "pulls the cup off sideways";
     state.position = path.End();
     const bool wasOnPeg = state.isOnPeg;
     state.isOnPeg = IsAt(peg.contact);
     if (state.isOnPeg && state.lever == LeverState::Locked) return "engages while locked";
-    if (state.isOnPeg && !wasOnPeg && !IsAlong(peg, path)) return "meets the peg from aside";
+    if (state.isOnPeg && !wasOnPeg && !IsAlong(peg, path)) return "engages from the side";
     state.touchedBall.reset();
     for (const LeverSide side : {LeverSide::Plus, LeverSide::Minus}) {
         if (!IsAt(head.LeverBall(side, state.lever))) continue;
@@ -96,7 +97,7 @@ std::string Judge::Push(const Vector3& turn, const model::Path& path) {
     const double sense = push.degrees < 0.0 ? -1.0 : 1.0;
     const double degrees = sense * model::Dot(turn, push.axis);
     if (degrees < -tolerance.angle) return "pulls the lever";
-    if (std::abs(model::Length(turn) - std::abs(degrees)) > tolerance.angle) return "pushes askew";
+    if (std::abs(model::Length(turn) - std::abs(degrees)) > tolerance.angle) return "pushes about another axis";
     state.pushed += degrees;
     state.position = path.End();
     if (std::abs(state.pushed - std::abs(push.degrees)) > tolerance.angle) return "does not push the lever through";

@@ -35,7 +35,7 @@ double Value(const settings::SettingsReading& reading, const char* name) {
     return reading.settings[settings::FindHeadSetting(name).value()].value;
 }
 
-TEST(SettingsRules, WithoutAnythingStoredTheBuiltInValuesCountAndNothingIsWrong) {
+TEST(SettingsRules, GiveTheBuiltInValuesWhenNothingIsStored) {
     const settings::SettingsReading reading = ReadLines("");
     for (std::size_t i = 0; i < headSettingCount; ++i) {
         EXPECT_EQ(HeadSettings()[i].builtIn, reading.settings[i].value) << HeadSettings()[i].name;
@@ -44,7 +44,7 @@ TEST(SettingsRules, WithoutAnythingStoredTheBuiltInValuesCountAndNothingIsWrong)
     EXPECT_EQ("", FindingsText(reading));
 }
 
-TEST(SettingsRules, NameWhatIsSilencedOrReadOtherwiseThanItLooks) {
+TEST(SettingsRules, FindWhatIsIgnoredOrReadDifferently) {
     const struct {
         const char* lines;
         const char* setting;
@@ -54,14 +54,14 @@ TEST(SettingsRules, NameWhatIsSilencedOrReadOtherwiseThanItLooks) {
     } cases[] = {
         {"\"Head Centre To Drive Cup X Offset\"=\"-7.0\"\n", "drive-cup-x", -7.0, nullptr, "X alone is read"},
         {"\"Head Centre To Drive Cup Y Offset\"=\"25.0\"\n", "drive-cup-y", 24.0,
-         "'Head Centre To Drive Cup X Offset', which comes before it, is missing", "Y alone is not"},
-        {"\"Locked To Unlocked Z Offset\"=\"-2\"\n", "unlocked-z", -1.5, "is not read", "Z alone is not"},
+         "'Head Centre To Drive Cup X Offset', which comes before it, is missing", "Y alone is not read"},
+        {"\"Locked To Unlocked Z Offset\"=\"-2\"\n", "unlocked-z", -1.5, "is not read", "Z alone is not read"},
         {"\"Head Centre To Drive Cup X Offset\"=\"1\"\n\"Head Centre To Drive Cup Y Offset\"=\"12.5\"\n", "drive-cup-y",
          24.0, "line 5: \"Head Centre To Drive Cup Y Offset\" is not read, because '12.5' is longer than '1'",
          "a longer text after a shorter one"},
         {"\"Head Centre To Drive Cup X Offset\"=\"12.5\"\n\"Head Centre To Drive Cup Y Offset\"=\"7\"\n"
          "\"Head Centre To Drive Cup Z Offset\"=\"1.5\"\n",
-         "drive-cup-z", -11.5, "'1.5' is longer than '7'", "the room shrinks with each text"},
+         "drive-cup-z", -11.5, "'1.5' is longer than '7'", "each text may be at most as long as the one before"},
         {"\"Head Centre To Drive Cup X Offset\"=\"12.5\"\n\"Head Centre To Drive Cup Y Offset\"=\"7.00\"\n"
          "\"Head Centre To Drive Cup Z Offset\"=\"1.50\"\n",
          "drive-cup-z", 1.5, nullptr, "equally long texts are all read"},
@@ -73,23 +73,23 @@ TEST(SettingsRules, NameWhatIsSilencedOrReadOtherwiseThanItLooks) {
         {"\"UnLocked To locked Lever Rotation\"=\"137,5\"\n", "locking-rotation", 137.0,
          "'137,5' reads as 137: the decimal mark is a point", "a decimal comma"},
         {"\"UnLocked To locked Lever Rotation\"=\"1,375\"\n", "locking-rotation", 1.0, "Store the text \"1.375\"",
-         "the remedy gives the number that was meant"},
+         "the remedy contains the number with a point"},
         {"\"UnLocked To locked Lever Rotation\"=\"inf\"\n", "locking-rotation", HUGE_VAL, "is no length or angle",
          "not finite"},
         {"\"UnLocked To locked Lever Rotation\"=\"1e400\"\n", "locking-rotation", HUGE_VAL, "is no length or angle",
          "too large to be finite"},
         {"\"UnLocked To locked Lever Rotation\"=\" 137.5 \"\n", "locking-rotation", 137.5, nullptr,
-         "blanks do no harm"},
+         "blanks around the number"},
         {"\"UnLocked To locked Lever Rotation\"=\"+137.5\"\n", "locking-rotation", 137.5, nullptr, "a plus sign"},
         {"\"UnLocked To locked Lever Rotation\"=\"1.375e2\"\n", "locking-rotation", 137.5, nullptr, "an exponent"},
         {"\"UnLocked To locked Lever Rotation\"=\"0x10\"\n", "locking-rotation", 16.0, "'0x10' reads as 16",
-         "hexadecimal digits are understood"},
+         "hexadecimal digits are read"},
         {"\"UnLocked To locked Lever Rotation\"=dword:00000089\n", "locking-rotation", 138.0,
-         "is a number (dword), and only texts are read", "a number is no text"},
+         "is a number (dword), and only texts are read", "only texts are read: a dword"},
         {"\"UnLocked To locked Lever Rotation\"=hex:31,33,37,00\n", "locking-rotation", 138.0, "is bytes (hex)",
-         "bytes are no text"},
+         "only texts are read: bytes"},
         {"\"UnLocked To locked Lever Rotation\"=hex(2):31,00,33,00,37,00,00,00\n", "locking-rotation", 137.0, nullptr,
-         "an expandable text is one"},
+         "an expandable text is read"},
         {"\"UnLocked To locked Lever Rotation\"=hex(1):31,00,33,00,37,00\n", "locking-rotation", 138.0,
          "is a text without an end", "no terminator"},
         {"\"unlocked to locked lever rotation\"=\"137.5\"\n", "locking-rotation", 137.5, nullptr,
@@ -97,9 +97,9 @@ TEST(SettingsRules, NameWhatIsSilencedOrReadOtherwiseThanItLooks) {
         {"\"UnLocked To Locked Lever Rotations\"=\"137.5\"\n", "locking-rotation", 138.0,
          "Remove it, or give it the name of the setting that is meant.", "a name misspelt"},
         {"\"Lever Rotation\"=\"137.5\"\n", "locking-rotation", 138.0, "is no setting of the head and is ignored",
-         "a name like no other"},
+         "an unknown name"},
         {"\"drive-cup-x\"=\"-7.0\"\n", "drive-cup-x", -6.95, "Did you mean \"Head Centre To Drive Cup X Offset\"?",
-         "short names are the tool's own"},
+         "a short name of the tool"},
         {"@=\"137.5\"\n", "locking-rotation", 138.0, "(the key's default value)", "the key's default value"},
         {"\"UnLocked To locked Lever Rotation\"=137.5\n", "locking-rotation", 138.0, "makes no sense here",
          "a number without quotes"},
@@ -118,7 +118,7 @@ TEST(SettingsRules, NameWhatIsSilencedOrReadOtherwiseThanItLooks) {
          "\"UnLocked To locked Lever Rotation\"=\"137\"\n",
          "locking-rotation", 138.0, "and the component does not look there", "the 32-bit view"},
         {"[HKEY_LOCAL_MACHINE\\Software\\Somebody]\n\"Colour\"=\"7\"\n\"Nonsense\n", "locking-rotation", 138.0, nullptr,
-         "other keys are nobody's business"},
+         "other keys are not examined"},
         {"\"UnLocked To locked Lever Rotation\"=\"137\"\n[-HKEY_LOCAL_MACHINE\\Software\\Hollbeck]\n",
          "locking-rotation", 138.0, "The file has no key", "removed with a key above it"},
     };
@@ -133,7 +133,7 @@ TEST(SettingsRules, NameWhatIsSilencedOrReadOtherwiseThanItLooks) {
     }
 }
 
-TEST(SettingsRules, AFileThatDoesNotNameItsFormatIsNotReadAtAll) {
+TEST(SettingsRules, IgnoreAFileThatDoesNotNameItsFormat) {
     const char* const key = "\n[HKEY_LOCAL_MACHINE\\Software\\Hollbeck\\VRX Software\\QMV40Calculator]\n"
                             "\"UnLocked To locked Lever Rotation\"=\"137\"\n";
     for (const char* first : {"", "Windows Registry Editor Version 4.00", "regedit4", ";comment\nREGEDIT4"}) {
@@ -146,7 +146,7 @@ TEST(SettingsRules, AFileThatDoesNotNameItsFormatIsNotReadAtAll) {
                            "locking-rotation"));
 }
 
-TEST(SettingsRules, AFileMayBeWrittenInAnyOfItsEncodings) {
+TEST(SettingsRules, ReadAFileInEachEncoding) {
     const std::string text = std::string(settingsHeader) + "\"UnLocked To locked Lever Rotation\"=\"137\"\r\n";
     std::string little = "\xFF\xFE";
     std::string big = "\xFE\xFF";
@@ -159,8 +159,8 @@ TEST(SettingsRules, AFileMayBeWrittenInAnyOfItsEncodings) {
     }
 }
 
-TEST(SettingsRules, RemediesMakeEverythingCount) {
-    // The three texts of the remedy, stored in the place of those in the findings.
+TEST(SettingsRules, ReadAllValuesOnceTheRemedyIsFollowed) {
+    // Stores the three texts that the remedy gives.
     const settings::SettingsReading reading = ReadLines("\"Head Centre To Drive Cup X Offset\"=\"-7\"\n"
                                                         "\"Head Centre To Drive Cup Y Offset\"=\"24,25\"\n");
     EXPECT_THAT(FindingsText(reading), HasSubstr("\"-7.00\", \"24.25\", \"-11.5\""));
@@ -171,8 +171,8 @@ TEST(SettingsRules, RemediesMakeEverythingCount) {
     EXPECT_EQ(24.25, Value(mended, "drive-cup-y"));
 }
 
-/// A text such as sites store, good or bad.
-std::string SomeText(std::mt19937_64& random) {
+/// A random text, valid or not.
+std::string RandomText(std::mt19937_64& random) {
     const char* const texts[] = {"1",   "-7.5", "31.00", "0.000", "-32.0", "abc", "",    "7mm",  "12,5", " 3",
                                  "1e2", "inf",  "0x1F",  "-.5",   "+4.",   "--1", "nan", "1.5 ", "99999"};
     return texts[random() % std::size(texts)];
@@ -184,7 +184,7 @@ void StoreSomething(const char* name, std::mt19937_64& random, SettingsFixture& 
     case 0:
         return; // nothing
     case 1: {
-        const std::string text = SomeText(random);
+        const std::string text = RandomText(random);
         std::vector<unsigned char> bytes(text.begin(), text.end());
         if (random() % 4 != 0) bytes.push_back(0);
         return store.SetRaw(name, types[random() % std::size(types)], bytes);
@@ -192,11 +192,11 @@ void StoreSomething(const char* name, std::mt19937_64& random, SettingsFixture& 
     case 2:
         return store.SetText(name, std::string(random() % 300, '1').c_str());
     default:
-        return store.SetText(name, SomeText(random).c_str());
+        return store.SetText(name, RandomText(random).c_str());
     }
 }
 
-TEST(SettingsRules, AreTheComponentsOwn) {
+TEST(SettingsRules, AreThoseOfTheComponent) {
     constexpr std::uint64_t rounds = 100;
     for (std::uint64_t seed = 0; seed < rounds; ++seed) {
         SCOPED_TRACE(seed);
@@ -213,7 +213,7 @@ TEST(SettingsRules, AreTheComponentsOwn) {
     }
 }
 
-TEST(SettingsFile, HoldsTextsOfOneLengthThatReadBackToTheSameBits) {
+TEST(SettingsFile, HasTextsThatAreReadBackToTheSameBits) {
     std::mt19937_64 random(1);
     std::uniform_real_distribution<double> digits(-1.0, 1.0);
     std::uniform_int_distribution<int> exponent(-12, 9);
@@ -232,7 +232,7 @@ TEST(SettingsFile, HoldsTextsOfOneLengthThatReadBackToTheSameBits) {
     }
 }
 
-TEST(SettingsFile, LeavesOutOffsetsOfWhichNothingIsGiven) {
+TEST(SettingsFile, OmitsOffsetsWithoutAGivenValue) {
     std::array<std::optional<double>, headSettingCount> values;
     values[settings::FindHeadSetting("unlocked-z").value()] = -1.62;
     EXPECT_EQ("Windows Registry Editor Version 5.00\r\n\r\n"

@@ -17,14 +17,14 @@ text::Finding Example() {
             .details = {{"move", 3}}};
 }
 
-TEST(Finding, StandsInADocumentWithTheSharedMembersFirst) {
+TEST(Finding, HasTheSharedMembersFirstInADocument) {
     EXPECT_EQ(R"({"name":"touches-lever","severity":"warning",)"
               R"("sentence":"The path comes closer to a lever than allowed.",)"
               R"("remedy":"Give the lever its true radius.","move":3})",
               text::FindingJson(Example()).Dump());
 }
 
-TEST(Finding, IsPrintedWithPlaceAndAmountWhereItHasThem) {
+TEST(Finding, IsPrintedWithPlaceAndAmountIfPresent) {
     const auto printed = [](const text::Finding& finding) {
         std::ostringstream out;
         text::PrintFinding(finding, out);
@@ -44,7 +44,7 @@ TEST(Wrapped, BreaksAtBlanksWithin100Columns) {
     EXPECT_EQ("  - " + three + "\n    " + word + "\n", text::Wrapped("  - ", three + " " + word));
     EXPECT_EQ("- " + std::string(120, 'y') + "\n", text::Wrapped("- ", std::string(120, 'y')))
         << "no blank to break at";
-    EXPECT_EQ("-> \n", text::Wrapped("-> ", "")) << "nothing to say";
+    EXPECT_EQ("-> \n", text::Wrapped("-> ", "")) << "an empty text";
 }
 
 } // namespace

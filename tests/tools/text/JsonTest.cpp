@@ -21,7 +21,7 @@ struct Twins {
     Reader read;
 };
 
-Twins AnyValue(std::mt19937_64& random, int depth) { // NOLINT(misc-no-recursion): values stand in values
+Twins RandomValue(std::mt19937_64& random, int depth) { // NOLINT(misc-no-recursion): values contain values
     static const char* const texts[] = {"", "a \"b\"\\\n\x01", "Prüfkopf 検査", "</script>"};
     switch (random() % (depth == 0 ? 5 : 7)) {
     case 0:
@@ -45,7 +45,7 @@ Twins AnyValue(std::mt19937_64& random, int depth) { // NOLINT(misc-no-recursion
     case 5: {
         Twins array{text::Json::Array(), Reader::array()};
         for (std::uint64_t i = random() % 4; i > 0; --i) {
-            const Twins element = AnyValue(random, depth - 1);
+            const Twins element = RandomValue(random, depth - 1);
             array.written.PushBack(element.written);
             array.read.push_back(element.read);
         }
@@ -55,7 +55,7 @@ Twins AnyValue(std::mt19937_64& random, int depth) { // NOLINT(misc-no-recursion
         Twins object{text::Json::Object(), Reader::object()};
         for (std::uint64_t i = random() % 4; i > 0; --i) {
             const std::string name = std::string(1, static_cast<char>('a' + random() % 6)) + "\"";
-            const Twins member = AnyValue(random, depth - 1);
+            const Twins member = RandomValue(random, depth - 1);
             object.written[name] = member.written;
             object.read[name] = member.read;
         }
@@ -68,14 +68,14 @@ TEST(Json, IsWrittenAsTheLibraryWritesIt) {
     constexpr unsigned seed = 20261122;
     std::mt19937_64 random(seed);
     for (int i = 0; i < 3000; ++i) {
-        const Twins value = AnyValue(random, 4);
+        const Twins value = RandomValue(random, 4);
         ASSERT_EQ(value.read.dump(), value.written.Dump()) << "seed " << seed << " value " << i;
         ASSERT_EQ(value.read.dump(2), value.written.Dump(2)) << "seed " << seed << " value " << i;
         ASSERT_EQ(value.read.dump(), text::ParseJson("", value.read.dump(3)).Dump()) << "seed " << seed;
     }
 }
 
-TEST(Json, InBracesIsAnObjectWhenEveryEntryIsANamedPair) {
+TEST(Json, InBracesIsAnObjectIfEveryEntryIsANamedPair) {
     EXPECT_EQ(R"({"X":1.0,"all":[1,2,3]})", (text::Json{{"X", 1.0}, {"all", {1, 2, 3}}}).Dump());
     EXPECT_EQ(R"([["X",1.0],2])", (text::Json{{"X", 1.0}, 2}).Dump());
     EXPECT_EQ(R"([{"a":true}])", (text::Json{{{"a", true}}}).Dump());
@@ -91,7 +91,7 @@ TEST(Json, KeepsEveryBitOfADoubleAndTheSignOfZero) {
     EXPECT_TRUE(std::signbit(Reader::parse(text::Json(-0.0).Dump()).get<double>()));
 }
 
-TEST(Json, ShowsWhatIsNotAFiniteNumberAsNull) {
+TEST(Json, WritesNullForANumberThatIsNotFinite) {
     RequiredMoves moves{};
     moves.RotateToPeg.RotationAngle = std::nan("");
     moves.ApproachPeg.YPosition = -HUGE_VAL;
@@ -113,7 +113,7 @@ TEST(Json, ReplacesBytesThatAreNotUtf8) {
     EXPECT_EQ("a\xEF\xBF\xBD", text::ValidUtf8("a\xFF"));
 }
 
-TEST(Json, IsRefusedWithItsLineAndTheReason) {
+TEST(Json, IsRefusedWithLineAndReason) {
     const struct {
         const char* content;
         std::optional<std::size_t> line;

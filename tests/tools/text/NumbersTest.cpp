@@ -17,7 +17,7 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-TEST(Numbers, ForPeopleHaveTheDecimalsAskedForAndNoNegativeZero) {
+TEST(Numbers, FixedTextHasTheDecimalsAndNoNegativeZero) {
     const struct {
         double value;
         int decimals;
@@ -26,12 +26,12 @@ TEST(Numbers, ForPeopleHaveTheDecimalsAskedForAndNoNegativeZero) {
     } cases[] = {
         {1.25, 4, "1.2500", "padded"},
         {-1234567.5, 2, "-1234567.50", "no grouping of digits"},
-        {-0.00001, 4, "0.0000", "rounds to zero: a sign would puzzle"},
-        {-0.0, 4, "0.0000", "the zero itself"},
-        {-0.00006, 4, "-0.0001", "rounds away from zero: the sign stays"},
+        {-0.00001, 4, "0.0000", "rounds to zero, which has no sign"},
+        {-0.0, 4, "0.0000", "negative zero"},
+        {-0.00006, 4, "-0.0001", "does not round to zero: the sign stays"},
         {0.5, 0, "0", "to even, and no decimal mark"},
-        {-10.0, 0, "-10", "zeros among the digits are no zero"},
-        {notANumber, 4, "nan", "shown, not hidden"},
+        {-10.0, 0, "-10", "a number with zeros among its digits"},
+        {notANumber, 4, "nan", "not a number"},
     };
     for (const auto& each : cases) EXPECT_EQ(each.text, text::FixedText(each.value, each.decimals)) << each.why;
 }
@@ -48,7 +48,7 @@ TEST(Numbers, ExactTextReadsBackToTheSameBits) {
     EXPECT_EQ("-0", text::ExactText(-0.0));
 }
 
-TEST(Numbers, ReadTheWholeTextOrSayWhatIsWrong) {
+TEST(Numbers, ParseNumberReadsTheWholeTextOrNamesTheProblem) {
     const struct {
         const char* text;
         double value;

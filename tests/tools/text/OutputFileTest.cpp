@@ -13,7 +13,7 @@ namespace {
 
 const text::FileKind ourDrawing = text::KindMarked("a drawing", "our drawing");
 
-TEST(OutputFile, TakesTheNameOfANewFileAnEmptyOneOrOneOfItsKind) {
+TEST(OutputFile, MayBeNewOrEmptyOrOfItsKind) {
     const TemporaryFolder folder;
     const std::string mine = "<?xml?><!-- our drawing -->\n<svg/>";
     for (const std::string& name :
@@ -23,7 +23,7 @@ TEST(OutputFile, TakesTheNameOfANewFileAnEmptyOneOrOneOfItsKind) {
     }
 }
 
-TEST(OutputFile, LeavesEveryOtherFileAsItIs) {
+TEST(OutputFile, ReplacesNoOtherFile) {
     const char* const contents[] = {"A,B,X,Y,Z\n", "<svg/>", "\n", "a line\nour drawing\n", "\x89PNG\r\n\x1A\n"};
     const TemporaryFolder folder;
     for (const char* const content : contents) {
@@ -40,11 +40,9 @@ TEST(OutputFile, LeavesEveryOtherFileAsItIs) {
     EXPECT_THROW(text::RequireNewOrOfKind(folder.Name("."), ourDrawing), text::InputError);
 }
 
-// Every output of every command, and a file that it must not touch.
-
-/// What people have lying about, by its kind.
-struct FilesOfPeople {
-    explicit FilesOfPeople(const TemporaryFolder& folder)
+/// Files of several kinds that an output must not replace.
+struct OtherFiles {
+    explicit OtherFiles(const TemporaryFolder& folder)
         : capture(folder.Write("capture.csv", ReadFile(LoadScenario("plain").aAxis))),
           picture(folder.Write("picture.png", "\x89PNG\r\n\x1A\n")),
           spoiltCapture(folder.Write("spoilt.csv", "A,B,X,Y,Z\n1,2,3,4,5\n[HEADCENTRE]\nX=1\n")),
@@ -59,7 +57,7 @@ struct FilesOfPeople {
 
 TEST(OutputFile, OfACommandNeverReplacesAFileOfAnotherKind) {
     const TemporaryFolder folder;
-    const FilesOfPeople files(folder);
+    const OtherFiles files(folder);
     const std::vector<std::string> all{files.capture,       files.picture,  files.spoiltCapture, files.theirIni,
                                        files.theirSettings, files.geometry, files.theirPage};
     const Scenario plain = LoadScenario("plain");
@@ -94,9 +92,9 @@ TEST(OutputFile, OfACommandNeverReplacesAFileOfAnotherKind) {
     }
 }
 
-TEST(OutputFile, OfSeveralIsNotWrittenWhenAnotherIsRefused) {
+TEST(OutputFile, IsNotWrittenWhenAnotherOutputIsRefused) {
     const TemporaryFolder folder;
-    const FilesOfPeople files(folder);
+    const OtherFiles files(folder);
     const std::string drawingName = folder.Name("drawing.svg");
     const std::string page = folder.Write("template.html", "<!DOCTYPE html>\n@TITLE@ @DOCUMENT@ @DRAWINGS@");
     const ToolRun run = RunQmv40({"view", "--geometry", files.geometry, "--from", "0,0", "--to", "0,0", "--template",
@@ -105,12 +103,12 @@ TEST(OutputFile, OfSeveralIsNotWrittenWhenAnotherIsRefused) {
     EXPECT_FALSE(std::filesystem::exists(folder.Path("drawing.svg")));
 }
 
-TEST(OutputFile, OfAGeometryKeepsWhatElseAGeometryFileHolds) {
+TEST(OutputFile, OfAGeometryKeepsOtherEntriesOfTheFile) {
     const TemporaryFolder folder;
     const std::string name = folder.Write("head.ini", "; of the left arm\n[Notes]\nOperator=7\n[HEADCENTRE]\nX=1\n");
     EXPECT_EQ(0, RunQmv40(LoadScenario("plain").GeometryArguments({"--output", name})).exitCode);
     std::string content = ReadFile(name);
-    std::erase(content, '\r'); // Windows writes it
+    std::erase(content, '\r'); // line ends of Windows
     EXPECT_THAT(content, HasSubstr("; of the left arm\n[Notes]\nOperator=7\n"));
     EXPECT_THAT(content, HasSubstr("X=4.125000000e+02\n"));
 }

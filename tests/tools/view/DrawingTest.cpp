@@ -1,4 +1,4 @@
-// The three-view drawing, read as the SVG that it is: what it shows is held against the document of the same plan.
+// The three-view drawing. The tests read it as SVG and compare it with the document of the same plan.
 
 #include "tests/tools/cli/CommaLocale.h"
 #include "tests/tools/cli/ViewedPlan.h"
@@ -21,8 +21,8 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-/// Coordinates are written to a thousandth of a millimetre: two of them, and a diagonal.
-constexpr double writtenDecimals = 0.002;
+/// mm on paper. Coordinates are rounded to 0.001 mm, and a length is the difference of two of them.
+constexpr double paperTolerance = 0.002;
 
 constexpr const char* viewNames[] = {"top", "front", "side"};
 
@@ -51,8 +51,8 @@ const std::vector<std::vector<std::string>>& PlansToDraw() {
     return plans;
 }
 
-/// Whether a text in the drawing begins so.
-bool Tells(const SvgElement& drawing, const std::string& begin) {
+/// True when a text in the drawing begins with `begin`.
+bool HasText(const SvgElement& drawing, const std::string& begin) {
     return std::ranges::any_of(ElementsOf(drawing, "text"),
                                [&](const SvgElement* text) { return text->text.starts_with(begin); });
 }
@@ -61,8 +61,8 @@ const SvgElement& View(const SvgElement& drawing, const std::string& name) {
     return *ElementsOf(drawing, "g", name).at(0);
 }
 
-/// The scale that the drawing tells: millimetres of the machine to one on paper.
-double ToldScale(const SvgElement& drawing) {
+/// The scale that the drawing states: millimetres of the machine for one millimetre on paper.
+double StatedScale(const SvgElement& drawing) {
     for (const SvgElement* text : ElementsOf(drawing, "text")) {
         if (!text->text.starts_with("Scale ")) continue;
         const std::string ratio = text->text.substr(6, text->text.find(" on A4") - 6);
@@ -73,8 +73,8 @@ double ToldScale(const SvgElement& drawing) {
     return 0.0;
 }
 
-/// The way of a move in a view, 1 to 19.
-std::vector<SvgPoint> WayOf(const SvgElement& drawing, const std::string& view, int number) {
+/// The path of a move, 1 to 19, in a view.
+std::vector<SvgPoint> PathOf(const SvgElement& drawing, const std::string& view, int number) {
     for (const SvgElement* path : ElementsOf(View(drawing, view), "path", "move")) {
         if (path->Attribute("data-move") == std::to_string(number)) return PointsOf(*path);
     }
@@ -110,42 +110,42 @@ TEST_F(Drawing, IsASheetOfA4) {
     EXPECT_EQ("http://www.w3.org/2000/svg", drawing.Attribute("xmlns"));
     EXPECT_EQ("297mm", drawing.Attribute("width"));
     EXPECT_EQ("210mm", drawing.Attribute("height"));
-    EXPECT_EQ("0 0 297 210", drawing.Attribute("viewBox")) << "so that its coordinates are millimetres";
+    EXPECT_EQ("0 0 297 210", drawing.Attribute("viewBox")) << "one unit is one millimetre";
 }
 
-TEST_F(Drawing, IsToTheScaleThatItTells) {
+TEST_F(Drawing, HasTheScaleThatItStates) {
     const SvgElement drawing = Draw({"--from", "0,0", "--to", "45,90"});
-    const double scale = ToldScale(drawing);
+    const double scale = StatedScale(drawing);
     ASSERT_GT(scale, 0.0);
-    // Worked by hand: EngageWithPeg goes 10 mm along +Y, from (419.45, -212.25, -643.5).
-    const auto way = [&](const char* view, int number) {
-        const std::vector<SvgPoint> points = WayOf(drawing, view, number);
+    // Worked out by hand: EngageWithPeg goes 10 mm along +Y, from (419.45, -212.25, -643.5).
+    const auto machineWay = [&](const char* view, int number) {
+        const std::vector<SvgPoint> points = PathOf(drawing, view, number);
         return SvgPoint{(points.back().x - points.front().x) * scale, (points.back().y - points.front().y) * scale};
     };
-    EXPECT_NEAR(0.0, way("top", 8).x, writtenDecimals);
-    EXPECT_NEAR(-10.0, way("top", 8).y, writtenDecimals * scale) << "+Y goes up the paper";
-    EXPECT_NEAR(0.0, way("front", 8).x, writtenDecimals) << "away from the viewer";
-    EXPECT_NEAR(0.0, way("front", 8).y, writtenDecimals);
-    EXPECT_NEAR(10.0, way("side", 8).x, writtenDecimals * scale) << "+Y goes to the right";
-    // ApproachLockLever sinks from the safe height, 35 above the sphere, to 36.55 below.
-    EXPECT_NEAR(71.55, way("front", 16).y, writtenDecimals * scale);
-    EXPECT_NEAR(71.55, way("side", 16).y, writtenDecimals * scale);
+    EXPECT_NEAR(0.0, machineWay("top", 8).x, paperTolerance);
+    EXPECT_NEAR(-10.0, machineWay("top", 8).y, paperTolerance * scale) << "+Y goes up the paper";
+    EXPECT_NEAR(0.0, machineWay("front", 8).x, paperTolerance) << "away from the viewer";
+    EXPECT_NEAR(0.0, machineWay("front", 8).y, paperTolerance);
+    EXPECT_NEAR(10.0, machineWay("side", 8).x, paperTolerance * scale) << "+Y goes to the right";
+    // ApproachLockLever goes down from the safe height, 35 mm above the sphere, to 36.55 mm below it.
+    EXPECT_NEAR(71.55, machineWay("front", 16).y, paperTolerance * scale);
+    EXPECT_NEAR(71.55, machineWay("side", 16).y, paperTolerance * scale);
     for (const char* name : viewNames) {
         const std::vector<const SvgElement*> spheres = ElementsOf(View(drawing, name), "circle", "sphere");
         ASSERT_EQ(1u, spheres.size());
-        EXPECT_NEAR(5.0, spheres[0]->Number("r") * scale, writtenDecimals * scale);
+        EXPECT_NEAR(5.0, spheres[0]->Number("r") * scale, paperTolerance * scale);
     }
     const std::vector<const SvgElement*> bars = ElementsOf(drawing, "path", "scale-bar");
     ASSERT_EQ(1u, bars.size());
     const std::vector<SvgPoint> bar = PointsOf(*bars[0]);
-    EXPECT_NEAR(20.0, (bar[1].x - bar[0].x) * scale, writtenDecimals * scale);
+    EXPECT_NEAR(20.0, (bar[1].x - bar[0].x) * scale, paperTolerance * scale);
 }
 
-TEST_F(Drawing, StandsMovesAboutTheSphereWhereTheDocumentHasThem) {
+TEST_F(Drawing, HasMovesAndSphereWhereTheDocumentHasThem) {
     const std::vector<std::string> plan{"--from", "30,-45", "--to", "45,90"};
     const SvgElement drawing = Draw(plan);
     const Json document = head.Document(plan);
-    const double scale = ToldScale(drawing);
+    const double scale = StatedScale(drawing);
     const struct {
         const char* view;
         std::size_t right, up;
@@ -157,9 +157,9 @@ TEST_F(Drawing, StandsMovesAboutTheSphereWhereTheDocumentHasThem) {
             const Json& end =
                 document["plans"][0]["moves"][static_cast<std::size_t>(number) - 1]["samples"].back()["at"];
             const auto from = [&](std::size_t axis) { return end[axis].get<double>() - centre[axis].get<double>(); };
-            const SvgPoint paper = WayOf(drawing, view.view, number).back();
-            EXPECT_NEAR(from(view.right), (paper.x - sphere.Number("cx")) * scale, writtenDecimals * scale);
-            EXPECT_NEAR(from(view.up), (sphere.Number("cy") - paper.y) * scale, writtenDecimals * scale);
+            const SvgPoint paper = PathOf(drawing, view.view, number).back();
+            EXPECT_NEAR(from(view.right), (paper.x - sphere.Number("cx")) * scale, paperTolerance * scale);
+            EXPECT_NEAR(from(view.up), (sphere.Number("cy") - paper.y) * scale, paperTolerance * scale);
         }
     }
 }
@@ -167,17 +167,17 @@ TEST_F(Drawing, StandsMovesAboutTheSphereWhereTheDocumentHasThem) {
 TEST_F(Drawing, IsInThirdAngleProjection) {
     const SvgElement drawing = Draw({"--from", "30,-45", "--to", "45,90"});
     for (int number = 1; number <= 19; ++number) {
-        const SvgPoint top = WayOf(drawing, "top", number).back();
-        const SvgPoint front = WayOf(drawing, "front", number).back();
-        const SvgPoint side = WayOf(drawing, "side", number).back();
-        EXPECT_EQ(top.x, front.x) << "top view over front view";
-        EXPECT_EQ(front.y, side.y) << "right side view beside front view";
-        EXPECT_LT(top.y, front.y) << "above it";
-        EXPECT_GT(side.x, front.x) << "to its right";
+        const SvgPoint top = PathOf(drawing, "top", number).back();
+        const SvgPoint front = PathOf(drawing, "front", number).back();
+        const SvgPoint side = PathOf(drawing, "side", number).back();
+        EXPECT_EQ(top.x, front.x) << "the top view is above the front view";
+        EXPECT_EQ(front.y, side.y) << "the side view is beside the front view";
+        EXPECT_LT(top.y, front.y) << "not below it";
+        EXPECT_GT(side.x, front.x) << "on its right";
     }
 }
 
-/// Whether something is within the sheet's border of 6 mm.
+/// Expects that a rectangle is within the sheet's border of 6 mm.
 void ExpectInside(double left, double top, double right, double bottom, const std::string& what) {
     EXPECT_GE(left, 6.0) << what;
     EXPECT_GE(top, 6.0) << what;
@@ -213,7 +213,7 @@ void ExpectEverythingInside(const SvgElement& drawing) {
     EXPECT_EQ(1, sheets);
     for (const SvgElement* text : ElementsOf(drawing, "text")) {
         const double size = text->Number("font-size");
-        // As in the wider sans serif faces.
+        // 0.6 of the font size is the width of letters in wide sans serif fonts.
         const double width = static_cast<double>(LettersOf(text->text)) * size * 0.6;
         const std::string anchor = text->Attribute("text-anchor");
         const double left = text->Number("x") - (anchor == "end" ? width : anchor == "middle" ? width / 2.0 : 0.0);
@@ -226,18 +226,19 @@ TEST_F(Drawing, HasNothingOutsideItsBorder) {
     ExpectEverythingInside(Draw({"--from", "0,0", "--to", "90,180", "--sphere-radius", "400"}));
 }
 
-TEST_F(Drawing, LeavesOutWhatIsTooFarOffOrNoNumberAndSaysSo) {
+TEST_F(Drawing, SaysThatPointsFartherThan1MAreNotDrawn) {
     for (const Json& value : {Json(1e12), Json(1e300), Json(-5000.0)}) {
         const SvgElement drawing = DrawSpoiled("ApproachPeg", "YPosition", value);
         ExpectEverythingInside(drawing);
-        EXPECT_TRUE(Tells(drawing, "Farther than 1 m: not drawn"));
+        EXPECT_TRUE(HasText(drawing, "Farther than 1 m: not drawn"));
     }
     const SvgElement drawing = DrawSpoiled("ApproachPeg", "YPosition", nullptr);
     ExpectEverythingInside(drawing);
-    EXPECT_EQ(6u, ElementsOf(View(drawing, "top"), "path", "move").size()) << "those that could be run";
+    EXPECT_EQ(6u, ElementsOf(View(drawing, "top"), "path", "move").size())
+        << "only the moves before the wrong one can be run";
 }
 
-TEST_F(Drawing, HasNoNumberUponAnotherAndTiesEachToItsMove) {
+TEST_F(Drawing, HasBalloonsThatDoNotOverlap) {
     for (const auto& plan : PlansToDraw()) {
         const SvgElement drawing = Draw(plan);
         for (const char* name : viewNames) {
@@ -255,7 +256,7 @@ TEST_F(Drawing, HasNoNumberUponAnotherAndTiesEachToItsMove) {
     }
 }
 
-TEST_F(Drawing, TellsLevelsApartWithoutColour) {
+TEST_F(Drawing, HasALineStyleForEachLevelBesideItsColour) {
     std::set<std::string> lines;
     for (const view::MoveLevel level :
          {view::MoveLevel::Clear, view::MoveLevel::Tight, view::MoveLevel::Contact, view::MoveLevel::Finding}) {
@@ -266,7 +267,7 @@ TEST_F(Drawing, TellsLevelsApartWithoutColour) {
     EXPECT_EQ(4u, lines.size());
 }
 
-TEST_F(Drawing, DrawsEachMoveInTheLineOfItsLevel) {
+TEST_F(Drawing, DrawsEachMoveInTheLineStyleOfItsLevel) {
     const std::string plan = head.SpoiledPlan("0,0", "45,90", "UnLock", "RotationAngle", -120.0);
     const SvgElement drawing = Draw({"--plan", plan});
     const Json moves = head.Document({"--plan", plan})["plans"][0]["moves"];
@@ -287,21 +288,22 @@ TEST_F(Drawing, DrawsEachMoveInTheLineOfItsLevel) {
     }
     EXPECT_EQ(lines.size(), all.size());
     EXPECT_TRUE(lines.contains("finding"));
-    EXPECT_TRUE(Tells(drawing, "3: arc-angle-off"));
-    EXPECT_TRUE(Tells(drawing, " by 15.0000 deg"));
+    EXPECT_TRUE(HasText(drawing, "3: arc-angle-off"));
+    EXPECT_TRUE(HasText(drawing, " by 15.0000 deg"));
 }
 
-TEST_F(Drawing, TellsVerdictClearanceAndSetup) {
+TEST_F(Drawing, PrintsVerdictClearanceAndSetup) {
     const SvgElement drawing = Draw({"--from", "0,0", "--to", "45,90"});
     for (const char* expected :
          {"clear, no findings", "Clearance to pole sphere", "5.00 mm, move ", "2.50 mm, move 1", "X 412.500 mm",
           "Y -178.250 mm", "Z -655.000 mm", "plain.ini", "A 0, B 0", "to A 45, B 90 (deg)", "third-angle",
           "go down in front of the peg", "must touch the lever", "safe height"}) {
-        EXPECT_TRUE(Tells(drawing, expected)) << expected;
+        EXPECT_TRUE(HasText(drawing, expected)) << expected;
     }
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): elements hold elements
+/// Expects no script, no link and no identifier.
+// NOLINTNEXTLINE(misc-no-recursion): elements contain elements
 void ExpectNothingActive(const SvgElement& element) {
     EXPECT_THAT((std::set<std::string>{"svg", "title", "g", "path", "circle", "rect", "text"}),
                 testing::Contains(element.name));
@@ -312,9 +314,7 @@ void ExpectNothingActive(const SvgElement& element) {
     for (const SvgElement& child : element.children) ExpectNothingActive(child);
 }
 
-TEST_F(Drawing, RunsNothingRefersToNothingAndSharesNoNamesWithThePage) {
-    ExpectNothingActive(Draw({"--from", "0,0", "--to", "45,90"}));
-}
+TEST_F(Drawing, HasNoScriptsLinksOrIdentifiers) { ExpectNothingActive(Draw({"--from", "0,0", "--to", "45,90"})); }
 
 TEST_F(Drawing, IsTheSameInEveryLocale) {
     const std::string expected = Text({"--from", "0,0", "--to", "45,90"});
@@ -322,7 +322,7 @@ TEST_F(Drawing, IsTheSameInEveryLocale) {
     EXPECT_TRUE(expected == Text({"--from", "0,0", "--to", "45,90"}));
 }
 
-TEST(Balloons, StayInTheirViewAndOffTheLine) {
+TEST(Balloons, StayInTheirViewAndAwayFromTheLine) {
     view::Balloons balloons({0.0, 0.0}, 40.0, 30.0);
     const view::PaperWay line{{5.0, 5.0}, {35.0, 5.0}};
     balloons.Avoid(line);
@@ -337,13 +337,13 @@ TEST(Balloons, StayInTheirViewAndOffTheLine) {
     }
 }
 
-TEST(Balloons, KnowThePointAtAFractionOfALine) {
+TEST(Balloons, FindThePointAtAFractionOfALine) {
     const view::PaperWay corner{{0.0, 0.0}, {3.0, 0.0}, {3.0, 0.0}, {3.0, 1.0}};
     EXPECT_EQ(4.0, view::LengthOf(corner));
     EXPECT_EQ(2.0, view::PointAlong(corner, 0.5).x);
     EXPECT_EQ(0.5, view::PointAlong(corner, 0.875).y);
     EXPECT_EQ(1.0, view::PointAlong(corner, 1.0).y);
-    EXPECT_EQ(7.0, view::PointAlong({{7.0, 7.0}}, 0.5).x) << "a point is a line of no length";
+    EXPECT_EQ(7.0, view::PointAlong({{7.0, 7.0}}, 0.5).x) << "a line of length 0";
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 
 namespace {
 
-[[noreturn]] void Refuse(const std::string& problem) { throw std::runtime_error("no XML: " + problem); }
+[[noreturn]] void Refuse(const std::string& problem) { throw std::runtime_error("not XML: " + problem); }
 
 double NumberOf(std::string_view text) {
     double number = 0.0;
@@ -89,7 +89,7 @@ private:
         Refuse("& without a reference");
     }
 
-    SvgElement Element() { // NOLINT(misc-no-recursion): elements hold elements
+    SvgElement Element() { // NOLINT(misc-no-recursion): elements contain elements
         Expect("<");
         SvgElement element{Name(), {}, "", {}};
         while (Blanks(), !rest.starts_with('>') && !rest.starts_with('/')) {
@@ -116,7 +116,7 @@ private:
     std::string_view rest;
 };
 
-// NOLINTNEXTLINE(misc-no-recursion): elements hold elements
+// NOLINTNEXTLINE(misc-no-recursion): elements contain elements
 void Collect(const SvgElement& element, const std::string& name, std::vector<const SvgElement*>& found) {
     for (const SvgElement& child : element.children) {
         if (child.name == name) found.push_back(&child);
@@ -161,7 +161,7 @@ std::vector<SvgPoint> PointsOf(const SvgElement& path) {
     if (data.ends_with('Z')) data.pop_back();
     std::vector<SvgPoint> points;
     for (std::string_view rest = data; !rest.empty();) {
-        if (!rest.starts_with(points.empty() ? 'M' : 'L')) Refuse("a path of something else than straight lines");
+        if (!rest.starts_with(points.empty() ? 'M' : 'L')) Refuse("a path with other commands than M and L");
         const std::size_t blank = rest.find(' ');
         const std::size_t end = std::min(rest.find('L', 1), rest.size());
         if (blank >= end) Refuse("a point without its y");

@@ -5,17 +5,16 @@
 #include <string_view>
 #include <vector>
 
-/// A drawing as its elements say it is, read by the rules of XML.
-
+/// An element of a drawing, read by the rules of XML.
 struct SvgElement {
     std::string name;
     std::map<std::string, std::string> attributes;
-    std::string text; ///< its own, without that of elements within
+    std::string text; ///< without the text of elements inside it
     std::vector<SvgElement> children;
 
     std::string Attribute(const std::string& attribute) const;
     double Number(const std::string& attribute) const;
-    /// Names in its attribute class.
+    /// True when the attribute class contains the name.
     bool IsOfClass(std::string_view className) const;
 };
 
@@ -24,12 +23,12 @@ struct SvgPoint {
     double y;
 };
 
-/// Throws std::runtime_error for what is not well-formed: names, quotes, references, nesting, one outermost element.
+/// Throws std::runtime_error when the text is not well-formed XML with one outermost element.
 SvgElement ParseSvg(std::string_view text);
 
-/// All elements of a name within another, at any depth, in their order.
+/// All elements with this name inside another, at any depth, in document order.
 std::vector<const SvgElement*> ElementsOf(const SvgElement& element, const std::string& name);
-/// Those of them that have the class.
+/// Those of them that have this class.
 std::vector<const SvgElement*> ElementsOf(const SvgElement& element, const std::string& name,
                                           std::string_view className);
 

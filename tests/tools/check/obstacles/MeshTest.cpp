@@ -16,7 +16,7 @@ constexpr double infinite = std::numeric_limits<double>::infinity();
 
 Triangle PointAt(const Vector3& point) { return {point, point, point}; }
 
-/// Hills and valleys of 20 mm, closed by nothing.
+/// An open surface with hills and valleys of 20 mm.
 std::vector<Triangle> Hills(int sides) {
     const auto at = [sides](int i, int k) {
         const double x = 300.0 * i / sides - 150.0;
@@ -33,8 +33,8 @@ std::vector<Triangle> Hills(int sides) {
     return hills;
 }
 
-/// The same surface in the library that is asked for a second opinion.
-std::shared_ptr<fcl::BVHModel<fcl::OBBRSSd>> LibraryModel(const std::vector<Triangle>& triangles) {
+/// The same surface for the library FCL.
+std::shared_ptr<fcl::BVHModel<fcl::OBBRSSd>> FclModel(const std::vector<Triangle>& triangles) {
     auto model = std::make_shared<fcl::BVHModel<fcl::OBBRSSd>>();
     model->beginModel();
     for (const Triangle& t : triangles) {
@@ -44,38 +44,38 @@ std::shared_ptr<fcl::BVHModel<fcl::OBBRSSd>> LibraryModel(const std::vector<Tria
     return model;
 }
 
-TEST(Mesh, MeasuresAsALibraryForMeshesDoes) {
+TEST(Mesh, HasTheDistancesThatFclComputes) {
     const std::vector<Triangle> hills = Hills(60);
     const Mesh mesh(hills);
-    const auto peer = LibraryModel(hills);
+    const auto fclModel = FclModel(hills);
     const std::uint64_t seed = std::random_device{}();
     std::mt19937_64 random(seed);
     std::uniform_real_distribution<double> place(-160.0, 160.0);
     std::uniform_real_distribution<double> size(-30.0, 30.0);
-    int meetings = 0;
+    int touching = 0;
     for (int i = 0; i < 500; ++i) {
         const Vector3 corner{place(random), place(random), 0.3 * place(random) + 20.0};
         const auto aside = [&] { return corner + Vector3{size(random), size(random), size(random)}; };
         const Triangle triangle{corner, aside(), aside()};
         fcl::DistanceResultd result;
         const double expected = std::max(
-            0.0, fcl::distance<double>(LibraryModel({triangle}).get(), fcl::Transform3d::Identity(), peer.get(),
+            0.0, fcl::distance<double>(FclModel({triangle}).get(), fcl::Transform3d::Identity(), fclModel.get(),
                                        fcl::Transform3d::Identity(), fcl::DistanceRequestd(), result));
-        // Both are closed forms in double precision, of coordinates of some hundred millimetres.
+        // Both compute closed forms in double precision from coordinates of some hundred millimetres.
         ASSERT_NEAR(expected, mesh.DistanceTo(triangle, infinite), 1e-9) << "seed " << seed;
-        if (expected == 0.0) ++meetings;
+        if (expected == 0.0) ++touching;
     }
-    EXPECT_GT(meetings, 20) << "few of the triangles met the surface: the comparison is poor";
+    EXPECT_GT(touching, 20) << "too few triangles intersect the surface";
 }
 
-TEST(Mesh, StopsWhenItIsProvenFarEnough) {
+TEST(Mesh, StopsSearchingBeyondTheGivenDistance) {
     const Mesh box(BoxSurface({0, 0, 0}, {10, 10, 10}));
     EXPECT_EQ(3.0, box.DistanceTo(PointAt({25, 0, 0}), 3.0));
     EXPECT_NEAR(20.0, box.DistanceTo(PointAt({25, 0, 0}), infinite), 1e-12);
     EXPECT_NEAR(20.0, box.DistanceTo(PointAt({25, 0, 0}), 20.5), 1e-12);
 }
 
-TEST(Mesh, KnowsItsInsideWhenItIsClosed) {
+TEST(Mesh, HasAnInsideWhenItIsClosed) {
     std::vector<Triangle> surface = BoxSurface({5, 0, 0}, {10, 10, 10});
     const Mesh box(surface);
     EXPECT_TRUE(box.IsClosed());
@@ -91,7 +91,7 @@ TEST(Mesh, KnowsItsInsideWhenItIsClosed) {
     EXPECT_FALSE(open.Contains({5, 0, 0}));
 }
 
-TEST(Mesh, MakesACylinderThatContainsTheTrueOneAndLittleMore) {
+TEST(Mesh, OfACylinderContainsTheCylinderWithLittleExcess) {
     for (const double radius : {0.5, 10.0, 300.0}) {
         const Mesh cylinder(CylinderSurface({0, 0, -20}, {0, 0, 20}, radius));
         EXPECT_TRUE(cylinder.IsClosed());

@@ -14,12 +14,12 @@ namespace {
 
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
-/// A rod that is carried along an arc about the vertical and turns about an axis of its own.
+/// A rod that moves along an arc about the Z axis and turns about an axis along X at its own end.
 MovingPart Turning(double arcRadius, double arc, double turn, const Vector3& reach, double radius) {
     const auto at = [=](double fraction) -> Axis {
-        const double swung = arc * fraction;
+        const double azimuth = arc * fraction;
         const double turned = turn * fraction;
-        const Vector3 carried{arcRadius * std::cos(swung), arcRadius * std::sin(swung), 0.0};
+        const Vector3 carried{arcRadius * std::cos(azimuth), arcRadius * std::sin(azimuth), 0.0};
         const Vector3 tip{reach.x, reach.y * std::cos(turned) - reach.z * std::sin(turned),
                           reach.y * std::sin(turned) + reach.z * std::cos(turned)};
         return {carried, carried + tip};
@@ -52,12 +52,12 @@ TEST(Sweep, IsExactForCasesWorkedOutByHand) {
     } cases[] = {
         {"a ball past a face", straight({-100, 15, 0}, {100, 15, 0}, {}, 2.0), 3.0},
         {"a ball past an edge", straight({-100, 13, 14}, {100, 13, 14}, {}, 2.0), 3.0},
-        {"an upright rod over the top", straight({-100, 0, 16}, {100, 0, 16}, {0, 0, 50}, 2.0), 4.0},
-        {"a lying rod over the top", straight({0, -100, 16}, {0, 100, 16}, {50, 0, 0}, 2.0), 4.0},
-        {"a rod that stands still", straight({13, 0, 0}, {13, 0, 0}, {0, 0, 50}, 2.0), 1.0},
-        {"through it", straight({-100, 0, 0}, {100, 0, 0}, {}, 2.0), -2.0},
-        {"inside, and nowhere near its surface", straight({0, 0, 0}, {1, 0, 0}, {}, 2.0), -12.0},
-        {"an arc round an edge", Turning(16.0, 1.5, 0.0, {0, 0, 30}, 1.0), 15.0 - 10.0 * std::numbers::sqrt2},
+        {"a vertical rod over the top", straight({-100, 0, 16}, {100, 0, 16}, {0, 0, 50}, 2.0), 4.0},
+        {"a horizontal rod over the top", straight({0, -100, 16}, {0, 100, 16}, {50, 0, 0}, 2.0), 4.0},
+        {"a rod that does not move", straight({13, 0, 0}, {13, 0, 0}, {0, 0, 50}, 2.0), 1.0},
+        {"a ball through the box", straight({-100, 0, 0}, {100, 0, 0}, {}, 2.0), -2.0},
+        {"a ball in the middle of the box", straight({0, 0, 0}, {1, 0, 0}, {}, 2.0), -12.0},
+        {"a rod on an arc round an edge", Turning(16.0, 1.5, 0.0, {0, 0, 30}, 1.0), 15.0 - 10.0 * std::numbers::sqrt2},
     };
     for (const auto& each : cases) {
         const double bound = ClearanceOf(each.part, box);
@@ -76,24 +76,24 @@ TEST(Sweep, IsNeverAboveTheClearanceOfDenseSampling) {
         const Vector3 corner = 150.0 * aside();
         surface.push_back({corner, corner + 30.0 * aside(), corner + 30.0 * aside()});
     }
-    const Mesh scraps(surface);
+    const Mesh triangles(surface);
     const Rod ball({60, 20, -30}, {60, 20, -30}, 8.0);
     const Table table(-120.0);
     constexpr int samples = 2000;
     for (int i = 0; i < 60; ++i) {
         const MovingPart part = Turning(30.0 + 20.0 * unit(random), 3.0 * unit(random), 2.0 * unit(random),
                                         80.0 * Vector3{unit(random), unit(random), unit(random)}, 3.0);
-        for (const Solid* const solid : std::initializer_list<const Solid*>{&scraps, &ball, &table}) {
+        for (const Solid* const solid : std::initializer_list<const Solid*>{&triangles, &ball, &table}) {
             const double bound = ClearanceOf(part, *solid);
             const double sampled = Sampled(part, *solid, samples);
             ASSERT_LE(bound, sampled) << "seed " << seed;
-            // Between two samples a part of this reach and speed comes closer by this much at most.
+            // A point of the rod moves by less than 400 mm in all, so by less than this between two samples.
             ASSERT_GE(bound, sampled - clearanceTolerance - 400.0 / samples) << "seed " << seed;
         }
     }
 }
 
-TEST(Sweep, StopsAsSoonAsThePartIsProvenFarEnough) {
+TEST(Sweep, StopsWhenTheClearanceIsProvenToBeEnough) {
     const Mesh box(BoxSurface({0, 0, 0}, {20, 20, 20}));
     const MovingPart part = Turning(60.0, 3.0, 1.0, {0, 0, 40}, 2.0);
     const double clearance = ClearanceOf(part, box);

@@ -17,20 +17,20 @@ TEST(TriangleDistance, IsThatOfTheClosestCornersEdgesOrFaces) {
         Triangle other;
         double distance;
     } cases[] = {
-        {"corner over the face", {{2, 2, 3}, {2, 3, 9}, {3, 2, 9}}, 3.0},
+        {"corner above the face", {{2, 2, 3}, {2, 3, 9}, {3, 2, 9}}, 3.0},
         {"corner beside a corner", {{-3, -4, 0}, {-9, -4, 0}, {-3, -9, 5}}, 5.0},
         {"edge across an edge", {{5, -2, -7}, {5, -2, 7}, {5, -9, 0}}, 2.0},
-        {"parallel, one over the other", {{1, 1, 4}, {2, 1, 4}, {1, 2, 4}}, 4.0},
+        {"parallel faces, one above the other", {{1, 1, 4}, {2, 1, 4}, {1, 2, 4}}, 4.0},
         {"through the face", {{2, 2, -5}, {2, 2, 5}, {3, 3, 5}}, 0.0},
-        {"through it, all corners far off", {{2, 2, -500}, {2, 2, 500}, {900, 2, 500}}, 0.0},
-        {"a line over the face", {{1, 1, 6}, {3, 3, 2}, {3, 3, 2}}, 2.0},
-        {"a point over the face", {{1, 1, 6}, {1, 1, 6}, {1, 1, 6}}, 6.0},
-        {"the face over a face that contains it", {{-90, -90, -7}, {90, -90, -7}, {0, 90, -7}}, 7.0},
-        {"corners in one line", {{0, -1, 0}, {5, -1, 0}, {10, -1, 0}}, 1.0},
+        {"through the face, with distant corners", {{2, 2, -500}, {2, 2, 500}, {900, 2, 500}}, 0.0},
+        {"a triangle that is a line, above the face", {{1, 1, 6}, {3, 3, 2}, {3, 3, 2}}, 2.0},
+        {"a triangle that is a point, above the face", {{1, 1, 6}, {1, 1, 6}, {1, 1, 6}}, 6.0},
+        {"a larger parallel face below the face", {{-90, -90, -7}, {90, -90, -7}, {0, 90, -7}}, 7.0},
+        {"a triangle with its corners in one line", {{0, -1, 0}, {5, -1, 0}, {10, -1, 0}}, 1.0},
     };
     for (const auto& each : cases) {
         EXPECT_NEAR(each.distance, Distance(flat, each.other), rounding) << each.why;
-        EXPECT_NEAR(each.distance, Distance(each.other, flat), rounding) << each.why << ", the other way round";
+        EXPECT_NEAR(each.distance, Distance(each.other, flat), rounding) << each.why << ", arguments exchanged";
     }
 }
 

@@ -1,4 +1,4 @@
-// Exported programs of every reference head, run again by readers that share nothing with the tool.
+// Programs exported for every reference head, executed by test code that shares nothing with the tool.
 
 #include "tests/tools/cli/ExecutedProgram.h"
 #include "tests/tools/cli/ReferenceHead.h"
@@ -11,7 +11,7 @@ namespace {
 constexpr unsigned tourSeed = 20261122;
 constexpr int planCount = 100;
 
-std::string AnyTour(std::mt19937_64& random) {
+std::string RandomTour(std::mt19937_64& random) {
     constexpr int step = 15;
     std::uniform_int_distribution<int> a(0, 6);
     std::uniform_int_distribution<int> b(-12, 12);
@@ -30,13 +30,13 @@ public:
         const std::string settings =
             head["settings"].empty() ? "" : folder.Write("settings.reg", SettingsText(head["settings"]));
         common = {"--geometry", ReferenceGeometryFile(head, folder, settings), "--tour",
-                  folder.Write("tour.csv", AnyTour(random))};
+                  folder.Write("tour.csv", RandomTour(random))};
         if (!settings.empty()) common.insert(common.end(), {"--settings", settings});
     }
 
     Json Plans() const { return Run("move", {"--json"}).Document()["plans"]; }
     std::string Export(std::vector<std::string> more) const {
-        more.emplace_back("--force"); // some heads were captured so that they come out wrong
+        more.emplace_back("--force"); // some captures contain a mistake on purpose, so that their plans have findings
         return Run("export", std::move(more)).out;
     }
 
@@ -53,7 +53,7 @@ private:
     std::vector<std::string> common;
 };
 
-TEST(ExportedPlans, EndWhereThePlansEndAndKeepToTheirArcsOnEveryReferenceHead) {
+TEST(ExportedPlans, FollowThePlansOfEveryReferenceHead) {
     std::mt19937_64 random(tourSeed);
     const std::vector<Json> heads = LoadReferenceDocuments();
     ASSERT_GE(heads.size(), 12u);

@@ -14,7 +14,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Lets the component read a file for as long as one lives.
+/// Lets the component read its settings from a file while an object of this class exists.
 class ChosenSettings {
 public:
     explicit ChosenSettings(const std::string& file) { setenv("QMV40_SETTINGS", file.c_str(), 1); }
@@ -32,7 +32,7 @@ TEST(Doctor, ReportsThatTheChosenSettingsFileIsMissing) {
     EXPECT_THAT(run.out, HasSubstr("The file that QMV40_SETTINGS names is not there"));
 }
 
-TEST(Doctor, ReportsASettingsFileThatIsNoneOrHoldsNoKey) {
+TEST(Doctor, ReportsASettingsFileWithoutFormatOrKey) {
     const TemporaryFolder folder;
     const struct {
         std::string file;
@@ -54,14 +54,14 @@ TEST(Doctor, ReportsASettingsFileThatIsNoneOrHoldsNoKey) {
     }
 }
 
-TEST(Doctor, LooksAtTheSettingsThatItIsGiven) {
+TEST(Doctor, ReadsTheSettingsFileOfTheOption) {
     const ToolRun run = RunQmv40({"doctor", "--settings", LoadScenario("settings-override").settings, "--json"});
     EXPECT_EQ(0, run.exitCode) << run.out;
     EXPECT_EQ(131.5, run.Document()["settings"]["values"][13]["inForce"]);
 }
 
-/// A piece of a settings file, sound or spoiled.
-std::string SomeLine(std::mt19937_64& random) {
+/// A random line of a settings file: a key, a comment or a value, valid or not.
+std::string RandomLine(std::mt19937_64& random) {
     const auto pick = [&](const auto& choices) { return std::string(choices[random() % std::size(choices)]); };
     const char* const names[] = {"Head Centre To Drive Cup X Offset", "head centre to drive cup y offset",
                                  "Head Centre To Drive Cup Z Offset", "Locked To Unlocked Lever Rotation", "Other"};
@@ -113,7 +113,7 @@ TEST(SettingsRules, ReadAnyFileAsTheComponentDoes) {
         std::mt19937_64 random(seed);
         std::string content = random() % 4 == 0 ? "REGEDIT4\n" : "Windows Registry Editor Version 5.00\r\n";
         content += "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Hollbeck\\VRX Software\\QMV40Calculator]\n";
-        for (std::uint64_t lines = random() % 12; lines > 0; --lines) content += SomeLine(random);
+        for (std::uint64_t lines = random() % 12; lines > 0; --lines) content += RandomLine(random);
         const ChosenSettings chosen(folder.Write("settings.reg", content));
         const settings::SettingsReading reading = settings::ReadSettings(settings::ReadMachineSettings().stored);
         const std::array<double, headSettingCount> inForce = settings::SettingsInForce();

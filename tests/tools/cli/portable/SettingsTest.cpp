@@ -13,23 +13,23 @@ Json MovesOf(std::vector<std::string> arguments) {
     return RecordsOf(run.Document()["plans"][0]["moves"]);
 }
 
-TEST(Settings, OfTheScenarioBringItsHeadOut) {
+TEST(Settings, OfTheScenarioGiveItsGeometry) {
     const Scenario scenario = LoadScenario("settings-override");
     ASSERT_NE("", scenario.settings);
     ExpectGeometryOf(scenario, roundedCapture);
 }
 
-TEST(Settings, AreWhatTheScenariosTruthSays) {
+TEST(Settings, OfTheScenarioAreThoseOfItsHead) {
     const Scenario scenario = LoadScenario("settings-override");
     EXPECT_EQ(SettingsText(scenario.truth["settings"]), ReadFile(scenario.settings));
     EXPECT_EQ(14u, scenario.truth["settings"].size());
 }
 
-TEST(Settings, AreNeededForTheScenarioToComeOutRight) {
+TEST(Settings, AreNeededForTheGeometryOfTheScenario) {
     Scenario scenario = LoadScenario("settings-override");
     scenario.settings.clear();
     const Json document = RunQmv40(scenario.GeometryArguments({"--json"})).Document();
-    // Without them the shift of unlocking is 0.12 mm too small.
+    // The built-in locked-to-unlocked offset is 0.12 mm smaller than that of this head.
     const double expected = scenario.truth["pole"]["Z"].get<double>() - 0.12;
     EXPECT_NEAR(expected, document["headCentre"]["Z"].get<double>(), roundedCapture.length);
 }
@@ -59,7 +59,7 @@ TEST(Settings, OfOneRunDoNotReachTheNext) {
     EXPECT_EQ(before.dump(), MovesOf({"--geometry", geometry}).dump());
 }
 
-TEST(Settings, FileThatIsNotThereIsReported) {
+TEST(Settings, FileThatIsMissingIsReported) {
     const TemporaryFolder folder;
     const std::string geometry = PlainGeometryFile(folder);
     for (const std::string& name : {folder.Name("missing.reg"), folder.Name(".")}) {
@@ -69,7 +69,7 @@ TEST(Settings, FileThatIsNotThereIsReported) {
     }
 }
 
-TEST(Settings, ThatAreNotReadAsTheyLookAreReportedByEveryCommand) {
+TEST(Settings, ThatAreDoubtfulAreReportedByEveryCommand) {
     const struct {
         Json stored;
         std::vector<std::string> told;
@@ -85,7 +85,7 @@ TEST(Settings, ThatAreNotReadAsTheyLookAreReportedByEveryCommand) {
         {{{"Locked To Unlocked X Offset", "0,0"}, {"Locked To Unlocked Y Offset", "0.00"}},
          {"\"Locked To Unlocked X Offset\" '0,0'", "\"Locked To Unlocked Y Offset\" is not read"},
          "two of them"},
-        {{{"UnLocked To locked Lever Rotation", "137.5"}}, {}, "all is well"},
+        {{{"UnLocked To locked Lever Rotation", "137.5"}}, {}, "valid settings"},
     };
     const TemporaryFolder folder;
     const std::string geometry = PlainGeometryFile(folder);
@@ -104,18 +104,19 @@ TEST(Settings, ThatAreNotReadAsTheyLookAreReportedByEveryCommand) {
             const std::string name = command.front();
             command.insert(command.end(), {"--settings", settings});
             const ToolRun run = RunQmv40(command);
-            EXPECT_TRUE(run.exitCode == 0 || run.exitCode == 4) << name << ": warnings change no exit code";
+            EXPECT_TRUE(run.exitCode == 0 || run.exitCode == 4)
+                << name << ": findings of settings do not change the exit code";
             EXPECT_EQ(each.told.empty(), run.err.empty()) << name << ": " << each.why << '\n' << run.err;
             for (const std::string& text : each.told) {
                 const std::size_t found = run.err.find(text);
                 ASSERT_NE(std::string::npos, found) << name << ": " << each.why << '\n' << run.err;
-                EXPECT_EQ(std::string::npos, run.err.find(text, found + 1)) << name << ": said once\n" << run.err;
+                EXPECT_EQ(std::string::npos, run.err.find(text, found + 1)) << name << ": printed twice\n" << run.err;
             }
         }
     }
 }
 
-TEST(Settings, WithTheLeverOnThePoleGiveAnAngleThatIsNoNumber) {
+TEST(Settings, WithTheLeverOnThePoleGiveAnAngleOfNaN) {
     const TemporaryFolder folder;
     const std::string geometry = PlainGeometryFile(folder);
     const std::string settings =
@@ -152,7 +153,7 @@ TEST(Settings, OfTheScenarioGivePlansThatTheCheckPasses) {
     EXPECT_EQ(0, run.exitCode) << run.out;
 }
 
-TEST(Settings, ThatWereNotThereWhenThePlanWasMadeAreNoticedByTheCheck) {
+TEST(Settings, OtherThanThoseOfThePlanAreFoundByTheCheck) {
     const TemporaryFolder folder;
     const std::string geometry = PlainGeometryFile(folder);
     const std::string plan = RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "45,90", "--json"}).out;
@@ -162,15 +163,15 @@ TEST(Settings, ThatWereNotThereWhenThePlanWasMadeAreNoticedByTheCheck) {
     EXPECT_NE(std::string::npos, run.out.find("lever-not-touched")) << run.out;
 }
 
-TEST(Settings, OfEveryReferenceHeadGivePlansThatTheCheckPasses) {
+TEST(Settings, OfEveryReferenceHeadGiveClearPlans) {
     const TemporaryFolder folder;
     for (const Json& head : LoadReferenceDocuments()) {
-        const bool isMadeUp = !head["settings"].empty();
-        const std::string settings = isMadeUp ? folder.Write("settings.reg", SettingsText(head["settings"])) : "";
+        const bool isRandom = !head["settings"].empty();
+        const std::string settings = isRandom ? folder.Write("settings.reg", SettingsText(head["settings"])) : "";
         std::vector<std::string> check{"check", "--geometry", ReferenceGeometryFile(head, folder, settings), "--all",
                                        "--reachable"};
-        // Dimensions made up at random put some levers where sphere and ball would be: those have no size here.
-        if (isMadeUp) {
+        // With random dimensions a lever may be too close to the sphere. Radii of 0 leave the rest of the check.
+        if (isRandom) {
             check.insert(check.end(), {"--settings", settings, "--sphere-radius", "0", "--ball-radius", "0"});
         }
         const ToolRun run = RunQmv40(check);

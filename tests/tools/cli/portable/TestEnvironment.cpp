@@ -3,7 +3,7 @@
 
 namespace {
 
-/// Keeps this machine's own settings out of the tests.
+/// Hides the settings of this machine from the tests.
 class NoMachineSettings : public testing::Environment {
 public:
     void SetUp() override { setenv("QMV40_SETTINGS", "/nonexistent/settings.reg", 1); }

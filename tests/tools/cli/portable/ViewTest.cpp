@@ -1,4 +1,4 @@
-// File names that other platforms do not have.
+// File names that Windows does not allow.
 
 #include "tests/tools/cli/ViewedPlan.h"
 #include "tests/tools/view/SvgDocument.h"
@@ -7,16 +7,17 @@
 
 namespace {
 
-TEST(View, IsNotBrokenOutOfByAFileName) {
+TEST(View, EscapesFileNames) {
     const ViewedHead head;
     const struct {
         const char* name;
-        const char* shown; ///< between tags
+        const char* shown; ///< in the markup
         const char* why;
     } cases[] = {{"a<b>&\".ini", "a&lt;b&gt;&amp;&quot;.ini", "markup"},
-                 {"<!--<script>.ini", "&lt;!--&lt;script&gt;.ini", "what makes a script swallow its own end"},
+                 {"<!--<script>.ini", "&lt;!--&lt;script&gt;.ini",
+                  "a text after which a script element does not end at its end tag"},
                  {"@DRAWINGS@.ini", "@DRAWINGS@.ini", "a placeholder"},
-                 {"a\x01.ini", "a\xEF\xBF\xBD.ini", "what XML has no place for"}};
+                 {"a\x01.ini", "a\xEF\xBF\xBD.ini", "a character that XML does not allow"}};
     for (const auto& each : cases) {
         SCOPED_TRACE(each.why);
         const std::string geometry = head.folder.Write(each.name, ReadFile(head.geometry));
@@ -30,7 +31,7 @@ TEST(View, IsNotBrokenOutOfByAFileName) {
         const std::size_t begin = page.find("id=\"document\">") + std::string("id=\"document\">").size();
         const Json document = Json::parse(page.substr(begin, page.find("</script>") - begin));
         EXPECT_EQ(1u, document["plans"].size());
-        EXPECT_EQ(page.find("<script"), page.rfind("<script")) << "there is one";
+        EXPECT_EQ(page.find("<script"), page.rfind("<script")) << "more than one script element";
         EXPECT_EQ("svg", ParseSvg(ReadFile(head.folder.Name("plan.svg"))).name);
     }
 }

@@ -22,7 +22,7 @@ std::filesystem::path ComponentFile() {
     return std::filesystem::path(program).parent_path() / L"CoQMV40Calculator.dll";
 }
 
-/// The component registered, with nothing of it left at the end.
+/// Registers the component. The destructor removes the registration.
 class DoctorOfARegistration : public testing::Test {
 protected:
     DoctorOfARegistration() {
@@ -53,7 +53,7 @@ std::string FindingsOf(const Json& document) {
     return text;
 }
 
-TEST_F(DoctorOfARegistration, TellsWhatIsRegisteredAndFindsNothingWrong) {
+TEST_F(DoctorOfARegistration, PrintsItAndFindsNothingWrong) {
     const Json document = Examine(0);
     const Json& registration = document["registration"];
     EXPECT_EQ(true, registration["registered"]);
@@ -68,18 +68,18 @@ TEST_F(DoctorOfARegistration, TellsWhatIsRegisteredAndFindsNothingWrong) {
     EXPECT_EQ(nullptr, registration["server32"]);
 }
 
-TEST_F(DoctorOfARegistration, HoldsACopyOfTheFileForTheSameComponent) {
+TEST_F(DoctorOfARegistration, AcceptsACopyOfTheComponentsFile) {
     const std::filesystem::path copy = folder.Path() / "CoQMV40Calculator.dll";
     std::filesystem::copy_file(ComponentFile(), copy);
     SetText(ServerKey(), L"", copy.wstring());
     EXPECT_EQ("a copy of it", Examine(0)["registration"]["besideTheTool"]);
 }
 
-TEST_F(DoctorOfARegistration, NamesWhatDoesNotFit) {
-    const std::filesystem::path other = text::PathOf(folder.Write("other.dll", "MZ no program at all"));
+TEST_F(DoctorOfARegistration, FindsWrongEntries) {
+    const std::filesystem::path other = text::PathOf(folder.Write("other.dll", "MZ not a program"));
     std::string narrowHeader(0x100, '\0');
-    narrowHeader[0x3C] = '\x40';                        // where the header is
-    narrowHeader.replace(0x40, 6, "PE\0\0\x4C\x01", 6); // made for 32-bit programs
+    narrowHeader[0x3C] = '\x40';                        // the offset of the header
+    narrowHeader.replace(0x40, 6, "PE\0\0\x4C\x01", 6); // machine type 0x014C: 32-bit
     const std::filesystem::path narrow = text::PathOf(folder.Write("narrow.dll", narrowHeader));
     const struct {
         std::wstring key;
@@ -95,11 +95,11 @@ TEST_F(DoctorOfARegistration, NamesWhatDoesNotFit) {
         {ServerKey(), L"ThreadingModel", L"Both", "The threading model is not \"Apartment\"",
          "another threading model"},
         {std::wstring(programKey) + L"\\CLSID", L"", L"{00000000-0000-0000-0000-000000000000}",
-         "\"QMV.QMVCalculator.1\" does not name the component's class", "a name taken over"},
+         "\"QMV.QMVCalculator.1\" does not name the component's class", "the name belongs to another class"},
         {std::wstring(typeLibraryKey) + L"\\1.0\\0\\win64", L"", L"Z:\\nowhere.dll", "is not there: late binding",
          "a type library moved away"},
         {std::wstring(firstInterfaceKey) + L"\\TypeLib", L"", L"{00000000-0000-0000-0000-000000000000}",
-         "does not name the type library", "an interface taken over"},
+         "does not name the type library", "the interface belongs to another type library"},
     };
     const RegistryTexts sound = RegisteredTexts();
     for (const auto& each : cases) {
@@ -108,10 +108,10 @@ TEST_F(DoctorOfARegistration, NamesWhatDoesNotFit) {
         SetText(each.key, each.name, sound.at(each.key).at(each.name));
     }
     RemoveKey(std::wstring(typeLibraryKey));
-    EXPECT_THAT(FindingsOf(Examine(4)), HasSubstr("No type library is registered")) << "half unregistered";
+    EXPECT_THAT(FindingsOf(Examine(4)), HasSubstr("No type library is registered")) << "only a part is registered";
 }
 
-TEST(SettingsWrite, WritesAFileThatThePlatformsOwnImportTakes) {
+TEST(SettingsWrite, WritesAFileThatRegImportReads) {
     const SettingsFixture store;
     const TemporaryFolder folder;
     const std::string file = folder.Name("settings.reg");

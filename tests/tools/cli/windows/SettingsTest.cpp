@@ -4,7 +4,8 @@
 
 namespace {
 
-std::string LocksWith(const TemporaryFolder& folder, const std::vector<std::string>& settings) {
+/// The CSV row of the move Lock, planned with more arguments.
+std::string LockRow(const TemporaryFolder& folder, const std::vector<std::string>& settings) {
     std::vector<std::string> move{"move",  "--geometry", PlainGeometryFile(folder), "--from", "0,0", "--to",
                                   "45,90", "--csv"};
     move.insert(move.end(), settings.begin(), settings.end());
@@ -14,19 +15,19 @@ std::string LocksWith(const TemporaryFolder& folder, const std::vector<std::stri
     return run.out.substr(lock, run.out.find('\n', lock) - lock);
 }
 
-TEST(Settings, OfAFileCountForOneRunAndNoOther) {
+TEST(Settings, OfAFileCountForOneRunOnly) {
     const TemporaryFolder folder;
     const std::string file = folder.Write(
         "settings.reg", "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Software\\Hollbeck\\VRX Software\\QMV40Calculator]\n"
                         "\"UnLocked To locked Lever Rotation\"=\"131.5\"\n");
-    const std::string before = LocksWith(folder, {});
+    const std::string before = LockRow(folder, {});
     EXPECT_NE(before.find(",-138,"), std::string::npos) << before;
-    const std::string during = LocksWith(folder, {"--settings", file});
+    const std::string during = LockRow(folder, {"--settings", file});
     EXPECT_NE(during.find(",-131.5,"), std::string::npos) << during;
-    EXPECT_EQ(before, LocksWith(folder, {}));
+    EXPECT_EQ(before, LockRow(folder, {}));
 }
 
-TEST(Settings, FileThatIsNotThereIsReported) {
+TEST(Settings, FileThatIsMissingIsReported) {
     const TemporaryFolder folder;
     const std::string name = folder.Name("missing.reg");
     const ToolRun run = RunQmv40({"pole", "--geometry", PlainGeometryFile(folder), "--settings", name});

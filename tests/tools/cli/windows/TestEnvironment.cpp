@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Makes the component, which is linked into this program, creatable without any registration.
+/// Makes the component available to CoCreateInstance without registration. It is linked into this program.
 class ComponentInThisProcess : public testing::Environment {
 public:
     void SetUp() override {

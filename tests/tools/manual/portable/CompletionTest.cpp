@@ -25,23 +25,23 @@ ShellRun RunShell(const std::string& command) {
 
 bool HasProgram(const std::string& name) { return RunShell("command -v " + name).exitCode == 0; }
 
-TEST(BashCompletion, OffersWhatFitsThere) {
+TEST(BashCompletion, OffersTheWordsThatFit) {
     const struct {
-        const char* typed; ///< the words after qmv40, the last one not finished
+        const char* typed; ///< the words after qmv40; the last one is incomplete
         const char* offered;
         const char* why;
     } cases[] = {
         {"m", "move", "a command"},
-        {"settings ''", "show validate write -h --help", "the commands of a command"},
+        {"settings ''", "show validate write -h --help", "the subcommands"},
         {"fit --shape ''", "circle plane line", "the only values of an option"},
         {"move --geo", "--geometry", "an option"},
-        {"move --geometry hea", "head one.ini", "a file, whatever its name is made of"},
-        {"move --from ''", "", "nothing for a value that is nobody's guess"},
+        {"move --geometry hea", "head one.ini", "a file name with a blank"},
+        {"move --from ''", "", "nothing for angles"},
         {"settings write --set locki", "locking-rotation=", "the name of a dimension"},
-        {"settings validate hea", "head one.ini", "a file in its place"},
-        {"settings validate --j", "--json", "an option in the place of a file"},
-        {"move --settings pole --js", "--json", "a file that is named like a command"},
-        {"no-command --j", "", "nothing for a command that is none"},
+        {"settings validate hea", "head one.ini", "a file as argument"},
+        {"settings validate --j", "--json", "an option instead of the file"},
+        {"move --settings pole --js", "--json", "a file with the name of a command"},
+        {"no-command --j", "", "nothing for an unknown command"},
     };
     const TemporaryFolder folder;
     folder.Write("qmv40.bash", manual::BashCompletion(manual::DescribeTool()));
@@ -54,7 +54,7 @@ TEST(BashCompletion, OffersWhatFitsThere) {
     }
 }
 
-TEST(ZshCompletion, IsUnderstoodByTheShell) {
+TEST(ZshCompletion, IsValidForTheShell) {
     if (!HasProgram("zsh")) GTEST_SKIP() << "zsh is not installed";
     const TemporaryFolder folder;
     const ShellRun run =

@@ -1,4 +1,4 @@
-// A browser with the page in it, and what a person would read there.
+// Opens the page in a browser and reads what it shows.
 
 import assert from "node:assert/strict";
 import { chromium } from "playwright-core";
@@ -11,10 +11,10 @@ export function launch(flags = withWebGl) {
     return chromium.launch({ executablePath: process.env.CHROMIUM, args: [...always, ...flags] });
 }
 
-// Small, because without a graphics card every pixel is worked out by the processor; wide enough for the layout of a desk.
+// Small, because without a graphics card the processor computes every pixel. Wide enough for the layout of a large screen.
 const window = { width: 1120, height: 600 };
 
-/** A page that is open, and all that it complained about or asked the network for. */
+/** An open page. `problems` lists its errors and warnings, and every request to the network. */
 export class OpenPage {
     static async open(browser, url, options = {}) {
         const context = await browser.newContext({ viewport: window, ...options });
@@ -35,7 +35,7 @@ export class OpenPage {
         });
     }
 
-    /** Whatever a promise is about: nothing was complained about, and nothing fetched. */
+    /** Expects no error, no warning and no request to the network. */
     assertQuiet() { assert.deepEqual(this.problems, []); }
 
     async close() {
@@ -50,7 +50,7 @@ export class OpenPage {
     row(number) { return this.page.locator(`#rows tr:nth-child(${number})`); }
     moveName() { return this.text("#move-name"); }
 
-    /** All that is shown of the machine: words, not numbers, because words are what is read. */
+    /** What the page shows of the machine, as texts. */
     machine() {
         return this.page.evaluate(() => Object.fromEntries(["x", "y", "z", "a", "b", "clearance", "lever", "peg"].map((name) =>
             [name, document.getElementById(`live-${name}`).textContent])));
@@ -61,12 +61,12 @@ export class OpenPage {
         return [x, y, z].map(Number);
     }
 
-    /** The document as it stands in the page. */
+    /** The document inside the page. */
     document() { return this.page.evaluate(() => JSON.parse(document.getElementById("document").textContent)); }
 
     async isPlaying() { return (await this.page.locator("#play").getAttribute("aria-label")) === "Pause"; }
 
-    /** From now on the page lives through as much time as it is given, and no more, however busy the machine is. */
+    /** From now on the page's clock moves only when `live` moves it, so that a slow machine changes no result. */
     async stopClock() {
         await this.page.clock.install({ time: 0 });
         await this.page.clock.pauseAt(1000);
@@ -75,13 +75,13 @@ export class OpenPage {
     live(milliseconds) { return this.page.clock.runFor(milliseconds); }
 
     async liveUntilStopped() {
-        const longest = 30; // seconds of the page's time, far more than any plan takes when it is played very fast
+        const longest = 30; // seconds of the page's clock; a plan played very fast takes far less
         for (let i = 0; i < 10 * longest && await this.isPlaying(); ++i) await this.live(100);
         assert.equal(await this.isPlaying(), false);
     }
 }
 
-/** Coordinates are shown with three decimals: half of the last one, and the rounding of the sum that an arc's end is. */
+/** mm. Coordinates are shown with three decimals; the end of an arc has a rounding error of its own. */
 const shownWithin = 0.00051;
 
 export function assertAt(shown, expected, what) {

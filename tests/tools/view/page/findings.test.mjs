@@ -1,4 +1,4 @@
-// What is wrong with a plan: shown by name, with its remedy, and where it is.
+// The findings of a plan: name, place and remedy, and the move that they lead to.
 
 import assert from "node:assert/strict";
 import { after, before, describe, it } from "node:test";
@@ -26,7 +26,7 @@ describe("Findings", () => {
 
     const names = (opened) => opened.page.locator("#findings code").allInnerTexts();
 
-    it("are none where a plan is clear, and the page says so", async () => {
+    it("are absent from a clear plan, and the page says so", async () => {
         const opened = await OpenPage.open(browser, pages.view("clear.html", ["--geometry", geometry, ...fromTo]));
         assert.equal(await opened.text("#verdict"), "clear, no findings");
         assert.equal(await opened.page.locator("#findings-list li").count(), 0);
@@ -34,7 +34,7 @@ describe("Findings", () => {
         await opened.close();
     });
 
-    it("name what is wrong with an arc that was reversed, by how much, and what to do", async () => {
+    it("of a reversed arc show name, move, amount and remedy", async () => {
         const [first] = await reversed.page.locator("#findings-list li").allInnerTexts();
         assert.equal((await names(reversed))[0], "arc-turns-the-wrong-way");
         assert.match(first, /Move 10, MoveToBPosition/);
@@ -48,22 +48,22 @@ describe("Findings", () => {
         await missed.press("End");
         await missed.page.locator(".finding-jump").first().click();
         assert.equal(await missed.moveName(), "EngageWithUnLockLever");
-        // 1.5 mm short of where the lever's ball is.
+        // The plan was changed by 1.5 mm in Y.
         assert.deepEqual(await missed.position(), [442.8, -199.05, -691.55]);
     });
 
-    it("mark their moves in the list with a word, not by colour alone", async () => {
+    it("mark their moves in the list with a word beside the colour", async () => {
         assert.equal(await missed.row(2).locator(".level").innerText(), "finding");
         assert.equal(await missed.row(1).locator(".level").innerText(), "tight");
     });
 
-    it("about the plan as a whole lead nowhere", async () => {
+    it("about the plan as a whole cannot be clicked", async () => {
         const whole = reversed.page.locator(".finding-jump", { hasText: "The plan as a whole" });
         assert.equal(await whole.locator("code").innerText(), "target-not-reached");
         assert.equal(await whole.isDisabled(), true);
     });
 
-    it("of a number that is none leave the moves before it to be looked at, and call it by its name", async () => {
+    it("of a number that is NaN leave the moves before it playable", async () => {
         const opened = await open("none", (moves) => { moves.ApproachPeg.ZPosition = null; });
         assert.ok((await names(opened)).includes("not-a-number"));
         await opened.row(6).click();
@@ -78,7 +78,7 @@ describe("Findings", () => {
         await opened.close();
     });
 
-    it("are shown without a complaint of the browser", () => {
+    it("cause no error in the browser", () => {
         reversed.assertQuiet();
         missed.assertQuiet();
     });

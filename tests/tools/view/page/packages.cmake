@@ -1,4 +1,4 @@
-# Puts the tests and the packages they need into a folder of the build tree: nothing is written beside the sources.
+# Copies the tests into a folder of the build tree and installs the packages that they need there.
 #   cmake -D source=... -D workplace=... -D npm=... -P packages.cmake
 file(GLOB tests ${source}/*.mjs)
 file(COPY ${tests} ${source}/package.json ${source}/package-lock.json DESTINATION ${workplace})

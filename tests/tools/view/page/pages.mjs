@@ -1,4 +1,4 @@
-// The pages under test, each written by the tool itself, and what the tool says of the same plans by other commands.
+// Lets the tool write the pages under test, and the same plans by its other commands for comparison.
 
 import { execFileSync } from "node:child_process";
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
@@ -9,7 +9,7 @@ import { pathToFileURL } from "node:url";
 const tool = process.env.QMV40_TOOL;
 const scenarios = process.env.QMV40_SCENARIOS;
 
-/** The tool's output; `status`: the exit code that is expected. */
+/** Runs the tool and returns its output; `status` is the expected exit code. */
 function run(args, status = 0) {
     try {
         const output = execFileSync(tool, args, { encoding: "utf8", stdio: ["ignore", "pipe", "pipe"] });
@@ -35,16 +35,16 @@ export class Pages {
         return this.path(name);
     }
 
-    /** Where to open the page that `qmv40 view` writes with these arguments. */
+    /** Lets `qmv40 view` write a page with these arguments and returns its address. */
     view(name, args, status = 0) {
         run(["view", ...args, "--output", this.path(name)], status);
         return pathToFileURL(this.path(name)).href;
     }
 
-    /** The plans as `qmv40 move` has them. */
+    /** The plans that `qmv40 move` prints. */
     plans(args) { return JSON.parse(run(["move", ...args, "--json"])).plans; }
 
-    /** The page of a plan that was edited by hand. */
+    /** The address of the page of a plan that `spoil` has changed. */
     spoiled(name, geometry, moves, spoil) {
         const plan = { plans: this.plans(["--geometry", geometry, ...moves]) };
         spoil(Object.fromEntries(plan.plans[0].moves.map((move) => [move.name, move.record])));
@@ -55,5 +55,5 @@ export class Pages {
     text(name) { return readFileSync(this.path(name), "utf8"); }
 }
 
-/** Where each move of a plan of `qmv40 move` ends: `[[name, [x, y, z]], …]`. */
+/** The name and the end of each move of a plan of `qmv40 move`: `[[name, [x, y, z]], …]`. */
 export function endsOfMoves(plan) { return plan.moves.map((move) => [move.name, [move.end.X, move.end.Y, move.end.Z]]); }

@@ -1,4 +1,4 @@
-// The 3-D picture: that there is one, what it shows, and how it is turned.
+// The 3-D picture: what it shows and how it is turned.
 
 import assert from "node:assert/strict";
 import { after, before, describe, it } from "node:test";
@@ -7,25 +7,25 @@ import { Pages } from "./pages.mjs";
 
 const moves = 19;
 const widthOfALever = 10; // pixels
-const pixelsOfALever = 50; // more than the rim of one, which is pale as well
+const pixelsOfALever = 50; // more than the pale pixels at the edge of a solid lever
 
-/** The picture is drawn in the frame after the one in which something changed. */
+/** Waits until the picture is drawn: one frame after a change. */
 function drawn(opened) {
     return opened.page.evaluate(() => new Promise((isDrawn) => { requestAnimationFrame(() => requestAnimationFrame(isDrawn)); }));
 }
 
-/** Pictures taken of the page, and what is in their pixels, found with a page of its own. */
+/** Takes pictures of the page and examines their pixels in a second page. */
 class Camera {
     constructor(lab) { this.lab = lab; }
 
-    /** What the canvas shows, without what the page lays over it. */
+    /** A picture of the canvas, without the labels over it. */
     async take(opened) {
         await drawn(opened);
         const image = await opened.page.locator("#scene").screenshot({ style: "#scene > :not(canvas) { visibility: hidden !important; }" });
         return image.toString("base64");
     }
 
-    /** The share of the pixels that are not the same in both. */
+    /** The share of the pixels that differ between two pictures, 0 to 1. */
     difference(one, other) {
         return this.lab.evaluate(async (images) => {
             const [first, second] = await Promise.all(images.map(globalThis.pixelsOf));
@@ -37,7 +37,7 @@ class Camera {
         }, [one, other]);
     }
 
-    /** How many pixels have about this colour. */
+    /** The number of pixels with about this colour. */
     count(image, colour) {
         return this.lab.evaluate(async ([encoded, wanted]) => {
             const pixels = await globalThis.pixelsOf(encoded);
@@ -47,7 +47,7 @@ class Camera {
         }, [image, colour]);
     }
 
-    /** How far the solid levers spread: nothing else in the picture is violet. */
+    /** The standard deviations of the pixels of the solid levers. Nothing else in the picture is violet. */
     async spreadOfLevers(image) {
         const { solid } = await this.violet(image);
         const mean = (values) => values.reduce((sum, value) => sum + value, 0) / values.length;
@@ -55,7 +55,7 @@ class Camera {
         return { wide: spread(solid.map(([x]) => x)), high: spread(solid.map(([, y]) => y)) };
     }
 
-    /** How far the lever on the right stands above its pale double, which has to be there. */
+    /** How many pixels the right lever is above its pale double. Expects that both are there. */
     async solidAbovePale(image) {
         const { solid, pale } = await this.violet(image);
         const rim = Math.max(...solid.map(([x]) => x));
@@ -100,8 +100,8 @@ class Camera {
     }
 }
 
-// A share of the pixels that no noise of drawing reaches: the same view is drawn the same, and a head that moves is thousands.
-const somethingElse = 0.01;
+// A share of the pixels. Two pictures of one view are equal; a head that has moved changes thousands of pixels.
+const changed = 0.01;
 const severalPixels = 10;
 
 describe("The picture", () => {
@@ -119,10 +119,10 @@ describe("The picture", () => {
         pages.remove();
     });
 
-    /** A promise about the picture as it is at the start. */
-    const promise = (sentence, keep) => it(sentence, async () => {
+    /** A test that begins with the picture at the start of the plan, in the free view. */
+    const fromTheStart = (sentence, test) => it(sentence, async () => {
         await opened.press("Home", "1", "f");
-        await keep();
+        await test();
         opened.assertQuiet();
     });
 
@@ -134,25 +134,25 @@ describe("The picture", () => {
     const letter = async (axis) => opened.page.locator(`#triad text.${axis}`).evaluate((text) =>
         [Number(text.getAttribute("x")), Number(text.getAttribute("y"))]);
 
-    promise("shows more than its background", async () => {
+    fromTheStart("shows more than its background", async () => {
         const shown = await camera.take(opened);
         await opened.page.addStyleTag({ content: "canvas { opacity: 0; }" });
         const background = await camera.take(opened);
         await opened.page.evaluate(() => document.head.lastElementChild.remove());
-        assert.ok(await camera.difference(shown, background) > 3 * somethingElse);
+        assert.ok(await camera.difference(shown, background) > 3 * changed);
     });
 
-    promise("changes from move to move, and is the same again when the machine is back", async () => {
+    fromTheStart("changes from move to move, and is equal again at the same position", async () => {
         const start = await camera.take(opened);
         for (const move of [5, 11, 16]) {
             await opened.row(move).click();
-            assert.ok(await camera.difference(start, await camera.take(opened)) > somethingElse, `move ${move}`);
+            assert.ok(await camera.difference(start, await camera.take(opened)) > changed, `move ${move}`);
         }
         await opened.press("Home");
         assert.equal(await camera.difference(start, await camera.take(opened)), 0);
     });
 
-    promise("draws the current move in the colour of its level", async () => {
+    fromTheStart("draws the current move in the colour of its level", async () => {
         const pixelsOfALine = 40;
         await opened.press("3");
         for (const [move, level] of [[5, "clear"], [16, "tight"], [11, "contact"]]) {
@@ -161,31 +161,31 @@ describe("The picture", () => {
         }
     });
 
-    promise("shows the levers solid in the state that is in force, pale in the other one", async () => {
+    fromTheStart("shows the levers solid in their present state and pale in the other one", async () => {
         const words = () => opened.page.locator(".label", { hasText: "lever" }).allTextContents();
         await opened.press("2");
         assert.deepEqual(await words(), ["plus lever, locked", "minus lever, locked"]);
-        // Locked, a lever points along +Y, which is up when seen from above.
+        // A locked lever points along +Y. In the top view +Y is up.
         assert.ok(await camera.solidAbovePale(await camera.take(opened)) > severalPixels);
         await opened.row(4).click();
         assert.deepEqual(await words(), ["plus lever, open", "minus lever, open"]);
         assert.ok(await camera.solidAbovePale(await camera.take(opened)) < -severalPixels);
     });
 
-    promise("shows the levers follow the sphere while they are pushed", async () => {
+    fromTheStart("shows the levers follow the sphere while they are pushed", async () => {
         const halfOfTheArc = Array(68).fill(".");
         await opened.press("4");
         for (const move of [3, 18]) {
             await opened.row(move).click();
             const touched = await camera.spreadOfLevers(await camera.take(opened));
-            assert.ok(touched.wide > 1.5 * touched.high, "seen from the side, a lever lies when it is touched");
+            assert.ok(touched.wide > 1.5 * touched.high, "seen from the side, a touched lever is wider than high");
             await opened.press(...halfOfTheArc);
             const pushed = await camera.spreadOfLevers(await camera.take(opened));
-            assert.ok(pushed.high > pushed.wide, "and hangs half-way");
+            assert.ok(pushed.high > pushed.wide, "half-way through the push it is higher than wide");
         }
     });
 
-    promise("looks from above, from the front and from the side along the machine's axes", async () => {
+    fromTheStart("looks from above, from the front and from the side along the machine's axes", async () => {
         const seen = {};
         for (const view of ["Top", "Front", "Side"]) {
             await opened.page.getByRole("button", { name: view, exact: true }).click();
@@ -209,7 +209,7 @@ describe("The picture", () => {
         await drawn(opened);
     };
 
-    promise("is turned by dragging in the free view, and moved in the others", async () => {
+    fromTheStart("is turned by dragging in the free view, and shifted in the others", async () => {
         await drawn(opened);
         const before = await letter("x");
         await drag([250, 200], [80, 0]);
@@ -219,28 +219,28 @@ describe("The picture", () => {
         const axis = await letter("x");
         await drag([250, 200], [80, 0]);
         assert.deepEqual(await letter("x"), axis);
-        assert.ok(await camera.difference(above, await camera.take(opened)) > somethingElse);
+        assert.ok(await camera.difference(above, await camera.take(opened)) > changed);
     });
 
-    promise("is turned and brought closer with the keyboard, and fits again on demand", async () => {
+    fromTheStart("is turned, enlarged and fitted again with the keyboard", async () => {
         await opened.press("3");
         const fitting = await camera.take(opened);
         await opened.press("+", "+");
-        assert.ok(await camera.difference(fitting, await camera.take(opened)) > somethingElse);
+        assert.ok(await camera.difference(fitting, await camera.take(opened)) > changed);
         await opened.press("f");
         assert.equal(await camera.difference(fitting, await camera.take(opened)), 0);
         await opened.press("Shift+ArrowLeft", "Shift+ArrowUp");
-        assert.ok(await camera.difference(fitting, await camera.take(opened)) > somethingElse);
+        assert.ok(await camera.difference(fitting, await camera.take(opened)) > changed);
         assert.equal(await opened.page.locator('#views [aria-pressed="true"]').innerText(), "Free");
     });
 
-    promise("keeps its labels off each other, whatever the move", async () => {
+    fromTheStart("has labels that never overlap", async () => {
         for (let move = 0; move <= moves; ++move) {
             await drawn(opened);
             const boxes = await opened.page.locator(".label").evaluateAll((labels) => labels
                 .filter((label) => label.style.visibility === "visible")
                 .map((label) => ({ text: label.textContent, ...label.getBoundingClientRect().toJSON() })));
-            assert.ok(boxes.length > 3, "there are labels to be kept apart");
+            assert.ok(boxes.length > 3, "too few labels for this test");
             for (const [i, one] of boxes.entries()) {
                 for (const other of boxes.slice(i + 1)) {
                     const apart = one.right <= other.left || other.right <= one.left || one.bottom <= other.top || other.bottom <= one.top;
@@ -251,7 +251,7 @@ describe("The picture", () => {
         }
     });
 
-    promise("follows the browser from light to dark and back", async () => {
+    fromTheStart("follows the browser from light to dark and back", async () => {
         const light = await camera.take(opened);
         await opened.page.emulateMedia({ colorScheme: "dark" });
         const dark = await camera.take(opened);
@@ -272,7 +272,7 @@ describe("The picture", () => {
         await onTouch.close();
     });
 
-    it("gives way to a sentence and the drawings when the browser gives up its graphics", async () => {
+    it("is replaced by a sentence when the browser loses its graphics context", async () => {
         const losing = await OpenPage.open(browser, url);
         await losing.page.evaluate(() => document.querySelector("canvas").getContext("webgl2").getExtension("WEBGL_lose_context").loseContext());
         await losing.page.locator("#no-scene").waitFor();

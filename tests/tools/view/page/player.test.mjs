@@ -1,4 +1,4 @@
-// Going through the moves: what is shown where, and that every way of going there goes there.
+// The player: what the page shows at each move, and the keys, buttons and rows that lead there.
 
 import assert from "node:assert/strict";
 import { after, before, describe, it } from "node:test";
@@ -30,21 +30,21 @@ describe("The player", () => {
     });
     after(() => shown?.close());
 
-    /** A promise about the page as it stands at the start. */
-    const promise = (sentence, keep) => it(sentence, async () => {
+    /** A test that begins at the start of the plan. */
+    const fromTheStart = (sentence, test) => it(sentence, async () => {
         await opened.press("Home");
-        await keep(opened);
+        await test(opened);
         opened.assertQuiet();
     });
 
-    promise("stands at the start, locked and free, when the page opens", async (opened) => {
+    fromTheStart("is at the start when the page opens, locked and off the peg", async (opened) => {
         assert.equal(await opened.moveName(), "ApproachUnLockLever");
         assert.equal(await opened.isPlaying(), false);
         const { a, b, lever, peg } = await opened.machine();
         assert.deepEqual([a, b, lever, peg], ["0.000", "0.000", "Levers locked", "Free of the peg"]);
     });
 
-    promise("shows at the end of every move where the plan says that it ends", async (opened) => {
+    fromTheStart("shows every move's planned end", async (opened) => {
         for (const [i, [name, end]] of ends.entries()) {
             await opened.press("ArrowRight");
             assert.equal(await opened.moveName(), name);
@@ -55,20 +55,20 @@ describe("The player", () => {
         assert.equal(await opened.moveName(), "DisengageFromLockLever", "there is nothing after the end");
     });
 
-    promise("ends at the angles that were asked for, locked again and off the peg", async (opened) => {
+    fromTheStart("ends at the target's angles, locked and off the peg", async (opened) => {
         await opened.press("End");
         const { a, b, lever, peg } = await opened.machine();
         assert.deepEqual([a, b, lever, peg], ["45.000", "90.000", "Levers locked", "Free of the peg"]);
     });
 
-    promise("shows the head open and on the peg while it is turned", async (opened) => {
+    fromTheStart("shows the head open and on the peg while it is turned", async (opened) => {
         await opened.row(10).click();
         await opened.press(".", ".");
         const { lever, peg, clearance } = await opened.machine();
         assert.deepEqual([lever, peg, clearance], ["Levers open", "On the peg", "\u2014"]);
     });
 
-    promise("goes to both ends with Home and End and their buttons", async (opened) => {
+    fromTheStart("goes to both ends with Home and End and their buttons", async (opened) => {
         const placesAfter = async (go) => { await go(); return opened.position(); };
         for (const [start, end] of [["Home", "End"], ["#to-start", "#to-end"]]) {
             const go = (where) => () => where.startsWith("#") ? opened.click(where) : opened.press(where);
@@ -77,7 +77,7 @@ describe("The player", () => {
         }
     });
 
-    promise("goes back to the start of the move, and then of the one before", async (opened) => {
+    fromTheStart("goes back to the start of the move, then to the start of the one before", async (opened) => {
         await opened.row(5).click();
         await opened.press(".", ".");
         await opened.press("ArrowLeft");
@@ -88,7 +88,7 @@ describe("The player", () => {
         assertAt(await opened.position(), ends[2][1], "the start of the fourth move");
     });
 
-    promise("goes step by step through the samples of the document, and shows their numbers", async (opened) => {
+    fromTheStart("shows the numbers of the document sample by sample", async (opened) => {
         const { samples } = (await opened.document()).plans[0].moves[4];
         await opened.row(5).click();
         for (const sample of samples.slice(0, 20)) {
@@ -99,7 +99,7 @@ describe("The player", () => {
         }
     });
 
-    promise("goes where the time line is clicked", async (opened) => {
+    fromTheStart("goes where the time line is clicked", async (opened) => {
         for (const move of [4, 5, 16]) {
             const mark = await opened.page.locator(`.mark:nth-child(${move})`).boundingBox();
             const line = await opened.page.locator("#time").boundingBox();
@@ -108,7 +108,7 @@ describe("The player", () => {
         }
     });
 
-    promise("goes to the start of a move when its row is clicked, anywhere in the row", async (opened) => {
+    fromTheStart("goes to the start of a move when its row is clicked anywhere", async (opened) => {
         for (const move of [16, 3, 11]) {
             await opened.row(move).locator("td").first().click();
             assert.equal(await opened.moveName(), ends[move - 1][0]);
@@ -116,7 +116,7 @@ describe("The player", () => {
         }
     });
 
-    promise("goes from row to row with the keys alone, one stop of the tab key for the whole list", async (opened) => {
+    fromTheStart("goes from row to row with the arrow keys; the list is one tab stop", async (opened) => {
         await opened.page.locator("#rows button").first().focus();
         await opened.press("ArrowDown", "ArrowDown");
         assert.equal(await opened.moveName(), "UnLock");
@@ -126,7 +126,7 @@ describe("The player", () => {
         assert.equal(await opened.moveName(), "EngageWithUnLockLever");
     });
 
-    promise("shows the planned numbers of the move as the plan has them", async (opened) => {
+    fromTheStart("shows the planned numbers of the move", async (opened) => {
         await opened.row(5).click();
         const planned = await opened.text("#move-planned");
         for (const number of ["110.9429 deg", "412.5000, -178.2500, -687.2500 mm", "0.0000, 0.0000, 1.0000"]) {
@@ -137,7 +137,7 @@ describe("The player", () => {
     });
 });
 
-describe("The player, by a clock that the test moves", () => {
+describe("The player, with a clock that the test moves", () => {
     let shown, opened, ends;
 
     before(async () => {
@@ -150,7 +150,7 @@ describe("The player, by a clock that the test moves", () => {
     const live = (milliseconds) => opened.live(milliseconds);
     const wayIn = async () => Number(await opened.page.locator("#time").inputValue());
 
-    it("holds where it is while it pauses", async () => {
+    it("does not move while it pauses", async () => {
         await opened.press("Home", "Space");
         await live(100);
         await opened.press("Space");
@@ -176,12 +176,12 @@ describe("The player, by a clock that the test moves", () => {
         await opened.click("#play");
         await live(100);
         await opened.click("#play");
-        await live(16); // it comes to rest
+        await live(16); // the last frame is drawn
         assert.equal(await opened.moveName(), "EngageWithUnLockLever");
     });
 
     it("goes fifteen times as far in the same time when it is very fast", async () => {
-        // Whole frames, which this clock shows every 16 ms: a part of one would count in one way and not in the other.
+        // Whole frames of 16 ms: a part of a frame would count in one of the two runs and not in the other.
         const frames = 20;
         const wayAt = async (speed) => {
             await opened.press("Home");
@@ -189,7 +189,7 @@ describe("The player, by a clock that the test moves", () => {
             await opened.click("#play");
             await live(frames * 16);
             await opened.click("#play");
-            await live(16); // it comes to rest
+            await live(16); // the last frame is drawn
             return wayIn();
         };
         const slow = await wayAt("slow");
@@ -214,13 +214,13 @@ describe("A tour of three plans", () => {
         pages.remove();
     });
 
-    it("offers each plan, with its own ends", async () => {
+    it("offers each plan with its start and target", async () => {
         const offered = await opened.page.locator("#plan option").allInnerTexts();
         assert.deepEqual(offered, ["1: A 0\u00b0, B 0\u00b0 to A 45\u00b0, B 90\u00b0", "2: A 45\u00b0, B 90\u00b0 to A 15\u00b0, B -30\u00b0",
                                    "3: A 15\u00b0, B -30\u00b0 to A 90\u00b0, B 180\u00b0"]);
     });
 
-    it("shows of each plan its moves, its end and its drawing alone, and begins where the plan before ended", async () => {
+    it("shows only the chosen plan, which begins where the one before ended", async () => {
         let before;
         for (const [i, plan] of plans.entries()) {
             await opened.page.selectOption("#plan", String(i));
@@ -236,5 +236,5 @@ describe("A tour of three plans", () => {
         }
     });
 
-    it("complained about nothing", () => opened.close());
+    it("caused no error", () => opened.close());
 });

@@ -1,4 +1,4 @@
-// The template that qmv40 view fills in is made from its sources alone.
+// The page template that `qmv40 view` fills is made from its sources only.
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
@@ -9,7 +9,7 @@ import { it } from "node:test";
 
 const workplace = process.env.QMV40_VIEW_WORKPLACE;
 
-it("is the same to the byte when it is built again somewhere else", () => {
+it("is the same to the byte when it is built in another folder", () => {
     const folder = mkdtempSync(join(tmpdir(), "qmv40-view-"));
     try {
         for (const part of ["src", "build.mjs", "package.json"]) cpSync(join(workplace, part), join(folder, part), { recursive: true });
@@ -21,7 +21,7 @@ it("is the same to the byte when it is built again somewhere else", () => {
     }
 });
 
-it("leaves the three places that are filled in, each once", () => {
+it("contains each of the three placeholders once", () => {
     const page = readFileSync(process.env.QMV40_VIEW_TEMPLATE, "utf8");
     for (const place of ["@TITLE@", "@DOCUMENT@", "@DRAWINGS@"]) assert.equal(page.split(place).length, 2, place);
 });

@@ -1,4 +1,4 @@
-// Tours, obstacles and the contact: what a page of many plans works out itself, and what it shows of where the machine goes.
+// Tours, obstacles and the view of the contact, and the points that the page of a long tour computes itself.
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
@@ -10,8 +10,8 @@ import { launch, OpenPage } from "./browser.mjs";
 import { Pages } from "./pages.mjs";
 
 const moves = 19;
-const largestPage = 4e6; // bytes, of a tour of 100 plans
-// Sums of a few products of some hundred millimetres.
+const largestPage = 4e6; // bytes, for a tour of 100 plans
+// mm and degrees. The page adds a few products of lengths of some hundred millimetres.
 const rounding = 1e-9;
 
 function documentOf(args) {
@@ -44,7 +44,7 @@ describe("The page of a tour", () => {
         pages.remove();
     });
 
-    it("works out the points of a move as the tool does", async () => {
+    it("computes the points of a move as the tool does", async () => {
         const { samplesOf } = await import(pathToFileURL(join(process.env.QMV40_VIEW_WORKPLACE, "src", "motion.js")));
         const theDocument = documentOf(["--geometry", geometry, ...tour]);
         for (const plan of theDocument.plans) {
@@ -56,7 +56,7 @@ describe("The page of a tour", () => {
         }
     });
 
-    it("stays small with a hundred plans, and says in one line what it is", async () => {
+    it("stays small with 100 plans and has a short title", async () => {
         const url = pages.view("hundred.html", ["--geometry", geometry, ...hundred]);
         assert.ok(statSync(pages.path("hundred.html")).size < largestPage);
         const opened = await OpenPage.open(browser, url);
@@ -72,7 +72,7 @@ describe("The page of a tour", () => {
         await opened.close();
     });
 
-    it("leads from the end of a plan to the next one, and back", async () => {
+    it("goes from the end of a plan to the next one, and back", async () => {
         const opened = await OpenPage.open(browser, pages.view("tour.html", ["--geometry", geometry, ...tour]));
         const plan = () => opened.page.locator("#plan").inputValue();
         await opened.press("End", "ArrowRight");
@@ -118,7 +118,7 @@ describe("The picture of the contact", () => {
         pages.remove();
     });
 
-    /** How many pixels about the middle of the picture, where the sphere is, have a colour of the sphere. */
+    /** The number of red pixels in the middle of the picture, where the pole sphere is. */
     const redInTheMiddle = async () => {
         await opened.page.evaluate(() => new Promise((drawn) => { requestAnimationFrame(() => requestAnimationFrame(drawn)); }));
         const box = await opened.page.locator("#scene").boundingBox();
@@ -138,8 +138,8 @@ describe("The picture of the contact", () => {
         }, image);
     };
 
-    it("shows the sphere in every move, with head and labels out of the way", async () => {
-        const enough = 60; // of 256: the path goes through the middle of a contact, and is drawn over it
+    it("shows the sphere in every move; neither head nor labels hide it", async () => {
+        const enough = 60; // of 256: the path of the move covers a part of the sphere
         await opened.press("Home", "5");
         for (let move = 1; move <= moves; ++move) {
             await opened.press("ArrowRight");
@@ -148,14 +148,14 @@ describe("The picture of the contact", () => {
         opened.assertQuiet();
     });
 
-    it("leaves the contact when the picture is turned, and says so", async () => {
+    it("changes to the free view when the picture is turned", async () => {
         await opened.press("5");
         assert.equal(await opened.page.locator('#views [data-view][aria-pressed="true"]').innerText(), "Contact");
         await opened.press("Shift+ArrowLeft");
         assert.equal(await opened.page.locator('#views [data-view][aria-pressed="true"]').innerText(), "Free");
     });
 
-    it("turns the views along the axes with the head on demand", async () => {
+    it("turns the top, front and side view to the head's axes on demand", async () => {
         const turned = await OpenPage.open(browser, pages.view("turned.html", ["--geometry", pages.geometry("turned-30"), "--from", "0,0", "--to", "45,90"]));
         const { right } = (await turned.document()).mounting;
         const letter = async () => {
@@ -166,17 +166,17 @@ describe("The picture of the contact", () => {
         assert.ok(Math.abs((await letter())[1]) < 0.1, "the machine's X is to the right");
         await turned.press("h");
         const [x, y] = await letter();
-        // Seen along the head's own axes the machine's X is turned back by as much as the head is mounted turned.
+        // In the head's axes, the machine's X is turned by the mounting angle in the opposite sense.
         assert.ok(Math.abs(Math.atan2(y, x) + Math.atan2(right[1], right[0])) < 0.01);
         await turned.close();
     });
 
-    it("lists what was assumed", async () => {
+    it("lists the assumptions of the check", async () => {
         const text = await opened.text("#assumptions");
         for (const words of ["90 mm long", "at Z -900 mm", "--sphere-radius", "--obstacles"]) assert.ok(text.includes(words), words);
     });
 
-    it("has drawings that can be read in light and dark", async () => {
+    it("has drawings with black text in light and dark", async () => {
         for (const colorScheme of ["light", "dark"]) {
             await opened.page.emulateMedia({ colorScheme });
             const fills = await opened.page.locator("#drawings svg text").evaluateAll((texts) =>
@@ -186,7 +186,7 @@ describe("The picture of the contact", () => {
         await opened.page.emulateMedia({ colorScheme: "light" });
     });
 
-    it("fits desk, tablet and telephone, light and dark", async () => {
+    it("is not wider than the screen of desk, tablet and telephone", async () => {
         for (const colorScheme of ["light", "dark"]) {
             for (const viewport of [{ width: 1600, height: 900 }, { width: 820, height: 1180 }, { width: 390, height: 844 }]) {
                 await opened.page.emulateMedia({ colorScheme });

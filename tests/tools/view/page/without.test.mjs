@@ -1,4 +1,4 @@
-// The page where something is missing: no WebGL, no scripts, a small screen, paper. And what it must not do anywhere.
+// The page without WebGL, without scripts, on a small screen and on paper.
 
 import assert from "node:assert/strict";
 import { after, before, describe, it } from "node:test";
@@ -23,7 +23,7 @@ describe("The page", () => {
     const isVisible = (opened, selector) => opened.page.locator(selector).first().isVisible();
     const isWiderThanScreen = (opened) => opened.page.evaluate(() => document.documentElement.scrollWidth > innerWidth);
 
-    it("shows without WebGL the list of moves, the findings and the drawings, and says why there is no picture", async () => {
+    it("shows moves, findings and drawings without WebGL, and says why there is no picture", async () => {
         const opened = await OpenPage.open(browser, url);
         assert.match(await opened.text("#no-scene"), /no WebGL/);
         for (const part of ["#verdict", "#rows tr", "#findings", "#drawings svg"]) assert.ok(await isVisible(opened, part), part);
@@ -42,7 +42,7 @@ describe("The page", () => {
         await opened.close();
     });
 
-    it("shows the drawings and a sentence where scripts are off", async () => {
+    it("shows the drawings and a sentence when scripts are off", async () => {
         const opened = await OpenPage.open(browser, url, { javaScriptEnabled: false });
         assert.ok(await isVisible(opened, "#drawings svg"));
         assert.match(await opened.text("body"), /Scripts are off/);
@@ -51,7 +51,7 @@ describe("The page", () => {
         await opened.close();
     });
 
-    it("fits a telephone and a small screen from side to side", async () => {
+    it("is not wider than a telephone or a small screen", async () => {
         for (const viewport of [{ width: 390, height: 844 }, { width: 1280, height: 720 }]) {
             const opened = await OpenPage.open(browser, url, { viewport, hasTouch: true });
             assert.equal(await isWiderThanScreen(opened), false, `${viewport.width} pixels`);
@@ -70,7 +70,7 @@ describe("The page", () => {
         await opened.close();
     });
 
-    it("shows names as they are, whatever is in them", async () => {
+    it("shows a file name with markup as text", async () => {
         const name = "<img src=x onerror=alert(1)> & $&.ini";
         const opened = await OpenPage.open(browser, pages.view("odd.html", ["--geometry", pages.geometry("plain", name), ...fromTo]));
         assert.equal(await opened.text("h1"), `${name}: (0, 0) to (45, 90)`);
@@ -79,13 +79,13 @@ describe("The page", () => {
         await opened.close();
     });
 
-    it("says so when it holds no plan", async () => {
+    it("says that it has no plan when the template itself is opened", async () => {
         const opened = await OpenPage.open(browser, `file://${process.env.QMV40_VIEW_TEMPLATE}`);
         assert.match(await opened.text("#failure"), /holds no plan that can be read/);
         await opened.close();
     });
 
-    it("carries the licence of what it contains, in full", () => {
+    it("contains the full licence of three.js", () => {
         const page = pages.text("plain.html");
         for (const words of ["three.js authors", "Permission is hereby granted, free of charge", "THE SOFTWARE IS PROVIDED \"AS IS\""]) {
             assert.ok(page.includes(words), words);
