@@ -69,8 +69,9 @@ HRESULT CQMVCalculator::SetCurrentHeadPosition(double APosition, double BPositio
             currentB = targetB;
         });
     });
-    // This method is required to throw its failure code. The code is caught above first, so that everything on the way
-    // is cleaned up and the caller's floating-point state is back. Then it is thrown again in the caller's own kind.
+    // This method is required to throw its failure code. Guarded catches the code first, so that all destructors have
+    // run and the caller's floating-point state is restored. Then the code is thrown again, as the kind of exception
+    // that the caller catches.
     if (FAILED(planned)) ThrowRecordedCode(planned, __builtin_return_address(0));
     return S_OK;
 }

@@ -37,6 +37,6 @@ protected:
 private:
     void RequirePlannable() const;
 
-    bool geometryAvailable = false; // once true it stays true: a geometry is only ever replaced
+    bool geometryAvailable = false; // never false again: a geometry can be replaced, but not removed
     bool currentPositionKnown = false;
 };

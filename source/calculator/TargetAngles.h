@@ -8,8 +8,8 @@ namespace qmv40 {
 /// the step is tested exactly, without a tolerance. An angle that is not a number is refused.
 void ValidateMoveTarget(double a, double b);
 
-/// `angle` to the nearest whole degree, halves away from zero. A value beyond 32-bit integers, or not a number, becomes
-/// -2147483648.0, which no range admits.
+/// `angle` rounded to a whole degree, halves away from zero. A value beyond 32-bit integers, or not a number, gives
+/// -2147483648.0, which is outside both ranges.
 double RoundToWholeDegree(double angle) noexcept;
 
 } // namespace qmv40

@@ -12,9 +12,9 @@ namespace qmv40 {
 /// Raises one of the component's own errors: the help file in its record is empty.
 [[noreturn]] void RaiseError(HRESULT code, const wchar_t* source, const wchar_t* description);
 
-/// Throws `code`, whose error record is set already, out of an interface method. The program that called the method has
-/// its code at `returnAddress` and gets the kind of exception that it can catch. The method and this function must have
-/// nothing to clean up at this moment: some callers' exceptions leave their frames without a destructor being called.
+/// Throws `code`, whose error record is set already, out of an interface method. `returnAddress` is in the calling
+/// program: the exception is of the kind that this program can catch. At this moment the method and this function must
+/// have no object with a destructor, because one kind of exception leaves functions without calling destructors.
 [[noreturn]] void ThrowRecordedCode(HRESULT code, const void* returnAddress);
 
 /// Raises the code of a platform call that failed; does nothing if it succeeded.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-/// What both text formats of this folder need: blanks, lines, and comparison that ignores the case of ASCII letters.
+/// For both text formats of this folder: blanks, lines, and comparison that ignores the case of ASCII letters.
 
 namespace qmv40::ascii {
 

@@ -1,5 +1,7 @@
 #include "formats/NumberText.h"
 
+#include "formats/AsciiText.h"
+
 #include <algorithm>
 #include <charconv>
 #include <limits>
@@ -8,18 +10,13 @@
 
 namespace qmv40 {
 
+using namespace ascii;
+
 namespace {
 
 bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-bool IsHexDigit(char c) { return IsDigit(c) || (Lower(c) >= 'a' && Lower(c) <= 'f'); }
-
-bool StartsWith(std::string_view text, std::string_view lowerCaseWord) {
-    return text.size() >= lowerCaseWord.size() &&
-           std::equal(lowerCaseWord.begin(), lowerCaseWord.end(), text.begin(),
-                      [](char expected, char found) { return expected == Lower(found); });
-}
+bool IsHexDigit(char c) { return IsDigit(c) || (UpperAscii(c) >= 'A' && UpperAscii(c) <= 'F'); }
 
 /// One way of writing a number: how to recognise it and what its exponent counts.
 struct Notation {
@@ -28,15 +25,15 @@ struct Notation {
     char exponentMark;
     long long exponentsPerDigit;
 };
-constexpr Notation decimal{std::chars_format::general, IsDigit, 'e', 1};
-constexpr Notation hexadecimal{std::chars_format::hex, IsHexDigit, 'p', 4};
+constexpr Notation decimal{std::chars_format::general, IsDigit, 'E', 1};
+constexpr Notation hexadecimal{std::chars_format::hex, IsHexDigit, 'P', 4};
 
 bool StartsNumber(std::string_view text, const Notation& notation) {
     if (!text.empty() && text.front() == '.') text.remove_prefix(1);
     return !text.empty() && notation.isDigit(text.front());
 }
 
-/// Places between the first significant digit and the point: 3 in 123.4, 0 in 0.5, -2 in 0.005.
+/// The number of digits from the first significant digit to the point: 3 in 123.4, 0 in 0.5, -2 in 0.005.
 long long LeadingPlace(std::string_view digits) {
     const std::size_t point = std::min(digits.find('.'), digits.size());
     const std::size_t leading = std::min(digits.find_first_not_of("0."), digits.size());
@@ -44,7 +41,7 @@ long long LeadingPlace(std::string_view digits) {
     return leading < point ? places : places + 1;
 }
 
-/// The exponent after its mark, limited to 2^50: no text in memory has so many digits that they could compensate it.
+/// The exponent after its mark, limited to 2^50: no text in memory has so many digits that they could balance it.
 long long Exponent(std::string_view text) {
     constexpr long long bound = 1LL << 50;
     const bool negative = !text.empty() && text.front() == '-';
@@ -56,7 +53,7 @@ long long Exponent(std::string_view text) {
 
 /// Infinity for a number that is too large for a double, 0 for one that is too small.
 double BeyondRange(std::string_view number, const Notation& notation) {
-    const auto isMark = [&](char c) { return Lower(c) == notation.exponentMark; };
+    const auto isMark = [&](char c) { return UpperAscii(c) == notation.exponentMark; };
     const auto mark = static_cast<std::size_t>(std::find_if(number.begin(), number.end(), isMark) - number.begin());
     const long long exponent = mark < number.size() ? Exponent(number.substr(mark + 1)) : 0;
     const long long magnitude = notation.exponentsPerDigit * LeadingPlace(number.substr(0, mark)) + exponent;
@@ -72,9 +69,9 @@ double Convert(std::string_view text, const Notation& notation) {
 
 /// The number without its sign; nothing when the text does not begin one.
 std::optional<double> UnsignedNumber(std::string_view text) {
-    if (StartsWith(text, "inf")) return std::numeric_limits<double>::infinity();
-    if (StartsWith(text, "nan")) return std::numeric_limits<double>::quiet_NaN();
-    if (StartsWith(text, "0x") && StartsNumber(text.substr(2), hexadecimal))
+    if (StartsWithIgnoringCase(text, "inf")) return std::numeric_limits<double>::infinity();
+    if (StartsWithIgnoringCase(text, "nan")) return std::numeric_limits<double>::quiet_NaN();
+    if (StartsWithIgnoringCase(text, "0x") && StartsNumber(text.substr(2), hexadecimal))
         return Convert(text.substr(2), hexadecimal);
     if (StartsNumber(text, decimal)) return Convert(text, decimal);
     return std::nullopt;

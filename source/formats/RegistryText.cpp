@@ -26,7 +26,7 @@ bool Skip(std::string_view& text, std::string_view expected) {
 
 void SkipBlanks(std::string_view& text) { text = TrimmedLeft(text); }
 
-/// Whether nothing of meaning is left on the line.
+/// Whether only blanks or a comment are left of the line.
 bool IsRestOfLine(std::string_view text) {
     SkipBlanks(text);
     return text.empty() || text.front() == ';';
@@ -66,7 +66,7 @@ char Unescaped(char c) {
     }
 }
 
-/// Takes `"text"` off the front.
+/// Removes `"text"` from the beginning of the line and returns the text.
 std::optional<std::string> TakeQuoted(std::string_view& line) {
     if (!Skip(line, "\"")) return std::nullopt;
     std::string text;
@@ -83,7 +83,7 @@ std::optional<std::string> TakeQuoted(std::string_view& line) {
     return std::nullopt;
 }
 
-/// Takes `"name"=` or `@=` off the front.
+/// Removes `"name"=` or `@=` from the beginning of the line and returns the name.
 std::optional<std::string> TakeName(std::string_view& line) {
     SkipBlanks(line);
     std::optional<std::string> name = Skip(line, "@") ? std::string() : TakeQuoted(line);
@@ -93,7 +93,7 @@ std::optional<std::string> TakeName(std::string_view& line) {
     return name;
 }
 
-/// Takes a hexadecimal number of at most `mostDigits` digits off the front.
+/// Removes a hexadecimal number of at most `mostDigits` digits from the beginning of the line and returns it.
 std::optional<std::uint32_t> TakeHex(std::string_view& line, std::size_t mostDigits) {
     std::uint32_t number = 0;
     const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), number, 16);
@@ -119,7 +119,7 @@ std::optional<RegistryValue> TakeNumber(std::string_view line) {
     return value;
 }
 
-/// The type in `hex:` or `hex(2):`, taken off the front.
+/// Removes what follows `hex` in `hex:` or `hex(2):` and returns the type.
 std::optional<RegistryType> TakeHexType(std::string_view& line) {
     constexpr std::size_t mostDigits = 8;
     if (Skip(line, ":")) return RegistryType::Binary;
@@ -151,7 +151,7 @@ private:
     std::size_t number = 0;
 };
 
-/// Appends the bytes of one line. Says whether the next line continues it; nothing when the line makes no sense.
+/// Appends the bytes of one line. Returns whether the next line continues it; nothing if the line cannot be understood.
 std::optional<bool> AppendBytes(std::string_view line, std::string& bytes) {
     SkipBlanks(line);
     while (!IsRestOfLine(line) && line.front() != '\\') {
@@ -166,7 +166,8 @@ std::optional<bool> AppendBytes(std::string_view line, std::string& bytes) {
     return IsRestOfLine(line) ? std::optional(isContinued) : std::nullopt;
 }
 
-/// The bytes that begin in `line`, with the lines that continue it. A line that should and makes no sense is not taken.
+/// The bytes that begin in `line` and those of the lines that continue it. A continuation line that cannot be
+/// understood is not read.
 std::optional<std::string> TakeBytes(std::string_view line, LineReader& reader) {
     std::string bytes;
     std::optional<bool> isContinued = AppendBytes(line, bytes);
@@ -188,7 +189,7 @@ std::optional<RegistryValue> TakeTypedBytes(std::string_view line, LineReader& r
     return RegistryValue{*type, Utf8FromUtf16(*bytes, std::endian::little)};
 }
 
-/// Reads the rest of a line that is below a key, and the lines that continue it.
+/// Reads the rest of a line below a key, and the lines that continue it.
 void TakeValue(std::string_view rest, LineReader& reader, bool hasWideTexts, RegistryLine& line) {
     const std::optional<std::string> name = TakeName(rest);
     if (!name) return;
@@ -200,7 +201,7 @@ void TakeValue(std::string_view rest, LineReader& reader, bool hasWideTexts, Reg
     if (line.value) line.kind = RegistryLine::Kind::Value;
 }
 
-/// Excludes most lines that set another value, because decoding all their names takes most of the time of a query.
+/// False for most lines that set another value. Without it, decoding all names would take most of the time of a query.
 bool MaySet(std::string_view line, std::string_view name) {
     SkipBlanks(line);
     return !Skip(line, "\"") || line.find('\\') < name.size() || StartsWithIgnoringCase(line, name);

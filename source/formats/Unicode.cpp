@@ -21,7 +21,7 @@ void AppendUtf8(std::string& text, char32_t codePoint) {
     append(0xF0U | codePoint >> 18), appendRest(12), appendRest(6), appendRest(0);
 }
 
-/// Length of the sequence that `lead` begins; 0 when it begins none.
+/// The length of a UTF-8 sequence whose first byte is `lead`; 0 if no sequence begins with it.
 std::size_t SequenceLength(unsigned char lead) {
     if (lead < 0x80) return 1;
     if (lead < 0xC2) return 0;
@@ -30,7 +30,8 @@ std::size_t SequenceLength(unsigned char lead) {
     return lead < 0xF5 ? 4 : 0;
 }
 
-/// Takes one character off the front of `text`; a byte that belongs to none counts as the replacement character.
+/// Removes the first character of `text` and returns it. A byte that belongs to no character gives the replacement
+/// character.
 char32_t TakeCodePoint(std::string_view& text) {
     constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, firstBeyondOneUnit};
     constexpr unsigned leadBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};

@@ -33,7 +33,7 @@ void RoundThePole::CalculateRotationFromIdealAlignment(const CMaPointArray& aPoi
     const int quadrant = DetermineQuadrant(aPoints);
     double angle = quadrant == 1 || quadrant == 4 ? 180.0 - angleToPlane : angleToPlane;
     if (quadrant == 3 || quadrant == 4) angle = -angle;
-    // At the capture, the A-axis plane was turned by the head's B position; the correction is stated for B = 0.
+    // During the capture of the A set the head was turned by its B angle. The correction is for B = 0.
     requiredRotationAroundZ = angle - aAxisCaptureBPosition;
     AdjustForMisAlignment(requiredRotationAroundZ, CMaGeometry::EAxisType::Z);
 }

@@ -38,7 +38,7 @@ public:
     }
 
     HRESULT Result() const noexcept { return result; }
-    /// Elements 0 to the upper bound, counted from the first one in memory: the lower bound is not consulted.
+    /// Elements 0 to the upper bound, counted from the first one in memory. The lower bound is not used: required.
     std::span<HeadAlignmentDataItem> UpTo(LONG upperBound) const noexcept {
         if (items == nullptr || upperBound < 0) return {};
         return {static_cast<HeadAlignmentDataItem*>(items), static_cast<std::size_t>(upperBound) + 1};
@@ -174,7 +174,7 @@ void RoundThePole::AddDataToPointArrays(SAFEARRAY** points, CMaPointArray& point
 }
 
 void RoundThePole::AddAPoint(double x, double y, double z, CMaPointArray& pointArray) const {
-    // The text is fixed: it says A whichever set is being filled.
+    // The text is fixed: it says A for the B set too.
     const ErrorContext context{L"RoundThePole::AddAPoint", L"Error Adding A Point to the A Point Collection"};
     RaisingGeometryErrors(context, [&] { pointArray.Add(CMaPoint(x, y, z)); });
 }

@@ -8,47 +8,44 @@ using namespace qmv40;
 
 namespace {
 
-/// The element for a lever side. Any side except 0 is the negative lever.
-const CMaVector& OfSide(const CMaVector (&pair)[2], int lever) noexcept { return pair[lever == 0 ? 0 : 1]; }
+/// Writes the position of one lever side: `origin` plus the side's offset. Any side except 0 is the negative lever.
+void WritePosition(const wchar_t* source, const CMaVector (&offsets)[2], int lever, const CMaVector& origin,
+                   CMaVector& out) {
+    const ErrorContext context{source};
+    RaisingGeometryErrors(context, [&] { out = offsets[lever == 0 ? 0 : 1] + origin; });
+}
 
 } // namespace
 
 void RoundThePole::LeverCentrePosition(int lever, CMaVector& out) const {
-    const ErrorContext context{L"RoundThePole::LeverCentrePosition"};
-    RaisingGeometryErrors(context, [&] { out = OfSide(leverCentreOffset, lever) + headCentre; });
+    WritePosition(L"RoundThePole::LeverCentrePosition", leverCentreOffset, lever, headCentre, out);
 }
 
 void RoundThePole::LeverLockedPosition(int lever, CMaVector& out) const {
-    const ErrorContext context{L"RoundThePole::LeverLockedPosition"};
-    RaisingGeometryErrors(context, [&] { out = OfSide(leverLockedOffset, lever) + headCentre; });
+    WritePosition(L"RoundThePole::LeverLockedPosition", leverLockedOffset, lever, headCentre, out);
 }
 
 void RoundThePole::LeverLockedApproachPosition(int lever, CMaVector& out) const {
-    const ErrorContext context{L"RoundThePole::LeverLockedApproachPosition"};
-    RaisingGeometryErrors(context, [&] { out = OfSide(leverLockedApproachOffset, lever) + headCentre; });
+    WritePosition(L"RoundThePole::LeverLockedApproachPosition", leverLockedApproachOffset, lever, headCentre, out);
 }
 
 void RoundThePole::LeverUnlockingCentreOfRotation(int lever, CMaVector& out) const {
-    const ErrorContext context{L"RoundThePole::LeverUnlockingCentreOfRotation"};
-    RaisingGeometryErrors(context, [&] { out = OfSide(leverUnlockingCentreOffset, lever) + headCentre; });
+    WritePosition(L"RoundThePole::LeverUnlockingCentreOfRotation", leverUnlockingCentreOffset, lever, headCentre, out);
 }
 
 void RoundThePole::LeverUnlockedPosition(int lever, CMaVector& out) const {
-    const ErrorContext context{L"RoundThePole::LeverUnlockedPosition"};
-    RaisingGeometryErrors(context, [&] { out = OfSide(leverUnlockedOffset, lever) + headCentre; });
+    WritePosition(L"RoundThePole::LeverUnlockedPosition", leverUnlockedOffset, lever, headCentre, out);
 }
 
 void RoundThePole::LeverUnlockedApproachPosition(int lever, CMaVector& out) const {
-    const ErrorContext context{L"RoundThePole::LeverUnlockedApproachPosition"};
-    RaisingGeometryErrors(context, [&] { out = OfSide(leverUnlockedApproachOffset, lever) + headCentre; });
+    WritePosition(L"RoundThePole::LeverUnlockedApproachPosition", leverUnlockedApproachOffset, lever, headCentre, out);
 }
 
 void RoundThePole::LeverLockingCentreOfRotation(int lever, CMaVector& out) const {
-    const ErrorContext context{L"RoundThePole::LeverLockingCentreOfRotation"};
-    RaisingGeometryErrors(context, [&] { out = OfSide(leverLockingCentreOffset, lever) + headCentre; });
+    WritePosition(L"RoundThePole::LeverLockingCentreOfRotation", leverLockingCentreOffset, lever, headCentre, out);
 }
 
 void RoundThePole::LeverAxisOfRotation(int which, CMaVector& out) const {
     const ErrorContext context{L"RoundThePole::LeverAxisOfRotation"};
-    RaisingGeometryErrors(context, [&] { out = OfSide(leverAxisOfRotation, which); });
+    RaisingGeometryErrors(context, [&] { out = leverAxisOfRotation[which == 0 ? 0 : 1]; });
 }

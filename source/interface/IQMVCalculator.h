@@ -4,8 +4,8 @@
 #include "interface/Records.h"
 #include "platform/Automation.h"
 
-/// The calculator as its callers see it. Create one with CoCreateInstance(CLSID_QMVCalculator, ...), give it the head
-/// geometry (measured or from a file), tell it where the head stands, and ask for moves.
+/// The calculator's interface. Create a calculator with CoCreateInstance(CLSID_QMVCalculator, ...), enter or load the
+/// head geometry, set the current head position, and calculate moves.
 ///
 /// Angles in degrees: A (tilt) 0 to 90, B (swivel) -180 to 180, both in steps of 15. Lengths in the unit of the
 /// measured points.
@@ -18,11 +18,11 @@
 struct IQMVCalculator : DualInterfaceBase {
     /// Replaces the head geometry by the one saved in `FileName`.
     virtual HRESULT STDMETHODCALLTYPE LoadHeadGeometryFromFile(BSTR* FileName) = 0;
-    /// Saves the geometry of the object into `FileName`, also if none was ever supplied: then the numbers are zero.
+    /// Saves the object's geometry into `FileName`. If no geometry was ever entered or loaded, the numbers are zero.
     virtual HRESULT STDMETHODCALLTYPE SaveHeadGeometryToFile(BSTR* FileName) = 0;
-    /// The head's A and B as last set or as left by the last CalculateMove.
+    /// The head's A and B after the last SetCurrentHeadPosition or CalculateMove.
     virtual HRESULT STDMETHODCALLTYPE GetCurrentHeadPosition(double* APosition, double* BPosition) = 0;
-    /// Where the head stands now. Refused angles make the position unknown.
+    /// Sets the head's A and B. If they are refused, the position is unknown.
     virtual HRESULT STDMETHODCALLTYPE SetCurrentHeadPosition(double APosition, double BPosition) = 0;
     /// The moves that index the head from its current position to the target, which becomes the current position.
     /// Targets are rounded to whole degrees first. THROWS its failure code (an HRESULT): there is no returned failure.

@@ -55,7 +55,7 @@ void CMaCircle::Rotate(double angleDegrees, const CMaVector& direction, const CM
     const CMaVector pivot = about.To3DVector();
     const CMaVector arm = centre.To3DVector() + pivot * -1.0;
     centre = At(pivot + Turned(arm, axis, turn));
-    normal = Unit(Turned(normal, axis, turn)); // unit again, however often it was turned
+    normal = Unit(Turned(normal, axis, turn)); // length 1 again: roundings of many rotations must not add up
 }
 
 void CMaCircle::Translate(double x, double y, double z) {

@@ -10,8 +10,8 @@ public:
     explicit CMaCircle(double theRadius) noexcept : radius(theRadius) {}
 
     /// The circle with the smallest sum of squared distances to the points: the geometric (orthogonal distance) fit.
-    /// All six unknowns are fitted together. (A plane fit followed by a circle fit in that plane gives another result,
-    /// which is wrong by 15 mm on an arc of 10 degrees with 0.1 mm of noise.)
+    /// All six unknowns are fitted together. (A plane fit followed by a circle fit in that plane gives another centre:
+    /// 7 mm away, RMS, for 40 points on 10 degrees of a circle of radius 180 mm with 0.1 mm of noise.)
     ///
     /// Accuracy: centre, radius and normal are right to 20 times the effect of rounding the coordinates by half a unit
     /// in the last place, plus 4 roundings of the result. Example: 40 points on 90 degrees of a circle of radius 180
@@ -22,8 +22,8 @@ public:
     /// While the noise is below a tenth of the sagitta, the result is the global minimum. Beyond, there can be several
     /// local minima, and the result is nearly always, but not always, the lowest.
     ///
-    /// `iterationLimit` limits the evaluations of the sum of squares. Clear arcs need 3 to 10, points that hardly form
-    /// a circle some hundreds, and none needs more than 5,000.
+    /// `iterationLimit` limits the evaluations of the sum of squares. Clear arcs need 3 to 10 evaluations, points that
+    /// hardly form a circle some hundreds. No fit needs more than 5,000.
     ///
     /// Throws GeometryError, the circle unchanged:
     /// - Impossible, when there are fewer than three distinct points, when the points lie on one line to within the

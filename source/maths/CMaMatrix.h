@@ -2,10 +2,9 @@
 
 #include "maths/CMaVector.h"
 
-/// A dense matrix of one to three rows and columns, indexed from 0, all zero after construction. Holds its elements
-/// itself: nothing is allocated.
-/// A size outside 1 to 3, an index outside the matrix, and the product of a matrix that is not 3 x 3 with a vector
-/// throw GeometryError (Impossible).
+/// A dense matrix of one to three rows and columns, indexed from 0, all zero after construction. It allocates no
+/// memory. A size outside 1 to 3, an index outside the matrix, and the product of a matrix that is not 3 x 3 with a
+/// vector throw GeometryError (Impossible).
 class CMaMatrix : public CMaObject {
 public:
     CMaMatrix(int theRows, int theColumns) : rows(theRows), columns(theColumns) {

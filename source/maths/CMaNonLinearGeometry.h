@@ -5,7 +5,7 @@
 /// Geometry other than points, lines and planes. It can be shifted, and rotated about an axis: a coordinate axis or a
 /// direction, through the origin or through a given centre. Rotations are right-handed, angles in degrees. A direction
 /// may have any length except zero. If it is zero or not finite, GeometryError (Impossible) is thrown and nothing
-/// moves.
+/// changes.
 class CMaNonLinearGeometry : public CMaGeometry {
 public:
     virtual void Rotate(double angleDegrees, EAxisType axis) = 0;

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-/// Points in the order in which they were added. Any coordinates are stored, finite or not; the fits judge them.
+/// Points in the order in which they were added. Coordinates that are not finite are stored too; the fits refuse them.
 /// The only geometry class that allocates: adding throws std::bad_alloc, with the array unchanged, when memory runs
 /// out.
 class CMaPointArray : public CMaObject {

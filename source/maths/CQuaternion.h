@@ -8,9 +8,10 @@
 /// A rotation, stored as a quaternion and as its 3 x 3 matrix. Right-handed: a positive angle about +Z turns +X
 /// towards +Y. The product q1 x q2 applies q2 first.
 ///
-/// Meant to be a unit quaternion, but never normalised: a direction whose length is not 1 scales the vector too, and a
-/// zero direction gives a diagonal matrix with the squared cosine of half the angle. Angles are in radians.
-/// A failure of the vector geometry is raised as a code (RaiseError.h). If memory runs out, std::bad_alloc is thrown.
+/// It should be a unit quaternion, but is never normalised (required): with a direction whose length is not 1, the
+/// rotation scales vectors too, and a zero direction gives a diagonal matrix with the squared cosine of half the angle.
+/// Angles are in radians. A failure of the vector geometry is raised as a code (RaiseError.h). If memory runs out,
+/// std::bad_alloc is thrown.
 class CQuaternion {
 public:
     /// The rotation that leaves every vector as it is.

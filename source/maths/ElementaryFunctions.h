@@ -1,10 +1,10 @@
 #pragma once
 
-/// The elementary functions whose last bit differs from one C library to the next. The component calls these, and every
-/// build of it chooses where they come from:
-/// - SystemFunctions.cpp: the platform's C library, away from Windows;
-/// - RoundedFunctions.cpp: our own, on Windows, where the C library takes them from the x87 unit: its sine is wrong by
-///   many units in the last place near multiples of pi, and different processors may give different bits.
+/// The elementary functions whose last bit differs between C libraries. The component calls these; each build selects
+/// one implementation:
+/// - SystemFunctions.cpp, on all systems except Windows: those of the C library;
+/// - RoundedFunctions.cpp, on Windows: our own. The C library of Windows uses the x87 unit, whose sine is wrong by many
+///   units in the last place near multiples of pi and may differ between processors.
 /// Angles are in radians. Arguments that are not finite give what the C library's functions give.
 namespace qmv40 {
 

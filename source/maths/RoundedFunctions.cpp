@@ -1,4 +1,4 @@
-// The elementary functions in plain double operations, which every processor rounds alike. Intermediate
+// The elementary functions in double operations, which every processor rounds in the same way. Intermediate
 // values are double-double numbers: the unevaluated sum of two doubles, about 106 bits. The result is rounded once, at
 // the end: its error is below half a unit in the last place plus 2^-20 of one. Only additions and multiplications that
 // are rounded to double may be used here, in the order written.
@@ -20,7 +20,7 @@ struct DoubleDouble {
     double low; ///< below half a unit in the last place of `high`
 };
 
-/// a + b, exactly, where a is the larger one.
+/// a + b, exactly, where |a| >= |b| (Dekker's fast two-sum).
 constexpr DoubleDouble SumOfOrdered(double a, double b) {
     const double sum = a + b;
     return {sum, b - (sum - a)};
@@ -33,7 +33,7 @@ constexpr DoubleDouble Sum(double a, double b) {
     return {sum, (a - (sum - ofB)) + (b - ofB)};
 }
 
-/// The upper 26 bits and the rest.
+/// The upper 26 bits and the rest (Veltkamp's splitting).
 constexpr DoubleDouble Halves(double a) {
     const double shifted = 0x1.0000002p27 * a;
     const double upper = shifted - (shifted - a);
@@ -109,7 +109,7 @@ SineAndCosine Turn(double angle) {
     }
 }
 
-/// Beyond that many radians the products above are rounded. The component's own angles are within two turns.
+/// For more radians the products above are rounded. The component's own angles are within two turns.
 constexpr double longestAngle = 0x1p19;
 /// Below it the sine rounds to its angle.
 constexpr double shortestAngle = 0x1p-27;
@@ -128,7 +128,7 @@ double Cosine(double angle) noexcept {
 double ArcTangent(double slope) noexcept { return ArcTangent(slope, 1.0); }
 
 double ArcTangent(double y, double x) noexcept {
-    // An approximation. The angle between it and the direction (x, y) is so small that it equals its tangent.
+    // An approximation. The angle between it and the direction (x, y) is so small that the angle equals its tangent.
     const double near = std::atan2(y, x);
     const auto isShort = [](double length) { return std::fabs(length) < 0x1p400; };
     const bool isLong = std::fabs(x) > 0x1p-400 || std::fabs(y) > 0x1p-400;

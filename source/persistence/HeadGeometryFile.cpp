@@ -16,14 +16,14 @@ NumberText TextOf(const ProfileReader& file, const HeadGeometryEntry& entry, con
 } // namespace
 
 std::optional<std::string> ReadHeadGeometryText(const ProfileReader& file, const HeadGeometryEntry& entry) {
-    // Asked twice with different defaults: a stored text can be equal to one of them, but not to both.
+    // Read twice with different defaults: a stored text can be equal to one of them, but not to both.
     std::string text = TextOf(file, entry, missingNumberText).data();
     if (text == missingNumberText && text != TextOf(file, entry, "").data()) return std::nullopt;
     return text;
 }
 
 double ReadHeadGeometryNumber(const ProfileReader& file, const HeadGeometryEntry& entry) {
-    // A word reads as 0.0, as required: only a number that is not there is an error.
+    // A word is read as 0.0, as required. Only a missing number is an error.
     const double value = TextToDouble(TextOf(file, entry, missingNumberText).data());
     if (value == missingNumber)
         RaiseError(QMV_E_READ_FROM_FILE, L"RoundThePole::ReadDoubleFromIniFile", L"Failed To Read from File");

@@ -28,29 +28,29 @@ inline constexpr std::array<HeadGeometryEntry, 7> headGeometryEntries{
      {L"SAFEPOSITION", L"Z"},
      {L"AlignmentOffset", L"RequiredRotationAroundZ"}}};
 
-/// Places in headGeometryEntries; the coordinates follow in the order X, Y, Z.
+/// Indices into headGeometryEntries. Coordinates are in the order X, Y, Z.
 inline constexpr std::size_t headCentreEntry = 0;
 inline constexpr std::size_t safePositionEntry = 3;
 inline constexpr std::size_t rotationEntry = 6;
 
-/// The default that marks a missing number. A stored number of exactly this value fails like a missing one: accepted.
+/// The default that marks a missing number. A stored number of exactly this value counts as missing; this is accepted.
 inline constexpr double missingNumber = 999999999.0;
 inline constexpr const char* missingNumberText = "999999999";
 
-/// Room for the text of a number, terminator included: a longer text is cut to fit.
+/// The text of a number with its terminator. A longer text is cut.
 using NumberText = std::array<char, 349>;
 
-/// The text of an entry as a load gets it; nothing when file, section or key is missing.
+/// The text of an entry as a load reads it; nothing when the file, the section or the key is missing.
 std::optional<std::string> ReadHeadGeometryText(const ProfileReader& file, const HeadGeometryEntry& entry);
 
 /// The number of an entry. Raises QMV_E_READ_FROM_FILE when file, section or key is missing, and for a stored
 /// 999999999. Text that is not a number reads as 0.0.
 double ReadHeadGeometryNumber(const ProfileReader& file, const HeadGeometryEntry& entry);
 
-/// Adds a number to what `file` writes at its Commit.
+/// Adds a number to the entries of `file`.
 void WriteHeadGeometryNumber(ProfileWriter& file, const HeadGeometryEntry& entry, double value);
 
-/// Writes what `file` has gathered. Raises QMV_E_WRITE_TO_FILE when an entry could not be written.
+/// Writes all entries of `file`. Raises QMV_E_WRITE_TO_FILE if one could not be written.
 void CommitHeadGeometry(ProfileWriter& file);
 
 } // namespace qmv40

@@ -83,7 +83,8 @@ void MovePlanner::CalculateLockMoves(RequiredMoves& moves, double a, double b) c
         moves.MoveToLockLeverAtSafeZ = PositionAtHeight(unlockedApproach, headGeometry.SafePositionZ());
         moves.ApproachLockLever = PositionOf(unlockedApproach);
         moves.EngageWithLockLever = PositionOf(unlocked);
-        // A fixed lift over the lever, not the safe height: the head is locked and nothing is crossed from here.
+        // A fixed height over the lever, not the safe height: the head is locked, and the next move crosses no
+        // obstacle.
         moves.DisengageFromLockLever = PositionAtHeight(locked, locked[2] + liftOverLockedLever);
     });
 }

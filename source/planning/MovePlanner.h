@@ -5,9 +5,9 @@
 
 namespace qmv40 {
 
-/// Plans the 19 moves of one indexing from the head geometry and the head's current angles: the part of the calculator
-/// that computes. Angles in degrees, positions in machine coordinates. The same input gives the same output; the
-/// settings store is asked for the two lever rotations at every plan.
+/// Plans the 19 moves of one indexing from the head geometry and the head's current angles. Angles are in degrees,
+/// positions in machine coordinates. Each plan reads the two lever rotations from the settings store. The same input
+/// and the same settings give the same plan.
 ///
 /// Each operation writes its fields directly into the record, so after a failure some fields may have new values.
 class MovePlanner {
@@ -16,7 +16,7 @@ public:
 
     /// Fields 1 to 4: push the locked lever open, from the current head angles.
     void CalculateUnlockMoves(RequiredMoves& moves) const;
-    /// Field 5: round the pole, from the lever to the peg. Reads field 4. `centre` is not used.
+    /// Field 5: round the pole, from the lever to the peg. Reads field 4. `centre` is required and not used.
     void CalculateRotateToPeg(RequiredMoves& moves, const CMaVector& centre, const CMaVector& approachNow) const;
     /// Fields 6 to 8: down to the peg and onto it.
     void CalculateEngageWithPeg(RequiredMoves& moves, const CMaVector& approachNow, const CMaVector& engageNow) const;
@@ -34,8 +34,8 @@ public:
 
     /// The point about which the machine carries the probe round the head: midway between the two lever centres.
     void CalculatePoleLocation(double& x, double& y, double& z) const;
-    /// Signed angle from `first` to `second`, two directions in the XY plane: [-180, 180], positive when `second` lies
-    /// counter-clockwise of `first` seen from +Z. Not a number when either has no length.
+    /// Signed angle from `first` to `second`, two directions in the XY plane: [-180, 180], positive if `second` is
+    /// counter-clockwise of `first`, seen from +Z. Not a number if one of them is zero.
     double CalculateAngleAndDirection(const CMaVector& first, const CMaVector& second) const;
 
 protected:

@@ -4,29 +4,17 @@
 
 namespace qmv40 {
 
-namespace {
-
-CMaVector ZeroVector() { return {0.0, 0.0, 0.0}; }
-
-} // namespace
-
 void MovePlanner::PlanMoves(double targetA, double targetB, RequiredMoves& moves) const {
     constexpr double approachDistance = 10.0;
-    CMaVector approachNow = ZeroVector();
-    CMaVector engageNow = ZeroVector();
-    CMaVector approachTarget = ZeroVector();
-    CMaVector aAxisNow = ZeroVector();
-    CMaVector centre = ZeroVector();
-    CMaVector aAxisTarget = ZeroVector();
-    CMaVector bAxis = ZeroVector();
-
+    const CMaVector zero(0.0, 0.0, 0.0);
+    CMaVector approachNow = zero, engageNow = zero, approachTarget = zero, aAxisNow = zero, aAxisTarget = zero;
     headGeometry.ApproachPosition(currentA, currentB, approachDistance, approachNow);
     headGeometry.EngagementPosition(currentA, currentB, engageNow);
     headGeometry.ApproachPosition(targetA, targetB, approachDistance, approachTarget);
     headGeometry.RotatedAAxis(currentB, aAxisNow);
-    centre = headGeometry.HeadCentre();
     headGeometry.RotatedAAxis(targetB, aAxisTarget);
-    bAxis = headGeometry.BAxis();
+    const CMaVector& centre = headGeometry.HeadCentre();
+    const CMaVector& bAxis = headGeometry.BAxis();
 
     CalculateUnlockMoves(moves);
     CalculateRotateToPeg(moves, centre, approachNow);

@@ -4,9 +4,9 @@
 
 namespace qmv40 {
 
-/// The module's own floating-point state while a method runs: round to nearest, gradual underflow, no traps, and x87 at
-/// its full 64 bits of precision. So the host's settings change no result. When the method returns or throws,
-/// the host's settings, exception flags and error number (errno) are restored.
+/// The module's own floating-point state while a method runs: round to nearest, gradual underflow, no traps, and x87
+/// with 64 bits of precision. Therefore the host's settings change no result. When the method returns or throws, the
+/// host's settings, exception flags and error number (errno) are restored.
 class ModuleStateGuard {
 public:
     ModuleStateGuard() noexcept;

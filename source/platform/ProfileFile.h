@@ -10,17 +10,17 @@
 namespace qmv40 {
 
 /// Initialisation-profile files: `[section]` lines and `key=value` lines.
-/// Names are wide text. They are converted to the thread's ANSI code page on Windows, to UTF-8 elsewhere. A null name,
-/// or one that cannot be converted, names nothing: no value is read, and no entry is written.
+/// Names are wide text. They are converted to the thread's ANSI code page on Windows, to UTF-8 elsewhere. With a null
+/// name, or one that cannot be converted, no value is read and no entry is written.
 ///
 /// On Windows the platform's own profile functions read and write every entry. There a file name without a folder is
-/// one in the Windows folder (".\name" is one in the current folder), and a name of 260 characters or more names no
-/// file. Elsewhere a file name without a folder is one in the current folder.
+/// looked for in the Windows folder (".\name" in the current folder), and a name of 260 characters or more names no
+/// file. On other systems a file name without a folder is looked for in the current folder.
 
 /// Reads a file as it is at one moment, even if another program replaces the file meanwhile. Never waits.
-/// On Windows no program can replace the file during the life of this object, if its name is absolute, and no save of
-/// this component can write into it. While such a save writes, no entry is found. Another program that writes into the
-/// file itself still changes what is read.
+/// On Windows no program can replace the file during the life of this object, if its name is absolute, and no save
+/// of this component can write into it. While such a save writes, no entry is found. Another program that writes
+/// into the file itself still changes what is read.
 class ProfileReader {
 public:
     explicit ProfileReader(const wchar_t* fileName);
@@ -28,10 +28,10 @@ public:
     ProfileReader& operator=(const ProfileReader&) = delete;
     ~ProfileReader();
 
-    /// Copies the value of `key` in `section`, terminated, into `buffer`, cut to fit. A missing file, section or key
-    /// gives `defaultText`. Blanks around the value and one matching pair of quotes are removed.
-    /// Letter case and outer blanks of section and key do not matter. If several sections or keys have one name, the
-    /// first is used. Section "" is the text before the first section line. A null `defaultText` is empty.
+    /// Copies the value of `key` in `section` into `buffer`, cut to fit, with its terminator. A missing file, section
+    /// or key gives `defaultText`. Blanks around the value and one matching pair of quotes are removed. Letter case and
+    /// outer blanks of section and key do not matter. If several sections or keys have one name, the first is used.
+    /// Section "" is the text before the first section line. A null `defaultText` is empty.
     void Read(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer) const;
 
 private:
@@ -39,7 +39,7 @@ private:
     std::unique_ptr<State> state;
 };
 
-/// An entry to write. A name that is absent was null or could not be converted.
+/// An entry to write. A name without a value was null or could not be converted.
 struct ProfileEntry {
     std::optional<std::string> section;
     std::optional<std::string> key;
@@ -64,9 +64,9 @@ public:
     ///
     /// Returns false if an entry could not be written. All other content of the file stays, except a UTF-8 byte-order
     /// mark, which Windows would take for the first character of the first line. Waits at most 250 ms in all for a
-    /// program that holds the file, and leaves no other file behind. On Windows a program can hold a file for longer.
-    /// If it lets others write, the file then gets the content of the copy in one write, which a load or another save
-    /// never sees in part; if it does not, nothing is written.
+    /// program that holds the file, and leaves no other file behind. On Windows, if a program holds the file for longer
+    /// but lets others write into it, the content of the copy is written into the file in one step, and no load and no
+    /// other save sees a part of it. If the program does not let others write, nothing is written.
     bool Commit();
 
 private:

@@ -55,7 +55,7 @@ HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object)
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if (outer == nullptr) return Deliver(std::make_unique<StandaloneObject<CQMVCalculator>>(), iid, object);
-    // An aggregated object must be created as IUnknown: only that pointer is the inner one.
+    // An aggregated object must be created as IUnknown: no other pointer controls its lifetime.
     if (iid != IID_IUnknown) return CLASS_E_NOAGGREGATION;
     return Deliver(std::make_unique<AggregatedObject<CQMVCalculator>>(outer), iid, object);
 } catch (const std::bad_alloc&) {

@@ -8,9 +8,9 @@
 
 namespace qmv40 {
 
-/// The two kinds of object of a class. They add identity and lifetime; `Class` has everything else and gives its
-/// interfaces by FindInterface(iid). An object belongs to one apartment, so its reference count is not atomic. A new
-/// object has no reference. It deletes itself when its last reference is released.
+/// The two kinds of object of a class. They implement IUnknown: identity and lifetime. `Class` implements everything
+/// else; its FindInterface(iid) returns its interfaces. An object belongs to one apartment, so its reference count is
+/// not atomic. A new object has no reference. It deletes itself when its last reference is released.
 
 /// An object that is not aggregated.
 template <typename Class> class StandaloneObject final : public LateBinding<Class> {

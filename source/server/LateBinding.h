@@ -4,7 +4,7 @@
 #ifdef _WIN32
 #include "server/windows/LateBinding.h"
 #else
-/// Dual interfaces have no dispatch entries here, and IID_IDispatch is not supported.
+/// Here dual interfaces have no methods of IDispatch, and IID_IDispatch is not supported.
 namespace qmv40 {
 template <typename Base> using LateBinding = Base;
 } // namespace qmv40

@@ -24,7 +24,7 @@ void Module::StayLoaded() noexcept {
     static std::atomic_flag done;
     if (done.test_and_set()) return;
     HMODULE module = nullptr;
-    // If this fails, the module can be unloaded as any other.
+    // If this fails, the module can be unloaded like any other module.
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
                        reinterpret_cast<LPCWSTR>(&lockCount), &module);
 }

@@ -14,8 +14,8 @@ public:
 
     /// Keeps the module loaded until the process ends, also if CanUnload is true. On Windows the C++ runtime is linked
     /// into the module. With its first exception it takes a thread-local storage index and four handles, and never
-    /// releases them: a host that loads and frees the module repeatedly would have no index left after about 1000
-    /// times. On other systems this does nothing, because the runtime is a library of its own.
+    /// releases them: a host that loads and frees the module about 1000 times would have no index left. On other
+    /// systems this does nothing, because the runtime is a library of its own.
     static void StayLoaded() noexcept;
 };
 

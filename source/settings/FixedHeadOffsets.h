@@ -12,8 +12,8 @@ struct FixedOffset {
 
 /// A fixed offset of the head's mechanics as the head model takes it from the settings store. Opens the store's key,
 /// reads the settings of the offset and closes the key; nothing is cached or written. It does not fail: a missing
-/// setting has its built-in value. A `selector` other than 0 (a lever side, a lever state) negates the settings that
-/// the table marks as mirrored.
+/// setting has its built-in value. If `selector` (a lever side or a lever state) is not 0, the settings that the table
+/// marks as mirrored are negated.
 FixedOffset ReadFixedOffset(HeadOffset offset, int selector = 0);
 
 /// The same for an offset of one setting: the degrees by which a lever turns.

@@ -52,8 +52,8 @@ SettingReading HeadSettingReader::Read(const HeadSetting& setting) {
     return {setting.builtIn, source};
 }
 
-/// Fetches a text, terminated, into `text`. The capacity is what the stored text took, and is not reset between the
-/// settings of one offset: this is required, and HeadSettings.h says what follows from it.
+/// Reads a text into `text`, with its terminator. The capacity becomes the length of this text and is not reset between
+/// the settings of one offset: this is required. HeadSettings.h names the consequences.
 SettingSource HeadSettingReader::FetchText(const char* name) {
     if (!query) return SettingSource::NoKey;
     if (hasFailed) return SettingSource::EarlierUnreadable;

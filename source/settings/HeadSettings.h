@@ -11,12 +11,13 @@
 /// The fourteen fixed dimensions of the head's mechanics: the table of them, and the one reader of them.
 ///
 /// Each dimension has a built-in value, which a text value in the settings store may override on one machine. The
-/// settings of one offset are read together, in the order of the table, into a buffer that is 255 bytes long for the
-/// first and as long as the stored text before it for every other (terminators included). After a setting that cannot
-/// be read, every later one of the same offset keeps its built-in value. This is required.
+/// settings of one offset are read together, in the order of the table. For the first one the buffer has 255 bytes; for
+/// each other one it is as long as the stored text before it (terminators included). After a setting that cannot be
+/// read, all later settings of the same offset have their built-in values. This is required.
 ///
-/// Text that does not begin with a number reads as 0.0, not as the built-in value: this is required too. Numbers are in
-/// the C locale. A text that is stored for Y or Z alone, or that is longer than the one before it, has no effect.
+/// A text that does not begin with a number is read as 0.0, not as the built-in value: this is required too. Numbers
+/// are in the C locale. Two consequences: a text that is stored for Y or Z alone has no effect, and neither has a text
+/// that is longer than the one before it.
 namespace qmv40 {
 
 class SettingsKey;
@@ -56,11 +57,11 @@ inline constexpr std::size_t headSettingCount = 14;
 std::span<const HeadSetting, headSettingCount> HeadSettings() noexcept;
 std::span<const HeadSetting> SettingsOf(HeadOffset offset) noexcept;
 
-/// Where a value comes from: from the store, or, for the reason named, from the table.
+/// Where a value comes from: the store, or the table and the reason why.
 enum class SettingSource {
     Stored,
-    NoKey,            ///< the key is not there or cannot be opened
-    Missing,          ///< there is no such value, or it cannot be read
+    NoKey,            ///< the key does not exist or cannot be opened
+    Missing,          ///< the value does not exist or cannot be read
     TooLong,          ///< longer than the text before it in the same offset, or than 255 bytes
     WrongType,        ///< neither REG_SZ nor REG_EXPAND_SZ
     NotTerminated,    ///< a text without its terminating zero byte
@@ -72,7 +73,7 @@ struct SettingReading {
     SettingSource source;
 };
 
-/// Answers with the bytes stored under a name, as SettingsKey::Query does. An empty one: the key is not there.
+/// Returns the bytes stored under a name, as SettingsKey::Query does. An empty function means that there is no key.
 using SettingQuery = std::function<LSTATUS(const char* name, std::span<char> buffer, DWORD& type, DWORD& length)>;
 
 /// The query of the platform's store. The key must outlive it.
@@ -92,7 +93,7 @@ private:
 
     SettingQuery query;
     std::array<char, bufferSize> text{};
-    DWORD capacity = bufferSize; ///< for the next text: what the one before it took
+    DWORD capacity = bufferSize; ///< for the next text: the length of the one before it
     bool hasFailed = false;
 };
 

@@ -13,7 +13,7 @@ HRESULT GetAnnouncedClass(REFCLSID, REFIID iid, void** object) {
     return DllGetClassObject(CLSID_QMVCalculator, iid, object);
 }
 
-/// Makes a class of the calculator's kind creatable in this process, under an identifier of the test's own.
+/// Announces the calculator's class in this process under an identifier of this test.
 void Announce() {
     static ClassAnnouncement announcement{announcedClass, L"Test.Calculator.1", L"Test.Calculator", GetAnnouncedClass};
     static bool announced = false;

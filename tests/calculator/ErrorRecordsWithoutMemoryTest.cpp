@@ -2,11 +2,11 @@
 #include "tests/calculator/PreparedCalculator.h"
 #include "tests/support/FailingAllocations.h"
 
-/// A caller whose memory runs out while it reads the texts of an error record.
+/// Memory runs out while a caller reads the texts of an error record.
 
 namespace {
 
-TEST_F(PreparedCalculator, GivesEachTextOfAnErrorWholeOrSaysThatThereIsNoMemoryForIt) {
+TEST_F(PreparedCalculator, ReturnsErrorTextsWholeOrOutOfMemory) {
     const auto calculator = CreateCalculator();
     double a = 0.0, b = 0.0;
     long failures = 0;
@@ -26,7 +26,7 @@ TEST_F(PreparedCalculator, GivesEachTextOfAnErrorWholeOrSaysThatThereIsNoMemoryF
             EXPECT_EQ(given, wasReached ? E_OUTOFMEMORY : S_OK);
             EXPECT_EQ(received == nullptr, wasReached);
             BSTR again = nullptr;
-            EXPECT_EQ((record->*text)(&again), S_OK) << "and the record still has it";
+            EXPECT_EQ((record->*text)(&again), S_OK) << "the record must keep the text";
             SysFreeString(received);
             SysFreeString(again);
             record->Release();

@@ -9,7 +9,7 @@
 #include <functional>
 #include <limits>
 
-/// What a caller finds after every kind of failure.
+/// The code and the error record after every kind of failure.
 
 namespace {
 
@@ -33,7 +33,7 @@ protected:
         AlignmentArray bAxisPoints(bSet);
         return Entering(aAxisPoints, bAxisPoints);
     }
-    /// One set of another shape, the other one as it should be.
+    /// One set in an array of another shape, the other set right.
     static Raised EnteringA(AlignmentArray aAxisPoints) {
         AlignmentArray bAxisPoints(Head().BSet(60.0));
         return Entering(aAxisPoints, bAxisPoints);
@@ -46,7 +46,7 @@ protected:
         points.at(index).*field = value;
         return points;
     }
-    /// All in one place, measured at the angles of `points`.
+    /// All points in one place, with the angles of `points`.
     static Points InOnePlace(Points points) {
         for (auto& point : points) point = {point.APosition, point.BPosition, 1.0, 2.0, 3.0};
         return points;
@@ -74,7 +74,7 @@ void ExpectRecords(const std::vector<Failure>& failures) {
     for (const Failure& failure : failures) ExpectRecord(failure);
 }
 
-TEST_F(Errors, OfThePositionAndTheMovesNameOperationAndReason) {
+TEST_F(Errors, NameOperationAndReasonForPositionsAndMoves) {
     const auto fresh = CreateCalculator();
     const auto unplaced = WithGeometry();
     const auto ready = At(0.0, 0.0);
@@ -86,7 +86,7 @@ TEST_F(Errors, OfThePositionAndTheMovesNameOperationAndReason) {
     constexpr const wchar_t* noPosition = L"Current Position is not known";
     constexpr const wchar_t* validating = L"CQMVCalculator::ValidateMoveTarget";
     ExpectRecords({
-        {"asking for a position never set",
+        {"getting a position that was never set",
          [&] { return ReturnedBy([&] { return fresh->GetCurrentHeadPosition(&a, &b); }); }, QMV_E_POSITION_UNKNOWN,
          L"CQMVCalculator::GetCurrentHeadPosition", noPosition, fixedError},
         {"planning without a geometry", [&] { return Plan(*fresh.Get(), 0.0, 0.0); }, QMV_E_NO_HEAD_GEOMETRY, planning,
@@ -108,7 +108,7 @@ TEST_F(Errors, OfThePositionAndTheMovesNameOperationAndReason) {
     });
 }
 
-TEST_F(Errors, OfThePointsNameTheSetThatIsWrong) {
+TEST_F(Errors, NameTheWrongSetOfPoints) {
     const Points aSet = Head().ASet(45.0);
     const Points bSet = Head().BSet(60.0);
     const Points shortA = Head().ASet(45.0, 3);
@@ -125,21 +125,22 @@ TEST_F(Errors, OfThePointsNameTheSetThatIsWrong) {
         {"no A points", [&] { return Entering(Points{}, bSet); }, QMV_E_TOO_FEW_POINTS, validating, fewA, fixedError},
         {"three B points", [&] { return Entering(aSet, shortB); }, QMV_E_TOO_FEW_POINTS, validating, fewB, fixedError},
         {"three of each", [&] { return Entering(shortA, shortB); }, QMV_E_TOO_FEW_POINTS, validating, fewA, fixedError},
-        {"B moved among the A points in its last bit",
+        {"B of one A point differs in its last bit",
          [&] { return Entering(With(aSet, 6, bOf, std::nextafter(45.0, 0.0)), bSet); }, QMV_E_FIXED_AXIS_MOVED,
          validating, bMoved, fixedError},
-        {"B not a number at the first A point", [&] { return Entering(With(aSet, 0, bOf, notANumber), bSet); },
+        {"B of the first A point is not a number", [&] { return Entering(With(aSet, 0, bOf, notANumber), bSet); },
          QMV_E_FIXED_AXIS_MOVED, validating, bMoved, fixedError},
-        {"B not a number at a later A point", [&] { return Entering(With(aSet, 3, bOf, notANumber), bSet); },
+        {"B of a later A point is not a number", [&] { return Entering(With(aSet, 3, bOf, notANumber), bSet); },
          QMV_E_FIXED_AXIS_MOVED, validating, bMoved, fixedError},
-        {"A moved among the B points", [&] { return Entering(aSet, With(bSet, 1, aOf, 75.0)); }, QMV_E_FIXED_AXIS_MOVED,
+        {"A of one B point differs", [&] { return Entering(aSet, With(bSet, 1, aOf, 75.0)); }, QMV_E_FIXED_AXIS_MOVED,
          validating, aMoved, fixedError},
-        {"B moved among the A points and too few B points", [&] { return Entering(With(aSet, 6, bOf, 0.0), shortB); },
-         QMV_E_FIXED_AXIS_MOVED, validating, bMoved, fixedError},
+        {"B of one A point differs and there are too few B points",
+         [&] { return Entering(With(aSet, 6, bOf, 0.0), shortB); }, QMV_E_FIXED_AXIS_MOVED, validating, bMoved,
+         fixedError},
     });
 }
 
-TEST_F(Errors, OfArraysOfAnotherShapeArePassedOnWithTheContextAsItStands) {
+TEST_F(Errors, RefuseArraysOfAnotherShape) {
     const Points aSet = Head().ASet(45.0);
     const Points bSet = Head().BSet(60.0);
     constexpr const wchar_t* validating = L"RoundThePole::ValidateSafeArrayData";
@@ -163,7 +164,7 @@ TEST_F(Errors, OfArraysOfAnotherShapeArePassedOnWithTheContextAsItStands) {
     });
 }
 
-TEST_F(Errors, OfTheLibraryNameTheOperationAndItsStep) {
+TEST_F(Errors, NameOperationAndStepOfTheVectorGeometry) {
     const Points aSet = Head().ASet(45.0);
     const Points bSet = Head().BSet(60.0);
     constexpr const wchar_t* fitting = L"RoundThePole::FitPointsToACircle";
@@ -183,7 +184,7 @@ TEST_F(Errors, OfTheLibraryNameTheOperationAndItsStep) {
     });
 }
 
-TEST_F(Errors, OfTheFileNameTheValueThatFailed) {
+TEST_F(Errors, NameTheOperationOfTheGeometryFile) {
     constexpr const wchar_t* reading = L"RoundThePole::ReadDoubleFromIniFile";
     constexpr const wchar_t* notRead = L"Failed To Read from File";
     const auto calculator = CreateCalculator();
@@ -193,15 +194,16 @@ TEST_F(Errors, OfTheFileNameTheValueThatFailed) {
          [&] { return ReturnedBy([&] { return calculator->LoadHeadGeometryFromFile(Bstr(nowhere).Address()); }); },
          QMV_E_READ_FROM_FILE, reading, notRead, fixedError},
         {"an empty file", [&] { return Loading(""); }, QMV_E_READ_FROM_FILE, reading, notRead, fixedError},
-        {"a stored sentinel", [&] { return Loading("[HEADCENTRE]\r\nX=1\r\nY=2\r\nZ=999999999\r\n"); },
-         QMV_E_READ_FROM_FILE, reading, notRead, fixedError},
-        {"nowhere to save",
+        {"a stored 999999999, which marks a missing number",
+         [&] { return Loading("[HEADCENTRE]\r\nX=1\r\nY=2\r\nZ=999999999\r\n"); }, QMV_E_READ_FROM_FILE, reading,
+         notRead, fixedError},
+        {"saving into a folder that does not exist",
          [&] { return ReturnedBy([&] { return calculator->SaveHeadGeometryToFile(Bstr(nowhere).Address()); }); },
          QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File", fixedError},
     });
 }
 
-TEST_F(Errors, LeaveTheObjectReadyForTheNextCall) {
+TEST_F(Errors, DoNotAffectTheNextCall) {
     const auto calculator = At(15.0, 30.0);
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(Plan(*calculator.Get(), 7.0, 0.0).code, QMV_E_INVALID_TARGET);

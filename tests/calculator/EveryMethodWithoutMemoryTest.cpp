@@ -9,8 +9,9 @@
 
 using namespace qmv40;
 
-/// Every method, succeeding and failing, through each interface of plain and aggregated objects, with every allocation
-/// made to fail in turn: its own code or E_OUTOFMEMORY, nothing leaked, and the object as good as before.
+/// Calls every method, with success and with failure, through each interface of plain and aggregated objects. Each
+/// allocation fails in turn. Each call must end with its own code or with E_OUTOFMEMORY, leak nothing, and leave the
+/// object unchanged.
 
 namespace {
 
@@ -19,14 +20,14 @@ using Extent = FailingAllocations::Extent;
 constexpr Extent extents[] = {Extent::One, Extent::AllAfter};
 constexpr long moreThanEnough = 5000;
 
-/// A calculator as one of the interfaces, with whatever owns it.
+/// A calculator through one of its interfaces, and the objects that own it.
 struct Object {
     ComPointer<IUnknown> owner;
     ComPointer<IQMVCalculator2> calculator;
-    ComPointer<IQMVCalculator> first; ///< asked for by its own identifier
+    ComPointer<IQMVCalculator> first; ///< queried by its own identifier
 };
 
-/// An object that has the calculator inside it.
+/// An outer object that aggregates a calculator.
 class Outer final : public IUnknown {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -63,7 +64,7 @@ Object Aggregated() {
     return object;
 }
 
-/// What a call wrote to its caller, if anything.
+/// The output of a call, if it has one.
 using Numbers = std::array<double, numbersInAPlan>;
 
 struct Method {
@@ -74,7 +75,7 @@ struct Method {
 
 class EveryMethod : public PreparedCalculator {
 protected:
-    /// Puts the object into the state that all calls start from: a geometry, and the head at (30, -75).
+    /// The state of the object before each call: a geometry, and the head at A = 30, B = -75.
     void Prepare(const Object& object) {
         EXPECT_EQ(Enter(*object.calculator.Get(), Head()), S_OK);
         EXPECT_EQ(object.calculator->SetCurrentHeadPosition(30.0, -75.0), S_OK);
@@ -100,7 +101,7 @@ protected:
         for (const Extent extent : extents) {
             bool wasReached = true;
             for (long n = 0; wasReached; ++n) {
-                ASSERT_LT(n, moreThanEnough) << "no end of allocations";
+                ASSERT_LT(n, moreThanEnough) << "too many allocations";
                 Numbers numbers{};
                 FailingAllocations failing(n, extent);
                 const HRESULT code = Code(method, calculator, numbers);
@@ -110,7 +111,7 @@ protected:
                 if (code == S_OK) {
                     ASSERT_EQ(numbers, expected);
                 }
-                // Whatever has failed, the same can be had now; then everything is as it was.
+                // The same call succeeds now, and then the object has its old state again.
                 Prepare(object);
                 ASSERT_EQ(Code(method, calculator, numbers), method.code);
                 ASSERT_EQ(numbers, expected);
@@ -138,37 +139,37 @@ protected:
         return {
             {"loading", [&](auto& calculator, auto&) { return calculator.LoadHeadGeometryFromFile(saved.Address()); },
              S_OK},
-            {"loading what is not there",
+            {"loading a file that does not exist",
              [&](auto& calculator, auto&) { return calculator.LoadHeadGeometryFromFile(nowhere.Address()); },
              QMV_E_READ_FROM_FILE},
             {"loading without a name",
              [&](auto& calculator, auto&) { return calculator.LoadHeadGeometryFromFile(nullptr); }, E_POINTER},
             {"saving", [&](auto& calculator, auto&) { return calculator.SaveHeadGeometryToFile(saved.Address()); },
              S_OK},
-            {"saving where no file can be",
+            {"saving into a folder that does not exist",
              [&](auto& calculator, auto&) { return calculator.SaveHeadGeometryToFile(nowhere.Address()); },
              QMV_E_WRITE_TO_FILE},
-            {"asking for the position",
+            {"getting the position",
              [](auto& calculator, auto& numbers) {
                  return calculator.GetCurrentHeadPosition(&numbers[0], &numbers[1]);
              },
              S_OK},
-            {"asking for the position with nowhere to put it",
+            {"getting the position with null pointers",
              [](auto& calculator, auto&) { return calculator.GetCurrentHeadPosition(nullptr, nullptr); }, E_POINTER},
             {"setting the position",
              [](auto& calculator, auto&) { return calculator.SetCurrentHeadPosition(45.0, 90.0); }, S_OK},
-            {"setting a position that there is not",
+            {"setting a position that cannot be reached",
              [](auto& calculator, auto&) { return calculator.SetCurrentHeadPosition(7.0, 0.0); }, QMV_E_INVALID_TARGET},
             {"planning", planning(60.0, 120.0), S_OK},
-            {"planning to where the head cannot be", planning(60.0, 200.0), QMV_E_INVALID_TARGET},
-            {"planning into nothing",
+            {"planning to a position that cannot be reached", planning(60.0, 200.0), QMV_E_INVALID_TARGET},
+            {"planning into a null record",
              [](auto& calculator, auto&) { return calculator.CalculateMove(0.0, 0.0, nullptr); }, E_POINTER},
             {"entering", entering(aSet, bSet), S_OK},
             {"entering too few points", entering(fewPoints, bSet), QMV_E_TOO_FEW_POINTS},
-            {"entering the other axis's points", entering(bSet, aSet), QMV_E_FIXED_AXIS_MOVED},
+            {"entering the two sets in the wrong order", entering(bSet, aSet), QMV_E_FIXED_AXIS_MOVED},
             {"entering points on a line", entering(line, bSet), QMV_E_GEOMETRY_IMPOSSIBLE},
             {"entering no array", entering(none, bSet), E_INVALIDARG},
-            {"asking for the start",
+            {"getting the start position",
              [](auto& calculator, auto& numbers) {
                  XYZData start{};
                  const HRESULT code = calculator.GetStartPosition(&start);
@@ -199,7 +200,7 @@ protected:
     long failures = 0;
 };
 
-TEST_F(EveryMethod, HasItsOwnCodeOrThatOfMissingMemoryAndLeavesTheObjectAsItWas) {
+TEST_F(EveryMethod, EndsWithItsOwnCodeOrOutOfMemory) {
     ASSERT_EQ(WithGeometry()->SaveHeadGeometryToFile(saved.Address()), S_OK);
     for (const auto make : {&Plain, &Aggregated}) {
         const Object object = make();
@@ -209,7 +210,7 @@ TEST_F(EveryMethod, HasItsOwnCodeOrThatOfMissingMemoryAndLeavesTheObjectAsItWas)
             FailEveryAllocationOf(method, object, *object.first.Get());
             FailEveryAllocationOf(method, object, *object.calculator.Get());
         }
-        const Method pole{"asking for the pole",
+        const Method pole{"getting the pole sphere's position",
                           [&](IQMVCalculator&, Numbers& numbers) {
                               XYZData found{};
                               const HRESULT code = object.calculator->GetPoleSpherePosition(&found);
@@ -223,7 +224,7 @@ TEST_F(EveryMethod, HasItsOwnCodeOrThatOfMissingMemoryAndLeavesTheObjectAsItWas)
     std::cout << failures << " allocations failed" << std::endl;
 }
 
-TEST_F(EveryMethod, OfANewObjectFailsWithItsOwnCodeOrOutOfMemory) {
+TEST_F(EveryMethod, EndsWithItsOwnCodeOrOutOfMemoryInANewObject) {
     const auto fresh = CreateCalculator();
     double a = 0.0, b = 0.0;
     XYZData start{};
@@ -254,13 +255,13 @@ TEST_F(EveryMethod, OfANewObjectFailsWithItsOwnCodeOrOutOfMemory) {
     }
 }
 
-/// Creates an object for `iid`; plain, or inside `outer`.
+/// Creates an object for `iid`: plain, or aggregated by `outer`.
 HRESULT Create(IClassFactory& factory, IUnknown* outer, REFIID iid) {
     ComPointer<IUnknown> object;
     return factory.CreateInstance(outer, iid, object.Receive());
 }
 
-TEST_F(EveryMethod, OfTheFactoryLeavesNothingBehindWhateverIsAskedOfIt) {
+TEST_F(EveryMethod, LeaksNothingInTheFactory) {
     const auto factory = CalculatorFactory();
     Outer outer;
     const struct {

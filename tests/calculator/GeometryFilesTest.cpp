@@ -8,7 +8,7 @@
 #include <functional>
 #include <iterator>
 
-/// Geometry that is entered, saved, loaded and replaced, as a client does it.
+/// A client enters, saves, loads and replaces geometries.
 
 namespace {
 
@@ -17,7 +17,7 @@ std::string ContentOf(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Blank lines and the kind of line end aside: that is where the platforms' profile writers differ.
+/// Without blank lines and line ends, in which the platforms' profile writers differ.
 std::string LinesOf(const std::filesystem::path& path) {
     std::string lines;
     for (const char c : ContentOf(path))
@@ -49,7 +49,7 @@ protected:
     std::filesystem::path path = folder.Path("head.ini");
 };
 
-TEST_F(GeometryFiles, OfAFreshObjectHoldZerosAndAreNotRefused) {
+TEST_F(GeometryFiles, SavedByANewObjectContainZeros) {
     const auto calculator = CreateCalculator();
     EXPECT_EQ(Save(*calculator.Get()), S_OK);
     EXPECT_EQ(LinesOf(path), "[HEADCENTRE]\nX=0.000000000e+00\nY=0.000000000e+00\nZ=0.000000000e+00\n"
@@ -57,8 +57,9 @@ TEST_F(GeometryFiles, OfAFreshObjectHoldZerosAndAreNotRefused) {
                              "[AlignmentOffset]\nRequiredRotationAroundZ=0.000000000e+00\n");
 }
 
-TEST_F(GeometryFiles, PlanTheSameMovesAsTheGeometryThatWasSaved) {
-    // Ten digits of coordinates in the hundreds, and of an angle in tens of degrees at a reach of a hundred.
+TEST_F(GeometryFiles, GiveTheMovesOfTheSavedGeometry) {
+    // The rounding to ten digits: of coordinates of some hundreds, and of an angle of some 10 degrees at a radius of
+    // 100.
     constexpr double tenDigits = 1e-6;
     const auto saver = At(15.0, -60.0);
     ASSERT_EQ(Save(*saver.Get()), S_OK);
@@ -76,7 +77,7 @@ TEST_F(GeometryFiles, PlanTheSameMovesAsTheGeometryThatWasSaved) {
     EXPECT_NEAR(loaded.RotateToPeg.RotationAngle, saved.RotateToPeg.RotationAngle, tenDigits);
 }
 
-TEST_F(GeometryFiles, AreTheSameAgainWhenALoadedGeometryIsSaved) {
+TEST_F(GeometryFiles, AreTheSameWhenALoadedGeometryIsSaved) {
     ASSERT_EQ(Save(*WithGeometry().Get()), S_OK);
     const std::string before = LinesOf(path);
     const auto calculator = CreateCalculator();
@@ -86,7 +87,7 @@ TEST_F(GeometryFiles, AreTheSameAgainWhenALoadedGeometryIsSaved) {
     EXPECT_EQ(LinesOf(path), before);
 }
 
-TEST_F(GeometryFiles, KeepTheOtherContentOfAFileThatIsSavedOver) {
+TEST_F(GeometryFiles, KeepTheirOtherContentInASave) {
     Write(path, "[Machine]\r\nName=left\r\n[HEADCENTRE]\r\nX=old\r\nNote=kept\r\n[Other]\r\nX=7\r\n");
     ASSERT_EQ(Save(*WithGeometry().Get()), S_OK);
     const std::string lines = LinesOf(path);
@@ -99,13 +100,13 @@ TEST_F(GeometryFiles, KeepTheOtherContentOfAFileThatIsSavedOver) {
     ExpectNear(Pole(*calculator.Get()), {100.0, -200.0, 300.0}, 1e-6);
 }
 
-TEST_F(GeometryFiles, LeaveNothingButTheOneFileBehind) {
+TEST_F(GeometryFiles, AreTheOnlyFilesThatASaveLeaves) {
     ASSERT_EQ(Save(*WithGeometry().Get()), S_OK);
     const auto files = std::filesystem::directory_iterator(folder.Path());
     EXPECT_EQ(std::distance(begin(files), end(files)), 1);
 }
 
-TEST_F(GeometryFiles, CannotBeSavedToAPlaceThatTakesNoFile) {
+TEST_F(GeometryFiles, CannotBeSavedWhereNoFileCanBeCreated) {
     const auto calculator = WithGeometry();
     const std::filesystem::path places[] = {folder.Path("no such folder") / "head.ini", folder.Path()};
     for (const auto& place : places) {
@@ -139,8 +140,8 @@ TEST_F(GeometryFiles, MakeAGeometryAvailableWhenLoaded) {
     EXPECT_EQ(Plan(*calculator.Get(), 0.0, 0.0).code, S_OK);
 }
 
-// Whatever height the file holds: the safe height is 35 above the head centre.
-TEST_F(GeometryFiles, PlanAtTheHeightAboveTheHeadCentreAndNotAtTheSavedOne) {
+// The safe height is 35 above the head centre; the height in the file is not used.
+TEST_F(GeometryFiles, GivePlansAtTheComputedSafeHeight) {
     Write(path, CompleteText());
     const auto calculator = CreateCalculator();
     ASSERT_EQ(Load(*calculator.Get()), S_OK);
@@ -150,7 +151,7 @@ TEST_F(GeometryFiles, PlanAtTheHeightAboveTheHeadCentreAndNotAtTheSavedOne) {
     EXPECT_EQ(moves.MoveToPegAtSafeZ.ZPosition, 38.0);
 }
 
-TEST_F(GeometryFiles, NeitherSetNorClearTheAvailabilityWhenTheyCannotBeLoaded) {
+TEST_F(GeometryFiles, ThatCannotBeLoadedDoNotChangeTheAvailability) {
     Write(path, TextWithoutRotation());
     const auto fresh = CreateCalculator();
     ASSERT_EQ(fresh->SetCurrentHeadPosition(0.0, 0.0), S_OK);
@@ -162,7 +163,7 @@ TEST_F(GeometryFiles, NeitherSetNorClearTheAvailabilityWhenTheyCannotBeLoaded) {
     EXPECT_EQ(Plan(*prepared.Get(), 0.0, 0.0).code, S_OK);
 }
 
-TEST_F(GeometryFiles, ReplaceAllButTheRotationWhenItIsMissing) {
+TEST_F(GeometryFiles, WithoutARotationReplaceTheOtherNumbers) {
     Write(path, TextWithoutRotation());
     const auto calculator = At(15.0, 0.0);
     EXPECT_EQ(Load(*calculator.Get()), QMV_E_READ_FROM_FILE);
@@ -170,7 +171,7 @@ TEST_F(GeometryFiles, ReplaceAllButTheRotationWhenItIsMissing) {
     RequiredMoves moves{};
     ASSERT_EQ(calculator->CalculateMove(15.0, 0.0, &moves), S_OK);
     EXPECT_EQ(moves.MoveToPegAtSafeZ.ZPosition, 65.0);
-    // The negative lever of the ideal head, not turned: locked ball at (-30.3, -19.3, -36.55) from the head centre.
+    // The negative lever of the ideal head: its locked ball is at (-30.3, -19.3, -36.55) from the head centre.
     ExpectNear(moves.EngageWithUnLockLever, {10.0 - 30.3, 20.0 - 19.3, 30.0 - 36.55}, 1e-12);
 }
 
@@ -186,7 +187,7 @@ TEST_F(GeometryFiles, AndEnteredGeometriesReplaceEachOther) {
     ExpectNear(Pole(*calculator.Get()), {-7.0, -8.0, -9.0});
 }
 
-TEST_F(GeometryFiles, KeepTheSafePositionsXAndYThroughAGeometryThatIsEnteredLater) {
+TEST_F(GeometryFiles, KeepTheSafeXAndYWhenAGeometryIsEntered) {
     Write(path, CompleteText());
     const auto calculator = CreateCalculator();
     ASSERT_EQ(Load(*calculator.Get()), S_OK);
@@ -200,7 +201,7 @@ TEST_F(GeometryFiles, KeepTheSafePositionsXAndYThroughAGeometryThatIsEnteredLate
 
 class Geometry : public PreparedCalculator {};
 
-TEST_F(Geometry, OfAFreshObjectIsAHeadCentreAtTheOrigin) {
+TEST_F(Geometry, OfANewObjectHasItsHeadCentreAtTheOrigin) {
     EXPECT_EQ(Pole(*CreateCalculator().Get()), (XYZData{0.0, 0.0, 0.0}));
 }
 
@@ -215,7 +216,7 @@ TEST_F(Geometry, HasTheSimulatedPoleAsItsHeadCentre) {
     }
 }
 
-TEST_F(Geometry, LeavesTheCallersPointsAsTheyWere) {
+TEST_F(Geometry, DoesNotChangeTheCallersPoints) {
     const auto points = Head().ASet(45.0);
     AlignmentArray aAxisPoints(points);
     AlignmentArray bAxisPoints(Head().BSet(60.0));
@@ -243,7 +244,7 @@ TEST_F(Geometry, StaysAvailableWhenANewOneIsRefused) {
     EXPECT_EQ(Plan(*prepared.Get(), 0.0, 0.0).code, S_OK);
 }
 
-TEST_F(Geometry, TakesTheSettingsOfTheMomentItIsEntered) {
+TEST_F(Geometry, UsesTheSettingsAtTheTimeOfItsEntry) {
     const auto calculator = At(0.0, 0.0);
     settings.SetText("Head Centre To Lever Centre X Offset", "31.3");
     RequiredMoves before{};
@@ -256,7 +257,7 @@ TEST_F(Geometry, TakesTheSettingsOfTheMomentItIsEntered) {
     EXPECT_NEAR(moved, 1.0, geometryTolerance);
 }
 
-TEST_F(Geometry, TakesTheLeversRotationsAfreshForEveryMove) {
+TEST_F(Geometry, ReadsTheLeverRotationsAgainForEveryPlan) {
     const auto calculator = At(0.0, 0.0);
     RequiredMoves moves{};
     ASSERT_EQ(calculator->CalculateMove(0.0, 0.0, &moves), S_OK);

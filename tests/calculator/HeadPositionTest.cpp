@@ -11,7 +11,7 @@ namespace {
 
 class HeadPosition : public PreparedCalculator {};
 
-/// A calculator that shows the angles it keeps, hidden or not.
+/// A calculator that shows its stored angles, also while the position is unknown.
 class OpenCalculator : public CQMVCalculator {
 public:
     using CQMVCalculator::currentA;
@@ -21,7 +21,7 @@ protected:
     ~OpenCalculator() = default;
 };
 
-TEST_F(HeadPosition, IsUnknownToAFreshObject) {
+TEST_F(HeadPosition, OfANewObjectIsUnknown) {
     const auto calculator = CreateCalculator();
     double a = 1.25;
     double b = 2.5;
@@ -34,7 +34,7 @@ TEST_F(HeadPosition, IsUnknownToAFreshObject) {
     EXPECT_EQ(b, 2.5);
 }
 
-TEST_F(HeadPosition, IsGivenBackAsItWasSetWithoutRounding) {
+TEST_F(HeadPosition, IsReturnedAsItWasSetWithoutRounding) {
     const auto calculator = CreateCalculator();
     for (double a = 0.0; a <= 90.0; a += 15.0) {
         for (double b = -180.0; b <= 180.0; b += 15.0) {
@@ -50,7 +50,7 @@ TEST_F(HeadPosition, NeedsNoGeometry) {
     EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{45.0, -180.0}));
 }
 
-// A refused position hides the one before it, also from planning: where the head stands is in doubt.
+// After a refused position the head's position is in doubt, so that planning fails too.
 TEST_F(HeadPosition, IsUnknownAfterARefusalUntilTheNextSuccess) {
     const auto calculator = At(45.0, 0.0);
     EXPECT_EQ(calculator->SetCurrentHeadPosition(10.0, 0.0), QMV_E_INVALID_TARGET);
@@ -64,7 +64,7 @@ TEST_F(HeadPosition, IsUnknownAfterARefusalUntilTheNextSuccess) {
     EXPECT_EQ(Plan(*calculator.Get(), 0.0, 0.0).code, S_OK);
 }
 
-TEST_F(HeadPosition, KeepsItsAnglesWhenANewOneIsRefused) {
+TEST_F(HeadPosition, KeepsItsStoredAnglesAfterARefusal) {
     StandaloneObject<OpenCalculator> calculator;
     ASSERT_EQ(calculator.SetCurrentHeadPosition(45.0, -30.0), S_OK);
     ASSERT_EQ(calculator.SetCurrentHeadPosition(10.0, 0.0), QMV_E_INVALID_TARGET);
@@ -90,16 +90,16 @@ TEST_F(HeadPosition, IsTheRoundedTargetAfterAMove) {
     EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{45.0, -90.0}));
 }
 
-TEST_F(HeadPosition, StaysWhatItWasWhenATargetIsRefused) {
+TEST_F(HeadPosition, DoesNotChangeWhenATargetIsRefused) {
     const auto calculator = At(30.0, 60.0);
     EXPECT_EQ(Plan(*calculator.Get(), 7.0, 0.0).code, QMV_E_INVALID_TARGET);
     EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{30.0, 60.0}))
-        << "known still: only a refused setting hides it";
+        << "only a refused SetCurrentHeadPosition makes it unknown";
 }
 
-// The only stored angle that rounding changes is the negative zero, which is accepted as it stands: asking for the
-// start position plans a move from the current position to itself, and so rounds the stored position. This is required.
-TEST_F(HeadPosition, IsMovedToItsRoundedSelfByAskingForTheStartPosition) {
+// GetStartPosition plans from the current position to itself, and so rounds the stored angles. This is required. The
+// only stored angle that rounding changes is the negative zero.
+TEST_F(HeadPosition, IsRoundedByGetStartPosition) {
     const auto calculator = At(-0.0, -0.0);
     EXPECT_TRUE(std::signbit(CurrentPosition(*calculator.Get()).a));
     EXPECT_TRUE(std::signbit(CurrentPosition(*calculator.Get()).b));
@@ -109,7 +109,7 @@ TEST_F(HeadPosition, IsMovedToItsRoundedSelfByAskingForTheStartPosition) {
     EXPECT_FALSE(std::signbit(CurrentPosition(*calculator.Get()).b));
 }
 
-TEST_F(HeadPosition, IsEachObjectsOwn) {
+TEST_F(HeadPosition, IsSeparateInEachObject) {
     const auto one = CreateCalculator();
     const auto other = CreateCalculator();
     EXPECT_EQ(one->SetCurrentHeadPosition(15.0, 30.0), S_OK);

@@ -9,7 +9,7 @@
 
 using namespace qmv40;
 
-/// Creation, identity and lifetime, as any client sees them on any platform.
+/// Creation, identity and lifetime: the same for every client on every platform.
 
 namespace {
 
@@ -25,20 +25,20 @@ constexpr NamedInterface interfaces[] = {{"IUnknown", &IID_IUnknown},
                                          {"IQMVCalculator2", &IID_IQMVCalculator2},
                                          {"ISupportErrorInfo", &IID_ISupportErrorInfo}};
 
-/// Asks `from` for `iid`. The interfaces all begin with those of IUnknown.
+/// Queries `from` for `iid`. All interfaces begin with the methods of IUnknown.
 ComPointer<IUnknown> Ask(IUnknown& from, REFIID iid) {
     ComPointer<IUnknown> answer;
     from.QueryInterface(iid, answer.Receive());
     return answer;
 }
 
-/// The references that `object` has besides the one that counting takes.
+/// The number of references to `object`.
 ULONG References(IUnknown& object) {
     object.AddRef();
     return object.Release();
 }
 
-TEST(Calculator, AnswersEachOfItsInterfacesFromEachOther) {
+TEST(Calculator, ReturnsEachOfItsInterfacesFromEachOther) {
     const auto calculator = CreateCalculator();
     ASSERT_TRUE(calculator);
     for (const auto& [fromName, from] : interfaces) {
@@ -63,18 +63,18 @@ TEST(Calculator, HasOneIdentityForAllItsInterfaces) {
     EXPECT_NE(Ask(*other.Get(), IID_IUnknown).Get(), identity.Get());
 }
 
-TEST(Calculator, AnswersTheSamePointerEveryTime) {
+TEST(Calculator, ReturnsTheSamePointerEveryTime) {
     const auto calculator = CreateCalculator();
     for (const auto& [name, iid] : interfaces)
         EXPECT_EQ(Ask(*calculator.Get(), *iid).Get(), Ask(*calculator.Get(), *iid).Get()) << name;
 }
 
-TEST(Calculator, ServesBothItsInterfacesThroughOnePointer) {
+TEST(Calculator, HasOnePointerForBothItsInterfaces) {
     const auto calculator = CreateCalculator();
     EXPECT_EQ(Ask(*calculator.Get(), IID_IQMVCalculator).Get(), Ask(*calculator.Get(), IID_IQMVCalculator2).Get());
 }
 
-TEST(Calculator, RefusesInterfacesThatItDoesNotHaveAndClearsThePointer) {
+TEST(Calculator, RefusesOtherInterfacesAndClearsThePointer) {
     const auto calculator = CreateCalculator();
     for (const IID* const iid : {&unknownIdentifier, &IID_IClassFactory, &CLSID_QMVCalculator}) {
         int anything = 0;
@@ -98,10 +98,10 @@ TEST(Calculator, BeginsWithoutAReference) {
     auto inner = std::make_unique<AggregatedObject<CQMVCalculator>>(nullptr);
     EXPECT_EQ(inner->AddRef(), 1U);
     EXPECT_EQ(inner.release()->Release(), 0U);
-    EXPECT_EQ(DllCanUnloadNow(), S_OK) << "both are gone";
+    EXPECT_EQ(DllCanUnloadNow(), S_OK) << "both objects must be deleted";
 }
 
-TEST(Calculator, CountsOneReferenceForEachAnswer) {
+TEST(Calculator, CountsOneReferenceForEachQuery) {
     const auto calculator = CreateCalculator();
     EXPECT_EQ(References(*calculator.Get()), 1U);
     for (const auto& [name, iid] : interfaces) {
@@ -112,8 +112,8 @@ TEST(Calculator, CountsOneReferenceForEachAnswer) {
     EXPECT_EQ(References(*calculator.Get()), 1U);
 }
 
-// The second interface's methods set the error record too; that the object does not say so is required.
-TEST(Calculator, SaysThatErrorsAreRecordedForItsFirstInterfaceOnly) {
+// The method of the second interface sets the error record too. The object does not report that: required.
+TEST(Calculator, ReportsErrorRecordsForItsFirstInterfaceOnly) {
     const auto calculator = CreateCalculator();
     ComPointer<ISupportErrorInfo> support;
     ASSERT_EQ(calculator->QueryInterface(IID_ISupportErrorInfo, support.Receive()), S_OK);
@@ -165,7 +165,7 @@ TEST(ClassObject, CreatesForEveryInterfaceAndRefusesOthers) {
     EXPECT_EQ(object, nullptr);
     EXPECT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, nullptr), E_POINTER);
     factory = ComPointer<IClassFactory>();
-    EXPECT_EQ(DllCanUnloadNow(), S_OK) << "a refused object is gone";
+    EXPECT_EQ(DllCanUnloadNow(), S_OK) << "a refused object must be deleted";
 }
 
 TEST(Module, CannotUnloadWhileAnObjectLives) {
@@ -178,7 +178,7 @@ TEST(Module, CannotUnloadWhileAnObjectLives) {
             const auto sameAgain = Ask(*other.Get(), IID_ISupportErrorInfo);
             EXPECT_EQ(DllCanUnloadNow(), S_FALSE);
         }
-        EXPECT_EQ(DllCanUnloadNow(), S_FALSE) << "one is left";
+        EXPECT_EQ(DllCanUnloadNow(), S_FALSE) << "one object is left";
     }
     EXPECT_EQ(DllCanUnloadNow(), S_OK);
 }
@@ -193,7 +193,7 @@ TEST(Module, CannotUnloadWhileItIsLocked) {
     EXPECT_EQ(DllCanUnloadNow(), S_OK);
 }
 
-/// An object that takes a calculator in as a part of itself and passes questions on to it.
+/// An outer object that aggregates a calculator and passes queries on to it.
 class Outer final : public IUnknown {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -211,7 +211,7 @@ public:
     ComPointer<IUnknown> inner;
 };
 
-TEST(AggregatedCalculator, IsGivenOutAsItsInnerIdentityOnly) {
+TEST(AggregatedCalculator, IsCreatedAsIUnknownOnly) {
     for (const IID* const iid : {&IID_IQMVCalculator, &IID_IQMVCalculator2, &IID_ISupportErrorInfo}) {
         Outer outer;
         EXPECT_EQ(outer.TakeIn(*iid), CLASS_E_NOAGGREGATION);
@@ -224,17 +224,17 @@ TEST(AggregatedCalculator, IsGivenOutAsItsInnerIdentityOnly) {
 TEST(AggregatedCalculator, BelongsToTheOuterObject) {
     Outer outer;
     ASSERT_EQ(outer.TakeIn(IID_IUnknown), S_OK);
-    EXPECT_EQ(outer.references, 1U) << "the inner object holds no reference on its owner";
+    EXPECT_EQ(outer.references, 1U) << "the inner object must hold no reference to the outer one";
     {
         ComPointer<IQMVCalculator2> calculator;
         ASSERT_EQ(outer.QueryInterface(IID_IQMVCalculator2, calculator.Receive()), S_OK);
-        EXPECT_EQ(outer.references, 2U) << "references on a part are references on the whole";
+        EXPECT_EQ(outer.references, 2U) << "a reference to an inner interface must count at the outer object";
         EXPECT_EQ(Ask(*calculator.Get(), IID_IUnknown).Get(), static_cast<IUnknown*>(&outer));
         EXPECT_EQ(calculator->SetCurrentHeadPosition(15.0, 30.0), S_OK);
     }
     EXPECT_EQ(outer.references, 1U);
     EXPECT_NE(Ask(*outer.inner.Get(), IID_IUnknown).Get(), static_cast<IUnknown*>(&outer))
-        << "the inner object keeps an identity of its own for its owner";
+        << "the inner IUnknown must stay separate from the outer one";
     EXPECT_EQ(DllCanUnloadNow(), S_FALSE);
     outer.inner = ComPointer<IUnknown>();
     EXPECT_EQ(DllCanUnloadNow(), S_OK);

@@ -5,9 +5,9 @@
 
 #include <functional>
 
-/// Fails one allocation of `call` after the other, first alone and then together with all later ones, until a call ends
-/// before the allocation that would fail. `check` gets the code of each call, returned or thrown, when memory is back.
-/// Returns how many allocations failed.
+/// Runs `call` again and again. In each run the next allocation fails, first alone and then together with all later
+/// ones. Ends after a run in which no allocation failed. After each run, with memory available again, `check` gets the
+/// code that the call returned or threw. Returns the number of runs in which an allocation failed.
 inline long ForEveryAllocation(const std::function<HRESULT()>& call, const std::function<void(HRESULT)>& check) {
     constexpr long moreThanEnough = 20000;
     long failures = 0;
@@ -25,7 +25,7 @@ inline long ForEveryAllocation(const std::function<HRESULT()>& call, const std::
             check(code);
             if (!reached) break;
             ++failures;
-            if (n + 1 >= moreThanEnough) ADD_FAILURE() << "no end of allocations";
+            if (n + 1 >= moreThanEnough) ADD_FAILURE() << "more than " << moreThanEnough << " allocations";
         }
     }
     return failures;

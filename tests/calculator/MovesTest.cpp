@@ -27,7 +27,7 @@ std::size_t Untouched(const RequiredMoves& moves) {
     return static_cast<std::size_t>(std::count(numbers.begin(), numbers.end(), untouched));
 }
 
-TEST(RequiredMovesRecord, HasItsFieldsWhereClientsLookForThem) {
+TEST(RequiredMovesRecord, HasItsFieldsAtTheRequiredOffsets) {
     EXPECT_EQ(sizeof(RequiredMoves), 680U);
     const std::pair<std::size_t, std::size_t> offsets[] = {{offsetof(RequiredMoves, ApproachUnLockLever), 0},
                                                            {offsetof(RequiredMoves, EngageWithUnLockLever), 24},
@@ -91,7 +91,7 @@ TEST_F(Moves, FailByThrowingTheCode) {
     EXPECT_THROW(calculator->CalculateMove(0.0, 0.0, &moves), HRESULT);
     const Raised raised = Plan(*calculator.Get(), 0.0, 0.0);
     EXPECT_EQ(raised.code, QMV_E_NO_HEAD_GEOMETRY);
-    ASSERT_TRUE(raised.record) << "the record is there as with every other failure";
+    ASSERT_TRUE(raised.record) << "the record must be set as for every other failure";
     EXPECT_EQ(raised.record->source, L"CQMVCalculator::CalculateMove");
 }
 
@@ -102,7 +102,7 @@ TEST_F(Moves, DoNotChangeTheRecordWhenTheyAreRefused) {
     EXPECT_EQ(Untouched(moves), numbersInAPlan);
 }
 
-TEST_F(Moves, FillEveryFieldAlsoFromAPositionToItself) {
+TEST_F(Moves, FromAPositionToItselfFillEveryField) {
     for (const auto& [a, b] : {std::pair{0.0, 0.0}, {45.0, 90.0}, {90.0, -180.0}, {90.0, 180.0}}) {
         SCOPED_TRACE(testing::Message() << a << ", " << b);
         const auto calculator = At(a, b);
@@ -115,7 +115,7 @@ TEST_F(Moves, FillEveryFieldAlsoFromAPositionToItself) {
     }
 }
 
-TEST_F(Moves, AreTheSameForTargetsThatRoundToTheSame) {
+TEST_F(Moves, AreTheSameForTargetsWithTheSameRounding) {
     RequiredMoves exact{};
     RequiredMoves rounded{};
     ASSERT_EQ(At(15.0, 30.0)->CalculateMove(45.0, -90.0, &exact), S_OK);
@@ -123,7 +123,7 @@ TEST_F(Moves, AreTheSameForTargetsThatRoundToTheSame) {
     EXPECT_EQ(NumbersOf(exact), NumbersOf(rounded));
 }
 
-TEST_F(Moves, MakeATourWhenPlannedOneAfterTheOther) {
+TEST_F(Moves, PlannedOneAfterTheOtherMakeATour) {
     const auto touring = At(0.0, 0.0);
     const auto starting = At(0.0, 0.0);
     constexpr std::pair<double, double> stops[] = {{45.0, 90.0}, {90.0, -180.0}, {0.0, 180.0}, {15.0, -15.0}};
@@ -139,7 +139,7 @@ TEST_F(Moves, MakeATourWhenPlannedOneAfterTheOther) {
     }
 }
 
-TEST_F(Moves, StartWhereTheStartPositionSays) {
+TEST_F(Moves, BeginAtTheStartPosition) {
     for (double a = 0.0; a <= 90.0; a += 45.0) {
         for (double b = -180.0; b <= 180.0; b += 45.0) {
             SCOPED_TRACE(testing::Message() << a << ", " << b);
@@ -151,19 +151,19 @@ TEST_F(Moves, StartWhereTheStartPositionSays) {
             EXPECT_EQ(calculator->CalculateMove(a, b, &moves), S_OK);
             EXPECT_EQ(start, moves.ApproachUnLockLever);
             EXPECT_EQ(calculator->CalculateMove(90.0 - a, -b, &moves), S_OK);
-            EXPECT_EQ(start, moves.ApproachUnLockLever) << "wherever the moves lead";
+            EXPECT_EQ(start, moves.ApproachUnLockLever) << "for every target";
         }
     }
 }
 
-TEST_F(Moves, ReportTheirFailureThroughTheStartPositionAsAResult) {
+TEST_F(Moves, ThatFailMakeGetStartPositionReturnTheCode) {
     XYZData start{};
     const auto calculator = CreateCalculator();
     const Raised raised = ReturnedBy([&] { return calculator->GetStartPosition(&start); });
     EXPECT_EQ(raised.code, QMV_E_NO_HEAD_GEOMETRY);
     ASSERT_TRUE(raised.record);
     EXPECT_EQ(raised.record->source, L"CQMVCalculator::CalculateMove")
-        << "the operation that failed, not the one asked";
+        << "the record names the operation that failed, not GetStartPosition";
 }
 
 class ReferenceGeometry : public PreparedCalculator {
@@ -181,8 +181,8 @@ protected:
         EXPECT_EQ(calculator->EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address()), S_OK);
         return calculator;
     }
-    /// Relative where numbers are large; coordinates and angles near zero come from numbers of the size of one and
-    /// more.
+    /// Relative for large numbers, and absolute for small ones: coordinates and angles near zero are computed from
+    /// numbers of about 1 and more.
     static void ExpectClose(double actual, double expected, const std::string& what) {
         if (std::isnan(expected)) {
             EXPECT_TRUE(std::isnan(actual)) << what;
@@ -192,7 +192,7 @@ protected:
     }
 };
 
-TEST_F(ReferenceGeometry, HasItsHeadCentresFound) {
+TEST_F(ReferenceGeometry, HasTheHeadCentresOfTheReference) {
     for (const ReferenceHead& head : LoadReferenceHeads()) {
         SCOPED_TRACE(head.name);
         Store(head);
@@ -203,7 +203,7 @@ TEST_F(ReferenceGeometry, HasItsHeadCentresFound) {
     }
 }
 
-TEST_F(ReferenceGeometry, HasItsMovesPlanned) {
+TEST_F(ReferenceGeometry, HasTheMovesOfTheReference) {
     for (const ReferenceHead& head : LoadReferenceHeads()) {
         SCOPED_TRACE(head.name);
         Store(head);
@@ -221,8 +221,8 @@ TEST_F(ReferenceGeometry, HasItsMovesPlanned) {
     }
 }
 
-TEST_F(ReferenceGeometry, IsSavedToItsLastDigitButForRoundingTies) {
-    // A value this near to the middle between two texts may fall to either side.
+TEST_F(ReferenceGeometry, IsSavedWithTheDigitsOfTheReference) {
+    // A value this near to the middle between two texts may have either text.
     constexpr double tie = 1e-12;
     for (const ReferenceHead& head : LoadReferenceHeads()) {
         SCOPED_TRACE(head.name);

@@ -4,8 +4,8 @@
 
 namespace {
 
-// Without the platform's type library there is no late binding, and nothing pretends that there is.
-TEST(Calculator, OffersNoLateBindingWhereThePlatformHasNone) {
+// There is no late binding on platforms without type libraries.
+TEST(Calculator, HasNoLateBindingOnThisPlatform) {
     const auto calculator = CreateCalculator();
     int anything = 0;
     void* object = &anything;

@@ -17,7 +17,7 @@ TEST_F(NullPointers, AreRefusedForFileNames) {
     EXPECT_EQ(Pole(*calculator.Get()), before);
 }
 
-TEST_F(NullPointers, AreRefusedForEitherAngleAndTheOtherIsNotWritten) {
+TEST_F(NullPointers, AreRefusedForEachAngleAndNothingIsWritten) {
     const auto calculator = At(15.0, 30.0);
     double angle = 1.25;
     EXPECT_EQ(calculator->GetCurrentHeadPosition(nullptr, &angle), E_POINTER);
@@ -27,14 +27,14 @@ TEST_F(NullPointers, AreRefusedForEitherAngleAndTheOtherIsNotWritten) {
     EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{15.0, 30.0}));
 }
 
-// Thrown like everything that CalculateMove meets.
-TEST_F(NullPointers, AreRefusedForTheMovesByAThrow) {
+// CalculateMove throws all its failures.
+TEST_F(NullPointers, AreRefusedForTheMovesWithAnException) {
     const auto calculator = At(15.0, 30.0);
     EXPECT_EQ(Plan(*calculator.Get(), 45.0, 90.0, nullptr).code, E_POINTER);
     EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{15.0, 30.0}));
 }
 
-TEST_F(NullPointers, AreRefusedForEitherSetOfPoints) {
+TEST_F(NullPointers, AreRefusedForEachSetOfPoints) {
     const auto calculator = WithGeometry();
     const XYZData before = Pole(*calculator.Get());
     SimulatedHead elsewhere = Head();
@@ -67,14 +67,14 @@ TEST_F(NullPointers, AreCheckedAfterTheFlagsAndTheTarget) {
     EXPECT_EQ(CurrentPosition(*ready.Get()), (Position{15.0, 30.0}));
 }
 
-TEST_F(NullPointers, AreRefusedForThePointsThatAreAskedFor) {
+TEST_F(NullPointers, AreRefusedForPositions) {
     const auto calculator = At(-0.0, -0.0);
     EXPECT_EQ(calculator->GetStartPosition(nullptr), E_POINTER);
     EXPECT_EQ(calculator->GetPoleSpherePosition(nullptr), E_POINTER);
-    EXPECT_TRUE(std::signbit(CurrentPosition(*calculator.Get()).a)) << "not even the rounding of the stored position";
+    EXPECT_TRUE(std::signbit(CurrentPosition(*calculator.Get()).a)) << "the stored position must not be rounded";
 }
 
-TEST_F(NullPointers, GiveAFreshObjectNoGeometry) {
+TEST_F(NullPointers, DoNotMakeAGeometryAvailable) {
     const auto calculator = CreateCalculator();
     EXPECT_EQ(calculator->SetCurrentHeadPosition(0.0, 0.0), S_OK);
     EXPECT_EQ(calculator->LoadHeadGeometryFromFile(nullptr), E_POINTER);

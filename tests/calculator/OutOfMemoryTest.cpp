@@ -10,8 +10,8 @@
 
 using namespace qmv40;
 
-/// Running out of memory is E_OUTOFMEMORY, returned by the seven methods that return their failures and thrown by
-/// CalculateMove, wherever it happens; and a call that succeeds all the same has done all of its work.
+/// When memory runs out at any place, the method fails with E_OUTOFMEMORY: seven methods return it, CalculateMove
+/// throws it. A call that succeeds although an allocation failed must have its full effect.
 
 namespace {
 
@@ -37,7 +37,7 @@ protected:
         EXPECT_TRUE(code == S_OK || code == E_OUTOFMEMORY) << std::hex << "0x" << static_cast<unsigned>(code);
     }
 
-    /// What `calculator` plans now, from one position to another.
+    /// A plan of `calculator` from one position to another.
     static std::array<double, numbersInAPlan> PlannedBy(IQMVCalculator& calculator) {
         RequiredMoves moves{};
         EXPECT_EQ(calculator.SetCurrentHeadPosition(30.0, -75.0), S_OK);
@@ -46,7 +46,7 @@ protected:
     }
 };
 
-TEST_F(OutOfMemory, RefusesANewObjectAndLeavesNothingOfIt) {
+TEST_F(OutOfMemory, PreventsANewObjectAndLeaksNothing) {
     auto factory = CalculatorFactory();
     const auto expected = PlannedBy(*WithGeometry().Get());
     const HRESULT withTheFactoryHeld = DllCanUnloadNow();
@@ -72,7 +72,7 @@ TEST_F(OutOfMemory, RefusesANewObjectAndLeavesNothingOfIt) {
     EXPECT_EQ(DllCanUnloadNow(), S_OK);
 }
 
-TEST_F(OutOfMemory, RefusesAGeometryThatIsEnteredAndCanTakeItLater) {
+TEST_F(OutOfMemory, PreventsTheEntryOfAGeometryUntilTheNextTry) {
     const auto expected = PlannedBy(*WithGeometry().Get());
     AlignmentArray aAxisPoints(Head().ASet(45.0));
     AlignmentArray bAxisPoints(Head().BSet(60.0));
@@ -94,7 +94,7 @@ TEST_F(OutOfMemory, RefusesAGeometryThatIsEnteredAndCanTakeItLater) {
     EXPECT_GT(failures, 0);
 }
 
-TEST_F(OutOfMemory, RefusesAGeometryThatIsLoadedAndCanLoadItLater) {
+TEST_F(OutOfMemory, PreventsTheLoadOfAGeometryUntilTheNextTry) {
     const TemporaryFolder folder;
     Bstr name(folder.Path("head.ini"));
     ASSERT_EQ(WithGeometry()->SaveHeadGeometryToFile(name.Address()), S_OK);
@@ -115,7 +115,7 @@ TEST_F(OutOfMemory, RefusesAGeometryThatIsLoadedAndCanLoadItLater) {
     EXPECT_GT(failures, 0);
 }
 
-TEST_F(OutOfMemory, LeavesAWholeFileOrNoneAndNothingBesides) {
+TEST_F(OutOfMemory, LeavesAWholeFileOrNone) {
     const TemporaryFolder folder;
     const auto path = folder.Path("head.ini");
     Bstr name(path);
@@ -129,16 +129,16 @@ TEST_F(OutOfMemory, LeavesAWholeFileOrNoneAndNothingBesides) {
                            if (SUCCEEDED(code)) {
                                EXPECT_EQ(ContentOf(path), expected);
                            }
-                           EXPECT_EQ(std::filesystem::remove(path), SUCCEEDED(code)) << "all of it or nothing";
+                           EXPECT_EQ(std::filesystem::remove(path), SUCCEEDED(code))
+                               << "the file must be whole or missing";
                            EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
                        });
 }
 
-/// How many numbers of a plan come from each step of the planning, in the order of the steps and of the record.
+/// The number of doubles that each step of a plan writes, in the order of the steps and of the record.
 constexpr std::size_t numbersOfSteps[] = {16, 7, 9, 21, 6, 7, 19};
 
-/// Every number is either untouched or what it will be, and none is touched before a step all of whose predecessors
-/// are.
+/// Every number has its old value or its final one, and a step writes only after all steps before it are complete.
 void ExpectFilledFromTheFront(const std::array<double, numbersInAPlan>& actual,
                               const std::array<double, numbersInAPlan>& expected) {
     for (std::size_t i = 0; i < numbersInAPlan; ++i)
@@ -148,7 +148,7 @@ void ExpectFilledFromTheFront(const std::array<double, numbersInAPlan>& actual,
     for (const std::size_t numbers : numbersOfSteps) {
         const auto left = std::count(step, step + numbers, untouched);
         if (ended) {
-            EXPECT_EQ(left, static_cast<std::ptrdiff_t>(numbers)) << "a later step was taken";
+            EXPECT_EQ(left, static_cast<std::ptrdiff_t>(numbers)) << "a later step has written";
         }
         ended = ended || left != 0;
         step += numbers;
@@ -181,11 +181,11 @@ TEST_F(OutOfMemory, LeavesARecordPartlyFilledAndThePositionUnchanged) {
                                clear();
                            });
     EXPECT_GT(failures, 0);
-    EXPECT_GT(partlyFilled, 0U) << "the lever rotations are read while the record is being filled";
+    EXPECT_GT(partlyFilled, 0U) << "the settings of the lever rotations are read while the record is filled";
     EXPECT_EQ(PlannedBy(*calculator.Get()), expected);
 }
 
-TEST_F(OutOfMemory, LeavesTheStartPositionUnwritten) {
+TEST_F(OutOfMemory, DoesNotWriteTheStartPosition) {
     const auto calculator = At(30.0, -75.0);
     const auto expected = PlannedBy(*calculator.Get());
     ASSERT_EQ(calculator->SetCurrentHeadPosition(30.0, -75.0), S_OK);
@@ -217,7 +217,7 @@ TEST_F(OutOfMemory, DoesNotAffectMethodsThatPassNumbersOnly) {
     ExpectNear(pole, Pole(*calculator.Get()), 0.0);
 }
 
-TEST_F(OutOfMemory, RefusesAWrongPositionAndMakesItUnknown) {
+TEST_F(OutOfMemory, MakesThePositionUnknownAfterARefusal) {
     const auto calculator = At(30.0, -75.0);
     ForEveryAllocation([&] { return calculator->SetCurrentHeadPosition(7.0, 0.0); },
                        [&](HRESULT code) {
@@ -227,7 +227,7 @@ TEST_F(OutOfMemory, RefusesAWrongPositionAndMakesItUnknown) {
                        });
 }
 
-TEST_F(OutOfMemory, StillRefusesAMoveThatCannotBePlanned) {
+TEST_F(OutOfMemory, DoesNotHideTheRefusalOfATarget) {
     const auto calculator = CreateCalculator();
     RequiredMoves moves{};
     ForEveryAllocation([&] { return calculator->CalculateMove(0.0, 0.0, &moves); },

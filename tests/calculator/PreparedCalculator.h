@@ -8,11 +8,11 @@
 
 #include <gtest/gtest.h>
 
-/// Calculators in the states that the tests start from. The head stands at (100, -200, 300), turned by 10 degrees, and
-/// was captured at B = 45, where the quadrant is unambiguous.
+/// Calculators in the states in which the tests begin. The head centre is (100, -200, 300), the head is mounted turned
+/// by 10 degrees, and the A set is captured at B = 45, where the quadrant is unambiguous.
 class PreparedCalculator : public testing::Test {
 protected:
-    SettingsFixture settings; // at first no key: the built-in dimensions, whatever this machine has stored
+    SettingsFixture settings; // without a key at first: the built-in dimensions, not those of this machine
 
     static SimulatedHead Head() {
         SimulatedHead head;
@@ -27,21 +27,21 @@ protected:
         return calculator.EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address());
     }
 
-    /// With a geometry, and nothing said about where the head stands.
+    /// Has a geometry. The head's position is unknown.
     static qmv40::ComPointer<IQMVCalculator2> WithGeometry() {
         auto calculator = CreateCalculator();
         EXPECT_EQ(Enter(*calculator.Get(), Head()), S_OK);
         return calculator;
     }
 
-    /// Ready to plan.
+    /// Has a geometry and a position.
     static qmv40::ComPointer<IQMVCalculator2> At(double a, double b) {
         auto calculator = WithGeometry();
         EXPECT_EQ(calculator->SetCurrentHeadPosition(a, b), S_OK);
         return calculator;
     }
 
-    /// How a plan fails. Checks on the way that CalculateMove never returns a failure.
+    /// The failure of a plan. Checks also that CalculateMove never returns a failure.
     static Raised Plan(IQMVCalculator& calculator, double a, double b, RequiredMoves* moves) {
         return RaisedBy([&] { EXPECT_EQ(calculator.CalculateMove(a, b, moves), S_OK); });
     }
@@ -72,8 +72,8 @@ protected:
     }
 };
 
-/// Fitting a circle to exact points and a few rotations: far above their rounding at these coordinates, far below any
-/// use.
+/// For a circle fit of exact points and some rotations: far above their rounding at these coordinates, and far below
+/// the accuracy of any machine.
 inline constexpr double geometryTolerance = 1e-9;
 
 inline void ExpectNear(const XYZData& actual, const XYZData& expected, double tolerance = geometryTolerance) {

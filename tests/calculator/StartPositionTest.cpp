@@ -8,11 +8,11 @@
 
 using namespace qmv40;
 
-/// The start position as what the object's own CalculateMove makes of it, whatever that returns or throws.
+/// GetStartPosition calls the object's own CalculateMove, whatever that returns or throws.
 
 namespace {
 
-/// A calculator whose CalculateMove does what the test says.
+/// A calculator whose CalculateMove returns or throws the code of the test.
 class ScriptedCalculator : public CQMVCalculator {
 public:
     HRESULT STDMETHODCALLTYPE CalculateMove(double a, double b, RequiredMoves* moves) override {
@@ -44,7 +44,7 @@ protected:
     XYZData start = untouched;
 };
 
-TEST_F(StartPosition, IsCopiedAfterASuccessWhichIsReturned) {
+TEST_F(StartPosition, IsCopiedAfterASuccess) {
     for (const HRESULT success : {S_OK, S_FALSE}) {
         calculator.script = [=] { return success; };
         start = untouched;
@@ -53,7 +53,7 @@ TEST_F(StartPosition, IsCopiedAfterASuccessWhichIsReturned) {
     }
 }
 
-TEST_F(StartPosition, IsNotWrittenAfterAFailureWhichIsReturned) {
+TEST_F(StartPosition, IsNotWrittenAfterAReturnedFailure) {
     for (const HRESULT failure : {E_FAIL, QMV_E_INVALID_TARGET}) {
         calculator.script = [=] { return failure; };
         EXPECT_EQ(calculator.GetStartPosition(&start), failure);
@@ -61,7 +61,7 @@ TEST_F(StartPosition, IsNotWrittenAfterAFailureWhichIsReturned) {
     }
 }
 
-TEST_F(StartPosition, IsNotWrittenAfterAThrownCodeWhichIsReturned) {
+TEST_F(StartPosition, IsNotWrittenAfterAThrownFailure) {
     calculator.script = []() -> HRESULT { RaiseError(QMV_E_NO_HEAD_GEOMETRY, L"a source", L"a description"); };
     const Raised raised = ReturnedBy([&] { return calculator.GetStartPosition(&start); });
     EXPECT_EQ(raised.code, QMV_E_NO_HEAD_GEOMETRY);
@@ -70,15 +70,15 @@ TEST_F(StartPosition, IsNotWrittenAfterAThrownCodeWhichIsReturned) {
     EXPECT_EQ(raised.record->source, L"a source");
 }
 
-TEST_F(StartPosition, IsAskedForFromTheCurrentPositionToItself) {
+TEST_F(StartPosition, IsPlannedFromTheCurrentPositionToItself) {
     ASSERT_EQ(calculator.SetCurrentHeadPosition(45.0, -30.0), S_OK);
     ASSERT_EQ(calculator.GetStartPosition(&start), S_OK);
     EXPECT_EQ(calculator.asked, (std::vector<ScriptedCalculator::Target>{{45.0, -30.0}}));
     EXPECT_TRUE(calculator.wasGivenARecord);
 }
 
-TEST_F(StartPosition, IsCheckedByCalculateMoveAlone) {
-    EXPECT_EQ(calculator.GetStartPosition(&start), S_OK) << "no geometry, no position, and no check of its own";
+TEST_F(StartPosition, HasNoChecksExceptThoseOfCalculateMove) {
+    EXPECT_EQ(calculator.GetStartPosition(&start), S_OK) << "there is no geometry and no position";
     EXPECT_EQ(calculator.asked.size(), 1U);
 }
 

@@ -47,17 +47,17 @@ const Case unrounded[] = {
     {-0.0, -0.0, accepted, "a negative zero is not below zero"},
     {15.0, -15.0, accepted, "steps on the negative side count too"},
     {75.0, -165.0, accepted, "steps on the negative side count too"},
-    {-1e-300, 0.0, aRange, "any bit below zero"},
-    {-15.0, 0.0, aRange, "a step, but below zero"},
+    {-1e-300, 0.0, aRange, "a little below zero"},
+    {-15.0, 0.0, aRange, "a multiple of 15, but below zero"},
     {90.000001, 0.0, aRange, "a little beyond"},
     {std::nextafter(90.0, 91.0), 0.0, aRange, "the first number beyond"},
-    {105.0, 0.0, aRange, "a step, but beyond"},
+    {105.0, 0.0, aRange, "a multiple of 15, but beyond the range"},
     {infinity, 0.0, aRange, "beyond everything"},
     {-infinity, 0.0, aRange, "below everything"},
     {0.0, std::nextafter(-180.0, -181.0), bRange, "the first number beyond"},
     {0.0, std::nextafter(180.0, 181.0), bRange, "the first number beyond"},
-    {0.0, -195.0, bRange, "a step, but beyond"},
-    {0.0, 195.0, bRange, "a step, but beyond"},
+    {0.0, -195.0, bRange, "a multiple of 15, but beyond the range"},
+    {0.0, 195.0, bRange, "a multiple of 15, but beyond the range"},
     {0.0, infinity, bRange, "beyond everything"},
     {0.0, -infinity, bRange, "below everything"},
     {45.0000001, 0.0, aInterval, "no tolerance"},
@@ -69,7 +69,7 @@ const Case unrounded[] = {
     {0.0, -5e-324, bInterval, "the number next to zero"},
     {notANumber, 0.0, aInterval, "not a number passes both range tests and fails the step test"},
     {0.0, notANumber, bInterval, "not a number passes both range tests and fails the step test"},
-    {-notANumber, 0.0, aInterval, "whatever its sign"},
+    {-notANumber, 0.0, aInterval, "not a number with a negative sign"},
     {91.0, 181.0, aRange, "A's range is tested first"},
     {-1.0, notANumber, aRange, "A's range is tested first"},
     {7.0, 181.0, bRange, "B's range is tested before A's step"},
@@ -79,11 +79,11 @@ const Case unrounded[] = {
     {105.0, 7.0, aRange, "A's range before B's step"},
 };
 
-TEST(ValidateMoveTarget, AcceptsStepsOf15DegreesWithinTheBoundsAndNothingElse) {
+TEST(ValidateMoveTarget, AcceptsMultiplesOf15WithinTheBoundsOnly) {
     for (const Case& c : unrounded) ExpectOutcome(RaisedBy([&] { ValidateMoveTarget(c.a, c.b); }), c);
 }
 
-TEST(ValidateMoveTarget, AcceptsEveryPositionOfTheHeadAndNoOtherWholeDegree) {
+TEST(ValidateMoveTarget, AcceptsEveryIndexPositionAndNoOtherDegree) {
     for (int a = -100; a <= 100; ++a) {
         for (int b = -200; b <= 200; ++b) {
             const bool reachable = a >= 0 && a <= 90 && b >= -180 && b <= 180 && a % 15 == 0 && b % 15 == 0;
@@ -166,7 +166,7 @@ TEST_F(Targets, AreRoundedToWholeDegreesBeforeTheyAreTested) {
         {90.5, 0.0, aRange, "rounds to 91"},
         {0.0, -180.5, bRange, "rounds to -181"},
         {0.0, 180.5, bRange, "rounds to 181"},
-        // As a position these fail the step test; a target is a number by the time it is tested.
+        // A target is rounded before it is tested: not-a-number becomes a number outside the range.
         {notANumber, 0.0, aRange, "not a number"},
         {0.0, notANumber, bRange, "not a number"},
         {infinity, 0.0, aRange, "infinite"},

@@ -5,14 +5,14 @@
 
 using namespace qmv40;
 
-/// A value that cannot be read or written, and then no memory for the record that would say so: the code is another
-/// one, and load and save speak for themselves.
+/// A value cannot be read or written, and there is no memory for its error record. The code is then E_OUTOFMEMORY, and
+/// the record names the whole load or save.
 
 namespace {
 
 class WholeFile : public PreparedCalculator {
 protected:
-    /// The records that go with E_OUTOFMEMORY when one allocation of `call` after the other fails.
+    /// The records of all runs of `call` that end with E_OUTOFMEMORY. In each run the next allocation fails.
     static std::vector<ErrorRecord> RecordsOf(const std::function<HRESULT()>& call, HRESULT ownCode) {
         std::vector<ErrorRecord> records;
         ForEveryAllocation(call, [&](HRESULT code) {
@@ -28,10 +28,10 @@ protected:
     ComPointer<IQMVCalculator2> calculator = CreateCalculator();
 };
 
-// One whose own texts found no memory has none of them.
+// A record whose texts could not be allocated has no texts.
 bool HasTexts(const ErrorRecord& record) { return !record.source.empty() && !record.description.empty(); }
 
-TEST_F(WholeFile, NamesItsLoadWhenAnotherCodeComesUp) {
+TEST_F(WholeFile, NamesTheLoadWhenMemoryRunsOut) {
     const auto records =
         RecordsOf([&] { return calculator->LoadHeadGeometryFromFile(nowhere.Address()); }, QMV_E_READ_FROM_FILE);
     bool seen = false;
@@ -46,7 +46,7 @@ TEST_F(WholeFile, NamesItsLoadWhenAnotherCodeComesUp) {
 }
 
 // The failed save names the load as its source. The text is fixed.
-TEST_F(WholeFile, NamesItsLoadAlsoWhenItIsTheSaveThatFails) {
+TEST_F(WholeFile, NamesTheLoadAlsoForAFailedSave) {
     const auto records =
         RecordsOf([&] { return calculator->SaveHeadGeometryToFile(nowhere.Address()); }, QMV_E_WRITE_TO_FILE);
     bool seen = false;

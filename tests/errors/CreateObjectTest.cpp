@@ -8,7 +8,7 @@ namespace {
 
 constexpr CLSID nobodysClass{0x1B0F4C6E, 0x83A7, 0x4E21, {0x9A, 0x55, 0x6D, 0x10, 0xC4, 0x3F, 0xE2, 0x07}};
 
-TEST(CreateObject, RaisesOneCodeAndClearsThePointerWhateverTheReason) {
+TEST(CreateObject, RaisesOneCodeForAllFailuresAndClearsThePointer) {
     int anything = 0;
     void* object = &anything;
     const Raised raised = RaisedBy([&] { QMVObjectHelper::CREATE_OBJECT(nobodysClass, IID_IUnknown, &object); });
@@ -20,7 +20,7 @@ TEST(CreateObject, RaisesOneCodeAndClearsThePointerWhateverTheReason) {
     EXPECT_EQ(raised.record->helpFile, L"");
 }
 
-TEST(CreateObject, RaisesTheSameWithoutAPlaceForTheObject) {
+TEST(CreateObject, RaisesTheSameCodeForANullPointer) {
     const Raised raised = RaisedBy([] { QMVObjectHelper::CREATE_OBJECT(nobodysClass, IID_IUnknown, nullptr); });
     EXPECT_EQ(raised.code, QMV_E_OBJECT_NOT_CREATED);
 }

@@ -11,19 +11,19 @@
 
 using namespace qmv40;
 
-/// How the platform's error record is filled, what happens when a step of that fails, and how an object is created. The
-/// linker directs the component's platform calls to this program.
+/// How the error record is filled, what happens when a step fails, and how an object is created. The linker directs the
+/// component's platform calls to this program.
 
 namespace {
 
 struct Platform {
     std::vector<std::string> calls;
-    HRESULT asked = S_OK; ///< what the builder answers when it is asked for its error record
-    HRESULT set = S_OK;   ///< what setting the thread's record gives
-    DWORD context = 0;    ///< with which an object was asked for
+    HRESULT asked = S_OK; ///< the result of QueryInterface for IErrorInfo
+    HRESULT set = S_OK;   ///< the result of SetErrorInfo
+    DWORD context = 0;    ///< the context with which an object was requested
 } platform;
 
-/// A record that records its calls. Nothing owns it; references are counted.
+/// An error record that lists its calls. Its references are counted, but it does not delete itself.
 class Record final : public ICreateErrorInfo, public IErrorInfo {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -95,7 +95,7 @@ HRESULT CodeOf(const std::function<void()>& raising) {
 class FailingRecords : public testing::Test {
 protected:
     FailingRecords() { platform = {}; }
-    ~FailingRecords() override { EXPECT_EQ(record.references, 0U) << "every reference is given up"; }
+    ~FailingRecords() override { EXPECT_EQ(record.references, 0U) << "every reference must be released"; }
 
     static HRESULT Raise() {
         return CodeOf([] { RaiseError(E_UNEXPECTED, L"a source", L"a description"); });
@@ -111,18 +111,18 @@ TEST_F(FailingRecords, AreFilledInTheRequiredOrder) {
     EXPECT_EQ(platform.calls, expected);
 }
 
-TEST_F(FailingRecords, ThatDoNotAnswerLeadToTheirOwnCode) {
+TEST_F(FailingRecords, WithoutIErrorInfoRaiseTheCodeOfTheQuery) {
     platform.asked = E_NOINTERFACE;
     EXPECT_EQ(Raise(), E_NOINTERFACE);
-    EXPECT_EQ(platform.calls, filled) << "nothing is set";
+    EXPECT_EQ(platform.calls, filled) << "SetErrorInfo must not be called";
 }
 
-TEST_F(FailingRecords, ThatCannotBeSetLeadToTheCodeOfThat) {
+TEST_F(FailingRecords, ThatCannotBeSetRaiseTheCodeOfSetErrorInfo) {
     platform.set = E_FAIL;
     EXPECT_EQ(Raise(), E_FAIL);
 }
 
-TEST(CreateObject, AsksForServersInProcessLocalAndRemote) {
+TEST(CreateObject, AcceptsInProcessLocalAndRemoteServers) {
     platform = {};
     void* object = nullptr;
     const HRESULT code = CodeOf([&] { QMVObjectHelper::CREATE_OBJECT(IID_IUnknown, IID_IUnknown, &object); });

@@ -13,13 +13,13 @@ namespace {
 
 void RunOutOfMemory() { throw std::bad_alloc(); }
 
-TEST(Guarded, IsSuccessWhenTheBodyEnds) {
+TEST(Guarded, ReturnsSuccessWhenTheBodyEnds) {
     bool ran = false;
     EXPECT_EQ(Guarded([&] { ran = true; }), S_OK);
     EXPECT_TRUE(ran);
 }
 
-TEST(Guarded, TurnsARaisedErrorIntoItsCodeAndKeepsTheRecord) {
+TEST(Guarded, ReturnsARaisedCodeAndKeepsTheRecord) {
     const Raised raised = ReturnedBy([] { return Guarded([] { RaiseError(QMV_E_INVALID_QUADRANT, L"A::B", L"C"); }); });
     EXPECT_EQ(raised.code, QMV_E_INVALID_QUADRANT);
     ASSERT_TRUE(raised.record);
@@ -27,7 +27,7 @@ TEST(Guarded, TurnsARaisedErrorIntoItsCodeAndKeepsTheRecord) {
     EXPECT_EQ(raised.record->description, L"C");
 }
 
-TEST(Guarded, TurnsExhaustedMemoryIntoItsCodeAndLeavesNoRecord) {
+TEST(Guarded, ReturnsOutOfMemoryAndLeavesNoRecord) {
     const Raised raised = ReturnedBy([] {
         Guarded([] { RaiseError(QMV_E_INVALID_QUADRANT, L"A::B", L"C"); });
         return Guarded(RunOutOfMemory);
@@ -36,7 +36,7 @@ TEST(Guarded, TurnsExhaustedMemoryIntoItsCodeAndLeavesNoRecord) {
     EXPECT_FALSE(raised.record);
 }
 
-/// Puts the host's rounding mode back, whatever a test did to it.
+/// Restores the rounding mode at the end of a test.
 class RoundingMode {
 public:
     explicit RoundingMode(int mode) { std::fesetround(mode); }
@@ -45,7 +45,7 @@ public:
     ~RoundingMode() { std::fesetround(FE_TONEAREST); }
 };
 
-TEST(ModuleState, RoundsToNearestInsideAndAsTheHostDoesAfterwards) {
+TEST(ModuleState, RoundsToNearestInsideAndRestoresTheHostsMode) {
     for (const int hosts : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO, FE_TONEAREST}) {
         SCOPED_TRACE(hosts);
         const RoundingMode mode(hosts);
@@ -60,7 +60,7 @@ TEST(ModuleState, RoundsToNearestInsideAndAsTheHostDoesAfterwards) {
     }
 }
 
-TEST(ModuleState, CountsTheCallsUnderWayAlsoWhenOneCallsAnother) {
+TEST(ModuleState, CountsNestedCalls) {
     const long before = CallsUnderWay();
     long outer = 0;
     long inner = 0;

@@ -15,29 +15,29 @@ namespace {
 constexpr const wchar_t* aSource = L"RoundThePole::HeadCentre";
 constexpr const wchar_t* aDescription = L"Getting Positive Lever Centre.";
 
-TEST(RaiseError, ThrowsTheCodeAndNothingButTheCode) {
+TEST(RaiseError, ThrowsTheCode) {
     try {
         RaiseError(QMV_E_INVALID_QUADRANT, aSource, aDescription);
     } catch (const HRESULT thrown) {
         EXPECT_EQ(thrown, QMV_E_INVALID_QUADRANT);
     } catch (...) {
-        FAIL() << "something else than a code was thrown";
+        FAIL() << "not an HRESULT was thrown";
     }
 }
 
-TEST(RaiseError, LeavesAFixedErrorWithAnEmptyHelpFile) {
+TEST(RaiseError, RecordsAnOwnErrorWithAnEmptyHelpFile) {
     const Raised raised = RaisedBy([] { RaiseError(QMV_E_READ_FROM_FILE, aSource, aDescription); });
     ExpectRecord(raised, QMV_E_READ_FROM_FILE, aSource, aDescription, L"");
 }
 
-TEST(RaiseError, LeavesAPassedOnCodeWithTheContextAsItStandsHelpFileIncluded) {
+TEST(RaiseError, RecordsAPlatformCodeWithAllTextsOfTheContext) {
     ErrorContext context{aSource};
     context.description = aDescription;
     const Raised raised = RaisedBy([&] { RaiseError(DISP_E_BADINDEX, context); });
     ExpectRecord(raised, DISP_E_BADINDEX, aSource, aDescription, L"Unspecified");
 }
 
-TEST(RaiseError, CarriesAllFiveArguments) {
+TEST(RaiseError, RecordsAllFiveArguments) {
     const std::wstring longText(5000, L'x');
     const struct {
         const char* why;
@@ -63,7 +63,7 @@ TEST(RaiseError, CarriesAllFiveArguments) {
     }
 }
 
-// Whichever interface the failing method belongs to: the record always carries the first one's identifier.
+// The record has the identifier of the first interface also if a method of the second one fails.
 TEST(RaiseError, MarksEveryRecordWithTheFirstInterface) {
     const Raised raised = RaisedBy([] { RaiseError(E_FAIL, aSource, aDescription); });
     ASSERT_TRUE(raised.record);
@@ -81,10 +81,10 @@ TEST(RaiseError, ReplacesTheRecordOfAnEarlierFailure) {
     EXPECT_EQ(raised.code, E_UNEXPECTED);
     ASSERT_TRUE(raised.record);
     EXPECT_EQ(raised.record->source, L"second");
-    EXPECT_FALSE(TakeErrorRecord()) << "a record is taken out once";
+    EXPECT_FALSE(TakeErrorRecord()) << "GetErrorInfo must have removed the record";
 }
 
-TEST(RaiseError, LeavesTheRecordsOfOtherThreadsAlone) {
+TEST(RaiseError, DoesNotChangeTheRecordsOfOtherThreads) {
     Raised elsewhere;
     const Raised here = RaisedBy([&] {
         try {
@@ -100,7 +100,7 @@ TEST(RaiseError, LeavesTheRecordsOfOtherThreadsAlone) {
     EXPECT_EQ(elsewhere.record->source, L"there");
 }
 
-TEST(RaiseIfFailed, LetsEverySuccessPassAndRaisesEveryFailure) {
+TEST(RaiseIfFailed, RaisesEveryFailureAndNoSuccess) {
     const ErrorContext context{aSource};
     for (const HRESULT success : {S_OK, S_FALSE, HRESULT{0x7FFFFFFF}}) {
         const Raised raised = RaisedBy([&] { RaiseIfFailed(success, context); });
@@ -116,7 +116,7 @@ TEST(RaiseIfFailed, LetsEverySuccessPassAndRaisesEveryFailure) {
     }
 }
 
-TEST(ErrorContext, StartsUnspecified) {
+TEST(ErrorContext, HasUnspecifiedTextsAtFirst) {
     const ErrorContext context{aSource};
     EXPECT_STREQ(context.source, aSource);
     EXPECT_STREQ(context.description, L"Unspecified");
@@ -124,7 +124,7 @@ TEST(ErrorContext, StartsUnspecified) {
     EXPECT_EQ(context.helpContext, 0U);
 }
 
-TEST(ErrorCodes, AreTheNumbersThatCallersKnow) {
+TEST(ErrorCodes, AreTheRequiredNumbers) {
     const struct {
         HRESULT code;
         unsigned number;

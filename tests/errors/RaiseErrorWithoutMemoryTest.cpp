@@ -10,7 +10,7 @@ namespace {
 
 constexpr long moreThanEnough = 1000;
 
-/// What RaiseError throws when allocation `n` of it fails; `reached` tells whether there was such an allocation.
+/// The code that RaiseError throws when its allocation `n` fails. `reached` is false if there is no such allocation.
 HRESULT ThrownWithout(long n, FailingAllocations::Extent extent, bool& reached) {
     HRESULT thrown = S_OK;
     FailingAllocations failing(n, extent);
@@ -23,7 +23,7 @@ HRESULT ThrownWithout(long n, FailingAllocations::Extent extent, bool& reached) 
     return thrown;
 }
 
-TEST(RaiseError, ThrowsTheCodeOfItsOwnFailureWhenThereIsNoRecord) {
+TEST(RaiseError, ThrowsOutOfMemoryWhenItCannotCreateTheRecord) {
     SetErrorInfo(0, nullptr);
     bool reached = false;
     EXPECT_EQ(ThrownWithout(0, FailingAllocations::Extent::AllAfter, reached), E_OUTOFMEMORY);
@@ -31,7 +31,7 @@ TEST(RaiseError, ThrowsTheCodeOfItsOwnFailureWhenThereIsNoRecord) {
     EXPECT_FALSE(TakeErrorRecord());
 }
 
-TEST(RaiseError, NeverLosesTheThrowWhicheverAllocationFails) {
+TEST(RaiseError, ThrowsWhicheverAllocationFails) {
     for (const auto extent : {FailingAllocations::Extent::One, FailingAllocations::Extent::AllAfter}) {
         bool reached = true;
         long n = 0;
@@ -41,7 +41,7 @@ TEST(RaiseError, NeverLosesTheThrowWhicheverAllocationFails) {
             EXPECT_TRUE(thrown == E_OUTOFMEMORY || thrown == QMV_E_INVALID_QUADRANT) << thrown;
         }
         ASSERT_FALSE(reached);
-        EXPECT_GE(n, 2) << "at least one allocation failed";
+        EXPECT_GE(n, 2) << "at least one allocation must have failed";
     }
     const Raised afterwards = RaisedBy([] { RaiseError(E_FAIL, L"D::E", L"F"); });
     EXPECT_EQ(afterwards.code, E_FAIL);

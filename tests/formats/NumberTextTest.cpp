@@ -36,35 +36,35 @@ TEST(TextToDouble, FollowsTheRulesOfTheCLocale) {
         {"-6.950000000e+00", -6.95, "as the geometry file has it"},
         {"+5", 5.0, "a plus sign is a sign"},
         {".5", 0.5, "no digit needed before the point"},
-        {"5.", 5.0, "nor behind it"},
+        {"5.", 5.0, "no digit needed behind the point"},
         {"1e3", 1000.0, "exponent without a sign"},
         {"1E-3", 0.001, "capital exponent mark"},
         {" \t\n\v\f\r7", 7.0, "every kind of white space is skipped"},
         {"7mm", 7.0, "conversion stops at the unit"},
-        {"7 8", 7.0, "and at a blank"},
-        {"1,5", 1.0, "and at a comma, which is no decimal mark"},
-        {"1.2.3", 1.2, "and at a second point"},
-        {"1e", 1.0, "an exponent mark without digits is none"},
-        {"1e+", 1.0, "nor with a sign alone"},
-        {"1e 5", 1.0, "nor with a blank"},
+        {"7 8", 7.0, "conversion stops at a blank"},
+        {"1,5", 1.0, "conversion stops at a comma"},
+        {"1.2.3", 1.2, "conversion stops at a second point"},
+        {"1e", 1.0, "an exponent mark without digits is ignored"},
+        {"1e+", 1.0, "an exponent mark with a sign alone is ignored"},
+        {"1e 5", 1.0, "an exponent mark with a blank is ignored"},
         {"1.5e2x", 150.0, "stops behind the exponent"},
         {"1d5", 1.0, "no other exponent mark"},
         {"0x", 0.0, "a prefix alone is the zero in front of it"},
-        {"0xg", 0.0, "as is one with no digit behind it"},
-        {"0x.", 0.0, "or a point alone"},
+        {"0xg", 0.0, "a prefix without a digit is the zero in front of it"},
+        {"0x.", 0.0, "a prefix with a point alone is the zero in front of it"},
         {"0x10", 16.0, "hexadecimal"},
         {"0X1.8P+1", 3.0, "capitals, point and binary exponent"},
         {"-0x.8", -0.5, "no digit before the point"},
         {"0x1p", 1.0, "binary exponent mark without digits"},
-        {"0x1p-1074", smallest, "the smallest of all"},
-        {"0x1.8p-1075", smallest, "three quarters of it"},
+        {"0x1p-1074", smallest, "the smallest double"},
+        {"0x1.8p-1075", smallest, "three quarters of the smallest double"},
         {"0x1p-1075", 0.0, "a tie goes to even"},
         {"0x1p1024", infinity, "too large"},
         {"-0x1p-9999", -0.0, "too small"},
         {"0x0p9999", 0.0, "zero at any exponent"},
         {"inf", infinity, "an infinity by name"},
         {"-INFINITY", -infinity, "in any letter case"},
-        {"infinite", infinity, "the rest is not looked at"},
+        {"infinite", infinity, "the rest of the word is ignored"},
         {"in", 0.0, "no number"},
         {"i", 0.0, "no number"},
         {"", 0.0, "nothing at all"},
@@ -76,16 +76,16 @@ TEST(TextToDouble, FollowsTheRulesOfTheCLocale) {
         {"- 5", 0.0, "a blank behind the sign"},
         {".", 0.0, "a point alone"},
         {".e5", 0.0, "a point and an exponent"},
-        {"-.", 0.0, "a sign and a point; the sign of no number does not count"},
+        {"-.", 0.0, "a sign and a point: the sign is ignored"},
         {"e5", 0.0, "an exponent alone"},
-        {"999999999", 999999999.0, "the sentinel of a missing value"},
+        {"999999999", 999999999.0, "the number that marks a missing value"},
         {"1e400", infinity, "too large"},
         {"-1e400", -infinity, "too large, negative"},
         {"1e-400", 0.0, "too small"},
         {"-1e-400", -0.0, "too small, negative"},
         {"0e999999999999999999999", 0.0, "zero at any exponent"},
         {"1e999999999999999999999", infinity, "an exponent beyond every integer"},
-        {"1e-999999999999999999999", 0.0, "and its negative"},
+        {"1e-999999999999999999999", 0.0, "an exponent below every integer"},
         {"1.7976931348623157e308", largest, "the largest"},
         {"1.7976931348623158e308", largest, "rounds down to the largest"},
         {"1.7976931348623159e308", infinity, "rounds up beyond it"},
@@ -108,7 +108,7 @@ TEST(TextToDouble, UnderstandsNotANumber) {
     EXPECT_TRUE(IsSame(TextToDouble("na"), 0.0));
 }
 
-TEST(TextToDouble, WeighsManyDigitsAgainstTheExponent) {
+TEST(TextToDouble, BalancesManyDigitsWithTheExponent) {
     const std::string thousand(1000, '0');
     EXPECT_TRUE(IsSame(TextToDouble(("1" + thousand + "e-1000").c_str()), 1.0));
     EXPECT_TRUE(IsSame(TextToDouble(("0." + thousand + "1e1001").c_str()), 1.0));
@@ -131,7 +131,7 @@ TEST(DoubleToScientific, WritesNineDecimalsAndAtLeastTwoExponentDigits) {
         {-0.0, "-0.000000000e+00", "a zero keeps its sign"},
         {1e5, "1.000000000e+05", "two exponent digits"},
         {1e-5, "1.000000000e-05", "two exponent digits, negative"},
-        {1e100, "1.000000000e+100", "three when it takes three"},
+        {1e100, "1.000000000e+100", "three exponent digits"},
         {largest, "1.797693135e+308", "the largest"},
         {smallest, "4.940656458e-324", "the smallest"},
         {-312.5, "-3.125000000e+02", "no rounding"},
@@ -174,7 +174,7 @@ TEST(NumberText, KeepsTheDecimalPointInAHostWithADecimalComma) {
         SCOPED_TRACE(host.Name());
         EXPECT_EQ(TextToDouble("1.5"), 1.5);
         EXPECT_EQ(TextToDouble("1,5"), 1.0);
-        EXPECT_EQ(TextToDouble("INFINITY"), infinity) << "whatever its letters are elsewhere";
+        EXPECT_EQ(TextToDouble("INFINITY"), infinity) << "the letter I differs in Turkish locales";
         EXPECT_STREQ(DoubleToScientific(1.5).data(), "1.500000000e+00");
     }
 }

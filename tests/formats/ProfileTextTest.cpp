@@ -34,19 +34,19 @@ TEST(ProfileLines, HaveNumbersNamesAndValues) {
         const char* why;
     } expected[] = {
         {Kind::Entry, "", "first", "0", false, "before any section"},
-        {Kind::Blank, "", "", "", false, "nothing"},
+        {Kind::Blank, "", "", "", false, "a blank line"},
         {Kind::Section, "HEADCENTRE", "", "", false, "a section"},
         {Kind::Entry, "HEADCENTRE", "X", "1.5", false, "blanks do not count"},
-        {Kind::Comment, "HEADCENTRE", "", "", false, "no entry"},
+        {Kind::Comment, "HEADCENTRE", "", "", false, "a comment line"},
         {Kind::Entry, "HEADCENTRE", "X", "3", true, "the first one counts"},
         {Kind::NoValue, "HEADCENTRE", "Y", "", false, "no equals sign"},
         {Kind::Entry, "HEADCENTRE", "y", "4", true, "letter case does not matter, and the first line counts"},
         {Kind::Section, "Other", "", "", false, "anything may follow the name"},
         {Kind::Entry, "Other", "X", "\"5\"", false, "of another section"},
         {Kind::Section, "headcentre", "", "", true, "the first of two sections counts"},
-        {Kind::Entry, "headcentre", "Z", "6", true, "and nothing in the second one"},
+        {Kind::Entry, "headcentre", "Z", "6", true, "an entry of the second one is hidden"},
         {Kind::Section, "", "", "", true, "no section is found without a name"},
-        {Kind::Entry, "", "Z", "7", true, "nor anything in it"},
+        {Kind::Entry, "", "Z", "7", true, "an entry of a section without a name"},
     };
     const std::vector<ProfileLine> lines = ProfileLines(text);
     ASSERT_EQ(lines.size(), std::size(expected));
@@ -63,7 +63,7 @@ TEST(ProfileLines, HaveNumbersNamesAndValues) {
 }
 
 // The list of all lines and the query for one value must agree.
-TEST(ProfileLines, ThatCountHoldTheValuesThatAreFound) {
+TEST(ProfileLines, AgreeWithTheQueryForOneValue) {
     for (const ProfileLine& line : ProfileLines(text)) {
         if (line.kind != Kind::Entry || line.isHidden) continue;
         EXPECT_EQ(FindProfileValue(text, line.section, line.key), line.value) << line.number;

@@ -44,14 +44,22 @@ TEST(RegistryLines, HaveNumbersKeysNamesAndValues) {
         const char* why;
     } expected[] = {
         {Kind::Key, 4, "[HKEY_LOCAL_MACHINE\\A\\B\\] note", root + "A\\B", "", {}, "", "nothing above a key counts"},
-        {Kind::Value, 6, "\"X\" = \"1.5\" ; why", root + "A\\B", "X", Type::Text, "1.5\0"s, "a comment is no line"},
+        {Kind::Value, 6, "\"X\" = \"1.5\" ; why", root + "A\\B", "X", Type::Text, "1.5\0"s,
+         "comment lines are left out"},
         {Kind::Value, 7, "@=dword:1F", root + "A\\B", "", Type::Number, "\x1F\0\0\0"s, "the default value"},
         {Kind::Value, 8, "\"bytes\"=hex(2):31,00,\\", root + "A\\B", "bytes", Type::ExpandableText, "12",
          "three lines"},
-        {Kind::RemovedValue, 11, "\"x\"=-", root + "A\\B", "x", {}, "", "as it is spelt"},
+        {Kind::RemovedValue, 11, "\"x\"=-", root + "A\\B", "x", {}, "", "the name keeps its letter case"},
         {Kind::Nonsense, 12, "bare word", root + "A\\B", "", {}, "", "no name"},
-        {Kind::Nonsense, 13, "\"half\"=hex:01,\\", root + "A\\B", "half", {}, "", "it goes on with nonsense"},
-        {Kind::Nonsense, 14, "zz", root + "A\\B", "", {}, "", "which is a line of its own"},
+        {Kind::Nonsense,
+         13,
+         "\"half\"=hex:01,\\",
+         root + "A\\B",
+         "half",
+         {},
+         "",
+         "the continuation line cannot be understood"},
+        {Kind::Nonsense, 14, "zz", root + "A\\B", "", {}, "", "that line counts separately"},
         {Kind::RemovedKey,
          15,
          "[-HKEY_CURRENT_USER\\C]",
@@ -60,7 +68,7 @@ TEST(RegistryLines, HaveNumbersKeysNamesAndValues) {
          {},
          "",
          "nothing below it counts"},
-        {Kind::Key, 17, "[HKEY_CURRENT_USER\\C]", "HKEY_CURRENT_USER\\C", "", {}, "", "of any root"},
+        {Kind::Key, 17, "[HKEY_CURRENT_USER\\C]", "HKEY_CURRENT_USER\\C", "", {}, "", "keys of all roots are listed"},
         {Kind::Nonsense, 18, "\"open=1", "HKEY_CURRENT_USER\\C", "", {}, "", "the name does not end"},
     };
     const RegistryLines found = RegistryLinesIn(text);
@@ -82,7 +90,7 @@ TEST(RegistryLines, HaveNumbersKeysNamesAndValues) {
     }
 }
 
-TEST(RegistryLines, AreToldWhateverTheTextBeginsWith) {
+TEST(RegistryLines, AreListedAlsoWithoutAFormatName) {
     const RegistryLines found = RegistryLinesIn("nothing of the kind\n[HKEY_LOCAL_MACHINE\\A]\n");
     EXPECT_FALSE(found.hasFormat);
     ASSERT_EQ(found.lines.size(), 1U);
@@ -96,7 +104,7 @@ bool HasName(const RegistryLine& line, const std::string& name) {
     return line.name == name || (line.name == "M" && name == "m");
 }
 
-/// What an import of the lines leaves under the name in the key.
+/// The value under the name in the key after an import of the lines.
 std::optional<RegistryValue> Imported(const RegistryLines& lines, const std::string& key, const std::string& name) {
     std::optional<RegistryValue> value;
     if (!lines.hasFormat) return value;
@@ -111,7 +119,7 @@ std::optional<RegistryValue> Imported(const RegistryLines& lines, const std::str
 }
 
 // The list of all lines and the query for one value must agree.
-TEST(RegistryLines, GiveTheValuesThatAreFound) {
+TEST(RegistryLines, AgreeWithTheQueryForOneValue) {
     constexpr std::uint64_t seed = 20261122;
     SCOPED_TRACE(seed);
     std::mt19937_64 random(seed);
@@ -156,7 +164,7 @@ TEST(RegistryLines, GiveTheValuesThatAreFound) {
             ASSERT_EQ(found->bytes, imported->bytes) << name;
         }
     }
-    EXPECT_GT(foundValues, 1000) << "the texts hold enough to compare";
+    EXPECT_GT(foundValues, 1000) << "too few values were compared";
 }
 
 } // namespace

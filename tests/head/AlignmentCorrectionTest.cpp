@@ -13,17 +13,17 @@ constexpr const wchar_t* correcting = L"RoundThePole::CalculateRotationFromIdeal
 const double notANumber = std::numeric_limits<double>::quiet_NaN();
 const double infinity = std::numeric_limits<double>::infinity();
 
-/// Points in the vertical plane through the origin and (x, y): on both sides of no quadrant's edge, at several heights.
+/// Points in the vertical plane through the origin and (x, y), at several heights. All are in one quadrant.
 std::vector<Triple> InVerticalPlaneTowards(double x, double y) {
     return {{0.0, 0.0, 150.0}, {40.0 * x, 40.0 * y, 140.0}, {100.0 * x, 100.0 * y, 90.0}, {150.0 * x, 150.0 * y, 5.0}};
 }
 
-/// Points in the vertical plane that stands 30 degrees off the Y axis, on the given sides of the origin.
+/// Points in the vertical plane at 30 degrees to the Y axis, on the given sides of the origin.
 std::vector<Triple> At30DegreesToY(double signOfX, double signOfY) {
     return InVerticalPlaneTowards(signOfX * 0.5, signOfY * std::sqrt(0.75));
 }
 
-/// The last digits of a plane fit and two arctangents, in degrees.
+/// In degrees: the rounding of a plane fit and of two arctangents.
 constexpr double angleTolerance = 1e-12;
 
 class AlignmentCorrection : public HeadTest {
@@ -54,23 +54,23 @@ TEST_F(AlignmentCorrection, FindsTheQuadrantWithAMarginOfExactlyTen) {
         {1, {}, "no points"},
         {1, {{100, -200, 50}}, "at the head centre"},
         {1, {{-900, -900, 0}, {99, -201, 0}}, "on the negative sides"},
-        {1, {{110, -190, 50}}, "exactly ten beyond in both"},
-        {4, {{beyondX, -190, 50}}, "one bit more in X"},
-        {2, {{110, beyondY, 50}}, "one bit more in Y"},
-        {3, {{beyondX, beyondY, 50}}, "one bit more in both"},
+        {1, {{110, -190, 50}}, "exactly 10 beyond the head centre in X and Y"},
+        {4, {{beyondX, -190, 50}}, "one bit more than 10 in X"},
+        {2, {{110, beyondY, 50}}, "one bit more than 10 in Y"},
+        {3, {{beyondX, beyondY, 50}}, "one bit more than 10 in both"},
         {3, {{beyondX, -500, 0}, {-500, beyondY, 0}}, "in X by one point and in Y by another"},
         {4, {{100, -200, 50}, {300, -200, 50}, {-900, -900, 50}}, "a single point beyond in X among others"},
-        {4, {{300, -200, 50}, {100, -200, 50}}, "once beyond, always beyond: first point"},
-        {2, {{100, -200, 50}, {100, 0, 50}}, "once beyond, always beyond: last point"},
-        {1, {{100, -200, 1e9}, {100, -200, -1e9}}, "height plays no part"},
+        {4, {{300, -200, 50}, {100, -200, 50}}, "the first point alone is beyond"},
+        {2, {{100, -200, 50}, {100, 0, 50}}, "the last point alone is beyond"},
+        {1, {{100, -200, 1e9}, {100, -200, -1e9}}, "the height has no effect"},
         {1, {{notANumber, notANumber, notANumber}}, "not a number is not beyond"},
-        {2, {{notANumber, 0, 0}}, "not a number hides nothing in the other coordinate"},
+        {2, {{notANumber, 0, 0}}, "not a number in X does not affect Y"},
         {3, {{infinity, infinity, 0}}, "infinitely far is beyond"},
         {1, {{-infinity, -infinity, 0}}, "infinitely far on the negative sides"}};
     for (const Case& c : cases) EXPECT_EQ(Quadrant(c.points), c.quadrant) << c.why;
 }
 
-TEST_F(AlignmentCorrection, FindsTheQuadrantOfAHeadAtTheOriginToTheLastBitOfTen) {
+TEST_F(AlignmentCorrection, ComparesWithTheMarginOfTenToTheLastBit) {
     const double beyond = std::nextafter(10.0, infinity);
     EXPECT_EQ(Quadrant({{10.0, 10.0, 0.0}}), 1);
     EXPECT_EQ(Quadrant({{beyond, 10.0, 0.0}}), 4);
@@ -94,7 +94,7 @@ TEST_F(AlignmentCorrection, ResolvesTheAngleByQuadrant) {
     }
 }
 
-TEST_F(AlignmentCorrection, RefersTheAngleToBZeroByTheBAngleOfTheASet) {
+TEST_F(AlignmentCorrection, SubtractsTheBAngleOfTheASet) {
     AlignmentArray a(ItemsAt(PointsOf(SimulatedHead().ASet(0.0)), 0.0, 90.0));
     AlignmentArray b(SimulatedHead().BSet(75.0));
     head.ValidateSafeArrayData(a.Address(), b.Address());
@@ -102,7 +102,7 @@ TEST_F(AlignmentCorrection, RefersTheAngleToBZeroByTheBAngleOfTheASet) {
     EXPECT_NEAR(RotationFor(At30DegreesToY(-1.0, 1.0)), -60.0, angleTolerance);
 }
 
-TEST_F(AlignmentCorrection, TurnsTheIdealHeadByTheAngleThatItFinds) {
+TEST_F(AlignmentCorrection, TurnsTheIdealHeadByTheComputedAngle) {
     EXPECT_NEAR(RotationFor(At30DegreesToY(-1.0, 1.0)), 30.0, angleTolerance);
     EXPECT_TRUE(AreNear(TripleOf(head.AAxis()), {-std::sqrt(0.75), -0.5, 0.0}, 1e-14));
     EXPECT_TRUE(AreNear(TripleOf(head.ApproachDirection()), {-0.5, std::sqrt(0.75), 0.0}, 1e-14));
@@ -145,7 +145,7 @@ TEST_F(AlignmentCorrection, TurnsEveryDirectionAndOffsetButNotTheHeadCentre) {
     }
 }
 
-TEST_F(AlignmentCorrection, TurnsAboutTheOriginWhicheverTheAxis) {
+TEST_F(AlignmentCorrection, TurnsAboutTheOriginForEachAxis) {
     // A quarter turn is exact: Y goes to Z about X, Z to X about Y.
     head.AdjustForMisAlignment(90.0, CMaGeometry::X);
     EXPECT_EQ(TripleOf(head.ApproachDirection()), (Triple{0.0, 0.0, 1.0}));
@@ -173,21 +173,20 @@ TEST_F(AlignmentCorrection, ByZeroChangesNoBit) {
 }
 
 TEST_F(AlignmentCorrection, AddsUpWhenAppliedTwice) {
-    // Which is why filling the head always starts from the ideal directions.
+    // Therefore each filling of the head begins with the ideal directions.
     head.AdjustForMisAlignment(30.0, CMaGeometry::Z);
     head.AdjustForMisAlignment(30.0, CMaGeometry::Z);
     EXPECT_TRUE(AreNear(TripleOf(head.AAxis()), TurnedAboutZ({-1.0, 0.0, 0.0}, 60.0), 1e-15));
 }
 
 TEST_F(AlignmentCorrection, UsesTheFullPi) {
-    // The shortened pi is used for head angles only: here it would show
-    // as 3.2e-15.
+    // The shortened pi is used for head angles only. Here it would cause an error of 3.2e-15.
     constexpr double sineOfOneDegree = 0.017452406437283512;
     head.AdjustForMisAlignment(179.0, CMaGeometry::Z);
     EXPECT_NEAR(head.ApproachDirection()[0], -sineOfOneDegree, 8e-16);
 }
 
-TEST_F(AlignmentCorrection, LeavesTheHeadCentreOfAComputedHeadWhereTheFitsPutIt) {
+TEST_F(AlignmentCorrection, DoesNotMoveTheHeadCentre) {
     SimulatedHead straight{.pole = {100.0, -200.0, -300.0}};
     for (const double mounting : {0.0, 20.0, -35.0}) {
         straight.mountingAngle = mounting;
@@ -197,8 +196,8 @@ TEST_F(AlignmentCorrection, LeavesTheHeadCentreOfAComputedHeadWhereTheFitsPutIt)
     }
 }
 
-TEST_F(AlignmentCorrection, NamesThePlaneFitWithTheWordsOfTheCircleFit) {
-    // "points to a circle", though it is a plane that is fitted: the text is fixed.
+TEST_F(AlignmentCorrection, NamesThePlaneFitWithTheTextOfTheCircleFit) {
+    // The text is fixed: it says circle although a plane is fitted.
     for (const std::vector<Triple>& points :
          {std::vector<Triple>{{0, 5, 7}, {1, 5, 7}, {4, 5, 7}, {9, 5, 7}}, std::vector<Triple>{{1, 2, 3}, {1, 2, 3}},
           std::vector<Triple>{{notANumber, 0, 0}, {10, 0, 0}, {0, 10, 0}, {0, 0, 10}}, std::vector<Triple>{}}) {
@@ -208,7 +207,7 @@ TEST_F(AlignmentCorrection, NamesThePlaneFitWithTheWordsOfTheCircleFit) {
     }
 }
 
-TEST_F(AlignmentCorrection, NamesTheTurnWhenThereIsNoSuchAxis) {
+TEST_F(AlignmentCorrection, NamesTheTurnAboutAnAxisThatDoesNotExist) {
     const Raised raised = RaisedBy([&] { head.AdjustForMisAlignment(30.0, static_cast<CMaGeometry::EAxisType>(3)); });
     EXPECT_TRUE(FailedWith(raised, QMV_E_GEOMETRY_IMPOSSIBLE, L"RoundThePole::AdjustForMisAlignment", L"Unspecified",
                            L"Unspecified"));

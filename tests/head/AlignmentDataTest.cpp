@@ -47,7 +47,7 @@ TEST_F(AlignmentData, WhenBothSetsAreTooShortOnlyTheASetIsReported) {
         FailedWith(Computing(head, First(aSet, 3), First(bSet, 3)), QMV_E_TOO_FEW_POINTS, validating, tooFewA, L""));
 }
 
-TEST_F(AlignmentData, TheASetIsCheckedCompletelyBeforeTheBSetIsLookedAt) {
+TEST_F(AlignmentData, TheASetIsCheckedCompletelyBeforeTheBSet) {
     AlignmentPoints moved = aSet;
     moved.back().BPosition = 60.0;
     EXPECT_TRUE(FailedWith(Computing(head, moved, First(bSet, 3)), QMV_E_FIXED_AXIS_MOVED, validating, bMoved, L""));
@@ -91,7 +91,7 @@ TEST_F(AlignmentData, PlusAndMinusZeroAreTheSameFixedAngle) {
     EXPECT_EQ(Computing(head, a, bSet).code, S_OK);
 }
 
-TEST_F(AlignmentData, TheTurningAxisMayHoldAnything) {
+TEST_F(AlignmentData, TheAngleOfTheTurningAxisIsNotChecked) {
     RoundThePole plain;
     ASSERT_EQ(Computing(plain, aSet, bSet).code, S_OK);
     AlignmentPoints a = aSet;
@@ -110,7 +110,7 @@ TEST_F(AlignmentData, StoredPointsAreTheMeasuredOnesWithoutTheShiftOfUnlocking) 
         for (HeadAlignmentDataItem& point : points) point.ZPosition += 1.5; // the built-in shift is (0, 0, -1.5)
         return PointsOf(points);
     };
-    // Bit for bit: points this far off their planes would show any projection.
+    // Bit for bit. The points are so far from their planes that a projection would change them.
     EXPECT_EQ(PointsOf(head.AAxisPoints()), withoutShift(WithNoise(aSet, 0.5, 1)));
     EXPECT_EQ(PointsOf(head.BAxisPoints()), withoutShift(WithNoise(bSet, 0.5, 2)));
 }
@@ -132,7 +132,7 @@ TEST_F(AlignmentData, TheShiftOfUnlockingComesFromTheSettings) {
     EXPECT_EQ(PointsOf(head.BAxisPoints()), withoutShift(bSet));
 }
 
-TEST_F(AlignmentData, TheCallersArraysKeepWhatWasMeasured) {
+TEST_F(AlignmentData, TheCallersArraysAreNotChanged) {
     AlignmentArray a(aSet);
     AlignmentArray b(bSet);
     head.ComputeGeometry(a.Address(), b.Address());
@@ -193,7 +193,7 @@ TEST_F(AlignmentData, AddingASetOfOnePointAddsIt) {
     EXPECT_EQ(PointsOf(points), PointsOf(First(aSet, 1)));
 }
 
-TEST_F(AlignmentData, OfAnArrayThatCannotBeLockedOnceMoreIsRefused) {
+TEST_F(AlignmentData, AnArrayThatCannotBeLockedOnceMoreIsRefused) {
     constexpr ULONG mostLocks = 0xFFFF;
     AlignmentArray a(aSet);
     AlignmentArray b(bSet);
@@ -207,7 +207,7 @@ TEST_F(AlignmentData, OfAnArrayThatCannotBeLockedOnceMoreIsRefused) {
     }
 }
 
-TEST_F(AlignmentData, TheShiftLeavesTheAnglesAlone) {
+TEST_F(AlignmentData, TheShiftDoesNotChangeTheAngles) {
     AlignmentArray a(aSet);
     head.ModifyDataForLockedPosition(a.Address());
     const AlignmentPoints shifted = a.Items();
@@ -230,10 +230,9 @@ TEST_F(AlignmentData, AnArrayOfAnotherShapeIsRefused) {
     };
     const auto cases = [](const AlignmentPoints& points, const AlignmentPoints& other) {
         std::vector<Case> list;
-        list.push_back({"nothing at index 0", AlignmentArray::WithLowerBound(points, 1), other});
-        list.push_back(
-            {"an upper bound far from the elements", AlignmentArray::WithLowerBound(points, 1000000), other});
-        list.push_back({"no element, and bounds that wrap round to a high upper one",
+        list.push_back({"no element at index 0", AlignmentArray::WithLowerBound(points, 1), other});
+        list.push_back({"indices from 1,000,000", AlignmentArray::WithLowerBound(points, 1000000), other});
+        list.push_back({"no element, and an upper bound that wraps to the highest number",
                         AlignmentArray::WithLowerBound({}, std::numeric_limits<LONG>::min()), other});
         list.push_back({"elements too small to be points", AlignmentArray::WithElementSize(points, 8), other});
         list.push_back({"elements one number short", AlignmentArray::WithElementSize(points, 32), other});
@@ -268,16 +267,16 @@ TEST_F(AlignmentData, TooFewPointsAreReportedBeforeTheShape) {
     }
 }
 
-TEST_F(AlignmentData, TheUpperBoundIsReadAsIfTheArrayBeganAtZero) {
-    // Three elements, but an upper bound of 3: enough by the bound alone, and refused for the index 0 that is not
-    // there.
+TEST_F(AlignmentData, TheUpperBoundDecidesTheNumberOfPoints) {
+    // Three elements from index 1: the upper bound is 3, so that there seem to be four. The array is refused because it
+    // has no index 0.
     AlignmentArray a = AlignmentArray::WithLowerBound(First(aSet, 3), 1);
     AlignmentArray b(bSet);
     const Raised raised = RaisedBy([&] { head.ComputeGeometry(a.Address(), b.Address()); });
     EXPECT_TRUE(FailedWith(raised, DISP_E_BADINDEX, validating, L"Unspecified", L"Unspecified"));
 }
 
-TEST_F(AlignmentData, AnArrayThatBeginsBelowZeroIsTakenInTheOrderOfItsMemory) {
+TEST_F(AlignmentData, AnArrayThatBeginsBelowZeroIsReadFromItsFirstElement) {
     // Seven elements from index -2: the upper bound is 4, so five points are used, and they are the first five stored.
     AlignmentArray a = AlignmentArray::WithLowerBound(aSet, -2);
     AlignmentArray b = AlignmentArray::WithLowerBound(bSet, -1);
@@ -288,7 +287,7 @@ TEST_F(AlignmentData, AnArrayThatBeginsBelowZeroIsTakenInTheOrderOfItsMemory) {
     EXPECT_EQ(PointsOf(head.BAxisPoints()), PointsOf(plain.BAxisPoints()));
 }
 
-TEST_F(AlignmentData, ANullArrayIsRefusedByItsBoundQuery) {
+TEST_F(AlignmentData, ANullArrayIsRefusedByTheQueryOfItsBound) {
     AlignmentArray nothing = AlignmentArray::Null();
     AlignmentArray a(aSet);
     AlignmentArray b(bSet);
@@ -298,7 +297,7 @@ TEST_F(AlignmentData, ANullArrayIsRefusedByItsBoundQuery) {
     EXPECT_TRUE(FailedWith(withoutB, E_INVALIDARG, validating, L"Unspecified", L"Unspecified"));
 }
 
-TEST_F(AlignmentData, ARefusedSetLeavesAHeadWithIdealAxesAndNoPoints) {
+TEST_F(AlignmentData, ARefusedSetLeavesIdealAxesAndNoPoints) {
     SimulatedHead turned = simulated;
     turned.mountingAngle = 20.0;
     ASSERT_EQ(Computing(head, turned.ASet(45.0), turned.BSet(75.0)).code, S_OK);
@@ -314,7 +313,7 @@ TEST_F(AlignmentData, ARefusedSetLeavesAHeadWithIdealAxesAndNoPoints) {
     EXPECT_EQ(TripleOf(head.DriveCupOffset()), (Triple{-6.95, 24.0, -11.5}));
     EXPECT_TRUE(PointsOf(head.AAxisPoints()).empty());
     EXPECT_TRUE(PointsOf(head.BAxisPoints()).empty());
-    // No roll back and no clearing either: what later steps would have filled is what it was.
+    // There is no roll-back: the fields of later steps keep their old values.
     EXPECT_EQ(TripleOf(head.HeadCentre()), centre);
     EXPECT_EQ(head.RequiredRotationAroundZ(), rotation);
     EXPECT_EQ(AnswerFor(head, &RoundThePole::LeverLockedPosition, 0), lever);

@@ -9,14 +9,14 @@ namespace {
 
 using ToRadians = double (*)(double);
 
-/// How the component converts head angles: pi shortened to 14 decimals, multiplied first. Both are required.
+/// The component's conversion of head angles: pi shortened to 14 decimals, multiplied first. Both are required.
 double ShortPiMultipliedFirst(double degrees) { return degrees * 3.14159265358979 / 180.0; }
 double ShortPiDividedFirst(double degrees) { return degrees / 180.0 * 3.14159265358979; }
 double ShortPiOneFactor(double degrees) { return degrees * (3.14159265358979 / 180.0); }
 double FullPi(double degrees) { return degrees * 3.14159265358979323846 / 180.0; }
 
-/// A unit quaternion and what the head does with it, in plain doubles: same operations, same order, other
-/// code. The sine is the component's own, because C libraries differ in the last bit.
+/// A unit quaternion with the operations that the head needs, written a second time in the same order. The sine is the
+/// component's own, because C libraries differ in the last bit.
 struct Turn {
     double w, x, y, z;
 
@@ -81,14 +81,15 @@ protected:
     RoundThePole head;
 };
 
-TEST_F(Approach, OfAHeadThatIsNotTurnedIsTheHeadCentreLessTheOffsets) {
+TEST_F(Approach, OfAHeadThatIsNotTurnedIsTheHeadCentreMinusTheOffsets) {
     SavedHead{.headCentre = {100.0, 200.0, 300.0}, .rotation = 0.0}.LoadInto(head);
     EXPECT_EQ(EngagementAt(0.0, 0.0), (Triple{100.0 + 6.95, 200.0 - 24.0, 300.0 + 11.5}));
     EXPECT_EQ(ApproachAt(0.0, 0.0, 10.0), (Triple{100.0 + 6.95, 200.0 - 34.0, 300.0 + 11.5}));
 }
 
-TEST_F(Approach, AgreesWithRotationsWorkedOutByHand) {
-    // Right-handed about the A axis (-1, 0, 0), then about the B axis (0, 0, 1). The cup stands at (-6.95, 24, -11.5).
+TEST_F(Approach, AgreesWithRotationsComputedByHand) {
+    // Right-handed about the A axis (-1, 0, 0), then about the B axis (0, 0, 1). The drive cup is at (-6.95, 24,
+    // -11.5).
     struct Case {
         double a;
         double b;
@@ -132,7 +133,7 @@ TEST_F(Approach, TurnsTheAAxisWithB) {
     EXPECT_EQ(AAxisAt(0.0), (Triple{-1.0, 0.0, 0.0}));
 }
 
-TEST_F(Approach, KeepsTheDirectionsThatItReads) {
+TEST_F(Approach, DoesNotChangeTheHead) {
     SavedHead{.headCentre = {1.0, 2.0, 3.0}, .rotation = 30.0}.LoadInto(head);
     const Triple axis = TripleOf(head.AAxis());
     const Triple cup = TripleOf(head.DriveCupOffset());
@@ -145,8 +146,8 @@ TEST_F(Approach, KeepsTheDirectionsThatItReads) {
     EXPECT_EQ(TripleOf(head.ApproachDirection()), direction);
 }
 
-/// Every bit of the three results is fixed by the order of operations, the shortened pi and the multiplication before
-/// the division: plans computed on other machines must be the same.
+/// The order of operations, the shortened pi and the multiplication before the division determine every bit of the
+/// three results. They are required: plans must be the same on every machine.
 TEST_F(Approach, ConvertsAnglesWithTheShortenedPiMultipliedFirst) {
     for (const double rotation : {0.0, 30.0, -12.34}) {
         SavedHead{.rotation = rotation}.LoadInto(head);
@@ -164,21 +165,21 @@ TEST_F(Approach, ConvertsAnglesWithTheShortenedPiMultipliedFirst) {
         };
         AtEveryPosition(check);
         for (int b = -180; b <= 180; ++b) check(0.25 * (b + 180), b);
-        // Checks that the inputs distinguish the formulas; otherwise the comparisons above would prove nothing.
+        // The inputs must distinguish the formulas; otherwise the comparisons above would prove nothing.
         EXPECT_GT(fullPiShows, 100);
         EXPECT_GT(dividedFirstShows, 10);
         EXPECT_GT(oneFactorShows, 10);
     }
 }
 
-TEST_F(Approach, ShowsTheShortenedPiInItsLastDigits) {
+TEST_F(Approach, DependsOnTheShortenedPiInItsLastDigits) {
     // cos(90 degrees) is 6e-17 with the full pi and 1.6e-15 with the shortened one.
     const double turned = AAxisAt(90.0)[0];
     EXPECT_EQ(turned, ExpectedAAxis(head, 90.0, ShortPiMultipliedFirst)[0]);
     EXPECT_GT(std::abs(turned), 1e-15);
 }
 
-TEST_F(Approach, AcceptsAnyAngleAndPassesOnWhatIsNotANumber) {
+TEST_F(Approach, AcceptsAnyAngleAndNotANumber) {
     EXPECT_TRUE(AreNear(EngagementAt(360.0, -720.0), EngagementAt(0.0, 0.0), 1e-12));
     const Triple nowhere = EngagementAt(std::nan(""), 0.0);
     EXPECT_TRUE(std::isnan(nowhere.x) && std::isnan(nowhere.y) && std::isnan(nowhere.z));

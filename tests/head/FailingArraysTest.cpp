@@ -2,8 +2,8 @@
 #include "tests/head/HeadTest.h"
 #include "tests/support/SimulatedHead.h"
 
-/// An access to the captured points that cannot be ended. The linker leads the component's calls here: the n-th one
-/// ends the access and reports a failure.
+/// The end of an access to the captured points fails. The linker directs the component's calls to this program: the
+/// n-th call ends the access and returns a failure.
 
 namespace {
 
@@ -37,7 +37,7 @@ protected:
     RoundThePole head;
 };
 
-TEST_F(FailingArrays, AreRaisedByTheCheckAndTheShift) {
+TEST_F(FailingArrays, MakeTheCheckAndTheShiftFail) {
     const wchar_t* const sources[] = {L"RoundThePole::ValidateSafeArrayData", L"RoundThePole::ValidateSafeArrayData",
                                       L"RoundThePole::ModifyDataForLockedPosition",
                                       L"RoundThePole::ModifyDataForLockedPosition"};
@@ -46,14 +46,14 @@ TEST_F(FailingArrays, AreRaisedByTheCheckAndTheShift) {
             << "call " << call;
 }
 
-TEST_F(FailingArrays, AreIgnoredByTheFillingOfThePointArrays) {
+TEST_F(FailingArrays, DoNotMakeTheFillingOfThePointArraysFail) {
     for (int call = 5; call <= 6; ++call) {
         EXPECT_EQ(ComputeWithFailing(call).code, S_OK);
-        EXPECT_EQ(calls, 6) << "the check, the shift and the filling, of two sets";
+        EXPECT_EQ(calls, 6) << "one each for the check, the shift and the filling, for two sets";
     }
 }
 
-TEST_F(FailingArrays, KeepTheCapturesBThatWasStoredBefore) {
+TEST_F(FailingArrays, LeaveTheBAngleOfTheASetStored) {
     EXPECT_EQ(ComputeWithFailing(1).code, E_FAIL);
     EXPECT_EQ(head.AAxisCaptureBPosition(), 45.0);
 }

@@ -20,7 +20,7 @@ protected:
         Bstr name(to);
         return RaisedBy([&] { head.SaveToFile(name.Address()); });
     }
-    /// The file's lines, without their ends and without empty ones.
+    /// The file's lines without line ends. Empty lines are left out.
     std::vector<std::string> Lines() const {
         std::ifstream stream(path, std::ios::binary);
         std::vector<std::string> lines;
@@ -70,14 +70,14 @@ TEST_F(GeometryFile, KeepsTenDigitsOfAMeasuredHead) {
 }
 
 TEST_F(GeometryFile, KeepsItsSafeXAndYButNeverItsSafeZ) {
-    // The saved Z must be there, and never survives: the safe height always follows the head centre.
+    // The saved Z must be in the file, but it is not used: the safe height is computed from the head centre.
     SavedHead{.headCentre = {1.0, 2.0, 3.5}, .safePosition = {-7.25, 8.5, 999.0}}.LoadInto(head);
     EXPECT_EQ(head.SafePositionX(), -7.25);
     EXPECT_EQ(head.SafePositionY(), 8.5);
     EXPECT_EQ(head.SafePositionZ(), 38.5);
 }
 
-TEST_F(GeometryFile, LeavesTheMeasuredPointsOfAnEarlierComputationAlone) {
+TEST_F(GeometryFile, KeepsTheMeasuredPointsOfAnEarlierComputation) {
     const SimulatedHead simulated;
     ASSERT_EQ(Computing(head, simulated.ASet(45.0), simulated.BSet(75.0)).code, S_OK);
     SavedHead{.headCentre = {1.0, 2.0, 3.5}}.LoadInto(head);
@@ -86,7 +86,7 @@ TEST_F(GeometryFile, LeavesTheMeasuredPointsOfAnEarlierComputationAlone) {
     EXPECT_EQ(head.AAxisCaptureBPosition(), 45.0);
 }
 
-TEST_F(GeometryFile, KeepsWhatElseItHoldsWhenSavedOver) {
+TEST_F(GeometryFile, KeepsItsOtherContentInASave) {
     Write("; mine\r\n[Other]\r\nKey=value\r\n[HEADCENTRE]\r\nNote=keep\r\nX=5\r\n");
     ASSERT_EQ(Saving(path).code, S_OK);
     const std::vector<std::string> lines = Lines();
@@ -97,7 +97,7 @@ TEST_F(GeometryFile, KeepsWhatElseItHoldsWhenSavedOver) {
     EXPECT_EQ(Loading().code, S_OK);
 }
 
-TEST_F(GeometryFile, ThatDoesNotExistFailsTheLoadWithNothingChanged) {
+TEST_F(GeometryFile, ThatDoesNotExistMakesTheLoadFailWithoutAChange) {
     SavedHead{.headCentre = {1.0, 2.0, 3.0}, .safePosition = {4.0, 5.0, 6.0}, .rotation = 30.0}.LoadInto(head);
     const Triple axis = TripleOf(head.AAxis());
     EXPECT_TRUE(CouldNotRead(Loading(folder.Path("nothing.ini"))));
@@ -105,7 +105,7 @@ TEST_F(GeometryFile, ThatDoesNotExistFailsTheLoadWithNothingChanged) {
     EXPECT_EQ(TripleOf(head.AAxis()), axis);
 }
 
-TEST_F(GeometryFile, ThatCannotBeWrittenFailsTheSave) {
+TEST_F(GeometryFile, ThatCannotBeWrittenMakesTheSaveFail) {
     const Raised raised = Saving(folder.Path("no such folder") / "head.ini");
     EXPECT_TRUE(FailedWith(raised, QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile",
                            L"Failed To Write To File", L""));

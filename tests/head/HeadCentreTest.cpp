@@ -12,10 +12,10 @@ namespace {
 constexpr const wchar_t* fitting = L"RoundThePole::FitPointsToACircle";
 constexpr const wchar_t* errorFitting = L"Error Fitting points to a circle";
 
-/// Circles of this size, this near the origin, come back to a few units in the last place of their coordinates.
+/// Some units in the last place of the coordinates: the circles are of this size and near the origin.
 constexpr double clean = 1e-11;
 
-/// Points on a circle about the line through `centre` along `axis`, `count` of them, over `arcDegrees`.
+/// `count` points over `arcDegrees` of a circle about the line through `centre` along `axis`.
 std::vector<Triple> Circle(const Triple& centre, const Triple& axis, double radius, int count, double arcDegrees) {
     const Triple normal = Unit(axis);
     const Triple other = std::abs(normal[0]) < 0.8 ? Triple{1.0, 0.0, 0.0} : Triple{0.0, 1.0, 0.0};
@@ -29,7 +29,7 @@ std::vector<Triple> Circle(const Triple& centre, const Triple& axis, double radi
     return points;
 }
 
-/// Items that ComputeGeometry will bring to `points`: the built-in shift of unlocking is (0, 0, -1.5).
+/// Items that become `points` when ComputeGeometry subtracts the built-in locked-to-unlocked offset, (0, 0, -1.5).
 AlignmentPoints Measured(const std::vector<Triple>& points) {
     AlignmentPoints items = ItemsAt(points, 30.0, 0.0);
     for (HeadAlignmentDataItem& item : items) item.ZPosition -= 1.5;
@@ -50,7 +50,7 @@ TEST_F(HeadCentre, IsWhereTheAxesMeet) {
     const std::vector<Triple> aboutX = Circle({14.0, 20.0, 30.0}, {1.0, 0.0, 0.0}, 50.0, 6, 200.0);
     const std::vector<Triple> aboutZ = Circle({10.0, 20.0, 21.0}, {0.0, 0.0, 1.0}, 70.0, 6, 300.0);
     const Triple meeting{10.0, 20.0, 30.0};
-    // Points the other way round turn a fitted normal over: the answer must not follow.
+    // Points in the reverse order can reverse the fitted normal. The head centre must not depend on that.
     for (const auto& a : {aboutX, Reversed(aboutX)})
         for (const auto& b : {aboutZ, Reversed(aboutZ)}) {
             ASSERT_EQ(Computing(head, Measured(a), Measured(b)).code, S_OK);
@@ -65,7 +65,7 @@ TEST_F(HeadCentre, LiesOnTheBAxisAtTheFootOfTheCommonPerpendicular) {
     EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), {10.0, 23.0, 33.0}, clean));
 }
 
-TEST_F(HeadCentre, IsThatFootForAllDirectionsOfTheAxes) {
+TEST_F(HeadCentre, IsTheFootForAllDirectionsOfTheAxes) {
     constexpr std::uint64_t seed = 20;
     SCOPED_TRACE(seed);
     std::mt19937_64 generator(seed);
@@ -84,8 +84,8 @@ TEST_F(HeadCentre, IsThatFootForAllDirectionsOfTheAxes) {
         const auto a = Circle(onA + (90.0 * component(generator)) * alongA, alongA, 120.0, 7, 270.0);
         const auto b = Circle(foot + (90.0 * component(generator)) * alongB, alongB, 80.0, 9, 320.0);
         ASSERT_EQ(Computing(head, Measured(a), Measured(b)).code, S_OK) << i;
-        // Rounded coordinates of 1e-13 tilt an axis by 1e-15, seen over 90 and through an angle between the axes of
-        // 0.3.
+        // Roundings of 1e-13 on a length of 90 tilt an axis by 1e-15 rad. The smallest angle between the axes is 0.3
+        // rad.
         EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), foot, 1e-10)) << i;
     }
 }
@@ -96,9 +96,9 @@ TEST_F(HeadCentre, OfASimulatedHeadIsItsPoleSphere) {
     EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), simulated.pole, 1e-10));
 }
 
-TEST_F(HeadCentre, IsNotFiniteWhenTheAxesAreParallelAndTheNextStepRefusesIt) {
-    // The same circle twice: both fits take the same steps, so the two axes are parallel to the last bit, whatever
-    // rounding there is. The head centre itself is not refused; the line through it is the first thing that cannot be.
+TEST_F(HeadCentre, OfParallelAxesIsNotFiniteAndTheLineFitRefusesIt) {
+    // The same circle twice: both fits compute the same, so that the axes are parallel to the last bit. The head centre
+    // itself is not checked; the line fit of the alignment correction is the first step that fails.
     const auto circle = Circle({10.0, 20.0, 30.0}, {0.0, 0.0, 1.0}, 70.0, 6, 300.0);
     const Raised raised = Computing(head, Measured(circle), Measured(circle));
     EXPECT_TRUE(FailedWith(raised, QMV_E_GEOMETRY_IMPOSSIBLE, L"RoundThePole::CalculateRotationFromIdealAlignment",
@@ -106,7 +106,7 @@ TEST_F(HeadCentre, IsNotFiniteWhenTheAxesAreParallelAndTheNextStepRefusesIt) {
     for (const int i : {0, 1, 2}) EXPECT_FALSE(std::isfinite(head.HeadCentre()[i])) << i;
 }
 
-TEST_F(HeadCentre, ThatIsNotFiniteLeavesTheStepsBeforeTheFailureDone) {
+TEST_F(HeadCentre, ThatIsNotFiniteKeepsTheResultsOfEarlierSteps) {
     const SimulatedHead turned{.mountingAngle = 25.0};
     ASSERT_EQ(Computing(head, turned.ASet(45.0), turned.BSet(75.0)).code, S_OK);
     const double rotation = head.RequiredRotationAroundZ();
@@ -119,7 +119,7 @@ TEST_F(HeadCentre, ThatIsNotFiniteLeavesTheStepsBeforeTheFailureDone) {
     EXPECT_EQ(head.RequiredRotationAroundZ(), rotation);
 }
 
-TEST_F(HeadCentre, CannotBeFoundFromPointsThatMakeNoCircle) {
+TEST_F(HeadCentre, CannotBeComputedFromPointsOnNoCircle) {
     struct Case {
         const char* why;
         std::vector<Triple> points;
@@ -132,7 +132,7 @@ TEST_F(HeadCentre, CannotBeFoundFromPointsThatMakeNoCircle) {
         {"on a slanting line", {{0, 0, 0}, {1, 2, -4}, {2, 4, -8}, {4, 8, -16}, {8, 16, -32}}},
         {"in one place", {{3, 4, 5}, {3, 4, 5}, {3, 4, 5}, {3, 4, 5}}},
         {"in two places", {{3, 4, 5}, {6, 4, 5}, {3, 4, 5}, {6, 4, 5}}},
-        {"at the origin once unshifted", {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}}},
+        {"at the origin after the shift", {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}}},
         {"X not a number", {{notANumber, 0, 0}, {10, 0, 0}, {0, 10, 0}, {0, -10, 0}}},
         {"Y infinite", {{0, infinity, 0}, {10, 0, 0}, {0, 10, 0}, {0, -10, 0}}},
         {"Z not a number", {{-10, 0, 0}, {10, 0, 0}, {0, 10, 0}, {0, -10, notANumber}}},
@@ -147,7 +147,7 @@ TEST_F(HeadCentre, CannotBeFoundFromPointsThatMakeNoCircle) {
     }
 }
 
-TEST_F(HeadCentre, StaysWhereItWasWhenAFitFails) {
+TEST_F(HeadCentre, DoesNotChangeWhenAFitFails) {
     const SimulatedHead turned{.pole = {100.0, -200.0, -300.0}, .mountingAngle = 25.0};
     ASSERT_EQ(Computing(head, turned.ASet(45.0), turned.BSet(75.0)).code, S_OK);
     const Triple centre = TripleOf(head.HeadCentre());
@@ -158,7 +158,7 @@ TEST_F(HeadCentre, StaysWhereItWasWhenAFitFails) {
     EXPECT_EQ(TripleOf(head.HeadCentre()), centre);
     EXPECT_EQ(head.SafePositionZ(), safeZ);
     EXPECT_EQ(head.RequiredRotationAroundZ(), rotation);
-    // What the steps before the fit fill is new.
+    // The steps before the fit have filled their fields.
     EXPECT_EQ(TripleOf(head.AAxis()), (Triple{-1.0, 0.0, 0.0}));
     EXPECT_EQ(PointsOf(head.AAxisPoints()), line);
     EXPECT_EQ(head.AAxisCaptureBPosition(), 0.0);
@@ -188,14 +188,14 @@ TEST_F(HeadCentre, FitsTheMeasuredPointsAndNotTheirProjections) {
     EXPECT_EQ(TripleOf(circle->GetNormal()), TripleOf(throughThePoints.GetNormal()));
 }
 
-TEST_F(HeadCentre, TakesTheCentreOfACircleAsAVector) {
+TEST_F(HeadCentre, ReadsTheCentreOfACircleAsAVector) {
     CMaCircle circle(1.0);
     circle.Fit(ArrayOf({{5, 2, 3}, {1, 6, 3}, {-3, 2, 3}, {1, -2, 3}}), 200000);
     const std::unique_ptr<CMaVector> centre = head.GetCircleCentre(circle);
     EXPECT_TRUE(AreNear(TripleOf(*centre), {1.0, 2.0, 3.0}, 1e-14));
 }
 
-/// The foot on the B axis, each step written out in the required order: nothing here may be rearranged.
+/// The foot on the B axis, with the operations in the required order. They must not be rearranged.
 Triple FootOnTheBAxis(const RoundThePole& head) {
     CMaCircle circleB(1.0);
     circleB.Fit(head.BAxisPoints(), 200000);

@@ -14,14 +14,14 @@
 #include <utility>
 #include <vector>
 
-/// Small words that the tests of the head model share.
+/// Helpers of the tests of the head model.
 
 using Triple = qmv40::model::Vector3;
 using AlignmentPoints = std::vector<HeadAlignmentDataItem>;
 
 inline Triple TripleOf(const CMaVector& vector) { return {vector[0], vector[1], vector[2]}; }
 
-/// What a query writes into the vector that it is given.
+/// The vector that a query returns in its out parameter.
 template <class Query> Triple Answer(Query&& query) {
     CMaVector out(std::nan(""), std::nan(""), std::nan(""));
     std::forward<Query>(query)(out);
@@ -34,7 +34,7 @@ inline Triple AnswerFor(const RoundThePole& head, LeverQuery query, int lever) {
     return Answer([&](CMaVector& out) { (head.*query)(lever, out); });
 }
 
-/// Right-handed turn about the vertical through the origin, with the full pi.
+/// Rotates right-handed about the vertical through the origin, with the full pi.
 inline Triple TurnedAboutZ(const Triple& v, double angleDegrees) {
     return AboutZ(qmv40::model::Rotation(qmv40::model::ToRadians(angleDegrees)), v);
 }
@@ -45,7 +45,7 @@ inline void PrintTo(const Vector3& v, std::ostream* out) { *out << '(' << v.x <<
 
 } // namespace qmv40::model
 
-/// Whether two points or directions are no further apart than `tolerance`; never when a coordinate is not a number.
+/// Whether the distance of two points or directions is at most `tolerance`. False if a coordinate is not a number.
 inline testing::AssertionResult AreNear(const Triple& actual, const Triple& expected, double tolerance) {
     if (Distance(actual, expected) <= tolerance) return testing::AssertionSuccess();
     return testing::AssertionFailure() << testing::PrintToString(actual) << " is " << Distance(actual, expected)
@@ -78,14 +78,14 @@ inline AlignmentPoints ItemsAt(const std::vector<Triple>& points, double a, doub
     return items;
 }
 
-/// How ComputeGeometry ends for these two sets.
+/// Calls ComputeGeometry with these two sets and returns its failure.
 inline Raised Computing(RoundThePole& head, const AlignmentPoints& aPoints, const AlignmentPoints& bPoints) {
     AlignmentArray a(aPoints);
     AlignmentArray b(bPoints);
     return RaisedBy([&] { head.ComputeGeometry(a.Address(), b.Address()); });
 }
 
-/// Whether a call failed with this code and left this record.
+/// Whether a call failed with this code and set this error record.
 inline testing::AssertionResult FailedWith(const Raised& raised, HRESULT code, const std::wstring& source,
                                            const std::wstring& description, const std::wstring& helpFile) {
     if (raised.code != code)

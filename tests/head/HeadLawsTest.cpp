@@ -1,4 +1,4 @@
-/// Laws that hold for every head: where the whole world is moved or turned, the answer goes with it.
+/// Laws that hold for every head: if all points are moved or turned, the geometry is moved or turned with them.
 
 #include "tests/head/HeadChecks.h"
 #include "tests/head/HeadTest.h"
@@ -9,11 +9,11 @@
 
 namespace {
 
-/// Fits of clean circles a few hundred across, at coordinates of a few hundred.
+/// For fits of exact circles with sizes and coordinates of some hundreds.
 constexpr double lengthTolerance = 1e-9;
 constexpr double angleTolerance = 1e-9;
 
-/// How far two angles are apart, whole turns aside, degrees.
+/// The difference of two angles in degrees, without whole turns.
 double AngleBetween(double left, double right) { return std::abs(std::remainder(left - right, 360.0)); }
 
 AlignmentPoints Shifted(AlignmentPoints points, const Triple& by) {
@@ -41,9 +41,9 @@ protected:
     RoundThePole head;
 };
 
-TEST_F(HeadLaws, SimulatedHeadsCapturedAtB45GiveBackPoleAndMounting) {
-    // Mounted anywhere within 40 degrees of the four directions, the A set's plane stands clear of every quadrant's
-    // edge.
+TEST_F(HeadLaws, CapturesAtB45GivePoleSphereAndMounting) {
+    // With a mounting within 40 degrees of one of the four directions, the plane of the A set is far from the edges of
+    // its quadrant.
     int heads = 0;
     for (const double direction : {0.0, 90.0, 180.0, -90.0})
         for (double error = -40.0; error <= 40.0; error += 2.5) {
@@ -70,20 +70,20 @@ TEST_F(HeadLaws, CapturesInTheMiddleOfEveryQuadrantAreRight) {
         }
 }
 
-TEST_F(HeadLaws, TheMountingErrorChangesSignNearAQuadrantsEdge) {
+TEST_F(HeadLaws, TheRotationHasAWrongSignNearAnEdgeOfAQuadrant) {
     // This follows from the margin of ten units and is required. The documents ask for a capture at B = 45.
     const SimulatedHead simulated{.mountingAngle = -3.0};
     Compute(simulated.ASet(0.0), simulated.BSet(75.0));
     EXPECT_NEAR(head.RequiredRotationAroundZ(), 3.0, angleTolerance);
 }
 
-TEST_F(HeadLaws, ShiftingAllPointsShiftsTheHeadAndTurnsNothing) {
+TEST_F(HeadLaws, AShiftOfAllPointsShiftsTheHeadAndTurnsNothing) {
     constexpr std::uint64_t seed = 11;
     SCOPED_TRACE(seed);
     std::mt19937_64 generator(seed);
     std::uniform_real_distribution<double> shift(-1000.0, 1000.0);
     const SimulatedHead simulated{.pole = {10.0, 20.0, 30.0}, .mountingAngle = 17.0};
-    // Noisy points, so that the law holds for any result of the fits, not only for an exact head.
+    // With noise, so that the law is tested for more than exact heads.
     const AlignmentPoints a = WithNoise(simulated.ASet(45.0), 0.01, seed);
     const AlignmentPoints b = WithNoise(simulated.BSet(60.0), 0.01, seed + 1);
     Compute(a, b);
@@ -99,9 +99,9 @@ TEST_F(HeadLaws, ShiftingAllPointsShiftsTheHeadAndTurnsNothing) {
     }
 }
 
-TEST_F(HeadLaws, TurningAllPointsAboutTheVerticalTurnsTheHead) {
-    // Points without noise. The rotation is the angle of a line with a plane, and turns with the points only if the
-    // plane of the A set is upright: a plane tilted by e changes the angle by e * e, differently at every azimuth.
+TEST_F(HeadLaws, ATurnOfAllPointsAboutTheVerticalTurnsTheHead) {
+    // Without noise. The rotation is the angle between a line and the plane of the A set. It turns with the points only
+    // if that plane is vertical: a tilt e of the plane changes the angle by e^2, and the change depends on the azimuth.
     const SimulatedHead simulated{.pole = {210.0, -120.0, 330.0}, .mountingAngle = 2.0};
     const AlignmentPoints a = simulated.ASet(45.0);
     const AlignmentPoints b = simulated.BSet(60.0);
@@ -111,7 +111,7 @@ TEST_F(HeadLaws, TurningAllPointsAboutTheVerticalTurnsTheHead) {
     const Triple lever = AnswerFor(head, &RoundThePole::LeverLockedPosition, 1);
     for (const double direction : {0.0, 90.0, 180.0, 270.0})
         for (const double within : {-38.0, -20.0, -7.3, 0.0, 11.0, 33.0}) {
-            // Every sum keeps the A set's plane in the middle part of a quadrant, where the quadrant is unambiguous.
+            // In all cases the plane of the A set is in the middle of a quadrant, where the quadrant is unambiguous.
             const double by = direction + within;
             SCOPED_TRACE(by);
             Compute(Turned(a, by), Turned(b, by));

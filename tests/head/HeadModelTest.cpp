@@ -13,7 +13,7 @@ protected:
     const SimulatedHead simulated{.pole = {312.5, -48.25, -610.0}, .mountingAngle = 12.0};
 };
 
-TEST_F(HeadModel, StandsAtTheOriginWithIdealAxesWhenFresh) {
+TEST_F(HeadModel, IsAtTheOriginWithIdealAxesWhenNew) {
     const RoundThePole head;
     EXPECT_EQ(TripleOf(head.HeadCentre()), (Triple{0.0, 0.0, 0.0}));
     EXPECT_EQ(TripleOf(head.AAxis()), (Triple{-1.0, 0.0, 0.0}));
@@ -22,7 +22,7 @@ TEST_F(HeadModel, StandsAtTheOriginWithIdealAxesWhenFresh) {
     EXPECT_EQ(TripleOf(head.DriveCupOffset()), (Triple{-6.95, 24.0, -11.5}));
 }
 
-TEST_F(HeadModel, HoldsNoPointsAndNoLeversWhenFresh) {
+TEST_F(HeadModel, HasNoPointsAndNoLeverOffsetsWhenNew) {
     const RoundThePole head;
     EXPECT_EQ(head.AAxisPoints().GetSize(), 0);
     EXPECT_EQ(head.BAxisPoints().GetSize(), 0);
@@ -35,7 +35,7 @@ TEST_F(HeadModel, HoldsNoPointsAndNoLeversWhenFresh) {
         for (const int lever : {0, 1}) EXPECT_EQ(AnswerFor(head, query, lever), (Triple{0.0, 0.0, 0.0}));
 }
 
-TEST_F(HeadModel, HoldsZerosWhenFreshWhateverItsMemoryHeld) {
+TEST_F(HeadModel, SetsAllNumbersToZeroWhenNew) {
     alignas(RoundThePole) unsigned char memory[sizeof(RoundThePole)];
     std::memset(memory, 0xA5, sizeof memory);
     RoundThePole* const head = new (memory) RoundThePole;
@@ -47,7 +47,7 @@ TEST_F(HeadModel, HoldsZerosWhenFreshWhateverItsMemoryHeld) {
     head->~RoundThePole();
 }
 
-TEST_F(HeadModel, TakesItsDriveCupFromTheSettingsWhenBuiltAndAtEveryFilling) {
+TEST_F(HeadModel, ReadsTheDriveCupOffsetWhenNewAndInEachFilling) {
     Store("Head Centre To Drive Cup X Offset", "-7.25");
     RoundThePole head;
     EXPECT_EQ(TripleOf(head.DriveCupOffset()), (Triple{-7.25, 24.0, -11.5}));
@@ -60,9 +60,8 @@ TEST_F(HeadModel, TakesItsDriveCupFromTheSettingsWhenBuiltAndAtEveryFilling) {
     EXPECT_EQ(TripleOf(head.DriveCupOffset()), (Triple{-9.75, 24.0, -11.5}));
 }
 
-TEST_F(HeadModel, KeepsItsBAxisVerticalForAllFittedCircles) {
-    // The B circle of this head is tilted by five degrees: its axis determines the head centre and is not used
-    // afterwards.
+TEST_F(HeadModel, KeepsItsBAxisVerticalWithATiltedBCircle) {
+    // The B circle of this head is tilted by 5 degrees. Its axis is used for the head centre only.
     std::vector<Triple> tilted;
     for (int i = 0; i < 8; ++i) {
         const Triple onCircle = TurnedAboutZ({100.0, 0.0, 0.0}, 45.0 * i);
@@ -84,7 +83,7 @@ TEST_F(HeadModel, PutsTheSafeHeightExactly35AboveTheHeadCentre) {
     }
 }
 
-TEST_F(HeadModel, KeepsTheSafePlaceOfALoadedGeometryWhenItComputesAnother) {
+TEST_F(HeadModel, KeepsTheLoadedSafeXAndYInAComputation) {
     RoundThePole head;
     ASSERT_EQ(Computing(head, simulated.ASet(45.0), simulated.BSet(75.0)).code, S_OK);
     EXPECT_EQ(head.SafePositionX(), 0.0);
@@ -117,7 +116,7 @@ TEST_F(HeadModel, ReturnsItsCurrentHeadCentreAndBAxis) {
     EXPECT_EQ(&centre, &head.HeadCentre());
 }
 
-TEST_F(HeadModel, IsAsGoodAsNewAfterAFailureWhenTheNextFillingSucceeds) {
+TEST_F(HeadModel, IsRightAfterAFailureAndASuccessfulFilling) {
     RoundThePole head;
     EXPECT_EQ(Computing(head, simulated.ASet(45.0, 3), simulated.BSet(75.0)).code, QMV_E_TOO_FEW_POINTS);
     ASSERT_EQ(Computing(head, simulated.ASet(45.0), simulated.BSet(75.0)).code, S_OK);

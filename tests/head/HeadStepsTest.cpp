@@ -8,8 +8,8 @@
 
 using namespace qmv40;
 
-/// What the head model asks of the vector geometry and of the settings store, in which order, and which step it names
-/// when an answer fails. This program has planes, lines and a store of its own: they record their calls and fail on
+/// The order in which the head model calls the vector geometry and the settings store, and the step that it names when
+/// a call fails. This program replaces planes, lines and the store by its own: they record their calls and fail on
 /// request.
 
 namespace {
@@ -69,11 +69,11 @@ protected:
     RoundThePole head;
 };
 
-TEST_F(HeadSteps, OfAComputationAreTheRequiredOnes) {
+TEST_F(HeadSteps, RunInTheRequiredOrder) {
     EXPECT_EQ(Compute().code, S_OK);
     std::vector<std::string> expected{"Head Centre To Drive Cup X Offset"};
     const auto add = [&](const char* step, int times) { expected.insert(expected.end(), std::size_t(times), step); };
-    add("Locked To Unlocked X Offset", 2); // once for each set
+    add("Locked To Unlocked X Offset", 2); // for each set
     add("plane B", 1);
     add("projection", 6);
     add("plane A", 1);
@@ -83,21 +83,21 @@ TEST_F(HeadSteps, OfAComputationAreTheRequiredOnes) {
     add("plane A", 1);
     add("line 2", 1);
     add("angle", 1);
-    EXPECT_EQ(account.steps, expected) << "a missing X ends the reading of an offset";
+    EXPECT_EQ(account.steps, expected) << "after a missing X, Y and Z are not read";
 }
 
-TEST_F(HeadSteps, ProjectionsLeaveThePointsAsCaptured) {
+TEST_F(HeadSteps, DoNotFitTheProjectedPoints) {
     ASSERT_EQ(Compute().code, S_OK);
     for (const Triple& point : PointsOf(head.AAxisPoints())) EXPECT_LT(std::abs(point[0]), 1e6);
 }
 
-TEST_F(HeadSteps, OfTheLeverGeometryOpenTheKeyFourTimes) {
+TEST_F(HeadSteps, OpenTheKeyFourTimesForTheLeverGeometry) {
     account = {};
     head.CalculateLeverGeometry();
     EXPECT_EQ(account.keyOpenings, 4);
 }
 
-TEST_F(HeadSteps, OfTheAlignmentCorrectionNameThemselves) {
+TEST_F(HeadSteps, AreNamedWhenTheAlignmentCorrectionFails) {
     const struct {
         const char* failing;
         const wchar_t* description;
@@ -114,14 +114,14 @@ TEST_F(HeadSteps, OfTheAlignmentCorrectionNameThemselves) {
                            L"Error Fitting points to a circle", L"Unspecified"));
 }
 
-TEST_F(HeadSteps, OfACircleFitNameTheFit) {
+TEST_F(HeadSteps, AreNamedWhenACircleFitFails) {
     for (const char* const failing : {"plane A", "plane B"})
         EXPECT_TRUE(FailedWith(Compute(failing), QMV_E_GEOMETRY_IMPOSSIBLE, L"RoundThePole::FitPointsToACircle",
                                L"Error Fitting points to a circle", L"Unspecified"));
 }
 
-// The stand-in line tells 30 degrees; the head is captured at B = 45.
-TEST_F(HeadSteps, OfTheAlignmentCorrectionUseTheAngleOfTheLine) {
+// The replaced line returns an angle of 30 degrees. The head is captured at B = 45.
+TEST_F(HeadSteps, UseTheAngleOfTheLine) {
     ASSERT_EQ(Compute().code, S_OK);
     const double byQuadrant[] = {150.0, 30.0, -30.0, -150.0};
     const int quadrant = head.DetermineQuadrant(head.AAxisPoints());

@@ -8,7 +8,7 @@
 #include <functional>
 #include <new>
 
-/// Which step a head names when memory runs out in it.
+/// The step that a head names when memory runs out in it.
 
 namespace {
 
@@ -24,8 +24,8 @@ void PrintTo(const Step& step, std::ostream* out) {
 
 class StepsWithoutMemory : public HeadTest {
 protected:
-    /// Fails one allocation of `action` after the other, on a new head each time. Returns the steps named, in the order
-    /// in which they are met: one again when another one was met between.
+    /// Runs `action` on a new head again and again. In each run the next allocation fails. Returns the named steps in
+    /// their order, without repetitions of the step before.
     static std::vector<Step> StepsOf(const std::function<void(RoundThePole&)>& action) {
         constexpr long moreThanEnough = 2000;
         std::vector<Step> steps;
@@ -44,7 +44,7 @@ protected:
             const Step step{raised.record->source, raised.record->description};
             if (steps.empty() || steps.back() != step) steps.push_back(step);
         }
-        ADD_FAILURE() << "no end of allocations";
+        ADD_FAILURE() << "more than " << moreThanEnough << " allocations";
         return steps;
     }
 
@@ -52,7 +52,7 @@ protected:
     AlignmentArray bAxisPoints{SimulatedHead().BSet(60.0)};
 };
 
-TEST_F(StepsWithoutMemory, OfAComputationAreNamedOneByOne) {
+TEST_F(StepsWithoutMemory, AreNamedInAComputation) {
     const std::vector<Step> expected{
         {L"RoundThePole::ComputeGeometry", L"Unspecified"},
         {L"RoundThePole::ComputeGeometry", L"Error Copying the safe array data."},
@@ -72,7 +72,7 @@ TEST_F(StepsWithoutMemory, OfAComputationAreNamedOneByOne) {
               expected);
 }
 
-TEST_F(StepsWithoutMemory, OfAPositionAreThePositionItself) {
+TEST_F(StepsWithoutMemory, AreNamedInThePositionQueries) {
     CMaVector out(0.0, 0.0, 0.0);
     EXPECT_EQ(StepsOf([&](RoundThePole& head) { head.ApproachPosition(30.0, 60.0, 10.0, out); }),
               (std::vector<Step>{{L"RoundThePole::ApproachPosition", L"Error Calculating Approach Position"}}));
@@ -82,13 +82,14 @@ TEST_F(StepsWithoutMemory, OfAPositionAreThePositionItself) {
               (std::vector<Step>{{L"RoundThePole::RotatedAAxis", L"Error Calculating A Axis Rotation"}}));
 }
 
-/// How a call that runs out of memory ended: never without a record, once there was memory for one.
+/// Fails each allocation of a call in turn. The call must end with a code, and with this record if there was memory for
+/// it.
 void ExpectOneRecord(const std::function<void(RoundThePole&)>& action, const wchar_t* description) {
     bool wasReached = true;
     int failures = 0;
     for (long n = 0; wasReached; ++n) {
         SCOPED_TRACE(testing::Message() << "allocation " << n << " fails");
-        ASSERT_LT(n, 2000) << "no end of allocations";
+        ASSERT_LT(n, 2000) << "more than 2000 allocations";
         RoundThePole head;
         Raised raised;
         FailingAllocations failing(n);
@@ -96,7 +97,7 @@ void ExpectOneRecord(const std::function<void(RoundThePole&)>& action, const wch
             raised = RaisedBy([&] { action(head); });
         } catch (const std::bad_alloc&) {
             failing.Stop();
-            FAIL() << "left as std::bad_alloc";
+            FAIL() << "std::bad_alloc left the call";
         }
         wasReached = failing.Stop();
         if (!wasReached || raised.code == S_OK) continue;
@@ -110,7 +111,7 @@ void ExpectOneRecord(const std::function<void(RoundThePole&)>& action, const wch
 }
 
 // The source is that of the load for both: the text is fixed.
-TEST_F(StepsWithoutMemory, OfALoadOrASaveAreTheWholeLoadOrSave) {
+TEST_F(StepsWithoutMemory, AreNamedAsAWholeInALoadOrASave) {
     const TemporaryFolder folder;
     Bstr name(folder.Path("head.ini"));
     RoundThePole().SaveToFile(name.Address());
@@ -119,7 +120,7 @@ TEST_F(StepsWithoutMemory, OfALoadOrASaveAreTheWholeLoadOrSave) {
     ExpectOneRecord([&](RoundThePole& head) { head.SaveToFile(name.Address()); }, L"Failed To Save File");
 }
 
-TEST_F(StepsWithoutMemory, OfOneNumberOfAFileAreTheReadingAndTheWriting) {
+TEST_F(StepsWithoutMemory, AreNamedWhenOneNumberIsReadOrWritten) {
     const TemporaryFolder folder;
     const std::wstring file = folder.Path("head.ini").wstring();
     EXPECT_EQ(StepsOf([&](RoundThePole& head) { head.WriteDoubleToIniFile(L"SECTION", L"Key", 1.0, file.c_str()); }),

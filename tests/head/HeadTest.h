@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-/// A test with a settings store of its own: no key at all until the test stores a value.
+/// A test with its own settings store. The store has no key until the test stores a value.
 class HeadTest : public testing::Test {
 protected:
     void Store(const char* name, const char* text) { settings.SetText(name, text); }

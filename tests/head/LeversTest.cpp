@@ -13,7 +13,7 @@ protected:
     RoundThePole head;
 };
 
-/// Lengths that are sums of two decimal numbers, to the rounding of that sum.
+/// The rounding of a sum of two decimal numbers.
 constexpr double rounding = 1e-14;
 
 struct DefaultPosition {
@@ -30,7 +30,7 @@ const DefaultPosition defaults[] = {
     {&RoundThePole::LeverUnlockedApproachPosition, {30.3, 24.3, -36.55}, "unlocked approach"},
     {&RoundThePole::LeverLockingCentreOfRotation, {30.3, 2.0, -36.25}, "locking centre"}};
 
-TEST_F(Levers, StandAtTheirBuiltInOffsetsFromTheHeadCentre) {
+TEST_F(Levers, AreAtTheirBuiltInOffsetsFromTheHeadCentre) {
     const Triple centre{128.0, -64.0, 512.0};
     SavedHead{.headCentre = centre}.LoadInto(head);
     for (const DefaultPosition& d : defaults) {
@@ -48,17 +48,17 @@ TEST_F(Levers, AreExactlyAtTheirBuiltInOffsetsWhenTheHeadIsAtTheOrigin) {
     EXPECT_EQ(At(&RoundThePole::LeverUnlockedApproachPosition, 1), (Triple{-30.3, 19.3 + 5.0, -32.25 + -4.3}));
 }
 
-TEST_F(Levers, DifferOnlyByTheMirroredXOfTheirCentre) {
+TEST_F(Levers, DifferOnlyInTheMirroredXOfTheirCentres) {
     Store("Lever Centre To Ball Centre X Offset", "1.25000");
     Store("Lever Centre To Ball Centre Y Offset", "-20.0");
     Fill();
-    // The ball's own X is not mirrored with the lever.
+    // The X offset from the lever centre to the ball is not mirrored.
     EXPECT_TRUE(AreNear(At(&RoundThePole::LeverLockedPosition, 0), {31.55, -20.0, -36.55}, rounding));
     EXPECT_TRUE(AreNear(At(&RoundThePole::LeverLockedPosition, 1), {-29.05, -20.0, -36.55}, rounding));
     EXPECT_TRUE(AreNear(At(&RoundThePole::LeverUnlockedPosition, 1), {-29.05, 20.0, -36.55}, rounding));
 }
 
-TEST_F(Levers, TakeTheirCentreFromTheSettings) {
+TEST_F(Levers, ReadTheirCentresFromTheSettings) {
     Store("Head Centre To Lever Centre X Offset", "31.0");
     Fill();
     for (const DefaultPosition& d : defaults) {
@@ -67,7 +67,7 @@ TEST_F(Levers, TakeTheirCentreFromTheSettings) {
     }
 }
 
-TEST_F(Levers, TakeTheirCentresYAndZFromTheSettingsUnmirrored) {
+TEST_F(Levers, DoNotMirrorYAndZOfTheirCentres) {
     Store("Head Centre To Lever Centre X Offset", "31.0000");
     Store("Head Centre To Lever Centre Y Offset", "1.500");
     Store("Head Centre To Lever Centre Z Offset", "-40");
@@ -76,7 +76,7 @@ TEST_F(Levers, TakeTheirCentresYAndZFromTheSettingsUnmirrored) {
     EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 1), (Triple{-31.0, 1.5, -40.0}));
 }
 
-TEST_F(Levers, TakeTheirBallFromTheSettingsMirroredInYWhenUnlocked) {
+TEST_F(Levers, MirrorTheYOfTheirBallsWhenUnlocked) {
     Store("Lever Centre To Ball Centre X Offset", "0.0000");
     Store("Lever Centre To Ball Centre Y Offset", "-20.0");
     Fill();
@@ -85,13 +85,13 @@ TEST_F(Levers, TakeTheirBallFromTheSettingsMirroredInYWhenUnlocked) {
         EXPECT_EQ(At(&RoundThePole::LeverLockedApproachPosition, lever)[1], -25.0);
         EXPECT_EQ(At(&RoundThePole::LeverUnlockedPosition, lever)[1], 20.0);
         EXPECT_EQ(At(&RoundThePole::LeverUnlockedApproachPosition, lever)[1], 25.0);
-        // The centres of rotation hang on the lever's centre, not on its ball.
+        // The centres of rotation are offsets from the lever centre, not from the ball.
         EXPECT_EQ(At(&RoundThePole::LeverUnlockingCentreOfRotation, lever)[1], -2.0);
         EXPECT_EQ(At(&RoundThePole::LeverLockingCentreOfRotation, lever)[1], 2.0);
     }
 }
 
-TEST_F(Levers, ShowNewSettingsAtTheNextFillingAndNotBefore) {
+TEST_F(Levers, UseNewSettingsFromTheNextFillingOn) {
     Fill();
     Store("Head Centre To Lever Centre X Offset", "31.0");
     EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 0)[0], 30.3);
@@ -99,7 +99,7 @@ TEST_F(Levers, ShowNewSettingsAtTheNextFillingAndNotBefore) {
     EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 0)[0], 31.0);
 }
 
-TEST_F(Levers, OfEverySideExcept0AreTheNegativeLever) {
+TEST_F(Levers, WithAnySideExcept0AreTheNegativeLever) {
     Fill();
     for (const DefaultPosition& d : defaults)
         for (const int side : {1, 2, 5, -1, 2147483647, -2147483647 - 1}) EXPECT_EQ(At(d.query, side), At(d.query, 1));
@@ -107,13 +107,13 @@ TEST_F(Levers, OfEverySideExcept0AreTheNegativeLever) {
     EXPECT_EQ(At(&RoundThePole::LeverAxisOfRotation, -1), At(&RoundThePole::LeverAxisOfRotation, 1));
 }
 
-TEST_F(Levers, TurnAboutAxesThatAreDirectionsAndNotPositions) {
+TEST_F(Levers, HaveAxesThatAreDirectionsAndNotPositions) {
     SavedHead{.headCentre = {128.0, -64.0, 512.0}}.LoadInto(head);
     EXPECT_EQ(At(&RoundThePole::LeverAxisOfRotation, 0), (Triple{1.0, 0.0, 0.0}));
     EXPECT_EQ(At(&RoundThePole::LeverAxisOfRotation, 1), (Triple{-1.0, 0.0, 0.0}));
 }
 
-TEST_F(Levers, AreTurnedWithTheirAxesWhenAHeadIsLoaded) {
+TEST_F(Levers, AreTurnedWithTheirAxesInALoadedHead) {
     SavedHead{.rotation = 30.0}.LoadInto(head);
     const double cosine = std::sqrt(0.75);
     EXPECT_TRUE(AreNear(At(&RoundThePole::LeverAxisOfRotation, 0), {cosine, 0.5, 0.0}, 1e-15));
@@ -133,7 +133,7 @@ TEST_F(Levers, HaveConstantsThatNoSettingChanges) {
     EXPECT_EQ(TripleOf(*head.GetLeverLockingCentreOfRotation()), (Triple{0.0, 2.0, -4.0}));
 }
 
-TEST_F(Levers, AreReadBySideAndTheBallByState) {
+TEST_F(Levers, MirrorTheCentreBySideAndTheBallByState) {
     Store("Head Centre To Lever Centre X Offset", "31");
     Store("Lever Centre To Ball Centre X Offset", "0.000");
     Store("Lever Centre To Ball Centre Y Offset", "-20");
@@ -149,7 +149,7 @@ TEST_F(Levers, AreReadBySideAndTheBallByState) {
     for (const int state : {1, 7, -3}) EXPECT_EQ(ball(state), (Triple{0.0, 20.0, -4.3}));
 }
 
-TEST_F(Levers, ReadTheirRotationsFromTheSettingsEachTimeTheyAreAsked) {
+TEST_F(Levers, ReadTheirRotationsFromTheSettingsAtEachCall) {
     EXPECT_EQ(head.GetLockedToUnlockedLeverRotation(), 135.0);
     EXPECT_EQ(head.GetUnlockedToLockedLeverRotation(), 138.0);
     Store("Locked To Unlocked Lever Rotation", "120");

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// A test that runs for every reference head, with that head's settings in the store.
+/// A test that runs for every reference head. The store has the settings of that head.
 class ReferenceHeadTest : public HeadTest, public testing::WithParamInterface<ReferenceHead> {
 protected:
     void SetUp() override {
@@ -18,8 +18,8 @@ protected:
     }
     const ReferenceHead& Case() const { return GetParam(); }
 
-    /// How far a result may stand from the reference: lengths, over the largest coordinate of the head centre; angles,
-    /// over one radian, in degrees; directions.
+    /// The allowed differences from the reference: of lengths, relative to the largest coordinate of the head centre;
+    /// of angles, in degrees for a relative error of one radian; of directions.
     double LengthAgreement() const {
         const auto& [x, y, z] = Case().headCentre;
         return agreement * std::max({std::abs(x), std::abs(y), std::abs(z)});
@@ -34,7 +34,7 @@ inline std::string TestNameOf(const testing::TestParamInfo<ReferenceHead>& head)
     return name;
 }
 
-/// The entries of a geometry file in their order, read here and not by the component.
+/// The entries of a geometry file in their order. They are read here, not by the component.
 inline std::vector<ReferenceHead::FileEntry> EntriesOf(const std::filesystem::path& path) {
     std::ifstream stream(path, std::ios::binary);
     std::vector<ReferenceHead::FileEntry> entries;

@@ -7,14 +7,14 @@
 
 namespace {
 
-/// How far rounding may move a number on its way through the fits: a hundredth of the file's last digit for coordinates
-/// of some hundreds, and no more for angles. Lengths are what circle fits of such points promise; an angle comes from a
-/// plane through points 100 apart, which are rounded at 1e-13.
+/// The allowed effect of rounding in the fits: 1/100 of the file's last digit for coordinates of some hundreds, and no
+/// more for angles. Lengths have the error bound of circle fits of such points. An angle comes from a plane through
+/// points with distances of 100 and roundings of 1e-13.
 constexpr double lengthNoise = 1e-9;
 constexpr double angleNoise = 1e-10;
 
-/// Whether `text` is a correct rounding to ten digits of some value within `noise` of `value`. Where `value` stands
-/// further than that from a tie between two texts, this leaves exactly one.
+/// Whether `text` is the correct rounding to ten digits of a number within `noise` of `value`. There is exactly one
+/// such text, unless `value` is within `noise` of the middle between two texts.
 testing::AssertionResult RoundsTo(const std::string& text, double value, double noise) {
     if (text.size() < 15 || text.find('e') == std::string::npos) return testing::AssertionFailure() << text;
     const double written = std::strtod(text.c_str(), nullptr);
@@ -33,27 +33,27 @@ protected:
     RoundThePole head;
 };
 
-TEST_P(ReferenceHeads, StandWhereTheReferenceSays) {
+TEST_P(ReferenceHeads, HaveTheHeadCentreOfTheReference) {
     for (const int i : {0, 1, 2})
         EXPECT_NEAR(head.HeadCentre()[i], Case().headCentre[static_cast<std::size_t>(i)], LengthAgreement());
     EXPECT_NEAR(head.SafePositionZ(), Case().safePositionZ, LengthAgreement());
     EXPECT_EQ(head.SafePositionZ(), head.HeadCentre()[2] + 35.0);
 }
 
-TEST_P(ReferenceHeads, AreTurnedAsTheReferenceSays) {
+TEST_P(ReferenceHeads, HaveTheRotationOfTheReference) {
     EXPECT_NEAR(head.RequiredRotationAroundZ(), Case().requiredRotationAroundZ, angleAgreement);
     CMaPointArray points = head.AAxisPoints();
     EXPECT_EQ(head.DetermineQuadrant(points), Case().quadrant);
 }
 
-TEST_P(ReferenceHeads, AreSavedToTheLastDigit) {
+TEST_P(ReferenceHeads, AreSavedWithTheDigitsOfTheReference) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.Path("head.ini");
     Bstr name(path);
     head.SaveToFile(name.Address());
     const std::vector<ReferenceHead::FileEntry> entries = EntriesOf(path);
     ASSERT_EQ(entries.size(), Case().file.size());
-    // The reference knows these to more digits than the file keeps.
+    // The reference has more digits than the file.
     const double values[] = {Case().headCentre[0], Case().headCentre[1],          Case().headCentre[2], 0.0, 0.0,
                              Case().safePositionZ, Case().requiredRotationAroundZ};
     for (std::size_t i = 0; i < entries.size(); ++i) {

@@ -9,13 +9,13 @@
 #include <fstream>
 #include <string>
 
-/// A head geometry file to load a head from, so that a test can say where a head stands without measuring one.
+/// Writes a head geometry file, so that a test can load a head at a given place without a capture.
 struct SavedHead {
     qmv40::model::Vector3 headCentre{0.0, 0.0, 0.0};
     qmv40::model::Vector3 safePosition{0.0, 0.0, 0.0};
     double rotation = 0.0; ///< about the machine's Z axis, degrees
 
-    /// The file's text, every number with all its digits.
+    /// The text of the file. Each number has all its digits.
     std::string Text() const {
         return "[HEADCENTRE]\r\n" + Coordinates(headCentre) + "[SAFEPOSITION]\r\n" + Coordinates(safePosition) +
                "[AlignmentOffset]\r\nRequiredRotationAroundZ=" + Digits(rotation) + "\r\n";

@@ -7,12 +7,11 @@
 #include <cstring>
 #include <type_traits>
 
-/// The place of each virtual operation in its class's table. A client that was built against the interface calls by
-/// place, not by name.
+/// The index of each virtual operation in its class's table. A compiled client calls by index, not by name.
 
 namespace {
 
-/// The place of a virtual operation. A pointer to one holds its offset in the table plus 1, on both platforms.
+/// The index of a virtual operation. On both platforms a pointer to one holds its offset in the table plus 1.
 template <typename Operation> std::size_t PlaceOf(Operation operation) {
     static_assert(std::is_member_function_pointer_v<Operation>);
     std::size_t offset = 0;
@@ -21,8 +20,8 @@ template <typename Operation> std::size_t PlaceOf(Operation operation) {
     return offset / sizeof(void*);
 }
 
-TEST(VirtualOperations, OfTheInterfacesStandInTheRequiredOrder) {
-    // After those of IUnknown, or of IDispatch when there is late binding.
+TEST(VirtualOperations, OfTheInterfacesAreInTheRequiredOrder) {
+    // After the methods of IUnknown or, where there is late binding, of IDispatch.
     constexpr std::size_t first = std::is_same_v<DualInterfaceBase, IUnknown> ? 3 : 7;
     EXPECT_EQ(PlaceOf(&IQMVCalculator::LoadHeadGeometryFromFile), first);
     EXPECT_EQ(PlaceOf(&IQMVCalculator::SaveHeadGeometryToFile), first + 1);
@@ -34,7 +33,7 @@ TEST(VirtualOperations, OfTheInterfacesStandInTheRequiredOrder) {
     EXPECT_EQ(PlaceOf(&IQMVCalculator2::GetPoleSpherePosition), first + 7);
 }
 
-TEST(VirtualOperations, OfNonLinearGeometryStandInTheRequiredOrder) {
+TEST(VirtualOperations, OfNonLinearGeometryAreInTheRequiredOrder) {
     using Class = CMaNonLinearGeometry;
     using Axis = CMaGeometry::EAxisType;
     const std::size_t first = PlaceOf(static_cast<void (Class::*)(double, Axis)>(&Class::Rotate));

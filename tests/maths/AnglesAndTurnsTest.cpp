@@ -32,7 +32,7 @@ TEST(Rotate, TakesEachAxisTowardsTheNextWhenTheAngleIsPositive) {
     }
 }
 
-TEST(Rotate, NumbersItsAxesFromZeroAndZIsTwo) {
+TEST(Rotate, NumbersTheAxesXYZFrom0To2) {
     static_assert(CMaGeometry::X == 0 && CMaGeometry::Y == 1 && CMaGeometry::Z == 2);
     const auto beyond = static_cast<CMaGeometry::EAxisType>(3);
     EXPECT_TRUE(FailsWith(GeometryError::Reason::Impossible, [&] { Turned({1.0, 2.0, 3.0}, 10.0, beyond); }));
@@ -72,7 +72,7 @@ TEST(Rotate, KeepsTheBitsOfTheComponentAlongTheAxis) {
     EXPECT_TRUE(SameBits(Turned({0.0, 0.0, 1.0}, 77.0, CMaGeometry::Z), {0.0, 0.0, 1.0})) << "the axis itself";
 }
 
-TEST(Rotate, ByQuarterTurnsIsExactHoweverManyThereAre) {
+TEST(Rotate, ByAnyNumberOfQuarterTurnsIsExact) {
     const CMaVector v(0.1, 0.7, 0.3);
     EXPECT_EQ(Distance(Turned(v, 90.0, CMaGeometry::Z), {-0.7, 0.1, 0.3}), 0.0);
     EXPECT_EQ(Distance(Turned(v, 180.0, CMaGeometry::Z), {-0.1, -0.7, 0.3}), 0.0);
@@ -81,11 +81,11 @@ TEST(Rotate, ByQuarterTurnsIsExactHoweverManyThereAre) {
     EXPECT_EQ(Distance(Turned(v, 3.6e14 + 90.0, CMaGeometry::Z), {-0.7, 0.1, 0.3}), 0.0);
 }
 
-TEST(Rotate, TurnsAboutTheCentreThatItIsGiven) {
+TEST(Rotate, TurnsAboutTheGivenCentre) {
     EXPECT_EQ(Distance(Turned({3.0, 2.0, 9.0}, 90.0, CMaGeometry::Z, {1.0, 2.0, 100.0}), {1.0, 4.0, 9.0}), 0.0);
 }
 
-TEST(Rotate, CanBeReversedAddsUpAndKeepsLengths) {
+TEST(Rotate, IsReversibleAdditiveAndKeepsLengths) {
     constexpr double fewRoundings = 2e-15; // of vectors of length below 2
     constexpr unsigned seed = 4711;
     std::mt19937_64 random(seed);
@@ -96,13 +96,14 @@ TEST(Rotate, CanBeReversedAddsUpAndKeepsLengths) {
         const double a = angle(random), b = angle(random);
         const auto axis = axes[i % 3];
         EXPECT_LT(Distance(Turned(Turned(v, a, axis), -a, axis), v), fewRoundings);
-        constexpr double angleRounding = 400.0 * 2.3e-16 * 2.0; // of a + b, in radians it is less
+        constexpr double angleRounding =
+            400.0 * 2.3e-16 * 2.0; // the rounding of a + b in degrees; in radians it is less
         EXPECT_LT(Distance(Turned(Turned(v, a, axis), b, axis), Turned(v, a + b, axis)), fewRoundings + angleRounding);
         EXPECT_NEAR(Turned(v, a, axis).Magnitude(), v.Magnitude(), fewRoundings);
     }
 }
 
-TEST(Rotate, ByAnAngleThatIsNotFiniteGivesNotANumberAcrossTheAxis) {
+TEST(Rotate, ByAnAngleThatIsNotFiniteGivesNotANumber) {
     for (const double degrees : {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
         const CMaVector turned = Turned({1.0, 2.0, 3.0}, degrees, CMaGeometry::Z);
         EXPECT_TRUE(std::isnan(turned[0]) && std::isnan(turned[1]));
@@ -119,7 +120,7 @@ double AngleOf(double x, double z) {
     return line.AngleWith(CMaPlane());
 }
 
-/// 4e-16 radians, and the rounding of a number of up to 90 degrees.
+/// In degrees: 4e-16 radians plus the rounding of a number of up to 90.
 constexpr double angleTolerance = 4e-16 * 57.3 + 1.5e-14;
 
 } // namespace

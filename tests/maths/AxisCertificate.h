@@ -2,10 +2,8 @@
 
 #include "tests/maths/ExactVector.h"
 
-/// How far a fitted line or plane is from the best one, and how far it may be.
-///
-/// The best direction is an eigenvector of the scatter matrix about the mean, both worked out in 32 digits. What a
-/// fitted one may be off by is what the rounding of the points' coordinates does to the best.
+/// The error of a fitted line or plane, and the error that the rounding of the points alone can cause.
+/// The exact direction is an eigenvector of the scatter matrix about the mean. Both are computed with 32 digits.
 class AxisCertificate {
 public:
     enum Axis { Longest, Shortest };
@@ -28,13 +26,14 @@ public:
         }
     }
 
-    bool isBest;           ///< the best direction near the fitted one is the best of all
-    double pointError;     ///< of the fitted point from the mean of the points
+    bool isBest;           ///< the exact direction nearest to the fitted one has the largest (smallest) spread of all
+    double pointError;     ///< distance of the fitted point from the mean of the points
     double directionError; ///< radians
-    /// How far the arithmetic's rounding is magnified because another direction spreads nearly alike: for spreads a and
-    /// b, a b / |a a - b b|.
+    /// The factor by which rounding errors grow if another direction has nearly the same spread: a b / |a^2 - b^2| for
+    /// the spreads a and b.
     double likeness;
-    /// The most that several random roundings of the points by half a unit in the last place turn the best direction.
+    /// The largest change of the exact direction, in radians, when the coordinates are changed at random by up to half
+    /// a unit in the last place (8 tries).
     double directionFloor = 0.0;
 
 private:
@@ -64,8 +63,8 @@ private:
         return m;
     }
 
-    /// Rayleigh's iteration: every round triples the digits. The inverse is used but for its scale, which is endless at
-    /// the end.
+    /// Rayleigh quotient iteration: each step triples the number of correct digits. The adjugate takes the place of the
+    /// inverse, which becomes infinite at the end; only its direction is needed.
     static ExactVector EigenvectorNear(const ExactVector& start, const Matrix& scatter) {
         ExactVector v = start;
         for (int i = 0; i < 3; ++i) {
@@ -80,7 +79,7 @@ private:
     void Compare(const ExactVector& best, const Matrix& scatter, Axis axis) {
         const DoubleDouble own = Dot(best, Times(scatter, best));
         const Matrix m = Less(scatter, own);
-        // The sum and the product of the other two eigenvalues less this one.
+        // The sum and the product of the differences between the other two eigenvalues and this one.
         const DoubleDouble sum = m[0][0] + m[1][1] + m[2][2];
         const DoubleDouble product = Cross(m[1], m[2])[0] + Cross(m[2], m[0])[1] + Cross(m[0], m[1])[2];
         isBest = !(product < 0.0) && (axis == Shortest ? !(sum < 0.0) : !(0.0 < sum));

@@ -4,8 +4,8 @@
 
 using namespace qmv40;
 
-/// The best of all circles, not only better than its neighbours: held against what a plain method finds from many
-/// starts.
+/// The fitted circle is the global minimum, not only a local one. It is compared with the results of a plain
+/// Levenberg-Marquardt method from many initial guesses.
 
 namespace {
 
@@ -19,8 +19,8 @@ struct Candidate {
 
 using Row = std::array<double, 6>;
 
-/// Of the heights of the points above the plane, and of their distances from the axis less the radius; how each changes
-/// with the centre, two tilts of the normal and the radius.
+/// The residuals (distance from the plane; distance from the axis minus the radius) and their derivatives with respect
+/// to the centre, two tilts of the normal and the radius.
 struct Residuals {
     Residuals(const std::vector<Coordinates>& points, const Candidate& c, const CMaVector& first,
               const CMaVector& second) {
@@ -42,7 +42,7 @@ struct Residuals {
         }
     }
 
-    /// Levenberg's and Marquardt's, by Gauss's elimination.
+    /// The Levenberg-Marquardt step, by Gaussian elimination.
     Row Step(double damping) const {
         auto m = products;
         Row x = gradient;
@@ -86,7 +86,7 @@ double LeastSumNear(Candidate best, const std::vector<Coordinates>& points) {
     return SumOfSquares(points, best);
 }
 
-/// From the circles through many threes of the points.
+/// The least sum of squares from 12 initial guesses, each a circle through three of the points.
 double LeastSumKnown(const std::vector<Coordinates>& points, std::mt19937_64& random) {
     double least = std::numeric_limits<double>::infinity();
     for (int start = 0; start < 12; ++start) {
@@ -95,7 +95,7 @@ double LeastSumKnown(const std::vector<Coordinates>& points, std::mt19937_64& ra
         try {
             circle.Fit(ArrayOf({any(), any(), any()}), 100);
         } catch (const GeometryError&) {
-            continue; // one of them twice
+            continue; // a point was drawn twice
         }
         const Candidate from = {circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius()};
         least = std::min(least, LeastSumNear(from, points));
@@ -104,7 +104,7 @@ double LeastSumKnown(const std::vector<Coordinates>& points, std::mt19937_64& ra
 }
 
 void ExpectTheBest(const std::vector<Coordinates>& points, std::mt19937_64& random) {
-    constexpr double rounding = 1e-9; // relative, of sums of squares that are no smaller than 1e-10
+    constexpr double rounding = 1e-9; // relative; the sums of squares are at least 1e-10
     CMaCircle circle(1.0);
     ASSERT_NO_THROW(circle.Fit(ArrayOf(points), 5000));
     const Candidate found = {circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius()};
@@ -120,7 +120,7 @@ TEST(BestCircles, AreGlobalMinimaWhenNoiseIsBelowATenthOfTheSagitta) {
         for (const double degrees : {5.0, 10.0, 30.0, 90.0, 180.0, 360.0})
             for (const double strays : {0.01, 0.1}) {
                 SCOPED_TRACE("seed 51, round " + std::to_string(round) + ": " + std::to_string(degrees) +
-                             " degrees, straying " + std::to_string(strays) + " of the height");
+                             " degrees, noise " + std::to_string(strays) + " of the sagitta");
                 const double radius = 100.0, angle = degrees * std::numbers::pi / 180.0;
                 const double noise = strays * radius * (1.0 - std::cos(std::min(0.5 * angle, std::numbers::pi)));
                 const RandomFrame frame(random);
@@ -134,8 +134,8 @@ TEST(BestCircles, AreGlobalMinimaWhenNoiseIsBelowATenthOfTheSagitta) {
             }
 }
 
-TEST(BestCircles, NoStartFindsABetterOneWithAPointAtTheCentre) {
-    // Seen from there the point is in no direction, and every way to a better circle is as good as another.
+TEST(BestCircles, AreGlobalMinimaWithAPointAtTheCentre) {
+    // The direction from the centre to this point is undefined, and the sum of squares is equal in several directions.
     const std::vector<Coordinates> cases[] = {
         {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 0}},
         {{3, 4, 7}, {-3, -4, 7}, {4, -3, 7}, {-4, 3, 7}, {5, 0, 7}, {-5, 0, 7}, {0, 5, 7}, {0, -5, 7}, {0, 0, 7}},

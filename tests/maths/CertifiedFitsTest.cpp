@@ -7,18 +7,18 @@
 #include <fstream>
 #include <string>
 
-/// Least-squares answers worked out in 100-digit arithmetic for the stored doubles, with what the rounding of the
-/// inputs alone can do to each of them: its floor.
+/// Least-squares results computed with 100 digits for the stored doubles. The file gives a floor for each: the largest
+/// change that the rounding of the input coordinates alone can cause.
 
 namespace {
 
 using Json = nlohmann::json;
 
-/// Newton's method needs fewer for the worst of them; one that only creeps up on the answer needs more.
+/// The hardest case needs 45 evaluations. A method with linear convergence would need more.
 constexpr long iterationLimit = 45;
-/// Beyond the floor itself: room for the rounding of the arithmetic.
+/// The allowed error in floors: the arithmetic has rounding errors too.
 constexpr double floors = 20.0;
-/// In the unit of the points: far below what any probe resolves.
+/// In the unit of the points: far below the resolution of any probe.
 constexpr double alwaysGoodEnough = 1e-9;
 
 std::vector<Json> Cases(const std::string& shape) {

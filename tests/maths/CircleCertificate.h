@@ -5,11 +5,9 @@
 
 #include <optional>
 
-/// How far a fitted circle is from the best one near it, and how far it may be.
-///
-/// The best circle is worked out from the definition in 32 digits by Newton's method, with a Hessian that is nothing
-/// but differences of the gradient. What a fitted circle may be off by is what the rounding of the points' coordinates
-/// does to the best circle: nobody who is given doubles can know better.
+/// The error of a fitted circle, and the error that the rounding of the points alone can cause.
+/// The exact circle is the minimum of the sum of squares that is nearest to the fitted circle. It is computed from the
+/// definition with 32 digits, by Newton's method with a numerical Hessian (differences of the gradient).
 class CircleCertificate {
 public:
     struct Difference {
@@ -27,19 +25,21 @@ public:
         MeasureRoundings();
     }
 
-    /// Whether the fitted circle lies in a bowl of the sum of squares. If not, there is nothing to compare it with.
+    /// Whether the Hessian is positive definite at the fitted circle. If not, there is no exact circle to compare with.
     bool isMinimum;
-    /// Of the fitted circle from the best.
+    /// The difference between the fitted circle and the exact one.
     Difference error;
-    /// The most that several random roundings of the points by half a unit in the last place move the best circle.
+    /// The largest change of the exact circle when the coordinates are changed at random by up to half a unit in the
+    /// last place (8 tries).
     Difference floor;
 
 private:
-    /// A shift of the apex along the axes, tilts forward and sideways about it, a change of the radius with the apex
-    /// kept; lengths in units of the fitted radius. (A short arc could hardly tell changes that move the apex apart.)
+    /// A shift of the apex along X, Y and Z, the two tilts of the plane about it, and a change of the radius that keeps
+    /// the apex; lengths in units of the fitted radius. (On a short arc a shift of the centre and a change of the
+    /// radius would be strongly correlated.)
     using Unknowns = std::array<DoubleDouble, 6>;
     struct Circle {
-        ExactVector apex; ///< the point of the circle in the middle of the points
+        ExactVector apex; ///< the point of the circle in the middle of the measured arc
         ExactVector outward, normal;
         DoubleDouble radius;
 
@@ -66,7 +66,8 @@ private:
                 c.radius + by[5] * unit};
     }
 
-    /// Of half the sum of squares of g, the distance from the axis less the radius, and of h, the height.
+    /// The gradient of half the sum of g^2 + h^2. g is a point's distance from the axis minus the radius, h its
+    /// distance from the plane.
     Unknowns GradientAt(const Circle& c, const std::vector<ExactVector>& points) const {
         const ExactVector centre = c.Centre(), sideways = Cross(c.normal, c.outward);
         ExactVector ofShift{};
@@ -87,7 +88,7 @@ private:
         return {ofShift[0] * unit, ofShift[1] * unit, ofShift[2] * unit, ofForward, ofSideways, ofRadius * unit};
     }
 
-    /// Right to 20 digits.
+    /// Central differences, right to 20 digits.
     std::array<Unknowns, 6> HessianAt(const Circle& c) const {
         constexpr double step = 1e-10;
         std::array<Unknowns, 6> columns;
@@ -102,7 +103,7 @@ private:
         return columns;
     }
 
-    /// Gauss's elimination. Nothing when the Hessian is not positive definite.
+    /// Gaussian elimination. Nothing when the Hessian is not positive definite.
     std::optional<Unknowns> NewtonStep(const Unknowns& gradient) const {
         auto m = hessian;
         Unknowns x = gradient;

@@ -17,7 +17,7 @@ CMaCircle Fitted(const std::vector<Coordinates>& points) {
 
 CMaVector VectorOf(const Coordinates& p) { return {p[0], p[1], p[2]}; }
 
-/// The sum of squared distances, straight from its definition.
+/// The sum of squared distances, by its definition.
 double SumOfSquares(const std::vector<Coordinates>& points, const CMaVector& centre, const CMaVector& unnormalised,
                     double radius) {
     const CMaVector normal = unnormalised * (1.0 / unnormalised.Magnitude());
@@ -48,8 +48,8 @@ constexpr Arc arcs[] = {
     {50.0, 180.0, 0.5, 9, "coarse"},
     {500.0, 30.0, 1e-4, 40, "short"},
     {0.02, 120.0, 1e-6, 6, "small"},
-    {3000.0, 45.0, 1e-2, 3, "as few as can be"},
-    {100.0, 10.0, 0.01, 30, "noise near the height of the arc"},
+    {3000.0, 45.0, 1e-2, 3, "the smallest number of points"},
+    {100.0, 10.0, 0.01, 30, "noise of 3 % of the sagitta"},
 };
 
 std::vector<Coordinates> PointsOn(const Arc& arc, std::mt19937_64& random, const CMaVector& centre) {
@@ -65,8 +65,8 @@ std::vector<Coordinates> PointsOn(const Arc& arc, std::mt19937_64& random, const
     return points;
 }
 
-/// What rounding of coordinates of `size` does to the centre: a short arc magnifies it by the square of how short it
-/// is.
+/// The effect on the centre of rounding coordinates of this `size`. It grows with the inverse square of the arc's
+/// angle.
 double Rounding(const Arc& arc, double size) {
     const double angle = std::min(arc.degrees * std::numbers::pi / 180.0, 2.0);
     constexpr double roundings = 50.0 * std::numeric_limits<double>::epsilon();
@@ -101,12 +101,12 @@ double SizeOf(const std::vector<Coordinates>& points) {
 
 } // namespace
 
-TEST(Circle, LiesAboutTheOriginWithItsFirstRadiusUntilFitted) {
+TEST(Circle, HasItsFirstRadiusAboutTheOriginBeforeAnyFit) {
     ExpectSameCircle(CMaCircle(1.0), {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 1.0, 0.0);
     EXPECT_EQ(Fitted({{3.0, 0.0, 0.0}, {0.0, 3.0, 0.0}, {-3.0, 0.0, 0.0}}).GetRadius(), 3.0);
 }
 
-TEST(Circle, CanBeWhereTheSumOfItsCoordinatesOverflows) {
+TEST(Circle, IsFittedWhereTheSumOfCoordinatesOverflows) {
     constexpr double far = 1.2e308, radius = 1e300;
     const CMaCircle circle = Fitted({{far + radius, far, far}, {far, far + radius, far}, {far - radius, far, far}});
     ExpectSameCircle(circle, {far, far, far}, {0.0, 0.0, 1.0}, radius, 1e-15 * far);
@@ -138,12 +138,12 @@ TEST(Circle, AveragesPointsThatLieAlternatelyAboveAndBelow) {
 
 TEST(Circle, NoCircleNearbyFitsBetter) {
     ForManyArcs(11, [](const Arc& arc, const std::vector<Coordinates>& points) {
-        if (arc.noise == 0.0 || arc.count == 3) return; // then the sum is nothing but rounding
+        if (arc.noise == 0.0 || arc.count == 3) return; // the sum consists of rounding errors only
         const CMaCircle circle = Fitted(points);
         const double best = SumOfSquares(points, circle);
         const CMaVector centre = circle.GetCentre().To3DVector(), normal = circle.GetNormal();
         const double step = 1e-3 * arc.noise;
-        // Steps of a thousandth of the noise change the sum by a millionth, far above its rounding.
+        // A step of 1/1000 of the noise changes the sum by 1e-6 of itself, which is far above its rounding.
         for (int axis = 0; axis < 3; ++axis)
             for (const double sign : {1.0, -1.0}) {
                 CMaVector shift(0.0, 0.0, 0.0);
@@ -155,7 +155,7 @@ TEST(Circle, NoCircleNearbyFitsBetter) {
     });
 }
 
-TEST(Circle, IsAsGoodAsAnyThatIsKnown) {
+TEST(Circle, IsNotWorseThanTheBestKnownOne) {
     struct {
         std::vector<Coordinates> points;
         CMaVector centre, normal;
@@ -188,7 +188,7 @@ TEST(Circle, IsAsGoodAsAnyThatIsKnown) {
          3.4996,
          "its plane is far from the plane that fits best"},
     };
-    constexpr double roundingOfTheKnown = 1e-3; // relative: they are written with four decimals
+    constexpr double roundingOfTheKnown = 1e-3; // relative: the known circles have four decimals
     for (const auto& [points, centre, normal, radius, why] : cases)
         EXPECT_LT(SumOfSquares(points, Fitted(points)),
                   SumOfSquares(points, centre, normal, radius) * (1.0 + roundingOfTheKnown))
@@ -331,7 +331,7 @@ TEST(Circle, SurvivesCoordinatesOfAnySize) {
 }
 
 TEST(Circle, FitsArcsOfAThousandthOfADegree) {
-    // Exact points of the parabola that the arc is, to far below the rounding of its height.
+    // Points of a parabola, which differs from the arc by far less than the rounding of the sagitta.
     const double radius = 1000.0;
     std::vector<Coordinates> points;
     for (int i = -8; i <= 8; ++i) {
@@ -339,19 +339,19 @@ TEST(Circle, FitsArcsOfAThousandthOfADegree) {
         points.push_back({along, 0.0, radius - std::sqrt(radius * radius - along * along)});
     }
     const CMaCircle circle = Fitted(points);
-    // The height, 3e-8, is given to about 1e-13 of a unit by the subtraction above.
+    // The sagitta is 3e-8. The subtraction above gives it with an error of about 1e-13.
     EXPECT_NEAR(circle.GetRadius(), radius, radius * 1e-5);
     EXPECT_LT(DirectionError(circle.GetNormal(), {0.0, 1.0, 0.0}), 1e-5);
 }
 
 TEST(Circle, UsesAllOfManyPoints) {
-    // So many that a sample of them is a good circle too: but the best of all is better than it can be.
+    // So many points that the circle of a sample is good too, but the circle of all points is better.
     std::mt19937_64 random(19);
     std::vector<Coordinates> points = PointsOn({100.0, 90.0, 0.01, 70'000, ""}, random, {1000.0, -500.0, 30.0});
     const CMaCircle circle = Fitted(points);
     const double best = SumOfSquares(points, circle);
     const CMaVector centre = circle.GetCentre().To3DVector(), normal = circle.GetNormal();
-    constexpr double step = 1e-6; // a hundredth of what a sample of several thousand leaves open
+    constexpr double step = 1e-6; // a hundredth of the uncertainty of a sample of several thousand points
     for (int axis = 0; axis < 3; ++axis)
         for (const double sign : {1.0, -1.0}) {
             CMaVector shift(0.0, 0.0, 0.0);
@@ -381,7 +381,7 @@ TEST(Circle, StopsAtItsLimit) {
     }
     for (const long limit : {10L, std::numeric_limits<long>::max()}) {
         CMaCircle circle(1.0);
-        EXPECT_NO_THROW(circle.Fit(ArrayOf(points), limit)) << "a handful is usual";
+        EXPECT_NO_THROW(circle.Fit(ArrayOf(points), limit)) << "clear circles need fewer than 10 evaluations";
         EXPECT_EQ(circle.GetRadius(), right.GetRadius());
     }
 }

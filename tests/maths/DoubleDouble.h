@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-/// A number of about 32 digits, held as the sum of two doubles. What the tests measure the component's arithmetic with.
-/// For sizes between 1e-140 and 1e140; works wherever doubles are rounded to nearest.
+/// A number of about 32 digits: the unevaluated sum of two doubles. The tests compare the component's arithmetic with
+/// it. For sizes between 1e-140 and 1e140, in the rounding mode to nearest.
 class DoubleDouble {
 public:
     DoubleDouble(double value = 0.0) noexcept : high(value) {}

@@ -15,7 +15,7 @@ constexpr double huge = std::numeric_limits<double>::max();
 
 struct Case {
     std::vector<Coordinates> points;
-    bool aLine, aPlane, aCircle; ///< is there one?
+    bool aLine, aPlane, aCircle; ///< whether the points determine one
     const char* why;
 };
 
@@ -33,12 +33,12 @@ const Case cases[] = {
     {{{0, 0, 0}, {1, infinity, 0}, {0, 1, 0}, {1, 1, 0}}, false, false, false, "infinite"},
     {{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, -infinity}}, false, false, false, "infinite at the end"},
     {{{0, 0, 0}, {1, 0, -infinity}, {0, 1, infinity}, {1, 1, 0}}, false, false, false, "infinite both ways"},
-    {{{0, 0, 0}, {1e300, 1e300, 1e300}, {-1e300, -1e300, -1e300}}, true, false, false, "on a line of any size"},
-    {{{0, 0, 0}, {1e-310, 2e-310, 0}, {-1e-310, -2e-310, 0}}, true, false, false, "on a line of the least size"},
-    {{{huge, 0, 0}, {-huge, 0, 0}, {0, huge, 0}}, true, true, true, "the largest there are"},
-    {{{-3, 0.01, 0}, {-1, -0.01, 0}, {1, 0.01, 0}, {3, -0.01, 0}}, true, true, false, "bent alike to both sides"},
+    {{{0, 0, 0}, {1e300, 1e300, 1e300}, {-1e300, -1e300, -1e300}}, true, false, false, "on a line, very large"},
+    {{{0, 0, 0}, {1e-310, 2e-310, 0}, {-1e-310, -2e-310, 0}}, true, false, false, "on a line, very small"},
+    {{{huge, 0, 0}, {-huge, 0, 0}, {0, huge, 0}}, true, true, true, "the largest coordinates"},
+    {{{-3, 0.01, 0}, {-1, -0.01, 0}, {1, 0.01, 0}, {3, -0.01, 0}}, true, true, false, "bent equally to both sides"},
     {{{-6, -1, 0}, {-3, 0, 0}, {-2, 0, 0}, {1, 1, 0}}, true, true, false, "a slim parallelogram"},
-    {{{6, 0, 0}, {-2, 1, 0}, {-2, 1, 0}, {2, 1, 0}, {6, 2, 0}}, true, true, false, "alike on both sides of a line"},
+    {{{6, 0, 0}, {-2, 1, 0}, {-2, 1, 0}, {2, 1, 0}, {6, 2, 0}}, true, true, false, "symmetric about a line"},
 };
 
 void ExpectOutcome(const Case& one) {
@@ -93,7 +93,7 @@ void ExpectPlaceAndDirection(const CMaPoint& place, const CMaVector& direction) 
     EXPECT_NEAR(direction.Magnitude(), 1.0, unitWithin);
 }
 
-/// Calls `fit`, which may fail because there is no result; true when it did not.
+/// Calls `fit`. Returns whether it had a result.
 template <typename Fit> bool IsFitted(const Fit& fit) {
     try {
         fit();
@@ -135,8 +135,8 @@ TEST(FitFailures, AFitOfCoordinatesOfAnySizeIsFiniteOrFails) {
     EXPECT_GT(circles, 100);
 }
 
-TEST(FitFailures, ASetFarSmallerThanItsDistanceIsInOnePlace) {
-    // At 1e300 a set of 1e-10 is 1e294 times smaller than the rounding of the coordinate that it shares.
+TEST(FitFailures, PointsCloserThanTheirRoundingAreOnePoint) {
+    // The rounding of a coordinate of 1e300 is 1e284: the distance of the points, 1e-10, is 1e294 times smaller.
     for (const double away : {1e300, -1e300, huge}) {
         const CMaPointArray points = ArrayOf({{away, 0.0, 0.0}, {away, 1e-10, 0.0}, {away, 0.0, 1e-10}});
         EXPECT_TRUE(FailsWith(impossible, [&] { CMaLine().Fit(points); })) << away;
@@ -145,13 +145,13 @@ TEST(FitFailures, ASetFarSmallerThanItsDistanceIsInOnePlace) {
     }
 }
 
-TEST(FitFailures, PointsRoundedFromALineAreOnALineWhereverItIs) {
+TEST(FitFailures, PointsRoundedFromAnyLineAreOnALine) {
     std::mt19937_64 random(77);
     std::uniform_real_distribution<double> along(-1.0, 1.0);
     for (const double away : {0.0, 1.0, 1e4, 1e9})
         for (const double size : {1e-3, 1.0, 1e3})
             for (const int count : {3, 4, 10, 100, 20'000}) {
-                if (away * 1e-12 > size) continue; // then rounding leaves hardly a point apart from the others
+                if (away * 1e-12 > size) continue; // then rounding would move most points to the same place
                 SCOPED_TRACE("seed 77: " + std::to_string(away) + ' ' + std::to_string(size) + ' ' +
                              std::to_string(count));
                 const RandomFrame frame(random);
@@ -195,7 +195,8 @@ TEST(FitFailures, NoiseOnALineNeverLoops) {
 }
 
 TEST(FitFailures, ACoordinateThatIsNotFiniteIsFoundWhereverItIs) {
-    // Numbers of points that fill no, one, several groups of those that are taken together, and that leave some over.
+    // The search takes four points at a time. These counts give no, one and several groups, with and without a
+    // remainder.
     for (const std::size_t count : {3U, 4U, 5U, 8U, 9U, 15U, 17U, 40U}) {
         std::vector<Coordinates> points;
         for (std::size_t i = 0; i < count; ++i) {
@@ -222,7 +223,7 @@ TEST(FitFailures, ACoordinateThatIsNotFiniteIsFoundAmongManyPoints) {
     EXPECT_TRUE(FailsWith(impossible, [&] { CMaCircle(1.0).Fit(points, 1000); }));
 }
 
-TEST(FitFailures, TwoPlacesAreNoPlaneAndNoCircleHoweverOftenTheyAreGiven) {
+TEST(FitFailures, RepetitionsOfTwoPointsGiveNoPlaneAndNoCircle) {
     const Coordinates one = {0.1, 0.2, 0.3}, other = {-7.0 / 3.0, 1e-3, 12.7};
     for (const std::size_t count : {2U, 3U, 4U, 9U, 40U, 1000U})
         for (const std::size_t ofOther : {std::size_t{1}, count / 2, count - 1}) {
@@ -236,7 +237,7 @@ TEST(FitFailures, TwoPlacesAreNoPlaneAndNoCircleHoweverOftenTheyAreGiven) {
 }
 
 TEST(FitFailures, ThreePointsNearlyOnALineGiveTheirCircumcircleOrNone) {
-    // Height 1 above the middle of a chord of 2: exact whatever it is.
+    // A point above the middle of a chord of length 2.
     int circles = 0;
     for (double height = 1.0; height > 1e-20; height *= 0.1) {
         CMaCircle circle(1.0);
@@ -249,7 +250,7 @@ TEST(FitFailures, ThreePointsNearlyOnALineGiveTheirCircumcircleOrNone) {
         }
         ++circles;
         const double radius = (1.0 + height * height) / (2.0 * height);
-        constexpr double rounding = 1e-15; // of the points, against the height
+        constexpr double rounding = 1e-15; // of the points; it is divided by the height
         EXPECT_NEAR(circle.GetRadius() / radius, 1.0, rounding * (1.0 + 1.0 / height)) << height;
         EXPECT_LT(DirectionError(circle.GetNormal(), {0.0, 0.0, 1.0}), 1e-15) << height;
     }
@@ -257,7 +258,7 @@ TEST(FitFailures, ThreePointsNearlyOnALineGiveTheirCircumcircleOrNone) {
 }
 
 TEST(FitFailures, PointsThatFormNoCircleEndTheFitSoon) {
-    constexpr long atMost = 5000; // as the fit promises
+    constexpr long atMost = 5000; // see CMaCircle::Fit
     std::mt19937_64 random(79);
     std::normal_distribution<double> normal;
     const auto whole = [&](int size) { return static_cast<double>(static_cast<int>(random() % 1000) % size); };
@@ -266,7 +267,8 @@ TEST(FitFailures, PointsThatFormNoCircleEndTheFitSoon) {
         if (kind == 0) return CMaPoint(normal(random), normal(random), normal(random));
         if (kind == 1) return CMaPoint(whole(13), whole(5), whole(3));
         if (kind == 2) return CMaPoint(whole(3), whole(3), whole(2));
-        return CMaPoint(rho * std::cos(angle), rho * std::sin(angle), 0.0); // as good a circle to every side
+        // Symmetric points: no direction of the centre is better than another.
+        return CMaPoint(rho * std::cos(angle), rho * std::sin(angle), 0.0);
     };
     for (int round = 0; round < 400; ++round) {
         SCOPED_TRACE("seed 79, round " + std::to_string(round));

@@ -26,12 +26,12 @@ inline CMaVector Difference(const CMaVector& a, const CMaVector& b) { return a +
 inline double Distance(const CMaVector& a, const CMaVector& b) { return Difference(a, b).Magnitude(); }
 inline double Distance(const CMaPoint& a, const CMaPoint& b) { return Distance(a.To3DVector(), b.To3DVector()); }
 
-/// How far two unit vectors differ, in radians, whichever way each of them points.
+/// The angle between two unit vectors in radians, if it is small. Opposite vectors count as equal.
 inline double DirectionError(const CMaVector& a, const CMaVector& b) {
     return std::min(Distance(a, b), Distance(a, b * -1.0));
 }
 
-/// The same bits: tells -0.0 from 0.0, and one not-a-number is like another.
+/// Whether the bits are equal: -0.0 and 0.0 differ. All not-a-numbers count as equal.
 inline bool SameBits(double a, double b) {
     return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b));
 }
@@ -41,12 +41,12 @@ template <typename Action> testing::AssertionResult FailsWith(qmv40::GeometryErr
         action();
     } catch (const qmv40::GeometryError& error) {
         if (error.GetReason() == reason) return testing::AssertionSuccess();
-        return testing::AssertionFailure() << "failed for the other reason";
+        return testing::AssertionFailure() << "failed with the other GeometryError::Reason";
     }
     return testing::AssertionFailure() << "did not fail";
 }
 
-/// An orthonormal right-handed frame turned at random.
+/// An orthonormal right-handed frame with random directions.
 struct RandomFrame {
     explicit RandomFrame(std::mt19937_64& random) {
         std::normal_distribution<double> normal;

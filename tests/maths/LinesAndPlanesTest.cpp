@@ -47,16 +47,17 @@ TEST(Line, ThroughTwoPointsIsRightForCoordinatesOfAnySizes) {
         {{1e-300, 1e-10, 1e-150}, {-1.0, 1.0, 0.0}, {-std::sqrt(0.5), std::sqrt(0.5), 0.0}, "squares that underflow"},
         {{1.0, 1e-10, 1.0}, {-1.0, 1.0, 1e150}, {0.0, 0.0, 1.0}, "1 beside 1e150"},
         {{0.0, 0.0, 0.0}, {5e-324, 0.0, 0.0}, {1.0, 0.0, 0.0}, "the smallest extent there is"},
-        {{1.0, 0.0, 0.0}, {1.0, 5e-324, 0.0}, {0.0, 1.0, 0.0}, "which is 1e-324 of the largest coordinate"},
+        {{1.0, 0.0, 0.0}, {1.0, 5e-324, 0.0}, {0.0, 1.0, 0.0}, "an extent of 5e-324 of the largest coordinate"},
         {{1e200, 0.0, 0.0}, {1e200, 0.0, 1e-90}, {0.0, 0.0, 1.0}, "an extent of 1e-290 of the largest coordinate"},
     };
-    constexpr double direction = 2e-10; // 1e-10 beside 1 is left out of the expected direction
+    constexpr double direction = 2e-10; // the expected directions neglect 1e-10 beside 1
     for (const auto& [from, to, expected, why] : cases)
         EXPECT_LT(DirectionError(LineThrough({from, to}).GetDirection(), expected), direction) << why;
 }
 
 TEST(Line, MinimisesTheSquaredDistancesAndNotThoseAlongAnAxis) {
-    // By hand: the scatter matrix is [[10, 5], [5, 4]], whose longest direction solves tan 2a = 2 * 5 / (10 - 4).
+    // By hand: the scatter matrix is [[10, 5], [5, 4]]. The angle a of its first eigenvector has tan 2a = 2 * 5 / (10 -
+    // 4).
     const CMaLine line = LineThrough({{-2, -1, 0}, {-1, 0, 0}, {0, -1, 0}, {1, 1, 0}, {2, 1, 0}});
     const double angle = 0.5 * std::atan2(2.0 * 5.0, 10.0 - 4.0);
     EXPECT_LT(DirectionError(line.GetDirection(), {std::cos(angle), std::sin(angle), 0.0}), fewRoundings);
@@ -68,8 +69,8 @@ TEST(Plane, ThroughThreePointsHasTheirCrossProductAsNormal) {
 }
 
 TEST(Plane, IsRightForLongNarrowStrips) {
-    // A strip as wide as a ten-thousandth of its length, bent a little: the normal of the exact points is known, and
-    // the covariance in a fixed frame would blur it by 1e-8.
+    // The width of the strip is 1/10,000 of its length, and it is slightly bent. The normal of the exact points is
+    // known. A covariance matrix in a fixed frame would give it with an error of 1e-8.
     std::mt19937_64 random(31);
     for (int round = 0; round < 50; ++round) {
         SCOPED_TRACE("seed 31, round " + std::to_string(round));
@@ -104,7 +105,8 @@ TEST(LineAndPlane, MoveTurnAndGrowWithTheirPoints) {
         const auto turn = [&](const CMaVector& v) {
             return frame.first * v[0] + frame.second * v[1] + frame.third * v[2];
         };
-        // Coordinates of about 1000, rounded, over widths of about 1, magnified where the spreads come near each other.
+        // The rounding of coordinates of about 1000 over widths of about 1, multiplied where two spreads are nearly
+        // equal.
         constexpr double place = 1e-12, direction = 1e-10;
         const CMaLine line = LineThrough(points), movedLine = LineThrough(moved);
         EXPECT_LT(Distance(movedLine.GetPoint(), move(line.GetPoint())), place * factor);

@@ -19,7 +19,7 @@ template <typename Member> std::size_t SlotOf(Member member) {
 } // namespace
 
 TEST(NonLinearGeometry, HasItsVirtualOperationsInTheRequiredOrder) {
-    constexpr std::size_t destructors = 2; // complete and deleting: inherited, hence first
+    constexpr std::size_t destructors = 2; // the complete and the deleting one; they are inherited and come first
     using Axis = CMaGeometry::EAxisType;
     using Number = double;
     EXPECT_EQ(SlotOf<void (Shape::*)(Number, Axis)>(&Shape::Rotate), destructors + 0);

@@ -9,8 +9,8 @@
 
 using namespace qmv40;
 
-/// Which operation and step a quaternion names when a vector or its matrix fails, and the order in which it writes the
-/// elements. Vector and matrix are this program's own.
+/// Which operation and step a quaternion names when its vector or its matrix fails, and the order in which it writes
+/// the elements. This program replaces the vector and the matrix by its own.
 
 namespace {
 

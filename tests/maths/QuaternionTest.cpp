@@ -26,7 +26,7 @@ void ExpectComponents(const CQuaternion& q, double w, double x, double y, double
     EXPECT_NEAR(q.GetZ(), z, tolerance);
 }
 
-/// Rodrigues' formula: the turn of `v` about the unit vector `axis`.
+/// Rodrigues' formula: `v` rotated about the unit vector `axis`.
 CMaVector TurnedAbout(const CMaVector& axis, double radians, const CMaVector& v) {
     return v * std::cos(radians) + (axis * v) * std::sin(radians) + axis * ((axis % v) * (1.0 - std::cos(radians)));
 }
@@ -53,13 +53,13 @@ TEST(Quaternion, OfAngle0IsExactlyTheIdentityForAllDirections) {
     }
 }
 
-TEST(Quaternion, OfAWholeTurnIsMinusOneAndTurnsNothing) {
+TEST(Quaternion, OfAWholeTurnIsMinusOneAndRotatesNothing) {
     const CQuaternion q = Turn(2.0 * pi, {0.0, 0.6, 0.8});
     EXPECT_NEAR(q.GetW(), -1.0, fewRoundings);
     EXPECT_LT(Distance(*q.RotateVector({1.0, 2.0, 3.0}), {1.0, 2.0, 3.0}), 4.0 * fewRoundings);
 }
 
-TEST(Quaternion, ProductTurnsByItsSecondFactorFirst) {
+TEST(Quaternion, ProductAppliesItsSecondFactorFirst) {
     const double alpha = 0.7, beta = -1.9;
     const CQuaternion qB = Turn(beta, {0.0, 0.0, 1.0}), qA = Turn(alpha, {1.0, 0.0, 0.0});
     const CMaVector v(1.0, 2.0, 3.0);
@@ -114,13 +114,13 @@ TEST(Quaternion, AgreesWithRodriguesAndKeepsLengthsAndProducts) {
     }
 }
 
-TEST(Quaternion, BelongsToItsCaller) {
+TEST(Quaternion, ResultsBelongToTheCaller) {
     static_assert(std::has_virtual_destructor_v<CQuaternion>);
     static_assert(std::is_same_v<decltype(CQuaternion().Multiply({})), std::unique_ptr<CQuaternion>>);
     static_assert(std::is_same_v<decltype(CQuaternion().RotateVector({0.0, 0.0, 0.0})), std::unique_ptr<CMaVector>>);
 }
 
-TEST(RaisingGeometryErrors, RaisesAFailureOfTheGeometryInTheNameOfTheStep) {
+TEST(RaisingGeometryErrors, RaisesAGeometryErrorWithTheTextsOfTheStep) {
     ErrorContext context{L"Class::Operation"};
     context.description = L"The step under way";
     struct {
@@ -137,7 +137,7 @@ TEST(RaisingGeometryErrors, RaisesAFailureOfTheGeometryInTheNameOfTheStep) {
     }
 }
 
-TEST(RaisingGeometryErrors, RaisesMemoryRunningOutInTheNameOfTheStep) {
+TEST(RaisingGeometryErrors, RaisesBadAllocWithTheTextsOfTheStep) {
     const ErrorContext context{L"Class::Operation"};
     const Raised raised = RaisedBy([&] { RaisingGeometryErrors(context, [] { throw std::bad_alloc(); }); });
     EXPECT_EQ(raised.code, E_OUTOFMEMORY);
@@ -145,7 +145,7 @@ TEST(RaisingGeometryErrors, RaisesMemoryRunningOutInTheNameOfTheStep) {
     EXPECT_EQ(raised.record->source, L"Class::Operation");
 }
 
-TEST(RaisingGeometryErrors, ReturnsWhatTheStepReturns) {
+TEST(RaisingGeometryErrors, ReturnsTheResultOfTheStep) {
     const ErrorContext context{L"Class::Operation"};
     EXPECT_EQ(RaisingGeometryErrors(context, [] { return 42; }), 42);
     int number = 0;

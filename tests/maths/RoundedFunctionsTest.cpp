@@ -1,5 +1,5 @@
-// The functions that the component brings for platforms whose C library rounds worse. They are compiled into this
-// program, so that they are tested wherever it runs.
+// The elementary functions of the Windows build. They are compiled into this program, so that they are tested on every
+// platform.
 
 #include "maths/ElementaryFunctions.h"
 
@@ -17,14 +17,15 @@ using namespace qmv40;
 
 struct Value {
     double argument;
-    double nearest; ///< double to the function's value, worked out with 300 bits (mpmath)
+    double nearest; ///< the double nearest to the function's value, computed with 300 bits (mpmath)
     const char* why;
 };
 
-/// Of 60,000 random arguments those whose values stand nearest to the middle between two doubles, within 1e-7 to 5e-4
-/// of the step from one to the next: here 53 bits, and mostly 64, choose one of the two by chance.
+/// Of 60,000 random arguments those whose values are nearest to the middle between two doubles: within 1e-7 to 5e-4 of
+/// a step. A computation with 53 bits, and mostly one with 64 bits, finds the nearest double only by chance.
 constexpr const char* midway = "midway between two doubles";
-/// The double nearest to a multiple of a quarter turn: its value is all in the digits of pi that the double has not.
+/// The double nearest to a multiple of a quarter turn. The function's value is the rounding error of that double, so it
+/// depends on the digits of pi beyond it.
 constexpr const char* multiple = "next to a multiple of a quarter turn";
 
 constexpr Value sines[] = {
@@ -83,10 +84,10 @@ constexpr Value arcTangents[] = {
 constexpr int samples = 100000;
 constexpr std::uint64_t seed = 40;
 
-/// The C library's long doubles have 11 bits more than doubles: their own error is a thousandth of a step.
+/// Long doubles have 11 bits more than doubles: the error of the C library's functions for them is 1/1000 of a step.
 constexpr double largestError = 0.501;
 
-/// Distance of `rounded` from `exact` in steps from one double to the next.
+/// The distance of `rounded` from `exact`, in steps between neighbouring doubles.
 double Error(double rounded, long double exact) {
     const double next = std::nextafter(std::fabs(rounded), std::numeric_limits<double>::infinity());
     const long double off = static_cast<long double>(rounded) - exact;
@@ -131,7 +132,7 @@ TEST(RoundedFunctions, KeepTheSignsOfTheirSymmetries) {
     EXPECT_TRUE(std::signbit(Sine(-0.0)) && std::signbit(ArcTangent(-0.0)));
 }
 
-TEST(RoundedFunctions, TakeEveryArgument) {
+TEST(RoundedFunctions, HaveResultsForAllArguments) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     constexpr double quarter = std::numbers::pi / 2.0;
     for (const double nothing : {infinity, -infinity, std::numeric_limits<double>::quiet_NaN()}) {
@@ -150,5 +151,5 @@ TEST(RoundedFunctions, TakeEveryArgument) {
     }
     EXPECT_EQ(ArcTangent(0.0, -1.0), std::numbers::pi);
     EXPECT_EQ(ArcTangent(3.0, 0.0), quarter);
-    EXPECT_LE(std::fabs(Sine(1e15)), 1.0); // the C library's
+    EXPECT_LE(std::fabs(Sine(1e15)), 1.0); // computed by the C library
 }

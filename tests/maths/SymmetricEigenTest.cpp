@@ -4,7 +4,7 @@
 
 #include <random>
 
-/// Eigenvalues and eigenvectors held against what defines them.
+/// Eigenvalues and eigenvectors are checked by their definition.
 
 namespace {
 
@@ -13,7 +13,7 @@ using qmv40::fit::SymmetricEigen;
 
 using Random = std::mt19937_64;
 
-/// Of some roundings of the matrix's size, in each of the sums below.
+/// Some roundings of the matrix's size, for each of the sums below.
 constexpr double fewRoundings = 1e-14;
 
 template <std::size_t Size> SquareMatrix<Size> RandomSymmetric(Random& random) {
@@ -58,20 +58,20 @@ template <std::size_t Size> void ExpectEigenOfMany(Random& random) {
 
 } // namespace
 
-TEST(SymmetricEigen, VectorsAreOrthogonalAndOnlyScaledByTheMatrix) {
+TEST(SymmetricEigen, VectorsAreOrthogonalAndTheMatrixScalesThem) {
     Random random(43);
     ExpectEigenOfMany<3>(random);
     ExpectEigenOfMany<6>(random);
 }
 
-TEST(SymmetricEigen, OfADiagonalMatrixAreItsElementsInOrder) {
+TEST(SymmetricEigen, ValuesOfADiagonalMatrixAreItsElementsInOrder) {
     const SymmetricEigen<3> eigen(SquareMatrix<3>{{{2.0, 0.0, 0.0}, {0.0, 5.0, 0.0}, {0.0, 0.0, -1.0}}});
     EXPECT_EQ(eigen.values, (std::array<double, 3>{5.0, 2.0, -1.0}));
     EXPECT_EQ(eigen.vectors, (SquareMatrix<3>{{{0.0, 1.0, 0.0}, {1.0, 0.0, 0.0}, {0.0, 0.0, 1.0}}}));
 }
 
-TEST(SymmetricEigen, OfAnAlmostDiagonalMatrixKeepTheSmallRotation) {
-    // Of [[1, t], [t, 0]] the vectors are turned by half the arctangent of 2 t, which is t as long as t is small.
+TEST(SymmetricEigen, FindsTheSmallRotationOfAnAlmostDiagonalMatrix) {
+    // The eigenvectors of [[1, t], [t, 0]] are rotated by half the arctangent of 2 t. For a small t this is t.
     for (const double t : {1e-6, 1e-9, 1e-12}) {
         const SymmetricEigen<3> eigen(SquareMatrix<3>{{{1.0, t, 0.0}, {t, 0.0, 0.0}, {0.0, 0.0, -1.0}}});
         EXPECT_NEAR(std::fabs(eigen.vectors[1][0]), t, 1e-11 * t) << "the square of t is lost, " << t;
@@ -80,7 +80,8 @@ TEST(SymmetricEigen, OfAnAlmostDiagonalMatrixKeepTheSmallRotation) {
 }
 
 TEST(SymmetricEigen, KeepsTheDigitsOfSmallValuesOfAGradedMatrix) {
-    // Scaled from [[2, 1], [1, 1]], whose determinant is 1: the small value is the determinant over the large one.
+    // [[2, 1], [1, 1]], whose determinant is 1, with scaled rows and columns. The small eigenvalue is the determinant
+    // divided by the large one.
     const double small = 1e-10;
     const SymmetricEigen<3> eigen(SquareMatrix<3>{{{2.0, small, 0.0}, {small, small * small, 0.0}, {0.0, 0.0, 0.0}}});
     EXPECT_NEAR(eigen.values[1], small * small / 2.0, 1e-14 * small * small);

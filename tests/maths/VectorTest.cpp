@@ -96,20 +96,20 @@ TEST(Vector, MagnitudeIsTheEuclideanLengthAtAnySize) {
         double length;
         const char* why;
     } const cases[] = {
-        {{0.0, 0.0, 0.0}, 0.0, "nothing is divided by it"},
+        {{0.0, 0.0, 0.0}, 0.0, "the zero vector"},
         {{-0.0, 0.0, -0.0}, 0.0, "signs of zero"},
         {{2.0, 3.0, 6.0}, 7.0, "a Pythagorean box"},
         {{-2e200, 3e200, 6e200}, 7e200, "squares overflow"},
         {{2e-200, 3e-200, -6e-200}, 7e-200, "squares vanish"},
         {{3.0 * 0x1p-1070, 0.0, 4.0 * 0x1p-1070}, 5.0 * 0x1p-1070, "subnormal"},
-        {{tiny, 0.0, 0.0}, tiny, "the least of all"},
-        {{0.0, tiny, 0.0}, tiny, "the least of all, along Y"},
-        {{0.0, 0.0, -tiny}, tiny, "the least of all, along Z"},
+        {{tiny, 0.0, 0.0}, tiny, "the smallest double"},
+        {{0.0, tiny, 0.0}, tiny, "the smallest double, along Y"},
+        {{0.0, 0.0, -tiny}, tiny, "the smallest double, along Z"},
         {{1e-300, 1e-300, 0x1p1023}, 0x1p1023, "of very different sizes"},
         {{0x1p1023, 0.0, 0.0}, 0x1p1023, "near the largest"},
         {{1e-300, 1e300, 0.0}, 1e300, "far apart in size"},
         {{1.0, -infinity, 2.0}, infinity, "endless"},
-        {{notANumber, infinity, 2.0}, infinity, "endless, whatever the other is"},
+        {{notANumber, infinity, 2.0}, infinity, "infinity beside not-a-number"},
     };
     for (const auto& [v, length, why] : cases) EXPECT_DOUBLE_EQ(v.Magnitude(), length) << why;
     EXPECT_TRUE(std::isnan(CMaVector(1.0, notANumber, 2.0).Magnitude()));
@@ -130,7 +130,8 @@ TEST(Point, HasWritableCoordinates) {
 TEST(Point, IsProjectedOntoAPlaneAlongItsNormal) {
     CMaPlane plane; // x + y + z = 3
     plane.Fit(ArrayOf({{3.0, 0.0, 0.0}, {0.0, 3.0, 0.0}, {0.0, 0.0, 3.0}}));
-    const CMaPoint foot = CMaPoint(5.0, 3.0, 1.0).ProjectionOn(plane); // 6 too much: 2 off each coordinate
+    const CMaPoint foot =
+        CMaPoint(5.0, 3.0, 1.0).ProjectionOn(plane); // the sum is 6 too large: each coordinate is reduced by 2
     constexpr double fewRoundings = 4e-15;
     EXPECT_NEAR(foot.x(), 3.0, fewRoundings);
     EXPECT_NEAR(foot.y(), 1.0, fewRoundings);
@@ -140,8 +141,8 @@ TEST(Point, IsProjectedOntoAPlaneAlongItsNormal) {
 
 namespace {
 
-/// The foot of the perpendicular in 32 digits. The plane is the one through the stored point, square to the stored
-/// normal of whatever length.
+/// The foot of the perpendicular, with 32 digits. The plane contains the stored point and is perpendicular to the
+/// stored normal, whose length is not exactly 1.
 ExactVector ExactFoot(const CMaPoint& p, const CMaPlane& plane) {
     const auto exactly = [](const CMaVector& v) { return ExactVector{v[0], v[1], v[2]}; };
     const ExactVector point = exactly(p.To3DVector()), normal = UnitAlong(exactly(plane.GetNormal()));

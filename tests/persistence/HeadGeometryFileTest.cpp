@@ -17,8 +17,8 @@
 
 using namespace qmv40;
 
-/// Which entries a load reads and a save writes, in which order, and how far each gets when an access fails. This
-/// program provides the profile file itself and records every access.
+/// The entries that a load reads and a save writes, their order, and the effects of a failing access. This program
+/// replaces the profile file by its own, which records every access.
 
 namespace {
 
@@ -28,11 +28,11 @@ struct Profile {
     std::map<Entry, std::string> texts;
     std::vector<Entry> read;
     std::vector<Entry> written;
-    std::vector<std::wstring> opened; ///< names of the files, each time that one was opened for reading or writing
+    std::vector<std::wstring> opened; ///< the file name of each opening for reading or writing
     std::vector<std::string> defaults;
     std::vector<std::size_t> capacities;
     std::function<void(std::size_t)> beforeRead = [](std::size_t) {}; ///< may throw; the argument counts from 0
-    std::function<bool(std::size_t)> write = [](std::size_t) { return true; }; ///< whether it succeeds; may throw
+    std::function<bool(std::size_t)> write = [](std::size_t) { return true; }; ///< returns the success; may throw
 } profile;
 
 std::string Narrow(const wchar_t* ascii) {
@@ -74,7 +74,7 @@ bool ProfileWriter::Commit() {
     return true;
 }
 
-// No settings: every fixed offset is the default, whatever the machine that runs the tests has stored.
+// No settings, so that every offset has its built-in value on every machine.
 struct SettingsKey::State {};
 SettingsKey::SettingsKey(const char*) {}
 SettingsKey::~SettingsKey() = default;
@@ -91,7 +91,7 @@ const std::vector<Entry> savedOrder{{"HEADCENTRE", "X"},
                                     {"SAFEPOSITION", "Z"},
                                     {"AlignmentOffset", "RequiredRotationAroundZ"}};
 
-/// The head centre is here twice: a load reads it a second time and does not use it, as required.
+/// The head centre is in it twice: a load reads it a second time and does not use it, as required.
 const std::vector<Entry> loadedOrder{{"HEADCENTRE", "X"},   {"HEADCENTRE", "Y"},
                                      {"HEADCENTRE", "Z"},   {"HEADCENTRE", "X"},
                                      {"HEADCENTRE", "Y"},   {"HEADCENTRE", "Z"},
@@ -126,7 +126,7 @@ protected:
 TEST_F(HeadGeometryFile, IsSavedInItsOrderIntoTheOneFile) {
     EXPECT_EQ(Save().code, S_OK);
     EXPECT_EQ(profile.written, savedOrder);
-    EXPECT_EQ(profile.opened, std::vector<std::wstring>{L"a head.ini"}) << "once: all entries are written together";
+    EXPECT_EQ(profile.opened, std::vector<std::wstring>{L"a head.ini"}) << "all entries must be written together";
     EXPECT_TRUE(profile.read.empty());
 }
 
@@ -140,7 +140,7 @@ TEST_F(HeadGeometryFile, HasOneTableOfItsEntries) {
     EXPECT_EQ(table[rotationEntry], (Entry{"AlignmentOffset", "RequiredRotationAroundZ"}));
 }
 
-TEST_F(HeadGeometryFile, GivesTheTextOfAnEntryOrNothingWhenItIsMissing) {
+TEST_F(HeadGeometryFile, ReturnsTheTextOfAnEntryOrNothing) {
     const ProfileReader file(L"a head.ini");
     const HeadGeometryEntry& entry = headGeometryEntries.front();
     EXPECT_EQ(ReadHeadGeometryText(file, entry), std::nullopt);
@@ -150,7 +150,7 @@ TEST_F(HeadGeometryFile, GivesTheTextOfAnEntryOrNothingWhenItIsMissing) {
     }
 }
 
-TEST_F(HeadGeometryFile, HoldsZerosWhenNoGeometryWasEverSupplied) {
+TEST_F(HeadGeometryFile, ContainsZerosWithoutAGeometry) {
     Save();
     for (const Entry& entry : savedOrder) EXPECT_EQ(profile.texts[entry], "0.000000000e+00");
 }
@@ -159,18 +159,18 @@ TEST_F(HeadGeometryFile, IsLoadedInItsOrderWithTheHeadCentreReadTwice) {
     FillWithNumbers();
     EXPECT_EQ(Load().code, S_OK);
     EXPECT_EQ(profile.read, loadedOrder);
-    EXPECT_EQ(profile.opened, std::vector<std::wstring>{L"a head.ini"}) << "once: all are read at one moment";
+    EXPECT_EQ(profile.opened, std::vector<std::wstring>{L"a head.ini"}) << "all entries must be read at one moment";
     EXPECT_TRUE(profile.written.empty());
 }
 
-TEST_F(HeadGeometryFile, IsReadWithTheMissingMarkerAndRoomFor348Chars) {
+TEST_F(HeadGeometryFile, IsReadWithADefaultAndABufferFor348Characters) {
     FillWithNumbers();
     Load();
     EXPECT_EQ(profile.defaults, std::vector<std::string>(10, "999999999"));
     EXPECT_EQ(profile.capacities, std::vector<std::size_t>(10, 349));
 }
 
-TEST_F(HeadGeometryFile, FillsTheGeometryThatItHolds) {
+TEST_F(HeadGeometryFile, FillsTheGeometry) {
     Fill({"10.5", "-20.25", "30.125", "4.5", "-5.5", "123456", "0"});
     ASSERT_EQ(Load().code, S_OK);
     EXPECT_EQ(head.HeadCentre()[0], 10.5);
@@ -182,7 +182,7 @@ TEST_F(HeadGeometryFile, FillsTheGeometryThatItHolds) {
 }
 
 // The saved Z of the safe position must be in the file and is never used, as required.
-TEST_F(HeadGeometryFile, LosesItsSafeZToTheHeightAboveTheHeadCentre) {
+TEST_F(HeadGeometryFile, HasASafeZThatIsNotUsed) {
     Fill({"10", "20", "30.125", "4", "5", "-777", "0"});
     ASSERT_EQ(Load().code, S_OK);
     EXPECT_EQ(head.SafePositionZ(), 65.125);
@@ -197,7 +197,7 @@ TEST_F(HeadGeometryFile, EndsASaveAtTheFirstValueThatCannotBeWritten) {
         profile.write = [failing](std::size_t i) { return i != failing; };
         ExpectRecord(Save(), QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File");
         EXPECT_EQ(profile.written, First(savedOrder, failing + 1));
-        EXPECT_EQ(profile.texts.size(), failing) << "what was written before stays";
+        EXPECT_EQ(profile.texts.size(), failing) << "the entries before it must stay";
     }
 }
 
@@ -232,10 +232,10 @@ TEST_F(HeadGeometryFile, KeepsTheValuesReadBeforeAFailure) {
     EXPECT_EQ(head.HeadCentre()[2], 30.0);
     EXPECT_EQ(head.SafePositionX(), 40.0);
     EXPECT_EQ(head.SafePositionY(), 5.0) << "not reached";
-    EXPECT_EQ(head.SafePositionZ(), 38.0) << "not reached: still of the first load";
+    EXPECT_EQ(head.SafePositionZ(), 38.0) << "the second load must end before this step";
 }
 
-TEST_F(HeadGeometryFile, HasReplacedEverythingButTheTurnWhenTheRotationIsMissing) {
+TEST_F(HeadGeometryFile, WithoutARotationReplacesTheOtherNumbers) {
     Fill({"1", "2", "3", "4", "5", "6", "90"});
     ASSERT_EQ(Load().code, S_OK);
     Fill({"10", "20", "30", "40", "50", "60", "90"});
@@ -244,7 +244,7 @@ TEST_F(HeadGeometryFile, HasReplacedEverythingButTheTurnWhenTheRotationIsMissing
     EXPECT_EQ(head.HeadCentre()[0], 10.0);
     EXPECT_EQ(head.SafePositionX(), 40.0);
     EXPECT_EQ(head.SafePositionZ(), 65.0);
-    EXPECT_EQ(head.RequiredRotationAroundZ(), 90.0) << "the rotation of the first load stays";
+    EXPECT_EQ(head.RequiredRotationAroundZ(), 90.0) << "the rotation of the first load must stay";
     // Levers, axes and drive cup are those of the ideal head, not turned.
     CMaVector lever(0.0, 0.0, 0.0);
     head.LeverCentrePosition(0, lever);
@@ -256,7 +256,7 @@ TEST_F(HeadGeometryFile, HasReplacedEverythingButTheTurnWhenTheRotationIsMissing
     EXPECT_EQ(head.DriveCupOffset()[1], 24.0);
 }
 
-TEST_F(HeadGeometryFile, CannotHoldTheSentinelHoweverItIsSpelt) {
+TEST_F(HeadGeometryFile, CannotContainTheNumberThatMarksAMissingOne) {
     for (const char* const text :
          {"999999999", "999999999.0", "+999999999", "9.99999999e8", "999999999mm", "0x3b9ac9ff", "000999999999.000"}) {
         for (std::size_t i = 0; i < savedOrder.size(); ++i) {
@@ -269,11 +269,11 @@ TEST_F(HeadGeometryFile, CannotHoldTheSentinelHoweverItIsSpelt) {
     }
 }
 
-TEST_F(HeadGeometryFile, HoldsTheNeighboursOfTheSentinel) {
+TEST_F(HeadGeometryFile, CanContainTheNeighboursOfThatNumber) {
     const std::pair<const char*, double> neighbours[] = {{"-999999999", -999999999.0},
                                                          {"999999998", 999999998.0},
                                                          {"9999999990", 9999999990.0},
-                                                         // One unit in the last place beside it.
+                                                         // The next doubles below and above it.
                                                          {"999999999.00000012", std::nextafter(999999999.0, 1e10)},
                                                          {"999999998.99999988", std::nextafter(999999999.0, 0.0)}};
     for (const auto& [text, number] : neighbours) {
@@ -285,8 +285,8 @@ TEST_F(HeadGeometryFile, HoldsTheNeighboursOfTheSentinel) {
     }
 }
 
-// Text that does not begin a number reads as 0.0, as required: only a missing value is an error.
-TEST_F(HeadGeometryFile, ReadsWordsAsZeroAndNumbersAsFarAsTheyGo) {
+// A text that does not begin with a number is read as 0.0, as required: only a missing value is an error.
+TEST_F(HeadGeometryFile, ReadsWordsAsZeroAndNumbersToTheirEnds) {
     const std::pair<const char*, double> texts[] = {
         {"word", 0.0},  {"", 0.0},      {"-", 0.0},       {".", 0.0},      {"e5", 0.0},    {"mm7", 0.0},
         {"7mm", 7.0},   {"1,5", 1.0},   {"-6.95", -6.95}, {"+2", 2.0},     {".5", 0.5},    {"5.", 5.0},
@@ -336,8 +336,8 @@ TEST_F(HeadGeometryFile, WritesOneDigitNineDecimalsAndTheExponent) {
     }
 }
 
-TEST_F(HeadGeometryFile, GivesTenDigitsBackAndTheSameTextAgain) {
-    // Half a unit in the tenth digit, of a number that begins with 1.
+TEST_F(HeadGeometryFile, KeepsTenDigitsAndTheTextOfASecondSave) {
+    // Half a unit of the tenth digit, relative to a number that begins with 1.
     constexpr double tenDigits = 5e-10;
     for (const char* const text : {"3.14159265358979", "-271828.1828459045", "1e-300", "0.1", "-123456.7890123456789",
                                    "99999.999995", "8.98846567431158e307"}) {
@@ -354,7 +354,7 @@ TEST_F(HeadGeometryFile, GivesTenDigitsBackAndTheSameTextAgain) {
     }
 }
 
-TEST_F(HeadGeometryFile, SpeaksOfTheWholeLoadWhenAnotherCodeComesUp) {
+TEST_F(HeadGeometryFile, NamesTheWholeLoadForAnyOtherCode) {
     FillWithNumbers();
     for (const HRESULT code : {E_OUTOFMEMORY, E_FAIL, QMV_E_WRITE_TO_FILE}) {
         for (const std::size_t at : {0U, 4U, 9U}) {
@@ -369,7 +369,7 @@ TEST_F(HeadGeometryFile, SpeaksOfTheWholeLoadWhenAnotherCodeComesUp) {
 }
 
 // A failed save names the load as its source: the text is fixed.
-TEST_F(HeadGeometryFile, NamesTheLoadAlsoWhenASaveMeetsAnotherCode) {
+TEST_F(HeadGeometryFile, NamesTheLoadAlsoForAnyOtherCodeOfASave) {
     for (const HRESULT code : {E_OUTOFMEMORY, E_FAIL, QMV_E_READ_FROM_FILE}) {
         for (const std::size_t at : {0U, 3U, 6U}) {
             SCOPED_TRACE(at);
@@ -383,8 +383,8 @@ TEST_F(HeadGeometryFile, NamesTheLoadAlsoWhenASaveMeetsAnotherCode) {
     }
 }
 
-TEST_F(HeadGeometryFile, TurnsTheIdealHeadOnceHoweverOftenItIsLoaded) {
-    // cos 30 degrees and sin 30 degrees, and the rounding of one turn.
+TEST_F(HeadGeometryFile, TurnsTheHeadOnceInRepeatedLoads) {
+    // The rounding of one turn by 30 degrees.
     constexpr double cosine = 0.86602540378443865;
     constexpr double sine = 0.5;
     constexpr double oneTurn = 1e-15;

@@ -11,7 +11,7 @@
 
 using namespace qmv40;
 
-/// Single numbers in the platform's own profile files.
+/// Single numbers in the platform's profile files.
 
 namespace {
 
@@ -45,7 +45,7 @@ TEST_F(NumberInAFile, CreatesFileAndSection) {
     EXPECT_EQ(Read(), -6.95);
 }
 
-TEST_F(NumberInAFile, IsReplacedWhereItStands) {
+TEST_F(NumberInAFile, IsReplacedInItsLine) {
     Content("[HEADCENTRE]\r\nX=1\r\nY=2\r\n[Other]\r\nX=3\r\n");
     Write(7.0);
     EXPECT_EQ(Content(), "[HEADCENTRE]\r\nX=7.000000000e+00\r\nY=2\r\n[Other]\r\nX=3\r\n");
@@ -59,7 +59,7 @@ TEST_F(NumberInAFile, IsAddedToItsSectionAndKeepsTheRest) {
     EXPECT_EQ(Read(L"Other", L"X"), 3.0);
 }
 
-TEST_F(NumberInAFile, IsFoundWhateverTheLetterCaseBlanksAndQuotes) {
+TEST_F(NumberInAFile, IsFoundInAnyLetterCaseWithBlanksAndQuotes) {
     for (const char* const content :
          {"[headcentre]\r\nx=12.5\r\n", "[HEADCENTRE]\r\n  X  =  12.5  \r\n", "[HEADCENTRE]\r\nX=\"12.5\"\r\n",
           "[HEADCENTRE]\r\nX='12.5'\r\n", "; note\r\n[HEADCENTRE]\r\n;X=1\r\nX=12.5 ; of the pole\r\nX=13\r\n",
@@ -70,7 +70,7 @@ TEST_F(NumberInAFile, IsFoundWhateverTheLetterCaseBlanksAndQuotes) {
     }
 }
 
-TEST_F(NumberInAFile, IsMissingWithItsFileItsSectionOrItsKey) {
+TEST_F(NumberInAFile, IsMissingWithoutItsFileItsSectionOrItsKey) {
     const auto missing = [this](const char* why) {
         SCOPED_TRACE(why);
         const Raised raised = RaisedBy([this] { Read(); });
@@ -88,13 +88,13 @@ TEST_F(NumberInAFile, IsMissingWithItsFileItsSectionOrItsKey) {
     }
 }
 
-// A value that is there and empty is not missing: it is a text that begins no number.
+// An empty value is not missing: it is a text that does not begin with a number.
 TEST_F(NumberInAFile, IsZeroWhenItsTextIsEmpty) {
     Content("[HEADCENTRE]\r\nX=\r\n");
     EXPECT_EQ(Read(), 0.0);
 }
 
-TEST_F(NumberInAFile, CannotBeStoredWhereNoFileCanBe) {
+TEST_F(NumberInAFile, CannotBeStoredWhereNoFileCanBeCreated) {
     for (const auto& place : {folder.Path("no such folder") / "head.ini", folder.Path()}) {
         const Raised raised = RaisedBy([&] { WriteTo(place.wstring(), 1.0, L"HEADCENTRE", L"X"); });
         EXPECT_EQ(raised.code, QMV_E_WRITE_TO_FILE);

@@ -1,4 +1,4 @@
-/// The positions of a machine that executes a plan. The model of the machine executes the arcs, with the full pi.
+/// A model of the machine executes plans. Its arcs use the full pi.
 
 #include "tests/planning/Planner.h"
 #include "tests/support/MoveFields.h"
@@ -21,13 +21,13 @@ Triple TurnedAbout(const ArcData& arc, const Triple& point, double degrees) {
 Triple Executed(const ArcData& arc, const Triple& from) { return TurnedAbout(arc, from, -arc.RotationAngle); }
 Triple ExecutedTheWrongWay(const ArcData& arc, const Triple& from) { return TurnedAbout(arc, from, arc.RotationAngle); }
 
-/// Where the machine stands after the three indexing arcs.
+/// The machine position after the three indexing arcs.
 template <class Arc> Triple AfterIndexing(const RequiredMoves& moves, Arc&& execute) {
     const Triple atZero = execute(moves.IntermediateAPosition, TripleOf(moves.EngageWithPeg));
     return execute(moves.MoveToAPosition, execute(moves.MoveToBPosition, atZero));
 }
 
-/// Degrees between the azimuths of two points seen from the origin of an arc about the vertical.
+/// The angle between the azimuths of two points, seen from the origin of an arc about the vertical, in degrees.
 double AzimuthBetween(const ArcData& arc, const Triple& left, const Triple& right) {
     const double x1 = left[0] - arc.XOrigin;
     const double y1 = left[1] - arc.YOrigin;
@@ -36,14 +36,14 @@ double AzimuthBetween(const ArcData& arc, const Triple& left, const Triple& righ
     return std::abs(std::atan2(x1 * y2 - y1 * x2, x1 * x2 + y1 * y2)) * 180.0 / 3.14159265358979323846;
 }
 
-/// Coordinates of some hundreds (their last place is 1e-13), three rotations, and a pi with a relative error of 1e-15.
+/// The errors of coordinates of some hundreds (1e-13), of three rotations, and of a pi with a relative error of 1e-15.
 constexpr double executionTolerance = 2e-12;
 constexpr double azimuthTolerance = 1e-11;
 
 using Angles = model::HeadAngles;
 
-/// Steps of 15 degrees, B over its whole range and A over its range and as far beyond zero: 325 positions, the 175 that
-/// the head can take among them. The planner itself knows no bounds.
+/// B from -180 to 180 and A from -90 to 90 in steps of 15 degrees: 325 positions. 175 of them are index positions of
+/// the head. The planner itself checks no bounds.
 std::vector<Angles> Positions() {
     std::vector<Angles> positions;
     for (int a = -90; a <= 90; a += 15)
@@ -63,7 +63,7 @@ protected:
     Planner planner;
 };
 
-TEST_F(ExecutedMoves, OfIndexingEndOnTheTargetsEngagementForAllPairsOfPositions) {
+TEST_F(ExecutedMoves, OfAllIndexingsEndAtTheTargetsEngagement) {
     const std::vector<Angles> positions = Positions();
     ASSERT_EQ(positions.size(), 325U);
     std::vector<Triple> engagements;
@@ -79,10 +79,10 @@ TEST_F(ExecutedMoves, OfIndexingEndOnTheTargetsEngagementForAllPairsOfPositions)
             worst = std::max(worst, miss);
         }
     }
-    EXPECT_GT(worst, 0.0); // something was computed
+    EXPECT_GT(worst, 0.0); // an error of exactly 0 would mean that nothing was compared
 }
 
-TEST_F(ExecutedMoves, OfIndexingMissByMillimetresInTheWrongDirection) {
+TEST_F(ExecutedMoves, InTheWrongDirectionMissByMillimetres) {
     struct Case {
         Angles from;
         Angles to;
@@ -118,11 +118,11 @@ TEST_F(ExecutedMoves, RoundThePoleEndAtTheAzimuthOfThePegAndOfTheLever) {
             wrongWayShows += AzimuthBetween(plan.RotateToPeg, astray, TripleOf(plan.ApproachPeg)) > 1.0;
         }
     }
-    EXPECT_GT(wrongWayShows, 325 * 4); // executed right-handed, nearly every arc ends elsewhere
+    EXPECT_GT(wrongWayShows, 325 * 4); // executed right-handed, nearly every arc ends at another place
 }
 
 TEST_F(ExecutedMoves, OfATurnedHeadEndOnTheTurnedPositions) {
-    // The plan of a head mounted turned is the plan of the straight one, turned about the vertical through its pole.
+    // The plan of a head that is mounted turned is the plan of the ideal head, turned about the vertical.
     const SimulatedHead straight{.pole = {0.0, 0.0, 0.0}};
     SimulatedHead turned = straight;
     turned.mountingAngle = 25.0;
@@ -148,7 +148,7 @@ TEST_F(ExecutedMoves, OfATurnedHeadEndOnTheTurnedPositions) {
     }
 }
 
-TEST_F(ExecutedMoves, AreTheSameAfterSavingAndLoadingTheHeadWithinTenDigits) {
+TEST_F(ExecutedMoves, AreTheSameAfterASaveAndALoad) {
     const SimulatedHead simulated{.pole = {312.123456789, -748.987654321, -610.5}, .mountingAngle = 12.3456789};
     ASSERT_EQ(Computing(planner.Head(), simulated.ASet(45.0), simulated.BSet(60.0)).code, S_OK);
     const TemporaryFolder folder;
@@ -157,12 +157,12 @@ TEST_F(ExecutedMoves, AreTheSameAfterSavingAndLoadingTheHeadWithinTenDigits) {
     Planner loaded;
     loaded.Head().LoadFromFile(name.Address());
 
-    // Ten digits: half a unit of the tenth in coordinates below 1000, and in a rotation below 100 degrees, which moves
-    // a point 60 from the head centre by 1.05 for each degree.
+    // The file has ten digits: the rounding of coordinates below 1000, and of a rotation below 100 degrees, which moves
+    // a point at 60 from the head centre by 1.05 for each degree.
     constexpr double rotationStep = 5e-9;
     constexpr double lengthStep = 5e-8 + 1.05 * rotationStep;
     constexpr double directionStep = rotationStep / 57.0;
-    constexpr double angleStep = 1e-9; // azimuths turn together: only rounding is left
+    constexpr double angleStep = 1e-9; // both azimuths turn by the same angle, so that only rounding is left
     for (const Angles& from : {Angles{0, 0}, Angles{45, 90}, Angles{90, -180}})
         for (const Angles& to : {Angles{0, 0}, Angles{15, -60}, Angles{75, 180}}) {
             planner.StandAt(from.a, from.b);

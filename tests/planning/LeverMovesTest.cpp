@@ -25,17 +25,17 @@ const LeverChoice choices[] = {{0.0, 90.0, 1, "A zero, B positive"},
                                {45.0, -180.0, 1, "A tilted, B at its lower end"},
                                {0.0, 0.0, 0, "B zero counts as negative, A zero"},
                                {45.0, 0.0, 1, "B zero counts as negative, A tilted"},
-                               {90.0, -0.0, 1, "so does minus zero"},
+                               {90.0, -0.0, 1, "B minus zero counts as negative"},
                                {-0.0, 90.0, 1, "A minus zero is zero"},
-                               {1e-7, 90.0, 0, "the smallest trace of A counts as tilted"},
-                               {1e-7, -90.0, 1, "the smallest trace of A counts as tilted, B negative"},
-                               {smallest, 90.0, 0, "not even rounding is forgiven"},
-                               {0.0, smallest, 1, "nor in B"},
-                               {0.0, -smallest, 0, "nor in B, on the other side"}};
+                               {1e-7, 90.0, 0, "a very small A counts as tilted"},
+                               {1e-7, -90.0, 1, "a very small A counts as tilted, B negative"},
+                               {smallest, 90.0, 0, "the smallest A counts as tilted"},
+                               {0.0, smallest, 1, "the smallest B counts as positive"},
+                               {0.0, -smallest, 0, "the smallest negative B counts as negative"}};
 
 class LeverMoves : public Planning {
 protected:
-    /// What the head answers for one side.
+    /// The result of a query of the head for one side.
     Triple Lever(LeverQuery query, int side) { return AnswerFor(planner.Head(), query, side); }
     RequiredMoves UnlockedAt(double a, double b) {
         planner.StandAt(a, b);
@@ -65,7 +65,7 @@ TEST_F(LeverMoves, LockAtTheLeverThatTheTargetAnglesChoose) {
 }
 
 TEST_F(LeverMoves, GoRoundTheHeadToTheLeverThatTheTargetAnglesChoose) {
-    // From straight ahead of the pole, lever 0's unlocked approach (30.3, 24.3) lies clockwise, lever 1's
+    // Seen from the start, the unlocked approach of lever 0 at (30.3, 24.3) is clockwise, that of lever 1
     // counter-clockwise.
     const CMaVector ahead = MaVectorOf(FromCentre(0.0, 50.0, 0.0));
     const double angle = std::atan2(30.3, 24.3) * 180.0 / 3.14159265358979323846;
@@ -103,12 +103,12 @@ TEST_F(LeverMoves, LockFromAboveTheUnlockedBallToTenAboveTheLockedOne) {
         EXPECT_TRUE(AreNear(TripleOf(moves.ApproachLockLever), FromCentre(c.x, 24.3, -36.55), workedRounding));
         EXPECT_TRUE(AreNear(TripleOf(moves.EngageWithLockLever), FromCentre(c.x, 19.3, -36.55), workedRounding));
         EXPECT_TRUE(AreNear(OriginOf(moves.Lock), FromCentre(c.x, 2.0, -36.25), workedRounding));
-        // Up by ten from the locked ball, deliberately not to the safe height.
+        // 10 above the locked ball, and not at the safe height: required.
         EXPECT_TRUE(AreNear(TripleOf(moves.DisengageFromLockLever), FromCentre(c.x, -19.3, -26.55), workedRounding));
     }
 }
 
-TEST_F(LeverMoves, TakeEveryPointFromTheHeadBitForBit) {
+TEST_F(LeverMoves, HaveThePointsOfTheHeadBitForBit) {
     LoadWorkedHead(33.3);
     for (const LeverChoice& c : choices) {
         SCOPED_TRACE(c.why);
@@ -149,7 +149,7 @@ TEST_F(LeverMoves, TurnTheLeverByTheBuiltInRotations) {
     EXPECT_EQ(LockedAt(0.0, 0.0).Lock.RotationAngle, -138.0);
 }
 
-TEST_F(LeverMoves, TurnTheLeverByTheRotationsOfTheSettingsAtEveryPlan) {
+TEST_F(LeverMoves, ReadTheLeverRotationsForEachPlan) {
     Store("Locked To Unlocked Lever Rotation", "120");
     Store("UnLocked To locked Lever Rotation", "121.5");
     EXPECT_EQ(UnlockedAt(0.0, 0.0).UnLock.RotationAngle, -120.0);
@@ -158,7 +158,7 @@ TEST_F(LeverMoves, TurnTheLeverByTheRotationsOfTheSettingsAtEveryPlan) {
     EXPECT_EQ(UnlockedAt(0.0, 0.0).UnLock.RotationAngle, 25.0);
 }
 
-TEST_F(LeverMoves, StandWhereTheSettingsPutTheLevers) {
+TEST_F(LeverMoves, UseTheLeverCentresOfTheSettings) {
     Store("Head Centre To Lever Centre X Offset", "31.0");
     LoadWorkedHead();
     EXPECT_EQ(UnlockedAt(45.0, 90.0).EngageWithUnLockLever.XPosition, 128.0 + 31.0);
@@ -179,7 +179,7 @@ TEST_F(LeverMoves, GoRoundAVerticalAxisThroughThePole) {
 }
 
 TEST_F(LeverMoves, GoRoundByTheNegatedAngleFromTheStartToTheLever) {
-    // Lever 0's unlocked approach stands at (30.3, 24.3) from the pole.
+    // The unlocked approach of lever 0 is at (30.3, 24.3) from the pole.
     struct Case {
         double x;
         double y;
@@ -189,9 +189,9 @@ TEST_F(LeverMoves, GoRoundByTheNegatedAngleFromTheStartToTheLever) {
     for (const Case& c : {Case{-24.3, 30.3, 90.0, "a quarter turn clockwise"},
                           Case{24.3, -30.3, -90.0, "a quarter turn counter-clockwise"},
                           Case{60.6, 48.6, 0.0, "already at that azimuth, further out"},
-                          Case{-15.15, -12.15, -180.0, "straight across: half a turn counter-clockwise"}}) {
+                          Case{-15.15, -12.15, -180.0, "opposite: half a turn counter-clockwise"}}) {
         planner.CalculateRotateToLockLeverMoves(moves, MaVectorOf(FromCentre(c.x, c.y, -400.0)), 45.0, 90.0);
-        // A rounded start can fall on either side of straight across.
+        // After rounding, the start can be on either side of the opposite azimuth.
         EXPECT_NEAR(std::remainder(moves.RotateToLockLever.RotationAngle - c.angle, 360.0), 0.0, 1e-11) << c.why;
         EXPECT_LE(std::abs(moves.RotateToLockLever.RotationAngle), 180.0) << c.why;
     }

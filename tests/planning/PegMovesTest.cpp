@@ -10,7 +10,7 @@ const CMaVector notUsed(std::numeric_limits<double>::quiet_NaN(), std::numeric_l
 
 class PegMoves : public Planning {
 protected:
-    /// The arc to the peg from an exit point to an approach point, both given from the pole in X and Y.
+    /// The arc to the peg, from an exit point to an approach point, both relative to the pole in X and Y.
     double RotationToPeg(double fromX, double fromY, double toX, double toY) {
         moves.DisengageFromUnLockLever = {workedCentre[0] + fromX, workedCentre[1] + fromY, workedSafeZ};
         planner.CalculateRotateToPeg(moves, notUsed, MaVectorOf(FromCentre(toX, toY, -10.0)));
@@ -30,7 +30,7 @@ TEST_F(PegMoves, RotateByTheNegatedCounterClockwiseAngleFromTheLeverToThePeg) {
                           Case{{8, 0, 0}, {4, 4, 0}, -45.0, "half a right angle"},
                           Case{{8, 0, 0}, {-4, 4, 0}, -135.0, "more than a right angle"},
                           Case{{8, 0, 0}, {-4, -4, 0}, 135.0, "more than a right angle, clockwise"},
-                          Case{{8, 0, 0}, {-16, 0, 0}, -180.0, "straight across is counter-clockwise"},
+                          Case{{8, 0, 0}, {-16, 0, 0}, -180.0, "the opposite azimuth is counter-clockwise"},
                           Case{{8, 0, 0}, {2, 0, 0}, 0.0, "the same azimuth"},
                           Case{{-2, -2, 0}, {0, -3, 0}, -45.0, "from any azimuth"}})
         EXPECT_NEAR(RotationToPeg(c.from[0], c.from[1], c.to[0], c.to[1]), c.angle, 2e-13) << c.why;
@@ -52,8 +52,8 @@ TEST_F(PegMoves, RotateIndependentlyOfHeightsAndHeadCentre) {
     EXPECT_EQ(moves.RotateToPeg.RotationAngle, angle);
 }
 
-TEST_F(PegMoves, RotateByNotANumberFromAPointOnThePole) {
-    // An azimuth that does not exist is not guarded: it is not-a-number.
+TEST_F(PegMoves, HaveNoAngleFromAPointOnThePole) {
+    // The azimuth does not exist, and the planner does not check that: the angle is not-a-number.
     EXPECT_TRUE(std::isnan(RotationToPeg(0.0, 0.0, 0.0, 16.0)));
 }
 
@@ -80,7 +80,7 @@ TEST_F(PegMoves, IndexAToZeroThenBThenAAboutTheHeadCentre) {
     EXPECT_EQ(VectorOf(moves.IntermediateAPosition), (Triple{0.5, 0.6, 0.7}));
     EXPECT_EQ(VectorOf(moves.MoveToBPosition), (Triple{0.8, 0.9, 1.0}));
     EXPECT_EQ(VectorOf(moves.MoveToAPosition), (Triple{-0.5, -0.6, -0.7}));
-    // An arc by +x lowers the axis angle by x: each angle is the negated change.
+    // Arcs are left-handed: an arc by +x decreases the head angle by x.
     EXPECT_EQ(moves.IntermediateAPosition.RotationAngle, 30.0);
     EXPECT_EQ(moves.MoveToBPosition.RotationAngle, -165.0);
     EXPECT_EQ(moves.MoveToAPosition.RotationAngle, -75.0);
@@ -99,7 +99,7 @@ TEST_F(PegMoves, IndexBTheLongWayRoundWithoutWrapping) {
     }
 }
 
-TEST_F(PegMoves, CancelWhenTheTargetIsTheCurrentPosition) {
+TEST_F(PegMoves, CancelEachOtherFromAPositionToItself) {
     for (const double a : {0.0, 15.0, 90.0}) {
         planner.StandAt(a, 45.0);
         const RequiredMoves plan = planner.Plan(a, 45.0);

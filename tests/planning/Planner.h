@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-/// The planner with access to its state: a head to fill, and the current angles to set.
+/// The planner with access to its head and its current angles.
 class Planner : public qmv40::MovePlanner {
 public:
     RoundThePole& Head() noexcept { return headGeometry; }
@@ -27,11 +27,11 @@ inline Triple OriginOf(const ArcData& arc) { return {arc.XOrigin, arc.YOrigin, a
 inline Triple VectorOf(const ArcData& arc) { return {arc.iRotationVector, arc.jRotationVector, arc.kRotationVector}; }
 inline CMaVector MaVectorOf(const Triple& v) { return CMaVector(v[0], v[1], v[2]); }
 
-/// Where the head stands in tests with hand-worked numbers: far from the origin, exactly representable, not turned.
+/// The head centre in tests with numbers computed by hand: far from the origin, exactly representable, not turned.
 inline constexpr Triple workedCentre{128.0, -64.0, 512.0};
 inline constexpr double workedSafeZ = 547.0;
 
-/// Sums of decimal numbers with coordinates of this size.
+/// The rounding of sums with coordinates of this size.
 inline constexpr double workedRounding = 5e-13;
 
 class Planning : public HeadTest {
@@ -40,7 +40,7 @@ protected:
     void LoadWorkedHead(double rotation = 0.0) {
         SavedHead{.headCentre = workedCentre, .rotation = rotation}.LoadInto(planner.Head());
     }
-    /// Position of an offset from the worked head's centre.
+    /// The position at this offset from the head centre above.
     static Triple FromCentre(double x, double y, double z) { return workedCentre + Triple{x, y, z}; }
 
     Planner planner;

@@ -12,7 +12,7 @@ constexpr double factor = 57.29577951308238;
 
 class Pole : public Planning {
 protected:
-    /// The angle from the X axis to (x, y): the dot product is x and the cross product y, exactly.
+    /// The angle from the X axis to (x, y). The dot product is exactly x, the cross product exactly y.
     double AngleTo(double x, double y) const {
         return planner.CalculateAngleAndDirection(CMaVector(1.0, 0.0, 0.0), CMaVector(x, y, 0.0));
     }
@@ -23,13 +23,13 @@ protected:
     }
 };
 
-TEST_F(Pole, StandsMidwayBetweenTheTwoLeverCentres) {
+TEST_F(Pole, IsMidwayBetweenTheTwoLeverCentres) {
     EXPECT_TRUE(AreNear(Location(), FromCentre(0.0, 0.0, -32.25), workedRounding));
     LoadWorkedHead(77.0);
     EXPECT_TRUE(AreNear(Location(), FromCentre(0.0, 0.0, -32.25), workedRounding));
 }
 
-TEST_F(Pole, FollowsTheLeversWhereTheSettingsPutThem) {
+TEST_F(Pole, UsesTheLeverCentresOfTheSettings) {
     Store("Head Centre To Lever Centre X Offset", "31.0000");
     Store("Head Centre To Lever Centre Y Offset", "1.500");
     Store("Head Centre To Lever Centre Z Offset", "-40");
@@ -37,7 +37,7 @@ TEST_F(Pole, FollowsTheLeversWhereTheSettingsPutThem) {
     EXPECT_TRUE(AreNear(Location(), FromCentre(0.0, 1.5, -40.0), workedRounding));
 }
 
-TEST_F(Pole, IsTheFirstCentrePlusHalfTheWayToTheSecondBitForBit) {
+TEST_F(Pole, IsTheFirstCentrePlusHalfTheDifferenceBitForBit) {
     int meanWouldShow = 0;
     for (int i = 1; i <= 40; ++i) {
         SavedHead{.headCentre = {i * 1.2345, i * -7.65432, i * 0.12345}, .rotation = i * 7.77}.LoadInto(planner.Head());
@@ -83,12 +83,12 @@ TEST_F(Pole, MeasuresFromAnyDirectionOfAnyLength) {
 
 TEST_F(Pole, MeasuresOppositeDirectionsAs180OnBothSidesOfZero) {
     EXPECT_EQ(AngleTo(-1.0, 0.0), 180.0);
-    // A cross product of minus zero is not below zero either.
+    // A cross product of minus zero is not below zero.
     EXPECT_EQ(planner.CalculateAngleAndDirection(CMaVector(1.0, -0.0, 0.0), CMaVector(-1.0, -0.0, 0.0)), 180.0);
 }
 
 TEST_F(Pole, ConvertsTheArctangentWithTheShortenedFactor) {
-    // The arctangent of 1 is 0.7853981633974483; times the exact factor it would be 45, and times this one it is not.
+    // The arctangent of 1 is 0.7853981633974483. Times the exact factor it is 45; times the required factor it is not.
     EXPECT_EQ(AngleTo(1.0, 1.0), 45.00000000000004);
     EXPECT_EQ(AngleTo(1.0, -1.0), -45.00000000000004);
     EXPECT_EQ(AngleTo(-1.0, 1.0), 134.99999999999994);
@@ -97,11 +97,11 @@ TEST_F(Pole, ConvertsTheArctangentWithTheShortenedFactor) {
     EXPECT_EQ(AngleTo(0.0, -1.0), -90.00000000000009);
 }
 
-TEST_F(Pole, TakesTheArctangentOfTheQuotient) {
+TEST_F(Pole, UsesTheArctangentOfTheQuotient) {
     int twoArgumentsWouldShow = 0;
     for (int x = 1; x <= 60; ++x)
         for (int y = 1; y <= 60; ++y) {
-            // The component's own function, which has tests of its own: C libraries differ in the last bit.
+            // The component's arctangent, because C libraries differ in the last bit. It has its own tests.
             const double quotient =
                 std::abs(qmv40::ArcTangent(static_cast<double>(y) / static_cast<double>(x)) * factor);
             EXPECT_EQ(AngleTo(x, y), quotient) << x << ' ' << y;
@@ -119,7 +119,8 @@ TEST_F(Pole, MeasuresNotANumberForADirectionOfLength0) {
     EXPECT_TRUE(std::isnan(planner.CalculateAngleAndDirection(nowhere, somewhere)));
     EXPECT_TRUE(std::isnan(planner.CalculateAngleAndDirection(somewhere, nowhere)));
     EXPECT_TRUE(std::isnan(planner.CalculateAngleAndDirection(nowhere, nowhere)));
-    // Nor between directions so long that both products overflow, where two arguments would still give 45 degrees.
+    // The same between directions so long that both products overflow. The arctangent of two arguments would give 45
+    // degrees.
     EXPECT_TRUE(
         std::isnan(planner.CalculateAngleAndDirection(CMaVector(1e200, 0.0, 0.0), CMaVector(1e200, 1e200, 0.0))));
 }

@@ -80,12 +80,12 @@ TEST_F(Sequence, CombinesTheStepsForCurrentAnglesAndTarget) {
     EXPECT_EQ(VectorOf(plan.MoveToAPosition), aAxis(120.0));
     for (const ArcData& arc : {plan.IntermediateAPosition, plan.MoveToBPosition, plan.MoveToAPosition})
         EXPECT_EQ(OriginOf(arc), workedCentre);
-    // Unlocking looks at where the head stands (lever 1), locking at where it goes (lever 0).
+    // The current position decides the lever for unlocking (1), the target the lever for locking (0).
     EXPECT_EQ(TripleOf(plan.EngageWithUnLockLever), AnswerFor(head, &RoundThePole::LeverLockedPosition, 1));
     EXPECT_EQ(TripleOf(plan.EngageWithLockLever), AnswerFor(head, &RoundThePole::LeverUnlockedPosition, 0));
 }
 
-TEST_F(Sequence, KeepsToTheSafeHeightBetweenItsThreePlaces) {
+TEST_F(Sequence, CrossesAtTheSafeHeight) {
     for (int a = 0; a <= 90; a += 45)
         for (int b = -180; b <= 180; b += 60) {
             planner.StandAt(a, b);

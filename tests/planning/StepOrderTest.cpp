@@ -17,67 +17,67 @@
 
 using namespace qmv40;
 
-/// What a plan asks the head and the settings for, in which order, and what it has written when an answer fails. This
-/// program replaces the head's queries by its own: they record the calls, return numbers that identify them, and fail
-/// on request.
+/// The order in which a plan queries the head and the settings, and the fields that it has written when a query fails.
+/// This program replaces the head's queries by its own: they record the calls, return numbers that identify them, and
+/// fail on request.
 
 namespace {
 
-struct Answers {
-    std::vector<std::string> asked;
-    std::string failing; ///< this question fails
-} answers;
+struct Recorder {
+    std::vector<std::string> queries;
+    std::string failing; ///< this query fails
+} recorder;
 
-std::string Question(const std::string& name, const std::vector<double>& arguments) {
+std::string QueryText(const std::string& name, const std::vector<double>& arguments) {
     std::string text = name;
     for (const double argument : arguments) text += ' ' + std::to_string(static_cast<int>(argument));
     return text;
 }
 
-void Note(const std::string& question) {
-    answers.asked.push_back(question);
-    if (question == answers.failing) throw GeometryError(GeometryError::Reason::Impossible);
+void RecordQuery(const std::string& query) {
+    recorder.queries.push_back(query);
+    if (query == recorder.failing) throw GeometryError(GeometryError::Reason::Impossible);
 }
 
-void Answer(const std::string& question, CMaVector& out) {
-    Note(question);
-    const auto number = static_cast<double>(answers.asked.size());
+void ReturnNumbers(const std::string& query, CMaVector& out) {
+    RecordQuery(query);
+    const auto number = static_cast<double>(recorder.queries.size());
     out = CMaVector(number, number * number, -number);
 }
 
 } // namespace
 
 void RoundThePole::ApproachPosition(double a, double b, double distance, CMaVector& out) const {
-    Answer(Question("approach", {a, b, distance}), out);
+    ReturnNumbers(QueryText("approach", {a, b, distance}), out);
 }
 void RoundThePole::EngagementPosition(double a, double b, CMaVector& out) const {
-    Answer(Question("engagement", {a, b}), out);
+    ReturnNumbers(QueryText("engagement", {a, b}), out);
 }
-void RoundThePole::RotatedAAxis(double b, CMaVector& out) const { Answer(Question("A axis", {b}), out); }
+void RoundThePole::RotatedAAxis(double b, CMaVector& out) const { ReturnNumbers(QueryText("A axis", {b}), out); }
 
 void RoundThePole::LeverCentrePosition(int lever, CMaVector& out) const {
-    Answer(Question("lever centre", {double(lever)}), out);
+    ReturnNumbers(QueryText("lever centre", {double(lever)}), out);
 }
 void RoundThePole::LeverLockedPosition(int lever, CMaVector& out) const {
-    Answer(Question("locked", {double(lever)}), out);
+    ReturnNumbers(QueryText("locked", {double(lever)}), out);
 }
 void RoundThePole::LeverLockedApproachPosition(int lever, CMaVector& out) const {
-    Answer(Question("locked approach", {double(lever)}), out);
+    ReturnNumbers(QueryText("locked approach", {double(lever)}), out);
 }
 void RoundThePole::LeverUnlockingCentreOfRotation(int lever, CMaVector& out) const {
-    Answer(Question("unlocking centre", {double(lever)}), out);
+    ReturnNumbers(QueryText("unlocking centre", {double(lever)}), out);
 }
 void RoundThePole::LeverUnlockedPosition(int lever, CMaVector& out) const {
-    Answer(Question("unlocked", {double(lever)}), out);
+    ReturnNumbers(QueryText("unlocked", {double(lever)}), out);
 }
 void RoundThePole::LeverUnlockedApproachPosition(int lever, CMaVector& out) const {
-    Answer(Question("unlocked approach", {double(lever)}), out);
+    ReturnNumbers(QueryText("unlocked approach", {double(lever)}), out);
 }
 void RoundThePole::LeverLockingCentreOfRotation(int lever, CMaVector& out) const {
-    Answer(Question("locking centre", {double(lever)}), out);
+    ReturnNumbers(QueryText("locking centre", {double(lever)}), out);
 }
 void RoundThePole::LeverAxisOfRotation(int which, CMaVector& out) const {
-    Answer(Question("lever axis", {double(which)}), out);
+    ReturnNumbers(QueryText("lever axis", {double(which)}), out);
 }
 
 namespace qmv40 {
@@ -85,7 +85,7 @@ namespace qmv40 {
 FixedOffset ReadFixedOffset(HeadOffset, int) { return {}; }
 double ReadFixedRotation(HeadOffset offset) {
     const bool isUnlocking = offset == HeadOffset::UnlockingRotation;
-    Note(isUnlocking ? "unlocking rotation" : "locking rotation");
+    RecordQuery(isUnlocking ? "unlocking rotation" : "locking rotation");
     return isUnlocking ? 135.0 : 138.0;
 }
 
@@ -121,12 +121,12 @@ protected:
         AlignmentArray bSet(SimulatedHead().BSet(60.0));
         ASSERT_EQ(calculator.EnterHeadGeometry(aSet.Address(), bSet.Address()), S_OK);
         ASSERT_EQ(calculator.SetCurrentHeadPosition(45.0, 90.0), S_OK);
-        answers = {};
+        recorder = {};
     }
-    void TearDown() override { answers = {}; }
+    void TearDown() override { recorder = {}; }
 
-    Raised PlanWithFailing(const std::string& question) {
-        answers = {.asked = {}, .failing = question};
+    Raised PlanWithFailing(const std::string& query) {
+        recorder = {.queries = {}, .failing = query};
         moves = UnwrittenMoves();
         return RaisedBy([&] { calculator.CalculateMove(0.0, 30.0, &moves); });
     }
@@ -135,35 +135,36 @@ protected:
     RequiredMoves moves = UnwrittenMoves();
 };
 
-TEST_F(StepOrder, OfAPlanIsTheRequiredOne) {
+TEST_F(StepOrder, IsTheRequiredOne) {
     EXPECT_EQ(PlanWithFailing("").code, S_OK);
-    EXPECT_EQ(answers.asked, (std::vector<std::string>{"approach 45 90 10",
-                                                       "engagement 45 90",
-                                                       "approach 0 30 10",
-                                                       "A axis 90",
-                                                       "A axis 30", // the head
-                                                       "locked 0",
-                                                       "unlocking centre 0",
-                                                       "locked approach 0",
-                                                       "lever axis 1",
-                                                       "unlocked 0",         // unlocking
-                                                       "unlocking rotation", //
-                                                       "lever centre 0",
-                                                       "lever centre 1", // to the peg
-                                                       "unlocked approach 1",
-                                                       "lever centre 0",
-                                                       "lever centre 1", // to the lever
-                                                       "unlocked 1",
-                                                       "locking centre 1",
-                                                       "unlocked approach 1",
-                                                       "lever axis 0",
-                                                       "locked 1", // locking
-                                                       "locking rotation"}));
+    EXPECT_EQ(recorder.queries, (std::vector<std::string>{"approach 45 90 10",
+                                                          "engagement 45 90",
+                                                          "approach 0 30 10",
+                                                          "A axis 90",
+                                                          "A axis 30", // the head
+                                                          "locked 0",
+                                                          "unlocking centre 0",
+                                                          "locked approach 0",
+                                                          "lever axis 1",
+                                                          "unlocked 0",         // unlocking
+                                                          "unlocking rotation", //
+                                                          "lever centre 0",
+                                                          "lever centre 1", // to the peg
+                                                          "unlocked approach 1",
+                                                          "lever centre 0",
+                                                          "lever centre 1", // to the lever
+                                                          "unlocked 1",
+                                                          "locking centre 1",
+                                                          "unlocked approach 1",
+                                                          "lever axis 0",
+                                                          "locked 1", // locking
+                                                          "locking rotation"}));
 }
 
-TEST_F(StepOrder, OfUnlockingReadsTheRotationRightAfterWritingTheVector) {
+TEST_F(StepOrder, OfUnlockingWritesTheVectorBeforeTheRotation) {
     EXPECT_EQ(PlanWithFailing("unlocking rotation").code, QMV_E_GEOMETRY_IMPOSSIBLE);
-    EXPECT_EQ(moves.UnLock.iRotationVector, 9.0) << "the fourth question after the five of the head";
+    EXPECT_EQ(moves.UnLock.iRotationVector, 9.0)
+        << "the ninth query: five of the whole plan, then the fourth of unlocking";
     EXPECT_EQ(moves.UnLock.jRotationVector, 81.0);
     EXPECT_EQ(moves.UnLock.kRotationVector, -9.0);
     EXPECT_EQ(moves.UnLock.RotationAngle, notWritten);
@@ -173,7 +174,7 @@ TEST_F(StepOrder, OfUnlockingReadsTheRotationRightAfterWritingTheVector) {
     EXPECT_FALSE(IsWritten(moves.DisengageFromUnLockLever));
 }
 
-TEST_F(StepOrder, OfLockingReadsTheRotationRightAfterWritingTheVector) {
+TEST_F(StepOrder, OfLockingWritesTheVectorBeforeTheRotation) {
     EXPECT_EQ(PlanWithFailing("locking rotation").code, QMV_E_GEOMETRY_IMPOSSIBLE);
     EXPECT_EQ(moves.Lock.iRotationVector, 20.0);
     EXPECT_EQ(moves.Lock.RotationAngle, notWritten);
@@ -182,10 +183,10 @@ TEST_F(StepOrder, OfLockingReadsTheRotationRightAfterWritingTheVector) {
     EXPECT_FALSE(IsWritten(moves.ApproachLockLever));
     EXPECT_FALSE(IsWritten(moves.EngageWithLockLever));
     EXPECT_FALSE(IsWritten(moves.DisengageFromLockLever));
-    EXPECT_NE(moves.RotateToLockLever.RotationAngle, notWritten) << "the step before is whole";
+    EXPECT_NE(moves.RotateToLockLever.RotationAngle, notWritten) << "the step before must be complete";
 }
 
-TEST_F(StepOrder, NamesTheOperationWhoseQuestionFails) {
+TEST_F(StepOrder, NamesTheOperationWhoseQueryFails) {
     const struct {
         const char* failing;
         const wchar_t* source;

@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(Bstr, HoldsACopyWithItsLengthInCharactersAndBytes) {
+TEST(Bstr, IsACopyWithItsLengthInCharactersAndBytes) {
     std::wstring original = L"QMV40";
     const BSTR text = SysAllocString(original.c_str());
     original[0] = L'x';
@@ -18,7 +18,7 @@ TEST(Bstr, HoldsACopyWithItsLengthInCharactersAndBytes) {
     SysFreeString(text);
 }
 
-TEST(Bstr, TellsAnyLanguageItsLengthInFrontOfItsFirstCharacter) {
+TEST(Bstr, HasItsLengthInBytesBeforeItsFirstCharacter) {
     const BSTR text = SysAllocString(L"seven..");
     std::uint32_t bytes = 0;
     std::memcpy(&bytes, reinterpret_cast<const char*>(text) - sizeof bytes, sizeof bytes);
@@ -41,7 +41,7 @@ TEST(Bstr, IsTerminatedWhenOnlyALengthIsGiven) {
     SysFreeString(text);
 }
 
-TEST(Bstr, MayBeEmptyWithoutBeingNull) {
+TEST(Bstr, CanBeEmptyWithoutBeingNull) {
     const BSTR text = SysAllocString(L"");
     ASSERT_NE(text, nullptr);
     EXPECT_EQ(SysStringLen(text), 0U);
@@ -55,7 +55,7 @@ TEST(Bstr, IsNullForNullAndNullIsEmpty) {
     SysFreeString(nullptr);
 }
 
-TEST(Bstr, IsRefusedWhenItsLengthInBytesCannotBeCounted) {
+TEST(Bstr, IsRefusedWhenItsLengthOverflows) {
     for (const UINT length : {std::numeric_limits<UINT>::max(), std::numeric_limits<UINT>::max() - 1,
                               static_cast<UINT>(std::numeric_limits<UINT>::max() / sizeof(OLECHAR))})
         EXPECT_EQ(SysAllocStringLen(nullptr, length), nullptr) << length;

@@ -60,7 +60,7 @@ ULONG ReferencesOf(IUnknown& object) {
 
 constexpr GUID someGuid{0x2C7D91E3, 0x6F4A, 0x4B28, {0x8D, 0x35, 0x9E, 0x1A, 0x7C, 0x0B, 0x4F, 0x52}};
 
-TEST(ErrorRecord, GivesBackEverythingThatWasSet) {
+TEST(ErrorRecord, ReturnsEverythingThatWasSet) {
     const Owned<ICreateErrorInfo> record = NewRecord();
     std::wstring source = L"RoundThePole::HeadCentre", description = L"Step \x2014 failed", helpFile = L"Unspecified";
     EXPECT_EQ(record->SetSource(source.data()), S_OK);
@@ -86,7 +86,7 @@ TEST(ErrorRecord, GivesBackEverythingThatWasSet) {
     EXPECT_TRUE(guid == someGuid);
 }
 
-TEST(ErrorRecord, GivesNullTextsAndNoHelpContextWhenNothingWasSet) {
+TEST(ErrorRecord, ReturnsNullTextsAndNoHelpContextAtFirst) {
     const Owned<ICreateErrorInfo> record = NewRecord();
     const Owned<IErrorInfo> read = Ask<IErrorInfo>(*record, IID_IErrorInfo);
     OLECHAR somewhere = L'x';
@@ -100,7 +100,7 @@ TEST(ErrorRecord, GivesNullTextsAndNoHelpContextWhenNothingWasSet) {
     EXPECT_EQ(context, 0U);
 }
 
-TEST(ErrorRecord, TakesTheLastTextAndForgetsItForNull) {
+TEST(ErrorRecord, KeepsTheLastTextUntilNullIsSet) {
     const Owned<ICreateErrorInfo> record = NewRecord();
     const Owned<IErrorInfo> read = Ask<IErrorInfo>(*record, IID_IErrorInfo);
     std::wstring first = L"first", second = L"second", empty;
@@ -113,7 +113,7 @@ TEST(ErrorRecord, TakesTheLastTextAndForgetsItForNull) {
     EXPECT_EQ(DescriptionOf(*read), L"(null)");
 }
 
-TEST(ErrorRecord, IsOneObjectWhicheverFaceIsAsked) {
+TEST(ErrorRecord, HasOneIdentityForBothItsInterfaces) {
     const Owned<ICreateErrorInfo> record = NewRecord();
     const Owned<IErrorInfo> read = Ask<IErrorInfo>(*record, IID_IErrorInfo);
     const Owned<IUnknown> fromRecord = Ask<IUnknown>(*record, IID_IUnknown),
@@ -124,7 +124,7 @@ TEST(ErrorRecord, IsOneObjectWhicheverFaceIsAsked) {
     EXPECT_EQ(ReferencesOf(*record), 4U);
 }
 
-TEST(ErrorRecord, AnswersNoForeignInterface) {
+TEST(ErrorRecord, RefusesOtherInterfaces) {
     const Owned<ICreateErrorInfo> record = NewRecord();
     const Owned<IErrorInfo> read = Ask<IErrorInfo>(*record, IID_IErrorInfo);
     for (IUnknown* const face : {static_cast<IUnknown*>(record.get()), static_cast<IUnknown*>(read.get())}) {
@@ -135,7 +135,7 @@ TEST(ErrorRecord, AnswersNoForeignInterface) {
     EXPECT_EQ(ReferencesOf(*record), 2U);
 }
 
-TEST(ErrorRecord, RefusesNullWhereItWouldWrite) {
+TEST(ErrorRecord, RefusesNullOutputPointers) {
     EXPECT_EQ(CreateErrorInfo(nullptr), E_INVALIDARG);
     const Owned<IErrorInfo> read = RecordOf(L"text");
     EXPECT_EQ(read->GetSource(nullptr), E_INVALIDARG);
@@ -145,7 +145,7 @@ TEST(ErrorRecord, RefusesNullWhereItWouldWrite) {
     EXPECT_EQ(read->GetGUID(nullptr), E_INVALIDARG);
 }
 
-TEST(ThreadsErrorRecord, IsTakenOutOnce) {
+TEST(ThreadsErrorRecord, IsRemovedWhenItIsRead) {
     const Owned<IErrorInfo> record = RecordOf(L"once");
     EXPECT_EQ(SetErrorInfo(0, record.get()), S_OK);
     IErrorInfo* taken = nullptr;
@@ -157,7 +157,7 @@ TEST(ThreadsErrorRecord, IsTakenOutOnce) {
     EXPECT_EQ(taken, nullptr);
 }
 
-TEST(ThreadsErrorRecord, IsHeldUntilTheNextOneOrNoneReplacesIt) {
+TEST(ThreadsErrorRecord, IsReferencedUntilItIsReplacedOrRemoved) {
     const Owned<IErrorInfo> first = RecordOf(L"first"), second = RecordOf(L"second");
     SetErrorInfo(0, first.get());
     EXPECT_EQ(ReferencesOf(*first), 2U);
@@ -165,13 +165,13 @@ TEST(ThreadsErrorRecord, IsHeldUntilTheNextOneOrNoneReplacesIt) {
     EXPECT_EQ(ReferencesOf(*first), 1U);
     EXPECT_EQ(ReferencesOf(*second), 2U);
     SetErrorInfo(0, second.get());
-    EXPECT_EQ(ReferencesOf(*second), 2U) << "the same one again";
+    EXPECT_EQ(ReferencesOf(*second), 2U) << "the same record set twice must be referenced once";
     EXPECT_EQ(SetErrorInfo(0, nullptr), S_OK);
     EXPECT_EQ(ReferencesOf(*second), 1U);
     EXPECT_EQ(Taken(), nullptr);
 }
 
-TEST(ThreadsErrorRecord, IsReachedWithTheReservedNumberZeroAlone) {
+TEST(ThreadsErrorRecord, RequiresTheReservedNumberZero) {
     const Owned<IErrorInfo> record = RecordOf(L"kept");
     SetErrorInfo(0, record.get());
     IErrorInfo* taken = nullptr;
@@ -181,7 +181,7 @@ TEST(ThreadsErrorRecord, IsReachedWithTheReservedNumberZeroAlone) {
     EXPECT_EQ(Taken().get(), record.get());
 }
 
-TEST(ThreadsErrorRecord, IsSeenByItsOwnThreadAlone) {
+TEST(ThreadsErrorRecord, IsNotVisibleInOtherThreads) {
     const Owned<IErrorInfo> record = RecordOf(L"here");
     SetErrorInfo(0, record.get());
     std::thread([] {
@@ -192,13 +192,13 @@ TEST(ThreadsErrorRecord, IsSeenByItsOwnThreadAlone) {
     EXPECT_EQ(Taken().get(), record.get());
 }
 
-TEST(ThreadsErrorRecord, IsGivenUpWhenTheThreadEnds) {
+TEST(ThreadsErrorRecord, IsReleasedWhenTheThreadEnds) {
     const Owned<IErrorInfo> record = RecordOf(L"left behind");
     std::thread([&] { SetErrorInfo(0, record.get()); }).join();
     EXPECT_EQ(ReferencesOf(*record), 1U);
 }
 
-TEST(ErrorRecord, MayBeReadAndHeldByManyThreadsAtOnce) {
+TEST(ErrorRecord, CanBeUsedByManyThreadsAtOnce) {
     const Owned<IErrorInfo> record = RecordOf(L"shared");
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i)

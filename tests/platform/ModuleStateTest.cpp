@@ -13,7 +13,7 @@
 
 using namespace qmv40;
 
-/// What a host has set must not reach our arithmetic, and our arithmetic must not reach the host.
+/// The host's floating-point settings must not affect the component's arithmetic, and the component must restore them.
 
 namespace {
 
@@ -23,10 +23,10 @@ volatile double zero = 0.0;
 volatile double smallestNormal = std::numeric_limits<double>::min();
 volatile double result = 0.0;
 
-/// The double nearest to a third, by its bits; rounded up it would end in 6.
+/// The double nearest to 1/3. Rounded up, its last digit would be 6.
 constexpr double nearestThird = 0x1.5555555555555p-2;
 
-TEST(ModuleState, CountsTheCallsUnderWayOverAllThreads) {
+TEST(ModuleState, CountsTheRunningCallsOfAllThreads) {
     const long before = CallsUnderWay();
     const ModuleStateGuard here;
     std::atomic<bool> entered{false}, leave{false};
@@ -42,7 +42,7 @@ TEST(ModuleState, CountsTheCallsUnderWayOverAllThreads) {
     EXPECT_EQ(CallsUnderWay(), before + 1);
 }
 
-TEST(ModuleState, CountsNoCallThatHasEndedByAnException) {
+TEST(ModuleState, DoesNotCountACallAfterAnException) {
     const long before = CallsUnderWay();
     EXPECT_THROW(
         {
@@ -59,7 +59,7 @@ constexpr unsigned int defaultControl = 0x1F80;
 constexpr unsigned int flushToZero = 0x8040; ///< tiny results and tiny operands
 constexpr unsigned int roundingModes[] = {0x0000, 0x2000, 0x4000, 0x6000};
 
-/// A host that works with settings of its own; the test program's come back at the end.
+/// Sets MXCSR as a host can. Restores the test program's settings at the end.
 class Host {
 public:
     explicit Host(unsigned int control) { _mm_setcsr(control); }
@@ -68,7 +68,7 @@ public:
     ~Host() { _mm_setcsr(defaultControl); }
 };
 
-TEST(ModuleState, RoundsToNearestWhateverTheHostHasSet) {
+TEST(ModuleState, RoundsToNearestInEveryModeOfTheHost) {
     for (const unsigned int mode : roundingModes) {
         const Host host(defaultControl | mode);
         const ModuleStateGuard guard;
@@ -77,21 +77,21 @@ TEST(ModuleState, RoundsToNearestWhateverTheHostHasSet) {
     }
 }
 
-TEST(ModuleState, KeepsTinyNumbersWhateverTheHostHasSet) {
+TEST(ModuleState, KeepsSubnormalNumbersInEveryModeOfTheHost) {
     const Host host(defaultControl | flushToZero);
     const ModuleStateGuard guard;
     result = smallestNormal / three;
     EXPECT_NE(result, 0.0);
 }
 
-TEST(ModuleState, RaisesNoTrapThatTheHostHasSet) {
+TEST(ModuleState, RaisesNoTrapWithTheHostsExceptionsUnmasked) {
     const Host host(0); // every exception unmasked
     const ModuleStateGuard guard;
     result = one / zero;
     EXPECT_EQ(result, std::numeric_limits<double>::infinity());
 }
 
-TEST(ModuleState, GivesTheHostItsOwnSettingsAndFlagsBack) {
+TEST(ModuleState, RestoresTheHostsSettingsAndFlags) {
     constexpr unsigned int underflowFlag = 0x10;
     for (const unsigned int mode : roundingModes) {
         const unsigned int control = defaultControl | mode | flushToZero | underflowFlag;
@@ -104,7 +104,7 @@ TEST(ModuleState, GivesTheHostItsOwnSettingsAndFlagsBack) {
     }
 }
 
-TEST(ModuleState, GivesTheHostItsSettingsBackWhenAnExceptionLeaves) {
+TEST(ModuleState, RestoresTheHostsSettingsAfterAnException) {
     const unsigned int control = defaultControl | roundingModes[2];
     const Host host(control);
     try {
@@ -119,9 +119,9 @@ TEST(ModuleState, GivesTheHostItsSettingsBackWhenAnExceptionLeaves) {
 
 #ifdef __SSE2__
 
-/// x87, the processor's other floating-point unit, in which long doubles and parts of some C libraries are computed.
+/// x87, the processor's older floating-point unit. Long doubles and parts of some C libraries use it.
 constexpr unsigned short x87Default = 0x037F;
-constexpr unsigned short x87OfThePlatform = 0x027F; ///< 53 bits: what programs of Windows start with
+constexpr unsigned short x87OfThePlatform = 0x027F; ///< 53 bits: the default of Windows programs
 constexpr unsigned short x87Flags = 0x003F;
 
 unsigned short X87Control() {
@@ -136,7 +136,7 @@ unsigned short X87Flags() {
     return status & x87Flags;
 }
 
-/// A host that has set the unit in its own way; the test program's setting comes back at the end.
+/// Sets the x87 control word as a host can. Restores the test program's settings at the end.
 class X87Host {
 public:
     explicit X87Host(unsigned short control) { asm volatile("fnclex\n\tfldcw %0" : : "m"(control)); }
@@ -161,27 +161,27 @@ TEST(ModuleState, SetsX87ToItsDefaultsAndBack) {
         const char* why;
     };
     for (const Case& c :
-         {Case{x87Default, "as a thread starts"}, Case{x87OfThePlatform, "53 bits"}, Case{0x007F, "24 bits"},
+         {Case{x87Default, "the default"}, Case{x87OfThePlatform, "53 bits"}, Case{0x007F, "24 bits"},
           Case{0x0B7F, "rounding up"}, Case{0x037A, "traps on division by zero"}, Case{0x0340, "traps on all"}}) {
         const X87Host host(c.control);
         {
             const ModuleStateGuard guard;
             EXPECT_EQ(X87Control(), x87Default) << c.why;
-            RaiseInexactInX87(); // no trap, neither now nor when the host's setting is back
+            RaiseInexactInX87(); // must cause no trap, neither now nor after the host's setting is restored
         }
         EXPECT_EQ(X87Control(), c.control) << c.why;
         EXPECT_EQ(X87Flags(), 0) << c.why;
     }
 }
 
-TEST(ModuleState, GivesTheHostItsOwnX87FlagsBackAndNoOthers) {
+TEST(ModuleState, RestoresTheHostsX87FlagsAndNoOthers) {
     struct Case {
         void (*hostRaises)();
         void (*moduleRaises)();
         const char* why;
     };
     for (const Case& c : {Case{RaiseInexactInX87, RaiseDivisionByZeroInX87, "another flag than the host's"},
-                          Case{RaiseInexactInX87, RaiseInexactInX87, "the host's flag once more"},
+                          Case{RaiseInexactInX87, RaiseInexactInX87, "the host's flag a second time"},
                           Case{RaiseInexactInX87, [] {}, "none"}}) {
         for (const unsigned short control : {x87Default, x87OfThePlatform}) {
             const X87Host host(control);
@@ -198,7 +198,7 @@ TEST(ModuleState, GivesTheHostItsOwnX87FlagsBackAndNoOthers) {
     }
 }
 
-TEST(ModuleState, KeepsMxcsrApartFromX87) {
+TEST(ModuleState, RestoresMxcsrAndX87Separately) {
     const X87Host host(x87Default);
     const unsigned int before = _mm_getcsr();
     {

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-/// A profile file in a folder of its own. There is no file until something is put into it.
+/// A profile file in a separate folder. The file does not exist until Put is called.
 class ProfileOnDisk {
 public:
     std::filesystem::path Path() const { return folder.Path("head.ini"); }
@@ -44,7 +44,7 @@ private:
     TemporaryFolder folder;
 };
 
-/// A write into a file of a certain content, and what the file must be then.
+/// The content of a file, one write into it, and the content that the file must have then.
 struct ProfileEdit {
     std::string before;
     const wchar_t* section;

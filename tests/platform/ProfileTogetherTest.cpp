@@ -8,7 +8,7 @@
 
 using namespace qmv40;
 
-/// Several writes, or several reads, of one file as one.
+/// Several writes, or several reads, of one file in one step.
 
 namespace {
 
@@ -27,7 +27,7 @@ protected:
     std::wstring path = profile.Path().wstring();
 };
 
-TEST_F(ProfileTogether, WritesReachTheFileAtTheCommitInTheirOrder) {
+TEST_F(ProfileTogether, EntriesAreWrittenAtTheCommitInTheirOrder) {
     ProfileWriter writer(path.c_str());
     writer.Set(L"S", L"a", "10");
     writer.Set(L"S", L"new", "11");
@@ -36,10 +36,10 @@ TEST_F(ProfileTogether, WritesReachTheFileAtTheCommitInTheirOrder) {
     EXPECT_EQ(profile.Content(), before);
     EXPECT_TRUE(writer.Commit());
     EXPECT_EQ(profile.Content(), "[S]\r\na=12\r\nb=2\r\nnew=11\r\n[T]\r\nc=3\r\n[U]\r\nd=13\r\n");
-    EXPECT_EQ(FilesInFolder(), 1) << "and nothing is left beside it";
+    EXPECT_EQ(FilesInFolder(), 1) << "no other file may be left";
 }
 
-TEST_F(ProfileTogether, WritesMakeAFileThatIsNotThere) {
+TEST_F(ProfileTogether, TheCommitCreatesAMissingFile) {
     std::filesystem::remove(path);
     ProfileWriter writer(path.c_str());
     writer.Set(L"S", L"a", "1");
@@ -50,23 +50,23 @@ TEST_F(ProfileTogether, WritesMakeAFileThatIsNotThere) {
     EXPECT_EQ(FilesInFolder(), 1);
 }
 
-TEST_F(ProfileTogether, WritesComeToNothingWithoutACommit) {
+TEST_F(ProfileTogether, NothingIsWrittenWithoutACommit) {
     ProfileWriter(path.c_str()).Set(L"S", L"a", "10");
     EXPECT_EQ(profile.Content(), before);
     EXPECT_EQ(FilesInFolder(), 1);
 }
 
-TEST_F(ProfileTogether, WritesEndAtTheFirstThatHasNoName) {
+TEST_F(ProfileTogether, WritingEndsAtTheFirstEntryWithoutAName) {
     ProfileWriter writer(path.c_str());
     writer.Set(L"S", L"a", "10");
     writer.Set(L"S", nullptr, "11");
     writer.Set(L"T", L"c", "12");
     EXPECT_FALSE(writer.Commit());
-    EXPECT_EQ(profile.Content(), "[S]\r\na=10\r\nb=2\r\n[T]\r\nc=3\r\n") << "those before it stay";
+    EXPECT_EQ(profile.Content(), "[S]\r\na=10\r\nb=2\r\n[T]\r\nc=3\r\n") << "the entries before it must stay";
     EXPECT_EQ(FilesInFolder(), 1);
 }
 
-TEST_F(ProfileTogether, WritesAreRefusedWhereNoFileCanBe) {
+TEST_F(ProfileTogether, WritingFailsWhereNoFileCanBeCreated) {
     for (const auto& place : {profile.Folder() / "none" / "head.ini", profile.Folder()}) {
         ProfileWriter writer(place.wstring().c_str());
         writer.Set(L"S", L"a", "1");
@@ -85,15 +85,15 @@ TEST_F(ProfileTogether, NothingIsReadOrWrittenWithoutAFileName) {
     }
 }
 
-// The platform's own functions would list names, or read another file.
+// With a null name, the platform's own functions would list names or read another file.
 TEST_F(ProfileTogether, NothingIsReadWithoutASectionOrAKey) {
     EXPECT_EQ(profile.Read(nullptr, L"a"), "default");
     EXPECT_EQ(profile.Read(L"S", nullptr), "default");
     EXPECT_EQ(profile.Read(nullptr, nullptr, nullptr), "");
 }
 
-// Windows takes the mark for a part of the first line, and the section in it is not found.
-TEST_F(ProfileTogether, WritesTakeAByteOrderMarkAwayAndFindTheSectionBehindIt) {
+// Windows reads the mark as a part of the first line, and does not find the section in it.
+TEST_F(ProfileTogether, WritingRemovesAUtf8ByteOrderMark) {
     profile.Put(std::string("\xEF\xBB\xBF") + before);
     ProfileWriter writer(path.c_str());
     writer.Set(L"S", L"a", "10");
@@ -101,16 +101,16 @@ TEST_F(ProfileTogether, WritesTakeAByteOrderMarkAwayAndFindTheSectionBehindIt) {
     EXPECT_EQ(profile.Content(), "[S]\r\na=10\r\nb=2\r\n[T]\r\nc=3\r\n");
 }
 
-TEST_F(ProfileTogether, ReadsFindTheFileAsItWasAtOneMoment) {
+TEST_F(ProfileTogether, AReaderReadsTheFileAsItIsAtOneMoment) {
     std::optional<ProfileReader> reader(path.c_str());
     char buffer[20] = "";
     reader->Read(L"S", L"a", "default", buffer);
     EXPECT_STREQ(buffer, "1");
-    // A write either comes later or leaves the reader what it has.
+    // A write either waits or does not change the content that the reader has.
     if (std::error_code none; std::filesystem::remove(path, none)) {
         reader->Read(L"S", L"b", "default", buffer);
         EXPECT_STREQ(buffer, "2");
-        EXPECT_EQ(profile.Read(L"S", L"b"), "default") << "later readers find it as it is";
+        EXPECT_EQ(profile.Read(L"S", L"b"), "default") << "a later reader must read the new content";
     }
     reader.reset();
 }

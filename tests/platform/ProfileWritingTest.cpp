@@ -10,12 +10,11 @@
 
 using namespace qmv40;
 
-/// What holds for the platform's own profile files too; what becomes of bytes that a write does not concern is another
-/// matter there.
+/// Rules that hold on all platforms. (Which other bytes a write changes differs between the platforms.)
 
 namespace {
 
-TEST(ProfileWriting, MakesFileSectionAndKey) {
+TEST(ProfileWriting, CreatesFileSectionAndKey) {
     const ProfileOnDisk profile;
     EXPECT_TRUE(profile.Write(L"HEADCENTRE", L"X", "1.000000000e+00"));
     EXPECT_TRUE(profile.Write(L"HEADCENTRE", L"Y", "2.000000000e+00"));
@@ -24,29 +23,30 @@ TEST(ProfileWriting, MakesFileSectionAndKey) {
                                  "[SAFEPOSITION]\r\nX=3.000000000e+00\r\n");
 }
 
-TEST(ProfileWriting, LeavesTheFileAsTheRulesSay) {
+TEST(ProfileWriting, ChangesTheFileByTheRules) {
     const ProfileEdit edits[] = {
-        {"[S]\r\nk=1\r\nm=2\r\n", L"S", L"k", "9", "[S]\r\nk=9\r\nm=2\r\n", "replaces where the key stands"},
-        {"[s]\r\nK=1\r\n", L"S", L"k", "9", "[s]\r\nK=9\r\n", "the stored spelling stays"},
+        {"[S]\r\nk=1\r\nm=2\r\n", L"S", L"k", "9", "[S]\r\nk=9\r\nm=2\r\n", "the value is replaced in its line"},
+        {"[s]\r\nK=1\r\n", L"S", L"k", "9", "[s]\r\nK=9\r\n", "the stored letter case stays"},
         {"[S]\r\nk=1\r\n[T]\r\n", L"S", L"m", "9", "[S]\r\nk=1\r\nm=9\r\n[T]\r\n", "a new key at the section's end"},
-        {"[S]\r\n; c\r\n[T]\r\n", L"S", L"m", "9", "[S]\r\n; c\r\nm=9\r\n[T]\r\n", "behind its comments"},
-        {"[S]\r\nk=1", L"S", L"m", "9", "[S]\r\nk=1\r\nm=9\r\n", "the last line gets its end"},
+        {"[S]\r\n; c\r\n[T]\r\n", L"S", L"m", "9", "[S]\r\n; c\r\nm=9\r\n[T]\r\n",
+         "a new key behind the section's comments"},
+        {"[S]\r\nk=1", L"S", L"m", "9", "[S]\r\nk=1\r\nm=9\r\n", "the last line gets a line end"},
         {"[S]\r\nk=1", L"T", L"m", "9", "[S]\r\nk=1\r\n[T]\r\nm=9\r\n", "a new section at the file's end"},
         {"[S]\r\nk=1\r\nk=2\r\n", L"S", L"k", "9", "[S]\r\nk=9\r\nk=2\r\n", "the first of two keys"},
         {"[S]\r\nk=1\r\n[T]\r\n[S]\r\nm=2\r\n", L"S", L"m", "9", "[S]\r\nk=1\r\nm=9\r\n[T]\r\n[S]\r\nm=2\r\n",
          "the first of two sections"},
         {"[S]\r\nk\r\nm=1\r\n", L"S", L"k", "9", "[S]\r\nk=9\r\nm=1\r\n", "a key without a value gets one"},
-        {"[S]\r\n;k=1\r\n", L"S", L";k", "9", "[S]\r\n;k=9\r\n", "as it is read"},
+        {"[S]\r\n;k=1\r\n", L"S", L";k", "9", "[S]\r\n;k=9\r\n", "a line with a semicolon is an entry"},
         {"[S]\r\n", L"S", L"", "9", "[S]\r\n=9\r\n", "a key without a name"},
         {"a=1\r\n[S]\r\nk=1\r\n", L"", L"m", "9", "a=1\r\nm=9\r\n[S]\r\nk=1\r\n", "before any section"},
         {"[S]\r\nk=1\r\n", L"S", L"k", "", "[S]\r\nk=\r\n", "an empty value"},
-        {"[S]\r\nk=1\r\n", L"S", L"k", "\"a\"", "[S]\r\nk=\"a\"\r\n", "quotes as they are given"},
+        {"[S]\r\nk=1\r\n", L"S", L"k", "\"a\"", "[S]\r\nk=\"a\"\r\n", "quotes are written"},
         {"[S]\r\nk=1\r\n", L"S", L"k", "\t a", "[S]\r\nk=a\r\n", "leading blanks are not written"},
     };
     ExpectEdits(edits);
 }
 
-TEST(ProfileWriting, IsReadBackWhateverIsWrittenInWhateverOrder) {
+TEST(ProfileWriting, InAnyOrderIsReadBack) {
     const wchar_t* const sections[] = {L"HEADCENTRE", L"SAFEPOSITION", L"AlignmentOffset", L"", L"a [x]"};
     const wchar_t* const keys[] = {L"X", L"Y", L"RequiredRotationAroundZ", L"two words", L";not a comment"};
     const char* const values[] = {"1.000000000e+00", "-6.950000000e+00", "", "a=b", "two  words", "[S]", "; c", "'"};
@@ -73,25 +73,25 @@ TEST(ProfileWriting, IsReadBackWhateverIsWrittenInWhateverOrder) {
     EXPECT_NE(profile.Content().find("; a comment"), std::string::npos);
 }
 
-TEST(ProfileWriting, IsRefusedWhereThereIsNoSuchFolder) {
+TEST(ProfileWriting, FailsInAFolderThatDoesNotExist) {
     const ProfileOnDisk profile;
     const std::wstring path = (profile.Folder() / "none" / "head.ini").wstring();
     EXPECT_FALSE(WriteProfileText(L"S", L"k", "1", path.c_str()));
     EXPECT_FALSE(std::filesystem::exists(profile.Folder() / "none"));
 }
 
-TEST(ProfileWriting, IsRefusedWhereAFolderHasTheName) {
+TEST(ProfileWriting, FailsForTheNameOfAFolder) {
     const ProfileOnDisk profile;
     std::filesystem::create_directory(profile.Path());
     EXPECT_FALSE(profile.Write(L"S", L"k", "1"));
     EXPECT_TRUE(std::filesystem::is_directory(profile.Path()));
 }
 
-TEST(ProfileWriting, IsRefusedWithoutASectionAKeyOrAFileName) {
+TEST(ProfileWriting, FailsWithoutASectionAKeyOrAFileName) {
     const ProfileOnDisk profile;
     profile.Put("[S]\r\nk=1\r\n");
     EXPECT_FALSE(profile.Write(nullptr, L"k", "2"));
-    EXPECT_FALSE(profile.Write(L"S", nullptr, "2")) << "which would remove the section";
+    EXPECT_FALSE(profile.Write(L"S", nullptr, "2")) << "a null key would remove the section";
     EXPECT_FALSE(profile.Write(nullptr, nullptr, "2"));
     EXPECT_FALSE(WriteProfileText(L"S", L"k", "2", L""));
     EXPECT_FALSE(WriteProfileText(L"S", L"k", "2", nullptr));

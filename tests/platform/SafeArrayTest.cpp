@@ -26,7 +26,7 @@ template <std::size_t N> Owned Doubles(std::array<SAFEARRAYBOUND, N> bounds) {
     return Owned(array);
 }
 
-/// An array of five-number records, made step by step as a client makes one.
+/// An array of records of five numbers, created step by step as by a client.
 Owned Records(ULONG count, LONG lowerBound = 0) {
     SAFEARRAY* array = nullptr;
     EXPECT_EQ(SafeArrayAllocDescriptor(1, &array), S_OK);
@@ -44,7 +44,7 @@ void Number(SAFEARRAY& array, std::size_t bytes) {
     ASSERT_EQ(SafeArrayUnaccessData(&array), S_OK);
 }
 
-TEST(SafeArray, TellsTheBoundsThatItWasMadeWith) {
+TEST(SafeArray, ReturnsItsBounds) {
     const struct {
         ULONG count;
         LONG lower;
@@ -66,7 +66,7 @@ TEST(SafeArray, TellsTheBoundsThatItWasMadeWith) {
     }
 }
 
-TEST(SafeArray, CountsItsDimensionsFromTheFirstGiven) {
+TEST(SafeArray, CountsItsDimensionsFromTheFirst) {
     const Owned array = Doubles<2>({{{3, -1}, {5, 7}}});
     EXPECT_EQ(SafeArrayGetDim(array.get()), 2U);
     EXPECT_EQ(SafeArrayGetElemsize(array.get()), sizeof(double));
@@ -78,7 +78,7 @@ TEST(SafeArray, CountsItsDimensionsFromTheFirstGiven) {
     EXPECT_EQ(array->rgsabound[0].cElements, 5U) << "the descriptor has the last dimension first";
 }
 
-TEST(SafeArray, RefusesBoundsOfADimensionThatIsNotThere) {
+TEST(SafeArray, RefusesTheBoundsOfAMissingDimension) {
     const Owned array = Doubles<1>({{{4, 0}}});
     LONG bound = 77;
     for (const UINT dimension : {0U, 2U, 65536U}) {
@@ -92,7 +92,7 @@ TEST(SafeArray, RefusesBoundsOfADimensionThatIsNotThere) {
     EXPECT_EQ(SafeArrayGetElemsize(nullptr), 0U);
 }
 
-TEST(SafeArray, BeginsZeroed) {
+TEST(SafeArray, IsFilledWithZerosAtFirst) {
     const Owned array = Records(3);
     void* data = nullptr;
     ASSERT_EQ(SafeArrayAccessData(array.get(), &data), S_OK);
@@ -101,7 +101,7 @@ TEST(SafeArray, BeginsZeroed) {
     SafeArrayUnaccessData(array.get());
 }
 
-TEST(SafeArray, CopiesBoundsAndElementsIntoMemoryOfItsOwn) {
+TEST(SafeArray, CopiesBoundsAndElements) {
     const Owned original = Records(3, -2);
     Number(*original, 120);
     SAFEARRAY* made = nullptr;
@@ -130,7 +130,7 @@ TEST(SafeArray, CopiesEveryDimension) {
     EXPECT_EQ(std::memcmp(copy->pvData, original->pvData, 2 * 3 * 4 * sizeof(double)), 0);
 }
 
-TEST(SafeArray, CopiesWhileItIsAccessedAndTheCopyIsNot) {
+TEST(SafeArray, IsCopiedWithoutItsAccesses) {
     const Owned original = Records(1);
     void* data = nullptr;
     ASSERT_EQ(SafeArrayAccessData(original.get(), &data), S_OK);
@@ -159,7 +159,7 @@ TEST(SafeArray, DoesNotCopyElementsWithoutASize) {
     EXPECT_EQ(copy, nullptr);
 }
 
-TEST(SafeArray, MayHaveNoElementsAndStillBeAccessedAndCopied) {
+TEST(SafeArray, WithoutElementsIsAccessedAndCopied) {
     const Owned array = Records(0);
     void* data = nullptr;
     EXPECT_EQ(SafeArrayAccessData(array.get(), &data), S_OK);
@@ -178,12 +178,12 @@ TEST(SafeArray, IsNotDestroyedWhileItIsAccessed) {
     EXPECT_EQ(SafeArrayUnaccessData(array), S_OK);
     EXPECT_EQ(SafeArrayDestroy(array), DISP_E_ARRAYISLOCKED);
     EXPECT_EQ(SafeArrayUnaccessData(array), S_OK);
-    EXPECT_EQ(SafeArrayUnaccessData(array), E_UNEXPECTED) << "no access is left to end";
+    EXPECT_EQ(SafeArrayUnaccessData(array), E_UNEXPECTED) << "no access is left";
     EXPECT_EQ(SafeArrayDestroy(array), S_OK);
     EXPECT_EQ(SafeArrayDestroy(nullptr), S_OK);
 }
 
-TEST(SafeArray, CountsNoMoreAccessesThanItsCountHolds) {
+TEST(SafeArray, RefusesAccessesBeyondTheMaximum) {
     const Owned array = Records(1);
     void* data = nullptr;
     for (int i = 0; i < 0xFFFF; ++i) ASSERT_EQ(SafeArrayAccessData(array.get(), &data), S_OK);
@@ -192,7 +192,7 @@ TEST(SafeArray, CountsNoMoreAccessesThanItsCountHolds) {
     EXPECT_EQ(array->cLocks, 0U);
 }
 
-TEST(SafeArray, RefusesNullWhereItNeedsAnArray) {
+TEST(SafeArray, RefusesNullPointers) {
     void* data = nullptr;
     EXPECT_EQ(SafeArrayAccessData(nullptr, &data), E_INVALIDARG);
     EXPECT_EQ(SafeArrayUnaccessData(nullptr), E_INVALIDARG);

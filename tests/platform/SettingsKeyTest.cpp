@@ -17,7 +17,7 @@ struct Answer {
     LSTATUS status;
     DWORD type;
     DWORD length;
-    std::string buffer; ///< whole, first filled with '#'
+    std::string buffer; ///< the whole buffer, filled with '#' before the query
 };
 
 bool operator==(const Answer& left, const Answer& right) {
@@ -39,14 +39,14 @@ Answer Query(const SettingsKey& key, const char* name, std::size_t capacity) {
 
 const Answer nothing{ERROR_FILE_NOT_FOUND, REG_NONE, 0, "####"};
 
-TEST(SettingsKey, IsNotOpenWhenThereIsNone) {
+TEST(SettingsKey, IsNotOpenWhenItDoesNotExist) {
     const SettingsFixture settings;
     const SettingsKey key(SettingsFixture::key);
     EXPECT_FALSE(key.IsOpen());
     EXPECT_EQ(Query(key, "Name", 4), nothing);
 }
 
-TEST(SettingsKey, IsOpenAndHoldsNothingWhenItIsEmpty) {
+TEST(SettingsKey, WithoutValuesIsOpen) {
     SettingsFixture settings;
     settings.CreateEmptyKey();
     const SettingsKey key(SettingsFixture::key);
@@ -62,17 +62,17 @@ TEST(SettingsKey, IsFoundInAnyLetterCase) {
     EXPECT_EQ(Query(key, "LOCKED TO unlocked z offset", 4), (Answer{ERROR_SUCCESS, REG_SZ, 3, "-2\0#"s}));
 }
 
-TEST(SettingsKey, IsAnotherThanItsParentsAndItsNeighbours) {
+TEST(SettingsKey, IsNotConfusedWithItsParentsAndNeighbours) {
     SettingsFixture settings;
     settings.SetText("Name", "1");
     const SettingsKey parent(R"(Software\Hollbeck\VRX Software)");
-    EXPECT_TRUE(parent.IsOpen()) << "a key's parents are there";
+    EXPECT_TRUE(parent.IsOpen()) << "the parents of a key exist";
     EXPECT_EQ(Query(parent, "Name", 4), nothing);
     EXPECT_FALSE(SettingsKey(R"(Software\Hollbeck\VRX Software\QMV40Calculator2)").IsOpen());
     EXPECT_FALSE(SettingsKey(R"(Software\Hollbeck\VRX Software\QMV40Calc)").IsOpen());
 }
 
-TEST(SettingsKey, HandsATextOutWithItsTerminator) {
+TEST(SettingsKey, ReturnsATextWithItsTerminator) {
     SettingsFixture settings;
     settings.SetText("Name", "hello");
     const SettingsKey key(SettingsFixture::key);
@@ -80,7 +80,7 @@ TEST(SettingsKey, HandsATextOutWithItsTerminator) {
     EXPECT_EQ(Query(key, "Name", 6), (Answer{ERROR_SUCCESS, REG_SZ, 6, "hello\0"s}));
 }
 
-TEST(SettingsKey, TellsTheLengthAndTouchesNothingWhenTheBufferIsTooSmall) {
+TEST(SettingsKey, ReturnsTheLengthWhenTheBufferIsTooSmall) {
     SettingsFixture settings;
     settings.SetText("Name", "hello");
     const SettingsKey key(SettingsFixture::key);
@@ -88,11 +88,11 @@ TEST(SettingsKey, TellsTheLengthAndTouchesNothingWhenTheBufferIsTooSmall) {
     EXPECT_EQ(Query(key, "Name", 1), (Answer{ERROR_MORE_DATA, REG_SZ, 6, "#"}));
     EXPECT_EQ(Query(key, "Name", 0), (Answer{ERROR_MORE_DATA, REG_SZ, 6, ""}));
     DWORD type = 0, length = 0;
-    EXPECT_EQ(key.Query("Name", {}, type, length), ERROR_MORE_DATA) << "no buffer is too small as well";
+    EXPECT_EQ(key.Query("Name", {}, type, length), ERROR_MORE_DATA) << "an empty buffer is too small";
     EXPECT_EQ(length, 6U);
 }
 
-TEST(SettingsKey, HandsEveryTypeOutAsItIs) {
+TEST(SettingsKey, ReturnsValuesOfEveryTypeUnchanged) {
     SettingsFixture settings;
     settings.SetRaw("number", REG_DWORD, {1, 2, 3, 4});
     settings.SetRaw("bytes", REG_BINARY, {0, 255, 0});
@@ -110,7 +110,7 @@ TEST(SettingsKey, HandsEveryTypeOutAsItIs) {
     EXPECT_EQ(Query(key, "two texts", 5), (Answer{ERROR_SUCCESS, REG_SZ, 4, "a\0b\0#"s}));
 }
 
-TEST(SettingsKey, HandsATextOutWithoutATerminatorThatWasNotStoredOrAddsOne) {
+TEST(SettingsKey, MayAddAMissingTerminator) {
     SettingsFixture settings;
     settings.SetRaw("Name", REG_SZ, {'h', 'i'});
     const Answer answer = Query(SettingsKey(SettingsFixture::key), "Name", 3);
@@ -119,7 +119,7 @@ TEST(SettingsKey, HandsATextOutWithoutATerminatorThatWasNotStoredOrAddsOne) {
     EXPECT_EQ(answer.buffer.substr(0, answer.length), "hi\0"s.substr(0, answer.length));
 }
 
-TEST(SettingsKey, HoldsADefaultValueWithoutAName) {
+TEST(SettingsKey, HasADefaultValueWithoutAName) {
     SettingsFixture settings;
     settings.SetText("Name", "1");
     EXPECT_EQ(Query(SettingsKey(SettingsFixture::key), "", 4), nothing);
@@ -127,7 +127,7 @@ TEST(SettingsKey, HoldsADefaultValueWithoutAName) {
     EXPECT_EQ(Query(SettingsKey(SettingsFixture::key), "", 4), (Answer{ERROR_SUCCESS, REG_SZ, 2, "d\0##"s}));
 }
 
-TEST(SettingsKey, HandsOutTextsOfAnyCharacters) {
+TEST(SettingsKey, ReturnsTextsOfAnyCharacters) {
     SettingsFixture settings;
     for (const char* const text : {"", " ", "\"", "\\", "\\\"", "a\\nb", "; c", "=", "[HKEY]", "C:\\x\\", "0,5"}) {
         settings.SetText("a \"strange\\name=", text);
@@ -137,7 +137,7 @@ TEST(SettingsKey, HandsOutTextsOfAnyCharacters) {
     }
 }
 
-TEST(SettingsKey, HoldsManyValues) {
+TEST(SettingsKey, CanHaveManyValues) {
     SettingsFixture settings;
     for (int i = 0; i < 50; ++i)
         settings.SetText(("Value " + std::to_string(i)).c_str(), std::to_string(i * 7).c_str());
@@ -149,7 +149,7 @@ TEST(SettingsKey, HoldsManyValues) {
     }
 }
 
-TEST(SettingsKey, IsReadAfreshEachTimeItIsOpened) {
+TEST(SettingsKey, IsReadAgainEachTimeItIsOpened) {
     SettingsFixture settings;
     for (const char* const text : {"1", "2"}) {
         settings.SetText("Name", text);

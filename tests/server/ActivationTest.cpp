@@ -11,7 +11,7 @@
 
 using namespace qmv40;
 
-/// The component through its registration, as most clients have it, and what it tells of its failures there.
+/// Most clients create objects through the registration. These tests do too, and check the failures there.
 
 namespace {
 
@@ -47,12 +47,12 @@ TEST_F(Activation, CreatesInTheCallersOwnApartmentFromTheLoadedModule) {
         const auto calculator = CreateRegistered();
         ASSERT_TRUE(calculator);
         EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
-        EXPECT_EQ(References(*calculator.Get()), 1U) << "no proxy holds another one";
+        EXPECT_EQ(References(*calculator.Get()), 1U) << "a proxy would hold another reference";
     }
     EXPECT_EQ(server.CanUnloadNow(), S_OK);
 }
 
-TEST_F(Activation, RefusesAnOuterObjectThatAsksForMoreThanTheInnerIdentity) {
+TEST_F(Activation, RefusesAggregationExceptAsIUnknown) {
     const auto outer = CreateRegistered();
     void* object = this;
     EXPECT_EQ(CoCreateInstance(CLSID_QMVCalculator, outer.Get(), CLSCTX_INPROC_SERVER, IID_IQMVCalculator, &object),
@@ -60,7 +60,7 @@ TEST_F(Activation, RefusesAnOuterObjectThatAsksForMoreThanTheInnerIdentity) {
     EXPECT_EQ(object, nullptr);
 }
 
-TEST_F(Activation, HandsOutTheClassObject) {
+TEST_F(Activation, ReturnsTheClassObject) {
     ComPointer<IClassFactory> factory;
     ASSERT_EQ(
         CoGetClassObject(CLSID_QMVCalculator, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, factory.Receive()),
@@ -68,7 +68,7 @@ TEST_F(Activation, HandsOutTheClassObject) {
     EXPECT_EQ(factory.Get(), server.Factory().Get());
 }
 
-TEST_F(Activation, PlansAsTheModuleLoadedByHandDoes) {
+TEST_F(Activation, GivesTheSamePlansAsTheLoadedModule) {
     const auto registered = CreateRegistered();
     const auto byHand = At(15.0, 30.0);
     ASSERT_EQ(Enter(*registered.Get()), S_OK);
@@ -89,7 +89,7 @@ TEST(ActivationWithoutRegistration, FindsNeitherClassNorName) {
     EXPECT_EQ(CLSIDFromProgID(QMVCalculatorProgId, &clsid), CO_E_CLASSSTRING);
 }
 
-TEST_F(Failures, LeaveARecordOfEveryKindWithItsHelpFileAndInterface) {
+TEST_F(Failures, SetAnErrorRecordWithHelpFileAndInterface) {
     const auto fresh = CreateRegistered();
     AlignmentArray few(Head().ASet(45.0, 3));
     AlignmentArray enough(Head().BSet(60.0));
@@ -99,8 +99,9 @@ TEST_F(Failures, LeaveARecordOfEveryKindWithItsHelpFileAndInterface) {
     double b = 0.0;
     XYZData start{};
     const ExpectedFailure failures[] = {
-        {"a position never set", [&] { return ReturnedBy([&] { return fresh->GetCurrentHeadPosition(&a, &b); }); },
-         QMV_E_POSITION_UNKNOWN, L"CQMVCalculator::GetCurrentHeadPosition", L"Current Position is not known", L""},
+        {"getting a position that was never set",
+         [&] { return ReturnedBy([&] { return fresh->GetCurrentHeadPosition(&a, &b); }); }, QMV_E_POSITION_UNKNOWN,
+         L"CQMVCalculator::GetCurrentHeadPosition", L"Current Position is not known", L""},
         {"a start without a geometry", [&] { return ReturnedBy([&] { return fresh->GetStartPosition(&start); }); },
          QMV_E_NO_HEAD_GEOMETRY, L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded",
          L""},
@@ -115,13 +116,13 @@ TEST_F(Failures, LeaveARecordOfEveryKindWithItsHelpFileAndInterface) {
          E_INVALIDARG, L"RoundThePole::ValidateSafeArrayData", L"Unspecified", L"Unspecified"},
         {"no file", [&] { return ReturnedBy([&] { return fresh->LoadHeadGeometryFromFile(nowhere.Address()); }); },
          QMV_E_READ_FROM_FILE, L"RoundThePole::ReadDoubleFromIniFile", L"Failed To Read from File", L""},
-        {"nowhere to save",
+        {"saving into a folder that does not exist",
          [&] { return ReturnedBy([&] { return fresh->SaveHeadGeometryToFile(nowhere.Address()); }); },
          QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File", L""}};
     for (const ExpectedFailure& failure : failures) ExpectRecord(failure);
 }
 
-TEST_F(Failures, LeaveARecordWhenTheyAreThrownToo) {
+TEST_F(Failures, ThatAreThrownSetAnErrorRecordToo) {
     if (!catchesWhatIsThrown) GTEST_SKIP();
     const auto fresh = CreateRegistered();
     const auto placed = CreateRegistered();
@@ -138,7 +139,7 @@ TEST_F(Failures, LeaveARecordWhenTheyAreThrownToo) {
     for (const ExpectedFailure& failure : failures) ExpectRecord(failure);
 }
 
-TEST_F(Failures, AreSaidToBeRecordedForTheFirstInterfaceOnly) {
+TEST_F(Failures, AreReportedAsRecordedForTheFirstInterfaceOnly) {
     const auto calculator = CreateRegistered();
     ComPointer<ISupportErrorInfo> support;
     ASSERT_EQ(calculator->QueryInterface(IID_ISupportErrorInfo, support.Receive()), S_OK);
@@ -147,7 +148,7 @@ TEST_F(Failures, AreSaidToBeRecordedForTheFirstInterfaceOnly) {
         EXPECT_EQ(support->InterfaceSupportsErrorInfo(*other), S_FALSE);
 }
 
-TEST_F(Failures, LeaveTheOutParametersAsTheyWere) {
+TEST_F(Failures, DoNotChangeTheOutParameters) {
     if (!catchesWhatIsThrown) GTEST_SKIP();
     const auto calculator = CreateRegistered();
     double a = 12.5;
@@ -166,7 +167,7 @@ TEST_F(Failures, LeaveTheOutParametersAsTheyWere) {
     EXPECT_EQ(moves.DisengageFromLockLever.ZPosition, 6.0);
 }
 
-TEST_F(Failures, LeaveTheObjectAndItsCountsAsTheyWere) {
+TEST_F(Failures, DoNotChangeTheObjectAndItsReferences) {
     if (!catchesWhatIsThrown) GTEST_SKIP();
     const auto calculator = CreateRegistered();
     ASSERT_EQ(Enter(*calculator.Get()), S_OK);
@@ -183,7 +184,7 @@ TEST_F(Failures, DoNotKeepTheModuleLoaded) {
     if (!catchesWhatIsThrown) GTEST_SKIP();
     RequiredMoves moves{};
     EXPECT_THROW(CreateRegistered()->CalculateMove(0.0, 0.0, &moves), HRESULT);
-    EXPECT_EQ(server.CanUnloadNow(), S_OK) << "the call that threw is over";
+    EXPECT_EQ(server.CanUnloadNow(), S_OK) << "a call that has thrown must not be counted";
 }
 
 } // namespace

@@ -12,14 +12,15 @@
 
 using namespace qmv40;
 
-/// A calculator lives in one apartment. What happens when another one uses it, and when many create their own.
+/// A calculator belongs to one apartment. These tests use it from another one, and create calculators in many.
 
 namespace {
 
-/// An apartment on a thread of its own that makes something and serves calls from outside until it is let go.
+/// An apartment in a separate thread. It creates an object and serves calls from other apartments until it is
+/// destroyed.
 class ServingThread {
 public:
-    /// `make` gives the object to serve; the thread keeps it and sends its interface `iid` to whoever asks.
+    /// `make` creates the object. The thread holds it and marshals its interface `iid`.
     ServingThread(std::function<ComPointer<IQMVCalculator2>()> make, REFIID iid)
         : thread([this, make = std::move(make), iid] { Serve(make, iid); }) {
         WaitForSingleObject(ready, INFINITE);
@@ -33,7 +34,7 @@ public:
         CloseHandle(stop);
     }
 
-    /// The object as the calling thread's apartment sees it. Once only.
+    /// The object for the calling thread's apartment. Can be called once.
     HRESULT Receive(REFIID iid, void** object) {
         return CoGetInterfaceAndReleaseStream(std::exchange(stream, nullptr), iid, object);
     }
@@ -70,7 +71,7 @@ protected:
         RegisteredClient::TearDown();
     }
 
-    /// The object still does its work.
+    /// Checks that the object still works.
     void ExpectItWorks() {
         XYZData pole{};
         EXPECT_EQ(calculator->GetPoleSpherePosition(&pole), S_OK);
@@ -79,7 +80,7 @@ protected:
         EXPECT_NEAR(pole.ZPosition, 300.0, tolerance);
     }
 
-    /// Far above the rounding of a fit to exact points at these coordinates, far below any use.
+    /// Far above the rounding of a fit of exact points at these coordinates, and far below the accuracy of any machine.
     static constexpr double tolerance = 1e-9;
 
     std::unique_ptr<ServingThread> serving;
@@ -117,7 +118,7 @@ TEST_F(OtherApartment, SavesAndLoadsByFileName) {
     ExpectItWorks();
 }
 
-// What a failed call leaves in the out parameters is the marshaller's choice here, not the object's.
+// After a failed call the marshaller decides the values of the out parameters, not the object.
 TEST_F(OtherApartment, ReceivesFailureCodes) {
     double a = 0.0;
     double b = 0.0;
@@ -132,7 +133,7 @@ TEST_F(OtherApartment, HasOneIdentityForTheObjectToo) {
     EXPECT_EQ(Ask(*first.Get(), IID_IUnknown).Get(), Ask(*calculator.Get(), IID_IUnknown).Get());
 }
 
-TEST_F(OtherApartment, BindsLateToMethodsOfNumbers) {
+TEST_F(OtherApartment, CallsMethodsWithNumbersByName) {
     EXPECT_EQ(Call(*calculator.Get(), L"SetCurrentHeadPosition", 45.0, 60.0).code, S_OK);
     double a = 0.0;
     double b = 0.0;
@@ -141,8 +142,8 @@ TEST_F(OtherApartment, BindsLateToMethodsOfNumbers) {
     EXPECT_EQ(b, 60.0);
 }
 
-// Not every platform's marshaller carries arrays of records. One that does not must say so, and nothing may be lost.
-TEST_F(OtherApartment, ReceivesPointArraysOrSaysThatItCannot) {
+// Some marshallers cannot transfer arrays of records. Then the call must fail, and the geometry must not change.
+TEST_F(OtherApartment, SendsPointArraysOrTheCallFails) {
     SimulatedHead elsewhere = Head();
     elsewhere.pole = {0.0, 0.0, 0.0};
     AlignmentArray aAxisPoints(elsewhere.ASet(45.0));
@@ -158,7 +159,7 @@ TEST_F(OtherApartment, ReceivesPointArraysOrSaysThatItCannot) {
     EXPECT_NEAR(pole.ZPosition, 0.0, tolerance);
 }
 
-// Nor does every one carry error records; one that does must carry the right one.
+// Some marshallers cannot transfer error records. If one can, it must be the right record.
 TEST_F(OtherApartment, ReceivesTheErrorRecordOrNone) {
     const Raised raised = ReturnedBy([&] { return calculator->SetCurrentHeadPosition(0.0, 7.0); });
     EXPECT_EQ(raised.code, QMV_E_INVALID_TARGET);
@@ -168,9 +169,10 @@ TEST_F(OtherApartment, ReceivesTheErrorRecordOrNone) {
     }
 }
 
-// What CalculateMove throws in the object's apartment cannot be caught in another one: it arrives as some failure.
-TEST_F(OtherApartment, IsToldOfARefusedPlanByAFailureOfSomeKind) {
-    // Wine's marshalling code is built like this program: it would end here.
+// A code that CalculateMove throws in the object's apartment cannot be caught in another one. The call fails with some
+// code.
+TEST_F(OtherApartment, ReceivesAFailureForARefusedPlan) {
+    // Wine's marshalling code is built by the same compiler, and the exception would end the program.
     if (!catchesWhatIsThrown) GTEST_SKIP();
     RequiredMoves moves{};
     EXPECT_TRUE(FAILED(calculator->CalculateMove(7.0, 0.0, &moves)));
@@ -180,13 +182,13 @@ TEST_F(OtherApartment, IsToldOfARefusedPlanByAFailureOfSomeKind) {
 
 class ManyApartments : public RegisteredClient {};
 
-TEST_F(ManyApartments, SingleThreadedClientsAreGivenTheObjectItself) {
+TEST_F(ManyApartments, SingleThreadedClientsGetTheObjectItself) {
     const auto calculator = CreateRegistered();
     ASSERT_TRUE(calculator);
     EXPECT_FALSE(IsProxy(*calculator.Get()));
 }
 
-/// Runs `work` on several threads at once, each in its own apartment, and gives the number of times it succeeded.
+/// Runs `work` in several threads at once, each in its own apartment. Returns the number of successes.
 int SuccessesOnThreads(int threads, const std::function<bool(int)>& work) {
     std::atomic<int> successes{0};
     std::atomic<int> arrived{0};
@@ -213,7 +215,7 @@ bool SetsAndGets(IQMVCalculator& calculator, double a, double b) {
            calculator.GetCurrentHeadPosition(&foundA, &foundB) == S_OK && foundA == a && foundB == b;
 }
 
-TEST_F(ManyApartments, CreateAtOnceAndEachHasItsOwn) {
+TEST_F(ManyApartments, CreateSeparateObjectsAtTheSameTime) {
     EXPECT_EQ(SuccessesOnThreads(threads,
                                  [](int i) {
                                      for (int round = 0; round < rounds; ++round) {

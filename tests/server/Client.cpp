@@ -46,7 +46,7 @@ ComPointer<IQMVCalculator2> LoadedServer::Create() const {
     return calculator;
 }
 
-// A program that was stopped in the middle may have left its registration behind.
+// A killed test program may have left its registration.
 Client::Client() { RemoveRegistration(); }
 
 Client::~Client() { RemoveRegistration(); }

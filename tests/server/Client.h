@@ -11,17 +11,17 @@
 #include <type_traits>
 #include <utility>
 
-/// What a client has of the component: a file beside its own program, loaded when it asks, linked to nothing.
+/// The client's side of the component: its file is beside the test program and is loaded at run time.
 
 /// The component's file.
 std::filesystem::path ServerPath();
 
-/// Whether this program sees what the component throws. Both carry the compiler's runtime. On x64 it finds the frames
-/// of every image in the system's tables; in 32-bit code each copy of it knows the frames of its own image alone, and a
-/// refused CalculateMove ends the program: docs/callers.md.
+/// Whether this program can catch the component's exceptions. Each of the two has its own copy of the compiler's
+/// runtime. On x64 the runtime finds the functions of all images in the system's tables. In 32-bit code it knows those
+/// of its own image only, and a refused CalculateMove ends the program: see docs/callers.md.
 inline constexpr bool catchesWhatIsThrown = sizeof(void*) == 8;
 
-/// The component loaded from a file by hand, as one does with nothing registered.
+/// The component, loaded from its file without a registration.
 class LoadedServer {
 public:
     explicit LoadedServer(const std::filesystem::path& path = ServerPath());
@@ -45,7 +45,7 @@ private:
     HMODULE module;
 };
 
-/// The thread's apartment for the length of a scope.
+/// The thread's apartment during a scope.
 class Apartment {
 public:
     explicit Apartment(COINIT kind = COINIT_APARTMENTTHREADED) {
@@ -56,45 +56,45 @@ public:
     ~Apartment() { CoUninitialize(); }
 };
 
-/// Asks `from` for `iid`. The interfaces all begin with those of IUnknown.
+/// Queries `from` for `iid`. All interfaces begin with the methods of IUnknown.
 inline qmv40::ComPointer<IUnknown> Ask(IUnknown& from, REFIID iid) {
     qmv40::ComPointer<IUnknown> answer;
     from.QueryInterface(iid, answer.Receive());
     return answer;
 }
 
-/// Whether the object lives in another apartment.
+/// Whether the object belongs to another apartment.
 inline bool IsProxy(IUnknown& object) { return static_cast<bool>(Ask(object, IID_IMultiQI)); }
 
-/// The references that `object` has besides the one that counting takes.
+/// The number of references to `object`.
 inline ULONG References(IUnknown& object) {
     object.AddRef();
     return object.Release();
 }
 
-/// What a call hands out through a typed pointer. The call must succeed.
+/// The pointer that a call returns. The call must succeed.
 template <class Interface, class Call> qmv40::ComPointer<Interface> Received(Call&& call) {
     Interface* received = nullptr;
     EXPECT_EQ(std::forward<Call>(call)(&received), S_OK);
     return qmv40::ComPointer<Interface>(received);
 }
 
-/// No interface of anybody's.
+/// An identifier that no interface has.
 inline constexpr GUID unknownIdentifier{0x9C0A7C1D, 0x5B1E, 0x4E7B, {0x8F, 0x0D, 0x2A, 0x61, 0x33, 0x94, 0xE5, 0x70}};
 
-/// A single-threaded client with the component loaded, and no settings but the built-in ones. Nothing is registered
-/// unless the test does it, and nothing is left so.
+/// A single-threaded client that has loaded the component. There are no settings. Nothing is registered, except by the
+/// test itself; the registration is removed at the end.
 class Client : public testing::Test {
 protected:
     Client();
     ~Client() override;
 
-    /// A head mounted at (100, -200, 300), turned by 10 degrees.
+    /// A head with its centre at (100, -200, 300), mounted turned by 10 degrees.
     static SimulatedHead Head();
     /// Enters that head's geometry.
     static HRESULT Enter(IQMVCalculator& calculator);
     qmv40::ComPointer<IQMVCalculator2> WithGeometry() const;
-    /// Ready to plan.
+    /// Has a geometry and a position.
     qmv40::ComPointer<IQMVCalculator2> At(double a, double b) const;
 
     Apartment apartment;
@@ -111,7 +111,7 @@ protected:
         EXPECT_EQ(server.Unregister(), S_OK);
     }
 
-    /// Creates through the registration; null when that fails.
+    /// Creates an object through the registration; null if that fails.
     static qmv40::ComPointer<IQMVCalculator2> CreateRegistered(REFCLSID clsid = CLSID_QMVCalculator) {
         qmv40::ComPointer<IQMVCalculator2> calculator;
         CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator2, calculator.Receive());

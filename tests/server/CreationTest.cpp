@@ -4,7 +4,7 @@
 
 using namespace qmv40;
 
-/// Creation, identity and lifetime through the entry points, with nothing registered.
+/// Creation, identity and lifetime through the entry points, without a registration.
 
 namespace {
 
@@ -41,9 +41,10 @@ TEST_F(ClassObject, IsRefusedForWrongClassesInterfacesAndPointers) {
         const IID* iid;
         HRESULT code;
     } cases[] = {
-        {"no class of the module's", &unknownIdentifier, &IID_IClassFactory, CLASS_E_CLASSNOTAVAILABLE},
+        {"a class of another module", &unknownIdentifier, &IID_IClassFactory, CLASS_E_CLASSNOTAVAILABLE},
         {"an interface's identifier as the class", &IID_IQMVCalculator, &IID_IClassFactory, CLASS_E_CLASSNOTAVAILABLE},
-        {"the object's interface of the class object", &CLSID_QMVCalculator, &IID_IQMVCalculator, E_NOINTERFACE},
+        {"an interface of the calculator for the class object", &CLSID_QMVCalculator, &IID_IQMVCalculator,
+         E_NOINTERFACE},
         {"nobody's interface", &CLSID_QMVCalculator, &unknownIdentifier, E_NOINTERFACE}};
     for (const auto& [why, clsid, iid, code] : cases) {
         void* object = this;
@@ -64,7 +65,7 @@ TEST_F(ClassObject, CreatesForEveryInterfaceWithOneReference) {
     }
 }
 
-TEST_F(ClassObject, LeavesNothingOfAnObjectThatIsRefused) {
+TEST_F(ClassObject, DeletesAnObjectThatLacksTheInterface) {
     {
         const auto factory = server.Factory();
         void* object = this;
@@ -75,7 +76,7 @@ TEST_F(ClassObject, LeavesNothingOfAnObjectThatIsRefused) {
     EXPECT_EQ(server.CanUnloadNow(), S_OK);
 }
 
-TEST_F(ClassObject, RefusesInterfacesThatItDoesNotHaveAndClearsThePointer) {
+TEST_F(ClassObject, RefusesOtherInterfacesAndClearsThePointer) {
     const auto factory = server.Factory();
     void* object = this;
     EXPECT_EQ(factory->QueryInterface(unknownIdentifier, &object), E_NOINTERFACE);
@@ -133,7 +134,7 @@ TEST_F(Identity, TheTwoInterfacesAndLateBindingAreOnePointer) {
     EXPECT_EQ(Ask(*calculator.Get(), IID_IQMVCalculator).Get(), pointer);
 }
 
-TEST_F(Identity, RefusesInterfacesThatItDoesNotHaveAndClearsThePointer) {
+TEST_F(Identity, RefusesOtherInterfacesAndClearsThePointer) {
     const auto calculator = server.Create();
     for (const IID* const iid : {&unknownIdentifier, &IID_IClassFactory, &CLSID_QMVCalculator, &IID_NULL}) {
         void* object = this;
@@ -144,7 +145,7 @@ TEST_F(Identity, RefusesInterfacesThatItDoesNotHaveAndClearsThePointer) {
     EXPECT_EQ(References(*calculator.Get()), 1U);
 }
 
-TEST_F(Identity, CountsEveryAnswerOnceAndForgetsItWhenItIsReleased) {
+TEST_F(Identity, CountsOneReferenceForEachQueryUntilItsRelease) {
     const auto calculator = server.Create();
     for (const auto& [name, iid] : interfaces) {
         {
@@ -155,7 +156,7 @@ TEST_F(Identity, CountsEveryAnswerOnceAndForgetsItWhenItIsReleased) {
     }
 }
 
-TEST_F(Identity, IsNotCountedByWhatItsMethodsHandOut) {
+TEST_F(Identity, HasNoReferencesFromTheResultsOfItsMethods) {
     const auto calculator = server.Create();
     {
         const auto info = Received<ITypeInfo>([&](ITypeInfo** out) { return calculator->GetTypeInfo(0, 0, out); });
@@ -166,8 +167,8 @@ TEST_F(Identity, IsNotCountedByWhatItsMethodsHandOut) {
     EXPECT_EQ(References(*calculator.Get()), 1U);
 }
 
-/// An object with an interface of its own, IPersist, that takes a calculator in as a part and passes on to it whatever
-/// it is asked for and does not have.
+/// An outer object with the interface IPersist. It aggregates a calculator and passes queries for other interfaces on
+/// to it.
 class Outer final : public IPersist {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -186,7 +187,7 @@ public:
     ComPointer<IUnknown> inner;
 };
 
-TEST_F(AggregatedCalculator, IsGivenOutAsItsInnerIdentityOnly) {
+TEST_F(AggregatedCalculator, IsCreatedAsIUnknownOnly) {
     for (const auto& [name, iid] : interfaces) {
         if (IsEqualIID(*iid, IID_IUnknown)) continue;
         Outer outer;
@@ -203,31 +204,32 @@ TEST_F(AggregatedCalculator, IsGivenOutAsItsInnerIdentityOnly) {
 TEST_F(AggregatedCalculator, IsPartOfTheOuterObjectByEveryInterface) {
     Outer outer;
     ASSERT_EQ(server.Factory()->CreateInstance(&outer, IID_IUnknown, outer.inner.Receive()), S_OK);
-    EXPECT_EQ(outer.references, 1U) << "the inner object holds no reference on its owner";
+    EXPECT_EQ(outer.references, 1U) << "the inner object must hold no reference to the outer one";
     for (const auto& [name, iid] : interfaces) {
         const auto face = Ask(outer, *iid);
         ASSERT_TRUE(face) << name;
-        EXPECT_EQ(outer.references, 2U) << name << ": a reference on a part is one on the whole";
+        EXPECT_EQ(outer.references, 2U) << name << ": a reference to an inner interface must count at the outer object";
         EXPECT_EQ(Ask(*face.Get(), IID_IUnknown).Get(), outer.Face()) << name;
-        EXPECT_EQ(Ask(*face.Get(), IID_IPersist).Get(), outer.Face()) << name << " leads to the outer's own interface";
+        EXPECT_EQ(Ask(*face.Get(), IID_IPersist).Get(), outer.Face())
+            << name << " must give the outer object's interface";
     }
     EXPECT_EQ(outer.references, 1U);
 }
 
-TEST_F(AggregatedCalculator, HasAnInnerIdentityForItsOwnerAlone) {
+TEST_F(AggregatedCalculator, HasASeparateIUnknownForItsOwner) {
     Outer outer;
     ASSERT_EQ(server.Factory()->CreateInstance(&outer, IID_IUnknown, outer.inner.Receive()), S_OK);
     EXPECT_NE(outer.inner.Get(), outer.Face());
     EXPECT_EQ(Ask(*outer.inner.Get(), IID_IUnknown).Get(), outer.inner.Get());
     EXPECT_EQ(References(*outer.inner.Get()), 1U);
-    EXPECT_EQ(outer.references, 1U) << "the inner count is not the outer's";
+    EXPECT_EQ(outer.references, 1U) << "references to the inner IUnknown must not count at the outer object";
     void* object = this;
     EXPECT_EQ(outer.inner->QueryInterface(unknownIdentifier, &object), E_NOINTERFACE);
     EXPECT_EQ(object, nullptr);
     EXPECT_EQ(outer.inner->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
 }
 
-TEST_F(AggregatedCalculator, WorksAndEndsWithItsOwner) {
+TEST_F(AggregatedCalculator, WorksAndIsDeletedWithItsOwner) {
     {
         Outer outer;
         ASSERT_EQ(server.Factory()->CreateInstance(&outer, IID_IUnknown, outer.inner.Receive()), S_OK);

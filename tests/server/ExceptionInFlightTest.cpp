@@ -5,8 +5,9 @@
 
 #include <cstring>
 
-/// A host that calls while an exception of its own is on its way up, and a component that has a compiler's runtime of
-/// its own. (std::uncaught_exceptions is then the one thing that is not kept: it counts down with every code caught.)
+/// A host calls the component in a destructor while the stack is unwound for the host's own exception. The component
+/// has its own copy of the compiler's runtime. (Only std::uncaught_exceptions is wrong then: it counts down with every
+/// caught code.)
 
 namespace {
 
@@ -24,7 +25,7 @@ TEST_F(ExceptionInFlight, ChangesNoResult) {
     EXPECT_EQ(std::memcmp(&moves, &expected, sizeof moves), 0);
 }
 
-TEST_F(ExceptionInFlight, LeavesTheDestructorToCatchWhatCalculateMoveThrows) {
+TEST_F(ExceptionInFlight, CanBeFollowedByACaughtCodeOfCalculateMove) {
     if (!catchesWhatIsThrown) GTEST_SKIP();
     const auto calculator = server.Create();
     RequiredMoves moves{};
@@ -37,7 +38,7 @@ TEST_F(ExceptionInFlight, LeavesTheDestructorToCatchWhatCalculateMoveThrows) {
     }
 }
 
-TEST_F(ExceptionInFlight, IsNoneOfTheMethodsThatReturnTheirFailures) {
+TEST_F(ExceptionInFlight, DoesNotAffectReturnedFailures) {
     const auto calculator = server.Create();
     double angle = 0.0;
     HRESULT code = S_OK;

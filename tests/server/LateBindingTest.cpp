@@ -9,7 +9,7 @@
 
 using namespace qmv40;
 
-/// All that late-bound languages do, with nothing registered: names and records come from the module's own resource.
+/// The operations of late-bound languages, without a registration: names and records come from the module's resource.
 
 namespace {
 
@@ -20,14 +20,14 @@ protected:
     TemporaryFolder folder;
 };
 
-/// German writes 7,5 and takes a point for a separator of thousands.
+/// In German 7,5 is a number, and the point separates thousands.
 constexpr LCID german = 0x0407;
 
 template <class Record> bool SameBytes(const Record& left, const Record& right) {
     return std::memcmp(&left, &right, sizeof left) == 0;
 }
 
-/// Points as a record-holding language makes them, from the description that the object gives of its types.
+/// An array of points as a language with records creates it, from the object's type information.
 class RecordArray {
 public:
     RecordArray(IDispatch& object, const std::vector<HeadAlignmentDataItem>& points) {
@@ -56,7 +56,7 @@ private:
     SAFEARRAY* array = nullptr;
 };
 
-TEST_F(LateBinding, FindsTheEightMethodsWhateverTheLettersCase) {
+TEST_F(LateBinding, FindsTheEightMethodsInAnyLetterCase) {
     const auto calculator = server.Create();
     const wchar_t* const names[] = {L"LoadHeadGeometryFromFile", L"SaveHeadGeometryToFile", L"GetCurrentHeadPosition",
                                     L"SetCurrentHeadPosition",   L"CalculateMove",          L"EnterHeadGeometry",
@@ -86,7 +86,7 @@ TEST_F(LateBinding, FindsParametersByName) {
     EXPECT_EQ(ids[2], 0);
 }
 
-TEST_F(LateBinding, SaysThatItDoesNotKnowAName) {
+TEST_F(LateBinding, RefusesAnUnknownName) {
     const auto calculator = server.Create();
     LPOLESTR names[] = {const_cast<LPOLESTR>(L"CalculateMoves")};
     DISPID id = 1;
@@ -94,7 +94,7 @@ TEST_F(LateBinding, SaysThatItDoesNotKnowAName) {
     EXPECT_EQ(id, DISPID_UNKNOWN);
 }
 
-TEST_F(LateBinding, DescribesItsOneTypeAndNoOther) {
+TEST_F(LateBinding, HasOneTypeInformation) {
     const auto calculator = server.Create();
     UINT count = 0;
     EXPECT_EQ(calculator->GetTypeInfoCount(&count), S_OK);
@@ -112,7 +112,7 @@ TEST_F(LateBinding, DescribesItsOneTypeAndNoOther) {
     own->ReleaseTypeAttr(attributes);
 }
 
-TEST_F(LateBinding, RefusesCallsThatAreNoneOfItsOwn) {
+TEST_F(LateBinding, RefusesOtherMethodsAndPropertyWrites) {
     const auto calculator = server.Create();
     DISPPARAMS none{};
     DISPID id = 0;
@@ -126,12 +126,12 @@ TEST_F(LateBinding, RefusesCallsThatAreNoneOfItsOwn) {
         EXPECT_EQ(InvokeWith(*calculator.Get(), 8, {}, {.flags = flags}).code, DISP_E_MEMBERNOTFOUND) << flags;
 }
 
-TEST_F(LateBinding, TakesAFunctionCallWrittenAsAPropertyReadToo) {
+TEST_F(LateBinding, AcceptsACallMarkedAsAPropertyReadToo) {
     const auto calculator = server.Create();
     EXPECT_EQ(InvokeWith(*calculator.Get(), 8, {}, {.flags = DISPATCH_METHOD | DISPATCH_PROPERTYGET}).code, S_OK);
 }
 
-TEST_F(LateBinding, DoesByNameAllThatTheInterfaceDoes) {
+TEST_F(LateBinding, GivesTheResultsOfTheInterface) {
     const auto late = server.Create();
     const auto direct = WithGeometry();
     RecordArray aAxisPoints(*late.Get(), Head().ASet(45.0));
@@ -171,7 +171,7 @@ TEST_F(LateBinding, SavesAndLoadsByName) {
     EXPECT_EQ(Call(*loaded.Get(), L"CalculateMove", 90.0, 0.0).code, S_OK) << "it has a geometry now";
 }
 
-TEST_F(LateBinding, TakesAFileNameInEveryFormThatLanguagesPass) {
+TEST_F(LateBinding, AcceptsAFileNameInEveryForm) {
     ASSERT_EQ(At(0.0, 0.0)->SaveHeadGeometryToFile(Bstr(folder.Path("head.ini")).Address()), S_OK);
     Bstr path(folder.Path("head.ini"));
     VARIANT variable = Argument(path);
@@ -190,10 +190,10 @@ TEST_F(LateBinding, TakesAFileNameInEveryFormThatLanguagesPass) {
         RequiredMoves moves{};
         EXPECT_EQ(calculator->CalculateMove(0.0, 15.0, &moves), S_OK) << why;
     }
-    EXPECT_STREQ(path.Text(), folder.Path("head.ini").c_str()) << "the caller's text is as it was";
+    EXPECT_STREQ(path.Text(), folder.Path("head.ini").c_str()) << "the caller's text must not change";
 }
 
-TEST_F(LateBinding, TakesANumberInEveryFormThatLanguagesPass) {
+TEST_F(LateBinding, AcceptsANumberInEveryForm) {
     double plain = 45.0;
     Bstr text(std::wstring(L"45.0"));
     Bstr exponent(std::wstring(L"4.5e1"));
@@ -231,7 +231,7 @@ TEST_F(LateBinding, TakesANumberInEveryFormThatLanguagesPass) {
     }
 }
 
-/// How the test of a number ends: accepted as an angle, or refused with a code.
+/// An argument and the expected result: accepted as this angle, or refused with this code.
 struct NumberCase {
     const char* why;
     VARIANT argument;
@@ -256,7 +256,7 @@ void ExpectNumbers(IQMVCalculator2& calculator, const std::vector<NumberCase>& c
     }
 }
 
-TEST_F(LateBinding, TakesATextOnlyWhenAllOfItIsANumber) {
+TEST_F(LateBinding, AcceptsATextOnlyIfAllOfItIsANumber) {
     const struct {
         const wchar_t* text;
         HRESULT code;
@@ -264,8 +264,8 @@ TEST_F(LateBinding, TakesATextOnlyWhenAllOfItIsANumber) {
         const char* why;
     } cases[] = {{L"45", S_OK, 45.0, "digits"},
                  {L"45.0", S_OK, 45.0, "a point"},
-                 {L"45.", S_OK, 45.0, "nothing after the point: one meaning"},
-                 {L".15e2", S_OK, 15.0, "nothing before the point: one meaning"},
+                 {L"45.", S_OK, 45.0, "no digit after the point: not ambiguous"},
+                 {L".15e2", S_OK, 15.0, "no digit before the point: not ambiguous"},
                  {L"+45", S_OK, 45.0, "a sign"},
                  {L"-0", S_OK, 0.0, "a sign"},
                  {L"4.5e1", S_OK, 45.0, "an exponent, as languages write large numbers"},
@@ -273,11 +273,11 @@ TEST_F(LateBinding, TakesATextOnlyWhenAllOfItIsANumber) {
                  {L" \t45 ", S_OK, 45.0, "blanks around it, as files and forms have them"},
                  {L"7,5", DISP_E_TYPEMISMATCH, 0.0, "a comma: 7.5 to one caller, 75 to another"},
                  {L"45,", DISP_E_TYPEMISMATCH, 0.0, "a comma"},
-                 {L"4,5", DISP_E_TYPEMISMATCH, 0.0, "a comma: would be 45"},
+                 {L"4,5", DISP_E_TYPEMISMATCH, 0.0, "a comma: another program could read 45"},
                  {L"1,5e1", DISP_E_TYPEMISMATCH, 0.0, "a comma"},
-                 {L"4 5", DISP_E_TYPEMISMATCH, 0.0, "a blank inside: a separator of thousands to some"},
-                 {L"4\u00A05", DISP_E_TYPEMISMATCH, 0.0, "a blank that does not break"},
-                 {L"4'5", DISP_E_TYPEMISMATCH, 0.0, "a separator of thousands to some"},
+                 {L"4 5", DISP_E_TYPEMISMATCH, 0.0, "a blank inside: it separates thousands in some countries"},
+                 {L"4\u00A05", DISP_E_TYPEMISMATCH, 0.0, "a non-breaking space"},
+                 {L"4'5", DISP_E_TYPEMISMATCH, 0.0, "an apostrophe: it separates thousands in some countries"},
                  {L"&H2D", DISP_E_TYPEMISMATCH, 0.0, "hexadecimal in Basic"},
                  {L"0x2D", DISP_E_TYPEMISMATCH, 0.0, "hexadecimal in C"},
                  {L"4.5d1", DISP_E_TYPEMISMATCH, 0.0, "an exponent of old languages"},
@@ -285,7 +285,7 @@ TEST_F(LateBinding, TakesATextOnlyWhenAllOfItIsANumber) {
                  {L"nan", DISP_E_TYPEMISMATCH, 0.0, "a word"},
                  {L"45 degrees", DISP_E_TYPEMISMATCH, 0.0, "more than a number"},
                  {L"45\u00B0", DISP_E_TYPEMISMATCH, 0.0, "more than a number"},
-                 {L"(45)", DISP_E_TYPEMISMATCH, 0.0, "a negative number to accountants"},
+                 {L"(45)", DISP_E_TYPEMISMATCH, 0.0, "parentheses: they mean a negative number in accounting"},
                  {L"45-", DISP_E_TYPEMISMATCH, 0.0, "a sign behind"},
                  {L"+-45", DISP_E_TYPEMISMATCH, 0.0, "two signs"},
                  {L"++45", DISP_E_TYPEMISMATCH, 0.0, "two signs"},
@@ -295,8 +295,8 @@ TEST_F(LateBinding, TakesATextOnlyWhenAllOfItIsANumber) {
                  {L"+", DISP_E_TYPEMISMATCH, 0.0, "no digits"},
                  {L".", DISP_E_TYPEMISMATCH, 0.0, "no digits"},
                  {L" ", DISP_E_TYPEMISMATCH, 0.0, "blanks alone"},
-                 {L"", DISP_E_TYPEMISMATCH, 0.0, "nothing: an empty field is no zero"},
-                 {L"1e999", DISP_E_OVERFLOW, 0.0, "a number that no double holds"}};
+                 {L"", DISP_E_TYPEMISMATCH, 0.0, "an empty text is not zero"},
+                 {L"1e999", DISP_E_OVERFLOW, 0.0, "a number beyond the largest double"}};
     const auto calculator = server.Create();
     for (const auto& [text, code, angle, why] : cases) {
         Bstr owned(std::wstring{text});
@@ -310,9 +310,9 @@ TEST_F(LateBinding, TakesATextOnlyWhenAllOfItIsANumber) {
     Bstr tooLong(std::wstring(500, L'0') + L"45");
     VARIANT none{};
     V_VT(&none) = VT_BSTR;
-    ExpectNumbers(*calculator.Get(), {{"a character zero behind", Argument(afterNull), DISP_E_TYPEMISMATCH},
+    ExpectNumbers(*calculator.Get(), {{"a zero character behind the number", Argument(afterNull), DISP_E_TYPEMISMATCH},
                                       {"500 digits", Argument(tooLong), DISP_E_TYPEMISMATCH},
-                                      {"no text at all", none, DISP_E_TYPEMISMATCH}});
+                                      {"a null text", none, DISP_E_TYPEMISMATCH}});
 }
 
 /// A variant of that type; its value is set by `set`.
@@ -323,7 +323,7 @@ template <class Set> VARIANT Typed(VARTYPE type, Set&& set) {
     return variant;
 }
 
-TEST_F(LateBinding, TakesEveryOtherKindOfValueAsThePlatformDoes) {
+TEST_F(LateBinding, ConvertsOtherValuesAsThePlatformDoes) {
     const auto calculator = server.Create();
     const auto decimal = Typed(VT_DECIMAL, [](VARIANT& variant) {
         V_DECIMAL(&variant).Lo64 = 450;
@@ -335,19 +335,19 @@ TEST_F(LateBinding, TakesEveryOtherKindOfValueAsThePlatformDoes) {
         {"Decimal", decimal, S_OK, 45.0},
         {"Date, as a cell may be formatted", Typed(VT_DATE, [](VARIANT& one) { V_DATE(&one) = 45.0; }), S_OK, 45.0},
         {"False is 0", Typed(VT_BOOL, none), S_OK, 0.0},
-        {"a variable never set is 0", Typed(VT_EMPTY, none), S_OK, 0.0},
+        {"an empty variable is 0", Typed(VT_EMPTY, none), S_OK, 0.0},
         {"Null", Typed(VT_NULL, none), DISP_E_TYPEMISMATCH},
         {"left out", Typed(VT_ERROR, [](VARIANT& one) { V_ERROR(&one) = DISP_E_PARAMNOTFOUND; }), DISP_E_PARAMNOTFOUND},
-        {"a cell's error", Typed(VT_ERROR, [](VARIANT& one) { V_ERROR(&one) = static_cast<SCODE>(0x800A07FA); }),
-         DISP_E_TYPEMISMATCH},
+        {"the error value of a cell",
+         Typed(VT_ERROR, [](VARIANT& one) { V_ERROR(&one) = static_cast<SCODE>(0x800A07FA); }), DISP_E_TYPEMISMATCH},
         {"Nothing", Typed(VT_DISPATCH, none), DISP_E_TYPEMISMATCH},
-        {"a reference to nowhere", Typed(VT_R8 | VT_BYREF, none), DISP_E_TYPEMISMATCH}};
+        {"a null reference", Typed(VT_R8 | VT_BYREF, none), DISP_E_TYPEMISMATCH}};
     for (const VARTYPE type : {VT_I1, VT_UI1, VT_I2, VT_UI2, VT_I4, VT_UI4, VT_I8, VT_UI8, VT_INT, VT_UINT})
         cases.push_back({"a whole number", Typed(type, [](VARIANT& one) { V_I8(&one) = 45; }), S_OK, 45.0});
     ExpectNumbers(*calculator.Get(), cases);
 }
 
-/// An object whose default property is a value, as a cell of a sheet is.
+/// An object whose default property is a value, like a cell of a spreadsheet.
 class Cell final : public IDispatch {
 public:
     explicit Cell(VARIANT theValue) : value(theValue) {}
@@ -372,7 +372,7 @@ private:
     VARIANT value;
 };
 
-TEST_F(LateBinding, TakesTheValueOfAnObjectThatHasOne) {
+TEST_F(LateBinding, ReadsTheDefaultPropertyOfAnObject) {
     const auto calculator = server.Create();
     Bstr comma(std::wstring(L"4,5"));
     Cell number(Argument(45.0));
@@ -385,7 +385,7 @@ TEST_F(LateBinding, TakesTheValueOfAnObjectThatHasOne) {
                                       {"no value", object(*calculator.Get()), DISP_E_TYPEMISMATCH}});
 }
 
-TEST_F(LateBinding, TakesRecordArraysInEveryFormThatLanguagesPass) {
+TEST_F(LateBinding, AcceptsRecordArraysInEveryForm) {
     const auto direct = WithGeometry();
     XYZData expected{};
     ASSERT_EQ(direct->GetPoleSpherePosition(&expected), S_OK);
@@ -407,10 +407,10 @@ TEST_F(LateBinding, TakesRecordArraysInEveryFormThatLanguagesPass) {
         EXPECT_EQ(calculator->GetPoleSpherePosition(&pole), S_OK);
         EXPECT_TRUE(SameBytes(pole, expected)) << why;
     }
-    EXPECT_EQ(aAxisPoints.Get()->rgsabound[0].cElements, 7U) << "the caller's array is as it was";
+    EXPECT_EQ(aAxisPoints.Get()->rgsabound[0].cElements, 7U) << "the caller's array must not change";
 }
 
-TEST_F(LateBinding, WritesPositionsWhereverTheArgumentRefersTo) {
+TEST_F(LateBinding, WritesPositionsIntoVariables) {
     const auto calculator = At(15.0, -30.0);
     double a = 0.0;
     double b = 0.0;
@@ -428,7 +428,7 @@ TEST_F(LateBinding, WritesPositionsWhereverTheArgumentRefersTo) {
     EXPECT_EQ(V_R8(&bVariable), -30.0);
 }
 
-/// Reads back what was written into a reference of that type, by the platform's own conversion.
+/// The number in a variable of this type, by the platform's conversion.
 double NumberAt(VARIANT reference) {
     VARIANT number{};
     EXPECT_EQ(VariantCopyInd(&number, &reference), S_OK);
@@ -478,12 +478,12 @@ TEST_F(LateBinding, WritesBothPositionsOrNeither) {
         const char* why;
         VARTYPE type;
         HRESULT code;
-    } cases[] = {{"-165 is below a signed byte", VT_I1, DISP_E_OVERFLOW},
-                 {"a byte has no sign", VT_UI1, DISP_E_OVERFLOW},
+    } cases[] = {{"-165 is below the range of a signed byte", VT_I1, DISP_E_OVERFLOW},
+                 {"-165 is below the range of a byte", VT_UI1, DISP_E_OVERFLOW},
                  {"no sign", VT_UI2, DISP_E_OVERFLOW},
                  {"no sign", VT_UI4, DISP_E_OVERFLOW},
                  {"no sign", VT_UI8, DISP_E_OVERFLOW},
-                 {"a truth value would lose the number", VT_BOOL, DISP_E_TYPEMISMATCH},
+                 {"a Boolean cannot hold the number", VT_BOOL, DISP_E_TYPEMISMATCH},
                  {"an object", VT_DISPATCH, DISP_E_TYPEMISMATCH},
                  {"an array", VT_ARRAY | VT_R8, DISP_E_TYPEMISMATCH}};
     for (const auto& [why, type, code] : cases) {
@@ -499,7 +499,7 @@ TEST_F(LateBinding, WritesBothPositionsOrNeither) {
     }
 }
 
-TEST_F(LateBinding, TakesArgumentsByName) {
+TEST_F(LateBinding, AcceptsArgumentsByName) {
     const auto calculator = server.Create();
     const auto expectPosition = [&](double expectedA, double expectedB) {
         double a = 0.0;
@@ -513,14 +513,14 @@ TEST_F(LateBinding, TakesArgumentsByName) {
     EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(30.0), Argument(-60.0)}, {.named = {0, 1}}).code, S_OK);
     expectPosition(30.0, -60.0);
     EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(-75.0), Argument(90.0)}, {.named = {1}}).code, S_OK)
-        << "one by name, one by its place";
+        << "one by name, one by position";
     expectPosition(90.0, -75.0);
     EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(0.0), Argument(0.0)}, {.named = {0, 7}}).code,
               DISP_E_PARAMNOTFOUND);
     expectPosition(90.0, -75.0);
 }
 
-TEST_F(LateBinding, TakesArgumentsByNameIntoEveryMethodThatHasSome) {
+TEST_F(LateBinding, AcceptsArgumentsByNameForEveryMethod) {
     const auto calculator = At(15.0, -30.0);
     double a = 0.0;
     double b = 0.0;
@@ -561,7 +561,7 @@ TEST_F(LateBinding, RefusesTheWrongNumberOfArguments) {
     }
 }
 
-TEST_F(LateBinding, SaysWhichArgumentIsOfTheWrongType) {
+TEST_F(LateBinding, TellsWhichArgumentHasTheWrongType) {
     const auto calculator = server.Create();
     Bstr words(std::wstring(L"fifteen"));
     RecordArray points(*calculator.Get(), Head().ASet(45.0));
@@ -571,21 +571,21 @@ TEST_F(LateBinding, SaysWhichArgumentIsOfTheWrongType) {
         const char* why;
         DISPID method;
         std::vector<VARIANT> arguments;
-        UINT wrong; // counted from the last one
+        UINT wrong; // the index counted from the last argument
     } calls[] = {{"no number, first", 4, {Argument(words), Argument(0.0)}, 1},
                  {"no number, second", 4, {Argument(0.0), Argument(words)}, 0},
                  {"no target", 5, {Argument(0.0), object}, 0},
                  {"no records, first", 6, {Argument(1), Argument(points.Get())}, 1},
                  {"no records, second", 6, {Argument(points.Get()), Argument(words)}, 0},
                  {"no name", 1, {Argument(points.Get())}, 0},
-                 {"no name to save", 2, {object}, 0}};
+                 {"an object instead of a file name", 2, {object}, 0}};
     for (const auto& [why, method, arguments, wrong] : calls) {
         const auto outcome = InvokeWith(*calculator.Get(), method, arguments);
         EXPECT_EQ(outcome.code, DISP_E_TYPEMISMATCH) << why;
         EXPECT_EQ(outcome.wrongArgument, wrong) << why;
     }
     EXPECT_EQ(Call(*calculator.Get(), L"GetCurrentHeadPosition", words, words).scode, QMV_E_POSITION_UNKNOWN)
-        << "none of the calls reached the object";
+        << "no call may reach the object";
 }
 
 TEST_F(LateBinding, ReportsAFailingMethodByCodeSourceAndDescription) {
@@ -607,12 +607,12 @@ TEST_F(LateBinding, ReportsAFailingMethodByCodeSourceAndDescription) {
     } failures[] = {
         {"a position never set", [&] { return Call(*fresh.Get(), L"GetCurrentHeadPosition", &a, &b); },
          QMV_E_POSITION_UNKNOWN, L"CQMVCalculator::GetCurrentHeadPosition", L"Current Position is not known", L""},
-        {"a plan without a geometry, which throws elsewhere",
-         [&] { return Call(*fresh.Get(), L"CalculateMove", 0.0, 0.0); }, QMV_E_NO_HEAD_GEOMETRY,
-         L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded", L""},
-        {"a target between two steps, which throws elsewhere",
-         [&] { return Call(*placed.Get(), L"CalculateMove", 0, 7); }, QMV_E_INVALID_TARGET,
-         L"CQMVCalculator::ValidateMoveTarget", L"Invalid B Target Angle, value must be a 15 degree interval.", L""},
+        {"a plan without a geometry", [&] { return Call(*fresh.Get(), L"CalculateMove", 0.0, 0.0); },
+         QMV_E_NO_HEAD_GEOMETRY, L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded",
+         L""},
+        {"a target between two steps", [&] { return Call(*placed.Get(), L"CalculateMove", 0, 7); },
+         QMV_E_INVALID_TARGET, L"CQMVCalculator::ValidateMoveTarget",
+         L"Invalid B Target Angle, value must be a 15 degree interval.", L""},
         {"a start without a geometry", [&] { return Call(*fresh.Get(), L"GetStartPosition"); }, QMV_E_NO_HEAD_GEOMETRY,
          L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded", L""},
         {"a position out of range", [&] { return Call(*fresh.Get(), L"SetCurrentHeadPosition", 105.0, 0.0); },
@@ -640,7 +640,7 @@ TEST_F(LateBinding, ReportsAFailingMethodByCodeSourceAndDescription) {
     EXPECT_EQ(b, -12.5);
 }
 
-TEST_F(LateBinding, DoesNotTellOfAnOlderFailure) {
+TEST_F(LateBinding, DoesNotReportAnEarlierFailure) {
     const auto fresh = server.Create();
     double a = 0.0;
     ASSERT_EQ(fresh->GetCurrentHeadPosition(&a, &a), QMV_E_POSITION_UNKNOWN);
@@ -650,7 +650,7 @@ TEST_F(LateBinding, DoesNotTellOfAnOlderFailure) {
     SetErrorInfo(0, nullptr);
 }
 
-TEST_F(LateBinding, NeedsNobodyToTakeResultsAndReports) {
+TEST_F(LateBinding, AcceptsNullPointersForResultsAndReports) {
     const auto calculator = At(15.0, 30.0);
     VARIANT targets[] = {Argument(30.0), Argument(90.0)};
     DISPPARAMS parameters{targets, nullptr, 2, 0};
@@ -665,8 +665,8 @@ TEST_F(LateBinding, NeedsNobodyToTakeResultsAndReports) {
               DISP_E_TYPEMISMATCH);
 }
 
-TEST_F(LateBinding, WorksForAPartOfAnotherObject) {
-    // The part itself stands in for its owner here: what counts is that late binding is the part's own.
+TEST_F(LateBinding, WorksInAnAggregatedObject) {
+    // A second calculator is the outer object here. Late binding must call the inner one.
     const auto owner = server.Create();
     ComPointer<IUnknown> inner;
     ASSERT_EQ(server.Factory()->CreateInstance(owner.Get(), IID_IUnknown, inner.Receive()), S_OK);

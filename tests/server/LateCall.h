@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-/// Late-bound calls as scripts make them. Arguments are lent to the call: what they are made from stays the test's.
+/// Late-bound calls as scripts make them. An argument refers to a value of the test and does not own it.
 
 inline VARIANT Argument(const VARIANT& whatever) { return whatever; }
 inline VARIANT Argument(double number) {
@@ -65,7 +65,7 @@ inline VARIANT Argument(SAFEARRAY** records) {
     return argument;
 }
 
-/// What came of a call.
+/// The results of a call.
 struct Outcome {
     static constexpr UINT noArgument = 99;
 
@@ -75,18 +75,18 @@ struct Outcome {
     std::wstring source;
     std::wstring description;
     std::wstring helpFile;
-    UINT wrongArgument = noArgument; ///< counted from the last one
+    UINT wrongArgument = noArgument; ///< the index of the refused argument, counted from the last one
 };
 
-/// How a call is made, besides its arguments.
+/// The parameters of a call besides its arguments.
 struct Manner {
     WORD flags = DISPATCH_METHOD;
     LCID locale = LOCALE_USER_DEFAULT;
-    std::vector<DISPID> named{}; ///< the places that the first arguments go to; the others follow in their order
+    std::vector<DISPID> named{}; ///< the places of the first arguments, which are passed by name
 };
 
 inline Outcome InvokeWith(IDispatch& object, DISPID method, std::vector<VARIANT> arguments, Manner manner = {}) {
-    // Named ones stand first, the others last to first.
+    // The named arguments come first, then the others in reverse order.
     std::reverse(arguments.begin() + static_cast<std::ptrdiff_t>(manner.named.size()), arguments.end());
     DISPPARAMS parameters{arguments.data(), manner.named.data(), static_cast<UINT>(arguments.size()),
                           static_cast<UINT>(manner.named.size())};
@@ -123,7 +123,7 @@ template <class... Arguments> Outcome Call(IDispatch& object, const wchar_t* met
     return InvokeWith(object, IdOf(object, method), {Argument(arguments)...});
 }
 
-/// The record in a result, which must be of the type with that identifier.
+/// The record in a result. Its type must have this identifier.
 template <class Record> Record RecordIn(const Outcome& outcome, REFGUID type) {
     Record record{};
     EXPECT_EQ(outcome.code, S_OK);

@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
-/// The component's file as the loader and the linker see it.
+/// The properties of the component's file that the loader and the linker use.
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsSubsetOf;
 
-/// The loaded file, read where the loader put it.
+/// The file's image in memory.
 class Image {
 public:
     explicit Image(HMODULE module) : base(reinterpret_cast<const char*>(module)) {
@@ -28,11 +28,11 @@ public:
             names.emplace_back(At<char>(At<DWORD>(table->AddressOfNames)[i]));
         return names;
     }
-    /// Exports without a name count too.
+    /// The number of exports, including those without a name.
     DWORD ExportedFunctions() const {
         return At<IMAGE_EXPORT_DIRECTORY>(Directory(IMAGE_DIRECTORY_ENTRY_EXPORT))->NumberOfFunctions;
     }
-    /// The libraries that it needs, in small letters.
+    /// The libraries that the file imports, in lower case.
     std::vector<std::string> Imports() const {
         std::vector<std::string> names;
         const auto* library = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT));
@@ -55,7 +55,7 @@ private:
     const IMAGE_NT_HEADERS* headers;
 };
 
-TEST(ModuleFile, IsForProgramsOfItsOwnArchitecture) {
+TEST(ModuleFile, HasTheArchitectureOfThisProgram) {
     EXPECT_EQ(Image(LoadedServer().Module()).Machine(),
               sizeof(void*) == 8 ? IMAGE_FILE_MACHINE_AMD64 : IMAGE_FILE_MACHINE_I386);
 }
@@ -74,14 +74,14 @@ TEST(ModuleFile, ExportsItsFourEntryPointsAndNothingElse) {
     EXPECT_EQ(image.ExportedFunctions(), 4U);
 }
 
-TEST(ModuleFile, NeedsTheLibrariesOfTheSystemAlone) {
+TEST(ModuleFile, ImportsLibrariesOfTheSystemOnly) {
     const LoadedServer server;
     const auto imports = Image(server.Module()).Imports();
     EXPECT_FALSE(imports.empty());
     EXPECT_THAT(imports, IsSubsetOf({"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll"}));
 }
 
-TEST(ModuleFile, CarriesTypeLibraryScriptAndVersion) {
+TEST(ModuleFile, ContainsTypeLibraryScriptAndVersion) {
     const LoadedServer server;
     EXPECT_NE(FindResourceW(server.Module(), MAKEINTRESOURCEW(1), L"TYPELIB"), nullptr);
     EXPECT_NE(FindResourceW(server.Module(), MAKEINTRESOURCEW(101), L"REGISTRY"), nullptr);

@@ -3,11 +3,11 @@
 
 using namespace qmv40;
 
-/// A registration for one account, as the installer makes it without administrator rights.
+/// A registration for one account, like that of the installer without administrator rights.
 
 namespace {
 
-/// Sends what is written to the classes root to the classes of the calling account.
+/// Redirects writes to HKEY_CLASSES_ROOT to the classes of the calling account.
 class AccountsClasses {
 public:
     AccountsClasses() {
@@ -35,7 +35,7 @@ protected:
         CoFreeUnusedLibraries();
         const AccountsClasses classes;
         EXPECT_EQ(server.Unregister(), S_OK);
-        EXPECT_EQ(RegisteredTexts(), RegistryTexts{}) << "nothing of it is left";
+        EXPECT_EQ(RegisteredTexts(), RegistryTexts{}) << "nothing may be left";
     }
 };
 
@@ -47,7 +47,7 @@ bool MachineHas(const std::wstring& key) {
     return true;
 }
 
-TEST_F(OneAccount, HoldsTheClassAndBothNamesAndTheMachineHoldsNone) {
+TEST_F(OneAccount, HasTheClassAndBothNamesAndTheMachineHasNone) {
     const AccountsClasses classes;
     for (const wchar_t* const key : {classKey, programKey, versionIndependentProgramKey}) {
         EXPECT_TRUE(KeyExists(key));
@@ -57,9 +57,9 @@ TEST_F(OneAccount, HoldsTheClassAndBothNamesAndTheMachineHoldsNone) {
     EXPECT_EQ(texts.at(std::wstring(classKey) + LR"(\InprocServer32)").at(L""), ServerPath().wstring());
 }
 
-TEST_F(OneAccount, FindsTheClassThatIsRegisteredForItAlone) {
-    // Wine 8 shows the machine's classes alone.
-    if (!KeyExists(classKey)) GTEST_SKIP() << "the account's classes are not among the classes here";
+TEST_F(OneAccount, CreatesTheClassThatIsRegisteredForItOnly) {
+    // Wine 8 shows the machine's classes only.
+    if (!KeyExists(classKey)) GTEST_SKIP() << "this system does not show the account's classes";
     for (const wchar_t* const name : {QMVCalculatorProgId, QMVCalculatorVersionIndependentProgId}) {
         CLSID clsid{};
         EXPECT_EQ(CLSIDFromProgID(name, &clsid), S_OK);

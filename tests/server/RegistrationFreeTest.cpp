@@ -7,15 +7,14 @@
 
 using namespace qmv40;
 
-/// The component used by its manifest: this program carries one that names the component's file, and nothing is
-/// registered.
+/// Registration-free use: the manifest of this program names the component's file, and nothing is registered.
 
 namespace {
 
 class RegistrationFree : public Client {
 protected:
     void SetUp() override { ASSERT_EQ(RegisteredTexts(), RegistryTexts{}); }
-    // Marshalling may register the type library by itself on some platforms; nobody registers the class.
+    // On some platforms marshalling registers the type library. Nothing registers the class.
     void TearDown() override { EXPECT_FALSE(KeyExists(classKey)); }
 
     static ComPointer<IQMVCalculator2> Create(REFCLSID clsid) {
@@ -29,7 +28,7 @@ protected:
 TEST_F(RegistrationFree, CreatesByTheIdentifierFromTheFileBesideTheProgram) {
     const auto calculator = Create(CLSID_QMVCalculator);
     ASSERT_TRUE(calculator);
-    EXPECT_EQ(server.CanUnloadNow(), S_FALSE) << "the object is that file's";
+    EXPECT_EQ(server.CanUnloadNow(), S_FALSE) << "the object must come from that file";
     EXPECT_EQ(Enter(*calculator.Get()), S_OK);
     EXPECT_EQ(calculator->SetCurrentHeadPosition(15.0, 30.0), S_OK);
     RequiredMoves moves{};
@@ -41,7 +40,7 @@ TEST_F(RegistrationFree, CreatesByTheIdentifierFromTheFileBesideTheProgram) {
 
 TEST_F(RegistrationFree, CreatesByBothNames) {
     for (const wchar_t* const progId : {QMVCalculatorProgId, QMVCalculatorVersionIndependentProgId}) {
-        CLSID clsid{}; // may be an alias of the class that holds in this program alone
+        CLSID clsid{}; // can be an alias of the class that is valid in this program only
         ASSERT_EQ(CLSIDFromProgID(progId, &clsid), S_OK) << std::filesystem::path(progId);
         EXPECT_TRUE(Create(clsid)) << std::filesystem::path(progId);
     }
@@ -59,8 +58,8 @@ TEST_F(RegistrationFree, FindsTheTypeLibrary) {
         Received<ITypeLib>([](ITypeLib** out) { return LoadRegTypeLib(LIBID_CoQMV40CalculatorLib, 1, 0, 1033, out); }));
 }
 
-// The platform may keep the class object for the apartment that it makes for such clients, and the module with it: this
-// is tried here, where nothing is counted.
+// For such clients the platform creates an apartment, and may hold the class object there. So this test is here, where
+// no test counts references.
 TEST_F(RegistrationFree, GivesFreeThreadedClientsAProxy) {
     bool proxy = false;
     HRESULT set = E_FAIL;

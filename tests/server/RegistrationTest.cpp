@@ -9,7 +9,7 @@
 
 using namespace qmv40;
 
-/// What registering writes, what unregistering takes away, and what neither touches.
+/// The keys that a registration writes, those that an unregistration removes, and those that neither changes.
 
 namespace {
 
@@ -22,7 +22,7 @@ constexpr const wchar_t* libraryOfNoLocale = sizeof(void*) == 8 ? LR"(1.0\0\win6
 
 std::wstring Below(const wchar_t* key, const wchar_t* subkey) { return std::wstring(key) + L'\\' + subkey; }
 
-/// What the registration script writes for the module at `path`, all of it.
+/// All texts that the registration script writes for the module at `path`.
 RegistryTexts ScriptTexts(const std::wstring& path) {
     return {{programKey, {{L"", description}}},
             {Below(programKey, L"CLSID"), {{L"", clsidText}}},
@@ -68,16 +68,16 @@ TEST_F(Registration, WritesTheClassUnderItsIdentifierAndBothItsNames) {
     EXPECT_EQ(ScriptTextsFound(), ScriptTexts(ServerPath()));
 }
 
-TEST_F(Registration, WritesTheTypeLibraryForItsLocaleAndForNone) {
+TEST_F(Registration, WritesTheTypeLibraryForTwoLocales) {
     ASSERT_EQ(server.Register(), S_OK);
     const auto texts = TextsBelow(typeLibraryKey);
     EXPECT_EQ(Text(texts, Below(typeLibraryKey, L"1.0")), L"CoQMV40Calculator 1.0 Type Library");
     EXPECT_EQ(Text(texts, Below(typeLibraryKey, libraryOfLocale)), ServerPath().wstring());
     EXPECT_EQ(Text(texts, Below(typeLibraryKey, libraryOfNoLocale)), ServerPath().wstring())
-        << "marshalling looks it up without a locale";
+        << "marshalling uses the neutral locale";
 }
 
-TEST_F(Registration, WritesBothInterfacesForMarshallingByTheTypeLibrary) {
+TEST_F(Registration, WritesBothInterfacesForMarshalling) {
     ASSERT_EQ(server.Register(), S_OK);
     const struct {
         const wchar_t* key;
@@ -99,7 +99,7 @@ TEST_F(Registration, DoneTwiceIsTheSameAsDoneOnce) {
     EXPECT_EQ(RegisteredTexts(), once);
 }
 
-TEST_F(Registration, IsUndoneWithoutATrace) {
+TEST_F(Registration, IsRemovedCompletely) {
     ASSERT_EQ(server.Register(), S_OK);
     ASSERT_EQ(server.Register(), S_OK);
     EXPECT_EQ(server.Unregister(), S_OK);
@@ -109,7 +109,7 @@ TEST_F(Registration, IsUndoneWithoutATrace) {
     EXPECT_TRUE(KeyExists(L"Interface"));
 }
 
-TEST_F(Registration, CanBeUndoneTwiceAndWithoutHavingBeenDone) {
+TEST_F(Registration, CanBeRemovedTwiceOrWhenMissing) {
     EXPECT_EQ(server.Unregister(), S_OK);
     ASSERT_EQ(server.Register(), S_OK);
     EXPECT_EQ(server.Unregister(), S_OK);
@@ -117,14 +117,14 @@ TEST_F(Registration, CanBeUndoneTwiceAndWithoutHavingBeenDone) {
     EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
 }
 
-TEST_F(Registration, CanBeDoneAgainAfterItWasUndone) {
+TEST_F(Registration, CanBeRepeatedAfterItsRemoval) {
     ASSERT_EQ(server.Register(), S_OK);
     ASSERT_EQ(server.Unregister(), S_OK);
     ASSERT_EQ(server.Register(), S_OK);
     EXPECT_EQ(ScriptTextsFound(), ScriptTexts(ServerPath()));
 }
 
-TEST_F(Registration, LeavesOtherClassesAndProgramsAlone) {
+TEST_F(Registration, DoesNotChangeOtherClassesAndPrograms) {
     SetText(strangerClass, L"", L"somebody else's");
     SetText(strangerProgram, L"", L"somebody else's");
     const auto classBefore = TextsBelow(strangerClass);
@@ -136,7 +136,7 @@ TEST_F(Registration, LeavesOtherClassesAndProgramsAlone) {
     EXPECT_EQ(Text(TextsBelow(strangerProgram), strangerProgram), L"somebody else's");
 }
 
-TEST_F(Registration, KeepsWhatSomebodyElsePutUnderTheProgramNames) {
+TEST_F(Registration, KeepsKeysOfOtherProgramsUnderTheProgramNames) {
     const std::wstring foreign = Below(programKey, L"Somebody");
     SetText(foreign, L"name", L"theirs");
     ASSERT_EQ(server.Register(), S_OK);
@@ -147,25 +147,25 @@ TEST_F(Registration, KeepsWhatSomebodyElsePutUnderTheProgramNames) {
     EXPECT_FALSE(KeyExists(Below(programKey, L"CLSID")));
 }
 
-TEST_F(Registration, StartsFromACleanClassKey) {
+TEST_F(Registration, RemovesOldKeysOfTheClassFirst) {
     SetText(Below(classKey, L"LocalServer32"), L"", L"left by an older version");
     SetText(Below(classKey, L"Programmable"), L"old", L"left by an older version");
     ASSERT_EQ(server.Register(), S_OK);
     EXPECT_EQ(ScriptTextsFound(), ScriptTexts(ServerPath()));
 }
 
-TEST_F(Registration, IsUndoneInsideTheClassKeyWhateverElseIsThere) {
+TEST_F(Registration, IsRemovedAlsoBesideOtherKeysOfTheClass) {
     ASSERT_EQ(server.Register(), S_OK);
     SetText(Below(classKey, L"Somebody"), L"", L"theirs");
     ASSERT_EQ(server.Unregister(), S_OK);
     for (const auto& [key, values] : ScriptTexts(ServerPath())) {
-        // Registrars differ in whether the class key itself goes while somebody else's key is in it.
+        // Some registrars remove the class key although another program's key is in it; others do not.
         if (key == classKey) continue;
         EXPECT_FALSE(KeyExists(key)) << std::filesystem::path(key);
     }
 }
 
-/// Takes the place of the platform's registrar in this process while it lives: creating a registrar fails with `code`.
+/// During its life no registrar can be created in this process: the creation fails with `code`.
 class NoRegistrar final : public IClassFactory {
 public:
     explicit NoRegistrar(HRESULT theCode) : code(theCode) {
@@ -197,7 +197,7 @@ private:
     DWORD cookie = 0;
 };
 
-/// The class as a component of the other architecture registers it, while this lives.
+/// During its life the class is registered as by a component of the other architecture.
 class OtherArchitecture {
 public:
     OtherArchitecture() {
@@ -221,7 +221,7 @@ private:
     static constexpr REGSAM view = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
 };
 
-TEST_F(Registration, LeavesTheNamesToTheOtherArchitecture) {
+TEST_F(Registration, KeepsTheNamesForTheOtherArchitecture) {
     ASSERT_EQ(server.Register(), S_OK);
     const auto names = TextsBelow(programKey);
     {
@@ -258,7 +258,7 @@ TEST_F(Registration, AcceptsAPathWithBlanksApostropheAndForeignLetters) {
             ComPointer<IQMVCalculator> calculator;
             ASSERT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator, calculator.Receive()),
                       S_OK);
-            EXPECT_EQ(copy.CanUnloadNow(), S_FALSE) << "the object comes from the copy";
+            EXPECT_EQ(copy.CanUnloadNow(), S_FALSE) << "the object must come from the copy";
             EXPECT_EQ(server.CanUnloadNow(), S_OK);
             LPOLESTR names[] = {const_cast<LPOLESTR>(L"CalculateMove")};
             DISPID id = 0;
@@ -300,7 +300,7 @@ TEST_F(Registration, IsTheSameWithoutThePlatformsRegistrar) {
     EXPECT_EQ(none.asked, 3);
 }
 
-TEST_F(Registration, KeepsOthersKeysWithoutThePlatformsRegistrarToo) {
+TEST_F(Registration, WithoutARegistrarKeepsKeysOfOtherPrograms) {
     const NoRegistrar none(REGDB_E_CLASSNOTREG);
     const std::wstring foreign = Below(programKey, L"Somebody");
     SetText(foreign, L"name", L"theirs");
@@ -310,8 +310,8 @@ TEST_F(Registration, KeepsOthersKeysWithoutThePlatformsRegistrarToo) {
     EXPECT_FALSE(KeyExists(Below(programKey, L"CLSID")));
 }
 
-TEST_F(Registration, ThatFailsLeavesNothingBehind) {
-    // What a registrar wrote before it failed, and what an older registration wrote.
+TEST_F(Registration, ThatFailsLeavesNoKeys) {
+    // Keys that a registrar wrote before it failed, and keys of an older registration.
     const NoRegistrar fails(DISP_E_EXCEPTION);
     for (const auto& [key, values] : ScriptTexts(ServerPath())) {
         for (const auto& [name, text] : values) SetText(key, name, text);
@@ -320,9 +320,9 @@ TEST_F(Registration, ThatFailsLeavesNothingBehind) {
     EXPECT_EQ(RegisteredTexts(), RegistryTexts{});
 }
 
-TEST_F(Registration, WithoutTheRightsSaysSoAndWritesNothing) {
+TEST_F(Registration, WithoutRightsReturnsAccessDeniedAndWritesNothing) {
     NoRegistrar registrar(DISP_E_EXCEPTION);
-    // The last key that is tried exists and is denied to everybody.
+    // The last key exists, and access to it is denied to everybody.
     constexpr auto denied = secondInterfaceKey;
     SECURITY_DESCRIPTOR nobody{};
     ACL empty{};

@@ -7,7 +7,7 @@ namespace {
 constexpr const wchar_t* registeredKeys[] = {
     programKey, versionIndependentProgramKey, classKey, typeLibraryKey, firstInterfaceKey, secondInterfaceKey};
 
-/// Longer than any name and text here.
+/// Longer than all names and texts of these tests.
 constexpr DWORD longestText = 1024;
 
 class OpenKey {

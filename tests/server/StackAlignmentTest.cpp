@@ -7,14 +7,14 @@
 #include <cstring>
 #include <vector>
 
-/// 32-bit callers align the stack to 4 bytes, and the component's vector arithmetic wants 16. Only the 32-bit tests
-/// have this file.
+/// 32-bit callers align the stack to 4 bytes; the component's vector arithmetic needs 16. This file is in the 32-bit
+/// tests only.
 
 namespace {
 
 class StackAlignment : public Client {};
 
-/// An argument or `this`, as 32-bit code passes it: in words of 4 bytes.
+/// An argument or `this` as 32-bit code passes it: in words of 4 bytes.
 using Words = std::vector<std::uint32_t>;
 
 template <typename Argument> void Append(Words& words, const Argument& argument) {
@@ -22,7 +22,7 @@ template <typename Argument> void Append(Words& words, const Argument& argument)
     words.insert(words.end(), added.begin(), added.end());
 }
 
-/// Calls the method at `place` of the object's table. With all arguments pushed the stack stands `beside` bytes from a
+/// Calls the method with the index `place` in the object's table. At the call the stack pointer is `beside` bytes off a
 /// multiple of 16.
 template <typename... Arguments>
 HRESULT CallBeside(std::uint32_t beside, IUnknown* object, std::size_t place, Arguments... arguments) {
@@ -54,7 +54,7 @@ constexpr std::size_t setCurrentHeadPosition = 10;
 constexpr std::size_t calculateMove = 11;
 constexpr std::size_t enterHeadGeometry = 12;
 
-TEST_F(StackAlignment, OfTheCallerChangesNothing) {
+TEST_F(StackAlignment, OfTheCallerHasNoEffect) {
     const auto expectedFrom = At(15.0, 30.0);
     RequiredMoves expected{};
     ASSERT_EQ(expectedFrom->CalculateMove(60.0, -90.0, &expected), S_OK);

@@ -5,7 +5,7 @@
 
 using namespace qmv40;
 
-/// The type library as browsers and late-bound languages read it.
+/// The type library, read as by object browsers and late-bound languages.
 
 namespace {
 
@@ -40,7 +40,7 @@ template <class Documented> Words WordsOf(Documented& documented, long member) {
     return {Taken(name), Taken(help)};
 }
 
-/// A description that a type information lends out, given back at the end.
+/// A description of a type information, released at the end.
 template <class T> class Lent {
 public:
     using GiveBack = void (STDMETHODCALLTYPE ITypeInfo::*)(T*);
@@ -91,7 +91,7 @@ TEST_F(TypeLibrary, IsAlsoAFileBesideTheModule) {
     EXPECT_EQ(file->GetTypeInfoCount(), library->GetTypeInfoCount());
 }
 
-TEST_F(TypeLibrary, NamesItsTypesAndSaysWhatTheyAre) {
+TEST_F(TypeLibrary, NamesAndDescribesItsTypes) {
     const struct {
         const GUID* guid;
         TYPEKIND kind;
@@ -113,7 +113,7 @@ TEST_F(TypeLibrary, NamesItsTypesAndSaysWhatTheyAre) {
     }
 }
 
-TEST_F(TypeLibrary, GivesTheClassItsTwoInterfacesTheFirstAsDefault) {
+TEST_F(TypeLibrary, ListsTwoInterfacesOfTheClassAndOneDefault) {
     const auto coclass = Info(CLSID_QMVCalculator);
     ASSERT_EQ(AttributesOf(*coclass.Get())->cImplTypes, 2);
     const struct {
@@ -132,7 +132,7 @@ TEST_F(TypeLibrary, GivesTheClassItsTwoInterfacesTheFirstAsDefault) {
     }
 }
 
-/// The interface as its entries stand in memory, behind the dual interface's dispatch face.
+/// The type information of the interface's virtual table. (That of a dual interface describes its dispatch side.)
 ComPointer<ITypeInfo> EntriesOf(ITypeInfo& face) {
     HREFTYPE reference = 0;
     EXPECT_EQ(face.GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
@@ -149,7 +149,7 @@ constexpr USHORT given = PARAMFLAG_FIN;
 constexpr USHORT handedOut = PARAMFLAG_FOUT;
 constexpr USHORT answer = PARAMFLAG_FOUT | PARAMFLAG_FRETVAL;
 
-/// The eight methods in their order, which is that of their dispatch identifiers too.
+/// The eight methods in their order, which is also the order of their dispatch identifiers.
 const std::vector<Method>& Methods() {
     static const std::vector<Method> methods{
         {{L"LoadHeadGeometryFromFile", L"FileName"}, {VT_PTR}, {given}},
@@ -165,7 +165,7 @@ const std::vector<Method>& Methods() {
     return methods;
 }
 
-/// The seven entries of late binding stand before ours.
+/// The seven methods of IDispatch come before ours.
 constexpr std::size_t entriesBefore = 7;
 
 void ExpectMethod(ITypeInfo& entries, UINT index, std::size_t number) {
@@ -187,7 +187,7 @@ void ExpectMethod(ITypeInfo& entries, UINT index, std::size_t number) {
         EXPECT_EQ(function->lprgelemdescParam[i].tdesc.vt, expected.types[i]) << i;
         EXPECT_EQ(function->lprgelemdescParam[i].paramdesc.wParamFlags, expected.flags[i]) << i;
     }
-    EXPECT_NE(WordsOf(entries, function->memid).help, L"") << "every method says what it is for";
+    EXPECT_NE(WordsOf(entries, function->memid).help, L"") << "every method must have a help text";
 }
 
 TEST_F(TypeLibrary, DescribesTheEightMethodsInTheirOrder) {
@@ -200,7 +200,7 @@ TEST_F(TypeLibrary, DescribesTheEightMethodsInTheirOrder) {
     EXPECT_EQ(AttributesOf(*second.Get())->cbSizeVft, (entriesBefore + 8) * sizeof(void*));
 }
 
-TEST_F(TypeLibrary, MakesBothInterfacesDualAndFitForAutomation) {
+TEST_F(TypeLibrary, MarksBothInterfacesAsDualAndAutomation) {
     for (const IID* const iid : {&IID_IQMVCalculator, &IID_IQMVCalculator2}) {
         const auto info = Info(*iid);
         const WORD flags = AttributesOf(*info.Get())->wTypeFlags;
@@ -227,13 +227,13 @@ void ExpectRecord(ITypeInfo& record, ULONG size, const std::vector<Field>& field
         EXPECT_EQ(field->elemdescVar.tdesc.vt, fields[i].type) << std::filesystem::path(fields[i].name);
     }
     const auto info = Received<IRecordInfo>([&](IRecordInfo** out) { return GetRecordInfoFromTypeInfo(&record, out); });
-    ASSERT_TRUE(info) << "what late-bound languages make records from";
+    ASSERT_TRUE(info) << "late-bound languages create records with it";
     ULONG made = 0;
     EXPECT_EQ(info->GetSize(&made), S_OK);
     EXPECT_EQ(made, size);
 }
 
-/// The fields, all numbers, one after the other.
+/// The fields of a record. All are doubles, without padding.
 std::vector<Field> Numbers(const std::vector<const wchar_t*>& names) {
     std::vector<Field> fields;
     for (const wchar_t* const name : names)
@@ -241,7 +241,7 @@ std::vector<Field> Numbers(const std::vector<const wchar_t*>& names) {
     return fields;
 }
 
-TEST_F(TypeLibrary, LaysOutTheSmallRecordsAsRowsOfNumbers) {
+TEST_F(TypeLibrary, LaysOutTheSmallRecordsAsDoubles) {
     ExpectRecord(*Info(GUID_XYZData).Get(), 24, Numbers({L"XPosition", L"YPosition", L"ZPosition"}));
     ExpectRecord(*Info(GUID_ArcData).Get(), 56,
                  Numbers({L"XOrigin", L"YOrigin", L"ZOrigin", L"iRotationVector", L"jRotationVector",
@@ -273,7 +273,7 @@ TEST_F(TypeLibrary, LaysOutTheNineteenMovesInTheirOrder) {
                   {L"DisengageFromLockLever", 656, VT_USERDEFINED}});
 }
 
-TEST_F(RegisteredTypeLibrary, IsFoundForItsLocaleAndForNone) {
+TEST_F(RegisteredTypeLibrary, IsFoundForBothLocales) {
     for (const LCID locale : {LCID{1033}, LCID{0}}) {
         const auto library = Received<ITypeLib>(
             [&](ITypeLib** out) { return LoadRegTypeLib(LIBID_CoQMV40CalculatorLib, 1, 0, locale, out); });
@@ -282,7 +282,7 @@ TEST_F(RegisteredTypeLibrary, IsFoundForItsLocaleAndForNone) {
     }
 }
 
-TEST_F(RegisteredTypeLibrary, GivesItsRecordsByTheirIdentifiers) {
+TEST_F(RegisteredTypeLibrary, HasItsRecordsByTheirIdentifiers) {
     const struct {
         const GUID* guid;
         ULONG size;
@@ -299,7 +299,7 @@ TEST_F(RegisteredTypeLibrary, GivesItsRecordsByTheirIdentifiers) {
     }
 }
 
-TEST_F(RegisteredTypeLibrary, IsNotFoundAnyMoreOnceUnregistered) {
+TEST_F(RegisteredTypeLibrary, IsNotFoundAfterTheUnregistration) {
     ASSERT_EQ(server.Unregister(), S_OK);
     for (const LCID locale : {LCID{1033}, LCID{0}}) {
         ITypeLib* library = nullptr;

@@ -4,8 +4,8 @@
 #include "tests/support/AlignmentArray.h"
 #include "tests/support/TemporaryFolder.h"
 
-/// A client may load and free the component for as long as it runs. From the first class on that it asks for, the file
-/// stays in the process; what it is asked to do must leave nothing behind all the same.
+/// A client can load and free the component any number of times. After the first request of a class object the module
+/// stays in the process. In both cases repeated use must not leak memory.
 
 namespace {
 
@@ -14,12 +14,11 @@ struct BusyMemory {
     long long bytes = 0;
 };
 
-/// What the platform may take for itself over a thousand rounds, in its other threads for one: far below one block a
-/// round.
+/// The platform's own allocations in 1000 rounds, for example in its threads: far below one block for each round.
 constexpr long long strayBlocks = 20;
 constexpr long long strayBytes = 4096;
 
-/// What is allocated in all of the process's heaps.
+/// The allocated memory in all heaps of the process.
 BusyMemory Busy() {
     HANDLE heaps[64];
     const DWORD count = GetProcessHeaps(64, heaps);
@@ -37,7 +36,7 @@ BusyMemory Busy() {
     return busy;
 }
 
-/// Uses what the module has, by its entries and by name. Nothing fails.
+/// Uses the module through its interfaces and by late binding, without failures.
 void Use(const LoadedServer& server) {
     const auto calculator = server.Create();
     ASSERT_TRUE(calculator);
@@ -49,7 +48,7 @@ void Use(const LoadedServer& server) {
     EXPECT_EQ(calculator->CalculateMove(90.0, -45.0, &moves), S_OK);
 }
 
-/// Failures of the three kinds: returned, thrown and reported by name.
+/// Failures of the three kinds: returned, thrown, and reported by late binding.
 void Fail(const LoadedServer& server) {
     const auto calculator = server.Create();
     ASSERT_TRUE(calculator);
@@ -64,13 +63,13 @@ void Fail(const LoadedServer& server) {
 
 class Unloading : public testing::Test {
 protected:
-    // The platform keeps a few freed texts for reuse unless told not to before it is first used.
+    // Without this setting the platform keeps freed texts for reuse. It must be made before the platform is used.
     static void SetUpTestSuite() { SetEnvironmentVariableW(L"OANOCACHE", L"1"); }
 
     static constexpr int warmUp = 50;
     static constexpr int rounds = 1000;
 
-    /// How much more is allocated after the rounds than before them.
+    /// The difference of the allocated memory after and before the rounds.
     template <class Round> static BusyMemory GrowthOver(Round&& round) {
         for (int i = 0; i < warmUp; ++i) round();
         const BusyMemory before = Busy();
@@ -89,7 +88,7 @@ void ExpectNothingLeft(const BusyMemory& growth) {
     EXPECT_LE(growth.bytes, strayBytes);
 }
 
-TEST_F(Unloading, TakesAFileOutOfTheProcessThatWasAskedForNoClass) {
+TEST_F(Unloading, RemovesTheModuleIfNoClassWasRequested) {
     const TemporaryFolder folder;
     const auto copy = folder.Path("CoQMV40Calculator.dll");
     std::filesystem::copy_file(ServerPath(), copy);
@@ -99,17 +98,17 @@ TEST_F(Unloading, TakesAFileOutOfTheProcessThatWasAskedForNoClass) {
                   CLASS_E_CLASSNOTAVAILABLE);
         EXPECT_EQ(GetModuleHandleW(copy.c_str()), nullptr);
     });
-    // The compiler's 32-bit runtime allocates its locks when it is loaded, and frees none: 356 bytes each time.
+    // The compiler's 32-bit runtime allocates locks of 356 bytes each time it is loaded, and never frees them.
     if (sizeof(void*) == 8) ExpectNothingLeft(growth);
 }
 
-TEST_F(Unloading, KeepsAFileInTheProcessThatWasAskedForItsClass) {
+TEST_F(Unloading, KeepsTheModuleAfterARequestOfTheClass) {
     EXPECT_TRUE(LoadedServer().Factory());
     EXPECT_NE(GetModuleHandleW(ServerPath().c_str()), nullptr);
-    EXPECT_EQ(LoadedServer().CanUnloadNow(), S_OK) << "what it answers is another matter";
+    EXPECT_EQ(LoadedServer().CanUnloadNow(), S_OK) << "the pinned module must still report that it is unused";
 }
 
-TEST_F(Unloading, AThousandTimesLeavesNothingBehind) {
+TEST_F(Unloading, AThousandTimesLeaksNothing) {
     ExpectNothingLeft(GrowthOver([] {
         const LoadedServer server;
         Use(server);
@@ -117,7 +116,7 @@ TEST_F(Unloading, AThousandTimesLeavesNothingBehind) {
     }));
 }
 
-TEST_F(Unloading, AThousandTimesAfterFailuresLeavesNothingBehind) {
+TEST_F(Unloading, AThousandTimesAfterFailuresLeaksNothing) {
     ExpectNothingLeft(GrowthOver([] {
         const LoadedServer server;
         Fail(server);
@@ -125,7 +124,7 @@ TEST_F(Unloading, AThousandTimesAfterFailuresLeavesNothingBehind) {
     }));
 }
 
-TEST_F(Unloading, IsNotNeededToGetRidOfFailures) {
+TEST_F(Unloading, IsNotNeededToFreeTheMemoryOfFailures) {
     const LoadedServer server;
     ExpectNothingLeft(GrowthOver([&] { Fail(server); }));
 }

@@ -14,13 +14,13 @@
 
 using namespace qmv40;
 
-/// The readers' own rules. This program provides the settings store itself and records every query.
+/// The rules of the readers. This program replaces the settings store by its own, which records every query.
 
 namespace {
 
 struct StoredValue {
     DWORD type;
-    std::string bytes; ///< as stored: a terminator only where it is spelt out
+    std::string bytes; ///< as stored: with a terminator only if it is written here
 };
 
 struct Question {
@@ -61,8 +61,8 @@ LSTATUS SettingsKey::Query(const char* name, std::span<char> buffer, DWORD& type
 
 namespace {
 
-/// One call of a reader of three values: their names in the order in which they are read, the defaults, and the sign
-/// that each stored figure gets.
+/// One call of a reader of three values: their names in the order of reading, their built-in values, and the signs with
+/// which stored values are multiplied.
 struct Group {
     const char* what;
     std::function<FixedOffset()> read;
@@ -110,7 +110,7 @@ StoredValue Text(const std::string& text) { return {REG_SZ, text + '\0'}; }
 struct Case {
     const char* why;
     std::optional<StoredValue> stored[3];
-    std::optional<double> read[3]; ///< none: the default
+    std::optional<double> read[3]; ///< none: the built-in value
 };
 
 constexpr std::nullopt_t none = std::nullopt;
@@ -130,8 +130,8 @@ const std::vector<Case>& Cases() {
         {"only Z stored: X fails, the capacity drops to 0 and stays there",
          {none, none, Text("-2")},
          {none, none, none}},
-        {"only Y stored, likewise", {none, Text("7"), none}, {none, none, none}},
-        {"Y and Z stored without X, likewise", {none, Text("7"), Text("8")}, {none, none, none}},
+        {"only Y stored", {none, Text("7"), none}, {none, none, none}},
+        {"Y and Z stored without X", {none, Text("7"), Text("8")}, {none, none, none}},
         {"only X stored", {Text("7"), none, none}, {7.0, none, none}},
         {"X and Z stored: Y fails, so Z is not read", {Text("7"), none, Text("8")}, {7.0, none, none}},
         {"Y takes 5 bytes and X took 2", {Text("1"), Text("12.5"), Text("3")}, {1.0, none, none}},
@@ -139,33 +139,37 @@ const std::vector<Case>& Cases() {
         {"Z takes one byte more than Y did, though less than X",
          {Text("1.125"), Text("2"), Text("33")},
          {1.125, 2.0, none}},
-        {"padding gives room: the length counts, not the number",
-         {Text("1    "), Text("12.5"), Text("3")},
-         {1.0, 12.5, 3.0}},
-        {"bytes behind the terminator give room too", {spacious, Text("12.5"), Text("3")}, {8.0, 12.5, 3.0}},
+        {"blanks in X make the buffer for Y larger", {Text("1    "), Text("12.5"), Text("3")}, {1.0, 12.5, 3.0}},
+        {"bytes behind the terminator make the buffer larger too",
+         {spacious, Text("12.5"), Text("3")},
+         {8.0, 12.5, 3.0}},
         {"text of 254 characters fills the buffer of 255 bytes",
          {Text(longest), Text("12.5"), Text("3")},
          {0.0, 12.5, 3.0}},
         {"text of 255 characters does not fit", {Text(longest + '5'), Text("2"), Text("3")}, {none, none, none}},
         {"an expanding text counts as text", {expanding, Text("4.25"), none}, {-3.5, 4.25, none}},
-        {"a number is no text", {number, Text("2"), Text("3")}, {none, none, none}},
-        {"nor are raw bytes", {Text("1.5"), binary, Text("3")}, {1.5, none, none}},
+        {"REG_DWORD is no text", {number, Text("2"), Text("3")}, {none, none, none}},
+        {"REG_BINARY is no text", {Text("1.5"), binary, Text("3")}, {1.5, none, none}},
         {"text without a terminator is not read", {unterminated, Text("2"), Text("3")}, {none, none, none}},
-        {"nor is it when it comes second", {Text("123456"), unterminated, Text("3")}, {123456.0, none, none}},
-        {"an empty text is zero, not the default, and leaves room for empty texts only",
+        {"text without a terminator in Y", {Text("123456"), unterminated, Text("3")}, {123456.0, none, none}},
+        {"an empty text is 0.0, and then the buffer holds empty texts only",
          {Text(""), Text(""), Text("3")},
          {0.0, 0.0, none}},
-        {"a value of no bytes is an empty text and leaves no room",
+        {"a value of no bytes is an empty text, and then the buffer is empty",
          {zeroBytes, Text("2"), Text("3")},
          {0.0, none, none}},
-        {"values of no bytes fit into no room", {zeroBytes, zeroBytes, zeroBytes}, {0.0, 0.0, 0.0}},
-        {"nothing fits after a value that is missing, not even no bytes",
+        {"values of no bytes fit into an empty buffer", {zeroBytes, zeroBytes, zeroBytes}, {0.0, 0.0, 0.0}},
+        {"after a missing value nothing is read, not even a value of no bytes",
          {none, zeroBytes, zeroBytes},
          {none, none, none}},
-        {"nor after a value that is too long", {Text("1"), Text("12.5"), zeroBytes}, {1.0, none, none}},
-        {"nor after one of another type", {Text("1"), binary, zeroBytes}, {1.0, none, none}},
-        {"nor after one without a terminator", {Text("123456"), unterminated, zeroBytes}, {123456.0, none, none}},
-        {"a word is zero and not the default, as required", {Text("abc"), Text("x"), Text("mm")}, {0.0, 0.0, none}},
+        {"after a value that is too long nothing is read", {Text("1"), Text("12.5"), zeroBytes}, {1.0, none, none}},
+        {"after a value of another type nothing is read", {Text("1"), binary, zeroBytes}, {1.0, none, none}},
+        {"after a text without a terminator nothing is read",
+         {Text("123456"), unterminated, zeroBytes},
+         {123456.0, none, none}},
+        {"a word is 0.0 and not the built-in value, as required",
+         {Text("abc"), Text("x"), Text("mm")},
+         {0.0, 0.0, none}},
         {"conversion stops where the number ends", {Text("7mm"), Text("8 9"), Text("1,5")}, {7.0, 8.0, 1.0}},
         {"leading blanks are skipped", {Text("   4.5"), Text("\t-6"), Text(" +7")}, {4.5, -6.0, 7.0}},
         {"exponents", {Text("-2.4826e+01"), Text("6.0000e+00"), Text("1E-3")}, {-24.826, 6.0, 0.001}},
@@ -183,7 +187,7 @@ double Expected(const Group& group, const Case& testCase, int i) {
     return testCase.read[i] ? group.sign[i] * *testCase.read[i] : group.defaults[i];
 }
 
-TEST(FixedHeadOffsets, AreReadOneAfterTheOtherWithARoomThatOnlyShrinks) {
+TEST(FixedHeadOffsets, AreReadWithABufferThatNeverGrows) {
     for (const Group& group : Groups()) {
         for (const Case& testCase : Cases()) {
             SCOPED_TRACE(std::string(group.what) + ": " + testCase.why);
@@ -206,7 +210,7 @@ TEST(FixedHeadOffsets, OpenTheKeyOnceForEachOffsetAndCloseIt) {
     }
 }
 
-TEST(FixedHeadOffsets, AskForXThenYThenZWithTheLengthOfTheOneBeforeAsTheCapacity) {
+TEST(FixedHeadOffsets, QueryWithTheLengthOfTheTextBefore) {
     for (const Group& group : Groups()) {
         SCOPED_TRACE(group.what);
         Store3(group, {"", {Text("1.25"), Text("2.5"), Text("3")}, {}});
@@ -216,16 +220,16 @@ TEST(FixedHeadOffsets, AskForXThenYThenZWithTheLengthOfTheOneBeforeAsTheCapacity
     }
 }
 
-TEST(FixedHeadOffsets, StartEveryOffsetWithTheWholeCapacity) {
+TEST(FixedHeadOffsets, BeginEachOffsetWithTheWholeBuffer) {
     const Group& group = Groups().front();
     Store3(group, {"", {Text("1.25"), Text("2"), Text("3")}, {}});
     group.read();
-    EXPECT_EQ(group.read().x, 1.25) << "what one call leaves of the capacity is no business of the next";
+    EXPECT_EQ(group.read().x, 1.25) << "one call must not affect the buffer of the next";
     ASSERT_EQ(store.asked.size(), 6U);
     EXPECT_EQ(store.asked[3].capacity, 255U);
 }
 
-TEST(FixedHeadOffsets, AreTheDefaultsWithoutAKeyWhateverAValueMightHold) {
+TEST(FixedHeadOffsets, AreBuiltInWithoutAKey) {
     for (const Group& group : Groups()) {
         SCOPED_TRACE(group.what);
         Store3(group, {"", {Text("1"), Text("2"), Text("3")}, {}});
@@ -246,11 +250,11 @@ struct Rotation {
 
 constexpr Rotation rotations[] = {
     {"Locked To Unlocked Lever Rotation", [] { return ReadFixedRotation(HeadOffset::UnlockingRotation); }, 135.0},
-    // The capitals of this name are unlike those of its partner, and are required.
+    // The capitals of this name are required. They differ from those of the name before.
     {"UnLocked To locked Lever Rotation", [] { return ReadFixedRotation(HeadOffset::LockingRotation); }, 138.0},
 };
 
-TEST(LeverRotations, AreEachReadAloneWithTheWholeCapacity) {
+TEST(LeverRotations, AreReadSeparatelyWithTheWholeBuffer) {
     for (const Rotation& rotation : rotations) {
         SCOPED_TRACE(rotation.name);
         store = Store{};
@@ -261,7 +265,7 @@ TEST(LeverRotations, AreEachReadAloneWithTheWholeCapacity) {
     }
 }
 
-TEST(LeverRotations, AreTheDefaultsWhereNoTextCanBeRead) {
+TEST(LeverRotations, AreBuiltInIfNoTextCanBeRead) {
     const std::pair<const char*, std::optional<StoredValue>> cases[] = {
         {"no value", none},
         {"a number", StoredValue{REG_DWORD, std::string("\x78\0\0\0", 4)}},
@@ -278,7 +282,7 @@ TEST(LeverRotations, AreTheDefaultsWhereNoTextCanBeRead) {
     }
 }
 
-TEST(LeverRotations, AreZeroWhereTheTextIsNoNumber) {
+TEST(LeverRotations, AreZeroIfTheTextIsNoNumber) {
     for (const Rotation& rotation : rotations) {
         for (const char* const text : {"", "abc", "-", "mm7"}) {
             SCOPED_TRACE(std::string(rotation.name) + " = '" + text + "'");
@@ -289,7 +293,7 @@ TEST(LeverRotations, AreZeroWhereTheTextIsNoNumber) {
     }
 }
 
-/// Why each setting of the shift has the value that it has.
+/// The reasons for the values of the locked-to-unlocked offset.
 std::vector<qmv40::SettingSource> SourcesOfTheShift() {
     std::vector<qmv40::SettingSource> sources;
     const auto readings = qmv40::ReadHeadSettings();
@@ -299,7 +303,7 @@ std::vector<qmv40::SettingSource> SourcesOfTheShift() {
     return sources;
 }
 
-TEST(HeadSettings, SayWhyABuiltInValueCounts) {
+TEST(HeadSettings, TellTheReasonForABuiltInValue) {
     using enum qmv40::SettingSource;
     const Group& shift = Groups().back();
     const struct {

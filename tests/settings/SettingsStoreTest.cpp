@@ -9,7 +9,7 @@
 
 using namespace qmv40;
 
-/// The readers against the platform's own settings store.
+/// The readers with the platform's own settings store.
 
 namespace {
 
@@ -42,14 +42,14 @@ protected:
     SettingsFixture settings;
 };
 
-TEST_F(SettingsStore, WithoutTheKeyLeavesAllFourteenDefaults) { ExpectDefaults(); }
+TEST_F(SettingsStore, WithoutTheKeyGivesAllBuiltInValues) { ExpectDefaults(); }
 
-TEST_F(SettingsStore, WithAnEmptyKeyLeavesAllFourteenDefaults) {
+TEST_F(SettingsStore, WithAnEmptyKeyGivesAllBuiltInValues) {
     settings.CreateEmptyKey();
     ExpectDefaults();
 }
 
-TEST_F(SettingsStore, OverridesAllFourteenByTheirNames) {
+TEST_F(SettingsStore, OverridesEachOfTheFourteenByItsName) {
     const std::pair<const char*, const char*> values[] = {
         {"Head Centre To Drive Cup X Offset", "1.01"},    {"Head Centre To Drive Cup Y Offset", "2.02"},
         {"Head Centre To Drive Cup Z Offset", "3.03"},    {"Head Centre To Lever Centre X Offset", "4.04"},
@@ -69,7 +69,7 @@ TEST_F(SettingsStore, OverridesAllFourteenByTheirNames) {
     EXPECT_EQ(ReadFixedRotation(HeadOffset::LockingRotation), 14.1);
 }
 
-TEST_F(SettingsStore, IsReadAfreshOnEveryUse) {
+TEST_F(SettingsStore, IsReadAgainOnEveryUse) {
     EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 135.0);
     settings.SetText("Locked To Unlocked Lever Rotation", "120");
     EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 120.0);
@@ -79,20 +79,20 @@ TEST_F(SettingsStore, IsReadAfreshOnEveryUse) {
     EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 135.0);
 }
 
-TEST_F(SettingsStore, MakesNoDifferenceOfLetterCaseInNames) {
+TEST_F(SettingsStore, IgnoresTheLetterCaseOfNames) {
     settings.SetText("UNLOCKED TO LOCKED LEVER ROTATION", "7");
     settings.SetText("locked to unlocked lever rotation", "8");
     EXPECT_EQ(ReadFixedRotation(HeadOffset::LockingRotation), 7.0);
     EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 8.0);
 }
 
-// The capacity is not reset between the values of one offset, as required: see the reader.
-TEST_F(SettingsStore, ThatHoldsOnlyZOfAnOffsetLeavesItsDefault) {
+// The buffer of an offset never grows: required, see HeadSettings.h.
+TEST_F(SettingsStore, WithOnlyZOfAnOffsetGivesItsBuiltInZ) {
     settings.SetText("Locked To Unlocked Z Offset", "-2");
     ExpectOffset(ReadFixedOffset(HeadOffset::LockedToUnlocked), {0.0, 0.0, -1.5});
 }
 
-TEST_F(SettingsStore, ThatHoldsALongerTextForYThanForXLeavesTheDefaultOfY) {
+TEST_F(SettingsStore, WithALongerTextForYThanForXGivesTheBuiltInY) {
     settings.SetText("Head Centre To Drive Cup X Offset", "1");
     settings.SetText("Head Centre To Drive Cup Y Offset", "12.5");
     settings.SetText("Head Centre To Drive Cup Z Offset", "3");
@@ -110,8 +110,8 @@ TEST_F(SettingsStore, ReadsTextsByTheirBeginningAndIgnoresOtherTypes) {
         {"a word is zero", text, Bytes(std::string("abc\0", 4)), 0.0},
         {"up to the unit", text, Bytes(std::string("7mm\0", 4)), 7.0},
         {"an empty text is zero", text, Bytes(std::string("\0", 1)), 0.0},
-        {"expandable text is read as it stands", expandableText, Bytes(std::string("-3.5\0", 5)), -3.5},
-        {"which makes an unexpanded variable a word", expandableText, Bytes(std::string("%TEMP%\0", 7)), 0.0},
+        {"expandable text is read without expansion", expandableText, Bytes(std::string("-3.5\0", 5)), -3.5},
+        {"so the name of a variable is a word", expandableText, Bytes(std::string("%TEMP%\0", 7)), 0.0},
         {"a number is ignored", number, {7, 0, 0, 0}, 135.0},
         {"bytes are ignored, though they hold a text", bytes, Bytes(std::string("7\0", 2)), 135.0},
         {"too long", text, Bytes(longest + std::string("1\0", 2)), 135.0},
@@ -129,9 +129,9 @@ TEST_F(SettingsStore, ReadsATextThatFillsTheBufferToItsLastByte) {
     EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), 12.5);
 }
 
-// A text that was stored without a terminator: a store may return it as it is, and the default is then read; or the
-// store adds the terminator, and the text is read. No other result is allowed.
-TEST_F(SettingsStore, ReadsATextStoredWithoutItsTerminatorWholeOrNotAtAll) {
+// If a text was stored without a terminator, two results are allowed: the store returns it without one, and the
+// built-in value is used; or the store adds the terminator, and the text is used.
+TEST_F(SettingsStore, ReadsATextWithoutATerminatorWholeOrNotAtAll) {
     settings.SetRaw("Locked To Unlocked Lever Rotation", text, Bytes("120.5"));
     const double read = ReadFixedRotation(HeadOffset::UnlockingRotation);
     EXPECT_TRUE(read == 120.5 || read == 135.0) << read;

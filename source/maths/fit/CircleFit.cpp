@@ -9,10 +9,11 @@ namespace qmv40::fit {
 
 namespace {
 
+/// The radius at which the sagitta is four roundings of a coordinate.
 double StraightRadius(const ScaledPoints& points) noexcept { return sagittaTimesRadius / (4.0 * points.GetRounding()); }
 
-/// Whether the noise is below a tenth of the sagitta. Then it is certain on which side of the arc the centre is, and
-/// the minimum near the initial guess is the best one.
+/// Whether the noise is below a tenth of the sagitta. Then the noise cannot hide on which side of the arc the
+/// centre is, and the minimum near the initial guess is the lowest.
 bool IsClear(const SolvedCircle& solved, const ScaledPoints& points) noexcept {
     return solved.NoiseOverSagitta(points) < 0.1;
 }
@@ -26,7 +27,7 @@ std::optional<SolvedCircle> FitClearCircle(ScaledPoints& points, SolverLimits& l
     return solved && IsClear(*solved, points) ? solved : std::nullopt;
 }
 
-/// Tries several initial guesses, because the noise can hide the plane of the circle, and takes the best result.
+/// Tries several initial guesses, because the noise can hide the plane of the circle. Returns the best result.
 /// Nothing when no circle fits better than the least-squares line.
 std::optional<SolvedCircle> FitUnclearCircle(ScaledPoints& points, SolverLimits& limits) {
     const PrincipalAxes axes(points);
@@ -51,8 +52,8 @@ std::optional<SolvedCircle> FitUnclearCircle(ScaledPoints& points, SolverLimits&
     return beatsTheLine() ? best : std::nullopt;
 }
 
-/// A circle through 8192 of the points is so near to the circle through all of them that the solver then needs about
-/// two passes over the whole set.
+/// The circle of 8192 points is a good initial guess for the circle of all points: the solver then needs about two
+/// passes over all points.
 constexpr std::size_t sampleSize = 8192;
 
 /// Starts from the circle through a sample. Nothing when the result is not clear.

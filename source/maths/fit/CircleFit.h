@@ -12,7 +12,7 @@ struct FittedCircle {
     double radius;
 };
 
-/// The least-squares circle in space. CMaCircle::Fit states its accuracy and its errors.
+/// The least-squares circle in space. CMaCircle.h states its accuracy and its errors.
 FittedCircle FitCircle(const CMaPointArray& points, long iterationLimit);
 
 } // namespace qmv40::fit

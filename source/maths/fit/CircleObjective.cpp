@@ -12,7 +12,7 @@ namespace {
 /// Residuals of one point, and its place on the circle.
 struct PointResiduals {
     double g, h;   ///< distance from the axis minus the radius; signed distance from the plane
-    double s, sag; ///< sine, and 1 - cosine, of the angle between apex and point; computed without cancellation
+    double s, sag; ///< sine, and 1 - cosine, of the angle between apex and point, seen from the axis
     double perRho; ///< 1 / distance from the axis
 };
 
@@ -29,7 +29,7 @@ public:
         const double h = x * normal.x + y * normal.y + z * normal.z;
         const double fromAxis = v + r;
         const double rho = std::sqrt(fromAxis * fromAxis + u * u + axisSquared);
-        const double perBoth = 1.0 / (rho * (rho + r)); // one division instead of two: it dominates the time
+        const double perBoth = 1.0 / (rho * (rho + r)); // one division instead of two: divisions dominate the time
         const double perRho = perBoth * (rho + r);
         const double g = (v * (fromAxis + r) + u * u) * (perBoth * rho);
         return {g, h, u * perRho, (g - v) * perRho, perRho};
@@ -138,43 +138,44 @@ CircleObjective::CircleObjective(const ApexCircle& circle, const ScaledPoints& p
 
 void CircleObjective::MakeHessianExact(const ApexCircle& circle, const ScaledPoints& points) noexcept {
     isExact = true;
-    // bend = g / rho is the relative distance of a point from the circle, seen from the axis. All these sums vanish
-    // when g and h do.
-    const auto [bendSS, bendCS, flatSS, flatCS, inTurn, inCurvature, acrossTurn, acrossCurvature, forward, both,
-                sideways] = points.SumOver([residuals = ResidualsFromCircle(circle)](double x, double y, double z) {
-        const PointResiduals at = residuals(x, y, z);
-        const double g = at.g, h = at.h, s = at.s, sag = at.sag, c = 1.0 - sag;
-        const double bend = g * at.perRho, flat = h * (1.0 - bend), hh = h * h * at.perRho;
-        const double ss = s * s, cs = c * s, cc = c * c;
-        const double outOfRound = sag + bend * c;
-        return std::array{bend * ss,
-                          bend * cs,
-                          flat * ss,
-                          flat * cs,
-                          g * c * outOfRound,
-                          g * s * outOfRound,
-                          h * (ss + bend * cc),
-                          h * s * outOfRound,
-                          g * c * sag + hh * ss,
-                          s * (hh * c - g * sag),
-                          g * ss - hh * cc};
-    });
+    // Sums of the second derivatives, weighted with the residuals. Most are named after the two unknowns that they
+    // belong to. All vanish when g and h do. c and s are the cosine and the sine of the angle between apex and point.
+    const auto [gSS, gCS, hSS, hCS, turnTurn, turnCurvature, turnSideways, curvatureSideways, forwardForward,
+                forwardSideways, sidewaysSideways] =
+        points.SumOver([residuals = ResidualsFromCircle(circle)](double x, double y, double z) {
+            const PointResiduals at = residuals(x, y, z);
+            const double g = at.g, h = at.h, s = at.s, sag = at.sag, c = 1.0 - sag;
+            const double gPerRho = g * at.perRho, hOnCircle = h * (1.0 - gPerRho), hhPerRho = h * h * at.perRho;
+            const double ss = s * s, cs = c * s, cc = c * c;
+            const double fall = sag + gPerRho * c; // 1 - c r / rho, without cancellation
+            return std::array{gPerRho * ss,
+                              gPerRho * cs,
+                              hOnCircle * ss, // h r / rho
+                              hOnCircle * cs,
+                              g * c * fall,
+                              g * s * fall,
+                              h * (ss + gPerRho * cc),
+                              h * s * fall,
+                              g * c * sag + hhPerRho * ss,
+                              s * (hhPerRho * c - g * sag),
+                              g * ss - hhPerRho * cc};
+        });
     const double r = circle.radius;
-    hessian[apexOutward][apexOutward] += bendSS;
-    hessian[apexOutward][turnInPlane] += r * bendCS;
-    hessian[apexOutward][curvature] += r * bendSS;
-    hessian[apexOutward][tiltForward] -= flatSS;
-    hessian[apexOutward][tiltSideways] += flatCS;
-    hessian[turnInPlane][turnInPlane] -= r * inTurn;
-    hessian[turnInPlane][curvature] -= r * inCurvature;
-    hessian[turnInPlane][tiltForward] -= r * flatCS;
-    hessian[turnInPlane][tiltSideways] -= r * acrossTurn;
-    hessian[curvature][curvature] += r * (r * bendSS) - 2.0 * gradient[curvature];
-    hessian[curvature][tiltForward] -= r * flatSS + gradient[tiltForward];
-    hessian[curvature][tiltSideways] -= r * acrossCurvature;
-    hessian[tiltForward][tiltForward] -= r * forward;
-    hessian[tiltForward][tiltSideways] += r * both;
-    hessian[tiltSideways][tiltSideways] += r * sideways;
+    hessian[apexOutward][apexOutward] += gSS;
+    hessian[apexOutward][turnInPlane] += r * gCS;
+    hessian[apexOutward][curvature] += r * gSS;
+    hessian[apexOutward][tiltForward] -= hSS;
+    hessian[apexOutward][tiltSideways] += hCS;
+    hessian[turnInPlane][turnInPlane] -= r * turnTurn;
+    hessian[turnInPlane][curvature] -= r * turnCurvature;
+    hessian[turnInPlane][tiltForward] -= r * hCS;
+    hessian[turnInPlane][tiltSideways] -= r * turnSideways;
+    hessian[curvature][curvature] += r * (r * gSS) - 2.0 * gradient[curvature];
+    hessian[curvature][tiltForward] -= r * hSS + gradient[tiltForward];
+    hessian[curvature][tiltSideways] -= r * curvatureSideways;
+    hessian[tiltForward][tiltForward] -= r * forwardForward;
+    hessian[tiltForward][tiltSideways] += r * forwardSideways;
+    hessian[tiltSideways][tiltSideways] += r * sidewaysSideways;
     MirrorUpperTriangle(hessian);
 }
 

@@ -7,10 +7,10 @@
 
 namespace qmv40::fit {
 
-/// A circle, described at its apex: the point of the circle in the middle of the data.
+/// A circle, described at its apex: the point of the circle in the middle of the measured arc.
 ///
-/// On a short arc the centre is far away from the points. Differences of distances from the centre would lose most of
-/// their digits (for an arc of 1 degree, 4 of 16); distances from the apex keep them.
+/// On a short arc the centre is far away from the points, and the differences of distances from the centre have fewer
+/// digits: on an arc of 1 degree, 4 of 16 digits are lost. Distances from the apex keep all digits.
 struct ApexCircle {
     CMaVector apex;
     CMaVector outward; ///< unit vector from the centre to the apex
@@ -21,8 +21,8 @@ struct ApexCircle {
     CMaVector Centre() const noexcept { return apex + outward * -radius; }
 };
 
-/// The six unknowns: small changes of an ApexCircle. A short arc determines each of them separately. The centre and the
-/// radius would be strongly correlated there.
+/// The six unknowns: small changes of an ApexCircle. A short arc determines each of them separately. (The coordinates
+/// of the centre and the radius would be strongly correlated.)
 enum Unknown : std::size_t {
     apexOutward,  ///< shift of the apex away from the centre
     turnInPlane,  ///< rotation about the normal at the apex, radians
@@ -35,6 +35,7 @@ enum Unknown : std::size_t {
 using Vector6 = std::array<double, 6>;
 using Matrix6 = SquareMatrix<6>;
 
+/// The circle after the `change` of its six unknowns.
 ApexCircle Changed(const ApexCircle& circle, const Vector6& change) noexcept;
 
 /// The largest of the six changes; lengths are relative to the radius.

@@ -8,14 +8,12 @@
 //
 // 1. Gauss-Newton without damping, while the distances of the points are below 1 % of the sagitta. It needs one pass
 //    over the points for a step, and the error shrinks by the factor noise / sagitta in each step.
-// 2. Newton with the exact Hessian otherwise. It needs two passes, but converges quadratically also on short noisy
-// arcs.
+// 2. Newton with the exact Hessian otherwise. It needs two passes, and converges quadratically on noisy arcs too.
 // 3. Gauss-Newton with Marquardt's damping (Levenberg-Marquardt) where the Hessian is not positive definite, or where
 //    Newton's step would increase the sum of squares; back to Newton when the steps are below 10 % of the radius.
 // 4. At a saddle point, a line search along the direction of negative curvature.
-//
-// The solver stops on the size of the step. The sum of squares cannot tell: it is constant to its last digit while the
-// centre is still wrong by 1e-8 of the radius.
+// The solver stops when the step is small. The sum of squares is no criterion: near the minimum an error of 1e-8 of the
+// noise changes it by about 1e-16 of itself, which is less than one rounding.
 
 namespace qmv40::fit {
 
@@ -44,15 +42,18 @@ public:
     }
 
 private:
-    /// Steps change less than a rounding of the unknowns: the step is about 1 / damping of the undamped one.
+    // None of these limits is critical: the certified cases of the tests come out right with a maxDamping of 1e5 or
+    // 1e12, with 500 steps without decrease, and with 1 or 4 straight steps too.
+
+    /// The step is then about 1e-9 of the undamped one. If the sum of squares still grows, rounding hides the decrease.
     static constexpr double maxDamping = 1e9;
-    /// The matrix stays indefinite with three more powers of ten: it is not finite or has a zero on its diagonal.
+    /// If the matrix is still not positive definite, it is not finite or has a zero on its diagonal.
     static constexpr double divergedDamping = 1e3 * maxDamping;
-    /// Where the minimum is a curve instead of a point, the steps can follow it forever.
+    /// If the minimum is a curve instead of a point, the steps can follow the curve forever.
     static constexpr int maxStepsWithoutDecrease = 50;
-    /// The hardest of the certified cases need 45. A fit that needs more than 500 is diverging towards a line.
+    /// The hardest of the tests' certified cases need 45. A fit that needs more than 500 diverges towards a line.
     static constexpr int maxEvaluations = 500;
-    /// The radius may leave the range for one or two steps and come back.
+    /// The radius may exceed limits.straightRadius in one or two steps and be smaller again in the next.
     static constexpr int maxStraightSteps = 3;
 
     SolvedCircle Result() const noexcept { return {circle, objective.value}; }
@@ -75,14 +76,14 @@ private:
             const double errorLeft = std::max({noise, step, step / lastStep});
             if (!(errorLeft <= maxErrorLeft)) return false;
             circle = Changed(circle, *change);
-            if (errorLeft * step < epsilon) return true; // the next step would be lost in the rounding
+            if (errorLeft * step < epsilon) return true; // the next step would be below the rounding
             objective = Evaluate(circle);
             lastStep = step;
         }
         return false;
     }
 
-    /// Called when the Hessian is not positive definite. True at a stationary point without negative curvature.
+    /// Called when the Hessian is not positive definite. True at a stationary point that is no saddle point.
     bool LeaveIndefiniteRegion() {
         constexpr double stationary = 1e-6; // relative size of the last Gauss-Newton step
         if (isNewton && lastDampedStep < stationary) return !LeaveSaddle();
@@ -90,8 +91,9 @@ private:
         return false;
     }
 
-    /// At a saddle point the gradient is zero, and the way down is the eigenvector of the Hessian's smallest
-    /// eigenvalue. False when no point on that line is lower.
+    /// At a saddle point the gradient is zero, but the sum of squares decreases along the eigenvector of the Hessian's
+    /// smallest eigenvalue, in both senses. Tries shorter and shorter steps, in alternating senses. False when none
+    /// decreases the sum.
     bool LeaveSaddle() {
         const CircleObjective gaussNewton = Evaluate(circle); // its diagonal is positive
         Vector6 scale;
@@ -116,7 +118,7 @@ private:
         return false;
     }
 
-    /// From Newton to damped Gauss-Newton; in damped Gauss-Newton, to more damping.
+    /// Switches from Newton to damped Gauss-Newton. If that is in use already, increases the damping.
     void SwitchToGaussNewton() {
         if (isNewton)
             objective = Evaluate(circle, isNewton = false);
@@ -124,7 +126,7 @@ private:
             damping *= 10.0;
     }
 
-    /// Takes the step if the sum of squares does not grow. True when the minimum is reached.
+    /// Accepts the step if the sum of squares does not grow. True when the minimum is reached.
     bool TryStep(const Vector6& change) {
         const double size = SizeOf(change, circle.radius);
         const ApexCircle next = Changed(circle, change);
@@ -142,7 +144,7 @@ private:
         return isNewton ? IsStalled(size, isLower) : DecreaseDamping(size);
     }
 
-    /// Smaller differences of the sum of squares are not significant.
+    /// Sums of squares that differ by less count as equal, so that rounding never rejects a good step.
     double Noise(double value) const noexcept { return 1e-9 * value + RoundingOf(value, points); }
 
     /// True when no smaller step is possible.
@@ -152,7 +154,8 @@ private:
         return false;
     }
 
-    /// After an accepted step. Near the minimum it switches back to Newton. Never reports the end: always false.
+    /// After an accepted damped step. Near the minimum it switches back to Newton. Always false: Newton decides the
+    /// end.
     bool DecreaseDamping(double size) {
         constexpr double nearMinimum = 0.1; // of the radius
         damping = std::max(0.1 * damping, epsilon);
@@ -164,14 +167,16 @@ private:
         return false;
     }
 
-    /// Newton's steps shrink quadratically: is this one, or the one that would follow, below the rounding?
+    /// Whether this Newton step, or the next one, is below the rounding. The convergence is quadratic: if a step is
+    /// `ratio` times the one before, the next one is about ratio^2 times this one.
     bool IsLast(double size) noexcept {
         const double ratio = size / lastNewtonStep;
         lastNewtonStep = size;
         return size < 2.0 * epsilon || (size < 1e-9 && size * ratio * ratio < 0.25 * epsilon);
     }
 
-    /// The third step that neither halves the step size nor lowers the sum: the rounding of the points allows no more.
+    /// True at the third successive step that neither halves the step size nor lowers the sum: the rounding of the
+    /// coordinates prevents further progress.
     bool IsStalled(double size, bool isLower) noexcept {
         stalledSteps = size > 0.5 * smallestNewtonStep && !isLower ? stalledSteps + 1 : 0;
         smallestNewtonStep = std::min(size, smallestNewtonStep);

@@ -4,11 +4,11 @@
 
 namespace qmv40::fit {
 
-/// The sagitta of an arc (its height above the chord) times its radius, for points that ScaledPoints has scaled.
+/// The sagitta of an arc (its height above the chord) times its radius, in the scaled unit of ScaledPoints.
 ///
 /// A chord of length c on a circle of radius r has the sagitta c^2 / (8 r), if the arc is short. The largest extent of
-/// scaled points is 2 to 4 units along an axis, hence c is 2 to 7 units and the sagitta times r is 0.5 to 6. All uses
-/// need its order of magnitude only.
+/// scaled points is 2 to 4 units along an axis, hence c is 2 to 7 units and the sagitta times r is 0.5 to 6. Only the
+/// order of magnitude is needed.
 constexpr double sagittaTimesRadius = 1.0;
 
 struct SolverLimits {
@@ -16,7 +16,8 @@ struct SolverLimits {
     long evaluationsLeft;  ///< of the objective; each reads the points once or twice
 };
 
-/// How much the rounding of the coordinates and of the arithmetic can change half a sum of squares of this `value`.
+/// A bound of the rounding error of `value`, which is half a sum of squares: the roundings of the coordinates and those
+/// of the arithmetic.
 double RoundingOf(double value, const ScaledPoints& points) noexcept;
 
 struct SolvedCircle {

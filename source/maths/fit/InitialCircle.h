@@ -14,8 +14,8 @@ namespace qmv40::fit {
 std::optional<ApexCircle> TaubinCircle(const CMaVector& first, const CMaVector& second, const ScaledPoints& points,
                                        double straightRadius);
 
-/// A flat arc along the axis of largest spread, curved as the least-squares parabola through the points is. It fits
-/// better than a straight line. Nothing also when that parabola is straight.
+/// A flat arc along the axis of largest spread, with the curvature of the least-squares parabola through the points. It
+/// fits better than a straight line. Also nothing when that parabola is a straight line.
 std::optional<ApexCircle> FlatArc(const PrincipalAxes& axes, const ScaledPoints& points, double straightRadius);
 
 } // namespace qmv40::fit

@@ -8,7 +8,7 @@ namespace qmv40::fit {
 
 namespace {
 
-/// A point that a program computes on a line (origin + t * direction) has about this many roundings.
+/// A point computed on a line (origin + t * direction) is off the line by about this many roundings.
 constexpr double straightInRoundings = 4.0;
 
 /// The three coordinates of a point, then the six products of two of them.
@@ -77,7 +77,7 @@ void RotateFrame(CMaVector (&frame)[3], const SquareMatrix<3>& vectors) noexcept
     frame[2] = longest * middle;
 }
 
-/// About the sine of the angle of that rotation, for the axes that must be accurate.
+/// About the sine of the angle by which RotateFrame rotates the axes that must be accurate.
 double SizeOfRotation(const SquareMatrix<3>& vectors, PrincipalAxes::Accuracy accuracy) noexcept {
     const double longest = std::max(std::fabs(vectors[0][1]), std::fabs(vectors[0][2]));
     return accuracy == PrincipalAxes::Accuracy::FullForLargest ? longest : std::max(longest, std::fabs(vectors[1][2]));

@@ -21,7 +21,7 @@ struct PrincipalAxes {
     /// Moves the base of `points` to their mean, accurate to the rounding of the coordinates.
     explicit PrincipalAxes(ScaledPoints& points, Accuracy accuracy = Accuracy::Full) noexcept;
 
-    /// The rounding of the coordinates alone can explain the middle spread: the points lie on a line.
+    /// The middle spread is within the rounding of the coordinates: the points lie on a line.
     bool IsStraight() const noexcept { return spread[1] <= straightWithin; }
 
     /// Right-handed orthonormal frame: largest, middle, smallest spread.

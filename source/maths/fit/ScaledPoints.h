@@ -45,9 +45,9 @@ public:
     }
     double ToCaller(double length) const noexcept { return length / scale; }
 
-    /// Sums `termsOf(x, y, z)`, an array of doubles, over all points. The sums are blocked: their rounding error grows
-    /// with the number of blocks of 512 points. The order of the additions, and hence each bit of the result, does not
-    /// depend on the width of the vector registers.
+    /// Sums `termsOf(x, y, z)`, an array of doubles, over all points. The points are summed in blocks of 512, so that
+    /// the rounding error grows with the number of blocks instead of the number of points. The order of the additions,
+    /// and hence each bit of the result, does not depend on the width of the vector registers.
     template <typename TermsOf> auto SumOver(const TermsOf& termsOf) const {
 #ifdef QMV40_MAY_USE_AVX2
         if (__builtin_cpu_supports("avx2")) return SumWithAvx2(termsOf);
@@ -72,8 +72,8 @@ private:
         return totals;
     }
 
-    /// Adds every eighth point to the same of eight partial sums (lanes). The compiler puts two or four lanes into one
-    /// register; the result is the same.
+    /// Keeps eight partial sums (lanes): point i of the block goes to lane i modulo 8. The compiler holds two or four
+    /// lanes in one vector register. The result is the same.
     template <typename TermsOf, std::size_t Count>
     void AddRun(std::size_t begin, std::size_t end, const TermsOf& termsOf, std::array<double, Count>& totals) const {
         double sums[Count][laneCount] = {};

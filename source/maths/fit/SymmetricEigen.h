@@ -42,10 +42,10 @@ private:
     }
 
     /// The rotation that makes the off-diagonal element `off` zero. `half` is half the difference of the two diagonal
-    /// elements. The rotation subtracts `shift` from the first of these and adds it to the second.
+    /// elements. The rotation subtracts `shift` from the first diagonal element and adds it to the second.
     struct JacobiRotation {
         JacobiRotation(double off, double half) noexcept {
-            constexpr double smallTangent = 1e-8; // its square is below a rounding of 1
+            constexpr double smallTangent = 1e-8; // 1 plus its square is rounded to 1
             constexpr double squareUnderflows = 0x1p-500, farLarger = 0x1p600;
             if (std::fabs(off) < smallTangent * std::fabs(half)) {
                 s = 0.5 * off / half;

@@ -1,5 +1,7 @@
 #include "platform/portable/Activation.h"
 
+#include "platform/ComPointer.h"
+
 #include <atomic>
 
 using namespace qmv40;
@@ -24,13 +26,9 @@ bool IsSameProgId(LPCOLESTR left, LPCOLESTR right) noexcept {
 }
 
 HRESULT CreateFrom(const ClassAnnouncement& announcement, IUnknown* outer, REFIID iid, void** object) {
-    void* found = nullptr;
-    const HRESULT result = announcement.getClassObject(announcement.clsid, IID_IClassFactory, &found);
-    if (FAILED(result)) return result;
-    auto* const factory = static_cast<IClassFactory*>(found);
-    const HRESULT created = factory->CreateInstance(outer, iid, object);
-    factory->Release();
-    return created;
+    ComPointer<IClassFactory> factory;
+    const HRESULT result = announcement.getClassObject(announcement.clsid, IID_IClassFactory, factory.Receive());
+    return FAILED(result) ? result : factory->CreateInstance(outer, iid, object);
 }
 
 } // namespace

@@ -6,8 +6,8 @@ inline constexpr DWORD CLSCTX_INPROC_SERVER = 0x1;
 inline constexpr DWORD CLSCTX_ALL = 0x17; ///< in-process, local and remote servers; only in-process ones exist here
 
 extern "C" {
-/// Creates an object by class identifier. `*object` is null after a failure. REGDB_E_CLASSNOTREG when no module in
-/// the process announced the class or `context` asks for no in-process server; E_POINTER for a null `object`.
+/// Creates an object by class identifier. `*object` is null after a failure. REGDB_E_CLASSNOTREG when no module in the
+/// process announced the class, or when `context` does not include CLSCTX_INPROC_SERVER; E_POINTER for a null `object`.
 QMV_EXPORT HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID iid, void** object);
 /// The class identifier behind a programmatic identifier (letter case ignored); CO_E_CLASSSTRING when there is none.
 QMV_EXPORT HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid);
@@ -15,8 +15,7 @@ QMV_EXPORT HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid);
 
 namespace qmv40 {
 
-/// One creatable class. It takes the place of entries in a registry: a module announces its classes when it is
-/// loaded.
+/// One creatable class. There is no registry of classes here: a module announces its classes when it is loaded.
 struct ClassAnnouncement {
     CLSID clsid;
     const OLECHAR* progId;

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The automation vocabulary where the platform has none. C linkage, so that any language can bind to the calls that
-/// the shared library exports. There is no late binding here: nothing offers IDispatch, and asking for it gives
+/// The automation types and calls, for platforms that have none of their own. The calls have C linkage, so that any
+/// language can bind to them. There is no late binding here: no object has IDispatch, and a query for it gives
 /// E_NOINTERFACE.
 
 #include "platform/portable/Activation.h"

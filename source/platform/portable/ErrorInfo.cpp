@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A text of a record; a text never set, or set to null, is null.
+/// A text of a record. It is null until it is set.
 class RecordText {
 public:
     HRESULT Set(LPCOLESTR text) noexcept {

@@ -7,7 +7,7 @@
 
 /// Reads an error record. Every text is a new BSTR that the caller frees.
 struct IErrorInfo : IUnknown {
-    virtual HRESULT STDMETHODCALLTYPE GetGUID(GUID* guid) = 0; ///< of the interface that the failing method belongs to
+    virtual HRESULT STDMETHODCALLTYPE GetGUID(GUID* guid) = 0; ///< of the failing method's interface
     virtual HRESULT STDMETHODCALLTYPE GetSource(BSTR* source) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetDescription(BSTR* description) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetHelpFile(BSTR* helpFile) = 0;
@@ -17,7 +17,7 @@ protected:
     ~IErrorInfo() = default;
 };
 
-/// Fills an error record; the same object answers IErrorInfo.
+/// Fills an error record. The same object has IErrorInfo.
 struct ICreateErrorInfo : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE SetGUID(REFGUID guid) = 0;
     virtual HRESULT STDMETHODCALLTYPE SetSource(LPOLESTR source) = 0;
@@ -29,7 +29,7 @@ protected:
     ~ICreateErrorInfo() = default;
 };
 
-/// Says whether methods of an interface leave an error record when they fail.
+/// Tells whether the methods of an interface set the error record when they fail.
 struct ISupportErrorInfo : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) = 0;
 
@@ -45,8 +45,8 @@ inline constexpr IID IID_ISupportErrorInfo{
 extern "C" {
 /// An empty record. E_OUTOFMEMORY when there is no memory for it.
 QMV_EXPORT HRESULT CreateErrorInfo(ICreateErrorInfo** record) noexcept;
-/// Makes `record` (null: nothing) the calling thread's record. `reserved` is 0.
+/// Makes `record` the calling thread's record; null removes the thread's record. `reserved` is 0.
 QMV_EXPORT HRESULT SetErrorInfo(ULONG reserved, IErrorInfo* record) noexcept;
-/// Takes the calling thread's record out: S_OK with the record, S_FALSE with null when there is none.
+/// Removes the calling thread's record and returns it: S_OK, or S_FALSE and null when there is none.
 QMV_EXPORT HRESULT GetErrorInfo(ULONG reserved, IErrorInfo** record) noexcept;
 }

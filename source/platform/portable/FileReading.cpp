@@ -26,7 +26,7 @@ FileDescriptor OpenFileIn(const FileDescriptor& folder, const std::string& name,
 
 namespace {
 
-/// The bytes of a file whose status before the reading was `before`. Nothing if size or time have changed meanwhile.
+/// Reads a file whose status was `before`. Nothing if its size or time has changed meanwhile.
 std::optional<std::string> ReadSettled(const FileDescriptor& file, const struct stat& before) {
     std::string content(static_cast<std::size_t>(before.st_size) + 1, '\0'); // one more, to see the end of the file
     std::size_t length = 0;

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "platform/LargestFile.h"
+
 #include <cerrno>
 #include <optional>
 #include <string>
 
 namespace qmv40 {
-
-/// Larger files are neither read nor changed: no profile or settings file is so large.
-inline constexpr std::size_t largestFile = 16U << 20;
 
 /// An open file, closed at the end of its scope.
 class FileDescriptor {
@@ -35,13 +34,13 @@ template <typename Call> int Uninterrupted(Call call) noexcept {
     return result;
 }
 
-/// Opens a file without waiting for anything behind the name (a pipe's other end, say); `flags` as for open(2).
+/// Opens a file and never waits, even if the name is that of a pipe. `flags` as for open(2).
 FileDescriptor OpenFile(const std::string& name, int flags) noexcept;
 /// The same in an open folder; `mode` as for open(2).
 FileDescriptor OpenFileIn(const FileDescriptor& folder, const std::string& name, int flags, unsigned mode = 0) noexcept;
 
-/// All bytes of an ordinary file; nothing when it is of another kind, too large, or cannot be read to its end. A file
-/// that changes during the reading is read again, at most ten times.
+/// All bytes of a regular file. Nothing if it is of another kind, larger than 16 MiB, or cannot be read to its end. A
+/// file that changes during the reading is read again, at most ten times.
 std::optional<std::string> ReadWhole(const FileDescriptor& file);
 
 } // namespace qmv40

@@ -81,11 +81,11 @@ bool CopyAttributes(const FileDescriptor& from, const FileDescriptor& to) {
            ForEachName(*wanted, [&](const char* name) { return CopyAttribute(from, to, name); });
 }
 
-/// A new file in the folder of the one that it is to replace. Where the file system allows it, it has no name until
-/// then: a process that is ended meanwhile leaves nothing behind.
+/// A new file, in the folder of the file that it will replace. If the file system allows it (O_TMPFILE), it has no name
+/// until then, so that a process that is killed meanwhile leaves no file behind.
 class Copy {
 public:
-    /// Nobody else may read a copy before it has the permissions of the original.
+    /// Only the owner may read the copy of an existing file until the copy has the permissions of that file.
     Copy(const FileDescriptor& theFolder, bool isOfNewFile)
         : folder(theFolder), file(Create(isOfNewFile ? 0666 : 0600)) {}
     Copy(const Copy&) = delete;
@@ -94,9 +94,9 @@ public:
         if (hasName) ::unlinkat(folder.Number(), name.c_str(), 0);
     }
 
-    /// Owner, permissions and extended attributes of `original`. The owner comes first: changing it can take
-    /// permissions away.
-    bool TakeAfter(const FileDescriptor& original) {
+    /// Copies the owner, the permissions and the extended attributes of `original`. The owner comes first: a change of
+    /// the owner can remove permissions.
+    bool CopyOwnerAndRights(const FileDescriptor& original) {
         struct stat status {};
         return file.IsOpen() && ::fstat(original.Number(), &status) == 0 &&
                ::fchown(file.Number(), status.st_uid, status.st_gid) == 0 && CopyAttributes(original, file) &&
@@ -105,9 +105,9 @@ public:
 
     bool Fill(std::string_view content) noexcept { return file.IsOpen() && WriteAt(file, content, 0) && Flush(file); }
 
-    /// In one step. Fails for a file that is mounted.
-    bool TakePlaceOf(const std::string& target) {
-        // A file system without nameless files may report lost data only at the close.
+    /// Renames the copy to `target`, in one step. Fails if `target` is a mounted file.
+    bool Replace(const std::string& target) {
+        // A file system without O_TMPFILE may report lost data only when the file is closed.
         const bool isReady = hasName ? file.Close() : GiveName();
         const bool isMoved = isReady && ::renameat(folder.Number(), name.c_str(), folder.Number(), target.c_str()) == 0;
         if (isMoved) hasName = false;
@@ -120,7 +120,7 @@ private:
         const int nameless = Uninterrupted([&] { return ::openat(folder.Number(), ".", flags | O_TMPFILE, mode); });
         if (nameless >= 0) return nameless;
         int created = -1;
-        hasName = WithOwnName([&] {
+        hasName = WithUniqueName([&] {
             created =
                 Uninterrupted([&] { return ::openat(folder.Number(), name.c_str(), flags | O_CREAT | O_EXCL, mode); });
             return created >= 0;
@@ -130,14 +130,14 @@ private:
 
     bool GiveName() {
         const std::string nameless = "/proc/self/fd/" + std::to_string(file.Number());
-        return hasName = WithOwnName([&] {
+        return hasName = WithUniqueName([&] {
                    return ::linkat(AT_FDCWD, nameless.c_str(), folder.Number(), name.c_str(), AT_SYMLINK_FOLLOW) == 0;
                });
     }
 
-    /// The name is short, so that a file whose name is as long as the system allows can have a copy. It is this save's
-    /// own: another thread can be at work, and a process that was ended can have left a file behind.
-    template <typename Attempt> bool WithOwnName(Attempt attempt) {
+    /// The name is short, so that a file with a name of the largest length can have a copy. It must be unique: another
+    /// thread can make a copy at the same time, and a killed process can have left one behind.
+    template <typename Attempt> bool WithUniqueName(Attempt attempt) {
         constexpr int mostAttempts = 100;
         for (int i = 0; i < mostAttempts; ++i) {
             name = ".qmv40-" + std::to_string(::getpid()) + "-" + std::to_string(i) + ".tmp";
@@ -170,8 +170,8 @@ bool EditByCopy(const path& name, const std::vector<FileEdit>& edits) {
     const FileDescriptor folder = OpenFolder(name);
     const std::string fileName = name.filename();
     if (!folder.IsOpen() || fileName.empty()) return false;
-    // Opened for writing too, although it is replaced: a file without write permission is refused. The copy must not
-    // replace a symbolic link, or one of several names of a file.
+    // Opened for writing too, so that a file without write permission is refused. A symbolic link, or a file with
+    // several names, is not replaced.
     const FileDescriptor file = OpenFileIn(folder, fileName, O_RDWR | O_NOFOLLOW);
     const bool isNew = !file.IsOpen() && errno == ENOENT;
     const std::optional<std::string> content = isNew ? std::string() : ReadWhole(file);
@@ -181,19 +181,18 @@ bool EditByCopy(const path& name, const std::vector<FileEdit>& edits) {
     for (const FileEdit& edit : edits) edit(edited);
     if (edited == *content) return true;
     Copy copy(folder, isNew);
-    if (!isNew && !copy.TakeAfter(file)) return false;
-    if (!copy.Fill(edited) || !copy.TakePlaceOf(fileName)) return false;
-    Flush(folder); // not every file system can: the file is replaced all the same
+    if (!isNew && !copy.CopyOwnerAndRights(file)) return false;
+    if (!copy.Fill(edited) || !copy.Replace(fileName)) return false;
+    Flush(folder); // some file systems cannot; the file is replaced in any case
     return true;
 }
 
-/// Puts `content` in the place of `before`, and `before` back when that fails.
+/// Replaces the content `before` by `content`. After a failure it writes `before` again.
 bool Overwrite(const FileDescriptor& file, std::string_view before, std::string_view content) noexcept {
     const auto sizeTo = [&](std::size_t size) {
         return Uninterrupted([&] { return ::ftruncate(file.Number(), static_cast<off_t>(size)); }) == 0;
     };
-    // Only the part that differs is written, so that a full disk or a limit on the file size matters for that part
-    // alone.
+    // Only the part that differs is written: then a full disk or a limit of the file size can affect that part alone.
     const auto [same, other] = std::ranges::mismatch(before, content);
     const auto begin = static_cast<std::size_t>(same - before.begin());
     auto changed = content.substr(begin);
@@ -219,16 +218,16 @@ bool EditInPlace(const FileDescriptor& file, const std::vector<FileEdit>& edits)
 }
 
 bool EditInPlace(const std::string& name, const std::vector<FileEdit>& edits) {
-    const FileDescriptor there = OpenFile(name, O_RDWR);
-    if (there.IsOpen() || errno != ENOENT) return EditInPlace(there, edits);
-    const FileDescriptor made = OpenFileIn(FileDescriptor(-1), name, O_RDWR | O_CREAT, 0666);
-    const bool areMade = EditInPlace(made, edits);
+    const FileDescriptor existing = OpenFile(name, O_RDWR);
+    if (existing.IsOpen() || errno != ENOENT) return EditInPlace(existing, edits);
+    const FileDescriptor created = OpenFileIn(FileDescriptor(-1), name, O_RDWR | O_CREAT, 0666);
+    const bool areEdited = EditInPlace(created, edits);
     struct stat status {};
-    if (!areMade && made.IsOpen() && ::fstat(made.Number(), &status) == 0 && status.st_size == 0) {
-        std::error_code ignored; // of a link, the file that it leads to is removed: there was none before
+    if (!areEdited && created.IsOpen() && ::fstat(created.Number(), &status) == 0 && status.st_size == 0) {
+        std::error_code ignored; // if the name is a link, its target, which did not exist before, is removed
         std::filesystem::remove(std::filesystem::canonical(name, ignored), ignored);
     }
-    return areMade;
+    return areEdited;
 }
 
 } // namespace

@@ -13,7 +13,7 @@ namespace qmv40 {
 
 namespace {
 
-/// The default as it is handed out: without trailing blanks.
+/// The default text as Read returns it: without blanks at its end.
 std::string_view CleanDefault(const char* text) {
     const std::string_view all(text == nullptr ? "" : text);
     return all.substr(0, all.find_last_not_of(' ') + 1);

@@ -13,13 +13,13 @@ constexpr ULONG mostAccesses = 0xFFFF;
 
 using Bounds = std::span<SAFEARRAYBOUND>;
 
-/// All bounds, the last dimension first; the descriptor is allocated with room for them.
+/// All bounds, the last dimension first. The descriptor's memory is larger than its type, by cDims - 1 bounds.
 Bounds BoundsOf(SAFEARRAY& array) noexcept {
     SAFEARRAYBOUND* const first = array.rgsabound;
     return {first, array.cDims};
 }
 
-/// Bytes of all elements; nothing when memory could not address them.
+/// The size of all elements in bytes; nothing if it is larger than any memory.
 std::optional<std::size_t> DataSize(SAFEARRAY& array) noexcept {
     std::size_t size = array.cbElements;
     for (const SAFEARRAYBOUND& bound : BoundsOf(array))
@@ -57,7 +57,7 @@ HRESULT SafeArrayAllocData(SAFEARRAY* array) noexcept {
     if (array == nullptr) return E_INVALIDARG;
     const std::optional<std::size_t> size = DataSize(*array);
     if (!size) return E_OUTOFMEMORY;
-    // Never null for an array without elements: its data can be accessed like any other's.
+    // At least one byte, so that an array without elements has a data address too.
     array->pvData = std::calloc(1, std::max(*size, std::size_t{1}));
     return array->pvData == nullptr ? E_OUTOFMEMORY : S_OK;
 }

@@ -6,13 +6,13 @@
 
 namespace {
 
-/// Stands immediately before the first character: the length in bytes.
+/// The length in bytes. It is stored immediately before the first character.
 using LengthPrefix = std::uint32_t;
 
 constexpr std::size_t longestText =
     (std::numeric_limits<LengthPrefix>::max() - sizeof(LengthPrefix) - sizeof(OLECHAR)) / sizeof(OLECHAR);
 
-/// Memory for `length` characters, terminated; null when there is none or the prefix could not count them.
+/// Memory for `length` characters and the terminator. Null if memory runs out, or if the prefix cannot hold the length.
 BSTR Allocate(std::size_t length) noexcept {
     if (length > longestText) return nullptr;
     const auto byteLength = static_cast<LengthPrefix>(length * sizeof(OLECHAR));

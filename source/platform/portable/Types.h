@@ -6,7 +6,7 @@
 /// Marks a call that the shared library exports.
 #define QMV_EXPORT __attribute__((visibility("default")))
 
-/// Calling convention of interface methods: the platform's only one.
+/// The calling convention of interface methods. Linux has one only.
 #define STDMETHODCALLTYPE
 
 using HRESULT = std::int32_t;

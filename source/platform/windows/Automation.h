@@ -12,5 +12,5 @@
 #include <objbase.h>
 #include <oleauto.h>
 
-/// What a dual interface derives from: late binding is the platform's here.
+/// The base of dual interfaces: the platform's interface for late binding.
 using DualInterfaceBase = IDispatch;

@@ -10,22 +10,22 @@ namespace qmv40 {
 
 namespace {
 
-// The platform's own exceptions, as its compilers write them for `throw` of a long. In 64-bit code a place is written
-// as its distance from the module's first byte, and the exception carries that byte's address; in 32-bit code a place
-// is written as its address.
+// The data that the platform's compilers generate for `throw` of a long. Addresses in it have 32 bits. In 64-bit code
+// they are relative to the module's first byte, whose address is the last argument of the exception. In 32-bit code
+// they are absolute.
 #ifdef _WIN64
-std::uintptr_t Origin() { return reinterpret_cast<std::uintptr_t>(&__ImageBase); }
+std::uintptr_t AddressBase() { return reinterpret_cast<std::uintptr_t>(&__ImageBase); }
 constexpr DWORD argumentCount = 4;
 #else
-std::uintptr_t Origin() { return 0; }
+std::uintptr_t AddressBase() { return 0; }
 constexpr DWORD argumentCount = 3;
 #endif
 
 constexpr DWORD exceptionCode = 0xE06D7363;
 constexpr ULONG_PTR exceptionVersion = 0x19930520;
 
-std::uint32_t PlaceOf(const void* thing) {
-    return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(thing) - Origin());
+std::uint32_t ImageAddress(const void* thing) {
+    return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(thing) - AddressBase());
 }
 
 struct TypeDescriptor {
@@ -35,7 +35,7 @@ struct TypeDescriptor {
 };
 struct CatchableType {
     std::uint32_t properties;
-    std::uint32_t descriptor; // a place, as are `type` and `types` below
+    std::uint32_t descriptor; // an address, as are `type` and `types` below
     std::array<std::int32_t, 3> distanceToBase;
     std::uint32_t size;
     std::uint32_t copyFunction;
@@ -51,22 +51,23 @@ struct ThrowDescription {
     std::uint32_t types;
 };
 
-constexpr std::uint32_t simpleType = 1; // is copied byte by byte
+constexpr std::uint32_t simpleType = 1; // copied byte by byte
 const TypeDescriptor typeLong{nullptr, nullptr, {'.', 'J', '\0'}};
-const CatchableType catchableLong{simpleType, PlaceOf(&typeLong), {0, -1, 0}, sizeof(long), 0};
-const CatchableTypes catchableTypes{1, PlaceOf(&catchableLong)};
-const ThrowDescription throwLong{0, 0, 0, PlaceOf(&catchableTypes)};
+const CatchableType catchableLong{simpleType, ImageAddress(&typeLong), {0, -1, 0}, sizeof(long), 0};
+const CatchableTypes catchableTypes{1, ImageAddress(&catchableLong)};
+const ThrowDescription throwLong{0, 0, 0, ImageAddress(&catchableTypes)};
 
-/// 32-bit and 64-bit images have the linker's version at the same place.
+/// 32-bit and 64-bit images have the linker's version at the same offset.
 bool IsLinkedByGnuLd(HMODULE module) {
-    constexpr BYTE versionOfGnuLd = 2; // the platform's linkers, and lld, write 6 to 14
+    constexpr BYTE versionOfGnuLd = 2; // the platform's linkers and lld write 6 to 14
     const auto* const image = reinterpret_cast<const BYTE*>(module);
     const auto& start = *reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
     const auto& headers = *reinterpret_cast<const IMAGE_NT_HEADERS*>(image + start.e_lfanew);
     return headers.OptionalHeader.MajorLinkerVersion == versionOfGnuLd;
 }
 
-/// Code that is in no image was generated at run time (by .NET, for example). It catches the platform's kind.
+/// Whether `code` catches the platform's kind of exception. Code outside all images was generated at run time (by .NET,
+/// for example): it does.
 bool CatchesPlatformsKind(const void* code) {
     constexpr DWORD byAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
     HMODULE module = nullptr;
@@ -79,7 +80,7 @@ bool CatchesPlatformsKind(const void* code) {
 void RaiseForCallerOfPlatformsKind(HRESULT code, const void* returnAddress) {
     if (!CatchesPlatformsKind(returnAddress)) return;
     const std::array<ULONG_PTR, 4> arguments{exceptionVersion, reinterpret_cast<ULONG_PTR>(&code),
-                                             reinterpret_cast<ULONG_PTR>(&throwLong), Origin()};
+                                             reinterpret_cast<ULONG_PTR>(&throwLong), AddressBase()};
     RaiseException(exceptionCode, EXCEPTION_NONCONTINUABLE, argumentCount, arguments.data());
 }
 

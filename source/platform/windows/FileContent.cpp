@@ -1,24 +1,23 @@
 #include "platform/windows/FileContent.h"
 
 #include "formats/EncodedText.h"
+#include "platform/LargestFile.h"
 
 namespace qmv40 {
 
 namespace {
 
-constexpr DWORD largestFile = 16U << 20; // larger files are none of ours
-
 /// Nothing for a file that is not open, cannot be read or is too large.
 std::optional<std::string> ContentOf(const FileHandle& file) {
     const DWORD size = file.IsOpen() ? GetFileSize(file.Get(), nullptr) : INVALID_FILE_SIZE;
-    if (size > largestFile) return std::nullopt; // INVALID_FILE_SIZE is
+    if (size > largestFile) return std::nullopt; // INVALID_FILE_SIZE is larger
     std::string content(size, '\0');
     DWORD read = 0;
     if (ReadFile(file.Get(), content.data(), size, &read, nullptr) == 0 || read != size) return std::nullopt;
     return content;
 }
 
-bool Put(const FileHandle& file, const std::string& content) {
+bool WriteAll(const FileHandle& file, const std::string& content) {
     DWORD written = 0;
     return SetFilePointer(file.Get(), 0, nullptr, FILE_BEGIN) == 0 &&
            WriteFile(file.Get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) != 0 &&
@@ -42,8 +41,8 @@ bool Overwrite(const std::wstring& name, const std::string& content) {
     const FileHandle file(name, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);
     const std::optional<std::string> before = ContentOf(file);
     if (!before || !Claim(ContentRight::toWrite, file)) return false;
-    if (Put(file, content)) return true;
-    Put(file, *before);
+    if (WriteAll(file, content)) return true;
+    WriteAll(file, *before);
     return false;
 }
 

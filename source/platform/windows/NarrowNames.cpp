@@ -6,8 +6,8 @@ namespace qmv40 {
 
 namespace {
 
-/// No flags, and no default character: Windows refuses them for UTF-8 and for other code pages. A character that the
-/// code page does not have becomes another one, which the comparison in NarrowName finds.
+/// Without flags and without a default character, because Windows refuses them for UTF-8 and some other code pages. A
+/// character that is not in the code page becomes another character. The comparison in NarrowName finds that.
 std::string Converted(const std::wstring& name, UINT codePage, const NameConversions& conversions) {
     const auto length = static_cast<int>(name.size());
     const int size = conversions.narrow(codePage, 0, name.data(), length, nullptr, 0, nullptr, nullptr);
@@ -22,7 +22,8 @@ std::wstring ShortPath(const std::wstring& name, const NameConversions& conversi
     return length < MAX_PATH ? std::wstring(path.data(), length) : std::wstring();
 }
 
-/// The short name of a file or, for one that is not there yet, its name in the folder's short name. Empty for none.
+/// The short name of a file. For a file that does not exist yet: the folder's short name and the file's name. Empty if
+/// there is no short name.
 std::wstring ShortName(const std::wstring& name, const NameConversions& conversions) {
     std::wstring whole = ShortPath(name, conversions);
     const std::size_t leaf = name.find_last_of(L"\\/");

@@ -14,9 +14,9 @@ struct NameConversions {
     decltype(&GetShortPathNameW) shortPath = GetShortPathNameW;
 };
 
-/// The name for the profile functions, which read names in the system's ANSI code page. These are the bytes in the
-/// thread's ANSI code page if the profile functions read the same name from them, else the bytes in the system's code
-/// page. Nothing for a null name, and for a name with a character that is in neither code page.
+/// The name for the profile functions, which read names in the system's ANSI code page. The name is converted to the
+/// thread's ANSI code page. If the profile functions would read another name from these bytes, it is converted to the
+/// system's ANSI code page. Nothing for a null name, and for a name that neither code page can express.
 std::optional<std::string> NarrowName(const wchar_t* name, const NameConversions& conversions = {});
 
 /// The same for the name of a file. If neither code page can express it, the file's short (8.3) name is used, if it has

@@ -16,8 +16,8 @@ bool Flush(const std::wstring& name) {
     return file.IsOpen() && FlushFileBuffers(file.Get()) != 0;
 }
 
-/// Whether the file holds the whole text. The platform's function can report a success although a full disk took a part
-/// alone. A text with blanks or quotes at its ends is not compared: it is read without them.
+/// Whether the file holds the whole text. On a full disk the platform's function can write a part of the text and
+/// report success. A text with blanks or quotes at its ends is not compared, because it is read without them.
 bool Holds(const std::string& name, const std::string& section, const std::string& key, const std::string& text) {
     constexpr const char* notRead = " \t'\"";
     if (text.empty() || text.find_first_of(notRead) == 0 || text.find_last_of(notRead) == text.size() - 1) return true;
@@ -38,7 +38,7 @@ bool WriteEntry(const ProfileEntry& entry, const std::string& name) {
 
 bool Exists(const std::wstring& name) { return GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
-/// Writes one entry into the file itself; takes back what reached the file when that fails.
+/// Writes one entry into the file itself. After a failure it restores the file.
 bool WriteInPlace(const ProfileEntry& entry, const std::wstring& file, const std::string& name) {
     if (!IsAbsolute(file)) return WriteEntry(entry, name);
     const bool wasThere = Exists(file);
@@ -49,12 +49,12 @@ bool WriteInPlace(const ProfileEntry& entry, const std::wstring& file, const std
     return false;
 }
 
-/// A file beside the one that it is to replace. It is removed unless it did.
+/// A file beside the target, which it will replace. If it does not, it is removed at the end.
 class Copy {
 public:
-    /// A thread saves one file after the other, so that its number and the time name one copy alone.
-    Copy(std::wstring file, const std::string& narrowFile, Patience& thePatience)
-        : target(std::move(file)), patience(thePatience),
+    /// The thread's number and the time make the name unique, because a thread saves one file at a time.
+    Copy(std::wstring file, const std::string& narrowFile, WaitLimit& theWaitLimit)
+        : target(std::move(file)), waitLimit(theWaitLimit),
           narrow(narrowFile + ".qmv40-" + std::to_string(GetCurrentThreadId()) + "-" +
                  std::to_string(GetTickCount64())),
           name(SeenName(narrow)), exists(name.size() < MAX_PATH && Make()) {}
@@ -64,24 +64,25 @@ public:
         if (exists) DeleteFileW(name.c_str());
     }
 
-    /// No copy was made, because somebody held the file for longer than a save waits.
+    /// No copy was made, because another program held the file for longer than the wait limit.
     bool IsTargetHeld() const { return isTargetHeld; }
 
-    bool Take(std::span<const ProfileEntry> entries) const {
-        const auto isTaken = [&](const ProfileEntry& entry) { return WriteEntry(entry, narrow); };
-        return exists && CopyPermissions() && RemoveMark(name) && std::ranges::all_of(entries, isTaken) && Flush(name);
+    bool Write(std::span<const ProfileEntry> entries) const {
+        const auto isWritten = [&](const ProfileEntry& entry) { return WriteEntry(entry, narrow); };
+        return exists && CopyPermissions() && RemoveMark(name) && std::ranges::all_of(entries, isWritten) &&
+               Flush(name);
     }
 
-    bool TakePlace() {
+    bool ReplaceTarget() {
         constexpr DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
         while (MoveFileExW(name.c_str(), target.c_str(), how) == 0)
-            if (!IsInUse(GetLastError()) || !patience.Wait()) return false;
+            if (!IsInUse(GetLastError()) || !waitLimit.Wait()) return false;
         exists = false;
         return true;
     }
 
-    /// For a file that cannot be replaced because another program has it open.
-    bool GiveContent() const {
+    /// For a target that cannot be replaced because another program has it open.
+    bool OverwriteTarget() const {
         const std::optional<std::string> content = ContentOf(name);
         return content && Overwrite(target, *content);
     }
@@ -90,7 +91,7 @@ private:
     bool Make() {
         if (Exists(target)) {
             DWORD error = CopyTarget();
-            while (IsHeldBySomebody(error) && patience.Wait()) error = CopyTarget();
+            while (IsHeldBySomebody(error) && waitLimit.Wait()) error = CopyTarget();
             isTargetHeld = IsHeldBySomebody(error);
             return error == ERROR_SUCCESS;
         }
@@ -101,7 +102,7 @@ private:
         return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
     }
 
-    /// No other save writes into the file meanwhile.
+    /// Meanwhile no other save writes into the file.
     DWORD CopyTarget() const {
         const FileHandle source(target, GENERIC_READ, shareAll);
         if (source.IsOpen() && !Claim(ContentRight::toRead, source)) return ERROR_LOCK_VIOLATION;
@@ -118,22 +119,22 @@ private:
     }
 
     std::wstring target;
-    Patience& patience;
+    WaitLimit& waitLimit;
     std::string narrow;
     std::wstring name;
     bool isTargetHeld = false;
     bool exists;
 };
 
-/// Whether a copy may take the file's place: it is not there yet, or it may be written and is neither a link nor one of
-/// several names of a file. Nothing when somebody holds it for longer than a save waits.
-std::optional<bool> IsReplaceable(const std::wstring& file, Patience& patience) {
+/// Whether a copy may replace the file: the file does not exist yet, or it may be written, is no link and has one name
+/// only. Nothing if another program holds it for longer than the wait limit.
+std::optional<bool> IsReplaceable(const std::wstring& file, WaitLimit& waitLimit) {
     const DWORD attributes = GetFileAttributesW(file.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) return GetLastError() == ERROR_FILE_NOT_FOUND;
     if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) return false;
     FileHandle opened(file, GENERIC_READ | GENERIC_WRITE, shareAll);
     while (!opened.IsOpen() && GetLastError() == ERROR_SHARING_VIOLATION) {
-        if (!patience.Wait()) return std::nullopt;
+        if (!waitLimit.Wait()) return std::nullopt;
         opened = FileHandle(file, GENERIC_READ | GENERIC_WRITE, shareAll);
     }
     BY_HANDLE_FILE_INFORMATION information{};
@@ -141,17 +142,18 @@ std::optional<bool> IsReplaceable(const std::wstring& file, Patience& patience) 
            information.nNumberOfLinks == 1;
 }
 
-/// Nothing when no copy can be made or take the entries. A file that somebody holds is never written entry by entry:
-/// that may be a load or another save, and one of them would find a part of this geometry.
+/// Nothing if no copy can be made, or if the entries cannot be written into it. If another program holds the file, it
+/// is never written entry by entry: the other program may be a load or a save, which would then read a part of this
+/// geometry.
 std::optional<bool> WriteByCopy(const std::wstring& file, const std::string& name,
-                                std::span<const ProfileEntry> entries, Patience& patience) {
-    const std::optional<bool> isReplaceable = IsReplaceable(file, patience);
+                                std::span<const ProfileEntry> entries, WaitLimit& waitLimit) {
+    const std::optional<bool> isReplaceable = IsReplaceable(file, waitLimit);
     if (!isReplaceable) return false;
     if (!*isReplaceable) return std::nullopt;
-    Copy copy(file, name, patience);
+    Copy copy(file, name, waitLimit);
     if (copy.IsTargetHeld()) return false;
-    if (!copy.Take(entries)) return std::nullopt;
-    return copy.TakePlace() || copy.GiveContent();
+    if (!copy.Write(entries)) return std::nullopt;
+    return copy.ReplaceTarget() || copy.OverwriteTarget();
 }
 
 bool IsSeparator(wchar_t c) { return c == L'\\' || c == L'/'; }
@@ -163,11 +165,11 @@ bool IsAbsolute(const std::wstring& file) {
     return (file[1] == L':' && IsSeparator(file[2])) || (IsSeparator(file[0]) && IsSeparator(file[1]));
 }
 
-bool WriteEntries(const std::wstring& file, std::span<const ProfileEntry> entries, Patience& patience) {
+bool WriteEntries(const std::wstring& file, std::span<const ProfileEntry> entries, WaitLimit& waitLimit) {
     const std::optional<std::string> name = NarrowFileName(file.c_str());
     if (!name) return false;
     if (IsAbsolute(file)) {
-        const std::optional<bool> isWritten = WriteByCopy(file, *name, entries, patience);
+        const std::optional<bool> isWritten = WriteByCopy(file, *name, entries, waitLimit);
         if (isWritten) return *isWritten;
     }
     return std::ranges::all_of(entries, [&](const ProfileEntry& entry) { return WriteInPlace(entry, file, *name); });

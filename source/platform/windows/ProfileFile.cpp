@@ -15,10 +15,10 @@ struct ProfileReader::State {
 
 namespace {
 
-/// Keeps others from replacing the file and from writing into it. A file that a save looks at, replaces or writes into
-/// at this very moment can be opened at once after that: a few attempts, without a pause. If another program keeps it
-/// open for writing, saves alone are kept from it. Nothing if a save writes into the file all the while: a part of the
-/// old geometry would be read, and a part of the new one.
+/// Opens the file so that no other program can replace it or write into it. A save holds the file for a short time
+/// only, so that a few attempts without a pause are enough. If another program has the file open for writing, only the
+/// saves of this component are locked out. Nothing if a save was writing into the file at each attempt: a part of the
+/// old geometry and a part of the new one would be read.
 std::optional<FileHandle> Hold(const wchar_t* fileName) {
     constexpr int mostAttempts = 10;
     bool isWrittenInto = false;
@@ -65,8 +65,8 @@ void ProfileWriter::Set(const wchar_t* section, const wchar_t* key, std::string_
 }
 
 bool ProfileWriter::Commit() {
-    Patience patience;
-    return WriteEntries(file, entries, patience);
+    WaitLimit waitLimit;
+    return WriteEntries(file, entries, waitLimit);
 }
 
 } // namespace qmv40

@@ -27,8 +27,8 @@ LSTATUS SettingsKey::Query(const char* name, std::span<char> buffer, DWORD& type
     type = REG_NONE;
     length = 0;
     if (!state) return ERROR_FILE_NOT_FOUND;
-    // With a null address the call would return the length and succeed. With an address it refuses an empty buffer, as
-    // it refuses any buffer that is too small.
+    // With a null address the call would succeed and return the length. With an address it refuses an empty buffer,
+    // like any buffer that is too small.
     char nowhere = '\0';
     char* const destination = buffer.empty() ? &nowhere : buffer.data();
     auto bytes = static_cast<DWORD>(buffer.size());

@@ -1,4 +1,4 @@
-// Makes the module's class creatable when the library is loaded. There is no registry of classes on this system.
+// Announces the module's class when the library is loaded, because this system has no registry of classes.
 
 #include "interface/Identifiers.h"
 #include "server/EntryPoints.h"

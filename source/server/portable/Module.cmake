@@ -1,4 +1,4 @@
-# The shared library: everything of the server and the platform, and of the rest what they use.
+# The shared library: all of the server and the platform, and the parts of the other folders that they use.
 add_library(CoQMV40Calculator SHARED $<TARGET_OBJECTS:qmv40_server> $<TARGET_OBJECTS:qmv40_platform>)
 target_link_libraries(CoQMV40Calculator PRIVATE qmv40_calculator)
 target_include_directories(CoQMV40Calculator INTERFACE

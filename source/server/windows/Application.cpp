@@ -25,7 +25,7 @@ HRESULT CQMVCalculatorApp::LoadTypeLibrary(ITypeLib** library) const noexcept {
     try {
         return LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, library);
     } catch (const std::bad_alloc&) {
-        // Late-bound calls come through here, and no exception may leave them.
+        // Late-bound calls use this function, and no exception may leave them.
         return E_OUTOFMEMORY;
     }
 }
@@ -34,7 +34,7 @@ HRESULT CQMVCalculatorApp::LoadTypeLibrary(ITypeLib** library) const noexcept {
 
 // A function of the C++ runtime: frees the memory that it reserves for throwing exceptions when memory has run out.
 namespace __gnu_cxx {
-void __freeres(); // NOLINT(bugprone-reserved-identifier): reserved for it, indeed
+void __freeres(); // NOLINT(bugprone-reserved-identifier): the runtime's own name
 }
 
 // NOLINTNEXTLINE(readability-identifier-naming): the loader's own name.
@@ -43,8 +43,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnd
         qmv40::CQMVCalculatorApp::Instance().InitInstance(module);
         DisableThreadLibraryCalls(module);
     }
-    // A module of which no class was created can be unloaded, and its C++ runtime with it. The runtime does not free
-    // its reserve of memory by itself.
+    // If no class object was requested, the module can be unloaded, with the C++ runtime in it. The runtime does not
+    // free its memory reserve by itself.
     if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) __gnu_cxx::__freeres();
     return TRUE;
 }

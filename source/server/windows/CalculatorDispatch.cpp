@@ -22,7 +22,7 @@ enum Method : DISPID {
     getPoleSpherePosition
 };
 
-/// A text that a call handed over.
+/// A text that is freed at the end.
 class OwnedText {
 public:
     OwnedText() = default;
@@ -59,7 +59,7 @@ HRESULT CallWithFileName(IQMVCalculator2& calculator, HRESULT (STDMETHODCALLTYPE
 }
 
 HRESULT CallGetCurrentHeadPosition(IQMVCalculator2& calculator, DispatchArguments& arguments, HRESULT& outcome) {
-    // Both are written or neither: places that can hold no number are refused before the call.
+    // Both angles are written or neither. So both arguments are checked before the call.
     HRESULT ready = arguments.Require(2);
     if (SUCCEEDED(ready)) ready = arguments.RequireRoomForNumber(0);
     if (SUCCEEDED(ready)) ready = arguments.RequireRoomForNumber(1);
@@ -91,7 +91,7 @@ HRESULT CallCalculateMove(IQMVCalculator2& calculator, DispatchArguments& argume
     double a = 0.0;
     double b = 0.0;
     const HRESULT read = ReadAngles(arguments, a, b);
-    // The interface entry throws its failure code; a late-bound caller could not catch it.
+    // CalculateMove throws its failure code. A late-bound caller could not catch it.
     if (SUCCEEDED(read)) outcome = Guarded([&] { calculator.CalculateMove(a, b, &moves); });
     return read;
 }

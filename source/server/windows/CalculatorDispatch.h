@@ -6,9 +6,9 @@
 namespace qmv40 {
 
 /// Late binding for the calculator's dual interface. Names and type information come from the type library in the
-/// module's own resources, which is loaded at the first use. The type information's own Invoke cannot be used: it does
-/// not marshal records on every platform, must not see a thrown code, and rejects a script's variable where a text or a
-/// number is expected.
+/// module's own resources, which is loaded at the first use. ITypeInfo::Invoke cannot be used, for three reasons: it
+/// does not marshal records on every platform, a thrown code must not pass through it, and it rejects a script's
+/// variable (VT_BYREF | VT_VARIANT) for a text or a number.
 class CalculatorDispatch {
 public:
     HRESULT GetTypeInfo(UINT index, ITypeInfo** info);

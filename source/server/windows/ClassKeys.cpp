@@ -6,34 +6,46 @@ namespace qmv40 {
 
 namespace {
 
+constexpr const wchar_t* clsid = L"{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}";
 constexpr const wchar_t* classKey = LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26})";
 constexpr const wchar_t* description = L"QMVCalculator Class";
-constexpr const wchar_t* clsid = L"{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}";
 constexpr const wchar_t* program = L"QMV.QMVCalculator.1";
 constexpr const wchar_t* anyVersion = L"QMV.QMVCalculator";
 
-/// A value of a key. No text: the key holds none. The module's path is the one text that is not known here.
+/// The name of a key, joined by the compiler: nothing here needs memory.
+struct KeyName {
+    consteval KeyName(const wchar_t* outerKey, const wchar_t* subkey) {
+        wchar_t* end = text;
+        for (const wchar_t* part : {outerKey, subkey})
+            while (*part != L'\0') *end++ = *part++;
+    }
+    wchar_t text[80]{};
+};
+
+/// A value of a key or, with a null text, a key without a value.
 struct ClassValue {
-    const wchar_t* key;
-    const wchar_t* name;
+    KeyName key;
+    const wchar_t* name; ///< null: the key's default value
     const wchar_t* text;
 };
+/// Stands for the module's path.
 constexpr const wchar_t* modulePathHere = L"%MODULE%";
 
-/// Each key comes after the one that it is in.
+/// Each key comes after the one that contains it.
 constexpr ClassValue classValues[] = {
-    {program, nullptr, description},
-    {LR"(QMV.QMVCalculator.1\CLSID)", nullptr, clsid},
-    {anyVersion, nullptr, description},
-    {LR"(QMV.QMVCalculator\CLSID)", nullptr, clsid},
-    {LR"(QMV.QMVCalculator\CurVer)", nullptr, program},
-    {classKey, nullptr, description},
-    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\ProgID)", nullptr, program},
-    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\VersionIndependentProgID)", nullptr, anyVersion},
-    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\Programmable)", nullptr, nullptr},
-    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\InprocServer32)", nullptr, modulePathHere},
-    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\InprocServer32)", L"ThreadingModel", L"Apartment"},
-    {LR"(CLSID\{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}\TypeLib)", nullptr, L"{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}"}};
+    {{program, L""}, nullptr, description},
+    {{program, L"\\CLSID"}, nullptr, clsid},
+    {{anyVersion, L""}, nullptr, description},
+    {{anyVersion, L"\\CLSID"}, nullptr, clsid},
+    {{anyVersion, L"\\CurVer"}, nullptr, program},
+    {{classKey, L""}, nullptr, description},
+    {{classKey, L"\\ProgID"}, nullptr, program},
+    {{classKey, L"\\VersionIndependentProgID"}, nullptr, anyVersion},
+    {{classKey, L"\\Programmable"}, nullptr, nullptr},
+    {{classKey, L"\\InprocServer32"}, nullptr, modulePathHere},
+    {{classKey, L"\\InprocServer32"}, L"ThreadingModel", L"Apartment"},
+    {{classKey, L"\\TypeLib"}, nullptr, L"{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}"},
+};
 
 /// The outermost keys that a registration writes to, those of the type library included.
 constexpr const wchar_t* outermostKeys[] = {program,
@@ -45,7 +57,7 @@ constexpr const wchar_t* outermostKeys[] = {program,
 
 HRESULT ResultOf(LSTATUS status) { return HRESULT_FROM_WIN32(static_cast<unsigned long>(status)); }
 
-/// Makes the key when it is not there, and removes it again then.
+/// Creates the key if it does not exist, and then removes it again.
 HRESULT Probe(const wchar_t* key) {
     HKEY opened = nullptr;
     DWORD disposition = 0;
@@ -59,7 +71,8 @@ HRESULT Probe(const wchar_t* key) {
 
 HRESULT Write(const ClassValue& value, const std::wstring& modulePath) {
     HKEY key = nullptr;
-    LSTATUS status = RegCreateKeyExW(HKEY_CLASSES_ROOT, value.key, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
+    LSTATUS status =
+        RegCreateKeyExW(HKEY_CLASSES_ROOT, value.key.text, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
     if (status != ERROR_SUCCESS) return ResultOf(status);
     if (value.text != nullptr) {
         const std::wstring text = value.text == modulePathHere ? modulePath : value.text;
@@ -70,10 +83,10 @@ HRESULT Write(const ClassValue& value, const std::wstring& modulePath) {
     return ResultOf(status);
 }
 
-/// Programs of 32 and of 64 bits see classes of their own, and names of programs in common.
+/// 32-bit and 64-bit programs have separate class keys and common program names.
 constexpr REGSAM otherArchitecture = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
 
-/// A key that is not there is removed.
+/// Succeeds also if there is no such key.
 HRESULT RemoveTree(const wchar_t* key) {
     const LSTATUS removed = RegDeleteTreeW(HKEY_CLASSES_ROOT, key);
     return removed == ERROR_FILE_NOT_FOUND ? S_OK : ResultOf(removed);
@@ -108,9 +121,9 @@ bool IsClassOfOtherArchitectureRegistered() {
 HRESULT RemoveClassKeys() {
     const HRESULT removed = RemoveTree(classKey);
     if (IsClassOfOtherArchitectureRegistered()) return removed;
-    // A key that holds somebody else's keys is not deleted.
+    // RegDeleteKeyW does not delete a key with subkeys: those of other programs stay.
     for (std::size_t last = std::size(classValues); last-- > 0;)
-        RegDeleteKeyW(HKEY_CLASSES_ROOT, classValues[last].key);
+        RegDeleteKeyW(HKEY_CLASSES_ROOT, classValues[last].key.text);
     return removed;
 }
 

@@ -21,7 +21,7 @@ bool IsLeftOut(const VARIANT& argument) noexcept {
     return V_VT(&argument) == VT_ERROR && V_ERROR(&argument) == DISP_E_PARAMNOTFOUND;
 }
 
-/// Bytes of a number of that type; 0 for other types.
+/// The size of a number of this type in bytes; 0 for other types.
 std::size_t SizeOfNumber(VARTYPE type) noexcept {
     switch (type) {
     case VT_I1:

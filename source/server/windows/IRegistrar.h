@@ -4,8 +4,8 @@
 
 namespace qmv40 {
 
-/// The platform's registrar, which applies registration scripts. No header of the cross compiler
-/// declares it. (In an unnamed namespace the compiler would assume that no class implements it.)
+/// The platform's registrar, which runs registration scripts. No header of the cross compiler declares it. It is in no
+/// unnamed namespace: there the compiler would assume that no class implements it.
 struct IRegistrar : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE AddReplacement(LPCOLESTR key, LPCOLESTR item) = 0;
     virtual HRESULT STDMETHODCALLTYPE ClearReplacements() = 0;

@@ -4,7 +4,7 @@
 
 namespace qmv40 {
 
-/// The dispatch entries of a dual interface, over `Base`, and its answer to IID_IDispatch.
+/// Adds the four methods of IDispatch to the dual interface of `Base`, and IID_IDispatch to its interfaces.
 template <typename Base> class LateBinding : public Base {
 public:
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
@@ -23,7 +23,7 @@ public:
         return dispatch.Invoke(*this, method, reserved, flags, arguments, result, exception, argumentError);
     }
 
-    /// The dispatch pointer is the dual interfaces' own.
+    /// A dual interface is an IDispatch: the pointer is the same.
     void* FindInterface(REFIID iid) noexcept {
         return Base::FindInterface(IsEqualIID(iid, IID_IDispatch) ? Base::PrimaryInterface : iid);
     }

@@ -19,7 +19,7 @@ std::wstring_view WithoutBlanks(std::wstring_view text) noexcept {
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-bool IsOfANumber(wchar_t character) noexcept {
+bool CanBeInNumber(wchar_t character) noexcept {
     return (character >= L'0' && character <= L'9') ||
            std::wstring_view(L".eE+-").find(character) != std::wstring_view::npos;
 }
@@ -35,7 +35,7 @@ HRESULT NumberInText(const OLECHAR* text, UINT length, double& number) noexcept 
     std::size_t count = 0;
     for (const wchar_t character : written) {
         // This refuses "inf" and "nan", which from_chars would accept.
-        if (!IsOfANumber(character)) return DISP_E_TYPEMISMATCH;
+        if (!CanBeInNumber(character)) return DISP_E_TYPEMISMATCH;
         characters[count++] = static_cast<char>(character);
     }
     const char* const end = characters.data() + count;

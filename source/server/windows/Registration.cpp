@@ -17,7 +17,7 @@ constexpr UINT scriptResource = 101;
 constexpr WORD majorVersion = 1;
 constexpr WORD minorVersion = 0;
 constexpr LCID locale = 1033;
-/// The type library has an entry for each architecture; both show the same types.
+/// The type library is registered for each architecture separately; its types are the same.
 constexpr SYSKIND platform = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
 
 /// The registrar needs an apartment: the caller's, or one for the duration of the call.
@@ -56,8 +56,8 @@ HRESULT RunScript(const std::wstring& modulePath, ApplyScript apply) {
     return (registrar.Get()->*apply)(modulePath.c_str(), scriptResource, L"REGISTRY");
 }
 
-/// The library is of locale 1033; a lookup that asks for no locale, as marshalling does on some platforms, finds it by
-/// an entry for the neutral locale beside it.
+/// The type library has the locale 1033. Marshalling on some platforms looks it up with the neutral locale, 0. So an
+/// entry for the neutral locale is added.
 constexpr const wchar_t* neutralLocaleKey = L"TypeLib\\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}\\1.0\\0";
 constexpr const wchar_t* neutralPlatformKey = platform == SYS_WIN64
                                                   ? L"TypeLib\\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}\\1.0\\0\\win64"
@@ -92,7 +92,7 @@ bool IsTypeLibraryRegistered() {
 }
 
 HRESULT UnregisterTypeLibrary() {
-    // A second unregistration succeeds.
+    // Unregistering twice is no failure.
     if (!IsTypeLibraryRegistered()) return S_OK;
     UnregisterNeutralLocale();
     return UnRegisterTypeLib(LIBID_CoQMV40CalculatorLib, majorVersion, minorVersion, locale, platform);
@@ -104,7 +104,7 @@ HRESULT RegisterClass(const std::wstring& modulePath) {
 }
 
 HRESULT UnregisterClass(const std::wstring& modulePath) {
-    // The script would take the program names away from the other architecture.
+    // The script would also remove the program names, which the other architecture uses.
     if (IsClassOfOtherArchitectureRegistered()) return RemoveClassKeys();
     const HRESULT scripted = RunScript(modulePath, &IRegistrar::ResourceUnregister);
     return scripted == REGDB_E_CLASSNOTREG ? RemoveClassKeys() : scripted;
@@ -124,7 +124,7 @@ HRESULT RemoveAllUnless(HRESULT registered) {
 
 STDAPI DllRegisterServer() try {
     const Apartment apartment;
-    // Without the rights the registrar may say no more than "exception"; this says "access denied".
+    // If the caller has no rights, the registrar may return DISP_E_EXCEPTION only; this returns "access denied".
     const HRESULT probed = ProbeClassKeys();
     if (FAILED(probed)) return probed;
     const std::wstring modulePath = CQMVCalculatorApp::Instance().ModulePath();

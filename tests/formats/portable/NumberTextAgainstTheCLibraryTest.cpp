@@ -13,7 +13,8 @@
 
 using namespace qmv40;
 
-/// The C library's own conversions, correctly rounded here, in a program that never leaves the C locale.
+/// Compares with the C library's conversions, which are correctly rounded on this system. This program stays in the C
+/// locale.
 
 namespace {
 
@@ -60,7 +61,7 @@ TEST(TextToDouble, AgreesWithStrtodOnEveryShapeOfText) {
     }
 }
 
-TEST(TextToDouble, AgreesWithStrtodOnEveryNumberPrintedInAnyWay) {
+TEST(TextToDouble, AgreesWithStrtodOnNumbersInAllNotations) {
     SCOPED_TRACE(seed);
     std::mt19937_64 random(seed);
     for (int i = 0; i < 100000; ++i) {

@@ -15,7 +15,7 @@ constexpr CLSID announced{0xB1B0A1C0, 0x0001, 0x4000, {0x80, 0, 0, 0, 0, 0, 0, 1
 constexpr CLSID failing{0xB1B0A1C0, 0x0002, 0x4000, {0x80, 0, 0, 0, 0, 0, 0, 2}};
 constexpr CLSID unknown{0xB1B0A1C0, 0x0003, 0x4000, {0x80, 0, 0, 0, 0, 0, 0, 3}};
 
-/// A factory that records its calls. The object that it creates is itself.
+/// A factory that records its calls. It returns itself as the created object.
 class Factory final : public IClassFactory {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -52,17 +52,17 @@ HRESULT RefuseFactory(REFCLSID, REFIID, void** object) {
 
 ClassAnnouncement first{announced, L"Test.Class.1", L"Test.Class", GiveFactory};
 ClassAnnouncement second{failing, L"Test.Failing.1", nullptr, RefuseFactory};
-// As modules do: by a constructor that runs before main.
+// Announced by a constructor that runs before main, as in a module.
 const bool areAnnounced = (AnnounceClass(first), AnnounceClass(second), true);
 
 void* const somewhere = &factory;
 
-TEST(Activation, CreatesAnObjectOfAnAnnouncedClassAndLetsTheFactoryGo) {
+TEST(Activation, CreatesAnObjectAndReleasesTheFactory) {
     for (const DWORD context : {CLSCTX_INPROC_SERVER, CLSCTX_ALL}) {
         void* object = nullptr;
         ASSERT_EQ(CoCreateInstance(announced, nullptr, context, IID_IUnknown, &object), S_OK);
         EXPECT_EQ(clsidAskedFor, announced);
-        EXPECT_EQ(factory.references, 1U) << "the object's own reference alone";
+        EXPECT_EQ(factory.references, 1U) << "only the reference of the created object may be left";
         static_cast<IUnknown*>(object)->Release();
     }
 }
@@ -75,8 +75,8 @@ TEST(Activation, FailsWithANullObject) {
         HRESULT result;
         const char* why;
     } cases[] = {
-        {unknown, CLSCTX_ALL, IID_IUnknown, REGDB_E_CLASSNOTREG, "nobody announced the class"},
-        {announced, 0x4, IID_IUnknown, REGDB_E_CLASSNOTREG, "no in-process server is wanted"},
+        {unknown, CLSCTX_ALL, IID_IUnknown, REGDB_E_CLASSNOTREG, "no module announced the class"},
+        {announced, 0x4, IID_IUnknown, REGDB_E_CLASSNOTREG, "the context excludes in-process servers"},
         {failing, CLSCTX_ALL, IID_IUnknown, CLASS_E_CLASSNOTAVAILABLE, "the module refuses"},
         {announced, CLSCTX_ALL, IID_IDispatch, E_NOINTERFACE, "the object has no such interface"},
     };
@@ -89,7 +89,7 @@ TEST(Activation, FailsWithANullObject) {
     EXPECT_EQ(CoCreateInstance(announced, nullptr, CLSCTX_ALL, IID_IUnknown, nullptr), E_POINTER);
 }
 
-TEST(Activation, LeavesAggregationToTheFactory) {
+TEST(Activation, PassesTheOuterObjectToTheFactory) {
     Factory outer;
     void* object = somewhere;
     EXPECT_EQ(CoCreateInstance(announced, &outer, CLSCTX_ALL, IID_IClassFactory, &object), CLASS_E_NOAGGREGATION);
@@ -111,7 +111,7 @@ TEST(Activation, FindsClassesByTheirNames) {
     EXPECT_EQ(clsid, failing);
 }
 
-TEST(Activation, KnowsNoOtherNames) {
+TEST(Activation, RefusesOtherNames) {
     for (const wchar_t* const name : {L"Test.Class.2", L"Test.Clas", L"Test.Class.", L"", L"Test.Failing"}) {
         CLSID clsid = announced;
         EXPECT_EQ(CLSIDFromProgID(name, &clsid), CO_E_CLASSSTRING);
@@ -122,7 +122,7 @@ TEST(Activation, KnowsNoOtherNames) {
     EXPECT_EQ(CLSIDFromProgID(L"Test.Class", nullptr), E_INVALIDARG);
 }
 
-TEST(Activation, TakesAnnouncementsFromManyThreadsAtOnce) {
+TEST(Activation, AcceptsAnnouncementsFromManyThreadsAtOnce) {
     static std::vector<ClassAnnouncement> announcements;
     for (std::uint32_t i = 0; i < 400; ++i)
         announcements.push_back({CLSID{i, 1, 2, {}}, nullptr, nullptr, GiveFactory});

@@ -24,7 +24,7 @@
 
 using namespace qmv40;
 
-/// A file is replaced whole or not at all, and stays the file that it was in everything but its content.
+/// A file is replaced in one step or not at all. Its attributes do not change.
 
 namespace {
 
@@ -45,14 +45,14 @@ struct stat StatusOf(const fs::path& path) {
     return status;
 }
 
-/// Stands for a disk without room: no file of this process may grow beyond the limit.
+/// Limits the size of this process's files, which has the effect of a full disk.
 void LimitFiles(rlim_t size) {
     const rlimit limit{size, size};
     ::setrlimit(RLIMIT_FSIZE, &limit);
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
-/// A profile that everybody may reach.
+/// A profile that every user can access.
 ProfileOnDisk& Opened(ProfileOnDisk& profile) {
     fs::permissions(profile.Folder(), fs::perms::all);
     profile.Put(oldContent);
@@ -79,7 +79,7 @@ TEST(ProfileReplacing, KeepsPermissions) {
 }
 
 TEST(ProfileReplacing, KeepsTheOwner) {
-    if (::geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can change the owner of a file";
     const ProfileOnDisk profile;
     profile.Put(oldContent);
     ASSERT_EQ(::chown(profile.Path().c_str(), 1234, 5678), 0);
@@ -88,7 +88,7 @@ TEST(ProfileReplacing, KeepsTheOwner) {
     EXPECT_EQ(StatusOf(profile.Path()).st_gid, 5678U);
 }
 
-TEST(ProfileReplacing, GivesANewFileThePermissionsThatTheProcessGivesItsFiles) {
+TEST(ProfileReplacing, GivesANewFileTheDefaultPermissions) {
     const ProfileOnDisk profile;
     EXPECT_TRUE(InAnotherProcess([&] {
         ::umask(027);
@@ -97,7 +97,7 @@ TEST(ProfileReplacing, GivesANewFileThePermissionsThatTheProcessGivesItsFiles) {
     EXPECT_EQ(StatusOf(profile.Path()).st_mode & 07777U, 0640U);
 }
 
-TEST(ProfileReplacing, NeverShowsAnythingButTheOldContentOrTheNew) {
+TEST(ProfileReplacing, ShowsTheOldContentOrTheNewAtEveryMoment) {
     const ProfileOnDisk profile;
     const std::string filling(20000, 'x');
     profile.Put("[S]\nfilling=" + filling + "\nk=0\nend=1\n");
@@ -113,7 +113,7 @@ TEST(ProfileReplacing, NeverShowsAnythingButTheOldContentOrTheNew) {
     writer.join();
 }
 
-TEST(ProfileReplacing, LeavesTheOldContentWhenTheDiskIsFull) {
+TEST(ProfileReplacing, KeepsTheOldContentWhenTheDiskIsFull) {
     const ProfileOnDisk profile;
     const std::string old = "[S]\nfilling=" + std::string(10000, 'x') + "\nk=1\n";
     profile.Put(old);
@@ -125,22 +125,22 @@ TEST(ProfileReplacing, LeavesTheOldContentWhenTheDiskIsFull) {
     EXPECT_EQ(NamesIn(profile.Folder()), std::vector<std::string>{"head.ini"});
 }
 
-TEST(ProfileReplacing, WritesInPlaceWhatAFullDiskHasRoomFor) {
+TEST(ProfileReplacing, WritesInPlaceWhenACopyDoesNotFit) {
     const ProfileOnDisk profile;
     const std::string rest = "[T]\nfilling=" + std::string(10000, 'x') + "\nm=1\n";
     profile.Put("[S]\nk=1\n" + rest);
     EXPECT_TRUE(InAnotherProcess([&] {
-        LimitFiles(5000); // too few for a copy
+        LimitFiles(5000); // too small for a copy
         ProfileWriter writer(profile.Path().wstring().c_str());
         writer.Set(L"S", L"k", "2");
         writer.Set(L"T", L"m", "2");
         return !writer.Commit();
     }));
-    EXPECT_EQ(profile.Content(), "[S]\nk=2\n" + rest) << "the entry before the failure stays";
+    EXPECT_EQ(profile.Content(), "[S]\nk=2\n" + rest) << "the entry before the failure must stay";
     EXPECT_EQ(NamesIn(profile.Folder()), std::vector<std::string>{"head.ini"});
 }
 
-TEST(ProfileReplacing, TakesBackTheEntryThatDidNotFit) {
+TEST(ProfileReplacing, UndoesTheEntryThatDidNotFit) {
     for (rlim_t room = 0; room < 60; ++room) {
         SCOPED_TRACE(room);
         const ProfileOnDisk profile;
@@ -157,11 +157,11 @@ TEST(ProfileReplacing, TakesBackTheEntryThatDidNotFit) {
                                      : room < second.size() ? first
                                      : room < third.size()  ? second
                                                             : third);
-        EXPECT_EQ(profile.Exists(), room >= first.size()) << "a file that was not there before";
+        EXPECT_EQ(profile.Exists(), room >= first.size()) << "a new file must not stay without an entry";
     }
 }
 
-TEST(ProfileReplacing, MakesNoFileWhenTheDiskIsFull) {
+TEST(ProfileReplacing, CreatesNoFileWhenTheDiskIsFull) {
     const ProfileOnDisk profile;
     EXPECT_TRUE(InAnotherProcess([&] {
         LimitFiles(3);
@@ -170,7 +170,7 @@ TEST(ProfileReplacing, MakesNoFileWhenTheDiskIsFull) {
     EXPECT_TRUE(NamesIn(profile.Folder()).empty());
 }
 
-TEST(ProfileReplacing, LeavesAFileThatMustNotBeWritten) {
+TEST(ProfileReplacing, RefusesAFileWithoutWritePermission) {
     ProfileOnDisk profile;
     fs::permissions(Opened(profile).Path(), static_cast<fs::perms>(0444));
     EXPECT_TRUE(AsOrdinaryUser([&] { return !profile.Write(L"S", L"k", "2"); }));
@@ -178,7 +178,7 @@ TEST(ProfileReplacing, LeavesAFileThatMustNotBeWritten) {
     EXPECT_EQ(NamesIn(profile.Folder()), std::vector<std::string>{"head.ini"});
 }
 
-TEST(ProfileReplacing, LeavesAFileThatMustNotBeRead) {
+TEST(ProfileReplacing, RefusesAFileWithoutReadPermission) {
     ProfileOnDisk profile;
     fs::permissions(Opened(profile).Path(), static_cast<fs::perms>(0222));
     EXPECT_TRUE(
@@ -187,7 +187,7 @@ TEST(ProfileReplacing, LeavesAFileThatMustNotBeRead) {
     EXPECT_EQ(profile.Content(), oldContent);
 }
 
-TEST(ProfileReplacing, WritesAFileInAFolderThatMustNotBeWritten) {
+TEST(ProfileReplacing, WritesInPlaceInAFolderWithoutWritePermission) {
     ProfileOnDisk profile;
     fs::permissions(Opened(profile).Folder(), static_cast<fs::perms>(0555));
     const std::wstring other = (profile.Folder() / "other.ini").wstring();
@@ -198,18 +198,18 @@ TEST(ProfileReplacing, WritesAFileInAFolderThatMustNotBeWritten) {
     EXPECT_EQ(NamesIn(profile.Folder()), std::vector<std::string>{"head.ini"});
 }
 
-TEST(ProfileReplacing, KeepsAnOwnerWhoIsSomebodyElse) {
-    if (::geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+TEST(ProfileReplacing, KeepsAnotherOwner) {
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can change the owner of a file";
     ProfileOnDisk profile;
     ASSERT_EQ(::chown(Opened(profile).Path().c_str(), 1234, 5678), 0);
     ASSERT_EQ(::chmod(profile.Path().c_str(), 0666), 0);
     EXPECT_TRUE(AsOrdinaryUser([&] { return profile.Write(L"S", L"k", "2"); }));
     EXPECT_EQ(profile.Content(), newContent);
     EXPECT_EQ(StatusOf(profile.Path()).st_uid, 1234U);
-    EXPECT_EQ(StatusOf(profile.Path()).st_gid, 5678U) << "a group's right must not go to another group";
+    EXPECT_EQ(StatusOf(profile.Path()).st_gid, 5678U) << "the group must not change";
 }
 
-/// An access control list as the kernel takes it: the owner, a named user, the group, the mask and everybody else.
+/// An access control list in the kernel's format: the owner, a named user, the group, the mask and all others.
 std::string AccessControlList() {
     const std::uint16_t entries[][2] = {{0x01, 6}, {0x02, 4}, {0x04, 0}, {0x10, 4}, {0x20, 0}};
     std::string list("\x02\0\0\0", 4);
@@ -245,13 +245,13 @@ TEST(ProfileReplacing, KeepsAccessControlListAndAttributes) {
     const ino_t number = StatusOf(profile.Path()).st_ino;
     EXPECT_TRUE(profile.Write(L"S", L"k", "2"));
     EXPECT_EQ(profile.Content(), newContent);
-    EXPECT_NE(StatusOf(profile.Path()).st_ino, number) << "it was replaced";
+    EXPECT_NE(StatusOf(profile.Path()).st_ino, number) << "the file must have been replaced";
     EXPECT_EQ(Attribute(profile.Path(), accessList), AccessControlList());
     EXPECT_EQ(Attribute(profile.Path(), "user.note"), "of the user");
     EXPECT_EQ(StatusOf(profile.Path()).st_mode, mode);
 }
 
-TEST(ProfileReplacing, GivesAFileNoListThatItsFolderGivesToNewOnes) {
+TEST(ProfileReplacing, IgnoresTheDefaultAccessControlListOfTheFolder) {
     const ProfileOnDisk profile;
     profile.Put(oldContent);
     ASSERT_EQ(::chmod(profile.Path().c_str(), 0640), 0);
@@ -274,15 +274,15 @@ TEST(ProfileReplacing, WritesAFileThatIsMounted) {
             return notPermitted;
         return profile.Write(L"S", L"k", "2") && profile.Content() == newContent ? asPromised : notWritten;
     });
-    if (outcome == notPermitted) GTEST_SKIP() << "nothing may be mounted here";
+    if (outcome == notPermitted) GTEST_SKIP() << "no permission to mount";
     EXPECT_EQ(outcome, asPromised);
     std::ifstream written(real);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(written), {}), newContent);
-    EXPECT_EQ(profile.Content(), oldContent) << "what lies below it is not written";
+    EXPECT_EQ(profile.Content(), oldContent) << "the file below the mount must not change";
     EXPECT_EQ(NamesIn(profile.Folder()).size(), 2U);
 }
 
-TEST(ProfileReplacing, KeepsEveryNameOfAFileThatHasSeveral) {
+TEST(ProfileReplacing, KeepsAllNamesOfAFile) {
     const ProfileOnDisk profile;
     profile.Put(oldContent);
     const fs::path other = profile.Folder() / "other.ini";
@@ -292,7 +292,7 @@ TEST(ProfileReplacing, KeepsEveryNameOfAFileThatHasSeveral) {
     EXPECT_TRUE(fs::equivalent(profile.Path(), other));
 }
 
-TEST(ProfileReplacing, WorksInAFolderThatMayBeWrittenButNotListed) {
+TEST(ProfileReplacing, WorksInAFolderThatCannotBeListed) {
     ProfileOnDisk profile;
     fs::permissions(Opened(profile).Folder(), static_cast<fs::perms>(0333));
     EXPECT_TRUE(AsOrdinaryUser([&] { return profile.Write(L"S", L"k", "2"); }));
@@ -300,7 +300,7 @@ TEST(ProfileReplacing, WorksInAFolderThatMayBeWrittenButNotListed) {
     EXPECT_EQ(profile.Content(), newContent);
 }
 
-TEST(ProfileReplacing, WritesWhatALinkLeadsToAndKeepsTheLink) {
+TEST(ProfileReplacing, WritesTheTargetOfALinkAndKeepsTheLink) {
     const ProfileOnDisk profile;
     const fs::path elsewhere = profile.Folder() / "elsewhere";
     fs::create_directory(elsewhere);
@@ -314,7 +314,7 @@ TEST(ProfileReplacing, WritesWhatALinkLeadsToAndKeepsTheLink) {
     EXPECT_EQ(profile.Content(), newContent);
 }
 
-TEST(ProfileReplacing, MakesTheFileThatALinkLeadsTo) {
+TEST(ProfileReplacing, CreatesTheTargetOfALink) {
     const ProfileOnDisk profile;
     fs::create_symlink(profile.Folder() / "real.ini", profile.Path());
     EXPECT_TRUE(profile.Write(L"S", L"k", "1"));
@@ -322,31 +322,31 @@ TEST(ProfileReplacing, MakesTheFileThatALinkLeadsTo) {
     EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(profile.Folder() / "real.ini")));
 }
 
-TEST(ProfileReplacing, IsRefusedForLinksThatLeadInACircle) {
+TEST(ProfileReplacing, FailsForACircleOfLinks) {
     const ProfileOnDisk profile;
     fs::create_symlink("head.ini", profile.Path());
     EXPECT_FALSE(profile.Write(L"S", L"k", "1"));
     EXPECT_EQ(profile.Read(L"S", L"k"), "default");
 }
 
-TEST(ProfileReplacing, NeitherReadsNorReplacesAnythingButAnOrdinaryFile) {
+TEST(ProfileReplacing, RefusesFilesThatAreNotRegular) {
     const ProfileOnDisk profile;
     ASSERT_EQ(::mkfifo(profile.Path().c_str(), 0666), 0);
-    EXPECT_EQ(profile.Read(L"S", L"k"), "default") << "and does not wait for a pipe's other end";
+    EXPECT_EQ(profile.Read(L"S", L"k"), "default") << "opening a pipe must not wait";
     EXPECT_FALSE(profile.Write(L"S", L"k", "1"));
     EXPECT_TRUE(fs::is_fifo(profile.Path()));
 }
 
-TEST(ProfileReplacing, NeitherReadsNorReplacesADevice) {
+TEST(ProfileReplacing, RefusesADevice) {
     const ProfileOnDisk profile;
-    // One of the test's own, that swallows everything: the system's must not be at stake.
+    // A null device created by this test, so that the system's cannot be damaged.
     if (::mknod(profile.Path().c_str(), S_IFCHR | 0666, makedev(1, 3)) != 0) GTEST_SKIP() << "only root can make one";
     EXPECT_EQ(profile.Read(L"S", L"k"), "default");
     EXPECT_FALSE(profile.Write(L"S", L"k", "1"));
     EXPECT_TRUE(fs::is_character_file(profile.Path()));
 }
 
-TEST(ProfileReplacing, DoesNotTouchFilesTooLargeToBeOurs) {
+TEST(ProfileReplacing, RefusesFilesOfMoreThan16Megabytes) {
     const ProfileOnDisk profile;
     profile.Put(oldContent);
     fs::resize_file(profile.Path(), (16U << 20) + 1);
@@ -355,31 +355,31 @@ TEST(ProfileReplacing, DoesNotTouchFilesTooLargeToBeOurs) {
     EXPECT_EQ(fs::file_size(profile.Path()), (16U << 20) + 1);
 }
 
-TEST(ProfileReplacing, IsRefusedForNamesThatNoFileCanHave) {
+TEST(ProfileReplacing, FailsForNamesThatNoFileCanHave) {
     const ProfileOnDisk profile;
     const std::wstring folder = profile.Folder().wstring();
     EXPECT_FALSE(WriteProfileText(L"S", L"k", "1", nullptr));
     EXPECT_FALSE(WriteProfileText(L"S", L"k", "1", (folder + L"/\xD800.ini").c_str())) << "half a character";
     EXPECT_FALSE(WriteProfileText(L"S", L"k", "1", (folder + L"/" + std::wstring(300, L'x')).c_str())) << "too long";
-    EXPECT_FALSE(WriteProfileText(L"S", L"k", "1", (folder + L"/head.ini/").c_str())) << "a folder's";
+    EXPECT_FALSE(WriteProfileText(L"S", L"k", "1", (folder + L"/head.ini/").c_str())) << "the name of a folder";
     EXPECT_TRUE(NamesIn(profile.Folder()).empty());
 }
 
-TEST(ProfileReplacing, TakesAFileNameOfAnyCharacters) {
+TEST(ProfileReplacing, AcceptsAFileNameOfAnyCharacters) {
     const ProfileOnDisk profile;
     const std::wstring path = profile.Folder().wstring() + L"/K\x00F6pfe \x4E00 \x1F600.ini";
     EXPECT_TRUE(WriteProfileText(L"S", L"k", "1", path.c_str()));
     EXPECT_EQ(NamesIn(profile.Folder()), std::vector<std::string>{"K\xC3\xB6pfe \xE4\xB8\x80 \xF0\x9F\x98\x80.ini"});
 }
 
-TEST(ProfileReplacing, TakesAFileNameOfFullLength) {
+TEST(ProfileReplacing, AcceptsAFileNameOfTheLargestLength) {
     const ProfileOnDisk profile;
     const std::wstring path = profile.Folder().wstring() + L"/" + std::wstring(255, L'x');
     EXPECT_TRUE(WriteProfileText(L"S", L"k", "1", path.c_str()));
     EXPECT_TRUE(WriteProfileText(L"S", L"k", "2", path.c_str()));
 }
 
-TEST(ProfileReplacing, TakesANameWithoutAFolderAsOneInTheCurrentFolder) {
+TEST(ProfileReplacing, LooksForANameWithoutAFolderInTheCurrentOne) {
     const ProfileOnDisk profile;
     EXPECT_TRUE(InAnotherProcess([&] {
         fs::current_path(profile.Folder());
@@ -388,9 +388,9 @@ TEST(ProfileReplacing, TakesANameWithoutAFolderAsOneInTheCurrentFolder) {
     EXPECT_EQ(profile.Content(), newContent);
 }
 
-TEST(ProfileReplacing, PassesOverTheFilesOfOtherSaves) {
+TEST(ProfileReplacing, DoesNotUseTheCopiesOfOtherSaves) {
     const ProfileOnDisk profile;
-    // The names that this process would try first: a process that had its number was ended in the middle.
+    // The names that this process would try first. A killed process with the same number can have left them.
     for (int i = 0; i < 90; ++i)
         std::ofstream(profile.Folder() / (".qmv40-" + std::to_string(::getpid()) + "-" + std::to_string(i) + ".tmp"))
             << "theirs";

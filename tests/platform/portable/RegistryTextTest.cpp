@@ -11,7 +11,7 @@
 
 using namespace qmv40;
 
-/// Files in the registry export format: what an import would make of them, read where they stand.
+/// Files in the registry export format are read as an import would understand them.
 
 namespace {
 
@@ -33,7 +33,7 @@ void PrintTo(const Stored& stored, std::ostream* stream) {
     *stream << "type " << stored.type << ' ' << testing::PrintToString(stored.bytes);
 }
 
-/// A store in a file of its own.
+/// A settings store in a separate file.
 class RegistryText : public testing::Test {
 protected:
     RegistryText() { ::setenv("QMV40_SETTINGS", file.c_str(), 1); }
@@ -66,20 +66,20 @@ TEST_F(RegistryText, UnderstandsEveryKindOfValue) {
         const char* why;
     } cases[] = {
         {R"("31.5")", Text("31.5"), "a text"},
-        {R"("")", Text(""), "an empty one"},
+        {R"("")", Text(""), "an empty text"},
         {R"("a\\b\"c")", Text("a\\b\"c"), "escaped backslash and quote"},
         {R"("\\\\")", Text("\\\\"), "two backslashes"},
         {R"("a\nb\rc\qd")", Text("a\nb\rcqd"), "escaped line ends; any other letter stands for itself"},
-        {R"("a\0b")", Text("a\0b"s), "an escaped zero does not end it"},
+        {R"("a\0b")", Text("a\0b"s), "an escaped zero does not end the text"},
         {R"(  "x"  ; why)", Text("x"), "blanks and a comment around it"},
         {R"("a;b")", Text("a;b"), "no comment within quotes"},
-        {R"("x" y)", std::nullopt, "anything else behind it is garbage"},
+        {R"("x" y)", std::nullopt, "other characters behind the text are garbage"},
         {R"("x)", std::nullopt, "an open text is garbage"},
-        {R"("x\")", std::nullopt, "an escaped quote closes none"},
+        {R"("x\")", std::nullopt, "an escaped quote does not close the text"},
         {R"(x)", std::nullopt, "a bare word is garbage"},
-        {R"()", std::nullopt, "nothing is garbage"},
+        {R"()", std::nullopt, "a missing value is garbage"},
         {"dword:0000001f", Stored{REG_DWORD, "\x1F\0\0\0"s}, "a number"},
-        {"dword:1F ; c", Stored{REG_DWORD, "\x1F\0\0\0"s}, "a short one, capitals"},
+        {"dword:1F ; c", Stored{REG_DWORD, "\x1F\0\0\0"s}, "a short number with capitals"},
         {"dword:fedcba98", Stored{REG_DWORD, "\x98\xBA\xDC\xFE"}, "all digits"},
         {"dword:00000001f", std::nullopt, "too many digits"},
         {"dword:zz", std::nullopt, "no digits"},
@@ -92,7 +92,7 @@ TEST_F(RegistryText, UnderstandsEveryKindOfValue) {
         {"hex:01,\\\r\n  02,\\\r\n  03", Stored{REG_BINARY, "\1\2\3"}, "on several lines"},
         {"hex:01,\\ ; c\r\n\t02", Stored{REG_BINARY, "\1\2"}, "a comment behind the backslash"},
         {"hex:\\\r\n01", Stored{REG_BINARY, "\1"}, "beginning on the next line"},
-        {"hex:01,\\\r\n" + heading, Stored{REG_BINARY, "\1"}, "a heading ends them"},
+        {"hex:01,\\\r\n" + heading, Stored{REG_BINARY, "\1"}, "a heading ends the bytes"},
         {"hex:01,zz", std::nullopt, "no digits"},
         {"hex:123", std::nullopt, "no comma"},
         {"hex:-1", std::nullopt, "no signs"},
@@ -103,14 +103,14 @@ TEST_F(RegistryText, UnderstandsEveryKindOfValue) {
         {"hex(4):01,02,03,04", Stored{REG_DWORD, "\1\2\3\4"}, "a number by its bytes"},
         {"hex(0):01", Stored{REG_NONE, "\1"}, "a value of no type"},
         {"hex(b):01,02", Stored{11, "\1\2"}, "any other type"},
-        {"hex(ffffffff):01", Stored{0xFFFFFFFF, "\1"}, "whatever its number"},
-        {"hex(1):31,00,32,00,00,00", Text("12"), "a text by its units"},
-        {"hex(2):25,00,e4,00,00,00", Stored{REG_EXPAND_SZ, "%\xC3\xA4\0"s}, "an expandable one"},
+        {"hex(ffffffff):01", Stored{0xFFFFFFFF, "\1"}, "the largest type number"},
+        {"hex(1):31,00,32,00,00,00", Text("12"), "a text as UTF-16 bytes"},
+        {"hex(2):25,00,e4,00,00,00", Stored{REG_EXPAND_SZ, "%\xC3\xA4\0"s}, "an expandable text as UTF-16 bytes"},
         {"hex(7):31,00,00,00,32,00,00,00,00,00",
          Stored{7, "1\0"
                    "2\0\0"s},
          "several texts"},
-        {"hex(1):31,00", Stored{REG_SZ, "1"}, "an unterminated one stays so"},
+        {"hex(1):31,00", Stored{REG_SZ, "1"}, "a text without a terminator gets none"},
         {"hex(1):31,00,32", Stored{REG_SZ, "12"}, "half a unit"},
         {"hex(1):3d,d8,00,de", Stored{REG_SZ, "\xF0\x9F\x98\x80"}, "a character of two units"},
         {"hex(1):", Stored{REG_SZ, ""}, "no units"},
@@ -125,7 +125,7 @@ TEST_F(RegistryText, UnderstandsEveryKindOfValue) {
     }
 }
 
-TEST_F(RegistryText, FindsTheNameAsItIsMeant) {
+TEST_F(RegistryText, FindsAValueByItsName) {
     const struct {
         const char* line;
         const char* name;
@@ -134,7 +134,7 @@ TEST_F(RegistryText, FindsTheNameAsItIsMeant) {
     } cases[] = {
         {R"("Name"="1")", "Name", true, "plain"},
         {R"("nAME"="1")", "Name", true, "letter case does not matter"},
-        {R"(  "Name"  =  "1")", "Name", true, "nor do blanks around it"},
+        {R"(  "Name"  =  "1")", "Name", true, "blanks around the name do not matter"},
         {R"("Na\"me\\"="1")", "Na\"me\\", true, "escapes"},
         {R"("a=b"="1")", "a=b", true, "an equals sign inside"},
         {R"("Name "="1")", "Name", false, "a blank inside the quotes counts"},
@@ -146,9 +146,9 @@ TEST_F(RegistryText, FindsTheNameAsItIsMeant) {
         {R"(;"Name"="1")", "Name", false, "a comment"},
         {R"(#"Name"="1")", "Name", false, "garbage in front"},
         {R"(@="1")", "", true, "the default value"},
-        {R"(""="1")", "", true, "spelt out"},
-        {R"(@="1")", "@", false, "is not called @"},
-        {R"("@"="1")", "@", true, "but a value may be"},
+        {R"(""="1")", "", true, "the default value with an empty name"},
+        {R"(@="1")", "@", false, "the default value is not named @"},
+        {R"("@"="1")", "@", true, "a value can be named @"},
     };
     for (const auto& [line, name, isFound, why] : cases) {
         Put(wide + heading + line + "\r\n");
@@ -169,22 +169,26 @@ TEST_F(RegistryText, LetsLaterLinesOverrideEarlierOnes) {
         {heading + "\"n\"=\"1\"\r\n\"n\"=-\r\n", std::nullopt, true, "a removal"},
         {heading + "\"n\"=-\r\n\"n\"=\"1\"\r\n", Text("1"), true, "a value after the removal"},
         {heading + "\"n\"=\"1\"\r\n\"n\"=garbage\r\n", Text("1"), true, "garbage overrides nothing"},
-        {heading + "\"n\"=\"1\"\r\n\"n\"=- garbage\r\n", Text("1"), true, "nor does a removal with garbage behind it"},
-        {heading + "\"n\"=\"1\"\r\n" + heading + "\"m\"=\"2\"\r\n", Text("1"), true, "the key a second time"},
-        {heading + "\"n\"=\"1\"\r\n" + heading + "\"n\"=\"2\"\r\n", Text("2"), true, "the same value there"},
-        {heading + "\"n\"=\"1\"\r\n" + heading + "\"n\"=-\r\n", std::nullopt, true, "its removal there"},
+        {heading + "\"n\"=\"1\"\r\n\"n\"=- garbage\r\n", Text("1"), true,
+         "a removal with garbage behind it removes nothing"},
+        {heading + "\"n\"=\"1\"\r\n" + heading + "\"m\"=\"2\"\r\n", Text("1"), true, "the key named twice"},
+        {heading + "\"n\"=\"1\"\r\n" + heading + "\"n\"=\"2\"\r\n", Text("2"), true,
+         "the key named twice, with the same value"},
+        {heading + "\"n\"=\"1\"\r\n" + heading + "\"n\"=-\r\n", std::nullopt, true,
+         "the key named twice, with a removal of the value"},
         {heading + "\"n\"=\"1\"\r\n[HKEY_LOCAL_MACHINE\\Software]\r\n\"n\"=\"2\"\r\n", Text("1"), true, "another key"},
-        {heading + "\"n\"=\"1\"\r\n" + removal, std::nullopt, false, "the key's removal"},
-        {heading + "\"n\"=\"1\"\r\n" + removal + "\"n\"=\"2\"\r\n", std::nullopt, false, "values behind it go nowhere"},
-        {heading + "\"n\"=\"1\"\r\n" + removal + heading, std::nullopt, true, "the key again"},
-        {removal + heading + "\"n\"=\"1\"\r\n", Text("1"), true, "removed and filled"},
+        {heading + "\"n\"=\"1\"\r\n" + removal, std::nullopt, false, "a removal of the key"},
+        {heading + "\"n\"=\"1\"\r\n" + removal + "\"n\"=\"2\"\r\n", std::nullopt, false,
+         "values behind a removal of the key are ignored"},
+        {heading + "\"n\"=\"1\"\r\n" + removal + heading, std::nullopt, true, "the key removed and named again"},
+        {removal + heading + "\"n\"=\"1\"\r\n", Text("1"), true, "the key removed, named again and filled"},
         {heading + "\"n\"=\"1\"\r\n[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Hollbeck]\r\n", std::nullopt, false,
-         "a removed parent takes it along"},
+         "a removal of the parent removes the key"},
         {heading + "\"n\"=\"1\"\r\n[-HKEY_LOCAL_MACHINE\\Software\\Holl]\r\n", Text("1"), true,
-         "a removed stranger not"},
+         "a removal of another key does not"},
         {heading + "\"n\"=\"1\"\r\n[-HKEY_LOCAL_MACHINE]\r\n", Text("1"), true, "the root cannot be removed"},
         {heading + "\"n\"=\"1\"\r\n" + removal.substr(0, removal.size() - 3) + "\\Sub]\r\n", Text("1"), true,
-         "a key below may be removed"},
+         "a removal of a subkey does not"},
     };
     for (const auto& [lines, stored, isOpen, why] : cases) {
         Put(wide + lines);
@@ -193,7 +197,7 @@ TEST_F(RegistryText, LetsLaterLinesOverrideEarlierOnes) {
     }
 }
 
-TEST_F(RegistryText, FindsTheKeyAsItIsMeant) {
+TEST_F(RegistryText, FindsTheKeyByItsPath) {
     const struct {
         const char* heading;
         bool isOpen;
@@ -223,7 +227,7 @@ TEST_F(RegistryText, FindsTheKeyAsItIsMeant) {
     }
 }
 
-TEST_F(RegistryText, PassesOverLinesThatMakeNoSense) {
+TEST_F(RegistryText, SkipsLinesThatCannotBeUnderstood) {
     Put(wide + "\"early\"=\"1\"\r\n" + heading + "garbage\r\n=x\r\n\"k\"\r\n\r\n   \r\n; \"c\"=\"1\"\r\n[open\r\n" +
         "\0\xFF\xFE\r\n"s + "\"n\"=\"1\"\r\n");
     EXPECT_EQ(Find("early"), std::nullopt) << "belongs to no key";
@@ -231,7 +235,7 @@ TEST_F(RegistryText, PassesOverLinesThatMakeNoSense) {
     EXPECT_EQ(Find("n"), Text("1"));
 }
 
-TEST_F(RegistryText, MayEndItsLinesInAnyWay) {
+TEST_F(RegistryText, CanHaveAnyLineEnds) {
     for (const std::string end : {"\r\n", "\n", "\r"}) {
         Put("REGEDIT4" + end + end + heading.substr(0, heading.size() - 2) + end + "\"a\"=\"1\"" + end +
             "\"h\"=hex:01,\\" + end + "02" + end + "\"n\"=\"2\"");
@@ -241,7 +245,7 @@ TEST_F(RegistryText, MayEndItsLinesInAnyWay) {
     }
 }
 
-TEST_F(RegistryText, HoldsNarrowCharactersInTheOlderFormat) {
+TEST_F(RegistryText, HasNarrowCharactersInTheOlderFormat) {
     Put(narrow + heading +
         "\"a\"=hex(1):31,32,00\r\n\"b\"=hex(2):31,32\r\n\"c\"=\"\xE4\"\r\n\"d\"=hex(7):31,00,32,00,00\r\n");
     EXPECT_EQ(Find("a"), Text("12"));
@@ -251,7 +255,7 @@ TEST_F(RegistryText, HoldsNarrowCharactersInTheOlderFormat) {
                                     "2\0\0"s}));
 }
 
-TEST_F(RegistryText, MayBeUtf8OrUtf16BehindAMark) {
+TEST_F(RegistryText, CanBeUtf8OrUtf16WithAMark) {
     const std::u16string content = u"Windows Registry Editor Version 5.00\r\n\r\n"
                                    u"[HKEY_LOCAL_MACHINE\\Software\\Hollbeck\\VRX Software\\QMV40Calculator]\r\n"
                                    u"\"K\u00F6pfe \U0001F600\"=\"\u4E00\"\r\n\"h\"=hex(1):00,4e\r\n";
@@ -266,11 +270,11 @@ TEST_F(RegistryText, MayBeUtf8OrUtf16BehindAMark) {
     for (const std::string& encoded : {utf16, swapped, utf8, "\xEF\xBB\xBF" + utf8, utf16 + "?"}) {
         Put(encoded);
         EXPECT_EQ(Find("K\xC3\xB6pfe \xF0\x9F\x98\x80"), Text("\xE4\xB8\x80"));
-        EXPECT_EQ(Find("h"), (Stored{REG_SZ, "\xE4\xB8\x80"})) << "units in digits have one order, whatever the file's";
+        EXPECT_EQ(Find("h"), (Stored{REG_SZ, "\xE4\xB8\x80"})) << "hexadecimal bytes are always little-endian";
     }
 }
 
-TEST_F(RegistryText, HoldsNoKeyUnlessItBeginsWithTheFormatsName) {
+TEST_F(RegistryText, HasNoKeyWithoutAFormatNameAtItsBeginning) {
     const struct {
         const char* firstLine;
         bool isOpen;
@@ -280,7 +284,7 @@ TEST_F(RegistryText, HoldsNoKeyUnlessItBeginsWithTheFormatsName) {
         {"REGEDIT4\r\n", true, "the older"},
         {" Windows Registry Editor Version 5.00 \r\n", true, "blanks around it"},
         {"regedit4\r\n", false, "letter case matters"},
-        {"REGEDIT\r\n", false, "an older one still"},
+        {"REGEDIT\r\n", false, "a still older format"},
         {"REGEDIT4x\r\n", false, "another name"},
         {"Windows Registry Editor Version 6.00\r\n", false, "another version"},
         {"\r\nREGEDIT4\r\n", false, "not on the first line"},
@@ -301,16 +305,16 @@ TEST_F(RegistryText, IsAnAbsentKeyWhenItCannotBeRead) {
     Put(narrow + heading);
     EXPECT_TRUE(IsOpen());
     std::filesystem::resize_file(file, (16U << 20) + 1);
-    EXPECT_FALSE(IsOpen()) << "an absurdly large file";
+    EXPECT_FALSE(IsOpen()) << "a file of more than 16 MiB";
     std::filesystem::remove(file);
     std::filesystem::create_directory(file);
     EXPECT_FALSE(IsOpen()) << "a folder";
     std::filesystem::remove(file);
     ASSERT_EQ(::mkfifo(file.c_str(), 0666), 0);
-    EXPECT_FALSE(IsOpen()) << "a pipe, and nobody waits for its other end";
+    EXPECT_FALSE(IsOpen()) << "a pipe; opening it must not wait";
 }
 
-TEST_F(RegistryText, KeepsWhatItHeldWhenItWasOpened) {
+TEST_F(RegistryText, DoesNotChangeAfterItWasOpened) {
     Put(narrow + heading + "\"n\"=\"1\"\r\n");
     const SettingsKey key(path);
     Put(narrow + heading + "\"n\"=\"2\"\r\n");

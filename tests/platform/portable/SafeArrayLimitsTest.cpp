@@ -5,7 +5,7 @@
 #include <limits>
 #include <vector>
 
-/// What a client can write into a descriptor and no memory can hold. The platform's own arrays do not all look.
+/// Descriptors of more elements than any memory has. (Not all implementations of these arrays check them.)
 
 namespace {
 
@@ -20,15 +20,15 @@ SAFEARRAY* Descriptor(ULONG elementSize, const std::vector<ULONG>& counts) {
     return array;
 }
 
-TEST(SafeArrayLimits, RefuseMoreBytesThanCanBeCounted) {
+TEST(SafeArrayLimits, RefuseSizesThatOverflow) {
     const struct {
         ULONG elementSize;
         std::vector<ULONG> counts;
         const char* why;
     } cases[] = {
         {1U << 20, {1U << 22, 1U << 22}, "wraps to 0"},
-        {40, {most, most}, "wraps to something small"},
-        {most, {most}, "can be counted but not addressed"},
+        {40, {most, most}, "wraps to a small number"},
+        {most, {most}, "does not overflow but is larger than any memory"},
         {8, {most, most, most, most}, "wraps more than once"},
     };
     for (const auto& [elementSize, counts, why] : cases) {
@@ -42,14 +42,14 @@ TEST(SafeArrayLimits, RefuseMoreBytesThanCanBeCounted) {
     }
 }
 
-TEST(SafeArrayLimits, RefuseToTellABoundToNobody) {
+TEST(SafeArrayLimits, RefuseANullPointerForABound) {
     SAFEARRAY* const array = Descriptor(8, {1});
     EXPECT_EQ(SafeArrayGetLBound(array, 1, nullptr), E_INVALIDARG);
     EXPECT_EQ(SafeArrayGetUBound(array, 1, nullptr), E_INVALIDARG);
     EXPECT_EQ(SafeArrayDestroy(array), S_OK);
 }
 
-TEST(SafeArrayLimits, LetBoundsThatNoArrayCanHaveWrap) {
+TEST(SafeArrayLimits, WrapImpossibleBounds) {
     SAFEARRAY* const array = Descriptor(8, {most});
     array->rgsabound[0].lLbound = std::numeric_limits<LONG>::max();
     LONG bound = 0;

@@ -10,7 +10,7 @@
 #include <sys/select.h>
 #include <unistd.h>
 
-/// Settings are read without waiting. The program is linked so that every call that waits comes through here.
+/// Settings are read without waiting. The linker directs all waiting calls to this program.
 
 using namespace qmv40;
 
@@ -34,7 +34,7 @@ int __wrap_select(int /*count*/, fd_set* /*in*/, fd_set* /*out*/, fd_set* /*erro
 
 namespace {
 
-// A plan reads the settings several times: what one of them waits, the caller's window waits several times.
+// A plan reads the settings several times, and the caller's window does not react meanwhile.
 TEST(SettingsAccess, NeverWaitsForAFileToBeFilled) {
     const TemporaryFolder folder;
     const std::filesystem::path file = folder.Path("settings.reg");

@@ -11,13 +11,13 @@
 
 using namespace qmv40;
 
-/// Every call here is made to run out of memory at its first allocation, its second, and so on until it gets by with
-/// what there is. Leaks are the sanitizer's to find.
+/// Each call is repeated: first its first allocation fails, then its second, and so on until the call succeeds. The
+/// sanitizers find leaks.
 
 namespace {
 
-/// Calls `attempt` with memory running out at every allocation that it makes; `attempt` gets a function that says
-/// whether it did, to be called right behind the call under test.
+/// Calls `attempt` again and again; in each call the next allocation fails. `attempt` gets a function that returns
+/// whether an allocation failed. It must be called directly after the call under test.
 template <typename Attempt> void AtEveryAllocation(Attempt attempt) {
     bool wasReached = true;
     long count = 0;
@@ -26,8 +26,8 @@ template <typename Attempt> void AtEveryAllocation(Attempt attempt) {
         FailingAllocations failing(count);
         wasReached = attempt([&] { return failing.Stop(); });
     }
-    EXPECT_GT(count, 1) << "the call needs no memory at all";
-    EXPECT_LT(count, 1000) << "the call never gets by";
+    EXPECT_GT(count, 1) << "the call needs no memory";
+    EXPECT_LT(count, 1000) << "the call never succeeds";
 }
 
 TEST(WithoutMemory, TextsAreNull) {
@@ -40,7 +40,7 @@ TEST(WithoutMemory, TextsAreNull) {
     });
 }
 
-TEST(WithoutMemory, ArraysAreNotMade) {
+TEST(WithoutMemory, ArraysAreNotCreated) {
     AtEveryAllocation([](auto ranOut) {
         SAFEARRAY* array = nullptr;
         const HRESULT described = SafeArrayAllocDescriptor(1, &array);
@@ -69,7 +69,7 @@ TEST(WithoutMemory, ArraysAreNotCopied) {
     EXPECT_EQ(SafeArrayDestroy(array), S_OK);
 }
 
-TEST(WithoutMemory, ErrorRecordsAreNotMade) {
+TEST(WithoutMemory, ErrorRecordsAreNotCreated) {
     AtEveryAllocation([](auto ranOut) {
         ICreateErrorInfo* record = nullptr;
         const HRESULT result = CreateErrorInfo(&record);
@@ -80,7 +80,7 @@ TEST(WithoutMemory, ErrorRecordsAreNotMade) {
     });
 }
 
-TEST(WithoutMemory, ErrorRecordsNeitherTakeNorGiveTexts) {
+TEST(WithoutMemory, ErrorRecordsRefuseToSetAndReturnTexts) {
     ICreateErrorInfo* record = nullptr;
     ASSERT_EQ(CreateErrorInfo(&record), S_OK);
     std::wstring source = L"source";
@@ -105,7 +105,7 @@ TEST(WithoutMemory, ErrorRecordsNeitherTakeNorGiveTexts) {
     record->Release();
 }
 
-/// Whether `call` ended for want of memory.
+/// Whether `call` threw std::bad_alloc.
 template <typename Call> bool EndsForWantOfMemory(Call call) {
     try {
         call();
@@ -115,7 +115,7 @@ template <typename Call> bool EndsForWantOfMemory(Call call) {
     }
 }
 
-TEST(WithoutMemory, ProfilesAreReadToTheEndOrNotAtAll) {
+TEST(WithoutMemory, ProfilesAreReadWholeOrNotAtAll) {
     const ProfileOnDisk profile;
     profile.Put("[SAFEPOSITION OF THE HEAD]\r\nRequiredRotationAroundZ=1\r\n");
     const std::wstring path = profile.Path().wstring();
@@ -131,7 +131,7 @@ TEST(WithoutMemory, ProfilesAreReadToTheEndOrNotAtAll) {
     });
 }
 
-TEST(WithoutMemory, ProfilesAreWrittenWholeOrLeftAsTheyAre) {
+TEST(WithoutMemory, ProfilesAreWrittenWholeOrNotAtAll) {
     const ProfileOnDisk profile;
     const std::string before = "[HEADCENTRE]\r\nX=1\r\n",
                       after = "[HEADCENTRE]\r\nX=1\r\nRequiredRotationAroundZ=2\r\n";
@@ -146,14 +146,14 @@ TEST(WithoutMemory, ProfilesAreWrittenWholeOrLeftAsTheyAre) {
             [&] { isWritten = WriteProfileText(L"HEADCENTRE", L"RequiredRotationAroundZ", "2", path.c_str()); });
         didRunOut = failing.Stop();
         ASSERT_LT(count, 1000);
-        EXPECT_EQ(didRunOut, ended) << "a lack of memory is never hidden";
+        EXPECT_EQ(didRunOut, ended) << "a failed allocation must not be hidden";
         EXPECT_EQ(profile.Content(), isWritten ? after : before);
         const std::filesystem::directory_iterator files(profile.Folder());
-        EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "nothing is left behind";
+        EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "no copy may be left";
     }
 }
 
-TEST(WithoutMemory, SettingsAreReadOrTheCallEnds) {
+TEST(WithoutMemory, SettingsAreReadOrTheCallThrows) {
     SettingsFixture settings;
     settings.SetText("Head Centre To Drive Cup X Offset", "-7.25");
     AtEveryAllocation([&](auto ranOut) {

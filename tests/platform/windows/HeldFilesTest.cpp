@@ -16,15 +16,15 @@
 
 using namespace qmv40;
 
-/// A file that another program holds open: how long a save waits for it, and what becomes of the file.
+/// Another program holds the file open: how long a save waits, and what happens to the file.
 
 namespace {
 
-/// The time that the code under test sees. Nobody sleeps.
+/// The clock of the code under test. It does not really sleep.
 struct TestClock {
     ULONGLONG now = 1000;
-    ULONGLONG asked = 0; ///< how many milliseconds of waiting were asked for
-    ULONGLONG late = 0;  ///< how much later each wait ends than asked for
+    ULONGLONG asked = 0; ///< the sum of all waiting times, in milliseconds
+    ULONGLONG late = 0;  ///< each wait ends later by this many milliseconds
 } testClock;
 
 ULONGLONG WINAPI Now() { return testClock.now; }
@@ -47,8 +47,8 @@ protected:
     }
 
     bool Save() const {
-        Patience patience(clock);
-        return WriteEntries(profile.Path().wstring(), entries, patience);
+        WaitLimit waitLimit(clock);
+        return WriteEntries(profile.Path().wstring(), entries, waitLimit);
     }
     std::ptrdiff_t FilesInFolder() const {
         const std::filesystem::directory_iterator files(profile.Folder());
@@ -58,7 +58,7 @@ protected:
     ProfileOnDisk profile;
 };
 
-TEST_F(HeldFiles, AreNotWaitedForWhenNobodyHoldsThem) {
+TEST_F(HeldFiles, CauseNoWaitAfterTheyAreReleased) {
     EXPECT_TRUE(Save());
     EXPECT_EQ(profile.Content(), after);
     EXPECT_EQ(testClock.asked, 0U);
@@ -72,7 +72,7 @@ std::vector<char> AccessControlListOf(const std::wstring& name) {
     return list;
 }
 
-TEST_F(HeldFiles, KeepTheirAccessControlListWhenACopyTakesTheirPlace) {
+TEST_F(HeldFiles, KeepTheirAccessControlListWhenTheyAreReplaced) {
     const std::wstring name = profile.Path().wstring();
     const std::vector<char> usual = AccessControlListOf(name);
     PSECURITY_DESCRIPTOR everybodyMayAll = nullptr;
@@ -81,12 +81,12 @@ TEST_F(HeldFiles, KeepTheirAccessControlListWhenACopyTakesTheirPlace) {
     const std::unique_ptr<void, decltype(&LocalFree)> owner(everybodyMayAll, LocalFree);
     ASSERT_TRUE(SetFileSecurityW(name.c_str(), DACL_SECURITY_INFORMATION, everybodyMayAll));
     const std::vector<char> given = AccessControlListOf(name);
-    ASSERT_NE(given, usual) << "the test could not fail";
+    ASSERT_NE(given, usual) << "with the default list the test could not fail";
     EXPECT_TRUE(Save());
     EXPECT_EQ(AccessControlListOf(name), given);
 }
 
-TEST_F(HeldFiles, AreWaitedFor250MillisecondsAtMostHoweverTheyAreHeld) {
+TEST_F(HeldFiles, CauseAWaitOf250MillisecondsAtMost) {
     for (const ULONGLONG late : {0U, 1U, 15U}) {
         for (const DWORD access : {DWORD{GENERIC_READ}, DWORD{GENERIC_WRITE}, DWORD{GENERIC_READ | GENERIC_WRITE}}) {
             for (DWORD sharing = 0; sharing <= shareAll; ++sharing) {
@@ -114,7 +114,7 @@ TEST_F(HeldFiles, AreWaitedFor250MillisecondsAtMostHoweverTheyAreHeld) {
     }
 }
 
-TEST_F(HeldFiles, AreWaitedForAFairPartOfThatTime) {
+TEST_F(HeldFiles, CauseAWaitOfMostOfThatTime) {
     const FileHandle held(profile.Path().wstring(), GENERIC_READ, 0);
     EXPECT_FALSE(Save());
     EXPECT_GE(testClock.asked, 200U);
@@ -126,24 +126,25 @@ void WINAPI WaitUntilLetGo(DWORD milliseconds) {
     if (testClock.now > 1100) heldForAWhile = FileHandle();
 }
 
-TEST_F(HeldFiles, AreReplacedWhenTheyAreLetGoInTime) {
+TEST_F(HeldFiles, AreReplacedWhenTheyAreReleasedInTime) {
     for (const DWORD sharing : {DWORD{0}, DWORD{FILE_SHARE_READ}, DWORD{shareAll}}) {
         testClock = {};
         profile.Put(before);
         heldForAWhile = FileHandle(profile.Path().wstring(), GENERIC_READ, sharing);
-        Patience patience({Now, WaitUntilLetGo});
-        EXPECT_TRUE(WriteEntries(profile.Path().wstring(), entries, patience));
+        WaitLimit waitLimit({Now, WaitUntilLetGo});
+        EXPECT_TRUE(WriteEntries(profile.Path().wstring(), entries, waitLimit));
         EXPECT_EQ(profile.Content(), after);
         EXPECT_LT(testClock.asked, 150U);
     }
 }
 
-// A load is over long before that; this one stays. Written into, the file would change under it.
-TEST_F(HeldFiles, AreKeptWhileSomebodyLoads) {
+// A load takes much less time than the limit; this one never ends. A write into the file would change the content while
+// it is read.
+TEST_F(HeldFiles, DoNotChangeDuringALoad) {
     {
         const ProfileReader reader(profile.Path().wstring().c_str());
         EXPECT_FALSE(Save());
-        EXPECT_GE(testClock.asked, 200U) << "for the reader to go";
+        EXPECT_GE(testClock.asked, 200U) << "the save must wait for the end of the load";
         EXPECT_LE(testClock.asked, mostWaiting);
         EXPECT_EQ(profile.Content(), before);
         EXPECT_EQ(FilesInFolder(), 1);
@@ -159,13 +160,13 @@ void WINAPI WaitWhileOneLoadFollowsTheOther(DWORD milliseconds) {
     if (testClock.asked < 200) heldForAWhile = FileHandle(heldPath, GENERIC_READ, FILE_SHARE_READ);
 }
 
-// Entry by entry, the second load would find one geometry's part and the other's.
-TEST_F(HeldFiles, AreWaitedForWhileOneLoadFollowsTheOther) {
+// If the entries were written one by one, the second load would read a part of each geometry.
+TEST_F(HeldFiles, CauseAWaitDuringSuccessiveLoads) {
     const std::wstring path = profile.Path().wstring();
     heldPath = path;
     heldForAWhile = FileHandle(path, GENERIC_READ, FILE_SHARE_READ);
-    Patience patience({Now, WaitWhileOneLoadFollowsTheOther});
-    EXPECT_TRUE(WriteEntries(path, entries, patience));
+    WaitLimit waitLimit({Now, WaitWhileOneLoadFollowsTheOther});
+    EXPECT_TRUE(WriteEntries(path, entries, waitLimit));
     EXPECT_EQ(testClock.asked, 200U);
     EXPECT_EQ(profile.Content(), after);
 }
@@ -180,22 +181,22 @@ void WINAPI WaitWhileAnotherSaves(DWORD milliseconds) {
     Wait(milliseconds);
     if (testClock.asked > 1) return;
     std::thread([] {
-        Patience patience({Now, WaitAndCountFiles});
-        EXPECT_TRUE(WriteEntries(heldPath, entries, patience));
+        WaitLimit waitLimit({Now, WaitAndCountFiles});
+        EXPECT_TRUE(WriteEntries(heldPath, entries, waitLimit));
     }).join();
 }
 
-TEST_F(HeldFiles, HaveACopyOfItsOwnForEachSaveThatWaits) {
+TEST_F(HeldFiles, HaveASeparateCopyForEachWaitingSave) {
     heldPath = profile.Path().wstring();
     const FileHandle held(heldPath, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
-    Patience patience({Now, WaitWhileAnotherSaves});
-    EXPECT_TRUE(WriteEntries(heldPath, entries, patience));
+    WaitLimit waitLimit({Now, WaitWhileAnotherSaves});
+    EXPECT_TRUE(WriteEntries(heldPath, entries, waitLimit));
     EXPECT_EQ(mostFiles, 3) << "the file and two copies";
     EXPECT_EQ(profile.Content(), after);
     EXPECT_EQ(FilesInFolder(), 1);
 }
 
-TEST_F(HeldFiles, AreNotWrittenIntoByAnybodyWhileALoadReads) {
+TEST_F(HeldFiles, CannotBeWrittenByOtherProgramsDuringALoad) {
     {
         const ProfileReader reader(profile.Path().wstring().c_str());
         EXPECT_FALSE(FileHandle(profile.Path().wstring(), GENERIC_WRITE, shareAll).IsOpen());
@@ -203,7 +204,7 @@ TEST_F(HeldFiles, AreNotWrittenIntoByAnybodyWhileALoadReads) {
     EXPECT_TRUE(FileHandle(profile.Path().wstring(), GENERIC_WRITE, shareAll).IsOpen());
 }
 
-TEST_F(HeldFiles, AreNotReadWhileASaveWritesIntoThem) {
+TEST_F(HeldFiles, AreNotReadWhileASaveWrites) {
     {
         const FileHandle save(profile.Path().wstring(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);
         ASSERT_TRUE(Claim(ContentRight::toWrite, save));
@@ -212,7 +213,7 @@ TEST_F(HeldFiles, AreNotReadWhileASaveWritesIntoThem) {
     EXPECT_EQ(profile.Read(L"S", L"a"), "1");
 }
 
-TEST_F(HeldFiles, AreNotWrittenIntoWhileALoadReadsWhatAnotherProgramLeft) {
+TEST_F(HeldFiles, AreNotWrittenByASaveDuringALoad) {
     {
         FileHandle other(profile.Path().wstring(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
         ASSERT_TRUE(other.IsOpen());
@@ -224,18 +225,18 @@ TEST_F(HeldFiles, AreNotWrittenIntoWhileALoadReadsWhatAnotherProgramLeft) {
     EXPECT_TRUE(Save());
 }
 
-/// Saves the two contents in turn; the file is held, so that each is written into it.
+/// Saves the two contents in turn. The file is held, so that each content is written into the file itself.
 void SaveInTurn(const std::wstring& path, int saves) {
     const ProfileEntry others[] = {{"S", "a", "1"}, {"S", "b", "2"}};
     for (int i = 0; i < saves; ++i) {
-        Patience patience(clock);
-        WriteEntries(path, i % 2 == 0 ? std::span(entries) : std::span(others), patience);
+        WaitLimit waitLimit(clock);
+        WriteEntries(path, i % 2 == 0 ? std::span(entries) : std::span(others), waitLimit);
     }
 }
 
-TEST_F(HeldFiles, AreNeverReadInPartWhileSavesWriteIntoThem) {
+TEST_F(HeldFiles, AreNeverReadInPartWhileSavesWrite) {
     const FileHandle held(profile.Path().wstring(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
-    testClock.late = mostWaiting; // a save gives up waiting at once
+    testClock.late = mostWaiting; // the first wait uses up the time of a save
     std::atomic<bool> ended = false;
     std::thread saves([&] {
         SaveInTurn(profile.Path().wstring(), 100);
@@ -253,34 +254,34 @@ TEST_F(HeldFiles, AreNeverReadInPartWhileSavesWriteIntoThem) {
     for (const std::string& both : read) EXPECT_TRUE(both == "1 2" || both == "10 20" || both == "none none") << both;
 }
 
-// A copy of a file that is half written would lose lines of other programs.
+// A copy of a partly written file would lose lines of other programs.
 TEST_F(HeldFiles, AreNotCopiedWhileASaveWritesIntoThem) {
     {
         const FileHandle save(profile.Path().wstring(), GENERIC_READ, shareAll);
         ASSERT_TRUE(Claim(ContentRight::toWrite, save));
         heldPath = profile.Path().wstring();
         mostFiles = 0;
-        Patience patience({Now, WaitAndCountFiles});
-        EXPECT_FALSE(WriteEntries(heldPath, entries, patience));
+        WaitLimit waitLimit({Now, WaitAndCountFiles});
+        EXPECT_FALSE(WriteEntries(heldPath, entries, waitLimit));
         EXPECT_GE(testClock.asked, 200U);
-        EXPECT_EQ(mostFiles, 1) << "there was a copy";
+        EXPECT_EQ(mostFiles, 1) << "there must be no copy";
         EXPECT_EQ(profile.Content(), before);
         EXPECT_EQ(FilesInFolder(), 1);
     }
     EXPECT_TRUE(Save());
 }
 
-// Another program that lets others write but not delete: the file keeps its place and gets the copy's content, whole.
-TEST_F(HeldFiles, AreGivenTheWholeContentWhereTheyCannotBeReplaced) {
+// Another program lets others write but not delete: the content of the copy is written into the file in one step.
+TEST_F(HeldFiles, ThatCannotBeReplacedGetTheWholeContent) {
     const FileHandle held(profile.Path().wstring(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
     const ProfileEntry unwritable[] = {{"S", "a", "10"}, {"S", std::nullopt, "20"}};
     EXPECT_TRUE(Save());
     EXPECT_GE(testClock.asked, 200U);
     EXPECT_EQ(profile.Content(), after);
     profile.Put("[Long]\r\nlong=" + std::string(1000, 'x') + "\r\n" + before);
-    Patience patience(clock);
-    EXPECT_FALSE(WriteEntries(profile.Path().wstring(), unwritable, patience));
-    EXPECT_EQ(profile.Read(L"S", L"a"), "10") << "those before it stay";
+    WaitLimit waitLimit(clock);
+    EXPECT_FALSE(WriteEntries(profile.Path().wstring(), unwritable, waitLimit));
+    EXPECT_EQ(profile.Read(L"S", L"a"), "10") << "the entries before the failure must stay";
     EXPECT_EQ(FilesInFolder(), 1);
 }
 

@@ -6,16 +6,16 @@
 
 using namespace qmv40;
 
-/// Which bytes the profile functions are given for a name, and when there are none.
+/// The bytes that are passed to the profile functions for a name, and the names for which there are none.
 
 namespace {
 
-/// The code pages of a machine, and conversions that refuse what Windows' documentation says is refused.
+/// The code pages of a machine, and conversions that refuse the same arguments as those of Windows.
 struct Machine {
     UINT thread = 1252;
     UINT system = 1252;
-    std::wstring shortPath; ///< of every file; empty for none
-    std::wstring only;      ///< the one file or folder that is there; empty: whatever is asked for
+    std::wstring shortPath; ///< the short path of every file; empty for none
+    std::wstring only;      ///< the only existing file or folder; empty: all exist
     int refusals = 0;
 } machine;
 
@@ -29,7 +29,7 @@ int Refuse(DWORD error) {
     return 0;
 }
 
-/// Code pages for which flags must be 0, except that UTF-8 and GB18030 take WC_ERR_INVALID_CHARS.
+/// Code pages for which the flags must be 0. (UTF-8 and GB18030 also accept WC_ERR_INVALID_CHARS.)
 bool TakesNoFlags(UINT codePage) {
     constexpr UINT others[] = {42, 50220, 50221, 50222, 50225, 50227, 50229, 65000};
     return codePage == 65001 || codePage == 54936 || (codePage >= 57002 && codePage <= 57011) ||
@@ -68,7 +68,7 @@ const NameConversions conversions{Narrow, Widen, ShortPath};
 class NarrowNames : public testing::Test {
 protected:
     NarrowNames() { machine = {}; }
-    ~NarrowNames() override { EXPECT_EQ(machine.refusals, 0) << "Windows would refuse what was asked"; }
+    ~NarrowNames() override { EXPECT_EQ(machine.refusals, 0) << "Windows would refuse these arguments"; }
 
     static void Become(UINT thread, UINT system) {
         machine.thread = thread;
@@ -81,7 +81,7 @@ constexpr const wchar_t* polish = L"C:\\g\u0142owa.ini";
 constexpr const wchar_t* russian = L"C:\\\u0433\u043E\u043B\u043E\u0432\u0430.ini";
 constexpr const wchar_t* japanese = L"C:\\\u982D.ini";
 
-TEST_F(NarrowNames, AreInTheThreadsCodePageWhereTheSystemReadsTheSame) {
+TEST_F(NarrowNames, AreInTheThreadsCodePageIfTheSystemReadsTheSame) {
     const struct {
         UINT codePage;
         const wchar_t* name;
@@ -97,13 +97,13 @@ TEST_F(NarrowNames, AreInTheThreadsCodePageWhereTheSystemReadsTheSame) {
         {65001, japanese, "C:\\\xE9\xA0\xAD.ini", "UTF-8"},
         {65001, L"C:\\\xD83D\xDE00.ini", "C:\\\xF0\x9F\x98\x80.ini", "a character of two units"},
         {54936, german, "C:\\k\x81\x30\x8B\x32pf.ini", "GB18030"},
-        {1252, L"", "", "nothing at all"},
+        {1252, L"", "", "an empty name"},
     };
     for (const auto& [codePage, name, bytes, why] : cases) {
         if (IsValidCodePage(codePage) == 0) continue;
         Become(codePage, codePage);
         EXPECT_EQ(NarrowName(name, conversions), bytes) << why;
-        if (*name == L'\0') machine.refusals = 0; // no characters: that is no conversion
+        if (*name == L'\0') machine.refusals = 0; // an empty name needs no conversion
     }
 }
 
@@ -117,7 +117,7 @@ TEST_F(NarrowNames, AreNoneWhenTheCodePageLacksACharacter) {
         {1252, russian, "question marks"},
         {1251, german, "a similar letter"},
         {932, german, "a similar letter"},
-        {65001, L"C:\\\xD83D.ini", "half a character"},
+        {65001, L"C:\\\xD83D.ini", "a lone surrogate"},
         {1252, nullptr, "no name"},
     };
     for (const auto& [codePage, name, why] : cases) {
@@ -127,9 +127,9 @@ TEST_F(NarrowNames, AreNoneWhenTheCodePageLacksACharacter) {
     }
 }
 
-TEST_F(NarrowNames, AreInTheSystemsCodePageWhereItReadsTheThreadsOtherwise) {
+TEST_F(NarrowNames, AreElseInTheSystemsCodePage) {
     Become(1250, 1252);
-    EXPECT_EQ(NarrowName(german, conversions), "C:\\k\xF6pf.ini") << "the same in both";
+    EXPECT_EQ(NarrowName(german, conversions), "C:\\k\xF6pf.ini") << "the letter has the same byte in both";
     EXPECT_EQ(NarrowName(polish, conversions), std::nullopt) << "the system would read g\xB3owa.ini";
     Become(1251, 1252);
     EXPECT_EQ(NarrowName(german, conversions), "C:\\k\xF6pf.ini") << "the thread's code page has no such letter";
@@ -139,20 +139,21 @@ TEST_F(NarrowNames, AreInTheSystemsCodePageWhereItReadsTheThreadsOtherwise) {
     EXPECT_EQ(NarrowName(russian, conversions), "C:\\\xD0\xB3\xD0\xBE\xD0\xBB\xD0\xBE\xD0\xB2\xD0\xB0.ini");
 }
 
-TEST_F(NarrowNames, OfFilesAreShortOnesWhereNoCodePageHasTheLongOne) {
+TEST_F(NarrowNames, OfFilesAreElseTheShortNames) {
     Become(1250, 1252);
     machine.shortPath = L"C:\\GOWA~1.INI";
     EXPECT_EQ(NarrowFileName(polish, conversions), "C:\\GOWA~1.INI");
-    EXPECT_EQ(NarrowFileName(german, conversions), "C:\\k\xF6pf.ini") << "a long one that will do";
-    machine.shortPath = polish; // a disk without short names gives the long one
+    EXPECT_EQ(NarrowFileName(german, conversions), "C:\\k\xF6pf.ini") << "this long name can be converted";
+    machine.shortPath = polish; // a disk without short names returns the long name
     EXPECT_EQ(NarrowFileName(polish, conversions), std::nullopt);
 }
 
-TEST_F(NarrowNames, OfNewFilesAreInTheShortNameOfTheirFolder) {
+TEST_F(NarrowNames, OfNewFilesHaveTheShortNameOfTheirFolder) {
     machine.only = L"C:\\g\u0142owa";
     machine.shortPath = L"C:\\GOWA~1";
     EXPECT_EQ(NarrowFileName(L"C:\\g\u0142owa\\k\u00F6pf.ini", conversions), "C:\\GOWA~1\\k\xF6pf.ini");
-    EXPECT_EQ(NarrowFileName(L"C:\\g\u0142owa\\g\u0142owa.ini", conversions), std::nullopt) << "no name of its own";
+    EXPECT_EQ(NarrowFileName(L"C:\\g\u0142owa\\g\u0142owa.ini", conversions), std::nullopt)
+        << "a new file has no short name";
     EXPECT_EQ(NarrowFileName(L"g\u0142owa.ini", conversions), std::nullopt) << "no folder";
 }
 

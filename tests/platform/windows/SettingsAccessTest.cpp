@@ -4,7 +4,7 @@
 
 #include <vector>
 
-/// What is asked of the registry. The program is linked so that the component's opening of a key comes through here.
+/// The rights with which the registry key is opened. The linker directs the component's call to this program.
 
 using namespace qmv40;
 
@@ -33,8 +33,8 @@ decltype(&RegOpenKeyExA) __wrap___imp_RegOpenKeyExA = Record;
 
 namespace {
 
-// More than reading is refused to accounts that may only read the machine's settings.
-TEST(SettingsAccess, IsToReadTheMachinesKeyAndNothingElse) {
+// Accounts without administrator rights may only read the machine's settings.
+TEST(SettingsAccess, RequestsReadingOnly) {
     constexpr REGSAM toRead = 0x20019;
     openings.clear();
     const SettingsKey key(R"(Software\Hollbeck\VRX Software\QMV40Calculator)");

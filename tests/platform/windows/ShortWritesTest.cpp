@@ -4,15 +4,15 @@
 
 #include <gtest/gtest.h>
 
-/// A disk that takes a part of what is written, while the platform's function reports a success. The program is linked
-/// so that the component's own writes come through here.
+/// On a full disk a part of a text is written, and the platform's function reports a success. The linker directs the
+/// component's writes to this program.
 
 using namespace qmv40;
 
 namespace {
 
 std::uintmax_t largestFile = 0;
-int writesInPart = 0; ///< how many of the next writes of bytes are cut
+int writesInPart = 0; ///< this many of the next writes write a part only
 
 } // namespace
 
@@ -44,7 +44,7 @@ namespace {
 
 constexpr const char* bothWhole = "[S]\r\na=1.000000000e+02\r\nb=2.000000000e+02\r\n";
 
-TEST(ShortWrites, LeaveTheEntriesThatFittedWholeAndAlone) {
+TEST(ShortWrites, LeaveTheWholeEntriesOnly) {
     const ProfileEntry entries[] = {{"S", "a", "1.000000000e+02"}, {"S", "b", "2.000000000e+02"}, {"S", "c", "3"}};
     const struct {
         std::uintmax_t size;
@@ -53,8 +53,8 @@ TEST(ShortWrites, LeaveTheEntriesThatFittedWholeAndAlone) {
     for (const auto& [size, left] : cases) {
         const ProfileOnDisk profile;
         largestFile = size;
-        Patience patience;
-        EXPECT_FALSE(WriteEntries(profile.Path().wstring(), entries, patience));
+        WaitLimit waitLimit;
+        EXPECT_FALSE(WriteEntries(profile.Path().wstring(), entries, waitLimit));
         EXPECT_EQ(profile.Content(), left) << size;
         const std::filesystem::directory_iterator files(profile.Folder());
         EXPECT_EQ(std::distance(begin(files), end(files)), 1);
@@ -65,30 +65,30 @@ TEST(ShortWrites, OfTheFirstEntryLeaveNoFile) {
     const ProfileOnDisk profile;
     const ProfileEntry entries[] = {{"S", "a", "1.000000000e+02"}};
     largestFile = 15;
-    Patience patience;
-    EXPECT_FALSE(WriteEntries(profile.Path().wstring(), entries, patience));
+    WaitLimit waitLimit;
+    EXPECT_FALSE(WriteEntries(profile.Path().wstring(), entries, waitLimit));
     EXPECT_FALSE(profile.Exists());
 }
 
-TEST(ShortWrites, IntoAHeldFileAreTakenBack) {
+TEST(ShortWrites, IntoAHeldFileAreUndone) {
     const ProfileOnDisk profile;
     profile.Put(bothWhole);
     largestFile = 1000;
     const FileHandle held(profile.Path().wstring(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
     const ProfileEntry entries[] = {{"S", "a", "7"}, {"T", "c", "3"}};
-    Patience patience;
+    WaitLimit waitLimit;
     writesInPart = 1;
-    EXPECT_FALSE(WriteEntries(profile.Path().wstring(), entries, patience));
+    EXPECT_FALSE(WriteEntries(profile.Path().wstring(), entries, waitLimit));
     EXPECT_EQ(profile.Content(), bothWhole);
-    EXPECT_TRUE(WriteEntries(profile.Path().wstring(), entries, patience));
+    EXPECT_TRUE(WriteEntries(profile.Path().wstring(), entries, waitLimit));
 }
 
-TEST(ShortWrites, AreNoneOfTextsThatAreReadWithoutTheirEnds) {
+TEST(ShortWrites, AreNotReportedForTextsWithBlanksOrQuotes) {
     const ProfileOnDisk profile;
     const ProfileEntry entries[] = {{"S", "a", " blanks "}, {"S", "b", "'quotes'"}, {"S", "c", ""}};
     largestFile = 1000;
-    Patience patience;
-    EXPECT_TRUE(WriteEntries(profile.Path().wstring(), entries, patience));
+    WaitLimit waitLimit;
+    EXPECT_TRUE(WriteEntries(profile.Path().wstring(), entries, waitLimit));
 }
 
 } // namespace

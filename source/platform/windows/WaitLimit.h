@@ -12,11 +12,11 @@ struct WaitingClock {
     decltype(&Sleep) sleep = Sleep;
 };
 
-/// How long a save waits for a program that holds its file: at most 250 ms in all, because it holds up its caller's
-/// window.
-class Patience {
+/// Limits how long a save waits for a program that holds its file: 250 ms in all, because the caller's window does not
+/// react meanwhile.
+class WaitLimit {
 public:
-    explicit Patience(WaitingClock theClock = {}) : clock(theClock) {}
+    explicit WaitLimit(WaitingClock theClock = {}) : clock(theClock) {}
 
     /// Waits about 1 ms. Returns false at once if the time is used up.
     bool Wait() {
