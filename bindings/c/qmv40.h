@@ -4,19 +4,19 @@
  * the machine turns the head. Angles are degrees: A (tilt) 0 to 90, B (swivel) -180 to 180, both in steps of 15.
  * Lengths are in the unit of the captured points, positions in machine coordinates.
  *
- * Every call but the first three of this list returns a code: 0, or what failed (below). No call throws or ends the
- * program. Results are written on success only. Texts and file names are UTF-8; a relative file name is taken from the
- * program's working folder.
+ * Every function except qmv40_destroy and qmv40_version returns a code: 0, or one of the failure codes below. No
+ * function throws or ends the program. Results are written on success only. Texts and file names are UTF-8; a relative
+ * file name is relative to the program's working folder.
  *
- * Threads: any number of them, each with calculators of its own. Make, use and destroy a calculator on one thread.
+ * Threads: any number of threads can have their own calculators. Create, use and destroy a calculator on one thread.
  *
- * The component that does the work is the one beside this library, where there is one, else the one of the system: on
- * Windows the registered one, elsewhere the one that the dynamic linker finds. qmv40_component tells its file.
+ * The library uses the component beside it. If there is none, it uses the component of the system: on Windows the
+ * registered one, on other systems the one that the dynamic linker finds. qmv40_component returns its file.
  *
  * On Windows qmv40_create initialises COM on the calling thread (CoInitializeEx, single-threaded apartment), and
- * qmv40_destroy takes that back: neither the program nor its threads have to. A thread that its program has put into
- * the multi-threaded apartment stays there. It is best served by a component beside this library: a registered one is
- * then reached through a proxy, across which captured points may not pass. */
+ * qmv40_destroy uninitialises it: the program does not need to. If the program has put the thread into the
+ * multi-threaded apartment, the thread stays there. Then place the component beside this library: a registered
+ * component would be reached through a proxy, and some proxies cannot transfer captured points. */
 #ifndef QMV40_H
 #define QMV40_H
 
@@ -27,7 +27,7 @@
 extern "C" {
 #endif
 
-/* What the component refuses with. Other codes are the platform's, 0x80004003 (a null pointer) for one. */
+/* The failure codes of the component. Other codes are the platform's, for example 0x80004003 (a null pointer). */
 #define QMV40_CODE_(last_byte) (-0x7FFFFFFF - 1 + 0x0A000000 + (last_byte))
 #define QMV40_E_READ_FROM_FILE QMV40_CODE_(0x01)         /* 0x8A000001 */
 #define QMV40_E_WRITE_TO_FILE QMV40_CODE_(0x02)          /* 0x8A000002 */
@@ -93,10 +93,10 @@ struct qmv40_moves {
 
 typedef struct qmv40_calculator qmv40_calculator; /* NOLINT(modernize-use-using): C */
 
-/* A new calculator, without a geometry; *calculator is null after a failure, which qmv40_last_error(NULL, ...) tells
- * to the same thread. */
+/* A new calculator, without a geometry. After a failure *calculator is null, and qmv40_last_error(NULL, ...) on the same
+ * thread returns the failure. */
 int32_t qmv40_create(qmv40_calculator** calculator);
-/* Frees a calculator; nothing for null. */
+/* Frees a calculator. Null is ignored. */
 void qmv40_destroy(qmv40_calculator* calculator);
 /* The version of this library: "1.0.0". */
 const char* qmv40_version(void);
@@ -109,9 +109,9 @@ int32_t qmv40_save(qmv40_calculator* calculator, const char* file);
 int32_t qmv40_enter_geometry(qmv40_calculator* calculator, const struct qmv40_alignment_point* a_points, size_t a_count,
                              const struct qmv40_alignment_point* b_points, size_t b_count);
 
-/* Where the head stands now. Refused angles make the position unknown. */
+/* Sets the head's current angles. If they are refused, the position is unknown. */
 int32_t qmv40_set_position(qmv40_calculator* calculator, double a, double b);
-/* The angles as last set or as left by the last qmv40_calculate_move. */
+/* The head's angles after the last qmv40_set_position or qmv40_calculate_move. */
 int32_t qmv40_get_position(qmv40_calculator* calculator, double* a, double* b);
 /* The moves that turn the head from its current position to (a, b), which becomes the current position. A refused
  * target changes nothing. */
@@ -121,11 +121,12 @@ int32_t qmv40_start_position(qmv40_calculator* calculator, struct qmv40_xyz* pos
 /* The centre of the pole sphere, where the A and B axes meet. */
 int32_t qmv40_pole_sphere(qmv40_calculator* calculator, struct qmv40_xyz* position);
 
-/* The code of the last call that failed on this calculator (0: none did), and its texts, each cut to its buffer's size
- * in bytes and ended by a zero. A buffer may be null with the size 0. 512 bytes hold every text of the component. */
+/* The code of the last failed call with this calculator (0 if none has failed), and its texts. Each text is cut to the
+ * size of its buffer in bytes and ends with a zero. A buffer can be null with the size 0. 512 bytes are enough for every
+ * text of the component. */
 int32_t qmv40_last_error(qmv40_calculator* calculator, char* source, size_t source_size, char* description,
                          size_t description_size);
-/* The file of the component that this calculator uses, cut likewise. */
+/* The file of the component that this calculator uses, cut in the same way. */
 int32_t qmv40_component(qmv40_calculator* calculator, char* file, size_t size);
 
 #ifdef __cplusplus

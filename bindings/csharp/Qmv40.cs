@@ -2,7 +2,7 @@
 // CoQMV40Calculator.dll beside it). Copy it into a project, or compile it with yours.
 //
 // Angles are degrees: A (tilt) 0 to 90, B (swivel) -180 to 180, both in steps of 15. Lengths are in the unit of the
-// captured points, positions in machine coordinates. What the component refuses is a HeadException.
+// captured points, positions in machine coordinates. A refused call throws a HeadException.
 
 using System;
 using System.Collections.Generic;
@@ -75,7 +75,7 @@ namespace Qmv40
         /// <summary>A Point or an Arc.</summary>
         public object Record { get; private set; }
 
-        /// <summary>The record's numbers in its own order.</summary>
+        /// <summary>The numbers of the record, in the order of its fields.</summary>
         public IEnumerable<double> Numbers()
         {
             return Record.GetType().GetFields().OrderBy(field => field.MetadataToken)
@@ -83,7 +83,7 @@ namespace Qmv40
         }
     }
 
-    /// <summary>The component refused. Message has its words, Source the operation that failed.</summary>
+    /// <summary>A refused call. Message is the component's description, Source the failed operation.</summary>
     public sealed class HeadException : Exception
     {
         internal HeadException(int code, string source, string description) : base(description)
@@ -92,11 +92,11 @@ namespace Qmv40
             Source = source;
         }
 
-        /// <summary>The component's code: 0x8A00000E when a target was refused.</summary>
+        /// <summary>The component's code, for example 0x8A00000E for a refused target.</summary>
         public int Code { get; private set; }
     }
 
-    /// <summary>Plans for one head. Use each on the thread that made it.</summary>
+    /// <summary>Plans for one head. Use each calculator on the thread that created it.</summary>
     public sealed class Calculator : IDisposable
     {
         readonly CalculatorHandle handle;
@@ -130,13 +130,13 @@ namespace Qmv40
             Check(Native.qmv40_enter_geometry(handle, aPoints, aCount, bPoints, bCount), handle);
         }
 
-        /// <summary>Tells where the head stands now.</summary>
+        /// <summary>Sets the head's current angles. If they are refused, the position is unknown.</summary>
         public void SetPosition(double a, double b)
         {
             Check(Native.qmv40_set_position(handle, a, b), handle);
         }
 
-        /// <summary>The head's angles as last set or as left by the last CalculateMove.</summary>
+        /// <summary>The head's angles after the last SetPosition or CalculateMove.</summary>
         public void GetPosition(out double a, out double b)
         {
             Check(Native.qmv40_get_position(handle, out a, out b), handle);
@@ -187,7 +187,7 @@ namespace Qmv40
         }
     }
 
-    /// <summary>A calculator of the C interface, freed even when nobody disposes of it.</summary>
+    /// <summary>A calculator of the C interface. It is freed also if it is not disposed of.</summary>
     sealed class CalculatorHandle : SafeHandle
     {
         public static readonly CalculatorHandle None = new CalculatorHandle();

@@ -75,7 +75,7 @@ LastError LastErrorOf(qmv40_calculator* calculator) {
     return {code, source.data(), description.data()};
 }
 
-/// The references are worked out with more digits; machine coordinates are some hundreds of millimetres.
+/// The references have more digits; machine coordinates are some hundreds of millimetres.
 constexpr double agreement = 1e-9;
 
 testing::AssertionResult AgreesWith(const RequiredMoves& reference, const qmv40_moves& moves) {
@@ -121,7 +121,7 @@ TEST(CInterface, GivesThePlansOfTheReferenceHeads) {
     EXPECT_GT(plans, 20);
 }
 
-TEST(CInterface, BeginsAnIndexingWhereItSays) {
+TEST(CInterface, BeginsAPlanAtTheStartPosition) {
     const Calculator calculator = CreateWithHead();
     qmv40_xyz start{};
     ASSERT_EQ(qmv40_start_position(calculator.get(), &start), 0);
@@ -129,7 +129,7 @@ TEST(CInterface, BeginsAnIndexingWhereItSays) {
     EXPECT_EQ(std::memcmp(&start, &first, sizeof start), 0);
 }
 
-TEST(CInterface, ARefusedTargetIsACodeWithItsTextsAndChangesNothing) {
+TEST(CInterface, RefusesATargetWithACodeAndTexts) {
     const Calculator calculator = CreateWithHead();
     const qmv40_moves untouched = PlanTo(calculator, 15.0, 30.0);
     qmv40_moves moves = untouched;
@@ -144,10 +144,10 @@ TEST(CInterface, ARefusedTargetIsACodeWithItsTextsAndChangesNothing) {
     ASSERT_EQ(qmv40_get_position(calculator.get(), &a, &b), 0);
     EXPECT_EQ(a, 15.0);
     EXPECT_EQ(b, 30.0);
-    EXPECT_EQ(LastErrorOf(calculator.get()).code, QMV40_E_INVALID_TARGET) << "a success forgot the failure";
+    EXPECT_EQ(LastErrorOf(calculator.get()).code, QMV40_E_INVALID_TARGET) << "a success must not remove the failure";
 }
 
-TEST(CInterface, EveryCallWithoutWhatItNeedsIsRefused) {
+TEST(CInterface, RefusesCallsInTheWrongState) {
     const Calculator fresh = Create();
     qmv40_moves moves{};
     qmv40_xyz position{};
@@ -163,7 +163,7 @@ TEST(CInterface, EveryCallWithoutWhatItNeedsIsRefused) {
     EXPECT_EQ(qmv40_enter_geometry(it, nullptr, 0, nullptr, 0), QMV40_E_TOO_FEW_POINTS);
 }
 
-TEST(CInterface, NullPointersAreRefused) {
+TEST(CInterface, RefusesNullPointers) {
     const Calculator calculator = CreateWithHead();
     qmv40_calculator* const it = calculator.get();
     double angle = 0.0;
@@ -178,7 +178,7 @@ TEST(CInterface, NullPointersAreRefused) {
     qmv40_destroy(nullptr);
 }
 
-TEST(CInterface, WithoutACalculatorEveryCallIsRefused) {
+TEST(CInterface, RefusesANullCalculator) {
     qmv40_moves moves{};
     qmv40_xyz position{};
     double angle = 0.0;
@@ -197,7 +197,7 @@ TEST(CInterface, WithoutACalculatorEveryCallIsRefused) {
     EXPECT_EQ(error.description, "the calculator is null");
 }
 
-TEST(CInterface, TextsAreCutBeforeTheEndOfTheirBuffers) {
+TEST(CInterface, CutsTextsToTheSizeOfTheBuffer) {
     const Calculator calculator = CreateWithHead();
     qmv40_moves moves{};
     ASSERT_NE(qmv40_calculate_move(calculator.get(), 50.0, 90.0, &moves), 0);
@@ -210,7 +210,7 @@ TEST(CInterface, TextsAreCutBeforeTheEndOfTheirBuffers) {
     EXPECT_EQ(qmv40_last_error(calculator.get(), text.data(), 0, nullptr, 100), QMV40_E_INVALID_TARGET);
 }
 
-TEST(CInterface, FileNamesAreUtf8AndMayBeRelative) {
+TEST(CInterface, AcceptsFileNamesInUtf8AndRelativeOnes) {
     const TemporaryFolder folder;
     const Calculator calculator = CreateWithHead();
     const qmv40_moves moves = PlanTo(calculator, 45.0, 90.0);
@@ -225,19 +225,19 @@ TEST(CInterface, FileNamesAreUtf8AndMayBeRelative) {
     std::filesystem::current_path(before);
     ASSERT_EQ(qmv40_set_position(another.get(), 0.0, 0.0), 0);
     const auto numbers = std::bit_cast<RequiredMoves>(moves);
-    constexpr double tenDigits = 1e-6; // the file's, and an arm's length of some hundreds
+    constexpr double tenDigits = 1e-6; // the file has ten digits; distances are some hundreds of millimetres
     const auto saved = NumbersOf(numbers);
     const auto loaded = NumbersOf(std::bit_cast<RequiredMoves>(PlanTo(another, 45.0, 90.0)));
     for (std::size_t i = 0; i < numbersInAPlan; ++i) EXPECT_NEAR(loaded[i], saved[i], tenDigits);
 }
 
-TEST(CInterface, AFileNameThatIsNotUtf8IsRefused) {
+TEST(CInterface, RefusesAFileNameThatIsNotUtf8) {
     const Calculator calculator = CreateWithHead();
     EXPECT_EQ(qmv40_save(calculator.get(), "K\xF6pfe.ini"), argumentCode);
     EXPECT_EQ(LastErrorOf(calculator.get()).source, "qmv40_save");
 }
 
-TEST(CInterface, ItsComponentIsTheOneBesideIt) {
+TEST(CInterface, UsesTheComponentBesideIt) {
     const Calculator calculator = Create();
     std::array<char, 4096> file{};
     ASSERT_EQ(qmv40_component(calculator.get(), file.data(), file.size()), 0);
@@ -247,9 +247,9 @@ TEST(CInterface, ItsComponentIsTheOneBesideIt) {
     EXPECT_TRUE(std::filesystem::equivalent(path.parent_path(), QMV40_BIN)) << name;
 }
 
-TEST(CInterface, TellsItsVersion) { EXPECT_STREQ(qmv40_version(), QMV40_VERSION); }
+TEST(CInterface, ReturnsItsVersion) { EXPECT_STREQ(qmv40_version(), QMV40_VERSION); }
 
-TEST(CInterface, ManyThreadsPlanWithACalculatorEach) {
+TEST(CInterface, WorksInManyThreadsWithSeparateCalculators) {
     const qmv40_moves expected = PlanTo(CreateWithHead(), 45.0, 90.0);
     std::vector<int> wrong(8, 0);
     std::vector<std::thread> threads;
@@ -268,7 +268,7 @@ TEST(CInterface, ManyThreadsPlanWithACalculatorEach) {
     for (const int count : wrong) EXPECT_EQ(count, 0);
 }
 
-TEST(CInterface, AThreadIsToldItsOwnFailureToCreate) {
+TEST(CInterface, ReportsAFailedCreationToTheSameThread) {
     EXPECT_EQ(qmv40_create(nullptr), pointerCode);
     std::thread([] { EXPECT_EQ(LastErrorOf(nullptr).code, 0); }).join();
     EXPECT_EQ(LastErrorOf(nullptr).source, "qmv40_create");

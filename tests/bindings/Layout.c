@@ -1,4 +1,4 @@
-/* C99, without a word of C++: what a C compiler makes of the header. */
+/* Pure C99: the layout that a C compiler gives the structs of the header. */
 
 #include "Layout.h"
 

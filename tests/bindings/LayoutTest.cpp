@@ -1,5 +1,6 @@
-// The structs of the C interface, as a C compiler lays them out, against the component's records and against numbers
-// written here: every program that was compiled with the header counts on them.
+// The structs of the C interface as a C compiler lays them out, and the types of their fields and of the functions.
+// They are compared with the component's records and with what is written here: compiled programs depend on all of
+// them.
 
 #include "Layout.h"
 
@@ -11,6 +12,7 @@
 
 #include <span>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace {
@@ -20,12 +22,23 @@ struct Promise {
     const char* field; ///< null: the record itself
     std::size_t number;
     std::size_t inComponent;
+    bool hasRequiredType;
 };
 
+/// Whether a field is a double, a position or an arc in both records.
+template <typename InC, typename InComponent> constexpr bool HasRequiredType() {
+    if constexpr (std::is_same_v<InC, qmv40_xyz>) return std::is_same_v<InComponent, XYZData>;
+    if constexpr (std::is_same_v<InC, qmv40_arc>) return std::is_same_v<InComponent, ArcData>;
+    return std::is_same_v<InC, double> && std::is_same_v<InComponent, double>;
+}
+
 #define SIZE(record, own, number)                                                                                      \
-    { #record, nullptr, number, sizeof(own) }
+    { #record, nullptr, number, sizeof(own), true }
 #define FIELD(record, own, field, number)                                                                              \
-    { #record, #field, number, offsetof(own, field) }
+    {                                                                                                                  \
+#record, #field, number, offsetof(own, field), HasRequiredType < decltype(record::field),                      \
+            decltype(own::field)>()                                                                                    \
+    }
 
 constexpr Promise promises[] = {
     SIZE(qmv40_xyz, XYZData, 24),
@@ -71,9 +84,27 @@ constexpr Promise promises[] = {
 #undef FIELD
 #undef SIZE
 
+using Calculator = qmv40_calculator;
+using Points = const qmv40_alignment_point*;
+template <typename... Types> using Call = std::int32_t(Calculator*, Types...);
+
+static_assert(std::is_same_v<decltype(qmv40_create), std::int32_t(Calculator**)>);
+static_assert(std::is_same_v<decltype(qmv40_destroy), void(Calculator*)>);
+static_assert(std::is_same_v<decltype(qmv40_version), const char*()>);
+static_assert(std::is_same_v<decltype(qmv40_load), Call<const char*>>);
+static_assert(std::is_same_v<decltype(qmv40_save), Call<const char*>>);
+static_assert(std::is_same_v<decltype(qmv40_enter_geometry), Call<Points, std::size_t, Points, std::size_t>>);
+static_assert(std::is_same_v<decltype(qmv40_set_position), Call<double, double>>);
+static_assert(std::is_same_v<decltype(qmv40_get_position), Call<double*, double*>>);
+static_assert(std::is_same_v<decltype(qmv40_calculate_move), Call<double, double, qmv40_moves*>>);
+static_assert(std::is_same_v<decltype(qmv40_start_position), Call<qmv40_xyz*>>);
+static_assert(std::is_same_v<decltype(qmv40_pole_sphere), Call<qmv40_xyz*>>);
+static_assert(std::is_same_v<decltype(qmv40_last_error), Call<char*, std::size_t, char*, std::size_t>>);
+static_assert(std::is_same_v<decltype(qmv40_component), Call<char*, std::size_t>>);
+
 } // namespace
 
-TEST(CLayout, EverySizeAndOffsetIsTheOnePromised) {
+TEST(CLayout, HasTheRequiredSizesOffsetsAndTypes) {
     const std::span layout(c_layout, c_layout_count);
     ASSERT_EQ(layout.size(), std::size(promises));
     for (std::size_t i = 0; i < layout.size(); ++i) {
@@ -83,10 +114,11 @@ TEST(CLayout, EverySizeAndOffsetIsTheOnePromised) {
         EXPECT_STREQ(layout[i].field == nullptr ? "" : layout[i].field, field);
         EXPECT_EQ(layout[i].number, promise.number) << promise.record << ' ' << field;
         EXPECT_EQ(promise.inComponent, promise.number) << promise.record << ' ' << field;
+        EXPECT_TRUE(promise.hasRequiredType) << promise.record << ' ' << field;
     }
 }
 
-TEST(CLayout, TheCodesAreThoseOfTheComponent) {
+TEST(CLayout, HasTheCodesOfTheComponent) {
     constexpr std::pair<std::int32_t, HRESULT> codes[] = {
         {QMV40_E_READ_FROM_FILE, QMV_E_READ_FROM_FILE},
         {QMV40_E_WRITE_TO_FILE, QMV_E_WRITE_TO_FILE},

@@ -1,4 +1,4 @@
-"""The calculator as Python sees it."""
+"""The calculator."""
 
 from __future__ import annotations
 
@@ -15,16 +15,16 @@ _TEXT_SIZE = 4096
 
 
 class Error(Exception):
-    """The component refused: what cannot be done is not done, and the calculator stays as it was."""
+    """The component refused a call."""
 
     def __init__(self, code: int, source: str, description: str) -> None:
         super().__init__(code, source, description)
         self.code = code
-        """The component's code, 0x8A00000E for one: docs/errors.md lists them all."""
+        """The component's code, for example 0x8A00000E. docs/errors.md lists all codes."""
         self.source = source
         """The operation that failed."""
         self.description = description
-        """What was wrong, in the component's words."""
+        """The component's description of the failure."""
 
     def __str__(self) -> str:
         return f"{self.description} (0x{self.code:08X}, {self.source})"
@@ -38,7 +38,7 @@ def _raise_last(calculator: Any) -> None:
 
 
 def _points(rows: Iterable[Sequence[float]]) -> Any:
-    """Rows A, B, X, Y, Z, from whatever holds them: tuples, lists, a numpy array."""
+    """Converts rows A, B, X, Y, Z: tuples, lists or a numpy array."""
     width = len(AlignmentPoint._fields)
     points = [tuple(row) for row in rows]
     for row, point in enumerate(points):
@@ -51,9 +51,9 @@ class Calculator:
     """Plans how the machine turns one probe head.
 
     Angles are degrees: A (tilt) 0 to 90, B (swivel) -180 to 180, both in steps of 15. Lengths are in the unit of the
-    captured points, positions in machine coordinates. Whatever the component refuses is raised as `Error`.
+    captured points, positions in machine coordinates. A refused call raises `Error`.
 
-    Use a calculator on the thread that made it; any number of threads may have calculators of their own. It is freed
+    Use a calculator on the thread that created it; any number of threads can have their own calculators. It is freed
     by `close`, at the end of a `with` block, or with its last reference.
     """
 
@@ -63,7 +63,7 @@ class Calculator:
             _raise_last(None)
 
     def close(self) -> None:
-        """Frees the calculator. Every later call is refused."""
+        """Frees the calculator. All later calls are refused."""
         calculator, self._calculator = self._calculator, ctypes.c_void_p()
         library.qmv40_destroy(calculator)
 
@@ -94,15 +94,15 @@ class Calculator:
         """Computes the head geometry from captured points, at least four for each axis.
 
         Each row is A, B, X, Y, Z: the head's angles in degrees and the pole sphere's measured centre in machine
-        coordinates. `a_points` were captured while A alone was turned, `b_points` while B alone was turned. Lists,
-        tuples and numpy arrays are taken.
+        coordinates. `a_points` were captured while A alone was turned, `b_points` while B alone was turned. They can
+        be lists, tuples or numpy arrays.
         """
         a, b = _points(a_points), _points(b_points)
         self._call(library.qmv40_enter_geometry, a, len(a), b, len(b))
 
     @property
     def position(self) -> Position:
-        """The head's angles A and B in degrees, as last set or as left by the last `calculate_move`."""
+        """The head's angles A and B in degrees, after they were last set or after the last `calculate_move`."""
         a, b = ctypes.c_double(), ctypes.c_double()
         self._call(library.qmv40_get_position, ctypes.byref(a), ctypes.byref(b))
         return Position(a.value, b.value)
@@ -116,7 +116,7 @@ class Calculator:
         """Plans the 19 moves to the angles `a` and `b` (degrees), which become the current position."""
         moves = CMoves()
         origin_a, origin_b = ctypes.c_double(), ctypes.c_double()
-        # Where the position is not known, the next call refuses with its own words.
+        # If the position is unknown, the next call fails and names the reason.
         library.qmv40_get_position(self._calculator, ctypes.byref(origin_a), ctypes.byref(origin_b))
         self._call(library.qmv40_calculate_move, a, b, ctypes.byref(moves))
         return Plan._from_c(moves, Position(origin_a.value, origin_b.value), self.position)
@@ -138,7 +138,7 @@ class Calculator:
 
     @property
     def component(self) -> str:
-        """The file of the component that does the work."""
+        """The file of the component that is in use."""
         name = ctypes.create_string_buffer(_TEXT_SIZE)
         self._call(library.qmv40_component, name, _TEXT_SIZE)
         return name.value.decode()

@@ -15,7 +15,7 @@ _NAME = "qmv40.dll" if _IS_WINDOWS else "libqmv40.so.1"
 
 
 def _places() -> Iterator[str]:
-    """Where the library may be, first place first. A bare name is the system's to find."""
+    """The possible places of the library, in the order of the search. The system looks for a bare name."""
     package = Path(__file__).resolve().parent
     if "QMV40_LIBRARY" in os.environ:
         yield os.environ["QMV40_LIBRARY"]

@@ -1,4 +1,4 @@
-"""The records that cross the C interface, and what Python makes of them."""
+"""The records of the C interface as Python tuples."""
 
 from __future__ import annotations
 
@@ -10,7 +10,7 @@ if TYPE_CHECKING:
 
 
 def _to_array(rows: Sequence[Any]) -> "numpy.ndarray":
-    import numpy  # where it is missing, this says so
+    import numpy  # raises ImportError if it is missing
 
     return numpy.array(rows, dtype=float)
 
@@ -77,7 +77,7 @@ CAlignmentPoint = _structure(AlignmentPoint)
 
 
 class CMoves(ctypes.Structure):
-    """The 19 moves in the order in which the machine makes them. Their names stand here and nowhere else."""
+    """The 19 moves in the order in which the machine makes them. Plan takes their names from here."""
 
     _fields_ = [
         ("ApproachUnLockLever", CPoint),
@@ -113,15 +113,15 @@ class Move(NamedTuple):
     number: int
     """1 to 19."""
     name: str
-    """The field's name in the component's record, "UnLock" for one."""
+    """The field's name in the component's record, for example "UnLock"."""
     kind: str
     """"straight" or "arc"."""
     record: Union[Point, Arc]
-    """Where a straight move ends, or how an arc turns."""
+    """The end of a straight move, or the axis and the angle of an arc."""
 
 
 class Plan(Sequence[Move]):
-    """The 19 moves of one indexing, in order: a sequence, equal when the numbers are, to be pickled and copied at will."""
+    """The 19 moves of one indexing, in order: a sequence that can be compared, copied and pickled."""
 
     def __init__(self, moves: Tuple[Move, ...], origin: Position, target: Position) -> None:
         self._moves = moves
