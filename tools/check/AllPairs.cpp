@@ -28,7 +28,7 @@ template <typename Step> bool IsAccepted(Step&& step) {
     }
 }
 
-void Take(AllPairs& all, const plans::PlanToCheck& plan, const PlanReport& report) {
+void Take(AllPairs& all, const plans::Plan& plan, const PlanReport& report) {
     all.figures.Take(plan, report);
     all.findings += report.findings.size();
     bool isNew = false;
@@ -90,7 +90,7 @@ AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& 
                     calculator.SetCurrentHeadPosition(from);
                     moves = calculator.CalculateMove(to);
                 })) {
-                const plans::PlanToCheck plan{from, to, plans::MovesInOrder(moves)};
+                const plans::Plan plan{from, to, plans::MovesInOrder(moves)};
                 Take(all, plan, CheckPlan(head, options, plan, surroundings));
             } else {
                 ++all.refused;
@@ -121,8 +121,7 @@ void PrintAllPairs(const AllPairs& all, const CheckOptions& options, const text:
                     << std::to_string(all.findingsOfKind[IndexOf(kind)]) << " times, first from "
                     << plans::HeadAnglesText(checked.plan.from) << " to " << plans::HeadAnglesText(checked.plan.to)
                     << ":\n";
-        PrintFinding(finding, finding.move ? MoveText(*finding.move, checked.plan.moves[*finding.move].id) : "the plan",
-                     console);
+        text::PrintFinding(FindingFor(finding, checked.plan), console.out, console.colour);
     }
     PrintFigures(all.figures, options, console);
     PrintAssumptions(options, console);
@@ -133,7 +132,7 @@ text::Json AllPairsJson(const AllPairs& all, const CheckOptions& options) {
     for (const FindingKind kind : KindsFound(all)) {
         const auto [checked, finding] = ExampleOf(all, kind);
         text::Json first{{"from", plans::AnglesJson(checked.plan.from)}, {"to", plans::AnglesJson(checked.plan.to)}};
-        first.Update(FindingJson(finding, checked.plan));
+        first.Update(text::FindingJson(FindingFor(finding, checked.plan)));
         findings.PushBack(
             {{"name", TextOf(kind).name}, {"count", all.findingsOfKind[IndexOf(kind)]}, {"first", first}});
     }

@@ -33,11 +33,6 @@ std::string StylusText(const std::optional<Stylus>& stylus) {
            Millimetres(stylus->tipDiameter);
 }
 
-text::Json StylusJson(const std::optional<Stylus>& stylus) {
-    if (!stylus) return nullptr;
-    return {{"length", stylus->length}, {"diameter", stylus->diameter}, {"tipDiameter", stylus->tipDiameter}};
-}
-
 text::Json TravelJson(const std::array<TravelLimits, 3>& travel) {
     text::Json document = text::Json::Object();
     constexpr std::array axes{"X", "Y", "Z"};
@@ -55,6 +50,11 @@ text::Json ObstaclesJson(const std::vector<obstacles::Obstacle>& obstacles) {
 }
 
 } // namespace
+
+text::Json StylusJson(const std::optional<Stylus>& stylus) {
+    if (!stylus) return nullptr;
+    return {{"length", stylus->length}, {"diameter", stylus->diameter}, {"tipDiameter", stylus->tipDiameter}};
+}
 
 std::vector<AssumptionLine> AssumptionLines(const CheckOptions& options) {
     const Scene& scene = options.scene;
@@ -107,7 +107,7 @@ text::Json AssumptionsJson(const CheckOptions& options) {
             {"jointDiameter", parts.jointDiameter.value_or(assumedJointDiameter)},
             {"cupDiameter", parts.cupDiameter},
             {"stylus", StylusJson(parts.stylus)},
-            {"table", scene.table ? text::Json(*scene.table) : text::Json(nullptr)},
+            {"table", scene.table},
             {"travel", TravelJson(options.travel)},
             {"obstacles", ObstaclesJson(scene.obstacles)}};
 }

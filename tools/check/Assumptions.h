@@ -11,6 +11,8 @@ namespace qmv40::check {
 
 void PrintAssumptions(const CheckOptions& options, const text::Console& console);
 text::Json AssumptionsJson(const CheckOptions& options);
+/// {"length", "diameter", "tipDiameter"}; null without a stylus.
+text::Json StylusJson(const std::optional<Stylus>& stylus);
 
 /// One line for each: "stylus: 180 mm, diameter 4 mm", and the option that changes it.
 struct AssumptionLine {

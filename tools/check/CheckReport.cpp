@@ -2,6 +2,7 @@
 
 #include "tools/motion/Sampling.h"
 #include "tools/plans/HeadAnglesText.h"
+#include "tools/plans/MoveTable.h"
 #include "tools/plans/Moves.h"
 #include "tools/plans/MovesJson.h"
 #include "tools/text/Finding.h"
@@ -47,11 +48,7 @@ void PrintMoves(const CheckedPlan& checked, const text::Console& console) {
 void PrintFindings(const CheckedPlan& checked, const text::Console& console) {
     if (checked.report.findings.empty()) return;
     console.out << "\nThe first finding is the one to mend; those after it may follow from it.\n";
-    for (const Finding& finding : checked.report.findings) {
-        const std::string where =
-            finding.move ? MoveText(*finding.move, checked.plan.moves[*finding.move].id) : "the plan";
-        PrintFinding(finding, where, console);
-    }
+    text::PrintFindings(FindingsOf(checked), console.out, console.colour);
 }
 
 struct NamedFigure {
@@ -109,15 +106,15 @@ text::Json StateJson(const HeadState& state, const model::Vector3& position) {
             {"onPeg", state.isOnPeg},
             {"A", state.angles.a},
             {"B", state.angles.b},
-            {"position", text::PointJson(position.x, position.y, position.z)}};
+            {"position", plans::PointJson(position)}};
 }
 
 text::Json PathJson(const std::vector<motion::Sample>& samples) {
     text::Json path = text::Json::Array();
     for (const motion::Sample& sample : samples) {
         path.PushBack({{"fraction", sample.fraction},
-                       {"position", text::PointJson(sample.position.x, sample.position.y, sample.position.z)},
-                       {"driveCup", text::PointJson(sample.driveCup.x, sample.driveCup.y, sample.driveCup.z)},
+                       {"position", plans::PointJson(sample.position)},
+                       {"driveCup", plans::PointJson(sample.driveCup)},
                        {"A", sample.angles.a},
                        {"B", sample.angles.b}});
     }
@@ -135,8 +132,8 @@ text::Json MoveJson(std::size_t index, const CheckedMove& move, const model::Hea
             {"clearanceToLevers", move.clearance.toLevers},
             {"mustTouch", ContactOf(move.run.id)},
             {"clearances", AroundJson(move.around, figures)},
-            {"lowestTip", move.lowestTip ? text::Json(*move.lowestTip) : text::Json(nullptr)},
-            {"aboveSafeHeight", move.aboveSafeHeight ? text::Json(*move.aboveSafeHeight) : text::Json(nullptr)},
+            {"lowestTip", move.lowestTip},
+            {"aboveSafeHeight", move.aboveSafeHeight},
             {"radius", path.IsArc() ? text::Json(path.Radius()) : text::Json(nullptr)},
             {"path", PathJson(motion::SamplesOf(head, move.run))}};
 }
@@ -148,18 +145,8 @@ text::Json PlanJson(const CheckedPlan& checked, const model::HeadModel& head, co
     return {{"from", plans::AnglesJson(checked.plan.from)},
             {"to", plans::AnglesJson(checked.plan.to)},
             {"verdict", Verdict(checked.report.findings.size())},
-            {"findings", PlanFindingsJson(checked)},
+            {"findings", text::FindingsJson(FindingsOf(checked))},
             {"moves", moves}};
-}
-
-void PrintHeading(const CheckedTour& tour, std::size_t index, const std::string& whatFollows,
-                  const text::Console& console) {
-    const plans::PlanToCheck& plan = tour.plans[index].plan;
-    const std::string number = tour.plans.size() == 1 ? "" : " " + std::to_string(index + 1);
-    console.out << (index == 0 ? "" : "\n")
-                << console.Strong("Plan" + number + ": from " + plans::HeadAnglesText(plan.from) + " to " +
-                                  plans::HeadAnglesText(plan.to) + " (deg)" + whatFollows)
-                << '\n';
 }
 
 void PrintTourVerdict(const CheckedTour& tour, const text::Console& console) {
@@ -167,13 +154,14 @@ void PrintTourVerdict(const CheckedTour& tour, const text::Console& console) {
     PrintVerdict(tour.Findings(), std::to_string(plans) + (plans == 1 ? " plan" : " plans"), console);
 }
 
-} // namespace
-
-void PrintCheckedTour(const CheckedTour& tour, const CheckOptions& options, const text::Console& console) {
+void PrintTour(const CheckedTour& tour, const CheckOptions& options, bool withMoves, const text::Console& console) {
     PrintTourVerdict(tour, console);
     for (std::size_t i = 0; i < tour.plans.size(); ++i) {
-        PrintHeading(tour, i, ", as after each move", console);
+        const std::string title = plans::PlanTitle(tour.plans[i].plan, i, tour.plans.size());
+        console.out << (i == 0 ? "" : "\n") << console.Strong(title + (withMoves ? ", as after each move" : ""))
+                    << '\n';
         PrintFindings(tour.plans[i], console);
+        if (!withMoves) continue;
         console.out << '\n';
         PrintMoves(tour.plans[i], console);
     }
@@ -181,14 +169,14 @@ void PrintCheckedTour(const CheckedTour& tour, const CheckOptions& options, cons
     PrintAssumptions(options, console);
 }
 
+} // namespace
+
+void PrintCheckedTour(const CheckedTour& tour, const CheckOptions& options, const text::Console& console) {
+    PrintTour(tour, options, true, console);
+}
+
 void PrintJudgement(const CheckedTour& tour, const CheckOptions& options, const text::Console& console) {
-    PrintTourVerdict(tour, console);
-    for (std::size_t i = 0; i < tour.plans.size(); ++i) {
-        PrintHeading(tour, i, "", console);
-        PrintFindings(tour.plans[i], console);
-    }
-    PrintFigures(tour.figures, options, console);
-    PrintAssumptions(options, console);
+    PrintTour(tour, options, false, console);
 }
 
 text::Json CheckedTourJson(const CheckedTour& tour, const model::HeadModel& head, const CheckOptions& options) {
@@ -207,22 +195,15 @@ const char* ContactOf(MoveId id) {
     return IsLeverContact(id) ? "lever" : "";
 }
 
-std::string MoveText(std::size_t index, MoveId id) { return "move " + std::to_string(index + 1) + " " + NameOf(id); }
-
 std::string AmountText(const Finding& finding) {
     if (!finding.amount) return "";
-    const std::string amount =
-        " by " + text::FixedText(*finding.amount, figureDecimals) + " " + TextOf(finding.kind).unit;
+    const std::string amount = text::FixedText(*finding.amount, figureDecimals) + " " + TextOf(finding.kind).unit;
     return finding.meeting ? amount + " (" + finding.meeting->part + " to " + finding.meeting->obstacle + ")" : amount;
 }
 
-void PrintFinding(const Finding& finding, const std::string& where, const text::Console& console) {
-    const FindingText& text = TextOf(finding.kind);
-    console.out << "  " << where << ": " << console.Strong(text.name) << AmountText(finding) << "\n      "
-                << text.sentence << "\n      " << text.remedy << '\n';
-}
-
 namespace {
+
+std::string MoveText(std::size_t index, MoveId id) { return "move " + std::to_string(index + 1) + " " + NameOf(id); }
 
 std::string WhereText(const WorstFigure& worst, const Figures& figures) {
     return MoveText(worst.move, worst.id) + (figures.Plans() > 1 ? PlanText(worst) : "");
@@ -271,25 +252,34 @@ void PrintVerdict(std::size_t findings, const std::string& checked, const text::
     console.out << console.Strong("Verdict: " + VerdictText(findings)) << " in " << checked << ".\n\n";
 }
 
-text::Json FindingJson(const Finding& finding, const plans::PlanToCheck& plan) {
+text::Finding FindingFor(const Finding& finding, const plans::Plan& plan) {
     const FindingText& kind = TextOf(finding.kind);
-    const auto orNull = [](const auto& value) { return value ? text::Json(*value) : text::Json(nullptr); };
-    text::Finding shared{kind.name, text::Severity::Fault, kind.sentence, kind.remedy, "", "", text::Json::Object()};
-    shared.details = {
-        {"move", finding.move ? text::Json(*finding.move + 1) : text::Json(nullptr)},
-        {"moveName", finding.move ? text::Json(NameOf(plan.moves[*finding.move].id)) : text::Json(nullptr)},
-        {"amount", orNull(finding.amount)},
-        {"unit", kind.unit},
-        {"part", finding.meeting ? text::Json(finding.meeting->part) : text::Json(nullptr)},
-        {"obstacle", finding.meeting ? text::Json(finding.meeting->obstacle) : text::Json(nullptr)}};
-    return text::FindingJson(shared);
+    text::Json number;
+    text::Json name;
+    std::string place = "the plan";
+    if (finding.move) {
+        const MoveId id = plan.moves[*finding.move].id;
+        number = *finding.move + 1;
+        name = NameOf(id);
+        place = MoveText(*finding.move, id);
+    }
+    return {.name = kind.name,
+            .severity = text::Severity::Fault,
+            .sentence = kind.sentence,
+            .remedy = kind.remedy,
+            .place = place,
+            .amount = AmountText(finding),
+            .details = {{"move", number},
+                        {"moveName", name},
+                        {"amount", finding.amount},
+                        {"unit", kind.unit},
+                        {"part", finding.meeting ? text::Json(finding.meeting->part) : text::Json()},
+                        {"obstacle", finding.meeting ? text::Json(finding.meeting->obstacle) : text::Json()}}};
 }
 
-text::Json PlanFindingsJson(const CheckedPlan& checked) {
-    text::Json findings = text::Json::Array();
-    for (const Finding& finding : checked.report.findings) {
-        findings.PushBack(FindingJson(finding, checked.plan));
-    }
+std::vector<text::Finding> FindingsOf(const CheckedPlan& checked) {
+    std::vector<text::Finding> findings;
+    for (const Finding& finding : checked.report.findings) findings.push_back(FindingFor(finding, checked.plan));
     return findings;
 }
 
@@ -297,8 +287,7 @@ text::Json FiguresJson(const Figures& figures, const CheckOptions& options) {
     text::Json document = text::Json::Object();
     for (const NamedFigure& named : NamedFigures(figures)) document[named.name] = WorstJson(named.figure);
     document["clearances"] = PairsJson(figures);
-    const std::optional<double> largest = figures.LargestSphere(options);
-    document["largestSphereRadius"] = largest ? text::Json(*largest) : text::Json(nullptr);
+    document["largestSphereRadius"] = figures.LargestSphere(options);
     return document;
 }
 

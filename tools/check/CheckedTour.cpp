@@ -8,12 +8,11 @@ std::size_t CheckedTour::Findings() const {
     return findings;
 }
 
-CheckedTour CheckTour(std::vector<plans::PlanToCheck> plans, const model::HeadModel& head,
-                      const CheckOptions& options) {
+CheckedTour CheckTour(std::vector<plans::Plan> plans, const model::HeadModel& head, const CheckOptions& options) {
     CheckedTour tour;
     Surroundings surroundings(head, options.sizes, options.scene);
     tour.figures = Figures(surroundings);
-    for (plans::PlanToCheck& plan : plans) {
+    for (plans::Plan& plan : plans) {
         PlanReport report = tour.plans.empty()
                                 ? CheckPlan(head, options, plan, surroundings)
                                 : CheckNextPlan(head, options, plan, tour.plans.back().report, surroundings);

@@ -8,7 +8,7 @@ namespace qmv40::check {
 
 /// A plan that was checked, and what was found.
 struct CheckedPlan {
-    plans::PlanToCheck plan;
+    plans::Plan plan;
     PlanReport report;
 };
 
@@ -20,6 +20,6 @@ struct CheckedTour {
     std::size_t Findings() const;
 };
 
-CheckedTour CheckTour(std::vector<plans::PlanToCheck> plans, const model::HeadModel& head, const CheckOptions& options);
+CheckedTour CheckTour(std::vector<plans::Plan> plans, const model::HeadModel& head, const CheckOptions& options);
 
 } // namespace qmv40::check

@@ -31,7 +31,7 @@ std::optional<double> Figures::LargestSphere(const CheckOptions& options) const 
     return options.sizes.poleSphereRadius + smallest - options.requiredClearance;
 }
 
-void Figures::Take(const plans::PlanToCheck& plan, const PlanReport& report) {
+void Figures::Take(const plans::Plan& plan, const PlanReport& report) {
     for (std::size_t i = 0; i < report.moves.size(); ++i) {
         const CheckedMove& move = report.moves[i];
         const auto figure = [&](double value) { return WorstFigure{value, plans, plan.from, plan.to, i, move.run.id}; };

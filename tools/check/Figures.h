@@ -28,7 +28,7 @@ public:
     Figures() = default;
     explicit Figures(const Surroundings& surroundings);
 
-    void Take(const plans::PlanToCheck& plan, const PlanReport& report);
+    void Take(const plans::Plan& plan, const PlanReport& report);
 
     std::size_t Plans() const { return plans; }
     // Empty until a move was run that has one. Of equal figures the first counts.

@@ -16,14 +16,10 @@ using K = FindingKind;
 
 constexpr model::Vector3 up{0.0, 0.0, 1.0};
 
-double LargestDifference(const model::HeadAngles& left, const model::HeadAngles& right) {
-    return std::max(std::abs(left.a - right.a), std::abs(left.b - right.b));
-}
-
 /// One plan on its way through the model.
 class PlanCheck {
 public:
-    PlanCheck(const model::HeadModel& theHead, const CheckOptions& theOptions, const plans::PlanToCheck& thePlan,
+    PlanCheck(const model::HeadModel& theHead, const CheckOptions& theOptions, const plans::Plan& thePlan,
               Surroundings& theSurroundings, const motion::Machine& theMachine)
         : head(theHead), options(theOptions), plan(thePlan), surroundings(theSurroundings), machine(theMachine) {}
 
@@ -34,7 +30,7 @@ public:
 
 private:
     bool RunAll();
-    CheckedMove Measured(const motion::ExecutedMove& run);
+    CheckedMove Measured(const motion::ExecutedMove& run) { return CheckedMoveOf(run, head, options, surroundings); }
     void JoinWay(CheckedMove& first);
     void CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run);
     void CheckStateFor(const motion::ExecutedMove& run);
@@ -47,7 +43,6 @@ private:
     void CheckHeight(MoveRequirement::Height height, const motion::ExecutedMove& run);
     void CheckClearance(const CheckedMove& move);
     void CheckTravel(const model::Path& path);
-    void CheckHeadAngles(const model::HeadAngles& angles);
     void CheckEnd();
 
     void Find(K kind, std::optional<double> amount = std::nullopt) { report.findings.push_back({kind, index, amount}); }
@@ -58,7 +53,7 @@ private:
 
     const model::HeadModel& head;
     const CheckOptions& options;
-    const plans::PlanToCheck& plan;
+    const plans::Plan& plan;
     Surroundings& surroundings;
     motion::Machine machine;
     PlanReport report;
@@ -109,11 +104,6 @@ void PlanCheck::CheckMove(const plans::PlannedMove& planned, const motion::Execu
     CheckTravel(run.path);
 }
 
-CheckedMove PlanCheck::Measured(const motion::ExecutedMove& run) {
-    return {run, ClearanceOf(run, head, options.sizes), surroundings.Of(run), LowestTip(run, head, options.scene.parts),
-            std::nullopt};
-}
-
 void PlanCheck::JoinWay(CheckedMove& first) {
     for (const motion::ExecutedMove& leg : report.way) {
         const CheckedMove measured = Measured(leg);
@@ -135,7 +125,7 @@ void PlanCheck::CheckStateFor(const motion::ExecutedMove& run) {
     case MoveRequirement::Arc::AToTarget:
         if (isLocked) Find(K::IndexedWhileLocked);
         FindAbove(model::lengthTolerance, K::PegTornOut, run.pulledOff);
-        CheckHeadAngles(run.after.angles);
+        FindAbove(model::angleTolerance, K::HeadAngleOutOfRange, BeyondStops(run.after.angles));
         break;
     case MoveRequirement::Arc::Push:
         if (run.id == plans::MoveId::UnLock && run.after.lever == model::LeverState::Locked) Find(K::LeverNotUnlocked);
@@ -150,12 +140,6 @@ void PlanCheck::CheckStateFor(const motion::ExecutedMove& run) {
         report.targetMiss = model::Distance(run.path.End(), head.EngagementPosition(plan.to));
         FindAbove(model::lengthTolerance, K::TargetPositionMissed, *report.targetMiss);
     }
-}
-
-void PlanCheck::CheckHeadAngles(const model::HeadAngles& angles) {
-    const double beyondA = std::max(-angles.a, angles.a - 90.0);
-    const double beyondB = std::abs(angles.b) - 180.0;
-    FindAbove(model::angleTolerance, K::HeadAngleOutOfRange, std::max(beyondA, beyondB));
 }
 
 void PlanCheck::CheckEnding(MoveRequirement::Ending ending, const motion::ExecutedMove& run) {
@@ -253,12 +237,8 @@ void PlanCheck::CheckClearance(const CheckedMove& move) {
 }
 
 void PlanCheck::CheckTravel(const model::Path& path) {
-    const model::Vector3 axes[] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
-    for (std::size_t i = 0; i < options.travel.size(); ++i) {
-        const model::Path::Range range = path.RangeAlong(axes[i]);
-        const TravelLimits& limits = options.travel[i];
-        FindAbove(model::lengthTolerance, K::TravelLimitExceeded,
-                  std::max(limits.smallest - range.smallest, range.largest - limits.largest));
+    for (const double beyond : BeyondTravel(path, options.travel)) {
+        FindAbove(model::lengthTolerance, K::TravelLimitExceeded, beyond);
     }
 }
 
@@ -275,7 +255,7 @@ void PlanCheck::CheckEnd() {
 
 /// Up from where the plan before ended, and across to above the first position. No way leads to an arc or to a number
 /// that is none.
-std::vector<motion::ExecutedMove> WayTo(const plans::PlanToCheck& plan, const model::HeadModel& head,
+std::vector<motion::ExecutedMove> WayTo(const plans::Plan& plan, const model::HeadModel& head,
                                         const motion::ExecutedMove& last) {
     std::vector<motion::ExecutedMove> way;
     const auto* const first = plan.moves.empty() ? nullptr : std::get_if<XYZData>(&plan.moves.front().data);
@@ -292,19 +272,44 @@ std::vector<motion::ExecutedMove> WayTo(const plans::PlanToCheck& plan, const mo
 
 } // namespace
 
-PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan) {
+std::array<double, 3> BeyondTravel(const model::Path& path, const std::array<TravelLimits, 3>& travel) {
+    std::array<double, 3> beyond{};
+    for (std::size_t axis = 0; axis < travel.size(); ++axis) {
+        model::Vector3 direction;
+        direction[axis] = 1.0;
+        const model::Path::Range range = path.RangeAlong(direction);
+        beyond[axis] = std::max(travel[axis].smallest - range.smallest, range.largest - travel[axis].largest);
+    }
+    return beyond;
+}
+
+double BeyondStops(const model::HeadAngles& angles) {
+    return std::max({-angles.a, angles.a - 90.0, std::abs(angles.b) - 180.0});
+}
+
+double LargestDifference(const model::HeadAngles& left, const model::HeadAngles& right) {
+    return std::max(std::abs(left.a - right.a), std::abs(left.b - right.b));
+}
+
+CheckedMove CheckedMoveOf(const motion::ExecutedMove& run, const model::HeadModel& head, const CheckOptions& options,
+                          Surroundings& surroundings) {
+    return {run, ClearanceOf(run, head, options.sizes), surroundings.Of(run), LowestTip(run, head, options.scene.parts),
+            std::nullopt};
+}
+
+PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan) {
     Surroundings surroundings(head, options.sizes, options.scene);
     return CheckPlan(head, options, plan, surroundings);
 }
 
-PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
+PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
                      Surroundings& surroundings) {
     PlanCheck check(head, options, plan, surroundings, motion::Machine(head, plan.from, std::nullopt));
     check.CheckOrder();
     return std::move(check).Report();
 }
 
-PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
+PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
                          const PlanReport& before, Surroundings& surroundings) {
     if (before.moves.empty()) return CheckPlan(head, options, plan, surroundings);
     const motion::ExecutedMove& last = before.moves.back().run;
@@ -317,7 +322,7 @@ PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& optio
     return std::move(check).Report();
 }
 
-PlanReport CheckRest(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
+PlanReport CheckRest(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
                      const motion::HeadState& state, const model::Vector3& machineAt) {
     Surroundings surroundings(head, options.sizes, options.scene);
     return PlanCheck(head, options, plan, surroundings, motion::Machine::InTheMiddle(head, state, machineAt)).Report();

@@ -25,6 +25,13 @@ struct CheckOptions {
     Scene scene;
 };
 
+/// How far a path goes beyond the machine's travel: mm for each axis, negative inside.
+std::array<double, 3> BeyondTravel(const model::Path& path, const std::array<TravelLimits, 3>& travel);
+/// How far angles are beyond the head's stops (A 0 to 90, B -180 to 180): degrees, negative inside.
+double BeyondStops(const model::HeadAngles& angles);
+/// The larger one of the differences in A and in B, degrees.
+double LargestDifference(const model::HeadAngles& left, const model::HeadAngles& right);
+
 struct CheckedMove {
     motion::ExecutedMove run;
     Clearance clearance;
@@ -34,6 +41,9 @@ struct CheckedMove {
     /// others.
     std::optional<double> aboveSafeHeight;
 };
+
+CheckedMove CheckedMoveOf(const motion::ExecutedMove& run, const model::HeadModel& head, const CheckOptions& options,
+                          Surroundings& surroundings);
 
 struct PlanReport {
     /// Those that were run: all, unless one has a number that is not finite. The way from the plan before counts as a
@@ -46,19 +56,19 @@ struct PlanReport {
     std::optional<double> targetMiss;
 };
 
-PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan);
+PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan);
 /// For many plans of one head, use one Surroundings object for all: it remembers the moves that it has computed.
-PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
+PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
                      Surroundings& surroundings);
 
 /// The same for a plan after another one: the machine comes from where `before` left it, at the safe height, and the
 /// plan must begin with the head as `before` left it.
-PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
+PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
                          const PlanReport& before, Surroundings& surroundings);
 
 /// The same for moves that begin in the middle of a plan, with the head in `state` and the machine at `machineAt`. Each
 /// is compared with its purpose and the end with `plan.to`, but that all 19 moves are there is not required.
-PlanReport CheckRest(const model::HeadModel& head, const CheckOptions& options, const plans::PlanToCheck& plan,
+PlanReport CheckRest(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
                      const motion::HeadState& state, const model::Vector3& machineAt);
 
 } // namespace qmv40::check

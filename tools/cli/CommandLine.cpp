@@ -1,6 +1,7 @@
 #include "tools/cli/CommandLine.h"
 
 #include "tools/text/Failures.h"
+#include "tools/text/Text.h"
 
 #include <CLI/CLI.hpp>
 #include <span>
@@ -21,19 +22,13 @@ std::vector<std::string> Choices(const std::string& type) {
     return choices;
 }
 
-std::string Joined(const std::vector<std::string>& words, const char* separator) {
-    std::string joined;
-    for (const std::string& word : words) joined += (joined.empty() ? "" : separator) + word;
-    return joined;
-}
-
 OptionDescription DescriptionOf(const CLI::Option& option) {
     OptionDescription described;
     for (const std::string& name : option.get_snames()) described.names.push_back("-" + name);
     for (const std::string& name : option.get_lnames()) described.names.push_back("--" + name);
     const std::string type = option.get_items_expected_max() == 0 ? "" : option.get_type_name();
     described.choices = Choices(type);
-    described.argument = described.choices.empty() ? type : Joined(described.choices, "|");
+    described.argument = described.choices.empty() ? type : text::Joined(described.choices, "|");
     described.description = option.get_description();
     described.isRequired = option.get_required();
     described.isRepeatable = option.get_expected_max() > 1;
@@ -80,7 +75,7 @@ std::string ProblemWithCommand(const CLI::App& root, std::span<const std::string
     std::vector<std::string> names;
     for (const CLI::App* const each : command->get_subcommands({})) names.push_back(each->get_name());
     if (names.empty()) return {};
-    const std::string choice = Joined(names, ", ");
+    const std::string choice = text::Joined(names, ", ");
     if (count == arguments.size()) return "a command is missing: one of " + choice;
     if (arguments[count].starts_with("-")) return {};
     return "there is no command '" + arguments[count] + "': give one of " + choice;

@@ -80,7 +80,7 @@ text::Json GeometryJson(const settings::GeometryFileState& geometry, const std::
     for (const settings::GeometryFileEntry& value : geometry.entries) {
         values.PushBack({{"section", value.section},
                          {"key", value.key},
-                         {"text", value.text ? text::Json(*value.text) : text::Json()},
+                         {"text", value.text},
                          {"value", value.text ? text::Json(value.value) : text::Json()}});
     }
     return {{"file", fileName}, {"state", geometry.state}, {"values", values}, {"ignored", geometry.ignored}};
@@ -134,7 +134,7 @@ void Print(const Diagnosis& diagnosis, const DoctorOptions& options, const text:
     settings::PrintSettings(diagnosis.reading, diagnosis.inForce, console);
     if (diagnosis.geometry) PrintGeometry(*diagnosis.geometry, options.geometry, console);
     console.out << '\n' << console.Strong(diagnosis.findings.empty() ? "Nothing is wrong." : "Found") << '\n';
-    text::PrintFindings(diagnosis.findings, console.out);
+    text::PrintFindings(diagnosis.findings, console.out, console.colour);
 }
 
 void Run(const DoctorOptions& options, const text::Console& console) {

@@ -76,7 +76,7 @@ void Run(ExportCommandOptions options, const text::Console& console) {
     [[maybe_unused]] const SettingsInUse settings(options, console);
     const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
     const double safeHeight = SafeHeight(options, head);
-    const std::vector<plans::PlanToCheck> plans = SelectedPlans(options.selection);
+    const std::vector<plans::Plan> plans = SelectedPlans(options.selection);
     RequireSound(check::CheckTour(plans, head, {}), options.selection.geometry.force, console);
 
     const std::vector<motion::Step> program = motion::ProgramOf(plans, {safeHeight, options.lift, !options.IsPoints()});

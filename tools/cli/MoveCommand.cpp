@@ -6,6 +6,7 @@
 #include "tools/motion/Ways.h"
 #include "tools/plans/MoveTable.h"
 #include "tools/plans/MovesJson.h"
+#include "tools/plans/Tour.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Json.h"
 
@@ -21,14 +22,8 @@ struct MoveOptions : CommonOptions {
 };
 
 void PrintWays(const std::vector<plans::Plan>& plans, const model::HeadModel& head, const text::Console& console) {
-    std::vector<plans::PlanToCheck> moves;
-    moves.reserve(plans.size());
-    for (const plans::Plan& plan : plans) moves.push_back({plan.from, plan.to, plans::MovesInOrder(plan.moves)});
-    const auto canRun = [](const plans::PlanToCheck& plan) {
-        return std::ranges::all_of(plan.moves, motion::Machine::CanRun);
-    };
-    if (!std::ranges::all_of(moves, canRun)) return; // the table shows a number that is not finite
-    motion::PrintWays(motion::ProgramOf(moves, {.safeHeight = head.SafeHeight()}), console);
+    if (!std::ranges::all_of(plans, motion::CanRun)) return; // the table shows a number that is not finite
+    motion::PrintWays(motion::ProgramOf(plans, {.safeHeight = head.SafeHeight()}), console);
 }
 
 void Run(const MoveOptions& options, const text::Console& console) {

@@ -9,17 +9,8 @@ namespace qmv40::cli {
 
 namespace {
 
-std::vector<plans::PlanToCheck> PlansOfComponent(const PlanSelection& selection) {
-    const std::vector<model::HeadAngles> positions = SelectedPositions(selection);
-    std::vector<plans::PlanToCheck> selected;
-    for (const plans::Plan& plan : plans::PlanTour(selection.geometry.file, positions)) {
-        selected.push_back({plan.from, plan.to, plans::MovesInOrder(plan.moves)});
-    }
-    return selected;
-}
-
-std::vector<plans::PlanToCheck> PlansOfFile(const PlanSelection& selection) {
-    std::vector<plans::PlanToCheck> read = plans::ReadPlans(selection.file);
+std::vector<plans::Plan> PlansOfFile(const PlanSelection& selection) {
+    std::vector<plans::Plan> read = plans::ReadPlans(selection.file);
     if (selection.from) read.front().from = *selection.from;
     if (selection.targets.empty()) return read;
     if (selection.targets.size() != read.size()) {
@@ -65,8 +56,9 @@ void AddPlanSelection(Command& command, PlanSelection& selection) {
                     "--to: whether they do what is asked for");
 }
 
-std::vector<plans::PlanToCheck> SelectedPlans(const PlanSelection& selection) {
-    return selection.file.empty() ? PlansOfComponent(selection) : PlansOfFile(selection);
+std::vector<plans::Plan> SelectedPlans(const PlanSelection& selection) {
+    if (!selection.file.empty()) return PlansOfFile(selection);
+    return plans::PlanTour(selection.geometry.file, SelectedPositions(selection));
 }
 
 } // namespace qmv40::cli

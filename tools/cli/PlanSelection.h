@@ -35,6 +35,6 @@ std::vector<model::HeadAngles> SelectedPositions(const PlanSelection& selection)
 
 /// The plans of a complete selection. Plans of a file are compared with --from and --to when these are given. Throws
 /// UsageError when the file has another number of plans.
-std::vector<plans::PlanToCheck> SelectedPlans(const PlanSelection& selection);
+std::vector<plans::Plan> SelectedPlans(const PlanSelection& selection);
 
 } // namespace qmv40::cli

@@ -53,7 +53,7 @@ void Show(const CommonOptions& options, const text::Console& console) {
     settings::PrintSettings(reading, inForce, console);
     if (reading.findings.empty()) return;
     console.out << '\n' << console.Strong("To be looked at") << '\n';
-    text::PrintFindings(reading.findings, console.out);
+    text::PrintFindings(reading.findings, console.out, console.colour);
 }
 
 void Validate(const ValidateOptions& options, const text::Console& console) {
@@ -70,7 +70,7 @@ void Validate(const ValidateOptions& options, const text::Console& console) {
         console.out << console.Strong("What the component would take from " + options.file) << '\n';
         settings::PrintSettings(reading, values, console);
         console.out << '\n' << console.Strong(reading.findings.empty() ? "Nothing is wrong with it." : "Found") << '\n';
-        text::PrintFindings(reading.findings, console.out);
+        text::PrintFindings(reading.findings, console.out, console.colour);
     }
     if (!reading.findings.empty()) throw CommandEnded{exitFindings};
 }

@@ -60,9 +60,8 @@ void Report(const std::exception& error, const text::Console& console) {
     console.err << "qmv40: " << error.what() << '\n';
 }
 
-text::Json ErrorJson(const std::exception& error) {
-    return {{"error", {{"file", nullptr}, {"line", nullptr}, {"description", error.what()}}}};
-}
+text::Json ErrorJson(const text::UsageError& error) { return text::ErrorJson(error.reason); }
+text::Json ErrorJson(const std::exception& error) { return text::ErrorJson(std::string(error.what())); }
 
 /// Reports that a command could not do its work: as a document when one was asked for, otherwise as a message.
 class Refusal {

@@ -89,7 +89,7 @@ void Print(const model::MeasuredAngles& found, const std::vector<text::Finding>&
                 << text::FixedText(found.angles.a, decimals);
     if (found.isBKnown) console.out << ", B " << text::FixedText(found.angles.b, decimals);
     console.out << " deg\n";
-    text::PrintFindings(findings, console.out);
+    text::PrintFindings(findings, console.out, console.colour);
 }
 
 void Run(const WhichOptions& options, const text::Console& console) {

@@ -144,17 +144,25 @@ text::Json PointPlaceJson(std::size_t point, const CaptureFiles& files) {
         {"axis", files.IsOfASet(point) ? "A" : "B"}, {"file", files.FileOf(point).name}, {"line", files.LineOf(point)}};
 }
 
-text::Json FindingJson(const Finding& finding, const CaptureFiles& files, const Vector3& tip) {
-    const FindingMessage message = MessageFor(finding, files, tip);
-    text::Json points = text::Json::Array();
-    for (const std::size_t point : finding.points) points.PushBack(PointPlaceJson(point, files));
-    text::Json document{{"name", NameOf(finding.kind)},
-                        {"severity", NameOf(finding.severity)},
-                        {"sentence", message.sentence},
-                        {"remedy", message.remedy},
-                        {"points", std::move(points)}};
-    if (finding.captureAt) document["captureAAxisAtB"] = *finding.captureAt;
-    return document;
+/// The findings in the shape that all commands share.
+std::vector<text::Finding> SharedFindings(const std::vector<Finding>& findings, const CaptureFiles& files,
+                                          const Vector3& tip) {
+    std::vector<text::Finding> shared;
+    for (const Finding& finding : findings) {
+        FindingMessage message = MessageFor(finding, files, tip);
+        text::Json points = text::Json::Array();
+        for (const std::size_t point : finding.points) points.PushBack(PointPlaceJson(point, files));
+        text::Json details{{"points", std::move(points)}};
+        if (finding.captureAt) details["captureAAxisAtB"] = *finding.captureAt;
+        shared.push_back({.name = std::string(NameOf(finding.kind)),
+                          .severity = finding.severity,
+                          .sentence = std::move(message.sentence),
+                          .remedy = std::move(message.remedy),
+                          .place = "",
+                          .amount = "",
+                          .details = std::move(details)});
+    }
+    return shared;
 }
 
 text::Json CapturedPointJson(const PointDiagnosis& point, const HeadAlignmentDataItem& item, std::size_t line) {
@@ -230,19 +238,11 @@ void PrintVerdict(const std::vector<Finding>& findings, const CaptureFiles& file
 
 void PrintFindings(const std::vector<Finding>& findings, const CaptureFiles& files, const Vector3& tip,
                    std::ostream& out, bool colour) {
-    for (const Finding& finding : findings) {
-        const FindingMessage message = MessageFor(finding, files, tip);
-        const std::string head = std::string(NameOf(finding.severity)) + ": " + std::string(NameOf(finding.kind));
-        const bool isRed = colour && finding.severity == Severity::Fault;
-        out << "  " << (isRed ? "\x1b[31m" + head + "\x1b[0m" : head) << '\n'
-            << text::Wrapped("    ", message.sentence) << text::Wrapped("    -> ", message.remedy);
-    }
+    text::PrintFindings(SharedFindings(findings, files, tip), out, colour);
 }
 
 text::Json FindingsJson(const std::vector<Finding>& findings, const CaptureFiles& files, const Vector3& tip) {
-    text::Json list = text::Json::Array();
-    for (const Finding& finding : findings) list.PushBack(FindingJson(finding, files, tip));
-    return {{"verdict", VerdictOf(findings)}, {"findings", std::move(list)}};
+    return {{"verdict", VerdictOf(findings)}, {"findings", text::FindingsJson(SharedFindings(findings, files, tip))}};
 }
 
 text::Json DiagnosisJson(const Diagnosis& diagnosis, const CaptureFiles& files) {

@@ -2,6 +2,7 @@
 #include "tools/manual/Manual.h"
 
 #include "tools/settings/HeadSettings.h"
+#include "tools/text/Text.h"
 
 namespace qmv40::manual {
 
@@ -24,9 +25,7 @@ std::string SettingNames() {
 std::string ValueAction(const cli::OptionDescription& option) {
     if (option.IsFile()) return "_qmv40_files; return";
     if (option.argument == "NAME=NUMBER") return "compopt -o nospace 2>/dev/null; words=\"" + SettingNames() + "\"";
-    std::string choices;
-    for (const std::string& choice : option.choices) choices += (choices.empty() ? "" : " ") + choice;
-    return choices.empty() ? "return" : "words=\"" + choices + "\"";
+    return option.choices.empty() ? "return" : "words=\"" + text::Joined(option.choices, " ") + "\"";
 }
 
 std::string CommandCases(const cli::CommandDescription& tool) {

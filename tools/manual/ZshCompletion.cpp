@@ -1,6 +1,8 @@
+#include "tools/manual/CommandWords.h"
 #include "tools/manual/Manual.h"
 
 #include "tools/settings/HeadSettings.h"
+#include "tools/text/Text.h"
 
 #include <algorithm>
 
@@ -13,8 +15,6 @@ std::string FunctionOf(const cli::CommandDescription& command) {
     std::ranges::replace(name, ' ', '_');
     return name;
 }
-
-std::string WordOf(const std::string& name) { return name.substr(name.rfind(' ') + 1); }
 
 /// Text inside single quotes, with a backslash before each of `special`.
 std::string Escaped(const std::string& text, std::string_view special) {
@@ -30,20 +30,14 @@ std::string Escaped(const std::string& text, std::string_view special) {
     return escaped;
 }
 
-std::string Words(const std::vector<std::string>& words) {
-    std::string text;
-    for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
-    return text;
-}
-
 /// How to complete the value of an option.
 std::string Action(const cli::OptionDescription& option) {
     if (option.IsFile()) return "_files";
-    if (!option.choices.empty()) return "(" + Words(option.choices) + ")";
+    if (!option.choices.empty()) return "(" + text::Joined(option.choices, " ") + ")";
     if (option.argument != "NAME=NUMBER") return " ";
     std::vector<std::string> names;
     for (const HeadSetting& setting : HeadSettings()) names.emplace_back(setting.shortName);
-    return "compadd -S = -- " + Words(names);
+    return "compadd -S = -- " + text::Joined(names, " ");
 }
 
 std::string OptionSpecification(const cli::OptionDescription& option) {
@@ -52,7 +46,7 @@ std::string OptionSpecification(const cli::OptionDescription& option) {
     const std::string text = "[" + Escaped(option.description, "[]\\") + "]" + value + "' \\\n";
     std::string specifications;
     for (const std::string& name : option.names) {
-        const std::string exclusive = option.names.size() > 1 ? "(" + Words(option.names) + ")" : "";
+        const std::string exclusive = option.names.size() > 1 ? "(" + text::Joined(option.names, " ") + ")" : "";
         specifications.append("        '").append(option.isRepeatable ? "*" : exclusive).append(name).append(text);
     }
     return specifications;
@@ -75,7 +69,7 @@ void AppendFunction(const cli::CommandDescription& command, std::string& script)
               "    command)\n"
               "        local -a commands=(\n";
     for (const cli::CommandDescription& each : command.commands) {
-        script += "            '" + WordOf(each.name) + ":" + Escaped(each.description, "") + "'\n";
+        script += "            '" + LastWord(each.name) + ":" + Escaped(each.description, "") + "'\n";
     }
     script += "        )\n"
               "        _describe command commands\n"
@@ -83,7 +77,7 @@ void AppendFunction(const cli::CommandDescription& command, std::string& script)
               "    rest)\n"
               "        case $words[1] in\n";
     for (const cli::CommandDescription& each : command.commands) {
-        script += "        " + WordOf(each.name) + ") " + FunctionOf(each) + " ;;\n";
+        script += "        " + LastWord(each.name) + ") " + FunctionOf(each) + " ;;\n";
     }
     script += "        esac\n"
               "        ;;\n"

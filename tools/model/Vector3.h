@@ -27,6 +27,7 @@ inline double Dot(const Vector3& a, const Vector3& b) { return a.x * b.x + a.y *
 inline Vector3 Cross(const Vector3& a, const Vector3& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
+inline bool IsFinite(const Vector3& v) { return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z); }
 /// For machine coordinates. Very large numbers overflow when squared, very small ones underflow.
 inline double Length(const Vector3& v) { return std::sqrt(Dot(v, v)); }
 /// For numbers of any size, such as those of a mistyped capture.

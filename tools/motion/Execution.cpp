@@ -10,10 +10,6 @@ namespace qmv40::motion {
 
 namespace {
 
-bool IsFinite(const model::Vector3& vector) {
-    return std::isfinite(vector.x) && std::isfinite(vector.y) && std::isfinite(vector.z);
-}
-
 bool IsExecutable(const XYZData& target) { return IsFinite(plans::VectorOf(target)); }
 
 bool IsExecutable(const ArcData& arc) {
@@ -35,6 +31,8 @@ model::HeadAngles ExecutedMove::AnglesAt(double fraction) const {
     return {before.angles.a + (after.angles.a - before.angles.a) * fraction,
             before.angles.b + (after.angles.b - before.angles.b) * fraction};
 }
+
+bool CanRun(const plans::Plan& plan) { return std::ranges::all_of(plan.moves, Machine::CanRun); }
 
 Machine::Machine(const model::HeadModel& theHead, const model::HeadAngles& angles,
                  const std::optional<model::Vector3>& theStart)

@@ -31,7 +31,12 @@ struct ExecutedMove {
     /// During an arc A and B change in proportion to the angle. Every other change of state happens at the end of the
     /// move.
     model::HeadAngles AnglesAt(double fraction) const;
+    /// True for an arc that begins with the pole sphere at a lever's ball.
+    bool PushesLever() const { return path.IsArc() && before.touchedBall.has_value(); }
 };
+
+/// True when the machine can run all moves of the plan.
+bool CanRun(const plans::Plan& plan);
 
 class Machine {
 public:

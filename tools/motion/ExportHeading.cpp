@@ -10,7 +10,7 @@ namespace {
 constexpr int lengthDecimals = 4;
 
 std::string PlanLine(std::size_t number, const Origin& origin) {
-    const plans::PlanToCheck& plan = origin.plans[number];
+    const plans::Plan& plan = origin.plans[number];
     return "Plan " + std::to_string(number + 1) + " of " + std::to_string(origin.plans.size()) + ": from " +
            plans::HeadAnglesText(plan.from) + " to " + plans::HeadAnglesText(plan.to) + " deg";
 }

@@ -9,7 +9,7 @@ namespace qmv40::motion {
 
 /// The inputs of a program.
 struct Origin {
-    std::span<const plans::PlanToCheck> plans;
+    std::span<const plans::Plan> plans;
     std::string geometry; ///< file names
     std::string settings; ///< empty: the machine's own
     model::Vector3 poleSphere;

@@ -51,7 +51,7 @@ private:
     }
 
     void Append(std::size_t plan, std::optional<plans::MoveId> move, const Path& path) {
-        steps.push_back({plan, move, path.ShiftedBy({0.0, 0.0, options.lift}), position.has_value()});
+        steps.push_back({plan, move, path.ShiftedBy({0.0, 0.0, options.lift})});
         position = path.End();
     }
 
@@ -62,7 +62,7 @@ private:
 
 } // namespace
 
-std::vector<Step> ProgramOf(std::span<const plans::PlanToCheck> plans, const ProgramOptions& options) {
+std::vector<Step> ProgramOf(std::span<const plans::Plan> plans, const ProgramOptions& options) {
     Builder builder(options);
     for (std::size_t i = 0; i < plans.size(); ++i) builder.Add(i + 1, plans[i].moves);
     return std::move(builder).Result();

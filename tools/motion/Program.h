@@ -14,8 +14,7 @@ namespace qmv40::motion {
 struct Step {
     std::size_t plan;                  ///< counted from 1
     std::optional<plans::MoveId> move; ///< empty: on the way to the plan's first move
-    model::Path path;
-    bool isStartKnown = true; ///< false: it is not known where the machine comes from, and the path is only its end
+    model::Path path;                  ///< only its end when the machine position before it is not known
 };
 
 struct ProgramOptions {
@@ -27,7 +26,7 @@ struct ProgramOptions {
 
 /// The plans one after the other. Between them the machine moves at the safe height: up, across, down. Throws
 /// InputError for a plan that begins with an arc, or has a number that is not finite: where it leads is unknown.
-std::vector<Step> ProgramOf(std::span<const plans::PlanToCheck> plans, const ProgramOptions& options);
+std::vector<Step> ProgramOf(std::span<const plans::Plan> plans, const ProgramOptions& options);
 
 /// The corners of the way from the end of a plan to the start of the next one: up to `safeHeight`, and across to above
 /// the start.

@@ -32,7 +32,8 @@ Sample SampleOf(const model::HeadModel& head, const ExecutedMove& run, double fr
             position + head.DriveCup(angles),
             angles,
             isEnd ? run.after.lever : run.before.lever,
-            isEnd ? run.after.isOnPeg : IsOnPegAt(run, fraction)};
+            isEnd ? run.after.isOnPeg : IsOnPegAt(run, fraction),
+            !isEnd && run.PushesLever() && (fraction > 0.0 || run.before.pushed > 0.0)};
 }
 
 } // namespace

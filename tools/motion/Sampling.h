@@ -16,6 +16,7 @@ struct Sample {
     model::HeadAngles angles;
     model::LeverState lever;
     bool isOnPeg;
+    bool isLeverPushed; ///< the levers are pushed part of the way: neither locked nor open
 };
 
 /// The largest distance between the samples of a move. A move that needs more than 10,000 steps (ten metres, at a step

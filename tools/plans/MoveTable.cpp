@@ -75,24 +75,26 @@ void PrintMoveTable(std::span<const PlacedMove> moves, const text::Console& cons
     table.Print(console);
 }
 
+std::string PlanTitle(const Plan& plan, std::size_t index, std::size_t count) {
+    return "Plan" + (count == 1 ? "" : " " + std::to_string(index + 1)) + ": from " + HeadAnglesText(plan.from) +
+           " to " + HeadAnglesText(plan.to) + " (deg)";
+}
+
 void PrintMoveTables(std::span<const Plan> plans, const text::Console& console) {
     for (std::size_t i = 0; i < plans.size(); ++i) {
-        const std::string number = plans.size() == 1 ? "" : " " + std::to_string(i + 1);
-        const std::string title = "Plan" + number + ": from " + HeadAnglesText(plans[i].from) + " to " +
-                                  HeadAnglesText(plans[i].to) + " (deg)";
-        console.out << (i == 0 ? "" : "\n") << console.Strong(title) << "\n\n";
-        PrintMoveTable(PlacedMoves(MovesInOrder(plans[i].moves)), console);
+        console.out << (i == 0 ? "" : "\n") << console.Strong(PlanTitle(plans[i], i, plans.size())) << "\n\n";
+        PrintMoveTable(PlacedMoves(plans[i].moves), console);
     }
     console.out << "\nX, Y, Z are where a move ends. A move without a turn goes there straight. A turn is about the\n"
                    "axis through the first point, mm, along the direction.\n";
 }
 
 void PrintMovesAsCsv(std::span<const Plan> plans, const text::Console& console) {
-    console.out << movesCsvHeader << '\n';
+    console.out << "Plan,Move,Name,Kind,X,Y,Z,i,j,k,RotationAngle,StartX,StartY,StartZ,EndX,EndY,EndZ\n";
     std::size_t planNumber = 0;
     for (const Plan& plan : plans) {
         ++planNumber;
-        for (const PlacedMove& placed : PlacedMoves(MovesInOrder(plan.moves))) {
+        for (const PlacedMove& placed : PlacedMoves(plan.moves)) {
             console.out << std::to_string(planNumber) << ',' << CsvMove(placed) << '\n';
         }
     }

@@ -50,7 +50,7 @@ Json PlansJson(std::span<const Plan> plans) {
     for (const Plan& plan : plans) {
         documents.PushBack({{"from", AnglesJson(plan.from)},
                             {"to", AnglesJson(plan.to)},
-                            {"moves", MovesJson(PlacedMoves(MovesInOrder(plan.moves)))}});
+                            {"moves", MovesJson(PlacedMoves(plan.moves))}});
     }
     return documents;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "tools/plans/PlannedMove.h"
-#include "tools/plans/Tour.h"
 #include "tools/text/Json.h"
 
 /// Plans as they stand in documents. Members of records have the names of the records' fields.

@@ -48,18 +48,18 @@ PlannedMove MoveAt(const Place& place) {
     return {move->id, std::visit([&](const auto field) { return RecordAt(record, field); }, move->field)};
 }
 
-PlanToCheck PlanAt(const Place& place) {
-    PlanToCheck plan{AnglesAt(place.Member("from")), AnglesAt(place.Member("to")), {}};
+Plan PlanAt(const Place& place) {
+    Plan plan{AnglesAt(place.Member("from")), AnglesAt(place.Member("to")), {}};
     for (const Place& move : place.Member("moves").Elements()) plan.moves.push_back(MoveAt(move));
     return plan;
 }
 
 } // namespace
 
-std::vector<PlanToCheck> ReadPlans(const std::string& fileName) {
+std::vector<Plan> ReadPlans(const std::string& fileName) {
     const text::Json document = text::ParseJson(fileName, text::ReadWholeFile(fileName));
     const Place place = Place{fileName, "", document}.Member("plans");
-    std::vector<PlanToCheck> plans;
+    std::vector<Plan> plans;
     for (const Place& plan : place.Elements()) plans.push_back(PlanAt(plan));
     if (plans.empty()) place.Refuse("is empty");
     return plans;

@@ -11,6 +11,6 @@ namespace qmv40::plans {
 /// document. Name and record say what a move does; null means not-a-number. Other members are ignored. Throws
 /// InputError for a file that is no such document: a member is missing, stands twice or has another type, or the name
 /// of a move is unknown.
-std::vector<PlanToCheck> ReadPlans(const std::string& fileName);
+std::vector<Plan> ReadPlans(const std::string& fileName);
 
 } // namespace qmv40::plans

@@ -17,8 +17,9 @@ struct PlannedMove {
     std::variant<XYZData, ArcData> data;
 };
 
-/// One indexing to be checked: what was asked for, and the moves in the order in which they would be made.
-struct PlanToCheck {
+/// One indexing: from where, to where, and the moves in their order. A plan of the component has all 19 of them; a plan
+/// from a file has what the file says.
+struct Plan {
     model::HeadAngles from;
     model::HeadAngles to;
     std::vector<PlannedMove> moves;

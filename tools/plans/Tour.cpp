@@ -10,7 +10,7 @@ namespace {
 Plan NextPlan(component::Calculator& calculator, const model::HeadAngles& target) {
     const model::HeadAngles start = calculator.CurrentHeadPosition();
     const RequiredMoves moves = calculator.CalculateMove(target);
-    return {start, calculator.CurrentHeadPosition(), moves};
+    return {start, calculator.CurrentHeadPosition(), MovesInOrder(moves)};
 }
 
 } // namespace

@@ -1,23 +1,13 @@
 #pragma once
 
-#include "interface/Records.h"
-#include "tools/model/HeadAngles.h"
+#include "tools/plans/PlannedMove.h"
 
-#include <span>
 #include <string>
-#include <vector>
 
 namespace qmv40::plans {
 
-/// One indexing of the head, as the component planned it.
-struct Plan {
-    model::HeadAngles from;
-    model::HeadAngles to;
-    RequiredMoves moves;
-};
-
-/// Has the component plan a tour through the positions; the first is where the head stands. When one plan is refused,
-/// the whole tour is: ComponentError.
+/// Lets the component plan a tour through the positions. The head stands at the first one. Throws ComponentError when
+/// the component refuses one of the plans.
 std::vector<Plan> PlanTour(const std::string& geometryFile, std::span<const model::HeadAngles> positions);
 
 } // namespace qmv40::plans

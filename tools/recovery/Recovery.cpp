@@ -3,7 +3,6 @@
 #include "tools/plans/Tour.h"
 #include "tools/text/Failures.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -13,13 +12,9 @@ namespace {
 
 using model::LeverState;
 
-bool CanBeRun(const plans::PlanToCheck& plan) { return std::ranges::all_of(plan.moves, motion::Machine::CanRun); }
-
-plans::PlanToCheck Checkable(const plans::Plan& plan) { return {plan.from, plan.to, plans::MovesInOrder(plan.moves)}; }
-
 /// The plans, when all of them can be run: paths exist only then.
 Plans Runnable(Plans plans) {
-    if (CanBeRun(plans.underWay) && CanBeRun(plans.back) && CanBeRun(plans.stay)) return plans;
+    if (motion::CanRun(plans.underWay) && motion::CanRun(plans.back) && motion::CanRun(plans.stay)) return plans;
     throw text::UsageError{"the plan has a move with a number that is none: no machine can have run it. Look at the "
                            "settings with `qmv40 doctor`"};
 }
@@ -36,7 +31,7 @@ std::vector<plans::PlacedMove> CheckedWay::Placed(const model::Vector3& standing
 Plans PlansFor(const std::string& geometryFile, const model::HeadAngles& from, const model::HeadAngles& to) {
     const std::array positions{from, from, to, from};
     const std::vector<plans::Plan> tour = plans::PlanTour(geometryFile, positions);
-    return {Checkable(tour[1]), Checkable(tour[2]), Checkable(tour[0])};
+    return {tour[1], tour[2], tour[0]};
 }
 
 StoppedPlan::StoppedPlan(const model::HeadModel& theHead, Plans thePlans)

@@ -46,7 +46,7 @@ public:
     StoppedPlan(const model::HeadModel& theHead, Plans thePlans);
 
     const model::HeadModel& Head() const { return head; }
-    const plans::PlanToCheck& UnderWay() const { return plans.underWay; }
+    const plans::Plan& UnderWay() const { return plans.underWay; }
     const PlanPaths& Paths() const { return paths; }
     Recovery Answer(const Question& question) const;
     /// Head and machine at a stop whose state is known.

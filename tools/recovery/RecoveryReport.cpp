@@ -1,5 +1,6 @@
 #include "tools/recovery/RecoveryReport.h"
 
+#include "tools/check/CheckReport.h"
 #include "tools/plans/HeadAnglesText.h"
 #include "tools/plans/MoveTable.h"
 #include "tools/plans/MovesJson.h"
@@ -31,7 +32,7 @@ std::string CallText(const model::HeadAngles& angles) {
 }
 
 /// How a person recognises that the head is in the state.
-std::string LookOf(State state, const plans::PlanToCheck& plan) {
+std::string LookOf(State state, const plans::Plan& plan) {
     const std::string start = AnglesText(plan.from);
     const std::string target = AnglesText(plan.to);
     switch (state) {
@@ -127,9 +128,9 @@ std::string WayText(const CheckedWay& way, const char* name) {
     const std::string where =
         finding.move ? MoveText(IndexOf(way.way.moves[*finding.move].move.id) + 1) : std::string("its end");
     const check::FindingText& text = TextOf(finding.kind);
-    const std::string amount =
-        finding.amount ? " by " + text::FixedText(*finding.amount, lengthDecimals) + " " + text.unit : std::string();
-    return std::string(" `") + name + "` is not safe, at " + where + ": " + text.name + amount + ". " + text.sentence;
+    const std::string amount = check::AmountText(finding);
+    return std::string(" `") + name + "` is not safe, at " + where + ": " + text.name + (amount.empty() ? "" : " by ") +
+           amount + ". " + text.sentence;
 }
 
 std::string ByHand(const Recovery& recovery) {

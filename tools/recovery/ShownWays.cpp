@@ -21,9 +21,7 @@ check::CheckedPlan Shown(const CheckedWay& checked, const StoppedPlan& plan, con
         shown.plan.moves.push_back({each.contact, each.move.data});
         if (!motion::Machine::CanRun(each.move)) continue;
         const motion::ExecutedMove run = machine.Run(shown.plan.moves.back());
-        shown.report.moves.push_back({run, check::ClearanceOf(run, plan.Head(), question.check.sizes),
-                                      surroundings.Of(run),
-                                      check::LowestTip(run, plan.Head(), question.check.scene.parts), std::nullopt});
+        shown.report.moves.push_back(check::CheckedMoveOf(run, plan.Head(), question.check, surroundings));
     }
     if (checked.finding) shown.report.findings.push_back(*checked.finding);
     return shown;

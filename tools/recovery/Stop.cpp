@@ -1,5 +1,6 @@
 #include "tools/recovery/Stop.h"
 
+#include "tools/check/PlanCheck.h"
 #include "tools/model/Angles.h"
 #include "tools/model/Tolerances.h"
 
@@ -83,9 +84,8 @@ bool Search::HaveOneOrientation() const {
 /// True when A and B are the same at both places, or when the plan leads from one to the other within the position
 /// error, as at the corner of two arcs. From A = 39 degrees on, one place can belong to two orientations.
 bool Search::IsSameOrientation(const Fit& first, const Fit& second) const {
-    const double difference =
-        std::max(std::abs(first.angles.a - second.angles.a), std::abs(first.angles.b - second.angles.b));
-    return difference <= sameAngle || paths.LengthBetween(first.place, second.place) <= 4.0 * error;
+    return check::LargestDifference(first.angles, second.angles) <= sameAngle ||
+           paths.LengthBetween(first.place, second.place) <= 4.0 * error;
 }
 
 Stop Search::Result() && {
@@ -153,7 +153,7 @@ State StateInMove(std::size_t number) {
     return State::Locked;
 }
 
-PlanPaths::PlanPaths(const plans::PlanToCheck& plan, const model::Vector3& start) : from(plan.from), to(plan.to) {
+PlanPaths::PlanPaths(const plans::Plan& plan, const model::Vector3& start) : from(plan.from), to(plan.to) {
     model::Vector3 position = start;
     for (const plans::PlannedMove& move : plan.moves) {
         paths.push_back(plans::PathOf(move, position));

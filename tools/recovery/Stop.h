@@ -41,7 +41,7 @@ struct Progress {
 class PlanPaths {
 public:
     /// `start`: where the machine stands before the first move. The plan's moves can all be run.
-    PlanPaths(const plans::PlanToCheck& plan, const model::Vector3& start);
+    PlanPaths(const plans::Plan& plan, const model::Vector3& start);
 
     const model::Path& PathOf(std::size_t number) const { return paths[number - 1]; }
     model::HeadAngles AnglesAt(const Progress& place) const;

@@ -12,10 +12,6 @@ namespace {
 using check::Finding;
 using K = check::FindingKind;
 
-double LargestDifference(const model::HeadAngles& left, const model::HeadAngles& right) {
-    return std::max(std::abs(left.a - right.a), std::abs(left.b - right.b));
-}
-
 /// True also for not-a-number: an unknown amount is not safe.
 bool IsAbove(double amount, double allowed) { return !(amount <= allowed); }
 
@@ -42,11 +38,7 @@ std::optional<Finding> FindingOfSurroundings(check::Surroundings& surroundings, 
 }
 
 std::optional<Finding> FindingOfTravel(const check::CheckOptions& options, const model::Path& path) {
-    const model::Vector3 axes[] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
-    for (std::size_t i = 0; i < options.travel.size(); ++i) {
-        const model::Path::Range range = path.RangeAlong(axes[i]);
-        const double beyond =
-            std::max(options.travel[i].smallest - range.smallest, range.largest - options.travel[i].largest);
+    for (const double beyond : check::BeyondTravel(path, options.travel)) {
         if (IsAbove(beyond, model::lengthTolerance)) return Finding{K::TravelLimitExceeded, {}, beyond};
     }
     return std::nullopt;
@@ -62,8 +54,7 @@ std::optional<Finding> FindingOfHead(const motion::ExecutedMove& run) {
     const bool isLocked = run.before.lever == model::LeverState::Locked;
     if (isLocked && run.after.isOnPeg) return Finding{K::EngagedWhileLocked, {}, {}};
     if (IsAbove(run.pulledOff, model::lengthTolerance)) return Finding{K::PegTornOut, {}, run.pulledOff};
-    const model::HeadAngles& angles = run.after.angles;
-    const double beyond = std::max({-angles.a, angles.a - 90.0, std::abs(angles.b) - 180.0});
+    const double beyond = check::BeyondStops(run.after.angles);
     if (IsAbove(beyond, model::angleTolerance)) return Finding{K::HeadAngleOutOfRange, {}, beyond};
     return std::nullopt;
 }
@@ -72,7 +63,7 @@ std::optional<Finding> FindingOfEnd(const motion::Machine& machine, const WayOut
     const motion::HeadState& state = machine.State();
     if (state.isOnPeg) return Finding{K::StillOnThePeg, {}, {}};
     if (state.lever != model::LeverState::Locked) return Finding{K::NotLockedAtTheEnd, {}, {}};
-    const double turned = LargestDifference(state.angles, way.angles);
+    const double turned = check::LargestDifference(state.angles, way.angles);
     if (IsAbove(turned, model::angleTolerance)) return Finding{K::TargetNotReached, {}, turned};
     const double off = model::Distance(*machine.Position(), way.end);
     if (IsAbove(off, model::lengthTolerance)) return Finding{K::TargetPositionMissed, {}, off};

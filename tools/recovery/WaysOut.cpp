@@ -11,9 +11,9 @@ namespace {
 
 using plans::MoveId;
 
-const plans::PlannedMove& MoveOf(const plans::PlanToCheck& plan, MoveId id) { return plan.moves[IndexOf(id)]; }
-const XYZData& TargetOf(const plans::PlanToCheck& plan, MoveId id) { return std::get<XYZData>(MoveOf(plan, id).data); }
-const ArcData& ArcOf(const plans::PlanToCheck& plan, MoveId id) { return std::get<ArcData>(MoveOf(plan, id).data); }
+const plans::PlannedMove& MoveOf(const plans::Plan& plan, MoveId id) { return plan.moves[IndexOf(id)]; }
+const XYZData& TargetOf(const plans::Plan& plan, MoveId id) { return std::get<XYZData>(MoveOf(plan, id).data); }
+const ArcData& ArcOf(const plans::Plan& plan, MoveId id) { return std::get<ArcData>(MoveOf(plan, id).data); }
 
 /// The same axis with another angle.
 ArcData TurnedBy(ArcData arc, double rotationAngle) {
@@ -46,7 +46,7 @@ public:
         moves.push_back({{id, TargetOf(plans.underWay, id)}, contact});
         return *this;
     }
-    Builder& AddPlan(const plans::PlanToCheck& plan, MoveId first) {
+    Builder& AddPlan(const plans::Plan& plan, MoveId first) {
         for (std::size_t i = IndexOf(first); i < plan.moves.size(); ++i) Add(plan.moves[i]);
         return *this;
     }
@@ -65,7 +65,7 @@ public:
     Builder& AddSwingToPeg(const model::Vector3& from);
     Builder& AddSwingToLever(const model::Vector3& from);
 
-    WayOut Way(const plans::PlanToCheck& likeThis) && { return {std::move(moves), likeThis.to, EndOf(likeThis)}; }
+    WayOut Way(const plans::Plan& likeThis) && { return {std::move(moves), likeThis.to, EndOf(likeThis)}; }
 
 private:
     /// The angle of a swing back, over the same azimuths as in the plan.
@@ -195,7 +195,7 @@ void BackWhileIndexed(Builder& builder, const Plans& plans, MoveId under, const 
 
 } // namespace
 
-model::Vector3 EndOf(const plans::PlanToCheck& plan) {
+model::Vector3 EndOf(const plans::Plan& plan) {
     return plans::VectorOf(TargetOf(plan, MoveId::DisengageFromLockLever));
 }
 

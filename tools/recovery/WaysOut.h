@@ -12,13 +12,13 @@ namespace qmv40::recovery {
 
 /// The plans of which a way out consists.
 struct Plans {
-    plans::PlanToCheck underWay; ///< from the start to the target
-    plans::PlanToCheck back;     ///< from the target to the start
-    plans::PlanToCheck stay;     ///< from the start to the start
+    plans::Plan underWay; ///< from the start to the target
+    plans::Plan back;     ///< from the target to the start
+    plans::Plan stay;     ///< from the start to the start
 };
 
 /// The machine position at the end of the plan.
-model::Vector3 EndOf(const plans::PlanToCheck& plan);
+model::Vector3 EndOf(const plans::Plan& plan);
 
 // Several ways, the best first, while the origin of the machine is not known: before the end of the first move.
 

@@ -3,7 +3,7 @@
 #include "tools/component/Calculator.h"
 #include "tools/model/SimulatedCapture.h"
 #include "tools/model/Turning.h"
-#include "tools/settings/MachineSettings.h"
+#include "tools/settings/SettingsOverride.h"
 
 #include <algorithm>
 #include <limits>
@@ -208,7 +208,7 @@ double SelfCheck::Difference() const {
 
 std::vector<SelfCheckGroup> RunSelfChecks() {
     component::Calculator calculator;
-    const settings::BuiltInSettings settings;
+    const settings::SettingsOverride builtIn = settings::SettingsOverride::BuiltIn();
     std::vector<SelfCheckGroup> groups;
     Enter(squareHead, calculator);
     groups.push_back(SquareHeadChecks(calculator));

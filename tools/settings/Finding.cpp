@@ -13,7 +13,7 @@ Finding FindingAbout(const Subject& subject, std::string name, Severity severity
             .remedy = std::move(remedy),
             .place = subject.line ? "line " + std::to_string(*subject.line) : "",
             .amount = "",
-            .details = {{"line", subject.line ? text::Json(*subject.line) : text::Json()}, {"about", subject.name}}};
+            .details = {{"line", subject.line}, {"about", subject.name}}};
 }
 
 void SortByLine(std::vector<Finding>& findings) {

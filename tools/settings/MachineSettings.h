@@ -2,10 +2,12 @@
 
 #include "tools/settings/SettingsReading.h"
 
-#include <memory>
 #include <string>
 
 namespace qmv40::settings {
+
+/// The environment variable that names a settings file for one process. It counts on Linux only.
+inline constexpr const char* settingsVariable = "QMV40_SETTINGS";
 
 /// The content, at this moment, of the place where the component reads the head's dimensions on this machine.
 struct MachineSettings {
@@ -18,19 +20,5 @@ MachineSettings ReadMachineSettings();
 
 /// What to do with a settings file to put it in force on this machine, in a sentence.
 std::string HowToPutInPlace(const std::string& fileName);
-
-/// While it lives, the component uses its built-in dimensions in this process, whatever the machine's settings are. The
-/// component must have been created before. Throws ComponentError when the settings cannot be set aside.
-class BuiltInSettings {
-public:
-    BuiltInSettings();
-    BuiltInSettings(const BuiltInSettings&) = delete;
-    BuiltInSettings& operator=(const BuiltInSettings&) = delete;
-    ~BuiltInSettings();
-
-private:
-    struct State;
-    std::unique_ptr<State> state;
-};
 
 } // namespace qmv40::settings

@@ -5,6 +5,9 @@
 
 namespace qmv40::text {
 
+/// The text in red on a terminal.
+inline std::string Red(const std::string& text) { return "\x1b[31m" + text + "\x1b[0m"; }
+
 /// Where a command writes: data to `out`, messages to `err`.
 struct Console {
     std::ostream& out;

@@ -97,14 +97,8 @@ private:
     char separator;
 };
 
-std::string Lower(std::string_view text) {
-    std::string lower(text);
-    for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    return lower;
-}
-
 bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> words) {
-    return std::ranges::find(words, Lower(text)) != words.end();
+    return std::ranges::any_of(words, [&](std::string_view word) { return EqualIgnoringCase(text, word); });
 }
 bool IsDegree(std::string_view unit) { return IsOneOf(unit, {"deg", "degree", "degrees", "\xC2\xB0", "\xB0"}); }
 bool IsMillimetre(std::string_view unit) {

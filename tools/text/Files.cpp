@@ -54,6 +54,15 @@ void RequireFile(const std::string& fileName) {
     if (std::filesystem::is_directory(status)) throw InputError{fileName, {}, "is a folder"};
 }
 
+bool IsReplaceable(const std::string& fileName) {
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(PathOf(fileName), ignored);
+    if (std::filesystem::is_directory(status)) throw InputError{fileName, {}, "is a folder"};
+    if (!std::filesystem::exists(status)) return false;
+    if (!std::filesystem::is_regular_file(status)) throw InputError{fileName, {}, "is not an ordinary file"};
+    return true;
+}
+
 std::string ReadWholeFile(const std::string& fileName) {
     RequireFile(fileName);
     const std::filesystem::path path = PathOf(fileName);
@@ -68,18 +77,14 @@ std::string ReadWholeFile(const std::string& fileName) {
 }
 
 void WriteWholeFile(const std::string& fileName, std::string_view content) {
+    IsReplaceable(fileName);
     std::error_code error;
     // A link keeps leading to the file: the file is replaced, not the link.
     std::filesystem::path target = std::filesystem::weakly_canonical(PathOf(fileName), error);
     if (error) target = PathOf(fileName);
-    if (std::filesystem::is_directory(target, error)) throw InputError{fileName, {}, "is a folder"};
-    const std::filesystem::file_status before = std::filesystem::status(target, error);
-    // A device must not be replaced: other programs could then not use it.
-    if (std::filesystem::exists(before) && !std::filesystem::is_regular_file(before)) {
-        throw InputError{fileName, {}, "is not an ordinary file"};
-    }
     const FileBeside file(target);
-    if (!file.Fill(content, before) || !file.Replace(target)) throw InputError{fileName, {}, "cannot be written"};
+    if (!file.Fill(content, std::filesystem::status(target, error)) || !file.Replace(target))
+        throw InputError{fileName, {}, "cannot be written"};
 }
 
 } // namespace qmv40::text

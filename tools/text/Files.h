@@ -8,6 +8,10 @@ namespace qmv40::text {
 /// Throws InputError when there is no such file, or a folder of that name.
 void RequireFile(const std::string& fileName);
 
+/// True when there is a file of this name. Throws InputError for a folder, and for a device, which must not be replaced
+/// because other programs could then not use it.
+bool IsReplaceable(const std::string& fileName);
+
 /// All bytes of a file. Throws InputError when it is not there, is a folder or cannot be read.
 std::string ReadWholeFile(const std::string& fileName);
 

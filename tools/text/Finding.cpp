@@ -1,5 +1,7 @@
 #include "tools/text/Finding.h"
 
+#include "tools/text/Console.h"
+
 #include <sstream>
 
 namespace qmv40::text {
@@ -31,14 +33,16 @@ Json FindingsJson(std::span<const Finding> findings) {
     return list;
 }
 
-void PrintFinding(const Finding& finding, std::ostream& out) {
-    out << "  " << finding.place << (finding.place.empty() ? "" : ": ") << NameOf(finding.severity) << ": "
-        << finding.name << (finding.amount.empty() ? "" : " by ") << finding.amount << '\n'
+void PrintFinding(const Finding& finding, std::ostream& out, bool colour) {
+    const std::string name = std::string(NameOf(finding.severity)) + ": " + finding.name;
+    const bool isRed = colour && finding.severity == Severity::Fault;
+    out << "  " << finding.place << (finding.place.empty() ? "" : ": ") << (isRed ? Red(name) : name)
+        << (finding.amount.empty() ? "" : " by ") << finding.amount << '\n'
         << Wrapped("    ", finding.sentence) << Wrapped("    -> ", finding.remedy);
 }
 
-void PrintFindings(std::span<const Finding> findings, std::ostream& out) {
-    for (const Finding& finding : findings) PrintFinding(finding, out);
+void PrintFindings(std::span<const Finding> findings, std::ostream& out, bool colour) {
+    for (const Finding& finding : findings) PrintFinding(finding, out, colour);
 }
 
 std::string Wrapped(const std::string& first, const std::string& text) {

@@ -34,9 +34,10 @@ Json FindingJson(const Finding& finding);
 /// A list of them.
 Json FindingsJson(std::span<const Finding> findings);
 
-/// One line with place, severity, name and amount; below it the sentence, and the remedy behind an arrow.
-void PrintFinding(const Finding& finding, std::ostream& out);
-void PrintFindings(std::span<const Finding> findings, std::ostream& out);
+/// One line with place, severity, name and amount; below it the sentence, and the remedy behind an arrow. With `colour`
+/// the severity and name of a fault are red.
+void PrintFinding(const Finding& finding, std::ostream& out, bool colour = false);
+void PrintFindings(std::span<const Finding> findings, std::ostream& out, bool colour = false);
 
 /// Breaks the text at blanks so that no line is longer than 100 columns. `first` stands before the first line; as many
 /// blanks stand before the other lines.

@@ -83,12 +83,6 @@ private:
 
 Json::Json(std::nullptr_t) noexcept : value(nullptr) {}
 Json::Json(bool flag) : value(flag) {}
-Json::Json(int number) : value(std::int64_t{number}) {}
-Json::Json(long number) : value(std::int64_t{number}) {}
-Json::Json(long long number) : value(std::int64_t{number}) {}
-Json::Json(unsigned int number) : value(std::uint64_t{number}) {}
-Json::Json(unsigned long number) : value(std::uint64_t{number}) {}
-Json::Json(unsigned long long number) : value(std::uint64_t{number}) {}
 Json::Json(double number) : value(number) {}
 Json::Json(const char* text) : value(std::string(text)) {}
 Json::Json(std::string text) : value(std::move(text)) {}
@@ -217,13 +211,11 @@ Json PointJson(double x, double y, double z) { return {{"X", x}, {"Y", y}, {"Z",
 Json DirectionJson(double i, double j, double k) { return {{"i", i}, {"j", j}, {"k", k}}; }
 
 Json ErrorJson(const InputError& error) {
-    Json line;
-    if (error.line) line = *error.line;
-    return {{"error", {{"file", error.file}, {"line", line}, {"description", error.reason}}}};
+    return {{"error", {{"file", error.file}, {"line", error.line}, {"description", error.reason}}}};
 }
 
-Json ErrorJson(const UsageError& error) {
-    return {{"error", {{"file", nullptr}, {"line", nullptr}, {"description", error.reason}}}};
+Json ErrorJson(const std::string& description) {
+    return {{"error", {{"file", nullptr}, {"line", nullptr}, {"description", description}}}};
 }
 
 void PrintDocument(std::string_view command, const Json& content, std::ostream& out) {

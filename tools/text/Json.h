@@ -2,6 +2,7 @@
 
 #include "tools/text/Failures.h"
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -27,12 +28,8 @@ public:
     // NOLINTBEGIN(google-explicit-constructor): values stand in braces as they are
     Json(std::nullptr_t = nullptr) noexcept;
     Json(bool flag);
-    Json(int number);
-    Json(long number);
-    Json(long long number);
-    Json(unsigned int number);
-    Json(unsigned long number);
-    Json(unsigned long long number);
+    Json(std::signed_integral auto number) : value(std::int64_t{number}) {}
+    Json(std::unsigned_integral auto number) : value(std::uint64_t{number}) {}
     Json(double number);
     Json(const char* text);
     Json(std::string text);
@@ -40,6 +37,8 @@ public:
     Json(const std::vector<double>& numbers);
     Json(const std::vector<std::string>& texts);
     Json(std::initializer_list<Json> values);
+    /// Null when there is no value.
+    template <typename Value> Json(const std::optional<Value>& maybe) : Json(maybe ? Json(*maybe) : Json()) {}
     // NOLINTEND(google-explicit-constructor)
     static Json Array();
     static Json Object();
@@ -96,7 +95,7 @@ Json DirectionJson(double i, double j, double k);
 
 // What a document says when a command could not do its work: {"error":{"file","line","description"}}
 Json ErrorJson(const InputError& error);
-Json ErrorJson(const UsageError& error);
+Json ErrorJson(const std::string& description);
 
 /// Prints the one document of a command, indented, with a line end. It begins with "format", which is qmv40/<command>,
 /// and "version"; the members of `content` follow. docs/schema/<command>.json describes it.

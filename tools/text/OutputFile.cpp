@@ -2,7 +2,6 @@
 
 #include "tools/text/Failures.h"
 #include "tools/text/Files.h"
-#include "tools/text/Text.h"
 
 #include <utility>
 
@@ -16,12 +15,7 @@ FileKind KindMarked(std::string name, std::string mark) {
 }
 
 void RequireNewOrOfKind(const std::string& fileName, const FileKind& kind) {
-    std::error_code ignored;
-    const std::filesystem::file_status status = std::filesystem::status(PathOf(fileName), ignored);
-    if (!std::filesystem::exists(status)) return;
-    if (std::filesystem::is_directory(status)) throw InputError{fileName, {}, "is a folder"};
-    // A device must not be replaced: other programs could then not use it.
-    if (!std::filesystem::is_regular_file(status)) throw InputError{fileName, {}, "is not an ordinary file"};
+    if (!IsReplaceable(fileName)) return;
     const std::string content = ReadWholeFile(fileName);
     if (content.empty() || kind.isContentOf(content)) return;
     throw InputError{

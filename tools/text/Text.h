@@ -1,12 +1,16 @@
 #pragma once
 
 #include <filesystem>
+#include <span>
 #include <string>
 
 namespace qmv40::text {
 
-/// Conversion of file names: in the tool they are UTF-8 on every platform, the file system takes paths. WideText.h
-/// converts the component's wide texts.
+/// The texts with the separator between each two of them.
+std::string Joined(std::span<const std::string> texts, const std::string& separator);
+
+// Conversion of file names: in the tool they are UTF-8 on every platform, the file system takes paths. WideText.h
+// converts the component's wide texts.
 
 std::filesystem::path PathOf(const std::string& utf8Name);
 std::string Utf8Name(const std::filesystem::path& path);

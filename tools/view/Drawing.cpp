@@ -139,7 +139,7 @@ public:
         BeginRow();
     }
 
-    void DrawHeads(const plans::PlanToCheck& plan) {
+    void DrawHeads(const plans::Plan& plan) {
         DrawHead("S", StartStyle(),
                  "head at the start, A " + text::ExactText(plan.from.a) + ", B " + text::ExactText(plan.from.b));
         DrawHead("E", EndStyle(), "at the end, A " + text::ExactText(plan.to.a) + ", B " + text::ExactText(plan.to.b));
@@ -207,7 +207,7 @@ void WriteFindings(TitleBlock& block, const check::CheckedPlan& checked) {
         const std::string where = findings[i].move ? std::to_string(*findings[i].move + 1) : "plan";
         const std::string amount = check::AmountText(findings[i]);
         block.Write(smallText, where + ": " + check::TextOf(findings[i].kind).name);
-        if (!amount.empty()) block.Write(smallText, amount);
+        if (!amount.empty()) block.Write(smallText, " by " + amount);
     }
     if (findings.size() > most) block.Write(smallText, "and " + std::to_string(findings.size() - most) + " more");
 }

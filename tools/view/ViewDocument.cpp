@@ -83,12 +83,16 @@ text::Json SampleJson(const motion::Sample& sample, const motion::ExecutedMove& 
             {"stylus", ArrayJson(view.head.TurnedWithHead(straightDown, sample.angles))},
             {"clearance", ClearanceJson(run, sample.fraction, view)},
             {"lever", check::NameOf(sample.lever)},
-            {"onPeg", sample.isOnPeg}};
+            {"onPeg", sample.isOnPeg},
+            {"leverPushed", sample.isLeverPushed}};
 }
 
 text::Json StateJson(const motion::HeadState& state) {
-    return {
-        {"A", state.angles.a}, {"B", state.angles.b}, {"lever", check::NameOf(state.lever)}, {"onPeg", state.isOnPeg}};
+    return {{"A", state.angles.a},
+            {"B", state.angles.b},
+            {"lever", check::NameOf(state.lever)},
+            {"onPeg", state.isOnPeg},
+            {"leverPushed", state.pushed > 0.0}};
 }
 
 /// The move in closed form. The page can compute all its points from it.
@@ -100,11 +104,8 @@ text::Json MotionJson(const motion::ExecutedMove& run) {
                {"axis", ArrayJson(path.Radius() > 0.0 ? path.Axis() : model::Vector3{})},
                {"degrees", path.Degrees()}};
     }
-    return {{"start", ArrayJson(path.Start())},
-            {"end", ArrayJson(path.End())},
-            {"arc", arc},
-            {"before", StateJson(run.before)},
-            {"after", StateJson(run.after)}};
+    return {{"start", ArrayJson(path.Start())}, {"end", ArrayJson(path.End())},    {"arc", arc},
+            {"pushesLever", run.PushesLever()}, {"before", StateJson(run.before)}, {"after", StateJson(run.after)}};
 }
 
 /// The obstacle that the move comes closest to.
@@ -190,11 +191,6 @@ text::Json ObstaclesJson(const std::vector<check::obstacles::Obstacle>& obstacle
     return list;
 }
 
-text::Json StylusJson(const std::optional<check::Stylus>& stylus) {
-    if (!stylus) return nullptr;
-    return {{"length", stylus->length}, {"diameter", stylus->diameter}, {"tipDiameter", stylus->tipDiameter}};
-}
-
 text::Json AssumedJson(const check::CheckOptions& options) {
     text::Json lines = text::Json::Array();
     for (const check::AssumptionLine& line : check::AssumptionLines(options)) {
@@ -207,12 +203,11 @@ text::Json PlanJson(const check::CheckedPlan& checked, const ViewedTour& view) {
     return {{"from", plans::AnglesJson(checked.plan.from)},
             {"to", plans::AnglesJson(checked.plan.to)},
             {"verdict", VerdictJson(checked.report.findings.size())},
-            {"findings", check::PlanFindingsJson(checked)},
+            {"findings", text::FindingsJson(check::FindingsOf(checked))},
             {"moves", AllMovesJson(checked, view)}};
 }
 
-} // namespace
-
+/// "(0, 0) to (45, 90) to (15, -30)", the head positions one after the other.
 std::string StopsText(const std::vector<check::CheckedPlan>& plans) {
     std::string stops;
     std::string before;
@@ -224,6 +219,8 @@ std::string StopsText(const std::vector<check::CheckedPlan>& plans) {
     }
     return stops;
 }
+
+} // namespace
 
 std::string TitleText(const std::string& name, const std::vector<check::CheckedPlan>& plans) {
     if (plans.size() <= mostPlansInFull) return name + ": " + StopsText(plans);
@@ -246,8 +243,8 @@ text::Json ViewDocument(const ViewedTour& view) {
         {"levers", {LeverJson(head, LeverSide::Plus, "plus"), LeverJson(head, LeverSide::Minus, "minus")}},
         {"driveCup", ArrayJson(head.DriveCup({0.0, 0.0}))},
         {"stemDiameter", view.options.scene.stemDiameter},
-        {"stylus", StylusJson(view.options.scene.parts.stylus)},
-        {"table", view.options.scene.table ? text::Json(*view.options.scene.table) : text::Json(nullptr)},
+        {"stylus", check::StylusJson(view.options.scene.parts.stylus)},
+        {"table", view.options.scene.table},
         {"obstacles", ObstaclesJson(view.options.scene.obstacles)},
         {"assumptions", AssumedJson(view.options)},
         {"levels", LevelsJson()},

@@ -20,9 +20,6 @@ inline constexpr std::size_t mostPlansInFull = 10;
 /// The head's name and the stops in one line. For a long tour only the number of plans, its start and its end.
 std::string TitleText(const std::string& name, const std::vector<check::CheckedPlan>& plans);
 
-/// "(0, 0) to (45, 90) to (15, -30)", the head positions one after the other.
-std::string StopsText(const std::vector<check::CheckedPlan>& plans);
-
 /// Everything that a page needs to show the plans without computing a coordinate: machine coordinates, mm and degrees.
 /// docs/qmv40.md describes its members. Samples are at most a millimetre or a degree apart. There are none for a move
 /// that could not be run, nor in a document of more than `mostPlansInFull` plans.

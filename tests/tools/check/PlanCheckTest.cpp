@@ -18,7 +18,7 @@ using testing::IsEmpty;
 using testing::Not;
 
 /// From (0, 0) to (0, 0) with the ideal head, worked out by hand from the numbers of docs/conventions.md.
-plans::PlanToCheck PlanByHand() {
+plans::Plan PlanByHand() {
     const auto azimuth = [](double x, double y) { return model::ToDegrees(std::atan2(y, x)); };
     const double leverExit = azimuth(30.3, 19.3);
     const double leverEntry = azimuth(30.3, 24.3);
@@ -71,7 +71,7 @@ TEST(PlanCheck, HasAFindingWhenANumberOfTheHeadIsNaN) {
 }
 
 TEST(PlanCheck, StopsAtAMoveThatCannotBeRun) {
-    plans::PlanToCheck plan = PlanByHand();
+    plans::Plan plan = PlanByHand();
     plan.moves[5].data = XYZData{6.95, std::numeric_limits<double>::quiet_NaN(), 35.0};
     const check::PlanReport report = check::CheckPlan(IdealHead(), {}, plan);
     EXPECT_EQ(5u, report.moves.size());
@@ -84,7 +84,7 @@ TEST(PlanCheck, StopsAtAMoveThatCannotBeRun) {
 TEST(PlanCheck, ComparesTheWholeArcWithTheTravel) {
     // UnLock: the machine starts 17.3 mm beside the axis and 0.3 mm below it, and goes over the top of the circle.
     const double top = -36.25 + std::hypot(17.3, 0.3);
-    plans::PlanToCheck plan = PlanByHand();
+    plans::Plan plan = PlanByHand();
     plan.moves.resize(3);
     check::CheckOptions options;
     options.travel[2].largest = top + 0.01;
@@ -144,19 +144,19 @@ TEST(PlanCheck, FindsAnObstacleBetweenOnePlanAndTheNext) {
 
 TEST(PlanCheck, ChecksTheRestOfAPlanFromAnyMove) {
     const model::HeadModel head = IdealHead();
-    const plans::PlanToCheck plan = PlanByHand();
+    const plans::Plan plan = PlanByHand();
     const check::PlanReport whole = check::CheckPlan(head, {}, plan);
     for (std::size_t i = 1; i < plans::moveCount; ++i) {
         const auto firstLeft = plan.moves.begin() + static_cast<std::ptrdiff_t>(i);
-        const plans::PlanToCheck rest{plan.from, plan.to, {firstLeft, plan.moves.end()}};
+        const plans::Plan rest{plan.from, plan.to, {firstLeft, plan.moves.end()}};
         const motion::ExecutedMove& before = whole.moves[i - 1].run;
         EXPECT_THAT(NamesOf(check::CheckRest(head, {}, rest, before.after, before.path.End())), IsEmpty()) << i;
     }
 }
 
 TEST(PlanCheck, FindsARestThatDoesNotFitTheHeadsState) {
-    const plans::PlanToCheck plan = PlanByHand();
-    const plans::PlanToCheck rest{plan.from, plan.to, {plan.moves.begin() + 11, plan.moves.end()}};
+    const plans::Plan plan = PlanByHand();
+    const plans::Plan rest{plan.from, plan.to, {plan.moves.begin() + 11, plan.moves.end()}};
     const motion::HeadState locked{{0.0, 0.0}, model::LeverState::Locked, true, std::nullopt};
     EXPECT_THAT(NamesOf(check::CheckRest(IdealHead(), {}, rest, locked, {6.95, -24.0, 11.5})),
                 testing::Contains("lever-not-touched"));

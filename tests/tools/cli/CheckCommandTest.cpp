@@ -157,9 +157,9 @@ TEST_F(CheckCommand, PrintsATableOfStatesClearancesAndTheVerdict) {
 TEST_F(CheckCommand, PrintsWhatIsWrongAndWhatToDo) {
     const ToolRun run = Check({"--from", "0,0", "--to", "45,90", "--z-travel", "-690,0"});
     EXPECT_EQ(4, run.exitCode);
-    EXPECT_THAT(run.out, HasSubstr("  move 1 ApproachUnLockLever: travel-limit-exceeded by 1.5500 mm\n"
-                                   "      The move leaves the machine's travel.\n"
-                                   "      Move the pole sphere further into the measuring volume, or correct the "
+    EXPECT_THAT(run.out, HasSubstr("  move 1 ApproachUnLockLever: fault: travel-limit-exceeded by 1.5500 mm\n"
+                                   "    The move leaves the machine's travel.\n"
+                                   "    -> Move the pole sphere further into the measuring volume, or correct the "
                                    "limits.\n"));
     EXPECT_THAT(run.out, HasSubstr("Verdict: "));
     EXPECT_THAT(run.out, Not(HasSubstr("Verdict: clear")));

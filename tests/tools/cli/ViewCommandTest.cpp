@@ -402,7 +402,7 @@ TEST_F(ViewCommand, WritesPageAndDrawingOfAPlanThatHasFindings) {
     const ToolRun run = head.View({"--plan", plan, "--template", head.page, "--output", head.folder.Name("bad.html"),
                                    "--svg", head.folder.Name("bad.svg")});
     EXPECT_EQ(4, run.exitCode);
-    EXPECT_THAT(run.out, HasSubstr("move 3 UnLock: arc-turns-the-wrong-way by 270.0000 deg"));
+    EXPECT_THAT(run.out, HasSubstr("move 3 UnLock: fault: arc-turns-the-wrong-way by 270.0000 deg"));
     EXPECT_TRUE(Holds(head.folder.Name("bad.html"), "\"name\":\"arc-turns-the-wrong-way\""));
     EXPECT_TRUE(Holds(head.folder.Name("bad.svg"), "arc-turns-the-wrong-way"));
 }

@@ -8,7 +8,7 @@ using namespace qmv40;
 namespace {
 
 /// A part of the plan from (90, 0) to (90, 90): unlock, engage with the peg, three arcs, disengage.
-plans::PlanToCheck Indexing(const model::HeadModel& head) {
+plans::Plan Indexing(const model::HeadModel& head) {
     const auto straight = [](plans::MoveId id, const model::Vector3& place) {
         return plans::PlannedMove{id, XYZData{place[0], place[1], place[2]}};
     };
@@ -26,8 +26,7 @@ plans::PlanToCheck Indexing(const model::HeadModel& head) {
 using Samples = std::vector<motion::Sample>;
 
 /// The samples of each move of a plan, run from its start.
-std::vector<Samples> SweptPath(const model::HeadModel& head, const plans::PlanToCheck& plan,
-                               const motion::Spacing& spacing) {
+std::vector<Samples> SweptPath(const model::HeadModel& head, const plans::Plan& plan, const motion::Spacing& spacing) {
     motion::Machine machine(head, plan.from, std::nullopt);
     std::vector<Samples> path;
     for (const plans::PlannedMove& move : plan.moves) {
@@ -88,7 +87,7 @@ TEST_F(Sampling, HasTheCupOnThePegOnlyAtTheEndOfTheEngagement) {
 
 TEST_F(Sampling, DividesAMoveIntoAtMost10000Steps) {
     for (const double far : {1e6, 1e300}) {
-        plans::PlanToCheck plan = Indexing(head);
+        plans::Plan plan = Indexing(head);
         std::get<XYZData>(plan.moves.back().data).XPosition = far;
         std::get<ArcData>(plan.moves[4].data).RotationAngle = far;
         const auto swept = SweptPath(head, plan, {.millimetres = 1.0});

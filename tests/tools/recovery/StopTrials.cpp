@@ -66,7 +66,7 @@ private:
     TrueState TruthAt(std::size_t number, double fraction) const;
     void Try(const Injected& stop);
     void TryWays(const Injected& stop, const Vector3& standing, const JudgeTolerance& tolerance);
-    void TryWay(const Injected& stop, const std::optional<recovery::CheckedWay>& way, const plans::PlanToCheck& like,
+    void TryWay(const Injected& stop, const std::optional<recovery::CheckedWay>& way, const plans::Plan& like,
                 const JudgeTolerance& tolerance, const char* name);
     void Ask(Telling telling, const Injected& stop, const Vector3& standing, const KnownMove& known, double angle);
     void Jog(const Injected& stop);
@@ -167,8 +167,8 @@ void PlanTrial::Ask(Telling telling, const Injected& stop, const Vector3& standi
     if (telling == Telling::PositionOnly) count(tally.positionOnlyByState[static_cast<std::size_t>(stop.state)]);
 }
 
-void PlanTrial::TryWay(const Injected& stop, const std::optional<recovery::CheckedWay>& way,
-                       const plans::PlanToCheck& like, const JudgeTolerance& tolerance, const char* name) {
+void PlanTrial::TryWay(const Injected& stop, const std::optional<recovery::CheckedWay>& way, const plans::Plan& like,
+                       const JudgeTolerance& tolerance, const char* name) {
     ++tally.ways;
     if (!way || !way->IsSafe()) {
         ++tally.waysMissing;

@@ -37,10 +37,7 @@ Vector3 CornerAt(std::string_view content, std::size_t at) {
     return {NumberAt(content, at), NumberAt(content, at + 4), NumberAt(content, at + 8)};
 }
 
-bool IsFinite(const Triangle& triangle) {
-    const Vector3 sum = triangle.a + triangle.b + triangle.c;
-    return std::isfinite(sum.x + sum.y + sum.z);
-}
+bool IsFinite(const Triangle& triangle) { return IsFinite(triangle.a) && IsFinite(triangle.b) && IsFinite(triangle.c); }
 
 bool IsBinary(std::string_view content) {
     // Some programs begin a binary file with "solid", like a text. The length tells them apart.
@@ -76,7 +73,7 @@ std::array<std::string_view, 5> WordsOf(std::string_view line) {
 /// Reads a text, line by line.
 class StlText {
 public:
-    StlText(const std::string& theFileName, std::string_view theContent) : fileName(theFileName), rest(theContent) {}
+    StlText(const std::string& theFileName, std::string_view theContent) : fileName(theFileName), content(theContent) {}
 
     std::vector<Triangle> Triangles();
 
@@ -86,18 +83,18 @@ private:
     double NumberOf(std::string_view word) const;
 
     const std::string& fileName;
-    std::string_view rest;
+    std::string_view content;
     std::size_t line = 0;
     std::vector<Vector3> corners;
     std::vector<Triangle> triangles;
 };
 
 std::vector<Triangle> StlText::Triangles() {
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find('\n'), rest.size());
+    for (std::size_t at = 0; at < content.size();) {
+        const ascii::TextLine text = ascii::LineAt(content, at);
         ++line;
-        Take(rest.substr(0, end).ends_with('\r') ? rest.substr(0, end - 1) : rest.substr(0, end));
-        rest.remove_prefix(std::min(end + 1, rest.size()));
+        Take(text.content);
+        at = text.next;
     }
     if (!corners.empty()) Refuse("the file ends within a triangle");
     return std::move(triangles);

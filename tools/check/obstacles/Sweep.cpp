@@ -27,10 +27,7 @@ struct Stretch {
 
 bool IsFartherOff(const Stretch& left, const Stretch& right) { return left.atLeast > right.atLeast; }
 
-bool IsFinite(const Axis& axis) {
-    const model::Vector3 sum = axis.from + axis.to;
-    return std::isfinite(sum.x + sum.y + sum.z);
-}
+bool IsFinite(const Axis& axis) { return IsFinite(axis.from) && IsFinite(axis.to); }
 
 bool IsOnePoint(const model::Vector3& left, const model::Vector3& right) { return model::Distance(left, right) == 0.0; }
 

@@ -83,10 +83,6 @@ double SquaredDistanceToFace(const Face& face, const Triangle& other, double sma
 
 } // namespace
 
-double DistanceOfLines(const Vector3& a, const Vector3& b, const Vector3& c, const Vector3& d) {
-    return std::sqrt(SquaredDistanceOfLines(a, b, c, d));
-}
-
 double Distance(const Triangle& left, const Triangle& right) {
     double smallest = std::numeric_limits<double>::infinity();
     for (const Edge& ours : EdgesOf(left)) {

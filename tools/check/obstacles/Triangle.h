@@ -11,10 +11,6 @@ struct Triangle {
     model::Vector3 c;
 };
 
-/// The smallest distance between two line segments.
-double DistanceOfLines(const model::Vector3& a, const model::Vector3& b, const model::Vector3& c,
-                       const model::Vector3& d);
-
 /// The smallest distance between two triangles, in closed form; 0 where they meet.
 double Distance(const Triangle& left, const Triangle& right);
 

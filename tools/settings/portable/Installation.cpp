@@ -1,6 +1,7 @@
 #include "tools/settings/Installation.h"
 
 #include "interface/Identifiers.h"
+#include "tools/text/Text.h"
 
 #include <algorithm>
 #include <dlfcn.h>
@@ -44,12 +45,6 @@ std::vector<std::string> OtherCopies(const std::filesystem::path& library) {
     return {copies.begin(), copies.end()};
 }
 
-std::string Joined(const std::vector<std::string>& texts) {
-    std::string joined;
-    for (const std::string& text : texts) joined += (joined.empty() ? "" : ", ") + text;
-    return joined;
-}
-
 bool IsCreatableByName(const wchar_t* name) {
     CLSID found{};
     return CLSIDFromProgID(name, &found) == S_OK && found == CLSID_QMVCalculator;
@@ -65,7 +60,7 @@ Installation ExamineInstallation() {
     installation.component = {
         {"file", "file", library.empty() ? text::Json() : text::Json(library.string())},
         {"version", "version", version},
-        {"otherCopies", "other copies", copies.empty() ? text::Json() : text::Json(Joined(copies))},
+        {"otherCopies", "other copies", copies.empty() ? text::Json() : text::Json(text::Joined(copies, ", "))},
         {"typeLibrary", "type library", text::Json()},
     };
     installation.registration = {

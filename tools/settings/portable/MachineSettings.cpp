@@ -10,7 +10,6 @@ namespace qmv40::settings {
 
 namespace {
 
-constexpr const char* settingsVariable = "QMV40_SETTINGS";
 constexpr const char* machineFile = "/etc/qmv40/settings.reg";
 
 /// The file that the environment variable names; empty when it is not set.
@@ -55,23 +54,6 @@ MachineSettings ReadMachineSettings() {
 
 std::string HowToPutInPlace(const std::string& fileName) {
     return "To put it in place: sudo install -D -m 644 \"" + fileName + "\" " + machineFile;
-}
-
-struct BuiltInSettings::State {
-    const char* before = std::getenv(settingsVariable);
-    std::string text = before == nullptr ? "" : before;
-};
-
-BuiltInSettings::BuiltInSettings() : state(std::make_unique<State>()) {
-    setenv(settingsVariable, "/dev/null", 1); // not an ordinary file, so it holds no settings
-}
-
-BuiltInSettings::~BuiltInSettings() {
-    if (state->before != nullptr) {
-        setenv(settingsVariable, state->text.c_str(), 1);
-    } else {
-        unsetenv(settingsVariable);
-    }
 }
 
 } // namespace qmv40::settings

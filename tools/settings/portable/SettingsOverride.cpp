@@ -1,26 +1,33 @@
 #include "tools/settings/SettingsOverride.h"
 
+#include "tools/settings/MachineSettings.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Text.h"
 
 #include <cstdlib>
-#include <optional>
 
 namespace qmv40::settings {
 
-namespace {
-
-constexpr const char* overridden = "QMV40_SETTINGS";
-
-std::optional<std::string> Environment(const char* name) {
-    const char* const value = std::getenv(name);
-    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
-}
-
-} // namespace
-
+/// Sets the environment variable that names the settings file. The destructor restores it.
 struct SettingsOverride::State {
-    std::optional<std::string> before = Environment(overridden);
+    explicit State(const char* fileName) {
+        const char* const value = std::getenv(settingsVariable);
+        wasSet = value != nullptr;
+        if (wasSet) before = value;
+        setenv(settingsVariable, fileName, 1);
+    }
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
+    ~State() {
+        if (wasSet) {
+            setenv(settingsVariable, before.c_str(), 1);
+        } else {
+            unsetenv(settingsVariable);
+        }
+    }
+
+    bool wasSet;
+    std::string before;
 };
 
 SettingsOverride::SettingsOverride(const std::string& fileName) {
@@ -29,17 +36,14 @@ SettingsOverride::SettingsOverride(const std::string& fileName) {
     if (!std::filesystem::is_regular_file(text::PathOf(fileName), ignored)) {
         throw text::InputError{fileName, {}, "no such settings file"};
     }
-    state = std::make_unique<State>();
-    setenv(overridden, fileName.c_str(), 1);
+    state = std::make_unique<State>(fileName.c_str());
 }
 
-SettingsOverride::~SettingsOverride() {
-    if (state == nullptr) return;
-    if (state->before) {
-        setenv(overridden, state->before->c_str(), 1);
-    } else {
-        unsetenv(overridden);
-    }
-}
+// The null device is not an ordinary file, so it has no settings.
+SettingsOverride::SettingsOverride() : state(std::make_unique<State>("/dev/null")) {}
+
+SettingsOverride SettingsOverride::BuiltIn() { return {}; }
+
+SettingsOverride::~SettingsOverride() = default;
 
 } // namespace qmv40::settings

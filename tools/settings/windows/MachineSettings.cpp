@@ -1,7 +1,5 @@
 #include "tools/settings/MachineSettings.h"
 
-#include "tools/component/ComponentError.h"
-
 #include <vector>
 
 namespace qmv40::settings {
@@ -77,23 +75,5 @@ MachineSettings ReadMachineSettings() {
 std::string HowToPutInPlace(const std::string& fileName) {
     return "To put it in place, as administrator: reg import \"" + fileName + "\"";
 }
-
-struct BuiltInSettings::State {};
-
-BuiltInSettings::BuiltInSettings() {
-    // For this process, HKEY_LOCAL_MACHINE becomes a key that has no settings below it.
-    HKEY handle = nullptr;
-    LSTATUS result = RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Classes", 0, KEY_READ, &handle);
-    if (result == ERROR_SUCCESS) {
-        result = RegOverridePredefKey(HKEY_LOCAL_MACHINE, handle);
-        RegCloseKey(handle);
-    }
-    if (result != ERROR_SUCCESS) {
-        throw component::TakeComponentError(HRESULT_FROM_WIN32(static_cast<unsigned long>(result)),
-                                            "RegOverridePredefKey");
-    }
-}
-
-BuiltInSettings::~BuiltInSettings() { RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr); }
 
 } // namespace qmv40::settings

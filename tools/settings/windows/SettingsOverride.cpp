@@ -89,6 +89,10 @@ SettingsOverride::SettingsOverride(const std::string& fileName) {
     state = std::make_unique<State>(SettingsInFile(text::ReadWholeFile(fileName)));
 }
 
+SettingsOverride::SettingsOverride() : state(std::make_unique<State>(StoredSettings{})) {}
+
+SettingsOverride SettingsOverride::BuiltIn() { return {}; }
+
 SettingsOverride::~SettingsOverride() = default;
 
 } // namespace qmv40::settings

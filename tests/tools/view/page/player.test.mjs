@@ -68,6 +68,17 @@ describe("The player", () => {
         assert.deepEqual([lever, peg, clearance], ["Levers open", "On the peg", "\u2014"]);
     });
 
+    fromTheStart("says that the levers are pushed part of the way during a push", async (opened) => {
+        const states = [];
+        await opened.row(3).click();
+        for (const key of [",", ".", ".", "ArrowRight"]) {
+            states.push((await opened.machine()).lever);
+            await opened.press(key);
+        }
+        states.push((await opened.machine()).lever);
+        assert.deepEqual(states, ["Levers locked", "Levers locked", "Levers locked", "Levers pushed part of the way", "Levers open"]);
+    });
+
     fromTheStart("goes to both ends with Home and End and their buttons", async (opened) => {
         const placesAfter = async (go) => { await go(); return opened.position(); };
         for (const [start, end] of [["Home", "End"], ["#to-start", "#to-end"]]) {

@@ -49,6 +49,11 @@ export function levelMeaning(level, levels) {
     }[level];
 }
 
+/** The state of both levers, which turn together. */
+export function leverText(sample) {
+    return sample.leverPushed ? "pushed part of the way" : sample.lever;
+}
+
 /** The words for what a move must touch. */
 export function contactText(mustTouch) {
     return mustTouch === "" ? "nothing" : mustTouch;

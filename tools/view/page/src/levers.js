@@ -6,9 +6,6 @@ import { aim, ball, cylinder, vector } from "./solids.js";
 const armRadius = 1.7;
 const hubRadius = 4.2;
 const hubHalfWidth = 2.6;
-// mm. When the sphere is farther from a lever's ball, the machine has missed the lever, and the lever does not follow
-// it.
-const touchDistance = 1;
 
 /** An arm from the pivot to the ball, made along Y. */
 function arm(length, ballRadius, material) {
@@ -64,19 +61,15 @@ export class Levers {
 
     fromHead(at) { return this.sphere.clone().sub(at); }
 
-    /** The lever at whose ball the sphere stands when the machine is there, if any. */
-    touchedAt(at, state) {
-        return this.levers.find((lever) => lever.ends[state].distanceTo(this.fromHead(at)) < touchDistance);
-    }
-
     /** Where the balls are while the head is at `at`. */
     balls(at) { return this.levers.flatMap((lever) => lever.end ? [lever.end.clone().add(at)] : []); }
 
-    show(state) { this.levers.forEach((lever) => lever.show(state)); }
-
-    /** The levers follow the sphere, which stays where it is while the machine pushes `touched` with it. */
-    showPushed(state, touched, at) {
-        const pushed = this.fromHead(at).sub(touched.pivot).projectOnPlane(this.right);
+    /** `pushedAt`: the head's place while the sphere pushes the nearer lever, whose ball then stays at the sphere; or null. */
+    show(state, pushedAt) {
+        if (!pushedAt) return this.levers.forEach((lever) => lever.show(state));
+        const sphere = this.fromHead(pushedAt);
+        const [touched] = this.levers.map((lever) => sphere.clone().sub(lever.pivot)).sort((one, other) => one.length() - other.length());
+        const pushed = touched.projectOnPlane(this.right);
         this.levers.forEach((lever) => lever.show(state, lever.pivot.clone().add(pushed)));
     }
 }

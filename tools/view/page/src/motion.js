@@ -63,6 +63,7 @@ function sampleAt(theDocument, move, fraction) {
         at, A, B, cup, tiltAxis: x.map((value) => -value), stylus: z.map((value) => -value),
         clearance: clearanceAt(theDocument, move, { at, cup }, before.lever),
         lever: (fraction === 1 ? after : before).lever, onPeg: isOnPegAt(motion, fraction),
+        leverPushed: fraction < 1 && motion.pushesLever && (fraction > 0 || before.leverPushed),
     };
 }
 
@@ -81,7 +82,8 @@ function samplesAlong(theDocument, move) {
 export function samplesOf(theDocument, move) {
     if (!move.motion) return [];
     const { motion } = move;
-    const legs = motion.way.slice(1).map((end, i) => ({ start: motion.way[i], end, arc: null, before: motion.before, after: motion.before }));
+    const legs = motion.way.slice(1).map((end, i) => 
+        ({ start: motion.way[i], end, arc: null, pushesLever: false, before: motion.before, after: motion.before }));
     return [...legs, motion].flatMap((part) => samplesAlong(theDocument, { ...move, motion: part }));
 }
 

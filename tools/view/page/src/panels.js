@@ -1,6 +1,6 @@
 // Everything beside the picture: verdict, machine, move, findings and the list of moves. It works without the picture.
 
-import { anglesText, angleDecimals, contactText, levelMeaning, numberText, plannedDecimals, clearanceText } from "./document.js";
+import { anglesText, angleDecimals, contactText, leverText, levelMeaning, numberText, plannedDecimals, clearanceText } from "./document.js";
 
 // A clearance to an obstacle is computed to 0.01 mm.
 const nearestDecimals = 2;
@@ -153,7 +153,7 @@ function showState(id, isSet, text) {
 
 export function showMachine(sample) {
     showPosition(sample);
-    showState("live-lever", sample?.lever === "open", sample ? `Levers ${sample.lever}` : "Not run");
+    showState("live-lever", sample?.lever === "open", sample ? `Levers ${leverText(sample)}` : "Not run");
     showState("live-peg", sample?.onPeg, sample?.onPeg ? "On the peg" : "Free of the peg");
 }
 

@@ -6,6 +6,7 @@ import {
 } from "three";
 import { Views } from "./camera.js";
 import { Colours } from "./colours.js";
+import { leverText } from "./document.js";
 import { Head, headReach } from "./head.js";
 import { drawTriad, Labels } from "./labels.js";
 import { Paths } from "./paths.js";
@@ -190,18 +191,8 @@ class Picture {
         this.views.follow(this.head.at, this.head.openDownwards(this.origin));
         this.head.group.updateMatrixWorld();
         this.axisA.quaternion.setFromUnitVectors(new Vector3(0, 1, 0), this.head.tiltAxis);
-        this.showLevers(frame);
-        this.leverLabels.forEach((label, i) => label.say(`${this.document.levers[i].side} lever, ${sample.lever}`));
-    }
-
-    showLevers({ move, sample }) {
-        const { levers } = this.head;
-        const planned = this.plan.moves[move];
-        const start = planned.samples[0];
-        const isPush = planned.kind === "arc" && start.lever === sample.lever;
-        const touched = isPush ? levers.touchedAt(vector(start.at), start.lever) : undefined;
-        if (touched) levers.showPushed(sample.lever, touched, this.head.at);
-        else levers.show(sample.lever);
+        this.head.levers.show(sample.lever, sample.leverPushed || ahead.leverPushed ? this.head.at : null);
+        this.leverLabels.forEach((label, i) => label.say(`${this.document.levers[i].side} lever, ${leverText(sample)}`));
     }
 
     setView(name) {
