@@ -108,11 +108,11 @@ public:
                 return {"During the capture the head slowly turns on its mount, by " + ExactAngle(finding.figure) +
                             " in all.",
                         "Fasten the head, and capture both sets again. Do not change any angle in the file."};
-            return {"From " + First() + " on the head stands turned on its mount by " + ExactAngle(finding.figure) +
+            return {WhereItChanged() + " the head stands turned on its mount by " + ExactAngle(finding.figure) +
                         ". Index positions are 15 deg apart: no wrong angle explains this.",
                     "Fasten the head, and capture both sets again. Do not change any angle in the file."};
         case FindingKind::HeadTilted:
-            return {"From " + First() + " on the head is tilted by about " + ExactAngle(std::abs(finding.figure)) + ".",
+            return {WhereItChanged() + " the head is tilted by about " + ExactAngle(std::abs(finding.figure)) + ".",
                     "Fasten the head and look whether it was hit; then capture both sets again."};
         case FindingKind::SphereMoved:
             return {"From " + First() + " on the pole sphere or the machine's zero stands elsewhere, by " + MoveText() +
@@ -128,11 +128,11 @@ public:
                     "Wait until the machine is warm and see that sphere and stylus are tight; then capture both sets "
                     "again."};
         case FindingKind::StylusChanged:
-            return {"From " + First() + " on the stylus is another one: " + LengthText(std::abs(finding.figure)) +
+            return {WhereItChanged() + " the stylus is another one: " + LengthText(std::abs(finding.figure)) +
                         (finding.figure > 0.0 ? " longer." : " shorter."),
                     "Capture both sets again with one stylus."};
         case FindingKind::StylusBent:
-            return {"From " + First() + " on the stylus tip stands " + LengthText(finding.figure) +
+            return {WhereItChanged() + " the stylus tip stands " + LengthText(finding.figure) +
                         " aside of where it stood: the stylus is bent or loose.",
                     "Take a straight stylus, tighten it, and capture both sets again."};
         case FindingKind::PointOff:
@@ -167,7 +167,7 @@ private:
     FindingMessage TooFewPositions() const {
         const auto count = static_cast<int>(finding.figure);
         return {"The points of the " + Set() + " set lie in " +
-                    (count == 1 ? std::string("one place") : std::to_string(count) + " places") +
+                    (count == 1 ? std::string("one place or near each other") : std::to_string(count) + " places") +
                     ": they determine no circle, however often each was measured.",
                 "Turn " + Set() + " between the points, and capture the " + Set() + " set again: " +
                     (IsOfASet() ? "A = 0, 15, 30, 45, 60, 75, 90." : "B = -180 to 150 in steps of 30.")};
@@ -200,6 +200,11 @@ private:
     static char AxisName(int axis) { return "XYZ"[axis]; }
     std::string InSet() const { return finding.points.empty() ? "" : " in the " + Set() + " set"; }
     std::string WasOrWere() const { return finding.points.size() == 1 ? " was" : " were"; }
+    /// Which of the two sets was captured first is not known: a change between them is told of the B set.
+    std::string WhereItChanged() const {
+        const bool isWholeSet = finding.points.size() == files.bAxis.items.size() && !IsOfASet();
+        return isWholeSet ? "In the B set, compared with the A set," : "From " + First() + " on";
+    }
     /// The first of several points.
     std::string First() const { return files.NameOf(finding.points.front()); }
     std::string MoveText() const {

@@ -55,9 +55,9 @@ private:
 
     /// True when the interval holds the points before a change.
     bool IsBefore() const { return error.first == 0 || (error.first == sets.aCount && error.last < count); }
-    /// The points of the same set that were captured after the change.
+    /// The points of the same set that were captured after the change; of a change between the sets, the B set.
     std::vector<std::size_t> PointsAfter() const {
-        if (!IsBefore() || IsBetweenTheSets()) return Points();
+        if (!IsBefore()) return Points();
         return fit::PointRange(error.last, error.last < sets.aCount ? sets.aCount : count);
     }
     double Sign() const { return IsBefore() ? -1.0 : 1.0; }
@@ -78,7 +78,7 @@ private:
         if (IsSingle()) return OffPlace();
         return {IsBetweenTheSets() ? Name::SetsApart : Name::SphereMoved,
                 BySize(distance, thresholds::leastMove),
-                PointsAfter(),
+                IsBetweenTheSets() ? Points() : PointsAfter(),
                 distance,
                 0.0,
                 std::nullopt,
