@@ -10,6 +10,7 @@
 #include "tests/support/AlignmentArray.h"
 #include "tests/support/ReferenceHeads.h"
 #include "tests/support/SettingsFixture.h"
+#include "tests/support/SourceFolders.h"
 
 #include <algorithm>
 #include <bit>
@@ -60,7 +61,7 @@ std::vector<std::pair<std::string, std::string>> ReadSettings(const std::filesys
 
 std::vector<Head> AllHeads() {
     std::vector<Head> heads;
-    for (const auto& entry : std::filesystem::directory_iterator(QMV40_SCENARIOS))
+    for (const auto& entry : std::filesystem::directory_iterator(ScenariosFolder()))
         if (entry.is_directory())
             heads.push_back({entry.path().filename().string(),
                              ReadSettings(entry.path() / "settings.reg"),

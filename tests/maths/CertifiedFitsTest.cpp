@@ -1,6 +1,7 @@
 #include "maths/CMaLine.h"
 #include "maths/CMaPlane.h"
 #include "tests/maths/GeometryChecks.h"
+#include "tests/support/SourceFolders.h"
 
 #include <nlohmann/json.hpp>
 
@@ -22,7 +23,7 @@ constexpr double floors = 20.0;
 constexpr double alwaysGoodEnough = 1e-9;
 
 std::vector<Json> Cases(const std::string& shape) {
-    std::ifstream file(QMV40_TEST_DATA "/certified/" + shape + ".json");
+    std::ifstream file(TestDataFolder() + "/certified/" + shape + ".json");
     return Json::parse(file).at("cases");
 }
 

@@ -35,13 +35,13 @@ double SumOfSquares(const std::vector<Coordinates>& points, const CMaCircle& cir
     return SumOfSquares(points, circle.GetCentre().To3DVector(), circle.GetNormal(), circle.GetRadius());
 }
 
-struct Arc {
+struct SampledArc {
     double radius, degrees, noise;
     int count;
     const char* why;
 };
 
-constexpr Arc arcs[] = {
+constexpr SampledArc arcs[] = {
     {100.0, 360.0, 1e-3, 7, "a whole circle"},
     {100.0, 90.0, 1e-3, 12, "a tilt capture"},
     {100.0, 60.0, 0.0, 5, "no noise"},
@@ -52,7 +52,7 @@ constexpr Arc arcs[] = {
     {100.0, 10.0, 0.01, 30, "noise of 3 % of the sagitta"},
 };
 
-std::vector<Coordinates> PointsOn(const Arc& arc, std::mt19937_64& random, const CMaVector& centre) {
+std::vector<Coordinates> PointsOn(const SampledArc& arc, std::mt19937_64& random, const CMaVector& centre) {
     std::normal_distribution<double> noise(0.0, 1.0);
     const RandomFrame frame(random);
     std::vector<Coordinates> points;
@@ -67,7 +67,7 @@ std::vector<Coordinates> PointsOn(const Arc& arc, std::mt19937_64& random, const
 
 /// The effect on the centre of rounding coordinates of this `size`. It grows with the inverse square of the arc's
 /// angle.
-double Rounding(const Arc& arc, double size) {
+double Rounding(const SampledArc& arc, double size) {
     const double angle = std::min(arc.degrees * std::numbers::pi / 180.0, 2.0);
     constexpr double roundings = 50.0 * std::numeric_limits<double>::epsilon();
     return roundings * (size + arc.radius) * 16.0 / (angle * angle);
@@ -85,7 +85,7 @@ template <typename Check> void ForManyArcs(unsigned seed, const Check& check) {
     std::mt19937_64 random(seed);
     std::uniform_real_distribution<double> place(-1.0, 1.0);
     for (int round = 0; round < 25; ++round)
-        for (const Arc& arc : arcs) {
+        for (const SampledArc& arc : arcs) {
             SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round) + ": " + arc.why);
             const double away = 5.0 * arc.radius;
             const CMaVector centre(away * place(random), away * place(random), away * place(random));
@@ -107,9 +107,11 @@ TEST(Circle, HasItsFirstRadiusAboutTheOriginBeforeAnyFit) {
 }
 
 TEST(Circle, IsFittedWhereTheSumOfCoordinatesOverflows) {
-    constexpr double far = 1.2e308, radius = 1e300;
-    const CMaCircle circle = Fitted({{far + radius, far, far}, {far, far + radius, far}, {far - radius, far, far}});
-    ExpectSameCircle(circle, {far, far, far}, {0.0, 0.0, 1.0}, radius, 1e-15 * far);
+    constexpr double distance = 1.2e308, radius = 1e300;
+    const CMaCircle circle = Fitted({{distance + radius, distance, distance},
+                                     {distance, distance + radius, distance},
+                                     {distance - radius, distance, distance}});
+    ExpectSameCircle(circle, {distance, distance, distance}, {0.0, 0.0, 1.0}, radius, 1e-15 * distance);
 }
 
 TEST(Circle, ThroughThreePointsIsTheirCircumcircle) {
@@ -137,7 +139,7 @@ TEST(Circle, AveragesPointsThatLieAlternatelyAboveAndBelow) {
 }
 
 TEST(Circle, NoCircleNearbyFitsBetter) {
-    ForManyArcs(11, [](const Arc& arc, const std::vector<Coordinates>& points) {
+    ForManyArcs(11, [](const SampledArc& arc, const std::vector<Coordinates>& points) {
         if (arc.noise == 0.0 || arc.count == 3) return; // the sum consists of rounding errors only
         const CMaCircle circle = Fitted(points);
         const double best = SumOfSquares(points, circle);
@@ -225,7 +227,7 @@ TEST(Circle, IsAlwaysBetterThanAStraightLine) {
 }
 
 TEST(Circle, MovesWithItsPoints) {
-    ForManyArcs(12, [](const Arc& arc, const std::vector<Coordinates>& points) {
+    ForManyArcs(12, [](const SampledArc& arc, const std::vector<Coordinates>& points) {
         const CMaVector shift(-300.0, 0.1, 2000.0 / 3.0);
         std::vector<Coordinates> moved;
         for (const Coordinates& p : points) moved.push_back({p[0] + shift[0], p[1] + shift[1], p[2] + shift[2]});
@@ -236,7 +238,7 @@ TEST(Circle, MovesWithItsPoints) {
 }
 
 TEST(Circle, TurnsWithItsPoints) {
-    ForManyArcs(13, [](const Arc& arc, const std::vector<Coordinates>& points) {
+    ForManyArcs(13, [](const SampledArc& arc, const std::vector<Coordinates>& points) {
         std::mt19937_64 random(5);
         const RandomFrame frame(random);
         std::vector<Coordinates> turned;
@@ -251,7 +253,7 @@ TEST(Circle, TurnsWithItsPoints) {
 }
 
 TEST(Circle, GrowsWithItsPoints) {
-    ForManyArcs(14, [](const Arc& arc, const std::vector<Coordinates>& points) {
+    ForManyArcs(14, [](const SampledArc& arc, const std::vector<Coordinates>& points) {
         const CMaCircle circle = Fitted(points);
         for (const double factor : {1.0 / 3.0, 25.4, -7.0, 1e100, 1e-100}) {
             std::vector<Coordinates> scaled;
@@ -263,7 +265,7 @@ TEST(Circle, GrowsWithItsPoints) {
 }
 
 TEST(Circle, GrowsWithItsPointsToTheLastBitWhenTheyAreDoubled) {
-    ForManyArcs(20, [](const Arc&, const std::vector<Coordinates>& points) {
+    ForManyArcs(20, [](const SampledArc&, const std::vector<Coordinates>& points) {
         const CMaCircle circle = Fitted(points);
         for (const double factor : {2.0, 0x1p-30, 0x1p500}) {
             std::vector<Coordinates> scaled;
@@ -277,7 +279,7 @@ TEST(Circle, GrowsWithItsPointsToTheLastBitWhenTheyAreDoubled) {
 }
 
 TEST(Circle, IsMirroredWithItsPoints) {
-    ForManyArcs(21, [](const Arc& arc, const std::vector<Coordinates>& points) {
+    ForManyArcs(21, [](const SampledArc& arc, const std::vector<Coordinates>& points) {
         std::vector<Coordinates> mirrored;
         for (const Coordinates& p : points) mirrored.push_back({p[1], p[0], -p[2]});
         const CMaCircle circle = Fitted(points);
@@ -288,7 +290,7 @@ TEST(Circle, IsMirroredWithItsPoints) {
 }
 
 TEST(Circle, DoesNotDependOnTheOrderOfItsPoints) {
-    ForManyArcs(15, [](const Arc& arc, const std::vector<Coordinates>& points) {
+    ForManyArcs(15, [](const SampledArc& arc, const std::vector<Coordinates>& points) {
         const CMaCircle circle = Fitted(points);
         std::vector<Coordinates> other(points.rbegin(), points.rend());
         std::mt19937_64 random(6);
@@ -301,7 +303,7 @@ TEST(Circle, DoesNotDependOnTheOrderOfItsPoints) {
 }
 
 TEST(Circle, CountsRepeatedPointsEachTime) {
-    ForManyArcs(16, [](const Arc& arc, const std::vector<Coordinates>& points) {
+    ForManyArcs(16, [](const SampledArc& arc, const std::vector<Coordinates>& points) {
         const CMaCircle circle = Fitted(points);
         std::vector<Coordinates> twice = points;
         twice.insert(twice.end(), points.begin(), points.end());
@@ -312,7 +314,7 @@ TEST(Circle, CountsRepeatedPointsEachTime) {
 
 TEST(Circle, AlwaysHasAUnitNormal) {
     constexpr double unitWithin = 1e-14;
-    ForManyArcs(17, [](const Arc&, const std::vector<Coordinates>& points) {
+    ForManyArcs(17, [](const SampledArc&, const std::vector<Coordinates>& points) {
         EXPECT_NEAR(Fitted(points).GetNormal().Magnitude(), 1.0, unitWithin);
     });
 }

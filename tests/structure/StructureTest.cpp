@@ -1,6 +1,7 @@
 // The arrows between the folders, read from the sources and held against the table that the architecture page shows.
 
 #include "tests/support/RequiredIdentifiers.h"
+#include "tests/support/SourceFolders.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,7 +20,7 @@ namespace {
 
 using testing::IsEmpty;
 
-const std::filesystem::path root = QMV40_ROOT;
+const std::filesystem::path root = SourceRoot();
 
 std::string TextOf(const std::filesystem::path& path) {
     std::ifstream file(path);

@@ -1,6 +1,7 @@
 #include "tests/support/ReferenceHeads.h"
 
 #include "tests/support/MoveFields.h"
+#include "tests/support/SourceFolders.h"
 
 #include <nlohmann/json.hpp>
 
@@ -67,10 +68,11 @@ ReferenceHead ReadHead(const std::filesystem::path& path) {
 } // namespace
 
 std::vector<ReferenceHead> LoadReferenceHeads() {
+    const std::string folder = TestDataFolder() + "/heads";
     std::vector<ReferenceHead> heads;
-    for (const auto& entry : std::filesystem::directory_iterator(QMV40_TEST_DATA "/heads"))
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
         heads.push_back(ReadHead(entry.path()));
-    if (heads.empty()) throw std::runtime_error("no reference heads in " QMV40_TEST_DATA "/heads");
+    if (heads.empty()) throw std::runtime_error("no reference heads in " + folder);
     std::sort(heads.begin(), heads.end(), [](const auto& left, const auto& right) { return left.name < right.name; });
     return heads;
 }

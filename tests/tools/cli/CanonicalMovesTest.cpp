@@ -1,6 +1,7 @@
 // LinuxCNC's interpreter has read exported G-code programs; `./test export --store` runs it and stores the moves that
 // it made of them ("canonical moves"). These tests compare them with the plans.
 
+#include "tests/support/SourceFolders.h"
 #include "tests/tools/cli/ExecutedProgram.h"
 
 #include <cstdlib>
@@ -11,7 +12,7 @@ namespace {
 
 std::filesystem::path ExportsFolder() {
     const char* const folder = std::getenv("QMV40_EXPORTS");
-    return folder == nullptr ? std::filesystem::path(QMV40_TEST_DATA) / "export" : std::filesystem::path(folder);
+    return folder == nullptr ? std::filesystem::path(TestDataFolder() + "/export") : std::filesystem::path(folder);
 }
 
 /// The program without its heading, which names the geometry file.

@@ -1,3 +1,4 @@
+#include "tests/support/SourceFolders.h"
 #include "tests/tools/cli/CheckedPlan.h"
 #include "tools/check/Findings.h"
 
@@ -281,7 +282,7 @@ TEST_F(CheckCommand, ReportsARefusalOfTheComponentAsEveryCommandDoes) {
 }
 
 TEST(Check, ListsEveryFindingInTheManual) {
-    const std::string manual = ReadFile(std::string(QMV40_SCENARIOS) + "/../docs/qmv40.md");
+    const std::string manual = ReadFile(SourceRoot() + "/docs/qmv40.md");
     for (const check::FindingText& text : check::AllFindingTexts()) {
         EXPECT_THAT(manual, HasSubstr(std::string("| `") + text.name + "` |"));
     }

@@ -1,5 +1,6 @@
 #include "tests/tools/cli/ReferenceHead.h"
 
+#include "tests/support/SourceFolders.h"
 #include "tools/text/Numbers.h"
 
 #include <algorithm>
@@ -47,7 +48,7 @@ std::string AnglesArgument(const Json& angles) {
 
 std::vector<Json> LoadReferenceDocuments() {
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(QMV40_TEST_DATA) / "heads")) {
+    for (const auto& entry : std::filesystem::directory_iterator(TestDataFolder() + "/heads")) {
         if (entry.path().extension() == ".json") files.push_back(entry.path());
     }
     std::ranges::sort(files);

@@ -1,3 +1,4 @@
+#include "tests/support/SourceFolders.h"
 #include "tests/tools/cli/ToolRun.h"
 
 #include "tests/support/SettingsFixture.h"
@@ -66,7 +67,7 @@ TEST(SettingsShow, SaysThatNothingIsStored) {
 }
 
 TEST(SettingsValidate, FindsNothingWrongWithTheShippedSettings) {
-    const std::string settings = std::string(QMV40_SCENARIOS) + "/settings-override/settings.reg";
+    const std::string settings = ScenariosFolder() + "/settings-override/settings.reg";
     const ToolRun run = RunQmv40({"settings", "validate", settings});
     EXPECT_EQ(0, run.exitCode) << run.out;
     EXPECT_THAT(run.out, HasSubstr("Nothing is wrong with it."));

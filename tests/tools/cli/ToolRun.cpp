@@ -1,5 +1,6 @@
 #include "tests/tools/cli/ToolRun.h"
 
+#include "tests/support/SourceFolders.h"
 #include "tools/cli/Tool.h"
 #include "tools/text/Text.h"
 
@@ -63,7 +64,7 @@ std::vector<std::string> Scenario::GeometryArguments(std::vector<std::string> mo
 }
 
 Scenario LoadScenario(const std::string& name) {
-    const std::filesystem::path folder = std::filesystem::path(QMV40_SCENARIOS) / name;
+    const std::filesystem::path folder = std::filesystem::path(ScenariosFolder()) / name;
     const bool hasSettings = std::filesystem::exists(folder / "settings.reg");
     return {name, text::Utf8Name(folder / "a-axis.csv"), text::Utf8Name(folder / "b-axis.csv"),
             hasSettings ? text::Utf8Name(folder / "settings.reg") : "",

@@ -1,4 +1,5 @@
 #include "tools/recovery/Journal.h"
+#include "tests/support/SourceFolders.h"
 
 #include "MoveJournal.h"
 #include "support/TemporaryFolder.h"
@@ -123,7 +124,7 @@ TEST_F(JournalFile, IsRefusedWithTheLineThatDoesNotFit) {
 
 // The code that docs/recovery.md shows
 
-const std::string sources = QMV40_SOURCES;
+const std::string sources = SourceRoot();
 
 TEST_F(JournalFile, IsWrittenByTheCodeInTheDocument) {
     {
