@@ -70,8 +70,7 @@ ReferenceHead ReadHead(const std::filesystem::path& path) {
 std::vector<ReferenceHead> LoadReferenceHeads() {
     const std::string folder = TestDataFolder() + "/heads";
     std::vector<ReferenceHead> heads;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        heads.push_back(ReadHead(entry.path()));
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) heads.push_back(ReadHead(entry.path()));
     if (heads.empty()) throw std::runtime_error("no reference heads in " + folder);
     std::sort(heads.begin(), heads.end(), [](const auto& left, const auto& right) { return left.name < right.name; });
     return heads;
