@@ -33,23 +33,23 @@ enum class FindingKind {
     OtherAxisMoved,   ///< the held angle of the points is wrong; figures as above
     SetAngleWrong,    ///< the held angle of a set contradicts the other set; figures as above
     CapturedLocked,   ///< the points were captured with the head locked; figure: how far that moves them
-    TurnedOnMount,    ///< from these points on, the head is turned on its mount; figure: by how much; detail: 1 when it
-                      ///< turns slowly during the whole capture
-    HeadTilted,       ///< from these points on, the head is tilted; figure: by how much
-    SphereMoved,      ///< from these points on, the pole sphere or the machine's zero has moved; vector: how far
-    SetsApart,        ///< the same, between the sets
-    Drifts,           ///< the points drift; vector: from the first to the last point
-    StylusChanged,    ///< from these points on, the stylus is another one; figure: by how much it is longer
-    StylusBent,       ///< from these points on, its tip is elsewhere; figure: how far
-    PointOff,         ///< the point is off its place; figure: how far
-    PointSuspicious,  ///< the same, but less than a mistake would cause
-    PointsContradict, ///< points are off their places, and no known mistake explains it; figure: RMS
-    AnglesInexact,    ///< points are slightly farther off than by noise; figure: RMS of the excess
-    NumbersTooLarge,  ///< the numbers are too large to be judged
-    AxesParallel,     ///< figure: angle between the axes
-    AxesNotSquare,    ///< figure: squareness, reference: its standard deviation
-    HeadLeans,        ///< figure: tilt of the B axis from the vertical, reference: its standard deviation
-    AxesApart,        ///< figure: axis offset, reference: its standard deviation
+    // Of the next four, detail is 1 when it happens little by little during the whole capture
+    TurnedOnMount,       ///< from these points on, the head is turned on its mount; figure: by how much
+    HeadTilted,          ///< from these points on, the head is tilted; figure: by how much
+    StylusChanged,       ///< from these points on, the stylus is another one; figure: by how much it is longer
+    StylusBent,          ///< from these points on, its tip is elsewhere; figure: how far
+    SphereMoved,         ///< from these points on, the pole sphere or the machine's zero has moved; vector: how far
+    SetsApart,           ///< the same, between the sets
+    Drifts,              ///< the points drift; vector: from the first to the last point
+    PointOff,            ///< the point is off its place; figure: how far
+    PointSuspicious,     ///< the same, but less than a mistake would cause
+    PointsContradict,    ///< points are off their places, and no known mistake explains it; figure: RMS
+    AnglesInexact,       ///< points are slightly farther off than by noise; figure: RMS of the excess
+    NumbersTooLarge,     ///< the numbers are too large to be judged
+    AxesParallel,        ///< figure: angle between the axes
+    AxesNotSquare,       ///< figure: squareness, reference: its standard deviation
+    HeadLeans,           ///< figure: tilt of the B axis from the vertical, reference: its standard deviation
+    AxesApart,           ///< figure: axis offset, reference: its standard deviation
     RotationOnWrongSide, ///< figure: the component's rotation, reference: the fitted one
     TipOffAxis,          ///< the same because of the stylus
     RotationDisagrees,   ///< the same without a known reason

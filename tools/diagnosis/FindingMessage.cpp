@@ -112,6 +112,10 @@ public:
                         ". Index positions are 15 deg apart: no wrong angle explains this.",
                     "Fasten the head, and capture both sets again. Do not change any angle in the file."};
         case FindingKind::HeadTilted:
+            if (finding.detail == 1)
+                return {"During the capture the head slowly tilts, by about " + ExactAngle(std::abs(finding.figure)) +
+                            " in all.",
+                        "Fasten the head, and capture both sets again."};
             return {WhereItChanged() + " the head is tilted by about " + ExactAngle(std::abs(finding.figure)) + ".",
                     "Fasten the head and look whether it was hit; then capture both sets again."};
         case FindingKind::SphereMoved:
@@ -128,10 +132,18 @@ public:
                     "Wait until the machine is warm and see that sphere and stylus are tight; then capture both sets "
                     "again."};
         case FindingKind::StylusChanged:
+            if (finding.detail == 1)
+                return {"During the capture the stylus becomes " + LengthText(std::abs(finding.figure)) +
+                            (finding.figure > 0.0 ? " longer" : " shorter") + ": it is loose.",
+                        "Tighten the stylus, and capture both sets again."};
             return {WhereItChanged() + " the stylus is another one: " + LengthText(std::abs(finding.figure)) +
                         (finding.figure > 0.0 ? " longer." : " shorter."),
                     "Capture both sets again with one stylus."};
         case FindingKind::StylusBent:
+            if (finding.detail == 1)
+                return {"During the capture the stylus tip moves aside by " + LengthText(finding.figure) +
+                            ": the stylus bends or is loose.",
+                        "Take a straight stylus, tighten it, and capture both sets again."};
             return {WhereItChanged() + " the stylus tip stands " + LengthText(finding.figure) +
                         " aside of where it stood: the stylus is bent or loose.",
                     "Take a straight stylus, tighten it, and capture both sets again."};

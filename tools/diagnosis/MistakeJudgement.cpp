@@ -22,19 +22,16 @@ public:
           distance(DistanceBy(sets, model, error)) {}
 
     Finding Judged() const {
+        if (error.drift) return Drifting();
         switch (error.kind) {
         case ErrorKind::Place:
             return error.isFixed ? Locked() : Moved();
-        case ErrorKind::Drift:
-            return {Name::Drifts, BySize(distance, thresholds::leastMove), {}, distance, 0.0, std::nullopt, Values()};
-        case ErrorKind::SwivelDrift:
-            return Creeping();
         case ErrorKind::OtherTip:
             return OtherTip();
         case ErrorKind::LeaningHead:
         case ErrorKind::AxesNotSquare:
         case ErrorKind::AxesApart:
-            return Tilted(model::ToDegrees(std::hypot(error.values[0], error.values[1])));
+            return Tilted(Lean());
         case ErrorKind::TiltAngle:
         case ErrorKind::SwivelAngle:
             break;
@@ -45,6 +42,7 @@ public:
 private:
     static Severity BySize(double size, double least) { return size >= least ? Severity::Fault : Severity::Warning; }
     Vector3 Values() const { return {error.values[0], error.values[1], error.values[2]}; }
+    double Lean() const { return model::ToDegrees(std::hypot(error.values[0], error.values[1])); }
     bool IsSingle() const { return error.last - error.first == 1; }
     bool IsOfASet() const { return sets.IsOfASet(error.first); }
     bool IsWholeSet() const {
@@ -54,7 +52,10 @@ private:
     std::vector<std::size_t> Points() const { return fit::PointRange(error.first, error.last); }
 
     /// True when the interval holds the points before a change.
-    bool IsBefore() const { return error.first == 0 || (error.first == sets.aCount && error.last < count); }
+    bool IsBefore() const {
+        if (error.drift) return false;
+        return error.first == 0 || (error.first == sets.aCount && error.last < count);
+    }
     /// The points of the same set that were captured after the change; of a change between the sets, the B set.
     std::vector<std::size_t> PointsAfter() const {
         if (!IsBefore()) return Points();
@@ -90,9 +91,19 @@ private:
                 Points(), distance};
     }
 
-    Finding Creeping() const {
-        Finding finding{
-            Name::TurnedOnMount, BySize(std::abs(Degrees()), thresholds::leastWrongAngle), {}, Degrees(), distance};
+    /// It comes by and by, so that it concerns no points.
+    Finding Drifting() const {
+        if (error.kind == ErrorKind::Place)
+            return {Name::Drifts, BySize(distance, thresholds::leastMove), {}, distance, 0.0, std::nullopt, Values()};
+        Finding finding = error.kind == ErrorKind::SwivelAngle
+                              ? Finding{Name::TurnedOnMount,
+                                        BySize(std::abs(Degrees()), thresholds::leastWrongAngle),
+                                        {},
+                                        Degrees(),
+                                        distance}
+                          : error.kind == ErrorKind::LeaningHead ? Tilted(Lean())
+                                                                 : OtherTip();
+        finding.points.clear();
         finding.detail = 1;
         return finding;
     }

@@ -69,6 +69,7 @@ public:
         constexpr double usualNoise = 0.01;
         if (std::isfinite(best.score) || std::sqrt(current.NoiseVariance()) > usualNoise) FitChanges();
         if (!std::isfinite(best.score)) return std::nullopt;
+        RefineDrift(best.fit);
         return std::move(best.fit);
     }
 
@@ -89,14 +90,17 @@ private:
         });
     }
 
+    std::vector<fit::ModelError> UnknownErrorsOfTheHead() const {
+        std::vector<fit::ModelError> all;
+        for (const ErrorKind kind : {ErrorKind::LeaningHead, ErrorKind::AxesNotSquare, ErrorKind::AxesApart})
+            if (!IsKnown(kind)) all.push_back({kind, 0, sets.points.size(), {}});
+        return all;
+    }
+
     /// The three errors of the head: each one alone, and all together, because one can hide another.
     void AddHead() {
-        std::vector<fit::ModelError> all;
-        for (const ErrorKind kind : {ErrorKind::LeaningHead, ErrorKind::AxesNotSquare, ErrorKind::AxesApart}) {
-            if (IsKnown(kind)) continue;
-            all.push_back({kind, 0, sets.points.size(), {}});
-            AddFitted({all.back()}, 1.0);
-        }
+        const std::vector<fit::ModelError> all = UnknownErrorsOfTheHead();
+        for (const fit::ModelError& each : all) AddFitted({each}, 1.0);
         if (all.size() > 1) AddFitted(all, 1.0);
     }
 
@@ -104,15 +108,50 @@ private:
         for (const ErrorKind kind : {ErrorKind::LeaningHead, ErrorKind::OtherTip})
             AddFitted({{kind, 0, sets.aCount, {}}}, rare);
         AddFitted({{ErrorKind::LeaningHead, sets.aCount, sets.points.size(), {}}}, rare);
-        for (const ErrorKind kind : {ErrorKind::Drift, ErrorKind::SwivelDrift})
-            AddFitted({{kind, 0, sets.points.size(), {}}}, rare);
+        AddDrifts();
+    }
+
+    /// Either set was captured first. A machine that warms up and a head that settles on its mount go through some time
+    /// constants; a number that is wrong by a factor of two still explains most.
+    void AddDrifts() {
+        for (const ErrorKind kind :
+             {ErrorKind::Place, ErrorKind::SwivelAngle, ErrorKind::LeaningHead, ErrorKind::OtherTip}) {
+            // A head that is a little off looks like one that tilts slowly, or whose stylus does: they must explain
+            // more.
+            const bool isLikeTheHead = kind == ErrorKind::LeaningHead || kind == ErrorKind::OtherTip;
+            std::vector<fit::ModelError> errors;
+            if (isLikeTheHead) errors = UnknownErrorsOfTheHead();
+            errors.push_back({kind, 0, sets.points.size(), {}});
+            for (const std::size_t start : {std::size_t{0}, sets.aCount}) {
+                for (const double settling : {0.0, 1.5, 3.0, 6.0, 12.0, -3.0}) {
+                    errors.back().drift = fit::Drift{settling, start};
+                    AddFitted(errors, settling == 0.0 ? rare : 2.0 * rare);
+                    // Noise that is larger along one machine axis looks like these too.
+                    if (isLikeTheHead) candidates.back().doubt = 1e3;
+                }
+            }
+        }
+    }
+
+    /// The number of time constants that explains most: what another one leaves would look like a second mistake.
+    void RefineDrift(fit::HeadFit& fit) const {
+        if (!fit.model.errors.back().drift) return;
+        for (const double step : {0.4, 0.2, 0.1, 0.05, 0.025}) {
+            for (const double change : {-step, step}) {
+                fit::HeadModel model = fit.model;
+                double& settling = model.errors.back().drift->settling;
+                settling += change * std::max(1.0, std::abs(settling));
+                fit::HeadFit refined = fit::FitHead(sets.points, model);
+                if (refined.sumOfSquares < fit.sumOfSquares) fit = std::move(refined);
+            }
+        }
     }
 
     void Fit(const Candidate& candidate) {
         fit::HeadFit fit = fit::FitHead(sets.points, candidate.start);
         const std::size_t points = sets.points.size();
-        const double pValue =
-            PValue(current.sumOfSquares, fit.sumOfSquares, candidate.Unknowns(), fit.degreesOfFreedom, points, tried);
+        const double pValue = PValue(current.sumOfSquares, fit.sumOfSquares, candidate.Unknowns(), fit.degreesOfFreedom,
+                                     points, tried * candidate.doubt);
         if (!(pValue < thresholds::falseAlarmRate)) return;
         const double score = Score(fit.sumOfSquares, candidate.Unknowns(), candidate.alternatives, points);
         if (score < best.score) best = {std::move(fit), score};
@@ -157,7 +196,9 @@ private:
             for (std::size_t i = nearest - std::min(stride - 1, nearest - 1);
                  i < std::min(nearest + stride, changes.size()); ++i) {
                 const fit::ModelError error{kind, changes[i].first, changes[i].last, {}};
-                Fit({{error}, 0.0, rare * static_cast<double>(changes.size()), With(error)});
+                // A sphere that moved while the stylus points sideways looks like a bent stylus, and is likelier.
+                const double rarity = kind == ErrorKind::OtherTip ? rare * rare : rare;
+                Fit({{error}, 0.0, rarity * static_cast<double>(changes.size()), With(error)});
             }
         }
     }

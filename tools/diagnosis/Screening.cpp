@@ -155,8 +155,9 @@ private:
             angle += step * LowestOf(sumAt(angle - step), sumAt(angle), sumAt(angle + step));
         }
         const double wrapped = model::ToRadians(model::Wrapped(model::ToDegrees(angle)));
-        // A head can turn on its mount. It rarely tilts, and then not about its A axis alone.
-        const double rarity = kind == ErrorKind::TiltAngle && run.last - run.first > 1 ? 100.0 : 1.0;
+        // A head can turn on its mount. It rarely tilts, and then not about its A axis alone; a sphere that sinks while
+        // the stylus points sideways looks the same.
+        const double rarity = kind == ErrorKind::TiltAngle && run.last - run.first > 1 ? 1e4 : 1.0;
         const bool isBySteps =
             std::abs(std::remainder(model::ToDegrees(wrapped), thresholds::indexStep)) < thresholds::nearAStep;
         AddOne({{kind, run.first, run.last, {wrapped}}}, rest, Turned(kind, own, angle),

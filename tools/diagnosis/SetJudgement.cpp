@@ -94,9 +94,10 @@ private:
         return AreWhereTheSphereIs() ? FindingKind::TipInForce : FindingKind::TooFewPositions;
     }
     bool IsACircle() const {
-        constexpr double clearly = 0.03;
+        // An arc of 40 degrees reaches this far; points in one place, about which a circle is wide, do not fit so well.
+        constexpr double clearly = 0.03, widest = 6.0;
         const auto circle = fit::FitAxisCircle(fit::PositionsOf(points));
-        return circle && circle->Rms() < clearly * circle->radius && circle->radius < 2.0 * reach;
+        return circle && circle->Rms() < clearly * circle->radius && circle->radius < widest * reach;
     }
     /// With a tip offset in force, every point is at the place of the sphere, and both axes pass through it.
     bool AreWhereTheSphereIs() const {

@@ -60,6 +60,7 @@ fit::ModelError Thinning::OfAll(const fit::ModelError& error, const fit::HeadMod
     fit::ModelError ofAll = error;
     ofAll.first = error.first == 0 ? 0 : kept[error.first];
     ofAll.last = error.last == kept.size() ? sets.points.size() : kept[error.last - 1] + 1;
+    if (error.drift) ofAll.drift->start = kept[error.drift->start];
     const bool isSingle = error.last - error.first == 1;
     if (isSingle || error.IsOfTheHead(kept.size())) return ofAll;
     const auto isEdge = [&](std::size_t i) { return i == 0 || i == keptOfASet || i == kept.size(); };

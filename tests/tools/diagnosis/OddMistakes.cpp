@@ -206,6 +206,20 @@ void UnscrewsItself(PaperCapture& c) {
     const double step = c.Between(0.01, 0.2);
     c.All([&](Measurement& each) { each.tip.z -= (longer += step); });
 }
+/// What is left of something that comes to rest, measurement by measurement.
+template <typename Change> void ComesToRest(PaperCapture& c, Change&& change) {
+    const double rate = c.Between(0.6, 0.95);
+    double left = 1.0;
+    c.All([&](Measurement& each) { change(each, left *= rate); });
+}
+void SettlesOnItsMount(PaperCapture& c) {
+    const double whole = c.EitherSign(0.05, 2.0);
+    ComesToRest(c, [whole](Measurement& each, double left) { each.mounting += left * whole; });
+}
+void StylusComesToRest(PaperCapture& c) {
+    const Vector3 whole = c.Vector(0.1, 2.0);
+    ComesToRest(c, [&](Measurement& each, double left) { each.tip = each.tip + left * whole; });
+}
 void HeavyTails(PaperCapture& c) {
     std::student_t_distribution<double> heavy(2.0);
     const double size = c.Between(0.002, 0.02);
@@ -389,6 +403,9 @@ const std::vector<HumanKind>& OddMistakes() {
         {"a mistake with a bad head", false, {}, MakeOneIn<BadHead>, MakeOneLater},
         {"a mistake with a long stylus", false, {}, MakeOneIn<LongStylusFarAway>, MakeOneLater},
         {"a mistake with uneven noise", false, {}, MakeOneIn<UnevenNoise<true>>, MakeOneLater},
+
+        {"settles on its mount", false, {}, SettlesOnItsMount, nullptr},
+        {"a loose stylus comes to rest", false, {}, StylusComesToRest, nullptr},
     };
     return kinds;
 }

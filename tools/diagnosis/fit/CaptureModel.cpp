@@ -3,16 +3,13 @@
 #include "tools/model/Angles.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace qmv40::diagnosis::fit {
 
 namespace {
 
 constexpr model::Vector3 unitVectors[] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
-
-double ShareOfDrift(const ModelError& error, std::size_t index) {
-    return static_cast<double>(index - error.first) / static_cast<double>(error.last - error.first);
-}
 
 /// The angles and offsets of one point, with all errors included.
 struct Angles {
@@ -24,7 +21,8 @@ struct Angles {
     }
 
     void Take(const ModelError& error, std::size_t index) {
-        const auto& values = error.values;
+        const double share = error.ShareAt(index);
+        const double values[] = {share * error.values[0], share * error.values[1], share * error.values[2]};
         switch (error.kind) {
         case ModelError::Kind::TiltAngle:
             tilt += values[0];
@@ -34,12 +32,6 @@ struct Angles {
             break;
         case ModelError::Kind::Place:
             offset = offset + model::Vector3{values[0], values[1], values[2]};
-            break;
-        case ModelError::Kind::Drift:
-            offset = offset + ShareOfDrift(error, index) * model::Vector3{values[0], values[1], values[2]};
-            break;
-        case ModelError::Kind::SwivelDrift:
-            swivel += ShareOfDrift(error, index) * values[0];
             break;
         case ModelError::Kind::OtherTip:
             moreTip = moreTip + model::Vector3{values[0], values[1], values[2]};
@@ -120,12 +112,6 @@ void ErrorDerivatives(const ModelError& error, std::size_t index, const Pose& po
     case ModelError::Kind::Place:
         std::ranges::copy(unitVectors, out.begin());
         break;
-    case ModelError::Kind::Drift:
-        for (std::size_t i = 0; i < 3; ++i) out[i] = ShareOfDrift(error, index) * unitVectors[i];
-        break;
-    case ModelError::Kind::SwivelDrift:
-        out[0] = -ShareOfDrift(error, index) * pose.Leant(model::Cross(unitVectors[2], tip.swivelled));
-        break;
     case ModelError::Kind::OtherTip:
         for (std::size_t i = 0; i < 3; ++i) {
             out[i] = -pose.Leant(pose.Swivelled(pose.Squared(pose.Tilted(unitVectors[i]))));
@@ -142,14 +128,25 @@ void ErrorDerivatives(const ModelError& error, std::size_t index, const Pose& po
         out[0] = -pose.Leant(pose.Swivelled(unitVectors[1]));
         break;
     }
+    if (error.drift) {
+        for (model::Vector3& derivative : out) derivative = error.ShareAt(index) * derivative;
+    }
 }
 
 } // namespace
 
 std::size_t ModelError::Unknowns() const {
     if (isFixed) return 0;
-    if (kind == Kind::Place || kind == Kind::Drift || kind == Kind::OtherTip) return 3;
+    if (kind == Kind::Place || kind == Kind::OtherTip) return 3;
     return kind == Kind::LeaningHead ? 2 : 1;
+}
+
+double ModelError::ShareAt(std::size_t point) const {
+    if (!drift) return 1.0;
+    const std::size_t count = last - first;
+    const std::size_t place = (point + count - drift->start) % count;
+    const double share = static_cast<double>(place) / static_cast<double>(std::max<std::size_t>(count - 1, 1));
+    return drift->settling == 0.0 ? share : std::expm1(-drift->settling * share) / std::expm1(-drift->settling);
 }
 
 std::size_t HeadModel::Unknowns() const {

@@ -3,22 +3,29 @@
 #include "tools/diagnosis/fit/CapturedPoint.h"
 
 #include <array>
+#include <optional>
 #include <span>
 #include <vector>
 
 namespace qmv40::diagnosis::fit {
 
+/// Something that happens by and by, from none of it at the first captured point to all of it at the last one.
+struct Drift {
+    /// The number of time constants that it goes through: fast at first and then slower. Negative: it becomes faster;
+    /// 0: it goes evenly.
+    double settling = 0.0;
+    std::size_t start = 0; ///< the point that was captured first; those before it were captured after the others
+};
+
 /// A mistake in a capture, or an error of the head, that a model can have in addition to the unknowns of every head.
 /// The fit finds its values.
 struct ModelError {
     enum class Kind {
-        TiltAngle,   ///< A was this much more than was written (radians)
-        SwivelAngle, ///< B was this much more than was written (radians)
-        Place,       ///< the points stand off their places by this much (X, Y, Z)
-        Drift,       ///< they move away by this much from the first of them to the last, evenly (X, Y, Z)
-        SwivelDrift, ///< the head turns on its mount by this much (radians) from the first of them to the last, evenly
-        OtherTip,    ///< the stylus tip is off by this much (in the head's frame)
-        LeaningHead, ///< the B axis is turned about machine X and Y (radians)
+        TiltAngle,     ///< A was this much more than was written (radians)
+        SwivelAngle,   ///< B was this much more than was written (radians)
+        Place,         ///< the points stand off their places by this much (X, Y, Z)
+        OtherTip,      ///< the stylus tip is off by this much (in the head's frame)
+        LeaningHead,   ///< the B axis is turned about machine X and Y (radians)
         AxesNotSquare, ///< the A axis is turned about the head's Y, out of square to the B axis (radians)
         AxesApart      ///< the A axis passes the B axis at this distance, along the head's Y
     };
@@ -29,13 +36,15 @@ struct ModelError {
     std::array<double, 3> values{};
     bool isFixed = false; ///< the values are known and not found by the fit
     bool isSwap = false;  ///< with the error before or after it: two points have each other's angle
+    std::optional<Drift> drift = std::nullopt; ///< the values come by and by
 
     std::size_t Unknowns() const;
+    double ShareAt(std::size_t point) const; ///< of the values: less than 1 while it drifts
     bool Concerns(std::size_t point) const { return first <= point && point < last; }
     /// True for an error of the head: it concerns all `count` points, and is no mistake in the capture.
     bool IsOfTheHead(std::size_t count) const {
         const bool canBe = kind == Kind::LeaningHead || kind == Kind::AxesNotSquare || kind == Kind::AxesApart;
-        return canBe && first == 0 && last >= count;
+        return canBe && !drift && first == 0 && last >= count;
     }
 };
 

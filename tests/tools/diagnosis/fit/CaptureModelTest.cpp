@@ -3,6 +3,7 @@
 #include "tests/support/SimulatedHead.h"
 #include "tools/model/Angles.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -65,10 +66,35 @@ TEST(HeadModel, DistinguishesTheErrorsOfAHead) {
                "before the run");
     expectSame(plain.Position(point, 0), model(Kind::TiltAngle, {model::ToRadians(15)}).Position(point, 3),
                "after the run");
-    expectSame(plain.Position({30.0, -37.5, {}}, 0),
-               model(Kind::SwivelDrift, {model::ToRadians(15)}).Position(point, 2), "half-way through a slow turn");
     expectSame(plain.Position(point, 0) + model::Vector3{1, 2, 3}, model(Kind::Place, {1, 2, 3}).Position(point, 1),
                "place");
+}
+
+TEST(HeadModel, DriftsFromNothingAtTheFirstPointToAllAtTheLast) {
+    const double third = 1.0 / 3.0;
+    const double settled = std::log(4.0); // three quarters of what is left are gone at the end
+    const struct {
+        diagnosis::fit::Drift drift;
+        double shares[4];
+        const char* why;
+    } cases[] = {
+        {{0.0, 0}, {0.0, third, 2.0 * third, 1.0}, "evenly"},
+        {{0.0, 2}, {2.0 * third, 1.0, 0.0, third}, "the last two points were captured first"},
+        {{3.0 * settled, 0}, {0.0, 48.0 / 63.0, 60.0 / 63.0, 1.0}, "each step is a quarter of the one before"},
+        {{-3.0 * settled, 0}, {0.0, 3.0 / 63.0, 15.0 / 63.0, 1.0}, "each step is four times the one before"},
+    };
+    const diagnosis::fit::HeadModel plain = ModelOf(SomeHead());
+    const diagnosis::fit::CapturedPoint point{30.0, -45.0, {}};
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.why);
+        diagnosis::fit::HeadModel drifting = plain;
+        drifting.errors.push_back({Kind::Place, 0, 4, {1.0, 2.0, 3.0}});
+        drifting.errors.back().drift = each.drift;
+        for (std::size_t i = 0; i < 4; ++i) {
+            const model::Vector3 moved = drifting.Position(point, i) - plain.Position(point, i);
+            EXPECT_NEAR(0.0, Length(moved - each.shares[i] * model::Vector3{1.0, 2.0, 3.0}), 1e-10) << i;
+        }
+    }
 }
 
 TEST(HeadModel, LeaningTurnsEverythingAboutThePole) {
@@ -86,8 +112,9 @@ TEST(HeadModel, DerivativesAreThoseOfItsPositions) {
     model.errors = {{Kind::TiltAngle, 0, 9, {0.2}},          {Kind::SwivelAngle, 0, 9, {-0.3}},
                     {Kind::Place, 0, 9, {0.5, 0.1, 0.7}},    {Kind::LeaningHead, 0, 9, {0.05, -0.08}},
                     {Kind::AxesNotSquare, 0, 9, {0.1}},      {Kind::AxesApart, 0, 9, {1.5}},
-                    {Kind::Drift, 0, 9, {0.3, 0.4, 0.6}},    {Kind::SwivelDrift, 0, 9, {0.3}},
+                    {Kind::Place, 0, 9, {0.3, 0.4, 0.6}},    {Kind::SwivelAngle, 0, 9, {0.3}},
                     {Kind::OtherTip, 0, 9, {2.0, 1.0, 3.0}}, {Kind::TiltAngle, 5, 9, {0.4}}};
+    for (const std::size_t drifting : {6u, 7u}) model.errors[drifting].drift = diagnosis::fit::Drift{2.0, 5};
     const std::size_t unknowns = model.Unknowns();
     EXPECT_EQ(7u + 1 + 1 + 3 + 2 + 1 + 1 + 3 + 1 + 3 + 1, unknowns);
     const diagnosis::fit::CapturedPoint point{40.0, 70.0, {}};
