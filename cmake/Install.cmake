@@ -1,5 +1,5 @@
-# The Linux library and its C interface as others find them: headers, a CMake package and a pkg-config file for each; the
-# Python package; and the tool with all that goes with it.
+# Installs the Linux library and its C interface, each with headers, a CMake package and a pkg-config file; the Python
+# package; and the tool with its files.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS CoQMV40Calculator EXPORT CoQMV40Calculator)
@@ -25,7 +25,7 @@ endif()
 file(GLOB documents docs/*.md docs/*.png docs/*.svg)
 install(FILES CHANGELOG.md ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY scenarios DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.csv" PATTERN "*.reg" PATTERN "README.md")
-# What a client includes, and what that includes. No other header is public.
+# The headers that clients include, and those that these include. No other header is public.
 set(public_headers ${CMAKE_INSTALL_INCLUDEDIR}/CoQMV40Calculator)
 file(GLOB interface_headers source/interface/*.h)
 install(FILES ${interface_headers} DESTINATION ${public_headers}/interface)
@@ -40,7 +40,7 @@ function(qmv40_package name template)
     install(EXPORT ${name} NAMESPACE ${name}:: DESTINATION ${folder} FILE ${name}Config.cmake)
     write_basic_package_version_file(${PROJECT_BINARY_DIR}/${name}ConfigVersion.cmake COMPATIBILITY SameMajorVersion)
     install(FILES ${PROJECT_BINARY_DIR}/${name}ConfigVersion.cmake DESTINATION ${folder})
-    # From the folder of the description up to the prefix, so that the installed tree can be moved.
+    # The prefix relative to the folder of the pkg-config file, so that the installed tree can be moved.
     file(RELATIVE_PATH prefix_from_package /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
     configure_file(${template} ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
     install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -34,8 +34,8 @@ struct Capture {
         Capture capture{};
         for (std::size_t axis = 0; axis < 3; ++axis)
             capture.head.pole[axis] = input.ConsumeFloatingPointInRange(-5000.0, 5000.0);
-        // As the page on conventions asks: mounted less than 40 degrees askew and captured at an odd multiple of 45,
-        // the A points stand in the middle of a quadrant.
+        // As docs/conventions.md requires: with a mounting within 40 degrees and a capture at an odd multiple of 45
+        // degrees, the A points are in the middle of a quadrant.
         capture.head.mountingAngle = input.ConsumeFloatingPointInRange(-35.0, 35.0);
         capture.head.stylus = {0.0, 0.0, -input.ConsumeFloatingPointInRange(120.0, 500.0)};
         capture.captureB = input.PickValueInArray({-135.0, -45.0, 45.0, 135.0});
@@ -58,7 +58,7 @@ Items TakeAnyItems(FuzzedDataProvider& input, bool isASet) {
     return items;
 }
 
-/// Spoils one number of an item, or replaces an item by another, or does nothing.
+/// Changes one number of an item, or replaces an item by another, or does nothing.
 void Damage(Items& items, FuzzedDataProvider& input) {
     if (items.empty()) return;
     for (int times = input.ConsumeIntegralInRange(0, 6); times > 0; --times) {
@@ -79,7 +79,7 @@ class HostileArray {
 public:
     HostileArray(const Items& items, FuzzedDataProvider& input) {
         const int oddity = input.ConsumeIntegralInRange(0, 9);
-        if (oddity == 1) return; // no array at all
+        if (oddity == 1) return; // a null array
         const USHORT dimensions = oddity == 2 ? input.PickValueInArray<USHORT>({0, 2, 3}) : 1;
         const ULONG size = oddity == 3 ? input.PickValueInArray<ULONG>({0, 1, 8, 39, 41, 80}) : sizeof items[0];
         constexpr LONG lowest = std::numeric_limits<LONG>::min();
@@ -88,7 +88,7 @@ public:
         SafeArrayAllocDescriptor(std::max<USHORT>(dimensions, 1), &array);
         array->cbElements = size;
         std::fill_n(array->rgsabound, std::max<USHORT>(dimensions, 1), SAFEARRAYBOUND{1, 7});
-        // Dimension 1, the one that is asked for, is stored last.
+        // Dimension 1, whose bounds are queried, is stored last.
         SAFEARRAYBOUND* const bounds = array->rgsabound;
         bounds[std::max<USHORT>(dimensions, 1) - 1] = {static_cast<ULONG>(items.size()), first};
         if (oddity != 5) Fill(items);
@@ -111,7 +111,7 @@ public:
         const SAFEARRAYBOUND& bound = bounds[array->cDims - 1];
         return static_cast<LONG>(static_cast<ULONG>(bound.lLbound) + bound.cElements - 1U);
     }
-    /// Elements 0 to the upper bound are there, and are points.
+    /// Whether elements 0 to the upper bound exist and are points.
     bool HoldsRecords() const {
         return array->cDims == 1 && array->rgsabound[0].lLbound <= 0 &&
                array->cbElements == sizeof(HeadAlignmentDataItem) &&
@@ -147,7 +147,7 @@ struct Refusal {
     const wchar_t* description;
 };
 
-/// Why the copying of the arrays, which comes first, refuses one.
+/// The refusal of the first step, which copies the arrays.
 std::optional<Refusal> AgainstCopying(const HostileArray& points) {
     const bool isNoArray = points.Get() != nullptr && (points.Get()->cDims == 0 || points.Get()->cbElements == 0);
     if (isNoArray) return Refusal{E_INVALIDARG, L"Error Copying the safe array data."};
@@ -195,7 +195,7 @@ void PromiseGeometry(IQMVCalculator2& calculator, double captureB) {
     Promise(calculator.GetPoleSpherePosition(&pole) == S_OK, "there is always a pole sphere");
     const Vector3 centre = PositionIn(pole);
     Promise(std::isfinite(centre.x) && std::isfinite(centre.y) && std::isfinite(centre.z),
-            "a geometry that is accepted has its pole in finite space");
+            "an accepted geometry has a finite pole sphere");
     RequiredMoves moves{};
     Promise(Plan(calculator, moves).code == S_OK, "with a geometry and a position there is a plan");
     // For a head that was captured at an infinite angle the mounting angle is undetermined.
@@ -233,12 +233,12 @@ bool StandsAt(IQMVCalculator2& calculator, const HeadAngles& angles) {
 void PromiseRefusal(const Raised& entered, const std::optional<Refusal>& expected) {
     Promise(entered.record.has_value(), "a refusal leaves an error record");
     if (expected) {
-        Promise(entered.code == expected->code, "the first thing wrong with the arrays decides the code");
-        Promise(entered.record->description == expected->description, "and the words");
+        Promise(entered.code == expected->code, "the first fault of the arrays decides the code");
+        Promise(entered.record->description == expected->description, "the first fault of the arrays decides the text");
         return;
     }
     Promise(entered.code == QMV_E_GEOMETRY_IMPOSSIBLE || entered.code == QMV_E_GEOMETRY_LIMIT_REACHED,
-            "points that make no geometry have a code of their own");
+            "impossible points have the code for that");
 }
 
 Items TakeItems(FuzzedDataProvider& input, const Capture& capture, bool isASet) {
@@ -270,19 +270,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::optional<Refusal> refusal = ExpectedRefusal(a, b);
     const std::string images = a.Image() + b.Image();
     const Raised entered = ReturnedBy([&] { return calculator.EnterHeadGeometry(a.Address(), b.Address()); });
-    Promise(a.Image() + b.Image() == images, "the caller's arrays are as they were");
-    Promise(StandsAt(calculator, from), "a geometry leaves the position");
+    Promise(a.Image() + b.Image() == images, "the caller's arrays do not change");
+    Promise(StandsAt(calculator, from), "a geometry does not change the position");
     if (entered.code == S_OK) {
-        Promise(!refusal && !entered.record, "what is wrong is refused");
+        Promise(!refusal && !entered.record, "wrong arrays are refused");
         PromiseGeometry(calculator, a.Counted().front().BPosition);
         return 0;
     }
     PromiseRefusal(entered, refusal);
     RequiredMoves moves{};
     Promise(Plan(calculator, moves).code == (hadGeometry ? S_OK : QMV_E_NO_HEAD_GEOMETRY),
-            "a refused geometry is none, and takes none away");
+            "a refused geometry neither makes a geometry available nor removes one");
     const ComPointer<IQMVCalculator2> fresh = CreateCalculator();
     Promise(SamePlan(PlanFromGoodPoints(calculator, capture), PlanFromGoodPoints(*fresh.Get(), capture)),
-            "after a refusal good points give the plans of a fresh calculator");
+            "after a refusal good points give the plans of a new calculator");
     return 0;
 }

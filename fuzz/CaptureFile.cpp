@@ -62,7 +62,7 @@ void PromiseDefined(const Outcome& outcome, const Outcome& again, std::string_vi
     const auto lines = static_cast<std::size_t>(std::ranges::count_if(content, isLineEnd)) + 1;
     if (const auto* const rows = std::get_if<Rows>(&outcome)) {
         Promise(SameRows(*rows, std::get<Rows>(again)), "the same file has the same rows");
-        Promise(rows->size() < lines, "every row, and the header, has a line of its own");
+        Promise(rows->size() < lines, "every row and the header have separate lines");
         for (const Row& row : *rows) {
             Promise(std::ranges::all_of(row, [](double value) { return std::isfinite(value); }), "numbers are finite");
         }
@@ -71,8 +71,8 @@ void PromiseDefined(const Outcome& outcome, const Outcome& again, std::string_vi
     const text::InputError& error = std::get<text::InputError>(outcome);
     Promise(error.file == CaptureName() && !error.reason.empty(), "a refusal names the file and a reason");
     Promise(error.line.has_value(), "a refusal names a line");
-    Promise(*error.line >= 1 && *error.line <= lines, "a line of the file");
-    Promise(error.line == std::get<text::InputError>(again).line, "and the same one each time");
+    Promise(*error.line >= 1 && *error.line <= lines, "the line of a refusal exists");
+    Promise(error.line == std::get<text::InputError>(again).line, "the same file is refused at the same line");
 }
 
 /// A correct file, line by line, and the numbers that must be read from it.
@@ -120,11 +120,11 @@ public:
         const std::string& text = lines[line];
         switch (Below(4)) {
         case 0:
-            return {line, text + separator + "1"}; // a field too many
+            return {line, text + separator + "1"}; // one field too many
         case 1:
-            return {line, "7"}; // too few
+            return {line, "7"}; // too few fields
         case 2:
-            return {line, text + separator + "\"1"}; // a quote that stays open
+            return {line, text + separator + "\"1"}; // an open quote
         default: {
             std::string wrong;
             const char* const noNumber = input.PickValueInArray(
@@ -210,15 +210,15 @@ void PromiseRoundTrip(FuzzedDataProvider& input) {
     CarefulWriter writer(input);
     WriteFile(CaptureName(), writer.Content());
     const Outcome outcome = OutcomeOf(diagnosis::ReadCapture);
-    Promise(std::holds_alternative<Rows>(outcome), "a careful writer's file is accepted");
-    Promise(SameRows(std::get<Rows>(outcome), writer.Expected()), "and reads back to the same bits");
+    Promise(std::holds_alternative<Rows>(outcome), "a correct file is accepted");
+    Promise(SameRows(std::get<Rows>(outcome), writer.Expected()), "a correct file reads back to the same bits");
     if (!writer.CanSpoil()) return;
 
     const auto damage = writer.Spoil();
     WriteFile(CaptureName(), writer.Content(damage.line, damage.text));
     const Outcome spoilt = OutcomeOf(diagnosis::ReadCapture);
     Promise(std::holds_alternative<text::InputError>(spoilt), "a spoilt line is refused");
-    Promise(std::get<text::InputError>(spoilt).line == damage.line + 1, "with its own number");
+    Promise(std::get<text::InputError>(spoilt).line == damage.line + 1, "a spoilt line is refused with its number");
 }
 
 } // namespace

@@ -48,7 +48,7 @@ class WorkingFolder {
 public:
     WorkingFolder() { std::filesystem::current_path(folder.Path()); }
 
-    /// Makes it hold just these files and the folder "dir".
+    /// Empties it and creates these files and the folder "dir".
     void Prepare(const Files& files) {
         if (files == Content() && std::filesystem::is_directory("dir")) return;
         for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
@@ -73,7 +73,7 @@ private:
 
 /// Keeps a name inside the working folder: "dir/" is the only folder that it may name.
 std::string Confined(std::string argument) {
-    argument = argument.substr(0, argument.find('\0')); // no system hands over more
+    argument = argument.substr(0, argument.find('\0')); // an argument ends at its first zero byte
     for (std::size_t at = argument.find('/'); at != std::string::npos; at = argument.find('/', at + 1)) {
         const bool isFolder = at == 3 || (at > 3 && argument[at - 4] == '=');
         if (at < 3 || !isFolder || argument.compare(at - 3, 3, "dir") != 0) argument[at] = '_';
@@ -88,7 +88,7 @@ Arguments TakeArguments(std::string_view& input) {
         const std::string_view line = input.substr(0, input.find('\n'));
         input.remove_prefix(std::min(line.size() + 1, input.size()));
         if (line.empty()) break;
-        // A line of one blank stands for the argument that an empty line cannot be.
+        // An empty line ends the arguments, so a line of one blank means an empty argument.
         arguments.push_back(Confined(std::string(line == " " ? "" : line)));
     }
     return arguments;
@@ -114,12 +114,14 @@ bool Has(const Arguments& arguments, std::string_view start) {
 void PromiseDocument(const Run& run) {
     const Json document = Json::parse(run.out, nullptr, false);
     Promise(!document.is_discarded() && document.is_object(), "--json prints exactly one document");
-    Promise(document.contains("format") && document.value("version", 0) == 1, "that begins with format and version");
+    Promise(document.contains("format") && document.value("version", 0) == 1,
+            "a document begins with format and version");
     if (run.exitCode >= 1 && run.exitCode <= 3) {
         Promise(document.contains("error"), "a failure is a document with an error");
         const Json& error = document["error"];
-        Promise(error.contains("description") && !error["description"].get<std::string>().empty(), "that says why");
-        Promise(run.exitCode != 1 || error.contains("code"), "and where from");
+        Promise(error.contains("description") && !error["description"].get<std::string>().empty(),
+                "an error document has a description");
+        Promise(run.exitCode != 1 || error.contains("code"), "an error of the component has its code");
     }
     Promise(run.exitCode != 0 || !document.contains("error"), "a result is a document without an error");
 }
@@ -135,22 +137,23 @@ bool IsHelp(const Arguments& arguments, const Run& run) {
 
 void PromiseOutput(const Arguments& arguments, const Run& run) {
     Promise(run.exitCode >= 0 && run.exitCode <= 4, "the exit code is one of the tool's");
-    if (Has(arguments, "--json=")) return; // a yes or a no: the parser's affair
+    if (Has(arguments, "--json=")) return; // the parser decides whether the value is true or false
     if (run.exitCode == 2) {
         if (run.out.empty())
-            Promise(!run.err.empty(), "wrong usage is told on standard error");
+            Promise(!run.err.empty(), "wrong usage is reported on standard error");
         else
             PromiseDocument(run);
     } else if (IsHelp(arguments, run)) {
-        Promise(!run.out.empty() && run.err.empty(), "help goes to standard output alone");
+        Promise(!run.out.empty() && run.err.empty(), "help is printed on standard output only");
     } else if (std::ranges::find(arguments, "--json") != arguments.end()) {
         PromiseDocument(run);
     } else if (run.exitCode == 0 || run.exitCode == 4) {
         const bool isWritten = MayWrite(arguments) && !run.err.empty();
         const bool isRefused = run.exitCode == 4 && !run.err.empty();
-        Promise(!run.out.empty() || isWritten || isRefused, "a success prints something, or says what it wrote");
+        Promise(!run.out.empty() || isWritten || isRefused,
+                "a success prints something, or names the file that it wrote");
     } else {
-        Promise(run.out.empty() && !run.err.empty(), "a failure is told on standard error alone");
+        Promise(run.out.empty() && !run.err.empty(), "a failure is reported on standard error only");
     }
 }
 
@@ -174,11 +177,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     const Run run = RunOnce(arguments);
     PromiseOutput(arguments, run);
-    Promise(std::string_view("/nonexistent") == std::getenv("QMV40_SETTINGS"), "the environment is as it was");
+    Promise(std::string_view("/nonexistent") == std::getenv("QMV40_SETTINGS"), "the environment does not change");
     if (MayWrite(arguments)) return 0;
-    Promise(WorkingFolder::Content() == files, "no file changes but what is to be written");
+    Promise(WorkingFolder::Content() == files, "no file changes except those to be written");
     const Run again = RunOnce(arguments);
-    Promise(again.exitCode == run.exitCode, "the same arguments end the same way");
+    Promise(again.exitCode == run.exitCode, "the same arguments give the same exit code");
     // The parser names options that exclude each other in the order of their addresses.
     if (run.exitCode == 2 || IsHelp(arguments, run)) return 0;
     Promise(again.out == run.out && again.err == run.err, "the same arguments give the same output");

@@ -65,17 +65,17 @@ SevenNumbers NumbersIn(const SevenTexts& texts) {
 
 bool IsComplete(const SevenNumbers& numbers) { return std::ranges::find(numbers, 999999999.0) == numbers.end(); }
 
-/// How a load must end with this content of the file.
+/// Checks the result of a load of a file with these texts.
 bool Load(IQMVCalculator2& calculator, File& file, const SevenNumbers& numbers) {
     const Raised loaded = ReturnedBy([&] { return calculator.LoadHeadGeometryFromFile(file.argument.Address()); });
     if (IsComplete(numbers)) {
         Promise(loaded.code == S_OK && !loaded.record, "a file with all seven numbers loads");
         return true;
     }
-    Promise(loaded.code == QMV_E_READ_FROM_FILE, "a file that lacks a number is refused with the code for that");
+    Promise(loaded.code == QMV_E_READ_FROM_FILE, "a file without a number is refused with the code for that");
     Promise(loaded.record && loaded.record->source == L"RoundThePole::ReadDoubleFromIniFile" &&
                 loaded.record->description == L"Failed To Read from File",
-            "and with the words");
+            "a file without a number is refused with the texts for that");
     return false;
 }
 
@@ -102,10 +102,10 @@ void PromisePlans(IQMVCalculator2& calculator, const SevenNumbers& numbers, cons
     XYZData pole{};
     Promise(calculator.GetPoleSpherePosition(&pole) == S_OK, "there is always a pole sphere");
     for (std::size_t i = 0; i < 3; ++i) {
-        Promise(SameNumber(PositionIn(pole)[i], centre[i]), "the pole sphere is where the file says");
+        Promise(SameNumber(PositionIn(pole)[i], centre[i]), "the pole sphere is at the position in the file");
     }
     const RequiredMoves moves = PlanOf(calculator, indexing);
-    // Written so that a length that is not a number counts as far away.
+    // In this form a length that is not a number counts as far away.
     const bool isOnAMachine = Length(centre) <= farthestCentre && std::isfinite(numbers[rotation]);
     const HeadModel head = IdealHead(std::fmod(numbers[rotation], 360.0), centre);
     if (isOnAMachine) PromisePlan(moves, head, indexing.from, indexing.to);
@@ -119,7 +119,7 @@ std::string TenDigits(double number) {
 
 void Save(IQMVCalculator2& calculator, File& file) {
     const Raised saved = ReturnedBy([&] { return calculator.SaveHeadGeometryToFile(file.argument.Address()); });
-    Promise(saved.code == S_OK && !saved.record, "a geometry can be saved into an ordinary file");
+    Promise(saved.code == S_OK && !saved.record, "a geometry can be saved into a regular file");
 }
 
 void PromiseSaves(IQMVCalculator2& calculator, File& original, SevenNumbers numbers) {
@@ -130,19 +130,19 @@ void PromiseSaves(IQMVCalculator2& calculator, File& original, SevenNumbers numb
     Save(calculator, fresh);
     const SevenTexts saved = TextsIn(fresh);
     for (std::size_t i = 0; i < saved.size(); ++i) {
-        Promise(saved[i] == TenDigits(numbers[i]), "a save holds ten digits of what was loaded");
+        Promise(saved[i] == TenDigits(numbers[i]), "a saved file has ten digits of the loaded numbers");
     }
     const ComPointer<IQMVCalculator2> another = CreateCalculator();
     const SevenNumbers savedNumbers = NumbersIn(saved);
-    if (!Load(*another.Get(), fresh, savedNumbers)) return; // nine nines, by rounding
+    if (!Load(*another.Get(), fresh, savedNumbers)) return; // rounding has made a number 999999999
     std::filesystem::remove(second.name);
     Save(*another.Get(), second);
     const SevenTexts savedAgain = TextsIn(second);
     for (std::size_t i = 0; i < saved.size(); ++i) {
-        Promise(i == safeZ || savedAgain[i] == saved[i], "loading and saving again changes nothing");
+        Promise(i == safeZ || savedAgain[i] == saved[i], "a second load and save changes nothing");
     }
     Save(calculator, original);
-    Promise(TextsIn(original) == saved, "a save into a file with anything else in it holds the same numbers");
+    Promise(TextsIn(original) == saved, "a save into a file with other content writes the same numbers");
     Load(*another.Get(), original, savedNumbers);
 }
 
@@ -154,7 +154,7 @@ void PromiseRecovery(IQMVCalculator2& calculator, const Indexing& indexing) {
     const ComPointer<IQMVCalculator2> fresh = CreateCalculator();
     const bool areLoaded = Load(calculator, good, numbers) && Load(*fresh.Get(), good, numbers);
     Promise(areLoaded && SamePlan(PlanOf(calculator, indexing), PlanOf(*fresh.Get(), indexing)),
-            "after a failure a good file gives the plans of a fresh calculator");
+            "after a failure a good file gives the plans of a new calculator");
 }
 
 } // namespace

@@ -51,7 +51,7 @@ struct HeadAndCalculators {
     ComPointer<IQMVCalculator2> another = CalculatorOf(head);
 };
 
-/// Why angles are refused, in the component's words; null when they are not.
+/// The description with which angles are refused; null if they are accepted.
 const wchar_t* RefusalOf(const HeadAngles& angles) {
     if (angles.a < 0.0 || angles.a > 90.0) return L"Invalid A Target Angle, value must be between 0 and 90.";
     if (angles.b < -180.0 || angles.b > 180.0) return L"Invalid B Target Angle, value must be between -180 and 180.";
@@ -65,14 +65,14 @@ const wchar_t* RefusalOf(const HeadAngles& angles) {
 double WholeDegrees(double angle) {
     const double shifted = std::trunc(angle > 0.0 ? angle + 0.5 : angle - 0.5);
     const bool isWhole = shifted >= -2147483648.0 && shifted <= 2147483647.0;
-    return isWhole ? shifted + 0.0 : -2147483648.0; // whole numbers know no -0
+    return isWhole ? shifted + 0.0 : -2147483648.0; // a rounded angle is never -0
 }
 
 void PromiseRecord(const Raised& raised, const wchar_t* description) {
-    Promise(raised.code == QMV_E_INVALID_TARGET, "angles that cannot be reached have their own code");
+    Promise(raised.code == QMV_E_INVALID_TARGET, "angles that cannot be reached are refused with their code");
     Promise(raised.record && raised.record->source == L"CQMVCalculator::ValidateMoveTarget" &&
                 raised.record->description == description,
-            "and the error record says which angle and why");
+            "the error record names the angle and the reason");
 }
 
 bool StandsAt(IQMVCalculator2& calculator, const HeadAngles& angles) {
@@ -89,15 +89,15 @@ bool Place(IQMVCalculator2& calculator, const HeadAngles& angles) {
         HeadAngles found{-1.0, -2.0};
         Promise(calculator.GetCurrentHeadPosition(&found.a, &found.b) == QMV_E_POSITION_UNKNOWN && found.a == -1.0 &&
                     found.b == -2.0,
-                "after a refused position there is none");
+                "after a refused position the position is unknown");
         return false;
     }
     Promise(placed.code == S_OK && !placed.record, "angles that can be reached are accepted");
-    Promise(StandsAt(calculator, angles), "the head stands where it was said to stand");
+    Promise(StandsAt(calculator, angles), "the position is the one that was set");
     return true;
 }
 
-/// Goes to the target if it can be reached, and returns where the head stands then.
+/// Plans to the target if it can be reached. Returns the position after that.
 HeadAngles Go(const HeadAndCalculators& planner, const HeadAngles& from, const HeadAngles& target) {
     IQMVCalculator2& calculator = *planner.calculator.Get();
     const HeadAngles to{WholeDegrees(target.a), WholeDegrees(target.b)};
@@ -105,22 +105,24 @@ HeadAngles Go(const HeadAndCalculators& planner, const HeadAngles& from, const H
     const Raised planned = RaisedBy([&] { calculator.CalculateMove(target.a, target.b, &moves); });
     if (const wchar_t* const refusal = RefusalOf(to)) {
         PromiseRecord(planned, refusal);
-        Promise(StandsAt(calculator, from), "a refused target leaves the position");
+        Promise(StandsAt(calculator, from), "a refused target does not change the position");
         return from;
     }
-    Promise(planned.code == S_OK && !planned.record, "a target that can be reached is planned for");
+    Promise(planned.code == S_OK && !planned.record, "a plan to a target that can be reached succeeds");
     Promise(StandsAt(calculator, to), "the target becomes the position");
     PromisePlan(moves, IdealHead(planner.head.mountingAngle, planner.head.centre), from, to);
 
     IQMVCalculator2& other = *planner.another.Get();
     XYZData start{};
-    Promise(other.SetCurrentHeadPosition(from.a, from.b) == S_OK, "another calculator can stand there");
+    Promise(other.SetCurrentHeadPosition(from.a, from.b) == S_OK, "another calculator accepts the position");
     Promise(other.GetStartPosition(&start) == S_OK, "there is a start position");
-    Promise(std::memcmp(&start, &moves.ApproachUnLockLever, sizeof start) == 0, "where every plan from here begins");
+    Promise(std::memcmp(&start, &moves.ApproachUnLockLever, sizeof start) == 0,
+            "every plan begins at the start position");
     RequiredMoves again{};
-    // Asking for the start made a position of -0 a position of 0.
-    Promise(other.SetCurrentHeadPosition(from.a, from.b) == S_OK, "another calculator can stand there again");
-    Promise(other.CalculateMove(to.a, to.b, &again) == S_OK && SamePlan(moves, again), "one head, one plan");
+    // GetStartPosition has rounded an angle of -0 to 0.
+    Promise(other.SetCurrentHeadPosition(from.a, from.b) == S_OK, "another calculator accepts the position again");
+    Promise(other.CalculateMove(to.a, to.b, &again) == S_OK && SamePlan(moves, again),
+            "calculators with the same head make the same plan");
     return to;
 }
 

@@ -21,7 +21,7 @@ inline Vector3 PositionIn(const XYZData& position) {
 }
 inline Vector3 AxisOf(const ArcData& arc) { return {arc.iRotationVector, arc.jRotationVector, arc.kRotationVector}; }
 
-/// Arcs are given left-handed.
+/// Arcs are left-handed.
 inline Turning TurningOf(const ArcData& arc) {
     return {{arc.XOrigin, arc.YOrigin, arc.ZOrigin}, AxisOf(arc), -arc.RotationAngle};
 }
@@ -40,7 +40,7 @@ inline bool SamePlan(const RequiredMoves& left, const RequiredMoves& right) {
     return std::ranges::equal(l, r, SameNumber);
 }
 
-/// No machine is that large: the laws are not tested for heads farther out.
+/// Farther than on any machine: the laws are not tested for heads beyond it.
 constexpr double farthestCentre = 1e6;
 
 /// All laws of the plan from `from` to `to`. The head's centre is no farther out than farthestCentre.

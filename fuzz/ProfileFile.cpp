@@ -18,7 +18,7 @@ using namespace qmv40;
 
 namespace {
 
-// Room for every text of a file of the largest size tried: UTF-8 takes at most half as much again as UTF-16.
+// Large enough for every text of the largest file: UTF-8 needs at most 1.5 times the bytes of UTF-16.
 constexpr std::size_t largestInput = 4096;
 constexpr std::size_t plenty = 2 * largestInput;
 
@@ -35,8 +35,8 @@ const wchar_t* FileArgument() {
     return name.c_str();
 }
 
-/// The wide text whose UTF-8 is `bytes`; a byte that belongs to no character becomes a lone surrogate, which no name
-/// may hold.
+/// The wide text whose UTF-8 is `bytes`. A byte that belongs to no character becomes a lone surrogate, which names may
+/// not contain.
 std::wstring WideText(std::string_view bytes) {
     std::wstring wide;
     while (!bytes.empty()) {
@@ -66,13 +66,13 @@ template <typename Text, typename View> Text Trimmed(const Text& text, View trim
     return first == Text::npos ? Text() : text.substr(first, text.find_last_not_of(trimmed) - first + 1);
 }
 
-/// An entry's name, and whether a file can hold one of that name.
+/// The name of an entry, and whether a file can contain such an entry.
 struct Name {
     std::wstring section;
     std::wstring key;
 
     bool HasLineEnd() const { return (section + key).find_first_of(L"\r\n") != std::wstring::npos; }
-    /// A key that ends at its "=", that would be taken for a heading, or for the mark of an encoding, is another one.
+    /// False for a key that would be read as another one: with an "=", or like a section line or a byte-order mark.
     bool CanBeWritten() const {
         const std::wstring trimmed = Trimmed(key, wideBlanks);
         return !HasLineEnd() && trimmed.find(L'=') == std::wstring::npos && !trimmed.starts_with(L'[') &&
@@ -90,7 +90,7 @@ struct Name {
 };
 
 std::string Read(const Name& name, const char* defaultText = "", std::size_t room = plenty) {
-    std::vector<char> buffer(room, '#'); // on the heap, where leaving it would be noticed
+    std::vector<char> buffer(room, '#'); // on the heap, where the sanitizer detects accesses outside it
     ReadProfileText(name.section.c_str(), name.key.c_str(), defaultText, buffer, FileArgument());
     const auto end = std::ranges::find(buffer, '\0');
     Promise(end != buffer.end(), "a text that was read is terminated");
@@ -100,7 +100,7 @@ std::string Read(const Name& name, const char* defaultText = "", std::size_t roo
 /// Read with two defaults: only a missing entry gives both of them.
 bool IsThere(const Name& name) { return Read(name, "no") == Read(name, "none"); }
 
-/// The value as it is read: without the blanks around it, and without one pair of quotes.
+/// The value as Read returns it: without blanks around it, and without one pair of quotes.
 std::string AsRead(const std::string& value) {
     const std::string text = Trimmed(value, blanks);
     const bool isQuoted =
@@ -120,9 +120,9 @@ void PromiseSoundReads(const Name& name, std::size_t room) {
     Promise(ReadFile(ProfileName()) == before, "reading changes nothing");
 }
 
-/// A file's content as the characters, or halves of characters, that it is made of.
+/// The content of a file in units: bytes, or the 16-bit units of UTF-16.
 struct Units {
-    std::string_view mark; ///< of the encoding
+    std::string_view mark; ///< the byte-order mark
     std::u16string text;
     std::string rest; ///< the odd byte of a damaged file
 
@@ -142,9 +142,9 @@ struct Units {
     bool IsUtf16() const { return mark.size() == 2; }
     bool IsUtf8() const { return mark.size() == 3; }
 
-    /// A text as it stands in such a file.
+    /// A text in the units of such a file.
     std::u16string Of(const std::string& value) const {
-        if (!IsUtf16()) return Units(" " + value).text.substr(1); // no mark in front
+        if (!IsUtf16()) return Units(" " + value).text.substr(1); // so that its beginning is not read as a mark
         std::u16string units;
         for (const wchar_t c : WideText(value)) {
             const auto point = static_cast<char32_t>(c);
@@ -175,15 +175,15 @@ struct Change {
 
 void PromiseOnlyTheValueChanged(const Units& before, const Units& after, bool wasThere, const std::string& oldValue) {
     Promise((before.mark == after.mark || before.IsUtf8()) && before.rest == after.rest,
-            "the encoding stays, and a damaged file's last byte; a UTF-8 mark goes");
+            "the encoding and the last byte of a damaged file stay; a UTF-8 mark is removed");
     const std::u16string gone = Change(before.text, after.text).gone;
-    Promise(wasThere || gone.empty(), "a new entry takes nothing away");
+    Promise(wasThere || gone.empty(), "a new entry removes nothing");
     const std::u16string old = before.Of(oldValue);
     const std::u16string known = u"\"" + old + u"\" '" + old + u"'";
-    // If the new value ends like the text after the old one, it is not known to which of the two the blanks belong:
-    // both answers count.
+    // If the new value ends like the text after the old one, the blanks can belong to either: both results are
+    // accepted.
     Promise(known.find(Trimmed(gone, std::u16string_view(u" \t\v\f\x1A"))) != std::u16string::npos,
-            "only the entry's old value gives way");
+            "only the old value of the entry is removed");
 }
 
 void PromiseWrite(const Name& name, const std::string& value, const Name& bystander) {
@@ -197,28 +197,28 @@ void PromiseWrite(const Name& name, const std::string& value, const Name& bystan
     const bool isWritten = WriteProfileText(name.section.c_str(), name.key.c_str(), value.c_str(), FileArgument());
     const std::string after = ReadFile(ProfileName());
     if (!IsAllCharacters(name.section + name.key)) {
-        Promise(!isWritten && after == before, "a section or key that no file can hold is refused");
+        Promise(!isWritten && after == before, "a section or key that no file can contain is refused");
         return;
     }
-    Promise(isWritten, "an ordinary file can be written");
+    Promise(isWritten, "a regular file can be written");
     // A text of more than one line cannot be read back.
     if (!name.CanBeWritten()) return;
     if (value.find_first_of("\r\n") != std::string::npos) return;
 
-    Promise(IsThere(name), "what was written is there");
-    // A UTF-16 file cannot hold bytes that are no characters, and blanks before a zero byte stay.
+    Promise(IsThere(name), "a written entry exists");
+    // A UTF-16 file cannot contain bytes that are no characters, and blanks before a zero byte stay.
     const bool isHeld = !unitsBefore.IsUtf16() || IsAllCharacters(WideText(value));
     const bool hasZero = unitsBefore.text.find(u'\0') != std::u16string::npos;
     if (isHeld && !(hasZero && blanks.find(value.empty() ? 'x' : value.back()) != std::string_view::npos)) {
-        Promise(Read(name) == AsRead(value), "what was written reads back");
+        Promise(Read(name) == AsRead(value), "a written value reads back");
     }
     PromiseOnlyTheValueChanged(unitsBefore, Units(after), wasThere, oldValue);
     if (!bystander.IsSameAs(name)) {
-        Promise(Read(bystander, "none") == bystanders, "every other entry reads as before");
+        Promise(Read(bystander, "none") == bystanders, "every other entry has its old value");
     }
     if (Trimmed(value, blanks) != value) return; // blanks behind the value would be added each time
     WriteProfileText(name.section.c_str(), name.key.c_str(), value.c_str(), FileArgument());
-    Promise(ReadFile(ProfileName()) == after, "writing the same again changes nothing");
+    Promise(ReadFile(ProfileName()) == after, "writing the same text again changes nothing");
 }
 
 } // namespace

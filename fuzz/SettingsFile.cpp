@@ -37,16 +37,16 @@ struct Answer {
     bool operator==(const Answer&) const = default;
 };
 
-/// Queries with a buffer of `capacity` bytes on the heap, where leaving it would be noticed.
+/// Queries with a buffer of `capacity` bytes on the heap, where the sanitizer detects accesses outside it.
 Answer Query(const SettingsKey& opened, const char* name, std::size_t capacity) {
     std::vector<char> buffer(capacity, '#');
     Answer answer{ERROR_SUCCESS, 0xFFFFFFFFU, 0xFFFFFFFFU, {}};
     answer.status = opened.Query(name, buffer, answer.type, answer.length);
     if (answer.status == ERROR_SUCCESS) {
-        Promise(answer.length <= capacity, "a query copies no more than the buffer holds");
+        Promise(answer.length <= capacity, "a query copies no more than the size of the buffer");
         answer.bytes.assign(buffer.data(), answer.length);
     } else {
-        Promise(buffer == std::vector<char>(capacity, '#'), "a query that gives no value leaves the buffer alone");
+        Promise(buffer == std::vector<char>(capacity, '#'), "a query without a value does not change the buffer");
     }
     return answer;
 }
@@ -56,16 +56,18 @@ void PromiseSoundQueries(const SettingsKey& opened, const SettingsKey& openedAga
     const Answer answer = Query(opened, name, plenty);
     Promise(answer == Query(openedAgain, name, plenty), "the same query has the same answer");
     if (answer.status != ERROR_SUCCESS) {
-        Promise(answer.status == ERROR_FILE_NOT_FOUND, "a value is there or not there");
-        Promise(answer.type == REG_NONE && answer.length == 0, "what is not there has no type and no length");
+        Promise(answer.status == ERROR_FILE_NOT_FOUND,
+                "a query with a large buffer finds the value or reports that it is missing");
+        Promise(answer.type == REG_NONE && answer.length == 0, "a missing value has no type and no length");
         return;
     }
-    Promise(opened.IsOpen(), "values stand in keys that are there");
+    Promise(opened.IsOpen(), "a key with a value is open");
     Promise(answer == Query(opened, name, answer.length), "a buffer of the value's length is large enough");
     if (answer.length == 0) return;
     const Answer tooLong = Query(opened, name, answer.length - 1);
     Promise(tooLong.status == ERROR_MORE_DATA, "a buffer that is too small is refused");
-    Promise(tooLong.length == answer.length && tooLong.type == answer.type, "and the length that it takes is told");
+    Promise(tooLong.length == answer.length && tooLong.type == answer.type,
+            "a refusal gives the needed length and the type");
 }
 
 /// The rules of the offsets, written a second time: only texts count, and each may be at most as long as the one
@@ -127,7 +129,7 @@ const RotationRule rotationRules[] = {
     {HeadOffset::LockingRotation, "UnLocked To locked Lever Rotation", 138.0},
 };
 
-/// `plenty`: room for every value that the file can hold.
+/// `plenty`: the size of a buffer that is large enough for every value in the file.
 void PromiseDocumentedOffsets(std::size_t plenty) {
     const SettingsKey opened(key);
     const SettingsKey openedAgain(key);
@@ -138,21 +140,21 @@ void PromiseDocumentedOffsets(std::size_t plenty) {
         for (std::size_t i = 0; i < found.size(); ++i) {
             PromiseSoundQueries(opened, openedAgain, rule.names[i], plenty);
             const double expected = rule.mirror[i] * reader.Read(rule.names[i], rule.defaults[i]);
-            Promise(SameNumber(found[i], expected), "an offset is the stored number or the default, by the rules");
+            Promise(SameNumber(found[i], expected), "an offset is the stored number or the built-in one, by the rules");
         }
     }
     for (const RotationRule& rule : rotationRules) {
         PromiseSoundQueries(opened, openedAgain, rule.name, plenty);
         const double expected = DocumentedReader(opened).Read(rule.name, rule.defaultValue);
         Promise(SameNumber(ReadFixedRotation(rule.offset), expected),
-                "a rotation is the stored number or the default, by the rules");
+                "a rotation is the stored number or the built-in one, by the rules");
     }
 }
 
-/// How the independent writer writes the file.
+/// The form in which the independent writer writes the file.
 struct Writing {
     bool isOldFormat; ///< REGEDIT4: texts in bytes are narrow
-    int mark;         ///< of the encoding: none, UTF-8, UTF-16 in either order
+    int mark;         ///< the byte-order mark: none, UTF-8, UTF-16 in either order
     int type;         ///< as a quoted text, or as the bytes of one of two types
     const char* lineEnd;
 
@@ -205,14 +207,14 @@ private:
     }
 };
 
-/// Bytes between which no heading, no value name and no deletion can stand.
+/// Bytes that cannot form a heading, a value name or a deletion.
 std::string WithoutMeaning(std::string bytes) {
     for (char& c : bytes)
         if (c == '[' || c == '"' || c == '@') c = '#';
     return bytes;
 }
 
-/// Printable ASCII, with every character that needs an escape among it.
+/// Printable ASCII, including every character that needs an escape.
 std::string TakeText(FuzzedDataProvider& input) {
     std::string text = input.ConsumeRandomLengthString(40);
     for (char& c : text) c = static_cast<char>(' ' + static_cast<unsigned char>(c) % 95U);
@@ -235,9 +237,10 @@ void PromiseReadingBack(FuzzedDataProvider& input) {
                   writing.Encoded("\"" + name + "\"=" + writing.Value(text) + end) + after);
     constexpr std::size_t plenty = 255;
     const Answer answer = Query(SettingsKey(key), name.c_str(), plenty);
-    Promise(answer.status == ERROR_SUCCESS, "a value of a known-good writer is there");
-    Promise(answer.type == (writing.type == 2 ? REG_EXPAND_SZ : REG_SZ), "with the type that it was given");
-    Promise(answer.bytes == text + '\0', "and with the text that it was given");
+    Promise(answer.status == ERROR_SUCCESS, "a value of the independent writer is found");
+    Promise(answer.type == (writing.type == 2 ? REG_EXPAND_SZ : REG_SZ),
+            "a value of the independent writer has its type");
+    Promise(answer.bytes == text + '\0', "a value of the independent writer has its text");
 }
 
 } // namespace

@@ -15,17 +15,17 @@
 #include <string_view>
 #include <unistd.h>
 
-/// What the fuzz targets share. A target turns bytes into one use of the component and asserts laws about the outcome;
-/// a law that does not hold ends the program, which is how libFuzzer learns of it.
+/// Helpers of the fuzz targets. A target uses the component with an input of bytes and checks laws about the results. A
+/// broken law ends the program, and libFuzzer records the input.
 
-/// Ends the program with `sentence`, the promise, unless it was kept.
+/// Ends the program and prints `sentence`, the law, if it is not `kept`.
 inline void Promise(bool kept, const char* sentence) {
     if (kept) return;
     std::fprintf(stderr, "PROMISE BROKEN: %s\n", sentence);
     std::abort();
 }
 
-/// A folder of this process's own, in the folder that TMPDIR names, removed at the end.
+/// A separate folder for this process, in the folder that TMPDIR names. It is removed at the end.
 class ScratchFolder {
 public:
     ScratchFolder() : folder(std::filesystem::temp_directory_path() / ("qmv40-fuzz-" + std::to_string(::getpid()))) {
@@ -50,11 +50,11 @@ inline void WriteFile(const std::string& name, std::string_view content) {
     const bool isWritten = file != nullptr && std::fwrite(content.data(), 1, content.size(), file) == content.size();
     if (file == nullptr || std::fclose(file) != 0 || !isWritten) {
         std::perror(name.c_str());
-        std::_Exit(EXIT_FAILURE); // the machine's trouble, not the component's
+        std::_Exit(EXIT_FAILURE); // a fault of the machine, not of the component
     }
 }
 
-/// Everything in a file; empty when it is not there.
+/// The content of a file; empty if it does not exist.
 inline std::string ReadFile(const std::string& name) {
     std::string content;
     std::FILE* const file = std::fopen(name.c_str(), "rb");
@@ -66,13 +66,13 @@ inline std::string ReadFile(const std::string& name) {
     return content;
 }
 
-/// The same number, bit for bit; every not-a-number is the same one.
+/// Whether two numbers have the same bits. All not-a-numbers count as equal.
 inline bool SameNumber(double left, double right) {
     if (std::isnan(left) || std::isnan(right)) return std::isnan(left) && std::isnan(right);
     return std::bit_cast<std::uint64_t>(left) == std::bit_cast<std::uint64_t>(right);
 }
 
-/// A double of any kind: an ordinary one, one of the nasty ones, or any eight bytes.
+/// A double of any kind: an ordinary one, a special one, or any eight bytes.
 inline double TakeDouble(FuzzedDataProvider& input) {
     using Limits = std::numeric_limits<double>;
     constexpr std::array nasty{0.0,

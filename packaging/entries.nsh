@@ -1,10 +1,10 @@
-; What the installer puts outside its folder: entries of the Start menu, and the folder in the PATH of the scope.
+; The changes of the installer outside its folder: entries of the Start menu, and the folder in the PATH of the scope.
 !include WinMessages.nsh
 !define MENU "$SMPROGRAMS\CoQMV40Calculator"
 
 !macro Entries UN
 ; $R1: the registry key with the scope's PATH. $R2: the PATH as ";first;second;", in memory, with room for one more folder.
-; (A text of the installer's own holds 1023 characters; a PATH can be longer.)
+; (A text variable of the installer holds 1023 characters; a PATH can be longer.)
 Function ${UN}ReadPath
     ${If} $Scope == "user"
         System::Call 'advapi32::RegCreateKeyExW(p -2147483647, w "Environment", i 0, p 0, i 0, i 3, p 0, *p .R1, p 0) i'
@@ -28,11 +28,11 @@ Function ${UN}ReadPath
     ${If} $R5 > 1
         System::Call 'kernel32::lstrcatW(p R2, w ";") p'
     ${EndIf}
-    ; Where this folder stands in it, 0 when it does not.
+    ; The position of this folder in the PATH, 0 for none.
     System::Call 'shlwapi::StrStrIW(p R2, w ";$INSTDIR;") p .R6'
 FunctionEnd
 
-; Stores what stands in $R2, with the type $R3, and tells running programs.
+; Stores the PATH in $R2 with the type $R3, and notifies running programs.
 Function ${UN}WritePath
     System::Call 'kernel32::lstrlenW(p R2) i .R5'
     ${If} $R5 < 3

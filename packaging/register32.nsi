@@ -1,6 +1,6 @@
-; Registers the 32-bit component, or takes its registration back, for the installer: a 64-bit process cannot load it.
+; Registers or unregisters the 32-bit component for the installer, because a 64-bit process cannot load it.
 ;   register32.exe /SCOPE=machine|user /ACTION=register|unregister /FILE="C:\folder\CoQMV40Calculator.dll"
-; The exit code is 0 if that was done, else 1. packaging/windows defines OUTPUT (the file to write) and SIGN.
+; The exit code is 0 for success, else 1. packaging/windows defines OUTPUT (the file to write) and SIGN.
 Unicode true
 Target x86-unicode
 SetCompressor lzma

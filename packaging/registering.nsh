@@ -1,4 +1,4 @@
-; How a component is registered, for all accounts or for one: for the installer, its uninstaller and register32.nsi.
+; Registers a component for all accounts or for one. Used by the installer, its uninstaller and register32.nsi.
 !include LogicLib.nsh
 !include FileFunc.nsh
 
@@ -6,7 +6,7 @@ Var Scope          ; "machine" or "user"
 
 !macro Registering UN
 
-; For one account: what the component writes to HKEY_CLASSES_ROOT goes to the classes of that account.
+; For one account, the writes of the component to HKEY_CLASSES_ROOT are redirected to the classes of that account.
 Function ${UN}BeginRegistering
     ${If} $Scope == "user"
         System::Call 'oleaut32::OaEnablePerUserTLibRegistration()'

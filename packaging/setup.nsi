@@ -1,10 +1,10 @@
-; The installer: copies the package, registers the component, and takes both back. Silent with /S; /CURRENTUSER installs for
-; the calling account alone and needs no administrator rights.
+; The installer: copies the package and registers the component; the uninstaller removes both. Silent with /S; /CURRENTUSER
+; installs for the calling account only and needs no administrator rights.
 ; packaging/windows defines VERSION, SETUP (the file to write), LISTS (macros that call an action for every file and folder) and
 ; SIGN (a program that signs files) and, if there is a component for 32-bit programs, REGISTER32 (register32.exe).
 ;
-; An installation is whole or it is not made: the files of a previous version are moved aside first, which Windows allows
-; for a loaded DLL too, and they are moved back when anything fails. docs/windows.md lists the exit codes.
+; An installation is complete or has no effect: the files of a previous version are moved aside first, which Windows allows
+; for a loaded DLL too, and they are moved back if anything fails. docs/windows.md lists the exit codes.
 Unicode true
 Target amd64-unicode ; a 64-bit process: it can load the component and sees the registry that 64-bit callers see
 SetCompressor lzma
@@ -14,7 +14,7 @@ SetCompressor lzma
 Name "CoQMV40Calculator ${VERSION}"
 OutFile "${SETUP}"
 !uninstfinalize '"${SIGN}" "%1"'
-; Nobody is asked for an administrator's rights before it is known that all accounts are to have it.
+; The user is asked for administrator rights only after the choice of an installation for all accounts.
 RequestExecutionLevel user
 AllowSkipFiles off
 InstallDir "" ; .onInit chooses it, unless /D gave one
@@ -52,11 +52,11 @@ Var Previous       ; the copy that was registered before
 Var Previous32     ; the same for 32-bit programs
 Var Failed         ; not empty: one of several steps failed
 
-; What the installer and the uninstaller share. Functions of the uninstaller must begin with "un.".
+; Functions of both the installer and the uninstaller. The names of the uninstaller's functions must begin with "un.".
 !macro Shared UN
 !insertmacro Registering "${UN}"
 
-; Says the text in $1 on the console or in the file that the output goes to.
+; Prints the text in $1 on the console, or into the file to which the output is redirected.
 Function ${UN}Say
     DetailPrint "$1"
     System::Call 'kernel32::GetStdHandle(i -11) p .r2'
@@ -78,12 +78,12 @@ Function ${UN}UseScope
     ${EndIf}
 FunctionEnd
 
-; The 32-bit component that is registered: $0, empty for none. Its type library's key belongs to it alone.
+; $0 becomes the file of the registered 32-bit component, empty for none. Only that component has this type library key.
 Function ${UN}GetRegistered32
     ReadRegStr $0 SHCTX "${TYPE_LIBRARY}\1.0\0\win32" ""
 FunctionEnd
 
-; Does $3, "register" or "unregister", with the 32-bit component $4. $0 is not 0 if that failed.
+; Registers or unregisters ($3 is "register" or "unregister") the 32-bit component $4. $0 is not 0 after a failure.
 Function ${UN}Register32
     StrCpy $0 0
     !ifdef REGISTER32
@@ -99,8 +99,8 @@ Function ${UN}Register32
     !endif
 FunctionEnd
 
-; Removes what was moved aside. What a program still holds goes with the next restart; only administrators can ask the
-; system for that, so that an account asks its own next logon. $1 is the text for that case.
+; Deletes the files that were moved aside. Files in use are deleted at the next restart. Only administrators can request
+; that; an installation for one account uses the next logon instead. $1 is the text for that case.
 Function ${UN}RemoveMovedAside
     RMDir /r /REBOOTOK "${ASIDE}"
     ${If} ${RebootFlag}
@@ -112,7 +112,7 @@ Function ${UN}RemoveMovedAside
     ${EndIf}
 FunctionEnd
 
-; A folder below ASIDE that no earlier run used: files that an earlier run moved may be in use still.
+; A new folder below ASIDE, because files that an earlier run moved can still be in use.
 Function ${UN}ChooseAside
     CreateDirectory "${ASIDE}"
     GetTempFileName $MovedAside "${ASIDE}"
@@ -198,7 +198,7 @@ Function RequireRights
     ${EndIf}
 FunctionEnd
 
-; Takes an installation back that could not be finished.
+; Undoes an installation that could not be completed.
 Function RollBack
     ${If} $MovedAside != ""
         !insertmacro ForEachFile MoveBack
@@ -321,8 +321,8 @@ Function un.onInit
     Call un.UseScope
 FunctionEnd
 
-; A file that cannot be deleted is moved aside; when even that is refused, it stays: the next restart could find another
-; installation in its place.
+; A file that cannot be deleted is moved aside. If that is refused too, it stays: it is not deleted at the next restart,
+; because another installation could have replaced it by then.
 !macro Remove NUMBER FILE SOURCE
     ClearErrors
     Delete "$INSTDIR\${FILE}"
@@ -336,7 +336,7 @@ FunctionEnd
 !macroend
 
 Section "Uninstall"
-    ; Another copy may have been registered since: that one stays.
+    ; If another copy was registered later, its registration stays.
     ReadRegStr $Previous SHCTX "${CLASS}" ""
     Call un.GetRegistered32
     ${If} $0 == "${COMPONENT32}"

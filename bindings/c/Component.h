@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// The parts that differ by platform: how the component is found, and what a wide text is.
+/// The parts that differ between platforms: how the component is found, and the encoding of wide texts.
 
 namespace qmv40::bindings {
 
@@ -15,7 +15,7 @@ struct Releaser {
 };
 using Component = std::unique_ptr<IQMVCalculator2, Releaser>;
 
-/// While it lives, the calling thread can use the component.
+/// During its life the calling thread can use the component.
 class ThreadReadiness {
 public:
     ThreadReadiness();
@@ -24,7 +24,7 @@ public:
     ~ThreadReadiness(); // NOLINT(performance-trivially-destructible): not on every platform
 
 private:
-    [[maybe_unused]] unsigned long apartmentsThread = 0; ///< 0: there is nothing to take back
+    [[maybe_unused]] unsigned long apartmentsThread = 0; ///< the thread on which COM was initialised; 0: none
 };
 
 /// Throws a Refusal when the component cannot be created.

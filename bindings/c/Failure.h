@@ -19,7 +19,7 @@ struct Failure {
     std::string description;
 };
 
-/// Takes the texts out of the thread's error record and keeps them. Without a record, `call` is the source.
+/// Removes the thread's error record and keeps its texts. Without a record, `call` is the source.
 void KeepComponentFailure(Failure& failure, HRESULT code, const char* call);
 void KeepRefusal(Failure& failure, const Refusal& refusal, const char* call);
 

@@ -14,7 +14,7 @@
 
 using namespace qmv40::bindings;
 
-/// The calculator of one C caller. The thread is prepared first and released last.
+/// The calculator of one C caller. The thread is initialised before the calculator and uninitialised after it.
 struct qmv40_calculator {
     ThreadReadiness readiness;
     Component component = CreateComponent();
@@ -75,7 +75,7 @@ using PointArray = std::unique_ptr<SAFEARRAY, ArrayReleaser>;
 
 PointArray ArrayOf(const qmv40_alignment_point* points, std::size_t count) {
     if (points == nullptr && count > 0) throw Refusal{E_POINTER, "the captured points are null"};
-    constexpr std::size_t most = 1'000'000'000; // what the array's bound can count, and no memory holds more
+    constexpr std::size_t most = 1'000'000'000; // within the range of an array's bound, and more than any memory holds
     if (count > most) throw Refusal{E_INVALIDARG, "there are too many captured points"};
     SAFEARRAY* made = nullptr;
     if (FAILED(SafeArrayAllocDescriptor(1, &made))) throw std::bad_alloc();
@@ -97,7 +97,7 @@ HRESULT WithRecord(CallersRecord* result, const Method& method) {
     return code;
 }
 
-/// Cuts the text before a character that does not fit completely.
+/// Cuts the text before the first character that does not fit completely.
 void Copy(const std::string& text, char* buffer, std::size_t size) {
     if (buffer == nullptr || size == 0) return;
     const auto continues = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U; };
@@ -111,7 +111,7 @@ void Copy(const std::string& text, char* buffer, std::size_t size) {
 
 int32_t qmv40_create(qmv40_calculator** calculator) {
     return Run(failureWithoutCalculator, "qmv40_create", [&]() -> HRESULT {
-        if (calculator == nullptr) throw Refusal{E_POINTER, "there is no place for the calculator"};
+        if (calculator == nullptr) throw Refusal{E_POINTER, "the address for the calculator is null"};
         *calculator = nullptr;
         *calculator = std::make_unique<qmv40_calculator>().release();
         return S_OK;

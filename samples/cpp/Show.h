@@ -1,6 +1,6 @@
 #pragma once
 
-// What both C++ samples print: one line a move, its number, its name and its numbers with three decimals.
+// Prints a plan: one line for each move, with its number, its name and its numbers with three decimals.
 
 #include <windows.h>
 
@@ -57,12 +57,12 @@ inline void ShowPlan(const RequiredMoves& plan) {
     ShowMove(19, "DisengageFromLockLever", plan.DisengageFromLockLever);
 }
 
-/// The description is the component's own words, plain ASCII.
+/// The description is the component's text, in ASCII.
 inline void ShowFailure(HRESULT code, const wchar_t* description) {
     std::printf("refused 0x%08lX: %ls\n", static_cast<unsigned long>(code), description);
 }
 
-/// A text for the component, or from it.
+/// A text for the component or from it. It is freed at the end.
 class Text {
 public:
     Text() = default;
@@ -74,7 +74,7 @@ public:
     BSTR text = nullptr;
 };
 
-/// COM for the length of the program, in a single-threaded apartment: the component's own kind, so no call is
+/// Initialises COM for the program in a single-threaded apartment, the kind of the component, so that no call is
 /// marshalled.
 class Apartment {
 public:
@@ -84,7 +84,7 @@ public:
     ~Apartment() { CoUninitialize(); }
 };
 
-/// A relative name would mean the Windows folder to the component.
+/// Makes the name absolute, because the component would look for a relative one in the Windows folder.
 inline std::wstring AbsoluteName(const char* fileName) {
     wchar_t given[MAX_PATH] = L"";
     wchar_t absolute[MAX_PATH] = L"";

@@ -1,5 +1,5 @@
-// dispatch <geometry file>: plans an indexing through late binding, the way that works from any compiler: methods are
-// found by name, and every failure comes back as a result, that of CalculateMove included.
+// dispatch <geometry file>: plans an indexing through late binding, which works with every compiler: methods are found
+// by name, and every failure is returned as a code, also that of CalculateMove.
 
 #include "Show.h"
 
@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A value on its way into or out of a call.
+/// An argument or a result of a call.
 class Value {
 public:
     Value() { VariantInit(&value); }
@@ -20,7 +20,7 @@ public:
         V_VT(&value) = VT_BSTR;
         V_BSTR(&value) = SysAllocString(text.c_str());
     }
-    /// A place for a number that the method gives back.
+    /// A reference to a number that the method writes.
     explicit Value(double* place) : Value() {
         V_VT(&value) = VT_R8 | VT_BYREF;
         V_R8REF(&value) = place;
@@ -32,7 +32,7 @@ public:
     VARIANT value;
 };
 
-/// A failed call: the code and the words that came with it.
+/// A failed call: its code and description.
 struct Failure {
     HRESULT code;
     std::wstring description;
@@ -77,7 +77,7 @@ private:
         DISPID id = DISPID_UNKNOWN;
         Require(dispatch->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id), method);
 
-        std::vector<VARIANT> backwards; // the last argument stands first
+        std::vector<VARIANT> backwards; // the last argument comes first
         for (auto value = values.rbegin(); value != values.rend(); ++value) backwards.push_back(value->value);
         DISPPARAMS parameters{backwards.data(), nullptr, static_cast<UINT>(backwards.size()), 0};
         Value result;

@@ -1,8 +1,8 @@
 // interfaces <geometry file>: plans an indexing through the component's own interfaces.
 //
-// CalculateMove throws its failure code. That reaches the catch below when the program is compiled by the compiler that
-// made the component (mingw-w64 GCC, 64 bits) or that follows the platform's own conventions. In a 32-bit program by
-// mingw-w64 nothing can catch it: there, call CalculateMove as the dispatch sample does.
+// CalculateMove throws its failure code. The catch below catches it if the program is built by mingw-w64 GCC for 64
+// bits or by a compiler with the platform's own conventions. A 32-bit program built by mingw-w64 cannot catch it: call
+// CalculateMove as in the dispatch sample there.
 
 #include <initguid.h>
 
@@ -25,12 +25,12 @@ Owned<IQMVCalculator> CreateCalculator() {
     return Owned<IQMVCalculator>(static_cast<IQMVCalculator*>(created));
 }
 
-/// All methods but CalculateMove return their failure code.
+/// For methods that return their failure code: all except CalculateMove.
 void Require(HRESULT result) {
     if (FAILED(result)) throw result;
 }
 
-/// The description that the component left with its code.
+/// Shows the description in the error record of the code.
 void ShowErrorRecord(HRESULT code) {
     IErrorInfo* found = nullptr;
     if (GetErrorInfo(0, &found) != S_OK) return ShowFailure(code, L"is the component registered?");

@@ -23,7 +23,7 @@ struct TextReleaser {
 };
 using Text = std::unique_ptr<OLECHAR, TextReleaser>;
 
-/// All methods but CalculateMove return their failure code; here they throw it like that one.
+/// Throws a returned failure code, as CalculateMove does with its own.
 void Require(HRESULT result) {
     if (FAILED(result)) throw result;
 }
@@ -67,7 +67,7 @@ void Show(const RequiredMoves& plan) {
     Show(19, "DisengageFromLockLever", plan.DisengageFromLockLever);
 }
 
-/// The component left the reason in the thread's error record.
+/// Prints the reason from the thread's error record.
 void ShowFailure(HRESULT code) {
     IErrorInfo* found = nullptr;
     BSTR description = nullptr;

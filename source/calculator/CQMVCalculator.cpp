@@ -8,7 +8,7 @@ using namespace qmv40;
 
 namespace {
 
-/// Raises E_POINTER in the name of `source` when any of `pointers` is null.
+/// Raises E_POINTER with this `source` if one of `pointers` is null.
 template <typename... Pointers> void RequirePointers(const wchar_t* source, Pointers*... pointers) {
     const bool anyNull = (... || (pointers == nullptr));
     if (anyNull) RaiseError(E_POINTER, source, L"A pointer passed to the method is null");

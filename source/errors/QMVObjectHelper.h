@@ -5,7 +5,7 @@
 /// Creates automation objects; failures are raised as codes of this component.
 class QMVObjectHelper {
 public:
-    /// Creates an object of class `clsid` and asks it for `iid`. Raises QMV_E_OBJECT_NOT_CREATED, with `*object` null,
-    /// when that fails, whatever the reason.
+    /// Creates an object of class `clsid` and queries it for `iid`. After any failure `*object` is null and
+    /// QMV_E_OBJECT_NOT_CREATED is raised.
     static HRESULT CREATE_OBJECT(REFCLSID clsid, REFIID iid, void** object);
 };

@@ -59,4 +59,25 @@ inline TextLine LineAt(std::string_view text, std::size_t begin) {
     return {text.substr(begin, end - begin), begin, end, std::min(end + lineEnd, text.size())};
 }
 
+/// Reads the lines of a text, one after the other.
+class LineReader {
+public:
+    explicit LineReader(std::string_view theText, std::size_t begin = 0) : text(theText), at(begin) {}
+
+    bool IsAtEnd() const { return at >= text.size(); }
+    TextLine Peek() const { return LineAt(text, at); }
+    TextLine Take() {
+        const TextLine line = Peek();
+        at = line.next;
+        ++number;
+        return line;
+    }
+    std::size_t Number() const { return number; } ///< of the line taken last, from 1
+
+private:
+    std::string_view text;
+    std::size_t at;
+    std::size_t number = 0;
+};
+
 } // namespace qmv40::ascii

@@ -34,9 +34,8 @@ std::optional<std::string_view> SectionName(std::string_view line) {
 std::optional<Section> FindSection(std::string_view text, std::string_view name) {
     bool isFound = name.empty();
     Section section{0, text.size()};
-    for (std::size_t at = 0; at < text.size();) {
-        const TextLine line = LineAt(text, at);
-        at = line.next;
+    for (LineReader reader(text); !reader.IsAtEnd();) {
+        const TextLine line = reader.Take();
         const std::optional<std::string_view> found = SectionName(line.content);
         if (!found) continue;
         if (isFound) {
@@ -57,9 +56,8 @@ Entry EntryOf(std::string_view line) {
 }
 
 std::optional<Entry> FindEntry(std::string_view text, const Section& section, std::string_view key) {
-    for (std::size_t at = section.begin; at < section.end;) {
-        const TextLine line = LineAt(text, at);
-        at = line.next;
+    for (LineReader reader(text.substr(0, section.end), section.begin); !reader.IsAtEnd();) {
+        const TextLine line = reader.Take();
         const Entry entry = EntryOf(line.content);
         if (EqualIgnoringCase(entry.key, key) && !Trimmed(line.content).empty()) return entry;
     }
@@ -70,9 +68,8 @@ std::string_view PrevailingLineEnd(std::string_view text) {
     std::size_t pairs = 0;
     std::size_t lineFeeds = 0;
     std::size_t returns = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const TextLine line = LineAt(text, at);
-        at = line.next;
+    for (LineReader reader(text); !reader.IsAtEnd();) {
+        const TextLine line = reader.Take();
         if (line.next - line.end == 2) ++pairs;
         if (line.next - line.end == 1) ++(text[line.end] == '\n' ? lineFeeds : returns);
     }
@@ -83,9 +80,8 @@ std::string_view PrevailingLineEnd(std::string_view text) {
 /// The index at which a new line of the section is inserted: after its last line that is not blank.
 std::size_t EndOfLines(std::string_view text, const Section& section) {
     std::size_t end = section.begin;
-    for (std::size_t at = section.begin; at < section.end;) {
-        const TextLine line = LineAt(text, at);
-        at = line.next;
+    for (LineReader reader(text.substr(0, section.end), section.begin); !reader.IsAtEnd();) {
+        const TextLine line = reader.Take();
         if (!Trimmed(line.content).empty()) end = line.next;
     }
     return end;
@@ -149,11 +145,10 @@ std::vector<ProfileLine> ProfileLines(std::string_view text) {
     std::vector<ProfileLine> lines;
     std::string_view section;
     bool isSectionHidden = false;
-    for (std::size_t at = 0; at < text.size();) {
-        const TextLine whole = LineAt(text, at);
-        at = whole.next;
+    for (LineReader reader(text); !reader.IsAtEnd();) {
+        const TextLine whole = reader.Take();
         const Entry entry = EntryOf(whole.content);
-        ProfileLine line{KindOf(whole.content, entry.hasValue), lines.size() + 1, section, {}, {}, isSectionHidden};
+        ProfileLine line{KindOf(whole.content, entry.hasValue), reader.Number(), section, {}, {}, isSectionHidden};
         if (line.kind == ProfileLine::Kind::Section) line.section = *SectionName(whole.content);
         if (line.kind >= ProfileLine::Kind::Entry) {
             line.key = entry.key;

@@ -129,28 +129,6 @@ std::optional<RegistryType> TakeHexType(std::string_view& line) {
     return RegistryType{*type};
 }
 
-/// Goes through a text line by line.
-class LineReader {
-public:
-    explicit LineReader(std::string_view theText, std::size_t begin = 0) : text(theText), at(begin) {}
-
-    bool IsAtEnd() const { return at >= text.size(); }
-    std::string_view Peek() const { return LineAt(text, at).content; }
-    std::string_view Take() {
-        const TextLine line = LineAt(text, at);
-        at = line.next;
-        ++number;
-        return line.content;
-    }
-    std::size_t Number() const { return number; } ///< of the line taken last, from 1
-    std::size_t Position() const { return at; }
-
-private:
-    std::string_view text;
-    std::size_t at;
-    std::size_t number = 0;
-};
-
 /// Appends the bytes of one line. Returns whether the next line continues it; nothing if the line cannot be understood.
 std::optional<bool> AppendBytes(std::string_view line, std::string& bytes) {
     SkipBlanks(line);
@@ -171,8 +149,8 @@ std::optional<bool> AppendBytes(std::string_view line, std::string& bytes) {
 std::optional<std::string> TakeBytes(std::string_view line, LineReader& reader) {
     std::string bytes;
     std::optional<bool> isContinued = AppendBytes(line, bytes);
-    while (isContinued.value_or(false) && !reader.IsAtEnd() && !NamedKeyIn(reader.Peek())) {
-        isContinued = AppendBytes(reader.Peek(), bytes);
+    while (isContinued.value_or(false) && !reader.IsAtEnd() && !NamedKeyIn(reader.Peek().content)) {
+        isContinued = AppendBytes(reader.Peek().content, bytes);
         if (isContinued) reader.Take();
     }
     return isContinued ? std::optional(std::move(bytes)) : std::nullopt;
@@ -212,16 +190,16 @@ bool MaySet(std::string_view line, std::string_view name) {
 RegistryKeyText::RegistryKeyText(const std::string& fileContent, std::string_view path)
     : text(EncodedText(fileContent).text) {
     LineReader reader(text);
-    const std::string_view format = Trimmed(reader.Take());
+    const std::string_view format = Trimmed(reader.Take().content);
     hasWideTexts = format == wideFormat;
     if (!hasWideTexts && format != narrowFormat) return;
     const std::string key = std::string(root).append(path);
     bool isInKey = false;
     while (!reader.IsAtEnd()) {
-        const std::size_t begin = reader.Position();
-        const std::optional<NamedKey> named = NamedKeyIn(reader.Take());
+        const TextLine line = reader.Take();
+        const std::optional<NamedKey> named = NamedKeyIn(line.content);
         if (!named) {
-            if (isInKey) lines.push_back(begin);
+            if (isInKey) lines.push_back(line.begin);
             continue;
         }
         const bool isKey = EqualIgnoringCase(named->path, key);
@@ -238,7 +216,7 @@ std::optional<RegistryValue> RegistryKeyText::Find(std::string_view name) const 
     std::optional<RegistryValue> value;
     for (const std::size_t begin : lines) {
         LineReader reader(text, begin);
-        const std::string_view content = reader.Take();
+        const std::string_view content = reader.Take().content;
         if (!MaySet(content, name)) continue;
         RegistryLine line{};
         line.kind = RegistryLine::Kind::Nonsense;
@@ -252,12 +230,12 @@ std::optional<RegistryValue> RegistryKeyText::Find(std::string_view name) const 
 RegistryLines RegistryLinesIn(const std::string& fileContent) {
     const std::string text = EncodedText(fileContent).text;
     LineReader reader(text);
-    const std::string_view format = Trimmed(reader.Take());
+    const std::string_view format = Trimmed(reader.Take().content);
     RegistryLines found{format == wideFormat || format == narrowFormat, {}};
     std::string key;
     bool isInKey = false;
     while (!reader.IsAtEnd()) {
-        const std::string_view content = reader.Take();
+        const std::string_view content = reader.Take().content;
         const std::optional<NamedKey> named = NamedKeyIn(content);
         if (!named && (!isInKey || IsRestOfLine(content))) continue;
         if (named) {

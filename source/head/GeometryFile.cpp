@@ -23,29 +23,22 @@ template <typename Operation> void RaisingWholeFailure(const ErrorContext& conte
     }
 }
 
-double ReadEntry(const ProfileReader& file, const HeadGeometryEntry& entry) {
-    const ErrorContext context{L"RoundThePole::ReadDoubleFromIniFile", L"Error calling IniGetDoubleValue"};
-    return RaisingGeometryErrors(context, [&] { return ReadHeadGeometryNumber(file, entry); });
-}
-
-void WriteEntry(ProfileWriter& file, const HeadGeometryEntry& entry, double value) {
-    const ErrorContext context{L"RoundThePole::WriteDoubleToIniFile", L"Error calling IniSetDoubleValue"};
-    RaisingGeometryErrors(context, [&] { WriteHeadGeometryNumber(file, entry, value); });
-}
+constexpr ErrorContext reading{L"RoundThePole::ReadDoubleFromIniFile", L"Error calling IniGetDoubleValue"};
+constexpr ErrorContext writing{L"RoundThePole::WriteDoubleToIniFile", L"Error calling IniSetDoubleValue"};
 
 } // namespace
 
 double RoundThePole::ReadDoubleFromIniFile(const wchar_t* section, const wchar_t* key, const wchar_t* fileName) const {
-    const ErrorContext context{L"RoundThePole::ReadDoubleFromIniFile", L"Error calling IniGetDoubleValue"};
-    return RaisingGeometryErrors(context, [&] { return ReadEntry(ProfileReader(fileName), {section, key}); });
+    return RaisingGeometryErrors(reading, [&] {
+        return ReadHeadGeometryNumber(ProfileReader(fileName), {section, key});
+    });
 }
 
 void RoundThePole::WriteDoubleToIniFile(const wchar_t* section, const wchar_t* key, double value,
                                         const wchar_t* fileName) const {
-    const ErrorContext context{L"RoundThePole::WriteDoubleToIniFile", L"Error calling IniSetDoubleValue"};
-    RaisingGeometryErrors(context, [&] {
+    RaisingGeometryErrors(writing, [&] {
         ProfileWriter file(fileName);
-        WriteEntry(file, {section, key}, value);
+        WriteHeadGeometryNumber(file, {section, key}, value);
         CommitHeadGeometry(file);
     });
 }
@@ -68,12 +61,17 @@ void RoundThePole::LoadFromFile(const BSTR* fileName) {
 void RoundThePole::WriteNumbers(ProfileWriter& file) const {
     const double numbers[] = {headCentre[0], headCentre[1], headCentre[2],          safePositionX,
                               safePositionY, safePositionZ, requiredRotationAroundZ};
-    for (std::size_t i = 0; i < headGeometryEntries.size(); ++i)
-        WriteEntry(file, headGeometryEntries.at(i), numbers[i]);
+    RaisingGeometryErrors(writing, [&] {
+        for (std::size_t i = 0; i < headGeometryEntries.size(); ++i)
+            WriteHeadGeometryNumber(file, headGeometryEntries.at(i), numbers[i]);
+    });
 }
 
 void RoundThePole::ReadNumbers(const ProfileReader& file) {
-    const auto read = [&](std::size_t entry) { return ReadEntry(file, headGeometryEntries.at(entry)); };
+    const auto read = [&](std::size_t entry) {
+        return RaisingGeometryErrors(reading,
+                                     [&] { return ReadHeadGeometryNumber(file, headGeometryEntries.at(entry)); });
+    };
     for (int i = 0; i < 3; ++i) headCentre[i] = read(headCentreEntry + static_cast<std::size_t>(i));
     // Read a second time and not used: required.
     for (std::size_t i = 0; i < 3; ++i) read(headCentreEntry + i);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The common root of the geometry classes. All of them are values: copying one copies everything it holds.
+/// The base class of the geometry classes. All of them are values: a copy has its own data.
 class CMaObject {
 public:
     virtual ~CMaObject() = default;

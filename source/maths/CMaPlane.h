@@ -11,9 +11,7 @@ public:
     ///
     /// It passes through the mean of the points. Its normal is the direction of their smallest spread.
     ///
-    /// Accuracy: the error of the normal is at most 20 times the effect of rounding the coordinates by half a unit in
-    /// the last place, plus 1e-15 rad. If the second smallest spread a is near the smallest spread b, the 1e-15 rad are
-    /// multiplied by a b / (a^2 - b^2). The error of the point is at most 4 roundings of the largest coordinate.
+    /// Accuracy: that of CMaLine::Fit, for the normal with the second smallest spread a and the smallest spread b.
     /// Example: 40 points on 200 mm x 100 mm, 1 um of noise, coordinates of up to 1000 mm: the normal is within 1e-15
     /// rad and the point within 2e-13 mm.
     ///

@@ -83,8 +83,7 @@ void MovePlanner::CalculateLockMoves(RequiredMoves& moves, double a, double b) c
         moves.MoveToLockLeverAtSafeZ = PositionAtHeight(unlockedApproach, headGeometry.SafePositionZ());
         moves.ApproachLockLever = PositionOf(unlockedApproach);
         moves.EngageWithLockLever = PositionOf(unlocked);
-        // A fixed height over the lever, not the safe height: the head is locked, and the next move crosses no
-        // obstacle.
+        // A fixed height over the lever instead of the safe height: this is the last move of the plan.
         moves.DisengageFromLockLever = PositionAtHeight(locked, locked[2] + liftOverLockedLever);
     });
 }

@@ -10,28 +10,23 @@ namespace qmv40 {
 namespace {
 
 constexpr std::array<HeadSetting, headSettingCount> table{{
-    {"Head Centre To Drive Cup X Offset", "drive-cup-x", -6.95, "mm", HeadOffset::HeadCentreToDriveCup, Mirror::Never},
-    {"Head Centre To Drive Cup Y Offset", "drive-cup-y", 24.0, "mm", HeadOffset::HeadCentreToDriveCup, Mirror::Never},
-    {"Head Centre To Drive Cup Z Offset", "drive-cup-z", -11.5, "mm", HeadOffset::HeadCentreToDriveCup, Mirror::Never},
+    {"Head Centre To Drive Cup X Offset", "drive-cup-x", -6.95, "mm", HeadOffset::HeadCentreToDriveCup},
+    {"Head Centre To Drive Cup Y Offset", "drive-cup-y", 24.0, "mm", HeadOffset::HeadCentreToDriveCup},
+    {"Head Centre To Drive Cup Z Offset", "drive-cup-z", -11.5, "mm", HeadOffset::HeadCentreToDriveCup},
     {"Head Centre To Lever Centre X Offset", "lever-centre-x", 30.3, "mm", HeadOffset::HeadCentreToLeverCentre,
      Mirror::ByLeverSide},
-    {"Head Centre To Lever Centre Y Offset", "lever-centre-y", 0.0, "mm", HeadOffset::HeadCentreToLeverCentre,
-     Mirror::Never},
-    {"Head Centre To Lever Centre Z Offset", "lever-centre-z", -32.25, "mm", HeadOffset::HeadCentreToLeverCentre,
-     Mirror::Never},
-    {"Lever Centre To Ball Centre X Offset", "ball-centre-x", 0.0, "mm", HeadOffset::LeverCentreToBallCentre,
-     Mirror::Never},
+    {"Head Centre To Lever Centre Y Offset", "lever-centre-y", 0.0, "mm", HeadOffset::HeadCentreToLeverCentre},
+    {"Head Centre To Lever Centre Z Offset", "lever-centre-z", -32.25, "mm", HeadOffset::HeadCentreToLeverCentre},
+    {"Lever Centre To Ball Centre X Offset", "ball-centre-x", 0.0, "mm", HeadOffset::LeverCentreToBallCentre},
     {"Lever Centre To Ball Centre Y Offset", "ball-centre-y", -19.3, "mm", HeadOffset::LeverCentreToBallCentre,
      Mirror::ByLeverState},
-    {"Lever Centre To Ball Centre Z Offset", "ball-centre-z", -4.3, "mm", HeadOffset::LeverCentreToBallCentre,
-     Mirror::Never},
-    {"Locked To Unlocked X Offset", "unlocked-x", 0.0, "mm", HeadOffset::LockedToUnlocked, Mirror::Never},
-    {"Locked To Unlocked Y Offset", "unlocked-y", 0.0, "mm", HeadOffset::LockedToUnlocked, Mirror::Never},
-    {"Locked To Unlocked Z Offset", "unlocked-z", -1.5, "mm", HeadOffset::LockedToUnlocked, Mirror::Never},
-    {"Locked To Unlocked Lever Rotation", "unlocking-rotation", 135.0, "deg", HeadOffset::UnlockingRotation,
-     Mirror::Never},
+    {"Lever Centre To Ball Centre Z Offset", "ball-centre-z", -4.3, "mm", HeadOffset::LeverCentreToBallCentre},
+    {"Locked To Unlocked X Offset", "unlocked-x", 0.0, "mm", HeadOffset::LockedToUnlocked},
+    {"Locked To Unlocked Y Offset", "unlocked-y", 0.0, "mm", HeadOffset::LockedToUnlocked},
+    {"Locked To Unlocked Z Offset", "unlocked-z", -1.5, "mm", HeadOffset::LockedToUnlocked},
+    {"Locked To Unlocked Lever Rotation", "unlocking-rotation", 135.0, "deg", HeadOffset::UnlockingRotation},
     // The name is required with these capitals, unlike those of its partner.
-    {"UnLocked To locked Lever Rotation", "locking-rotation", 138.0, "deg", HeadOffset::LockingRotation, Mirror::Never},
+    {"UnLocked To locked Lever Rotation", "locking-rotation", 138.0, "deg", HeadOffset::LockingRotation},
 }};
 
 } // namespace

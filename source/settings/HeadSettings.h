@@ -13,11 +13,11 @@
 /// Each dimension has a built-in value, which a text value in the settings store may override on one machine. The
 /// settings of one offset are read together, in the order of the table. For the first one the buffer has 255 bytes; for
 /// each other one it is as long as the stored text before it (terminators included). After a setting that cannot be
-/// read, all later settings of the same offset have their built-in values. This is required.
+/// read, all later settings of the same offset have their built-in values. This is required. So a text that is stored
+/// for Y or Z alone, or that is longer than the one before it, has no effect.
 ///
 /// A text that does not begin with a number is read as 0.0, not as the built-in value: this is required too. Numbers
-/// are in the C locale. Two consequences: a text that is stored for Y or Z alone has no effect, and neither has a text
-/// that is longer than the one before it.
+/// are in the C locale.
 namespace qmv40 {
 
 class SettingsKey;
@@ -44,11 +44,11 @@ enum class Mirror {
 
 struct HeadSetting {
     const char* name;      ///< as it is stored; letter case makes no difference
-    const char* shortName; ///< as a person types it
+    const char* shortName; ///< on the command line of the tool
     double builtIn;
     const char* unit; ///< "mm" (the unit of the captured points) or "deg"
     HeadOffset offset;
-    Mirror mirror;
+    Mirror mirror = Mirror::Never;
 };
 
 inline constexpr std::size_t headSettingCount = 14;

@@ -1,7 +1,7 @@
-// Prints what the component computes for every capture under scenarios/ and every reference head, each number as the 16
-// hexadecimal digits of its bits. Two builds of the component are equal to the last bit when they print the same.
-//   plans_in_bits         350 plans of each capture, and of each reference head the plans that it comes with
-//   plans_in_bits wide    350 plans of each reference head as well
+// Prints the results of the component for every capture under scenarios/ and every reference head, each number as the
+// 16 hexadecimal digits of its bits. Two builds of the component are equal to the last bit if they print the same.
+//   plans_in_bits         350 plans of each capture, and the plans in the file of each reference head
+//   plans_in_bits wide    also 350 plans of each reference head
 
 #include "Component.h"
 #include "formats/NumberText.h"
@@ -110,7 +110,8 @@ void PrintPlan(IQMVCalculator2& calculator, const ReferenceHead::Position& from,
 void PrintPlans(IQMVCalculator2& calculator, const Head& head, bool isWide) {
     for (const ReferenceHead::Plan& plan : head.ownPlans) PrintPlan(calculator, plan.from, plan.to);
     if (!head.ownPlans.empty() && !isWide) return;
-    // Neither factor has a divisor in common with the count: every position is a start twice, and a target twice.
+    // The factors and the number of positions have no common divisor: each position is a start twice and a target
+    // twice.
     for (const unsigned factor : {36U, 73U})
         for (unsigned from = 0; from < positionCount; ++from)
             PrintPlan(calculator, Position(from), Position((from * factor + 11) % positionCount));

@@ -28,19 +28,19 @@ protected:
     ComPointer<IQMVCalculator2> calculator = TwoGeometries::Calculator(folder.Path(), 1);
 };
 
-TEST_F(AwkwardFiles, AreSavedAndLoadedUnderEveryNameThatTheFileSystemTakes) {
+TEST_F(AwkwardFiles, AreSavedAndLoadedUnderUnusualNames) {
     const struct {
         const char8_t* name;
         const char* why;
     } names[] = {
         {u8"head", "no extension"},
         {u8"head geometry of the left arm.ini", "blanks"},
-        {u8" leading.ini", "a blank at the front"},
-        {u8".ini", "nothing but an extension"},
+        {u8" leading.ini", "a blank at the beginning"},
+        {u8".ini", "an extension only"},
         {u8"[head].ini", "brackets"},
-        {u8"a=b;c.ini", "what has a meaning in the file"},
+        {u8"a=b;c.ini", "characters with a meaning in the file"},
         {u8"100%.ini", "percent sign"},
-        {u8"%TEMP%.ini", "which is not expanded"},
+        {u8"%TEMP%.ini", "the name of a variable"},
         {u8"Köpfe µm.ini", "letters beyond ASCII"},
         {u8"it's.ini", "an apostrophe"},
         {u8"HEAD.INI", "capitals"},
@@ -52,14 +52,14 @@ TEST_F(AwkwardFiles, AreSavedAndLoadedUnderEveryNameThatTheFileSystemTakes) {
         ASSERT_EQ(Saving(path).code, S_OK);
         EXPECT_TRUE(fs::is_regular_file(path));
         const fs::directory_iterator files(own.Path());
-        EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "and nothing besides";
+        EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "no other file may be left";
         const auto loader = CreateCalculator();
         EXPECT_EQ(Loading(*loader.Get(), path).code, S_OK);
         EXPECT_EQ(TwoGeometries::HeldBy(*loader.Get()), 1);
     }
 }
 
-TEST_F(AwkwardFiles, MayBeInFoldersWithSuchNames) {
+TEST_F(AwkwardFiles, AreSavedInFoldersWithUnusualNames) {
     const auto place = folder.Path() / fs::path(u8"Meßmaschine 1 [links]") / fs::path(u8"a.b;c");
     fs::create_directories(place);
     ASSERT_EQ(Saving(place / "head.ini").code, S_OK);
@@ -68,7 +68,7 @@ TEST_F(AwkwardFiles, MayBeInFoldersWithSuchNames) {
     EXPECT_EQ(TwoGeometries::HeldBy(*loader.Get()), 1);
 }
 
-TEST_F(AwkwardFiles, AreRefusedWithTheirOwnCodesWhereNoFileCanBe) {
+TEST_F(AwkwardFiles, AreRefusedWhereNoFileCanBeCreated) {
     const auto file = folder.Path("file");
     std::ofstream(file) << "not a folder";
     const auto directory = folder.Path("directory");
@@ -78,10 +78,10 @@ TEST_F(AwkwardFiles, AreRefusedWithTheirOwnCodesWhereNoFileCanBe) {
         const char* why;
     } places[] = {
         {folder.Path("none") / "head.ini", "the folder is missing"},
-        {folder.Path("none") / "none" / "head.ini", "and the one above it"},
-        {directory, "a folder has the name"},
-        {file / "head.ini", "a file in the folder's place"},
-        {directory / (std::string(300, 'x') + ".ini"), "no file system has so long names"},
+        {folder.Path("none") / "none" / "head.ini", "the folder and its parent are missing"},
+        {directory, "the name of a folder"},
+        {file / "head.ini", "a file instead of the folder"},
+        {directory / (std::string(300, 'x') + ".ini"), "a name that is too long"},
     };
     for (const auto& [place, why] : places) {
         SCOPED_TRACE(why);
@@ -94,11 +94,11 @@ TEST_F(AwkwardFiles, AreRefusedWithTheirOwnCodesWhereNoFileCanBe) {
         EXPECT_EQ(loaded.code, QMV_E_READ_FROM_FILE);
         ASSERT_TRUE(loaded.record);
         EXPECT_EQ(loaded.record->source, L"RoundThePole::ReadDoubleFromIniFile");
-        EXPECT_EQ(TwoGeometries::HeldBy(*calculator.Get()), 1) << "what was there before stays";
+        EXPECT_EQ(TwoGeometries::HeldBy(*calculator.Get()), 1) << "the geometry must not change";
     }
     EXPECT_TRUE(fs::is_empty(directory));
     EXPECT_EQ(TwoGeometries::ContentOf(file), "not a folder");
-    EXPECT_EQ(Saving(folder.Path("head.ini")).code, S_OK) << "the object is none the worse for it";
+    EXPECT_EQ(Saving(folder.Path("head.ini")).code, S_OK) << "the object must still work";
 }
 
 /// A folder so deep that the name of a file in it has `length` characters.
@@ -108,7 +108,7 @@ fs::path DeepFile(const fs::path& root, std::size_t length) {
     return place / std::string(length - place.native().size() - 1, 'f');
 }
 
-TEST_F(AwkwardFiles, AreSavedWholeOrRefusedWhenTheirNamesAreLong) {
+TEST_F(AwkwardFiles, WithLongNamesAreSavedWholeOrRefused) {
     for (const std::size_t length :
          {200U, 240U, 250U, 255U, 259U, 260U, 300U, 1000U, 4000U, 4090U, 4096U, 5000U, 40000U}) {
         SCOPED_TRACE(length);
@@ -124,7 +124,7 @@ TEST_F(AwkwardFiles, AreSavedWholeOrRefusedWhenTheirNamesAreLong) {
         } else {
             EXPECT_EQ(saved.code, QMV_E_WRITE_TO_FILE);
             EXPECT_EQ(loaded.code, QMV_E_READ_FROM_FILE);
-            EXPECT_GT(length, 255U) << "every platform takes a name of that length";
+            EXPECT_GT(length, 255U) << "every platform accepts a name of this length";
         }
     }
     EXPECT_EQ(Saving(folder.Path("head.ini")).code, S_OK);

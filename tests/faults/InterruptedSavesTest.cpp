@@ -16,14 +16,14 @@
 
 using namespace qmv40;
 
-/// A process that saves is killed, or others save at the same time: the file always holds one whole geometry, and
-/// everything else that was in it.
+/// A process that saves is killed, or others save at the same time: the file always contains one whole geometry and its
+/// other lines.
 
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Saves, and tells whether that ended as it may while others have the file open.
+/// Saves. True for a success, and for a refusal that is permitted while others have the file open.
 bool IsDoneOrRefused(IQMVCalculator2& calculator, BSTR* name, int& saved) {
     const Raised save = ReturnedBy([&] { return calculator.SaveHeadGeometryToFile(name); });
     if (save.code == S_OK) ++saved;
@@ -35,7 +35,7 @@ int SavesInTurnForEver(const fs::path& path) {
     const auto first = TwoGeometries::Calculator(own.Path(), 1);
     const auto second = TwoGeometries::Calculator(own.Path(), 2);
     Bstr name(path);
-    fs::remove_all(own.Path()); // nobody will tidy up behind a killed process
+    fs::remove_all(own.Path()); // a killed process cannot remove its folder
     int saved = 0;
     while (IsDoneOrRefused(*second.Get(), name.Address(), saved) &&
            IsDoneOrRefused(*first.Get(), name.Address(), saved)) {
@@ -45,7 +45,7 @@ int SavesInTurnForEver(const fs::path& path) {
 
 constexpr int savesOfAnother = 60;
 
-/// Each of the two in turn, or a save would mostly find what it would write.
+/// Saves the two geometries in turn, so that each save changes the file.
 int SavesOften(const fs::path& path, int first) {
     const TemporaryFolder own;
     const ComPointer<IQMVCalculator2> calculators[] = {TwoGeometries::Calculator(own.Path(), first),
@@ -69,7 +69,7 @@ std::size_t OtherFilesIn(const fs::path& folder) {
     return others;
 }
 
-/// Removes what a killed saver left beside the file, and counts it.
+/// Removes and counts the copies that a killed process left.
 std::size_t RemoveOthersIn(const fs::path& folder) {
     std::vector<fs::path> others;
     for (const auto& entry : fs::directory_iterator(folder))
@@ -78,7 +78,7 @@ std::size_t RemoveOthersIn(const fs::path& folder) {
     return others.size();
 }
 
-/// The saver has begun when the file holds what it writes first.
+/// Waits until the file contains the first geometry of the saving process.
 bool WaitUntilItSaves(const fs::path& path, ChildProcess& saver) {
     while (TwoGeometries::HeldByFile(path) != 2) {
         if (!saver.IsRunning()) return false;
@@ -87,7 +87,8 @@ bool WaitUntilItSaves(const fs::path& path, ChildProcess& saver) {
     return true;
 }
 
-/// As often a tenth of a millisecond as ten: a save takes less than one on one machine and a hundred on another.
+/// A random time whose logarithm is uniform, from 0.1 ms to 10 ms: a save takes less than 1 ms on one machine and 100
+/// ms on another.
 std::chrono::microseconds SomeTime(std::mt19937_64& random) {
     constexpr double shortest = 100.0, longest = 300000.0;
     const double share = std::uniform_real_distribution<double>(0.0, 1.0)(random);
@@ -103,7 +104,7 @@ protected:
     Bstr name{path};
 };
 
-TEST_F(InterruptedSave, LeavesOneGeometryWholeWheneverTheProcessIsKilled) {
+TEST_F(InterruptedSave, LeavesOneWholeGeometryAfterAKill) {
     constexpr std::uint64_t seed = 20261120;
     SCOPED_TRACE(seed);
     std::mt19937_64 random(seed);
@@ -123,7 +124,7 @@ TEST_F(InterruptedSave, LeavesOneGeometryWholeWheneverTheProcessIsKilled) {
     }
     std::cout << "killed " << Rounds(killings) << " times: " << found[1] << " first geometries, " << found[2]
               << " second ones, " << others << " copies left behind" << std::endl;
-    EXPECT_LE(others, static_cast<std::size_t>(Rounds(killings))) << "at most one by each killed process";
+    EXPECT_LE(others, static_cast<std::size_t>(Rounds(killings))) << "each killed process may leave at most one copy";
 
     const int next = TwoGeometries::HeldByFile(path) == 1 ? 2 : 1;
     const auto calculator = TwoGeometries::Calculator(folder.Path(), next);
@@ -132,7 +133,7 @@ TEST_F(InterruptedSave, LeavesOneGeometryWholeWheneverTheProcessIsKilled) {
     EXPECT_EQ(OtherFilesIn(folder.Path()), 0U);
 }
 
-TEST_F(InterruptedSave, IsNoMatterOfTwoProcessesThatSaveAtOnceWhileAThirdLoads) {
+TEST_F(InterruptedSave, OfTwoProcessesNeverGivesAMixture) {
     TwoGeometries::Put(path, 1);
     ChildProcess one("saves the first first", path);
     ChildProcess other("saves the second first", path);
@@ -141,11 +142,11 @@ TEST_F(InterruptedSave, IsNoMatterOfTwoProcessesThatSaveAtOnceWhileAThirdLoads) 
     while (one.IsRunning() || other.IsRunning()) {
         ASSERT_EQ(loader->LoadHeadGeometryFromFile(name.Address()), S_OK);
         const int held = TwoGeometries::HeldBy(*loader.Get());
-        ASSERT_NE(held, 0) << "something of each";
+        ASSERT_NE(held, 0) << "a mixture of both geometries";
         ++loaded[held];
-        std::this_thread::sleep_for(std::chrono::milliseconds(2)); // nobody loads all the time
+        std::this_thread::sleep_for(std::chrono::milliseconds(2)); // programs do not load all the time
     }
-    EXPECT_EQ(one.Wait(), 0) << "each save is done or refused with its code, and not all are refused";
+    EXPECT_EQ(one.Wait(), 0) << "each save must succeed or be refused with its code, and some must succeed";
     EXPECT_EQ(other.Wait(), 0);
     EXPECT_NE(TwoGeometries::HeldByFile(path), 0) << TwoGeometries::ContentOf(path);
     EXPECT_EQ(OtherFilesIn(folder.Path()), 0U);

@@ -1,5 +1,5 @@
-// What a call costs in a host that runs with 53 bits of x87 precision, as programs of the platform start. A
-// measurement, not a test: nothing fails by taking long.
+// The time of a call in a host with 53 bits of x87 precision, the default of programs of the platform. This is a
+// measurement, not a test: long times are no failure.
 
 #include "hosts/Imports.h"
 #include "hosts/Subjects.h"
@@ -13,8 +13,8 @@ double Nanoseconds(long long ticks, int calls) {
     return static_cast<double>(ticks) * 1e9 / static_cast<double>(perSecond) / calls;
 }
 
-/// The shortest mean of many short rounds: other programs can only make a round longer, and a short one often comes to
-/// its end between them.
+/// The shortest mean of many short rounds. Other programs can only make a round longer, and many short rounds are not
+/// interrupted.
 template <class Call> void Print(const char* what, int rounds, int calls, Call&& call) {
     double shortest = 1e300;
     for (int round = 0; round < rounds; ++round) {
@@ -29,7 +29,7 @@ template <class Call> void Print(const char* what, int rounds, int calls, Call&&
     printf("  %-40s %8.0f ns\n", what, shortest);
 }
 
-/// Stands in for the opening of a key of the registry: there is none, at once.
+/// Replaces the opening of a registry key: returns at once that there is none.
 long __stdcall NoKey(void*, const char*, DWORD, DWORD, void**) { return 2; }
 
 void PrintTable(const Server& server, IQMVCalculator2& calculator, int rounds) {
@@ -51,7 +51,7 @@ void PrintTable(const Server& server, IQMVCalculator2& calculator, int rounds) {
     Print("CalculateMove, refused", rounds, few, [&] { ThrownByCalculateMove(calculator, 50.0, 90.0, &moves); });
     Print("GetStartPosition", rounds, few, [&] { calculator.GetStartPosition(&position); });
     const ReplacedImport withoutSettings(server.Module(), "RegOpenKeyExA", reinterpret_cast<void*>(NoKey));
-    Expect(withoutSettings.IsDone(), "the component asks nobody for its settings");
+    Expect(withoutSettings.IsDone(), "the component does not read settings");
     Print("CalculateMove, no settings to read", 4 * rounds, few, plan);
 }
 

@@ -1,11 +1,11 @@
-// A host's floating-point control words change no result and are put back.
+// A host's floating-point control words change no result and are restored.
 
 #include "hosts/Subjects.h"
 #include "hosts/WholeJob.h"
 
 namespace {
 
-/// The processor's two control words: x87 and MXCSR. The latter holds flags too.
+/// The processor's two control words: x87 and MXCSR. MXCSR contains flags too.
 struct Words {
     unsigned short x87;
     unsigned int mxcsr;
@@ -51,8 +51,8 @@ void ControlWords(int rounds) {
                  {{0x007F, mxcsrDefault}, "24 bits: older graphics libraries set it"},
                  {{0x0340, 0x0000}, "every exception is a trap"},
                  {{0x0B7F, mxcsrDefault | 0x4000U}, "both units round up"},
-                 {{0x0F7F, mxcsrDefault | 0x6000U}, "both units cut off"},
-                 {{x87Default, mxcsrDefault | 0x8040U}, "tiny numbers count as zero"}};
+                 {{0x0F7F, mxcsrDefault | 0x6000U}, "both units truncate"},
+                 {{x87Default, mxcsrDefault | 0x8040U}, "subnormal numbers count as zero"}};
     const Server server;
     WholeJob job(0);
     AlignmentPoints aPoints(AlignmentPoints::A);

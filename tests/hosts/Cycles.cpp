@@ -1,4 +1,5 @@
-// A host loads and frees the component as often as it likes: handles, places for thread data and memory stay the same.
+// A host loads and frees the component many times: the numbers of handles, thread-local storage slots and bytes stay
+// the same.
 
 #include "hosts/Subjects.h"
 #include "hosts/WholeJob.h"
@@ -6,8 +7,8 @@
 namespace {
 
 struct Figures {
-    long slots = 0;   ///< places for thread data that are taken
-    long handles = 0; ///< open ones of this process
+    long slots = 0;   ///< used thread-local storage slots
+    long handles = 0; ///< open handles of this process
     long long heapBytes = 0;
     long long privateBytes = 0;
 
@@ -18,7 +19,7 @@ struct Figures {
     }
 };
 
-/// Takes every place that is free, counts them and gives them back. There are 1088 in all.
+/// Allocates all free thread-local storage slots, counts them and frees them. There are 1088 in all.
 long SlotsTaken() {
     constexpr long all = 1088;
     static DWORD taken[all];
@@ -32,7 +33,7 @@ long SlotsTaken() {
     return all - count;
 }
 
-/// One of the system's list of all handles of all processes.
+/// An entry of the system's list of all handles of all processes.
 struct HandleEntry {
     void* object;
     Size process, value;
@@ -82,7 +83,7 @@ void OneCycle(FileName& fileName) {
     IQMVCalculator2* const calculator = server.Create();
     RequiredMoves moves{};
     Expect(ThrownByCalculateMove(*calculator, 0.0, 0.0, &moves) != S_OK, "a call is refused");
-    Expect(RecordSays(L"Head Geometry has not been supplied and/or loaded"), "the error record tells why");
+    Expect(RecordSays(L"Head Geometry has not been supplied and/or loaded"), "the error record has the reason");
     Expect(calculator->SaveHeadGeometryToFile(fileName.Address()) == S_OK, "a geometry is saved");
     Expect(server.CanUnloadNow() == S_FALSE, "a calculator keeps the component loaded");
     calculator->Release();
@@ -92,23 +93,23 @@ void OneCycle(FileName& fileName) {
 } // namespace
 
 void Cycles(int rounds) {
-    // What the platform's other threads may take over a whole run: far below one block a round.
+    // Allocations of the platform's other threads in a whole run: far below one block for each round.
     constexpr long long strayBytes = 1024;
     constexpr long long strayPrivateBytes = 1 << 20;
     constexpr int warmUp = 50;
-    SetEnvironmentVariableW(L"OANOCACHE", L"1"); // the platform keeps freed texts unless told not to
+    SetEnvironmentVariableW(L"OANOCACHE", L"1"); // without it the platform keeps freed texts
     FileName fileName(0);
     for (int i = 0; i < warmUp; ++i) OneCycle(fileName);
     const Figures before = Figures::Now();
     for (int i = 0; i < rounds; ++i) OneCycle(fileName);
     const Figures after = Figures::Now();
-    before.Print(warmUp); // not earlier: printing takes memory
+    before.Print(warmUp); // not earlier, because printing allocates memory
     after.Print(warmUp + rounds);
     Expect(before.slots > 0 && before.handles > 0 && before.heapBytes > 0, "there is something to count");
-    Expect(after.slots == before.slots, "no place for thread data is left behind", after.slots - before.slots);
-    Expect(after.handles == before.handles, "no handle is left behind", after.handles - before.handles);
+    Expect(after.slots == before.slots, "no thread-local storage slot is lost", after.slots - before.slots);
+    Expect(after.handles == before.handles, "no handle is lost", after.handles - before.handles);
     const long long heapGrowth = after.heapBytes - before.heapBytes;
-    Expect(heapGrowth <= strayBytes, "no memory is left behind", static_cast<long>(heapGrowth));
+    Expect(heapGrowth <= strayBytes, "no memory is lost", static_cast<long>(heapGrowth));
     const long long privateGrowth = after.privateBytes - before.privateBytes;
     Expect(privateGrowth <= strayPrivateBytes, "the process does not grow", static_cast<long>(privateGrowth));
 }

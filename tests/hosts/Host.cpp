@@ -11,7 +11,7 @@ constexpr unsigned short records = 36; // VT_RECORD
 volatile long failures = 0;
 volatile long destroyed = 0;
 
-/// Something that a frame of the host has to clean up when an exception passes.
+/// An object in a function of the host, which an exception must destroy.
 struct Cleanup {
     ~Cleanup() { __atomic_add_fetch(&destroyed, 1, __ATOMIC_RELAXED); }
 };
@@ -22,7 +22,7 @@ const wchar_t* ServerPath(wchar_t* path) {
     return path;
 }
 
-/// What describes the record of an alignment point, out of the component's own type library.
+/// The record information of an alignment point, from the component's type library.
 IUnknown* AlignmentRecord() {
     wchar_t path[512];
     ITypeLib* library = nullptr;

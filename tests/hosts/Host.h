@@ -4,10 +4,10 @@
 
 /// Prints `what` and remembers the failure unless `holds`.
 void Expect(bool holds, const char* what, long detail = 0);
-/// What the program returns: 0 when everything that was expected held.
+/// The exit code of the program: 0 if all expectations were met.
 int Verdict();
 
-/// The component loaded from beside the program.
+/// The component, loaded from the folder of the program.
 class Server {
 public:
     Server();
@@ -24,8 +24,8 @@ private:
     HMODULE module;
 };
 
-/// An array of records as the platform makes it, filled with points of a head that is mounted turned by 10 degrees at
-/// (100, -200, 300): A turned from 0 to 90 with B at 45, or B from -180 to 90 with A at 60.
+/// An array of records, created by the platform, with points of a head with its centre at (100, -200, 300), mounted
+/// turned by 10 degrees: A turned from 0 to 90 with B at 45, or B from -180 to 90 with A at 60.
 class AlignmentPoints {
 public:
     enum Axis { A, B };
@@ -55,10 +55,10 @@ private:
     BSTR text;
 };
 
-/// What one call of CalculateMove threw, 0 for nothing; counts the objects that were destroyed on the way to the catch.
+/// The code that a call of CalculateMove threw, 0 for none. Counts the objects that the exception destroyed.
 HRESULT ThrownByCalculateMove(IQMVCalculator2& calculator, double a, double b, RequiredMoves* moves);
-/// How many objects the call above has destroyed so far, on all threads.
+/// The number of objects that exceptions have destroyed so far, in all threads.
 long ObjectsDestroyed();
 
-/// Whether the thread's error record has this description. Takes the record.
+/// Whether the thread's error record has this description. Removes the record.
 bool RecordSays(const wchar_t* description);

@@ -4,7 +4,7 @@
 
 namespace {
 
-// Places in an image, as the platform's documentation gives them.
+// Offsets in an image, from the platform's documentation.
 constexpr DWORD placeOfHeader = 0x3C;
 constexpr DWORD imports = 24 + (sizeof(void*) == 8 ? 120 : 104); // counted from the header
 constexpr DWORD namesOfModule = 0;                               // counted from a module's entry
@@ -14,7 +14,7 @@ constexpr DWORD sizeOfEntry = 20;
 constexpr DWORD hintBeforeName = 2;
 constexpr Size byNumber = Size{1} << (8 * sizeof(Size) - 1); // an import that has no name
 
-/// Where the module keeps the address of the function.
+/// The entry of the module's import table with the address of the function.
 void** ImportOf(void* module, const char* function) {
     unsigned char* const image = static_cast<unsigned char*>(module);
     const auto word = [image](DWORD place) { return *reinterpret_cast<const unsigned int*>(image + place); };

@@ -1,6 +1,6 @@
 #pragma once
 
-/// A loaded module calls another function instead of one that it imports by its name, for the length of a scope.
+/// During a scope, a loaded module calls another function instead of one that it imports by name.
 class ReplacedImport {
 public:
     ReplacedImport(void* module, const char* function, void* replacement);

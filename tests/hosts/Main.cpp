@@ -1,5 +1,5 @@
-// A host that is not built as the component is: compiled for the platform's own C++ conventions, with the platform's
-// own unwinding. The same program built by the component's own compiler must see the same.
+// A host that another compiler builds: for the platform's own C++ conventions, with the platform's unwinding. The same
+// program built by the component's compiler must have the same results.
 //   <program> <subject> [rounds]
 
 #include "hosts/Host.h"

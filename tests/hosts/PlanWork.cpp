@@ -1,5 +1,5 @@
-// What a call of CalculateMove costs beyond its work: the planner is called inside this program, and through the
-// component, in turn, both without settings to read. A measurement, not a test.
+// The time of a call of CalculateMove beyond its work: the planner is called in this program and through the component
+// in turn, both without settings to read. This is a measurement, not a test.
 
 #include "calculator/CQMVCalculator.h"
 #include "tests/hosts/Imports.h"
@@ -31,7 +31,7 @@ public:
     void Plan(double a, double b, RequiredMoves& moves) const { PlanMoves(a, b, moves); }
 };
 
-/// The mean of some calls: short enough to come to its end between two turns of other programs.
+/// The mean of some calls, so short that other programs seldom interrupt them.
 template <class Call> double Nanoseconds(const Call& call) {
     using Clock = std::chrono::steady_clock;
     constexpr int calls = 20;
@@ -46,7 +46,7 @@ double MiddleOf(std::vector<double> values) {
     return *middle;
 }
 
-/// Ready to plan, with a head that is mounted turned by 10 degrees at (100, -200, 300).
+/// Has a position and a head with its centre at (100, -200, 300), mounted turned by 10 degrees.
 void Prepare(IQMVCalculator& calculator) {
     SimulatedHead head;
     head.pole = {100.0, -200.0, 300.0};
@@ -60,7 +60,7 @@ void Prepare(IQMVCalculator& calculator) {
 
 } // namespace
 
-// The program is linked so that its opening of a key comes here.
+// The linker directs the opening of a registry key to this function.
 extern "C" {
 extern decltype(&RegOpenKeyExA) __wrap___imp_RegOpenKeyExA;
 decltype(&RegOpenKeyExA) __wrap___imp_RegOpenKeyExA = NoKey;
@@ -73,7 +73,7 @@ int main() {
     Prepare(planner);
     Prepare(*calculator.Get());
     const ReplacedImport withoutSettings(server.Module(), "RegOpenKeyExA", reinterpret_cast<void*>(NoKey));
-    const unsigned short controlWord = 0x027F; // as programs of the platform start
+    const unsigned short controlWord = 0x027F; // the default of programs of the platform
     asm volatile("fldcw %0" : : "m"(controlWord));
     RequiredMoves moves{};
     std::vector<double> inside, called, beyond;

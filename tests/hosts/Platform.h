@@ -1,8 +1,8 @@
 #pragma once
 
-/// The few declarations of the platform and of the component's interface that this client needs, written by hand: a
-/// compiler of the platform's own conventions is tried without the platform's headers. Names and layouts are those of
-/// the platform's documentation and of CoQMV40Calculator.idl.
+/// The declarations of the platform and of the component's interface that this client needs. They are written by hand,
+/// because the platform's headers are not available for this compiler. Names and layouts are those of the platform's
+/// documentation and of CoQMV40Calculator.idl.
 
 using HRESULT = long;
 using HANDLE = void*;

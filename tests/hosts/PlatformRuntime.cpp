@@ -1,5 +1,5 @@
-// What the platform's compiler finds in its own library, which is not here: the table that descriptions of types point
-// to, the mark of floating point, and the start of the program.
+// The parts of the platform's compiler library that this program needs, because the library is not available: the
+// virtual table of type descriptors, the mark of floating point, and the entry point.
 
 extern "C" {
 extern const void* const tableOfTypes[1] __asm__("??_7type_info@@6B@");

@@ -1,4 +1,4 @@
-// What CalculateMove throws arrives as a `long` in any program, and the program goes on.
+// Every host can catch the code that CalculateMove throws as a `long`, and continues.
 
 #include "hosts/Subjects.h"
 #include "hosts/WholeJob.h"
@@ -9,8 +9,8 @@ constexpr HRESULT noGeometry = static_cast<HRESULT>(0x8A000003);
 constexpr HRESULT noPosition = static_cast<HRESULT>(0x8A000004);
 constexpr HRESULT badTarget = static_cast<HRESULT>(0x8A00000E);
 
-/// Calls with nothing around the call that would catch, so that the exception passes through a frame that has something
-/// to clean up, is caught as anything, thrown again and caught as what it is.
+/// Calls without a catch in the same function. The exception passes through a function with an object that it must
+/// destroy, is caught by `catch (...)`, thrown again, and caught as a code.
 HRESULT CaughtTwice(IQMVCalculator2& calculator, double a, double b) {
     try {
         RequiredMoves moves{};
@@ -30,8 +30,8 @@ void ExpectRefused(IQMVCalculator2& calculator, double a, double b, HRESULT code
     const long before = ObjectsDestroyed();
     const HRESULT thrown = ThrownByCalculateMove(calculator, a, b, &moves);
     Expect(thrown == code, "the code is caught as a long", thrown);
-    Expect(ObjectsDestroyed() == before + 1, "what stood on the way was destroyed once");
-    Expect(RecordSays(description), "the error record tells why");
+    Expect(ObjectsDestroyed() == before + 1, "an object on the way was destroyed once");
+    Expect(RecordSays(description), "the error record has the reason");
     Expect(CaughtTwice(calculator, a, b) == code, "the code can be thrown again");
 }
 

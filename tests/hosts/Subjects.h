@@ -1,6 +1,6 @@
 #pragma once
 
-/// What the program tries, one subject a run. The number is that of the rounds.
+/// The subjects of the program; each run tests one. The argument is the number of rounds.
 
 void Refusals(int rounds);
 void ControlWords(int rounds);

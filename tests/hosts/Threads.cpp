@@ -1,4 +1,4 @@
-// Several threads, each in an apartment of its own with calculators of its own, get the same answers as one.
+// Several threads, each with its own apartment and calculators, get the same results as one thread.
 
 #include "hosts/Subjects.h"
 #include "hosts/WholeJob.h"
@@ -20,7 +20,7 @@ DWORD __stdcall Work(void* given) {
         for (int i = 0; i < worker.rounds; ++i) {
             Answers actual;
             job.Do(*worker.server, actual);
-            Expect(Same(actual, *worker.expected), "a thread gets the answers of one alone", worker.number);
+            Expect(Same(actual, *worker.expected), "a thread gets the results of a single thread", worker.number);
         }
     }
     CoUninitialize();

@@ -2,7 +2,7 @@
 
 #include "hosts/Host.h"
 
-/// Every number and code that a caller gets of all eight methods, called well and badly.
+/// All numbers and codes that a caller gets from all eight methods, with right and wrong calls.
 struct Answers {
     RequiredMoves plan, planBack;
     XYZData start, pole;
@@ -10,13 +10,13 @@ struct Answers {
     HRESULT refused[4];
 };
 
-/// What all eight methods are given, made beforehand: while they are called nothing is computed but by the component.
+/// The arguments of all eight methods, prepared before: during the calls only the component computes.
 /// Two jobs with the same number write the same file.
 class WholeJob {
 public:
     explicit WholeJob(int number) : fileName(number), aPoints(AlignmentPoints::A), bPoints(AlignmentPoints::B) {}
 
-    /// On a new calculator. The answers are all zero bits where nothing was answered.
+    /// Runs with a new calculator. Results that no call has written are zero.
     void Do(const Server& server, Answers& answers);
 
 private:
@@ -25,5 +25,5 @@ private:
     AlignmentPoints bPoints;
 };
 
-/// The answers of one job are those of another to the last bit.
+/// Whether the results of two jobs are equal to the last bit.
 bool Same(const Answers& one, const Answers& other);

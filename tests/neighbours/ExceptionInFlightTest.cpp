@@ -6,7 +6,7 @@
 
 #include <exception>
 
-/// A host that calls while an exception of its own is on its way up: from a destructor that runs because of it.
+/// A host calls the component in a destructor while the stack is unwound for the host's own exception.
 
 namespace {
 
@@ -24,8 +24,8 @@ TEST_F(ExceptionInFlight, ChangesNothing) {
     ExpectSame(actual, expected);
 }
 
-// What CalculateMove throws is the destructor's to catch: one that let it out would end the program, whoever threw.
-TEST_F(ExceptionInFlight, LeavesTheDestructorToCatchWhatCalculateMoveThrows) {
+// The destructor must catch the code of CalculateMove: an exception that leaves a destructor ends the program.
+TEST_F(ExceptionInFlight, CanBeFollowedByACaughtCodeOfCalculateMove) {
     const auto calculator = CreateCalculator();
     RequiredMoves moves{};
     HRESULT caught = S_OK;
@@ -42,7 +42,7 @@ TEST_F(ExceptionInFlight, LeavesTheDestructorToCatchWhatCalculateMoveThrows) {
     EXPECT_EQ(record->description, L"Head Geometry has not been supplied and/or loaded");
 }
 
-TEST_F(ExceptionInFlight, MayBeMetAgainAndAgainInItsHandler) {
+TEST_F(ExceptionInFlight, CanBeFollowedByOthersInItsHandler) {
     const auto calculator = CreateCalculator();
     RequiredMoves moves{};
     for (int i = 0; i < 3; ++i) {

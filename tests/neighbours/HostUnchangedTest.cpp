@@ -4,7 +4,7 @@
 
 #include <cerrno>
 
-/// What a process has set for all that runs in it is the same after every call.
+/// The settings of the process are the same after every call.
 
 namespace {
 

@@ -5,14 +5,15 @@
 #include <locale>
 #include <string>
 
-/// A host's locale has no say in what is read, written or computed, and stays what it was.
+/// The host's locale does not affect reading, writing and computing, and does not change.
 
 namespace {
 
 class Locales : public Neighbour {};
 
-TEST_F(Locales, OfTheCLibraryChangeNothingAndAreNotChanged) {
-    ASSERT_NE(expected.file.find("e+02"), std::string::npos) << "there is a number that a locale could write otherwise";
+TEST_F(Locales, OfTheCLibraryHaveNoEffectAndDoNotChange) {
+    ASSERT_NE(expected.file.find("e+02"), std::string::npos)
+        << "the file must contain a number that a locale could change";
     for (const auto language : HostLocale::all) {
         const HostLocale host(language);
         SCOPED_TRACE(host.Name());
@@ -22,14 +23,14 @@ TEST_F(Locales, OfTheCLibraryChangeNothingAndAreNotChanged) {
     }
 }
 
-/// Numbers with commas and points, truth in German, and money on top.
+/// Numbers with commas and points, and German words for Boolean values.
 class OtherNumbers : public std::numpunct<char> {
     char do_decimal_point() const override { return ','; }
     char do_thousands_sep() const override { return '.'; }
     std::string do_grouping() const override { return "\3"; }
 };
 
-TEST_F(Locales, OfTheCPlusPlusLibraryChangeNothingAndAreNotChanged) {
+TEST_F(Locales, OfTheCPlusPlusLibraryHaveNoEffectAndDoNotChange) {
     const std::locale chosen(std::locale::classic(), new OtherNumbers); // owned by the locale
     const std::locale before = std::locale::global(chosen);
     const Seen actual = job.Do();

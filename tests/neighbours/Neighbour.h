@@ -6,14 +6,14 @@
 
 #include <gtest/gtest.h>
 
-/// A process that has more in it than the component, and settings of its own for everything that a process can set. The
-/// settings store holds texts that a locale or a rounding mode would read otherwise.
+/// A process that contains other code than the component, and has its own settings. The settings store has texts that a
+/// locale or a rounding mode could change.
 class Neighbour : public testing::Test {
 protected:
     Neighbour() {
         settings.SetText("Head Centre To Drive Cup X Offset", "-7.1234567890123456789");
         settings.SetText("Locked To Unlocked Lever Rotation", "1.3512345678901234567e2");
-        settings.SetText("UNLOCKED TO LOCKED LEVER ROTATION", "138.1"); // letters that are no pair in Turkish
+        settings.SetText("UNLOCKED TO LOCKED LEVER ROTATION", "138.1"); // in Turkish locales I and i are not a pair
         expected = job.Do();
     }
 

@@ -11,13 +11,13 @@
 
 using namespace qmv40;
 
-/// Many threads, each with a calculator of its own: none sees anything of another.
+/// Many threads, each with its own calculator, do not affect each other.
 
 namespace {
 
 constexpr int threadCount = 8;
 
-/// Runs `action` on as many threads, all at once; it gets the number of its thread.
+/// Runs `action` in several threads at once. It gets the number of its thread.
 template <typename Action> void OnManyThreads(Action action) {
     std::atomic<int> ready{0};
     std::vector<std::thread> threads;
@@ -32,17 +32,17 @@ template <typename Action> void OnManyThreads(Action action) {
 
 class Threads : public Neighbour {};
 
-TEST_F(Threads, WithACalculatorEachSeeWhatEachWouldSeeAlone) {
+TEST_F(Threads, WithSeparateCalculatorsGetTheResultsOfOneThread) {
     std::vector<Seen> alone;
     for (int i = 0; i < threadCount; ++i) alone.push_back(WholeJob(folder.Path(), i).Do());
     OnManyThreads([&](int i) {
         WholeJob own(folder.Path(), i);
         for (int round = 0; round < Rounds(6); ++round) ExpectSame(own.Do(), alone[static_cast<std::size_t>(i)]);
     });
-    EXPECT_EQ(DllCanUnloadNow(), S_OK) << "and nothing is left of any";
+    EXPECT_EQ(DllCanUnloadNow(), S_OK) << "all objects must be deleted";
 }
 
-/// Failures that can be told by their texts.
+/// Failures with different texts.
 Raised FailureOf(IQMVCalculator2& calculator, int kind) {
     double angle = 0.0;
     RequiredMoves moves{};
@@ -58,7 +58,7 @@ Raised FailureOf(IQMVCalculator2& calculator, int kind) {
     }
 }
 
-TEST_F(Threads, FindTheirOwnErrorsAndNobodyElses) {
+TEST_F(Threads, GetTheirOwnErrorRecordsOnly) {
     std::vector<std::wstring> texts;
     const auto calculator = CreateCalculator();
     for (int kind = 0; kind < 4; ++kind) texts.push_back(FailureOf(*calculator.Get(), kind).record.value().description);
@@ -70,25 +70,25 @@ TEST_F(Threads, FindTheirOwnErrorsAndNobodyElses) {
             ASSERT_TRUE(raised.record);
             ASSERT_EQ(raised.record->description, texts[static_cast<std::size_t>(kind % 4)]);
         }
-        EXPECT_FALSE(TakeErrorRecord()) << "a record is there once";
+        EXPECT_FALSE(TakeErrorRecord()) << "GetErrorInfo must have removed the record";
     });
 }
 
-TEST_F(Threads, DoNotFindAnErrorThatWasRaisedOnAnother) {
+TEST_F(Threads, DoNotGetErrorRecordsOfOtherThreads) {
     const auto calculator = CreateCalculator();
     double angle = 0.0;
     SetErrorInfo(0, nullptr);
     ASSERT_EQ(calculator->GetCurrentHeadPosition(&angle, &angle), QMV_E_POSITION_UNKNOWN);
     std::thread([] { EXPECT_FALSE(TakeErrorRecord()); }).join();
     const auto record = TakeErrorRecord();
-    ASSERT_TRUE(record) << "and it waits where it was raised";
+    ASSERT_TRUE(record) << "the failing thread must have the record";
     EXPECT_EQ(record->description, L"Current Position is not known");
 
     std::thread([&] { EXPECT_EQ(calculator->GetCurrentHeadPosition(&angle, &angle), QMV_E_POSITION_UNKNOWN); }).join();
-    EXPECT_FALSE(TakeErrorRecord()) << "one that was raised on a thread that has ended is gone with it";
+    EXPECT_FALSE(TakeErrorRecord()) << "the record of an ended thread must be released";
 }
 
-TEST_F(Threads, MayTakeARecordAlongAndReadItElsewhere) {
+TEST_F(Threads, CanReadTheRecordOfAnotherThread) {
     const auto calculator = CreateCalculator();
     double angle = 0.0;
     ASSERT_EQ(calculator->GetCurrentHeadPosition(&angle, &angle), QMV_E_POSITION_UNKNOWN);
@@ -116,7 +116,7 @@ TEST_F(Threads, ShareTheClassFactoryAndTheModulesCounts) {
     EXPECT_EQ(DllCanUnloadNow(), S_OK);
 }
 
-/// What one thread's saves of a file came to while the others saved and loaded it too.
+/// The results of one thread's saves while other threads save and load the same file.
 int SavesAmongOthers(const std::filesystem::path& file, int which) {
     const TemporaryFolder own;
     const auto saver = TwoGeometries::Calculator(own.Path(), which);
@@ -128,12 +128,12 @@ int SavesAmongOthers(const std::filesystem::path& file, int which) {
         EXPECT_TRUE(saved.code == S_OK || IsPermittedRefusal(saved)) << std::hex << saved.code;
         if (saved.code == S_OK) ++saves;
         EXPECT_EQ(loader->LoadHeadGeometryFromFile(name.Address()), S_OK);
-        EXPECT_NE(TwoGeometries::HeldBy(*loader.Get()), 0) << "something of each";
+        EXPECT_NE(TwoGeometries::HeldBy(*loader.Get()), 0) << "a mixture of both geometries";
     }
     return saves;
 }
 
-TEST_F(Threads, SaveAndLoadOneFileTogetherAndNeverFindAMixture) {
+TEST_F(Threads, ThatSaveAndLoadOneFileNeverLoadAMixture) {
     const auto saved = folder.Path("shared.ini");
     TwoGeometries::Put(saved, 1);
     std::atomic<int> saves{0};

@@ -21,7 +21,7 @@ std::string Hex(std::uint64_t number) {
     return text;
 }
 
-/// Writes down what a caller sees, without a locale or an environment having a part in it.
+/// Records the results of calls, independently of locale and environment.
 class Notes {
 public:
     explicit Notes(Seen& theSeen) : seen(theSeen) {}
@@ -44,7 +44,7 @@ private:
     Seen& seen;
 };
 
-constexpr double noise = 1e-3; // so that fits have something to do
+constexpr double noise = 1e-3; // so that a fit needs several steps
 
 SimulatedHead HeadOf(int number) {
     SimulatedHead head;

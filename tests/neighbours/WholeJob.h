@@ -7,21 +7,20 @@
 #include <string>
 #include <vector>
 
-/// Everything that a caller can see of the component when it makes every call, good and bad, once: codes, texts of the
-/// error records, and every number to its last bit. Two of them are equal or something outside has had a say.
+/// All results of one call of each kind, right and wrong: codes, texts of the error records, and every number to its
+/// last bit. If two of them differ, something outside the component has affected it.
 struct Seen {
     std::vector<std::string> lines;
-    std::string file; ///< what was saved
+    std::string file; ///< the content of the saved file
 };
 
-/// All calls, with what they are given made ready beforehand: nothing is computed while they are made but by the
-/// component.
+/// All calls. Their arguments are prepared before, so that only the component computes during the calls.
 class WholeJob {
 public:
-    /// Files are made in `folder`. `number` makes the job another one: other angles, another head, other failures.
+    /// Files are created in `folder`. A job with another `number` has other angles, another head and other failures.
     explicit WholeJob(const std::filesystem::path& folder, int number = 0);
 
-    /// On a new object.
+    /// Makes the calls with a new object.
     Seen Do();
 
 private:
@@ -35,5 +34,5 @@ private:
     AlignmentArray fewPoints;
 };
 
-/// Says in which line two jobs differ.
+/// Compares two jobs and names the first line that differs.
 void ExpectSame(const Seen& actual, const Seen& expected);

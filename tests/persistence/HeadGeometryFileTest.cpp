@@ -221,7 +221,7 @@ TEST_F(HeadGeometryFile, KeepsTheValuesReadBeforeAFailure) {
     EXPECT_EQ(Load().code, QMV_E_READ_FROM_FILE);
     EXPECT_EQ(head.HeadCentre()[0], 10.0);
     EXPECT_EQ(head.HeadCentre()[1], 20.0);
-    EXPECT_EQ(head.HeadCentre()[2], 3.0) << "not reached";
+    EXPECT_EQ(head.HeadCentre()[2], 3.0) << "the second load must end before this value";
     EXPECT_EQ(head.SafePositionX(), 4.0);
     EXPECT_EQ(head.RequiredRotationAroundZ(), 0.0);
 
@@ -231,7 +231,7 @@ TEST_F(HeadGeometryFile, KeepsTheValuesReadBeforeAFailure) {
     EXPECT_EQ(Load().code, QMV_E_READ_FROM_FILE);
     EXPECT_EQ(head.HeadCentre()[2], 30.0);
     EXPECT_EQ(head.SafePositionX(), 40.0);
-    EXPECT_EQ(head.SafePositionY(), 5.0) << "not reached";
+    EXPECT_EQ(head.SafePositionY(), 5.0) << "the second load must end before this value";
     EXPECT_EQ(head.SafePositionZ(), 38.0) << "the second load must end before this step";
 }
 

@@ -1,5 +1,5 @@
-// hold.exe <component> <file to make> <file to wait for> [file to keep open]: a program that has a calculator and uses
-// it at the end. It prints the position that it gets back. The file that it keeps open is open for no other program.
+// hold.exe <component> <file to make> <file to wait for> [file to keep open]: a program that creates a calculator and
+// uses it at the end. It prints the resulting position. No other program can open the file that it keeps open.
 #include <initguid.h>
 
 #include "CoQMV40Calculator.h"

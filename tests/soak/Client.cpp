@@ -76,7 +76,7 @@ void Client::Plan() {
     if (!position) return Expect(code, QMV_E_POSITION_UNKNOWN, noPosition);
     Expect(code, S_OK);
     const auto& expected = workshop.answers.Plan(*held, *position, to);
-    Require(std::memcmp(&moves, expected.data(), sizeof moves) == 0, "a plan is not a fresh object's");
+    Require(std::memcmp(&moves, expected.data(), sizeof moves) == 0, "a plan differs from that of a new calculator");
     position = to;
 }
 
@@ -95,14 +95,15 @@ void Client::AskForStart() {
     if (!position) return Expect(code, QMV_E_POSITION_UNKNOWN, noPosition);
     Expect(code, S_OK);
     const auto& expected = workshop.answers.Plan(*held, *position, *position);
-    Require(std::memcmp(&start, expected.data(), sizeof start) == 0, "a start is not a fresh object's");
+    Require(std::memcmp(&start, expected.data(), sizeof start) == 0,
+            "a start position differs from that of a new calculator");
 }
 
 void Client::AskForPole() {
     XYZData pole{};
     Expect(calculator->GetPoleSpherePosition(&pole), S_OK);
     const XYZData expected = held ? workshop.answers.Pole(*held) : XYZData{};
-    Require(std::memcmp(&pole, &expected, sizeof pole) == 0, "a pole is not a fresh object's");
+    Require(std::memcmp(&pole, &expected, sizeof pole) == 0, "a pole sphere differs from that of a new calculator");
 }
 
 void Client::AskForPosition() {
@@ -110,7 +111,7 @@ void Client::AskForPosition() {
     const HRESULT code = calculator->GetCurrentHeadPosition(&angles.a, &angles.b);
     if (!position) return Expect(code, QMV_E_POSITION_UNKNOWN, noPosition);
     Expect(code, S_OK);
-    Require(angles.a == positions[*position].a && angles.b == positions[*position].b, "a position is another one");
+    Require(angles.a == positions[*position].a && angles.b == positions[*position].b, "a head position is wrong");
 }
 
 void Client::SetPosition() {
@@ -127,7 +128,8 @@ void Client::SetNoPosition() {
 
 void Client::TakeGeometry() { Expect(Give(workshop.Choose(Answers::heldCount)), S_OK); }
 
-// A failure may have replaced half of the geometry. The client replaces all of it at once, as the documents ask.
+// A failure can have replaced a part of the geometry. The client loads or enters a whole geometry, as the documents
+// ask.
 void Client::TakeBadGeometry() {
     switch (workshop.Choose(4)) {
     case 0:
@@ -154,7 +156,7 @@ void Client::Save() {
     Expect(calculator->SaveHeadGeometryToFile(workshop.scratch.Address()), S_OK);
     std::ifstream file(workshop.scratchPath, std::ios::binary);
     const std::string content(std::istreambuf_iterator<char>(file), {});
-    Require(content == workshop.answers.SavedText(*held), "a saved file is not a fresh object's");
+    Require(content == workshop.answers.SavedText(*held), "a saved file differs from that of a new calculator");
 }
 
 void Client::SaveNowhere() {
@@ -175,8 +177,8 @@ HRESULT Client::Give(std::size_t which) {
 
 void Client::Expect(HRESULT actual, HRESULT expected, const wchar_t* description) {
     ++workshop.calls;
-    Require(actual == expected, "a call has another code than it must have");
+    Require(actual == expected, "a call has a wrong code");
     if (description == nullptr) return;
     const auto record = TakeErrorRecord();
-    Require(record && record->description == description, "an error record is not the failure's");
+    Require(record && record->description == description, "an error record has a wrong description");
 }

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <random>
 
-/// What a long-lived client shares with nobody: the random choices, the files that it uses, how many calls it has made.
+/// The state of one client: its random numbers, its files and the number of its calls.
 class Workshop {
 public:
     Workshop(const std::filesystem::path& folder, const Answers& theAnswers, std::uint64_t seed);
@@ -26,14 +26,14 @@ private:
     std::mt19937_64 random;
 };
 
-/// One calculator and what must come of every call on it. Throws with the reason at the first answer that is another.
+/// One calculator and the required results of its calls. Throws the reason at the first wrong result.
 class Client {
 public:
     explicit Client(Workshop& theWorkshop) : workshop(theWorkshop), calculator(CreateCalculator()) {}
 
-    /// Makes one call, chosen at random; after one that fails, also the call that restores the state.
+    /// Makes one random call. If it fails, also makes the call that restores the state.
     void Call();
-    /// Puts the object into one certain state.
+    /// Sets the object to one fixed state.
     void Settle();
 
 private:
@@ -51,11 +51,11 @@ private:
     void PassNoPointer();
 
     HRESULT Give(std::size_t which);
-    /// The record that a failed call has left: there, and with this description.
+    /// Checks that a failed call has set a record with this description.
     void Expect(HRESULT actual, HRESULT expected, const wchar_t* description = nullptr);
 
     Workshop& workshop;
     qmv40::ComPointer<IQMVCalculator2> calculator;
     std::optional<std::size_t> held;     ///< the geometry, if any
-    std::optional<std::size_t> position; ///< where the head stands, if that is known
+    std::optional<std::size_t> position; ///< the head's position, if it is known
 };

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr double noise = 1e-3; // so that fits have something to do
+constexpr double noise = 1e-3; // so that a fit needs several steps
 
 SimulatedHead HeadOf(int number) {
     SimulatedHead head;
@@ -18,7 +18,7 @@ SimulatedHead HeadOf(int number) {
 }
 
 void Require(HRESULT code) {
-    if (FAILED(code)) throw std::runtime_error("a fresh calculator fails with " + std::to_string(code));
+    if (FAILED(code)) throw std::runtime_error("a new calculator fails with " + std::to_string(code));
 }
 
 std::filesystem::path FileOf(const std::filesystem::path& folder, int number) {

@@ -12,14 +12,15 @@
 #include <string>
 #include <vector>
 
-/// What calculators that were made for one call alone answer: the measure for one that has made millions.
+/// The results of calculators that were created for one call only. Results after millions of calls are compared with
+/// them.
 
 using qmv40::model::HeadAngles;
 
 inline constexpr std::array<HeadAngles, 6> positions{
     {{0.0, 0.0}, {15.0, -180.0}, {45.0, 90.0}, {90.0, 180.0}, {30.0, -75.0}, {75.0, 15.0}}};
 
-/// A geometry that can be entered, and the file that holds it.
+/// A geometry that can be entered, and a file of it.
 class Geometry {
 public:
     Geometry(const std::filesystem::path& folder, int number);
@@ -33,7 +34,7 @@ private:
     Bstr name;
 };
 
-/// A geometry as a calculator has it: entered, or loaded from the file to which it was saved (ten digits of it).
+/// A geometry in a calculator: entered, or loaded from the file (with ten digits).
 struct Held {
     Geometry* geometry;
     bool isLoaded;
@@ -43,7 +44,7 @@ struct Held {
     }
 };
 
-/// All answers, from fresh calculators.
+/// All results, from new calculators.
 class Answers {
 public:
     static constexpr std::size_t geometryCount = 4;

@@ -5,12 +5,12 @@
 /// Resources of the system that this process holds at the moment.
 struct ProcessFigures {
     std::size_t residentBytes; ///< 0 if unknown
-    std::size_t heapBytes;     ///< allocated and not given back
+    std::size_t heapBytes;     ///< allocated and not freed
     long blocks;               ///< the same in blocks of the program's own code
     long openFiles;            ///< file descriptors or handles; 0 if unknown
 
     static ProcessFigures Now();
 };
 
-/// To be called first: switches off what keeps freed memory for later, where there is such a thing.
+/// Must be called first. Switches off the platform's caches of freed memory, if there are any.
 void MakeFiguresExact();

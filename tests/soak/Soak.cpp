@@ -8,14 +8,15 @@
 #include <exception>
 #include <functional>
 
-/// soak [calls]: makes so many calls of every kind, good and bad, on one calculator and then on many that come and go,
-/// and holds every answer against a fresh calculator's and the process's memory against what it was before.
+/// soak [calls]: makes this number of calls of all kinds, right and wrong, with one calculator and then with many that
+/// are created and deleted. Compares each result with that of a new calculator, and the process's memory with its size
+/// before.
 
 namespace {
 
 constexpr int stretches = 10;
 
-/// More than these would be growth: the allocators keep some of what is freed.
+/// Larger differences count as growth. Smaller ones are freed memory that the allocators keep.
 constexpr std::size_t heapTolerance = 64U << 10;
 constexpr std::size_t residentTolerance = 2U << 20;
 
@@ -31,8 +32,8 @@ bool IsFlat(const ProcessFigures& before, const ProcessFigures& after) {
            after.residentBytes <= before.residentBytes + residentTolerance;
 }
 
-/// Makes `calls` calls in stretches, and compares the end of the first, when all is warm, with that of the last.
-/// `settle` brings everything into the same state each time.
+/// Makes `calls` calls in several parts and compares the memory after the first part with that after the last. `settle`
+/// sets the same state each time.
 bool Soak(const char* what, Workshop& workshop, long calls, const std::function<void()>& call,
           const std::function<void()>& settle) {
     std::printf("%s\n", what);
@@ -65,7 +66,7 @@ bool SoakManyObjects(Workshop& workshop, long calls) {
     const auto renew = [&](std::unique_ptr<Client>& client) { client = std::make_unique<Client>(workshop); };
     for (auto& client : clients) renew(client);
     return Soak(
-        "many calculators that come and go", workshop, calls,
+        "many calculators, created and deleted", workshop, calls,
         [&] {
             auto& client = clients[workshop.Choose(most)];
             if (workshop.Choose(callsOfALife) == 0) renew(client);
@@ -89,8 +90,11 @@ bool Run(long calls, std::uint64_t seed) {
     const auto start = std::chrono::steady_clock::now();
     const bool isFlat = SoakOneObject(workshop, calls / 2) && SoakManyObjects(workshop, calls - calls / 2);
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-    std::printf("%ld calls in %.1f s, every answer a fresh calculator's: %s\n", workshop.calls, time.count(),
-                isFlat ? "memory and files flat" : "NOT flat");
+    std::printf("%ld calls in %.1f s, all results equal to those of a new calculator: %s
+                ", workshop.calls, time.count(),
+                    isFlat
+                    ? "memory and files flat"
+                    : "NOT flat");
     return isFlat;
 }
 

@@ -1,4 +1,4 @@
-// The arrows between the folders, read from the sources and held against the table that the architecture page shows.
+// Compares the includes of the sources with the table in docs/architecture.md, and checks other rules of the sources.
 
 #include "tests/support/RequiredIdentifiers.h"
 #include "tests/support/SourceFolders.h"
@@ -41,7 +41,7 @@ std::string CodeOf(const std::string& text) {
     return std::regex_replace(text, comment, "");
 }
 
-/// The row that a file belongs to. The tool has rows of its own, the component's are named without "source".
+/// The table row of a file's folder. Rows of the component are named without "source".
 std::string FolderOf(const std::filesystem::path& file) {
     const std::string top = file.begin()->string();
     if (top == "benchmarks") return top;
@@ -51,8 +51,8 @@ std::string FolderOf(const std::filesystem::path& file) {
     return top == "source" ? room : top + "/" + room;
 }
 
-/// The row of what an include names: files of the tool, the bindings and the tests are included from the root, the
-/// component's from source/.
+/// The table row of an included file: files of the tool, the bindings and the tests are included from the root, those
+/// of the component from source/.
 std::string FolderOfInclude(const std::string& include) {
     const std::filesystem::path file(include);
     const std::string top = file.begin()->string();
@@ -142,8 +142,8 @@ TEST(Structure, OnlyMathsIncludesTheSolverOfItsFits) {
     EXPECT_THAT(violations, IsEmpty());
 }
 
-TEST(Structure, NoArrowRunsBackUp) {
-    // Folders from which everything below was taken away until nothing is left: what remains is a circle.
+TEST(Structure, IncludesOfFoldersFormNoCircle) {
+    // Folders that include no remaining folder are removed again and again. If folders remain, they form a circle.
     auto waiting = AllowedIncludes();
     std::set<std::string> below;
     for (bool isMoving = true; isMoving;) {
@@ -173,7 +173,7 @@ TEST(Structure, EveryFileOfTheToolIsInTheNamespaceOfItsFolder) {
     EXPECT_THAT(violations, IsEmpty());
 }
 
-TEST(Structure, OneFileKnowsTheParserAndOneTheJsonLibrary) {
+TEST(Structure, OneFileIncludesTheParserAndOneTheJsonLibrary) {
     std::set<std::string> parser;
     std::set<std::string> json;
     for (const SourceFile& file : SourceFiles()) {
@@ -184,7 +184,7 @@ TEST(Structure, OneFileKnowsTheParserAndOneTheJsonLibrary) {
     EXPECT_EQ(json, std::set<std::string>{"tools/text/Json.cpp"});
 }
 
-/// The headers whose names are global: the interface, the platform's vocabulary, and the classes that callers name.
+/// The headers with global names: the interface, the platform's types, and the classes that callers name.
 bool MayGiveGlobalNames(const std::string& header) {
     static const std::regex global(
         "source/(interface/.*|platform/(.*/)?Automation|platform/portable/(Activation|ErrorInfo|SafeArray|"
@@ -194,7 +194,7 @@ bool MayGiveGlobalNames(const std::string& header) {
 }
 
 TEST(Structure, HeadersOfTheComponentKeepTheirNamesInANamespace) {
-    // A global name of the component could be taken for another one of the same program by the linker.
+    // The linker could confuse a global name of the component with another one of the same program.
     static const std::regex opensNamespace("\\nnamespace qmv40(::\\w+)? \\{");
     std::vector<std::string> global;
     for (const SourceFile& file : SourceFiles()) {
@@ -251,7 +251,7 @@ TEST(Structure, FilesWithTestsAreNamedAfterTheirSubject) {
     EXPECT_GE(files, 100) << "the tests were not found";
 }
 
-TEST(Structure, PlatformSwitchesStandInPlatformAndServerAlone) {
+TEST(Structure, PlatformSwitchesAreInPlatformAndServerOnly) {
     static const std::regex platformSwitch("\\b(_WIN32|__linux__|__MINGW)");
     std::vector<std::string> violations;
     for (const SourceFile& file : SourceFiles()) {
@@ -261,7 +261,7 @@ TEST(Structure, PlatformSwitchesStandInPlatformAndServerAlone) {
     EXPECT_THAT(violations, IsEmpty());
 }
 
-TEST(Structure, CodesAreThrownInOnePlaceAndTurnedIntoResultsInOnePlace) {
+TEST(Structure, CodesAreThrownAndConvertedInOnePlaceEach) {
     static const std::regex throwsCode("\\bthrow\\s+(?!(?:qmv40::)?GeometryError)\\S");
     static const std::regex returnsCode("catch \\(const HRESULT code\\) \\{\\s*return code;");
     std::set<std::string> throwing;
@@ -275,7 +275,7 @@ TEST(Structure, CodesAreThrownInOnePlaceAndTurnedIntoResultsInOnePlace) {
     EXPECT_EQ(translating, std::set<std::string>{"source/errors/Guarded.h"});
 }
 
-TEST(Structure, NothingIsOwnedThroughAPlainPointer) {
+TEST(Structure, NoPlainPointerOwnsAnything) {
     static const std::regex nakedOwnership("(^|[^:\\w\"/])(new\\s+[A-Z]\\w*|delete\\s+\\w+)\\s*[;({]");
     std::vector<std::string> violations;
     for (const SourceFile& file : SourceFiles()) {

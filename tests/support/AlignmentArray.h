@@ -22,7 +22,7 @@ public:
     SAFEARRAY** Address() noexcept { return &array; }
     SAFEARRAY* Get() const noexcept { return array; }
 
-    /// What the array holds now. For arrays of 40-byte elements.
+    /// The points in the array. For arrays of 40-byte elements.
     std::vector<HeadAlignmentDataItem> Items() const {
         std::vector<HeadAlignmentDataItem> items(array->rgsabound[0].cElements);
         const std::size_t size = items.size() * sizeof(HeadAlignmentDataItem);
@@ -42,7 +42,7 @@ public:
     static AlignmentArray WithDimensions(const std::vector<HeadAlignmentDataItem>& items, USHORT dimensions) {
         return AlignmentArray(items, sizeof(HeadAlignmentDataItem), dimensions, 0);
     }
-    /// No array at all: Address() points to a null pointer.
+    /// A null array: Address() points to a null pointer.
     static AlignmentArray Null() noexcept { return AlignmentArray(); }
 
 private:

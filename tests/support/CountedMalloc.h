@@ -2,12 +2,12 @@
 
 #include <cstddef>
 
-/// Counts the next allocation, and says whether FailingAllocations makes it fail.
+/// Counts the next allocation. Returns whether FailingAllocations makes it fail.
 bool AllocationFailsNow() noexcept;
 
 /// Counts a block that was allocated or freed.
 void CountBlock(int change) noexcept;
 
-/// Counted once, then the C library's malloc and free.
+/// Counts the call and calls malloc or free of the C library.
 void* CountedMalloc(std::size_t size) noexcept;
 void CountedFree(void* block) noexcept;

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-/// A copy of the error record that a failing call left on its thread.
+/// A copy of the error record that a failed call has set.
 struct ErrorRecord {
     std::wstring source;
     std::wstring description;
@@ -15,7 +15,7 @@ struct ErrorRecord {
     GUID guid{};
 };
 
-/// Takes the error record of the thread. Nothing if no call has set one since the last take.
+/// Removes the thread's error record and returns it. Nothing if there is none.
 inline std::optional<ErrorRecord> TakeErrorRecord() {
     IErrorInfo* info = nullptr;
     if (GetErrorInfo(0, &info) != S_OK || info == nullptr) return std::nullopt;
@@ -35,7 +35,7 @@ inline std::optional<ErrorRecord> TakeErrorRecord() {
     return record;
 }
 
-/// How a call ended: its code, and the error record that it left. Any older record is removed before the call.
+/// The code of a call and its error record. An older record is removed before the call.
 struct Raised {
     HRESULT code = S_OK;
     std::optional<ErrorRecord> record;

@@ -7,8 +7,8 @@
 
 #include <functional>
 
-/// Compares the code and the record that a call left with the required ones. Whichever interface the call belongs to,
-/// the record carries the first one's identifier.
+/// Compares the code and the record of a call with the required ones. For methods of both interfaces the record has the
+/// identifier of the first one.
 inline void ExpectRecord(const Raised& raised, HRESULT code, const std::wstring& source,
                          const std::wstring& description, const std::wstring& helpFile = L"") {
     EXPECT_EQ(raised.code, code) << std::hex << "0x" << static_cast<unsigned>(raised.code);
@@ -34,5 +34,5 @@ struct ExpectedFailure {
 inline void ExpectRecord(const ExpectedFailure& expected) {
     SCOPED_TRACE(expected.how);
     ExpectRecord(expected.action(), expected.code, expected.source, expected.description, expected.helpFile);
-    EXPECT_FALSE(TakeErrorRecord()) << "it is there once";
+    EXPECT_FALSE(TakeErrorRecord()) << "GetErrorInfo must have removed the record";
 }

@@ -24,7 +24,7 @@ struct Countdown {
 thread_local constinit Countdown countdown;
 constinit std::atomic<long> liveBlocks{0};
 
-// On malloc, so that a sanitizer that watches the heap still sees every block.
+// Based on malloc, so that the sanitizers check every block.
 void* Allocate(std::size_t size) noexcept { return CountedMalloc(size == 0 ? 1 : size); }
 
 void* AllocateOrThrow(std::size_t size) {

@@ -10,8 +10,8 @@
 class FailingAllocations {
 public:
     enum class Extent {
-        One,     ///< a single failure; memory is there again afterwards
-        AllAfter ///< the failure and every one after it
+        One,     ///< a single failure; later allocations succeed
+        AllAfter ///< the failure and all later allocations
     };
 
     explicit FailingAllocations(long successes, Extent extent = Extent::One) noexcept;

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The build makes the locales that the machine may lack, where the C library looks for them in folders.
+/// The folder with the locales that the build has made, for machines that do not have them.
 const char* Choose(const std::string& name) {
 #ifdef QMV40_TEST_LOCALES
     const char* const folder = std::getenv("LOCPATH");

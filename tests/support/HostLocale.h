@@ -6,8 +6,8 @@
 class HostLocale {
 public:
     enum class Language {
-        German, ///< a comma for the decimal point, a point between thousands
-        Turkish ///< the same, and letters I and i that are no pair
+        German, ///< a decimal comma, and points between thousands
+        Turkish ///< the same, and the letters I and i are not a pair
     };
     static constexpr Language all[] = {Language::German, Language::Turkish};
 
@@ -17,7 +17,7 @@ public:
     HostLocale& operator=(const HostLocale&) = delete;
     ~HostLocale();
 
-    /// Its name for setlocale.
+    /// The name of the locale for setlocale.
     const std::string& Name() const noexcept { return name; }
 
 private:

@@ -5,10 +5,10 @@
 
 #include <gtest/gtest.h>
 
-/// For machine coordinates of some hundreds of millimetres with a dozen roundings each.
+/// The effect of a dozen roundings of coordinates of some hundreds of millimetres.
 inline constexpr double rounding = 1e-11;
 
-/// Worked numbers that are printed with four decimals, in each of three coordinates.
+/// The rounding to four decimals of numbers computed by hand, in three coordinates.
 inline constexpr double printedDecimals = 0.0001;
 
 inline testing::AssertionResult IsAt(const qmv40::model::Vector3& expected, const qmv40::model::Vector3& actual,

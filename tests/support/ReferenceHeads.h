@@ -42,7 +42,8 @@ struct ReferenceHead {
 /// For messages of failing tests.
 inline void PrintTo(const ReferenceHead& head, std::ostream* out) { *out << head.name; }
 
-/// All of tests/data/heads, by name. Throws if a file is missing or not as expected: a test must not pass without data.
+/// All heads of tests/data/heads, in the order of their names. Throws if there is no file or a file is incomplete: a
+/// test must not pass without data.
 std::vector<ReferenceHead> LoadReferenceHeads();
 
 /// All numbers of a plan, in the order of the record.

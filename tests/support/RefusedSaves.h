@@ -5,9 +5,9 @@
 
 #include <filesystem>
 
-/// On Windows a save is refused when it meets a load or another save at every attempt for 250 ms, because writing then
-/// would mix two geometries. How often this happens depends on the load of the machine, so that no number is promised.
-/// On other systems nobody can hold a file.
+/// On Windows a save is refused if loads or other saves hold the file at every attempt for 250 ms, because writing then
+/// would mix two geometries. The number of refusals depends on the load of the machine. On other systems no program can
+/// hold a file.
 inline constexpr bool savesCanBeRefused = std::filesystem::path::preferred_separator == '\\';
 
 /// True for a refusal that is permitted while others save and load the same file.

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The identifiers that clients have in their own code and registry entries. They are written here a second time:
-/// neither the headers nor the type library may change one.
+/// The identifiers in the code and the registry entries of clients. They are written here a second time, so that a
+/// change in the headers or in the type library is detected.
 struct RequiredIdentifier {
     const char* name; ///< as in the type library
     const char* text;

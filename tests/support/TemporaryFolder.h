@@ -8,8 +8,8 @@
 #include <string_view>
 #include <system_error>
 
-/// A folder of its own for one test, empty at first and removed with everything in it at the end. Its name has blanks,
-/// because users' folders have.
+/// A separate folder for one test: empty at first, removed with its content at the end. Its name contains blanks,
+/// because users' folders do.
 class TemporaryFolder {
 public:
     TemporaryFolder() {

@@ -46,7 +46,7 @@ inline qmv40::ComPointer<IQMVCalculator2> Calculator(const std::filesystem::path
     return calculator;
 }
 
-/// Which geometry the calculator holds: 1, 2, or 0 for neither.
+/// The number of the calculator's geometry: 1, 2, or 0 for neither.
 inline int HeldBy(IQMVCalculator2& calculator) {
     XYZData pole{};
     calculator.GetPoleSpherePosition(&pole);
@@ -60,7 +60,7 @@ inline int HeldBy(IQMVCalculator2& calculator) {
     return 0;
 }
 
-/// Which geometry the file holds, complete and with the other lines: 1, 2, or 0 for neither.
+/// The number of the geometry in the file, if it is complete and the other lines are unchanged: 1, 2, or 0 for neither.
 inline int HeldByFile(const std::filesystem::path& path) {
     const std::string content = ContentOf(path);
     for (const int which : {1, 2})

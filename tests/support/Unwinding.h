@@ -18,8 +18,8 @@ private:
     std::function<void()> action;
 };
 
-/// Runs `action` while an exception is in flight: in a destructor that the exception causes. Checks that the exception
-/// still arrives at its handler.
+/// Runs `action` in a destructor while the stack is unwound for an exception. Checks that the exception reaches its
+/// handler.
 inline void WhileUnwinding(const std::function<void()>& action) {
     bool hasArrived = false;
     try {

@@ -26,13 +26,14 @@ std::filesystem::path FileOfModule(HMODULE module) {
 
 /// The component's file beside this library; empty when there is none.
 std::filesystem::path FileBeside() {
-    // The library stays loaded: a library with the compiler's own runtime would lose a thread slot with every load.
+    // The library stays loaded: with each load, its copy of the compiler's runtime would take a thread-local storage
+    // slot.
     const HMODULE module = ModuleOf(&qmv40_version, GET_MODULE_HANDLE_EX_FLAG_PIN);
     const std::filesystem::path file = FileOfModule(module).parent_path() / L"CoQMV40Calculator.dll";
     return GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES ? std::filesystem::path() : file;
 }
 
-/// An entry of a library by its name, as a function.
+/// A function of a library, by its name.
 GetClassObject* ClassObjectEntry(HMODULE module) {
     const FARPROC entry = GetProcAddress(module, "DllGetClassObject");
     return reinterpret_cast<GetClassObject*>(reinterpret_cast<void (*)()>(entry));
@@ -69,7 +70,7 @@ ThreadReadiness::ThreadReadiness() {
 }
 
 ThreadReadiness::~ThreadReadiness() {
-    if (apartmentsThread == GetCurrentThreadId()) CoUninitialize(); // it belongs to the thread that asked for it
+    if (apartmentsThread == GetCurrentThreadId()) CoUninitialize(); // only the initialising thread can uninitialise it
 }
 
 Component CreateComponent() {

@@ -77,7 +77,7 @@ void RotateFrame(CMaVector (&frame)[3], const SquareMatrix<3>& vectors) noexcept
     frame[2] = longest * middle;
 }
 
-/// About the sine of the angle by which RotateFrame rotates the axes that must be accurate.
+/// Approximately the sine of the angle by which RotateFrame rotates the axes that must be accurate.
 double SizeOfRotation(const SquareMatrix<3>& vectors, PrincipalAxes::Accuracy accuracy) noexcept {
     const double longest = std::max(std::fabs(vectors[0][1]), std::fabs(vectors[0][2]));
     return accuracy == PrincipalAxes::Accuracy::FullForLargest ? longest : std::max(longest, std::fabs(vectors[1][2]));
@@ -90,8 +90,8 @@ PrincipalAxes::PrincipalAxes(ScaledPoints& points, Accuracy accuracy) noexcept {
     straightWithin = straightInRoundings * points.GetRounding();
 
     // The first sums are about the middle of the bounding box and in the caller's frame, and lose digits to
-    // cancellation. The later ones are about the mean and in the principal frame. The error that remains is the square
-    // of the last rotation: 1e-16 after one of 1e-8.
+    // cancellation. The later ones are about the mean and in the principal frame. The remaining error is the square of
+    // the last rotation: 1e-16 rad after a rotation by 1e-8 rad.
     constexpr int frameLimit = 4;
     constexpr double smallRotation = 1e-8;
     constexpr double minWidth = 1e-4; // middle spread over largest; narrower points need a second pass for 8 digits

@@ -1,5 +1,7 @@
 #include "platform/portable/FileReading.h"
 
+#include "formats/EncodedText.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/LargestFile.h"
-
 #include <cerrno>
 #include <optional>
 #include <string>

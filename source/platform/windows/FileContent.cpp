@@ -1,7 +1,6 @@
 #include "platform/windows/FileContent.h"
 
 #include "formats/EncodedText.h"
-#include "platform/LargestFile.h"
 
 namespace qmv40 {
 

@@ -2,7 +2,7 @@
 
 #include "platform/Automation.h"
 
-/// The component's file beside the program, as delivered; it need not be registered. Stays loaded.
+/// The delivered component, loaded from the folder of the program without a registration. It stays loaded.
 using GetClassObject = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
 inline GetClassObject ComponentEntry() {
     const HMODULE component = LoadLibraryW(L"CoQMV40Calculator.dll");

@@ -16,7 +16,7 @@
 
 using namespace qmv40;
 
-/// Places that this platform alone can make awkward: permissions, links, a disk without room.
+/// Difficult places of this platform: permissions, links, a full disk.
 
 namespace {
 
@@ -34,7 +34,7 @@ protected:
         TwoGeometries::Put(path, 1);
         fs::permissions(path, static_cast<fs::perms>(mode));
     }
-    /// Whether a save of the second geometry is refused as it should be.
+    /// Whether a save of the second geometry is refused with the right code and record.
     bool IsSaveRefused() const {
         const Raised raised = ReturnedBy([&] { return second->SaveHeadGeometryToFile(Bstr(path).Address()); });
         return raised.code == QMV_E_WRITE_TO_FILE && raised.record &&
@@ -56,14 +56,14 @@ protected:
     ComPointer<IQMVCalculator2> second = TwoGeometries::Calculator(folder.Path(), 2);
 };
 
-TEST_F(AwkwardPlaces, KeepAFileThatMustNotBeWrittenAndStillGiveIt) {
+TEST_F(AwkwardPlaces, AllowALoadOfAFileWithoutWritePermission) {
     PutFirst(0444);
     EXPECT_TRUE(AsOrdinaryUser([&] { return IsSaveRefused() && IsLoaded(1); }));
     EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
     EXPECT_EQ(FilesIn(folder.Path()), 1);
 }
 
-TEST_F(AwkwardPlaces, TakeAFileThatMayBeWrittenInAFolderThatMustNot) {
+TEST_F(AwkwardPlaces, AllowASaveInAFolderWithoutWritePermission) {
     PutFirst(0666);
     fs::permissions(folder.Path(), static_cast<fs::perms>(0555));
     EXPECT_TRUE(AsOrdinaryUser([&] { return Save() == S_OK && IsLoaded(2); }));
@@ -71,7 +71,7 @@ TEST_F(AwkwardPlaces, TakeAFileThatMayBeWrittenInAFolderThatMustNot) {
     EXPECT_EQ(FilesIn(folder.Path()), 1);
 }
 
-TEST_F(AwkwardPlaces, TakeAFileWhereTheFolderMayBeWrittenButNotListed) {
+TEST_F(AwkwardPlaces, AllowASaveInAFolderThatCannotBeListed) {
     PutFirst(0666);
     fs::permissions(folder.Path(), static_cast<fs::perms>(0333));
     EXPECT_TRUE(AsOrdinaryUser([&] { return Save() == S_OK && IsLoaded(2); }));
@@ -80,7 +80,7 @@ TEST_F(AwkwardPlaces, TakeAFileWhereTheFolderMayBeWrittenButNotListed) {
     EXPECT_EQ(FilesIn(folder.Path()), 1);
 }
 
-TEST_F(AwkwardPlaces, SayThatAFileThatMustNotBeReadCannotBe) {
+TEST_F(AwkwardPlaces, RefuseAFileWithoutReadPermission) {
     PutFirst(0222);
     EXPECT_TRUE(AsOrdinaryUser([&] {
         return second->LoadHeadGeometryFromFile(Bstr(path).Address()) == QMV_E_READ_FROM_FILE && IsSaveRefused() &&
@@ -90,7 +90,7 @@ TEST_F(AwkwardPlaces, SayThatAFileThatMustNotBeReadCannotBe) {
     EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
 }
 
-TEST_F(AwkwardPlaces, WriteTheFileThatALinkLeadsTo) {
+TEST_F(AwkwardPlaces, WriteTheTargetOfALink) {
     fs::create_directory(folder.Path("elsewhere"));
     TwoGeometries::Put(folder.Path("elsewhere") / "real.ini", 1);
     fs::create_symlink("elsewhere/real.ini", path);
@@ -102,7 +102,7 @@ TEST_F(AwkwardPlaces, WriteTheFileThatALinkLeadsTo) {
     EXPECT_EQ(FilesIn(folder.Path("elsewhere")), 1);
 }
 
-TEST_F(AwkwardPlaces, MakeTheFileOfADanglingLinkUnlessItsFolderIsMissing) {
+TEST_F(AwkwardPlaces, CreateTheTargetOfALinkInAnExistingFolder) {
     fs::create_symlink(folder.Path("real.ini"), path);
     EXPECT_EQ(second->LoadHeadGeometryFromFile(Bstr(path).Address()), QMV_E_READ_FROM_FILE);
     EXPECT_EQ(Save(), S_OK);
@@ -118,7 +118,7 @@ TEST_F(AwkwardPlaces, MakeTheFileOfADanglingLinkUnlessItsFolderIsMissing) {
     EXPECT_EQ(second->LoadHeadGeometryFromFile(Bstr(path).Address()), QMV_E_READ_FROM_FILE);
 }
 
-/// The first geometry's file with the second one's entries in it, as far as they come before `room`.
+/// The file of the first geometry, with those entries of the second one that fit into `room` bytes.
 std::string EntriesBefore(std::size_t room) {
     std::string text = TwoGeometries::FileText(1);
     const std::string other = TwoGeometries::FileText(2);
@@ -133,7 +133,7 @@ std::string EntriesBefore(std::size_t room) {
     return text;
 }
 
-TEST_F(AwkwardPlaces, KeepTheEntriesWrittenBeforeTheDiskHadNoRoom) {
+TEST_F(AwkwardPlaces, KeepTheEntriesThatFitOnTheDisk) {
     const rlim_t whole = TwoGeometries::FileText(2).size();
     int mixtures = 0;
     for (rlim_t room = 0; room < whole; ++room) {
@@ -141,7 +141,7 @@ TEST_F(AwkwardPlaces, KeepTheEntriesWrittenBeforeTheDiskHadNoRoom) {
         TwoGeometries::Put(path, 1);
         const std::string expected = EntriesBefore(room);
         const bool isComplete = expected == TwoGeometries::FileText(2);
-        // A limit on this process's files, because a disk of a certain size takes more than a test may do.
+        // A limit of this process's file sizes, because a test may not create a disk of a certain size.
         ASSERT_TRUE(InAnotherProcess([&] {
             const rlimit limit{room, room};
             std::signal(SIGXFSZ, SIG_IGN);
@@ -156,7 +156,7 @@ TEST_F(AwkwardPlaces, KeepTheEntriesWrittenBeforeTheDiskHadNoRoom) {
     EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
 }
 
-TEST_F(AwkwardPlaces, KeepWholeEntriesAloneInTheirFolderWhenANewFileDoesNotFit) {
+TEST_F(AwkwardPlaces, KeepWholeEntriesOfANewFileThatDoesNotFit) {
     ASSERT_TRUE(InAnotherProcess([&] {
         const rlimit limit{100, 100};
         std::signal(SIGXFSZ, SIG_IGN);
@@ -167,7 +167,7 @@ TEST_F(AwkwardPlaces, KeepWholeEntriesAloneInTheirFolderWhenANewFileDoesNotFit) 
     EXPECT_EQ(FilesIn(folder.Path()), 1);
 }
 
-/// Puts a disk of 16 blocks in the place of `folder`, for this process alone. False when it may not.
+/// Mounts a disk of 16 blocks at `folder`, for this process only. False without the permission.
 bool MountSmallDisk(const fs::path& folder) {
     return BecomeOwnRoot() && ::mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == 0 &&
            ::mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=64k") == 0;
@@ -178,23 +178,24 @@ bool Write(const fs::path& file, std::size_t blocks) {
     return static_cast<bool>((content << std::string(blocks * 4096, 'x')).flush());
 }
 
-TEST_F(AwkwardPlaces, TakeOnADiskThatIsFullWhatItHasRoomFor) {
+TEST_F(AwkwardPlaces, AllowASaveThatFitsOnAFullDisk) {
     enum { asPromised, notPermitted, notFull, notRefused, notWritten, notAlone };
     const int outcome = CodeOfAnotherProcess([&]() -> int {
         if (!MountSmallDisk(folder.Path())) return notPermitted;
         TwoGeometries::Put(path, 1);
         for (int block = 0; Write(folder.Path("filler"), 1); ++block)
             if (block > 16) return notFull;
-        if (Save() != S_OK || TwoGeometries::HeldByFile(path) != 2) return notWritten; // in its own block
+        if (Save() != S_OK || TwoGeometries::HeldByFile(path) != 2) return notWritten; // it fits into the file's block
         path = folder.Path("new.ini");
         if (!IsSaveRefused()) return notRefused;
         return FilesIn(folder.Path()) == 2 ? asPromised : notAlone;
     });
-    if (outcome == notPermitted) GTEST_SKIP() << "no disk may be mounted here; a limit on files has stood for one";
+    if (outcome == notPermitted)
+        GTEST_SKIP() << "no permission to mount a disk; another test uses a limit of the file size";
     EXPECT_EQ(outcome, asPromised);
 }
 
-TEST_F(AwkwardPlaces, TakeNamesUpToTheLongestThatThisPlatformHas) {
+TEST_F(AwkwardPlaces, AllowNamesOfTheLargestLength) {
     fs::path place = folder.Path();
     while (place.native().size() + 101 < PATH_MAX - 120) place /= std::string(100, 'd');
     fs::create_directories(place);

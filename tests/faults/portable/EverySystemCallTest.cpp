@@ -18,19 +18,19 @@
 
 using namespace qmv40;
 
-/// A save is interrupted at each of its system calls in turn, by the process's end and by the call's failure.
+/// A save is interrupted at each of its system calls in turn: the process is killed, or the call fails.
 
 namespace {
 
 namespace fs = std::filesystem;
 
-/// What a save or a load says of itself when it has come back.
+/// The result of a save or a load, as the exit code of its process.
 enum Verdict { succeeded = 0, refused = 1, wrong = 2 };
 
 constexpr long mostCalls = 2000;
 
-/// Leaves out the calls in which no file system has a hand: those for memory, signals and threads, and those on pipes,
-/// through which the sanitizers look at memory.
+/// Only calls that concern a file system: not those for memory, signals and threads, and not those on pipes, with which
+/// the sanitizers check memory.
 bool ConcernsFiles(const SystemCall& call) {
 #ifdef __x86_64__
     constexpr long excluded[] = {SYS_mmap,   SYS_munmap, SYS_mremap,         SYS_mprotect, SYS_madvise,
@@ -57,7 +57,8 @@ protected:
         for (const fs::path& other : others) fs::remove(other);
         return others.size();
     }
-    /// Where files without a name can be made, killed after linkat and before renameat; else in between too.
+    /// With O_TMPFILE, a kill between linkat and renameat leaves a copy; without it, a kill at any call between leaves
+    /// one.
     std::size_t MostCopiesLeft() const {
         const FileDescriptor nameless(::open(folder.Path().c_str(), O_WRONLY | O_TMPFILE, 0600));
         return nameless.IsOpen() ? 2 : 40;
@@ -66,8 +67,8 @@ protected:
     void Save() {
         raised = ReturnedBy([&] { return second->SaveHeadGeometryToFile(name.Address()); });
     }
-    /// A save that succeeded has written all entries; one that failed has the right code and record, has left the file
-    /// as it was and nothing beside it, and the object can still save.
+    /// After a success all entries are written. After a failure the code and the record are right, the file is
+    /// unchanged, no copy is left, and the object can still save.
     int VerdictOnSave() {
         if (raised.code == S_OK) return TwoGeometries::HeldByFile(path) == 2 ? succeeded : wrong;
         const bool isRightCode = raised.code == QMV_E_WRITE_TO_FILE && raised.record &&
@@ -77,7 +78,7 @@ protected:
         return savesAgain && TwoGeometries::HeldByFile(path) == 2 ? refused : wrong;
     }
 
-    /// The entries written before the failure stay, whole.
+    /// The entries before the failure must be whole in the file.
     int VerdictOnSaveInPlace() const {
         const std::string content = TwoGeometries::ContentOf(path);
         if (raised.code == S_OK) return content == TwoGeometries::FileText(2) ? succeeded : wrong;
@@ -111,7 +112,7 @@ protected:
     Raised raised;
 };
 
-TEST_F(EverySystemCall, OfASaveMayBeTheProcesssLast) {
+TEST_F(EverySystemCall, CanBeTheLastOneOfAKilledSave) {
     long calls = 0;
     std::size_t left = 0;
     int found[] = {0, 0, 0};
@@ -135,13 +136,13 @@ TEST_F(EverySystemCall, OfASaveMayBeTheProcesssLast) {
     }
     std::cout << "killed at " << calls << " system calls, before and after each: " << found[1] << " old files, "
               << found[2] << " new ones, " << left << " copies left behind" << std::endl;
-    EXPECT_GT(found[1], 10) << "there are so many calls before the file is replaced";
-    EXPECT_GT(found[2], 2) << "and some behind that";
-    EXPECT_LE(left, MostCopiesLeft()) << "only between naming the copy and renaming it";
+    EXPECT_GT(found[1], 10) << "there are more calls before the file is replaced";
+    EXPECT_GT(found[2], 2) << "there are calls after the file is replaced";
+    EXPECT_LE(left, MostCopiesLeft()) << "a copy may be left only between its naming and its renaming";
 }
 
 // A save that finds its file replaced meanwhile must not write entries into the new one: a load would find a mixture.
-TEST_F(EverySystemCall, OfASaveMayMeetSavesOfAnother) {
+TEST_F(EverySystemCall, OfASaveCanComeAfterAnotherSave) {
     const auto first = TwoGeometries::Calculator(folder.Path(), 1);
     int found[] = {0, 0, 0};
     bool wasReached = true;
@@ -163,16 +164,16 @@ TEST_F(EverySystemCall, OfASaveMayMeetSavesOfAnother) {
         ++found[held];
         if (!wasReached) break;
         const std::string left{std::istreambuf_iterator<char>(replaced), {}};
-        EXPECT_EQ(left, TwoGeometries::FileText(1)) << "written into the file that another save had just made";
+        EXPECT_EQ(left, TwoGeometries::FileText(1)) << "the entries were written into the file of another save";
     }
     ASSERT_FALSE(wasReached) << "no end of system calls";
-    EXPECT_GT(found[1], 0) << "the other saves came last";
-    EXPECT_GT(found[2], 10) << "this save came last";
+    EXPECT_GT(found[1], 0) << "in some runs the other save must be the last";
+    EXPECT_GT(found[2], 10) << "in most runs this save must be the last";
 }
 
 #ifdef __x86_64__
 
-/// Calls that a signal can interrupt: that is no failure.
+/// Calls that a signal can interrupt. They are repeated then: that is no failure.
 bool MayBeInterrupted(long number) {
     constexpr long calls[] = {SYS_openat, SYS_pread64, SYS_write, SYS_fsync, SYS_close, SYS_flock};
     return std::ranges::find(calls, number) != std::end(calls);
@@ -185,7 +186,7 @@ struct Failing {
 constexpr Failing failings[] = {{EINTR, "EINTR"},   {EIO, "EIO"},       {ENOSPC, "ENOSPC"}, {EDQUOT, "EDQUOT"},
                                 {EACCES, "EACCES"}, {EMFILE, "EMFILE"}, {ENOMEM, "ENOMEM"}, {EROFS, "EROFS"}};
 
-/// Fails one call of `action` after the other in each way.
+/// Makes each system call of `action` fail in turn, with each error number.
 void FailEveryCall(const std::function<void()>& before, const std::function<void()>& action,
                    const std::function<int()>& verdict, int leastRefused) {
     int counts[] = {0, 0, 0};
@@ -208,17 +209,17 @@ void FailEveryCall(const std::function<void()>& before, const std::function<void
         ASSERT_FALSE(wasReached) << "no end of system calls";
     }
     std::cout << "failed " << counts[succeeded] + counts[refused] << " system calls: " << counts[refused]
-              << " refused, " << counts[succeeded] << " done all the same" << std::endl;
+              << " refused, " << counts[succeeded] << " succeeded" << std::endl;
     EXPECT_GT(counts[refused], leastRefused);
 }
 
-// One call that fails makes no copy, and then the entries are written in place.
-TEST_F(EverySystemCall, OfASaveMayFail) {
+// If one call fails, no copy is made, and the entries are written in place.
+TEST_F(EverySystemCall, OfASaveCanFail) {
     FailEveryCall([&] { TwoGeometries::Put(path, 1); }, [&] { Save(); }, [&] { return VerdictOnSave(); }, -1);
 }
 
-// Where no copy can be made, the first call that fails ends the save.
-TEST_F(EverySystemCall, OfASaveInPlaceMayFail) {
+// If no copy can be made, the first failing call ends the save.
+TEST_F(EverySystemCall, OfASaveInPlaceCanFail) {
     const fs::path other = folder.Path("other.ini");
     const auto putWithTwoNames = [&] {
         TwoGeometries::Put(path, 1);
@@ -228,7 +229,7 @@ TEST_F(EverySystemCall, OfASaveInPlaceMayFail) {
         putWithTwoNames, [&] { Save(); }, [&] { return VerdictOnSaveInPlace(); }, 10);
 }
 
-TEST_F(EverySystemCall, OfALoadMayFail) {
+TEST_F(EverySystemCall, OfALoadCanFail) {
     FailEveryCall([] {}, [&] { Load(); }, [&] { return VerdictOnLoad(); }, 10);
 }
 

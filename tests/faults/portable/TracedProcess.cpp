@@ -14,7 +14,7 @@
 
 namespace {
 
-/// The watched process, for as long as it is watched.
+/// The traced process, while it is traced.
 class Tracee {
 public:
     Tracee(const std::function<void()>& action, const std::function<int()>& verdict) : process(::fork()) {
@@ -27,7 +27,7 @@ public:
         ::ptrace(PTRACE_SETOPTIONS, process, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
     }
 
-    /// Lets it go on to the next beginning or end of a system call; false when its action or itself has ended.
+    /// Continues to the next beginning or end of a system call. False if its action or the process has ended.
     bool GoOn(int signal = 0) {
         for (;;) {
             ::ptrace(PTRACE_SYSCALL, process, nullptr, signal);
@@ -43,7 +43,7 @@ public:
         Await();
     }
 
-    /// Lets it run to its end.
+    /// Continues to the end of the process.
     int ExitCode() {
         while (WIFSTOPPED(status)) {
             ::ptrace(PTRACE_CONT, process, nullptr, nullptr);
@@ -57,14 +57,14 @@ public:
     long FirstArgument() const { return ::ptrace(PTRACE_PEEKUSER, process, offsetof(user, regs.rdi), nullptr); }
     void SkipCall() const { Poke(offsetof(user, regs.orig_rax), -1); }
     void SetResult(long result) const { Poke(offsetof(user, regs.rax), result); }
-#else // Processes can be ended at their calls everywhere; calls made to fail need the machine's own registers.
+#else // Killing works on every machine. Failing calls need the registers of the machine.
     long CallNumber() const { return -1; }
     long FirstArgument() const { return -1; }
     void SkipCall() const { throw std::logic_error("system calls cannot be made to fail on this machine"); }
     void SetResult(long) const {}
 #endif
 
-    /// Whether the first argument is the number of a pipe's end.
+    /// Whether the first argument is the file descriptor of a pipe.
     bool IsOnPipe() const {
         std::error_code none;
         const auto file = "/proc/" + std::to_string(process) + "/fd/" + std::to_string(FirstArgument());

@@ -2,37 +2,37 @@
 
 #include <functional>
 
-/// A system call that a traced process has come to.
+/// A system call that a traced process is about to make.
 struct SystemCall {
-    long number;   ///< in the system's table
-    bool isOnPipe; ///< it concerns a pipe, as calls of the sanitizers do that look at memory through one
+    long number;   ///< the number in the system's table
+    bool isOnPipe; ///< its first argument is a pipe: the sanitizers check memory with such calls
 };
 
 /// What happens to a process at one of its system calls.
 struct Interruption {
     enum class Kind {
-        KillBefore, ///< ended when the call is about to be made
-        KillAfter,  ///< ended when the call has been made
+        KillBefore, ///< killed before the call
+        KillAfter,  ///< killed after the call
         Fail,       ///< the call is not made and fails with `error`
         Meanwhile   ///< waits before the call until `meanwhile` has run in the watching process
     };
     Kind kind;
-    long call; ///< which one, counted from 0
+    long call; ///< the index of the call, from 0
     int error = 0;
-    bool (*applies)(const SystemCall&) = nullptr; ///< for which calls alone; for all when null
+    bool (*applies)(const SystemCall&) = nullptr; ///< the calls that are interrupted; null: all calls
     std::function<void()> meanwhile = nullptr;
 };
 
-/// How a traced process got on.
+/// The result of a traced process.
 struct Traced {
-    bool wasReached = false;     ///< it made the call
-    bool wasInterrupted = false; ///< and the interruption applied to it
+    bool wasReached = false;     ///< it reached the call
+    bool wasInterrupted = false; ///< the interruption applied to the call
     SystemCall call{-1, false};
     int exitCode = -1; ///< -1 when it was killed
 };
 
-/// Runs `action` in a process of its own, a copy of this one, and interrupts it at a system call that it makes.
-/// `verdict` follows in the same process, undisturbed, and gives its exit code. Throws when this system lets no process
-/// watch another.
+/// Runs `action` in a copy of this process and interrupts it at one of its system calls. Then `verdict` runs in the
+/// same process without interruption and returns its exit code. Throws if this system does not let one process trace
+/// another.
 Traced RunTraced(const Interruption& interruption, const std::function<void()>& action,
                  const std::function<int()>& verdict);

@@ -10,7 +10,7 @@
 
 using namespace qmv40;
 
-/// Places that this platform alone can make awkward: attributes, and files that somebody has open.
+/// Difficult places of this platform: attributes, and files that another program has open.
 
 namespace {
 
@@ -57,8 +57,8 @@ protected:
     ComPointer<IQMVCalculator2> second = TwoGeometries::Calculator(folder.Path(), 2);
 };
 
-// Under Wine the attribute is a permission of the host's, and root is above those.
-TEST_F(AwkwardPlaces, KeepAFileThatMustNotBeWritten) {
+// Under Wine the attribute is a permission of the host system, which root can ignore.
+TEST_F(AwkwardPlaces, KeepAReadOnlyFile) {
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
     const bool anybodyMayWrite = OpenElsewhere(path, GENERIC_WRITE, FILE_SHARE_READ).IsOpen();
     const Raised raised = Save();
@@ -68,7 +68,7 @@ TEST_F(AwkwardPlaces, KeepAFileThatMustNotBeWritten) {
     ExpectOnlyTheFile();
 }
 
-TEST_F(AwkwardPlaces, KeepAFileThatAnotherProgramSharesWithNobody) {
+TEST_F(AwkwardPlaces, KeepAFileThatAnotherProgramDoesNotShare) {
     {
         const OpenElsewhere open(path, GENERIC_READ | GENERIC_WRITE, 0);
         ASSERT_TRUE(open.IsOpen());
@@ -82,14 +82,14 @@ TEST_F(AwkwardPlaces, KeepAFileThatAnotherProgramSharesWithNobody) {
     EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
 }
 
-TEST_F(AwkwardPlaces, KeepAFileThatAnotherProgramLetsOthersReadOnly) {
+TEST_F(AwkwardPlaces, KeepAFileThatAnotherProgramSharesForReading) {
     const OpenElsewhere open(path, GENERIC_READ, FILE_SHARE_READ);
     ASSERT_TRUE(open.IsOpen());
     EXPECT_EQ(Save().code, QMV_E_WRITE_TO_FILE);
     EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
 }
 
-TEST_F(AwkwardPlaces, SaveIntoAFileThatAnotherProgramLetsOthersWrite) {
+TEST_F(AwkwardPlaces, SaveIntoAFileThatAnotherProgramSharesForWriting) {
     const OpenElsewhere open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
     ASSERT_TRUE(open.IsOpen());
     EXPECT_EQ(Save().code, S_OK);
@@ -105,7 +105,7 @@ TEST_F(AwkwardPlaces, KeepTheFilesAttributes) {
 }
 
 TEST_F(AwkwardPlaces, KeepTheAccessControlList) {
-    // Everybody may do everything; written down as the platform's text form, protected against the folder's list.
+    // Full access for everybody, in the platform's text form, protected against inheritance from the folder.
     const wchar_t* const text = L"D:P(A;;FA;;;WD)";
     PSECURITY_DESCRIPTOR wanted = nullptr;
     ASSERT_NE(ConvertStringSecurityDescriptorToSecurityDescriptorW(text, SDDL_REVISION_1, &wanted, nullptr), 0);
@@ -117,7 +117,7 @@ TEST_F(AwkwardPlaces, KeepTheAccessControlList) {
     EXPECT_EQ(AccessControlList(), before);
 }
 
-TEST_F(AwkwardPlaces, KeepEveryNameOfAFileThatHasSeveral) {
+TEST_F(AwkwardPlaces, KeepAllNamesOfAFile) {
     const fs::path other = folder.Path("other.ini");
     ASSERT_NE(CreateHardLinkW(other.c_str(), path.c_str(), nullptr), 0);
     EXPECT_EQ(Save().code, S_OK);
@@ -125,8 +125,8 @@ TEST_F(AwkwardPlaces, KeepEveryNameOfAFileThatHasSeveral) {
     EXPECT_EQ(TwoGeometries::HeldByFile(other), 2);
 }
 
-// Entry by entry too: Windows would not find the section in the line behind the mark.
-TEST_F(AwkwardPlaces, TakeAByteOrderMarkAwayFromAFileThatHasSeveralNames) {
+// Also when the entries are written one by one: Windows would not find a section in the first line.
+TEST_F(AwkwardPlaces, RemoveAByteOrderMarkFromAFileWithSeveralNames) {
     const std::string marked = "\xEF\xBB\xBF" + TwoGeometries::FileText(1);
     std::ofstream(path, std::ios::binary | std::ios::trunc) << marked;
     ASSERT_NE(CreateHardLinkW(folder.Path("other.ini").c_str(), path.c_str(), nullptr), 0);
@@ -134,8 +134,8 @@ TEST_F(AwkwardPlaces, TakeAByteOrderMarkAwayFromAFileThatHasSeveralNames) {
     EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
 }
 
-// Hosts of old programs do this; the profile functions are not concerned by it.
-TEST_F(AwkwardPlaces, SaveUnderANameBeyondAsciiInAHostWithOemFileFunctions) {
+// Hosts of old programs call SetFileApisToOEM. It does not affect the profile functions.
+TEST_F(AwkwardPlaces, SaveInAHostWithOemFileFunctions) {
     path = folder.Path() / fs::path(u8"K\u00F6pfe.ini");
     SetFileApisToOEM();
     const HRESULT made = Save().code;
@@ -148,13 +148,13 @@ TEST_F(AwkwardPlaces, SaveUnderANameBeyondAsciiInAHostWithOemFileFunctions) {
     SetFileApisToANSI();
     EXPECT_EQ(made, S_OK);
     EXPECT_EQ(replaced, S_OK);
-    EXPECT_EQ(given, S_OK) << "by writing into the file";
+    EXPECT_EQ(given, S_OK) << "the content must be written into the file itself";
     EXPECT_TRUE(fs::exists(path));
     const fs::directory_iterator files(folder.Path());
-    EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "and leave nothing beside it";
+    EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "no copy may be left";
 }
 
-/// A thread of a user whose language is not the system's.
+/// A thread whose language is not that of the system.
 class ThreadLanguage {
 public:
     explicit ThreadLanguage(WORD language) : before(GetThreadLocale()) {
@@ -168,7 +168,7 @@ private:
     LCID before;
 };
 
-TEST_F(AwkwardPlaces, ReachTheNamedFileOrAreRefusedWhateverTheThreadsLanguage) {
+TEST_F(AwkwardPlaces, AreFoundOrRefusedInEveryThreadLanguage) {
     for (const WORD language : {WORD{LANG_ENGLISH}, WORD{LANG_POLISH}, WORD{LANG_RUSSIAN}, WORD{LANG_JAPANESE}}) {
         const ThreadLanguage thread(language);
         for (const char8_t* const name :
@@ -180,7 +180,7 @@ TEST_F(AwkwardPlaces, ReachTheNamedFileOrAreRefusedWhateverTheThreadsLanguage) {
             const fs::directory_iterator files(own.Path());
             EXPECT_EQ(std::distance(begin(files), end(files)), saved.code == S_OK ? 1 : 0);
             EXPECT_TRUE(saved.code == S_OK || saved.code == QMV_E_WRITE_TO_FILE);
-            EXPECT_EQ(fs::exists(path), saved.code == S_OK) << "and never another file";
+            EXPECT_EQ(fs::exists(path), saved.code == S_OK) << "another file must not be written";
 
             TwoGeometries::Put(path, 1);
             const HRESULT loaded = second->LoadHeadGeometryFromFile(Bstr(path).Address());

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What is open, by number and name. The folder that tells of it is open too while it is read.
+/// The open files by number and name, without the folder that lists them.
 std::vector<std::string> OpenFiles() {
     std::vector<std::string> files;
     for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
@@ -26,7 +26,7 @@ std::vector<std::string> OpenFiles() {
     return files;
 }
 
-/// The lines of the process's status that it can set itself, and how many threads it has.
+/// The lines of the process's status that it can set itself, and the number of its threads.
 std::vector<std::string> Status() {
     std::vector<std::string> kept;
     std::ifstream status("/proc/self/status");

@@ -13,11 +13,11 @@
 
 using namespace qmv40;
 
-/// A settings file that is replaced while it is read.
+/// The settings file is replaced while it is read.
 
 namespace {
 
-/// Three values that belong together, and so much besides that a file takes a while to write.
+/// Three values that belong together and, if `isLong`, so much other text that writing takes some time.
 std::string SettingsText(const std::string& value, bool isLong) {
     std::string text = "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\Software\\Hollbeck\\VRX Software\\QMV40Calculator]\n";
     const auto add = [&](const char* name) {
@@ -53,7 +53,7 @@ protected:
     std::string chosenBefore;
 };
 
-/// Reads while `write` writes, and counts the reads that gave the values 1, the values 2, the defaults.
+/// Reads while `write` writes. Counts the reads that gave the values 1, the values 2 and the built-in values.
 struct Reads {
     long first = 0;
     long second = 0;
@@ -85,7 +85,7 @@ template <typename Write> Reads ReadWhile(int writes, Write write) {
     return reads;
 }
 
-TEST_F(ReplacedSettings, GiveTheOldValuesOrTheNewOnesWhenTheFileIsRenamedOver) {
+TEST_F(ReplacedSettings, AreTheOldOrTheNewOnesAfterARename) {
     PutInPlace(SettingsText("1.5", true));
     const Reads reads = ReadWhile(Rounds(300), [&](const char* value) { PutByRenaming(SettingsText(value, true)); });
     std::cout << reads.first << " reads gave the one, " << reads.second << " the other" << std::endl;
@@ -95,9 +95,9 @@ TEST_F(ReplacedSettings, GiveTheOldValuesOrTheNewOnesWhenTheFileIsRenamedOver) {
     EXPECT_EQ(reads.mixed, 0);
 }
 
-// Nothing tells a file that is being written from one that says no more: the defaults count while it does not name the
-// key. But values of two writes never come together.
-TEST_F(ReplacedSettings, GiveOldNewOrDefaultValuesWhileTheFileIsRewritten) {
+// A partly written file cannot be distinguished from a short one: while it does not name the key, the built-in values
+// are used. But values of two writes are never mixed.
+TEST_F(ReplacedSettings, AreOldNewOrBuiltInDuringAWrite) {
     PutInPlace(SettingsText("1.5", false));
     const Reads reads = ReadWhile(2000, [&](const char* value) { PutInPlace(SettingsText(value, false)); });
     std::cout << reads.first << " reads gave the one, " << reads.second << " the other, " << reads.defaults

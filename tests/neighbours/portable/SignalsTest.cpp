@@ -11,13 +11,13 @@
 
 using namespace qmv40;
 
-/// A host whose signal handlers interrupt system calls, which are not made again of themselves.
+/// The host's signal handlers interrupt system calls, and the system does not restart them.
 
 namespace {
 
 std::atomic<long> signalCount{0};
 
-/// Sends the process a signal every tenth of a millisecond.
+/// Sends a signal to the process every 0.1 ms.
 class Interrupting {
 public:
     Interrupting() {

@@ -23,7 +23,7 @@ void MakeFiguresExact() {}
 ProcessFigures ProcessFigures::Now() {
     const long blocks = FailingAllocations::LiveBlocks();
     std::size_t pages = 0, residentPages = 0;
-    // A sanitizer keeps what is freed, to watch it.
+    // A sanitizer keeps freed memory, to detect its use.
     if (!isWatched) std::ifstream("/proc/self/statm") >> pages >> residentPages;
     const std::filesystem::directory_iterator open("/proc/self/fd");
     return {residentPages * static_cast<std::size_t>(::getpagesize()), ::mallinfo2().uordblks, blocks,

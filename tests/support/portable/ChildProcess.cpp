@@ -22,7 +22,7 @@ struct ChildProcess::State {
 
 ChildProcess::ChildProcess(const std::string& job, const std::filesystem::path& path)
     : state(std::make_unique<State>()) {
-    // The target of the link: when a checker runs this program, the link itself leads to the checker.
+    // Resolved, because valgrind runs this program with another executable behind the link.
     std::string program = std::filesystem::read_symlink("/proc/self/exe");
     std::string marker = "--job", name = job, file = path;
     const std::array<char*, 5> arguments{program.data(), marker.data(), name.data(), file.data(), nullptr};

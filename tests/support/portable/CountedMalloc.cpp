@@ -1,7 +1,8 @@
 #include "tests/support/CountedMalloc.h"
 
-// The linker sends every call of malloc, calloc and free in the program's own code to __wrap_..., and __real_... to the
-// C library's (option --wrap): so the texts and arrays of the platform layer can be made to fail too.
+// With the option --wrap the linker directs each call of malloc, calloc and free in the program's code to __wrap_...,
+// and
+// __real_... to the C library. So allocations of the platform layer's texts and arrays can fail too.
 extern "C" {
 void* __real_malloc(std::size_t size);
 void* __real_calloc(std::size_t count, std::size_t size);

@@ -4,7 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// Runs `action` in a process of its own, so that it cannot change this one. Returns its result, 0 to 255, or -1 if the
+/// Runs `action` in a separate process, so that it cannot change this one. Returns its result, 0 to 255, or -1 if the
 /// process did not end normally.
 template <typename Action> int CodeOfAnotherProcess(Action action) {
     const pid_t child = ::fork();
@@ -12,7 +12,7 @@ template <typename Action> int CodeOfAnotherProcess(Action action) {
         try {
             ::_exit(action());
         } catch (...) {
-            std::abort(); // or there would be two of the test program
+            std::abort(); // otherwise a second test program would continue
         }
     }
     int status = 0;
@@ -24,7 +24,7 @@ template <typename Action> bool InAnotherProcess(Action action) {
     return CodeOfAnotherProcess([&] { return action() ? 0 : 1; }) == 0;
 }
 
-/// The same as an ordinary user: a test that runs as root gives up its rights there.
+/// The same as an ordinary user: if the test runs as root, the separate process gives up these rights.
 template <typename Action> bool AsOrdinaryUser(Action action) {
     constexpr uid_t nobody = 65534;
     return InAnotherProcess([&] {

@@ -5,7 +5,7 @@
 #include <string>
 #include <unistd.h>
 
-/// Gives this process the right to mount disks that no other process sees. False if the system does not allow it.
+/// Allows this process to mount disks that are visible to it only. False if the system does not permit that.
 inline bool BecomeOwnRoot() {
     if (::geteuid() == 0) return ::unshare(CLONE_NEWNS) == 0;
     const std::string user = std::to_string(::geteuid()), group = std::to_string(::getegid());

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-// The system's own allocations (texts, arrays, error records) are out of reach here.
+// The system's own allocations (texts, arrays, error records) cannot be made to fail here.
 void* CountedMalloc(std::size_t size) noexcept {
     void* const block = AllocationFailsNow() ? nullptr : std::malloc(size);
     if (block != nullptr) CountBlock(1);

@@ -21,7 +21,7 @@ std::wstring Wide(const char* ascii) {
 /// Programs of both architectures set the same key.
 constexpr REGSAM view = KEY_WOW64_64KEY;
 
-/// With everything below it, if there is one.
+/// Removes the key and everything below it, if it exists.
 void DeleteKey() {
     HKEY handle = nullptr;
     if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, SettingsFixture::key, 0, KEY_ALL_ACCESS | view, &handle) != ERROR_SUCCESS)
@@ -42,7 +42,7 @@ public:
     OpenKey& operator=(const OpenKey&) = delete;
     ~OpenKey() { RegCloseKey(handle); }
 
-    // The wide call stores what it is given; the narrow one would add a missing terminator.
+    // The wide function stores the bytes unchanged; the narrow one would add a missing terminator.
     void Set(const char* name, DWORD type, const void* bytes, std::size_t length) const {
         Require(RegSetValueExW(handle, Wide(name).c_str(), 0, type, static_cast<const BYTE*>(bytes),
                                static_cast<DWORD>(length)));
