@@ -93,8 +93,8 @@ struct qmv40_moves {
 
 typedef struct qmv40_calculator qmv40_calculator; /* NOLINT(modernize-use-using): C */
 
-/* A new calculator, without a geometry. After a failure *calculator is null, and qmv40_last_error(NULL, ...) on the same
- * thread returns the failure. */
+/* A new calculator, without a geometry. After a failure *calculator is null, and qmv40_last_error(NULL, ...) on the
+ * same thread returns the failure. */
 int32_t qmv40_create(qmv40_calculator** calculator);
 /* Frees a calculator. Null is ignored. */
 void qmv40_destroy(qmv40_calculator* calculator);
@@ -122,8 +122,8 @@ int32_t qmv40_start_position(qmv40_calculator* calculator, struct qmv40_xyz* pos
 int32_t qmv40_pole_sphere(qmv40_calculator* calculator, struct qmv40_xyz* position);
 
 /* The code of the last failed call with this calculator (0 if none has failed), and its texts. Each text is cut to the
- * size of its buffer in bytes and ends with a zero. A buffer can be null with the size 0. 512 bytes are enough for every
- * text of the component. */
+ * size of its buffer in bytes and ends with a zero. A buffer can be null with the size 0. 512 bytes are enough for
+ * every text of the component. */
 int32_t qmv40_last_error(qmv40_calculator* calculator, char* source, size_t source_size, char* description,
                          size_t description_size);
 /* The file of the component that this calculator uses, cut in the same way. */
