@@ -1,7 +1,7 @@
 // Plan.exe <geometry file>: plans an indexing from a .NET program, on Linux and on Windows.
 //
-// Build it with the one file of the binding: mcs Plan.cs Qmv40.cs, csc /platform:x64 Plan.cs Qmv40.cs, or both files in a
-// project. libqmv40.so (or qmv40.dll, with CoQMV40Calculator.dll) lies beside the program or where the system looks.
+// Build it with the file of the binding: mcs Plan.cs Qmv40.cs, csc /platform:x64 Plan.cs Qmv40.cs, or both files in a
+// project. Place libqmv40.so (or qmv40.dll and CoQMV40Calculator.dll) beside the program or where the system looks.
 
 using System;
 using System.Globalization;

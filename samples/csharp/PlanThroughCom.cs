@@ -1,12 +1,12 @@
 // PlanThroughCom.exe <geometry file>: plans an indexing from a 64-bit .NET program through COM, on Windows.
 //
-// Not run by the tests of this component: they have no .NET on Windows to run it on.
+// The tests of this component do not run it, because they have no .NET on Windows.
 //
 // Build: csc /platform:x64 PlanThroughCom.cs, or in a console project with <PlatformTarget>x64</PlatformTarget>.
 //
-// CalculateMove throws its failure code as a C++ exception, which no .NET program can catch as such. So that method is
-// called through the dispatch interface, where the failure comes back as a result. (The "dynamic" keyword would not do:
-// it cannot take a record that no .NET assembly has registered.)
+// CalculateMove throws its failure code as a C++ exception, which a .NET program cannot catch with its code. So that method
+// is called through the dispatch interface, which returns the failure. (The "dynamic" keyword cannot be used: it cannot
+// receive a record without a registered .NET assembly.)
 
 using System;
 using System.Globalization;
@@ -52,7 +52,7 @@ struct RequiredMoves
     public XYZData DisengageFromLockLever;
 }
 
-// The methods in the order of the interface: the order is what counts.
+// The methods in the order of the interface. The order must not change.
 [ComImport, Guid("2C7D91E3-6F4A-4B28-8D35-9E1A7C0B4F52"), InterfaceType(ComInterfaceType.InterfaceIsDual)]
 interface IQMVCalculator
 {
@@ -136,7 +136,7 @@ static class LateBound
 
 static class Program
 {
-    // The component belongs to single-threaded apartments; from another one every call would be marshalled.
+    // The component belongs to single-threaded apartments. From another apartment every call would be marshalled.
     [STAThread]
     static int Main(string[] arguments)
     {

@@ -1,8 +1,8 @@
 // cscript //nologo plan.js <geometry file> [qmv40.exe]: plans an indexing.
 //
-// A script has no records, and JScript hands every argument over by value: neither the plan nor the head's position can
-// be read back here, failures can. So the script keeps the position itself, which a refused target leaves as it was, and
-// takes the numbers of the moves from qmv40.exe: the one named, or the one of the PATH.
+// A script has no records, and JScript passes every argument by value: the script can read neither the plan nor the head's
+// position, but it can read failures. So it stores the position itself (a refused target does not change it), and gets the
+// numbers of the moves from qmv40.exe: the named one, or the one in the PATH.
 
 var files = new ActiveXObject("Scripting.FileSystemObject");
 
@@ -59,5 +59,5 @@ function plan(geometryFile, tool) {
 }
 
 if (WScript.Arguments.length < 1 || WScript.Arguments.length > 2) WScript.Quit(2);
-// A relative name would mean the Windows folder to the component.
+// The component would look for a relative name in the Windows folder.
 plan(files.GetAbsolutePathName(WScript.Arguments(0)), WScript.Arguments.length > 1 ? WScript.Arguments(1) : "qmv40");

@@ -63,7 +63,7 @@ def show_plan(plan):
 
 def main(geometry_file):
     head = win32com.client.gencache.EnsureDispatch("QMV.QMVCalculator.1")
-    # A relative name would mean the Windows folder to the component.
+    # The component would look for a relative name in the Windows folder.
     head.LoadHeadGeometryFromFile(os.path.abspath(geometry_file))
     head.SetCurrentHeadPosition(0, 0)
     try:

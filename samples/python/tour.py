@@ -4,7 +4,7 @@ The two files are CSV with the header APosition,BPosition,XPosition,YPosition,ZP
 centre at several angles of the unlocked head. The captures in scenarios/ are such files.
 """
 
-# %% What is needed
+# %% Imports
 
 import csv
 import sys

@@ -1,12 +1,12 @@
 Attribute VB_Name = "QMV40Plan"
 ' PlanIndexing "C:\...\head.ini": plans an indexing from a 64-bit Office application; prints to the Immediate window.
 '
-' Not run by the tests of this component: they have no Office to run it in.
+' The tests of this component do not run it, because they have no Office.
 '
 ' Tools > References: CoQMV40Calculator 1.0 Type Library. The records are declared there.
 '
 ' CalculateMove throws its failure code as a C++ exception when it is called on a variable of the class: Basic cannot
-' catch that, and the application may end. Called on a variable of type Object it raises an ordinary error.
+' catch that, and the application may end. Called on a variable of type Object, it raises an ordinary error.
 Option Explicit
 
 Public Sub PlanIndexing(ByVal geometryFile As String)
@@ -69,7 +69,7 @@ Private Sub ShowArc(ByVal number As Long, ByVal moveName As String, ByRef arc As
         ThreeDecimals(arc.RotationAngle)
 End Sub
 
-' Three decimals and a point, whatever the regional settings say.
+' Three decimals after a decimal point, with all regional settings.
 Private Function ThreeDecimals(ByVal number As Double) As String
     Dim thousandths As Double, digits As String
     thousandths = Int(number * 1000 + 0.5)

@@ -1,7 +1,7 @@
 ' cscript //nologo plan.vbs <geometry file> [qmv40.exe]: plans an indexing.
 '
-' A script has no records: the plan itself cannot be read here. CalculateMove called as a statement checks the target and
-' moves the remembered position on; the numbers of the moves come from qmv40.exe: the one named, or the one of the PATH.
+' A script has no records and cannot read the plan itself. CalculateMove as a statement checks the target and sets the
+' current position. qmv40.exe, the named one or the one in the PATH, prints the numbers of the moves.
 Option Explicit
 
 Dim files, head, tool
@@ -11,7 +11,7 @@ If WScript.Arguments.Count = 2 Then tool = WScript.Arguments(1)
 
 Set files = CreateObject("Scripting.FileSystemObject")
 Set head = CreateObject("QMV.QMVCalculator.1")
-' A relative name would mean the Windows folder to the component.
+' The component would look for a relative name in the Windows folder.
 head.LoadHeadGeometryFromFile files.GetAbsolutePathName(WScript.Arguments(0))
 head.SetCurrentHeadPosition 0, 0
 
@@ -59,14 +59,14 @@ Function Quoted(name)
     Quoted = """" & name & """"
 End Function
 
-' A number with a point, whatever the regional settings say.
+' A number with a decimal point, with all regional settings.
 Function NumberIn(text)
     Dim decimalMark
     decimalMark = Mid(CStr(1.5), 2, 1)
     NumberIn = CDbl(Replace(text, ".", decimalMark))
 End Function
 
-' Three decimals and a point, whatever the regional settings say.
+' Three decimals after a decimal point, with all regional settings.
 Function ThreeDecimals(number)
     Dim thousandths, digits, sign
     thousandths = Int(number * 1000 + 0.5)

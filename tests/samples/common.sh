@@ -1,5 +1,5 @@
-# Sourced by the checks: a folder to work in, Windows' own commands, and what the samples must print.
-# No check ends in silence: a command that fails where none may is named.
+# Sourced by the checks: a working folder, the commands of Windows, and the required output of the samples.
+# An unexpected failure names its command.
 set -E
 trap 'echo "line $LINENO of ${BASH_SOURCE[0]##*/} failed: $BASH_COMMAND" >&2' ERR
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
@@ -11,7 +11,7 @@ work=$(mktemp -d)
 export WINEPREFIX=${WINEPREFIX:-$tree/wine} WINE_TIME_LIMIT=300 LC_ALL=C.UTF-8
 source "$root/tests/samples/sample-text.sh"
 
-# windows <program or command> <argument>...: lines end as they do here.
+# windows <program or command> <argument>...: its output, with line ends converted to LF.
 windows() {
     local program=$1 status=0
     [ -f "$program" ] || program=$WINEPREFIX/drive_c/windows/system32/$1.exe
@@ -20,7 +20,7 @@ windows() {
     return $status
 }
 
-# windows_path <file>: its name as Windows programs see it.
+# windows_path <file>: its name for Windows programs.
 windows_path() { echo "Z:${1//\//\\}"; }
 
 # remember_registry <name>; same_registry <name> <when>: the classes and the programs installed are as they were.
