@@ -78,7 +78,7 @@ AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& 
     all.positions = std::move(positions);
     all.findingsOfKind.resize(AllFindingTexts().size());
     Surroundings surroundings(head, options.sizes, options.scene);
-    surroundings.LookForTheWorstAlone(options.requiredClearance);
+    surroundings.ComputeOnlySmallest(options.requiredClearance);
     all.figures = Figures(surroundings);
     component::Calculator calculator;
     calculator.LoadHeadGeometry(geometryFile);
@@ -110,8 +110,8 @@ void PrintAllPairs(const AllPairs& all, const CheckOptions& options, const text:
     text::Table table({{"", text::Table::Align::Left}, {""}, {"", text::Table::Align::Left}});
     table.AddRow({"positions", std::to_string(all.positions.size())});
     table.AddRow({"pairs", std::to_string(all.Pairs())});
-    table.AddRow({"refused by the component", std::to_string(all.refused),
-                  all.refused == 0 ? "" : "the head tilts from A 0 to 90 alone"});
+    table.AddRow(
+        {"refused by the component", std::to_string(all.refused), all.refused == 0 ? "" : "A must be 0 to 90"});
     table.AddRow({"planned and checked", std::to_string(all.figures.Plans())});
     table.AddRow({"different moves among them", std::to_string(all.differentMoves)});
     table.Print(console);

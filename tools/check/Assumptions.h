@@ -4,8 +4,8 @@
 #include "tools/text/Console.h"
 #include "tools/text/Json.h"
 
-/// What a check assumes: sizes that no geometry file has, and what stands around the head. A verdict is to be read with
-/// them.
+/// What a check assumes: sizes that no geometry file has, and the obstacles around the head. A verdict holds only under
+/// these assumptions.
 
 namespace qmv40::check {
 

@@ -12,7 +12,7 @@ struct CheckedPlan {
     PlanReport report;
 };
 
-/// Plans that were checked one after the other: each begins where the machine stands after the plan before it.
+/// Plans that were checked one after the other: each begins where the one before ended.
 struct CheckedTour {
     std::vector<CheckedPlan> plans;
     Figures figures;

@@ -16,7 +16,7 @@ using K = FindingKind;
 
 constexpr model::Vector3 up{0.0, 0.0, 1.0};
 
-/// One plan on its way through the model.
+/// Runs the moves of one plan on the model and collects the report.
 class PlanCheck {
 public:
     PlanCheck(const model::HeadModel& theHead, const CheckOptions& theOptions, const plans::Plan& thePlan,
@@ -26,12 +26,12 @@ public:
     PlanReport Report() &&;
     void CheckOrder();
     void CheckStart(const model::HeadAngles& left);
-    void ComeBy(std::vector<motion::ExecutedMove> way) { report.way = std::move(way); }
+    void SetWay(std::vector<motion::ExecutedMove> way) { report.way = std::move(way); }
 
 private:
     bool RunAll();
     CheckedMove Measured(const motion::ExecutedMove& run) { return CheckedMoveOf(run, head, options, surroundings); }
-    void JoinWay(CheckedMove& first);
+    void AddWayTo(CheckedMove& first);
     void CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run);
     void CheckStateFor(const motion::ExecutedMove& run);
     void CheckEnding(MoveRequirement::Ending ending, const motion::ExecutedMove& run);
@@ -91,7 +91,7 @@ bool PlanCheck::RunAll() {
 void PlanCheck::CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run) {
     const MoveRequirement& requirement = RequirementOf(planned.id);
     report.moves.push_back(Measured(run));
-    if (index == 0) JoinWay(report.moves.back());
+    if (index == 0) AddWayTo(report.moves.back());
     if (const auto* const arc = std::get_if<ArcData>(&planned.data)) CheckArc(requirement.arc, *arc, run);
     CheckStateFor(run);
     CheckEnding(requirement.ending, run);
@@ -104,7 +104,7 @@ void PlanCheck::CheckMove(const plans::PlannedMove& planned, const motion::Execu
     CheckTravel(run.path);
 }
 
-void PlanCheck::JoinWay(CheckedMove& first) {
+void PlanCheck::AddWayTo(CheckedMove& first) {
     for (const motion::ExecutedMove& leg : report.way) {
         const CheckedMove measured = Measured(leg);
         CheckTravel(leg.path);
@@ -253,8 +253,8 @@ void PlanCheck::CheckEnd() {
     if (state.lever != model::LeverState::Locked) Find(K::NotLockedAtTheEnd);
 }
 
-/// Up from where the plan before ended, and across to above the first position. No way leads to an arc or to a number
-/// that is none.
+/// The way from the end of the plan before: up, and across to above the first position. Empty when the plan begins with
+/// an arc or with a number that is not finite.
 std::vector<motion::ExecutedMove> WayTo(const plans::Plan& plan, const model::HeadModel& head,
                                         const motion::ExecutedMove& last) {
     std::vector<motion::ExecutedMove> way;
@@ -316,7 +316,7 @@ PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& optio
     std::vector<motion::ExecutedMove> way = WayTo(plan, head, last);
     const model::Vector3 start = way.empty() ? last.path.End() : way.back().path.End();
     PlanCheck check(head, options, plan, surroundings, motion::Machine(head, plan.from, start));
-    check.ComeBy(std::move(way));
+    check.SetWay(std::move(way));
     check.CheckStart(last.after.angles);
     check.CheckOrder();
     return std::move(check).Report();

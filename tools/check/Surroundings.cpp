@@ -20,7 +20,7 @@ Surroundings::Surroundings(const model::HeadModel& theHead, const BallSizes& siz
     : head(theHead), scene(theScene), parts(NamesOfParts(theScene.parts)) {
     const auto add = [&](const std::string& name, std::shared_ptr<const obstacles::Solid> solid, bool isPoleSphere) {
         solids.push_back(name);
-        standing.push_back({std::move(solid), isPoleSphere});
+        placed.push_back({std::move(solid), isPoleSphere});
     };
     const model::Vector3 pole = head.PoleSphere();
     const model::Vector3 foot = pole - model::Vector3{0.0, 0.0, stemLength};
@@ -38,7 +38,7 @@ const PartClearances& Surroundings::Of(const motion::ExecutedMove& move) {
     return found->second;
 }
 
-void Surroundings::LookForTheWorstAlone(double theRequired) { required = theRequired; }
+void Surroundings::ComputeOnlySmallest(double theRequired) { required = theRequired; }
 
 Surroundings::Key Surroundings::KeyOf(const motion::ExecutedMove& move) {
     const model::Vector3 start = move.path.Start();
@@ -76,10 +76,10 @@ PartClearances Surroundings::Measured(const motion::ExecutedMove& move) {
     PartClearances clearances;
     const std::vector<PartInMove> moving = PartsOf(move, head, scene.parts);
     for (std::size_t part = 0; part < moving.size(); ++part) {
-        for (std::size_t solid = 0; solid < standing.size(); ++solid) {
-            if (moving[part].passesPoleSphere && standing[solid].isPoleSphere) continue;
+        for (std::size_t solid = 0; solid < placed.size(); ++solid) {
+            if (moving[part].passesPoleSphere && placed[solid].isPoleSphere) continue;
             const double atLeast =
-                obstacles::ClearanceOf(moving[part].moving, *standing[solid].solid, EnoughFor(part, solid));
+                obstacles::ClearanceOf(moving[part].moving, *placed[solid].solid, EnoughFor(part, solid));
             double& least = smallest[part * solids.size() + solid];
             least = std::min(least, atLeast);
             clearances.push_back({part, solid, atLeast});

@@ -7,13 +7,13 @@
 #include <array>
 #include <map>
 
-/// What stands around the head, and the clearance of every part of the head to it in a move.
+/// The obstacles around the head, and the clearance of every part of the head to each of them in a move.
 
 namespace qmv40::check {
 
 inline constexpr const char* poleSphereName = "pole sphere";
 
-/// What is assumed about machine and fixtures.
+/// The assumptions about machine and fixtures.
 struct Scene {
     PartSizes parts;
     double stemDiameter = 6.0;                  ///< mm; the pole sphere's stem goes straight down
@@ -42,7 +42,7 @@ public:
 
     /// From now on a clearance above both `required` and the smallest one so far of the same part and solid is not
     /// computed exactly: the value returned is then a lower bound. This is faster for many plans of one head.
-    void LookForTheWorstAlone(double required);
+    void ComputeOnlySmallest(double required);
 
     const std::vector<const char*>& Parts() const { return parts; }
     const std::vector<std::string>& Solids() const { return solids; }
@@ -56,7 +56,7 @@ private:
     PartClearances Measured(const motion::ExecutedMove& move);
     double EnoughFor(std::size_t part, std::size_t solid) const;
 
-    struct Standing {
+    struct PlacedSolid {
         std::shared_ptr<const obstacles::Solid> solid;
         bool isPoleSphere; ///< or its stem
     };
@@ -65,7 +65,7 @@ private:
     Scene scene;
     std::vector<const char*> parts;
     std::vector<std::string> solids;
-    std::vector<Standing> standing;
+    std::vector<PlacedSolid> placed;
     std::map<Key, PartClearances> known;
     std::optional<double> required;
     std::vector<double> smallest; ///< by part and solid

@@ -1,7 +1,6 @@
 #include "tools/check/AllPairs.h"
 #include "tools/check/CheckReport.h"
-#include "tools/check/HeadFile.h"
-#include "tools/cli/Allowances.h"
+#include "tools/cli/AssumptionOptions.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
@@ -15,7 +14,7 @@ struct CheckCommandOptions : CommonOptions {
     PlanSelection selection;
     bool all = false;
     bool reachable = false;
-    Allowances allowances;
+    AssumptionOptions assumptions;
 };
 
 void RequireSomethingToCheck(const CheckCommandOptions& options) {
@@ -51,8 +50,8 @@ std::size_t RunTour(const CheckCommandOptions& options, const check::CheckOption
 void Run(const CheckCommandOptions& options, const text::Console& console) {
     RequireSomethingToCheck(options);
     [[maybe_unused]] const SettingsInUse settings(options, console);
-    const check::CheckOptions checked = options.allowances.Read();
-    const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
+    const check::CheckOptions checked = options.assumptions.Read();
+    const model::HeadModel head = ReadHead(options.selection.geometry, console);
     const std::size_t findings =
         options.all ? RunAll(options, checked, head, console) : RunTour(options, checked, head, console);
     if (findings != 0) throw CommandEnded{exitFindings};
@@ -77,9 +76,11 @@ constexpr const char* checkFooter =
     "  qmv40 check --geometry head.ini --all --reachable --stylus 120 --table -900 --obstacles fixture.stl\n"
     "\n"
     "The moves are run on a model of machine and head that knows nothing of how plans are made: lock lever, peg,\n"
-    "A and B. Each move is held against what it is for, and its clearance is measured over its whole path:\n"
+    "A and B. Each move is compared with its purpose, and its clearance is computed over its whole path:\n"
     "from head centre and drive cup to the pole sphere, from the machine's position to both levers. What a move must\n"
-    "touch is left out of its clearance. Findings have names, which docs/qmv40.md lists; with any the exit code is 4.\n"
+    "touch is left out of its clearance. Findings have names, which docs/qmv40.md lists. If there is a finding, the "
+    "exit\n"
+    "code is 4.\n"
     "Every part of the head is checked against the sphere's stem, the table and the obstacles; the report says with\n"
     "which sizes. With --all the component refuses the pairs with A below 0; they are counted.";
 
@@ -89,7 +90,7 @@ void AddCheckCommand(Command tool, const text::Console& console) {
     Command command = tool.AddCommand("check", "Run plans on a model of machine and head, and judge them");
     const auto options = std::make_shared<CheckCommandOptions>();
     AddWhatToCheck(command, *options);
-    AddAllowances(command, options->allowances);
+    AddAssumptionOptions(command, options->assumptions);
     AddCommonOptions(command, *options);
     command.SetFooter(checkFooter);
     command.OnRun([options, &console] { Run(*options, console); });

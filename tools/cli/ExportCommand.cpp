@@ -1,5 +1,4 @@
 #include "tools/check/CheckReport.h"
-#include "tools/check/HeadFile.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
@@ -31,7 +30,7 @@ double SafeHeight(const ExportCommandOptions& options, const model::HeadModel& h
     if (!options.safeHeight) return head.SafeHeight();
     if (*options.safeHeight >= head.SafeHeight()) return *options.safeHeight;
     throw text::UsageError{"--safe-height: the machine moves freely from Z " + text::ExactText(head.SafeHeight()) +
-                           " mm upwards alone"};
+                           " mm upwards"};
 }
 
 /// A tour with findings is not exported, because the machine would execute it.
@@ -74,7 +73,7 @@ text::Json DocumentOf(const ExportCommandOptions& options, const std::vector<mot
 void Run(ExportCommandOptions options, const text::Console& console) {
     RequireComplete(options.selection, "export");
     [[maybe_unused]] const SettingsInUse settings(options, console);
-    const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
+    const model::HeadModel head = ReadHead(options.selection.geometry, console);
     const double safeHeight = SafeHeight(options, head);
     const std::vector<plans::Plan> plans = SelectedPlans(options.selection);
     RequireSound(check::CheckTour(plans, head, {}), options.selection.geometry.force, console);
@@ -110,16 +109,16 @@ void AddWriting(Command& command, const std::shared_ptr<ExportCommandOptions>& o
     constexpr double smallestChord = 1e-6;
     constexpr double slowest = 1.0;
     constexpr double anywhere = -1e9;
-    AddNumber(command, "--chord", "MM", "How far a chord may leave its arc; 0.01 unless given", smallestChord,
-              [options](double value) { options->writing.chord = value; });
+    AddNumber(command, "--chord", "MM", "The largest distance of a chord from its arc; 0.01 unless given",
+              smallestChord, [options](double value) { options->writing.chord = value; });
     AddNumber(command, "--feed", "MM/MIN", "How fast the machine moves; 300 unless given", slowest,
               [options](double value) { options->writing.feed = value; });
-    command.AddText("--arcs", options->arcs, "TEXT", "G-code: G2 and G3 where they can be, or chords alone")
+    command.AddText("--arcs", options->arcs, "TEXT", "G-code: G2 and G3 where possible, or only chords")
         .AcceptOnly({"native", "chords"});
     AddNumber(command, "--safe-height", "Z",
-              "Where the machine goes between plans, and to the first; that of the head unless given", anywhere,
+              "The height between plans and before the first one; the safe height of the head unless given", anywhere,
               [options](double value) { options->safeHeight = value; });
-    AddNumber(command, "--lift", "MM", "Make everything this much higher: a rehearsal in the air", 0.0,
+    AddNumber(command, "--lift", "MM", "Add this to every Z, for a rehearsal in the air", 0.0,
               [options](double value) { options->lift = value; });
     command.AddText("--output", options->output, "FILE", "Write here; without it to standard output");
 }
@@ -134,8 +133,8 @@ constexpr const char* exportFooter =
     "where their axis is one of the machine's. In a tour the way between plans goes up, across and down at the\n"
     "safe height. points is CSV with the columns Plan, Move, Name, X, Y, Z; Move 0 is the way to a plan's start.\n"
     "Each plan is checked first: with findings nothing is written unless --force is given; the exit code is 4.\n"
-    "Positions are the machine's own, without a stylus tip in force: each program switches it off or stops until\n"
-    "a person has confirmed it. docs/arcs.md says what each dialect assumes.";
+    "Positions are machine positions, with no tip offset in force: each program switches the offset off, or stops\n"
+    "until a person has confirmed it. docs/arcs.md says what each dialect assumes.";
 
 } // namespace
 

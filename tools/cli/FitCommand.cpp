@@ -84,7 +84,7 @@ void AddFitCommand(Command tool, const text::Console& console) {
         "\n"
         "The points are taken as they stand in the file. Residuals are distances from the shape, for a plane\n"
         "with the sign that its normal gives. A normal or direction could as well point the other way; the\n"
-        "one whose largest component is positive is shown. No settings have a say in a fit.");
+        "one whose largest component is positive is shown. Settings have no influence on a fit.");
     command.OnRun([options, &console] { Run(*options, console); });
 }
 

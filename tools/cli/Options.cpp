@@ -1,6 +1,7 @@
 #include "tools/cli/Options.h"
 
 #include "formats/AsciiText.h"
+#include "tools/check/HeadFile.h"
 #include "tools/component/Calculator.h"
 #include "tools/plans/HeadAnglesText.h"
 #include "tools/settings/MachineSettings.h"
@@ -23,7 +24,7 @@ template <typename Take> std::string ReadAngles(const std::string& value, Take&&
 }
 
 template <typename Angles> Option AddFrom(Command& command, Angles& from, const char* name = "--from") {
-    return command.AddValue(name, "A,B", "Where the head stands, degrees: A 0 to 90, B -180 to 180, in steps of 15",
+    return command.AddValue(name, "A,B", "The position of the head, degrees: A 0 to 90, B -180 to 180, in steps of 15",
                             [&from](const std::string& value) {
                                 return ReadAngles(value, [&](const model::HeadAngles& angles) { from = angles; });
                             });
@@ -63,7 +64,7 @@ void AddGeometryOption(Command& command, GeometryOption& option) {
     command.AddText("--geometry", option.file, "FILE", "Head geometry file, as `qmv40 geometry --output` writes it")
         .Require();
     command.AddFlag("--force", option.force,
-                    "Use the geometry file also when an entry of it is not a number, as the component reads it");
+                    "Use the geometry file even with a doubtful entry, as the component reads it");
 }
 
 void AddFromOption(Command& command, model::HeadAngles& from) { AddFrom(command, from).Require(); }
@@ -89,7 +90,7 @@ Option AddPointOption(Command& command, const char* name, const char* descriptio
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets) {
     return command.AddValues(
         "--to", "A,B",
-        "Where it is to go, rounded to whole degrees. Given several times: a tour, each plan starting where the one "
+        "The target, rounded to whole degrees. Given several times: a tour, in which each plan starts where the one "
         "before ended",
         [&targets](const std::string& value) {
             return ReadAngles(value, [&](const model::HeadAngles& angles) { targets.push_back(angles); });
@@ -108,6 +109,10 @@ settings::GeometryFile ReadGeometryFile(const GeometryOption& option, const text
         if (file.LacksEntry()) component::Calculator().LoadHeadGeometry(option.file);
     }
     return file;
+}
+
+model::HeadModel ReadHead(const GeometryOption& option, const text::Console& console) {
+    return check::HeadModelOf(ReadGeometryFile(option, console).Numbers());
 }
 
 SettingsInUse::SettingsInUse(const CommonOptions& options, const text::Console& console) : override(options.settings) {

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "tools/cli/CommandLine.h"
-#include "tools/model/HeadAngles.h"
-#include "tools/model/Vector3.h"
+#include "tools/model/HeadModel.h"
 #include "tools/settings/GeometryFile.h"
 #include "tools/settings/SettingsOverride.h"
 #include "tools/text/Console.h"
@@ -34,7 +33,7 @@ void AddGeometryOption(Command& command, GeometryOption& option);
 void AddFromOption(Command& command, model::HeadAngles& from);
 /// Not required.
 void AddFromOption(Command& command, std::optional<model::HeadAngles>& from);
-/// --at, the angles at which the head stands. Required.
+/// --at, the head's angles. Required.
 void AddAtOption(Command& command, model::HeadAngles& at);
 /// A point or an offset, in mm. Required.
 void AddPointOption(Command& command, const char* name, const char* description, model::Vector3& point);
@@ -50,6 +49,9 @@ Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets);
 /// missing or is not wholly a number. With --force these problems are warnings, and the component decides what it
 /// refuses.
 settings::GeometryFile ReadGeometryFile(const GeometryOption& option, const text::Console& console);
+
+/// The model of the head with the geometry of that file and the dimensions of the settings in force.
+model::HeadModel ReadHead(const GeometryOption& option, const text::Console& console);
 
 /// While it lives, the head's fixed dimensions come from --settings. Warns on standard error of every setting, in that
 /// file or on this machine, that is not read as it looks.

@@ -31,8 +31,8 @@ void AddPositions(Command& command, PlanSelection& selection) {
     AddFromOption(command, selection.from);
     AddToOption(command, selection.targets);
     command.AddText("--tour", selection.tour, "FILE",
-                    "CSV with the columns A, B: go on to each position in turn; without --from the first is where the "
-                    "head stands");
+                    "CSV with the columns A, B: the positions of a tour. Without --from the first one is the present "
+                    "position of the head");
 }
 
 std::vector<model::HeadAngles> SelectedPositions(const PlanSelection& selection) {
@@ -52,8 +52,8 @@ void AddPlanSelection(Command& command, PlanSelection& selection) {
     AddGeometryOption(command, selection.geometry);
     AddPositions(command, selection);
     command.AddText("--plan", selection.file, "FILE",
-                    "Take the plans of this file, as `qmv40 move --json` prints them, edited or not. With --from and "
-                    "--to: whether they do what is asked for");
+                    "Take the plans of this file, as `qmv40 move --json` prints them, edited or not. --from and --to "
+                    "then replace its start and its targets");
 }
 
 std::vector<plans::Plan> SelectedPlans(const PlanSelection& selection) {

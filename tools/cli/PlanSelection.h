@@ -29,7 +29,7 @@ void AddPositions(Command& command, PlanSelection& selection);
 /// Adds --geometry, --from, --to, --tour and --plan.
 void AddPlanSelection(Command& command, PlanSelection& selection);
 
-/// The positions that the plans lead through; the head stands at the first one. First those of --from and --to, then
+/// The positions that the plans lead through; the head is at the first one. First those of --from and --to, then
 /// those of --tour. A tour without --from begins at its first row. Throws UsageError when there are fewer than two.
 std::vector<model::HeadAngles> SelectedPositions(const PlanSelection& selection);
 

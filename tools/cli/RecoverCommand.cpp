@@ -1,5 +1,5 @@
 #include "tools/check/HeadFile.h"
-#include "tools/cli/Allowances.h"
+#include "tools/cli/AssumptionOptions.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
@@ -16,7 +16,7 @@ struct RecoverOptions : CommonOptions {
     model::HeadAngles from{};
     std::vector<model::HeadAngles> targets;
     StopQuestion question;
-    Allowances allowances;
+    AssumptionOptions assumptions;
 };
 
 const model::HeadAngles& OnlyTarget(const RecoverOptions& options) {
@@ -30,7 +30,7 @@ void Run(const RecoverOptions& options, const text::Console& console) {
     const settings::GeometryFile geometry = ReadGeometryFile(options.geometry, console);
     const model::HeadModel head = check::HeadModelOf(geometry.Numbers());
     const recovery::StoppedPlan plan(head, recovery::PlansFor(geometry.Name(), options.from, target));
-    const recovery::Question question = QuestionAbout(options.question, plan, options.allowances.Read(), console);
+    const recovery::Question question = QuestionAbout(options.question, plan, options.assumptions.Read(), console);
     const recovery::Answered answered{plan, question, plan.Answer(question)};
     if (options.json) {
         text::PrintDocument("recover", recovery::RecoveryJson(answered), console.out);
@@ -45,7 +45,7 @@ constexpr const char* recoverFooter =
     "  qmv40 recover --geometry head.ini --from 0,0 --to 45,90 --standing 430.5,-195.6,-643.5 --during 10\n"
     "  qmv40 recover --geometry head.ini --from 0,0 --to 45,90 --standing 430.5,-195.6,-643.5 --journal run.txt\n"
     "\n"
-    "Move nothing before you have read docs/recovery.md. The answer says how lever, cup, A and B stand, and gives two\n"
+    "Move nothing before you have read docs/recovery.md. The answer gives the state of lever, cup, A and B, and two\n"
     "ways out: the rest of the plan, and the way back to its start. Both were run on the model from where the machine\n"
     "stands; one that is not safe is left out, and the text says why. When the position fits more than one state, or\n"
     "none, the state is unknown and the text says what to look at. Exit code 4: unknown, or a way out is missing.";
@@ -59,7 +59,7 @@ void AddRecoverCommand(Command tool, const text::Console& console) {
     AddFromOption(command, options->from);
     AddToOption(command, options->targets).Require();
     AddStopQuestion(command, options->question).Require();
-    AddAllowances(command, options->allowances);
+    AddAssumptionOptions(command, options->assumptions);
     AddCommonOptions(command, *options);
     command.SetFooter(recoverFooter);
     command.OnRun([options, &console] { Run(*options, console); });

@@ -158,7 +158,7 @@ void AddShow(Command& settings, const text::Console& console) {
     command.SetFooter("Example:\n"
                       "  qmv40 settings show\n"
                       "\n"
-                      "A value that is stored but not read, or read as something else than it looks, is pointed out.");
+                      "Values that are not read, or are doubtful, are listed as findings.");
     command.OnRun([options, &console] { Show(*options, console); });
 }
 
@@ -171,9 +171,9 @@ void AddValidate(Command& settings, const text::Console& console) {
         "Example:\n"
         "  qmv40 settings validate settings.reg\n"
         "\n"
-        "Found are: names that are none, other types than text, a text longer than the one read before it, a\n"
-        "missing X before a Y or Z, decimal commas, units and other text after the number, text that reads\n"
-        "as 0. Exit code 4 when there is one, 0 when all is well.");
+        "It finds unknown names, values that are not text, a text longer than the one read before it, a\n"
+        "missing X before a Y or Z, decimal commas, units and other text after the number, and text that reads\n"
+        "as 0. Exit code 4 when it finds something, otherwise 0.");
     command.OnRun([options, &console] { Validate(*options, console); });
 }
 
@@ -191,7 +191,7 @@ void AddWrite(Command& settings, const text::Console& console) {
         "Example:\n"
         "  qmv40 settings write --set lever-centre-x=31 --set locking-rotation=137.5 --output settings.reg\n"
         "\n"
-        "An offset of which one dimension is set is written whole, in texts of one length, because the\n"
+        "An offset with one given dimension is written completely, in texts of one length, because the\n"
         "component reads no text that is longer than the one before it. Dimensions that are not set keep\n"
         "their built-in values. The file works on Windows (import it) and on Linux (put it in place).\n"
         "\n"
@@ -215,8 +215,8 @@ void AddSettingsCommand(Command tool, const text::Console& console) {
         "  qmv40 settings write --set lever-centre-x=31 --output settings.reg\n"
         "  qmv40 settings write --help\n"
         "\n"
-        "The head's fourteen dimensions are built in; a machine may override them by texts in its registry\n"
-        "or, away from Windows, in a settings file.");
+        "The head's fourteen dimensions are built in. A machine can override them by texts in its registry\n"
+        "(Windows) or in a settings file (Linux).");
 }
 
 } // namespace qmv40::cli

@@ -10,13 +10,12 @@ namespace {
 
 using Kind = recovery::KnownMove::Kind;
 
-std::string ReadMoveNumber(const std::string& value, std::size_t least, Kind kind, recovery::KnownMove& known) {
-    for (std::size_t number = least; number <= plans::moveCount; ++number) {
-        if (value != std::to_string(number)) continue;
-        known = {kind, number};
-        return "";
-    }
-    return "'" + value + "' is no number of a move, " + std::to_string(least) + " to 19";
+std::string ReadMoveNumber(const std::string& value, Kind kind, recovery::KnownMove& known) {
+    const bool isBeforeAll = kind == Kind::After && value == "0";
+    const auto number = isBeforeAll ? std::optional<std::size_t>(0) : plans::ParseMoveNumber(value);
+    if (!number) return "'" + value + "' is no number of a move, " + (kind == Kind::After ? "0" : "1") + " to 19";
+    known = {kind, *number};
+    return "";
 }
 
 std::string ReadPositionError(const std::string& value, double& error) {
@@ -30,12 +29,11 @@ std::string ReadPositionError(const std::string& value, double& error) {
 
 Option AddStopQuestion(Command& command, StopQuestion& question) {
     command.AddValue("--during", "N", "The move that was under way, 1 to 19", [&question](const std::string& value) {
-        return ReadMoveNumber(value, 1, Kind::During, question.known);
+        return ReadMoveNumber(value, Kind::During, question.known);
     });
     command
-        .AddValue(
-            "--after", "N", "The last move that was finished, 1 to 19; 0: none was begun",
-            [&question](const std::string& value) { return ReadMoveNumber(value, 0, Kind::After, question.known); })
+        .AddValue("--after", "N", "The last move that was finished, 1 to 19; 0: none was begun",
+                  [&question](const std::string& value) { return ReadMoveNumber(value, Kind::After, question.known); })
         .Exclude("--during");
     command.AddText("--journal", question.journal, "FILE", "Take the move from the journal that the program wrote")
         .Exclude("--during")

@@ -64,15 +64,15 @@ text::Json ErrorJson(const text::UsageError& error) { return text::ErrorJson(err
 text::Json ErrorJson(const std::exception& error) { return text::ErrorJson(std::string(error.what())); }
 
 /// Reports that a command could not do its work: as a document when one was asked for, otherwise as a message.
-class Refusal {
+class FailureReport {
 public:
-    Refusal(const CommandLine& tool, const std::vector<std::string>& arguments, const text::Console& theConsole)
+    FailureReport(const CommandLine& tool, const std::vector<std::string>& arguments, const text::Console& theConsole)
         : command(tool.CommandOf(arguments)), isJsonWanted(std::ranges::count(arguments, "--json") != 0),
           console(theConsole) {
         if (command.empty()) command = "error";
     }
 
-    template <typename Error> int Because(const Error& error, ExitCode exitCode) const {
+    template <typename Error> int Print(const Error& error, ExitCode exitCode) const {
         if (isJsonWanted) {
             text::PrintDocument(command, ErrorJson(error), console.out);
         } else {
@@ -97,7 +97,7 @@ void RefuseEmptyValues(const std::vector<std::string>& arguments) {
 }
 
 int RunCommand(const std::vector<std::string>& arguments, CommandLine& tool, const text::Console& console) {
-    const Refusal refusal(tool, arguments, console);
+    const FailureReport report(tool, arguments, console);
     try {
         const component::ComponentRuntime runtime;
         RefuseEmptyValues(arguments);
@@ -106,16 +106,16 @@ int RunCommand(const std::vector<std::string>& arguments, CommandLine& tool, con
     } catch (const CommandEnded& ended) {
         return ended.exitCode;
     } catch (const text::UsageError& error) {
-        return refusal.Because(error, exitWrongUsage);
+        return report.Print(error, exitWrongUsage);
     } catch (const text::InputError& error) {
-        return refusal.Because(error, exitBadFile);
+        return report.Print(error, exitBadFile);
     } catch (const text::DoubtfulInput& error) {
-        return refusal.Because(error, exitFindings);
+        return report.Print(error, exitFindings);
     } catch (const component::ComponentError& error) {
-        return refusal.Because(error, exitRefused);
+        return report.Print(error, exitRefused);
     } catch (const std::exception& error) {
         // Causes that no command expects, such as no memory or a removed working folder.
-        return refusal.Because(error, exitRefused);
+        return report.Print(error, exitRefused);
     }
 }
 

@@ -1,6 +1,5 @@
 #include "tools/check/CheckReport.h"
-#include "tools/check/HeadFile.h"
-#include "tools/cli/Allowances.h"
+#include "tools/cli/AssumptionOptions.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
@@ -24,8 +23,8 @@ namespace {
 
 struct ViewOptions : CommonOptions {
     PlanSelection selection;
-    Allowances allowances;
-    std::string output;       ///< file name of the page; empty: see WantsPage
+    AssumptionOptions assumptions;
+    std::string output;       ///< file name of the page; empty: see IsPageWanted
     std::string drawing;      ///< file name; empty: none
     std::string pageTemplate; ///< file name; empty: the installed one
     bool isStopped = false;   ///< show the ways out of a plan that was stopped
@@ -117,8 +116,8 @@ view::ViewedTour RecoveredView(const ViewOptions& options, const model::HeadMode
 }
 
 view::ViewedTour CheckedView(const ViewOptions& options, const text::Console& console) {
-    const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.selection.geometry, console).Numbers());
-    const check::CheckOptions checked = options.allowances.Read();
+    const model::HeadModel head = ReadHead(options.selection.geometry, console);
+    const check::CheckOptions checked = options.assumptions.Read();
     if (options.isStopped) return RecoveredView(options, head, checked, console);
     check::CheckedTour tour = check::CheckTour(SelectedPlans(options.selection), head, checked);
     const std::string name = text::Utf8Name(text::PathOf(options.selection.geometry.file).filename());
@@ -182,7 +181,7 @@ constexpr const char* viewFooter =
     "says.\n"
     "It is one file, needs no network, and can be sent to anybody. The drawing is a sheet of A4: top, front and side\n"
     "view to one scale, the moves numbered. With --json the document that the page shows is printed.\n"
-    "What is found wrong is drawn as such; page and drawing are written all the same, and the exit code is 4.";
+    "With findings their moves are marked, page and drawing are written as well, and the exit code is 4.";
 
 } // namespace
 
@@ -190,7 +189,7 @@ void AddViewCommand(Command tool, const text::Console& console) {
     Command command = tool.AddCommand("view", "Show plans in space, as a page for a browser or on paper");
     const auto options = std::make_shared<ViewOptions>();
     AddPlanSelection(command, options->selection);
-    AddAllowances(command, options->allowances);
+    AddAssumptionOptions(command, options->assumptions);
     AddWhatToWrite(command, *options);
     AddCommonOptions(command, *options);
     command.SetFooter(viewFooter);

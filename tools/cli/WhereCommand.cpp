@@ -1,4 +1,3 @@
-#include "tools/check/HeadFile.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/Options.h"
 #include "tools/model/TipPlace.h"
@@ -20,7 +19,7 @@ struct WhereOptions : CommonOptions {
 
 void Run(const WhereOptions& options, const text::Console& console) {
     [[maybe_unused]] const SettingsInUse settings(options, console);
-    const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.geometry, console).Numbers());
+    const model::HeadModel head = ReadHead(options.geometry, console);
     const auto measured = options.isUnlocked ? model::Measured::Unlocked : model::Measured::Locked;
     const model::Vector3 place = PlaceOf(head, options.at, options.tip, measured);
     if (options.json) return text::PrintDocument("where", {{"position", plans::PointJson(place)}}, console.out);
@@ -46,9 +45,9 @@ void AddWhereCommand(Command tool, const text::Console& console) {
         "  qmv40 where --geometry head.ini --at 45,90 --tip 0,0,-180\n"
         "  qmv40 where --geometry head.ini --at 45,90 --tip 0,0,-180 --unlocked\n"
         "\n"
-        "It is the position that the machine gives for the sphere's centre without a tip in force, as in a\n"
-        "capture. The second opinion of `qmv40 geometry` gives the tip. `qmv40 which` asks the other way\n"
-        "round: which A and B a measured position means.");
+        "It is the position that the machine shows for the sphere's centre with no tip offset in force, as in a\n"
+        "capture. The second opinion of `qmv40 geometry` gives the tip. `qmv40 which` is the inverse: A and B\n"
+        "from a measured position.");
     command.OnRun([options, &console] { Run(*options, console); });
 }
 

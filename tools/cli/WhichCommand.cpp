@@ -1,5 +1,4 @@
 #include "tools/check/AllPairs.h"
-#include "tools/check/HeadFile.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
@@ -94,7 +93,7 @@ void Print(const model::MeasuredAngles& found, const std::vector<text::Finding>&
 
 void Run(const WhichOptions& options, const text::Console& console) {
     [[maybe_unused]] const SettingsInUse settings(options, console);
-    const model::HeadModel head = check::HeadModelOf(ReadGeometryFile(options.geometry, console).Numbers());
+    const model::HeadModel head = ReadHead(options.geometry, console);
     const auto measured = options.isUnlocked ? model::Measured::Unlocked : model::Measured::Locked;
     const std::vector<model::HeadAngles> positions = check::HeadPositions(0);
     const model::MeasuredAngles found = AnglesAt(head, options.measured, options.tip, measured, positions);
@@ -111,7 +110,7 @@ void Run(const WhichOptions& options, const text::Console& console) {
 } // namespace
 
 void AddWhichCommand(Command tool, const text::Console& console) {
-    Command command = tool.AddCommand("which", "Tell which A and B a measured pole sphere means");
+    Command command = tool.AddCommand("which", "Compute A and B of the head from a measured pole sphere");
     const auto options = std::make_shared<WhichOptions>();
     AddGeometryOption(command, options->geometry);
     AddTipOption(command, options->tip);
@@ -123,9 +122,10 @@ void AddWhichCommand(Command tool, const text::Console& console) {
         "Example:\n"
         "  qmv40 which --geometry head.ini --tip 0,0,-180 --measured 285.221,-178.25,-527.721\n"
         "\n"
-        "Shown are the position whose place lies closest, how far off it the measured one is, and the angles\n"
-        "that would fit it best. More than 0.5 mm off, the head did not index: exit code 4.\n"
-        "At A = 0 a straight stylus hangs the same at every B, and B = 180 is B = -180: the answer says so.");
+        "The answer is the nearest index position, the distance of the measured place from it, and the angles\n"
+        "that fit best. When the distance is more than 0.5 mm, the head did not index: exit code 4.\n"
+        "Several positions can have one place: at A = 0 a straight stylus has the same place at every B, and\n"
+        "B = 180 has that of B = -180. The answer then lists them.");
     command.OnRun([options, &console] { Run(*options, console); });
 }
 

@@ -6,7 +6,7 @@
 
 namespace qmv40::component {
 
-/// Captured points in the array in which they cross the interface: one dimension, indexed from 0.
+/// Captured points in the form that the interface takes: an array of one dimension, indexed from 0.
 class AlignmentArray {
 public:
     explicit AlignmentArray(std::span<const HeadAlignmentDataItem> items);

@@ -2,7 +2,7 @@
 
 namespace qmv40::model {
 
-/// Where the head stands or is to stand, degrees.
+/// The present or a wanted position of the head, degrees.
 struct HeadAngles {
     double a;
     double b;

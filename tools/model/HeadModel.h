@@ -76,8 +76,8 @@ public:
     ContactLine LeverLine(LeverSide side, LeverState state) const;
     /// The turn of the machine, touching the lever's ball, that pushes the lever out of `state` into the other state.
     Turning LeverPush(LeverSide side, LeverState state) const;
-    /// The lever within reach while the head stands at `angles`: the stylus, or at A = 0 the drive cup, points away
-    /// from the pole sphere's stem.
+    /// The lever that a plan uses at these angles: the plus side when A > 0 and B > 0, and when A = 0 and B <= 0;
+    /// otherwise the minus side.
     static LeverSide LeverInReach(const HeadAngles& angles);
 
     /// The vertical axis about which the machine swings round the pole sphere: midway between the levers.

@@ -11,8 +11,8 @@ Path Path::Straight(const Vector3& start, const Vector3& end) {
 }
 
 Path Path::Arc(const Vector3& start, const Vector3& centre, const Vector3& unitAxis, double degrees) {
-    const Vector3 spoke = Perpendicular(start - centre, unitAxis);
-    return {start - spoke, spoke, Cross(unitAxis, spoke), ToRadians(degrees), true};
+    const Vector3 radius = Perpendicular(start - centre, unitAxis);
+    return {start - radius, radius, Cross(unitAxis, radius), ToRadians(degrees), true};
 }
 
 Vector3 Path::AtAngle(double angle) const { return origin + std::cos(angle) * first + std::sin(angle) * second; }
@@ -51,10 +51,10 @@ Path::Range Path::RangeAlong(const Vector3& direction) const {
     const double end = Dot(End(), direction);
     Range range{std::min(start, end), std::max(start, end)};
     if (!isArc) return range;
-    const double summit = std::atan2(Dot(second, direction), Dot(first, direction));
-    const double valley = summit + std::numbers::pi;
-    if (Passes(summit)) range.largest = std::max(range.largest, Dot(AtAngle(summit), direction));
-    if (Passes(valley)) range.smallest = std::min(range.smallest, Dot(AtAngle(valley), direction));
+    const double angleOfLargest = std::atan2(Dot(second, direction), Dot(first, direction));
+    const double angleOfSmallest = angleOfLargest + std::numbers::pi;
+    if (Passes(angleOfLargest)) range.largest = std::max(range.largest, Dot(AtAngle(angleOfLargest), direction));
+    if (Passes(angleOfSmallest)) range.smallest = std::min(range.smallest, Dot(AtAngle(angleOfSmallest), direction));
     return range;
 }
 

@@ -9,7 +9,7 @@ namespace qmv40::model {
 class Path {
 public:
     static Path Straight(const Vector3& start, const Vector3& end);
-    /// Right-handed about the axis through `centre` along `unitAxis`; whole turns count.
+    /// Right-handed about the axis through `centre` along `unitAxis`. The angle can be more than 360 degrees.
     static Path Arc(const Vector3& start, const Vector3& centre, const Vector3& unitAxis, double degrees);
 
     bool IsArc() const { return isArc; }

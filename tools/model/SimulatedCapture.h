@@ -9,8 +9,8 @@
 
 namespace qmv40::model {
 
-/// A head that exists on paper only, and its captures. With the stylus tip kept on a sphere at `pole`, a locked head
-/// has the machine at
+/// A head in closed formulas, and its captures. While the stylus tip is kept on a sphere at `pole`, the machine
+/// position is the pole minus the stylus, turned by A, B and the mounting, plus `lockedToUnlocked`.
 ///
 /// Millimetres, degrees. `Item` is the record of a captured point: an aggregate of A, B, X, Y and Z, in this order.
 template <typename Item> struct SimulatedHead {

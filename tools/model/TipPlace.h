@@ -5,9 +5,9 @@
 #include <span>
 #include <vector>
 
-/// Where the machine stands when it measures the pole sphere with a stylus tip, and the inverse: the A and B of a head
-/// that was measured so. A tip is its offset from the head's centre at A = 0, B = 0 with the head mounted square: a
-/// plain stylus of length L is (0, 0, -L).
+/// The machine position when the machine measures the pole sphere with a stylus tip, and the inverse: A and B of the
+/// head from a measured position. A tip is its offset from the head's centre at A = 0, B = 0 with the head mounted
+/// square: a plain stylus of length L is (0, 0, -L).
 
 namespace qmv40::model {
 
@@ -25,7 +25,7 @@ struct MeasuredAngles {
     std::vector<HeadAngles> samePlace; ///< the positions with the same place as `nearest`, itself included
 };
 
-/// The A and B that a machine position with the tip in the sphere's centre means, when the head stands at one of
+/// A and B of the head from the machine position with the tip in the sphere's centre. The head is at or near one of
 /// `positions`.
 MeasuredAngles AnglesAt(const HeadModel& head, const Vector3& place, const Vector3& tip, Measured measured,
                         std::span<const HeadAngles> positions);

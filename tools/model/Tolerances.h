@@ -1,8 +1,8 @@
 #pragma once
 
 /// The differences that the checker ignores. A plan that is computed from the same geometry file agrees to about 1e-9
-/// mm. These tolerances also accept a plan that was typed from the four decimals of a printed table. They stay below
-/// what a measuring machine can tell.
+/// mm. These tolerances also accept a plan that was typed from the four decimals of a printed table. They are
+/// smaller than the errors of a measuring machine.
 
 namespace qmv40::model {
 

@@ -16,7 +16,7 @@ struct HeadState {
     model::HeadAngles angles;
     model::LeverState lever;
     bool isOnPeg;                                ///< the drive cup sits on the pole sphere
-    std::optional<model::LeverSide> touchedBall; ///< the machine stands at a lever's ball
+    std::optional<model::LeverSide> touchedBall; ///< the lever whose ball is at the pole sphere
     double pushed = 0.0; ///< degrees by which that lever is pushed out of its state; 0 unless a plan was stopped
 };
 
@@ -40,7 +40,7 @@ bool CanRun(const plans::Plan& plan);
 
 class Machine {
 public:
-    /// The head stands at `angles`, locked. `theStart`: the machine position, if it is known; otherwise the machine
+    /// The head is locked at `angles`. `theStart`: the machine position, if it is known; otherwise the machine
     /// begins at the end of the first move.
     Machine(const model::HeadModel& theHead, const model::HeadAngles& angles,
             const std::optional<model::Vector3>& theStart);

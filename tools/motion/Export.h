@@ -22,13 +22,13 @@ struct ExportOptions {
     std::vector<std::string> heading; ///< lines of comment: what the file is, and its inputs
 };
 
-/// The tool knows its own files by this text. It stands in the first line, after the comment sign of the dialect.
+/// The tool recognises its own files by this text, which is in the first line after the comment sign of the dialect.
 inline constexpr const char* exportMark = "qmv40 export: ";
 
 /// CSV: Plan,Move,Name,X,Y,Z. A row for each straight move's end and for each chord's end of an arc; the way to a
 /// plan's start is move 0. The heading is not in it: see PointsHeading.
 std::string PointsText(std::span<const Step> program, const ExportOptions& options);
-/// The heading as comment lines of CSV, which stand before the column names.
+/// The heading as comment lines of CSV, for the place before the column names.
 std::string PointsHeading(const ExportOptions& options);
 
 // The following texts begin with their heading

@@ -19,7 +19,7 @@ struct Origin {
     double feed;
 };
 
-/// What stands at the beginning of every file, for the person who runs it.
+/// The lines at the beginning of every file, for the person who runs it.
 std::vector<std::string> HeadingOf(std::span<const Step> program, const Origin& origin);
 
 } // namespace qmv40::motion

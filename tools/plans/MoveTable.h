@@ -13,7 +13,7 @@ std::string PlanTitle(const Plan& plan, std::size_t index, std::size_t count);
 
 /// For a person at the machine: numbered moves, where each ends and what it does, and which way an arc turns.
 void PrintMoveTables(std::span<const Plan> plans, const text::Console& console);
-/// The table alone.
+/// Only the table.
 void PrintMoveTable(std::span<const PlacedMove> moves, const text::Console& console);
 
 /// For a spreadsheet or a machine's program: one row for each move. X, Y, Z are a straight move's end or a point on an

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 
 namespace qmv40::plans {
 
@@ -39,6 +40,13 @@ constexpr std::array<Move, moveCount> allMoves{{
 std::span<const Move> AllMoves() { return allMoves; }
 
 const char* NameOf(MoveId id) { return allMoves[IndexOf(id)].name; }
+
+std::optional<std::size_t> ParseMoveNumber(std::string_view text) {
+    for (std::size_t number = 1; number <= moveCount; ++number) {
+        if (text == std::to_string(number)) return number;
+    }
+    return std::nullopt;
+}
 
 const Move* FindMove(std::string_view name) {
     const auto* const found = std::ranges::find(allMoves, name, &Move::name);

@@ -3,6 +3,7 @@
 #include "interface/Records.h"
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <variant>
@@ -54,6 +55,9 @@ std::span<const Move> AllMoves();
 const char* NameOf(MoveId id);
 /// The move of that name; null when there is none.
 const Move* FindMove(std::string_view name);
+
+/// The number of a move, 1 to 19, from its text; empty for every other text.
+std::optional<std::size_t> ParseMoveNumber(std::string_view text);
 
 /// The calls for std::visit, one for each kind of move.
 template <typename... Calls> struct ForKind : Calls... { using Calls::operator()...; };

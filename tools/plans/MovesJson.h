@@ -3,7 +3,7 @@
 #include "tools/plans/PlannedMove.h"
 #include "tools/text/Json.h"
 
-/// Plans as they stand in documents. Members of records have the names of the records' fields.
+/// Plans in documents. Members of records have the names of the records' fields.
 
 namespace qmv40::plans {
 

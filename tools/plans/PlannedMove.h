@@ -11,7 +11,7 @@
 
 namespace qmv40::plans {
 
-/// A straight move to a position, or an arc from where the machine stands.
+/// A straight move to a position, or an arc that begins at the present machine position.
 struct PlannedMove {
     MoveId id;
     std::variant<XYZData, ArcData> data;
@@ -35,8 +35,8 @@ struct PlacedMove {
     std::optional<model::Vector3> end;   ///< empty for an arc without a start
 };
 
-/// The moves with the place where the machine begins and ends each of them. `start`: where it stands before the first
-/// one, if that is known. Otherwise the machine begins at the end of the first move.
+/// The moves with their starts and ends. `start`: the machine position before the first one, if it is known. Otherwise
+/// the machine begins at the end of the first move.
 std::vector<PlacedMove> PlacedMoves(std::span<const PlannedMove> moves,
                                     const std::optional<model::Vector3>& start = std::nullopt);
 

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int angleDecimals = 4;
 constexpr int directionDecimals = 6;
-/// The sine of half a degree. An axis that leans by less is called vertical.
+/// The sine of half a degree. An axis that is tilted by less is called vertical, or horizontal.
 constexpr double vertical = 0.0087;
 /// mm. A shorter difference has no direction.
 constexpr double shortest = 0.001;
@@ -49,7 +49,7 @@ std::string Way(const ArcData& arc, const std::optional<model::Vector3>& start) 
     if (std::hypot(axis.x, axis.y) <= vertical) {
         return std::string(Sense((arc.RotationAngle > 0.0) == (axis.z > 0.0))) + ", seen from above";
     }
-    // An axis between vertical and level has neither an "above" nor an arc with one highest point.
+    // About an axis between vertical and horizontal, an arc has no simple direction in words.
     if (!start || std::abs(axis.z) > vertical) return SeenFromTheTip(arc);
     const model::Path path = PathOf({MoveId::UnLock, arc}, *start);
     return HeightWords(path) + Towards(path.End() - path.Start());

@@ -21,13 +21,6 @@ bool IsSame(const model::HeadAngles& left, const model::HeadAngles& right) {
     return left.a == right.a && left.b == right.b;
 }
 
-std::optional<std::size_t> MoveNumber(const std::string& word) {
-    for (std::size_t number = 1; number <= plans::moveCount; ++number) {
-        if (word == std::to_string(number)) return number;
-    }
-    return std::nullopt;
-}
-
 bool IsTerminated(const std::string& text) { return text.ends_with(';') || text.ends_with(";\r"); }
 
 std::optional<Line> ParseLine(const std::string& text) {
@@ -38,7 +31,7 @@ std::optional<Line> ParseLine(const std::string& text) {
     if (words.fail() || words >> more || (when != "before" && when != "after") || from != "from" || to != "to") {
         return std::nullopt;
     }
-    const auto move = MoveNumber(number);
+    const auto move = plans::ParseMoveNumber(number);
     const auto startAngles = plans::ParseHeadAngles(start);
     const auto targetAngles = plans::ParseHeadAngles(target);
     if (!move || !startAngles || !targetAngles) return std::nullopt;
@@ -64,16 +57,16 @@ private:
 };
 
 void Reader::Take(const Line& line) {
-    const bool goesOn = last && IsSame(last->from, line.from) && IsSame(last->to, line.to);
+    const bool isSamePlan = last && IsSame(last->from, line.from) && IsSame(last->to, line.to);
     const std::string number = std::to_string(line.number);
-    const bool endsWhatBegan = goesOn && last->isBegun && last->number == line.number;
-    if (!line.isBegun && !endsWhatBegan) {
-        Refuse("move " + number + " ends here, and the line before does not begin it");
+    const bool endsTheMoveBefore = isSamePlan && last->isBegun && last->number == line.number;
+    if (!line.isBegun && !endsTheMoveBefore) {
+        Refuse("move " + number + " ends here, but the line before is not its beginning");
     }
-    // A move may be begun again, also from an earlier move on: after a stop, or by a way out.
+    // After a stop, or in a way out, the same move or an earlier one can begin again.
     const std::size_t latest = last && !last->isBegun ? last->number + 1 : last ? last->number : plans::moveCount;
-    if (line.isBegun && goesOn && line.number > latest) {
-        Refuse("move " + number + " begins here, and the journal has not the end of the move before it");
+    if (line.isBegun && isSamePlan && line.number > latest) {
+        Refuse("move " + number + " begins here, but the journal does not contain the end of the move before it");
     }
     last = line;
 }
@@ -86,7 +79,8 @@ void Reader::Read(const std::string& content) {
         if (isTorn = isLast && isCut; isTorn) return;
         ++lineNumber;
         const auto line = ParseLine(text);
-        if (!line) Refuse("is no line of a journal. Such a line is: before 9 from 0,0 to 45,90;");
+        if (!line)
+            Refuse("is not a line of a journal. A line of a journal is, for example: before 9 from 0,0 to 45,90;");
         Take(*line);
     }
 }
@@ -94,9 +88,9 @@ void Reader::Read(const std::string& content) {
 Journal Reader::For(const model::HeadAngles& from, const model::HeadAngles& to) const {
     if (!last) return {{}, isTorn};
     if (!IsSame(last->from, from) || !IsSame(last->to, to)) {
-        Refuse("is of the plan from " + plans::HeadAnglesText(last->from) + " to " + plans::HeadAnglesText(last->to) +
-               ", and the question is about the one from " + plans::HeadAnglesText(from) + " to " +
-               plans::HeadAnglesText(to));
+        Refuse("belongs to the plan from " + plans::HeadAnglesText(last->from) + " to " +
+               plans::HeadAnglesText(last->to) + ", but the command asks about the plan from " +
+               plans::HeadAnglesText(from) + " to " + plans::HeadAnglesText(to));
     }
     const auto kind = last->isBegun ? KnownMove::Kind::During : KnownMove::Kind::After;
     // After a "before" line comes an "after" line: a torn one shows that the program saw the move end.

@@ -23,7 +23,7 @@ struct CheckedWay {
     std::optional<check::Finding> finding;
 
     bool IsSafe() const { return !finding; }
-    /// The moves with their ends; the first begins where the machine stands.
+    /// The moves with their ends; the first begins at the present machine position.
     std::vector<plans::PlacedMove> Placed(const model::Vector3& standing) const;
 };
 

@@ -17,11 +17,7 @@ constexpr int lengthDecimals = 4;
 
 std::string Length(double millimetres) { return text::FixedText(millimetres, lengthDecimals) + " mm"; }
 
-/// "A 45, B 90"; angles between index positions have four decimals.
-std::string AnglesText(const model::HeadAngles& angles) {
-    const auto rounded = [](double degrees) { return std::round(degrees * 1e4) / 1e4 + 0.0; };
-    return plans::HeadAnglesText({rounded(angles.a), rounded(angles.b)});
-}
+std::string AnglesText(const model::HeadAngles& angles) { return plans::HeadAnglesText(ReadableAngles(angles)); }
 
 std::string MoveText(std::size_t number) {
     return "move " + std::to_string(number) + " (" + plans::NameOf(static_cast<plans::MoveId>(number - 1)) + ")";

@@ -1,16 +1,8 @@
 #include "tools/recovery/ShownWays.h"
 
-#include <cmath>
-
 namespace qmv40::recovery {
 
 namespace {
-
-/// A head on its way between two positions, with as many decimals as a person reads.
-model::HeadAngles ReadableAngles(const model::HeadAngles& angles) {
-    constexpr double steps = 1e4; // in a degree
-    return {std::round(angles.a * steps) / steps, std::round(angles.b * steps) / steps};
-}
 
 /// Each move gets the name of the contact that it makes or leaves, because it is judged by that name.
 check::CheckedPlan Shown(const CheckedWay& checked, const StoppedPlan& plan, const Question& question,

@@ -29,7 +29,7 @@ Fit NearestFit(const PlanPaths& paths, std::size_t number, const model::Vector3&
     return FitAt(paths, {number, paths.PathOf(number).NearestFraction(standing)}, standing);
 }
 
-/// Finds the places, on the moves in question, that agree with where the machine stands.
+/// Finds the places on the given moves that agree with the machine position.
 class Search {
 public:
     Search(const PlanPaths& thePaths, const model::Vector3& theStanding, double theError)
@@ -135,6 +135,12 @@ Stop After(const PlanPaths& paths, std::size_t number, const model::Vector3& sta
 }
 
 } // namespace
+
+model::HeadAngles ReadableAngles(const model::HeadAngles& angles) {
+    constexpr double steps = 1e4; // in a degree
+    // Adding zero removes the sign of a negative zero.
+    return {std::round(angles.a * steps) / steps + 0.0, std::round(angles.b * steps) / steps + 0.0};
+}
 
 const char* NameOf(State state) {
     constexpr std::array names{"untouched", "unlocking", "unlocked", "on-peg",

@@ -27,6 +27,9 @@ enum class State {
     Unknown
 };
 
+/// With four decimals, as a person reads angles between two index positions.
+model::HeadAngles ReadableAngles(const model::HeadAngles& angles);
+
 /// "on-peg"
 const char* NameOf(State state);
 State StateInMove(std::size_t number);
@@ -40,7 +43,7 @@ struct Progress {
 /// The paths that the machine takes in a plan, and the head angles on them.
 class PlanPaths {
 public:
-    /// `start`: where the machine stands before the first move. The plan's moves can all be run.
+    /// `start`: the machine position before the first move. All moves of the plan can be run.
     PlanPaths(const plans::Plan& plan, const model::Vector3& start);
 
     const model::Path& PathOf(std::size_t number) const { return paths[number - 1]; }
@@ -66,7 +69,7 @@ struct KnownMove {
     bool isEndAnnounced = false;
 };
 
-/// A place in the plan where the machine may stand.
+/// A possible place of the machine in the plan.
 struct Fit {
     Progress place;
     double distance; ///< of the machine from this place

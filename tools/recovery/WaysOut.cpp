@@ -93,7 +93,7 @@ Builder& Builder::AddSwingToLever(const model::Vector3& from) {
     return Add({MoveId::RotateToLockLever, TurnedBy(swing, angle)});
 }
 
-/// Straight to a place, and as a second way, over everything that stands around.
+/// Two ways to a place: a straight line, and a way above all obstacles.
 std::vector<std::vector<plans::PlannedMove>> WaysTo(MoveId id, const XYZData& target, const model::Vector3& from,
                                                     double safeHeight) {
     const double height = std::max({safeHeight, from.z, target.ZPosition});

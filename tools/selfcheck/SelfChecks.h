@@ -6,7 +6,7 @@
 namespace qmv40::selfcheck {
 
 /// The signs and constants of the component, compared with numbers that were worked out by hand. The component is used
-/// through its public interface alone.
+/// only through its public interface.
 
 /// One number or one point: expected, and as the build computes it.
 struct SelfCheck {

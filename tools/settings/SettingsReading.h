@@ -27,7 +27,7 @@ struct StoredValue {
 /// What kind of value a type is, for people: "a number (dword)".
 std::string TypeText(RegistryType type);
 
-/// What stands under the component's key.
+/// The content of the component's key.
 struct StoredSettings {
     bool isKeyThere = false;
     std::vector<StoredValue> values; ///< one of each name

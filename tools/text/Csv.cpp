@@ -15,7 +15,7 @@ using ascii::Trimmed;
 
 namespace {
 
-/// One line of a file and where it stands, for messages.
+/// A line of a file with its place, for messages.
 struct Line {
     const std::string& file;
     std::size_t number;
@@ -69,7 +69,7 @@ private:
         return text;
     }
 
-    /// Takes a quoted field and the blanks after it off the front of `rest`. Two quotes inside it stand for one.
+    /// Takes a quoted field and the blanks after it off the front of `rest`. Two quotes inside it mean one quote.
     std::string TakeQuoted(std::string_view& rest, const char*& problem) const {
         std::string field;
         for (std::size_t at = 1; at < rest.size(); ++at) {

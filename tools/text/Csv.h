@@ -43,14 +43,14 @@ struct NumberTable {
 /// The columns of a CSV file: one row for each data line, its values in the order of `columns`.
 ///
 /// Blank lines and lines that begin with `#` are skipped. The first other line is the header, or `sep=` with the
-/// separator, and then the header. Columns stand in any order and letter case; columns that are not asked for are
+/// separator, and then the header. Columns can have any order and letter case; other columns are
 /// ignored. A name can be followed by a unit: "X [mm]", "X (in)", "A/deg".
 ///
 /// The separator is a comma, a semicolon or a tabulator, whichever gives the header all columns. The decimal mark is a
 /// point whatever the locale; it can be a comma where the separator is another character and no number of the file has
 /// a point. Fields can be quoted. The text is UTF-8, with or without a byte-order mark, or UTF-16 with one.
 ///
-/// Throws InputError, with the line, for everything else. A text that could mean two things is refused.
+/// Throws InputError, with the line, for everything else. A text with two possible meanings is refused.
 NumberTable ReadNumberTable(const std::string& fileName, std::span<const Column> columns);
 
 } // namespace qmv40::text

@@ -10,8 +10,8 @@
 
 namespace qmv40::text {
 
-/// A value in a document that is being read, with its place for messages, such as plans[0].moves[2].record. What is
-/// not as it is wanted is thrown as InputError, in the name of the file. The document must live as long.
+/// A value in a document that is being read, with its place for messages, such as plans[0].moves[2].record. A missing
+/// member, or a value of another type, throws InputError with the file's name. The document must exist as long.
 struct DocumentPlace {
     const std::string& file;
     std::string path; ///< empty: the whole document

@@ -15,7 +15,8 @@ bool IsReplaceable(const std::string& fileName);
 /// All bytes of a file. Throws InputError when it is not there, is a folder or cannot be read.
 std::string ReadWholeFile(const std::string& fileName);
 
-/// Makes `content` the whole of the file. When anything fails, the file has its old content or all of the new one.
+/// Replaces the content of the file, or creates it. When that fails, the file has its old content or the complete new
+/// one.
 /// Throws InputError when it cannot be written.
 void WriteWholeFile(const std::string& fileName, std::string_view content);
 

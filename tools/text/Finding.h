@@ -39,8 +39,8 @@ Json FindingsJson(std::span<const Finding> findings);
 void PrintFinding(const Finding& finding, std::ostream& out, bool colour = false);
 void PrintFindings(std::span<const Finding> findings, std::ostream& out, bool colour = false);
 
-/// Breaks the text at blanks so that no line is longer than 100 columns. `first` stands before the first line; as many
-/// blanks stand before the other lines.
+/// Breaks the text at blanks so that no line is longer than 100 columns. The first line begins with
+/// `first`, the other lines with as many blanks.
 std::string Wrapped(const std::string& first, const std::string& text);
 
 } // namespace qmv40::text

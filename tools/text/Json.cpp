@@ -163,7 +163,7 @@ std::string Json::Dump(std::optional<int> indent) const {
     return text;
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): values stand in values
+// NOLINTNEXTLINE(misc-no-recursion): values contain values
 void Json::Append(std::string& text, std::optional<int> indent, std::size_t column) const {
     const std::size_t inner = column + static_cast<std::size_t>(indent.value_or(0));
     const auto append = [&](const auto& all, char open, char close, const auto& appendOne) {

@@ -25,7 +25,7 @@ public:
     using Members = std::vector<Member>;
     using Elements = std::vector<Json>;
 
-    // NOLINTBEGIN(google-explicit-constructor): values stand in braces as they are
+    // NOLINTBEGIN(google-explicit-constructor): so that values can be written in braces
     Json(std::nullptr_t = nullptr) noexcept;
     Json(bool flag);
     Json(std::signed_integral auto number) : value(std::int64_t{number}) {}
@@ -68,8 +68,8 @@ public:
     const Members& AllMembers() const;
     const Elements& AllElements() const;
 
-    /// `indent` blanks a level; without it all stands on one line. Doubles read back to the same bits, and what is not
-    /// a finite number is null. Bytes that are not UTF-8 become the replacement character.
+    /// With `indent` blanks for each level; without it, in one line. Doubles read back to the same bits. A number that
+    /// is not finite is written as null. Bytes that are not UTF-8 become the replacement character.
     std::string Dump(std::optional<int> indent = std::nullopt) const;
 
 private:

@@ -20,7 +20,7 @@ FileKind KindMarked(std::string name, std::string mark);
 /// cannot overwrite a capture or a file of another program.
 void RequireNewOrOfKind(const std::string& fileName, const FileKind& kind);
 
-/// Makes `content` the whole of a file that RequireNewOrOfKind accepts. When that fails, the file keeps its content.
+/// Writes the file if RequireNewOrOfKind accepts it. When that fails, the file keeps its content.
 void WriteOutput(const std::string& fileName, std::string_view content, const FileKind& kind);
 
 } // namespace qmv40::text

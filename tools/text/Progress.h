@@ -7,8 +7,8 @@
 
 namespace qmv40::text {
 
-/// Shows the progress of a long job: on a terminal in one line that is overwritten and removed in the end, elsewhere in
-/// a line every few seconds.
+/// Shows the progress of a long job. On a terminal it is one line, which is overwritten and removed at the end.
+/// Elsewhere it is a new line every few seconds.
 class Progress {
 public:
     Progress(const Console& theConsole, std::string theTask, std::size_t theTotal);

@@ -1,5 +1,6 @@
 #include "tools/check/HeadParts.h"
 #include "tests/support/IdealHead.h"
+#include "tests/tools/check/obstacles/SampledClearance.h"
 #include "tools/check/obstacles/Mesh.h"
 
 #include <gtest/gtest.h>
@@ -13,24 +14,25 @@ namespace {
 using check::obstacles::Axis;
 using model::Vector3;
 
-constexpr double infinite = std::numeric_limits<double>::infinity();
-
 /// Random moves: straight moves, arcs that push a lever, and arcs that turn the head.
 class RandomMoves {
 public:
     explicit RandomMoves(std::uint64_t seed) : random(seed) {}
 
     /// A vector with coordinates between -reach and reach.
-    Vector3 Aside(double reach) { return {Between(-reach, reach), Between(-reach, reach), Between(-reach, reach)}; }
+    Vector3 VectorWithin(double reach) {
+        return {Between(-reach, reach), Between(-reach, reach), Between(-reach, reach)};
+    }
     double Between(double least, double most) { return std::uniform_real_distribution<double>(least, most)(random); }
 
     motion::ExecutedMove Next(const model::HeadModel& head) {
-        const Vector3 start = head.PoleSphere() + Aside(60.0);
+        const Vector3 start = head.PoleSphere() + VectorWithin(60.0);
         const model::HeadAngles before = RandomAngles();
         motion::HeadState state{before, model::LeverState::Locked, false, {}};
         switch (std::uniform_int_distribution<int>(0, 2)(random)) {
         case 0:
-            return {plans::MoveId::ApproachPeg, model::Path::Straight(start, start + Aside(90.0)), state, state, 0.0};
+            return {plans::MoveId::ApproachPeg, model::Path::Straight(start, start + VectorWithin(90.0)), state, state,
+                    0.0};
         case 1:
             state.touchedBall = Between(0.0, 1.0) < 0.5 ? model::LeverSide::Plus : model::LeverSide::Minus;
             return {plans::MoveId::UnLock, RandomArc(start), state, state, 0.0};
@@ -45,20 +47,12 @@ public:
 private:
     model::HeadAngles RandomAngles() { return {Between(0.0, 90.0), Between(-180.0, 180.0)}; }
     model::Path RandomArc(const Vector3& start) {
-        return model::Path::Arc(start, start + Aside(40.0), model::Unit(Aside(1.0)), Between(-200.0, 200.0));
+        return model::Path::Arc(start, start + VectorWithin(40.0), model::Unit(VectorWithin(1.0)),
+                                Between(-200.0, 200.0));
     }
 
     std::mt19937_64 random;
 };
-
-double Sampled(const check::PartInMove& part, const check::obstacles::Solid& solid, int samples) {
-    double smallest = infinite;
-    for (int i = 0; i <= samples; ++i) {
-        const Axis axis = part.moving.at(static_cast<double>(i) / samples);
-        smallest = std::min(smallest, solid.DistanceTo({axis.from, axis.to, axis.to}, infinite) - part.moving.radius);
-    }
-    return smallest;
-}
 
 /// The second derivative of the ends of the axis with respect to the fraction, from finite differences; the larger one.
 double MeasuredBend(const check::obstacles::MovingPart& part, double fraction) {
@@ -104,8 +98,8 @@ TEST(HeadParts, NeverComeCloserThanTheirProvenClearance) {
     const model::HeadModel head = IdealHead(-8.0);
     std::vector<check::obstacles::Triangle> surface;
     for (int i = 0; i < 40; ++i) {
-        const Vector3 corner = random.Aside(200.0);
-        surface.push_back({corner, corner + random.Aside(30.0), corner + random.Aside(30.0)});
+        const Vector3 corner = random.VectorWithin(200.0);
+        surface.push_back({corner, corner + random.VectorWithin(30.0), corner + random.VectorWithin(30.0)});
     }
     const check::obstacles::Mesh triangles(surface);
     const check::obstacles::Table table(-150.0);
@@ -120,7 +114,7 @@ TEST(HeadParts, NeverComeCloserThanTheirProvenClearance) {
             for (const check::obstacles::Solid* const solid :
                  std::initializer_list<const check::obstacles::Solid*>{&triangles, &table}) {
                 const double bound = check::obstacles::ClearanceOf(parts[part].moving, *solid);
-                const double sampled = Sampled(parts[part], *solid, samples);
+                const double sampled = SampledClearance(parts[part].moving, *solid, samples);
                 ASSERT_LE(bound, sampled) << check::NamesOfParts(withStylus)[part] << ", seed " << seed;
                 ASSERT_GE(bound, sampled - check::obstacles::clearanceTolerance - fastest / samples)
                     << check::NamesOfParts(withStylus)[part] << ", seed " << seed;

@@ -41,7 +41,7 @@ TEST(GeometryCommand, WritesNoFileUnlessAskedTo) {
     EXPECT_TRUE(folder.IsEmpty());
 }
 
-TEST(GeometryCommand, TakesARelativeOutputNameFromTheWorkingFolder) {
+TEST(GeometryCommand, AcceptsARelativeOutputName) {
     const TemporaryFolder folder;
     const WorkingFolder here(folder.Path());
     const ToolRun run = RunQmv40(LoadScenario("plain").GeometryArguments({"--output", "head.ini"}));
@@ -51,7 +51,7 @@ TEST(GeometryCommand, TakesARelativeOutputNameFromTheWorkingFolder) {
     EXPECT_EQ(0, RunQmv40({"pole", "--geometry", "head.ini"}).exitCode);
 }
 
-TEST(GeometryCommand, TakesNamesWithBlanksAndLettersOfOtherAlphabets) {
+TEST(GeometryCommand, AcceptsFileNamesWithSpacesAndUmlauts) {
     const TemporaryFolder folder;
     const Scenario plain = LoadScenario("plain");
     const std::string aAxis = folder.Write("Aufnahme \xC3\xA4 (A).csv", ReadFile(plain.aAxis));
@@ -63,7 +63,7 @@ TEST(GeometryCommand, TakesNamesWithBlanksAndLettersOfOtherAlphabets) {
     EXPECT_EQ(0, RunQmv40({"pole", "--geometry", output}).exitCode);
 }
 
-TEST(GeometryCommand, ShowsEveryFigureWithItsUnitToAPerson) {
+TEST(GeometryCommand, PrintsEveryFigureWithItsUnit) {
     const std::string text = RunQmv40(LoadScenario("turned-30").GeometryArguments()).out;
     for (const char* expected : {
              "X -265.7500 mm   Y 320.1250 mm   Z -480.5000 mm",
@@ -148,7 +148,7 @@ TEST(GeometryCommand, NamesTheFileAndTheLineOfAMalformedCapture) {
     EXPECT_EQ(aAxis + ":3: ZPosition 'zero' is not a number\n", run.err);
 }
 
-TEST(GeometryCommand, ReportsAMissingFileAsADocumentWhenAskedForOne) {
+TEST(GeometryCommand, ReportsAMissingFileInJson) {
     const TemporaryFolder folder;
     const std::string missing = folder.Name("missing.csv");
     const ToolRun run = RunQmv40({"geometry", "--a-axis", missing, "--b-axis", LoadScenario("plain").bAxis, "--json"});

@@ -29,7 +29,7 @@ std::string CsvOf(const Items& items) {
     return text;
 }
 
-/// The first point stands on this line of a file.
+/// The line of a capture file (counted from 1) that holds the first point.
 constexpr std::size_t firstLine = 3;
 
 struct CapturedHead {
@@ -72,7 +72,7 @@ TEST(GeometryDiagnosis, FindsNothingWrongWithTheScenarios) {
                 HasSubstr("Verdict: good\n  circles, axes and angles agree\n"));
 }
 
-TEST(GeometryDiagnosis, RefusesAHeadAtMinusThreeCapturedAtZeroAndNotOneCapturedAt45) {
+TEST(GeometryDiagnosis, RefusesATurnedHeadOnlyIfCapturedAtBZero) {
     const TemporaryFolder folder;
     CapturedHead captured;
     const std::string output = folder.Name("head.ini");
@@ -84,7 +84,7 @@ TEST(GeometryDiagnosis, RefusesAHeadAtMinusThreeCapturedAtZeroAndNotOneCapturedA
     captured.CaptureASetAt(0);
     const ToolRun refused = captured.Run(folder, {"--output", output});
     EXPECT_EQ(4, refused.exitCode);
-    EXPECT_FALSE(std::filesystem::exists(output)) << "written";
+    EXPECT_FALSE(std::filesystem::exists(output));
     EXPECT_EQ("The capture contradicts itself: nothing was written (--force writes it all the same).\n", refused.err);
     EXPECT_THAT(refused.out, HasSubstr("  fault: rotation-on-wrong-side\n"));
     EXPECT_THAT(refused.out, HasSubstr("    -> Capture the A set at B = 45.\n"));
@@ -92,11 +92,11 @@ TEST(GeometryDiagnosis, RefusesAHeadAtMinusThreeCapturedAtZeroAndNotOneCapturedA
     const ToolRun forced = captured.Run(folder, {"--output", output, "--force"});
     EXPECT_EQ(0, forced.exitCode);
     EXPECT_TRUE(std::filesystem::exists(output));
-    EXPECT_THAT(forced.out, HasSubstr("  fault: rotation-on-wrong-side\n")) << "shown all the same";
+    EXPECT_THAT(forced.out, HasSubstr("  fault: rotation-on-wrong-side\n")) << "the finding is shown with --force too";
     EXPECT_EQ("The geometry was written to " + output + "\n", forced.err);
 }
 
-TEST(GeometryDiagnosis, OfAContradictionEndsWith4EvenWhenNothingWasToBeWritten) {
+TEST(GeometryDiagnosis, ExitsWith4OnAContradictionWithoutOutput) {
     const TemporaryFolder folder;
     CapturedHead captured;
     captured.CaptureASetAt(0);
@@ -114,7 +114,7 @@ TEST(GeometryDiagnosis, OfAContradictionEndsWith4EvenWhenNothingWasToBeWritten) 
 TEST(GeometryDiagnosis, NamesTheLineOfAMistypedAngle) {
     const TemporaryFolder folder;
     CapturedHead captured;
-    captured.aSet[3].APosition = 60.0; // captured at 45
+    captured.aSet[3].APosition = 60.0; // was captured at 45
     const ToolRun run = captured.Run(folder, {"--json"});
     EXPECT_EQ(4, run.exitCode);
     const Json diagnostics = run.Document()["diagnostics"];
@@ -207,7 +207,7 @@ TEST(GeometryDiagnosis, OnlyWarnsOfAShortTiltArc) {
     EXPECT_THAT(modest.Document()["diagnostics"]["findings"], IsEmpty());
 }
 
-TEST(GeometryDiagnosis, TakesNoLengthOfNothing) {
+TEST(GeometryDiagnosis, RefusesALengthThatIsNotPositive) {
     for (const char* length : {"0", "-1", "x", "nan", ""}) {
         const ToolRun run = RunQmv40(LoadScenario("plain").GeometryArguments({"--centre-within", length}));
         EXPECT_EQ(2, run.exitCode) << length;
@@ -215,7 +215,7 @@ TEST(GeometryDiagnosis, TakesNoLengthOfNothing) {
     }
 }
 
-TEST(GeometryDiagnosis, ExplainsWhyTheComponentRefusesExchangedFiles) {
+TEST(GeometryDiagnosis, ExplainsTheRefusalOfExchangedFiles) {
     const TemporaryFolder folder;
     CapturedHead captured;
     std::swap(captured.aSet, captured.bSet);
@@ -230,7 +230,7 @@ TEST(GeometryDiagnosis, ExplainsWhyTheComponentRefusesExchangedFiles) {
     EXPECT_THAT(NamesOf(document.Document()["diagnostics"], "fault"), ElementsAre("sets-exchanged"));
 }
 
-TEST(GeometryDiagnosis, NamesTheLineAtWhichTheHeldAxisIsNotHeld) {
+TEST(GeometryDiagnosis, NamesTheLineWhereTheFixedAxisMoved) {
     const TemporaryFolder folder;
     CapturedHead captured;
     captured.aSet[2].BPosition = 60.0;
@@ -269,7 +269,7 @@ TEST(GeometryDiagnosis, GivesEveryFigureOfTheDocumentedMembers) {
     EXPECT_NEAR(0.0, diagnostics["secondOpinion"]["rotationDifference"].get<double>(), 0.003);
 }
 
-TEST(GeometryDiagnosis, ShowsAPersonEveryFigureWithItsUnit) {
+TEST(GeometryDiagnosis, PrintsEveryFigureWithItsUnit) {
     const std::string text = RunQmv40(LoadScenario("captured-at-b45").GeometryArguments()).out;
     for (const char* expected :
          {"How well they are known", "head centre Z  ", "A axis passes B axis at", "axes out of square by",
@@ -280,7 +280,7 @@ TEST(GeometryDiagnosis, ShowsAPersonEveryFigureWithItsUnit) {
     }
 }
 
-TEST(GeometryDiagnosis, DrawsTheResidualsEvenOfWhatItRefuses) {
+TEST(GeometryDiagnosis, DrawsTheResidualsOfARefusedCaptureToo) {
     const TemporaryFolder folder;
     CapturedHead captured;
     captured.aSet[2].XPosition += 1.0;
@@ -306,7 +306,7 @@ TEST(GeometryDiagnosis, RecordsWhatWasComputedFromWhat) {
     }
 }
 
-TEST(GeometryDiagnosis, WritesPictureAndRecordOverNoOtherFile) {
+TEST(GeometryDiagnosis, DoesNotOverwriteOtherFiles) {
     const TemporaryFolder folder;
     for (const char* const option : {"--svg", "--record"}) {
         const std::string precious = folder.Write("precious.txt", "not ours\n");
@@ -316,33 +316,34 @@ TEST(GeometryDiagnosis, WritesPictureAndRecordOverNoOtherFile) {
     }
 }
 
-TEST(GeometryDiagnosis, TakesAHeadNumberForARecordAlone) {
+TEST(GeometryDiagnosis, AcceptsAHeadNumberOnlyWithARecord) {
     const TemporaryFolder folder;
     EXPECT_EQ(2, CapturedHead{}.Run(folder, {"--head", "4711"}).exitCode);
 }
 
-TEST(GeometryDiagnosis, OfTheReferenceHeadsRefusesTheOnesThatComeOutWrong) {
+TEST(GeometryDiagnosis, RefusesTheReferenceHeadsWithAWrongResult) {
     const TemporaryFolder folder;
     int refused = 0;
     for (const Json& head : LoadReferenceDocuments()) {
-        // What settings do to the points does not change how they follow their angles.
+        // The heads that need settings are judged without them: settings move all points of a set together and do
+        // not change how the points follow their angles.
         SCOPED_TRACE(head["name"].get<std::string>());
         CapturedHead captured;
-        const auto take = [](const Json& rows, Items& items) {
+        const auto read = [](const Json& rows, Items& items) {
             items.clear();
             for (const Json& row : rows) items.push_back({row[0], row[1], row[2], row[3], row[4]});
         };
-        take(head["aAxisPoints"], captured.aSet);
-        take(head["bAxisPoints"], captured.bSet);
+        read(head["aAxisPoints"], captured.aSet);
+        read(head["bAxisPoints"], captured.bSet);
         const ToolRun run = captured.Run(folder, {"--json"});
-        const double found = run.Document()["requiredRotationAroundZ"];
-        const double off = std::remainder(found - head["truth"]["theta"].get<double>(), 360.0);
-        // A hundredth of a degree and more is no noise of these captures; a few have 5 micrometres of it.
-        const bool comesOutWrong = std::abs(off) > 0.1;
-        EXPECT_EQ(comesOutWrong ? 4 : 0, run.exitCode) << run.Document()["diagnostics"]["findings"].dump(1);
-        EXPECT_EQ(comesOutWrong ? 1u : 0u, NamesOf(run.Document()["diagnostics"], "fault").size());
+        const double computed = run.Document()["requiredRotationAroundZ"];
+        const double error = std::remainder(computed - head["truth"]["theta"].get<double>(), 360.0);
+        // In degrees. The noise of these captures, at most 5 um, turns the result by far less.
+        const bool isWrong = std::abs(error) > 0.1;
+        EXPECT_EQ(isWrong ? 4 : 0, run.exitCode) << run.Document()["diagnostics"]["findings"].dump(1);
+        EXPECT_EQ(isWrong ? 1u : 0u, NamesOf(run.Document()["diagnostics"], "fault").size());
         EXPECT_THAT(NamesOf(run.Document()["diagnostics"], "warning"), IsEmpty());
-        refused += comesOutWrong ? 1 : 0;
+        refused += isWrong ? 1 : 0;
     }
     EXPECT_EQ(3, refused);
 }

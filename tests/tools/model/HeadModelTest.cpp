@@ -6,7 +6,7 @@ using namespace qmv40;
 
 namespace {
 
-TEST(HeadModel, HasTheWorkedEngagementPositions) {
+TEST(HeadModel, HasTheEngagementPositionsComputedByHand) {
     const struct {
         model::HeadAngles angles;
         double x, y, z;

@@ -1,5 +1,6 @@
 #include "tools/model/TipPlace.h"
 #include "tests/support/IdealHead.h"
+#include "tools/check/AllPairs.h"
 
 #include <gtest/gtest.h>
 #include <random>
@@ -15,14 +16,6 @@ using model::Vector3;
 constexpr unsigned seed = 20261122;
 /// Degrees and mm: rounding of an iteration for two angles, with coordinates of some hundred millimetres.
 constexpr double fitTolerance = 1e-7;
-
-std::vector<HeadAngles> Positions() {
-    std::vector<HeadAngles> positions;
-    for (int a = 0; a <= 90; a += 15) {
-        for (int b = -180; b <= 180; b += 15) positions.push_back({static_cast<double>(a), static_cast<double>(b)});
-    }
-    return positions;
-}
 
 /// A head with a locked-to-unlocked offset other than the built-in one, at machine coordinates of hundreds of mm.
 model::HeadModel OtherHead(double mountedTurn) {
@@ -52,7 +45,7 @@ TEST(PlaceOf, HasTheTipInTheCentreOfThePoleSphere) {
 
 TEST(PlaceOf, IsShiftedByTheSameOffsetAtAllAnglesWhenUnlocked) {
     const model::HeadModel head = OtherHead(30.0);
-    for (const HeadAngles& angles : Positions()) {
+    for (const HeadAngles& angles : check::HeadPositions(0)) {
         const Vector3 locked = PlaceOf(head, angles, {3, 4, -100}, Measured::Locked);
         const Vector3 unlocked = PlaceOf(head, angles, {3, 4, -100}, Measured::Unlocked);
         EXPECT_TRUE(IsAt(locked + Vector3{0.2, -0.3, -1.5}, unlocked, rounding));
@@ -63,7 +56,7 @@ TEST(AnglesAt, IsTheInverseOfPlaceOfAtEveryPosition) {
     std::mt19937_64 random(seed);
     std::uniform_real_distribution<double> side(-15.0, 15.0);
     std::uniform_real_distribution<double> turn(-180.0, 180.0);
-    const std::vector<HeadAngles> positions = Positions();
+    const std::vector<HeadAngles> positions = check::HeadPositions(0);
     ASSERT_EQ(175u, positions.size());
     for (const double length : {20.0, 60.0, 180.0, 300.0}) {
         for (const bool isStraight : {true, false}) {
@@ -93,7 +86,7 @@ TEST(AnglesAt, IsTheInverseOfPlaceOfAtEveryPosition) {
 TEST(AnglesAt, FindsTheAnglesOfAHeadBetweenItsPositions) {
     const model::HeadModel head = OtherHead(-3.0);
     const Vector3 tip{0, 0, -180};
-    const std::vector<HeadAngles> positions = Positions();
+    const std::vector<HeadAngles> positions = check::HeadPositions(0);
     for (const HeadAngles& angles : {HeadAngles{47.0, 92.0}, HeadAngles{30.2, -44.5}, HeadAngles{83.0, 7.0}}) {
         const Vector3 place = PlaceOf(head, angles, tip, Measured::Locked);
         const model::MeasuredAngles found = AnglesAt(head, place, tip, Measured::Locked, positions);
@@ -110,7 +103,7 @@ TEST(AnglesAt, ListsAllPositionsWithTheTipInOnePlace) {
     const model::HeadModel head = OtherHead(0.0);
     const Vector3 tip{0, 100, -100};
     const Vector3 place = PlaceOf(head, {30, 0}, tip, Measured::Locked);
-    const model::MeasuredAngles found = AnglesAt(head, place, tip, Measured::Locked, Positions());
+    const model::MeasuredAngles found = AnglesAt(head, place, tip, Measured::Locked, check::HeadPositions(0));
     EXPECT_EQ(3u, found.samePlace.size()) << "A 30, B 0; A 60, B -180; A 60, B 180";
     EXPECT_TRUE(found.isBKnown);
 }

@@ -1,4 +1,5 @@
 #include "StopTrials.h"
+#include "tools/check/AllPairs.h"
 
 #include <algorithm>
 #include <atomic>
@@ -16,7 +17,7 @@ using namespace qmv40;
 
 Tally TryAll(const std::string& geometry, std::size_t every) {
     const model::HeadModel head = TrialHead();
-    const std::vector<model::HeadAngles> positions = AllPositions();
+    const std::vector<model::HeadAngles> positions = check::HeadPositions(0);
     const std::size_t pairs = positions.size() * positions.size();
     std::atomic<std::size_t> next = 0;
     std::mutex adding;
@@ -50,9 +51,7 @@ void Print(const Tally& tally) {
     std::printf("%zu plans, %zu stops\n\n", tally.plans, tally.stops);
     std::printf(
         "| what is told | asked | right | unknown | unknown without need | wrong |\n|---|---|---|---|---|---|\n");
-    constexpr const char* names[] = {"move and position", "move, position with 10 um of noise", "position alone",
-                                     "position alone, with 10 um of noise", "jogged off every move"};
-    for (std::size_t i = 0; i < tellings; ++i) PrintRow(names[i], tally.told[i]);
+    for (std::size_t i = 0; i < givenCount; ++i) PrintRow(NameOf(static_cast<Given>(i)), tally.told[i]);
     std::printf("\n| position alone, by true state | asked | right | unknown | unknown without need | wrong |\n"
                 "|---|---|---|---|---|---|\n");
     for (std::size_t i = 0; i < static_cast<std::size_t>(recovery::State::Unknown); ++i) {

@@ -106,13 +106,14 @@ TEST_F(JournalFile, IsRefusedWithTheLineThatDoesNotFit) {
         const char* refusal;
         const char* why;
     } cases[] = {
-        {"before 9 from 0,-180 to 45,-180;\n", "1: is of the plan from A 0, B -180 to A 45, B -180",
+        {"before 9 from 0,-180 to 45,-180;\n", "1: belongs to the plan from A 0, B -180 to A 45, B -180",
          "B -180 is not 180"},
-        {"before 9 from 0,0 to 45,180;\n", "1: is of the plan", "another start"},
-        {Line("before", 20) + Line("before", 1), "1: is no line of a journal", "there are 19 moves"},
-        {Line("before", 20), "1: is no line of a journal", "the last line is refused as well, because it is complete"},
-        {"before 1" + plan + "x\n" + Line("after", 1), "2: is no line", "a stray line before the end"},
-        {"during 1" + plan + "\n", "1: is no line", "an unknown word"},
+        {"before 9 from 0,0 to 45,180;\n", "1: belongs to the plan", "another start"},
+        {Line("before", 20) + Line("before", 1), "1: is not a line of a journal", "there are 19 moves"},
+        {Line("before", 20), "1: is not a line of a journal",
+         "the last line is refused as well, because it is complete"},
+        {"before 1" + plan + "x\n" + Line("after", 1), "2: is not a line", "a stray line before the end"},
+        {"during 1" + plan + "\n", "1: is not a line", "an unknown word"},
         {Line("before", 1) + Line("after", 2), "2: move 2 ends here", "the end of a move that did not begin"},
         {Line("after", 2), "1: move 2 ends here", "the end of a move in the first line"},
         {Line("before", 1) + Line("after", 1) + Line("before", 3), "3: move 3 begins here", "move 2 is missing"},

@@ -1,6 +1,7 @@
 #include "StopTrials.h"
 
 #include "support/TemporaryFolder.h"
+#include "tools/check/AllPairs.h"
 
 #include <gtest/gtest.h>
 #include <numeric>
@@ -15,7 +16,7 @@ std::vector<std::pair<model::HeadAngles, model::HeadAngles>> SampleOfPlans(std::
     std::vector<std::pair<model::HeadAngles, model::HeadAngles>> sample{
         {{0, -180}, {0, 180}}, {{90, 180}, {90, -180}}, {{45, -180}, {60, 180}}, {{0, 0}, {0, 0}},
         {{90, 90}, {90, 90}},  {{0, 90}, {0, -90}},     {{75, 0}, {60, 120}},    {{15, -165}, {0, 180}}};
-    const std::vector<model::HeadAngles> positions = AllPositions();
+    const std::vector<model::HeadAngles> positions = check::HeadPositions(0);
     std::mt19937_64 random(seed);
     std::uniform_int_distribution<std::size_t> any(0, positions.size() - 1);
     while (sample.size() < 300) sample.emplace_back(positions[any(random)], positions[any(random)]);
@@ -40,11 +41,11 @@ TEST(StoppedPlans, HaveARightStateAndSafeWaysOut) {
     }
     EXPECT_TRUE(tally.IsGood()) << Lines(tally.examples);
     EXPECT_EQ(300u * 19u * 12u, tally.stops);
-    const Counts& known = tally.Of(Telling::MoveKnown);
+    const Counts& known = tally.Of(Given::MoveKnown);
     EXPECT_EQ(known.asked, known.right) << "with the known move every state is certain";
-    const Counts& positionOnly = tally.Of(Telling::PositionOnly);
+    const Counts& positionOnly = tally.Of(Given::PositionOnly);
     EXPECT_GT(10 * positionOnly.right, 8 * positionOnly.asked) << "most positions belong to one state only";
-    EXPECT_GT(tally.Of(Telling::Jogged).asked, tally.stops) << "most jogs end off the plan";
+    EXPECT_GT(tally.Of(Given::Jogged).asked, tally.stops) << "most jogs end off the plan";
 }
 
 } // namespace

@@ -66,9 +66,9 @@ private:
     TrueState TruthAt(std::size_t number, double fraction) const;
     void Try(const Injected& stop);
     void TryWays(const Injected& stop, const Vector3& standing, const JudgeTolerance& tolerance);
-    void TryWay(const Injected& stop, const std::optional<recovery::CheckedWay>& way, const plans::Plan& like,
-                const JudgeTolerance& tolerance, const char* name);
-    void Ask(Telling telling, const Injected& stop, const Vector3& standing, const KnownMove& known, double angle);
+    void TryWay(const Injected& stop, const std::optional<recovery::CheckedWay>& way,
+                const plans::Plan& planWithSameEnd, const JudgeTolerance& tolerance, const char* name);
+    void Ask(Given given, const Injected& stop, const Vector3& standing, const KnownMove& known, double angle);
     void Jog(const Injected& stop);
     bool IsReasonToDoubt(const Injected& stop, const Vector3& standing) const;
     Vector3 Noise();
@@ -84,14 +84,14 @@ private:
 
 TrueState PlanTrial::TruthAt(std::size_t number, double fraction) const {
     const motion::ExecutedMove& run = runs[number - 1];
-    const motion::HeadState& head_ = fraction == 1.0 ? run.after : run.before;
+    const motion::HeadState& state = fraction == 1.0 ? run.after : run.before;
     const bool isPush = run.after.lever != run.before.lever && fraction < 1.0;
     const bool moves = model::Distance(run.path.At(fraction), run.path.Start()) > exactly.length;
     return {run.AnglesAt(fraction),
-            head_.lever,
+            state.lever,
             isPush ? fraction * std::abs(run.path.Degrees()) : 0.0,
-            head_.isOnPeg && (run.path.IsArc() || !moves || fraction == 1.0),
-            isPush || !moves || fraction == 1.0 ? head_.touchedBall : std::nullopt,
+            state.isOnPeg && (run.path.IsArc() || !moves || fraction == 1.0),
+            isPush || !moves || fraction == 1.0 ? state.touchedBall : std::nullopt,
             run.path.At(fraction)};
 }
 
@@ -144,14 +144,13 @@ bool PlanTrial::IsReasonToDoubt(const Injected& stop, const Vector3& standing) c
     return false;
 }
 
-void PlanTrial::Ask(Telling telling, const Injected& stop, const Vector3& standing, const KnownMove& known,
-                    double angle) {
+void PlanTrial::Ask(Given given, const Injected& stop, const Vector3& standing, const KnownMove& known, double angle) {
     const recovery::Stop answer = recovery::FindStop(plan.Paths(), standing, known, recovery::usualPositionError);
     const auto count = [&](Counts& counts) {
         ++counts.asked;
         if (answer.state == State::Unknown) {
             const bool isKnown = known.kind != KnownMove::Kind::Nothing;
-            const bool isNeedless = telling != Telling::Jogged && (isKnown || !IsReasonToDoubt(stop, standing));
+            const bool isNeedless = given != Given::Jogged && (isKnown || !IsReasonToDoubt(stop, standing));
             ++(isNeedless ? counts.needless : counts.unknown);
             if (isNeedless) Note(stop, "needlessly unknown");
         } else if (IsSameHead(answer.state, answer.Place().angles, stop, angle)) {
@@ -159,16 +158,15 @@ void PlanTrial::Ask(Telling telling, const Injected& stop, const Vector3& standi
         } else {
             ++counts.wrong;
             Note(stop, std::string("taken for ") + NameOf(answer.state) + " at " +
-                           plans::HeadAnglesText(answer.Place().angles) + ", telling " +
-                           std::to_string(static_cast<int>(telling)));
+                           plans::HeadAnglesText(answer.Place().angles) + ", asked with " + NameOf(given));
         }
     };
-    count(tally.told[static_cast<std::size_t>(telling)]);
-    if (telling == Telling::PositionOnly) count(tally.positionOnlyByState[static_cast<std::size_t>(stop.state)]);
+    count(tally.told[static_cast<std::size_t>(given)]);
+    if (given == Given::PositionOnly) count(tally.positionOnlyByState[static_cast<std::size_t>(stop.state)]);
 }
 
-void PlanTrial::TryWay(const Injected& stop, const std::optional<recovery::CheckedWay>& way, const plans::Plan& like,
-                       const JudgeTolerance& tolerance, const char* name) {
+void PlanTrial::TryWay(const Injected& stop, const std::optional<recovery::CheckedWay>& way,
+                       const plans::Plan& planWithSameEnd, const JudgeTolerance& tolerance, const char* name) {
     ++tally.ways;
     if (!way || !way->IsSafe()) {
         ++tally.waysMissing;
@@ -177,7 +175,8 @@ void PlanTrial::TryWay(const Injected& stop, const std::optional<recovery::Check
     }
     std::vector<plans::PlannedMove> moves;
     for (const recovery::WayMove& each : way->way.moves) moves.push_back(each.move);
-    const std::string problem = ProblemOfWay(head, stop.truth, moves, like.to, recovery::EndOf(like), tolerance);
+    const std::string problem =
+        ProblemOfWay(head, stop.truth, moves, planWithSameEnd.to, recovery::EndOf(planWithSameEnd), tolerance);
     if (problem.empty()) return;
     ++tally.waysWithProblem;
     Note(stop, std::string(name) + ": " + problem);
@@ -202,9 +201,9 @@ void PlanTrial::Jog(const Injected& stop) {
     const bool isOff = std::ranges::all_of(
         runs, [&](const motion::ExecutedMove& run) { return run.path.SmallestDistanceTo(standing) > 0.1; });
     if (!isOff) return;
-    Ask(Telling::Jogged, stop, standing, {}, 0.0);
+    Ask(Given::Jogged, stop, standing, {}, 0.0);
     if (stop.known.number + (stop.known.kind == KnownMove::Kind::After ? 1 : 0) > 1) {
-        Ask(Telling::Jogged, stop, standing, stop.known, 0.0);
+        Ask(Given::Jogged, stop, standing, stop.known, 0.0);
     }
 }
 
@@ -214,10 +213,10 @@ void PlanTrial::Try(const Injected& stop) {
     const Vector3 noisy = standing + Noise();
     const double angleOfNoise =
         exactAngle + (stop.radius > 0.0 ? model::ToDegrees(recovery::usualPositionError / stop.radius) : 0.0);
-    Ask(Telling::MoveKnown, stop, standing, stop.known, exactAngle);
-    Ask(Telling::MoveKnownWithNoise, stop, noisy, stop.known, angleOfNoise);
-    Ask(Telling::PositionOnly, stop, standing, {}, exactAngle);
-    Ask(Telling::PositionOnlyWithNoise, stop, noisy, {}, angleOfNoise);
+    Ask(Given::MoveKnown, stop, standing, stop.known, exactAngle);
+    Ask(Given::MoveKnownWithNoise, stop, noisy, stop.known, angleOfNoise);
+    Ask(Given::PositionOnly, stop, standing, {}, exactAngle);
+    Ask(Given::PositionOnlyWithNoise, stop, noisy, {}, angleOfNoise);
     Jog(stop);
     TryWays(stop, standing, exactly);
     constexpr std::size_t stopsPerNoisyTrial = 7;
@@ -225,6 +224,12 @@ void PlanTrial::Try(const Injected& stop) {
 }
 
 } // namespace
+
+const char* NameOf(Given given) {
+    constexpr const char* names[] = {"move and position", "move, position with 10 um of noise", "position alone",
+                                     "position alone, with 10 um of noise", "jogged off every move"};
+    return names[static_cast<std::size_t>(given)];
+}
 
 void Tally::Add(const Tally& other) {
     const auto add = [](Counts& to, const Counts& from) {
@@ -266,12 +271,4 @@ void WriteTrialGeometry(const std::string& fileName) {
 
 Tally TryStopsOf(const model::HeadModel& head, const recovery::Plans& plans, std::uint64_t seed) {
     return PlanTrial(head, plans, seed).Result();
-}
-
-std::vector<model::HeadAngles> AllPositions() {
-    std::vector<model::HeadAngles> positions;
-    for (int a = 0; a <= 90; a += 15) {
-        for (int b = -180; b <= 180; b += 15) positions.push_back({static_cast<double>(a), static_cast<double>(b)});
-    }
-    return positions;
 }

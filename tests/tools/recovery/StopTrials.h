@@ -10,8 +10,11 @@
 /// Trials of recovery: stops before, inside and after every move of plans, and counts of the tool's answers.
 
 /// What the tool is told about a stop.
-enum class Telling { MoveKnown, MoveKnownWithNoise, PositionOnly, PositionOnlyWithNoise, Jogged };
-inline constexpr std::size_t tellings = 5;
+enum class Given { MoveKnown, MoveKnownWithNoise, PositionOnly, PositionOnlyWithNoise, Jogged };
+inline constexpr std::size_t givenCount = 5;
+
+/// "move and position"
+const char* NameOf(Given given);
 
 struct Counts {
     std::size_t asked = 0;
@@ -24,7 +27,7 @@ struct Counts {
 struct Tally {
     std::size_t plans = 0;
     std::size_t stops = 0;
-    std::array<Counts, tellings> told{};
+    std::array<Counts, givenCount> told{};
     std::array<Counts, 8> positionOnlyByState{}; ///< by the true state, without noise
     std::size_t ways = 0;                        ///< judged ways out
     std::size_t waysMissing = 0;
@@ -32,7 +35,7 @@ struct Tally {
     std::vector<std::string> examples; ///< the first few failures
 
     void Add(const Tally& other);
-    const Counts& Of(Telling telling) const { return told[static_cast<std::size_t>(telling)]; }
+    const Counts& Of(Given given) const { return told[static_cast<std::size_t>(given)]; }
     /// True when no answer is wrong or needlessly unknown, and no way is missing or has a problem.
     bool IsGood() const;
 };
@@ -44,6 +47,3 @@ qmv40::model::HeadModel TrialHead();
 
 /// Tries the stops of one plan. `seed`: for noise and jogs.
 Tally TryStopsOf(const qmv40::model::HeadModel& head, const qmv40::recovery::Plans& plans, std::uint64_t seed);
-
-/// The 175 index positions of the head.
-std::vector<qmv40::model::HeadAngles> AllPositions();

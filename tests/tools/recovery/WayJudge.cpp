@@ -111,8 +111,8 @@ std::string Judge::TurnHead(const Vector3& turn, const model::Path& path) {
     if (state.lever == LeverState::Locked) return "turns a locked head";
     state.angles.a += model::Dot(turn, head.TurnOfA(0.0, state.angles.b).axis);
     state.angles.b += model::Dot(turn, head.TurnOfB(0.0).axis);
-    const double beyond = std::max({-state.angles.a, state.angles.a - 90.0, std::abs(state.angles.b) - 180.0});
-    if (beyond > tolerance.angle) return "turns the head past its stop";
+    const double excess = std::max({-state.angles.a, state.angles.a - 90.0, std::abs(state.angles.b) - 180.0});
+    if (excess > tolerance.angle) return "turns the head past its stop";
     state.position = path.End();
     return IsAt(head.EngagementPosition(state.angles)) ? "" : "pulls the cup off in a turn";
 }
@@ -133,8 +133,8 @@ std::string Judge::Run(const plans::PlannedMove& move) {
 std::string Judge::AtEnd(const model::HeadAngles& angles, const Vector3& end) const {
     if (state.isOnPeg) return "ends on the peg";
     if (state.lever != LeverState::Locked || state.pushed > tolerance.angle) return "ends unlocked";
-    const double off = std::max(std::abs(angles.a - state.angles.a), std::abs(angles.b - state.angles.b));
-    if (off > tolerance.angle) return "ends at other angles";
+    const double error = std::max(std::abs(angles.a - state.angles.a), std::abs(angles.b - state.angles.b));
+    if (error > tolerance.angle) return "ends at other angles";
     return IsAt(end) ? "" : "ends in another place";
 }
 

@@ -11,15 +11,15 @@ using testing::HasSubstr;
 
 namespace {
 
-const text::FileKind ourDrawing = text::KindMarked("a drawing", "our drawing");
+const text::FileKind drawingKind = text::KindMarked("a drawing", "our drawing");
 
 TEST(OutputFile, MayBeNewOrEmptyOrOfItsKind) {
     const TemporaryFolder folder;
-    const std::string mine = "<?xml?><!-- our drawing -->\n<svg/>";
-    for (const std::string& name :
-         {folder.Name("new"), folder.Write("empty", ""), folder.Write("mine", "<!-- our drawing -->\nan older one")}) {
-        text::WriteOutput(name, mine, ourDrawing);
-        EXPECT_EQ(mine, ReadFile(name));
+    const std::string drawing = "<?xml?><!-- our drawing -->\n<svg/>";
+    for (const std::string& name : {folder.Name("new"), folder.Write("empty", ""),
+                                    folder.Write("drawing", "<!-- our drawing -->\nan older one")}) {
+        text::WriteOutput(name, drawing, drawingKind);
+        EXPECT_EQ(drawing, ReadFile(name));
     }
 }
 
@@ -29,7 +29,7 @@ TEST(OutputFile, ReplacesNoOtherFile) {
     for (const char* const content : contents) {
         const std::string name = folder.Write("theirs", content);
         try {
-            text::WriteOutput(name, "our drawing", ourDrawing);
+            text::WriteOutput(name, "our drawing", drawingKind);
             ADD_FAILURE() << "replaced: " << content;
         } catch (const text::InputError& error) {
             EXPECT_EQ(name, error.file);
@@ -37,7 +37,7 @@ TEST(OutputFile, ReplacesNoOtherFile) {
         }
         EXPECT_EQ(content, ReadFile(name));
     }
-    EXPECT_THROW(text::RequireNewOrOfKind(folder.Name("."), ourDrawing), text::InputError);
+    EXPECT_THROW(text::RequireNewOrOfKind(folder.Name("."), drawingKind), text::InputError);
 }
 
 /// Files of several kinds that an output must not replace.
@@ -46,20 +46,20 @@ struct OtherFiles {
         : capture(folder.Write("capture.csv", ReadFile(LoadScenario("plain").aAxis))),
           picture(folder.Write("picture.png", "\x89PNG\r\n\x1A\n")),
           spoiltCapture(folder.Write("spoilt.csv", "A,B,X,Y,Z\n1,2,3,4,5\n[HEADCENTRE]\nX=1\n")),
-          theirIni(folder.Write("theirs.ini", "[Window]\nWidth=3\n")),
-          theirSettings(folder.Write("theirs.reg", "Windows Registry Editor Version 5.00\n\n"
+          otherIni(folder.Write("theirs.ini", "[Window]\nWidth=3\n")),
+          otherSettings(folder.Write("theirs.reg", "Windows Registry Editor Version 5.00\n\n"
                                                    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Other]\n\"a\"=\"b\"\n")),
           geometry(PlainGeometryFile(folder)),
-          theirPage(folder.Write("theirs.html", "<!DOCTYPE html>\n<html></html>")) {}
+          otherPage(folder.Write("theirs.html", "<!DOCTYPE html>\n<html></html>")) {}
 
-    std::string capture, picture, spoiltCapture, theirIni, theirSettings, geometry, theirPage;
+    std::string capture, picture, spoiltCapture, otherIni, otherSettings, geometry, otherPage;
 };
 
 TEST(OutputFile, OfACommandNeverReplacesAFileOfAnotherKind) {
     const TemporaryFolder folder;
     const OtherFiles files(folder);
-    const std::vector<std::string> all{files.capture,       files.picture,  files.spoiltCapture, files.theirIni,
-                                       files.theirSettings, files.geometry, files.theirPage};
+    const std::vector<std::string> all{files.capture,       files.picture,  files.spoiltCapture, files.otherIni,
+                                       files.otherSettings, files.geometry, files.otherPage};
     const Scenario plain = LoadScenario("plain");
     const std::vector<std::string> view{"view", "--geometry", files.geometry, "--from", "0,0", "--to", "0,0"};
     const auto with = [](std::vector<std::string> arguments, std::initializer_list<std::string> more) {

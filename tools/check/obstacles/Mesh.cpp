@@ -93,10 +93,10 @@ double Mesh::DistanceTo(const Triangle& triangle, double enough) const {
     if (!(enough > 0.0)) return enough;
     const Box box = BoxOf(triangle);
     double smallest = enough;
-    std::vector<std::pair<double, std::uint32_t>> open{{SquaredGap(box, nodes[0].box), 0}};
-    while (!open.empty()) {
-        const auto [gap, index] = open.back();
-        open.pop_back();
+    std::vector<std::pair<double, std::uint32_t>> stack{{SquaredGap(box, nodes[0].box), 0}};
+    while (!stack.empty()) {
+        const auto [gap, index] = stack.back();
+        stack.pop_back();
         if (gap >= smallest * smallest) continue;
         const Node& node = nodes[index];
         if (node.left == 0) {
@@ -106,12 +106,12 @@ double Mesh::DistanceTo(const Triangle& triangle, double enough) const {
             }
             continue;
         }
-        // The nearer half goes on top of the stack, so that it is searched first.
+        // The nearer half goes on top, so that it is searched first.
         std::pair<double, std::uint32_t> near{SquaredGap(box, nodes[node.left].box), node.left};
         std::pair<double, std::uint32_t> far{SquaredGap(box, nodes[node.left + 1].box), node.left + 1};
         if (far.first < near.first) std::swap(near, far);
-        open.push_back(far);
-        open.push_back(near);
+        stack.push_back(far);
+        stack.push_back(near);
     }
     return smallest;
 }
@@ -130,14 +130,14 @@ bool Mesh::IsCrossed(const Box& box, const Vector3& origin, const Vector3& direc
 
 int Mesh::Crossings(const Vector3& origin, const Vector3& direction) const {
     int crossings = 0;
-    std::vector<std::uint32_t> open{0};
-    while (!open.empty()) {
-        const Node& node = nodes[open.back()];
-        open.pop_back();
+    std::vector<std::uint32_t> stack{0};
+    while (!stack.empty()) {
+        const Node& node = nodes[stack.back()];
+        stack.pop_back();
         if (!IsCrossed(node.box, origin, direction)) continue;
         if (node.left != 0) {
-            open.push_back(node.left);
-            open.push_back(node.left + 1);
+            stack.push_back(node.left);
+            stack.push_back(node.left + 1);
             continue;
         }
         for (std::uint32_t i = node.first; i < node.last; ++i) {

@@ -14,8 +14,8 @@ namespace qmv40::settings {
 
 namespace {
 
-/// While the file is in force, the component's key is looked for below this one. The process number makes it unique,
-/// and the key is volatile: no restart keeps it.
+/// During an override the component's key is looked for below this one. The process number makes it unique, and the key
+/// is volatile: it does not survive a restart.
 std::string PrivateRoot() { return "Software\\qmv40-settings-" + std::to_string(GetCurrentProcessId()); }
 
 void RequireSuccess(LSTATUS result, const char* operation) {

@@ -6,10 +6,10 @@ import { mkdir, readFile, writeFile } from "node:fs/promises";
 import { dirname } from "node:path";
 
 const placeholders = ["@TITLE@", "@DOCUMENT@", "@DRAWINGS@"];
-// What the scripts call came to the last of these in 2022; WebGL 2, which the picture needs, came a little before.
+// The oldest versions that have every function the scripts call, of 2022. They also have WebGL 2, which the picture needs.
 const browsers = ["chrome97", "firefox104", "safari15.4"];
 
-/** The licence asks that it goes with every copy, in full. */
+/** The licence requires that every copy contains its full text. */
 async function licenceOfThree() {
     const text = await readFile("node_modules/three/LICENSE", "utf8");
     return `/*! This page contains three.js, https://threejs.org\n\n${text.trim()}\n*/`;
@@ -23,13 +23,13 @@ async function bundled(entry, options = {}) {
     return result.outputFiles[0].text.trim();
 }
 
-/** A function as the replacement: `$` means nothing special in a script. */
+/** Replaces the placeholder. The replacement is a function, so that `$` in a script has no special meaning. */
 function put(page, place, text) {
     if (page.split(place).length !== 2) throw new Error(`${place} must stand in the page exactly once`);
     return page.replace(place, () => text);
 }
 
-/** What would end a script element early, or hide its end, must not occur in one. */
+/** Throws when the script contains text that would end its element early or hide the end. */
 function refuseWhatEndsAScript(script) {
     if (/<\/script|<!--/i.test(script)) throw new Error("the scripts hold text that would end their element");
 }

@@ -1,4 +1,4 @@
-#include "tools/check/obstacles/Sweep.h"
+#include "tests/tools/check/obstacles/SampledClearance.h"
 #include "tools/check/obstacles/Mesh.h"
 
 #include <algorithm>
@@ -11,8 +11,6 @@ using namespace qmv40::check::obstacles;
 using qmv40::model::Vector3;
 
 namespace {
-
-constexpr double infinite = std::numeric_limits<double>::infinity();
 
 /// A rod that moves along an arc about the Z axis and turns about an axis along X at its own end.
 MovingPart Turning(double arcRadius, double arc, double turn, const Vector3& reach, double radius) {
@@ -27,16 +25,7 @@ MovingPart Turning(double arcRadius, double arc, double turn, const Vector3& rea
     return {at, arcRadius * arc * arc + qmv40::model::Length(reach) * turn * turn, radius};
 }
 
-double Sampled(const MovingPart& part, const Solid& solid, int samples) {
-    double smallest = infinite;
-    for (int i = 0; i <= samples; ++i) {
-        const Axis axis = part.at(static_cast<double>(i) / samples);
-        smallest = std::min(smallest, solid.DistanceTo({axis.from, axis.to, axis.to}, infinite) - part.radius);
-    }
-    return smallest;
-}
-
-TEST(Sweep, IsExactForCasesWorkedOutByHand) {
+TEST(Sweep, IsExactForCasesComputedByHand) {
     const Mesh box(BoxSurface({0, 0, 0}, {20, 20, 20}));
     const auto straight = [](const Vector3& from, const Vector3& to, const Vector3& rod, double radius) {
         return MovingPart{[=](double f) -> Axis {
@@ -70,22 +59,22 @@ TEST(Sweep, IsNeverAboveTheClearanceOfDenseSampling) {
     const std::uint64_t seed = std::random_device{}();
     std::mt19937_64 random(seed);
     std::uniform_real_distribution<double> unit(-1.0, 1.0);
+    const auto randomVector = [&] { return Vector3{unit(random), unit(random), unit(random)}; };
     std::vector<Triangle> surface;
     for (int i = 0; i < 60; ++i) {
-        const auto aside = [&] { return Vector3{unit(random), unit(random), unit(random)}; };
-        const Vector3 corner = 150.0 * aside();
-        surface.push_back({corner, corner + 30.0 * aside(), corner + 30.0 * aside()});
+        const Vector3 corner = 150.0 * randomVector();
+        surface.push_back({corner, corner + 30.0 * randomVector(), corner + 30.0 * randomVector()});
     }
     const Mesh triangles(surface);
     const Rod ball({60, 20, -30}, {60, 20, -30}, 8.0);
     const Table table(-120.0);
     constexpr int samples = 2000;
     for (int i = 0; i < 60; ++i) {
-        const MovingPart part = Turning(30.0 + 20.0 * unit(random), 3.0 * unit(random), 2.0 * unit(random),
-                                        80.0 * Vector3{unit(random), unit(random), unit(random)}, 3.0);
+        const MovingPart part =
+            Turning(30.0 + 20.0 * unit(random), 3.0 * unit(random), 2.0 * unit(random), 80.0 * randomVector(), 3.0);
         for (const Solid* const solid : std::initializer_list<const Solid*>{&triangles, &ball, &table}) {
             const double bound = ClearanceOf(part, *solid);
-            const double sampled = Sampled(part, *solid, samples);
+            const double sampled = SampledClearance(part, *solid, samples);
             ASSERT_LE(bound, sampled) << "seed " << seed;
             // A point of the rod moves by less than 400 mm in all, so by less than this between two samples.
             ASSERT_GE(bound, sampled - clearanceTolerance - 400.0 / samples) << "seed " << seed;

@@ -130,7 +130,7 @@ TEST(Settings, WithTheLeverOnThePoleGiveAnAngleOfNaN) {
     EXPECT_NE(std::string::npos, RunQmv40(move).out.find("the angle is not a number: do not run this move"));
 }
 
-TEST(Settings, OfTheReferenceHeadsBringThemOutAsWorkedOut) {
+TEST(Settings, GiveTheExpectedResultForTheReferenceHeads) {
     const TemporaryFolder folder;
     int heads = 0;
     for (const Json& head : LoadReferenceDocuments()) {

@@ -66,17 +66,17 @@ export class OpenPage {
 
     async isPlaying() { return (await this.page.locator("#play").getAttribute("aria-label")) === "Pause"; }
 
-    /** From now on the page's clock moves only when `live` moves it, so that a slow machine changes no result. */
+    /** From now on the page's clock moves only when `runClock` moves it, so that a slow machine changes no result. */
     async stopClock() {
         await this.page.clock.install({ time: 0 });
         await this.page.clock.pauseAt(1000);
     }
 
-    live(milliseconds) { return this.page.clock.runFor(milliseconds); }
+    runClock(milliseconds) { return this.page.clock.runFor(milliseconds); }
 
-    async liveUntilStopped() {
+    async runClockUntilStopped() {
         const longest = 30; // seconds of the page's clock; a plan played very fast takes far less
-        for (let i = 0; i < 10 * longest && await this.isPlaying(); ++i) await this.live(100);
+        for (let i = 0; i < 10 * longest && await this.isPlaying(); ++i) await this.runClock(100);
         assert.equal(await this.isPlaying(), false);
     }
 }

@@ -16,7 +16,7 @@ function drawn(opened) {
 
 /** Takes pictures of the page and examines their pixels in a second page. */
 class Camera {
-    constructor(lab) { this.lab = lab; }
+    constructor(examiner) { this.examiner = examiner; }
 
     /** A picture of the canvas, without the labels over it. */
     async take(opened) {
@@ -27,7 +27,7 @@ class Camera {
 
     /** The share of the pixels that differ between two pictures, 0 to 1. */
     difference(one, other) {
-        return this.lab.evaluate(async (images) => {
+        return this.examiner.evaluate(async (images) => {
             const [first, second] = await Promise.all(images.map(globalThis.pixelsOf));
             let different = 0;
             for (let i = 0; i < first.length; i += 4) {
@@ -39,7 +39,7 @@ class Camera {
 
     /** The number of pixels with about this colour. */
     count(image, colour) {
-        return this.lab.evaluate(async ([encoded, wanted]) => {
+        return this.examiner.evaluate(async ([encoded, wanted]) => {
             const pixels = await globalThis.pixelsOf(encoded);
             let found = 0;
             for (let i = 0; i < pixels.length; i += 4) found += [0, 1, 2].every((c) => Math.abs(pixels[i + c] - wanted[c]) <= 10) ? 1 : 0;
@@ -69,7 +69,7 @@ class Camera {
 
     /** The violet pixels, `[x, y]`. */
     violet(image) {
-        return this.lab.evaluate(async (encoded) => {
+        return this.examiner.evaluate(async (encoded) => {
             const { data, width } = await globalThis.imageOf(encoded);
             const found = { solid: [], pale: [] };
             for (let i = 0; i < data.length; i += 4) {
@@ -83,8 +83,8 @@ class Camera {
     }
 
     static async open(browser) {
-        const lab = await browser.newPage();
-        await lab.evaluate(() => {
+        const examiner = await browser.newPage();
+        await examiner.evaluate(() => {
             globalThis.imageOf = async (encoded) => {
                 const image = new Image();
                 image.src = `data:image/png;base64,${encoded}`;
@@ -96,7 +96,7 @@ class Camera {
             };
             globalThis.pixelsOf = async (encoded) => (await globalThis.imageOf(encoded)).data;
         });
-        return new Camera(lab);
+        return new Camera(examiner);
     }
 }
 

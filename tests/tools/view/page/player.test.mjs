@@ -158,16 +158,16 @@ describe("The player, with a clock that the test moves", () => {
     });
     after(() => shown?.close());
 
-    const live = (milliseconds) => opened.live(milliseconds);
+    const runClock = (milliseconds) => opened.runClock(milliseconds);
     const wayIn = async () => Number(await opened.page.locator("#time").inputValue());
 
     it("does not move while it pauses", async () => {
         await opened.press("Home", "Space");
-        await live(100);
+        await runClock(100);
         await opened.press("Space");
         const held = await wayIn();
         assert.ok(held > 0, "it had moved before");
-        await live(300);
+        await runClock(300);
         assert.equal(await wayIn(), held);
     });
 
@@ -176,7 +176,7 @@ describe("The player, with a clock that the test moves", () => {
         await opened.page.selectOption("#speed", { label: "very fast" });
         await opened.click("#play");
         assert.equal(await opened.isPlaying(), true);
-        await opened.liveUntilStopped();
+        await opened.runClockUntilStopped();
         assert.equal(await opened.moveName(), "DisengageFromLockLever");
         assertAt(await opened.position(), ends.at(-1)[1], "the end");
     });
@@ -185,9 +185,9 @@ describe("The player, with a clock that the test moves", () => {
         await opened.page.selectOption("#speed", { label: "normal" });
         await opened.click("#to-end");
         await opened.click("#play");
-        await live(100);
+        await runClock(100);
         await opened.click("#play");
-        await live(16); // the last frame is drawn
+        await runClock(16); // the last frame is drawn
         assert.equal(await opened.moveName(), "EngageWithUnLockLever");
     });
 
@@ -198,9 +198,9 @@ describe("The player, with a clock that the test moves", () => {
             await opened.press("Home");
             await opened.page.selectOption("#speed", { label: speed });
             await opened.click("#play");
-            await live(frames * 16);
+            await runClock(frames * 16);
             await opened.click("#play");
-            await live(16); // the last frame is drawn
+            await runClock(16); // the last frame is drawn
             return wayIn();
         };
         const slow = await wayAt("slow");

@@ -91,13 +91,13 @@ describe("The page of a tour", () => {
         await opened.click("#to-end");
         await opened.click("#back");
         await opened.click("#play");
-        await opened.live(1000);
+        await opened.runClock(1000);
         assert.equal(await opened.page.locator("#plan").inputValue(), "1");
         assert.equal(await opened.isPlaying(), true);
         await opened.click("#to-end");
         await opened.click("#back");
         await opened.click("#play");
-        await opened.liveUntilStopped();
+        await opened.runClockUntilStopped();
         assert.equal(await opened.page.locator("#plan").inputValue(), "1");
         assert.equal(await opened.moveName(), "DisengageFromLockLever");
         await opened.close();

@@ -6,7 +6,7 @@ import { OrbitControls } from "three/addons/controls/OrbitControls.js";
 const fieldOfView = 32;
 const halfField = (fieldOfView / 2) * (Math.PI / 180);
 const distances = { near: 1, far: 20000 };
-// Margin for the buttons and the triad.
+// A margin for the buttons and the triad: the points fill 1 / rim of the picture.
 const rim = 1.1;
 // Almost vertical from above: exactly vertical, the direction of +Y on the screen would be undefined.
 const almostAbove = 1e-4;
@@ -15,6 +15,8 @@ const vertical = new Vector3(0, 0, 1);
 // The contact is seen from the side without head and lever, a little from above, and far enough from the line through
 // head and sphere that the gap between them is visible.
 const besideContact = 0.6; // radians
+// The eye's height above the contact, as a multiple of its horizontal distance; and how much lower the eye is when the
+// cup is open downwards.
 const aboveContact = 0.4;
 const belowOpening = 0.8;
 const contactReach = 62; // mm about the sphere that are seen
@@ -67,14 +69,14 @@ export class Views {
         return this.isParallel && this.isWithHead ? direction.applyAxisAngle(vertical, this.mountedTurn) : direction;
     }
 
-    /** The head is there now; a cup that is open downwards is looked into from below. */
+    /** The head's new place. The view of the contact looks into a cup from below when the cup is open downwards. */
     follow(at, openDownwards) {
         this.headAt = at;
         this.elevation = aboveContact - openDownwards * belowOpening;
         if (this.name === "contact") this.lookAtContact();
     }
 
-    /** From the free side of cup or lever: from where the head is not. */
+    /** Looks at the contact from the side on which the head is not. */
     lookAtContact() {
         const away = this.headAt ? this.sphere.clone().sub(this.headAt).setZ(0) : directions.free.clone();
         if (away.length() < 1) return; // the head is straight above the sphere: keep the direction
@@ -86,10 +88,10 @@ export class Views {
         this.onChange();
     }
 
-    /** `points`: what has to be seen. */
+    /** The points that must be visible. */
     enclose(points) { this.points = points; }
 
-    /** Shows everything from where one looks. */
+    /** Shows everything, from the present direction. */
     fit() {
         if (this.name === "contact") this.lookAtContact();
         else this.look(this.camera.position.clone().sub(this.controls.target).normalize());
@@ -108,7 +110,7 @@ export class Views {
         this.onChange();
     }
 
-    /** The middle of what has to be seen, and its points from there: to the right, up, towards the eye. */
+    /** The middle of the points that must be visible, and the points relative to it: to the right, up, towards the eye. */
     seenFrom(turn) {
         const turnBack = turn.clone().invert();
         const seen = this.points.map((point) => point.clone().applyQuaternion(turnBack));
@@ -137,7 +139,7 @@ export class Views {
         for (const camera of [this.perspective, this.parallel]) camera.updateProjectionMatrix();
     }
 
-    /** By angles in radians, about the vertical and up. A view along an axis becomes the free one. */
+    /** Turns the view by angles in radians, about the vertical and upwards. A view along an axis becomes the free view. */
     orbit(around, upwards) {
         const offset = this.camera.position.clone().sub(this.controls.target);
         if (this.isParallel) this.setView("free");
@@ -168,7 +170,7 @@ export class Views {
         this.onChange();
     }
 
-    /** How many millimetres one pixel shows at a point. */
+    /** The size of a pixel at a point, in millimetres. */
     millimetresAPixel(point) {
         if (this.isParallel) return 1 / this.parallel.zoom;
         const distance = point.distanceTo(this.perspective.position);

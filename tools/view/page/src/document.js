@@ -15,20 +15,20 @@ export function readDocument() {
     }
 }
 
-/** A number with a fixed number of decimals and a decimal point everywhere. No number is said to be none. */
+/** A number with a fixed number of decimals and a decimal point. null becomes the text "not a number". */
 export function numberText(number, decimals = lengthDecimals) {
     if (typeof number !== "number") return "not a number";
     const text = number.toFixed(decimals);
     return /^-[0.]*$/.test(text) ? text.slice(1) : text;
 }
 
-/** As many decimals as the number needs, for angles that are mostly whole. */
+/** Without zeros at the end, for angles that are mostly whole numbers. */
 function shortText(number) {
     const text = numberText(number);
     return text.includes(".") ? text.replace(/\.?0*$/, "") : text;
 }
 
-/** Clearance that was measured, or a dash where the move has to touch. */
+/** A clearance, or a dash when there is none because the move must touch. */
 export function clearanceText(number) {
     return number === null || number === undefined ? "\u2014" : numberText(number);
 }
@@ -67,7 +67,7 @@ function stepLength(before, after) {
 
 /**
  * The plan's samples one after the other: `{move, sample, time, isFirst, isLast}`, time being the length of the path up to there.
- * A move that was not run has one frame without a sample, so that it can be looked at all the same.
+ * A move that was not run has one frame without a sample, so that it can be chosen too.
  */
 export function framesOf(plan) {
     const frames = [];

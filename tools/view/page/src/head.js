@@ -1,6 +1,6 @@
 // The head on its machine: body and levers, which move with the machine; the swivel, which turns with B; the tilting
-// part with drive cup and stylus, which turns with A. Parts that are in the document are drawn to size, the others only
-// to be recognised.
+// part with drive cup and stylus, which turns with A. Parts of the document have their true size; the others only show
+// what they are.
 
 import { DoubleSide, Group, LatheGeometry, LineBasicMaterial, Matrix4, Mesh, MeshLambertMaterial, Vector2, Vector3 } from "three";
 import { Levers } from "./levers.js";
@@ -34,13 +34,13 @@ export const headReach = { aside: 36, up: 70, down: shortStylus.length };
 
 const up = new Vector3(0, 0, 1);
 
-/** Sets an object's axes: what stands in the head's own frame is turned as the sample says. */
+/** Turns an object of the head's own frame so that its X and Z axes are `x` and `z`. */
 function turn(object, x, z) {
     const y = new Vector3().crossVectors(z, x).normalize();
     object.quaternion.setFromRotationMatrix(new Matrix4().makeBasis(new Vector3().crossVectors(y, z).normalize(), y, z));
 }
 
-/** The hollow in which the pole sphere sits, open along +Y. Its origin is where the sphere's centre comes to be. */
+/** The drive cup, open along +Y. Its origin is the centre of the pole sphere that sits in it. */
 function cupGeometry(radius) {
     const profile = [];
     const inner = radius * cupInside;
@@ -142,12 +142,12 @@ export class Head {
         turn(this.tilt, this.tiltAxis.clone().negate(), stylus.negate());
     }
 
-    /** How far down the cup is open while it is at the sphere: 0 to the side or far from it, 1 straight down. */
+    /** 1 when the cup is open straight down; 0 when it is open to the side, or is far from the sphere. */
     openDownwards(sphere) {
         const isNear = this.cup.distanceTo(sphere) < nearTheSphere;
         return isNear ? Math.max(0, -this.opening.z) : 0;
     }
 
-    /** Where the head meets something: the cup and the levers' balls. */
+    /** The places at which the head touches: the cup and the levers' balls. */
     contacts() { return [this.cup, ...this.levers.balls(this.at)]; }
 }

@@ -64,7 +64,7 @@ export class Labels {
         this.labels = this.labels.filter((label) => !labels.includes(label));
     }
 
-    /** After the letters may have changed their size. */
+    /** To be called when the size of the letters may have changed. */
     measureAgain() { this.labels.forEach((label) => { label.size = null; }); }
 
     /** The places round the point where the label may stand, the best first. */
@@ -83,8 +83,8 @@ export class Labels {
     }
 
     /**
-     * `taken`: boxes that no label touches; `free`: solids that none covers, and points of lines that as few as possible cover.
-     * A label that finds no place is not shown.
+     * `taken`: boxes that no label may touch. `free`: solids that no label may cover, and points of lines; labels cover as few
+     * of these points as possible. A label without a place is not shown.
      */
     place(camera, width, height, taken, free) {
         const about = (at, size) => {
@@ -119,13 +119,13 @@ function drawing(tag, attributes, text = "") {
     return made;
 }
 
-/** Beside the tip, or beside the middle for an axis that points at the eye. */
+/** The letter is beside the tip of its axis. For an axis towards the eye it is beside the middle. */
 function placeOfLetter(to) {
     const length = Math.hypot(to.x, to.y);
     return length < 0.3 ? { x: -0.4 * arm, y: 0.4 * arm } : { x: to.x * arm + 9 * to.x / length, y: -to.y * arm - 9 * to.y / length };
 }
 
-/** The machine's axes as they lie in the picture; those that point away from the eye first. */
+/** Draws the machine's axes as they are in the picture. Axes that point away from the eye are drawn first. */
 export function drawTriad(element, camera) {
     const turnBack = camera.quaternion.clone().invert();
     const seen = axes.map(([name, direction]) => ({ name, to: direction.clone().applyQuaternion(turnBack) }));

@@ -13,7 +13,7 @@ const zoomStep = 1.15;
 // Seconds. After a pause in which the page was hidden, playing continues at the same place.
 const longestTick = 0.25;
 
-/** A page with a plan in it. */
+/** A page with at least one plan. */
 class Viewer {
     constructor(theDocument) {
         this.document = theDocument;
@@ -30,23 +30,23 @@ class Viewer {
         listAssumptions(this.document.assumptions);
         offerPlans(this.document, (index) => this.choosePlan(index));
         connectPlayer(this.player);
-        this.scene = this.sceneOrSentence();
+        this.scene = this.createSceneOrExplain();
         this.choosePlan(0);
         document.addEventListener("keydown", (event) => this.onKey(event));
     }
 
     /** The picture, or nothing and a sentence that says why. */
-    sceneOrSentence() {
+    createSceneOrExplain() {
         try {
-            return createScene(this.document, (reason) => this.doWithoutScene(reason));
+            return createScene(this.document, (reason) => this.explainMissingScene(reason));
         } catch (problem) {
-            this.doWithoutScene(problem.message);
+            this.explainMissingScene(problem.message);
             return null;
         }
     }
 
     /** The drawings take the picture's place. */
-    doWithoutScene(reason) {
+    explainMissingScene(reason) {
         this.scene = null;
         byId("stage").append(byId("drawn"));
         document.documentElement.classList.add("flat");
@@ -83,7 +83,7 @@ class Viewer {
         this.player.goTo(this.player.startOf(move));
     }
 
-    /** What a finding is about is mostly seen when its move is done. */
+    /** The subject of most findings is visible at the end of their move. */
     goToEnd(move) {
         this.player.pause();
         this.player.goTo(this.player.endOf(move));
@@ -95,12 +95,12 @@ class Viewer {
         showMove(this.plan, frame.move, this.document.levels);
         showTime(this.player, this.plan);
         this.scene?.showFrame(frame, ahead);
-        if (this.player.isPlaying && !this.clock) this.clock = requestAnimationFrame((now) => this.keepTime(now, now));
+        if (this.player.isPlaying && !this.clock) this.clock = requestAnimationFrame((now) => this.onAnimationFrame(now, now));
     }
 
-    /** Runs while it plays alone: a page that shows a standing machine costs nothing. */
-    keepTime(now, before) {
-        this.clock = this.player.isPlaying ? requestAnimationFrame((next) => this.keepTime(next, now)) : 0;
+    /** Runs only while the plan is played, so that a page at rest uses no processor time. */
+    onAnimationFrame(now, before) {
+        this.clock = this.player.isPlaying ? requestAnimationFrame((next) => this.onAnimationFrame(next, now)) : 0;
         this.player.tick(Math.min((now - before) / 1000, longestTick));
     }
 

@@ -24,7 +24,7 @@ function positionAt({ start, end, arc }, fraction) {
     return plus(arc.centre, turned(plus(start, arc.centre, -1), arc.axis, arc.degrees * fraction));
 }
 
-/** The head's own frame: `right` is its tilt axis turned by B, reversed; what stands in the head goes with A and B. */
+/** The axes of the tilting part: the mounted axes turned by B about the vertical, then by A about -x. */
 function frameOf({ right, forward }, A, B) {
     const up = [0, 0, 1];
     const x = turned(right, up, B);
@@ -33,7 +33,7 @@ function frameOf({ right, forward }, A, B) {
     return { x, y: tilted(y), z: tilted(up) };
 }
 
-/** The smaller clearance to sphere and levers; none where the move must touch. */
+/** The smaller one of the clearances to sphere and levers; null when the move must touch. */
 function clearanceAt(theDocument, move, { at, cup }, lever) {
     if (move.mustTouch !== "") return null;
     const { sphere, levers, leverBallRadius } = theDocument;

@@ -7,7 +7,7 @@ const nearestDecimals = 2;
 
 const byId = (id) => document.getElementById(id);
 
-/** An element with text, never markup: the document's words may hold anything. */
+/** An element with text. The text is never markup, because the document's texts may contain any character. */
 function element(tag, className = "", text = "") {
     const made = document.createElement(tag);
     made.className = className;
@@ -15,7 +15,7 @@ function element(tag, className = "", text = "") {
     return made;
 }
 
-/** A level as a shape and a word, so that nobody has to tell colours apart. */
+/** A level as a shape and a word, so that it can be recognised without its colour. */
 function levelMark(level) {
     const mark = element("span", `level ${level}`);
     mark.append(element("i", "shape"), element("span", "word", level));
@@ -34,7 +34,7 @@ export function showHeading(theDocument) {
     showBadge(byId("verdict"), theDocument.verdict);
 }
 
-/** A chooser where there are several plans. */
+/** Fills the list of plans. It is hidden when there is only one plan. */
 export function offerPlans(theDocument, choose) {
     const options = theDocument.plans.map(({ from, to, verdict }, i) =>
         new Option(`${i + 1}: ${anglesText(from)} to ${anglesText(to)}${verdict.clear ? "" : `, ${verdict.text}`}`, i));
@@ -43,7 +43,7 @@ export function offerPlans(theDocument, choose) {
     byId("plan-choice").hidden = options.length < 2;
 }
 
-/** Only the drawing of the plan in view; all of them where there is not one for each. */
+/** Shows only the drawing of the current plan. Shows all drawings when there is not one for each plan. */
 export function showDrawing(planIndex, planCount) {
     const figures = [...byId("drawings").querySelectorAll("figure")];
     figures.forEach((figure, i) => { figure.hidden = figures.length === planCount && i !== planIndex; });
@@ -73,7 +73,7 @@ function plannedNumbers(move) {
     ];
 }
 
-/** Names of moves are long single words: where there is no room they break between their parts. */
+/** The name of a move, which is one long word, with places at which a line can break. */
 function breakableName(name) {
     return name.split(/(?<=[a-z])(?=[A-Z])/).flatMap((part, i) => i === 0 ? [part] : [element("wbr"), part]);
 }
@@ -91,7 +91,7 @@ function rowOf(move, index, go) {
     return row;
 }
 
-/** The arrows go from row to row; only the current row is met with the tab key. */
+/** The arrow keys go from row to row. Only the current row is a tab stop. */
 function moveFocus(event, go) {
     const step = { ArrowDown: 1, ArrowUp: -1 }[event.key];
     const row = event.target.closest("tr");
@@ -165,7 +165,7 @@ function markRow(index) {
     });
 }
 
-/** Within the list alone: the page itself stays where the reader has put it. */
+/** Scrolls the list, not the page. */
 function keepRowInSight(row) {
     const list = byId("moves");
     const seen = list.getBoundingClientRect();
@@ -183,7 +183,7 @@ function namedNumbers(pairs) {
     });
 }
 
-/** A dash where nothing was measured: the move was not run. */
+/** A clearance to something, or a dash when the move was not run. */
 function measured(number, to) {
     return `${number === null ? clearanceText(number) : `${numberText(number)} mm`} to ${to}`;
 }
@@ -212,7 +212,7 @@ export function showMove(plan, index, levels) {
     keepRowInSight(byId("rows").children[index]);
 }
 
-/** What the check took for granted, and the option that says otherwise. */
+/** Lists the assumptions of the check with the options that change them. */
 export function listAssumptions(assumptions) {
     byId("assumed").replaceChildren(...assumptions.map(({ what, value, option }) => {
         const row = element("tr");
@@ -222,7 +222,7 @@ export function listAssumptions(assumptions) {
     }));
 }
 
-/** The colours of the paths in words. */
+/** The meaning of the colours of the paths. */
 export function showLegend(levels) {
     byId("legend").replaceChildren(...levels.map(({ name: level }) => {
         const item = element("li", `level ${level}`);

@@ -20,7 +20,7 @@ const arrowPixels = 16;
 const arrowSlenderness = 2.2;
 const shortest = 1e-6;
 
-/** The point at that share of the way, and the direction there. */
+/** The point at a share of the way, 0 to 1, and the direction there. */
 function along(points, lengths, share) {
     const wanted = share * lengths.at(-1);
     const i = Math.max(1, lengths.findIndex((length) => length >= wanted));
@@ -72,7 +72,7 @@ class MovePath {
         }
     }
 
-    /** `when`: done, current or coming. The current move is seen through whatever stands before it. */
+    /** `when`: done, current or coming. The current move is drawn over everything else. */
     emphasise(when) {
         if (!this.line) return;
         const isCurrent = when === "current";
@@ -85,7 +85,7 @@ class MovePath {
         [this.line, ...this.arrows].forEach((object) => { object.renderOrder = isCurrent ? 10 : 1; });
     }
 
-    /** Arrows are as large as can be read, but never longer than half their move. */
+    /** Gives arrows the same size on the screen, but at most half the length of their move. */
     scaleArrows(millimetresAPixel) {
         for (const arrow of this.arrows) {
             const size = Math.min(arrowPixels * this.arrowScale * millimetresAPixel(arrow.position), this.length / 2);
@@ -109,7 +109,7 @@ export class Paths {
 
     get points() { return this.moves.flatMap((move) => move.points); }
 
-    /** Where the number of a move can stand; none for a move that was not run. */
+    /** The place for the number of a move; null for a move that was not run. */
     middleOf(index) { return this.moves[index].middle ?? null; }
 
     show(current) {

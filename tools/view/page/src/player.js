@@ -1,8 +1,8 @@
-// Plays a plan's frames. The path has the same length in equal times.
+// Plays a plan's frames at a constant speed along the path.
 
-/** Calls `onChange` whenever it stands elsewhere, starts or stops. */
+/** Calls `onChange` when the place changes, and when playing starts or stops. */
 export class Player {
-    /** `goBeyond(step)`: to the plan after or before this one; false where there is none. */
+    /** `goBeyond(step)` goes to the next plan (1) or the one before (-1). It returns false when there is none. */
     constructor(onChange, goBeyond) {
         this.onChange = onChange;
         this.goBeyond = goBeyond;
@@ -24,7 +24,7 @@ export class Player {
     get duration() { return this.frames[this.lastIndex].time; }
     get isAtEnd() { return this.index === this.lastIndex; }
 
-    /** The frame after the one that is reached, and how much of the way to it is done. */
+    /** The next frame, and the part of the way to it that is done, 0 to 1. */
     get ahead() {
         const next = this.frames[this.index + 1];
         if (!next || next.time === this.frame.time) return { frame: this.frame, fraction: 0 };
@@ -43,7 +43,7 @@ export class Player {
         this.onChange();
     }
 
-    /** Where moves meet, the end of the earlier one: there its numbers can be read. */
+    /** The frame at a time. Between two moves it is the end of the earlier one, so that its numbers can be read. */
     indexAt(time) {
         if (time >= this.duration) return this.lastIndex;
         const reached = this.frames.findIndex((frame) => frame.time > time) - 1;

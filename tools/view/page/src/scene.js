@@ -20,10 +20,10 @@ const axisReach = 34;
 // Millimetres. Points of a mistyped plan that are farther away are not shown.
 const farthest = 1000;
 const axisOrder = 5;
-// Labels keep clear of every fifth point of the paths; points are a millimetre apart.
+// Labels avoid every fifth point of the paths; points are a millimetre apart.
 const pointsBetweenLooks = 5;
 
-/** What is seen of the head from every side, as points about its centre. */
+/** Points about the head's centre that enclose the drawn head. */
 const outlineOfHead = [-headReach.aside, headReach.aside].flatMap((aside) => [-headReach.down, headReach.up].flatMap((z) =>
     [new Vector3(aside, 0, z), new Vector3(0, aside, z)]));
 
@@ -37,7 +37,7 @@ function dashedLine(from, to, material) {
     return line;
 }
 
-/** Throws with a sentence for people where there is no WebGL. */
+/** Throws an error with a sentence for the reader when there is no WebGL. */
 function rendererFor(canvas) {
     const context = canvas.getContext("webgl2", { antialias: true, alpha: true });
     if (!context) throw new Error(noWebGl);
@@ -111,7 +111,7 @@ class Picture {
         this.setView(this.views.name);
     }
 
-    /** Everything has to be seen, wherever the machine goes. */
+    /** Makes everything visible at every place of the machine. */
     frame() {
         const points = this.paths.points.filter((point) => point.distanceTo(this.origin) < farthest);
         this.pathBox = new Box3().setFromPoints([...points, this.origin]);
@@ -119,7 +119,7 @@ class Picture {
         this.views.enclose([this.origin, this.surroundings.foot, ...heads, ...this.tips()]);
     }
 
-    /** Where the stylus' tip goes. */
+    /** The places of the stylus tip. */
     tips() {
         const length = this.document.stylus?.length ?? 0;
         const tips = this.samples.map((sample) => vector(sample.at).addScaledVector(vector(sample.stylus), length));
@@ -142,7 +142,7 @@ class Picture {
         this.addLabel("part safe", 4, "Safe height", () => corners[3]);
     }
 
-    /** The A axis as B has turned it, and the B axis, which is the machine's vertical; both seen through the head. */
+    /** The A axis, which turns with B, and the vertical B axis. Both are visible through the head. */
     addAxes() {
         const look = { dashSize: 3, gapSize: 1.5, depthTest: false, transparent: true };
         const dashed = this.pathColours.paint(new LineDashedMaterial(look), "axis");
@@ -155,7 +155,7 @@ class Picture {
             this.addHeadLabel("part", 2, "", () => lever.pivot.clone().setZ(lever.pivot.z + 5)));
     }
 
-    /** A label that goes with the head; `offset()` from its centre. */
+    /** A label that moves with the head, at `offset()` from its centre. */
     addHeadLabel(className, rank, text, offset) {
         return this.addLabel(className, rank, text, () => this.head.at ? offset().clone().add(this.head.at) : null);
     }
@@ -253,7 +253,7 @@ class Picture {
         drawTriad(byId("triad"), camera);
     }
 
-    /** What no label covers, with its radius, and the points of the paths, which labels had better not cover. */
+    /** Balls that no label may cover, and points of the paths that labels should not cover. */
     keptFree() {
         const { radius } = this.document.sphere;
         const solids = [{ at: this.origin, radius }];
@@ -267,7 +267,7 @@ class Picture {
         };
     }
 
-    /** Where buttons and legend stand, no label does. */
+    /** The boxes of buttons and legend, which no label may touch. */
     takenBoxes() {
         const { left, top } = this.element.getBoundingClientRect();
         return ["views", "legend", "triad", "caption"].map(byId).map((element) => {
@@ -277,7 +277,7 @@ class Picture {
     }
 }
 
-/** Throws with a sentence for people where there can be no picture; `onLost` gets one when it is lost later. */
+/** Throws an error with a sentence for the reader when there can be no picture. `onLost` gets such a sentence later. */
 export function createScene(theDocument, onLost) {
     return new Picture(theDocument, onLost);
 }

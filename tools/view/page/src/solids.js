@@ -9,7 +9,7 @@ const alongY = new Vector3(0, 1, 0);
 
 export const vector = (numbers) => new Vector3(...numbers);
 
-/** Turns and moves what was made along Y so that it reaches from one point towards another. */
+/** Moves and turns an object that was made along Y, so that it points from `from` to `to`. */
 export function aim(object, from, to) {
     object.position.copy(from);
     object.quaternion.setFromUnitVectors(alongY, to.clone().sub(from).normalize());

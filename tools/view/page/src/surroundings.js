@@ -1,5 +1,4 @@
-// What stands around the head: pole sphere with its stem, table, obstacles. All are drawn in the sizes that were
-// checked.
+// Pole sphere with its stem, table and obstacles, in the sizes that were checked.
 
 import { BufferAttribute, BufferGeometry, DoubleSide, Group, LineBasicMaterial, Mesh, MeshLambertMaterial, Vector3 } from "three";
 import { ball, block, cylinder, outlined, vector } from "./solids.js";
@@ -11,7 +10,7 @@ const footHeight = 4;
 const nameBelow = 10; // mm, from the sphere to where it is named: beside the stem, out of the way of cup and lever
 const tableReach = 260;
 const tableThickness = 3;
-// Of a surface with more triangles no edges are drawn: they would hide it.
+// On a surface with more triangles no edges are drawn, because they would cover it.
 const mostOutlined = 2000;
 
 /** Nine 32-bit numbers for each triangle, in base64. */
@@ -34,7 +33,7 @@ export class Surroundings {
         theDocument.obstacles.forEach((obstacle) => this.addObstacle(obstacle));
     }
 
-    /** The lowest point that has to be seen. */
+    /** The lowest point that must be visible. */
     get foot() { return this.bottom.clone().setZ(this.bottom.z - footHeight); }
 
     lit(name, options = {}) { return this.colours.paint(new MeshLambertMaterial(options), name); }

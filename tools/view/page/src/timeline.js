@@ -1,10 +1,11 @@
 // The time line: a slider that shows the place in the plan, over one section for each move.
 
 const byId = (id) => document.getElementById(id);
-// A number is shown when its section has at least this share of the line.
-const widthOfANumber = 0.028;
+// The number of a move is shown when its section covers more than this share of the time line.
+const leastShareForNumber = 0.028;
 
-function stretchesOf(player, plan) {
+/** The moves with the times, in seconds, at which they begin and end. */
+function sectionsOf(player, plan) {
     return plan.moves.map((move, i) => ({
         move, index: i,
         from: player.frames[player.startOf(i)].time,
@@ -18,13 +19,13 @@ function markOf({ move, index, from, to }, duration) {
     mark.className = `mark ${move.level}`;
     mark.style.left = `${duration > 0 ? 100 * from / duration : 0}%`;
     mark.style.width = `${100 * share}%`;
-    mark.textContent = share > widthOfANumber ? String(index + 1) : "";
+    mark.textContent = share > leastShareForNumber ? String(index + 1) : "";
     return mark;
 }
 
-/** Shows the plan that the player has loaded. */
+/** Draws the sections of the plan that the player has loaded. */
 export function markMoves(player, plan) {
-    byId("marks").replaceChildren(...stretchesOf(player, plan).map((stretch) => markOf(stretch, player.duration)));
+    byId("marks").replaceChildren(...sectionsOf(player, plan).map((section) => markOf(section, player.duration)));
     byId("time").max = player.duration;
 }
 

@@ -5,8 +5,8 @@
 
 namespace qmv40::cli {
 
-/// The assumptions about machine, head and fixtures that the command line gives.
-struct Allowances {
+/// The options for what a check assumes about machine, head and fixtures.
+struct AssumptionOptions {
     check::CheckOptions options;
     std::optional<double> stylusLength;
     check::Stylus stylus; ///< its diameters; used when a length was given
@@ -18,6 +18,6 @@ struct Allowances {
 
 /// Options of every command that checks plans: sizes of sphere, levers, head and stylus, clearance, table, travel,
 /// obstacles.
-void AddAllowances(Command& command, Allowances& allowances);
+void AddAssumptionOptions(Command& command, AssumptionOptions& assumptions);
 
 } // namespace qmv40::cli

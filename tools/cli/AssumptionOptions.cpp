@@ -1,4 +1,4 @@
-#include "tools/cli/Allowances.h"
+#include "tools/cli/AssumptionOptions.h"
 
 #include "tools/check/obstacles/ObstacleFile.h"
 #include "tools/text/Failures.h"
@@ -19,7 +19,8 @@ Option AddLengthOption(Command& command, const char* name, Length& length, const
 }
 
 void AddTravelOption(Command& command, const char* name, check::TravelLimits& limits) {
-    command.AddValue(name, "MIN,MAX", "Between which coordinates the machine can move, mm; without it any",
+    command.AddValue(name, "MIN,MAX",
+                     "The smallest and the largest coordinate of the machine, mm. No limit unless given",
                      [&limits](const std::string& value) -> std::string {
                          const auto ends = text::ParseNumberPair(value);
                          if (!ends || ends->first > ends->second) {
@@ -43,41 +44,42 @@ void AddHeadSizes(Command& command, check::PartSizes& sizes) {
     AddLengthOption(command, "--lever-diameter", sizes.leverDiameter, "Diameter of a lever's arm. 5 mm unless given");
 }
 
-void AddStylus(Command& command, Allowances& allowances) {
+void AddStylus(Command& command, AssumptionOptions& assumptions) {
     command.AddValue("--stylus", "MM",
                      "Length of the stylus, head centre to tip centre. Without it no stylus is checked",
-                     [&allowances](const std::string& value) -> std::string {
+                     [&assumptions](const std::string& value) -> std::string {
                          const text::ParsedNumber number = text::ParseNumber(value);
                          if (number.problem != nullptr || !(number.value > 0.0)) {
                              return "'" + value + "' is not a length above 0 mm";
                          }
-                         allowances.stylusLength = number.value;
+                         assumptions.stylusLength = number.value;
                          return "";
                      });
-    AddLengthOption(command, "--stylus-diameter", allowances.stylus.diameter, "Diameter of its stem. 4 mm unless given")
+    AddLengthOption(command, "--stylus-diameter", assumptions.stylus.diameter,
+                    "Diameter of its stem. 4 mm unless given")
         .Need("--stylus");
-    AddLengthOption(command, "--tip-diameter", allowances.stylus.tipDiameter, "Diameter of its tip. 5 mm unless given")
+    AddLengthOption(command, "--tip-diameter", assumptions.stylus.tipDiameter, "Diameter of its tip. 5 mm unless given")
         .Need("--stylus");
 }
 
-void AddSurroundings(Command& command, Allowances& allowances) {
-    AddLengthOption(command, "--stem-diameter", allowances.options.scene.stemDiameter,
+void AddSurroundings(Command& command, AssumptionOptions& assumptions) {
+    AddLengthOption(command, "--stem-diameter", assumptions.options.scene.stemDiameter,
                     "Diameter of the pole sphere's stem, which goes straight down. 6 mm unless given");
     command.AddValue("--table", "Z", "Z of the table's surface, mm. Without it no table is checked",
-                     [&allowances](const std::string& value) -> std::string {
+                     [&assumptions](const std::string& value) -> std::string {
                          const text::ParsedNumber number = text::ParseNumber(value);
                          if (number.problem != nullptr) return "'" + value + "' " + number.problem;
-                         allowances.options.scene.table = number.value;
+                         assumptions.options.scene.table = number.value;
                          return "";
                      });
-    command.AddTexts("--obstacles", allowances.obstacleFiles, "FILE",
-                     "What stands around: an STL mesh in machine coordinates, or a JSON document of boxes, cylinders "
+    command.AddTexts("--obstacles", assumptions.obstacleFiles, "FILE",
+                     "Obstacles: an STL mesh in machine coordinates, or a JSON document of boxes, cylinders "
                      "and meshes (docs/qmv40.md)");
 }
 
 } // namespace
 
-check::CheckOptions Allowances::Read() const {
+check::CheckOptions AssumptionOptions::Read() const {
     check::CheckOptions read = options;
     if (stylusLength) {
         read.scene.parts.stylus = stylus;
@@ -91,8 +93,8 @@ check::CheckOptions Allowances::Read() const {
     return read;
 }
 
-void AddAllowances(Command& command, Allowances& allowances) {
-    check::CheckOptions& options = allowances.options;
+void AddAssumptionOptions(Command& command, AssumptionOptions& assumptions) {
+    check::CheckOptions& options = assumptions.options;
     AddLengthOption(command, "--sphere-radius", options.sizes.poleSphereRadius,
                     "Radius of the pole sphere. 5 mm unless given: half of the 10 mm from which the peg is approached");
     AddLengthOption(command, "--ball-radius", options.sizes.leverBallRadius,
@@ -100,8 +102,8 @@ void AddAllowances(Command& command, Allowances& allowances) {
     AddLengthOption(command, "--clearance", options.requiredClearance,
                     "Clearance that every move must have. 0 unless given");
     AddHeadSizes(command, options.scene.parts);
-    AddStylus(command, allowances);
-    AddSurroundings(command, allowances);
+    AddStylus(command, assumptions);
+    AddSurroundings(command, assumptions);
     AddTravelOption(command, "--x-travel", options.travel[0]);
     AddTravelOption(command, "--y-travel", options.travel[1]);
     AddTravelOption(command, "--z-travel", options.travel[2]);
