@@ -28,8 +28,8 @@ public:
     // NOLINTBEGIN(google-explicit-constructor): so that values can be written in braces
     Json(std::nullptr_t = nullptr) noexcept;
     Json(bool flag);
-    Json(std::signed_integral auto number) : value(std::int64_t{number}) {}
-    Json(std::unsigned_integral auto number) : value(std::uint64_t{number}) {}
+    Json(std::signed_integral auto number);
+    Json(std::unsigned_integral auto number);
     Json(double number);
     Json(const char* text);
     Json(std::string text);
@@ -85,6 +85,9 @@ struct Json::Member {
     std::string name;
     Json value;
 };
+
+Json::Json(std::signed_integral auto number) : value(std::int64_t{number}) {}
+Json::Json(std::unsigned_integral auto number) : value(std::uint64_t{number}) {}
 
 /// The JSON document in `content`. Throws InputError, with the file's name, for a text that is not JSON, and for an
 /// object that names a member twice.
