@@ -1,8 +1,8 @@
 #include "interface/ErrorCodes.h"
 #include "tools/cli/Commands.h"
-#include "tools/cli/ComputedHead.h"
 #include "tools/cli/ExitCode.h"
 #include "tools/cli/GeometryRecord.h"
+#include "tools/cli/JudgedCapture.h"
 #include "tools/cli/Options.h"
 #include "tools/component/Calculator.h"
 #include "tools/component/ComponentError.h"
@@ -22,36 +22,26 @@
 
 #include <algorithm>
 #include <cmath>
-#include <sstream>
 
 namespace qmv40::cli {
 
 namespace {
 
 struct GeometryOptions : CommonOptions {
-    std::string aAxis;
-    std::string bAxis;
+    CaptureOptions capture;
     std::string output;     ///< empty: nothing is written
     std::string picture;    ///< file name; empty: none
     std::string record;     ///< file name; empty: none
     std::string headNumber; ///< for the record
     bool force = false;     ///< write a geometry with a fault too
-    double centreWithin = diagnosis::thresholds::centreWithin;
-    text::LengthUnit unit = text::LengthUnit::Millimetre; ///< of the capture
-    std::optional<model::Vector3> sphere;                 ///< in that unit
-    std::optional<double> stylus;
 };
 
-/// The component's answer, the circles, and the judgement of the points.
-struct GeometryReport {
-    ComputedHead head;
-    diagnosis::CaptureUnderTest capture;
+/// A capture and its judgement, and the circles through its points as the component fits them.
+struct GeometryReport : JudgedCapture {
     diagnosis::CircleFit aAxis;
     diagnosis::CircleFit bAxis;
     double aAxisCaptureB;
     double bAxisCaptureA;
-    std::vector<diagnosis::Finding> findings;
-    std::optional<diagnosis::Diagnosis> diagnosis; ///< empty: the sets determine nothing, or the numbers are too large
 
     bool Contradicts() const {
         return std::ranges::any_of(
@@ -73,65 +63,14 @@ diagnosis::CircleFit AxisFit(const CMaPointArray& points, const CMaVector& axis)
     return fit;
 }
 
-/// The points with their angles, shifted to the locked position.
-diagnosis::fit::CapturedSets SetsOf(const diagnosis::CaptureFiles& capture, const model::Vector3& unlocking) {
-    diagnosis::fit::CapturedSets sets;
-    sets.points.reserve(capture.aAxis.items.size() + capture.bAxis.items.size());
-    for (const diagnosis::CaptureFile* const file : {&capture.aAxis, &capture.bAxis}) {
-        for (const HeadAlignmentDataItem& item : file->items) {
-            const model::Vector3 read{item.XPosition, item.YPosition, item.ZPosition};
-            sets.points.push_back({item.APosition, item.BPosition, read - unlocking});
-        }
-    }
-    sets.aCount = capture.aAxis.items.size();
-    return sets;
-}
-
-double MillimetresIn(text::LengthUnit unit) { return unit == text::LengthUnit::Inch ? 25.4 : 1.0; }
-
-diagnosis::CaptureUnderTest UnderTest(const GeometryOptions& options, const diagnosis::CaptureFiles& capture,
-                                      const ComputedHead& head) {
-    diagnosis::CaptureUnderTest test;
-    test.unlocking = UnlockingInForce();
-    test.sets = SetsOf(capture, test.unlocking);
-    test.rotation = head.rotationAroundZ;
-    test.headCentre = {head.headCentre.XPosition, head.headCentre.YPosition, head.headCentre.ZPosition};
-    test.centreWithin = options.centreWithin;
-    const double unit = MillimetresIn(options.unit);
-    if (options.sphere) test.knownSphere = unit * *options.sphere;
-    if (options.stylus) test.knownStylus = unit * *options.stylus;
-    return test;
-}
-
-/// The steps of a large capture that take about as long as each other.
-constexpr std::size_t longSteps = 5;
-
-GeometryReport Report(const GeometryOptions& options, const diagnosis::CaptureFiles& capture, const ComputedHead& head,
-                      text::Progress& progress) {
-    diagnosis::CaptureUnderTest test = UnderTest(options, capture, head);
+GeometryReport Report(JudgedCapture judged, const diagnosis::CaptureFiles& capture) {
     // The direction of the A axis as the component turns it
-    const double azimuth = model::ToRadians(head.rotationAroundZ + capture.aAxis.items.front().BPosition);
+    const double azimuth = model::ToRadians(judged.head.rotationAroundZ + capture.aAxis.items.front().BPosition);
     const CMaVector aAxis(-std::cos(azimuth), -std::sin(azimuth), 0.0), bAxis(0.0, 0.0, 1.0);
-    diagnosis::CircleFit aFit = AxisFit(LockedPoints(capture.aAxis, test.unlocking), aAxis);
-    diagnosis::CircleFit bFit = AxisFit(LockedPoints(capture.bAxis, test.unlocking), bAxis);
-    GeometryReport report{head,
-                          std::move(test),
-                          std::move(aFit),
-                          std::move(bFit),
-                          capture.aAxis.items.front().BPosition,
-                          capture.bAxis.items.front().APosition,
-                          {},
-                          std::nullopt};
-    progress.Advance(1);
-    report.findings = diagnosis::JudgeSets(report.capture.sets);
-    if (!report.findings.empty()) return report;
-    report.diagnosis = diagnosis::Diagnose(report.capture);
-    if (report.diagnosis) {
-        report.findings = report.diagnosis->findings;
-    } else {
-        report.findings = {{diagnosis::FindingKind::NumbersTooLarge, diagnosis::Severity::Fault, {}}};
-    }
-    return report;
+    diagnosis::CircleFit aFit = AxisFit(LockedPoints(capture.aAxis, judged.capture.unlocking), aAxis);
+    diagnosis::CircleFit bFit = AxisFit(LockedPoints(capture.bAxis, judged.capture.unlocking), bAxis);
+    return {std::move(judged), std::move(aFit), std::move(bFit), capture.aAxis.items.front().BPosition,
+            capture.bAxis.items.front().APosition};
 }
 
 CMaVector VectorOf(const XYZData& position) { return {position.XPosition, position.YPosition, position.ZPosition}; }
@@ -219,21 +158,7 @@ GeometryReport Compute(const GeometryOptions& options, const diagnosis::CaptureF
         Refuse(error, capture, options.json, console);
     }
     progress.Advance(1);
-    return Report(options, capture, AnswerOf(calculator), progress);
-}
-
-/// The capture in millimetres, whatever its unit is.
-diagnosis::CaptureFile ReadIn(text::LengthUnit given, const std::string& fileName, text::Progress& progress) {
-    diagnosis::CaptureFile file = diagnosis::ReadCaptureFile(fileName);
-    diagnosis::RequireUnit(file, given);
-    const double unit = MillimetresIn(given);
-    for (HeadAlignmentDataItem& item : file.items) {
-        item.XPosition *= unit;
-        item.YPosition *= unit;
-        item.ZPosition *= unit;
-    }
-    progress.Advance(1);
-    return file;
+    return Report(Judged(options.capture, capture, calculator, progress), capture);
 }
 
 /// Nothing is computed before it is certain that every file may be written.
@@ -270,9 +195,8 @@ void WriteForPeople(const GeometryOptions& options, const GeometryReport& report
 void Run(const GeometryOptions& options, const text::Console& console) {
     RequireFiles(options);
     [[maybe_unused]] const SettingsInUse settings(options, console);
-    std::optional<text::Progress> progress(std::in_place, console, "computing the geometry", longSteps);
-    const diagnosis::CaptureFiles capture{ReadIn(options.unit, options.aAxis, *progress),
-                                          ReadIn(options.unit, options.bAxis, *progress)};
+    std::optional<text::Progress> progress(std::in_place, console, "computing the geometry", longStepsOfACapture);
+    const diagnosis::CaptureFiles capture = ReadCapture(options.capture, *progress);
     component::Calculator calculator;
     const GeometryReport report = Compute(options, capture, calculator, *progress, console);
     progress.reset();
@@ -291,57 +215,6 @@ void Run(const GeometryOptions& options, const text::Console& console) {
     console.err << "The capture contradicts itself"
                 << (options.output.empty() ? "" : ": nothing was written (--force writes it all the same)") << ".\n";
     throw CommandEnded{exitFindings};
-}
-
-void AddJudgingOptions(Command& command, GeometryOptions& options) {
-    command.AddFlag("--force", options.force,
-                    "Write the geometry, and end with 0, even when the capture contradicts itself");
-    command.AddValue("--centre-within", "MM",
-                     "Warn when the head centre is not known to this, twice its standard deviation. 0.05 unless given",
-                     [&options](const std::string& value) -> std::string {
-                         const text::ParsedNumber number = text::ParseNumber(value);
-                         if (number.problem != nullptr || !(number.value > 0.0)) {
-                             return "'" + value + "' is not a length of more than 0 mm";
-                         }
-                         options.centreWithin = number.value;
-                         return "";
-                     });
-}
-
-/// X,Y,Z
-std::optional<model::Vector3> ParsedPoint(const std::string& value) {
-    model::Vector3 point;
-    std::istringstream parts(value);
-    std::string part;
-    std::size_t count = 0;
-    for (; std::getline(parts, part, ','); ++count) {
-        const text::ParsedNumber number = text::ParseNumber(part);
-        if (number.problem != nullptr || count == 3) return std::nullopt;
-        point[count] = number.value;
-    }
-    return count == 3 ? std::optional(point) : std::nullopt;
-}
-
-void AddKnownOptions(Command& command, GeometryOptions& options) {
-    command.AddValue(
-        "--sphere", "X,Y,Z",
-        "The pole sphere's centre, measured with a tip that is qualified to the machine's zero-length reference",
-        [&options](const std::string& value) -> std::string {
-            options.sphere = ParsedPoint(value);
-            return options.sphere ? "" : "'" + value + "' is not X,Y,Z";
-        });
-    command.AddValue("--stylus", "LENGTH", "The stylus from the crossing of the head's axes to the centre of its ball",
-                     [&options](const std::string& value) -> std::string {
-                         const text::ParsedNumber number = text::ParseNumber(value);
-                         options.stylus = number.value;
-                         const bool isLength = number.problem == nullptr && number.value > 0.0;
-                         return isLength ? "" : "'" + value + "' is not a length";
-                     });
-    command.AddValue("--units", "mm|in", "What the capture, --sphere and --stylus are in; the geometry is in mm",
-                     [&options](const std::string& value) -> std::string {
-                         options.unit = value == "in" ? text::LengthUnit::Inch : text::LengthUnit::Millimetre;
-                         return value == "in" || value == "mm" ? "" : "'" + value + "' is neither mm nor in";
-                     });
 }
 
 constexpr const char* geometryFooter =
@@ -369,16 +242,17 @@ constexpr const char* geometryFooter =
 void AddGeometryCommand(Command tool, const text::Console& console) {
     Command command = tool.AddCommand("geometry", "Compute the head geometry from captured points");
     const auto options = std::make_shared<GeometryOptions>();
-    command.AddText("--a-axis", options->aAxis, "FILE", "Points captured while A alone was turned (CSV)").Require();
-    command.AddText("--b-axis", options->bAxis, "FILE", "Points captured while B alone was turned (CSV)").Require();
+    AddCaptureFiles(command, options->capture, true);
     command.AddText("--output", options->output, "FILE", "Save the geometry here; without it nothing is written");
     command.AddText("--svg", options->picture, "FILE",
                     "Draw both circles with the residual of each point, 1000 times as long (SVG)");
     command.AddText("--record", options->record, "FILE",
                     "Write a page to print and keep: verdict, picture, geometry, capture, settings (HTML)");
     command.AddText("--head", options->headNumber, "NUMBER", "The head's serial number, for the record");
-    AddJudgingOptions(command, *options);
-    AddKnownOptions(command, *options);
+    command.AddFlag("--force", options->force,
+                    "Write the geometry, and end with 0, even when the capture contradicts itself");
+    AddJudgingOptions(command, options->capture);
+    AddUnits(command, options->capture, "What the capture, --sphere and --stylus are in; the geometry is in mm");
     AddCommonOptions(command, *options);
     command.SetFooter(geometryFooter);
     command.OnRun([options, &console] { Run(*options, console); });

@@ -2,9 +2,12 @@
 #include "tools/cli/AssumptionOptions.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/ExitCode.h"
+#include "tools/cli/JudgedCapture.h"
 #include "tools/cli/Options.h"
 #include "tools/cli/PlanSelection.h"
 #include "tools/cli/StopQuestion.h"
+#include "tools/diagnosis/DiagnosisReport.h"
+#include "tools/record/CapturePicture.h"
 #include "tools/recovery/ShownWays.h"
 #include "tools/settings/Installation.h"
 #include "tools/text/Failures.h"
@@ -24,6 +27,7 @@ namespace {
 struct ViewOptions : CommonOptions {
     PlanSelection selection;
     AssumptionOptions assumptions;
+    CaptureOptions capture;   ///< that the geometry was computed from; its files may be empty
     std::string output;       ///< file name of the page; empty: see IsPageWanted
     std::string drawing;      ///< file name; empty: none
     std::string pageTemplate; ///< file name; empty: the installed one
@@ -63,11 +67,30 @@ std::vector<std::string> Drawings(const view::ViewedTour& view) {
     return drawings;
 }
 
+/// The residuals of the capture that the geometry was computed from, and what was found in it. Empty without a capture.
+std::string CaptureFigure(const CaptureOptions& options, const text::Console& console) {
+    if (options.aAxis.empty()) return "";
+    text::Progress progress(console, "judging the capture", longStepsOfACapture);
+    const diagnosis::CaptureFiles files = ReadCapture(options, progress);
+    component::Calculator calculator;
+    calculator.EnterHeadGeometry(files.aAxis.items, files.bAxis.items);
+    const JudgedCapture judged = Judged(options, files, calculator, progress);
+    const model::Vector3 tip = judged.diagnosis ? judged.diagnosis->head.model.tip : model::Vector3{};
+    std::string figure = "<section id=\"capture\" aria-label=\"Capture\">\n<h3>Capture: " +
+                         view::MarkupText(diagnosis::VerdictOf(judged.findings)) + "</h3>\n";
+    for (const diagnosis::Finding& finding : judged.findings) {
+        const diagnosis::FindingMessage message = diagnosis::MessageFor(finding, files, tip);
+        figure += "<p>" + view::MarkupText(message.sentence + " " + message.remedy) + "</p>\n";
+    }
+    return figure + record::CapturePicture({judged.capture.sets, files, judged.findings}) + "</section>\n";
+}
+
 std::string PageText(const std::string& templateFile, const std::string& content, const view::ViewedTour& view,
-                     const std::vector<std::string>& drawings) {
+                     const std::vector<std::string>& drawings, const std::string& capture) {
     std::string figures;
     for (const std::string& drawing : drawings) figures += "<figure>\n" + drawing + "</figure>\n";
     if (drawings.empty()) figures = noDrawings;
+    figures += capture;
     const view::Filling fillings[] = {{"@TITLE@", view::MarkupText(view.title)},
                                       {"@DOCUMENT@", view::EmbeddedDocument(view::ViewDocument(view))},
                                       {"@DRAWINGS@", figures}};
@@ -127,6 +150,9 @@ view::ViewedTour CheckedView(const ViewOptions& options, const text::Console& co
 void Run(const ViewOptions& options, const text::Console& console) {
     if (!options.selection.IsComplete()) throw text::UsageError{"view: give --from and --to, or --plan"};
     [[maybe_unused]] const SettingsInUse settings(options, console);
+    if (!IsPageWanted(options) && !options.capture.aAxis.empty()) {
+        throw text::UsageError{"view: --a-axis and --b-axis are shown in the page: give --output"};
+    }
     const std::string templateFile = IsPageWanted(options) ? TemplateFile(options) : "";
     const std::string pageTemplate = templateFile.empty() ? "" : text::ReadWholeFile(templateFile);
     const view::ViewedTour view = CheckedView(options, console);
@@ -138,7 +164,8 @@ void Run(const ViewOptions& options, const text::Console& console) {
     std::vector<Outcome> files = DrawingFiles(options, drawings);
     if (!templateFile.empty()) {
         files.push_back({options.output.empty() ? defaultPage : options.output,
-                         PageText(templateFile, pageTemplate, view, isShort ? drawings : std::vector<std::string>()),
+                         PageText(templateFile, pageTemplate, view, isShort ? drawings : std::vector<std::string>(),
+                                  CaptureFigure(options.capture, console)),
                          "open it in a browser", view::PageKind()});
     }
     for (const Outcome& file : files) text::RequireNewOrOfKind(file.file, file.kind);
@@ -176,11 +203,14 @@ constexpr const char* viewFooter =
     "  qmv40 view --geometry head.ini --from 0,0 --to 45,90 --svg plan.svg\n"
     "  qmv40 view --geometry head.ini --from 0,0 --to 45,90 --recover --standing 430.5,-195.6,-643.5 --during 10\n"
     "  qmv40 view --geometry head.ini --plan plan.json --sphere-radius 6 --clearance 1\n"
+    "  qmv40 view --geometry head.ini --from 0,0 --to 45,90 --a-axis a-axis.csv --b-axis b-axis.csv\n"
     "\n"
     "The page shows head, levers, pole sphere, obstacles and the way of each move in space, and what `qmv40 check` "
     "says.\n"
     "It is one file, needs no network, and can be sent to anybody. The drawing is a sheet of A4: top, front and side\n"
     "view to one scale, the moves numbered. With --json the document that the page shows is printed.\n"
+    "With --a-axis and --b-axis, the capture that the geometry was computed from, the page shows the residual of each\n"
+    "point, 1000 times as long, and what `qmv40 geometry` finds.\n"
     "With findings their moves are marked, page and drawing are written as well, and the exit code is 4.";
 
 } // namespace
@@ -191,6 +221,8 @@ void AddViewCommand(Command tool, const text::Console& console) {
     AddPlanSelection(command, options->selection);
     AddAssumptionOptions(command, options->assumptions);
     AddWhatToWrite(command, *options);
+    AddCaptureFiles(command, options->capture, false);
+    AddUnits(command, options->capture, "What the capture is in");
     AddCommonOptions(command, *options);
     command.SetFooter(viewFooter);
     command.OnRun([options, &console] { Run(*options, console); });

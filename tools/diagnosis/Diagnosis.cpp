@@ -3,6 +3,7 @@
 #include "tools/diagnosis/CaptureEvaluation.h"
 #include "tools/diagnosis/MistakeJudgement.h"
 #include "tools/diagnosis/MistakeSearch.h"
+#include "tools/diagnosis/SetJudgement.h"
 #include "tools/diagnosis/fit/Statistics.h"
 #include "tools/model/Angles.h"
 
@@ -229,6 +230,18 @@ std::optional<Diagnosis> Diagnose(const CaptureUnderTest& capture) {
     diagnosis.points = PointsOf(sets, diagnosis);
     diagnosis.findings = Judge(capture, explained.plain, diagnosis);
     return diagnosis;
+}
+
+Judgement JudgeCapture(const CaptureUnderTest& capture) {
+    Judgement judgement{JudgeSets(capture.sets), std::nullopt};
+    if (!judgement.findings.empty()) return judgement;
+    judgement.diagnosis = Diagnose(capture);
+    if (judgement.diagnosis) {
+        judgement.findings = judgement.diagnosis->findings;
+    } else {
+        judgement.findings = {{FindingKind::NumbersTooLarge, Severity::Fault, {}}};
+    }
+    return judgement;
 }
 
 } // namespace qmv40::diagnosis

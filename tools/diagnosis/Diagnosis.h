@@ -74,4 +74,11 @@ struct Diagnosis {
 /// overflow.
 std::optional<Diagnosis> Diagnose(const CaptureUnderTest& capture);
 
+/// All that is found in a capture, and the diagnosis where its sets determine a head.
+struct Judgement {
+    std::vector<Finding> findings;
+    std::optional<Diagnosis> diagnosis;
+};
+Judgement JudgeCapture(const CaptureUnderTest& capture);
+
 } // namespace qmv40::diagnosis

@@ -397,6 +397,48 @@ TEST_F(ViewCommand, FillsThePageWithTitleDocumentAndDrawings) {
     EXPECT_EQ(2u, figures);
 }
 
+/// The picture is the one of `geometry --svg`, which has tests of its own.
+TEST_F(ViewCommand, ShowsTheResidualsOfTheCaptureInThePage) {
+    const Scenario plain = LoadScenario("plain");
+    std::string spoilt = ReadFile(plain.aAxis);
+    const std::string coordinate = "348.860390";
+    spoilt.replace(spoilt.find(coordinate), coordinate.size(), "349.560390");
+    const std::string aAxis = head.folder.Write("a & b.csv", spoilt);
+    const std::string page = head.folder.Name("capture.html"), picture = head.folder.Name("capture.svg");
+    const ToolRun run = head.View({"--from", "0,0", "--to", "45,90", "--template", head.page, "--output", page,
+                                   "--a-axis", aAxis, "--b-axis", plain.bAxis});
+    EXPECT_EQ(0, run.exitCode) << run.err;
+    EXPECT_TRUE(Holds(page, "<h3>Capture: fault</h3>"));
+    EXPECT_TRUE(Holds(page, "a &amp; b.csv:5 lies 0.700 mm off its place. Measure the point again"));
+    RunQmv40({"geometry", "--a-axis", aAxis, "--b-axis", plain.bAxis, "--svg", picture});
+    const std::string drawn = ReadFile(picture);
+    EXPECT_TRUE(Holds(page, drawn.substr(drawn.find("<title>"), drawn.find("</svg>") - drawn.find("<title>"))));
+}
+
+TEST_F(ViewCommand, TakesACaptureOnlyWholeAndForThePage) {
+    const Scenario plain = LoadScenario("plain");
+    const struct {
+        std::vector<std::string> arguments;
+        int exitCode;
+        const char* message;
+    } cases[] = {
+        {{"--a-axis", plain.aAxis}, 2, "--a-axis requires --b-axis"},
+        {{"--b-axis", plain.bAxis}, 2, "--b-axis requires --a-axis"},
+        {{"--a-axis", plain.aAxis, "--b-axis", plain.bAxis, "--svg", head.folder.Name("plan.svg")},
+         2,
+         "--a-axis and --b-axis are shown in the page: give --output"},
+        {{"--a-axis", plain.bAxis, "--b-axis", plain.bAxis, "--output", head.folder.Name("none.html")}, 1, "error"},
+    };
+    for (const auto& each : cases) {
+        std::vector<std::string> arguments{"--from", "0,0", "--to", "45,90", "--template", head.page};
+        arguments.insert(arguments.end(), each.arguments.begin(), each.arguments.end());
+        const ToolRun run = head.View(arguments);
+        EXPECT_EQ(each.exitCode, run.exitCode) << each.message;
+        EXPECT_THAT(run.err, HasSubstr(each.message));
+    }
+    EXPECT_FALSE(std::filesystem::exists(head.folder.Name("none.html")));
+}
+
 TEST_F(ViewCommand, WritesPageAndDrawingOfAPlanThatHasFindings) {
     const std::string plan = head.SpoiledPlan("0,0", "45,90", "UnLock", "RotationAngle", 135.0);
     const ToolRun run = head.View({"--plan", plan, "--template", head.page, "--output", head.folder.Name("bad.html"),

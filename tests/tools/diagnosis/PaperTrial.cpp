@@ -53,16 +53,11 @@ PaperTrial::PaperTrial(const PaperCapture& capture) {
     test.rotation = head.RequiredRotationAroundZ();
     centreOff = model::SafeLength(*test.headCentre - capture.TrueCentre());
     rotationOff = std::abs(model::Wrapped(test.rotation - capture.TrueMounting()));
-    findings = diagnosis::JudgeSets(test.sets);
-    if (findings.empty()) {
-        const auto diagnosis = diagnosis::Diagnose(test);
-        if (!diagnosis) {
-            findings = {{diagnosis::FindingKind::PointsContradict, diagnosis::Severity::Fault, {}}};
-            return;
-        }
-        findings = diagnosis->findings;
-        centreKnown = diagnosis->axes.CentreStandardDeviation();
-        rotationKnown = diagnosis->axes.rotationStandardDeviation;
+    diagnosis::Judgement judgement = diagnosis::JudgeCapture(test);
+    findings = std::move(judgement.findings);
+    if (judgement.diagnosis) {
+        centreKnown = judgement.diagnosis->axes.CentreStandardDeviation();
+        rotationKnown = judgement.diagnosis->axes.rotationStandardDeviation;
     }
     isWrong = !(centreOff <= 0.5) || !(rotationOff <= 0.2) || (centreOff > 0.1 && centreOff > 4.0 * centreKnown) ||
               (rotationOff > 0.05 && rotationOff > 4.0 * rotationKnown);

@@ -34,6 +34,16 @@ describe("Findings", () => {
         await opened.close();
     });
 
+    it("of the capture stand beside the picture of its residuals, and the plan's drawing stays", async () => {
+        const captured = ["a", "b"].flatMap((axis) => [`--${axis}-axis`, pages.captured("plain", axis)]);
+        const opened = await OpenPage.open(browser, pages.view("capture.html", ["--geometry", geometry, ...fromTo, ...captured]));
+        assert.equal(await opened.text("#capture h3"), "Capture: good");
+        const [drawn, paper] = await Promise.all(["#drawings figure svg", "#capture svg"].map((each) => opened.page.locator(each).first().boundingBox()));
+        assert.ok(drawn.width > 300 && paper.width > 300, "both are drawn");
+        assert.ok(paper.y >= drawn.y + drawn.height, "one below the other");
+        await opened.close();
+    });
+
     it("of a reversed arc show name, move, amount and remedy", async () => {
         const [first] = await reversed.page.locator("#findings-list li").allInnerTexts();
         assert.equal((await names(reversed))[0], "arc-turns-the-wrong-way");

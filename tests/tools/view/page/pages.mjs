@@ -28,9 +28,12 @@ export class Pages {
 
     path(name) { return join(this.folder, name); }
 
+    /** One set of a shipped capture. */
+    captured(scenario, axis) { return join(scenarios, scenario, `${axis}-axis.csv`); }
+
     /** The geometry file of a shipped capture. */
     geometry(scenario, name = `${scenario}.ini`) {
-        const captured = ["a", "b"].flatMap((axis) => [`--${axis}-axis`, join(scenarios, scenario, `${axis}-axis.csv`)]);
+        const captured = ["a", "b"].flatMap((axis) => [`--${axis}-axis`, this.captured(scenario, axis)]);
         run(["geometry", ...captured, "--output", this.path(name)]);
         return this.path(name);
     }

@@ -1,0 +1,130 @@
+#include "tools/cli/JudgedCapture.h"
+
+#include "tools/text/Numbers.h"
+
+#include <sstream>
+
+namespace qmv40::cli {
+
+namespace {
+
+double MillimetresIn(text::LengthUnit unit) { return unit == text::LengthUnit::Inch ? 25.4 : 1.0; }
+
+diagnosis::CaptureUnderTest UnderTest(const CaptureOptions& options, const diagnosis::CaptureFiles& capture,
+                                      const ComputedHead& head) {
+    diagnosis::CaptureUnderTest test;
+    test.unlocking = UnlockingInForce();
+    test.sets = SetsOf(capture, test.unlocking);
+    test.rotation = head.rotationAroundZ;
+    test.headCentre = {head.headCentre.XPosition, head.headCentre.YPosition, head.headCentre.ZPosition};
+    test.centreWithin = options.centreWithin;
+    const double unit = MillimetresIn(options.unit);
+    if (options.sphere) test.knownSphere = unit * *options.sphere;
+    if (options.stylus) test.knownStylus = unit * *options.stylus;
+    return test;
+}
+
+/// The capture in millimetres, whatever its unit is.
+diagnosis::CaptureFile ReadIn(text::LengthUnit given, const std::string& fileName, text::Progress& progress) {
+    diagnosis::CaptureFile file = diagnosis::ReadCaptureFile(fileName);
+    diagnosis::RequireUnit(file, given);
+    const double unit = MillimetresIn(given);
+    for (HeadAlignmentDataItem& item : file.items) {
+        item.XPosition *= unit;
+        item.YPosition *= unit;
+        item.ZPosition *= unit;
+    }
+    progress.Advance(1);
+    return file;
+}
+
+/// X,Y,Z
+std::optional<model::Vector3> ParsedPoint(const std::string& value) {
+    model::Vector3 point;
+    std::istringstream parts(value);
+    std::string part;
+    std::size_t count = 0;
+    for (; std::getline(parts, part, ','); ++count) {
+        const text::ParsedNumber number = text::ParseNumber(part);
+        if (number.problem != nullptr || count == 3) return std::nullopt;
+        point[count] = number.value;
+    }
+    return count == 3 ? std::optional(point) : std::nullopt;
+}
+
+} // namespace
+
+diagnosis::fit::CapturedSets SetsOf(const diagnosis::CaptureFiles& capture, const model::Vector3& unlocking) {
+    diagnosis::fit::CapturedSets sets;
+    sets.points.reserve(capture.aAxis.items.size() + capture.bAxis.items.size());
+    for (const diagnosis::CaptureFile* const file : {&capture.aAxis, &capture.bAxis}) {
+        for (const HeadAlignmentDataItem& item : file->items) {
+            const model::Vector3 read{item.XPosition, item.YPosition, item.ZPosition};
+            sets.points.push_back({item.APosition, item.BPosition, read - unlocking});
+        }
+    }
+    sets.aCount = capture.aAxis.items.size();
+    return sets;
+}
+
+diagnosis::CaptureFiles ReadCapture(const CaptureOptions& options, text::Progress& progress) {
+    diagnosis::CaptureFile aAxis = ReadIn(options.unit, options.aAxis, progress);
+    return {std::move(aAxis), ReadIn(options.unit, options.bAxis, progress)};
+}
+
+JudgedCapture Judged(const CaptureOptions& options, const diagnosis::CaptureFiles& capture,
+                     component::Calculator& calculator, text::Progress& progress) {
+    const ComputedHead head = AnswerOf(calculator);
+    diagnosis::CaptureUnderTest test = UnderTest(options, capture, head);
+    progress.Advance(1);
+    diagnosis::Judgement judgement = diagnosis::JudgeCapture(test);
+    return {head, std::move(test), std::move(judgement.findings), std::move(judgement.diagnosis)};
+}
+
+void AddCaptureFiles(Command& command, CaptureOptions& options, bool isRequired) {
+    Option aAxis = command.AddText("--a-axis", options.aAxis, "FILE", "Points captured while A alone was turned (CSV)");
+    Option bAxis = command.AddText("--b-axis", options.bAxis, "FILE", "Points captured while B alone was turned (CSV)");
+    if (isRequired) {
+        aAxis.Require();
+        bAxis.Require();
+    } else {
+        aAxis.Need("--b-axis");
+        bAxis.Need("--a-axis");
+    }
+}
+
+void AddJudgingOptions(Command& command, CaptureOptions& options) {
+    command.AddValue("--centre-within", "MM",
+                     "Warn when the head centre is not known to this, twice its standard deviation. 0.05 unless given",
+                     [&options](const std::string& value) -> std::string {
+                         const text::ParsedNumber number = text::ParseNumber(value);
+                         if (number.problem != nullptr || !(number.value > 0.0)) {
+                             return "'" + value + "' is not a length of more than 0 mm";
+                         }
+                         options.centreWithin = number.value;
+                         return "";
+                     });
+    command.AddValue(
+        "--sphere", "X,Y,Z",
+        "The pole sphere's centre, measured with a tip that is qualified to the machine's zero-length reference",
+        [&options](const std::string& value) -> std::string {
+            options.sphere = ParsedPoint(value);
+            return options.sphere ? "" : "'" + value + "' is not X,Y,Z";
+        });
+    command.AddValue("--stylus", "LENGTH", "The stylus from the crossing of the head's axes to the centre of its ball",
+                     [&options](const std::string& value) -> std::string {
+                         const text::ParsedNumber number = text::ParseNumber(value);
+                         options.stylus = number.value;
+                         const bool isLength = number.problem == nullptr && number.value > 0.0;
+                         return isLength ? "" : "'" + value + "' is not a length";
+                     });
+}
+
+void AddUnits(Command& command, CaptureOptions& options, const char* description) {
+    command.AddValue("--units", "mm|in", description, [&options](const std::string& value) -> std::string {
+        options.unit = value == "in" ? text::LengthUnit::Inch : text::LengthUnit::Millimetre;
+        return value == "in" || value == "mm" ? "" : "'" + value + "' is neither mm nor in";
+    });
+}
+
+} // namespace qmv40::cli

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "tools/cli/CommandLine.h"
+#include "tools/cli/ComputedHead.h"
+#include "tools/diagnosis/Diagnosis.h"
+#include "tools/diagnosis/FindingMessage.h"
+#include "tools/text/Progress.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qmv40::cli {
+
+/// The capture that a command is given, and what is known of it.
+struct CaptureOptions {
+    std::string aAxis; ///< file name
+    std::string bAxis;
+    double centreWithin = diagnosis::thresholds::centreWithin;
+    text::LengthUnit unit = text::LengthUnit::Millimetre; ///< of the capture
+    std::optional<model::Vector3> sphere;                 ///< in that unit
+    std::optional<double> stylus;
+};
+
+/// The component's answer to a capture, and the judgement of the points.
+struct JudgedCapture {
+    ComputedHead head;
+    diagnosis::CaptureUnderTest capture;
+    std::vector<diagnosis::Finding> findings;
+    std::optional<diagnosis::Diagnosis> diagnosis; ///< empty: the sets determine nothing, or the numbers are too large
+};
+
+/// --a-axis and --b-axis.
+void AddCaptureFiles(Command& command, CaptureOptions& options, bool isRequired);
+/// --centre-within, --sphere and --stylus.
+void AddJudgingOptions(Command& command, CaptureOptions& options);
+/// --units.
+void AddUnits(Command& command, CaptureOptions& options, const char* description);
+
+/// The steps of a large capture that take about as long as each other.
+inline constexpr std::size_t longStepsOfACapture = 5;
+
+/// Both files, in millimetres. Takes two steps.
+diagnosis::CaptureFiles ReadCapture(const CaptureOptions& options, text::Progress& progress);
+/// The points with their angles, shifted to the locked position.
+diagnosis::fit::CapturedSets SetsOf(const diagnosis::CaptureFiles& capture, const model::Vector3& unlocking);
+/// Judges a capture with the answer of a calculator that accepted it. Takes one step before the search for mistakes.
+JudgedCapture Judged(const CaptureOptions& options, const diagnosis::CaptureFiles& capture,
+                     component::Calculator& calculator, text::Progress& progress);
+
+} // namespace qmv40::cli
