@@ -1,5 +1,5 @@
-# Every warning is an error, in our own code and nobody else's. (clang, which builds the fuzz targets, sees other ones, and
-# only shows them.)
+# Every warning in the project's own code is an error. (clang, which builds the fuzz targets, has other warnings and only
+# shows them.)
 add_library(qmv40_warnings INTERFACE)
 target_compile_options(qmv40_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion -Wold-style-cast

@@ -4,7 +4,7 @@
 
 namespace qmv40 {
 
-/// Numbers as text in the C locale, whatever locale the host process has set.
+/// Numbers as text in the C locale, independently of the locale of the host process.
 
 /// The number at the beginning of `text`, by the rules of the C library's strtod in the C locale: leading white space
 /// is skipped, an optional sign, decimal or hexadecimal digits, "inf" and "nan" are understood, conversion stops at the

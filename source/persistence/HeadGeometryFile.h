@@ -10,7 +10,7 @@
 namespace qmv40 {
 
 /// The head geometry file: an initialisation-profile text file of seven numbers, written as "%.9e" and read in the C
-/// locale, whichever locale the host has set.
+/// locale, independently of the host's locale.
 
 /// Where one number is in the file. The names are ASCII text.
 struct HeadGeometryEntry {

@@ -34,7 +34,7 @@ void MovePlanner::CalculateUnlockMoves(RequiredMoves& moves) const {
         const CMaVector locked = LeverPoint(headGeometry, &RoundThePole::LeverLockedPosition, side);
         const CMaVector unlockingCentre = LeverPoint(headGeometry, &RoundThePole::LeverUnlockingCentreOfRotation, side);
         const CMaVector lockedApproach = LeverPoint(headGeometry, &RoundThePole::LeverLockedApproachPosition, side);
-        // Unlocking is always about axis 1, whichever lever is pushed.
+        // Unlocking is about axis 1 for both levers.
         const CMaVector axis = LeverPoint(headGeometry, &RoundThePole::LeverAxisOfRotation, 1);
         const CMaVector unlocked = LeverPoint(headGeometry, &RoundThePole::LeverUnlockedPosition, side);
 
@@ -73,7 +73,7 @@ void MovePlanner::CalculateLockMoves(RequiredMoves& moves, double a, double b) c
         const CMaVector unlocked = LeverPoint(headGeometry, &RoundThePole::LeverUnlockedPosition, side);
         const CMaVector lockingCentre = LeverPoint(headGeometry, &RoundThePole::LeverLockingCentreOfRotation, side);
         const CMaVector unlockedApproach = LeverPoint(headGeometry, &RoundThePole::LeverUnlockedApproachPosition, side);
-        // Locking is always about axis 0: the opposite of unlocking, whichever lever is pushed.
+        // Locking is about axis 0, the opposite of unlocking, for both levers.
         const CMaVector axis = LeverPoint(headGeometry, &RoundThePole::LeverAxisOfRotation, 0);
         const CMaVector locked = LeverPoint(headGeometry, &RoundThePole::LeverLockedPosition, side);
 

@@ -14,11 +14,11 @@ import qmv40
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 HEADS = sorted((ROOT / "tests/data/heads").glob("*.json"))
 KEY = r"HKEY_LOCAL_MACHINE\Software\Hollbeck\VRX Software\QMV40Calculator"
-AGREEMENT = 1e-9  # the references are worked out with more digits; coordinates are some hundreds of millimetres
+AGREEMENT = 1e-9  # the references have more digits; coordinates are some hundreds of millimetres
 
 
 def use_settings(folder, texts):
-    """The component reads its settings afresh from the file that the environment names."""
+    """The component reads its settings again from the file that the environment names."""
     lines = ["REGEDIT4", "", f"[{KEY}]"] + [f'"{name}"="{text}"' for name, text in texts.items()]
     file = pathlib.Path(folder) / "settings.reg"
     file.write_text("\n".join(lines) + "\n")

@@ -142,7 +142,7 @@ TEST_F(Threads, ThatSaveAndLoadOneFileNeverLoadAMixture) {
     EXPECT_NE(TwoGeometries::HeldByFile(saved), 0) << TwoGeometries::ContentOf(saved);
     const int next = 3 - TwoGeometries::HeldByFile(saved);
     const auto calculator = TwoGeometries::Calculator(folder.Path(), next);
-    EXPECT_EQ(calculator->SaveHeadGeometryToFile(Bstr(saved).Address()), S_OK) << "nobody else has the file now";
+    EXPECT_EQ(calculator->SaveHeadGeometryToFile(Bstr(saved).Address()), S_OK) << "no other thread uses the file now";
     EXPECT_EQ(TwoGeometries::HeldByFile(saved), next);
 }
 

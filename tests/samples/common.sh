@@ -41,7 +41,7 @@ same_registry() {
 : >"$work/empty.vbs"
 (cd "$work" && windows cscript //nologo empty.vbs)
 
-# Marshalling without a registration makes the platform note the interfaces; such a note goes with the next unregistering.
+# Marshalling without a registration makes the platform register the interfaces; the next unregistration removes them.
 for switches in "/s" "/s /u"; do
     # shellcheck disable=SC2086
     windows regsvr32 $switches "$(windows_path "$tree/bin/CoQMV40Calculator.dll")"

@@ -5,7 +5,7 @@ fail() {
 }
 
 # check_plan <file>: the one text that every sample prints for samples/head.ini, an ideal head square to the machine: its pole is
-# the head centre. The lines below are worked out by hand: the head centre and the lever's locked ball, (30.3, -19.3, -36.55)
+# the head centre. The lines below are computed by hand: the head centre and the lever's locked ball, (30.3, -19.3, -36.55)
 # from it, less the drive cup, and the turns of a tilt by 45 and a swivel by 90.
 check_plan() {
     cmp -s "$root/samples/plan.txt" "$1" || fail "$1 is not samples/plan.txt: $(diff "$root/samples/plan.txt" "$1" | head -20)"

@@ -45,7 +45,7 @@ TEST_F(ClassObject, IsRefusedForWrongClassesInterfacesAndPointers) {
         {"an interface's identifier as the class", &IID_IQMVCalculator, &IID_IClassFactory, CLASS_E_CLASSNOTAVAILABLE},
         {"an interface of the calculator for the class object", &CLSID_QMVCalculator, &IID_IQMVCalculator,
          E_NOINTERFACE},
-        {"nobody's interface", &CLSID_QMVCalculator, &unknownIdentifier, E_NOINTERFACE}};
+        {"an identifier that no interface has", &CLSID_QMVCalculator, &unknownIdentifier, E_NOINTERFACE}};
     for (const auto& [why, clsid, iid, code] : cases) {
         void* object = this;
         EXPECT_EQ(server.GetClassObject(*clsid, *iid, &object), code) << why;

@@ -125,25 +125,25 @@ TEST_F(Registration, CanBeRepeatedAfterItsRemoval) {
 }
 
 TEST_F(Registration, DoesNotChangeOtherClassesAndPrograms) {
-    SetText(strangerClass, L"", L"somebody else's");
-    SetText(strangerProgram, L"", L"somebody else's");
+    SetText(strangerClass, L"", L"of another program");
+    SetText(strangerProgram, L"", L"of another program");
     const auto classBefore = TextsBelow(strangerClass);
     ASSERT_EQ(classBefore.size(), 1U);
     ASSERT_EQ(server.Register(), S_OK);
     EXPECT_EQ(TextsBelow(strangerClass), classBefore);
     ASSERT_EQ(server.Unregister(), S_OK);
     EXPECT_EQ(TextsBelow(strangerClass), classBefore);
-    EXPECT_EQ(Text(TextsBelow(strangerProgram), strangerProgram), L"somebody else's");
+    EXPECT_EQ(Text(TextsBelow(strangerProgram), strangerProgram), L"of another program");
 }
 
 TEST_F(Registration, KeepsKeysOfOtherProgramsUnderTheProgramNames) {
-    const std::wstring foreign = Below(programKey, L"Somebody");
-    SetText(foreign, L"name", L"theirs");
+    const std::wstring foreign = Below(programKey, L"OtherProgram");
+    SetText(foreign, L"name", L"of another program");
     ASSERT_EQ(server.Register(), S_OK);
-    EXPECT_EQ(Text(TextsBelow(programKey), foreign, L"name"), L"theirs");
+    EXPECT_EQ(Text(TextsBelow(programKey), foreign, L"name"), L"of another program");
     ASSERT_EQ(server.Register(), S_OK);
     ASSERT_EQ(server.Unregister(), S_OK);
-    EXPECT_EQ(Text(TextsBelow(programKey), foreign, L"name"), L"theirs");
+    EXPECT_EQ(Text(TextsBelow(programKey), foreign, L"name"), L"of another program");
     EXPECT_FALSE(KeyExists(Below(programKey, L"CLSID")));
 }
 
@@ -156,7 +156,7 @@ TEST_F(Registration, RemovesOldKeysOfTheClassFirst) {
 
 TEST_F(Registration, IsRemovedAlsoBesideOtherKeysOfTheClass) {
     ASSERT_EQ(server.Register(), S_OK);
-    SetText(Below(classKey, L"Somebody"), L"", L"theirs");
+    SetText(Below(classKey, L"OtherProgram"), L"", L"of another program");
     ASSERT_EQ(server.Unregister(), S_OK);
     for (const auto& [key, values] : ScriptTexts(ServerPath())) {
         // Some registrars remove the class key although another program's key is in it; others do not.
@@ -302,11 +302,11 @@ TEST_F(Registration, IsTheSameWithoutThePlatformsRegistrar) {
 
 TEST_F(Registration, WithoutARegistrarKeepsKeysOfOtherPrograms) {
     const NoRegistrar none(REGDB_E_CLASSNOTREG);
-    const std::wstring foreign = Below(programKey, L"Somebody");
-    SetText(foreign, L"name", L"theirs");
+    const std::wstring foreign = Below(programKey, L"OtherProgram");
+    SetText(foreign, L"name", L"of another program");
     ASSERT_EQ(server.Register(), S_OK);
     ASSERT_EQ(server.Unregister(), S_OK);
-    EXPECT_EQ(Text(TextsBelow(programKey), foreign, L"name"), L"theirs");
+    EXPECT_EQ(Text(TextsBelow(programKey), foreign, L"name"), L"of another program");
     EXPECT_FALSE(KeyExists(Below(programKey, L"CLSID")));
 }
 
@@ -324,17 +324,17 @@ TEST_F(Registration, WithoutRightsReturnsAccessDeniedAndWritesNothing) {
     NoRegistrar registrar(DISP_E_EXCEPTION);
     // The last key exists, and access to it is denied to everybody.
     constexpr auto denied = secondInterfaceKey;
-    SECURITY_DESCRIPTOR nobody{};
+    SECURITY_DESCRIPTOR noAccess{};
     ACL empty{};
-    ASSERT_NE(InitializeSecurityDescriptor(&nobody, SECURITY_DESCRIPTOR_REVISION), 0);
+    ASSERT_NE(InitializeSecurityDescriptor(&noAccess, SECURITY_DESCRIPTOR_REVISION), 0);
     ASSERT_NE(InitializeAcl(&empty, sizeof empty, ACL_REVISION), 0);
-    ASSERT_NE(SetSecurityDescriptorDacl(&nobody, TRUE, &empty, FALSE), 0);
+    ASSERT_NE(SetSecurityDescriptorDacl(&noAccess, TRUE, &empty, FALSE), 0);
     SECURITY_DESCRIPTOR everybody{};
     ASSERT_NE(InitializeSecurityDescriptor(&everybody, SECURITY_DESCRIPTOR_REVISION), 0);
     ASSERT_NE(SetSecurityDescriptorDacl(&everybody, TRUE, nullptr, FALSE), 0);
     HKEY key = nullptr;
     ASSERT_EQ(RegCreateKeyExW(HKEY_CLASSES_ROOT, denied, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr), 0);
-    ASSERT_EQ(RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &nobody), 0);
+    ASSERT_EQ(RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &noAccess), 0);
     EXPECT_EQ(server.Register(), E_ACCESSDENIED);
     EXPECT_EQ(registrar.asked, 0);
     EXPECT_EQ(RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &everybody), 0);

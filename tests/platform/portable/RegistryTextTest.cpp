@@ -69,7 +69,7 @@ TEST_F(RegistryText, UnderstandsEveryKindOfValue) {
         {R"("")", Text(""), "an empty text"},
         {R"("a\\b\"c")", Text("a\\b\"c"), "escaped backslash and quote"},
         {R"("\\\\")", Text("\\\\"), "two backslashes"},
-        {R"("a\nb\rc\qd")", Text("a\nb\rcqd"), "escaped line ends; any other letter stands for itself"},
+        {R"("a\nb\rc\qd")", Text("a\nb\rcqd"), "escaped line ends; a backslash before any other letter is dropped"},
         {R"("a\0b")", Text("a\0b"s), "an escaped zero does not end the text"},
         {R"(  "x"  ; why)", Text("x"), "blanks and a comment around it"},
         {R"("a;b")", Text("a;b"), "no comment within quotes"},
