@@ -279,6 +279,7 @@ text::Finding FindingFor(const Finding& finding, const plans::Plan& plan) {
 
 std::vector<text::Finding> FindingsOf(const CheckedPlan& checked) {
     std::vector<text::Finding> findings;
+    findings.reserve(checked.report.findings.size());
     for (const Finding& finding : checked.report.findings) findings.push_back(FindingFor(finding, checked.plan));
     return findings;
 }
