@@ -1,8 +1,8 @@
 // interfaces <geometry file>: plans an indexing through the component's own interfaces.
 //
 // CalculateMove throws its failure code. The catch below catches it if the program is built by mingw-w64 GCC for 64
-// bits or by a compiler with the platform's own conventions. A 32-bit program built by mingw-w64 cannot catch it: call
-// CalculateMove as in the dispatch sample there.
+// bits or by a compiler with the platform's own conventions. A 32-bit program built by mingw-w64 cannot catch it:
+// there, call CalculateMove as dispatch.cpp does.
 
 #include <initguid.h>
 

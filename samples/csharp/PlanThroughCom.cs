@@ -4,9 +4,9 @@
 //
 // Build: csc /platform:x64 PlanThroughCom.cs, or in a console project with <PlatformTarget>x64</PlatformTarget>.
 //
-// CalculateMove throws its failure code as a C++ exception, which a .NET program cannot catch with its code. So that method
-// is called through the dispatch interface, which returns the failure. (The "dynamic" keyword cannot be used: it cannot
-// receive a record without a registered .NET assembly.)
+// CalculateMove throws its failure code as a C++ exception. A .NET program can catch the exception, but cannot read the code
+// in it. So that method is called through the dispatch interface, which returns the failure. (The "dynamic" keyword cannot
+// be used: it cannot receive a record without a registered .NET assembly.)
 
 using System;
 using System.Globalization;
@@ -143,7 +143,7 @@ static class Program
         if (arguments.Length != 1) return 2;
         try
         {
-            Plan(Path.GetFullPath(arguments[0])); // a relative name would mean the Windows folder to the component
+            Plan(Path.GetFullPath(arguments[0])); // the component looks for a relative name in the Windows folder
             return 0;
         }
         catch (COMException failure)

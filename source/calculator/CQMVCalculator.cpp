@@ -53,7 +53,7 @@ HRESULT CQMVCalculator::SetCurrentHeadPosition(double APosition, double BPositio
     return result;
 }
 
-// Not inlined, also not into GetStartPosition: the return address would be that of another caller.
+// Must not be inlined, not even into GetStartPosition: the return address would then be in another caller.
 [[gnu::noinline]] HRESULT CQMVCalculator::CalculateMove(double TargetAPosition, double TargetBPosition,
                                                         RequiredMoves* Moves) {
     const HRESULT planned = Guarded([&] {

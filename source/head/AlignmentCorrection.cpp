@@ -40,7 +40,8 @@ void RoundThePole::CalculateRotationFromIdealAlignment(const CMaPointArray& aPoi
 
 int RoundThePole::DetermineQuadrant(const CMaPointArray& aPoints) const {
     const ErrorContext context{L"RoundThePole::DetermineQuadrant"};
-    constexpr double margin = 10.0; // length unit of the points
+    constexpr double margin = 10.0; // in the unit of the points
+    // Inside: no point is more than the margin beyond the head centre, in the positive direction of the axis.
     bool xInside = true;
     bool yInside = true;
     RaisingGeometryErrors(context, [&] {

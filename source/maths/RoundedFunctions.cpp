@@ -17,7 +17,7 @@ namespace {
 
 struct DoubleDouble {
     double high;
-    double low; ///< below half a unit in the last place of `high`
+    double low; ///< at most half a unit in the last place of `high`, except in the result of Halves
 };
 
 /// a + b, exactly, where |a| >= |b| (Dekker's fast two-sum).
@@ -33,7 +33,7 @@ constexpr DoubleDouble Sum(double a, double b) {
     return {sum, (a - (sum - ofB)) + (b - ofB)};
 }
 
-/// The upper 26 bits and the rest (Veltkamp's splitting).
+/// The upper 26 bits of `a`, and the rest (Veltkamp's splitting).
 constexpr DoubleDouble Halves(double a) {
     const double shifted = 0x1.0000002p27 * a;
     const double upper = shifted - (shifted - a);
@@ -92,11 +92,11 @@ struct SineAndCosine {
 /// each: their products with the count of quarters are exact.
 SineAndCosine Turn(double angle) {
     const double quarters = std::nearbyint(angle * 0x1.45f306dc9c883p-1);
-    DoubleDouble left{angle, 0.0};
+    DoubleDouble rest{angle, 0.0};
     for (const double part : {0x1.921fb544p+0, 0x1.0b4611a6p-34, 0x1.3198a2ep-69, 0x1.b839a252049c1p-104})
-        left = left + DoubleDouble{-quarters * part, 0.0};
-    const DoubleDouble square = left * left;
-    const DoubleDouble sine = left * Series<1>(square), cosine = Series<0>(square);
+        rest = rest + DoubleDouble{-quarters * part, 0.0};
+    const DoubleDouble square = rest * rest;
+    const DoubleDouble sine = rest * Series<1>(square), cosine = Series<0>(square);
     switch (static_cast<int>(quarters) & 3) {
     case 0:
         return {sine, cosine};
@@ -111,7 +111,7 @@ SineAndCosine Turn(double angle) {
 
 /// For more radians the products above are rounded. The component's own angles are within two turns.
 constexpr double longestAngle = 0x1p19;
-/// Below it the sine rounds to its angle.
+/// For fewer radians the sine, rounded to double, is the angle itself.
 constexpr double shortestAngle = 0x1p-27;
 
 } // namespace
@@ -132,7 +132,7 @@ double ArcTangent(double y, double x) noexcept {
     const double near = std::atan2(y, x);
     const auto isShort = [](double length) { return std::fabs(length) < 0x1p400; };
     const bool isLong = std::fabs(x) > 0x1p-400 || std::fabs(y) > 0x1p-400;
-    // Otherwise the products below are not exact, or not finite.
+    // The products below are not exact for a very short vector, and not finite for a very long one.
     if (y == 0.0 || !isLong || !isShort(x) || !isShort(y)) return near;
     const auto [sine, cosine] = Turn(near);
     const DoubleDouble across = cosine * DoubleDouble{y, 0.0} + -(sine * DoubleDouble{x, 0.0});

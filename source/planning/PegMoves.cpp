@@ -39,7 +39,8 @@ void MovePlanner::CalculateHeadIndexingMoves(RequiredMoves& moves, double target
     // The text is fixed, with its misspelling.
     const ErrorContext context{L"CQMVCalculator::CalculateHeadIndexingMoves", L"Failed To Extact Value From Array"};
     RaisingGeometryErrors(context, [&] {
-        // Arcs are left-handed: an arc by +x decreases the head angle by x. B is not wrapped into -180 to 180.
+        // Arcs are left-handed: an arc by +x decreases the head angle by x. The change of B is not wrapped into -180 to
+        // 180.
         moves.IntermediateAPosition = ArcAbout(centre, aAxisNow, currentA);
         moves.MoveToBPosition = ArcAbout(centre, bAxis, currentB - targetB);
         moves.MoveToAPosition = ArcAbout(centre, aAxisTarget, -targetA);

@@ -101,9 +101,10 @@ TEST_F(AwkwardFiles, AreRefusedWhereNoFileCanBeCreated) {
     EXPECT_EQ(Saving(folder.Path("head.ini")).code, S_OK) << "the object must still work";
 }
 
-/// A folder so deep that the name of a file in it has `length` characters.
+/// The path of a file in folders so deep that the path has `length` characters.
 fs::path DeepFile(const fs::path& root, std::size_t length) {
     fs::path place = root;
+    // 101: a separator and a folder's name. At least 10 characters remain for the file.
     while (place.native().size() + 101 + 10 < length) place /= std::string(100, 'd');
     return place / std::string(length - place.native().size() - 1, 'f');
 }

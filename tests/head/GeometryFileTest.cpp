@@ -60,13 +60,13 @@ TEST_F(GeometryFile, KeepsTenDigitsOfAMeasuredHead) {
     RoundThePole loaded;
     Bstr name(path);
     loaded.LoadFromFile(name.Address());
-    const auto tenDigits = [](double value) {
+    const auto halfOfTheTenthDigit = [](double value) {
         return 0.5e-9 * std::pow(10.0, std::floor(std::log10(std::abs(value))));
     };
     for (const int i : {0, 1, 2})
-        EXPECT_NEAR(loaded.HeadCentre()[i], head.HeadCentre()[i], 1.001 * tenDigits(head.HeadCentre()[i]));
+        EXPECT_NEAR(loaded.HeadCentre()[i], head.HeadCentre()[i], 1.001 * halfOfTheTenthDigit(head.HeadCentre()[i]));
     EXPECT_NEAR(loaded.RequiredRotationAroundZ(), head.RequiredRotationAroundZ(),
-                1.001 * tenDigits(head.RequiredRotationAroundZ()));
+                1.001 * halfOfTheTenthDigit(head.RequiredRotationAroundZ()));
 }
 
 TEST_F(GeometryFile, KeepsItsSafeXAndYButNeverItsSafeZ) {

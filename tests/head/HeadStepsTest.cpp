@@ -14,39 +14,38 @@ using namespace qmv40;
 
 namespace {
 
-struct Account {
+struct Recorder {
     std::vector<std::string> steps;
-    std::string failing;
+    std::string failing; ///< this step fails
     int keyOpenings = 0;
-    double firstX = 0.0; ///< X of the first point of the array that is being fitted
-} account;
+} recorder;
 
-void Note(const std::string& step) {
-    account.steps.push_back(step);
-    if (step == account.failing) throw GeometryError(GeometryError::Reason::Impossible);
+void Record(const std::string& step) {
+    recorder.steps.push_back(step);
+    if (step == recorder.failing) throw GeometryError(GeometryError::Reason::Impossible);
 }
 
 std::string NameOf(const CMaPointArray& points);
 
 } // namespace
 
-void CMaPlane::Fit(const CMaPointArray& points) { Note("plane " + NameOf(points)); }
-void CMaLine::Fit(const CMaPointArray& points) { Note("line " + std::to_string(points.GetSize())); }
+void CMaPlane::Fit(const CMaPointArray& points) { Record("plane " + NameOf(points)); }
+void CMaLine::Fit(const CMaPointArray& points) { Record("line " + std::to_string(points.GetSize())); }
 double CMaLine::AngleWith(const CMaPlane&) const {
-    Note("angle");
+    Record("angle");
     return 30.0;
 }
 CMaPoint CMaPoint::ProjectionOn(const CMaPlane&) const noexcept {
-    account.steps.push_back("projection");
+    recorder.steps.push_back("projection");
     return {1e9, 1e9, 1e9};
 }
 
 struct SettingsKey::State {};
-SettingsKey::SettingsKey(const char*) { ++account.keyOpenings; }
+SettingsKey::SettingsKey(const char*) { ++recorder.keyOpenings; }
 SettingsKey::~SettingsKey() = default;
 bool SettingsKey::IsOpen() const noexcept { return true; }
 LSTATUS SettingsKey::Query(const char* name, std::span<char>, DWORD&, DWORD&) const {
-    account.steps.push_back(name);
+    recorder.steps.push_back(name);
     return ERROR_FILE_NOT_FOUND;
 }
 
@@ -57,12 +56,12 @@ std::string NameOf(const CMaPointArray& points) { return points.GetSize() == 5 ?
 
 class HeadSteps : public testing::Test {
 protected:
-    HeadSteps() { account = {}; }
-    ~HeadSteps() override { account = {}; }
+    HeadSteps() { recorder = {}; }
+    ~HeadSteps() override { recorder = {}; }
 
     Raised Compute(const std::string& failing = "") {
-        account = {};
-        account.failing = failing;
+        recorder = {};
+        recorder.failing = failing;
         return Computing(head, SimulatedHead().ASet(45.0, 5), SimulatedHead().BSet(60.0, 6));
     }
 
@@ -83,7 +82,7 @@ TEST_F(HeadSteps, RunInTheRequiredOrder) {
     add("plane A", 1);
     add("line 2", 1);
     add("angle", 1);
-    EXPECT_EQ(account.steps, expected) << "after a missing X, Y and Z are not read";
+    EXPECT_EQ(recorder.steps, expected) << "after a missing X, Y and Z are not read";
 }
 
 TEST_F(HeadSteps, DoNotFitTheProjectedPoints) {
@@ -92,9 +91,9 @@ TEST_F(HeadSteps, DoNotFitTheProjectedPoints) {
 }
 
 TEST_F(HeadSteps, OpenTheKeyFourTimesForTheLeverGeometry) {
-    account = {};
+    recorder = {};
     head.CalculateLeverGeometry();
-    EXPECT_EQ(account.keyOpenings, 4);
+    EXPECT_EQ(recorder.keyOpenings, 4);
 }
 
 TEST_F(HeadSteps, AreNamedWhenTheAlignmentCorrectionFails) {
@@ -108,7 +107,7 @@ TEST_F(HeadSteps, AreNamedWhenTheAlignmentCorrectionFails) {
                                L"RoundThePole::CalculateRotationFromIdealAlignment", description, L"Unspecified"));
     }
     const CMaPointArray points = ArrayOf({{0.0, 0.0, 0.0}, {1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}, {}});
-    account.failing = "plane A";
+    recorder.failing = "plane A";
     EXPECT_TRUE(FailedWith(RaisedBy([&] { head.CalculateRotationFromIdealAlignment(points); }),
                            QMV_E_GEOMETRY_IMPOSSIBLE, L"RoundThePole::CalculateRotationFromIdealAlignment",
                            L"Error Fitting points to a circle", L"Unspecified"));

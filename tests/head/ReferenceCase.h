@@ -18,8 +18,8 @@ protected:
     }
     const ReferenceHead& Case() const { return GetParam(); }
 
-    /// The allowed differences from the reference: of lengths, relative to the largest coordinate of the head centre;
-    /// of angles, in degrees for a relative error of one radian; of directions.
+    /// The allowed differences from the reference. Lengths: relative to the largest coordinate of the head centre.
+    /// Components of directions: `agreement`. Angles: `agreement` in radians, converted to degrees.
     double LengthAgreement() const {
         const auto& [x, y, z] = Case().headCentre;
         return agreement * std::max({std::abs(x), std::abs(y), std::abs(z)});

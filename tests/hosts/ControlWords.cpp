@@ -18,12 +18,13 @@ struct Words {
     void Set() const { __asm__ volatile("fnclex\n\tfldcw %0\n\tldmxcsr %1" : : "m"(x87), "m"(mxcsr)); }
 };
 
-/// A sum over the bits of `count` plans on one head. Only exact arithmetic is done here.
+/// A checksum of the bits of `count` plans on one head. The arithmetic of this function is exact: the rounding mode of
+/// the host does not change it.
 unsigned long long BitsOfPlans(const Server& server, AlignmentPoints& aPoints, AlignmentPoints& bPoints, int count) {
     IQMVCalculator2* const calculator = server.Create();
     Expect(calculator->EnterHeadGeometry(aPoints.Address(), bPoints.Address()) == S_OK, "a geometry is entered");
     Expect(calculator->SetCurrentHeadPosition(0.0, 0.0) == S_OK, "a position is set");
-    unsigned long long sum = 0;
+    unsigned long long checksum = 0;
     for (int i = 0; i < count; ++i) {
         RequiredMoves moves{};
         const double a = 15.0 * (i * 5 % 7);
@@ -32,11 +33,11 @@ unsigned long long BitsOfPlans(const Server& server, AlignmentPoints& aPoints, A
         for (const double& number : moves.numbers) {
             unsigned long long bits = 0;
             __builtin_memcpy(&bits, &number, sizeof bits);
-            sum = (sum ^ bits) * 1099511628211ULL;
+            checksum = (checksum ^ bits) * 1099511628211ULL;
         }
     }
     calculator->Release();
-    return sum;
+    return checksum;
 }
 
 } // namespace

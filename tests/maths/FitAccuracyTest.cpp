@@ -44,7 +44,8 @@ constexpr const char* kindNames[] = {"even",         "unbalanced",  "outlier",
 
 struct Arc {
     Kind kind;
-    double degrees, radius, noise, away;
+    double degrees, radius, noise;
+    double away; ///< distance of the circle's centre from the origin
     int count;
 
     static Arc Draw(Random& random) {
@@ -61,13 +62,14 @@ struct Arc {
         const double whole = degrees * std::numbers::pi / 180.0;
         return kind == Kind::NearlyCollinear ? 0.05 * whole : whole;
     }
-    double Height() const { return radius * (1.0 - std::cos(std::min(0.5 * Angle(), std::numbers::pi))); }
-    double Strays() const {
+    double Sagitta() const { return radius * (1.0 - std::cos(std::min(0.5 * Angle(), std::numbers::pi))); }
+    /// The standard deviation of the points that deviate most.
+    double LargestNoise() const {
         const double most = kind == Kind::Outlier ? 30.0 : kind == Kind::OutOfPlane ? 10.0 : 1.0;
         return most * noise;
     }
     /// The sagitta is far above noise and rounding.
-    bool IsClear() const { return Height() > 10.0 * Strays() + 1e4 * epsilon * (radius + away); }
+    bool IsClear() const { return Sagitta() > 10.0 * LargestNoise() + 1e4 * epsilon * (radius + away); }
 
     std::string Describe() const {
         return std::string(kindNames[static_cast<int>(kind)]) + ", " + std::to_string(degrees) + " degrees, radius " +
@@ -109,10 +111,10 @@ private:
 };
 
 void ExpectRightCircle(const Arc& arc, const std::vector<Coordinates>& points) {
-    constexpr long soon = 1000;
+    constexpr long evaluationLimit = 1000;
     CMaCircle circle(1.0);
     try {
-        circle.Fit(ArrayOf(points), soon);
+        circle.Fit(ArrayOf(points), evaluationLimit);
     } catch (const GeometryError& failure) {
         EXPECT_EQ(failure.GetReason(), GeometryError::Reason::Impossible);
         EXPECT_FALSE(arc.IsClear());
@@ -139,23 +141,24 @@ TEST(FitAccuracy, CirclesAreRightToTheRoundingOfTheirPoints) {
     }
 }
 
-TEST(FitAccuracy, OfAClearCircleNeedsThreeEvaluations) {
-    constexpr long steps = 3;
+TEST(FitAccuracy, AFitOfAClearCircleNeedsThreeEvaluations) {
+    constexpr long evaluationLimit = 3;
     Random random(47);
     int clear = 0;
     for (int round = 0; round < 600; ++round) {
         const Arc arc = Arc::Draw(random);
         const std::vector<Coordinates> points = arc.Points(random);
         // With so little noise the initial guess is very near to the result.
-        if (!arc.IsClear() || arc.Height() < 1000.0 * arc.Strays()) continue;
+        if (!arc.IsClear() || arc.Sagitta() < 1000.0 * arc.LargestNoise()) continue;
         ++clear;
         CMaCircle circle(1.0);
-        EXPECT_NO_THROW(circle.Fit(ArrayOf(points), steps)) << "seed 47, round " << round << ": " << arc.Describe();
+        EXPECT_NO_THROW(circle.Fit(ArrayOf(points), evaluationLimit))
+            << "seed 47, round " << round << ": " << arc.Describe();
     }
     EXPECT_GT(clear, 100);
 }
 
-TEST(FitAccuracy, OfACircleIsAsItsHeaderStates) {
+TEST(FitAccuracy, ErrorsOfACircleAreAsItsHeaderStates) {
     constexpr double bound = 3e-13, normalBound = 1e-15; // millimetres, radians: see CMaCircle::Fit
     Random random(48);
     double worst = 0.0, worstNormal = 0.0;
@@ -210,7 +213,8 @@ namespace {
 
 /// Points in a box with random directions.
 struct Box {
-    double length, width, height, away;
+    double length, width, height;
+    double away; ///< distance of the box's centre from the origin
     int count;
 
     static Box Draw(Random& random) {
@@ -286,7 +290,7 @@ TEST(FitAccuracy, PlanesAreRightToTheRoundingOfTheirPoints) {
     });
 }
 
-TEST(FitAccuracy, OfALineAndAPlaneIsAsTheirHeadersState) {
+TEST(FitAccuracy, ErrorsOfALineAndAPlaneAreAsTheirHeadersState) {
     constexpr double directionBound = 1e-15, pointBound = 2e-13; // radians, millimetres
     Random random(49);
     double worstDirection = 0.0, worstPoint = 0.0;

@@ -10,7 +10,8 @@ const CMaVector notUsed(std::numeric_limits<double>::quiet_NaN(), std::numeric_l
 
 class PegMoves : public Planning {
 protected:
-    /// The arc to the peg, from an exit point to an approach point, both relative to the pole in X and Y.
+    /// The angle of the arc from the position above the lever to the approach position of the peg. X and Y of both are
+    /// relative to the pole.
     double RotationToPeg(double fromX, double fromY, double toX, double toY) {
         moves.DisengageFromUnLockLever = {workedCentre[0] + fromX, workedCentre[1] + fromY, workedSafeZ};
         planner.CalculateRotateToPeg(moves, notUsed, MaVectorOf(FromCentre(toX, toY, -10.0)));

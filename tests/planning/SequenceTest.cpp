@@ -26,8 +26,8 @@ TEST_F(Sequence, EachStepWritesItsOwnFieldsAndNoOther) {
     struct Case {
         const char* step;
         std::function<void(RequiredMoves&)> run;
-        std::size_t first; ///< byte of the first field written
-        std::size_t end;   ///< byte behind the last
+        std::size_t first; ///< offset of the first field that the step writes, in bytes
+        std::size_t end;   ///< offset of the first byte after its last field
     };
     const Case cases[] = {
         {"unlock", [&](RequiredMoves& m) { planner.CalculateUnlockMoves(m); }, 0, 128},

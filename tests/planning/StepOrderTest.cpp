@@ -137,28 +137,36 @@ protected:
 
 TEST_F(StepOrder, IsTheRequiredOne) {
     EXPECT_EQ(PlanWithFailing("").code, S_OK);
-    EXPECT_EQ(recorder.queries, (std::vector<std::string>{"approach 45 90 10",
-                                                          "engagement 45 90",
-                                                          "approach 0 30 10",
-                                                          "A axis 90",
-                                                          "A axis 30", // the head
-                                                          "locked 0",
-                                                          "unlocking centre 0",
-                                                          "locked approach 0",
-                                                          "lever axis 1",
-                                                          "unlocked 0",         // unlocking
-                                                          "unlocking rotation", //
-                                                          "lever centre 0",
-                                                          "lever centre 1", // to the peg
-                                                          "unlocked approach 1",
-                                                          "lever centre 0",
-                                                          "lever centre 1", // to the lever
-                                                          "unlocked 1",
-                                                          "locking centre 1",
-                                                          "unlocked approach 1",
-                                                          "lever axis 0",
-                                                          "locked 1", // locking
-                                                          "locking rotation"}));
+    const std::vector<std::string> required{
+        // of the whole plan
+        "approach 45 90 10",
+        "engagement 45 90",
+        "approach 0 30 10",
+        "A axis 90",
+        "A axis 30",
+        // unlocking: about lever axis 1 for both levers
+        "locked 0",
+        "unlocking centre 0",
+        "locked approach 0",
+        "lever axis 1",
+        "unlocked 0",
+        "unlocking rotation",
+        // to the peg: round the pole
+        "lever centre 0",
+        "lever centre 1",
+        // to the lever: round the pole
+        "unlocked approach 1",
+        "lever centre 0",
+        "lever centre 1",
+        // locking: about lever axis 0 for both levers
+        "unlocked 1",
+        "locking centre 1",
+        "unlocked approach 1",
+        "lever axis 0",
+        "locked 1",
+        "locking rotation",
+    };
+    EXPECT_EQ(recorder.queries, required);
 }
 
 TEST_F(StepOrder, OfUnlockingWritesTheVectorBeforeTheRotation) {
@@ -176,7 +184,7 @@ TEST_F(StepOrder, OfUnlockingWritesTheVectorBeforeTheRotation) {
 
 TEST_F(StepOrder, OfLockingWritesTheVectorBeforeTheRotation) {
     EXPECT_EQ(PlanWithFailing("locking rotation").code, QMV_E_GEOMETRY_IMPOSSIBLE);
-    EXPECT_EQ(moves.Lock.iRotationVector, 20.0);
+    EXPECT_EQ(moves.Lock.iRotationVector, 20.0) << "the twentieth query";
     EXPECT_EQ(moves.Lock.RotationAngle, notWritten);
     EXPECT_EQ(moves.Lock.XOrigin, notWritten);
     EXPECT_FALSE(IsWritten(moves.MoveToLockLeverAtSafeZ));

@@ -37,8 +37,8 @@ HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID 
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if ((context & CLSCTX_INPROC_SERVER) == 0) return REGDB_E_CLASSNOTREG;
-    const auto isAsked = [&](const ClassAnnouncement& announcement) { return announcement.clsid == clsid; };
-    const ClassAnnouncement* const announcement = FindClass(isAsked);
+    const auto isRequested = [&](const ClassAnnouncement& announcement) { return announcement.clsid == clsid; };
+    const ClassAnnouncement* const announcement = FindClass(isRequested);
     if (announcement == nullptr) return REGDB_E_CLASSNOTREG;
     const HRESULT result = CreateFrom(*announcement, outer, iid, object);
     if (FAILED(result)) *object = nullptr;
@@ -48,10 +48,10 @@ HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID 
 HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid) {
     if (progId == nullptr || clsid == nullptr) return E_INVALIDARG;
     *clsid = CLSID{};
-    const auto isAsked = [&](const ClassAnnouncement& announcement) {
+    const auto isRequested = [&](const ClassAnnouncement& announcement) {
         return IsSameProgId(progId, announcement.progId) || IsSameProgId(progId, announcement.versionIndependentProgId);
     };
-    const ClassAnnouncement* const announcement = FindClass(isAsked);
+    const ClassAnnouncement* const announcement = FindClass(isRequested);
     if (announcement == nullptr) return CO_E_CLASSSTRING;
     *clsid = announcement->clsid;
     return S_OK;

@@ -57,8 +57,8 @@ protected:
         for (const fs::path& other : others) fs::remove(other);
         return others.size();
     }
-    /// With O_TMPFILE, a kill between linkat and renameat leaves a copy; without it, a kill at any call between leaves
-    /// one.
+    /// With O_TMPFILE, a kill between linkat and renameat leaves a copy. Without it, a kill at any call between the
+    /// creation of the copy and renameat leaves one.
     std::size_t MostCopiesLeft() const {
         const FileDescriptor nameless(::open(folder.Path().c_str(), O_WRONLY | O_TMPFILE, 0600));
         return nameless.IsOpen() ? 2 : 40;
@@ -173,7 +173,7 @@ TEST_F(EverySystemCall, OfASaveCanComeAfterAnotherSave) {
 
 #ifdef __x86_64__
 
-/// Calls that a signal can interrupt. They are repeated then: that is no failure.
+/// Calls that a signal can interrupt. The component repeats an interrupted call: this is not a failure.
 bool MayBeInterrupted(long number) {
     constexpr long calls[] = {SYS_openat, SYS_pread64, SYS_write, SYS_fsync, SYS_close, SYS_flock};
     return std::ranges::find(calls, number) != std::end(calls);

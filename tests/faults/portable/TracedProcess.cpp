@@ -81,7 +81,7 @@ private:
             ::raise(SIGSTOP);
             ::_exit(verdict());
         } catch (...) {
-            std::abort(); // or there would be two of the test program
+            std::abort(); // otherwise this copy of the test program would continue beside the original
         }
     }
 
@@ -120,7 +120,7 @@ Traced RunTraced(const Interruption& interruption, const std::function<void()>& 
             if (traced.wasInterrupted) Interrupt(tracee, interruption);
             break;
         }
-        if (!tracee.GoOn()) break; // its end
+        if (!tracee.GoOn()) break; // to the end of the call
     }
     traced.exitCode = tracee.ExitCode();
     return traced;

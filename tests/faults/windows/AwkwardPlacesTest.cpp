@@ -125,7 +125,8 @@ TEST_F(AwkwardPlaces, KeepAllNamesOfAFile) {
     EXPECT_EQ(TwoGeometries::HeldByFile(other), 2);
 }
 
-// Also when the entries are written one by one: Windows would not find a section in the first line.
+// The mark is removed also when the entries are written one by one: Windows does not find a section in a first line
+// that begins with a mark.
 TEST_F(AwkwardPlaces, RemoveAByteOrderMarkFromAFileWithSeveralNames) {
     const std::string marked = "\xEF\xBB\xBF" + TwoGeometries::FileText(1);
     std::ofstream(path, std::ios::binary | std::ios::trunc) << marked;
@@ -140,15 +141,15 @@ TEST_F(AwkwardPlaces, SaveInAHostWithOemFileFunctions) {
     SetFileApisToOEM();
     const HRESULT made = Save().code;
     const HRESULT replaced = Save().code;
-    HRESULT given = E_FAIL;
+    HRESULT savedInPlace = E_FAIL;
     {
         const OpenElsewhere open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
-        given = Save().code;
+        savedInPlace = Save().code;
     }
     SetFileApisToANSI();
     EXPECT_EQ(made, S_OK);
     EXPECT_EQ(replaced, S_OK);
-    EXPECT_EQ(given, S_OK) << "the content must be written into the file itself";
+    EXPECT_EQ(savedInPlace, S_OK) << "the content must be written into the file itself";
     EXPECT_TRUE(fs::exists(path));
     const fs::directory_iterator files(folder.Path());
     EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "no copy may be left";
@@ -185,7 +186,8 @@ TEST_F(AwkwardPlaces, AreFoundOrRefusedInEveryThreadLanguage) {
             TwoGeometries::Put(path, 1);
             const HRESULT loaded = second->LoadHeadGeometryFromFile(Bstr(path).Address());
             EXPECT_TRUE(loaded == S_OK || loaded == QMV_E_READ_FROM_FILE);
-            EXPECT_EQ(TwoGeometries::HeldBy(*second.Get()), loaded == S_OK ? 1 : 2) << "a head centre of zeros";
+            EXPECT_EQ(TwoGeometries::HeldBy(*second.Get()), loaded == S_OK ? 1 : 2)
+                << "a refused load must not set the head centre to zeros";
             second = TwoGeometries::Calculator(folder.Path(), 2);
         }
     }

@@ -53,13 +53,15 @@ protected:
     std::string chosenBefore;
 };
 
-/// Reads while `write` writes. Counts the reads that gave the values 1, the values 2 and the built-in values.
+/// How many reads gave which values.
 struct Reads {
-    long first = 0;
-    long second = 0;
-    long defaults = 0;
-    long mixed = 0;
+    long first = 0;    ///< all three 1.5
+    long second = 0;   ///< all three 2.5
+    long defaults = 0; ///< the built-in ones
+    long mixed = 0;    ///< any others
 };
+
+/// Reads while a second thread calls `write`, with 2.5 and 1.5 in turn.
 template <typename Write> Reads ReadWhile(int writes, Write write) {
     std::atomic<bool> isDone{false};
     std::thread writer([&] {
@@ -88,7 +90,7 @@ template <typename Write> Reads ReadWhile(int writes, Write write) {
 TEST_F(ReplacedSettings, AreTheOldOrTheNewOnesAfterARename) {
     PutInPlace(SettingsText("1.5", true));
     const Reads reads = ReadWhile(Rounds(300), [&](const char* value) { PutByRenaming(SettingsText(value, true)); });
-    std::cout << reads.first << " reads gave the one, " << reads.second << " the other" << std::endl;
+    std::cout << reads.first << " reads gave 1.5, " << reads.second << " gave 2.5" << std::endl;
     EXPECT_GT(reads.first, 0);
     EXPECT_GT(reads.second, 0);
     EXPECT_EQ(reads.defaults, 0);
@@ -100,7 +102,7 @@ TEST_F(ReplacedSettings, AreTheOldOrTheNewOnesAfterARename) {
 TEST_F(ReplacedSettings, AreOldNewOrBuiltInDuringAWrite) {
     PutInPlace(SettingsText("1.5", false));
     const Reads reads = ReadWhile(2000, [&](const char* value) { PutInPlace(SettingsText(value, false)); });
-    std::cout << reads.first << " reads gave the one, " << reads.second << " the other, " << reads.defaults
+    std::cout << reads.first << " reads gave 1.5, " << reads.second << " gave 2.5, " << reads.defaults
               << " the defaults" << std::endl;
     EXPECT_GT(reads.first + reads.second, 0);
     EXPECT_EQ(reads.mixed, 0);

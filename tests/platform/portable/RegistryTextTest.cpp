@@ -280,8 +280,8 @@ TEST_F(RegistryText, HasNoKeyWithoutAFormatNameAtItsBeginning) {
         bool isOpen;
         const char* why;
     } cases[] = {
-        {"Windows Registry Editor Version 5.00\r\n", true, "the newer"},
-        {"REGEDIT4\r\n", true, "the older"},
+        {"Windows Registry Editor Version 5.00\r\n", true, "the newer format"},
+        {"REGEDIT4\r\n", true, "the older format"},
         {" Windows Registry Editor Version 5.00 \r\n", true, "blanks around it"},
         {"regedit4\r\n", false, "letter case matters"},
         {"REGEDIT\r\n", false, "a still older format"},
