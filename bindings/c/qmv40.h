@@ -118,7 +118,7 @@ int32_t qmv40_get_position(qmv40_calculator* calculator, double* a, double* b);
 int32_t qmv40_calculate_move(qmv40_calculator* calculator, double a, double b, struct qmv40_moves* moves);
 /* The first point of any indexing from the current position. */
 int32_t qmv40_start_position(qmv40_calculator* calculator, struct qmv40_xyz* position);
-/* The centre of the pole sphere, where the A and B axes meet. */
+/* The centre of the pole sphere, which is the head centre of the geometry. */
 int32_t qmv40_pole_sphere(qmv40_calculator* calculator, struct qmv40_xyz* position);
 
 /* The code of the last failed call with this calculator (0 if none has failed), and its texts. Each text is cut to the

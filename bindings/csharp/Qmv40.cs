@@ -158,7 +158,7 @@ namespace Qmv40
             return position;
         }
 
-        /// <summary>The centre of the pole sphere, where the A and B axes meet.</summary>
+        /// <summary>The centre of the pole sphere, which is the head centre of the geometry.</summary>
         public Point PoleSphere()
         {
             Point position;

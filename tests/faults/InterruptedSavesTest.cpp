@@ -59,8 +59,8 @@ int SavesOften(const fs::path& path, int first) {
 }
 
 const ChildJob savesInTurn("saves in turn", SavesInTurnForEver);
-const ChildJob savesFirst("saves the first first", [](const fs::path& path) { return SavesOften(path, 1); });
-const ChildJob savesSecond("saves the second first", [](const fs::path& path) { return SavesOften(path, 2); });
+const ChildJob savesFirst("saves geometry 1 first", [](const fs::path& path) { return SavesOften(path, 1); });
+const ChildJob savesSecond("saves geometry 2 first", [](const fs::path& path) { return SavesOften(path, 2); });
 
 std::size_t OtherFilesIn(const fs::path& folder) {
     std::size_t others = 0;
@@ -78,7 +78,7 @@ std::size_t RemoveOthersIn(const fs::path& folder) {
     return others.size();
 }
 
-/// Waits until the file contains the first geometry of the saving process.
+/// Waits until the file contains geometry 2, which the process saves first.
 bool WaitUntilItSaves(const fs::path& path, ChildProcess& saver) {
     while (TwoGeometries::HeldByFile(path) != 2) {
         if (!saver.IsRunning()) return false;
@@ -87,10 +87,10 @@ bool WaitUntilItSaves(const fs::path& path, ChildProcess& saver) {
     return true;
 }
 
-/// A random time whose logarithm is uniform, from 0.1 ms to 10 ms: a save takes less than 1 ms on one machine and 100
-/// ms on another.
+/// A random time from 0.1 ms to 300 ms, whose logarithm is distributed uniformly: a save takes less than 1 ms on one
+/// machine and 100 ms on another.
 std::chrono::microseconds SomeTime(std::mt19937_64& random) {
-    constexpr double shortest = 100.0, longest = 300000.0;
+    constexpr double shortest = 100.0, longest = 300000.0; // microseconds
     const double share = std::uniform_real_distribution<double>(0.0, 1.0)(random);
     return std::chrono::microseconds(static_cast<long>(shortest * std::pow(longest / shortest, share)));
 }
@@ -135,8 +135,8 @@ TEST_F(InterruptedSave, LeavesOneWholeGeometryAfterAKill) {
 
 TEST_F(InterruptedSave, OfTwoProcessesNeverGivesAMixture) {
     TwoGeometries::Put(path, 1);
-    ChildProcess one("saves the first first", path);
-    ChildProcess other("saves the second first", path);
+    ChildProcess one("saves geometry 1 first", path);
+    ChildProcess other("saves geometry 2 first", path);
     const auto loader = CreateCalculator();
     int loaded[] = {0, 0, 0};
     while (one.IsRunning() || other.IsRunning()) {

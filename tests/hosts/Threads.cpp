@@ -14,7 +14,7 @@ struct Worker {
 
 DWORD __stdcall Work(void* given) {
     const Worker& worker = *static_cast<Worker*>(given);
-    CoInitializeEx(nullptr, 2);
+    CoInitializeEx(nullptr, 2); // a single-threaded apartment
     {
         WholeJob job(worker.number);
         for (int i = 0; i < worker.rounds; ++i) {

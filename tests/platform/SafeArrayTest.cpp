@@ -36,7 +36,8 @@ Owned Records(ULONG count, LONG lowerBound = 0) {
     return Owned(array);
 }
 
-void Number(SAFEARRAY& array, std::size_t bytes) {
+/// Writes 1, 2, 3 and so on into the bytes of the elements.
+void FillWithNumbers(SAFEARRAY& array, std::size_t bytes) {
     void* data = nullptr;
     ASSERT_EQ(SafeArrayAccessData(&array, &data), S_OK);
     const auto first = static_cast<unsigned char*>(data);
@@ -51,9 +52,11 @@ TEST(SafeArray, ReturnsItsBounds) {
         LONG upper;
         const char* why;
     } cases[] = {
-        {4, 0, 3, "counted from 0"},   {3, -1, 1, "counted from -1"},
-        {1, 7, 7, "a single element"}, {0, 0, -1, "no element: the upper bound lies below the lower"},
-        {0, 5, 4, "likewise"},
+        {4, 0, 3, "counted from 0"},
+        {3, -1, 1, "counted from -1"},
+        {1, 7, 7, "a single element"},
+        {0, 0, -1, "no element: the upper bound lies below the lower"},
+        {0, 5, 4, "no element, counted from 5"},
     };
     for (const auto& [count, lower, upper, why] : cases) {
         const Owned array = Doubles<1>({{{count, lower}}});
@@ -103,7 +106,7 @@ TEST(SafeArray, IsFilledWithZerosAtFirst) {
 
 TEST(SafeArray, CopiesBoundsAndElements) {
     const Owned original = Records(3, -2);
-    Number(*original, 120);
+    FillWithNumbers(*original, 120);
     SAFEARRAY* made = nullptr;
     ASSERT_EQ(SafeArrayCopy(original.get(), &made), S_OK);
     const Owned copy(made);
@@ -116,7 +119,7 @@ TEST(SafeArray, CopiesBoundsAndElements) {
 
 TEST(SafeArray, CopiesEveryDimension) {
     const Owned original = Doubles<3>({{{2, 0}, {3, 1}, {4, -1}}});
-    Number(*original, 2 * 3 * 4 * sizeof(double));
+    FillWithNumbers(*original, 2 * 3 * 4 * sizeof(double));
     SAFEARRAY* made = nullptr;
     ASSERT_EQ(SafeArrayCopy(original.get(), &made), S_OK);
     const Owned copy(made);

@@ -82,7 +82,7 @@ struct Outcome {
 struct Manner {
     WORD flags = DISPATCH_METHOD;
     LCID locale = LOCALE_USER_DEFAULT;
-    std::vector<DISPID> named{}; ///< the places of the first arguments, which are passed by name
+    std::vector<DISPID> named{}; ///< the parameters of the first arguments, which are passed by name
 };
 
 inline Outcome InvokeWith(IDispatch& object, DISPID method, std::vector<VARIANT> arguments, Manner manner = {}) {

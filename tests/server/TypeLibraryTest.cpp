@@ -133,10 +133,10 @@ TEST_F(TypeLibrary, ListsTwoInterfacesOfTheClassAndOneDefault) {
 }
 
 /// The type information of the interface's virtual table. (That of a dual interface describes its dispatch side.)
-ComPointer<ITypeInfo> EntriesOf(ITypeInfo& face) {
+ComPointer<ITypeInfo> EntriesOf(ITypeInfo& dual) {
     HREFTYPE reference = 0;
-    EXPECT_EQ(face.GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
-    return Received<ITypeInfo>([&](ITypeInfo** out) { return face.GetRefTypeInfo(reference, out); });
+    EXPECT_EQ(dual.GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
+    return Received<ITypeInfo>([&](ITypeInfo** out) { return dual.GetRefTypeInfo(reference, out); });
 }
 
 struct Method {
@@ -145,23 +145,23 @@ struct Method {
     std::vector<USHORT> flags;
 };
 
-constexpr USHORT given = PARAMFLAG_FIN;
-constexpr USHORT handedOut = PARAMFLAG_FOUT;
-constexpr USHORT answer = PARAMFLAG_FOUT | PARAMFLAG_FRETVAL;
+constexpr USHORT input = PARAMFLAG_FIN;
+constexpr USHORT output = PARAMFLAG_FOUT;
+constexpr USHORT result = PARAMFLAG_FOUT | PARAMFLAG_FRETVAL;
 
 /// The eight methods in their order, which is also the order of their dispatch identifiers.
 const std::vector<Method>& Methods() {
     static const std::vector<Method> methods{
-        {{L"LoadHeadGeometryFromFile", L"FileName"}, {VT_PTR}, {given}},
-        {{L"SaveHeadGeometryToFile", L"FileName"}, {VT_PTR}, {given}},
-        {{L"GetCurrentHeadPosition", L"APosition", L"BPosition"}, {VT_PTR, VT_PTR}, {handedOut, handedOut}},
-        {{L"SetCurrentHeadPosition", L"APosition", L"BPosition"}, {VT_R8, VT_R8}, {given, given}},
+        {{L"LoadHeadGeometryFromFile", L"FileName"}, {VT_PTR}, {input}},
+        {{L"SaveHeadGeometryToFile", L"FileName"}, {VT_PTR}, {input}},
+        {{L"GetCurrentHeadPosition", L"APosition", L"BPosition"}, {VT_PTR, VT_PTR}, {output, output}},
+        {{L"SetCurrentHeadPosition", L"APosition", L"BPosition"}, {VT_R8, VT_R8}, {input, input}},
         {{L"CalculateMove", L"TargetAPosition", L"TargetBPosition", L"Moves"},
          {VT_R8, VT_R8, VT_PTR},
-         {given, given, answer}},
-        {{L"EnterHeadGeometry", L"pAAxisPoints", L"pBAxisPoints"}, {VT_PTR, VT_PTR}, {given, given}},
-        {{L"GetStartPosition", L"StartPosition"}, {VT_PTR}, {answer}},
-        {{L"GetPoleSpherePosition", L"PoleSpherePosition"}, {VT_PTR}, {answer}}};
+         {input, input, result}},
+        {{L"EnterHeadGeometry", L"pAAxisPoints", L"pBAxisPoints"}, {VT_PTR, VT_PTR}, {input, input}},
+        {{L"GetStartPosition", L"StartPosition"}, {VT_PTR}, {result}},
+        {{L"GetPoleSpherePosition", L"PoleSpherePosition"}, {VT_PTR}, {result}}};
     return methods;
 }
 

@@ -126,7 +126,7 @@ class Calculator:
         return self._point(library.qmv40_start_position)
 
     def pole_sphere(self) -> Point:
-        """The centre of the pole sphere, where the A and B axes meet, in machine coordinates."""
+        """The centre of the pole sphere, which is the head centre of the geometry, in machine coordinates."""
         return self._point(library.qmv40_pole_sphere)
 
     def _point(self, function: Any) -> Point:
