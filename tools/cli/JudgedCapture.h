@@ -27,7 +27,7 @@ struct JudgedCapture {
     ComputedHead head;
     diagnosis::CaptureUnderTest capture;
     std::vector<diagnosis::Finding> findings;
-    std::optional<diagnosis::Diagnosis> diagnosis; ///< empty: the sets determine nothing, or the numbers are too large
+    std::optional<diagnosis::Diagnosis> diagnosis; ///< empty: the sets determine no head, or the numbers are too large
 };
 
 /// --a-axis and --b-axis.
@@ -37,7 +37,7 @@ void AddJudgingOptions(Command& command, CaptureOptions& options);
 /// --units.
 void AddUnits(Command& command, CaptureOptions& options, const char* description);
 
-/// The steps of a large capture that take about as long as each other.
+/// The number of steps that `text::Progress` shows of a large capture. All take about the same time.
 inline constexpr std::size_t longStepsOfACapture = 5;
 
 /// Both files, in millimetres. Takes two steps.

@@ -30,7 +30,7 @@ struct PerSet {
     PerSet(const fit::CapturedSets& sets, const fit::HeadFit& fit)
         : observations{3.0 * static_cast<double>(sets.aCount),
                        3.0 * static_cast<double>(sets.points.size() - sets.aCount)},
-          // Each set determines some half of the unknowns.
+          // Each set determines about half of the unknowns.
           unknowns(0.5 * static_cast<double>(fit.model.Unknowns())) {
         for (std::size_t i = 0; i < sets.points.size(); ++i) {
             sums[sets.IsOfASet(i) ? 0 : 1] += model::Dot(fit.residuals[i], fit.residuals[i]);
@@ -40,7 +40,8 @@ struct PerSet {
     double Freedoms(std::size_t set) const { return std::max(observations[set] - unknowns, 1.0); }
     double Variance(std::size_t set) const { return std::max(sums[set] / Freedoms(set), thresholds::leastVariance); }
 
-    /// Even unless one set surely scatters more, by no more than a machine does.
+    /// Even, unless one set surely scatters more than the other. They stay even when it scatters more than a machine
+    /// does.
     SetWeights Weights() const {
         const std::size_t noisier = Variance(0) > Variance(1) ? 0 : 1, quieter = 1 - noisier;
         const double ratio = Variance(noisier) / Variance(quieter);
@@ -62,11 +63,13 @@ fit::CapturedSets Weighted(fit::CapturedSets sets, const SetWeights& weights) {
     return sets;
 }
 
-/// What an explanation leaves unexplained, with what its mistakes and a second size of noise count against it.
+/// The score of an explanation, the smaller the better: minus twice the logarithm of the likelihood of its residuals,
+/// and a penalty for each mistake and for a second size of noise.
 double ScoreOf(const fit::CapturedSets& sets, const HeadExplained& explained, const SetWeights& weights) {
     const PerSet residuals(sets, explained.fit);
     const double all = residuals.observations[0] + residuals.observations[1];
-    // A few points may agree by luck better than any machine measures.
+    // A few points may agree better by luck than any machine measures. Therefore some observations with the noise of a
+    // usual machine are added.
     constexpr double usualVariance = 9e-6, usualObservations = 10.0;
     const auto unlikely = [](double sum, double observations) {
         return (observations + usualObservations) *
@@ -83,8 +86,8 @@ double ScoreOf(const fit::CapturedSets& sets, const HeadExplained& explained, co
 }
 
 /// The search takes all points to scatter alike. Where one set scatters more, it finds mistake after mistake in that
-/// set; where a mistake was made in one set, that set scatters more until it is found. So both are tried, and what
-/// explains more with less is taken.
+/// set; where a mistake was made in one set, that set scatters more until it is found. So both are tried, and the one
+/// with the better score is taken.
 struct Search {
     Search(const fit::CapturedSets& sets, const model::Vector3& unlocking) : explained(ExplainHead(sets, unlocking)) {
         if (explained.rewriting.kind != Rewriting::Kind::None) return;
@@ -115,29 +118,31 @@ struct Search {
     SetWeights weights;
 };
 
-/// The head fitted with the angles has far more observations to tell the noise from than the circles alone. Both count,
-/// unless points leave their places by more than they leave their circles.
+/// The noise is estimated from the circles and from the head that was fitted with the angles, which has far more
+/// observations. The larger estimate counts. When the angles are inexact, so that the head has surely larger residuals
+/// than the circles, only the circles count.
 NoiseFigures NoiseOf(const fit::CapturedSets& sets, const fit::AxisCircle& a, const fit::AxisCircle& b,
                      const fit::HeadFit& head, const SetWeights& weights) {
     const int degreesOfFreedom = a.DegreesOfFreedom() + b.DegreesOfFreedom();
     const double ofCircles = (weights.a * a.sumOfSquares + weights.b * b.sumOfSquares) / degreesOfFreedom;
-    const bool isOne = fit::FTestUpperTail(head.NoiseVariance() / std::max(ofCircles, thresholds::leastVariance),
-                                           head.degreesOfFreedom, degreesOfFreedom) > thresholds::falseAlarmRate;
+    const bool anglesAreExact =
+        fit::FTestUpperTail(head.NoiseVariance() / std::max(ofCircles, thresholds::leastVariance),
+                            head.degreesOfFreedom, degreesOfFreedom) > thresholds::falseAlarmRate;
     const auto widening = [](double freedoms) { return fit::StudentWidening(freedoms, thresholds::falseAlarmRate); };
     if (weights.AreEven() && IsUneven(a, b)) {
         const PerSet residuals(sets, head);
         fit::PointNoise own, widened;
         const auto take = [&](const fit::AxisCircle& circle, std::size_t set, double& noise, double& wide) {
             const double ofCircle = std::sqrt(circle.sumOfSquares / circle.DegreesOfFreedom());
-            noise = isOne ? std::max(ofCircle, std::sqrt(residuals.Variance(set))) : ofCircle;
-            wide = noise * widening(isOne ? residuals.Freedoms(set) : circle.DegreesOfFreedom());
+            noise = anglesAreExact ? std::max(ofCircle, std::sqrt(residuals.Variance(set))) : ofCircle;
+            wide = noise * widening(anglesAreExact ? residuals.Freedoms(set) : circle.DegreesOfFreedom());
         };
         take(a, 0, own.aSet, widened.aSet);
         take(b, 1, own.bSet, widened.bSet);
         return {own, widened, degreesOfFreedom, true, weights};
     }
-    const double together = std::sqrt(isOne ? std::max(ofCircles, head.NoiseVariance()) : ofCircles);
-    const double factor = widening(isOne ? head.degreesOfFreedom : degreesOfFreedom);
+    const double together = std::sqrt(anglesAreExact ? std::max(ofCircles, head.NoiseVariance()) : ofCircles);
+    const double factor = widening(anglesAreExact ? head.degreesOfFreedom : degreesOfFreedom);
     const fit::PointNoise perSet{together / std::sqrt(weights.a), together / std::sqrt(weights.b)};
     return {perSet, {factor * perSet.aSet, factor * perSet.bSet}, degreesOfFreedom, !weights.AreEven(), weights};
 }

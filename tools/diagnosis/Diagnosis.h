@@ -30,11 +30,11 @@ struct Influence {
 
 struct PointDiagnosis {
     fit::CirclePoint onCircle;
-    double offPlace;                    ///< from where its angles put it on the fitted head
+    double offPlace;                    ///< distance from the place that the fitted head gives it at its angles
     std::optional<Influence> influence; ///< none where too few points would be left
 };
 
-/// How much the squares of each set count. The noisier one has 1.
+/// The factors of the squared residuals of each set. The noisier set has 1, the other one 1 or more.
 struct SetWeights {
     double a = 1.0;
     double b = 1.0;
@@ -45,8 +45,8 @@ struct SetWeights {
 /// The noise in one coordinate of a point, the same for both sets unless they surely differ.
 struct NoiseFigures {
     fit::PointNoise perSet;
-    /// Wider, for it was estimated from few observations: what is computed from it may be read like a known standard
-    /// deviation, also far from the middle.
+    /// The noise times fit::StudentWidening, because it was estimated from few observations: a limit of some standard
+    /// deviations can then be judged by the normal distribution.
     fit::PointNoise widened;
     int degreesOfFreedom; ///< of both circles
     bool isUneven;
@@ -58,14 +58,15 @@ struct Diagnosis {
     fit::AxisCircle bCircle;
     NoiseFigures noise;
     fit::HeadAxes axes;
-    fit::HeadFit head;         ///< the second opinion, with what it takes for mistakes
-    Rewriting rewriting;       ///< the capture read otherwise, which `head` then is of
-    double rotationDifference; ///< the component's rotation less the fitted mounting angle, degrees, -180 to 180
+    fit::HeadFit head;         ///< the second opinion; the errors of its model are the mistakes that were found
+    Rewriting rewriting;       ///< how the columns were rewritten before `head` was fitted
+    double rotationDifference; ///< the component's rotation minus the fitted mounting angle, degrees, -180 to 180
     std::vector<PointDiagnosis> points;
     std::vector<Finding> findings; ///< the gravest first
 
     bool Has(Severity severity) const;
-    /// The standard deviation that the noise gives an unknown of the second opinion of this variance; widened.
+    /// The standard deviation of an unknown of `head`, widened. `variance`: that of the unknown for noise of standard
+    /// deviation 1.
     double StandardDeviationByFit(double variance) const;
     double MountingStandardDeviation() const; ///< degrees
 };

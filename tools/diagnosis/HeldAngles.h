@@ -6,7 +6,7 @@
 namespace qmv40::diagnosis {
 
 /// The findings that the angles alone give about a capture that the component refuses because an axis was not held: the
-/// sets are exchanged, or the held angle of these points differs from that of most points. Empty when each set holds
+/// sets are exchanged, or the held angle of some points differs from that of most points. Empty when each set holds
 /// one axis.
 std::vector<Finding> JudgeHeldAngles(const fit::CapturedSets& sets);
 

@@ -63,7 +63,8 @@ private:
     }
     double Sign() const { return IsBefore() ? -1.0 : 1.0; }
 
-    /// The other points were captured locked when these are off in the opposite direction.
+    /// Points that were captured locked are off by minus `unlocking`. Points that are off by plus `unlocking` are the
+    /// ones that were captured unlocked: then the other points were captured locked.
     Finding Locked() const {
         const bool isOutside = model::Dot(Values(), unlocking) > 0.0;
         return {Name::CapturedLocked, Severity::Fault, isOutside ? PointsOutside() : Points(), distance};
@@ -91,7 +92,7 @@ private:
                 Points(), distance};
     }
 
-    /// It comes by and by, so that it concerns no points.
+    /// A drift grows from point to point, so that the finding names no points.
     Finding Drifting() const {
         if (error.kind == ErrorKind::Place)
             return {Name::Drifts, BySize(distance, thresholds::leastMove), {}, distance, 0.0, std::nullopt, Values()};

@@ -111,13 +111,14 @@ private:
         AddDrifts();
     }
 
-    /// Either set was captured first. A machine that warms up and a head that settles on its mount go through some time
-    /// constants; a number that is wrong by a factor of two still explains most.
+    /// Either set may have been captured first. While a machine warms up or a head settles on its mount, a capture
+    /// takes several time constants. A number of time constants that is wrong by a factor of two still explains most of
+    /// it.
     void AddDrifts() {
         for (const ErrorKind kind :
              {ErrorKind::Place, ErrorKind::SwivelAngle, ErrorKind::LeaningHead, ErrorKind::OtherTip}) {
-            // A head that is a little off looks like one that tilts slowly, or whose stylus does: they must explain
-            // more.
+            // Small errors of the head look like a head that tilts slowly, or like a stylus that bends slowly: these
+            // drifts must explain more than the errors of the head do.
             const bool isLikeTheHead = kind == ErrorKind::LeaningHead || kind == ErrorKind::OtherTip;
             std::vector<fit::ModelError> errors;
             if (isLikeTheHead) errors = UnknownErrorsOfTheHead();
@@ -133,7 +134,8 @@ private:
         }
     }
 
-    /// The number of time constants that explains most: what another one leaves would look like a second mistake.
+    /// Finds the number of time constants that explains most. With another number, the rest that is not explained would
+    /// look like a second mistake.
     void RefineDrift(fit::HeadFit& fit) const {
         if (!fit.model.errors.back().drift) return;
         for (const double step : {0.4, 0.2, 0.1, 0.05, 0.025}) {

@@ -15,7 +15,7 @@ struct Candidate {
     double likelySum = 0.0;  ///< of squares
     double alternatives = 1; ///< among how many of its kind it was chosen
     fit::HeadModel start;    ///< the best head with it
-    double doubt = 1.0;      ///< by how much less likely than usual chance must be to give as much
+    double doubt = 1.0;      ///< factor of its p-value; above 1 for errors that noise imitates easily
 
     std::size_t Unknowns() const;
 };

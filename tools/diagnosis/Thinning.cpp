@@ -73,7 +73,7 @@ fit::ModelError Thinning::OfAll(const fit::ModelError& error, const fit::HeadMod
     return ofAll;
 }
 
-/// The best end of the error's interval, between the point of the part before `end` and the one at it.
+/// The best end of the error's interval, among all points between the searched points `end` - 1 and `end`.
 std::size_t Thinning::BestEnd(std::size_t end, const fit::ModelError& error, bool isFirst,
                               const fit::HeadModel& model) const {
     fit::HeadModel with = model, without = model;
@@ -81,7 +81,8 @@ std::size_t Thinning::BestEnd(std::size_t end, const fit::ModelError& error, boo
                   [&](const fit::ModelError& each) { return each.kind != error.kind || each.first != error.first; });
     for (fit::ModelError& each : with.errors) each.first = 0, each.last = sets.points.size();
     without.errors.clear();
-    // The gain of leaving out the error for the points from here to the next one of the part, summed from the left.
+    // The change of the sum of squares when the points up to this one leave the interval (`isFirst`) or join it. The
+    // end is where it is smallest.
     double sum = 0.0, least = 0.0;
     std::size_t best = kept[end - 1] + 1;
     for (std::size_t i = kept[end - 1] + 1; i < kept[end]; ++i) {
@@ -95,7 +96,7 @@ std::size_t Thinning::BestEnd(std::size_t end, const fit::ModelError& error, boo
 }
 
 void Thinning::AddPointsOff(fit::HeadFit& fit) const {
-    // In standard deviations: far more than the largest deviation of a million points by noise.
+    // In standard deviations: far more than noise alone moves any of a million points.
     constexpr double farOff = 8.0;
     constexpr std::size_t most = 8;
     double sum = 0.0;

@@ -30,7 +30,8 @@ constexpr double stripMiddle = 112.0;
 constexpr double stripHalf = 9.0;
 constexpr double letters = 2.6;
 
-/// A larger set is drawn with this many points and with the points of the findings.
+/// Of a larger set every second, third ... point is drawn, so that at most this many remain, and also the last point
+/// and the points that are named.
 constexpr std::size_t mostPoints = 1000;
 /// Up to this many points have their angle beside them.
 constexpr std::size_t mostAngles = 30;
@@ -233,7 +234,7 @@ private:
         }
     }
 
-    /// Its length is a round number and some tenths of the panel.
+    /// Its length is a round number of micrometres, drawn 6 to 15 mm long.
     void DrawScaleBar() {
         constexpr double shortest = 6.0;
         double micrometres = 1e-3;

@@ -118,7 +118,7 @@ Stop During(const PlanPaths& paths, const KnownMove& known, const model::Vector3
     if (known.number == 1) return InFirstMove(paths, standing);
     Search search(paths, standing, error);
     search.Look(known.number);
-    // So close to the end of the move, its contact may be made, or its lever pushed through.
+    // Within the position error of the end, the contact may be made already, or the lever pushed all the way.
     const bool changesState = leadsOn && StateInMove(known.number) != StateInMove(known.number + 1);
     if (hasAnEnd && changesState) search.Take(FitAt(paths, {known.number + 1, 0.0}, standing));
     return std::move(search).Result();

@@ -126,7 +126,7 @@ double PiInUse(const RequiredMoves& halfTurnOfB) {
     return std::numbers::pi - std::abs(halfTurnOfB.MoveToAPosition.jRotationVector);
 }
 
-/// Degrees in one radian that the build uses, from an arc whose tangent is known: 180 less the arctangent in degrees.
+/// Degrees in one radian that the build uses, from an arc whose tangent is known: 180 minus the arctangent in degrees.
 double DegreesInARadianInUse(const RequiredMoves& fromZero) {
     // Unlocked lever (30.3, 19.3), approach to the peg (6.95, -34): cross product over scalar product.
     constexpr double tangent = 1164.335 / 445.615;

@@ -13,7 +13,7 @@ using namespace qmv40;
 
 namespace {
 
-/// No test of this program has settings.
+/// Every test of this program runs without settings.
 class NoSettings : public testing::Environment {
 public:
     void SetUp() override { settings.emplace(); }

@@ -11,13 +11,13 @@ using namespace qmv40;
 
 using Items = std::vector<HeadAlignmentDataItem>;
 
-/// Mounted a little turned, a stylus as straight as they are.
+/// A head that is mounted turned by 1.35 degrees, with a stylus that is half a millimetre off the vertical.
 SimulatedHead SomeSimulatedHead();
 
 /// As they were captured, not brought to the locked position.
 diagnosis::fit::CapturedSets SetsOf(const Items& aSet, const Items& bSet);
 
-/// Brought to the locked position by the component, with the rotation that it finds. The settings are none.
+/// Brought to the locked position by the component, with the rotation that it finds. No settings are in force.
 diagnosis::CaptureUnderTest UnderTest(const Items& aSet, const Items& bSet);
 
 /// The diagnosis of what the component accepts; fails the test where there is none.

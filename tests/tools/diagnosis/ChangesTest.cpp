@@ -1,5 +1,5 @@
-// What changed in the middle of a capture is said with the sign with which the later points stand off the earlier ones;
-// of a change between the sets, those of the B set.
+// A finding about a change in the middle of a capture gives the change as later points minus earlier points, and for a
+// change between the sets as B set minus A set.
 
 #include "tests/tools/diagnosis/PaperTrial.h"
 
@@ -20,7 +20,7 @@ struct Change {
     void (*make)(paper::Measurement&);
     double (*size)(const diagnosis::Finding&);
     double expected;
-    double within; ///< what the noise of the points and the length of the stylus leave open
+    double within; ///< how far noise can move the figure, at the stylus lengths that are drawn
 };
 
 double Figure(const diagnosis::Finding& finding) { return finding.figure; }
@@ -35,15 +35,15 @@ const Change changes[] = {{diagnosis::FindingKind::TurnedOnMount, diagnosis::Fin
 
 struct Place {
     std::size_t from; ///< the first measurement that is changed, numbered through both sets, the A set first
-    std::size_t to;   ///< the one behind the last
-    double sign;      ///< the B set, or the later points, against the others
-    std::size_t firstNamed;
+    std::size_t to;   ///< the first one after these that is not changed
+    double sign;      ///< 1 when the changed points are the B set or the later points, -1 when they are the others
+    std::size_t firstNamed; ///< the first point that the finding names
     const char* why;
 };
 
 constexpr std::size_t aCount = 7, count = 19;
 const Place places[] = {{aCount, count, 1.0, aCount, "the B set"},
-                        {0, aCount, -1.0, aCount, "the A set: the B set stands off it the other way round"},
+                        {0, aCount, -1.0, aCount, "the A set: against it, the B set is off the other way"},
                         {aCount + 5, count, 1.0, aCount + 5, "from a point of the B set on"},
                         {3, count, 1.0, 3, "from a point of the A set on, and the B set after it"}};
 

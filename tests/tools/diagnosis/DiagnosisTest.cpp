@@ -22,7 +22,7 @@ std::vector<diagnosis::Finding> WithoutNotes(const diagnosis::Diagnosis& diagnos
 }
 
 TEST(Diagnosis, OfTheReferenceHeadsFindsTheThreeThatComeOutWrongAndNoOther) {
-    // Which these are: where the rotation that was worked out is not the angle that the head was mounted at.
+    // The heads of which the component's rotation is not the angle at which the head was mounted.
     const std::map<std::string, diagnosis::FindingKind> wrong{
         {"case-41-000", diagnosis::FindingKind::TipOffAxis},
         {"case-41-010", diagnosis::FindingKind::RotationOnWrongSide},
@@ -79,11 +79,12 @@ TEST(Diagnosis, WarnsOfATiltArcThatIsTooShortForTheCentreAskedFor) {
     EXPECT_EQ(diagnosis::FindingKind::TiltArcShort, shortArc.findings[0].kind);
     EXPECT_EQ(diagnosis::Severity::Warning, shortArc.findings[0].severity);
     EXPECT_EQ(0.05, shortArc.findings[0].reference);
-    // Twice 29 per unit of noise, the noise as seven and thirteen points show it.
+    // The standard deviation of the centre is 29 times the noise. The figure is twice as much, and the noise is
+    // estimated from seven and thirteen points.
     EXPECT_NEAR(2.0 * 29.0 * 1e-3, shortArc.findings[0].figure, 0.015);
-    EXPECT_TRUE(diagnosed(30, 0.2).findings.empty()) << "not asked for more";
+    EXPECT_TRUE(diagnosed(30, 0.2).findings.empty()) << "0.2 mm are enough";
     EXPECT_NE(nullptr, FindingOf(diagnosed(90, 0.001), diagnosis::FindingKind::CentreUncertain))
-        << "asked for too much";
+        << "0.001 mm are asked for";
 }
 
 TEST(Diagnosis, DoesNotTrustAFewPointsThatAgreeByLuck) {
@@ -146,7 +147,8 @@ TEST(Diagnosis, ShowsWhatLeavingAPointOutChanges) {
         }
         EXPECT_NEAR(shift, all.points[left].influence->centreShift, 1e-7) << left;
         const double turn = UnderTest(fewerA, fewerB).rotation - UnderTest(aSet, bSet).rotation;
-        // The component takes the plane's normal, the circle's follows it but for the square of the noise.
+        // The component uses the normal of the fitted plane. It differs from that of the circle by the square of the
+        // noise.
         EXPECT_NEAR(turn, all.points[left].influence->rotationShift, 1e-6) << left;
     }
 }
@@ -184,8 +186,9 @@ TEST(Diagnosis, OfUnevenNoiseFindsNoContradiction) {
 
 /// A head that is not the ideal one, captured with noise.
 struct RealHead {
-    double lean, squareness, axisOffset,
-        indexError; ///< degrees, degrees, mm, standard deviation of the indexError in degrees
+    double lean, squareness; ///< degrees
+    double axisOffset;       ///< mm
+    double indexError;       ///< standard deviation of the angles at the index positions, degrees
 
     diagnosis::Diagnosis Captured(std::uint64_t seed) const {
         std::mt19937_64 generator(seed);
@@ -232,7 +235,7 @@ TEST(Diagnosis, OfAHeadThatIsNotQuiteTrueIsNoFault) {
         {{0.3, 0.2, 0.08, 0.0},
          {diagnosis::FindingKind::HeadLeans, diagnosis::FindingKind::AxesNotSquare, diagnosis::FindingKind::AxesApart},
          "all together"},
-        {{0.0, 0.0, 0.0, 0.01}, {}, "indexError that are a little off"}};
+        {{0.0, 0.0, 0.0, 0.01}, {}, "index positions that are a little off"}};
     for (const auto& each : cases) {
         for (std::uint64_t seed = 0; seed < 25; ++seed) {
             SCOPED_TRACE(each.why + (", seed " + std::to_string(seed)));
@@ -299,7 +302,7 @@ TEST(Diagnosis, IsDefinedForAnyNumbers) {
         const auto diagnosis = diagnosis::Diagnose(test);
         if (!diagnosis) continue;
         EXPECT_EQ(test.sets.points.size(), diagnosis->points.size());
-        EXPECT_FALSE(TextOf(*diagnosis).empty()) << "such a capture is doubted in some way";
+        EXPECT_FALSE(TextOf(*diagnosis).empty()) << "such a capture has at least one finding";
     }
 }
 

@@ -38,12 +38,12 @@ struct PaperCapture {
         }
     }
     template <typename Change> void All(Change&& change) { FromOn(0, change); }
-    /// The place in the order at which the second set begins; one within a set, with two measurements at least on
-    /// either side.
+    /// The number of the measurement with which the second set begins.
     std::size_t Between() { return First().size(); }
+    /// The number of a measurement within a set, with at least two measurements of the set on either side.
     std::size_t WithinASet();
 
-    /// Sets both sets anew, with the head as it is drawn.
+    /// Replaces both sets by measurements at these angles, with the head that was drawn.
     void SetPositions(double aSetHeldAt, const std::vector<double>& tilts, double bSetHeldAt,
                       const std::vector<double>& swivels);
     void Measure();
@@ -59,7 +59,7 @@ struct PaperCapture {
     std::vector<void (*)(PaperCapture&)> later; ///< what is left to be done to the readings
     std::string made;                           ///< the mistakes that were drawn, for messages
 
-    /// The head as it stands when the capture ends.
+    /// The pole sphere's centre and the mounting angle at the end of the capture.
     qmv40::model::Vector3 TrueCentre() const { return (aSetIsFirst ? bSet : aSet).back().sphere; }
     double TrueMounting() const { return (aSetIsFirst ? bSet : aSet).back().mounting; }
 };

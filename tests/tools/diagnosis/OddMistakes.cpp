@@ -206,7 +206,7 @@ void UnscrewsItself(PaperCapture& c) {
     const double step = c.Between(0.01, 0.2);
     c.All([&](Measurement& each) { each.tip.z -= (longer += step); });
 }
-/// What is left of something that comes to rest, measurement by measurement.
+/// Changes each measurement by the part of a movement that is still to come before it comes to rest.
 template <typename Change> void ComesToRest(PaperCapture& c, Change&& change) {
     const double rate = c.Between(0.6, 0.95);
     double left = 1.0;
@@ -262,7 +262,7 @@ void EverySecondLocked(PaperCapture& c) {
 void TwoLocked(PaperCapture& c) {
     for (int i = 0; i < 2; ++i) {
         Measurements& set = c.AnySet();
-        set[c.Below(set.size())].shift.z = 0.0;
+        set[c.Below(set.size())].shift.z = 0.0; // an assignment, because one point can be drawn twice
     }
 }
 /// A part's frame is in force: the readings are turned and shifted.

@@ -96,7 +96,7 @@ Expected PutAPointOff(DrawnCapture& capture) {
     const bool isOfASet = capture.OneOf({true, false});
     Items& set = isOfASet ? capture.aSet : capture.bSet;
     const std::size_t i = capture.Below(set.size());
-    // Out of either plane and off either circle: across all axes of the machine.
+    // A shift along all three machine axes: it has a part out of the circle's plane and a radial part in both sets.
     set[i].XPosition += 0.7;
     set[i].YPosition -= 0.4;
     set[i].ZPosition += 0.8;

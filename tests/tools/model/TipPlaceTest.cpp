@@ -72,8 +72,8 @@ TEST(AnglesAt, IsTheInverseOfPlaceOfAtEveryPosition) {
                     EXPECT_LE(found.offPlace, fitTolerance);
                     EXPECT_NEAR(angles.a, found.angles.a, fitTolerance);
                     const bool isHanging = isStraight && angles.a == 0.0;
-                    const bool isBehind = std::abs(angles.b) == 180.0;
-                    EXPECT_EQ(isHanging ? 25u : isBehind ? 2u : 1u, found.samePlace.size());
+                    const bool isHalfTurnOfB = std::abs(angles.b) == 180.0;
+                    EXPECT_EQ(isHanging ? 25u : isHalfTurnOfB ? 2u : 1u, found.samePlace.size());
                     EXPECT_EQ(!isHanging, found.isBKnown);
                     if (isHanging) continue;
                     EXPECT_NEAR(0.0, model::Wrapped(angles.b - found.angles.b), fitTolerance);

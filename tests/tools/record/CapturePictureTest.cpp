@@ -56,7 +56,7 @@ double LengthOf(const SvgElement& stick) {
     return std::hypot(ends[1].x - ends[0].x, ends[1].y - ends[0].y);
 }
 
-/// A stick for each way in which each point is off, and one for each scale bar with its two ends.
+/// Each point has a stick for each of its two residuals. Each of the two scale bars has three: the bar and its ends.
 constexpr std::size_t sticksOfAPoint = 2, sticksOfBars = 6;
 
 TEST(CapturePicture, HasAStickForEachPointInBothWays) {
@@ -78,7 +78,7 @@ TEST(CapturePicture, DrawsAMicrometreAsAMillimetreOfPaper) {
     constexpr double ofPaper = 0.002; // coordinates have three decimals
     EXPECT_NEAR(0.0, LengthOf(*sticks[0]), ofPaper) << "radial";
     EXPECT_NEAR(4.0, LengthOf(*sticks[1]), ofPaper) << "out of the plane";
-    EXPECT_LT(PointsOf(*sticks[1])[1].y, PointsOf(*sticks[1])[0].y) << "up is up";
+    EXPECT_LT(PointsOf(*sticks[1])[1].y, PointsOf(*sticks[1])[0].y) << "a point off towards +Z is drawn upwards";
     EXPECT_THAT(TextsOf(picture), Contains(HasSubstr("um; residuals 1000 times as long")));
 }
 

@@ -21,7 +21,7 @@ TEST(RecordPage, EscapesEveryTextThatAPersonMayHaveGiven) {
     EXPECT_THAT(page, Not(HasSubstr("<script")));
     std::size_t count = 0;
     for (std::size_t at = page.find(harmless); at != std::string::npos; at = page.find(harmless, at + 1)) ++count;
-    // The title twice: on the page and of its window
+    // Nine texts; the title stands twice, as the heading and as the title of the window.
     EXPECT_EQ(10u, count) << page;
 }
 

@@ -29,7 +29,7 @@ TEST(Numbers, FixedTextHasTheDecimalsAndNoNegativeZero) {
         {-0.00001, 4, "0.0000", "rounds to zero, which has no sign"},
         {-0.0, 4, "0.0000", "negative zero"},
         {-0.00006, 4, "-0.0001", "does not round to zero: the sign stays"},
-        {0.5, 0, "0", "to even, and no decimal mark"},
+        {0.5, 0, "0", "rounds to the even neighbour, and has no decimal mark"},
         {-10.0, 0, "-10", "a number with zeros among its digits"},
         {notANumber, 4, "nan", "not a number"},
     };

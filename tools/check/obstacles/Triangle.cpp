@@ -31,7 +31,7 @@ double SquaredDistanceOfLines(const Vector3& a, const Vector3& b, const Vector3&
     const double fb = Dot(first, between);
     const double sb = Dot(second, between);
     const double denominator = ff * ss - fs * fs;
-    // For parallel lines any place on the first one will do. A point has only one place.
+    // For parallel lines every place on the first one is equally good: its start is taken, also when it has no length.
     double s = denominator > 0.0 ? std::clamp((fs * sb - fb * ss) / denominator, 0.0, 1.0) : 0.0;
     double t = ss > 0.0 ? (fs * s + sb) / ss : 0.0;
     if (t < 0.0 || t > 1.0 || ss == 0.0) {
@@ -60,8 +60,8 @@ struct Face {
     double squaredNormal;
 };
 
-/// The squared distance of another triangle's corners from the inside of the face, when it is less than `smallest`; 0
-/// when an edge of the other triangle goes through the face.
+/// The smaller one of `smallest` and the squared distances of those corners of another triangle that lie straight above
+/// or below the face; 0 when an edge of the other triangle goes through the face.
 double SquaredDistanceToFace(const Face& face, const Triangle& other, double smallest) {
     if (face.squaredNormal == 0.0) return smallest; // a line or a point consists of its edges
     const std::array points{other.a, other.b, other.c};

@@ -11,7 +11,7 @@ namespace qmv40::diagnosis::fit {
 
 namespace {
 
-/// A fit takes a few steps, and hundreds when the points hardly form a circle.
+/// A fit usually takes a few steps. It takes hundreds when the points hardly form a circle.
 constexpr long iterationLimit = 10000;
 
 std::optional<CMaCircle> LeastSquaresCircle(std::span<const model::Vector3> points) {

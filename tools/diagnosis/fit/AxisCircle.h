@@ -33,7 +33,7 @@ struct AxisCircle {
     double sumOfSquares;     ///< of all radial and out-of-plane residuals
     Covariance covariance{}; ///< for noise of standard deviation 1 in every coordinate of a point
 
-    /// Observations (each point is off in two ways) less unknowns.
+    /// Observations (each point has two residuals) minus unknowns.
     int DegreesOfFreedom() const { return 2 * static_cast<int>(points.size()) - static_cast<int>(unknowns); }
     double Rms() const;
 };
@@ -49,7 +49,8 @@ struct CircleWithout {
 };
 CircleWithout WithoutPoint(const AxisCircle& circle, std::size_t index);
 
-/// Degrees: a whole turn less the widest gap between neighbouring polar angles. At least one angle, in any order.
+/// Degrees: a whole turn minus the widest gap between neighbouring polar angles. At least one angle is needed; the
+/// order does not matter.
 double ArcCovered(std::vector<double> polarAngles);
 
 } // namespace qmv40::diagnosis::fit

@@ -168,9 +168,9 @@ model::Vector3 HeadModel::Position(const CapturedPoint& point, std::size_t index
 
 void HeadModel::Derivatives(const CapturedPoint& point, std::size_t index, std::span<model::Vector3> out) const {
     const Pose pose(Angles(*this, point, index));
-    const TipInFrames onItsWay(pose, tip);
+    const TipInFrames tipInFrames(pose, tip);
     std::ranges::copy(unitVectors, out.begin());
-    out[3] = -pose.Leant(model::Cross(unitVectors[2], onItsWay.swivelled));
+    out[3] = -pose.Leant(model::Cross(unitVectors[2], tipInFrames.swivelled));
     for (std::size_t i = 0; i < 3; ++i) {
         out[4 + i] = -pose.Leant(pose.Swivelled(pose.Squared(pose.Tilted(unitVectors[i]))));
     }
@@ -179,7 +179,7 @@ void HeadModel::Derivatives(const CapturedPoint& point, std::size_t index, std::
         const std::span<model::Vector3> own = out.subspan(at, error.Unknowns());
         if (own.empty()) continue;
         if (error.Concerns(index)) {
-            ErrorDerivatives(error, index, pose, onItsWay, own);
+            ErrorDerivatives(error, index, pose, tipInFrames, own);
         } else {
             std::ranges::fill(own, model::Vector3{});
         }

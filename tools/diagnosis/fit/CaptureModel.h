@@ -9,10 +9,10 @@
 
 namespace qmv40::diagnosis::fit {
 
-/// Something that happens by and by, from none of it at the first captured point to all of it at the last one.
+/// A change that grows during the capture, from nothing at the first captured point to the whole at the last one.
 struct Drift {
-    /// The number of time constants that it goes through: fast at first and then slower. Negative: it becomes faster;
-    /// 0: it goes evenly.
+    /// The number of time constants during the capture. Positive: the change is fast at first and then slower;
+    /// negative: slow at first and then faster; 0: even.
     double settling = 0.0;
     std::size_t start = 0; ///< the point that was captured first; those before it were captured after the others
 };
@@ -32,11 +32,11 @@ struct ModelError {
 
     Kind kind = Kind::Place;
     std::size_t first = 0; ///< concerns the points from here
-    std::size_t last = 0;  ///< to before here
+    std::size_t last = 0;  ///< up to the one before this
     std::array<double, 3> values{};
     bool isFixed = false; ///< the values are known and not found by the fit
     bool isSwap = false;  ///< with the error before or after it: two points have each other's angle
-    std::optional<Drift> drift = std::nullopt; ///< the values come by and by
+    std::optional<Drift> drift = std::nullopt; ///< how the values grow during the capture
 
     std::size_t Unknowns() const;
     double ShareAt(std::size_t point) const; ///< of the values: less than 1 while it drifts

@@ -15,13 +15,13 @@ struct CapturedPoint {
     double a = 0.0;
     double b = 0.0;
     model::Vector3 position;
-    double weight = 1.0; ///< how much its squares count: noise of another size in the other set makes it other than 1
+    double weight = 1.0; ///< factor of its squared residuals; not 1 in one set when the two sets have different noise
 };
 
 /// Both sets of a capture. The points of both are numbered together, those of the A set first.
 struct CapturedSets {
     std::vector<CapturedPoint> points;
-    std::size_t aCount = 0; ///< as many of them are the A set
+    std::size_t aCount = 0; ///< the number of points of the A set
 
     bool IsOfASet(std::size_t index) const { return index < aCount; }
 };
@@ -39,7 +39,7 @@ inline model::Vector3 MeanPosition(std::span<const CapturedPoint> points) {
     return (1.0 / static_cast<double>(points.size())) * sum;
 }
 
-/// The numbers of the points from `first` to before `last`.
+/// The numbers of the points from `first` to the one before `last`.
 inline std::vector<std::size_t> PointRange(std::size_t first, std::size_t last) {
     std::vector<std::size_t> points(last - first);
     std::iota(points.begin(), points.end(), first);

@@ -16,9 +16,9 @@ struct HeadAxes {
     Estimate headCentre[3];           ///< the point of the B axis nearest to the A axis; not finite for parallel axes
     Estimate axisOffset;              ///< by how much the A axis passes the B axis; its sign is arbitrary
     Estimate squareness;              ///< what the angle between the axes lacks to 90; its sign is arbitrary
-    Estimate offVerticalTowardsX;     ///< of the B axis, off the vertical
+    Estimate offVerticalTowardsX;     ///< the angle by which the B axis leans from the vertical
     Estimate offVerticalTowardsY;     //
-    double rotationStandardDeviation; ///< standard deviation of the plane's azimuth, and so of the head's rotation
+    double rotationStandardDeviation; ///< of the A axis' azimuth, and so of the head's rotation
     double angleBetween;              ///< 0 to 90
     double offVertical;               ///< of the B axis, 0 to 90
 
@@ -26,7 +26,7 @@ struct HeadAxes {
     double CentreStandardDeviation() const;
 };
 
-/// The standard deviation of one coordinate of a point, by the circles.
+/// The standard deviation of one coordinate of a point, estimated from the residuals of each circle.
 struct PointNoise {
     double aSet = 0.0;
     double bSet = 0.0;

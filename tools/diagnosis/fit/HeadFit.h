@@ -7,9 +7,9 @@ namespace qmv40::diagnosis::fit {
 /// The least-squares fit of a head model to both sets.
 struct HeadFit {
     HeadModel model;
-    std::vector<model::Vector3> residuals; ///< measured less modelled, one for each point
-    double sumOfSquares = 0.0;             ///< by the weights of the points
-    int degreesOfFreedom = 0;              ///< three observations a point less the unknowns
+    std::vector<model::Vector3> residuals; ///< measured minus modelled, one for each point
+    double sumOfSquares = 0.0;             ///< with the weights of the points
+    int degreesOfFreedom = 0;              ///< three observations for each point, minus the unknowns
     double mountingVariance = 0.0;         ///< radians squared, for noise of standard deviation 1 in every coordinate
     model::Vector3 poleVariance;           ///< the same, of the pole in X, Y and Z
     double tipVariance = 0.0;              ///< the same, of the tip in all directions together
@@ -18,7 +18,8 @@ struct HeadFit {
     double Rms() const;
     /// The variance of the noise of a coordinate of a point of weight 1, by the residuals.
     double NoiseVariance() const { return sumOfSquares / degreesOfFreedom; }
-    /// The standard deviation that the noise, by the residuals, gives an unknown of this variance.
+    /// The standard deviation of an unknown, with the noise that the residuals show. `variance`: that of the unknown
+    /// for noise of standard deviation 1.
     double StandardDeviation(double variance) const;
     double MountingDegrees() const;
     double MountingStandardDeviation() const; ///< degrees, by the residuals

@@ -38,7 +38,7 @@ public:
 
 private:
     bool Factorise() {
-        // The remaining diagonal element of an unknown that is a linear combination of the ones before it.
+        // When an unknown is a linear combination of the ones before it, only rounding is left of its diagonal element.
         constexpr double rounding = 1e-14;
         for (std::size_t i = 0; i < size; ++i) {
             for (std::size_t j = 0; j <= i; ++j) {

@@ -8,10 +8,10 @@ namespace qmv40::diagnosis::fit {
 
 namespace {
 
-constexpr double margin = 10.0;
+constexpr double margin = 10.0; // mm
 
-double InQuadrant(double sharpAngle, bool xInside, bool yInside) {
-    const double angle = yInside ? 180.0 - sharpAngle : sharpAngle; // quadrants 1 and 4
+double InQuadrant(double acuteAngle, bool xInside, bool yInside) {
+    const double angle = yInside ? 180.0 - acuteAngle : acuteAngle; // quadrants 1 and 4
     return xInside ? angle : -angle;                                // quadrants 3 and 4
 }
 
@@ -28,8 +28,8 @@ double RotationByQuadrant(const HeadModel& head, std::span<const double> tilts, 
         if (arm.y > margin) yInside = false;
     }
     const double normalAlongY = std::sin(ideal.mounting + model::ToRadians(swivel));
-    const double sharpAngle = model::ToDegrees(std::asin(std::min(1.0, std::abs(normalAlongY))));
-    return InQuadrant(sharpAngle, xInside, yInside) - swivel;
+    const double acuteAngle = model::ToDegrees(std::asin(std::min(1.0, std::abs(normalAlongY))));
+    return InQuadrant(acuteAngle, xInside, yInside) - swivel;
 }
 
 bool QuadrantIsRight(const HeadModel& head, std::span<const double> tilts, double swivel) {
@@ -40,9 +40,9 @@ bool QuadrantIsRight(const HeadModel& head, std::span<const double> tilts, doubl
 
 std::optional<double> SwivelWithSafeQuadrant(const HeadModel& head, std::span<const double> tilts) {
     const auto isSafe = [&](double swivel) {
-        return std::ranges::all_of(std::array{-5.0, -2.5, 0.0, 2.5, 5.0}, [&](double otherwise) {
+        return std::ranges::all_of(std::array{-5.0, -2.5, 0.0, 2.5, 5.0}, [&](double difference) {
             HeadModel turned = head;
-            turned.mounting += model::ToRadians(otherwise);
+            turned.mounting += model::ToRadians(difference);
             return QuadrantIsRight(turned, tilts, swivel);
         });
     };

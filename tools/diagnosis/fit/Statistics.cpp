@@ -45,11 +45,11 @@ double IncompleteBeta(double a, double b, double x, double rest) {
     return std::exp(logFactor) * ContinuedFraction(a, b, x) / a;
 }
 
-/// With so many degrees of freedom Student's distribution is the normal one to six digits, far beyond any tail that is
-/// asked for.
+/// With so many degrees of freedom the quantiles of Student's distribution are the normal ones to six digits, also in
+/// tails much smaller than those that are asked for.
 constexpr double almostNormal = 1e7;
 
-/// So far off, and farther to either side, chance is with this probability.
+/// The number of standard deviations which chance reaches or exceeds, to either side, with this probability.
 double StudentQuantile(double degreesOfFreedom, double probability) {
     double inside = 0.0, outside = 1.0;
     while (StudentTwoSided(outside, degreesOfFreedom) > probability) outside *= 2.0;

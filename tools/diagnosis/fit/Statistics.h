@@ -12,9 +12,9 @@ double FTestUpperTail(double ratio, double degreesOfNumerator, double degreesOfD
 /// the standard deviation was estimated with the given degrees of freedom (both tails of Student's t distribution).
 double StudentTwoSided(double standardDeviations, double degreesOfFreedom);
 
-/// By how much a standard deviation that was estimated with the given degrees of freedom is to be widened so that it
-/// can be read like a known one: at `probability`, outside on both sides, Student's quantile over the normal one. More
-/// than 1, and infinite without any degree of freedom.
+/// The factor by which a standard deviation that was estimated with the given degrees of freedom is widened so that it
+/// can be read like a known one: Student's quantile divided by the normal quantile, both with `probability` in the two
+/// tails together. More than 1, and infinite without any degree of freedom.
 double StudentWidening(double degreesOfFreedom, double probability);
 
 } // namespace qmv40::diagnosis::fit

@@ -27,7 +27,7 @@ std::vector<model::Vector3> Arc(double degrees) {
     return points;
 }
 
-/// Standard deviation of the centre in a direction of the circle's plane, by noise of 1.
+/// Standard deviation of the centre in a direction of the circle's plane, for noise of standard deviation 1.
 double CentreStandardDeviation(const diagnosis::fit::AxisCircle& circle, const model::Vector3& direction) {
     const double parts[] = {model::Dot(direction, circle.along), model::Dot(direction, circle.across)};
     double variance = 0.0;
@@ -53,7 +53,8 @@ TEST(AxisCircle, KnowsItsCentreAsWellAsTheTableOfArcsSays) {
 }
 
 TEST(AxisCircle, KnowsThePlaneOfAWholeTurnAsWellAsTheFormulaSays) {
-    // Out of plane, n points evenly round: height 1/n, each tilt 2/(n r^2).
+    // The variances for n points evenly over a whole turn: centre along the normal 1/n, each tilt of the normal
+    // 2/(n r^2), radius 1/n.
     const auto circle = *diagnosis::fit::FitAxisCircle(Arc(360));
     constexpr double rounding = 1e-9;
     EXPECT_NEAR(1.0 / 7.0, circle.covariance[2][2], rounding);
@@ -63,7 +64,7 @@ TEST(AxisCircle, KnowsThePlaneOfAWholeTurnAsWellAsTheFormulaSays) {
 }
 
 TEST(AxisCircle, GivesEachPointItsResidualsWithTheirSigns) {
-    // By turns, all round: that leaves the circle where it is.
+    // The points lie alternately outside and inside, all round, so that the fitted circle is the one without errors.
     std::vector<model::Vector3> points;
     for (int i = 0; i < 8; ++i) points.push_back(PointAt(45.0 * i, i % 2 == 0 ? 0.01 : -0.01));
     const auto circle = diagnosis::fit::FitAxisCircle(points);

@@ -59,7 +59,7 @@ TEST(HeadModel, DistinguishesTheErrorsOfAHead) {
     const diagnosis::fit::HeadModel plain = ModelOf(head);
     const diagnosis::fit::CapturedPoint point{30.0, -45.0, {}};
     expectSame(plain.Position({45.0, -45.0, {}}, 0), model(Kind::TiltAngle, {model::ToRadians(15)}).Position(point, 1),
-               "A");
+               "A of a point in the run");
     expectSame(plain.Position({30.0, -30.0, {}}, 0),
                model(Kind::SwivelAngle, {model::ToRadians(15)}).Position(point, 2), "B");
     expectSame(plain.Position(point, 0), model(Kind::TiltAngle, {model::ToRadians(15)}).Position(point, 0),
@@ -72,7 +72,7 @@ TEST(HeadModel, DistinguishesTheErrorsOfAHead) {
 
 TEST(HeadModel, DriftsFromNothingAtTheFirstPointToAllAtTheLast) {
     const double third = 1.0 / 3.0;
-    const double settled = std::log(4.0); // three quarters of what is left are gone at the end
+    const double perStep = std::log(4.0); // time constants in one step: a quarter of the rest of the drift remains
     const struct {
         diagnosis::fit::Drift drift;
         double shares[4];
@@ -80,8 +80,8 @@ TEST(HeadModel, DriftsFromNothingAtTheFirstPointToAllAtTheLast) {
     } cases[] = {
         {{0.0, 0}, {0.0, third, 2.0 * third, 1.0}, "evenly"},
         {{0.0, 2}, {2.0 * third, 1.0, 0.0, third}, "the last two points were captured first"},
-        {{3.0 * settled, 0}, {0.0, 48.0 / 63.0, 60.0 / 63.0, 1.0}, "each step is a quarter of the one before"},
-        {{-3.0 * settled, 0}, {0.0, 3.0 / 63.0, 15.0 / 63.0, 1.0}, "each step is four times the one before"},
+        {{3.0 * perStep, 0}, {0.0, 48.0 / 63.0, 60.0 / 63.0, 1.0}, "each step is a quarter of the one before"},
+        {{-3.0 * perStep, 0}, {0.0, 3.0 / 63.0, 15.0 / 63.0, 1.0}, "each step is four times the one before"},
     };
     const diagnosis::fit::HeadModel plain = ModelOf(SomeHead());
     const diagnosis::fit::CapturedPoint point{30.0, -45.0, {}};
@@ -120,7 +120,8 @@ TEST(HeadModel, DerivativesAreThoseOfItsPositions) {
     const diagnosis::fit::CapturedPoint point{40.0, 70.0, {}};
     std::vector<model::Vector3> derivatives(unknowns);
     model.Derivatives(point, 2, derivatives);
-    // Central differences: the third derivative, some hundreds, times a sixth of the step squared.
+    // The error of a central difference is a sixth of the squared step times the third derivative, which is some
+    // hundreds.
     constexpr double step = 1e-4;
     constexpr double tolerance = 1e-6;
     for (std::size_t i = 0; i < unknowns; ++i) {
@@ -132,7 +133,7 @@ TEST(HeadModel, DerivativesAreThoseOfItsPositions) {
         const model::Vector3 slope = (1.0 / (2.0 * step)) * (after - before);
         EXPECT_NEAR(0.0, Length(slope - derivatives[i]), tolerance) << "unknown " << i;
     }
-    EXPECT_EQ(0.0, Length(derivatives.back())) << "does not concern the point";
+    EXPECT_EQ(0.0, Length(derivatives.back())) << "the last error does not concern this point";
 }
 
 } // namespace

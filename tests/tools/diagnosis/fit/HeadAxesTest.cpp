@@ -67,17 +67,17 @@ TEST(HeadAxes, ShowByHowMuchTheyAreOutOfSquareAndLean) {
     EXPECT_NEAR(0.3, leaning.offVertical, rounding);
 }
 
-TEST(HeadAxes, ThatAreParallelHaveNoCentre) {
+TEST(HeadAxes, ThatAreParallelEncloseNoAngle) {
     const diagnosis::fit::HeadAxes axes = Compared(
         About(meeting, {0, 0, 1}, 180, 0, 90, 7), About(meeting + model::Vector3{5, 0, 9}, {0, 0, 1}, 170, 0, 330, 12));
     EXPECT_NEAR(0.0, axes.angleBetween, 1e-6);
 }
 
-/// Scatter about what is expected.
+/// The root mean square of deviations from the expected value.
 class Scatter {
 public:
-    void Take(double standardDeviation) {
-        sum += standardDeviation * standardDeviation;
+    void Take(double deviation) {
+        sum += deviation * deviation;
         ++count;
     }
     double Deviation() const { return std::sqrt(sum / count); }
@@ -97,7 +97,7 @@ TEST(HeadAxes, ScatterAsPredictedWhenACaptureIsRepeated) {
                  {90, 135, {1e-3, 1e-3}, "a short swivel arc"},
                  {90, 330, {5e-3, 1e-3}, "an A set that scatters more"}};
     constexpr int repetitions = 1500;
-    // The scatter of 1500 is itself known to 2 %: four times that.
+    // The standard deviation of 1500 repetitions is itself uncertain by 2 %. The tolerance is four times that.
     constexpr double share = 0.08;
     for (const auto& each : cases) {
         SCOPED_TRACE(each.why);

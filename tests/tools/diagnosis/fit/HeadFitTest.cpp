@@ -10,7 +10,7 @@ using namespace qmv40;
 
 namespace {
 
-/// Of exact points some hundreds from the origin.
+/// Rounding in the fit to points without noise, some hundreds of millimetres from the origin.
 constexpr double lengthRounding = 1e-9;
 constexpr double angleRounding = 1e-10;
 
@@ -46,7 +46,7 @@ TEST(HeadFit, FindsTheErrorsOfAHead) {
     for (std::size_t i = 0; i < sets.points.size(); ++i) sets.points[i].position = truth.Position(sets.points[i], i);
     diagnosis::fit::HeadModel start = diagnosis::fit::FitHead(sets.points).model;
     start.errors = truth.errors;
-    for (diagnosis::fit::ModelError& departure : start.errors) departure.values = {};
+    for (diagnosis::fit::ModelError& error : start.errors) error.values = {};
     const diagnosis::fit::HeadFit fit = diagnosis::fit::FitHead(sets.points, start);
     EXPECT_LT(fit.Rms(), lengthRounding);
     EXPECT_NEAR(0.07, fit.model.errors[2].values[0], lengthRounding);
@@ -62,16 +62,16 @@ TEST(HeadFit, KnowsItsMountingAngleAsWellAsRepetitionsShow) {
         const auto seed = static_cast<std::uint64_t>(2 * i);
         const diagnosis::fit::HeadFit fit = diagnosis::fit::FitHead(
             SetsOf(WithNoise(head.ASet(45), noise, seed), WithNoise(head.BSet(75), noise, seed + 1)).points);
-        const double standardDeviation = model::Wrapped(fit.MountingDegrees() - head.mountingAngle);
-        scatter += standardDeviation * standardDeviation / repetitions;
+        const double deviation = model::Wrapped(fit.MountingDegrees() - head.mountingAngle);
+        scatter += deviation * deviation / repetitions;
         predicted += fit.MountingStandardDeviation() * fit.MountingStandardDeviation() / repetitions;
     }
-    // A thousand repetitions give the scatter to 2.2 %: four times that.
+    // The standard deviation of 1000 repetitions is itself uncertain by 2.2 %. The tolerance is four times that.
     EXPECT_NEAR(1.0, std::sqrt(predicted / scatter), 0.09);
 }
 
 TEST(BestHead, IsAsGoodAsTheFitToTheSamePoints) {
-    // Points that no head explains: the sum of squares is large, and the search has hills to choose from.
+    // Points that no head explains: the sum of squares is large, and has several minima over the mounting angle.
     std::mt19937_64 generator(7);
     std::uniform_real_distribution<double> anywhere(-100.0, 100.0);
     for (int round = 0; round < 50; ++round) {

@@ -18,7 +18,8 @@ diagnosis::fit::NormalEquations Line(double unitOfSlope) {
 }
 
 TEST(NormalEquations, GiveTheRegressionLineWorkedByHand) {
-    // Mean x 1.5, mean y 3; sum of squares of x 5, of products 7: slope 1.4, at the origin 0.9.
+    // The means are x = 1.5 and y = 3. About them, the sum of the squares of x is 5, the sum of the products x y is 7:
+    // the slope is 7/5, the height at x = 0 is 3 - 1.4 * 1.5.
     const auto solution = Line(1.0).Solve();
     ASSERT_TRUE(solution.has_value());
     EXPECT_NEAR(0.9, (*solution)[0], rounding);
@@ -26,7 +27,7 @@ TEST(NormalEquations, GiveTheRegressionLineWorkedByHand) {
 }
 
 TEST(NormalEquations, GiveTheCovariancesOfTheRegressionLine) {
-    // Variance of the slope 1/5; of the height at the origin 1/4 + 1.5^2/5; between them -1.5/5.
+    // Variance of the slope 1/5; of the height at x = 0 1/4 + 1.5^2/5; their covariance -1.5/5.
     const auto covariance = Line(1.0).Covariance();
     ASSERT_TRUE(covariance.has_value());
     const double expected[] = {0.7, -0.3, -0.3, 0.2};
@@ -44,7 +45,7 @@ TEST(NormalEquations, AreNotSolvedWhenAnUnknownIsUndetermined) {
     for (int i = 0; i < 5; ++i) mixed.Add(std::array{1.0, 2.0}, i);
     EXPECT_FALSE(mixed.Solve().has_value());
     EXPECT_FALSE(mixed.Covariance().has_value());
-    EXPECT_TRUE(mixed.Solve(1e-6).has_value()) << "damping settles it";
+    EXPECT_TRUE(mixed.Solve(1e-6).has_value()) << "with damping there is a step";
 
     diagnosis::fit::NormalEquations unseen(2);
     unseen.Add(std::array{1.0, 0.0}, 1.0);

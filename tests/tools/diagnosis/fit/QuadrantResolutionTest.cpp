@@ -20,7 +20,7 @@ const std::vector<double> allTilts{0, 15, 30, 45, 60, 75, 90};
 const model::Vector3 straight{0.0, 0.0, -180.0};
 
 TEST(RotationByQuadrant, IsWhatTheComponentFinds) {
-    // Not at mounting angles where a point is just 10 units beyond the centre: there rounding decides.
+    // These mounting angles avoid points exactly 10 mm beyond the head centre: there rounding would decide.
     for (const model::Vector3& tip :
          {straight, model::Vector3{-30.0, 60.0, -140.0}, model::Vector3{25.0, 0.0, -90.0}, model::Vector3{1, 2, -50}}) {
         for (const double mounting : {-170.0, -93.0, -47.0, -20.0, -3.0, -0.5, 0.7, 4.0, 33.0, 88.0, 91.0, 140.0}) {
@@ -37,7 +37,8 @@ TEST(RotationByQuadrant, IsWhatTheComponentFinds) {
 }
 
 TEST(RotationByQuadrant, TakesTheWrongSideNearTheEdgeOfAQuadrant) {
-    // asin(10 / 180) is 3.18 degrees: less than that on the negative side is not seen.
+    // asin(10 / 180) is 3.18 degrees. At a mounting angle between -3.18 and 0 no point is more than 10 mm beyond the
+    // head centre in X: the rotation is then taken to be positive.
     EXPECT_NEAR(3.0, diagnosis::fit::RotationByQuadrant(ModelOf(-3.0, straight), allTilts, 0.0), 1e-9);
     EXPECT_FALSE(diagnosis::fit::QuadrantIsRight(ModelOf(-3.0, straight), allTilts, 0.0));
     EXPECT_TRUE(diagnosis::fit::QuadrantIsRight(ModelOf(-3.3, straight), allTilts, 0.0));

@@ -25,15 +25,15 @@ TEST(FTestUpperTail, IsThatOfThePrintedTables) {
 
 TEST(StudentTwoSided, IsThatOfThePrintedTables) {
     const struct {
-        double standardDeviation, freedom, chance;
+        double standardDeviations, freedom, chance;
     } cases[] = {{12.7062, 1, 0.05}, {4.30265, 2, 0.05}, {2.22814, 10, 0.05}, {4.03214, 5, 0.01}, {2.66028, 60, 0.01}};
     constexpr double ofTables = 1e-4;
     for (const auto& each : cases) {
-        EXPECT_NEAR(each.chance, diagnosis::fit::StudentTwoSided(each.standardDeviation, each.freedom),
+        EXPECT_NEAR(each.chance, diagnosis::fit::StudentTwoSided(each.standardDeviations, each.freedom),
                     ofTables * each.chance)
-            << each.standardDeviation << " with " << each.freedom;
-        EXPECT_EQ(diagnosis::fit::StudentTwoSided(each.standardDeviation, each.freedom),
-                  diagnosis::fit::StudentTwoSided(-each.standardDeviation, each.freedom));
+            << each.standardDeviations << " with " << each.freedom;
+        EXPECT_EQ(diagnosis::fit::StudentTwoSided(each.standardDeviations, each.freedom),
+                  diagnosis::fit::StudentTwoSided(-each.standardDeviations, each.freedom));
     }
 }
 

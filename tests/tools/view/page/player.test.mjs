@@ -159,16 +159,16 @@ describe("The player, with a clock that the test moves", () => {
     after(() => shown?.close());
 
     const runClock = (milliseconds) => opened.runClock(milliseconds);
-    const wayIn = async () => Number(await opened.page.locator("#time").inputValue());
+    const timeShown = async () => Number(await opened.page.locator("#time").inputValue());
 
     it("does not move while it pauses", async () => {
         await opened.press("Home", "Space");
         await runClock(100);
         await opened.press("Space");
-        const held = await wayIn();
+        const held = await timeShown();
         assert.ok(held > 0, "it had moved before");
         await runClock(300);
-        assert.equal(await wayIn(), held);
+        assert.equal(await timeShown(), held);
     });
 
     it("plays to the end and stops there", async () => {
@@ -194,18 +194,18 @@ describe("The player, with a clock that the test moves", () => {
     it("goes fifteen times as far in the same time when it is very fast", async () => {
         // Whole frames of 16 ms: a part of a frame would count in one of the two runs and not in the other.
         const frames = 20;
-        const wayAt = async (speed) => {
+        const timeReachedAt = async (speed) => {
             await opened.press("Home");
             await opened.page.selectOption("#speed", { label: speed });
             await opened.click("#play");
             await runClock(frames * 16);
             await opened.click("#play");
             await runClock(16); // the last frame is drawn
-            return wayIn();
+            return timeShown();
         };
-        const slow = await wayAt("slow");
+        const slow = await timeReachedAt("slow");
         assert.ok(slow > 0);
-        const ratio = await wayAt("very fast") / slow;
+        const ratio = await timeReachedAt("very fast") / slow;
         assert.ok(Math.abs(ratio - 15) < 0.01 * 15, `${ratio} times as far`);
     });
 });

@@ -11,7 +11,7 @@ const dot = (one, other) => one.reduce((sum, value, i) => sum + value * other[i]
 const cross = ([a, b, c], [x, y, z]) => [b * z - c * y, c * x - a * z, a * y - b * x];
 const distance = (one, other) => Math.hypot(...plus(other, one, -1));
 
-/** `vector`, right-handed about a unit axis. */
+/** `vector` after a right-handed turn about a unit axis. */
 function turned(vector, axis, degrees) {
     const [c, s] = [Math.cos(degrees * degree), Math.sin(degrees * degree)];
     const along = dot(axis, vector) * (1 - c);
