@@ -90,11 +90,8 @@ bool Run(long calls, std::uint64_t seed) {
     const auto start = std::chrono::steady_clock::now();
     const bool isFlat = SoakOneObject(workshop, calls / 2) && SoakManyObjects(workshop, calls - calls / 2);
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-    std::printf("%ld calls in %.1f s, all results equal to those of a new calculator: %s
-                ", workshop.calls, time.count(),
-                    isFlat
-                    ? "memory and files flat"
-                    : "NOT flat");
+    std::printf("%ld calls in %.1f s, all results equal to those of a new calculator: %s\n", workshop.calls,
+                time.count(), isFlat ? "memory and files flat" : "NOT flat");
     return isFlat;
 }
 
