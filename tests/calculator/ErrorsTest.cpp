@@ -19,6 +19,7 @@ constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 using Failure = ExpectedFailure;
 
+/// The help file of the component's own errors, and that of failure codes that it passes on.
 constexpr const wchar_t* fixedError = L"";
 constexpr const wchar_t* passedOn = L"Unspecified";
 

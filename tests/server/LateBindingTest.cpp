@@ -31,10 +31,10 @@ template <class Record> bool SameBytes(const Record& left, const Record& right) 
 class RecordArray {
 public:
     RecordArray(IDispatch& object, const std::vector<HeadAlignmentDataItem>& points) {
-        const auto face = Received<ITypeInfo>([&](ITypeInfo** out) { return object.GetTypeInfo(0, 0, out); });
+        const auto interfaceInfo = Received<ITypeInfo>([&](ITypeInfo** out) { return object.GetTypeInfo(0, 0, out); });
         UINT index = 0;
         const auto library =
-            Received<ITypeLib>([&](ITypeLib** out) { return face->GetContainingTypeLib(out, &index); });
+            Received<ITypeLib>([&](ITypeLib** out) { return interfaceInfo->GetContainingTypeLib(out, &index); });
         const auto type = Received<ITypeInfo>(
             [&](ITypeInfo** out) { return library->GetTypeInfoOfGuid(GUID_HeadAlignmentDataItem, out); });
         const auto record =

@@ -60,7 +60,7 @@ TEST(ModuleFile, HasTheArchitectureOfThisProgram) {
               sizeof(void*) == 8 ? IMAGE_FILE_MACHINE_AMD64 : IMAGE_FILE_MACHINE_I386);
 }
 
-TEST(ModuleFile, CanBeLoadedAnywhereAndRunsNoData) {
+TEST(ModuleFile, CanBeLoadedAnywhereAndDoesNotExecuteData) {
     constexpr WORD everywhere = IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE | IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
     constexpr WORD expected = sizeof(void*) == 8 ? everywhere | IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA : everywhere;
     EXPECT_EQ(Image(LoadedServer().Module()).Characteristics() & expected, expected);

@@ -7,7 +7,8 @@
 
 namespace {
 
-/// The folder with the locales that the build has made, for machines that do not have them.
+/// Sets the locale of the process. On Linux it is taken from the folder of locales that the build has made, because the
+/// machine may not have it. Null if there is no such locale.
 const char* Choose(const std::string& name) {
 #ifdef QMV40_TEST_LOCALES
     const char* const folder = std::getenv("LOCPATH");

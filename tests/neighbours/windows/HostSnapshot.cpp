@@ -4,6 +4,7 @@
 #include <windows.h>
 
 void HostSnapshot::AddPlatform() {
+    // The variables follow each other, each with its terminator. A line is longer than its variable by "env ".
     char* const variables = GetEnvironmentStringsA();
     for (const char* variable = variables; *variable != '\0'; variable += lines.back().size() - 3)
         lines.push_back(std::string("env ") + variable);
