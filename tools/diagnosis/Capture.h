@@ -15,7 +15,7 @@ struct CaptureFile {
     std::string name;
     std::vector<HeadAlignmentDataItem> items;
     std::vector<std::size_t> lines;       ///< of each item, counted from 1
-    std::optional<text::LengthUnit> unit; ///< that the header gives the coordinates, which are not converted
+    std::optional<text::LengthUnit> unit; ///< named in the header; the coordinates are not converted
 };
 
 /// The captured points of one axis: a CSV file with the columns APosition, BPosition, XPosition, YPosition, ZPosition,
@@ -23,7 +23,7 @@ struct CaptureFile {
 /// See Csv.h for what is accepted and what is refused.
 CaptureFile ReadCaptureFile(const std::string& fileName);
 
-/// Throws InputError for a capture whose header gives another unit than the one that it is taken to be in.
+/// Throws InputError for a capture whose header names another unit than `unit`.
 void RequireUnit(const CaptureFile& file, text::LengthUnit unit);
 
 /// The points without their lines.

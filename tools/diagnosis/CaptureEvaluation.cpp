@@ -34,7 +34,7 @@ private:
     }
     bool HasFault() const { return std::ranges::find(findings, Severity::Fault, &Finding::severity) != findings.end(); }
 
-    /// From findings that make all others meaningless to those about quality.
+    /// Judges first what makes all other findings meaningless, and last the quality of a capture without mistakes.
     void JudgeWhole() {
         if (diagnosis.rewriting.kind != Rewriting::Kind::None) {
             findings.push_back(JudgeRewriting(diagnosis.rewriting, diagnosis.head.model));
@@ -113,7 +113,7 @@ private:
         return order;
     }
 
-    /// The points are farther from the places that the angles give them than from their circles.
+    /// Finds points that are farther from the places that the angles give them than from their circles.
     void JudgeExactness() {
         const SetWeights& weights = diagnosis.noise.weights;
         const double onCircles =
@@ -271,16 +271,18 @@ private:
         }
     }
 
-    /// Twice the standard deviation of the head centre, its noise never below what a machine has.
+    /// Twice the standard deviation of the head centre.
     double CentreWithin(const fit::PointNoise& noise) const {
         return 2.0 * fit::CompareAxes(diagnosis.aCircle, diagnosis.bCircle, noise).CentreStandardDeviation();
     }
+    /// The noise, but at least that of the best machine.
     static fit::PointNoise NoMachineIsBetter(const fit::PointNoise& noise) {
         const double least = thresholds::pointNoiseAtLeast;
         return {std::max(noise.aSet, least), std::max(noise.bSet, least)};
     }
 
-    /// A warning is due for what the points show, a fault for what few points leave possible.
+    /// A warning follows from the noise that the points show. A fault follows from the widened noise, the largest that
+    /// few points leave possible.
     void JudgePrecision() {
         const double ofCircles = std::sqrt(VarianceOnCircles());
         const fit::PointNoise shown = NoMachineIsBetter(

@@ -28,7 +28,7 @@ enum class FindingKind {
     AxesExchanged,    ///< two coordinates are exchanged; detail: 10 times the one plus the other
     ArmHorizontal,    ///< the head hangs from a horizontal arm, or all three coordinates are exchanged
     AnglesSwapped,    ///< two points of a set have each other's turning angle
-    AngleMistyped,    ///< the turning angle of the points is wrong; figure: the true angle less the written one,
+    AngleMistyped,    ///< the turning angle of the points is wrong; figure: the true angle minus the written one,
                       ///< reference: how far that moves the points
     OtherAxisMoved,   ///< the held angle of the points is wrong; figures as above
     SetAngleWrong,    ///< the held angle of a set contradicts the other set; figures as above
@@ -44,7 +44,7 @@ enum class FindingKind {
     PointOff,            ///< the point is off its place; figure: how far
     PointSuspicious,     ///< the same, but less than a mistake would cause
     PointsContradict,    ///< points are off their places, and no known mistake explains it; figure: RMS
-    AnglesInexact,       ///< points are slightly farther off than by noise; figure: RMS of the excess
+    AnglesInexact,       ///< points are slightly farther off than noise explains; figure: RMS of the excess
     NumbersTooLarge,     ///< the numbers are too large to be judged
     AxesParallel,        ///< figure: angle between the axes
     AxesNotSquare,       ///< figure: squareness, reference: its standard deviation

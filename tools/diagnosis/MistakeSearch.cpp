@@ -32,10 +32,11 @@ double PValue(double sumBefore, double sumAfter, std::size_t unknowns, double de
     return fit::FTestUpperTail(gain / noise, freedoms, degreesOfFreedom) * candidates;
 }
 
-/// What an explanation leaves unexplained, with a penalty for its unknowns and for the number of places at which it
-/// could have been. The smallest score is the best.
+/// Minus twice the logarithm of the likelihood of the remaining residuals, with a penalty for the unknowns and for the
+/// number of places at which the mistake could have been. The smallest score is the best.
 double Score(double sumOfSquares, std::size_t unknowns, double alternatives, std::size_t points) {
-    // A few points may fit by chance better than any machine measures.
+    // A few points may fit better by chance than any machine measures. Therefore some observations with the noise of a
+    // usual machine are added.
     constexpr double usualNoise = 0.003, usualObservations = 20.0;
     const double observations = 3.0 * static_cast<double>(points) + usualObservations;
     const double sum = sumOfSquares + usualObservations * usualNoise * usualNoise;
@@ -65,7 +66,7 @@ public:
     /// The current fit with the candidate that explains most; empty when chance could explain as much.
     std::optional<fit::HeadFit> Best() {
         FitPromising();
-        // The noise of machine and head is smaller, unless there is a reason.
+        // The noise of machine and head alone is smaller than this.
         constexpr double usualNoise = 0.01;
         if (std::isfinite(best.score) || std::sqrt(current.NoiseVariance()) > usualNoise) FitChanges();
         if (!std::isfinite(best.score)) return std::nullopt;
@@ -180,7 +181,8 @@ private:
     }
 
     /// From a point on, the head was tilted or had another stylus. Each of these needs a fit, so that they are tried
-    /// only when something is surely wrong. Of many points about every third is tried, then its neighbours.
+    /// only when something is surely wrong. Of many changes at most 60 are tried, evenly spread, and then the
+    /// neighbours of the best one.
     void FitChanges() {
         const std::vector<Interval> changes = ChangesBetweenPoints(sets);
         const std::size_t stride = 1 + changes.size() / 60;

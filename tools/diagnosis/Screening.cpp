@@ -290,7 +290,7 @@ private:
     model::Vector3 unlocking;
     std::vector<fit::CapturedPoint> points;
     model::Vector3 mean;
-    std::vector<fit::HeadSums> running; ///< of the first points, none to all of them
+    std::vector<fit::HeadSums> running; ///< at i: the sums of the first i points
     std::vector<Candidate> candidates;
 };
 

@@ -62,7 +62,7 @@ public:
 
     void Judge(std::vector<Finding>& findings) const {
         constexpr std::size_t least = 3;
-        // Neighbouring index positions on the widest circle are farther apart than this share.
+        // Neighbouring index positions on the widest circle are farther apart than this share of the reach.
         constexpr double samePlace = 0.02;
         if (IsSmall()) {
             if (const auto kind = WhySmall()) Add(*kind, reach, findings);
@@ -94,7 +94,8 @@ private:
         return AreWhereTheSphereIs() ? FindingKind::TipInForce : FindingKind::TooFewPositions;
     }
     bool IsACircle() const {
-        // An arc of 40 degrees reaches this far; points in one place, about which a circle is wide, do not fit so well.
+        // The radius of an arc of 40 degrees is not more than `widest` times its reach. Noise in one place gives a wide
+        // circle or a poor fit.
         constexpr double clearly = 0.03, widest = 6.0;
         const auto circle = fit::FitAxisCircle(fit::PositionsOf(points));
         return circle && circle->Rms() < clearly * circle->radius && circle->radius < widest * reach;

@@ -53,7 +53,7 @@ TEST(Drift, IsNamedByWhatComesToRestAndHoweverFast) {
     for (const auto& each : cases) {
         for (const bool aSetIsFirst : {true, false}) {
             for (const double timeConstants : {1.0, 2.0, 4.5, 9.0}) {
-                // After nine it is over at the third measurement: that looks like something else too.
+                // With nine time constants the movement is over at the third measurement. Other mistakes look the same.
                 const bool isNamed = timeConstants < 9.0;
                 SCOPED_TRACE(std::string(each.what) + (aSetIsFirst ? ", A first, " : ", B first, ") +
                              std::to_string(timeConstants) + " time constants");
@@ -65,7 +65,8 @@ TEST(Drift, IsNamedByWhatComesToRestAndHoweverFast) {
     }
 }
 
-/// Its standard deviations are those of noise, which a drift is not: 0.12 mm beside 0.02 mm stated.
+/// The stated standard deviations assume noise, and a drift is not noise: without an explanation by a drift, a head
+/// centre was off by 0.12 mm with a stated standard deviation of 0.02 mm.
 TEST(Drift, OfAFewPointsIsNotTakenForInexactAngles) {
     int accepted = 0;
     for (std::uint64_t seed = 1; seed <= 40; ++seed) {

@@ -30,7 +30,7 @@ std::vector<double> IndexPositions(int first, int step, int last) {
 
 /// A wrong angle that is off by whole index steps.
 double WholeSteps(PaperCapture& capture) { return capture.OneOf({15.0, -15.0, 30.0, -30.0, 90.0}); }
-/// One that no index position is off by.
+/// A wrong angle that is less than one index step.
 double PartOfAStep(PaperCapture& capture) {
     return capture.OneOf({1.0, -1.0}) * capture.OneOf({capture.Between(0.1, 1.0), capture.Between(1.0, 6.0)});
 }
@@ -251,7 +251,7 @@ void BentStylusFromALineOn(PaperCapture& c) {
     c.FromOn(c.WithinASet(), [=](Measurement& each) { each.tip = each.tip + Vector3{x, y, 0.0}; });
 }
 void TipInForce(Measurement& each) {
-    // With the tip's offset for the head's position the machine shows where the tip is.
+    // With the offset of the tip in force, the machine shows the position of the tip: the centre of the sphere.
     each.shift = each.shift + each.sphere - each.Reading();
 }
 void TipInForceThroughout(PaperCapture& c) { c.All(TipInForce); }

@@ -1,6 +1,6 @@
 // Captures of heads on paper with one human mistake each, and faultless ones, judged as `qmv40 geometry` judges them.
-//     qmv40_mistakes [captures] [seed] [--show CULPRIT|HARM|CLEAN] [--kind TEXT]
-// Ends in a table, and with 1 when a wrong geometry was accepted.
+//     qmv40_mistakes [captures] [seed] [--show CULPRIT|HARM|CLEAN|ALL] [--kind TEXT]
+// Prints a table. The exit code is 1 when a wrong geometry was accepted.
 
 #include "tests/tools/diagnosis/PaperTrial.h"
 
@@ -54,7 +54,7 @@ Count Try(const HumanKind& kind, std::uint64_t seed, const std::string& show) {
     count.harmful = trial.IsAccepted() && trial.IsWrong() ? 1 : 0;
     count.accepted = trial.IsAccepted() ? 1 : 0;
     count.named = !trial.IsAccepted() && trial.Names(kind.culprits) ? 1 : 0;
-    // A capture whose geometry is wrong for all its care is rightly refused.
+    // A geometry can be wrong although no mistake was made. To refuse it is right, and is not counted.
     count.refused = kind.isClean && !trial.IsAccepted() && !trial.IsWrong() ? 1 : 0;
     const bool isShown = (show == "HARM" && count.harmful != 0) || (show == "CLEAN" && count.refused != 0) ||
                          (show == "CULPRIT" && !kind.isClean && count.named == 0) || show == "ALL";

@@ -37,7 +37,7 @@ struct ExpectedFinding {
 /// A way to spoil a capture.
 struct Mistake {
     const char* name;
-    /// Nothing where this capture is not one that the mistake spoils.
+    /// Makes the mistake. Empty when the mistake does not spoil this capture.
     std::function<std::optional<ExpectedFinding>(DrawnCapture&)> make;
 };
 

@@ -20,7 +20,7 @@ TEST(FaultlessCaptures, HaveNoFindings) {
         const DrawnCapture capture(static_cast<std::uint64_t>(seed));
         const diagnosis::Diagnosis diagnosis = DiagnosisOf(capture.aSet, capture.bSet);
         EXPECT_FALSE(diagnosis.Has(diagnosis::Severity::Fault)) << TextOf(diagnosis);
-        // How well the centre is known is no doubt about the capture.
+        // A finding about precision does not call the capture into question.
         for (const diagnosis::Finding& finding : diagnosis.findings) {
             const bool isOfPrecision = finding.kind == diagnosis::FindingKind::TiltArcShort ||
                                        finding.kind == diagnosis::FindingKind::SwivelArcShort ||

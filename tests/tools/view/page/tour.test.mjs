@@ -158,14 +158,14 @@ describe("The picture of the contact", () => {
     it("turns the top, front and side view to the head's axes on demand", async () => {
         const turned = await OpenPage.open(browser, pages.view("turned.html", ["--geometry", pages.geometry("turned-30"), "--from", "0,0", "--to", "45,90"]));
         const { right } = (await turned.document()).mounting;
-        const letter = async () => {
+        const directionOfX = async () => {
             await turned.page.evaluate(() => new Promise((drawn) => { requestAnimationFrame(() => requestAnimationFrame(drawn)); }));
             return turned.page.locator("#triad line.x").evaluate((line) => [Number(line.getAttribute("x2")), -Number(line.getAttribute("y2"))]);
         };
         await turned.press("2");
-        assert.ok(Math.abs((await letter())[1]) < 0.1, "the machine's X is to the right");
+        assert.ok(Math.abs((await directionOfX())[1]) < 0.1, "the machine's X is to the right");
         await turned.press("h");
-        const [x, y] = await letter();
+        const [x, y] = await directionOfX();
         // In the head's axes, the machine's X is turned by the mounting angle in the opposite sense.
         assert.ok(Math.abs(Math.atan2(y, x) + Math.atan2(right[1], right[0])) < 0.01);
         await turned.close();
