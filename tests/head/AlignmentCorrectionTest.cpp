@@ -173,7 +173,7 @@ TEST_F(AlignmentCorrection, ByZeroChangesNoBit) {
 }
 
 TEST_F(AlignmentCorrection, AddsUpWhenAppliedTwice) {
-    // Therefore each filling of the head begins with the ideal directions.
+    // Therefore each load and each computation begins with the ideal directions.
     head.AdjustForMisAlignment(30.0, CMaGeometry::Z);
     head.AdjustForMisAlignment(30.0, CMaGeometry::Z);
     EXPECT_TRUE(AreNear(TripleOf(head.AAxis()), TurnedAboutZ({-1.0, 0.0, 0.0}, 60.0), 1e-15));

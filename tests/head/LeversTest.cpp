@@ -6,8 +6,8 @@ namespace {
 
 class Levers : public HeadTest {
 protected:
-    /// A head at the origin, not turned: every position is its offset.
-    void Fill() { SavedHead().LoadInto(head); }
+    /// Loads a head with its centre at the origin, not turned: every position is equal to its offset.
+    void LoadAtOrigin() { SavedHead().LoadInto(head); }
     Triple At(LeverQuery query, int lever) const { return AnswerFor(head, query, lever); }
 
     RoundThePole head;
@@ -40,7 +40,7 @@ TEST_F(Levers, AreAtTheirBuiltInOffsetsFromTheHeadCentre) {
 }
 
 TEST_F(Levers, AreExactlyAtTheirBuiltInOffsetsWhenTheHeadIsAtTheOrigin) {
-    Fill();
+    LoadAtOrigin();
     EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 0), (Triple{30.3, 0.0, -32.25}));
     EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 1), (Triple{-30.3, 0.0, -32.25}));
     EXPECT_EQ(At(&RoundThePole::LeverLockedPosition, 0), (Triple{30.3, -19.3, -32.25 + -4.3}));
@@ -51,7 +51,7 @@ TEST_F(Levers, AreExactlyAtTheirBuiltInOffsetsWhenTheHeadIsAtTheOrigin) {
 TEST_F(Levers, DifferOnlyInTheMirroredXOfTheirCentres) {
     Store("Lever Centre To Ball Centre X Offset", "1.25000");
     Store("Lever Centre To Ball Centre Y Offset", "-20.0");
-    Fill();
+    LoadAtOrigin();
     // The X offset from the lever centre to the ball is not mirrored.
     EXPECT_TRUE(AreNear(At(&RoundThePole::LeverLockedPosition, 0), {31.55, -20.0, -36.55}, rounding));
     EXPECT_TRUE(AreNear(At(&RoundThePole::LeverLockedPosition, 1), {-29.05, -20.0, -36.55}, rounding));
@@ -60,7 +60,7 @@ TEST_F(Levers, DifferOnlyInTheMirroredXOfTheirCentres) {
 
 TEST_F(Levers, ReadTheirCentresFromTheSettings) {
     Store("Head Centre To Lever Centre X Offset", "31.0");
-    Fill();
+    LoadAtOrigin();
     for (const DefaultPosition& d : defaults) {
         EXPECT_TRUE(AreNear(At(d.query, 0), {31.0, d.offset[1], d.offset[2]}, rounding)) << d.name;
         EXPECT_TRUE(AreNear(At(d.query, 1), {-31.0, d.offset[1], d.offset[2]}, rounding)) << d.name;
@@ -71,7 +71,7 @@ TEST_F(Levers, DoNotMirrorYAndZOfTheirCentres) {
     Store("Head Centre To Lever Centre X Offset", "31.0000");
     Store("Head Centre To Lever Centre Y Offset", "1.500");
     Store("Head Centre To Lever Centre Z Offset", "-40");
-    Fill();
+    LoadAtOrigin();
     EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 0), (Triple{31.0, 1.5, -40.0}));
     EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 1), (Triple{-31.0, 1.5, -40.0}));
 }
@@ -79,7 +79,7 @@ TEST_F(Levers, DoNotMirrorYAndZOfTheirCentres) {
 TEST_F(Levers, MirrorTheYOfTheirBallsWhenUnlocked) {
     Store("Lever Centre To Ball Centre X Offset", "0.0000");
     Store("Lever Centre To Ball Centre Y Offset", "-20.0");
-    Fill();
+    LoadAtOrigin();
     for (const int lever : {0, 1}) {
         EXPECT_EQ(At(&RoundThePole::LeverLockedPosition, lever)[1], -20.0);
         EXPECT_EQ(At(&RoundThePole::LeverLockedApproachPosition, lever)[1], -25.0);
@@ -91,16 +91,16 @@ TEST_F(Levers, MirrorTheYOfTheirBallsWhenUnlocked) {
     }
 }
 
-TEST_F(Levers, UseNewSettingsFromTheNextFillingOn) {
-    Fill();
+TEST_F(Levers, UseNewSettingsFromTheNextLoadOn) {
+    LoadAtOrigin();
     Store("Head Centre To Lever Centre X Offset", "31.0");
     EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 0)[0], 30.3);
-    Fill();
+    LoadAtOrigin();
     EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 0)[0], 31.0);
 }
 
 TEST_F(Levers, WithAnySideExcept0AreTheNegativeLever) {
-    Fill();
+    LoadAtOrigin();
     for (const DefaultPosition& d : defaults)
         for (const int side : {1, 2, 5, -1, 2147483647, -2147483647 - 1}) EXPECT_EQ(At(d.query, side), At(d.query, 1));
     EXPECT_EQ(At(&RoundThePole::LeverAxisOfRotation, 5), At(&RoundThePole::LeverAxisOfRotation, 1));

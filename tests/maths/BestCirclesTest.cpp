@@ -42,7 +42,7 @@ struct Residuals {
         }
     }
 
-    /// The Levenberg-Marquardt step, by Gaussian elimination.
+    /// The Levenberg-Marquardt step, by Gaussian elimination. It is to be subtracted from the unknowns.
     Row Step(double damping) const {
         auto m = products;
         Row x = gradient;
@@ -118,11 +118,12 @@ TEST(BestCircles, AreGlobalMinimaWhenNoiseIsBelowATenthOfTheSagitta) {
     std::normal_distribution<double> normal;
     for (int round = 0; round < 20; ++round)
         for (const double degrees : {5.0, 10.0, 30.0, 90.0, 180.0, 360.0})
-            for (const double strays : {0.01, 0.1}) {
+            for (const double noiseOverSagitta : {0.01, 0.1}) {
                 SCOPED_TRACE("seed 51, round " + std::to_string(round) + ": " + std::to_string(degrees) +
-                             " degrees, noise " + std::to_string(strays) + " of the sagitta");
+                             " degrees, noise " + std::to_string(noiseOverSagitta) + " of the sagitta");
                 const double radius = 100.0, angle = degrees * std::numbers::pi / 180.0;
-                const double noise = strays * radius * (1.0 - std::cos(std::min(0.5 * angle, std::numbers::pi)));
+                const double noise =
+                    noiseOverSagitta * radius * (1.0 - std::cos(std::min(0.5 * angle, std::numbers::pi)));
                 const RandomFrame frame(random);
                 std::vector<Coordinates> points;
                 const int count = 5 + static_cast<int>(random() % 16);

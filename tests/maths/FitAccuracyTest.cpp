@@ -227,7 +227,7 @@ struct Box {
         return {length, width, width * OneOf(heights, random), OneOf(aways, random), OneOf(counts, random)};
     }
 
-    /// Its thickness is clearly smaller than its width, and its width clearly larger than the rounding.
+    /// Its width is clearly larger than the rounding. (Its height is at most half of its width.)
     bool IsClear() const { return count > 3 && width > 1e4 * epsilon * (length + away); }
 
     std::string Describe() const {

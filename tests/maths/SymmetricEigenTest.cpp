@@ -13,7 +13,7 @@ using qmv40::fit::SymmetricEigen;
 
 using Random = std::mt19937_64;
 
-/// Some roundings of the matrix's size, for each of the sums below.
+/// The rounding of the sums below, for matrices with elements up to 1.
 constexpr double fewRoundings = 1e-14;
 
 template <std::size_t Size> SquareMatrix<Size> RandomSymmetric(Random& random) {
@@ -74,7 +74,7 @@ TEST(SymmetricEigen, FindsTheSmallRotationOfAnAlmostDiagonalMatrix) {
     // The eigenvectors of [[1, t], [t, 0]] are rotated by half the arctangent of 2 t. For a small t this is t.
     for (const double t : {1e-6, 1e-9, 1e-12}) {
         const SymmetricEigen<3> eigen(SquareMatrix<3>{{{1.0, t, 0.0}, {t, 0.0, 0.0}, {0.0, 0.0, -1.0}}});
-        EXPECT_NEAR(std::fabs(eigen.vectors[1][0]), t, 1e-11 * t) << "the square of t is lost, " << t;
+        EXPECT_NEAR(std::fabs(eigen.vectors[1][0]), t, 1e-11 * t) << t;
         EXPECT_NEAR(eigen.values[1], -t * t, 1e-11 * t * t) << t;
     }
 }

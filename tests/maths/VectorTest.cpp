@@ -98,9 +98,9 @@ TEST(Vector, MagnitudeIsTheEuclideanLengthAtAnySize) {
     } const cases[] = {
         {{0.0, 0.0, 0.0}, 0.0, "the zero vector"},
         {{-0.0, 0.0, -0.0}, 0.0, "signs of zero"},
-        {{2.0, 3.0, 6.0}, 7.0, "a Pythagorean box"},
+        {{2.0, 3.0, 6.0}, 7.0, "a box whose sides and diagonal are whole numbers"},
         {{-2e200, 3e200, 6e200}, 7e200, "squares overflow"},
-        {{2e-200, 3e-200, -6e-200}, 7e-200, "squares vanish"},
+        {{2e-200, 3e-200, -6e-200}, 7e-200, "squares underflow"},
         {{3.0 * 0x1p-1070, 0.0, 4.0 * 0x1p-1070}, 5.0 * 0x1p-1070, "subnormal"},
         {{tiny, 0.0, 0.0}, tiny, "the smallest double"},
         {{0.0, tiny, 0.0}, tiny, "the smallest double, along Y"},
@@ -108,7 +108,7 @@ TEST(Vector, MagnitudeIsTheEuclideanLengthAtAnySize) {
         {{1e-300, 1e-300, 0x1p1023}, 0x1p1023, "of very different sizes"},
         {{0x1p1023, 0.0, 0.0}, 0x1p1023, "near the largest"},
         {{1e-300, 1e300, 0.0}, 1e300, "far apart in size"},
-        {{1.0, -infinity, 2.0}, infinity, "endless"},
+        {{1.0, -infinity, 2.0}, infinity, "infinite"},
         {{notANumber, infinity, 2.0}, infinity, "infinity beside not-a-number"},
     };
     for (const auto& [v, length, why] : cases) EXPECT_DOUBLE_EQ(v.Magnitude(), length) << why;
