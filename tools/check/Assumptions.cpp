@@ -11,7 +11,7 @@ namespace {
 
 std::string Millimetres(double length) { return text::ExactText(length) + " mm"; }
 
-/// A size that the user did not give finds nothing at the pole sphere: see PartSizes.
+/// A part whose size the user did not give is compared with fixtures only, and not with the pole sphere: see PartSizes.
 std::string Given(const std::optional<double>& size, double assumed) {
     return size ? Millimetres(*size) : Millimetres(assumed) + " (fixtures only)";
 }

@@ -7,6 +7,9 @@
 ///
 /// To the pole sphere: from either point to the sphere's surface. The cup is left out from EngageWithPeg to
 /// DisengageFromPeg, because it must touch the sphere there.
+///
+/// To the levers: from the machine position to those in the middle of each lever's ball and centre, minus the radius of
+/// a ball. The lever in reach is left out in the four moves in which the machine must touch it.
 
 namespace qmv40::check {
 

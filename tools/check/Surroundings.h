@@ -32,7 +32,7 @@ using PartClearances = std::vector<PartClearance>;
 
 class Surroundings {
 public:
-    /// `theHead` must live as long.
+    /// `theHead` must live as long as this object.
     Surroundings(const model::HeadModel& theHead, const BallSizes& sizes, const Scene& theScene);
 
     /// The clearance of each part to each solid, in the order of the parts. Cup and levers touch the pole sphere by

@@ -9,7 +9,7 @@
 
 namespace qmv40::cli {
 
-/// The tool's name, texts and commands. They write to `console`, which must live as long.
+/// The tool's name, texts and commands. They write to `console`, which must live as long as the tool.
 std::unique_ptr<CommandLine> MakeTool(const text::Console& console);
 
 /// Runs the tool with the arguments after its name (UTF-8) and returns its exit code (ExitCode.h).

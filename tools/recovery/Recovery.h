@@ -11,7 +11,7 @@
 namespace qmv40::recovery {
 
 struct Question {
-    model::Vector3 standing; ///< of the machine
+    model::Vector3 standing; ///< where the machine stands
     KnownMove known;
     double positionError = usualPositionError;
     check::CheckOptions check; ///< the options with which ways out are checked
@@ -42,7 +42,7 @@ Plans PlansFor(const std::string& geometryFile, const model::HeadAngles& from, c
 /// One stopped plan, prepared for any number of questions.
 class StoppedPlan {
 public:
-    /// `theHead` must live as long. Throws UsageError when a plan has a number that is not finite.
+    /// `theHead` must live as long as this object. Throws UsageError when a plan has a number that is not finite.
     StoppedPlan(const model::HeadModel& theHead, Plans thePlans);
 
     const model::HeadModel& Head() const { return head; }

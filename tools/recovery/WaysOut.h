@@ -20,7 +20,8 @@ struct Plans {
 /// The machine position at the end of the plan.
 model::Vector3 EndOf(const plans::Plan& plan);
 
-// Several ways, the best first, while the origin of the machine is not known: before the end of the first move.
+// Each function returns one way. In the first move it returns several, the best first, because the position at which
+// that move began is not known.
 
 /// The rest of the plan. The head ends locked at the target.
 std::vector<WayOut> WaysToFinish(const Plans& plans, const Progress& stopped, const Stopped& state, double safeHeight);

@@ -11,7 +11,7 @@ namespace qmv40::view {
 
 struct DrawingOfPlan {
     std::string name;  ///< of the head
-    std::string title; ///< of the whole
+    std::string title; ///< of the whole tour
     const check::CheckedPlan& checked;
     const model::HeadModel& head;
     const check::BallSizes& sizes;

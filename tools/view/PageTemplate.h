@@ -5,7 +5,8 @@
 
 namespace qmv40::view {
 
-/// The file of the installed page of a program in this folder. Throws InputError when it is in none of the places.
+/// The name of the installed template of the page. It is searched beside the folder of the program and in it. Throws
+/// InputError when it is in neither place.
 std::string FindPageTemplate(const std::filesystem::path& programFolder);
 
 } // namespace qmv40::view

@@ -43,7 +43,7 @@ text::Json LeverJson(const HeadModel& head, LeverSide side, const char* name) {
             {"unlocked", place(head.LeverBall(side, LeverState::Unlocked))}};
 }
 
-/// The levels, each with the clearance from which on a move has it, when a clearance decides.
+/// The levels. `atLeast`: the smallest clearance of a move with this level; null when the clearance does not decide.
 text::Json LevelsJson() {
     const auto level = [](MoveLevel each, const text::Json& atLeast) {
         return text::Json{{"name", NameOf(each)}, {"atLeast", atLeast}};

@@ -8,7 +8,7 @@ export class Player {
         this.goBeyond = goBeyond;
         this.frames = [];
         this.index = 0; // of the last frame reached
-        this.time = 0; // between that frame and the next one
+        this.time = 0; // mm of path, between that frame and the next one
         this.isPlaying = false;
         this.speed = 25; // mm of path a second
     }

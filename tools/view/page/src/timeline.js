@@ -4,7 +4,7 @@ const byId = (id) => document.getElementById(id);
 // The number of a move is shown when its section covers more than this share of the time line.
 const leastShareForNumber = 0.028;
 
-/** The moves with the times, in seconds, at which they begin and end. */
+/** The moves with the times at which they begin and end. A time is a length of path, in millimetres: see framesOf. */
 function sectionsOf(player, plan) {
     return plan.moves.map((move, i) => ({
         move, index: i,
