@@ -55,7 +55,7 @@ static void show_plan(const struct qmv40_moves* plan) {
     show_line(19, "DisengageFromLockLever", &plan->DisengageFromLockLever);
 }
 
-/* What the last failing call of `head` was refused with. */
+/* Prints the code and the description of the last refused call. Returns the exit code of the program. */
 static int show_failure(qmv40_calculator* head) {
     char description[512];
     const unsigned long code = (unsigned long)qmv40_last_error(head, NULL, 0, description, sizeof description);

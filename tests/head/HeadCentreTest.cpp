@@ -13,7 +13,7 @@ constexpr const wchar_t* fitting = L"RoundThePole::FitPointsToACircle";
 constexpr const wchar_t* errorFitting = L"Error Fitting points to a circle";
 
 /// Some units in the last place of the coordinates: the circles are of this size and near the origin.
-constexpr double clean = 1e-11;
+constexpr double fewRoundings = 1e-11;
 
 /// `count` points over `arcDegrees` of a circle about the line through `centre` along `axis`.
 std::vector<Triple> Circle(const Triple& centre, const Triple& axis, double radius, int count, double arcDegrees) {
@@ -54,7 +54,7 @@ TEST_F(HeadCentre, IsWhereTheAxesMeet) {
     for (const auto& a : {aboutX, Reversed(aboutX)})
         for (const auto& b : {aboutZ, Reversed(aboutZ)}) {
             ASSERT_EQ(Computing(head, Measured(a), Measured(b)).code, S_OK);
-            EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), meeting, clean));
+            EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), meeting, fewRoundings));
         }
 }
 
@@ -62,7 +62,7 @@ TEST_F(HeadCentre, LiesOnTheBAxisAtTheFootOfTheCommonPerpendicular) {
     const auto a = Circle({14.0, 20.0, 33.0}, {1.0, 0.0, 0.0}, 50.0, 6, 200.0); // along X at Y = 20, Z = 33
     const auto b = Circle({10.0, 23.0, 21.0}, {0.0, 0.0, 1.0}, 70.0, 6, 300.0); // vertical through X = 10, Y = 23
     ASSERT_EQ(Computing(head, Measured(a), Measured(b)).code, S_OK);
-    EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), {10.0, 23.0, 33.0}, clean));
+    EXPECT_TRUE(AreNear(TripleOf(head.HeadCentre()), {10.0, 23.0, 33.0}, fewRoundings));
 }
 
 TEST_F(HeadCentre, IsTheFootForAllDirectionsOfTheAxes) {

@@ -47,7 +47,7 @@ TEST_F(HeadModel, SetsAllNumbersToZeroWhenNew) {
     head->~RoundThePole();
 }
 
-TEST_F(HeadModel, ReadsTheDriveCupOffsetWhenNewAndInEachFilling) {
+TEST_F(HeadModel, ReadsTheDriveCupOffsetWhenNewAndAtEachInitialisation) {
     Store("Head Centre To Drive Cup X Offset", "-7.25");
     RoundThePole head;
     EXPECT_EQ(TripleOf(head.DriveCupOffset()), (Triple{-7.25, 24.0, -11.5}));
@@ -94,7 +94,7 @@ TEST_F(HeadModel, KeepsTheLoadedSafeXAndYInAComputation) {
     EXPECT_EQ(head.SafePositionY(), -22.25);
 }
 
-TEST_F(HeadModel, TurnsItsDirectionsOnceForEachFilling) {
+TEST_F(HeadModel, TurnsItsDirectionsOnceForEachComputationOrLoad) {
     RoundThePole head;
     for (int i = 0; i < 3; ++i) {
         ASSERT_EQ(Computing(head, simulated.ASet(45.0), simulated.BSet(75.0)).code, S_OK);
@@ -116,7 +116,7 @@ TEST_F(HeadModel, ReturnsItsCurrentHeadCentreAndBAxis) {
     EXPECT_EQ(&centre, &head.HeadCentre());
 }
 
-TEST_F(HeadModel, IsRightAfterAFailureAndASuccessfulFilling) {
+TEST_F(HeadModel, IsRightAfterAFailureAndASuccessfulComputation) {
     RoundThePole head;
     EXPECT_EQ(Computing(head, simulated.ASet(45.0, 3), simulated.BSet(75.0)).code, QMV_E_TOO_FEW_POINTS);
     ASSERT_EQ(Computing(head, simulated.ASet(45.0), simulated.BSet(75.0)).code, S_OK);

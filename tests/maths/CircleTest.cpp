@@ -168,17 +168,17 @@ TEST(Circle, IsNotWorseThanTheBestKnownOne) {
          {2.7286, 2.8542, 2.7150},
          {0.8392, 0.1445, -0.5243},
          3.7884,
-         "the way there leads over a saddle"},
+         "the solver must pass a saddle point"},
         {{{3, 0, 0}, {-4, 1, -2}, {-4, -1, -2}, {-2, 0, -2}},
          {-1.0652, 4.4219, 1.4919},
          {0.2538, 0.5148, -0.8189},
          6.1586,
-         "the way there leads over a saddle"},
+         "the solver must pass a saddle point"},
         {{{1, 2, 0}, {-4, 1, 0}, {1, 0, 0}, {-6, 1, 0}},
          {-2.2227, 4.6990, 0.0},
          {0.0, 0.0, 1.0},
          4.8231,
-         "a saddle in the plane of the points"},
+         "a saddle point in the plane of the points"},
         {{{-1, -1, -1}, {2, -2, 1}, {-6, 2, 0}, {1, -1, 2}, {-3, 1, 1}, {-5, 2, -2}},
          {-4.1819, 7.7159, 21.4963},
          {-0.5001, -0.8312, 0.2430},
@@ -333,7 +333,6 @@ TEST(Circle, SurvivesCoordinatesOfAnySize) {
 }
 
 TEST(Circle, FitsArcsOfAThousandthOfADegree) {
-    // Points of a parabola, which differs from the arc by far less than the rounding of the sagitta.
     const double radius = 1000.0;
     std::vector<Coordinates> points;
     for (int i = -8; i <= 8; ++i) {

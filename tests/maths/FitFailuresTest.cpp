@@ -171,7 +171,7 @@ TEST(FitFailures, PointsRoundedFromAnyLineAreOnALine) {
 
 TEST(FitFailures, NoiseOnALineNeverLoops) {
     // Such points may have a circle or none. In both cases the fit must end soon, and a circle must be finite.
-    constexpr long soon = 1000;
+    constexpr long evaluationLimit = 1000;
     std::mt19937_64 random(78);
     std::normal_distribution<double> normal;
     for (int round = 0; round < 2000; ++round) {
@@ -183,7 +183,7 @@ TEST(FitFailures, NoiseOnALineNeverLoops) {
             points.Add(CMaPoint(normal(random), noise * normal(random), noise * normal(random)));
         CMaCircle circle(1.0);
         try {
-            circle.Fit(points, soon);
+            circle.Fit(points, evaluationLimit);
         } catch (const GeometryError& error) {
             EXPECT_EQ(error.GetReason(), impossible);
             continue;

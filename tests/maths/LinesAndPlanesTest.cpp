@@ -69,8 +69,8 @@ TEST(Plane, ThroughThreePointsHasTheirCrossProductAsNormal) {
 }
 
 TEST(Plane, IsRightForLongNarrowStrips) {
-    // The width of the strip is 1/10,000 of its length, and it is slightly bent. The normal of the exact points is
-    // known. A covariance matrix in a fixed frame would give it with an error of 1e-8.
+    // The width of the strip is 1/10,000 of its length. The normal of the exact points is known. A covariance matrix in
+    // a fixed frame would give it with an error of 1e-8.
     std::mt19937_64 random(31);
     for (int round = 0; round < 50; ++round) {
         SCOPED_TRACE("seed 31, round " + std::to_string(round));

@@ -21,8 +21,9 @@ struct Value {
     const char* why;
 };
 
-/// Of 60,000 random arguments those whose values are nearest to the middle between two doubles: within 1e-7 to 5e-4 of
-/// a step. A computation with 53 bits, and mostly one with 64 bits, finds the nearest double only by chance.
+/// From 60,000 random arguments, those were taken whose values are nearest to the middle between two doubles: within
+/// 1e-7 to 5e-4 of a step. A computation with 53 bits, and mostly one with 64 bits, finds the nearest double only by
+/// chance.
 constexpr const char* midway = "midway between two doubles";
 /// The double nearest to a multiple of a quarter turn. The function's value is the rounding error of that double, so it
 /// depends on the digits of pi beyond it.

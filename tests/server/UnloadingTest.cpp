@@ -63,7 +63,7 @@ void Fail(const LoadedServer& server) {
 
 class Unloading : public testing::Test {
 protected:
-    // Without this setting the platform keeps freed texts for reuse. It must be made before the platform is used.
+    // Without this setting the platform keeps freed texts for reuse. It must be set before the platform is used.
     static void SetUpTestSuite() { SetEnvironmentVariableW(L"OANOCACHE", L"1"); }
 
     static constexpr int warmUp = 50;

@@ -60,7 +60,7 @@ std::optional<ApexCircle> FlatArc(const PrincipalAxes& axes, const ScaledPoints&
     const CMaVector across = secondDerivative + axes.axis[0] * -(secondDerivative % axes.axis[0]);
     const double curvature = across.Magnitude();
     if (!(curvature * straightRadius > 1.0)) return std::nullopt;
-    constexpr double flat = 10.0; // the points extend over 2 to 4: a sagitta below a quarter of that
+    constexpr double flat = 10.0; // smallest radius: with it, chords of 2 to 7 have sagittas of 0.05 to 0.6
     const CMaVector outward = across * (-1.0 / curvature);
     const CMaVector normal = Unit(outward * axes.axis[0]);
     return ApexCircle{CMaVector(0.0, 0.0, 0.0), outward, normal * outward, normal, std::max(1.0 / curvature, flat)};
