@@ -67,7 +67,7 @@ PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& optio
                          const PlanReport& before, Surroundings& surroundings);
 
 /// The same for moves that begin in the middle of a plan, with the head in `state` and the machine at `machineAt`. Each
-/// is compared with its purpose and the end with `plan.to`, but that all 19 moves are there is not required.
+/// is compared with its purpose, and the end with `plan.to`. The plan may have fewer than 19 moves.
 PlanReport CheckRest(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
                      const motion::HeadState& state, const model::Vector3& machineAt);
 

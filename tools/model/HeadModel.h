@@ -12,7 +12,8 @@
 
 namespace qmv40::model {
 
-/// The lever whose ball is on the +X side of the head centre when the head is mounted square, and the other one.
+/// Plus: the lever at which the machine is on the +X side of the pole sphere when it touches the lever's ball (head
+/// mounted square). This lever is on the head's own -X side. Minus: the other one.
 enum class LeverSide { Plus, Minus };
 
 enum class LeverState { Locked, Unlocked };
@@ -20,8 +21,8 @@ enum class LeverState { Locked, Unlocked };
 /// Dimensions as seen from the head centre at A = 0, B = 0 with the head mounted square.
 struct HeadDimensions {
     Vector3 driveCup;
-    Vector3 leverCentre;  ///< of the plus side; the other has the opposite X
-    Vector3 lockedBall;   ///< from the lever centre
+    Vector3 leverCentre; ///< of the plus side, as a machine position from the pole sphere; the other has the opposite X
+    Vector3 lockedBall;  ///< from the lever centre
     Vector3 unlockedBall; ///< from the lever centre
     double unlockingTurn; ///< degrees by which the lever has to be pushed
     double lockingTurn;

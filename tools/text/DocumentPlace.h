@@ -11,7 +11,8 @@
 namespace qmv40::text {
 
 /// A value in a document that is being read, with its place for messages, such as plans[0].moves[2].record. A missing
-/// member, or a value of another type, throws InputError with the file's name. The document must exist as long.
+/// member, or a value of another type, throws InputError with the file's name. The document must exist as long as the
+/// place.
 struct DocumentPlace {
     const std::string& file;
     std::string path; ///< empty: the whole document

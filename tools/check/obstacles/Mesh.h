@@ -27,8 +27,8 @@ private:
         model::Vector3 smallest;
         model::Vector3 largest;
     };
-    /// A node holds the triangles from `first` to before `last`. Its halves are the nodes `left` and `left` + 1, unless
-    /// it holds few triangles.
+    /// A node holds the triangles from `first` to the one before `last`. Its halves are the nodes `left` and `left` +
+    /// 1, unless it holds few triangles.
     struct Node {
         Box box;
         std::uint32_t first;

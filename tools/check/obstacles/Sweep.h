@@ -31,8 +31,9 @@ struct MovingPart {
 };
 
 /// A lower bound of the clearance, mm; the true value is larger by at most `clearanceTolerance`. When they meet it is
-/// negative, and at least minus the part's radius. A clearance of `enough` or more is not computed exactly: the result
-/// is then a lower bound, and not less than `enough`.
+/// negative. A part that begins inside a closed mesh has minus its radius minus the depth of the beginning of its axis.
+/// A clearance of `enough` or more is not computed exactly: the result is then a lower bound, and not less than
+/// `enough`.
 double ClearanceOf(const MovingPart& part, const Solid& solid, double enough = std::numeric_limits<double>::infinity());
 
 } // namespace qmv40::check::obstacles
