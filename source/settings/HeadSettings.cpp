@@ -25,7 +25,7 @@ constexpr std::array<HeadSetting, headSettingCount> table{{
     {"Locked To Unlocked Y Offset", "unlocked-y", 0.0, "mm", HeadOffset::LockedToUnlocked},
     {"Locked To Unlocked Z Offset", "unlocked-z", -1.5, "mm", HeadOffset::LockedToUnlocked},
     {"Locked To Unlocked Lever Rotation", "unlocking-rotation", 135.0, "deg", HeadOffset::UnlockingRotation},
-    // The name is required with these capitals, unlike those of its partner.
+    // These capitals are required. They differ from those of the name above.
     {"UnLocked To locked Lever Rotation", "locking-rotation", 138.0, "deg", HeadOffset::LockingRotation},
 }};
 

@@ -1,5 +1,5 @@
-// The time of a call in a host with 53 bits of x87 precision, the default of programs of the platform. This is a
-// measurement, not a test: long times are no failure.
+// The time of a call in a host with 53 bits of x87 precision, the default of programs of the platform, and in one with
+// 64 bits. This is a measurement, not a test: long times are no failure.
 
 #include "hosts/Imports.h"
 #include "hosts/Subjects.h"

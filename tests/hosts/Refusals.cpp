@@ -9,8 +9,7 @@ constexpr HRESULT noGeometry = static_cast<HRESULT>(0x8A000003);
 constexpr HRESULT noPosition = static_cast<HRESULT>(0x8A000004);
 constexpr HRESULT badTarget = static_cast<HRESULT>(0x8A00000E);
 
-/// Calls without a catch in the same function. The exception passes through a function with an object that it must
-/// destroy, is caught by `catch (...)`, thrown again, and caught as a code.
+/// The code that a call throws. The exception is caught by `catch (...)`, thrown again, and caught as a code.
 HRESULT CaughtTwice(IQMVCalculator2& calculator, double a, double b) {
     try {
         RequiredMoves moves{};

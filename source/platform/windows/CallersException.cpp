@@ -67,7 +67,7 @@ bool IsLinkedByGnuLd(HMODULE module) {
 }
 
 /// Whether `code` catches the platform's kind of exception. Code outside all images was generated at run time (by .NET,
-/// for example): it does.
+/// for example): it catches that kind.
 bool CatchesPlatformsKind(const void* code) {
     constexpr DWORD byAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
     HMODULE module = nullptr;

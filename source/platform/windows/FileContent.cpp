@@ -30,10 +30,10 @@ std::optional<std::string> ContentOf(const std::wstring& name) {
 }
 
 bool Claim(ContentRight right, const FileHandle& file) {
-    OVERLAPPED farBehind{};
-    farBehind.OffsetHigh = 0x40000000;
+    OVERLAPPED farBeyond{};
+    farBeyond.OffsetHigh = 0x40000000;
     const DWORD how = static_cast<DWORD>(right) | LOCKFILE_FAIL_IMMEDIATELY;
-    return LockFileEx(file.Get(), how, 0, 1, 0, &farBehind) != 0 || GetLastError() != ERROR_LOCK_VIOLATION;
+    return LockFileEx(file.Get(), how, 0, 1, 0, &farBeyond) != 0 || GetLastError() != ERROR_LOCK_VIOLATION;
 }
 
 bool Overwrite(const std::wstring& name, const std::string& content) {

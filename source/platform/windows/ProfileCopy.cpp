@@ -102,7 +102,7 @@ private:
         return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
     }
 
-    /// Meanwhile no other save writes into the file.
+    /// While the file is copied, no other save writes into it.
     DWORD CopyTarget() const {
         const FileHandle source(target, GENERIC_READ, shareAll);
         if (source.IsOpen() && !Claim(ContentRight::toRead, source)) return ERROR_LOCK_VIOLATION;
