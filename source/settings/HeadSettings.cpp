@@ -34,9 +34,9 @@ constexpr std::array<HeadSetting, headSettingCount> table{{
 std::span<const HeadSetting, headSettingCount> HeadSettings() noexcept { return table; }
 
 std::span<const HeadSetting> SettingsOf(HeadOffset offset) noexcept {
-    const auto isOfIt = [offset](const HeadSetting& setting) { return setting.offset == offset; };
-    const auto* const first = std::find_if(table.begin(), table.end(), isOfIt);
-    const auto* const last = std::find_if_not(first, table.end(), isOfIt);
+    const auto isOfOffset = [offset](const HeadSetting& setting) { return setting.offset == offset; };
+    const auto* const first = std::find_if(table.begin(), table.end(), isOfOffset);
+    const auto* const last = std::find_if_not(first, table.end(), isOfOffset);
     return {first, last};
 }
 

@@ -9,7 +9,7 @@ using namespace qmv40;
 namespace {
 
 constexpr CMaGeometry::EAxisType axes[] = {CMaGeometry::X, CMaGeometry::Y, CMaGeometry::Z};
-constexpr double nasty[] = {0.0, -0.0, 1.0, -1.0 / 3.0, 1e300, -1e-300, 5e-324, 123456.789};
+constexpr double numbersOfManySizes[] = {0.0, -0.0, 1.0, -1.0 / 3.0, 1e300, -1e-300, 5e-324, 123456.789};
 
 CMaVector Turned(CMaVector v, double degrees, CMaGeometry::EAxisType axis, const CMaPoint& centre = {0.0, 0.0, 0.0}) {
     v.Rotate(degrees, axis, centre);
@@ -54,8 +54,8 @@ TEST(Rotate, AgreesWithTheClosedForm) {
 }
 
 TEST(Rotate, By0OrWholeTurnsKeepsEveryBit) {
-    for (const double x : nasty)
-        for (const double y : nasty)
+    for (const double x : numbersOfManySizes)
+        for (const double y : numbersOfManySizes)
             for (const auto axis : axes)
                 for (const double degrees : {0.0, -0.0, 360.0, -720.0, 3.6e15})
                     EXPECT_TRUE(SameBits(Turned({x, y, 0.1}, degrees, axis, {7.0, 0.3, -2.0}), {x, y, 0.1}))
@@ -63,7 +63,7 @@ TEST(Rotate, By0OrWholeTurnsKeepsEveryBit) {
 }
 
 TEST(Rotate, KeepsTheBitsOfTheComponentAlongTheAxis) {
-    for (const double along : nasty)
+    for (const double along : numbersOfManySizes)
         for (int axis = 0; axis < 3; ++axis) {
             CMaVector v(1.0, 2.0, 3.0);
             v[axis] = along;

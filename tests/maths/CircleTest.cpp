@@ -325,9 +325,9 @@ TEST(Circle, SurvivesCoordinatesOfAnySize) {
         std::vector<Coordinates> points;
         for (const Coordinates& p : unit) points.push_back({p[0] * size, p[2] * size, p[1] * size});
         const CMaCircle circle = Fitted(points);
-        const double ulp = std::max(1e-14, std::numeric_limits<double>::denorm_min() * 8.0 / size);
-        EXPECT_NEAR(circle.GetRadius() / size, 1.0, ulp) << size;
-        EXPECT_LT(circle.GetCentre().To3DVector().Magnitude() / size, ulp) << size;
+        const double tolerance = std::max(1e-14, std::numeric_limits<double>::denorm_min() * 8.0 / size);
+        EXPECT_NEAR(circle.GetRadius() / size, 1.0, tolerance) << size;
+        EXPECT_LT(circle.GetCentre().To3DVector().Magnitude() / size, tolerance) << size;
         EXPECT_LT(DirectionError(circle.GetNormal(), {0.0, 1.0, 0.0}), 1e-14) << size;
     }
 }

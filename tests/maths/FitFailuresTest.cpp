@@ -151,7 +151,6 @@ TEST(FitFailures, PointsRoundedFromAnyLineAreOnALine) {
     for (const double away : {0.0, 1.0, 1e4, 1e9})
         for (const double size : {1e-3, 1.0, 1e3})
             for (const int count : {3, 4, 10, 100, 20'000}) {
-                if (away * 1e-12 > size) continue; // then rounding would move most points to the same place
                 SCOPED_TRACE("seed 77: " + std::to_string(away) + ' ' + std::to_string(size) + ' ' +
                              std::to_string(count));
                 const RandomFrame frame(random);

@@ -56,8 +56,8 @@ TEST(Line, ThroughTwoPointsIsRightForCoordinatesOfAnySizes) {
 }
 
 TEST(Line, MinimisesTheSquaredDistancesAndNotThoseAlongAnAxis) {
-    // By hand: the scatter matrix is [[10, 5], [5, 4]]. The angle a of its first eigenvector has tan 2a = 2 * 5 / (10 -
-    // 4).
+    // By hand: the scatter matrix is [[10, 5], [5, 4]]. For the angle a of its first eigenvector,
+    // tan 2a = 2 * 5 / (10 - 4).
     const CMaLine line = LineThrough({{-2, -1, 0}, {-1, 0, 0}, {0, -1, 0}, {1, 1, 0}, {2, 1, 0}});
     const double angle = 0.5 * std::atan2(2.0 * 5.0, 10.0 - 4.0);
     EXPECT_LT(DirectionError(line.GetDirection(), {std::cos(angle), std::sin(angle), 0.0}), fewRoundings);

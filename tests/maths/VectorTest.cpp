@@ -152,7 +152,7 @@ ExactVector ExactFoot(const CMaPoint& p, const CMaPlane& plane) {
 } // namespace
 
 TEST(Point, ProjectsAsExactlyAsItsHeaderStates) {
-    constexpr double ulp = std::numeric_limits<double>::epsilon(); // relative to a power of two: an upper bound
+    constexpr double ulp = std::numeric_limits<double>::epsilon(); // relative: the largest, that of a power of two
     std::mt19937_64 random(61);
     std::uniform_real_distribution<double> uniform(-1.0, 1.0);
     for (int round = 0; round < 3000; ++round) {

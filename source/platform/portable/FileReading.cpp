@@ -28,7 +28,7 @@ FileDescriptor OpenFileIn(const FileDescriptor& folder, const std::string& name,
 
 namespace {
 
-/// Reads a file whose status was `before`. Nothing if its size or time has changed meanwhile.
+/// Reads a file whose status was `before`. Returns nothing if its size or time has changed since then.
 std::optional<std::string> ReadSettled(const FileDescriptor& file, const struct stat& before) {
     std::string content(static_cast<std::size_t>(before.st_size) + 1, '\0'); // one more, to see the end of the file
     std::size_t length = 0;
