@@ -17,8 +17,8 @@ std::atomic<long> callsUnderWay{0};
 
 #ifdef __SSE2__
 
-// An x86 processor has two floating-point units with a control word each: MXCSR governs SSE, in which our arithmetic is
-// done, and the x87 control word governs x87, in which some C libraries compute sines and arctangents. A word is
+// An x86 processor has two floating-point units with a control word each: MXCSR governs SSE, in which the component
+// computes, and the x87 control word governs x87, in which some C libraries compute sines and arctangents. A word is
 // written only if it differs: the functions of <cfenv> write the whole state of both units, which takes up to 9 us in
 // programs of Windows.
 

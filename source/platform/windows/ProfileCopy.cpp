@@ -64,7 +64,7 @@ public:
         if (exists) DeleteFileW(name.c_str());
     }
 
-    /// No copy was made, because another program held the file for longer than the wait limit.
+    /// Whether no copy was made because another program held the file for longer than the wait limit.
     bool IsTargetHeld() const { return isTargetHeld; }
 
     bool Write(std::span<const ProfileEntry> entries) const {

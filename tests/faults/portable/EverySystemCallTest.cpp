@@ -179,18 +179,18 @@ bool MayBeInterrupted(long number) {
     return std::ranges::find(calls, number) != std::end(calls);
 }
 
-struct Failing {
+struct ErrorNumber {
     int error;
     const char* name;
 };
-constexpr Failing failings[] = {{EINTR, "EINTR"},   {EIO, "EIO"},       {ENOSPC, "ENOSPC"}, {EDQUOT, "EDQUOT"},
-                                {EACCES, "EACCES"}, {EMFILE, "EMFILE"}, {ENOMEM, "ENOMEM"}, {EROFS, "EROFS"}};
+constexpr ErrorNumber errorNumbers[] = {{EINTR, "EINTR"},   {EIO, "EIO"},       {ENOSPC, "ENOSPC"}, {EDQUOT, "EDQUOT"},
+                                        {EACCES, "EACCES"}, {EMFILE, "EMFILE"}, {ENOMEM, "ENOMEM"}, {EROFS, "EROFS"}};
 
 /// Makes each system call of `action` fail in turn, with each error number.
 void FailEveryCall(const std::function<void()>& before, const std::function<void()>& action,
                    const std::function<int()>& verdict, int leastRefused) {
     int counts[] = {0, 0, 0};
-    for (const auto& [error, errorName] : failings) {
+    for (const auto& [error, errorName] : errorNumbers) {
         bool wasReached = true;
         for (long call = 0; wasReached && call < mostCalls; ++call) {
             before();
@@ -210,12 +210,12 @@ void FailEveryCall(const std::function<void()>& before, const std::function<void
     }
     std::cout << "failed " << counts[succeeded] + counts[refused] << " system calls: " << counts[refused]
               << " refused, " << counts[succeeded] << " succeeded" << std::endl;
-    EXPECT_GT(counts[refused], leastRefused);
+    EXPECT_GE(counts[refused], leastRefused);
 }
 
 // If one call fails, no copy is made, and the entries are written in place.
 TEST_F(EverySystemCall, OfASaveCanFail) {
-    FailEveryCall([&] { TwoGeometries::Put(path, 1); }, [&] { Save(); }, [&] { return VerdictOnSave(); }, -1);
+    FailEveryCall([&] { TwoGeometries::Put(path, 1); }, [&] { Save(); }, [&] { return VerdictOnSave(); }, 0);
 }
 
 // If no copy can be made, the first failing call ends the save.
@@ -226,11 +226,11 @@ TEST_F(EverySystemCall, OfASaveInPlaceCanFail) {
         if (!fs::exists(other)) fs::create_hard_link(path, other);
     };
     FailEveryCall(
-        putWithTwoNames, [&] { Save(); }, [&] { return VerdictOnSaveInPlace(); }, 10);
+        putWithTwoNames, [&] { Save(); }, [&] { return VerdictOnSaveInPlace(); }, 11);
 }
 
 TEST_F(EverySystemCall, OfALoadCanFail) {
-    FailEveryCall([] {}, [&] { Load(); }, [&] { return VerdictOnLoad(); }, 10);
+    FailEveryCall([] {}, [&] { Load(); }, [&] { return VerdictOnLoad(); }, 11);
 }
 
 #endif
