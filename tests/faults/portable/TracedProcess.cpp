@@ -23,7 +23,7 @@ public:
             Run(action, verdict);
         }
         Await();
-        if (!WIFSTOPPED(status)) throw std::runtime_error("this system lets no process watch another");
+        if (!WIFSTOPPED(status)) throw std::runtime_error("this system does not let one process trace another");
         ::ptrace(PTRACE_SETOPTIONS, process, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
     }
 
