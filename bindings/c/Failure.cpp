@@ -31,7 +31,7 @@ void KeepComponentFailure(Failure& failure, HRESULT code, const char* call) {
     try {
         failure.source = record ? TextOf(*record, &IErrorInfo::GetSource) : call;
         failure.description = record ? TextOf(*record, &IErrorInfo::GetDescription) : "no description is available";
-    } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): the code is what can be told
+    } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): without memory only the code is kept
     }
 }
 
@@ -40,7 +40,7 @@ void KeepRefusal(Failure& failure, const Refusal& refusal, const char* call) {
     try {
         failure.source = call;
         failure.description = refusal.description;
-    } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): the code is what can be told
+    } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): without memory only the code is kept
     }
 }
 

@@ -33,7 +33,7 @@ std::filesystem::path FileBeside() {
     return GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES ? std::filesystem::path() : file;
 }
 
-/// A function of a library, by its name.
+/// The function of the component's library that gives its class object. Null if the library has none.
 GetClassObject* ClassObjectEntry(HMODULE module) {
     const FARPROC entry = GetProcAddress(module, "DllGetClassObject");
     return reinterpret_cast<GetClassObject*>(reinterpret_cast<void (*)()>(entry));

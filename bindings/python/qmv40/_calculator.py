@@ -94,15 +94,15 @@ class Calculator:
         """Computes the head geometry from captured points, at least four for each axis.
 
         Each row is A, B, X, Y, Z: the angles of the unlocked head in degrees, and the machine position while the
-        stylus tip was on the pole sphere. `a_points` were captured while A alone was turned, `b_points` while B alone was turned. They can
-        be lists, tuples or numpy arrays.
+        stylus tip was on the pole sphere. `a_points` were captured while A alone was turned, `b_points` while B alone
+        was turned. They can be lists, tuples or numpy arrays.
         """
         a, b = _points(a_points), _points(b_points)
         self._call(library.qmv40_enter_geometry, a, len(a), b, len(b))
 
     @property
     def position(self) -> Position:
-        """The head's angles A and B in degrees, after they were last set or after the last `calculate_move`."""
+        """The head's current angles A and B in degrees: as last set, or the target of the last `calculate_move`."""
         a, b = ctypes.c_double(), ctypes.c_double()
         self._call(library.qmv40_get_position, ctypes.byref(a), ctypes.byref(b))
         return Position(a.value, b.value)

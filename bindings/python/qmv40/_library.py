@@ -20,7 +20,9 @@ def _places() -> Iterator[str]:
     if "QMV40_LIBRARY" in os.environ:
         yield os.environ["QMV40_LIBRARY"]
         return
-    for folder in (package, *package.parents[2:4]):  # a wheel; lib/python3/dist-packages/qmv40 below an installed lib
+    # In a wheel the library is in the package. In an installation the package is in lib/python3/dist-packages, and the
+    # library is in lib or beside lib.
+    for folder in (package, *package.parents[2:4]):
         if (folder / _NAME).is_file():
             yield str(folder / _NAME)
     yield _NAME

@@ -49,7 +49,8 @@ class Arc(NamedTuple):
 
 
 class AlignmentPoint(NamedTuple):
-    """A point captured on the pole sphere with the head unlocked: the head's angles in degrees, then machine coordinates."""
+    """A captured point: the angles of the unlocked head in degrees, then the machine position while the stylus tip was
+    on the pole sphere."""
 
     APosition: float
     BPosition: float
