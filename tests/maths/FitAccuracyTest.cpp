@@ -42,13 +42,13 @@ constexpr Kind kinds[] = {Kind::Even,       Kind::Unbalanced,  Kind::Outlier,
 constexpr const char* kindNames[] = {"even",         "unbalanced",  "outlier",
                                      "out of plane", "alternating", "nearly collinear"};
 
-struct Arc {
+struct DrawnArc {
     Kind kind;
     double degrees, radius, noise;
     double away; ///< distance of the circle's centre from the origin
     int count;
 
-    static Arc Draw(Random& random) {
+    static DrawnArc Draw(Random& random) {
         constexpr double degrees[] = {360.0, 270.0, 180.0, 90.0, 60.0, 45.0, 30.0, 20.0, 10.0, 5.0, 2.0, 1.0};
         constexpr double radii[] = {1e-2, 0.1, 1.0, 10.0, 100.0, 1e3, 1e4, 1e5};
         constexpr double noises[] = {0.0, 1e-6, 1e-4, 1e-3, 1e-2, 0.1};
@@ -110,7 +110,7 @@ private:
     }
 };
 
-void ExpectRightCircle(const Arc& arc, const std::vector<Coordinates>& points) {
+void ExpectRightCircle(const DrawnArc& arc, const std::vector<Coordinates>& points) {
     constexpr long evaluationLimit = 1000;
     CMaCircle circle(1.0);
     try {
@@ -135,7 +135,7 @@ void ExpectRightCircle(const Arc& arc, const std::vector<Coordinates>& points) {
 TEST(FitAccuracy, CirclesAreRightToTheRoundingOfTheirPoints) {
     Random random(41);
     for (int round = 0; round < 600; ++round) {
-        const Arc arc = Arc::Draw(random);
+        const DrawnArc arc = DrawnArc::Draw(random);
         SCOPED_TRACE("seed 41, round " + std::to_string(round) + ": " + arc.Describe());
         ExpectRightCircle(arc, arc.Points(random));
     }
@@ -146,7 +146,7 @@ TEST(FitAccuracy, AFitOfAClearCircleNeedsThreeEvaluations) {
     Random random(47);
     int clear = 0;
     for (int round = 0; round < 600; ++round) {
-        const Arc arc = Arc::Draw(random);
+        const DrawnArc arc = DrawnArc::Draw(random);
         const std::vector<Coordinates> points = arc.Points(random);
         // With so little noise the initial guess is very near to the result.
         if (!arc.IsClear() || arc.Sagitta() < 1000.0 * arc.LargestNoise()) continue;
@@ -164,7 +164,7 @@ TEST(FitAccuracy, ErrorsOfACircleAreAsItsHeaderStates) {
     double worst = 0.0, worstNormal = 0.0;
     for (int round = 0; round < 300; ++round) {
         SCOPED_TRACE("seed 48, round " + std::to_string(round));
-        const Arc capture = {Kind::Even, 90.0, 180.0, 0.001, 1000.0, 40};
+        const DrawnArc capture = {Kind::Even, 90.0, 180.0, 0.001, 1000.0, 40};
         const std::vector<Coordinates> points = capture.Points(random);
         CMaCircle circle(1.0);
         ASSERT_NO_THROW(circle.Fit(ArrayOf(points), 1000));
@@ -185,7 +185,7 @@ TEST(FitAccuracy, APlaneFitBeforeTheCircleFitMovesTheCentre) {
     constexpr int rounds = 300;
     for (int round = 0; round < rounds; ++round) {
         SCOPED_TRACE("seed 50, round " + std::to_string(round));
-        const CMaPointArray points = ArrayOf(Arc{Kind::Even, 10.0, 180.0, 0.1, 0.0, 40}.Points(random));
+        const CMaPointArray points = ArrayOf(DrawnArc{Kind::Even, 10.0, 180.0, 0.1, 0.0, 40}.Points(random));
         CMaPlane plane;
         ASSERT_NO_THROW(plane.Fit(points));
         CMaPointArray inPlane;
@@ -199,11 +199,11 @@ TEST(FitAccuracy, APlaneFitBeforeTheCircleFitMovesTheCentre) {
 }
 
 TEST(FitAccuracy, CirclesOfThousandsOfPointsAreRightToTheirRounding) {
-    const Arc arcs[] = {{Kind::Unbalanced, 90.0, 100.0, 1e-2, 1e3, 4000},
-                        {Kind::Alternating, 1.0, 1e5, 0.1, 0.0, 4000},
-                        {Kind::OutOfPlane, 360.0, 1e-2, 1e-4, 1.0, 4000}};
+    const DrawnArc arcs[] = {{Kind::Unbalanced, 90.0, 100.0, 1e-2, 1e3, 4000},
+                             {Kind::Alternating, 1.0, 1e5, 0.1, 0.0, 4000},
+                             {Kind::OutOfPlane, 360.0, 1e-2, 1e-4, 1.0, 4000}};
     Random random(42);
-    for (const Arc& arc : arcs) {
+    for (const DrawnArc& arc : arcs) {
         SCOPED_TRACE("seed 42: " + arc.Describe());
         ExpectRightCircle(arc, arc.Points(random));
     }

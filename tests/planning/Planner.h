@@ -15,8 +15,8 @@ public:
         currentA = a;
         currentB = b;
     }
-    RequiredMoves Plan(double targetA, double targetB) const {
-        RequiredMoves moves{};
+    /// `moves`: what the record holds before it is filled.
+    RequiredMoves Plan(double targetA, double targetB, RequiredMoves moves = {}) const {
         PlanMoves(targetA, targetB, moves);
         return moves;
     }

@@ -53,9 +53,7 @@ TEST_F(Sequence, EachStepWritesItsOwnFieldsAndNoOther) {
 TEST_F(Sequence, FillsEveryFieldEvenWhenTheHeadStaysWhereItIs) {
     for (const double b : {-180.0, 0.0, 180.0}) {
         planner.StandAt(0.0, b);
-        RequiredMoves record = UntouchedRecord();
-        record = planner.Plan(0.0, b);
-        const auto numbers = NumbersOf(record);
+        const auto numbers = NumbersOf(planner.Plan(0.0, b, UntouchedRecord()));
         for (std::size_t i = 0; i < numbers.size(); ++i) {
             EXPECT_NE(numbers[i], untouched) << NameOfNumber(i);
             EXPECT_TRUE(std::isfinite(numbers[i])) << NameOfNumber(i);

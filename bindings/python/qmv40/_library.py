@@ -22,7 +22,7 @@ def _places() -> Iterator[str]:
         return
     # In a wheel the library is in the package. In an installation the package is in lib/python3/dist-packages, and the
     # library is in lib or beside lib.
-    for folder in (package, *package.parents[2:4]):
+    for folder in (package, *list(package.parents)[2:4]):
         if (folder / _NAME).is_file():
             yield str(folder / _NAME)
     yield _NAME
