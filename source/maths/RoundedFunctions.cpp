@@ -128,16 +128,16 @@ double Cosine(double angle) noexcept {
 double ArcTangent(double slope) noexcept { return ArcTangent(slope, 1.0); }
 
 double ArcTangent(double y, double x) noexcept {
-    // An approximation. The angle between it and the direction (x, y) is so small that the angle equals its tangent.
-    const double near = std::atan2(y, x);
+    // The angle between this direction and (x, y) is so small that it equals its tangent.
+    const double approximation = std::atan2(y, x);
     const auto isShort = [](double length) { return std::fabs(length) < 0x1p400; };
     const bool isLong = std::fabs(x) > 0x1p-400 || std::fabs(y) > 0x1p-400;
     // The products below are not exact for a very short vector, and not finite for a very long one.
-    if (y == 0.0 || !isLong || !isShort(x) || !isShort(y)) return near;
-    const auto [sine, cosine] = Turn(near);
+    if (y == 0.0 || !isLong || !isShort(x) || !isShort(y)) return approximation;
+    const auto [sine, cosine] = Turn(approximation);
     const DoubleDouble across = cosine * DoubleDouble{y, 0.0} + -(sine * DoubleDouble{x, 0.0});
     const DoubleDouble along = cosine * DoubleDouble{x, 0.0} + sine * DoubleDouble{y, 0.0};
-    return near + across.high / along.high;
+    return approximation + across.high / along.high;
 }
 
 } // namespace qmv40
