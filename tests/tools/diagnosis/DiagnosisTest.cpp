@@ -65,6 +65,22 @@ TEST(Diagnosis, FindsTheWrongQuadrantOfAHeadCapturedAtB0) {
     }
 }
 
+TEST(Diagnosis, RefusesAHeadCentreThatTheFittedHeadContradicts) {
+    const SimulatedHead head = SomeSimulatedHead();
+    diagnosis::CaptureUnderTest test =
+        UnderTest(WithNoise(head.ASet(45), 1e-3, 1), WithNoise(head.BSet(75, 13, -180, 180), 1e-3, 2));
+    EXPECT_TRUE(diagnosis::Diagnose(test).value().findings.empty());
+    // Far beyond the standard deviation of some micrometres.
+    test.headCentre->z += 0.3;
+    const diagnosis::Diagnosis diagnosis = diagnosis::Diagnose(test).value();
+    for (const auto kind : {diagnosis::FindingKind::CentreDisagrees, diagnosis::FindingKind::ComponentDiffers}) {
+        const diagnosis::Finding* const finding = FindingOf(diagnosis, kind);
+        ASSERT_NE(nullptr, finding) << TextOf(diagnosis);
+        EXPECT_EQ(diagnosis::Severity::Fault, finding->severity);
+        EXPECT_NEAR(0.3, finding->figure, 0.02);
+    }
+}
+
 TEST(Diagnosis, WarnsOfATiltArcThatIsTooShortForTheCentreAskedFor) {
     const SimulatedHead head = SomeSimulatedHead();
     const Items bSet = WithNoise(head.BSet(75, 13, -180, 180), 1e-3, 2);
