@@ -40,7 +40,7 @@ protected:
 };
 
 struct IQMVCalculator2 : IQMVCalculator {
-    /// The centre of the pole sphere, where the A and B axes meet.
+    /// The head centre of the geometry: the centre of the pole sphere, in machine coordinates.
     virtual HRESULT STDMETHODCALLTYPE GetPoleSpherePosition(XYZData* PoleSpherePosition) = 0;
 
 protected:

@@ -1,6 +1,7 @@
 #include "tools/cli/AssumptionOptions.h"
 
 #include "tools/check/obstacles/ObstacleFile.h"
+#include "tools/cli/Options.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Numbers.h"
 
@@ -45,16 +46,9 @@ void AddHeadSizes(Command& command, check::PartSizes& sizes) {
 }
 
 void AddStylus(Command& command, AssumptionOptions& assumptions) {
-    command.AddValue("--stylus", "MM",
-                     "Length of the stylus, head centre to tip centre. Without it no stylus is checked",
-                     [&assumptions](const std::string& value) -> std::string {
-                         const text::ParsedNumber number = text::ParseNumber(value);
-                         if (number.problem != nullptr || !(number.value > 0.0)) {
-                             return "'" + value + "' is not a length above 0 mm";
-                         }
-                         assumptions.stylusLength = number.value;
-                         return "";
-                     });
+    AddPositiveLengthOption(command, "--stylus", "MM",
+                            "Length of the stylus, head centre to tip centre. Without it no stylus is checked",
+                            assumptions.stylusLength);
     AddLengthOption(command, "--stylus-diameter", assumptions.stylus.diameter,
                     "Diameter of its stem. 4 mm unless given")
         .Need("--stylus");

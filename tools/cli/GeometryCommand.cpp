@@ -106,8 +106,7 @@ void PrintFits(const GeometryReport& report, const text::Console& console) {
 }
 
 void PrintVerdict(const GeometryReport& report, const diagnosis::CaptureFiles& capture, const text::Console& console) {
-    diagnosis::PrintVerdict(report.findings, capture,
-                            report.diagnosis ? report.diagnosis->head.model.tip : model::Vector3{}, console);
+    diagnosis::PrintVerdict(report.findings, capture, report.Tip(), console);
 }
 
 void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& capture, const text::Console& console) {
@@ -180,13 +179,7 @@ void WriteForPeople(const GeometryOptions& options, const GeometryReport& report
         console.err << "The residuals were drawn into " << options.picture << '\n';
     }
     if (!options.record.empty()) {
-        const RecordedGeometry recorded{report.head,
-                                        report.capture,
-                                        capture,
-                                        report.findings,
-                                        report.diagnosis,
-                                        options.headNumber,
-                                        isWritten ? options.output : ""};
+        const RecordedGeometry recorded{report, capture, options.headNumber, isWritten ? options.output : ""};
         text::WriteOutput(options.record, record::RecordPage(RecordOf(recorded)), record::RecordKind());
         console.err << "The record was written to " << options.record << ": print it on A4\n";
     }

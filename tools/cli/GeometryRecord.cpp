@@ -33,10 +33,11 @@ public:
     record::Record Made() const {
         record::Record record;
         record.title = "Geometry of head " + (geometry.headNumber.empty() ? "(no number given)" : geometry.headNumber);
-        record.verdict = diagnosis::VerdictOf(geometry.findings);
+        record.verdict = diagnosis::VerdictOf(geometry.judged.findings);
         record.meaning = Meaning(record.verdict);
-        AddFindings(record);
-        record.picture = record::CapturePicture({geometry.capture.sets, geometry.files, geometry.findings});
+        record.findings = RecordedFindings(geometry.judged, geometry.files);
+        record.picture =
+            record::CapturePicture({geometry.judged.capture.sets, geometry.files, geometry.judged.findings});
         record.sections = {Occasion(), Geometry(), Capture(), Known(), Settings()};
         return record;
     }
@@ -46,15 +47,6 @@ private:
         if (verdict == "good") return "Circles, axes and angles agree.";
         return verdict == "fault" ? "The capture contradicts itself. Do not use this geometry."
                                   : "The geometry is right, but not as good as it should be.";
-    }
-
-    void AddFindings(record::Record& record) const {
-        const model::Vector3 tip = geometry.diagnosis ? geometry.diagnosis->head.model.tip : model::Vector3{};
-        for (const diagnosis::Finding& finding : geometry.findings) {
-            const diagnosis::FindingMessage message = diagnosis::MessageFor(finding, geometry.files, tip);
-            record.findings.push_back({std::string(NameOf(finding.severity)) + ": " + std::string(NameOf(finding.kind)),
-                                       message.sentence, message.remedy});
-        }
     }
 
     RecordSection Occasion() const {
@@ -68,23 +60,26 @@ private:
 
     RecordSection Geometry() const {
         RecordSection section{"Geometry", {"", "", "standard deviation"}, {}};
-        const double centre[] = {geometry.head.headCentre.XPosition, geometry.head.headCentre.YPosition,
-                                 geometry.head.headCentre.ZPosition};
+        const double centre[] = {geometry.judged.head.headCentre.XPosition, geometry.judged.head.headCentre.YPosition,
+                                 geometry.judged.head.headCentre.ZPosition};
         const char* const names[] = {"head centre X", "head centre Y", "head centre Z"};
         for (std::size_t i = 0; i < 3; ++i) {
             section.rows.push_back(
                 {names[i], Fixed(centre[i], 4, "mm"),
-                 geometry.diagnosis ? Fixed(geometry.diagnosis->axes.headCentre[i].standardDeviation, 4, "mm") : ""});
+                 geometry.judged.diagnosis
+                     ? Fixed(geometry.judged.diagnosis->axes.headCentre[i].standardDeviation, 4, "mm")
+                     : ""});
         }
-        section.rows.push_back(
-            {"turned about Z", Fixed(geometry.head.rotationAroundZ, 4, "deg"),
-             geometry.diagnosis ? Fixed(geometry.diagnosis->axes.rotationStandardDeviation, 4, "deg") : ""});
-        section.rows.push_back({"safe height Z", Fixed(geometry.head.safePosition.ZPosition, 4, "mm"), ""});
-        if (geometry.diagnosis) AddAxes(section);
+        section.rows.push_back({"turned about Z", Fixed(geometry.judged.head.rotationAroundZ, 4, "deg"),
+                                geometry.judged.diagnosis
+                                    ? Fixed(geometry.judged.diagnosis->axes.rotationStandardDeviation, 4, "deg")
+                                    : ""});
+        section.rows.push_back({"safe height Z", Fixed(geometry.judged.head.safePosition.ZPosition, 4, "mm"), ""});
+        if (geometry.judged.diagnosis) AddAxes(section);
         return section;
     }
     void AddAxes(RecordSection& section) const {
-        const diagnosis::fit::HeadAxes& axes = geometry.diagnosis->axes;
+        const diagnosis::fit::HeadAxes& axes = geometry.judged.diagnosis->axes;
         section.rows.push_back({"A axis passes B axis at", Fixed(std::abs(axes.axisOffset.value), 4, "mm"),
                                 Fixed(axes.axisOffset.standardDeviation, 4, "mm")});
         section.rows.push_back({"axes out of square by", Fixed(std::abs(axes.squareness.value), 4, "deg"),
@@ -103,8 +98,8 @@ private:
         section.rows.push_back({"points", std::to_string(a.items.size()), std::to_string(b.items.size())});
         section.rows.push_back({"held at", "B " + text::ExactText(a.items.front().BPosition) + " deg",
                                 "A " + text::ExactText(b.items.front().APosition) + " deg"});
-        if (!geometry.diagnosis) return section;
-        const diagnosis::Diagnosis& diagnosis = *geometry.diagnosis;
+        if (!geometry.judged.diagnosis) return section;
+        const diagnosis::Diagnosis& diagnosis = *geometry.judged.diagnosis;
         section.rows.push_back({"arc covered", Fixed(diagnosis.aCircle.arcCovered, 1, "deg"),
                                 Fixed(diagnosis.bCircle.arcCovered, 1, "deg")});
         section.rows.push_back(
@@ -119,8 +114,8 @@ private:
     }
 
     RecordSection Known() const {
-        const auto& sphere = geometry.capture.knownSphere;
-        const auto& stylus = geometry.capture.knownStylus;
+        const auto& sphere = geometry.judged.capture.knownSphere;
+        const auto& stylus = geometry.judged.capture.knownStylus;
         return {"Measured otherwise",
                 {},
                 {{"pole sphere X, Y, Z", sphere ? text::FixedText(sphere->x, 4) + ", " + text::FixedText(sphere->y, 4) +
@@ -144,6 +139,18 @@ private:
 };
 
 } // namespace
+
+std::vector<record::RecordedFinding> RecordedFindings(const JudgedCapture& judged,
+                                                      const diagnosis::CaptureFiles& files) {
+    std::vector<record::RecordedFinding> recorded;
+    recorded.reserve(judged.findings.size());
+    for (const diagnosis::Finding& finding : judged.findings) {
+        diagnosis::FindingMessage message = diagnosis::MessageFor(finding, files, judged.Tip());
+        recorded.push_back({std::string(NameOf(finding.severity)) + ": " + std::string(NameOf(finding.kind)),
+                            std::move(message.sentence), std::move(message.remedy)});
+    }
+    return recorded;
+}
 
 record::Record RecordOf(const RecordedGeometry& geometry) { return Recorder(geometry).Made(); }
 

@@ -1,8 +1,6 @@
 #include "tools/cli/JudgedCapture.h"
 
-#include "tools/text/Numbers.h"
-
-#include <sstream>
+#include "tools/cli/Options.h"
 
 namespace qmv40::cli {
 
@@ -36,20 +34,6 @@ diagnosis::CaptureFile ReadIn(text::LengthUnit given, const std::string& fileNam
     }
     progress.Advance(1);
     return file;
-}
-
-/// X,Y,Z
-std::optional<model::Vector3> ParsedPoint(const std::string& value) {
-    model::Vector3 point;
-    std::istringstream parts(value);
-    std::string part;
-    std::size_t count = 0;
-    for (; std::getline(parts, part, ','); ++count) {
-        const text::ParsedNumber number = text::ParseNumber(part);
-        if (number.problem != nullptr || count == 3) return std::nullopt;
-        point[count] = number.value;
-    }
-    return count == 3 ? std::optional(point) : std::nullopt;
 }
 
 } // namespace
@@ -94,30 +78,17 @@ void AddCaptureFiles(Command& command, CaptureOptions& options, bool isRequired)
 }
 
 void AddJudgingOptions(Command& command, CaptureOptions& options) {
-    command.AddValue("--centre-within", "MM",
-                     "Warn when the head centre is not known to this, twice its standard deviation. 0.05 unless given",
-                     [&options](const std::string& value) -> std::string {
-                         const text::ParsedNumber number = text::ParseNumber(value);
-                         if (number.problem != nullptr || !(number.value > 0.0)) {
-                             return "'" + value + "' is not a length of more than 0 mm";
-                         }
-                         options.centreWithin = number.value;
-                         return "";
-                     });
-    command.AddValue(
-        "--sphere", "X,Y,Z",
+    AddPositiveLengthOption(
+        command, "--centre-within", "MM",
+        "Warn when the head centre is not known to this, twice its standard deviation. 0.05 unless given",
+        options.centreWithin);
+    AddPointOption(
+        command, "--sphere",
         "The pole sphere's centre, measured with a tip that is qualified to the machine's zero-length reference",
-        [&options](const std::string& value) -> std::string {
-            options.sphere = ParsedPoint(value);
-            return options.sphere ? "" : "'" + value + "' is not X,Y,Z";
-        });
-    command.AddValue("--stylus", "LENGTH", "The stylus from the crossing of the head's axes to the centre of its ball",
-                     [&options](const std::string& value) -> std::string {
-                         const text::ParsedNumber number = text::ParseNumber(value);
-                         options.stylus = number.value;
-                         const bool isLength = number.problem == nullptr && number.value > 0.0;
-                         return isLength ? "" : "'" + value + "' is not a length";
-                     });
+        options.sphere);
+    AddPositiveLengthOption(command, "--stylus", "LENGTH",
+                            "The stylus from the crossing of the head's axes to the centre of its ball",
+                            options.stylus);
 }
 
 void AddUnits(Command& command, CaptureOptions& options, const char* description) {

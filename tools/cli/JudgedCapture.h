@@ -28,6 +28,9 @@ struct JudgedCapture {
     diagnosis::CaptureUnderTest capture;
     std::vector<diagnosis::Finding> findings;
     std::optional<diagnosis::Diagnosis> diagnosis; ///< empty: the sets determine no head, or the numbers are too large
+
+    /// The stylus tip of the fitted head, in the head's frame; 0, 0, 0 without one.
+    model::Vector3 Tip() const { return diagnosis ? diagnosis->head.model.tip : model::Vector3{}; }
 };
 
 /// --a-axis and --b-axis.

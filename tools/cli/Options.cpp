@@ -48,6 +48,16 @@ template <typename Point> Option AddPoint(Command& command, const char* name, co
     });
 }
 
+template <typename Length> Option AddPositiveLength(Command& command, const char* name, const char* unit,
+                                                    const char* description, Length& length) {
+    return command.AddValue(name, unit, description, [&length](const std::string& value) -> std::string {
+        const text::ParsedNumber number = text::ParseNumber(value);
+        if (number.problem != nullptr || !(number.value > 0.0)) return "'" + value + "' is not a length above 0";
+        length = number.value;
+        return "";
+    });
+}
+
 } // namespace
 
 void AddJsonOption(Command& command, bool& json) {
@@ -85,6 +95,16 @@ void AddTipOption(Command& command, model::Vector3& tip) {
 Option AddPointOption(Command& command, const char* name, const char* description,
                       std::optional<model::Vector3>& point) {
     return AddPoint(command, name, description, point);
+}
+
+Option AddPositiveLengthOption(Command& command, const char* name, const char* unit, const char* description,
+                               double& length) {
+    return AddPositiveLength(command, name, unit, description, length);
+}
+
+Option AddPositiveLengthOption(Command& command, const char* name, const char* unit, const char* description,
+                               std::optional<double>& length) {
+    return AddPositiveLength(command, name, unit, description, length);
 }
 
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets) {

@@ -42,6 +42,11 @@ void AddTipOption(Command& command, model::Vector3& tip);
 /// Not required unless the caller says so.
 Option AddPointOption(Command& command, const char* name, const char* description,
                       std::optional<model::Vector3>& point);
+/// A length above 0. `unit`: what the help shows for the value, such as "MM". Not required.
+Option AddPositiveLengthOption(Command& command, const char* name, const char* unit, const char* description,
+                               double& length);
+Option AddPositiveLengthOption(Command& command, const char* name, const char* unit, const char* description,
+                               std::optional<double>& length);
 /// Not required unless the caller says so.
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets);
 

@@ -2,7 +2,6 @@
 
 #include "tools/cli/Options.h"
 #include "tools/recovery/Journal.h"
-#include "tools/text/Numbers.h"
 
 namespace qmv40::cli {
 
@@ -15,13 +14,6 @@ std::string ReadMoveNumber(const std::string& value, Kind kind, recovery::KnownM
     const auto number = isBeforeAll ? std::optional<std::size_t>(0) : plans::ParseMoveNumber(value);
     if (!number) return "'" + value + "' is no number of a move, " + (kind == Kind::After ? "0" : "1") + " to 19";
     known = {kind, *number};
-    return "";
-}
-
-std::string ReadPositionError(const std::string& value, double& error) {
-    const text::ParsedNumber number = text::ParseNumber(value);
-    if (number.problem != nullptr || !(number.value > 0.0)) return "'" + value + "' is not a length above 0 mm";
-    error = number.value;
     return "";
 }
 
@@ -38,9 +30,8 @@ Option AddStopQuestion(Command& command, StopQuestion& question) {
     command.AddText("--journal", question.journal, "FILE", "Take the move from the journal that the program wrote")
         .Exclude("--during")
         .Exclude("--after");
-    command.AddValue(
-        "--position-error", "MM", "How exact the position is. 0.05 mm unless given",
-        [&question](const std::string& value) { return ReadPositionError(value, question.positionError); });
+    AddPositiveLengthOption(command, "--position-error", "MM", "How exact the position is. 0.05 mm unless given",
+                            question.positionError);
     return AddPointOption(command, "--standing", "Where the machine stands now, mm", question.standing);
 }
 

@@ -2,7 +2,7 @@
 #include "tools/cli/AssumptionOptions.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/ExitCode.h"
-#include "tools/cli/JudgedCapture.h"
+#include "tools/cli/GeometryRecord.h"
 #include "tools/cli/Options.h"
 #include "tools/cli/PlanSelection.h"
 #include "tools/cli/StopQuestion.h"
@@ -75,14 +75,10 @@ std::string CaptureFigure(const CaptureOptions& options, const text::Console& co
     component::Calculator calculator;
     calculator.EnterHeadGeometry(files.aAxis.items, files.bAxis.items);
     const JudgedCapture judged = Judged(options, files, calculator, progress);
-    const model::Vector3 tip = judged.diagnosis ? judged.diagnosis->head.model.tip : model::Vector3{};
-    std::string figure = "<section id=\"capture\" aria-label=\"Capture\">\n<h3>Capture: " +
-                         view::MarkupText(diagnosis::VerdictOf(judged.findings)) + "</h3>\n";
-    for (const diagnosis::Finding& finding : judged.findings) {
-        const diagnosis::FindingMessage message = diagnosis::MessageFor(finding, files, tip);
-        figure += "<p>" + view::MarkupText(message.sentence + " " + message.remedy) + "</p>\n";
-    }
-    return figure + record::CapturePicture({judged.capture.sets, files, judged.findings}) + "</section>\n";
+    return "<section id=\"capture\" aria-label=\"Capture\">\n<h3>Capture: " +
+           view::MarkupText(diagnosis::VerdictOf(judged.findings)) + "</h3>\n" +
+           record::FindingsMarkup(RecordedFindings(judged, files)) +
+           record::CapturePicture({judged.capture.sets, files, judged.findings}) + "</section>\n";
 }
 
 std::string PageText(const std::string& templateFile, const std::string& content, const view::ViewedTour& view,
@@ -211,7 +207,7 @@ constexpr const char* viewFooter =
     "view to one scale, the moves numbered. With --json the document that the page shows is printed.\n"
     "With --a-axis and --b-axis, the capture that the geometry was computed from, the page shows the residual of each\n"
     "point, 1000 times as long, and what `qmv40 geometry` finds.\n"
-    "With findings their moves are marked, page and drawing are written as well, and the exit code is 4.";
+    "Moves with findings are marked. Page and drawing are written in any case; with findings the exit code is 4.";
 
 } // namespace
 

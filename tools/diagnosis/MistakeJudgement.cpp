@@ -94,19 +94,23 @@ private:
 
     /// A drift grows from point to point, so that the finding names no points.
     Finding Drifting() const {
-        if (error.kind == ErrorKind::Place)
-            return {Name::Drifts, BySize(distance, thresholds::leastMove), {}, distance, 0.0, std::nullopt, Values()};
-        Finding finding = error.kind == ErrorKind::SwivelAngle
-                              ? Finding{Name::TurnedOnMount,
-                                        BySize(std::abs(Degrees()), thresholds::leastWrongAngle),
-                                        {},
-                                        Degrees(),
-                                        distance}
-                          : error.kind == ErrorKind::LeaningHead ? Tilted(Lean())
-                                                                 : OtherTip();
+        Finding finding = DriftByKind();
         finding.points.clear();
         finding.detail = 1;
         return finding;
+    }
+    Finding DriftByKind() const {
+        switch (error.kind) {
+        case ErrorKind::Place:
+            return {Name::Drifts, BySize(distance, thresholds::leastMove), {}, distance, 0.0, std::nullopt, Values()};
+        case ErrorKind::SwivelAngle:
+            return {
+                Name::TurnedOnMount, BySize(std::abs(Degrees()), thresholds::leastWrongAngle), {}, Degrees(), distance};
+        case ErrorKind::LeaningHead:
+            return Tilted(Lean());
+        default:
+            return OtherTip();
+        }
     }
 
     Finding OtherTip() const {

@@ -26,16 +26,6 @@ std::string Element(const std::string& name, const std::string& attributes, cons
     return "<" + name + attributes + ">" + view::MarkupText(words) + "</" + name + ">";
 }
 
-std::string Findings(const Record& record) {
-    std::string page;
-    for (const RecordedFinding& finding : record.findings) {
-        page += "<p class=\"finding\">" + Element("b", "", finding.heading) + "<br>" +
-                view::MarkupText(finding.sentence) + "<br>" + view::MarkupText("\xE2\x86\x92 " + finding.remedy) +
-                "</p>\n";
-    }
-    return page;
-}
-
 /// The first cell of a row names it, the others are figures.
 std::string Row(const std::vector<std::string>& cells, const char* name) {
     std::string row = "<tr>";
@@ -52,12 +42,22 @@ std::string Section(const RecordSection& section) {
 
 } // namespace
 
+std::string FindingsMarkup(const std::vector<RecordedFinding>& findings) {
+    std::string markup;
+    for (const RecordedFinding& finding : findings) {
+        markup += "<p class=\"finding\">" + Element("b", "", finding.heading) + "<br>" +
+                  view::MarkupText(finding.sentence) + "<br>" + view::MarkupText("\xE2\x86\x92 " + finding.remedy) +
+                  "</p>\n";
+    }
+    return markup;
+}
+
 std::string RecordPage(const Record& record) {
     std::string page = std::string("<!DOCTYPE html>") + recordMark +
                        "\n<html lang=\"en\"><head><meta charset=\"utf-8\">" + Element("title", "", record.title) +
                        "<style>" + pageStyle + "</style></head>\n<body>\n" + Element("h1", "", record.title) + "\n<p>" +
                        Element("span", " class=\"verdict " + record.verdict + "\"", "Verdict: " + record.verdict) +
-                       ". " + view::MarkupText(record.meaning) + "</p>\n" + Findings(record);
+                       ". " + view::MarkupText(record.meaning) + "</p>\n" + FindingsMarkup(record.findings);
     if (!record.picture.empty()) page += "<figure>" + record.picture + "</figure>\n";
     page += "<div class=\"columns\">\n";
     for (const RecordSection& section : record.sections) page += Section(section);

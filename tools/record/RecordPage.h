@@ -32,6 +32,9 @@ struct Record {
     std::vector<RecordSection> sections;
 };
 
+/// Findings as paragraphs of a page.
+std::string FindingsMarkup(const std::vector<RecordedFinding>& findings);
+
 /// The page: one file that needs no other. It is laid out for A4 paper.
 std::string RecordPage(const Record& record);
 

@@ -409,7 +409,7 @@ TEST_F(ViewCommand, ShowsTheResidualsOfTheCaptureInThePage) {
                                    "--a-axis", aAxis, "--b-axis", plain.bAxis});
     EXPECT_EQ(0, run.exitCode) << run.err;
     EXPECT_TRUE(Holds(page, "<h3>Capture: fault</h3>"));
-    EXPECT_TRUE(Holds(page, "a &amp; b.csv:5 lies 0.700 mm off its place. Measure the point again"));
+    EXPECT_TRUE(Holds(page, "a &amp; b.csv:5 lies 0.700 mm off its place.<br>\xE2\x86\x92 Measure the point again"));
     RunQmv40({"geometry", "--a-axis", aAxis, "--b-axis", plain.bAxis, "--svg", picture});
     const std::string drawn = ReadFile(picture);
     EXPECT_TRUE(Holds(page, drawn.substr(drawn.find("<title>"), drawn.find("</svg>") - drawn.find("<title>"))));

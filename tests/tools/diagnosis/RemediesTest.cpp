@@ -2,8 +2,10 @@
 // now.
 
 #include "tests/tools/diagnosis/PaperTrial.h"
+#include "tools/diagnosis/FindingMessage.h"
 
 #include <algorithm>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -11,6 +13,8 @@ using namespace qmv40::diagnosis;
 using paper::Measurement;
 using paper::Measurements;
 using qmv40::model::Vector3;
+using testing::AnyOf;
+using testing::HasSubstr;
 
 namespace {
 
@@ -26,6 +30,10 @@ public:
     bool Follow(const Finding& finding) {
         const bool cameAgain = std::ranges::find(followed, finding.kind) != followed.end();
         followed.push_back(finding.kind);
+        // A remedy that did not help may only be followed by new sets when it says so.
+        if (cameAgain) {
+            EXPECT_THAT(RemedyOf(finding), HasSubstr("apture both sets again"));
+        }
         if (cameAgain || capture.aLines.size() != capture.aSet.size() || capture.bLines.size() != capture.bSet.size()) {
             CaptureBothSets(finding.kind);
             return true;
@@ -65,19 +73,35 @@ public:
             break;
         case FindingKind::TooFewPositions:
         case FindingKind::OtherAxisMoved:
-            if (finding.points.front() < capture.aSet.size()) {
-                CaptureASet(45.0);
+            CaptureSetOf(finding);
+            break;
+        case FindingKind::TipInForce:
+            if (finding.detail == 0) {
+                CaptureBothSets(finding.kind);
             } else {
-                CaptureBSet();
+                CaptureSetOf(finding);
             }
             break;
         default:
+            EXPECT_THAT(RemedyOf(finding), AnyOf(HasSubstr("apture both sets again"), HasSubstr("apture again")));
             CaptureBothSets(finding.kind);
         }
         return true;
     }
 
 private:
+    static CaptureFile FileOf(const char* name, const std::vector<paper::CapturedLine>& lines) {
+        CaptureFile file{name, {}, {}, {}};
+        for (const paper::CapturedLine& line : lines) {
+            file.items.push_back({line.a, line.b, line.position.x, line.position.y, line.position.z});
+            file.lines.push_back(file.items.size() + 1);
+        }
+        return file;
+    }
+    std::string RemedyOf(const Finding& finding) const {
+        return MessageFor(finding, {FileOf("a.csv", capture.aLines), FileOf("b.csv", capture.bLines)}, {}).remedy;
+    }
+
     Measurement& MeasurementOf(std::size_t point) {
         return point < capture.aSet.size() ? capture.aSet[point] : capture.bSet[point - capture.aSet.size()];
     }
@@ -121,6 +145,13 @@ private:
         capture.bSet = Set({90}, {-180, -150, -120, -90, -60, -30, 0, 30, 60, 90, 120, 150});
         capture.bLines = paper::LinesOf(capture.bSet, capture.noise, capture.generator);
     }
+    void CaptureSetOf(const Finding& finding) {
+        if (finding.points.front() < capture.aSet.size()) {
+            CaptureASet(45.0);
+        } else {
+            CaptureBSet();
+        }
+    }
     /// Everything is tight, in its place and as the remedy wants it.
     void CaptureBothSets(FindingKind kind) {
         if (kind == FindingKind::HeadLeans) now.leanX = now.leanY = 0.0;
@@ -135,7 +166,7 @@ private:
 
     PaperCapture& capture;
     Measurement now;
-    std::vector<FindingKind> followed; ///< a finding that comes again is answered with new sets
+    std::vector<FindingKind> followed;
 };
 
 /// The finding that is shown first: the first fault.
