@@ -1,4 +1,5 @@
-# Run by CPack over the files of the packages: what Debian keeps elsewhere, or compressed, than an installation by hand.
+# CPack runs this for the files of the packages. It moves and compresses the files that a Debian package has in another
+# place or form than an installation by hand.
 set(root ${CMAKE_CURRENT_LIST_DIR}/..)
 set(share ${CPACK_TEMPORARY_DIRECTORY}/Unspecified/usr/share)
 

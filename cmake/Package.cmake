@@ -1,8 +1,8 @@
-# Two Debian packages of all that is installed: packaging/debian. (The target package packs no page of `qmv40 view` unless
-# qmv40_view_page was built.)
+# Two Debian packages of all installed files; packaging/debian builds them. (The target `package` alone packs the page of
+# `qmv40 view` only if qmv40_view_page was built before.)
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME coqmv40calculator)
-# The owner's own address comes from outside: DEBEMAIL, as Debian's own tools take it.
+# The owner gives the real address in the environment variable DEBEMAIL, as for Debian's own tools.
 set(address maintainers@coqmv40calculator.example)
 if(DEFINED ENV{DEBEMAIL})
     set(address $ENV{DEBEMAIL})
@@ -35,6 +35,6 @@ set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/bin)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-# The library's own headers need the compiler's alone; a program is built against them with no other package.
+# The installed headers include only each other and the standard library: a program needs no other package.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "g++ | clang, pkg-config | cmake")
 include(CPack)

@@ -1,13 +1,13 @@
-# Every warning in the project's own code is an error. (clang, which builds the fuzz targets, has other warnings and only
-# shows them.)
+# Every warning in the project's own code is an error. (Not with clang, which builds the fuzz targets: it has other
+# warnings.)
 add_library(qmv40_warnings INTERFACE)
 target_compile_options(qmv40_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion -Wold-style-cast
     -Woverloaded-virtual -Wformat=2 -Wimplicit-fallthrough
-    # The Windows headers' interfaces have public destructors that are not virtual, by the object model's design.
+    # COM interfaces in the Windows headers have virtual methods and no virtual destructor.
     $<$<NOT:$<PLATFORM_ID:Windows>>:-Wnon-virtual-dtor>
     $<$<CXX_COMPILER_ID:GNU>:-Werror>
-    # A cast from size_t to UINT is one on x64 and none on 32 bits.
+    # A cast from size_t to UINT is necessary in 64-bit builds and useless in 32-bit builds.
     $<$<AND:$<CXX_COMPILER_ID:GNU>,$<EQUAL:${CMAKE_SIZEOF_VOID_P},8>>:-Wuseless-cast>
-    # GCC 12 sees overlapping copies inside its own std::string concatenation where there are none.
+    # GCC 12 wrongly reports overlapping copies in its own std::string concatenation.
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)

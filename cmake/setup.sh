@@ -1,6 +1,6 @@
 # Sourced by ./run, ./test and the programs beside them.
 
-# ensure_packages <name>...: installs the Debian packages that are missing, and says so.
+# ensure_packages <name>...: installs the Debian packages that are missing, and prints their names.
 ensure_packages() {
     local missing=()
     for package in "$@"; do
@@ -14,20 +14,20 @@ ensure_packages() {
         "${as_root[@]}" apt-get update
         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
     } >"${TMPDIR:-/tmp}/qmv40-packages.log" 2>&1 || {
-        echo "Could not install them; the package manager's last words:" >&2
+        echo "Could not install them. The last messages of the package manager:" >&2
         tail -n 20 "${TMPDIR:-/tmp}/qmv40-packages.log" >&2
         return 1
     }
 }
 
-# ensure_node: node and npm, which build the page of `qmv40 view`. Some packages of node bring npm with them. A tree that was
-# configured without them looks again.
+# ensure_node: installs node and npm, which build the page of `qmv40 view`. Some packages of node contain npm. Build trees
+# that were configured without them are configured again.
 ensure_node() {
     command -v npm >/dev/null && return
     ensure_packages nodejs npm && rm -f "$root"/build/*/build.ninja
 }
 
-# build_preset <preset> [target]...: configures once, then builds; quiet unless something fails.
+# build_preset <preset> [target]...: configures if necessary, then builds. Prints something only if that fails.
 build_preset() {
     local log="$root/build/$1.log"
     mkdir -p "$root/build"

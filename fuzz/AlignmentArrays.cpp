@@ -50,9 +50,9 @@ Items TakeAnyItems(FuzzedDataProvider& input, bool isASet) {
     Items items(input.ConsumeIntegralInRange<std::size_t>(0, 12));
     const double fixed = TakeDouble(input);
     for (HeadAlignmentDataItem& item : items) {
-        for (double* const value :
-             {&item.APosition, &item.BPosition, &item.XPosition, &item.YPosition, &item.ZPosition})
-            *value = TakeDouble(input);
+        std::array<double, 5> numbers;
+        std::ranges::generate(numbers, [&] { return TakeDouble(input); });
+        item = std::bit_cast<HeadAlignmentDataItem>(numbers);
         if (input.ConsumeIntegralInRange(0, 30) != 30) (isASet ? item.BPosition : item.APosition) = fixed;
     }
     return items;
@@ -66,79 +66,72 @@ void Damage(Items& items, FuzzedDataProvider& input) {
         if (input.ConsumeBool()) {
             item = items[input.ConsumeIntegralInRange<std::size_t>(0, items.size() - 1)];
         } else {
-            double numbers[5];
-            std::memcpy(numbers, &item, sizeof numbers);
+            auto numbers = std::bit_cast<std::array<double, 5>>(item);
             numbers[input.ConsumeIntegralInRange<std::size_t>(0, 4)] = TakeDouble(input);
-            std::memcpy(&item, numbers, sizeof numbers);
+            item = std::bit_cast<HeadAlignmentDataItem>(numbers);
         }
     }
 }
 
-/// An array of an unusual shape.
+/// An array of a usual or an unusual shape.
 class HostileArray {
 public:
-    HostileArray(const Items& items, FuzzedDataProvider& input) {
-        const int oddity = input.ConsumeIntegralInRange(0, 9);
-        if (oddity == 1) return; // a null array
+    HostileArray(const Items& items, FuzzedDataProvider& input)
+        : HostileArray(items, input, input.ConsumeIntegralInRange(0, 9)) {}
+    ~HostileArray() {
+        if (Get() != nullptr) Get()->cLocks = 0; // a locked array cannot be destroyed
+    }
+
+    SAFEARRAY** Address() noexcept { return array.Address(); }
+    SAFEARRAY* Get() const noexcept { return array.Get(); }
+
+    /// The upper bound of dimension 1: lower bound plus count minus 1.
+    LONG UpperBound() const {
+        const SAFEARRAYBOUND* const bounds = Get()->rgsabound;
+        const SAFEARRAYBOUND& bound = bounds[Get()->cDims - 1];
+        return static_cast<LONG>(static_cast<ULONG>(bound.lLbound) + bound.cElements - 1U);
+    }
+    /// Whether elements 0 to the upper bound exist and are points.
+    bool HoldsRecords() const {
+        return Get()->cDims == 1 && Get()->rgsabound[0].lLbound <= 0 &&
+               Get()->cbElements == sizeof(HeadAlignmentDataItem) &&
+               Get()->rgsabound[0].cElements > static_cast<ULONG>(UpperBound());
+    }
+    /// The points that are read: elements 0 to the upper bound, from the first one in memory.
+    Items Counted() const {
+        Items items(static_cast<std::size_t>(UpperBound()) + 1);
+        if (Get()->pvData != nullptr) std::memcpy(items.data(), Get()->pvData, items.size() * sizeof items[0]);
+        return items;
+    }
+    /// All its fields and data, to compare them later.
+    std::string Image() const {
+        if (Get() == nullptr) return {};
+        std::string image(reinterpret_cast<const char*>(Get()), sizeof *Get());
+        if (Get()->pvData != nullptr) image.append(static_cast<const char*>(Get()->pvData), dataSize);
+        return image;
+    }
+
+private:
+    /// 1 to 6: one thing about the array is unusual. Any other number: nothing is.
+    HostileArray(const Items& items, FuzzedDataProvider& input, int oddity)
+        : array(oddity == 1 ? AlignmentArray::Null() : Made(items, input, oddity)) {
+        if (Get() != nullptr) dataSize = items.size() * Get()->cbElements;
+        if (oddity == 5) std::free(std::exchange(Get()->pvData, nullptr));
+        if (oddity == 6) Get()->cLocks = input.ConsumeIntegralInRange<ULONG>(1, 0xFFFF);
+    }
+
+    static AlignmentArray Made(const Items& items, FuzzedDataProvider& input, int oddity) {
         const USHORT dimensions = oddity == 2 ? input.PickValueInArray<USHORT>({0, 2, 3}) : 1;
         const ULONG size = oddity == 3 ? input.PickValueInArray<ULONG>({0, 1, 8, 39, 41, 80}) : sizeof items[0];
         constexpr LONG lowest = std::numeric_limits<LONG>::min();
         constexpr LONG highest = std::numeric_limits<LONG>::max();
         const LONG first = oddity == 4 ? input.PickValueInArray({1, 5, -1, -3, -100, highest, highest - 5, lowest}) : 0;
-        SafeArrayAllocDescriptor(std::max<USHORT>(dimensions, 1), &array);
-        array->cbElements = size;
-        std::fill_n(array->rgsabound, std::max<USHORT>(dimensions, 1), SAFEARRAYBOUND{1, 7});
-        // Dimension 1, whose bounds are queried, is stored last.
-        SAFEARRAYBOUND* const bounds = array->rgsabound;
-        bounds[std::max<USHORT>(dimensions, 1) - 1] = {static_cast<ULONG>(items.size()), first};
-        if (oddity != 5) Fill(items);
-        array->cDims = dimensions;
-        if (oddity == 6) array->cLocks = input.ConsumeIntegralInRange<ULONG>(1, 0xFFFF);
-    }
-    HostileArray(const HostileArray&) = delete;
-    HostileArray& operator=(const HostileArray&) = delete;
-    ~HostileArray() {
-        if (array != nullptr) array->cLocks = 0;
-        SafeArrayDestroy(array);
+        AlignmentArray made(items, size, std::max<USHORT>(dimensions, 1), first);
+        made.Get()->cDims = dimensions;
+        return made;
     }
 
-    SAFEARRAY** Address() noexcept { return &array; }
-    const SAFEARRAY* Get() const noexcept { return array; }
-
-    /// The upper bound of dimension 1: lower bound plus count minus 1.
-    LONG UpperBound() const {
-        const SAFEARRAYBOUND* const bounds = array->rgsabound;
-        const SAFEARRAYBOUND& bound = bounds[array->cDims - 1];
-        return static_cast<LONG>(static_cast<ULONG>(bound.lLbound) + bound.cElements - 1U);
-    }
-    /// Whether elements 0 to the upper bound exist and are points.
-    bool HoldsRecords() const {
-        return array->cDims == 1 && array->rgsabound[0].lLbound <= 0 &&
-               array->cbElements == sizeof(HeadAlignmentDataItem) &&
-               array->rgsabound[0].cElements > static_cast<ULONG>(UpperBound());
-    }
-    /// The points that are read: elements 0 to the upper bound, from the first one in memory.
-    Items Counted() const {
-        Items items(static_cast<std::size_t>(UpperBound()) + 1);
-        if (array->pvData != nullptr) std::memcpy(items.data(), array->pvData, items.size() * sizeof items[0]);
-        return items;
-    }
-    /// All its fields and data, to compare them later.
-    std::string Image() const {
-        if (array == nullptr) return {};
-        std::string image(reinterpret_cast<const char*>(array), sizeof *array);
-        if (array->pvData != nullptr) image.append(static_cast<const char*>(array->pvData), dataSize);
-        return image;
-    }
-
-private:
-    void Fill(const Items& items) {
-        SafeArrayAllocData(array);
-        dataSize = items.size() * array->cbElements;
-        if (dataSize != 0) std::memcpy(array->pvData, items.data(), std::min(dataSize, items.size() * sizeof items[0]));
-    }
-
-    SAFEARRAY* array = nullptr;
+    AlignmentArray array;
     std::size_t dataSize = 0;
 };
 
@@ -250,10 +243,6 @@ Items TakeItems(FuzzedDataProvider& input, const Capture& capture, bool isASet) 
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    return ::setenv("QMV40_SETTINGS", "/nonexistent", 1); // the built-in dimensions
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);

@@ -24,7 +24,7 @@ using Rows = std::vector<Row>;
 using Outcome = std::variant<Rows, text::InputError>;
 
 const std::string& CaptureName() {
-    static const ScratchFolder folder;
+    static const TemporaryFolder folder;
     static const std::string name = folder.Name("capture.csv");
     return name;
 }

@@ -10,6 +10,8 @@
 
 #include "Support.h"
 
+#include "tests/head/SavedHead.h"
+#include "tests/support/SourceFolders.h"
 #include "tools/cli/Tool.h"
 
 #include <algorithm>
@@ -24,22 +26,6 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 using Json = nlohmann::json;
-
-constexpr std::string_view geometryFile{"[HEADCENTRE]\nX=412.5\nY=-178.25\nZ=-655\n[SAFEPOSITION]\nX=0\nY=0\nZ=0\n"
-                                        "[AlignmentOffset]\nRequiredRotationAroundZ=30\n"};
-constexpr std::string_view aAxisFile{"APosition,BPosition,XPosition,YPosition,ZPosition\n"
-                                     "0,45,412.5,-178.25,-476.5\n15,45,379.557714,-145.307714,-482.633351\n"
-                                     "30,45,348.860390,-114.610390,-500.615427\n45,45,322.5,-88.25,-529.220779\n"
-                                     "60,45,302.272959,-68.022959,-566.5\n75,45,289.557714,-55.307714,-609.912572\n"
-                                     "90,45,285.220779,-50.970779,-656.5\n"};
-constexpr std::string_view bAxisFile{"APosition,BPosition,XPosition,YPosition,ZPosition\n"
-                                     "90,-180,412.5,-358.25,-656.5\n90,-135,539.779221,-305.529221,-656.5\n"
-                                     "90,-90,592.5,-178.25,-656.5\n90,-45,539.779221,-50.970779,-656.5\n"
-                                     "90,0,412.5,1.75,-656.5\n90,45,285.220779,-50.970779,-656.5\n"
-                                     "90,90,232.5,-178.25,-656.5\n"};
-constexpr std::string_view settingsFile{
-    "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\Software\\Hollbeck\\VRX Software\\QMV40Calculator]\n"
-    "\"Locked To Unlocked Lever Rotation\"=\"120\"\n"};
 
 using Files = std::map<std::string, std::string>; ///< name to content
 
@@ -68,7 +54,7 @@ public:
     }
 
 private:
-    ScratchFolder folder;
+    TemporaryFolder folder;
 };
 
 /// Keeps a name inside the working folder: "dir/" is the only folder that it may name.
@@ -168,11 +154,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string_view input(reinterpret_cast<const char*>(data), size);
     const Arguments arguments = TakeArguments(input);
     if (Has(arguments, "--all") || Has(arguments, "selfcheck")) return 0; // thousands of plans at a time
-    const Files files{{"head.ini", std::string(geometryFile)},
-                      {"a.csv", std::string(aAxisFile)},
-                      {"b.csv", std::string(bAxisFile)},
-                      {"settings.reg", std::string(settingsFile)},
-                      {"given", std::string(input)}};
+    static Files files{{"head.ini", SavedHead{.headCentre = {412.5, -178.25, -655.0}, .rotation = 30.0}.Text()},
+                       {"a.csv", ReadFile(ScenariosFolder() + "/turned-30/a-axis.csv")},
+                       {"b.csv", ReadFile(ScenariosFolder() + "/turned-30/b-axis.csv")},
+                       {"settings.reg", ReadFile(ScenariosFolder() + "/settings-override/settings.reg")}};
+    files["given"] = input;
     folder.Prepare(files);
 
     const Run run = RunOnce(arguments);

@@ -10,6 +10,8 @@
 #include "PlanLaws.h"
 
 #include "interface/ErrorCodes.h"
+#include "persistence/HeadGeometryFile.h"
+#include "tests/head/SavedHead.h"
 #include "tests/support/Bstr.h"
 #include "tests/support/Calculator.h"
 #include "tests/support/ErrorRecord.h"
@@ -26,8 +28,8 @@ struct File {
     explicit File(const char* fileName)
         : name(Folder().Name(fileName)), wide(name.begin(), name.end()), argument(wide) {}
 
-    static ScratchFolder& Folder() {
-        static ScratchFolder folder;
+    static TemporaryFolder& Folder() {
+        static TemporaryFolder folder;
         return folder;
     }
 
@@ -36,12 +38,6 @@ struct File {
     Bstr argument;
 };
 
-constexpr std::string_view goodFile{"[HEADCENTRE]\nX=412.5\nY=-178.25\nZ=-655\n[SAFEPOSITION]\nX=0\nY=0\nZ=0\n"
-                                    "[AlignmentOffset]\nRequiredRotationAroundZ=30\n"};
-
-constexpr const wchar_t* sections[] = {L"HEADCENTRE",   L"HEADCENTRE",   L"HEADCENTRE",     L"SAFEPOSITION",
-                                       L"SAFEPOSITION", L"SAFEPOSITION", L"AlignmentOffset"};
-constexpr const wchar_t* keys[] = {L"X", L"Y", L"Z", L"X", L"Y", L"Z", L"RequiredRotationAroundZ"};
 using SevenTexts = std::array<std::string, 7>;
 using SevenNumbers = std::array<double, 7>; ///< centre, safe position, rotation
 constexpr std::size_t safeZ = 5;
@@ -51,7 +47,8 @@ SevenTexts TextsIn(const File& file) {
     SevenTexts texts;
     for (std::size_t i = 0; i < texts.size(); ++i) {
         std::array<char, 349> buffer{};
-        ReadProfileText(sections[i], keys[i], "999999999", buffer, file.wide.c_str());
+        const HeadGeometryEntry& entry = headGeometryEntries[i];
+        ReadProfileText(entry.section, entry.key, "999999999", buffer, file.wide.c_str());
         texts[i] = buffer.data();
     }
     return texts;
@@ -149,7 +146,7 @@ void PromiseSaves(IQMVCalculator2& calculator, File& original, SevenNumbers numb
 /// A failed load does not change the result of the next one.
 void PromiseRecovery(IQMVCalculator2& calculator, const Indexing& indexing) {
     static File good("good.ini");
-    WriteFile(good.name, goodFile);
+    WriteFile(good.name, SavedHead{.headCentre = {412.5, -178.25, -655.0}, .rotation = 30.0}.Text());
     const SevenNumbers numbers = NumbersIn(TextsIn(good));
     const ComPointer<IQMVCalculator2> fresh = CreateCalculator();
     const bool areLoaded = Load(calculator, good, numbers) && Load(*fresh.Get(), good, numbers);
@@ -158,10 +155,6 @@ void PromiseRecovery(IQMVCalculator2& calculator, const Indexing& indexing) {
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    return ::setenv("QMV40_SETTINGS", "/nonexistent", 1); // the built-in dimensions
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static File file("head.ini");

@@ -9,6 +9,7 @@
 #include "PlanLaws.h"
 
 #include "interface/ErrorCodes.h"
+#include "tests/head/SavedHead.h"
 #include "tests/support/Bstr.h"
 #include "tests/support/Calculator.h"
 #include "tests/support/ErrorRecord.h"
@@ -19,34 +20,21 @@ using namespace qmv40;
 
 namespace {
 
-struct Head {
-    Vector3 centre;
-    double mountingAngle;
-};
-constexpr Head heads[] = {{{0.0, 0.0, 0.0}, 0.0},
-                          {{412.5, -178.25, -655.0}, 30.0},
-                          {{-1500.0, 2750.125, -0.5}, -167.25},
-                          {{999000.0, -999000.0, 12345.0}, 719.5}};
+const SavedHead heads[] = {{.headCentre = {0.0, 0.0, 0.0}, .rotation = 0.0},
+                           {.headCentre = {412.5, -178.25, -655.0}, .rotation = 30.0},
+                           {.headCentre = {-1500.0, 2750.125, -0.5}, .rotation = -167.25},
+                           {.headCentre = {999000.0, -999000.0, 12345.0}, .rotation = 719.5}};
 
-ComPointer<IQMVCalculator2> CalculatorOf(const Head& head) {
-    const ScratchFolder folder;
-    const std::string name = folder.Name("head.ini");
-    const auto entry = [](const char* key, double value) {
-        std::array<char, 64> text{};
-        std::snprintf(text.data(), text.size(), "%s=%.17g\r\n", key, value);
-        return std::string(text.data());
-    };
-    WriteFile(name, "[HEADCENTRE]\r\n" + entry("X", head.centre[0]) + entry("Y", head.centre[1]) +
-                        entry("Z", head.centre[2]) + "[SAFEPOSITION]\r\nX=0\r\nY=0\r\nZ=0\r\n[AlignmentOffset]\r\n" +
-                        entry("RequiredRotationAroundZ", head.mountingAngle));
+ComPointer<IQMVCalculator2> CalculatorOf(const SavedHead& head) {
+    const TemporaryFolder folder;
     ComPointer<IQMVCalculator2> calculator = CreateCalculator();
-    Bstr argument{std::filesystem::path(name)};
+    Bstr argument{std::filesystem::path(folder.Write("head.ini", head.Text()))};
     Promise(calculator->LoadHeadGeometryFromFile(argument.Address()) == S_OK, "a whole geometry file loads");
     return calculator;
 }
 
 struct HeadAndCalculators {
-    Head head;
+    SavedHead head;
     ComPointer<IQMVCalculator2> calculator = CalculatorOf(head);
     ComPointer<IQMVCalculator2> another = CalculatorOf(head);
 };
@@ -110,7 +98,7 @@ HeadAngles Go(const HeadAndCalculators& planner, const HeadAngles& from, const H
     }
     Promise(planned.code == S_OK && !planned.record, "a plan to a target that can be reached succeeds");
     Promise(StandsAt(calculator, to), "the target becomes the position");
-    PromisePlan(moves, IdealHead(planner.head.mountingAngle, planner.head.centre), from, to);
+    PromisePlan(moves, IdealHead(planner.head.rotation, planner.head.headCentre), from, to);
 
     IQMVCalculator2& other = *planner.another.Get();
     XYZData start{};
@@ -141,14 +129,10 @@ HeadAngles TakeAngles(FuzzedDataProvider& input) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    return ::setenv("QMV40_SETTINGS", "/nonexistent", 1); // the built-in dimensions
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const std::vector<HeadAndCalculators> planners = [] {
         std::vector<HeadAndCalculators> made;
-        for (const Head& head : heads) made.push_back({head});
+        for (const SavedHead& head : heads) made.push_back({head});
         return made;
     }();
     FuzzedDataProvider input(data, size);

@@ -9,7 +9,9 @@
 #include <cstring>
 
 /// The laws of a plan, from the model of head and machine that is independent of the component. They hold for the
-/// built-in dimensions of the head.
+/// built-in dimensions of the head, which every program that includes this file uses.
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) { return ::setenv("QMV40_SETTINGS", "/nonexistent", 1); }
 
 using qmv40::model::HeadAngles;
 using qmv40::model::HeadModel;
@@ -26,18 +28,12 @@ inline Turning TurningOf(const ArcData& arc) {
     return {{arc.XOrigin, arc.YOrigin, arc.ZOrigin}, AxisOf(arc), -arc.RotationAngle};
 }
 
-inline bool IsFinite(const RequiredMoves& moves) {
-    std::array<double, sizeof moves / sizeof(double)> numbers;
-    std::memcpy(numbers.data(), &moves, sizeof moves);
-    return std::ranges::all_of(numbers, [](double number) { return std::isfinite(number); });
+inline auto NumbersOf(const RequiredMoves& moves) {
+    return std::bit_cast<std::array<double, sizeof moves / sizeof(double)>>(moves);
 }
 
 inline bool SamePlan(const RequiredMoves& left, const RequiredMoves& right) {
-    std::array<double, sizeof left / sizeof(double)> l;
-    std::array<double, sizeof right / sizeof(double)> r;
-    std::memcpy(l.data(), &left, sizeof left);
-    std::memcpy(r.data(), &right, sizeof right);
-    return std::ranges::equal(l, r, SameNumber);
+    return std::ranges::equal(NumbersOf(left), NumbersOf(right), SameNumber);
 }
 
 /// Farther than on any machine: the laws are not tested for heads beyond it.
@@ -61,7 +57,8 @@ inline void PromisePlan(const RequiredMoves& moves, const HeadModel& head, const
         return Distance(turning.centre, expected.centre) <= tolerance &&
                Distance(turning.degrees * turning.axis, expected.degrees * expected.axis) <= turnTolerance;
     };
-    Promise(IsFinite(moves), "a plan holds numbers");
+    Promise(std::ranges::all_of(NumbersOf(moves), [](double number) { return std::isfinite(number); }),
+            "a plan holds numbers");
 
     const auto lever = HeadModel::LeverInReach(from);
     Promise(isAt(moves.ApproachUnLockLever, head.LeverLine(lever, Locked).ApproachPoint()),

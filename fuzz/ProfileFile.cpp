@@ -23,7 +23,7 @@ constexpr std::size_t largestInput = 4096;
 constexpr std::size_t plenty = 2 * largestInput;
 
 const std::string& ProfileName() {
-    static const ScratchFolder folder;
+    static const TemporaryFolder folder;
     static const std::string name = folder.Name("profile.ini");
     return name;
 }

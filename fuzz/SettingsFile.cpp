@@ -18,10 +18,8 @@ using namespace qmv40;
 
 namespace {
 
-constexpr const char* key = R"(Software\Hollbeck\VRX Software\QMV40Calculator)";
-
 const std::string& StoreName() {
-    static const ScratchFolder folder;
+    static const TemporaryFolder folder;
     static const std::string name = folder.Name("settings.reg");
     static const bool isChosen = ::setenv("QMV40_SETTINGS", name.c_str(), 1) == 0;
     Promise(isChosen, "the settings file can be chosen");
@@ -91,63 +89,25 @@ private:
     std::size_t room = 255;
 };
 
-using Triple = std::array<double, 3>;
-
-struct OffsetRule {
-    HeadOffset offset;
-    int selector;
-    std::array<const char*, 3> names;
-    Triple defaults;
-    Triple mirror;
-};
-
-constexpr std::array driveCup{"Head Centre To Drive Cup X Offset", "Head Centre To Drive Cup Y Offset",
-                              "Head Centre To Drive Cup Z Offset"};
-constexpr std::array leverCentre{"Head Centre To Lever Centre X Offset", "Head Centre To Lever Centre Y Offset",
-                                 "Head Centre To Lever Centre Z Offset"};
-constexpr std::array ballCentre{"Lever Centre To Ball Centre X Offset", "Lever Centre To Ball Centre Y Offset",
-                                "Lever Centre To Ball Centre Z Offset"};
-constexpr std::array unlocking{"Locked To Unlocked X Offset", "Locked To Unlocked Y Offset",
-                               "Locked To Unlocked Z Offset"};
-
-const OffsetRule offsetRules[] = {
-    {HeadOffset::HeadCentreToDriveCup, 0, driveCup, {-6.95, 24.0, -11.5}, {1, 1, 1}},
-    {HeadOffset::HeadCentreToLeverCentre, 0, leverCentre, {30.3, 0.0, -32.25}, {1, 1, 1}},
-    {HeadOffset::HeadCentreToLeverCentre, 1, leverCentre, {30.3, 0.0, -32.25}, {-1, 1, 1}},
-    {HeadOffset::LeverCentreToBallCentre, 0, ballCentre, {0.0, -19.3, -4.3}, {1, 1, 1}},
-    {HeadOffset::LeverCentreToBallCentre, 1, ballCentre, {0.0, -19.3, -4.3}, {1, -1, 1}},
-    {HeadOffset::LockedToUnlocked, 0, unlocking, {0.0, 0.0, -1.5}, {1, 1, 1}},
-};
-
-struct RotationRule {
-    HeadOffset offset;
-    const char* name;
-    double defaultValue;
-};
-const RotationRule rotationRules[] = {
-    {HeadOffset::UnlockingRotation, "Locked To Unlocked Lever Rotation", 135.0},
-    {HeadOffset::LockingRotation, "UnLocked To locked Lever Rotation", 138.0},
-};
-
 /// `plenty`: the size of a buffer that is large enough for every value in the file.
 void PromiseDocumentedOffsets(std::size_t plenty) {
-    const SettingsKey opened(key);
-    const SettingsKey openedAgain(key);
-    for (const OffsetRule& rule : offsetRules) {
-        const FixedOffset offset = ReadFixedOffset(rule.offset, rule.selector);
-        const Triple found{offset.x, offset.y, offset.z};
-        DocumentedReader reader(opened);
-        for (std::size_t i = 0; i < found.size(); ++i) {
-            PromiseSoundQueries(opened, openedAgain, rule.names[i], plenty);
-            const double expected = rule.mirror[i] * reader.Read(rule.names[i], rule.defaults[i]);
-            Promise(SameNumber(found[i], expected), "an offset is the stored number or the built-in one, by the rules");
+    using enum HeadOffset;
+    const SettingsKey opened(settingsKeyPath);
+    const SettingsKey openedAgain(settingsKeyPath);
+    for (const HeadOffset group : {HeadCentreToDriveCup, HeadCentreToLeverCentre, LeverCentreToBallCentre,
+                                   LockedToUnlocked, UnlockingRotation, LockingRotation}) {
+        for (const int selector : {0, 1}) {
+            const FixedOffset offset = ReadFixedOffset(group, selector);
+            const double* found[] = {&offset.x, &offset.y, &offset.z};
+            DocumentedReader reader(opened);
+            for (std::size_t i = 0; const HeadSetting& setting : SettingsOf(group)) {
+                PromiseSoundQueries(opened, openedAgain, setting.name, plenty);
+                const bool isNegated = selector != 0 && setting.mirror != Mirror::Never;
+                const double value = reader.Read(setting.name, setting.builtIn);
+                Promise(SameNumber(*found[i++], isNegated ? -value : value),
+                        "a setting is the stored number or the built-in one, by the rules");
+            }
         }
-    }
-    for (const RotationRule& rule : rotationRules) {
-        PromiseSoundQueries(opened, openedAgain, rule.name, plenty);
-        const double expected = DocumentedReader(opened).Read(rule.name, rule.defaultValue);
-        Promise(SameNumber(ReadFixedRotation(rule.offset), expected),
-                "a rotation is the stored number or the built-in one, by the rules");
     }
 }
 
@@ -223,7 +183,7 @@ std::string TakeText(FuzzedDataProvider& input) {
 
 void PromiseReadingBack(FuzzedDataProvider& input) {
     const Writing writing = Writing::Take(input);
-    const std::string name = input.PickValueInArray({driveCup[0], rotationRules[1].name});
+    const std::string name = input.PickValueInArray({HeadSettings().front().name, HeadSettings().back().name});
     const std::string text = TakeText(input);
     std::string before = input.ConsumeRandomLengthString();
     std::string after = WithoutMeaning(input.ConsumeRemainingBytesAsString());
@@ -233,10 +193,10 @@ void PromiseReadingBack(FuzzedDataProvider& input) {
     WriteFile(StoreName(),
               writing.Mark() +
                   writing.Encoded((writing.isOldFormat ? "REGEDIT4" : "Windows Registry Editor Version 5.00") + end) +
-                  before + writing.Encoded(end + "[HKEY_LOCAL_MACHINE\\" + key + "]" + end) +
+                  before + writing.Encoded(end + "[HKEY_LOCAL_MACHINE\\" + settingsKeyPath + "]" + end) +
                   writing.Encoded("\"" + name + "\"=" + writing.Value(text) + end) + after);
     constexpr std::size_t plenty = 255;
-    const Answer answer = Query(SettingsKey(key), name.c_str(), plenty);
+    const Answer answer = Query(SettingsKey(settingsKeyPath), name.c_str(), plenty);
     Promise(answer.status == ERROR_SUCCESS, "a value of the independent writer is found");
     Promise(answer.type == (writing.type == 2 ? REG_EXPAND_SZ : REG_SZ),
             "a value of the independent writer has its type");

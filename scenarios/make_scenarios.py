@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
-"""Writes the scenario folders beside this file: heads that exist on paper only, measured as a machine would measure them.
+"""Writes the scenario folders beside this file: simulated captures of heads that do not exist.
 
-Run it after changing a head below; the same heads always give the same files. It shares nothing with the component:
-rotation matrices, the full pi, its own constants.
+Run it after a change of a head below. The same heads always give the same files. It has its own formulas and constants, not
+those of the component: rotation matrices and the full pi.
 
-Lengths in millimetres, angles in degrees, rotations right-handed. With the stylus tip t (in the head's frame at A = B = 0)
-kept on a sphere at the pole S, the machine stands at
+Lengths are in millimetres and angles in degrees; rotations are right-handed. The stylus tip t (its offset from the head's
+centre at A = B = 0) is on the pole sphere, whose centre is S. While the head is locked, the machine position is
 
-    S - Rz(mounting angle + B) . R(-X, A) . t              while the head is locked,
+    S - Rz(mounting angle + B) . R(-X, A) . t
 
-where R(-X, A) turns by A about the direction (-1, 0, 0) and Rz about the vertical. Unlocking shifts the head, and alignment
-points are captured unlocked: the shift is added. So the A set lies on a circle about the A axis, the B set on a circle about
-the vertical, both axes pass through S, and S is the head centre that must come out.
+R(-X, A) is a rotation by A about the direction (-1, 0, 0), and Rz a rotation about the vertical. Unlocking shifts the head.
+Points are captured with the head unlocked: the shift is added. So the A set lies on a circle about the A axis, and the B set
+on a circle about the vertical. Both axes pass through S, which is the head centre of the geometry.
 """
 
 import json
@@ -23,7 +23,7 @@ from pathlib import Path
 
 FOLDER = Path(__file__).resolve().parent
 SETTINGS_KEY = r"HKEY_LOCAL_MACHINE\SOFTWARE\Hollbeck\VRX Software\QMV40Calculator"
-DECIMALS = 6  # what a machine writes; rounding moves a point by at most half a nanometre in each direction
+DECIMALS = 6  # as a machine writes them; rounding moves a point by at most half a nanometre along each axis
 
 
 @dataclass
@@ -34,13 +34,13 @@ class Scenario:
     stylus_length: float = 180.0  # straight: the tip is at (0, 0, -length)
     noise: float = 0.0            # standard deviation of each coordinate
     seed: int = 0
-    a_set_b: float = 45.0         # the A points stand in the middle of a quadrant there
+    a_set_b: float = 45.0         # the A set is then in the middle of a quadrant
     b_set_a: float = 90.0         # the widest circle that B can make
     locked_to_unlocked: tuple = (0.0, 0.0, -1.5)
     settings: dict = field(default_factory=dict)
 
 
-# In each group X, Y, Z of settings a text may not be longer than the one before it, or it would not be read.
+# In each group X, Y, Z of settings a text that is longer than the one before it would not be read.
 SCENARIOS = [
     Scenario("plain", pole=(412.5, -178.25, -655.0)),
     Scenario("turned-30", pole=(-265.75, 320.125, -480.5), mounting_angle=30.0, stylus_length=195.5),
@@ -84,7 +84,7 @@ def captured_point(scenario, a, b, noise):
 
 
 def noise_source(scenario):
-    # The generator's raw numbers are the same in every Python; its normal deviates are not promised to be.
+    # random() gives the same numbers in every version of Python; that is not promised for its normal deviates.
     generator = random.Random(scenario.seed)
     normal = statistics.NormalDist()
     return lambda: scenario.noise * normal.inv_cdf(generator.random()) if scenario.noise else 0.0

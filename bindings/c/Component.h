@@ -1,19 +1,15 @@
 #pragma once
 
 #include "interface/IQMVCalculator.h"
+#include "platform/ComPointer.h"
 
-#include <memory>
 #include <string>
-#include <string_view>
 
-/// The parts that differ between platforms: how the component is found, and the encoding of wide texts.
+/// The parts that differ between platforms: how the component is found, and what a thread needs to use it.
 
 namespace qmv40::bindings {
 
-struct Releaser {
-    void operator()(IUnknown* object) const { object->Release(); }
-};
-using Component = std::unique_ptr<IQMVCalculator2, Releaser>;
+using Component = ComPointer<IQMVCalculator2>;
 
 /// During its life the calling thread can use the component.
 class ThreadReadiness {
@@ -32,11 +28,5 @@ Component CreateComponent();
 
 /// The file of the module that created `component`.
 std::string FileOf(const Component& component);
-
-/// A file name for the component, made absolute: the profile functions of Windows look for a relative one in the
-/// Windows folder. Throws a Refusal for a name that is not UTF-8.
-std::wstring ComponentFileName(std::u8string_view name);
-
-std::string ToUtf8(std::wstring_view text);
 
 } // namespace qmv40::bindings

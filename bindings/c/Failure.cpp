@@ -1,7 +1,8 @@
 #include "bindings/c/Failure.h"
 
-#include "bindings/c/Component.h"
+#include "platform/ComPointer.h"
 
+#include <filesystem>
 #include <new>
 
 namespace qmv40::bindings {
@@ -10,27 +11,29 @@ namespace {
 
 using TextGetter = HRESULT (STDMETHODCALLTYPE IErrorInfo::*)(BSTR*);
 
-struct TextReleaser {
-    void operator()(OLECHAR* text) const { SysFreeString(text); }
-};
-
 std::string TextOf(IErrorInfo& record, TextGetter getter) {
     BSTR text = nullptr;
     if (FAILED((record.*getter)(&text)) || text == nullptr) return {};
-    const std::unique_ptr<OLECHAR, TextReleaser> owned(text);
+    const OwnedText owned(text);
     return ToUtf8({text, SysStringLen(text)});
 }
 
 } // namespace
 
+std::string ToUtf8(std::wstring_view text) {
+    const std::basic_string<WideUnit> units(text.begin(), text.end());
+    const std::u8string utf8 = std::filesystem::path(units).u8string();
+    return {utf8.begin(), utf8.end()};
+}
+
 void KeepComponentFailure(Failure& failure, HRESULT code, const char* call) {
     failure = {code, {}, {}};
-    IErrorInfo* found = nullptr;
-    const bool hasRecord = GetErrorInfo(0, &found) == S_OK && found != nullptr;
-    const std::unique_ptr<IErrorInfo, Releaser> record(hasRecord ? found : nullptr);
+    ComPointer<IErrorInfo> record;
+    GetErrorInfo(0, record.Receive());
     try {
-        failure.source = record ? TextOf(*record, &IErrorInfo::GetSource) : call;
-        failure.description = record ? TextOf(*record, &IErrorInfo::GetDescription) : "no description is available";
+        failure.source = record ? TextOf(*record.Get(), &IErrorInfo::GetSource) : call;
+        failure.description =
+            record ? TextOf(*record.Get(), &IErrorInfo::GetDescription) : "no description is available";
     } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): without memory only the code is kept
     }
 }

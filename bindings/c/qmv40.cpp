@@ -7,11 +7,13 @@
 #include <bit>
 #include <cstdint>
 #include <exception>
+#include <filesystem>
 #include <new>
 #include <span>
 
 // NOLINTBEGIN(readability-identifier-naming): the names of the C interface
 
+using namespace qmv40;
 using namespace qmv40::bindings;
 
 /// The calculator of one C caller. The thread is initialised before the calculator and uninitialised after it.
@@ -50,19 +52,25 @@ template <typename Step> std::int32_t Run(Failure& failure, const char* call, co
 template <typename Step> std::int32_t Call(qmv40_calculator* calculator, const char* call, const Step& step) {
     const auto refuse = []() -> HRESULT { throw Refusal{E_POINTER, "the calculator is null"}; };
     if (calculator == nullptr) return Run(failureWithoutCalculator, call, refuse);
-    return Run(calculator->failure, call, [&] { return step(*calculator->component); });
+    return Run(calculator->failure, call, [&] { return step(*calculator->component.Get()); });
 }
 
-struct TextReleaser {
-    void operator()(OLECHAR* text) const { SysFreeString(text); }
-};
+/// An absolute name: the profile functions of Windows look for a relative one in the Windows folder.
+std::wstring AbsoluteName(std::u8string_view name) {
+    try {
+        const auto absolute = std::filesystem::absolute(name).string<WideUnit>();
+        return {absolute.begin(), absolute.end()};
+    } catch (const std::filesystem::filesystem_error&) {
+        throw Refusal{E_INVALIDARG, "the file name is not UTF-8, or there is no working folder"};
+    }
+}
 
 /// Calls `method` with a file name in the component's form.
 template <typename Method> HRESULT WithFileName(const char* file, const Method& method) {
     if (file == nullptr) throw Refusal{E_POINTER, "the file name is null"};
     const std::string_view bytes(file);
-    const std::wstring name = ComponentFileName(std::u8string(bytes.begin(), bytes.end()));
-    const std::unique_ptr<OLECHAR, TextReleaser> text(SysAllocStringLen(name.data(), static_cast<UINT>(name.size())));
+    const std::wstring name = AbsoluteName(std::u8string(bytes.begin(), bytes.end()));
+    const OwnedText text(SysAllocStringLen(name.data(), static_cast<UINT>(name.size())));
     if (!text) throw std::bad_alloc();
     BSTR argument = text.get();
     return method(&argument);

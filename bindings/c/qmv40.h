@@ -59,7 +59,8 @@ struct qmv40_arc {
     double RotationAngle; /* degrees, signed */
 };
 
-/* A point captured on the pole sphere with the head unlocked, and the head's angles at that moment. */
+/* A captured point: the machine position while the stylus tip is on the pole sphere and the head is unlocked, and the
+ * head's angles at that moment. */
 struct qmv40_alignment_point {
     double APosition; /* degrees */
     double BPosition; /* degrees */

@@ -29,7 +29,10 @@ namespace Qmv40
         public double XOrigin, YOrigin, ZOrigin, iRotationVector, jRotationVector, kRotationVector, RotationAngle;
     }
 
-    /// <summary>A point captured on the pole sphere with the head unlocked, and the head's angles then (degrees).</summary>
+    /// <summary>
+    /// A captured point: the machine position while the stylus tip is on the pole sphere and the head is unlocked, and
+    /// the head's angles (degrees) at that moment.
+    /// </summary>
     [StructLayout(LayoutKind.Sequential)]
     public struct AlignmentPoint
     {

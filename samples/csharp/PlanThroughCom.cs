@@ -95,7 +95,7 @@ static class LateBound
         try
         {
             Marshal.Copy(new byte[3 * VariantSize], 0, variants, 3 * VariantSize); // all empty
-            Marshal.GetNativeVariantForObject(targetB, variants); // the last argument stands first
+            Marshal.GetNativeVariantForObject(targetB, variants); // the last argument comes first
             Marshal.GetNativeVariantForObject(targetA, variants + VariantSize);
             IntPtr result = variants + 2 * VariantSize;
             Invoke((IDispatch)calculator, variants, result);

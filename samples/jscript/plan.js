@@ -1,7 +1,7 @@
 // cscript //nologo plan.js <geometry file> [qmv40.exe]: plans an indexing.
 //
-// A script has no records, and JScript passes every argument by value: the script can read neither the plan nor the head's
-// position, but it can read failures. So it stores the position itself (a refused target does not change it), and gets the
+// Scripts cannot use records, and JScript passes every argument by value: the script can read neither the plan nor the
+// head's position, but it can read failures. So it stores the position itself (a refused target does not change it), and gets the
 // numbers of the moves from qmv40.exe: the named one, or the one in the PATH.
 
 var files = new ActiveXObject("Scripting.FileSystemObject");

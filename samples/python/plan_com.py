@@ -1,10 +1,9 @@
 """plan_com.py <geometry file>: plans an indexing from a 64-bit Python with pywin32 (pip install pywin32).
 
-Not run by the tests of this component: they have no Python on Windows to run it on.
+The tests of this component do not run it, because they have no Python on Windows.
 
-pywin32 calls every method through the dispatch interface. That is what CalculateMove needs: through the component's own
-interface it throws its failure code as a C++ exception, which Python cannot catch. For that reason do not use comtypes
-for CalculateMove.
+pywin32 calls every method through the dispatch interface, as CalculateMove requires: through the component's own interface
+it throws its failure code as a C++ exception, which Python cannot catch. Therefore do not use comtypes for CalculateMove.
 """
 
 import math

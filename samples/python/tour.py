@@ -1,7 +1,7 @@
 """tour.py <A-axis points> <B-axis points>: from captured points to a tour of the head, step by step.
 
 The two files are CSV with the header APosition,BPosition,XPosition,YPosition,ZPosition: the angles of the unlocked head,
-and the machine position while the stylus tip was on the pole sphere. The captures in scenarios/ are such files.
+and the machine position while the stylus tip is on the pole sphere. The captures in scenarios/ are such files.
 """
 
 # %% Imports

@@ -1,6 +1,6 @@
 ' cscript //nologo plan.vbs <geometry file> [qmv40.exe]: plans an indexing.
 '
-' A script has no records and cannot read the plan itself. CalculateMove as a statement checks the target and sets the
+' Scripts cannot use records, so this one cannot read the plan. CalculateMove as a statement checks the target and sets the
 ' current position. qmv40.exe, the named one or the one in the PATH, prints the numbers of the moves.
 Option Explicit
 

@@ -96,6 +96,7 @@ HRESULT CQMVCalculator::GetStartPosition(XYZData* StartPosition) {
     HRESULT planned = S_OK;
     const HRESULT caught = Guarded([&] {
         RequiredMoves moves{};
+        // Called through the interface, as required: a class that replaces CalculateMove replaces it here too.
         IQMVCalculator& ownEntry = *this;
         // A null output is passed on as a null record: CalculateMove then fails after its own checks, and the stored
         // position is not rounded, which happens on success only.

@@ -31,7 +31,8 @@ protected:
     CQMVCalculator() = default;
     ~CQMVCalculator() = default;
 
-    /// The interfaces of this class, one pointer for both of the calculator's; null for any other identifier.
+    /// The pointer to interface `iid` of this object; null if the class does not have it. IQMVCalculator and
+    /// IQMVCalculator2 have the same pointer.
     void* FindInterface(REFIID iid) noexcept;
 
 private:

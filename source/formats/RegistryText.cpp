@@ -54,16 +54,9 @@ bool IsBelow(std::string_view outer, std::string_view inner) {
 }
 
 char Unescaped(char c) {
-    switch (c) {
-    case 'n':
-        return '\n';
-    case 'r':
-        return '\r';
-    case '0':
-        return '\0';
-    default:
-        return c;
-    }
+    constexpr std::string_view letters("nr0"), meanings("\n\r\0", 3);
+    const std::size_t at = letters.find(c);
+    return at == std::string_view::npos ? c : meanings[at];
 }
 
 /// Removes `"text"` from the beginning of the line and returns the text.

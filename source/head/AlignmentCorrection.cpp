@@ -7,6 +7,8 @@
 #include "maths/CMaPlane.h"
 #include "maths/RaisingGeometryErrors.h"
 
+#include <algorithm>
+
 using namespace qmv40;
 
 void RoundThePole::CalculateRotationFromIdealAlignment(const CMaPointArray& aPoints) {
@@ -63,27 +65,12 @@ void RoundThePole::AdjustForMisAlignment(double angleDegrees, CMaGeometry::EAxis
     const ErrorContext context{L"RoundThePole::AdjustForMisAlignment"};
     const CMaPoint origin(0.0, 0.0, 0.0);
     // Directions and offsets turn about the origin. The head centre does not turn: the position queries add it.
-    CMaVector* const turned[] = {&approachDirection,
-                                 &driveCupOffset,
-                                 &aAxis,
-                                 &bAxis,
-                                 &leverCentreOffset[0],
-                                 &leverCentreOffset[1],
-                                 &leverLockedOffset[0],
-                                 &leverLockedOffset[1],
-                                 &leverLockedApproachOffset[0],
-                                 &leverLockedApproachOffset[1],
-                                 &leverUnlockingCentreOffset[0],
-                                 &leverUnlockingCentreOffset[1],
-                                 &leverUnlockedOffset[0],
-                                 &leverUnlockedOffset[1],
-                                 &leverUnlockedApproachOffset[0],
-                                 &leverUnlockedApproachOffset[1],
-                                 &leverLockingCentreOffset[0],
-                                 &leverLockingCentreOffset[1],
-                                 &leverAxisOfRotation[0],
-                                 &leverAxisOfRotation[1]};
+    const auto turn = [&](CMaVector& vector) { vector.Rotate(angleDegrees, axis, origin); };
     RaisingGeometryErrors(context, [&] {
-        for (CMaVector* const vector : turned) vector->Rotate(angleDegrees, axis, origin);
+        for (CMaVector* const vector : {&approachDirection, &driveCupOffset, &aAxis, &bAxis}) turn(*vector);
+        for (auto* const pair :
+             {&leverCentreOffset, &leverLockedOffset, &leverLockedApproachOffset, &leverUnlockingCentreOffset,
+              &leverUnlockedOffset, &leverUnlockedApproachOffset, &leverLockingCentreOffset, &leverAxisOfRotation})
+            std::ranges::for_each(*pair, turn);
     });
 }

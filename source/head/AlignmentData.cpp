@@ -44,7 +44,7 @@ public:
         return {static_cast<HeadAlignmentDataItem*>(items), static_cast<std::size_t>(upperBound) + 1};
     }
     HRESULT End() noexcept {
-        result = E_UNEXPECTED;
+        result = E_UNEXPECTED; // so that the destructor does not end it again
         return SafeArrayUnaccessData(array);
     }
 

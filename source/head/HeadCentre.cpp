@@ -29,7 +29,7 @@ void RoundThePole::PlaceHeadCentre() {
 
 std::unique_ptr<CMaCircle> RoundThePole::FitPointsToACircle(const CMaPointArray& points) const {
     constexpr double radiusBeforeFit = 1.0;
-    constexpr long iterationLimit = 200000;
+    constexpr long evaluationLimit = 200000;
     const ErrorContext context{L"RoundThePole::FitPointsToACircle", L"Error Fitting points to a circle"};
     return RaisingGeometryErrors(context, [&] {
         CMaPlane plane;
@@ -41,7 +41,7 @@ std::unique_ptr<CMaCircle> RoundThePole::FitPointsToACircle(const CMaPointArray&
             copy = copy.ProjectionOn(plane);
         }
         auto circle = std::make_unique<CMaCircle>(radiusBeforeFit);
-        circle->Fit(points, iterationLimit);
+        circle->Fit(points, evaluationLimit);
         return circle;
     });
 }

@@ -4,6 +4,7 @@ using namespace qmv40;
 
 RoundThePole::RoundThePole() {
     InitialiseFixedGeometry();
+    // They are empty already. Required.
     aAxisPoints = CMaPointArray(0);
     bAxisPoints = CMaPointArray(0);
 }

@@ -22,7 +22,7 @@ class ProfileWriter;
 /// relative to the head centre, already rotated by that rotation. A position is the head centre plus an offset. Lever
 /// side: 0 is the positive lever, any other value the negative one.
 ///
-/// ComputeGeometry and LoadFromFile fill the same fields. If one of them fails, some fields may have new values. The
+/// ComputeGeometry and LoadFromFile set the same fields. If one of them fails, some fields may have new values. The
 /// object does not know whether it holds a geometry: its owner keeps that flag. Failures are raised as codes
 /// (RaiseError.h).
 class RoundThePole {
@@ -33,7 +33,7 @@ public:
     RoundThePole& operator=(const RoundThePole&) = delete;
     virtual ~RoundThePole() = default;
 
-    // Filling the geometry
+    // Computing, loading and saving the geometry
 
     /// Computes everything from two arrays of HeadAlignmentDataItem, indexed from 0, measured with the head unlocked:
     /// the A set while A alone was turned, the B set while B alone was turned. The callers' arrays are not altered.
@@ -89,7 +89,7 @@ public:
     std::unique_ptr<CMaVector> GetLeverUnlockingCentreOfRotation() const;
     std::unique_ptr<CMaVector> GetLeverLockingCentreOfRotation() const;
 
-    // The steps of filling, in the order in which ComputeGeometry takes them
+    // The steps of ComputeGeometry, in their order
 
     void ClearPointArrays();
     void InitialiseFixedGeometry();
@@ -104,7 +104,7 @@ public:
     void CalculateRotationFromIdealAlignment(const CMaPointArray& aPoints);
     /// The quadrant, 1 to 4: on which side of the head centre the A-axis points are in X and in Y.
     int DetermineQuadrant(const CMaPointArray& aPoints) const;
-    /// Rotates every direction and offset, but not the head centre. Must be called once after the fields are filled.
+    /// Rotates every direction and offset, but not the head centre. Must be called once after the fields are set.
     void AdjustForMisAlignment(double angleDegrees, CMaGeometry::EAxisType axis);
 
     // One number of the geometry file
@@ -144,7 +144,7 @@ private:
     CMaVector leverAxisOfRotation[2]{{0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}};
     CMaPointArray aAxisPoints{0};
     CMaPointArray bAxisPoints{0};
-    // 0.0 until first filled, so that saving or planning before any geometry is repeatable.
+    // 0.0 until a geometry is computed or loaded, so that saving before that always writes the same numbers.
     double requiredRotationAroundZ = 0.0;
     double aAxisCaptureBPosition = 0.0;
     double safePositionX = 0.0;

@@ -14,7 +14,7 @@ inline constexpr HRESULT QMV_E_INVALID_QUADRANT = static_cast<HRESULT>(0x8A00000
 /// A geometric operation cannot do its work: too few points, all on one line or in one place, or a coordinate that is
 /// not finite.
 inline constexpr HRESULT QMV_E_GEOMETRY_IMPOSSIBLE = static_cast<HRESULT>(0x8A00000CU);
-/// A fit reached its iteration limit.
+/// A fit reached its limit of evaluations.
 inline constexpr HRESULT QMV_E_GEOMETRY_LIMIT_REACHED = static_cast<HRESULT>(0x8A00000DU);
 inline constexpr HRESULT QMV_E_INVALID_TARGET = static_cast<HRESULT>(0x8A00000EU);
 inline constexpr HRESULT QMV_E_OBJECT_NOT_CREATED = static_cast<HRESULT>(0x80000005U);

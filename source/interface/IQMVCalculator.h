@@ -8,7 +8,7 @@
 /// head geometry, set the current head position, and calculate moves.
 ///
 /// Angles in degrees: A (tilt) 0 to 90, B (swivel) -180 to 180, both in steps of 15. Lengths in the unit of the
-/// measured points.
+/// captured points.
 ///
 /// Every method returns an HRESULT; only CalculateMove throws its failure code instead of returning it. A failing
 /// method leaves the thread's error record (source, description). When memory runs out (E_OUTOFMEMORY) there may be

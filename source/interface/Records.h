@@ -1,7 +1,7 @@
 #pragma once
 
 /// The four records that cross the interface. All fields are doubles, packed as declared: lengths in the unit of the
-/// caller's measured points, positions in machine coordinates, angles in degrees. The peg is the pole sphere: the fixed
+/// captured points, positions in machine coordinates, angles in degrees. The peg is the pole sphere: the fixed
 /// ball on which the head is turned.
 
 /// A point that the machine moves to.
@@ -23,7 +23,8 @@ struct ArcData {
     double RotationAngle; ///< degrees, signed
 };
 
-/// A point measured on the pole sphere with the head unlocked, and the head's angles at that moment.
+/// A captured point: the machine position while the stylus tip is on the pole sphere and the head is unlocked, and the
+/// head's angles at that moment.
 struct HeadAlignmentDataItem {
     double APosition; ///< degrees
     double BPosition; ///< degrees

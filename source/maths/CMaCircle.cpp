@@ -1,7 +1,6 @@
 #include "maths/CMaCircle.h"
 
 #include "maths/DegreeTurn.h"
-#include "maths/Unit.h"
 #include "maths/fit/CircleFit.h"
 
 #include <cmath>
@@ -29,8 +28,8 @@ CMaVector UnitAlong(const CMaVector& direction) {
 
 } // namespace
 
-void CMaCircle::Fit(const CMaPointArray& points, long iterationLimit) {
-    const fit::FittedCircle fitted = fit::FitCircle(points, iterationLimit);
+void CMaCircle::Fit(const CMaPointArray& points, long evaluationLimit) {
+    const fit::FittedCircle fitted = fit::FitCircle(points, evaluationLimit);
     centre = fitted.centre;
     normal = fitted.normal;
     radius = fitted.radius;

@@ -22,7 +22,7 @@ public:
     /// While the noise is below a tenth of the sagitta, the result is the global minimum. Beyond, there can be several
     /// local minima, and the result is nearly always, but not always, the lowest.
     ///
-    /// `iterationLimit` limits the evaluations of the sum of squares. Clear arcs need 3 to 10 evaluations, points that
+    /// `evaluationLimit` limits the evaluations of the sum of squares. Clear arcs need 3 to 10 evaluations, points that
     /// hardly form a circle some hundreds. No fit needs more than 5,000.
     ///
     /// Throws GeometryError, the circle unchanged:
@@ -30,7 +30,7 @@ public:
     ///   rounding of their coordinates, when no circle fits better than a straight line, when the centre or the radius
     ///   is beyond the largest double, or when a coordinate is not finite. Coordinates may have any finite size;
     /// - LimitReached, when the limit is not positive or is used up.
-    void Fit(const CMaPointArray& points, long iterationLimit);
+    void Fit(const CMaPointArray& points, long evaluationLimit);
 
     CMaPoint GetCentre() const noexcept { return centre; }
     /// Unit normal of the circle's plane. Its sign is arbitrary: callers must not depend on it.

@@ -2,7 +2,6 @@
 
 #include "maths/CMaPlane.h"
 #include "maths/ElementaryFunctions.h"
-#include "maths/Unit.h"
 #include "maths/fit/PrincipalAxes.h"
 
 #include <algorithm>

@@ -1,6 +1,5 @@
 #include "maths/CMaPlane.h"
 
-#include "maths/Unit.h"
 #include "maths/fit/PrincipalAxes.h"
 
 using namespace qmv40;

@@ -8,7 +8,7 @@ class GeometryError {
 public:
     enum class Reason {
         Impossible,  ///< too few points, all on one line or in one place, a coordinate that is not finite, a bad index
-        LimitReached ///< the limit on iterations was used up
+        LimitReached ///< a fit has used up its evaluations
     };
 
     explicit GeometryError(Reason theReason) noexcept : reason(theReason) {}

@@ -14,6 +14,10 @@ namespace qmv40 {
 ///
 /// The exception leaves the functions of this component without calling destructors. So no function between the
 /// interface method and this call may have an object with a destructor at that moment.
+#ifdef _WIN32
 void RaiseForCallerOfPlatformsKind(HRESULT code, const void* returnAddress);
+#else
+inline void RaiseForCallerOfPlatformsKind(HRESULT /*code*/, const void* /*returnAddress*/) {}
+#endif
 
 } // namespace qmv40

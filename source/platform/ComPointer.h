@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/Automation.h"
+
+#include <memory>
 #include <utility>
 
 namespace qmv40 {
@@ -19,10 +22,12 @@ public:
         return *this;
     }
     ~ComPointer() {
-        if (held != nullptr) held->Release();
+        if (Interface* const last = Detach()) last->Release();
     }
 
     Interface* Get() const noexcept { return held; }
+    /// Gives the reference to the caller.
+    Interface* Detach() noexcept { return std::exchange(held, nullptr); }
     Interface* operator->() const noexcept { return held; }
     explicit operator bool() const noexcept { return held != nullptr; }
 
@@ -45,5 +50,11 @@ public:
 private:
     Interface* held = nullptr;
 };
+
+struct TextReleaser {
+    void operator()(OLECHAR* text) const noexcept { SysFreeString(text); }
+};
+/// Owns a BSTR, or null.
+using OwnedText = std::unique_ptr<OLECHAR, TextReleaser>;
 
 } // namespace qmv40

@@ -10,10 +10,9 @@ struct FixedOffset {
     double z;
 };
 
-/// A fixed offset of the head's mechanics as the head model takes it from the settings store. Opens the store's key,
-/// reads the settings of the offset and closes the key; nothing is cached or written. It does not fail: a missing
-/// setting has its built-in value. If `selector` (a lever side or a lever state) is not 0, the settings that the table
-/// marks as mirrored are negated.
+/// A fixed offset of the head's mechanics. Opens the key of the settings store, reads the settings of the offset and
+/// closes the key; nothing is cached or written. It does not fail: a missing setting has its built-in value. If
+/// `selector` (a lever side or a lever state) is not 0, the settings that the table marks as mirrored are negated.
 FixedOffset ReadFixedOffset(HeadOffset offset, int selector = 0);
 
 /// The same for an offset of one setting: the degrees by which a lever turns.

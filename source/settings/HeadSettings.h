@@ -35,10 +35,10 @@ enum class HeadOffset {
     LockingRotation
 };
 
-/// Which selector negates a setting, stored or built in, when it is not 0. The table has the figures of selector 0.
+/// The selector that negates a setting (stored or built in) when it is not 0. The table has the values for selector 0.
 enum class Mirror {
     Never,
-    ByLeverSide, ///< 0: the positive lever, any other value: the negative one
+    ByLeverSide, ///< 0: the positive lever, any other value: the negative lever
     ByLeverState ///< 0: locked, any other value: unlocked
 };
 

@@ -1,5 +1,4 @@
 #include "errors/RaiseError.h"
-#include "errors/ErrorContext.h"
 #include "interface/Identifiers.h"
 #include "tests/support/ExpectedFailure.h"
 

@@ -15,6 +15,20 @@ class AlignmentArray {
 public:
     explicit AlignmentArray(const std::vector<HeadAlignmentDataItem>& items)
         : AlignmentArray(items, sizeof(HeadAlignmentDataItem), 1, 0) {}
+    /// Any shape: the points along the dimension that is stored last, with the bytes of them that fit into an element.
+    AlignmentArray(const std::vector<HeadAlignmentDataItem>& items, ULONG elementSize, USHORT dimensions,
+                   LONG lowerBound) {
+        if (FAILED(SafeArrayAllocDescriptor(dimensions, &array))) throw std::runtime_error("no safe array");
+        array->cbElements = elementSize;
+        SAFEARRAYBOUND* const bounds = array->rgsabound;
+        std::fill(bounds, bounds + dimensions, SAFEARRAYBOUND{1, 0});
+        // Bounds are stored last dimension first, so this is dimension 1, the one whose upper bound is asked for.
+        bounds[dimensions - 1] = {static_cast<ULONG>(items.size()), lowerBound};
+        if (FAILED(SafeArrayAllocData(array))) throw std::runtime_error("no memory for the safe array");
+        const std::size_t copied = std::min<std::size_t>(elementSize, sizeof(HeadAlignmentDataItem));
+        for (std::size_t i = 0; i < items.size(); ++i)
+            std::memcpy(static_cast<char*>(array->pvData) + i * elementSize, &items[i], copied);
+    }
     AlignmentArray(AlignmentArray&& other) noexcept : array(std::exchange(other.array, nullptr)) {}
     AlignmentArray& operator=(AlignmentArray&&) = delete;
     ~AlignmentArray() { SafeArrayDestroy(array); }
@@ -47,19 +61,5 @@ public:
 
 private:
     AlignmentArray() noexcept = default;
-    AlignmentArray(const std::vector<HeadAlignmentDataItem>& items, ULONG elementSize, USHORT dimensions,
-                   LONG lowerBound) {
-        if (FAILED(SafeArrayAllocDescriptor(dimensions, &array))) throw std::runtime_error("no safe array");
-        array->cbElements = elementSize;
-        SAFEARRAYBOUND* const bounds = array->rgsabound;
-        std::fill(bounds, bounds + dimensions, SAFEARRAYBOUND{1, 0});
-        // Bounds are stored last dimension first, so this is dimension 1, the one whose upper bound is asked for.
-        bounds[dimensions - 1] = {static_cast<ULONG>(items.size()), lowerBound};
-        if (FAILED(SafeArrayAllocData(array))) throw std::runtime_error("no memory for the safe array");
-        const std::size_t copied = std::min<std::size_t>(elementSize, sizeof(HeadAlignmentDataItem));
-        for (std::size_t i = 0; i < items.size(); ++i)
-            std::memcpy(static_cast<char*>(array->pvData) + i * elementSize, &items[i], copied);
-    }
-
     SAFEARRAY* array = nullptr;
 };

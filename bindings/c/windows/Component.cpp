@@ -39,25 +39,24 @@ GetClassObject* ClassObjectEntry(HMODULE module) {
     return reinterpret_cast<GetClassObject*>(reinterpret_cast<void (*)()>(entry));
 }
 
-void* CreateFrom(const std::filesystem::path& file) {
+Component CreateFrom(const std::filesystem::path& file) {
     const HMODULE module = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     GetClassObject* const entry = module == nullptr ? nullptr : ClassObjectEntry(module);
     if (entry == nullptr)
         throw Refusal{HRESULT_FROM_WIN32(GetLastError()), "the component beside this library cannot be loaded"};
-    void* found = nullptr;
-    HRESULT code = entry(CLSID_QMVCalculator, IID_IClassFactory, &found);
+    ComPointer<IClassFactory> factory;
+    HRESULT code = entry(CLSID_QMVCalculator, IID_IClassFactory, factory.Receive());
     if (FAILED(code)) throw Refusal{code, "the component beside this library has no such class"};
-    const std::unique_ptr<IClassFactory, Releaser> factory(static_cast<IClassFactory*>(found));
-    void* created = nullptr;
-    code = factory->CreateInstance(nullptr, IID_IQMVCalculator2, &created);
+    Component created;
+    code = factory->CreateInstance(nullptr, IID_IQMVCalculator2, created.Receive());
     if (FAILED(code)) throw Refusal{code, "the component beside this library cannot be created"};
     return created;
 }
 
-void* CreateRegistered() {
-    void* created = nullptr;
+Component CreateRegistered() {
+    Component created;
     const HRESULT code =
-        CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator2, &created);
+        CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator2, created.Receive());
     if (FAILED(code)) throw Refusal{code, "no component is beside this library, and none is registered"};
     return created;
 }
@@ -75,26 +74,13 @@ ThreadReadiness::~ThreadReadiness() {
 
 Component CreateComponent() {
     const std::filesystem::path beside = FileBeside();
-    return Component(static_cast<IQMVCalculator2*>(beside.empty() ? CreateRegistered() : CreateFrom(beside)));
+    return beside.empty() ? CreateRegistered() : CreateFrom(beside);
 }
 
 std::string FileOf(const Component& component) {
-    const void* const classTable = *reinterpret_cast<void* const*>(component.get());
+    const void* const classTable = *reinterpret_cast<void* const*>(component.Get());
     const HMODULE module = ModuleOf(classTable, GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT);
     return ToUtf8(FileOfModule(module).native());
-}
-
-std::wstring ComponentFileName(std::u8string_view name) {
-    try {
-        return std::filesystem::absolute(name).wstring();
-    } catch (const std::filesystem::filesystem_error&) {
-        throw Refusal{E_INVALIDARG, "the file name is not UTF-8"};
-    }
-}
-
-std::string ToUtf8(std::wstring_view text) {
-    const std::u8string utf8 = std::filesystem::path(text).u8string();
-    return {utf8.begin(), utf8.end()};
 }
 
 } // namespace qmv40::bindings

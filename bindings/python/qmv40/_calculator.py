@@ -93,8 +93,8 @@ class Calculator:
     def enter_geometry(self, a_points: Iterable[Sequence[float]], b_points: Iterable[Sequence[float]]) -> None:
         """Computes the head geometry from captured points, at least four for each axis.
 
-        Each row is A, B, X, Y, Z: the angles of the unlocked head in degrees, and the machine position while the
-        stylus tip was on the pole sphere. `a_points` were captured while A alone was turned, `b_points` while B alone
+        Each row is A, B, X, Y, Z: the head's angles in degrees, and the machine position while the stylus tip is on
+        the pole sphere and the head is unlocked. `a_points` were captured while A alone was turned, `b_points` while B alone
         was turned. They can be lists, tuples or numpy arrays.
         """
         a, b = _points(a_points), _points(b_points)

@@ -3,7 +3,8 @@
 from __future__ import annotations
 
 import ctypes
-from typing import TYPE_CHECKING, Any, Iterator, NamedTuple, Sequence, Tuple, Union
+import dataclasses
+from typing import TYPE_CHECKING, Any, NamedTuple, Sequence, Tuple, Union
 
 if TYPE_CHECKING:
     import numpy
@@ -49,8 +50,8 @@ class Arc(NamedTuple):
 
 
 class AlignmentPoint(NamedTuple):
-    """A captured point: the angles of the unlocked head in degrees, then the machine position while the stylus tip was
-    on the pole sphere."""
+    """A captured point: the head's angles in degrees, and the machine position while the stylus tip is on the pole sphere
+    and the head is unlocked."""
 
     APosition: float
     BPosition: float
@@ -121,40 +122,29 @@ class Move(NamedTuple):
     """The end of a straight move, or the axis and the angle of an arc."""
 
 
+@dataclasses.dataclass(frozen=True, repr=False)
 class Plan(Sequence[Move]):
     """The 19 moves of one indexing, in order: a sequence that can be compared, copied and pickled."""
 
-    def __init__(self, moves: Tuple[Move, ...], origin: Position, target: Position) -> None:
-        self._moves = moves
-        self.origin = origin
-        """The head's angles before the first move, in degrees."""
-        self.target = target
-        """The head's angles after the last move, in degrees."""
+    _moves: Tuple[Move, ...]
+    origin: Position
+    """The head's angles before the first move, in degrees."""
+    target: Position
+    """The head's angles after the last move, in degrees."""
 
     @classmethod
     def _from_c(cls, moves: CMoves, origin: Position, target: Position) -> "Plan":
-        names = [field[0] for field in CMoves._fields_]
-        records = [from_c(getattr(moves, name)) for name in names]
-        kinds = ["straight" if isinstance(record, Point) else "arc" for record in records]
-        numbered = zip(range(1, len(names) + 1), names, kinds, records)
-        return cls(tuple(Move(*each) for each in numbered), origin, target)
+        numbered = []
+        for number, (name, _) in enumerate(CMoves._fields_, 1):
+            record = from_c(getattr(moves, name))
+            numbered.append(Move(number, name, "straight" if isinstance(record, Point) else "arc", record))
+        return cls(tuple(numbered), origin, target)
 
     def __len__(self) -> int:
         return len(self._moves)
 
     def __getitem__(self, index: Any) -> Any:
         return self._moves[index]
-
-    def __iter__(self) -> Iterator[Move]:
-        return iter(self._moves)
-
-    def __eq__(self, other: object) -> bool:
-        if not isinstance(other, Plan):
-            return NotImplemented
-        return (self._moves, self.origin, self.target) == (other._moves, other.origin, other.target)
-
-    def __hash__(self) -> int:
-        return hash((self._moves, self.origin, self.target))
 
     def __getattr__(self, name: str) -> Union[Point, Arc]:
         """The record of a move by its name: plan.UnLock."""

@@ -71,10 +71,10 @@ std::optional<SolvedCircle> FitFromASample(const CMaPointArray& all, const Scale
 
 } // namespace
 
-FittedCircle FitCircle(const CMaPointArray& points, long iterationLimit) {
-    if (iterationLimit <= 0) throw GeometryError(GeometryError::Reason::LimitReached);
+FittedCircle FitCircle(const CMaPointArray& points, long evaluationLimit) {
+    if (evaluationLimit <= 0) throw GeometryError(GeometryError::Reason::LimitReached);
     ScaledPoints scaled(points);
-    SolverLimits limits{StraightRadius(scaled), iterationLimit};
+    SolverLimits limits{StraightRadius(scaled), evaluationLimit};
     std::optional<SolvedCircle> solved;
     if (scaled.GetSize() > 8 * sampleSize) solved = FitFromASample(points, scaled, limits);
     if (!solved) solved = FitClearCircle(scaled, limits);

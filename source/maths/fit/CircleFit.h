@@ -13,6 +13,6 @@ struct FittedCircle {
 };
 
 /// The least-squares circle in space. CMaCircle.h states its accuracy and its errors.
-FittedCircle FitCircle(const CMaPointArray& points, long iterationLimit);
+FittedCircle FitCircle(const CMaPointArray& points, long evaluationLimit);
 
 } // namespace qmv40::fit

@@ -1,7 +1,5 @@
 #include "maths/fit/CircleObjective.h"
 
-#include "maths/Unit.h"
-
 #include <cmath>
 #include <limits>
 

@@ -1,7 +1,5 @@
 #include "maths/fit/InitialCircle.h"
 
-#include "maths/Unit.h"
-
 #include <cmath>
 
 namespace qmv40::fit {

@@ -12,7 +12,8 @@ namespace {
 struct Range {
     double lowest, highest;
 
-    /// Half, because the extent itself can overflow. Half of the smallest extent would underflow to zero.
+    /// Half, because the extent itself can overflow. Never 0 for different values: half of the smallest double, which
+    /// would be rounded to 0, counts as the smallest double.
     double HalfExtent() const noexcept {
         const double half = 0.5 * highest - 0.5 * lowest;
         return half == 0.0 && highest > lowest ? std::numeric_limits<double>::denorm_min() : half;

@@ -9,9 +9,9 @@
 namespace qmv40::fit {
 
 /// The points of a fit, relative to a base point in their middle and scaled by a power of two. The largest extent of
-/// the scaled points along an axis is 2 to 4. Squares and products of scaled coordinates neither overflow nor
-/// underflow, and the scaling itself is exact. The points are not copied: each sum reads them where they are stored, in
-/// one pass.
+/// the scaled points along an axis is 2 to 4, so that no square or product of them overflows. Those that underflow are
+/// too small to change a sum. The scaling itself is exact. The points are not copied: each sum reads them where they
+/// are stored, in one pass.
 class ScaledPoints {
 public:
     /// Throws GeometryError (Impossible) when there are no points, when all are in one place, when a coordinate is not
@@ -45,9 +45,10 @@ public:
     }
     double ToCaller(double length) const noexcept { return length / scale; }
 
-    /// Sums `termsOf(x, y, z)`, an array of doubles, over all points. The points are summed in blocks of 512, so that
-    /// the rounding error grows with the number of blocks instead of the number of points. The order of the additions,
-    /// and hence each bit of the result, does not depend on the width of the vector registers.
+    /// Sums `termsOf(x, y, z)`, an array of doubles, over all points. Each block of 512 points is summed separately,
+    /// and then added to the total, so that the rounding error grows with the number of blocks instead of the number of
+    /// points. The order of the additions, and hence each bit of the result, does not depend on the width of the vector
+    /// registers.
     template <typename TermsOf> auto SumOver(const TermsOf& termsOf) const {
 #ifdef QMV40_MAY_USE_AVX2
         if (__builtin_cpu_supports("avx2")) return SumWithAvx2(termsOf);
@@ -65,17 +66,17 @@ private:
 #endif
 
     template <typename TermsOf> [[gnu::flatten]] auto Sum(const TermsOf& termsOf) const {
-        constexpr std::size_t runLength = 512;
+        constexpr std::size_t blockSize = 512;
         decltype(termsOf(0.0, 0.0, 0.0)) totals{};
-        for (std::size_t begin = 0; begin < xs.size(); begin += runLength)
-            AddRun(begin, std::min(begin + runLength, xs.size()), termsOf, totals);
+        for (std::size_t begin = 0; begin < xs.size(); begin += blockSize)
+            AddBlock(begin, std::min(begin + blockSize, xs.size()), termsOf, totals);
         return totals;
     }
 
-    /// Keeps eight partial sums (lanes): point i of the block goes to lane i modulo 8. The compiler holds two or four
-    /// lanes in one vector register. The result is the same.
+    /// Keeps eight partial sums (lanes): point i of the block is added to lane i modulo 8. The compiler holds two or
+    /// four lanes in one vector register, with the same result.
     template <typename TermsOf, std::size_t Count>
-    void AddRun(std::size_t begin, std::size_t end, const TermsOf& termsOf, std::array<double, Count>& totals) const {
+    void AddBlock(std::size_t begin, std::size_t end, const TermsOf& termsOf, std::array<double, Count>& totals) const {
         double sums[Count][laneCount] = {};
         const auto add = [&](std::size_t i, std::size_t lane) {
             const auto terms = termsOf(xs[i] * scale - base[0], ys[i] * scale - base[1], zs[i] * scale - base[2]);

@@ -21,10 +21,11 @@ struct ClassAnnouncement {
     const OLECHAR* progId;
     const OLECHAR* versionIndependentProgId;
     HRESULT (*getClassObject)(REFCLSID clsid, REFIID iid, void** object);
-    ClassAnnouncement* next = nullptr; ///< owned by the list
+    ClassAnnouncement* next = nullptr; ///< the next one in the list
 };
 
-/// Adds `announcement` (which must outlive every call above) to the process's list of creatable classes.
+/// Adds `announcement` to the process's list of creatable classes. It is never removed, so it must live as long as the
+/// process.
 void AnnounceClass(ClassAnnouncement& announcement) noexcept;
 
 } // namespace qmv40

@@ -1,9 +1,11 @@
 #include "platform/portable/ErrorInfo.h"
 
+#include "platform/ComPointer.h"
+
 #include <atomic>
-#include <memory>
 #include <new>
-#include <utility>
+
+using namespace qmv40;
 
 namespace {
 
@@ -22,10 +24,7 @@ public:
     }
 
 private:
-    struct Free {
-        void operator()(OLECHAR* text) const noexcept { SysFreeString(text); }
-    };
-    std::unique_ptr<OLECHAR, Free> value;
+    OwnedText value;
 };
 
 class ErrorRecord final : public IErrorInfo, public ICreateErrorInfo {
@@ -90,28 +89,7 @@ private:
     DWORD helpContext = 0;
 };
 
-/// The record of one thread, released when the thread ends.
-class HeldRecord {
-public:
-    HeldRecord() = default;
-    HeldRecord(const HeldRecord&) = delete;
-    HeldRecord& operator=(const HeldRecord&) = delete;
-    ~HeldRecord() { Hold(nullptr); }
-
-    void Hold(IErrorInfo* next) {
-        if (next != nullptr) next->AddRef();
-        // The previous record is removed first: its last release may call this function again.
-        if (IErrorInfo* const previous = std::exchange(record, next)) previous->Release();
-    }
-
-    /// The record with the reference that was held, or null.
-    IErrorInfo* Take() noexcept { return std::exchange(record, nullptr); }
-
-private:
-    IErrorInfo* record = nullptr;
-};
-
-thread_local HeldRecord threadsRecord;
+thread_local ComPointer<IErrorInfo> threadsRecord;
 
 } // namespace
 
@@ -123,12 +101,14 @@ HRESULT CreateErrorInfo(ICreateErrorInfo** record) noexcept {
 
 HRESULT SetErrorInfo(ULONG reserved, IErrorInfo* record) noexcept {
     if (reserved != 0) return E_INVALIDARG;
-    threadsRecord.Hold(record);
+    if (record != nullptr) record->AddRef();
+    // The new record is stored before the previous one is released: that release may call this function again.
+    threadsRecord = ComPointer(record);
     return S_OK;
 }
 
 HRESULT GetErrorInfo(ULONG reserved, IErrorInfo** record) noexcept {
     if (reserved != 0 || record == nullptr) return E_INVALIDARG;
-    *record = threadsRecord.Take();
+    *record = threadsRecord.Detach();
     return *record == nullptr ? S_FALSE : S_OK;
 }

@@ -34,8 +34,8 @@ std::optional<std::string> ReadSettled(const FileDescriptor& file, const struct 
     std::size_t length = 0;
     while (length < content.size()) {
         const auto at = static_cast<off_t>(length);
-        const ssize_t count = ::pread(file.Number(), content.data() + length, content.size() - length, at);
-        if (count < 0 && errno == EINTR) continue;
+        const ssize_t count =
+            Uninterrupted([&] { return ::pread(file.Number(), content.data() + length, content.size() - length, at); });
         if (count < 0) return std::nullopt;
         if (count == 0) break;
         length += static_cast<std::size_t>(count);

@@ -24,11 +24,9 @@ private:
 };
 
 /// Repeats a system call until no signal interrupts it, and returns its result.
-template <typename Call> int Uninterrupted(Call call) noexcept {
-    int result = -1;
-    do {
-        result = call();
-    } while (result < 0 && errno == EINTR);
+template <typename Call> auto Uninterrupted(Call call) noexcept {
+    auto result = call();
+    while (result < 0 && errno == EINTR) result = call();
     return result;
 }
 

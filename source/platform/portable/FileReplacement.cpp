@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <linux/limits.h>
+#include <map>
 #include <optional>
 #include <string_view>
 #include <sys/stat.h>
@@ -22,8 +23,8 @@ using std::filesystem::path;
 /// Writes `bytes` at `offset`.
 bool WriteAt(const FileDescriptor& file, std::string_view bytes, std::size_t offset) noexcept {
     while (!bytes.empty()) {
-        const ssize_t count = ::pwrite(file.Number(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
-        if (count < 0 && errno == EINTR) continue;
+        const ssize_t count = Uninterrupted(
+            [&] { return ::pwrite(file.Number(), bytes.data(), bytes.size(), static_cast<off_t>(offset)); });
         if (count <= 0) return false;
         bytes.remove_prefix(static_cast<std::size_t>(count));
         offset += static_cast<std::size_t>(count);
@@ -35,54 +36,43 @@ bool Flush(const FileDescriptor& file) noexcept {
     return Uninterrupted([&] { return ::fsync(file.Number()); }) == 0;
 }
 
-/// The names of a file's extended attributes, each terminated; nothing when they cannot be listed. An access control
-/// list is one of them.
-std::optional<std::string> AttributeNames(const FileDescriptor& file) {
+/// Names and values of extended attributes. A value that cannot be read is missing.
+using Attributes = std::map<std::string, std::optional<std::string>>;
+
+/// The extended attributes of a file; nothing when they cannot be listed. An access control list is one of them.
+std::optional<Attributes> AttributesOf(const FileDescriptor& file) {
     std::string names(XATTR_LIST_MAX, '\0');
     const ssize_t length = ::flistxattr(file.Number(), names.data(), names.size());
     if (length < 0 && errno != ENOTSUP) return std::nullopt;
     names.resize(static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
-    return names;
-}
-
-/// Calls `action` for each terminated name in `names`, as long as it succeeds.
-template <typename Action> bool ForEachName(const std::string& names, Action action) {
-    for (std::size_t at = 0; at < names.size(); at = names.find('\0', at) + 1)
-        if (!action(names.c_str() + at)) return false;
-    return true;
-}
-
-std::optional<std::string> AttributeValue(const FileDescriptor& file, const char* name) {
-    std::string value(XATTR_SIZE_MAX, '\0');
-    const ssize_t length = ::fgetxattr(file.Number(), name, value.data(), value.size());
-    if (length < 0) return std::nullopt;
-    value.resize(static_cast<std::size_t>(length));
-    return value;
-}
-
-/// Sets an attribute only if it differs: setting an equal security label often fails for lack of rights.
-bool CopyAttribute(const FileDescriptor& from, const FileDescriptor& to, const char* name) {
-    const std::optional<std::string> value = AttributeValue(from, name);
-    return value &&
-           (AttributeValue(to, name) == value || ::fsetxattr(to.Number(), name, value->data(), value->size(), 0) == 0);
-}
-
-/// Removes an attribute that `from` does not have.
-bool RemoveAttribute(const FileDescriptor& from, const FileDescriptor& to, const char* name) {
-    return AttributeValue(from, name) || ::fremovexattr(to.Number(), name) == 0;
+    Attributes attributes;
+    for (std::size_t at = 0; at < names.size(); at = names.find('\0', at) + 1) {
+        const char* const name = names.c_str() + at;
+        std::string value(XATTR_SIZE_MAX, '\0');
+        const ssize_t size = ::fgetxattr(file.Number(), name, value.data(), value.size());
+        value.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+        attributes[name] = size < 0 ? std::nullopt : std::optional(std::move(value));
+    }
+    return attributes;
 }
 
 /// Gives `to` the extended attributes of `from` and no others: a folder can give its new files an access control list.
+/// An attribute is set only if it differs: setting an equal security label often fails for lack of rights.
 bool CopyAttributes(const FileDescriptor& from, const FileDescriptor& to) {
-    const std::optional<std::string> wanted = AttributeNames(from);
-    const std::optional<std::string> given = AttributeNames(to);
+    const std::optional<Attributes> wanted = AttributesOf(from);
+    std::optional<Attributes> given = AttributesOf(to);
     if (!wanted || !given) return false;
-    return ForEachName(*given, [&](const char* name) { return RemoveAttribute(from, to, name); }) &&
-           ForEachName(*wanted, [&](const char* name) { return CopyAttribute(from, to, name); });
+    for (const auto& [name, value] : *given)
+        if (!wanted->contains(name) && ::fremovexattr(to.Number(), name.c_str()) != 0) return false;
+    return std::ranges::all_of(*wanted, [&](const auto& attribute) {
+        const auto& [name, value] = attribute;
+        return value && ((*given)[name] == value ||
+                         ::fsetxattr(to.Number(), name.c_str(), value->data(), value->size(), 0) == 0);
+    });
 }
 
-/// A new file, in the folder of the file that it will replace. If the file system allows it (O_TMPFILE), it has no name
-/// until then, so that a process that is killed meanwhile leaves no file behind.
+/// A new file, in the folder of the file that it will replace. If the file system allows it (O_TMPFILE), it gets its
+/// name only when it is complete, so that a process that is killed before leaves no file behind.
 class Copy {
 public:
     /// Only the owner may read the copy of an existing file until the copy has the permissions of that file.
@@ -160,7 +150,7 @@ FileDescriptor OpenFolder(const path& file) {
     return FileDescriptor(opened >= 0 ? opened : ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
-/// A file that another save has replaced since it was opened has no name any more. It can be replaced like any other.
+/// True for a file with two or more names. A file that another save has replaced since it was opened has none.
 bool HasOtherNames(const FileDescriptor& file) noexcept {
     struct stat status {};
     return ::fstat(file.Number(), &status) != 0 || status.st_nlink > 1;

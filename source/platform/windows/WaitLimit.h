@@ -20,7 +20,7 @@ public:
 
     /// Waits about 1 ms. Returns false at once if the time is used up.
     bool Wait() {
-        if (spent + step > limit - latestTick) return false;
+        if (spent + step > limit - timerTick) return false;
         const ULONGLONG begin = clock.now();
         clock.sleep(step);
         spent += std::max<ULONGLONG>(step, clock.now() - begin);
@@ -29,7 +29,7 @@ public:
 
 private:
     static constexpr ULONGLONG limit = 250;
-    static constexpr ULONGLONG latestTick = 16; ///< a sleep can end one tick of the system's timer late
+    static constexpr ULONGLONG timerTick = 16; ///< a sleep can end this much too late
     static constexpr DWORD step = 1;
 
     WaitingClock clock;

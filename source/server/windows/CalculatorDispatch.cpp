@@ -5,6 +5,7 @@
 #include "server/windows/DispatchArguments.h"
 
 #include <cstring>
+#include <iterator>
 
 namespace qmv40 {
 
@@ -22,16 +23,8 @@ enum Method : DISPID {
     getPoleSpherePosition
 };
 
-/// A text that is freed at the end.
-class OwnedText {
-public:
-    OwnedText() = default;
-    OwnedText(const OwnedText&) = delete;
-    OwnedText& operator=(const OwnedText&) = delete;
-    ~OwnedText() { SysFreeString(text); }
-
-    BSTR text = nullptr;
-};
+/// The number of arguments of each method, in the order of the identifiers.
+constexpr UINT argumentCounts[] = {1, 1, 2, 2, 2, 2, 0, 0};
 
 /// Copies the error record of a failed method into `exception` and removes it from the thread.
 HRESULT ReportException(HRESULT code, EXCEPINFO* exception) {
@@ -48,62 +41,60 @@ HRESULT ReportException(HRESULT code, EXCEPINFO* exception) {
     return DISP_E_EXCEPTION;
 }
 
-/// Calls one of the two methods that take a file name.
 HRESULT CallWithFileName(IQMVCalculator2& calculator, HRESULT (STDMETHODCALLTYPE IQMVCalculator::*method)(BSTR*),
-                         DispatchArguments& arguments, HRESULT& outcome) {
-    OwnedText fileName;
-    HRESULT read = arguments.Require(1);
-    if (SUCCEEDED(read)) read = arguments.Read(0, fileName.text);
-    if (SUCCEEDED(read)) outcome = (calculator.*method)(&fileName.text);
-    return read;
+                         DispatchArguments& arguments) {
+    const OwnedText text = arguments.Text(0);
+    BSTR fileName = text.get();
+    return FAILED(arguments.Problem()) ? S_OK : (calculator.*method)(&fileName);
 }
 
-HRESULT CallGetCurrentHeadPosition(IQMVCalculator2& calculator, DispatchArguments& arguments, HRESULT& outcome) {
+HRESULT CallGetCurrentHeadPosition(IQMVCalculator2& calculator, DispatchArguments& arguments) {
     // Both angles are written or neither. So both arguments are checked before the call.
-    HRESULT ready = arguments.Require(2);
-    if (SUCCEEDED(ready)) ready = arguments.RequireRoomForNumber(0);
-    if (SUCCEEDED(ready)) ready = arguments.RequireRoomForNumber(1);
-    if (FAILED(ready)) return ready;
+    arguments.RequireRoomForNumber(0);
+    arguments.RequireRoomForNumber(1);
+    if (FAILED(arguments.Problem())) return S_OK;
     double a = 0.0;
     double b = 0.0;
-    outcome = calculator.GetCurrentHeadPosition(&a, &b);
-    if (FAILED(outcome)) return S_OK;
-    return arguments.Write(a, b);
+    const HRESULT outcome = calculator.GetCurrentHeadPosition(&a, &b);
+    if (SUCCEEDED(outcome)) arguments.Write(a, b);
+    return outcome;
 }
 
-HRESULT ReadAngles(DispatchArguments& arguments, double& a, double& b) {
-    HRESULT read = arguments.Require(2);
-    if (SUCCEEDED(read)) read = arguments.Read(0, a);
-    if (SUCCEEDED(read)) read = arguments.Read(1, b);
-    return read;
-}
-
-HRESULT CallSetCurrentHeadPosition(IQMVCalculator2& calculator, DispatchArguments& arguments, HRESULT& outcome) {
-    double a = 0.0;
-    double b = 0.0;
-    const HRESULT read = ReadAngles(arguments, a, b);
-    if (SUCCEEDED(read)) outcome = calculator.SetCurrentHeadPosition(a, b);
-    return read;
-}
-
-HRESULT CallCalculateMove(IQMVCalculator2& calculator, DispatchArguments& arguments, RequiredMoves& moves,
-                          HRESULT& outcome) {
-    double a = 0.0;
-    double b = 0.0;
-    const HRESULT read = ReadAngles(arguments, a, b);
+/// Calls one of the two methods that take angles.
+HRESULT CallWithAngles(IQMVCalculator2& calculator, DISPID method, DispatchArguments& arguments, RequiredMoves& moves) {
+    const double a = arguments.Number(0);
+    const double b = arguments.Number(1);
+    if (FAILED(arguments.Problem())) return S_OK;
+    if (method == setCurrentHeadPosition) return calculator.SetCurrentHeadPosition(a, b);
     // CalculateMove throws its failure code. A late-bound caller could not catch it.
-    if (SUCCEEDED(read)) outcome = Guarded([&] { calculator.CalculateMove(a, b, &moves); });
-    return read;
+    return Guarded([&] { calculator.CalculateMove(a, b, &moves); });
 }
 
-HRESULT CallEnterHeadGeometry(IQMVCalculator2& calculator, DispatchArguments& arguments, HRESULT& outcome) {
-    SAFEARRAY** aAxisPoints = nullptr;
-    SAFEARRAY** bAxisPoints = nullptr;
-    HRESULT read = arguments.Require(2);
-    if (SUCCEEDED(read)) read = arguments.Read(0, aAxisPoints);
-    if (SUCCEEDED(read)) read = arguments.Read(1, bAxisPoints);
-    if (SUCCEEDED(read)) outcome = calculator.EnterHeadGeometry(aAxisPoints, bAxisPoints);
-    return read;
+HRESULT CallEnterHeadGeometry(IQMVCalculator2& calculator, DispatchArguments& arguments) {
+    SAFEARRAY** const aAxisPoints = arguments.Records(0);
+    SAFEARRAY** const bAxisPoints = arguments.Records(1);
+    return FAILED(arguments.Problem()) ? S_OK : calculator.EnterHeadGeometry(aAxisPoints, bAxisPoints);
+}
+
+/// Calls the method and returns its code. If an argument is refused, it does not call the method and returns S_OK.
+HRESULT Call(IQMVCalculator2& calculator, DISPID method, DispatchArguments& arguments, RequiredMoves& moves,
+             XYZData& position) {
+    switch (method) {
+    case loadHeadGeometryFromFile:
+        return CallWithFileName(calculator, &IQMVCalculator::LoadHeadGeometryFromFile, arguments);
+    case saveHeadGeometryToFile:
+        return CallWithFileName(calculator, &IQMVCalculator::SaveHeadGeometryToFile, arguments);
+    case getCurrentHeadPosition:
+        return CallGetCurrentHeadPosition(calculator, arguments);
+    case enterHeadGeometry:
+        return CallEnterHeadGeometry(calculator, arguments);
+    case getStartPosition:
+        return calculator.GetStartPosition(&position);
+    case getPoleSpherePosition:
+        return calculator.GetPoleSpherePosition(&position);
+    default:
+        return CallWithAngles(calculator, method, arguments, moves);
+    }
 }
 
 } // namespace
@@ -140,43 +131,17 @@ HRESULT CalculatorDispatch::Invoke(IQMVCalculator2& calculator, DISPID method, R
     if (FAILED(loaded)) return loaded;
     if (result != nullptr) VariantInit(result);
 
+    if (method < 1 || method > static_cast<DISPID>(std::size(argumentCounts))) return DISP_E_MEMBERNOTFOUND;
     DispatchArguments places(*arguments, argumentError);
-    HRESULT outcome = S_OK;
-    const HRESULT called = Call(calculator, method, places, result, outcome);
-    if (FAILED(called)) return called;
-    return FAILED(outcome) ? ReportException(outcome, exception) : S_OK;
-}
-
-HRESULT CalculatorDispatch::Call(IQMVCalculator2& calculator, DISPID method, DispatchArguments& arguments,
-                                 VARIANT* result, HRESULT& outcome) {
+    places.Require(argumentCounts[method - 1]);
+    if (FAILED(places.Problem())) return places.Problem();
     RequiredMoves moves{};
     XYZData position{};
-    HRESULT called = S_OK;
-    switch (method) {
-    case loadHeadGeometryFromFile:
-        return CallWithFileName(calculator, &IQMVCalculator::LoadHeadGeometryFromFile, arguments, outcome);
-    case saveHeadGeometryToFile:
-        return CallWithFileName(calculator, &IQMVCalculator::SaveHeadGeometryToFile, arguments, outcome);
-    case getCurrentHeadPosition:
-        return CallGetCurrentHeadPosition(calculator, arguments, outcome);
-    case setCurrentHeadPosition:
-        return CallSetCurrentHeadPosition(calculator, arguments, outcome);
-    case calculateMove:
-        called = CallCalculateMove(calculator, arguments, moves, outcome);
-        if (FAILED(called) || FAILED(outcome)) return called;
-        return ReturnRecord(GUID_RequiredMoves, &moves, result);
-    case enterHeadGeometry:
-        return CallEnterHeadGeometry(calculator, arguments, outcome);
-    case getStartPosition:
-    case getPoleSpherePosition:
-        called = arguments.Require(0);
-        if (FAILED(called)) return called;
-        outcome = method == getStartPosition ? calculator.GetStartPosition(&position)
-                                             : calculator.GetPoleSpherePosition(&position);
-        return FAILED(outcome) ? S_OK : ReturnRecord(GUID_XYZData, &position, result);
-    default:
-        return DISP_E_MEMBERNOTFOUND;
-    }
+    const HRESULT outcome = Call(calculator, method, places, moves, position);
+    if (FAILED(places.Problem())) return places.Problem();
+    if (FAILED(outcome)) return ReportException(outcome, exception);
+    if (method == calculateMove) return ReturnRecord(GUID_RequiredMoves, &moves, result);
+    return method >= getStartPosition ? ReturnRecord(GUID_XYZData, &position, result) : S_OK;
 }
 
 HRESULT CalculatorDispatch::ReturnRecord(REFGUID recordType, const void* record, VARIANT* result) {

@@ -19,8 +19,6 @@ public:
 
 private:
     HRESULT Load();
-    HRESULT Call(IQMVCalculator2& calculator, DISPID method, class DispatchArguments& arguments, VARIANT* result,
-                 HRESULT& outcome);
     HRESULT ReturnRecord(REFGUID recordType, const void* record, VARIANT* result);
 
     ComPointer<ITypeLib> library;

@@ -12,7 +12,7 @@ constexpr const wchar_t* description = L"QMVCalculator Class";
 constexpr const wchar_t* program = L"QMV.QMVCalculator.1";
 constexpr const wchar_t* anyVersion = L"QMV.QMVCalculator";
 
-/// The name of a key, joined by the compiler: nothing here needs memory.
+/// The name of a key, joined at compile time, so that the table below needs no memory.
 struct KeyName {
     consteval KeyName(const wchar_t* outerKey, const wchar_t* subkey) {
         wchar_t* end = text;

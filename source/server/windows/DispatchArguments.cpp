@@ -2,6 +2,7 @@
 
 #include "server/windows/NumberInText.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -23,28 +24,13 @@ bool IsLeftOut(const VARIANT& argument) noexcept {
 
 /// The size of a number of this type in bytes; 0 for other types.
 std::size_t SizeOfNumber(VARTYPE type) noexcept {
-    switch (type) {
-    case VT_I1:
-    case VT_UI1:
-        return 1;
-    case VT_I2:
-    case VT_UI2:
-        return 2;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-        return 4;
-    case VT_I8:
-    case VT_UI8:
-    case VT_R8:
-    case VT_CY:
-    case VT_DATE:
-        return 8;
-    default:
-        return 0;
-    }
+    const auto isOneOf = [&](std::initializer_list<VARTYPE> types) {
+        return std::ranges::find(types, type) != types.end();
+    };
+    if (isOneOf({VT_I1, VT_UI1})) return 1;
+    if (isOneOf({VT_I2, VT_UI2})) return 2;
+    if (isOneOf({VT_I4, VT_UI4, VT_INT, VT_UINT, VT_R4})) return 4;
+    return isOneOf({VT_I8, VT_UI8, VT_R8, VT_CY, VT_DATE}) ? 8 : 0;
 }
 
 bool HoldsNumber(VARTYPE type) noexcept {
@@ -62,13 +48,14 @@ HRESULT DefaultProperty(IDispatch* object, VARIANT& value) noexcept {
 
 } // namespace
 
-HRESULT DispatchArguments::Require(UINT count) const noexcept {
-    if (arguments.cArgs != count || arguments.cNamedArgs > count) return DISP_E_BADPARAMCOUNT;
-    for (UINT place = 0; place < count; ++place) {
-        if (At(place) == nullptr) return DISP_E_PARAMNOTFOUND;
-        if (IsLeftOut(*At(place))) return Blame(place, DISP_E_PARAMNOTFOUND);
+void DispatchArguments::Require(UINT count) noexcept {
+    if (arguments.cArgs != count || arguments.cNamedArgs > count) problem = DISP_E_BADPARAMCOUNT;
+    for (UINT place = 0; place < count && SUCCEEDED(problem); ++place) {
+        if (At(place) == nullptr)
+            problem = DISP_E_PARAMNOTFOUND;
+        else
+            Accept(place, IsLeftOut(*At(place)) ? DISP_E_PARAMNOTFOUND : S_OK);
     }
-    return S_OK;
 }
 
 VARIANT* DispatchArguments::At(UINT place) const noexcept {
@@ -88,9 +75,11 @@ VARIANT* DispatchArguments::Plain(UINT place) const noexcept {
     return argument;
 }
 
-HRESULT DispatchArguments::Blame(UINT place, HRESULT code) const noexcept {
+bool DispatchArguments::Accept(UINT place, HRESULT result) noexcept {
+    if (SUCCEEDED(result)) return true;
+    problem = result;
     if (argumentError != nullptr) *argumentError = static_cast<UINT>(At(place) - arguments.rgvarg);
-    return code;
+    return false;
 }
 
 HRESULT DispatchArguments::Value(UINT place, VARIANT& value) const noexcept {
@@ -104,44 +93,40 @@ HRESULT DispatchArguments::Value(UINT place, VARIANT& value) const noexcept {
     return S_OK;
 }
 
-HRESULT DispatchArguments::Read(UINT place, double& number) const noexcept {
+double DispatchArguments::Number(UINT place) noexcept {
     OwnedVariant value;
-    HRESULT read = Value(place, value);
-    if (SUCCEEDED(read) && V_VT(&value) == VT_BSTR) {
-        read = NumberInText(V_BSTR(&value), SysStringLen(V_BSTR(&value)), number);
-    } else if (SUCCEEDED(read)) {
-        read = VariantChangeTypeEx(&value, &value, LOCALE_INVARIANT, VARIANT_NOVALUEPROP, VT_R8);
-        if (SUCCEEDED(read)) number = V_R8(&value);
+    if (FAILED(problem) || !Accept(place, Value(place, value))) return 0.0;
+    if (V_VT(&value) == VT_BSTR) {
+        double number = 0.0;
+        Accept(place, NumberInText(V_BSTR(&value), SysStringLen(V_BSTR(&value)), number));
+        return number;
     }
-    return FAILED(read) ? Blame(place, read) : S_OK;
+    const HRESULT changed = VariantChangeTypeEx(&value, &value, LOCALE_INVARIANT, VARIANT_NOVALUEPROP, VT_R8);
+    return Accept(place, changed) ? V_R8(&value) : 0.0;
 }
 
-HRESULT DispatchArguments::Read(UINT place, BSTR& text) const noexcept {
+OwnedText DispatchArguments::Text(UINT place) noexcept {
     OwnedVariant value;
-    HRESULT read = Value(place, value);
-    if (SUCCEEDED(read)) read = VariantChangeTypeEx(&value, &value, LOCALE_INVARIANT, VARIANT_NOVALUEPROP, VT_BSTR);
-    if (FAILED(read)) return Blame(place, read);
-    text = std::exchange(V_BSTR(&value), nullptr);
-    return S_OK;
+    if (FAILED(problem) || !Accept(place, Value(place, value))) return nullptr;
+    const HRESULT changed = VariantChangeTypeEx(&value, &value, LOCALE_INVARIANT, VARIANT_NOVALUEPROP, VT_BSTR);
+    return OwnedText(Accept(place, changed) ? std::exchange(V_BSTR(&value), nullptr) : nullptr);
 }
 
-HRESULT DispatchArguments::Read(UINT place, SAFEARRAY**& records) const noexcept {
+SAFEARRAY** DispatchArguments::Records(UINT place) noexcept {
+    if (FAILED(problem)) return nullptr;
     VARIANT* const argument = Plain(place);
-    if (V_VT(argument) == (VT_ARRAY | VT_RECORD)) {
-        records = &V_ARRAY(argument);
-    } else if (V_VT(argument) == (VT_ARRAY | VT_RECORD | VT_BYREF)) {
-        records = V_ARRAYREF(argument);
-    } else {
-        return Blame(place, DISP_E_TYPEMISMATCH);
-    }
-    return S_OK;
+    if (V_VT(argument) == (VT_ARRAY | VT_RECORD)) return &V_ARRAY(argument);
+    if (V_VT(argument) == (VT_ARRAY | VT_RECORD | VT_BYREF)) return V_ARRAYREF(argument);
+    Accept(place, DISP_E_TYPEMISMATCH);
+    return nullptr;
 }
 
-HRESULT DispatchArguments::RequireRoomForNumber(UINT place) const noexcept {
-    const VARIANT* const argument = Target(place);
-    if ((V_VT(argument) & VT_BYREF) == 0) return S_OK;
-    const bool room = HoldsNumber(static_cast<VARTYPE>(V_VT(argument) & ~VT_BYREF)) && V_BYREF(argument) != nullptr;
-    return room ? S_OK : Blame(place, DISP_E_TYPEMISMATCH);
+void DispatchArguments::RequireRoomForNumber(UINT place) noexcept {
+    if (FAILED(problem)) return;
+    const VARIANT* const target = Target(place);
+    const bool isReference = (V_VT(target) & VT_BYREF) != 0;
+    const bool room = HoldsNumber(static_cast<VARTYPE>(V_VT(target) & ~VT_BYREF)) && V_BYREF(target) != nullptr;
+    Accept(place, isReference && !room ? DISP_E_TYPEMISMATCH : S_OK);
 }
 
 const VARIANT* DispatchArguments::Target(UINT place) const noexcept {
@@ -153,14 +138,13 @@ const VARIANT* DispatchArguments::Target(UINT place) const noexcept {
     return argument;
 }
 
-HRESULT DispatchArguments::Converted(UINT place, double number, VARIANT& converted) const noexcept {
+void DispatchArguments::Convert(UINT place, double number, VARIANT& converted) noexcept {
     V_VT(&converted) = VT_R8;
     V_R8(&converted) = number;
     const VARTYPE reference = V_VT(Target(place));
-    if ((reference & VT_BYREF) == 0 || reference == (VT_VARIANT | VT_BYREF)) return S_OK;
-    const HRESULT result =
-        VariantChangeTypeEx(&converted, &converted, LOCALE_INVARIANT, 0, static_cast<VARTYPE>(reference & ~VT_BYREF));
-    return FAILED(result) ? Blame(place, result) : S_OK;
+    if (FAILED(problem) || (reference & VT_BYREF) == 0 || reference == (VT_VARIANT | VT_BYREF)) return;
+    const auto type = static_cast<VARTYPE>(reference & ~VT_BYREF);
+    Accept(place, VariantChangeTypeEx(&converted, &converted, LOCALE_INVARIANT, 0, type));
 }
 
 void DispatchArguments::Store(UINT place, VARIANT& converted) const noexcept {
@@ -180,15 +164,14 @@ void DispatchArguments::Store(UINT place, VARIANT& converted) const noexcept {
     }
 }
 
-HRESULT DispatchArguments::Write(double first, double second) const noexcept {
+void DispatchArguments::Write(double first, double second) noexcept {
     OwnedVariant convertedFirst;
     OwnedVariant convertedSecond;
-    HRESULT written = Converted(0, first, convertedFirst);
-    if (SUCCEEDED(written)) written = Converted(1, second, convertedSecond);
-    if (FAILED(written)) return written;
+    Convert(0, first, convertedFirst);
+    Convert(1, second, convertedSecond);
+    if (FAILED(problem)) return;
     Store(0, convertedFirst);
     Store(1, convertedSecond);
-    return S_OK;
 }
 
 } // namespace qmv40

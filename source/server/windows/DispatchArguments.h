@@ -1,31 +1,34 @@
 #pragma once
 
-#include "platform/Automation.h"
+#include "platform/ComPointer.h"
 
 namespace qmv40 {
 
 /// The arguments of one late-bound call, by their place in the method's signature, from 0. An argument can be
-/// positional or named, and passed by value, by reference or in a script's variable. An operation that refuses an
-/// argument stores its index in `argumentError`.
+/// positional or named, and passed by value, by reference or in a script's variable.
+///
+/// The first refusal is kept: Problem returns its code, the index of the refused argument is in `argumentError`, and
+/// later operations do nothing and return null or 0.
 class DispatchArguments {
 public:
     DispatchArguments(DISPPARAMS& theArguments, UINT* theArgumentError) noexcept
         : arguments(theArguments), argumentError(theArgumentError) {}
 
+    HRESULT Problem() const noexcept { return problem; }
+
     /// DISP_E_BADPARAMCOUNT unless there are exactly `count` arguments; DISP_E_PARAMNOTFOUND when one is omitted.
-    HRESULT Require(UINT count) const noexcept;
-    /// Reads a number, converted as the platform converts it. A text must be a decimal number with a point, in any
+    void Require(UINT count) noexcept;
+    /// A number, converted as the platform converts it. A text must be a decimal number with a point, in any
     /// locale: the platform can read "7,5" as 75, and the head would be turned to a wrong angle.
-    HRESULT Read(UINT place, double& number) const noexcept;
-    /// Reads a text, which the caller frees.
-    HRESULT Read(UINT place, BSTR& text) const noexcept;
-    /// Reads an array of records. It is not copied; it still belongs to the calling program.
-    HRESULT Read(UINT place, SAFEARRAY**& records) const noexcept;
-    /// S_OK if Write can store a number in the argument.
-    HRESULT RequireRoomForNumber(UINT place) const noexcept;
+    double Number(UINT place) noexcept;
+    OwnedText Text(UINT place) noexcept;
+    /// An array of records. It is not copied; it still belongs to the calling program.
+    SAFEARRAY** Records(UINT place) noexcept;
+    /// Refuses an argument in which Write cannot store a number.
+    void RequireRoomForNumber(UINT place) noexcept;
     /// Stores two numbers in the variables that the first two arguments refer to, converted to the variables' types. If
     /// one does not fit (DISP_E_OVERFLOW), neither is stored. An argument passed by value is left unchanged.
-    HRESULT Write(double first, double second) const noexcept;
+    void Write(double first, double second) noexcept;
 
 private:
     VARIANT* At(UINT place) const noexcept;
@@ -36,15 +39,16 @@ private:
     const VARIANT* Target(UINT place) const noexcept;
     /// A copy of the argument's value: of the variable that it refers to; of an object, its default property.
     HRESULT Value(UINT place, VARIANT& value) const noexcept;
-    /// `number` in the type of the variable that the argument refers to.
-    HRESULT Converted(UINT place, double number, VARIANT& converted) const noexcept;
-    /// Stores the result of Converted in the variable that the argument refers to.
+    /// Converts `number` to the type of the variable that the argument refers to.
+    void Convert(UINT place, double number, VARIANT& converted) noexcept;
+    /// Stores the result of Convert in the variable that the argument refers to.
     void Store(UINT place, VARIANT& converted) const noexcept;
-    /// Returns `code` and stores the argument's index as its cause.
-    HRESULT Blame(UINT place, HRESULT code) const noexcept;
+    /// Keeps a failure as the problem, with the argument's index. Returns true if `result` is no failure.
+    bool Accept(UINT place, HRESULT result) noexcept;
 
     DISPPARAMS& arguments;
     UINT* argumentError;
+    HRESULT problem = S_OK;
 };
 
 } // namespace qmv40

@@ -2,7 +2,8 @@
 
 #include "maths/CMaPlane.h"
 
-/// Stands in for the component's line: every step can fail here, also those that cannot fail there.
+/// Replaces the component's line in HeadStepsTest.cpp, which decides the result of each operation. So every step can
+/// fail, also one that never fails in the component.
 class CMaLine : public CMaGeometry {
 public:
     void Fit(const CMaPointArray& points);

@@ -3,7 +3,7 @@
 #include "maths/CMaPoint.h"
 #include "maths/CMaPointArray.h"
 
-/// Stands in for the component's plane where a test must see what the head model does with one.
+/// Replaces the component's plane in HeadStepsTest.cpp, which records how the head model uses it.
 class CMaPlane : public CMaGeometry {
 public:
     void Fit(const CMaPointArray& points);

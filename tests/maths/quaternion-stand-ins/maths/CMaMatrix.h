@@ -2,8 +2,8 @@
 
 #include "maths/CMaVector.h"
 
-/// Replaces the component's matrix, which never fails where CQuaternion uses it: this one fails when a test asks
-/// to.
+/// Replaces the component's matrix in QuaternionStepsTest.cpp. The component's matrix never fails in CQuaternion; this
+/// one fails if the test requires it.
 class CMaMatrix : public CMaObject {
 public:
     CMaMatrix(int, int) noexcept {}

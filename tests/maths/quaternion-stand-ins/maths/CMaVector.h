@@ -3,7 +3,8 @@
 #include "maths/CMaGeometry.h"
 #include "maths/GeometryError.h"
 
-/// Replaces the component's vector, which never fails where CQuaternion reads it: this one fails when a test asks to.
+/// Replaces the component's vector in QuaternionStepsTest.cpp. The component's vector never fails in CQuaternion; this
+/// one fails if the test requires it.
 class CMaVector {
 public:
     CMaVector(double, double, double) noexcept {}
