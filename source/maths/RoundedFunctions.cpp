@@ -97,16 +97,11 @@ SineAndCosine Turn(double angle) {
         rest = rest + DoubleDouble{-quarters * part, 0.0};
     const DoubleDouble square = rest * rest;
     const DoubleDouble sine = rest * Series<1>(square), cosine = Series<0>(square);
-    switch (static_cast<int>(quarters) & 3) {
-    case 0:
-        return {sine, cosine};
-    case 1:
-        return {cosine, -sine};
-    case 2:
-        return {-sine, -cosine};
-    default:
-        return {-cosine, sine};
-    }
+    const int quarter = static_cast<int>(quarters) & 3;
+    if (quarter == 0) return {sine, cosine};
+    if (quarter == 1) return {cosine, -sine};
+    if (quarter == 2) return {-sine, -cosine};
+    return {-cosine, sine};
 }
 
 /// For more radians the products above are rounded. The component's own angles are within two turns.

@@ -1,12 +1,20 @@
 #pragma once
 
 #include "platform/Automation.h"
-#include "server/LateBinding.h"
 #include "server/Module.h"
 
 #include <memory>
 
+#ifdef _WIN32
+#include "server/windows/LateBinding.h"
+#endif
+
 namespace qmv40 {
+
+#ifndef _WIN32
+/// Here dual interfaces have no methods of IDispatch, and IID_IDispatch is not supported.
+template <typename Base> using LateBinding = Base;
+#endif
 
 /// The two kinds of object of a class. They implement IUnknown: identity and lifetime. `Class` implements everything
 /// else; its FindInterface(iid) returns its interfaces. An object belongs to one apartment, so its reference count is

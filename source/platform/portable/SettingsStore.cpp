@@ -24,8 +24,8 @@ struct SettingsKey::State {
 };
 
 SettingsKey::SettingsKey(const char* path) {
-    // An empty file holds no key. It is not read again: it is not a file that is just being written, because programs
-    // replace the file in one step.
+    // An empty file holds no key. It is not read again, although a program may be just writing it: a program that
+    // replaces the file in one step avoids that.
     std::optional<std::string> content = ReadWhole(OpenFile(StoreFile(), O_RDONLY));
     if (!content) return;
     RegistryKeyText key(*content, path);

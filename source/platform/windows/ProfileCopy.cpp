@@ -19,8 +19,8 @@ bool Flush(const std::wstring& name) {
 /// Whether the file holds the whole text. On a full disk the platform's function can write a part of the text and
 /// report success. A text with blanks or quotes at its ends is not compared, because it is read without them.
 bool Holds(const std::string& name, const std::string& section, const std::string& key, const std::string& text) {
-    constexpr const char* notRead = " \t'\"";
-    if (text.empty() || text.find_first_of(notRead) == 0 || text.find_last_of(notRead) == text.size() - 1) return true;
+    constexpr const char* removed = " \t'\"";
+    if (text.empty() || text.find_first_of(removed) == 0 || text.find_last_of(removed) == text.size() - 1) return true;
     std::string read(text.size() + 2, '\0');
     read.resize(GetPrivateProfileStringA(section.c_str(), key.c_str(), "", read.data(), static_cast<DWORD>(read.size()),
                                          name.c_str()));
@@ -142,9 +142,9 @@ std::optional<bool> IsReplaceable(const std::wstring& file, WaitLimit& waitLimit
            information.nNumberOfLinks == 1;
 }
 
-/// Nothing if no copy can be made, or if the entries cannot be written into it. If another program holds the file, it
-/// is never written entry by entry: the other program may be a load or a save, which would then read a part of this
-/// geometry.
+/// Whether the file was written. Nothing if no copy can be made, or if the entries cannot be written into it: then they
+/// can be written into the file itself, one after the other. That is never done while another program holds the file:
+/// it may be a load or a save, which would then read a part of this geometry.
 std::optional<bool> WriteByCopy(const std::wstring& file, const std::string& name,
                                 std::span<const ProfileEntry> entries, WaitLimit& waitLimit) {
     const std::optional<bool> isReplaceable = IsReplaceable(file, waitLimit);
