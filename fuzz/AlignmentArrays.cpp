@@ -218,11 +218,6 @@ RequiredMoves PlanFromGoodPoints(IQMVCalculator2& calculator, const Capture& cap
     return moves;
 }
 
-bool StandsAt(IQMVCalculator2& calculator, const HeadAngles& angles) {
-    HeadAngles found{};
-    return calculator.GetCurrentHeadPosition(&found.a, &found.b) == S_OK && found.a == angles.a && found.b == angles.b;
-}
-
 void PromiseRefusal(const Raised& entered, const std::optional<Refusal>& expected) {
     Promise(entered.record.has_value(), "a refusal leaves an error record");
     if (expected) {

@@ -63,12 +63,6 @@ void PromiseRecord(const Raised& raised, const wchar_t* description) {
             "the error record names the angle and the reason");
 }
 
-bool StandsAt(IQMVCalculator2& calculator, const HeadAngles& angles) {
-    HeadAngles found{-1.0, -1.0};
-    return calculator.GetCurrentHeadPosition(&found.a, &found.b) == S_OK && SameNumber(found.a, angles.a) &&
-           SameNumber(found.b, angles.b);
-}
-
 /// False when the position was refused.
 bool Place(IQMVCalculator2& calculator, const HeadAngles& angles) {
     const Raised placed = ReturnedBy([&] { return calculator.SetCurrentHeadPosition(angles.a, angles.b); });

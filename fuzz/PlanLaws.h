@@ -2,7 +2,7 @@
 
 #include "Support.h"
 
-#include "interface/Records.h"
+#include "interface/IQMVCalculator.h"
 #include "tests/support/BuiltInHead.h"
 
 #include <algorithm>
@@ -34,6 +34,12 @@ inline auto NumbersOf(const RequiredMoves& moves) {
 
 inline bool SamePlan(const RequiredMoves& left, const RequiredMoves& right) {
     return std::ranges::equal(NumbersOf(left), NumbersOf(right), SameNumber);
+}
+
+inline bool StandsAt(IQMVCalculator2& calculator, const HeadAngles& angles) {
+    HeadAngles found{-1.0, -1.0};
+    return calculator.GetCurrentHeadPosition(&found.a, &found.b) == S_OK && SameNumber(found.a, angles.a) &&
+           SameNumber(found.b, angles.b);
 }
 
 /// Farther than on any machine: the laws are not tested for heads beyond it.

@@ -46,30 +46,25 @@ inline bool SameNumber(double left, double right) {
 /// A double of any kind: an ordinary one, a special one, or any eight bytes.
 inline double TakeDouble(FuzzedDataProvider& input) {
     using Limits = std::numeric_limits<double>;
-    constexpr double nasty[] = {0.0,
-                                -0.0,
-                                1.0,
-                                1e154,
-                                1e-160,
-                                999999999.0,
-                                2147483647.5,
-                                -2147483648.5,
-                                Limits::denorm_min(),
-                                Limits::min(),
-                                Limits::epsilon(),
-                                Limits::max(),
-                                Limits::lowest(),
-                                Limits::infinity(),
-                                -Limits::infinity(),
-                                Limits::quiet_NaN()};
-    switch (input.ConsumeIntegralInRange(0, 3)) {
-    case 0:
-        return input.PickValueInArray(nasty);
-    case 1:
-        return std::bit_cast<double>(input.ConsumeIntegral<std::uint64_t>());
-    case 2:
-        return input.ConsumeIntegralInRange(-40000, 40000) / 16.0;
-    default:
-        return input.ConsumeFloatingPointInRange(-1000.0, 1000.0);
-    }
+    constexpr double nasty[]{0.0,
+                             -0.0,
+                             1.0,
+                             Limits::denorm_min(),
+                             Limits::min(),
+                             Limits::epsilon(),
+                             Limits::max(),
+                             Limits::lowest(),
+                             1e154,
+                             1e-160,
+                             999999999.0,
+                             2147483647.5,
+                             -2147483648.5,
+                             Limits::infinity(),
+                             -Limits::infinity(),
+                             Limits::quiet_NaN()};
+    const int kind = input.ConsumeIntegralInRange(0, 3);
+    if (kind == 0) return input.PickValueInArray(nasty);
+    if (kind == 1) return std::bit_cast<double>(input.ConsumeIntegral<std::uint64_t>());
+    if (kind == 2) return input.ConsumeIntegralInRange(-40000, 40000) / 16.0;
+    return input.ConsumeFloatingPointInRange(-1000.0, 1000.0);
 }

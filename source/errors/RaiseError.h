@@ -14,8 +14,8 @@ struct ErrorContext {
     DWORD helpContext = 0;
 };
 
-/// Fills the calling thread's error record and throws `code` as an HRESULT. Only this file throws codes. If the record
-/// cannot be created or set, the failure code of that step is thrown instead.
+/// Fills the calling thread's error record and throws `code` as an HRESULT. No code outside this file throws codes. If
+/// the record cannot be created or set, the failure code of that step is thrown instead.
 [[noreturn]] void RaiseError(HRESULT code, const ErrorContext& context);
 
 /// Raises one of the component's own errors: the help file in its record is empty.

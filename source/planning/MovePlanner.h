@@ -32,7 +32,8 @@ public:
     /// Fields 15 to 19: push the unlocked lever shut, at the target head angles.
     void CalculateLockMoves(RequiredMoves& moves, double a, double b) const;
 
-    /// The point about which the machine carries the probe round the head: midway between the two lever centres.
+    /// A point of the pole, which is the vertical axis midway between the two lever centres. Fields 5 and 14 turn about
+    /// it.
     void CalculatePoleLocation(double& x, double& y, double& z) const;
     /// Signed angle from `first` to `second`, two directions in the XY plane: [-180, 180], positive if `second` is
     /// counter-clockwise of `first`, seen from +Z. Not a number if one of them is zero.

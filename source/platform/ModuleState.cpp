@@ -20,7 +20,7 @@ std::atomic<long> callsUnderWay{0};
 // An x86 processor has two floating-point units with a control word each: MXCSR governs SSE, in which the component
 // computes, and the x87 control word governs x87, in which some C libraries compute sines and arctangents. A word is
 // written only if it differs: the functions of <cfenv> write the whole state of both units, which takes up to 9 us in
-// programs of Windows.
+// Windows programs.
 
 constexpr unsigned int ownMxcsr = 0x1F80;        // round to nearest, gradual underflow, every exception masked
 constexpr unsigned int mxcsrFlags = 0x003F;      // exception flags: they change no result

@@ -27,7 +27,7 @@ std::filesystem::path FileOfModule(HMODULE module) {
 /// The component's file beside this library; empty when there is none.
 std::filesystem::path FileBeside() {
     // The library stays loaded: with each load, its copy of the compiler's runtime would take a thread-local storage
-    // slot.
+    // slot, which it never releases.
     const HMODULE module = ModuleOf(&qmv40_version, GET_MODULE_HANDLE_EX_FLAG_PIN);
     const std::filesystem::path file = FileOfModule(module).parent_path() / L"CoQMV40Calculator.dll";
     return GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES ? std::filesystem::path() : file;

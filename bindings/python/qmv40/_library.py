@@ -15,7 +15,7 @@ _NAME = "qmv40.dll" if _IS_WINDOWS else "libqmv40.so.1"
 
 
 def _places() -> Iterator[str]:
-    """The possible places of the library, in the order of the search. The system looks for a bare name."""
+    """The possible places of the library, in the order of the search. The system searches for a name without a folder."""
     package = Path(__file__).resolve().parent
     if "QMV40_LIBRARY" in os.environ:
         yield os.environ["QMV40_LIBRARY"]

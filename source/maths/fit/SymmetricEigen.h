@@ -52,6 +52,7 @@ private:
                 shift = s * off;
                 return;
             }
+            // Numbers whose squares underflow are enlarged first. The angle stays the same.
             if (std::max(std::fabs(off), std::fabs(half)) < squareUnderflows) {
                 *this = JacobiRotation(off * farLarger, half * farLarger);
                 shift /= farLarger;
