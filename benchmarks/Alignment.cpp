@@ -2,10 +2,8 @@
 // set: its time must be proportional to the points.
 
 #include "benchmarks/Subjects.h"
-#include "benchmarks/Verify.h"
-#include "interface/IQMVCalculator.h"
-#include "platform/ComPointer.h"
 #include "tests/support/AlignmentArray.h"
+#include "tests/support/Calculator.h"
 #include "tests/support/SimulatedHead.h"
 
 #include <cmath>
@@ -90,10 +88,7 @@ void AddAlignment(Suite& suite) {
     constexpr std::size_t most = 1000000, mostWhenQuick = 10000;
     const std::string subject = "EnterHeadGeometry";
     ::setenv("QMV40_SETTINGS", settings, 1);
-    ComPointer<IQMVCalculator2> calculator;
-    Verify(SUCCEEDED(CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator2,
-                                      calculator.Receive())),
-           "no calculator");
+    const ComPointer<IQMVCalculator2> calculator = CreateCalculator();
     std::vector<std::size_t> counts;
     for (const std::size_t count : {4UL, 7UL, 16UL, 40UL, 100UL, 1000UL, 10000UL, 100000UL, most}) {
         if (count > mostWhenQuick && !suite.IsLarge()) continue;

@@ -4,7 +4,6 @@
 #include "benchmarks/Allocations.h"
 #include "benchmarks/Points.h"
 #include "benchmarks/Subjects.h"
-#include "benchmarks/Verify.h"
 #include "benchmarks/peers/CirclePeers.h"
 #include "maths/CMaCircle.h"
 
@@ -38,8 +37,7 @@ void VerifyPeer(const Points& points, const PeerCircle& peer, const std::string&
                      " points: " + std::to_string(off) + " mm apart");
 }
 
-/// Adds all coordinates, so fast that only the reading counts: eight running sums, so that none waits for the one
-/// before it.
+/// Adds all coordinates. The eight sums do not wait for each other, so that the time is that of reading the points.
 double ReadOnce(std::span<const double> values) {
     using Pair [[gnu::vector_size(16)]] = double;
     constexpr std::size_t pairs = 8;
@@ -55,23 +53,6 @@ double ReadOnce(std::span<const double> values) {
     double total = 0.0;
     for (const Pair& sum : sums) total += sum[0] + sum[1];
     return total;
-}
-
-void TimeAll(Suite& suite, const std::shared_ptr<const Points>& points, const std::string& size) {
-    VerifyPeer(*points, FitCircleWithMinpack(points->list, atRoundingLevel), "Eigen MINPACK");
-    VerifyPeer(*points, FitCircleWithMinpack(points->list, minpacksOwn), "Eigen MINPACK");
-    VerifyPeer(*points, FitCircleWithCeres(points->list, atRoundingLevel), "Ceres");
-    suite.Time("circle ours " + size, [points] { benchmark::DoNotOptimize(Fitted(*points)); });
-    suite.Time("circle minpack " + size,
-               [points] { benchmark::DoNotOptimize(FitCircleWithMinpack(points->list, atRoundingLevel)); });
-    suite.Time("circle early minpack " + size,
-               [points] { benchmark::DoNotOptimize(FitCircleWithMinpack(points->list, minpacksOwn)); });
-    suite.Time("circle ceres " + size,
-               [points] { benchmark::DoNotOptimize(FitCircleWithCeres(points->list, atRoundingLevel)); });
-    suite.Time("circle pass " + size, [points] {
-        for (const auto axis : {points->array.X(), points->array.Y(), points->array.Z()})
-            benchmark::DoNotOptimize(ReadOnce(axis));
-    });
 }
 
 /// Memory beside the input, in copies of the points.
@@ -91,17 +72,24 @@ void AddCircle(Suite& suite) {
         if (count == million && !suite.IsLarge()) continue;
         const auto points = std::make_shared<const Points>(ArcOf90Degrees(count));
         const std::string size = Grouped(count) + " points";
-        TimeAll(suite, points, size);
+        suite.Time("circle ours " + size, [points] { benchmark::DoNotOptimize(Fitted(*points)); });
+        const auto against = [&](const std::string& peer, auto fit, double tolerance, std::optional<Limit> limit) {
+            VerifyPeer(*points, fit(points->list, tolerance), peer);
+            const auto work = [=] { benchmark::DoNotOptimize(fit(points->list, tolerance)); };
+            suite.Against("circle", size, peer, work, std::move(limit));
+        };
         const bool isCapture = count <= 40;
-        const std::optional<Limit> limit = isCapture ? std::optional(Limit{1.0 / 3.5, "<= 1 / 3.5"}) : std::nullopt;
-        suite.Compare("circle", size, "circle ours " + size, "Eigen MINPACK", "circle minpack " + size, limit);
-        suite.Compare("circle", size, "circle ours " + size, "Eigen MINPACK, 1.5e-8", "circle early minpack " + size);
-        suite.Compare("circle", size, "circle ours " + size, "Ceres", "circle ceres " + size);
-        if (count == million) {
-            suite.Compare("circle", size, "circle ours " + size, "reading once", "circle pass " + size,
-                          Limit{12.0, "<= 12"});
-            suite.Report("circle: memory beside the input", size, Known(CopiesHeld(*points), "copies"),
-                         Limit{1.0, "<= 1 copy"});
-        }
+        against("Eigen MINPACK", FitCircleWithMinpack, atRoundingLevel,
+                isCapture ? std::optional(Limit{1.0 / 3.5, "<= 1 / 3.5"}) : std::nullopt);
+        against("Eigen MINPACK, 1.5e-8", FitCircleWithMinpack, minpacksOwn, std::nullopt);
+        against("Ceres", FitCircleWithCeres, atRoundingLevel, std::nullopt);
+        if (count != million) continue;
+        const auto readOnce = [points] {
+            for (const auto axis : {points->array.X(), points->array.Y(), points->array.Z()})
+                benchmark::DoNotOptimize(ReadOnce(axis));
+        };
+        suite.Against("circle", size, "reading once", readOnce, Limit{12.0, "<= 12"});
+        suite.Report("circle: memory beside the input", size, Known(CopiesHeld(*points), "copies"),
+                     Limit{1.0, "<= 1 copy"});
     }
 }

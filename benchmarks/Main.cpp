@@ -3,8 +3,8 @@
 
 #include "benchmarks/Subjects.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <fstream>
 #include <sys/utsname.h>
@@ -13,7 +13,7 @@
 namespace {
 
 struct Subject {
-    const char* name;
+    std::string_view name;
     void (*add)(Suite&);
 };
 constexpr Subject subjects[] = {{"circle", AddCircle}, {"plane-line", AddPlaneAndLine}, {"plan", AddPlan},
@@ -27,36 +27,29 @@ constexpr Effort check{1, 1e-6, false};
 struct Request {
     Effort effort = whole;
     std::string csv;
-    std::vector<std::string> names;
-
-    bool Wants(const Subject& subject) const {
-        return names.empty() || std::find(names.begin(), names.end(), subject.name) != names.end();
-    }
+    std::vector<const Subject*> subjects; ///< empty: all
 };
 
 [[noreturn]] void ShowUsage() {
     std::fputs("[--quick | --check] [--csv FILE] [SUBJECT ...]\nSubjects:", stderr);
-    for (const Subject& subject : subjects) std::fprintf(stderr, " %s", subject.name);
+    for (const Subject& subject : subjects) std::fprintf(stderr, " %s", subject.name.data());
     std::fputc('\n', stderr);
     std::exit(2);
-}
-
-bool IsSubject(const std::string& name) {
-    return std::any_of(std::begin(subjects), std::end(subjects), [&](const Subject& s) { return name == s.name; });
 }
 
 Request Parse(int count, char** arguments) {
     Request request;
     for (int i = 1; i < count; ++i) {
         const std::string argument = arguments[i];
+        const auto* const subject = std::ranges::find(subjects, argument, &Subject::name);
         if (argument == "--quick")
             request.effort = quick;
         else if (argument == "--check")
             request.effort = check;
         else if (argument == "--csv" && i + 1 < count)
             request.csv = arguments[++i];
-        else if (IsSubject(argument))
-            request.names.push_back(argument);
+        else if (subject != std::end(subjects))
+            request.subjects.push_back(subject);
         else
             ShowUsage();
     }
@@ -83,8 +76,8 @@ void RunRequest(const Request& request) {
     PrintMachine();
     Suite suite(request.effort);
     for (const Subject& subject : subjects) {
-        if (!request.Wants(subject)) continue;
-        std::fprintf(stderr, "Preparing %s\n", subject.name);
+        if (!request.subjects.empty() && std::ranges::count(request.subjects, &subject) == 0) continue;
+        std::fprintf(stderr, "Preparing %s\n", subject.name.data());
         subject.add(suite);
     }
     suite.Run();

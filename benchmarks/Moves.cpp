@@ -3,10 +3,8 @@
 
 #include "benchmarks/HeadAngles.h"
 #include "benchmarks/Subjects.h"
-#include "benchmarks/Verify.h"
-#include "interface/IQMVCalculator.h"
-#include "platform/ComPointer.h"
 #include "tests/support/Bstr.h"
+#include "tests/support/Calculator.h"
 
 #include <cstdlib>
 #include <memory>
@@ -22,10 +20,7 @@ constexpr const char* noStore = QMV40_SCENARIOS "/there is none";
 void UseStore(const char* file) { ::setenv("QMV40_SETTINGS", file, 1); }
 
 ComPointer<IQMVCalculator2> LoadedCalculator() {
-    ComPointer<IQMVCalculator2> calculator;
-    Verify(SUCCEEDED(CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IQMVCalculator2,
-                                      calculator.Receive())),
-           "no calculator");
+    ComPointer<IQMVCalculator2> calculator = CreateCalculator();
     Bstr file(std::filesystem::path(QMV40_BENCHMARK_HEAD));
     Verify(calculator->LoadHeadGeometryFromFile(file.Address()) == S_OK, "no geometry");
     return calculator;
@@ -45,7 +40,7 @@ void VerifyReadsAfresh(IQMVCalculator2& calculator) {
     Verify(byDefault == -135.0 && UnlockingTurn(calculator) == -120.0, "settings are read at every plan");
 }
 
-/// As many plans as 325 positions have pairs. They repeat all pairs of the possible positions.
+/// The number of pairs of 325 positions. The head can reach 175 of them, so their pairs are planned more than once.
 constexpr int plansOfATour = 325 * 325;
 
 void PlanTour(IQMVCalculator2& calculator, const std::vector<HeadAngles>& positions) {

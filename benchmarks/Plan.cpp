@@ -1,10 +1,8 @@
 // The arithmetic of one plan, which is CalculateMove without reading the settings, beside the same 19 moves written by
-// hand with Eigen and with KDL; and the share of the heap, on which the rotations' results are.
+// hand with Eigen and with KDL; and the part of the time that its heap allocations take.
 
 #include "benchmarks/Allocations.h"
-#include "benchmarks/HeadAngles.h"
 #include "benchmarks/Subjects.h"
-#include "benchmarks/Verify.h"
 #include "benchmarks/peers/PlanPeers.h"
 #include "calculator/CQMVCalculator.h"
 #include "maths/CQuaternion.h"
@@ -33,7 +31,7 @@ struct Tour {
     OpenCalculator calculator;
     std::unique_ptr<PlanPeer> eigen;
     std::unique_ptr<PlanPeer> kdl;
-    std::vector<PlanPeer::Angles> stops;
+    const std::vector<HeadAngles> stops = AllHeadAngles();
     std::size_t at = 0;
 
     Tour() {
@@ -41,15 +39,14 @@ struct Tour {
         Verify(calculator.LoadHeadGeometryFromFile(file.Address()) == S_OK, "the head of the scenario");
         eigen = PlanPeer::OnEigen(calculator.Head());
         kdl = PlanPeer::OnKdl(calculator.Head());
-        for (const HeadAngles& angles : AllHeadAngles()) stops.push_back({angles.a, angles.b});
         Verify(calculator.SetCurrentHeadPosition(stops.back().a, stops.back().b) == S_OK, "the first stop");
     }
 
-    const PlanPeer::Angles& Next() noexcept {
+    const HeadAngles& Next() noexcept {
         at = at + 1 < stops.size() ? at + 1 : 0;
         return stops[at];
     }
-    const PlanPeer::Angles& Current() const noexcept { return stops[at]; }
+    const HeadAngles& Current() const noexcept { return stops[at]; }
 };
 
 using Numbers = std::array<double, sizeof(RequiredMoves) / sizeof(double)>;
@@ -73,8 +70,8 @@ void VerifySame(const RequiredMoves& ours, const RequiredMoves& peers) {
 }
 
 void VerifyPeers(Tour& tour) {
-    for (const PlanPeer::Angles& from : tour.stops)
-        for (const PlanPeer::Angles& to : tour.stops) {
+    for (const HeadAngles& from : tour.stops)
+        for (const HeadAngles& to : tour.stops) {
             RequiredMoves ours{}, eigen{}, kdl{};
             tour.calculator.SetCurrentHeadPosition(from.a, from.b);
             tour.calculator.CalculateMove(to.a, to.b, &ours);
@@ -118,14 +115,14 @@ void AddPlan(Suite& suite) {
     VerifyPeers(*tour);
     suite.Time("plan ours", [tour] {
         RequiredMoves moves;
-        const PlanPeer::Angles to = tour->Next();
+        const HeadAngles to = tour->Next();
         tour->calculator.CalculateMove(to.a, to.b, &moves);
         benchmark::DoNotOptimize(moves);
     });
     const auto timePeer = [&](const std::string& name, const PlanPeer& peer) {
         suite.Time(name, [tour, &peer] {
             RequiredMoves moves;
-            const PlanPeer::Angles from = tour->Current();
+            const HeadAngles from = tour->Current();
             peer.Plan(from, tour->Next(), moves);
             benchmark::DoNotOptimize(moves);
         });

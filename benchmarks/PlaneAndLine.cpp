@@ -3,7 +3,6 @@
 
 #include "benchmarks/Points.h"
 #include "benchmarks/Subjects.h"
-#include "benchmarks/Verify.h"
 #include "benchmarks/peers/AxesPeers.h"
 #include "maths/CMaLine.h"
 #include "maths/CMaPlane.h"
@@ -33,9 +32,14 @@ CMaVector DirectionOf(const PeerAxis& axis) { return {axis.direction[0], axis.di
 /// Sine of the angle between two directions; opposite directions count as equal.
 double Apart(const CMaVector& a, const CMaVector& b) { return (a * b).Magnitude() / a.Magnitude() / b.Magnitude(); }
 
-void VerifyPeer(const CMaPoint& mean, const CMaVector& direction, const PeerAxis& peer, const std::string& what) {
-    const double off = std::hypot(mean.x() - peer.mean[0], mean.y() - peer.mean[1], mean.z() - peer.mean[2]);
-    const double turned = Apart(direction, DirectionOf(peer));
+PeerAxis AxisOf(const CMaPoint& mean, const CMaVector& direction) {
+    return {{mean.x(), mean.y(), mean.z()}, {direction[0], direction[1], direction[2]}};
+}
+
+void VerifyPeer(const PeerAxis& ours, const PeerAxis& peers, const std::string& what) {
+    const double off =
+        std::hypot(ours.mean[0] - peers.mean[0], ours.mean[1] - peers.mean[1], ours.mean[2] - peers.mean[2]);
+    const double turned = Apart(DirectionOf(ours), DirectionOf(peers));
     Verify(off < sameWithin && turned < sameWithin,
            what + ": " + std::to_string(off) + " mm and " + std::to_string(turned) + " rad apart");
 }
@@ -47,41 +51,25 @@ struct Inputs {
     explicit Inputs(Points thePoints) : points(std::move(thePoints)), cgal(points.list) {}
 };
 
-void AddRows(Suite& suite, const std::string& shape, const std::string& size, bool hasTarget) {
-    const std::string ours = shape + " ours " + size;
-    const std::optional<Limit> limit = hasTarget ? std::optional(Limit{1.0, "<= 1"}) : std::nullopt;
-    suite.Compare(shape, size, ours, "Eigen covariance", shape + " covariance " + size, limit);
-    suite.Compare(shape, size, ours, "Eigen QR", shape + " qr " + size);
-    suite.Compare(shape, size, ours, "CGAL", shape + " cgal " + size);
-}
-
-void AddPlane(Suite& suite, std::size_t count, const std::string& size) {
-    const auto inputs = std::make_shared<const Inputs>(ArcOf90Degrees(count));
-    const auto& list = inputs->points.list;
-    const CMaPlane ours = FittedPlane(inputs->points.array);
-    for (const PeerAxis& peer :
-         {AxisByCovariance(list, Spread::Least), AxisByQr(list, Spread::Least), inputs->cgal.FitPlane()})
-        VerifyPeer(ours.GetPoint(), ours.GetNormal(), peer, "plane through " + size);
-    suite.Time("plane ours " + size, [inputs] { benchmark::DoNotOptimize(FittedPlane(inputs->points.array)); });
-    suite.Time("plane covariance " + size,
-               [inputs] { benchmark::DoNotOptimize(AxisByCovariance(inputs->points.list, Spread::Least)); });
-    suite.Time("plane qr " + size,
-               [inputs] { benchmark::DoNotOptimize(AxisByQr(inputs->points.list, Spread::Least)); });
-    suite.Time("plane cgal " + size, [inputs] { benchmark::DoNotOptimize(inputs->cgal.FitPlane()); });
-}
-
-void AddLine(Suite& suite, std::size_t count, const std::string& size) {
-    const auto inputs = std::make_shared<const Inputs>(StraightLine(count));
-    const auto& list = inputs->points.list;
-    const CMaLine ours = FittedLine(inputs->points.array);
-    for (const PeerAxis& peer :
-         {AxisByCovariance(list, Spread::Most), AxisByQr(list, Spread::Most), inputs->cgal.FitLine()})
-        VerifyPeer(ours.GetPoint(), ours.GetDirection(), peer, "line through " + size);
-    suite.Time("line ours " + size, [inputs] { benchmark::DoNotOptimize(FittedLine(inputs->points.array)); });
-    suite.Time("line covariance " + size,
-               [inputs] { benchmark::DoNotOptimize(AxisByCovariance(inputs->points.list, Spread::Most)); });
-    suite.Time("line qr " + size, [inputs] { benchmark::DoNotOptimize(AxisByQr(inputs->points.list, Spread::Most)); });
-    suite.Time("line cgal " + size, [inputs] { benchmark::DoNotOptimize(inputs->cgal.FitLine()); });
+/// Times our fit of a shape and those of the peers. `fit` is ours, `fitWithCgal` CGAL's; `ours` is our answer.
+template <typename Fit> void AddShape(Suite& suite, const std::string& shape,
+                                      const std::shared_ptr<const Inputs>& inputs, Fit fit, const PeerAxis& ours,
+                                      Spread spread, PeerAxis (CgalPoints::*fitWithCgal)() const) {
+    const std::string size = Grouped(inputs->points.list.size()) + " points";
+    suite.Time(shape + " ours " + size, [=] { benchmark::DoNotOptimize(fit(inputs->points.array)); });
+    const auto against = [&](const std::string& peer, auto peersFit, std::optional<Limit> limit) {
+        VerifyPeer(ours, peersFit(), shape + " through " + size + " by " + peer);
+        suite.Against(
+            shape, size, peer, [=] { benchmark::DoNotOptimize(peersFit()); }, std::move(limit));
+    };
+    const bool hasTarget = inputs->points.list.size() == 40;
+    against(
+        "Eigen covariance", [=] { return AxisByCovariance(inputs->points.list, spread); },
+        hasTarget ? std::optional(Limit{1.0, "<= 1"}) : std::nullopt);
+    against(
+        "Eigen QR", [=] { return AxisByQr(inputs->points.list, spread); }, std::nullopt);
+    against(
+        "CGAL", [=] { return (inputs->cgal.*fitWithCgal)(); }, std::nullopt);
 }
 
 /// A strip 10 000 times as long as wide, whose normal is (1, 2, 2) / 3 to the last bit: its coordinates are exact.
@@ -114,11 +102,14 @@ void AddPlaneAndLine(Suite& suite) {
     constexpr std::size_t million = 1000000;
     for (const std::size_t count : {std::size_t{8}, std::size_t{40}, std::size_t{1000}, million}) {
         if (count == million && !suite.IsLarge()) continue;
-        const std::string size = Grouped(count) + " points";
-        AddPlane(suite, count, size);
-        AddRows(suite, "plane", size, count == 40);
-        AddLine(suite, count, size);
-        AddRows(suite, "line", size, count == 40);
+        const auto arc = std::make_shared<const Inputs>(ArcOf90Degrees(count));
+        const CMaPlane plane = FittedPlane(arc->points.array);
+        AddShape(suite, "plane", arc, FittedPlane, AxisOf(plane.GetPoint(), plane.GetNormal()), Spread::Least,
+                 &CgalPoints::FitPlane);
+        const auto straight = std::make_shared<const Inputs>(StraightLine(count));
+        const CMaLine line = FittedLine(straight->points.array);
+        AddShape(suite, "line", straight, FittedLine, AxisOf(line.GetPoint(), line.GetDirection()), Spread::Most,
+                 &CgalPoints::FitLine);
     }
     AddAccuracy(suite);
 }

@@ -1,7 +1,6 @@
 // One run of qmv40 as a process, and the sizes of the libraries.
 
 #include "benchmarks/Subjects.h"
-#include "benchmarks/Verify.h"
 
 #include <array>
 #include <cstdlib>

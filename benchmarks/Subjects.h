@@ -2,6 +2,13 @@
 
 #include "benchmarks/Suite.h"
 
+#include <stdexcept>
+
+/// Only equal answers are compared: a peer whose answer differs from ours or from the true one ends the program.
+inline void Verify(bool condition, const std::string& what) {
+    if (!condition) throw std::runtime_error("not the same answer: " + what);
+}
+
 /// The subjects of the table. Each prepares its data, compares its peers' answers with ours, and adds the work to be
 /// timed and the rows of the table.
 

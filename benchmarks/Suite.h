@@ -74,6 +74,13 @@ public:
     /// A row of two pieces of timed work; the limit is for their ratio.
     void Compare(const std::string& subject, const std::string& size, const std::string& ours,
                  const std::string& peersName, const std::string& peers, std::optional<Limit> limit = std::nullopt);
+    /// Times a peer's work beside ours, which is already timed under the name "<subject> ours <size>".
+    template <typename Work> void Against(const std::string& subject, const std::string& size, const std::string& peer,
+                                          Work work, std::optional<Limit> limit = std::nullopt) {
+        const std::string name = subject + ' ' + peer + ' ' + size;
+        Time(name, std::move(work));
+        Compare(subject, size, subject + " ours " + size, peer, name, std::move(limit));
+    }
     /// A row of two known numbers.
     void Compare(const std::string& subject, const std::string& size, const std::string& unit, double ours,
                  const std::string& peersName, double peers);

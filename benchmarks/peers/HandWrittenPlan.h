@@ -26,7 +26,7 @@ public:
           unlockingTurn(head.GetLockedToUnlockedLeverRotation()), lockingTurn(head.GetUnlockedToLockedLeverRotation()),
           safeZ(head.SafePositionZ()) {}
 
-    void Plan(const Angles& from, const Angles& to, RequiredMoves& moves) const override {
+    void Plan(const HeadAngles& from, const HeadAngles& to, RequiredMoves& moves) const override {
         constexpr double approachDistance = 10.0;
         const Rotation bNow = Library::Turn(bAxis, Radians(from.b));
         const Rotation bTarget = Library::Turn(bAxis, Radians(to.b));
@@ -68,7 +68,7 @@ public:
 private:
     static double Radians(double degrees) { return degrees * (std::numbers::pi / 180.0); }
     static Vector From(const CMaVector& v) { return Vector(v[0], v[1], v[2]); }
-    static int LeverSide(const Angles& at) { return (at.b > 0.0) == (at.a == 0.0) ? 1 : 0; }
+    static int LeverSide(const HeadAngles& at) { return (at.b > 0.0) == (at.a == 0.0) ? 1 : 0; }
 
     static XYZData Position(const Vector& v) { return {v(0), v(1), v(2)}; }
     static XYZData AtHeight(const Vector& v, double z) { return {v(0), v(1), z}; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "benchmarks/HeadAngles.h"
 #include "head/RoundThePole.h"
 #include "interface/Records.h"
 
@@ -9,13 +10,9 @@
 /// with each turn of the head made once for all the moves that need it.
 class PlanPeer {
 public:
-    struct Angles {
-        double a, b;
-    };
-
     static std::unique_ptr<PlanPeer> OnEigen(const RoundThePole& head);
     static std::unique_ptr<PlanPeer> OnKdl(const RoundThePole& head);
 
     virtual ~PlanPeer() = default;
-    virtual void Plan(const Angles& from, const Angles& to, RequiredMoves& moves) const = 0;
+    virtual void Plan(const HeadAngles& from, const HeadAngles& to, RequiredMoves& moves) const = 0;
 };

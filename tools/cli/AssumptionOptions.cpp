@@ -11,25 +11,22 @@ namespace {
 
 template <typename Length>
 Option AddLengthOption(Command& command, const char* name, Length& length, const char* description) {
-    return command.AddValue(name, "MM", description, [&length](const std::string& value) -> std::string {
-        const text::ParsedNumber number = text::ParseNumber(value);
-        if (number.problem != nullptr || number.value < 0.0) return "'" + value + "' is not a length of 0 mm or more";
-        length = number.value;
-        return "";
-    });
+    const auto parse = [](const std::string& text) {
+        const text::ParsedNumber number = text::ParseNumber(text);
+        return number.problem == nullptr && number.value >= 0.0 ? std::optional(number.value) : std::nullopt;
+    };
+    return command.AddParsed(name, "MM", description, parse, "is not a length of 0 mm or more", length);
 }
 
 void AddTravelOption(Command& command, const char* name, check::TravelLimits& limits) {
-    command.AddValue(name, "MIN,MAX",
-                     "The smallest and the largest coordinate of the machine, mm. No limit unless given",
-                     [&limits](const std::string& value) -> std::string {
-                         const auto ends = text::ParseNumberPair(value);
-                         if (!ends || ends->first > ends->second) {
-                             return "'" + value + "' is not a smaller and a larger number";
-                         }
-                         limits = {ends->first, ends->second};
-                         return "";
-                     });
+    const auto parse = [](const std::string& text) -> std::optional<check::TravelLimits> {
+        const auto ends = text::ParseNumberPair(text);
+        if (!ends || ends->first > ends->second) return std::nullopt;
+        return check::TravelLimits{ends->first, ends->second};
+    };
+    command.AddParsed(name, "MIN,MAX",
+                      "The smallest and the largest coordinate of the machine, mm. No limit unless given", parse,
+                      "is not a smaller and a larger number", limits);
 }
 
 void AddHeadSizes(Command& command, check::PartSizes& sizes) {
@@ -59,13 +56,8 @@ void AddStylus(Command& command, AssumptionOptions& assumptions) {
 void AddSurroundings(Command& command, AssumptionOptions& assumptions) {
     AddLengthOption(command, "--stem-diameter", assumptions.options.scene.stemDiameter,
                     "Diameter of the pole sphere's stem, which goes straight down. 6 mm unless given");
-    command.AddValue("--table", "Z", "Z of the table's surface, mm. Without it no table is checked",
-                     [&assumptions](const std::string& value) -> std::string {
-                         const text::ParsedNumber number = text::ParseNumber(value);
-                         if (number.problem != nullptr) return "'" + value + "' " + number.problem;
-                         assumptions.options.scene.table = number.value;
-                         return "";
-                     });
+    AddNumberOption(command, "--table", "Z", "Z of the table's surface, mm. Without it no table is checked",
+                    assumptions.options.scene.table);
     command.AddTexts("--obstacles", assumptions.obstacleFiles, "FILE",
                      "Obstacles: an STL mesh in machine coordinates, or a JSON document of boxes, cylinders "
                      "and meshes (docs/qmv40.md)");

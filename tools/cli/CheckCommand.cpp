@@ -2,7 +2,6 @@
 #include "tools/check/CheckReport.h"
 #include "tools/cli/AssumptionOptions.h"
 #include "tools/cli/Commands.h"
-#include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
 #include "tools/cli/PlanSelection.h"
 
@@ -86,14 +85,12 @@ constexpr const char* checkFooter =
 
 } // namespace
 
-void AddCheckCommand(Command tool, const text::Console& console) {
-    Command command = tool.AddCommand("check", "Run plans on a model of machine and head, and judge them");
-    const auto options = std::make_shared<CheckCommandOptions>();
-    AddWhatToCheck(command, *options);
-    AddAssumptionOptions(command, options->assumptions);
-    AddCommonOptions(command, *options);
-    command.SetFooter(checkFooter);
-    command.OnRun([options, &console] { Run(*options, console); });
+void AddCheckCommand(Command tool) {
+    auto [command, options] = tool.AddCommand<CheckCommandOptions>(
+        "check", "Run plans on a model of machine and head, and judge them", checkFooter, Run);
+    AddWhatToCheck(command, options);
+    AddAssumptionOptions(command, options.assumptions);
+    AddCommonOptions(command, options);
 }
 
 } // namespace qmv40::cli

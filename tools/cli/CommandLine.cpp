@@ -109,11 +109,15 @@ Option& Option::Need(const char* other) {
     return *this;
 }
 
-Command Command::AddCommand(const char* name, const char* description) {
-    return Command(*app->add_subcommand(name, description));
+Command Command::AddCommand(const char* name, const char* description, const std::string& footer, Action run) {
+    CLI::App& added = *app->add_subcommand(name, description)->footer(footer);
+    if (run == nullptr) {
+        added.require_subcommand(1);
+    } else {
+        added.callback([action = std::move(run), place = chosen] { *place = action; });
+    }
+    return {added, *chosen};
 }
-
-void Command::RequireCommand() { app->require_subcommand(1); }
 
 Option Command::AddFlag(const char* name, bool& flag, const char* description) {
     return Option(*app->add_flag(name, flag, description));
@@ -141,29 +145,28 @@ Option Command::AddValues(const char* name, const char* valueName, const char* d
     return Option(*app->add_option_function<std::vector<std::string>>(name, take, description)->type_name(valueName));
 }
 
-void Command::SetFooter(const std::string& footer) { app->footer(footer); }
-
-void Command::OnRun(std::function<void()> run) { app->callback(std::move(run)); }
-
-CommandLine::CommandLine(const char* name, const char* description, const char* version)
+CommandLine::CommandLine(const char* name, const char* description, const char* footer, const char* version)
     : app(std::make_unique<CLI::App>(description, name)) {
     app->allow_windows_style_options(false); // a value may begin with a slash, as file names do
     app->set_version_flag("--version", version);
+    app->footer(footer)->require_subcommand(1);
 }
 
 CommandLine::~CommandLine() = default;
 
-Command CommandLine::Root() { return Command(*app); }
+Command CommandLine::Root() { return {*app, chosen}; }
 
 void CommandLine::Run(const std::vector<std::string>& arguments, const text::Console& console) {
     try {
         app->parse(std::vector(arguments.rbegin(), arguments.rend())); // the parser takes them from the end
     } catch (const CLI::Success& help) {
         app->exit(help, console.out, console.err);
+        return;
     } catch (const CLI::ParseError& error) {
         const std::string problem = ProblemWithCommand(*app, arguments);
         throw text::UsageError{problem.empty() ? error.what() : problem};
     }
+    chosen(console);
 }
 
 std::string CommandLine::CommandOf(const std::vector<std::string>& arguments) const {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace CLI {
@@ -37,12 +38,20 @@ class Command {
 public:
     /// Takes a value and returns what is wrong with it, or an empty text.
     using Reader = std::function<std::string(const std::string& value)>;
+    using Action = std::function<void(const text::Console& console)>;
 
-    explicit Command(CLI::App& theApp) : app(&theApp) {}
+    Command(CLI::App& theApp, Action& theChosen) : app(&theApp), chosen(&theChosen) {}
 
-    Command AddCommand(const char* name, const char* description);
-    /// A call must name one of its commands.
-    void RequireCommand();
+    /// `footer`: the text at the end of the command's help. Without `run`, a call must name one of its commands.
+    Command AddCommand(const char* name, const char* description, const std::string& footer, Action run = nullptr);
+    /// A command with options in an object of its own, with which it is run.
+    template <typename Options>
+    std::pair<Command, Options&> AddCommand(const char* name, const char* description, const std::string& footer,
+                                            void (*run)(const Options& options, const text::Console& console)) {
+        const auto options = std::make_shared<Options>();
+        const auto action = [options, run](const text::Console& console) { run(*options, console); };
+        return {AddCommand(name, description, footer, action), *options};
+    }
 
     Option AddFlag(const char* name, bool& flag, const char* description);
     Option AddText(const char* name, std::string& text, const char* valueName, const char* description);
@@ -51,14 +60,21 @@ public:
     Option AddValue(const char* name, const char* valueName, const char* description, Reader read);
     /// Can be given several times, with one or more values each.
     Option AddValues(const char* name, const char* valueName, const char* description, Reader read);
-
-    /// Text at the end of the command's help.
-    void SetFooter(const std::string& footer);
-    /// Called after all options of the command were read.
-    void OnRun(std::function<void()> run);
+    /// `parse` makes the value of a text. When it returns an empty optional, the message is the text and `problem`.
+    template <typename Parse, typename Value> Option AddParsed(const char* name, const char* valueName,
+                                                               const char* description, Parse parse,
+                                                               const char* problem, Value& value) {
+        return AddValue(name, valueName, description, [parse, problem, &value](const std::string& text) -> std::string {
+            const auto parsed = parse(text);
+            if (!parsed) return "'" + text + "' " + problem;
+            value = *parsed;
+            return "";
+        });
+    }
 
 private:
     CLI::App* app;
+    Action* chosen; ///< becomes the action of the command that the arguments name
 };
 
 struct OptionDescription {
@@ -83,7 +99,7 @@ struct CommandDescription {
 
 class CommandLine {
 public:
-    CommandLine(const char* name, const char* description, const char* version);
+    CommandLine(const char* name, const char* description, const char* footer, const char* version);
     CommandLine(const CommandLine&) = delete;
     CommandLine& operator=(const CommandLine&) = delete;
     ~CommandLine();
@@ -99,6 +115,7 @@ public:
 
 private:
     std::unique_ptr<CLI::App> app;
+    Command::Action chosen;
 };
 
 } // namespace qmv40::cli

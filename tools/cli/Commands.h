@@ -1,26 +1,39 @@
 #pragma once
 
 #include "tools/cli/CommandLine.h"
-#include "tools/text/Console.h"
 
 namespace qmv40::cli {
 
-/// Each function adds one command to the tool. The command runs while the command line is run, writes to `console`
-/// (which must live until then), and throws InputError, UsageError or ComponentError when it cannot do its work.
+/// The exit codes of the tool.
+enum ExitCode : int {
+    exitDone = 0,
+    exitRefused = 1,    ///< the component refused
+    exitWrongUsage = 2, ///< the command line makes no sense
+    exitBadFile = 3,    ///< a file is missing, malformed or cannot be written
+    exitFindings = 4    ///< a check ran and found something wrong
+};
 
-void AddGeometryCommand(Command tool, const text::Console& console);
-void AddMoveCommand(Command tool, const text::Console& console);
-void AddExportCommand(Command tool, const text::Console& console);
-void AddCheckCommand(Command tool, const text::Console& console);
-void AddViewCommand(Command tool, const text::Console& console);
-void AddWhereCommand(Command tool, const text::Console& console);
-void AddWhichCommand(Command tool, const text::Console& console);
-void AddStartCommand(Command tool, const text::Console& console);
-void AddPoleCommand(Command tool, const text::Console& console);
-void AddRecoverCommand(Command tool, const text::Console& console);
-void AddFitCommand(Command tool, const text::Console& console);
-void AddSettingsCommand(Command tool, const text::Console& console);
-void AddSelfcheckCommand(Command tool, const text::Console& console);
-void AddDoctorCommand(Command tool, const text::Console& console);
+/// Thrown by a command that has printed everything; only the exit code remains.
+struct CommandEnded {
+    ExitCode exitCode;
+};
+
+/// Each function adds one command to the tool. A command throws InputError, UsageError or ComponentError when it cannot
+/// do its work.
+
+void AddGeometryCommand(Command tool);
+void AddMoveCommand(Command tool);
+void AddExportCommand(Command tool);
+void AddCheckCommand(Command tool);
+void AddViewCommand(Command tool);
+void AddWhereCommand(Command tool);
+void AddWhichCommand(Command tool);
+void AddStartCommand(Command tool);
+void AddPoleCommand(Command tool);
+void AddRecoverCommand(Command tool);
+void AddFitCommand(Command tool);
+void AddSettingsCommand(Command tool);
+void AddSelfcheckCommand(Command tool);
+void AddDoctorCommand(Command tool);
 
 } // namespace qmv40::cli

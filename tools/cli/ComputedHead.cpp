@@ -2,43 +2,17 @@
 
 #include "tools/settings/GeometryFile.h"
 #include "tools/settings/HeadSettings.h"
-
-#include <filesystem>
-#include <random>
-#include <string>
+#include "tools/text/Files.h"
+#include "tools/text/Text.h"
 
 namespace qmv40::cli {
 
-namespace {
-
-/// A temporary file with a unique name.
-class PassingFile {
-public:
-    PassingFile()
-        : path(std::filesystem::temp_directory_path() / ("qmv40-" + std::to_string(std::random_device{}()) + ".ini")) {}
-    PassingFile(const PassingFile&) = delete;
-    PassingFile& operator=(const PassingFile&) = delete;
-    ~PassingFile() {
-        std::error_code ignored;
-        std::filesystem::remove(path, ignored);
-    }
-
-    std::string Name() const {
-        const std::u8string name = path.u8string();
-        return {name.begin(), name.end()};
-    }
-
-private:
-    std::filesystem::path path;
-};
-
-} // namespace
-
 ComputedHead AnswerOf(component::Calculator& calculator) {
-    const PassingFile passing;
-    calculator.SaveHeadGeometry(passing.Name());
+    const text::PassingFile passing(std::filesystem::temp_directory_path() / "qmv40");
+    const std::string name = text::Utf8Name(passing.Path());
+    calculator.SaveHeadGeometry(name);
     // Head centre, safe position, rotation about Z
-    const auto numbers = settings::GeometryFile(passing.Name()).Numbers();
+    const auto numbers = settings::GeometryFile(name).Numbers();
     return {calculator.PoleSpherePosition(), {numbers[3], numbers[4], numbers[5]}, numbers[6]};
 }
 

@@ -1,5 +1,4 @@
 #include "tools/cli/Commands.h"
-#include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
 #include "tools/component/Calculator.h"
 #include "tools/component/ComponentError.h"
@@ -11,8 +10,7 @@
 #include "tools/settings/SettingsReport.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Numbers.h"
-
-#include <algorithm>
+#include "tools/text/Table.h"
 
 namespace qmv40::cli {
 
@@ -106,13 +104,10 @@ std::string FactText(const text::Json& value) {
 }
 
 void PrintFacts(const char* title, const std::vector<settings::Fact>& facts, const text::Console& console) {
-    std::size_t width = 0;
-    for (const settings::Fact& fact : facts) width = std::max(width, fact.label.size());
+    text::Table table({{"", text::Table::Align::Left}, {"", text::Table::Align::Left}});
+    for (const settings::Fact& fact : facts) table.AddRow({fact.label, FactText(fact.value)});
     console.out << console.Strong(title) << '\n';
-    for (const settings::Fact& fact : facts) {
-        console.out << "  " << fact.label << std::string(width - fact.label.size() + 2, ' ') << FactText(fact.value)
-                    << '\n';
-    }
+    table.Print(console);
     console.out << '\n';
 }
 
@@ -148,23 +143,22 @@ void Run(const DoctorOptions& options, const text::Console& console) {
     if (!diagnosis.findings.empty()) throw CommandEnded{exitFindings};
 }
 
+constexpr const char* doctorFooter =
+    "Examples:\n"
+    "  qmv40 doctor\n"
+    "  qmv40 doctor --geometry head.ini\n"
+    "\n"
+    "Shown are the component that this tool uses, what is registered, the head's fourteen dimensions\n"
+    "with the origin of each, and the seven numbers of the geometry file. Nothing is changed. Exit code 4\n"
+    "when something is wrong; each finding says what to do.";
+
 } // namespace
 
-void AddDoctorCommand(Command tool, const text::Console& console) {
-    Command command =
-        tool.AddCommand("doctor", "Tell where the component and its settings come from, and what is wrong");
-    const auto options = std::make_shared<DoctorOptions>();
-    command.AddText("--geometry", options->geometry, "FILE", "Look at this head geometry file too");
-    AddCommonOptions(command, *options);
-    command.SetFooter(
-        "Examples:\n"
-        "  qmv40 doctor\n"
-        "  qmv40 doctor --geometry head.ini\n"
-        "\n"
-        "Shown are the component that this tool uses, what is registered, the head's fourteen dimensions\n"
-        "with the origin of each, and the seven numbers of the geometry file. Nothing is changed. Exit code 4\n"
-        "when something is wrong; each finding says what to do.");
-    command.OnRun([options, &console] { Run(*options, console); });
+void AddDoctorCommand(Command tool) {
+    auto [command, options] = tool.AddCommand<DoctorOptions>(
+        "doctor", "Tell where the component and its settings come from, and what is wrong", doctorFooter, Run);
+    command.AddText("--geometry", options.geometry, "FILE", "Look at this head geometry file too");
+    AddCommonOptions(command, options);
 }
 
 } // namespace qmv40::cli

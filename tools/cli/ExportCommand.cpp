@@ -1,6 +1,5 @@
 #include "tools/check/CheckReport.h"
 #include "tools/cli/Commands.h"
-#include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
 #include "tools/cli/PlanSelection.h"
 #include "tools/motion/Export.h"
@@ -42,15 +41,16 @@ void RequireSound(const check::CheckedTour& tour, bool force, const text::Consol
     throw CommandEnded{exitFindings};
 }
 
-std::string ContentOf(const std::vector<motion::Step>& program, const ExportCommandOptions& options) {
-    if (options.format == "gcode") return GcodeText(program, options.writing);
-    if (options.format == "dmis") return DmisText(program, options.writing);
-    if (options.format == "ippdme") return IppDmeText(program, options.writing);
-    return PointsText(program, options.writing);
+std::string ContentOf(const std::vector<motion::Step>& program, const std::string& format,
+                      const motion::ExportOptions& writing) {
+    if (format == "gcode") return GcodeText(program, writing);
+    if (format == "dmis") return DmisText(program, writing);
+    return format == "ippdme" ? IppDmeText(program, writing) : PointsText(program, writing);
 }
 
-void Write(const ExportCommandOptions& options, const std::string& content, const text::Console& console) {
-    const std::string heading = options.IsPoints() ? PointsHeading(options.writing) : "";
+void Write(const ExportCommandOptions& options, const motion::ExportOptions& writing, const std::string& content,
+           const text::Console& console) {
+    const std::string heading = options.IsPoints() ? PointsHeading(writing) : "";
     if (!options.output.empty()) {
         text::WriteOutput(options.output, heading + content,
                           text::KindMarked("an export of this tool", motion::exportMark));
@@ -61,16 +61,7 @@ void Write(const ExportCommandOptions& options, const std::string& content, cons
     }
 }
 
-text::Json DocumentOf(const ExportCommandOptions& options, const std::vector<motion::Step>& program,
-                      const std::string& content) {
-    return {{"dialect", options.format},
-            {"file", options.output.empty() ? text::Json() : text::Json(options.output)},
-            {"heading", options.writing.heading},
-            {"pathLength", LengthOf(program)},
-            {"content", content}};
-}
-
-void Run(ExportCommandOptions options, const text::Console& console) {
+void Run(const ExportCommandOptions& options, const text::Console& console) {
     RequireComplete(options.selection, "export");
     [[maybe_unused]] const SettingsInUse settings(options, console);
     const model::HeadModel head = ReadHead(options.selection.geometry, console);
@@ -79,48 +70,42 @@ void Run(ExportCommandOptions options, const text::Console& console) {
     RequireSound(check::CheckTour(plans, head, {}), options.selection.geometry.force, console);
 
     const std::vector<motion::Step> program = motion::ProgramOf(plans, {safeHeight, options.lift, !options.IsPoints()});
-    options.writing.arcs = options.arcs == "native" ? motion::Arcs::Native : motion::Arcs::Chords;
-    options.writing.heading = motion::HeadingOf(program, {.plans = plans,
-                                                          .geometry = options.selection.geometry.file,
-                                                          .settings = options.settings,
-                                                          .poleSphere = head.PoleSphere(),
-                                                          .safeHeight = safeHeight,
-                                                          .lift = options.lift,
-                                                          .chord = options.writing.chord,
-                                                          .feed = options.writing.feed});
-    const std::string content = ContentOf(program, options);
-    Write(options, content, console);
-    if (options.json) text::PrintDocument("export", DocumentOf(options, program, content), console.out);
+    motion::ExportOptions writing = options.writing;
+    writing.arcs = options.arcs == "native" ? motion::Arcs::Native : motion::Arcs::Chords;
+    writing.heading = motion::HeadingOf(program, {.plans = plans,
+                                                  .geometry = options.selection.geometry.file,
+                                                  .settings = options.settings,
+                                                  .poleSphere = head.PoleSphere(),
+                                                  .safeHeight = safeHeight,
+                                                  .lift = options.lift,
+                                                  .chord = writing.chord,
+                                                  .feed = writing.feed});
+    const std::string content = ContentOf(program, options.format, writing);
+    Write(options, writing, content, console);
+    if (!options.json) return;
+    text::PrintDocument("export",
+                        {{"dialect", options.format},
+                         {"file", options.output.empty() ? text::Json() : text::Json(options.output)},
+                         {"heading", writing.heading},
+                         {"pathLength", LengthOf(program)},
+                         {"content", content}},
+                        console.out);
 }
 
-/// An option for a number that is at least `least`.
-void AddNumber(Command& command, const char* name, const char* unit, const char* description, double least,
-               std::function<void(double)> take) {
-    command.AddValue(name, unit, description, [least, take = std::move(take)](const std::string& value) -> std::string {
-        const text::ParsedNumber number = text::ParseNumber(value);
-        if (number.problem != nullptr) return "'" + value + "' " + number.problem;
-        if (number.value < least) return "'" + value + "' is less than " + text::ExactText(least);
-        take(number.value);
-        return "";
-    });
-}
-
-void AddWriting(Command& command, const std::shared_ptr<ExportCommandOptions>& options) {
+void AddWriting(Command& command, ExportCommandOptions& options) {
     constexpr double smallestChord = 1e-6;
     constexpr double slowest = 1.0;
-    constexpr double anywhere = -1e9;
-    AddNumber(command, "--chord", "MM", "The largest distance of a chord from its arc; 0.01 unless given",
-              smallestChord, [options](double value) { options->writing.chord = value; });
-    AddNumber(command, "--feed", "MM/MIN", "How fast the machine moves; 300 unless given", slowest,
-              [options](double value) { options->writing.feed = value; });
-    command.AddText("--arcs", options->arcs, "TEXT", "G-code: G2 and G3 where possible, or only chords")
+    AddNumberOption(command, "--chord", "MM", "The largest distance of a chord from its arc; 0.01 unless given",
+                    options.writing.chord, smallestChord);
+    AddNumberOption(command, "--feed", "MM/MIN", "How fast the machine moves; 300 unless given", options.writing.feed,
+                    slowest);
+    command.AddText("--arcs", options.arcs, "TEXT", "G-code: G2 and G3 where possible, or only chords")
         .AcceptOnly({"native", "chords"});
-    AddNumber(command, "--safe-height", "Z",
-              "The height between plans and before the first one; the safe height of the head unless given", anywhere,
-              [options](double value) { options->safeHeight = value; });
-    AddNumber(command, "--lift", "MM", "Add this to every Z, for a rehearsal in the air", 0.0,
-              [options](double value) { options->lift = value; });
-    command.AddText("--output", options->output, "FILE", "Write here; without it to standard output");
+    AddNumberOption(command, "--safe-height", "Z",
+                    "The height between plans and before the first one; the safe height of the head unless given",
+                    options.safeHeight);
+    AddNumberOption(command, "--lift", "MM", "Add this to every Z, for a rehearsal in the air", options.lift, 0.0);
+    command.AddText("--output", options.output, "FILE", "Write here; without it to standard output");
 }
 
 constexpr const char* exportFooter =
@@ -138,17 +123,15 @@ constexpr const char* exportFooter =
 
 } // namespace
 
-void AddExportCommand(Command tool, const text::Console& console) {
-    Command command = tool.AddCommand("export", "Write plans as a program for a machine's own controller");
-    const auto options = std::make_shared<ExportCommandOptions>();
-    AddPlanSelection(command, options->selection);
-    command.AddText("--format", options->format, "TEXT", "The language of the program")
+void AddExportCommand(Command tool) {
+    auto [command, options] = tool.AddCommand<ExportCommandOptions>(
+        "export", "Write plans as a program for a machine's own controller", exportFooter, Run);
+    AddPlanSelection(command, options.selection);
+    command.AddText("--format", options.format, "TEXT", "The language of the program")
         .Require()
         .AcceptOnly({"points", "gcode", "dmis", "ippdme"});
     AddWriting(command, options);
-    AddCommonOptions(command, *options);
-    command.SetFooter(exportFooter);
-    command.OnRun([options, &console] { Run(*options, console); });
+    AddCommonOptions(command, options);
 }
 
 } // namespace qmv40::cli

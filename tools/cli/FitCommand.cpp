@@ -69,23 +69,23 @@ void Run(const FitOptions& options, const text::Console& console) {
     ShowFlat(options, "direction", fit.point, fit.direction, fit.residuals, console);
 }
 
+constexpr const char* fitFooter =
+    "Example:\n"
+    "  qmv40 fit --shape circle --points a-axis.csv\n"
+    "\n"
+    "The points are taken as they stand in the file. Residuals are distances from the shape, for a plane\n"
+    "with the sign that its normal gives. A normal or direction could as well point the other way; the\n"
+    "one whose largest component is positive is shown. Settings have no influence on a fit.";
+
 } // namespace
 
-void AddFitCommand(Command tool, const text::Console& console) {
-    Command command = tool.AddCommand("fit", "Fit a circle, plane or line through points by least squares");
-    const auto options = std::make_shared<FitOptions>();
-    command.AddText("--shape", options->shape, "TEXT", "What to fit").Require().AcceptOnly({"circle", "plane", "line"});
-    command.AddText("--points", options->points, "FILE", "CSV file with the columns XPosition, YPosition, ZPosition")
+void AddFitCommand(Command tool) {
+    auto [command, options] = tool.AddCommand<FitOptions>(
+        "fit", "Fit a circle, plane or line through points by least squares", fitFooter, Run);
+    command.AddText("--shape", options.shape, "TEXT", "What to fit").Require().AcceptOnly({"circle", "plane", "line"});
+    command.AddText("--points", options.points, "FILE", "CSV file with the columns XPosition, YPosition, ZPosition")
         .Require();
-    AddCommonOptions(command, *options);
-    command.SetFooter(
-        "Example:\n"
-        "  qmv40 fit --shape circle --points a-axis.csv\n"
-        "\n"
-        "The points are taken as they stand in the file. Residuals are distances from the shape, for a plane\n"
-        "with the sign that its normal gives. A normal or direction could as well point the other way; the\n"
-        "one whose largest component is positive is shown. Settings have no influence on a fit.");
-    command.OnRun([options, &console] { Run(*options, console); });
+    AddCommonOptions(command, options);
 }
 
 } // namespace qmv40::cli

@@ -1,6 +1,5 @@
 #include "interface/ErrorCodes.h"
 #include "tools/cli/Commands.h"
-#include "tools/cli/ExitCode.h"
 #include "tools/cli/GeometryRecord.h"
 #include "tools/cli/JudgedCapture.h"
 #include "tools/cli/Options.h"
@@ -232,23 +231,21 @@ constexpr const char* geometryFooter =
 
 } // namespace
 
-void AddGeometryCommand(Command tool, const text::Console& console) {
-    Command command = tool.AddCommand("geometry", "Compute the head geometry from captured points");
-    const auto options = std::make_shared<GeometryOptions>();
-    AddCaptureFiles(command, options->capture, true);
-    command.AddText("--output", options->output, "FILE", "Save the geometry here; without it nothing is written");
-    command.AddText("--svg", options->picture, "FILE",
+void AddGeometryCommand(Command tool) {
+    auto [command, options] = tool.AddCommand<GeometryOptions>(
+        "geometry", "Compute the head geometry from captured points", geometryFooter, Run);
+    AddCaptureFiles(command, options.capture, true);
+    command.AddText("--output", options.output, "FILE", "Save the geometry here; without it nothing is written");
+    command.AddText("--svg", options.picture, "FILE",
                     "Draw both circles with the residual of each point, 1000 times as long (SVG)");
-    command.AddText("--record", options->record, "FILE",
+    command.AddText("--record", options.record, "FILE",
                     "Write a page to print and keep: verdict, picture, geometry, capture, settings (HTML)");
-    command.AddText("--head", options->headNumber, "NUMBER", "The head's serial number, for the record");
-    command.AddFlag("--force", options->force,
+    command.AddText("--head", options.headNumber, "NUMBER", "The head's serial number, for the record");
+    command.AddFlag("--force", options.force,
                     "Write the geometry, and end with 0, even when the capture contradicts itself");
-    AddJudgingOptions(command, options->capture);
-    AddUnits(command, options->capture, "What the capture, --sphere and --stylus are in; the geometry is in mm");
-    AddCommonOptions(command, *options);
-    command.SetFooter(geometryFooter);
-    command.OnRun([options, &console] { Run(*options, console); });
+    AddJudgingOptions(command, options.capture);
+    AddUnits(command, options.capture, "What the capture, --sphere and --stylus are in; the geometry is in mm");
+    AddCommonOptions(command, options);
 }
 
 } // namespace qmv40::cli

@@ -17,6 +17,11 @@ std::string Fixed(double value, int decimals, const std::string& unit) {
     return text::FixedText(value, decimals) + " " + unit;
 }
 
+std::string Listed(const model::Vector3& point, int decimals) {
+    return text::FixedText(point.x, decimals) + ", " + text::FixedText(point.y, decimals) + ", " +
+           Fixed(point.z, decimals, "mm");
+}
+
 /// The machine's own time: 2026-11-22 09:30.
 std::string Now() {
     const std::time_t now = std::time(nullptr);
@@ -59,57 +64,50 @@ private:
     }
 
     RecordSection Geometry() const {
+        const ComputedHead& head = geometry.judged.head;
+        const auto& diagnosis = geometry.judged.diagnosis;
+        const auto deviation = [&](double value, const char* unit) { return diagnosis ? Fixed(value, 4, unit) : ""; };
+        const double centre[] = {head.headCentre.XPosition, head.headCentre.YPosition, head.headCentre.ZPosition};
         RecordSection section{"Geometry", {"", "", "standard deviation"}, {}};
-        const double centre[] = {geometry.judged.head.headCentre.XPosition, geometry.judged.head.headCentre.YPosition,
-                                 geometry.judged.head.headCentre.ZPosition};
-        const char* const names[] = {"head centre X", "head centre Y", "head centre Z"};
         for (std::size_t i = 0; i < 3; ++i) {
+            const double known = diagnosis ? diagnosis->axes.headCentre[i].standardDeviation : 0.0;
             section.rows.push_back(
-                {names[i], Fixed(centre[i], 4, "mm"),
-                 geometry.judged.diagnosis
-                     ? Fixed(geometry.judged.diagnosis->axes.headCentre[i].standardDeviation, 4, "mm")
-                     : ""});
+                {std::string("head centre ") + "XYZ"[i], Fixed(centre[i], 4, "mm"), deviation(known, "mm")});
         }
-        section.rows.push_back({"turned about Z", Fixed(geometry.judged.head.rotationAroundZ, 4, "deg"),
-                                geometry.judged.diagnosis
-                                    ? Fixed(geometry.judged.diagnosis->axes.rotationStandardDeviation, 4, "deg")
-                                    : ""});
-        section.rows.push_back({"safe height Z", Fixed(geometry.judged.head.safePosition.ZPosition, 4, "mm"), ""});
-        if (geometry.judged.diagnosis) AddAxes(section);
+        const double known = diagnosis ? diagnosis->axes.rotationStandardDeviation : 0.0;
+        section.rows.push_back({"turned about Z", Fixed(head.rotationAroundZ, 4, "deg"), deviation(known, "deg")});
+        section.rows.push_back({"safe height Z", Fixed(head.safePosition.ZPosition, 4, "mm"), ""});
+        if (diagnosis) AddAxes(section, diagnosis->axes);
         return section;
     }
-    void AddAxes(RecordSection& section) const {
-        const diagnosis::fit::HeadAxes& axes = geometry.judged.diagnosis->axes;
+    static void AddAxes(RecordSection& section, const diagnosis::fit::HeadAxes& axes) {
+        const double offVertical =
+            std::hypot(axes.offVerticalTowardsX.standardDeviation, axes.offVerticalTowardsY.standardDeviation);
         section.rows.push_back({"A axis passes B axis at", Fixed(std::abs(axes.axisOffset.value), 4, "mm"),
                                 Fixed(axes.axisOffset.standardDeviation, 4, "mm")});
         section.rows.push_back({"axes out of square by", Fixed(std::abs(axes.squareness.value), 4, "deg"),
                                 Fixed(axes.squareness.standardDeviation, 4, "deg")});
         section.rows.push_back(
-            {"B axis off the vertical by", Fixed(axes.offVertical, 4, "deg"),
-             Fixed(std::hypot(axes.offVerticalTowardsX.standardDeviation, axes.offVerticalTowardsY.standardDeviation),
-                   4, "deg")});
+            {"B axis off the vertical by", Fixed(axes.offVertical, 4, "deg"), Fixed(offVertical, 4, "deg")});
     }
 
     RecordSection Capture() const {
-        RecordSection section{"Capture", {"", "A set", "B set"}, {}};
-        const auto& a = geometry.files.aAxis;
-        const auto& b = geometry.files.bAxis;
-        section.rows.push_back({"file", a.name, b.name});
-        section.rows.push_back({"points", std::to_string(a.items.size()), std::to_string(b.items.size())});
-        section.rows.push_back({"held at", "B " + text::ExactText(a.items.front().BPosition) + " deg",
-                                "A " + text::ExactText(b.items.front().APosition) + " deg"});
+        const auto& [a, b] = geometry.files;
+        RecordSection section{"Capture",
+                              {"", "A set", "B set"},
+                              {{"file", a.name, b.name},
+                               {"points", std::to_string(a.items.size()), std::to_string(b.items.size())},
+                               {"held at", "B " + text::ExactText(a.items.front().BPosition) + " deg",
+                                "A " + text::ExactText(b.items.front().APosition) + " deg"}}};
         if (!geometry.judged.diagnosis) return section;
         const diagnosis::Diagnosis& diagnosis = *geometry.judged.diagnosis;
-        section.rows.push_back({"arc covered", Fixed(diagnosis.aCircle.arcCovered, 1, "deg"),
-                                Fixed(diagnosis.bCircle.arcCovered, 1, "deg")});
-        section.rows.push_back(
-            {"radius", Fixed(diagnosis.aCircle.radius, 4, "mm"), Fixed(diagnosis.bCircle.radius, 4, "mm")});
-        section.rows.push_back({"a point scatters by", Fixed(1000.0 * diagnosis.noise.perSet.aSet, 1, "um"),
-                                Fixed(1000.0 * diagnosis.noise.perSet.bSet, 1, "um")});
-        const model::Vector3& tip = diagnosis.head.model.tip;
-        section.rows.push_back(
-            {"stylus tip X, Y, Z",
-             text::FixedText(tip.x, 3) + ", " + text::FixedText(tip.y, 3) + ", " + Fixed(tip.z, 3, "mm"), ""});
+        const auto add = [&](const char* name, double ofASet, double ofBSet, int decimals, const char* unit) {
+            section.rows.push_back({name, Fixed(ofASet, decimals, unit), Fixed(ofBSet, decimals, unit)});
+        };
+        add("arc covered", diagnosis.aCircle.arcCovered, diagnosis.bCircle.arcCovered, 1, "deg");
+        add("radius", diagnosis.aCircle.radius, diagnosis.bCircle.radius, 4, "mm");
+        add("a point scatters by", 1000.0 * diagnosis.noise.perSet.aSet, 1000.0 * diagnosis.noise.perSet.bSet, 1, "um");
+        section.rows.push_back({"stylus tip X, Y, Z", Listed(diagnosis.head.model.tip, 3), ""});
         return section;
     }
 
@@ -118,9 +116,7 @@ private:
         const auto& stylus = geometry.judged.capture.knownStylus;
         return {"Measured otherwise",
                 {},
-                {{"pole sphere X, Y, Z", sphere ? text::FixedText(sphere->x, 4) + ", " + text::FixedText(sphere->y, 4) +
-                                                      ", " + Fixed(sphere->z, 4, "mm")
-                                                : "not given"},
+                {{"pole sphere X, Y, Z", sphere ? Listed(*sphere, 4) : "not given"},
                  {"stylus", stylus ? Fixed(*stylus, 3, "mm") : "not given"}}};
     }
 

@@ -3,7 +3,6 @@
 #include "formats/AsciiText.h"
 #include "tools/check/HeadFile.h"
 #include "tools/component/Calculator.h"
-#include "tools/plans/HeadAnglesText.h"
 #include "tools/settings/MachineSettings.h"
 #include "tools/settings/SettingsReading.h"
 #include "tools/text/Failures.h"
@@ -12,53 +11,6 @@
 #include <string_view>
 
 namespace qmv40::cli {
-
-namespace {
-
-/// Reads head angles and passes them to `take`. Returns what is wrong with the text.
-template <typename Take> std::string ReadAngles(const std::string& value, Take&& take) {
-    const auto angles = plans::ParseHeadAngles(value);
-    if (!angles) return "'" + value + "' is not two angles in degrees such as 45,-90";
-    take(*angles);
-    return "";
-}
-
-template <typename Angles> Option AddFrom(Command& command, Angles& from, const char* name = "--from") {
-    return command.AddValue(name, "A,B", "The position of the head, degrees: A 0 to 90, B -180 to 180, in steps of 15",
-                            [&from](const std::string& value) {
-                                return ReadAngles(value, [&](const model::HeadAngles& angles) { from = angles; });
-                            });
-}
-
-std::optional<model::Vector3> ParsePoint(const std::string& text) {
-    const std::size_t comma = text.find(',');
-    if (comma == std::string::npos) return std::nullopt;
-    const text::ParsedNumber x = text::ParseNumber(ascii::Trimmed(std::string_view(text).substr(0, comma)));
-    const auto rest = text::ParseNumberPair(text.substr(comma + 1));
-    if (x.problem != nullptr || !rest) return std::nullopt;
-    return model::Vector3{x.value, rest->first, rest->second};
-}
-
-template <typename Point> Option AddPoint(Command& command, const char* name, const char* description, Point& point) {
-    return command.AddValue(name, "X,Y,Z", description, [&point](const std::string& value) -> std::string {
-        const auto parsed = ParsePoint(value);
-        if (!parsed) return "'" + value + "' is not three numbers such as 0,0,-180";
-        point = *parsed;
-        return "";
-    });
-}
-
-template <typename Length> Option AddPositiveLength(Command& command, const char* name, const char* unit,
-                                                    const char* description, Length& length) {
-    return command.AddValue(name, unit, description, [&length](const std::string& value) -> std::string {
-        const text::ParsedNumber number = text::ParseNumber(value);
-        if (number.problem != nullptr || !(number.value > 0.0)) return "'" + value + "' is not a length above 0";
-        length = number.value;
-        return "";
-    });
-}
-
-} // namespace
 
 void AddJsonOption(Command& command, bool& json) {
     command.AddFlag("--json", json, "Print one JSON document instead of text");
@@ -77,34 +29,10 @@ void AddGeometryOption(Command& command, GeometryOption& option) {
                     "Use the geometry file even with a doubtful entry, as the component reads it");
 }
 
-void AddFromOption(Command& command, model::HeadAngles& from) { AddFrom(command, from).Require(); }
-
-void AddFromOption(Command& command, std::optional<model::HeadAngles>& from) { AddFrom(command, from); }
-
-void AddAtOption(Command& command, model::HeadAngles& at) { AddFrom(command, at, "--at").Require(); }
-
-void AddPointOption(Command& command, const char* name, const char* description, model::Vector3& point) {
-    AddPoint(command, name, description, point).Require();
-}
-
 void AddTipOption(Command& command, model::Vector3& tip) {
     AddPointOption(command, "--tip", "The stylus tip from the head centre, at A 0, B 0: 0,0,-180 is a plain stylus",
-                   tip);
-}
-
-Option AddPointOption(Command& command, const char* name, const char* description,
-                      std::optional<model::Vector3>& point) {
-    return AddPoint(command, name, description, point);
-}
-
-Option AddPositiveLengthOption(Command& command, const char* name, const char* unit, const char* description,
-                               double& length) {
-    return AddPositiveLength(command, name, unit, description, length);
-}
-
-Option AddPositiveLengthOption(Command& command, const char* name, const char* unit, const char* description,
-                               std::optional<double>& length) {
-    return AddPositiveLength(command, name, unit, description, length);
+                   tip)
+        .Require();
 }
 
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets) {
@@ -112,9 +40,34 @@ Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets) {
         "--to", "A,B",
         "The target, rounded to whole degrees. Given several times: a tour, in which each plan starts where the one "
         "before ended",
-        [&targets](const std::string& value) {
-            return ReadAngles(value, [&](const model::HeadAngles& angles) { targets.push_back(angles); });
+        [&targets](const std::string& value) -> std::string {
+            const auto angles = plans::ParseHeadAngles(value);
+            if (!angles) return "'" + value + "' " + plans::notTwoAngles;
+            targets.push_back(*angles);
+            return "";
         });
+}
+
+std::optional<model::Vector3> ParsePoint(const std::string& text) {
+    const std::size_t comma = text.find(',');
+    if (comma == std::string::npos) return std::nullopt;
+    const text::ParsedNumber x = text::ParseNumber(ascii::Trimmed(std::string_view(text).substr(0, comma)));
+    const auto rest = text::ParseNumberPair(text.substr(comma + 1));
+    if (x.problem != nullptr || !rest) return std::nullopt;
+    return model::Vector3{x.value, rest->first, rest->second};
+}
+
+std::string ReadNumber(const std::string& text, double least, double& number) {
+    const text::ParsedNumber parsed = text::ParseNumber(text);
+    if (parsed.problem != nullptr) return "'" + text + "' " + parsed.problem;
+    if (parsed.value < least) return "'" + text + "' is less than " + text::ExactText(least);
+    number = parsed.value;
+    return "";
+}
+
+std::optional<double> ParsePositiveLength(const std::string& text) {
+    const text::ParsedNumber number = text::ParseNumber(text);
+    return number.problem == nullptr && number.value > 0.0 ? std::optional(number.value) : std::nullopt;
 }
 
 settings::GeometryFile ReadGeometryFile(const GeometryOption& option, const text::Console& console) {

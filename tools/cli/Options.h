@@ -2,10 +2,12 @@
 
 #include "tools/cli/CommandLine.h"
 #include "tools/model/HeadModel.h"
+#include "tools/plans/HeadAnglesText.h"
 #include "tools/settings/GeometryFile.h"
 #include "tools/settings/SettingsOverride.h"
 #include "tools/text/Console.h"
 
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,26 +31,45 @@ void AddJsonOption(Command& command, bool& json);
 void AddCommonOptions(Command& command, CommonOptions& options);
 /// --geometry, which is required, and --force.
 void AddGeometryOption(Command& command, GeometryOption& option);
-/// Required.
-void AddFromOption(Command& command, model::HeadAngles& from);
-/// Not required.
-void AddFromOption(Command& command, std::optional<model::HeadAngles>& from);
-/// --at, the head's angles. Required.
-void AddAtOption(Command& command, model::HeadAngles& at);
-/// A point or an offset, in mm. Required.
-void AddPointOption(Command& command, const char* name, const char* description, model::Vector3& point);
 /// --tip, the offset of the stylus tip from the head's centre. Required.
 void AddTipOption(Command& command, model::Vector3& tip);
-/// Not required unless the caller says so.
-Option AddPointOption(Command& command, const char* name, const char* description,
-                      std::optional<model::Vector3>& point);
-/// A length above 0. `unit`: what the help shows for the value, such as "MM". Not required.
-Option AddPositiveLengthOption(Command& command, const char* name, const char* unit, const char* description,
-                               double& length);
-Option AddPositiveLengthOption(Command& command, const char* name, const char* unit, const char* description,
-                               std::optional<double>& length);
-/// Not required unless the caller says so.
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets);
+
+std::optional<model::Vector3> ParsePoint(const std::string& text);
+/// What is wrong with a number that must be at least `least`; empty when nothing is.
+std::string ReadNumber(const std::string& text, double least, double& number);
+/// Empty unless the number is a length above 0.
+std::optional<double> ParsePositiveLength(const std::string& text);
+
+// The values of these options are of the type, or an optional of it. `unit`: what the help shows for the value.
+
+/// A position of the head.
+template <typename Angles> Option AddAnglesOption(Command& command, const char* name, Angles& angles) {
+    return command.AddParsed(name, "A,B", "The position of the head, degrees: A 0 to 90, B -180 to 180, in steps of 15",
+                             plans::ParseHeadAngles, plans::notTwoAngles, angles);
+}
+
+/// A point or an offset, in mm.
+template <typename Point>
+Option AddPointOption(Command& command, const char* name, const char* description, Point& point) {
+    return command.AddParsed(name, "X,Y,Z", description, ParsePoint, "is not three numbers such as 0,0,-180", point);
+}
+
+template <typename Length> Option AddPositiveLengthOption(Command& command, const char* name, const char* unit,
+                                                          const char* description, Length& length) {
+    return command.AddParsed(name, unit, description, ParsePositiveLength, "is not a length above 0", length);
+}
+
+template <typename Number> Option AddNumberOption(Command& command, const char* name, const char* unit,
+                                                  const char* description, Number& number,
+                                                  double least = -std::numeric_limits<double>::infinity()) {
+    return command.AddValue(name, unit, description, [&number, least](const std::string& text) {
+        double value = 0.0;
+        std::string problem = ReadNumber(text, least, value);
+        if (problem.empty()) number = value;
+        return problem;
+    });
+}
 
 /// Reads the geometry file of a command that plans from it. Throws DoubtfulInput for a file with an entry that is
 /// missing or is not wholly a number. With --force these problems are warnings, and the component decides what it

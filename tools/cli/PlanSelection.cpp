@@ -28,7 +28,7 @@ void RequireComplete(const PlanSelection& selection, const std::string& command)
 }
 
 void AddPositions(Command& command, PlanSelection& selection) {
-    AddFromOption(command, selection.from);
+    AddAnglesOption(command, "--from", selection.from);
     AddToOption(command, selection.targets);
     command.AddText("--tour", selection.tour, "FILE",
                     "CSV with the columns A, B: the positions of a tour. Without --from the first one is the present "

@@ -1,7 +1,6 @@
 #include "tools/check/HeadFile.h"
 #include "tools/cli/AssumptionOptions.h"
 #include "tools/cli/Commands.h"
-#include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
 #include "tools/cli/StopQuestion.h"
 #include "tools/text/Failures.h"
@@ -52,17 +51,15 @@ constexpr const char* recoverFooter =
 
 } // namespace
 
-void AddRecoverCommand(Command tool, const text::Console& console) {
-    Command command = tool.AddCommand("recover", "Say where a stopped plan left the head, and how to get out");
-    const auto options = std::make_shared<RecoverOptions>();
-    AddGeometryOption(command, options->geometry);
-    AddFromOption(command, options->from);
-    AddToOption(command, options->targets).Require();
-    AddStopQuestion(command, options->question).Require();
-    AddAssumptionOptions(command, options->assumptions);
-    AddCommonOptions(command, *options);
-    command.SetFooter(recoverFooter);
-    command.OnRun([options, &console] { Run(*options, console); });
+void AddRecoverCommand(Command tool) {
+    auto [command, options] = tool.AddCommand<RecoverOptions>(
+        "recover", "Say where a stopped plan left the head, and how to get out", recoverFooter, Run);
+    AddGeometryOption(command, options.geometry);
+    AddAnglesOption(command, "--from", options.from).Require();
+    AddToOption(command, options.targets).Require();
+    AddStopQuestion(command, options.question).Require();
+    AddAssumptionOptions(command, options.assumptions);
+    AddCommonOptions(command, options);
 }
 
 } // namespace qmv40::cli

@@ -1,6 +1,5 @@
 #include "formats/AsciiText.h"
 #include "tools/cli/Commands.h"
-#include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
 #include "tools/settings/MachineSettings.h"
 #include "tools/settings/SettingsFile.h"
@@ -151,43 +150,34 @@ std::string SettingNames() {
     return names;
 }
 
-void AddShow(Command& settings, const text::Console& console) {
-    Command command = settings.AddCommand("show", "Show the dimensions in force and where each comes from");
-    const auto options = std::make_shared<CommonOptions>();
-    AddCommonOptions(command, *options);
-    command.SetFooter("Example:\n"
-                      "  qmv40 settings show\n"
-                      "\n"
-                      "Values that are not read, or are doubtful, are listed as findings.");
-    command.OnRun([options, &console] { Show(*options, console); });
+void AddShow(Command& settings) {
+    auto [command, options] =
+        settings.AddCommand<CommonOptions>("show", "Show the dimensions in force and where each comes from",
+                                           "Example:\n"
+                                           "  qmv40 settings show\n"
+                                           "\n"
+                                           "Values that are not read, or are doubtful, are listed as findings.",
+                                           Show);
+    AddCommonOptions(command, options);
 }
 
-void AddValidate(Command& settings, const text::Console& console) {
-    Command command = settings.AddCommand("validate", "Find what the component would not read in a settings file");
-    const auto options = std::make_shared<ValidateOptions>();
-    command.AddText("file", options->file, "FILE", "The settings file, in the registry export format").Require();
-    AddJsonOption(command, options->json);
-    command.SetFooter(
+void AddValidate(Command& settings) {
+    auto [command, options] = settings.AddCommand<ValidateOptions>(
+        "validate", "Find what the component would not read in a settings file",
         "Example:\n"
         "  qmv40 settings validate settings.reg\n"
         "\n"
         "It finds unknown names, values that are not text, a text longer than the one read before it, a\n"
         "missing X before a Y or Z, decimal commas, units and other text after the number, and text that reads\n"
-        "as 0. Exit code 4 when it finds something, otherwise 0.");
-    command.OnRun([options, &console] { Validate(*options, console); });
+        "as 0. Exit code 4 when it finds something, otherwise 0.",
+        Validate);
+    command.AddText("file", options.file, "FILE", "The settings file, in the registry export format").Require();
+    AddJsonOption(command, options.json);
 }
 
-void AddWrite(Command& settings, const text::Console& console) {
-    Command command = settings.AddCommand("write", "Write a settings file that is ready to be put in place");
-    const auto options = std::make_shared<WriteOptions>();
-    command
-        .AddTexts("--set", options->assignments, "NAME=NUMBER",
-                  "A dimension and its number; may be given several times")
-        .Require();
-    command.AddText("--base", options->base, "FILE", "Keep the other dimensions that this settings file sets");
-    command.AddText("--output", options->output, "FILE", "Write here; without it to standard output");
-    AddJsonOption(command, options->json);
-    command.SetFooter(
+void AddWrite(Command& settings) {
+    auto [command, options] = settings.AddCommand<WriteOptions>(
+        "write", "Write a settings file that is ready to be put in place",
         "Example:\n"
         "  qmv40 settings write --set lever-centre-x=31 --set locking-rotation=137.5 --output settings.reg\n"
         "\n"
@@ -196,19 +186,21 @@ void AddWrite(Command& settings, const text::Console& console) {
         "their built-in values. The file works on Windows (import it) and on Linux (put it in place).\n"
         "\n"
         "Names, long or short, in any letter case:\n" +
-        SettingNames());
-    command.OnRun([options, &console] { Write(*options, console); });
+            SettingNames(),
+        Write);
+    command
+        .AddTexts("--set", options.assignments, "NAME=NUMBER", "A dimension and its number; may be given several times")
+        .Require();
+    command.AddText("--base", options.base, "FILE", "Keep the other dimensions that this settings file sets");
+    command.AddText("--output", options.output, "FILE", "Write here; without it to standard output");
+    AddJsonOption(command, options.json);
 }
 
 } // namespace
 
-void AddSettingsCommand(Command tool, const text::Console& console) {
-    Command command = tool.AddCommand("settings", "Show, check and write the head's fixed dimensions");
-    command.RequireCommand();
-    AddShow(command, console);
-    AddValidate(command, console);
-    AddWrite(command, console);
-    command.SetFooter(
+void AddSettingsCommand(Command tool) {
+    Command command = tool.AddCommand(
+        "settings", "Show, check and write the head's fixed dimensions",
         "Examples:\n"
         "  qmv40 settings show\n"
         "  qmv40 settings validate settings.reg\n"
@@ -217,6 +209,9 @@ void AddSettingsCommand(Command tool, const text::Console& console) {
         "\n"
         "The head's fourteen dimensions are built in. A machine can override them by texts in its registry\n"
         "(Windows) or in a settings file (Linux).");
+    AddShow(command);
+    AddValidate(command);
+    AddWrite(command);
 }
 
 } // namespace qmv40::cli

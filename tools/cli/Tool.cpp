@@ -1,9 +1,7 @@
 #include "tools/cli/Tool.h"
 
 #include "tools/cli/Commands.h"
-#include "tools/cli/ExitCode.h"
 #include "tools/component/ComponentError.h"
-#include "tools/component/ComponentRuntime.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Json.h"
 
@@ -99,7 +97,6 @@ void RefuseEmptyValues(const std::vector<std::string>& arguments) {
 int RunCommand(const std::vector<std::string>& arguments, CommandLine& tool, const text::Console& console) {
     const FailureReport report(tool, arguments, console);
     try {
-        const component::ComponentRuntime runtime;
         RefuseEmptyValues(arguments);
         tool.Run(arguments, console);
         return exitDone;
@@ -121,20 +118,18 @@ int RunCommand(const std::vector<std::string>& arguments, CommandLine& tool, con
 
 } // namespace
 
-std::unique_ptr<CommandLine> MakeTool(const text::Console& console) {
-    auto tool = std::make_unique<CommandLine>("qmv40", description, "qmv40 " QMV40_VERSION);
-    tool->Root().SetFooter(footer);
-    tool->Root().RequireCommand();
+std::unique_ptr<CommandLine> MakeTool() {
+    auto tool = std::make_unique<CommandLine>("qmv40", description, footer, "qmv40 " QMV40_VERSION);
     for (const auto add : {AddGeometryCommand, AddMoveCommand, AddExportCommand, AddCheckCommand, AddViewCommand,
                            AddWhereCommand, AddWhichCommand, AddStartCommand, AddPoleCommand, AddRecoverCommand,
                            AddFitCommand, AddSettingsCommand, AddSelfcheckCommand, AddDoctorCommand}) {
-        add(tool->Root(), console);
+        add(tool->Root());
     }
     return tool;
 }
 
 int RunTool(const std::vector<std::string>& arguments, const text::Console& console) {
-    const std::unique_ptr<CommandLine> tool = MakeTool(console);
+    const std::unique_ptr<CommandLine> tool = MakeTool();
     const int exitCode = RunCommand(arguments, *tool, console);
     if (console.out.flush()) return exitCode;
     console.err << "qmv40: the output could not be written\n";

@@ -9,10 +9,11 @@
 
 namespace qmv40::cli {
 
-/// The tool's name, texts and commands. They write to `console`, which must live as long as the tool.
-std::unique_ptr<CommandLine> MakeTool(const text::Console& console);
+/// The tool's name, texts and commands.
+std::unique_ptr<CommandLine> MakeTool();
 
-/// Runs the tool with the arguments after its name (UTF-8) and returns its exit code (ExitCode.h).
+/// Runs the tool with the arguments after its name (UTF-8) and returns its exit code (Commands.h). On Windows the
+/// thread must have COM.
 int RunTool(const std::vector<std::string>& arguments, const text::Console& console);
 
 /// True unless the user asked for plain text by setting NO_COLOR.

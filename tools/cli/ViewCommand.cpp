@@ -1,7 +1,6 @@
 #include "tools/check/CheckReport.h"
 #include "tools/cli/AssumptionOptions.h"
 #include "tools/cli/Commands.h"
-#include "tools/cli/ExitCode.h"
 #include "tools/cli/GeometryRecord.h"
 #include "tools/cli/Options.h"
 #include "tools/cli/PlanSelection.h"
@@ -16,7 +15,6 @@
 #include "tools/text/Text.h"
 #include "tools/view/Drawing.h"
 #include "tools/view/Markup.h"
-#include "tools/view/OutputKinds.h"
 #include "tools/view/PageTemplate.h"
 #include "tools/view/ViewDocument.h"
 
@@ -211,17 +209,15 @@ constexpr const char* viewFooter =
 
 } // namespace
 
-void AddViewCommand(Command tool, const text::Console& console) {
-    Command command = tool.AddCommand("view", "Show plans in space, as a page for a browser or on paper");
-    const auto options = std::make_shared<ViewOptions>();
-    AddPlanSelection(command, options->selection);
-    AddAssumptionOptions(command, options->assumptions);
-    AddWhatToWrite(command, *options);
-    AddCaptureFiles(command, options->capture, false);
-    AddUnits(command, options->capture, "What the capture is in");
-    AddCommonOptions(command, *options);
-    command.SetFooter(viewFooter);
-    command.OnRun([options, &console] { Run(*options, console); });
+void AddViewCommand(Command tool) {
+    auto [command, options] = tool.AddCommand<ViewOptions>(
+        "view", "Show plans in space, as a page for a browser or on paper", viewFooter, Run);
+    AddPlanSelection(command, options.selection);
+    AddAssumptionOptions(command, options.assumptions);
+    AddWhatToWrite(command, options);
+    AddCaptureFiles(command, options.capture, false);
+    AddUnits(command, options.capture, "What the capture is in");
+    AddCommonOptions(command, options);
 }
 
 } // namespace qmv40::cli

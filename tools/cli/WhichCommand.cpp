@@ -1,6 +1,5 @@
 #include "tools/check/AllPairs.h"
 #include "tools/cli/Commands.h"
-#include "tools/cli/ExitCode.h"
 #include "tools/cli/Options.h"
 #include "tools/model/TipPlace.h"
 #include "tools/plans/HeadAnglesText.h"
@@ -107,26 +106,27 @@ void Run(const WhichOptions& options, const text::Console& console) {
     if (std::ranges::any_of(findings, isFault)) throw CommandEnded{exitFindings};
 }
 
+constexpr const char* whichFooter =
+    "Example:\n"
+    "  qmv40 which --geometry head.ini --tip 0,0,-180 --measured 285.221,-178.25,-527.721\n"
+    "\n"
+    "The answer is the nearest index position, the distance of the measured place from it, and the angles\n"
+    "that fit best. When the distance is more than 0.5 mm, the head did not index: exit code 4.\n"
+    "Several positions can have one place: at A = 0 a straight stylus has the same place at every B, and\n"
+    "B = 180 has that of B = -180. The answer then lists them.";
+
 } // namespace
 
-void AddWhichCommand(Command tool, const text::Console& console) {
-    Command command = tool.AddCommand("which", "Compute A and B of the head from a measured pole sphere");
-    const auto options = std::make_shared<WhichOptions>();
-    AddGeometryOption(command, options->geometry);
-    AddTipOption(command, options->tip);
+void AddWhichCommand(Command tool) {
+    auto [command, options] = tool.AddCommand<WhichOptions>(
+        "which", "Compute A and B of the head from a measured pole sphere", whichFooter, Run);
+    AddGeometryOption(command, options.geometry);
+    AddTipOption(command, options.tip);
     AddPointOption(command, "--measured", "Centre of the pole sphere as measured without a tip in force",
-                   options->measured);
-    command.AddFlag("--unlocked", options->isUnlocked, "It was measured with the head unlocked, as for a capture");
-    AddCommonOptions(command, *options);
-    command.SetFooter(
-        "Example:\n"
-        "  qmv40 which --geometry head.ini --tip 0,0,-180 --measured 285.221,-178.25,-527.721\n"
-        "\n"
-        "The answer is the nearest index position, the distance of the measured place from it, and the angles\n"
-        "that fit best. When the distance is more than 0.5 mm, the head did not index: exit code 4.\n"
-        "Several positions can have one place: at A = 0 a straight stylus has the same place at every B, and\n"
-        "B = 180 has that of B = -180. The answer then lists them.");
-    command.OnRun([options, &console] { Run(*options, console); });
+                   options.measured)
+        .Require();
+    command.AddFlag("--unlocked", options.isUnlocked, "It was measured with the head unlocked, as for a capture");
+    AddCommonOptions(command, options);
 }
 
 } // namespace qmv40::cli

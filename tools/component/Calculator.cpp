@@ -1,11 +1,11 @@
 #include "tools/component/Calculator.h"
 
-#include "tools/component/AlignmentArray.h"
 #include "tools/component/ComponentError.h"
 #include "tools/text/Files.h"
 #include "tools/text/Text.h"
 #include "tools/text/WideText.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <new>
 
@@ -16,6 +16,29 @@ namespace {
 void ThrowIfFailed(HRESULT result, const char* operation) {
     if (FAILED(result)) throw TakeComponentError(result, operation);
 }
+
+/// Captured points in the form that the interface takes: an array of one dimension, indexed from 0.
+class AlignmentArray {
+public:
+    explicit AlignmentArray(std::span<const HeadAlignmentDataItem> items) {
+        if (FAILED(SafeArrayAllocDescriptor(1, &array))) throw std::bad_alloc();
+        array->cbElements = sizeof(HeadAlignmentDataItem);
+        array->rgsabound[0] = {static_cast<ULONG>(items.size()), 0};
+        if (FAILED(SafeArrayAllocData(array))) {
+            SafeArrayDestroy(array);
+            throw std::bad_alloc();
+        }
+        std::ranges::copy(items, static_cast<HeadAlignmentDataItem*>(array->pvData));
+    }
+    AlignmentArray(const AlignmentArray&) = delete;
+    AlignmentArray& operator=(const AlignmentArray&) = delete;
+    ~AlignmentArray() { SafeArrayDestroy(array); }
+
+    SAFEARRAY** Address() noexcept { return &array; }
+
+private:
+    SAFEARRAY* array = nullptr;
+};
 
 /// A file name as the component takes it.
 class FileNameArgument {

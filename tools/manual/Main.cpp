@@ -1,6 +1,6 @@
 // Writes the manual page and the completions into the folder that it is given.
 
-#include "tools/cli/ExitCode.h"
+#include "tools/cli/Commands.h"
 #include "tools/manual/Manual.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Files.h"

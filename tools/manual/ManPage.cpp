@@ -1,4 +1,5 @@
 #include "tools/manual/Manual.h"
+#include "tools/text/Text.h"
 
 #include <algorithm>
 #include <sstream>
@@ -29,28 +30,9 @@ constexpr const char* exitStatus = ".SH EXIT STATUS\n"
 
 /// The text with the characters escaped that the formatter would interpret.
 std::string Escaped(const std::string& text) {
-    std::string escaped;
-    for (const char c : text) {
-        switch (c) {
-        case '\\':
-            escaped += "\\e";
-            break;
-        case '-':
-            escaped += "\\-";
-            break;
-        case '`':
-            escaped += "\\(ga";
-            break;
-        case '~':
-            escaped += "\\(ti";
-            break;
-        case '^':
-            escaped += "\\(ha";
-            break;
-        default:
-            escaped += c;
-        }
-    }
+    static constexpr std::pair<char, std::string_view> escapes[] = {
+        {'\\', "\\e"}, {'-', "\\-"}, {'`', "\\(ga"}, {'~', "\\(ti"}, {'^', "\\(ha"}};
+    std::string escaped = text::Replaced(text, escapes);
     // The formatter would take a line that begins with one of these for a request.
     if (escaped.starts_with('.') || escaped.starts_with('\'')) escaped.insert(0, "\\&");
     return escaped;

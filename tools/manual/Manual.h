@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/cli/CommandLine.h"
+#include "tools/cli/Tool.h"
 
 #include <string>
 
@@ -8,7 +8,7 @@
 
 namespace qmv40::manual {
 
-cli::CommandDescription DescribeTool();
+inline cli::CommandDescription DescribeTool() { return cli::MakeTool()->Describe(); }
 
 /// The page for man, in the man macros.
 std::string ManPage(const cli::CommandDescription& tool);

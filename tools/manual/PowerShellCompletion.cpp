@@ -1,20 +1,21 @@
 #include "tools/manual/CommandWords.h"
 #include "tools/manual/Manual.h"
+#include "tools/text/Text.h"
+
+#include <algorithm>
 
 namespace qmv40::manual {
 
 namespace {
 
 std::string InQuotes(const std::string& text) {
-    std::string quoted = "'";
-    for (const char c : text) quoted += c == '\'' ? "''" : std::string(1, c);
-    return quoted + "'";
+    static constexpr std::pair<char, std::string_view> quote[] = {{'\'', "''"}};
+    return "'" + text::Replaced(text, quote) + "'";
 }
 
-std::string List(const std::vector<std::string>& words) {
-    std::string list;
-    for (const std::string& word : words) list += (list.empty() ? "" : ", ") + InQuotes(word);
-    return "@(" + list + ")";
+std::string List(std::vector<std::string> words) {
+    std::ranges::transform(words, words.begin(), InQuotes);
+    return "@(" + text::Joined(words, ", ") + ")";
 }
 
 /// The words that may follow a command: its own commands and its options.

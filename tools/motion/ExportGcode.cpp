@@ -26,8 +26,9 @@ constexpr std::array planes{Plane{{0, 0, 1}, "G17", {"I", "J"}, {{{1, 0, 0}, {0,
                             Plane{{0, 1, 0}, "G18", {"I", "K"}, {{{1, 0, 0}, {0, 0, 1}}}},
                             Plane{{1, 0, 0}, "G19", {"J", "K"}, {{{0, 1, 0}, {0, 0, 1}}}}};
 
-/// The largest sine of the angle between an arc's axis and a machine axis: 4e-8 mm at 40 mm, more than the widest arc.
-constexpr double upright = 1e-9;
+/// The largest sine of the angle between the axis of an arc and a machine axis. At 40 mm from the axis, which is more
+/// than the radius of any arc, the points are then at most 4e-8 mm off.
+constexpr double largestTilt = 1e-9;
 /// mm. A controller takes an arc whose start and end are written alike for a full turn.
 constexpr double shortestArc = 0.01;
 /// Degrees. When its ends are rounded, an arc of half a turn or more can be taken for another arc.
@@ -94,7 +95,7 @@ private:
         if (!UsesArcs() || !path.IsArc() || path.Length() < shortestArc) return std::nullopt;
         const Vector3 axis = path.Axis();
         for (const Plane& plane : planes) {
-            if (model::Length(model::Cross(axis, plane.axis)) <= upright) return plane;
+            if (model::Length(model::Cross(axis, plane.axis)) <= largestTilt) return plane;
         }
         return std::nullopt;
     }

@@ -45,8 +45,6 @@ struct Move {
     const char* name;
     const char* purpose;
     std::variant<XYZData RequiredMoves::*, ArcData RequiredMoves::*> field;
-
-    bool IsArc() const { return std::holds_alternative<ArcData RequiredMoves::*>(field); }
 };
 
 /// All of them, by index.

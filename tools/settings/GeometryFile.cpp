@@ -127,10 +127,6 @@ GeometryFile::GeometryFile(const std::string& fileName) : name(fileName) {
     for (const HeadGeometryEntry& entry : headGeometryEntries) entries.push_back(ReadEntry(reader, entry));
 }
 
-bool GeometryFile::HasProblem() const {
-    return std::ranges::any_of(entries, [](const GeometryFileEntry& entry) { return !entry.problem.empty(); });
-}
-
 bool GeometryFile::LacksEntry() const {
     return std::ranges::any_of(
         entries, [](const GeometryFileEntry& entry) { return !entry.text || entry.value == missingNumber; });
@@ -143,7 +139,8 @@ std::array<double, headGeometryEntries.size()> GeometryFile::Numbers() const {
 }
 
 void GeometryFile::RequireNumbers() const {
-    if (!HasProblem()) return;
+    const auto isRight = [](const GeometryFileEntry& entry) { return entry.problem.empty(); };
+    if (std::ranges::all_of(entries, isRight)) return;
     const GeometryFileLines lines(name, entries);
     text::DoubtfulInput doubtful{{}, std::string(computeAfresh) + " --force goes on with what the component reads."};
     for (const GeometryFileEntry& entry : entries) {

@@ -30,7 +30,6 @@ public:
 
     const std::string& Name() const { return name; }
     const std::vector<GeometryFileEntry>& Entries() const { return entries; }
-    bool HasProblem() const;
     bool LacksEntry() const;
     std::array<double, headGeometryEntries.size()> Numbers() const;
 

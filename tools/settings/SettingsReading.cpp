@@ -219,19 +219,14 @@ std::optional<std::string> StoredValue::Text() const {
 }
 
 std::string TypeText(RegistryType type) {
-    switch (type) {
-    case RegistryType::Text:
-        return "a text";
-    case RegistryType::ExpandableText:
-        return "a text (hex(2))";
-    case RegistryType::Number:
-        return "a number (dword)";
-    case RegistryType::Binary:
-        return "bytes (hex)";
-    case RegistryType::TextList:
-        return "a list of texts (hex(7))";
-    case RegistryType::None:
-        break;
+    static constexpr std::pair<RegistryType, const char*> names[] = {
+        {RegistryType::Text, "a text"},
+        {RegistryType::ExpandableText, "a text (hex(2))"},
+        {RegistryType::Number, "a number (dword)"},
+        {RegistryType::Binary, "bytes (hex)"},
+        {RegistryType::TextList, "a list of texts (hex(7))"}};
+    for (const auto& [known, name] : names) {
+        if (known == type) return name;
     }
     return "of type " + std::to_string(static_cast<std::uint32_t>(type));
 }

@@ -46,9 +46,8 @@ struct Fields {
     const char* problem = nullptr; ///< a sentence without its full stop; null when there is none
 };
 
-class FieldSplitter {
-public:
-    explicit FieldSplitter(char theSeparator) : separator(theSeparator) {}
+struct FieldSplitter {
+    char separator;
 
     Fields Split(std::string_view line) const {
         Fields fields;
@@ -58,8 +57,6 @@ public:
             if (rest.empty() || fields.problem != nullptr) return fields;
         }
     }
-
-    char Separator() const { return separator; }
 
 private:
     /// Blanks before a field are skipped. A tabulator is not a blank where it is the separator.
@@ -93,18 +90,16 @@ private:
         rest.remove_prefix(field.size());
         return std::string(Trimmed(field));
     }
-
-    char separator;
 };
 
 bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> words) {
     return std::ranges::any_of(words, [&](std::string_view word) { return EqualIgnoringCase(text, word); });
 }
 bool IsDegree(std::string_view unit) { return IsOneOf(unit, {"deg", "degree", "degrees", "\xC2\xB0", "\xB0"}); }
-bool IsMillimetre(std::string_view unit) {
-    return IsOneOf(unit, {"mm", "millimetre", "millimetres", "millimeter", "millimeters"});
+std::optional<LengthUnit> LengthUnitOf(std::string_view unit) {
+    if (IsOneOf(unit, {"mm", "millimetre", "millimetres", "millimeter", "millimeters"})) return LengthUnit::Millimetre;
+    return IsOneOf(unit, {"in", "inch", "inches", "\""}) ? std::optional(LengthUnit::Inch) : std::nullopt;
 }
-bool IsInch(std::string_view unit) { return IsOneOf(unit, {"in", "inch", "inches", "\""}); }
 
 /// A field of the header: a name and an optional unit: "X [mm]", "X (mm)", "X/mm".
 struct HeaderField {
@@ -157,7 +152,7 @@ public:
         const auto isLength = [](const Column& column) { return column.quantity == Quantity::Length; };
         const auto length = std::ranges::find_if(columns, isLength);
         if (length == columns.end()) return std::nullopt;
-        return KnownUnit(UnitText(static_cast<std::size_t>(length - columns.begin())));
+        return LengthUnitOf(UnitText(static_cast<std::size_t>(length - columns.begin())));
     }
 
 private:
@@ -177,20 +172,15 @@ private:
 
     const std::string& UnitText(std::size_t column) const { return fields[places[column]].unit; }
 
-    static std::optional<LengthUnit> KnownUnit(const std::string& unit) {
-        if (IsMillimetre(unit)) return LengthUnit::Millimetre;
-        return IsInch(unit) ? std::optional(LengthUnit::Inch) : std::nullopt;
-    }
-
     std::string UnitProblem(std::size_t i) const {
         const std::string& unit = UnitText(i);
         const bool isAngle = columns[i].quantity == Quantity::Angle;
-        const bool isKnown = unit.empty() || (isAngle ? IsDegree(unit) : KnownUnit(unit).has_value());
+        const bool isKnown = unit.empty() || (isAngle ? IsDegree(unit) : LengthUnitOf(unit).has_value());
         if (!isKnown) {
             return "column " + Name(i) + " is in '" + unit +
                    "': " + (isAngle ? "angles are read in deg" : "lengths are read in mm or in");
         }
-        if (isAngle || KnownUnit(unit) == Unit()) return "";
+        if (isAngle || LengthUnitOf(unit) == Unit()) return "";
         return "column " + Name(i) + " has another unit than the lengths before it: give all of them the same unit";
     }
 
@@ -217,19 +207,14 @@ public:
         std::string text = field;
         if (hasComma && isCommaPossible) text[mark] = '.';
         const ParsedNumber parsed = ParseNumber(text);
-        const std::string problem =
-            parsed.problem != nullptr ? ProblemText(parsed, hasComma) : OtherMark(line, field, mark);
+        std::string problem = parsed.problem == nullptr ? OtherMark(line, field, mark) : parsed.problem;
+        if (parsed.problem != nullptr && hasComma && !isCommaPossible)
+            problem += ": the decimal mark is a point where commas separate the fields";
         if (!problem.empty()) line.Refuse(column + " '" + field + "' " + problem);
         return parsed.value;
     }
 
 private:
-    std::string ProblemText(const ParsedNumber& parsed, bool hasComma) const {
-        const bool isRemedyNeeded = hasComma && !isCommaPossible;
-        return std::string(parsed.problem) +
-               (isRemedyNeeded ? ": the decimal mark is a point where commas separate the fields" : "");
-    }
-
     /// The message for a number whose decimal mark differs from that of the numbers before it.
     std::string OtherMark(const Line& line, const std::string& field, std::size_t mark) {
         if (mark == std::string::npos) return "";
@@ -268,7 +253,7 @@ Dialect DialectOf(const Line& line, std::string_view separators, std::span<const
     std::optional<Dialect> best;
     const char* problem = nullptr;
     for (const char separator : separators) {
-        const FieldSplitter splitter(separator);
+        const FieldSplitter splitter{separator};
         const Fields fields = splitter.Split(line.text);
         if (problem == nullptr) problem = fields.problem;
         for (const auto name : {&Column::name, &Column::shortName}) {
@@ -287,7 +272,7 @@ std::vector<std::string> FieldsOf(const Line& line, const Dialect& dialect) {
     if (fields.problem != nullptr) line.Refuse(fields.problem);
     if (fields.texts.size() != dialect.header.Width()) {
         const bool maybeDecimalCommas =
-            dialect.splitter.Separator() == ',' && fields.texts.size() > dialect.header.Width() + 1;
+            dialect.splitter.separator == ',' && fields.texts.size() > dialect.header.Width() + 1;
         line.Refuse("there are " + std::to_string(fields.texts.size()) + " fields where the header has " +
                     std::to_string(dialect.header.Width()) +
                     (maybeDecimalCommas ? ": numbers with decimal commas need semicolons between the columns" : ""));
@@ -297,7 +282,7 @@ std::vector<std::string> FieldsOf(const Line& line, const Dialect& dialect) {
 
 NumberTable TableIn(std::span<const Line> lines, const Dialect& dialect, std::size_t columns) {
     NumberTable table{{}, dialect.header.Unit()};
-    NumberReader numbers(dialect.splitter.Separator());
+    NumberReader numbers(dialect.splitter.separator);
     for (const Line& line : lines) {
         const std::vector<std::string> fields = FieldsOf(line, dialect);
         NumberRow& row = table.rows.emplace_back(NumberRow{line.number, {}});

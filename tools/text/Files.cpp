@@ -12,38 +12,15 @@ namespace qmv40::text {
 
 namespace {
 
-/// A new file in the folder of the file that it is to replace. Removed unless it has replaced it.
-class FileBeside {
-public:
-    explicit FileBeside(std::filesystem::path target) : name(std::move(target)) {
-        std::random_device random;
-        name += "." + std::to_string(random()) + ".tmp";
-    }
-    FileBeside(const FileBeside&) = delete;
-    FileBeside& operator=(const FileBeside&) = delete;
-    ~FileBeside() {
-        std::error_code ignored;
-        std::filesystem::remove(name, ignored);
-    }
-
-    /// The new file gets the permissions of the old one.
-    bool Fill(std::string_view content, const std::filesystem::file_status& original) const {
-        std::ofstream file(name, std::ios::binary);
-        std::error_code ignored;
-        if (std::filesystem::exists(original)) std::filesystem::permissions(name, original.permissions(), ignored);
-        file.write(content.data(), static_cast<std::streamsize>(content.size()));
-        file.close();
-        return !file.fail();
-    }
-    bool Replace(const std::filesystem::path& target) const {
-        std::error_code error;
-        std::filesystem::rename(name, target, error);
-        return !error;
-    }
-
-private:
-    std::filesystem::path name;
-};
+/// The new file gets the permissions of the one that it is to replace.
+bool Fill(const std::filesystem::path& name, std::string_view content, const std::filesystem::file_status& original) {
+    std::ofstream file(name, std::ios::binary);
+    std::error_code ignored;
+    if (std::filesystem::exists(original)) std::filesystem::permissions(name, original.permissions(), ignored);
+    file.write(content.data(), static_cast<std::streamsize>(content.size()));
+    file.close();
+    return !file.fail();
+}
 
 } // namespace
 
@@ -82,9 +59,19 @@ void WriteWholeFile(const std::string& fileName, std::string_view content) {
     // A link keeps leading to the file: the file is replaced, not the link.
     std::filesystem::path target = std::filesystem::weakly_canonical(PathOf(fileName), error);
     if (error) target = PathOf(fileName);
-    const FileBeside file(target);
-    if (!file.Fill(content, std::filesystem::status(target, error)) || !file.Replace(target))
-        throw InputError{fileName, {}, "cannot be written"};
+    const PassingFile file(target);
+    const bool isFilled = Fill(file.Path(), content, std::filesystem::status(target, error));
+    if (isFilled) std::filesystem::rename(file.Path(), target, error);
+    if (!isFilled || error) throw InputError{fileName, {}, "cannot be written"};
+}
+
+PassingFile::PassingFile(std::filesystem::path name) : path(std::move(name)) {
+    path += "." + std::to_string(std::random_device{}()) + ".tmp";
+}
+
+PassingFile::~PassingFile() {
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
 }
 
 } // namespace qmv40::text

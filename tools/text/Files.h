@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -15,9 +16,22 @@ bool IsReplaceable(const std::string& fileName);
 /// All bytes of a file. Throws InputError when it is not there, is a folder or cannot be read.
 std::string ReadWholeFile(const std::string& fileName);
 
-/// Replaces the content of the file, or creates it. When that fails, the file has its old content or the complete new
-/// one.
-/// Throws InputError when it cannot be written.
+/// Replaces the content of the file, or creates it. Throws InputError when it cannot be written. The file then has its
+/// old content or the complete new one.
 void WriteWholeFile(const std::string& fileName, std::string_view content);
+
+/// A new file name that begins with `name`. The destructor removes the file if it is there.
+class PassingFile {
+public:
+    explicit PassingFile(std::filesystem::path name);
+    PassingFile(const PassingFile&) = delete;
+    PassingFile& operator=(const PassingFile&) = delete;
+    ~PassingFile();
+
+    const std::filesystem::path& Path() const { return path; }
+
+private:
+    std::filesystem::path path;
+};
 
 } // namespace qmv40::text

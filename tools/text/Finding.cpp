@@ -7,15 +7,8 @@
 namespace qmv40::text {
 
 std::string_view NameOf(Severity severity) {
-    switch (severity) {
-    case Severity::Note:
-        return "note";
-    case Severity::Warning:
-        return "warning";
-    case Severity::Fault:
-        break;
-    }
-    return "fault";
+    constexpr std::string_view names[] = {"note", "warning", "fault"};
+    return names[static_cast<std::size_t>(severity)];
 }
 
 Json FindingJson(const Finding& finding) {

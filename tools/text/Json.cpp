@@ -8,21 +8,37 @@ namespace qmv40::text {
 
 namespace {
 
-using Scalar = nlohmann::json;
+using Library = nlohmann::ordered_json;
 
-std::string DumpedScalar(const Scalar& scalar) { return scalar.dump(-1, ' ', false, Scalar::error_handler_t::replace); }
+// NOLINTNEXTLINE(misc-no-recursion): values contain values
+Library ToLibrary(const Json& json) {
+    const auto convert = [](const auto& value) -> Library { // NOLINT(misc-no-recursion)
+        using Type = std::remove_cvref_t<decltype(value)>;
+        if constexpr (std::is_same_v<Type, Json::Members>) {
+            Library::object_t object;
+            for (const Json::Member& member : value) object.emplace_back(member.name, ToLibrary(member.value));
+            return object;
+        } else if constexpr (std::is_same_v<Type, Json::Elements>) {
+            Library::array_t array;
+            std::ranges::transform(value, std::back_inserter(array), ToLibrary);
+            return array;
+        } else {
+            return value;
+        }
+    };
+    return std::visit(convert, json.Content());
+}
+
+std::string Dumped(const Library& value, int indent) {
+    return value.dump(indent, ' ', false, Library::error_handler_t::replace);
+}
 
 bool IsNamedPair(const Json& value) {
     return value.AllElements().size() == 2 && value.AllElements()[0].Text() != nullptr;
 }
 
-/// Begins a line when the text is indented.
-void BeginLine(std::string& text, std::optional<int> indent, std::size_t column) {
-    if (indent) text.append("\n").append(column, ' ');
-}
-
 /// Builds the value from the parser's events.
-class Builder final : public nlohmann::json_sax<Scalar> {
+class Builder final : public nlohmann::json_sax<Library> {
 public:
     Builder(const std::string& fileName, const std::string& theContent) : file(fileName), content(theContent) {}
 
@@ -101,24 +117,6 @@ Json::Json(std::initializer_list<Json> values) {
     value = std::move(members);
 }
 
-Json Json::Array() {
-    Json array;
-    array.value = Elements();
-    return array;
-}
-
-Json Json::Object() {
-    Json object;
-    object.value = Members();
-    return object;
-}
-
-Json::Json(const Json& other) = default;
-Json::Json(Json&& other) noexcept = default;
-Json& Json::operator=(const Json& other) = default;
-Json& Json::operator=(Json&& other) noexcept = default;
-Json::~Json() = default;
-
 std::optional<double> Json::Number() const {
     if (const auto* const number = std::get_if<double>(&value)) return *number;
     if (const auto* const number = std::get_if<std::int64_t>(&value)) return static_cast<double>(*number);
@@ -157,52 +155,11 @@ const Json::Elements& Json::AllElements() const {
     return elements == nullptr ? none : *elements;
 }
 
-std::string Json::Dump(std::optional<int> indent) const {
-    std::string text;
-    Append(text, indent, 0);
-    return text;
-}
-
-// NOLINTNEXTLINE(misc-no-recursion): values contain values
-void Json::Append(std::string& text, std::optional<int> indent, std::size_t column) const {
-    const std::size_t inner = column + static_cast<std::size_t>(indent.value_or(0));
-    const auto append = [&](const auto& all, char open, char close, const auto& appendOne) {
-        text += open;
-        bool isFirst = true;
-        for (const auto& each : all) {
-            if (!isFirst) text += ',';
-            isFirst = false;
-            BeginLine(text, indent, inner);
-            appendOne(each);
-        }
-        if (!all.empty()) BeginLine(text, indent, column);
-        text += close;
-    };
-    if (IsObject()) {
-        append(AllMembers(), '{', '}', [&](const Member& member) {
-            text.append(DumpedScalar(member.name)).append(indent ? ": " : ":");
-            member.value.Append(text, indent, inner);
-        });
-    } else if (IsArray()) {
-        append(AllElements(), '[', ']', [&](const Json& element) { element.Append(text, indent, inner); });
-    } else {
-        text += std::visit(
-            [](const auto& scalar) {
-                using Type = std::remove_cvref_t<decltype(scalar)>;
-                constexpr bool isScalar = !std::is_same_v<Type, Elements> && !std::is_same_v<Type, Members>;
-                if constexpr (isScalar) {
-                    return DumpedScalar(scalar);
-                } else {
-                    return std::string(); // the other kinds are written above
-                }
-            },
-            value);
-    }
-}
+std::string Json::Dump(std::optional<int> indent) const { return Dumped(ToLibrary(*this), indent.value_or(-1)); }
 
 Json ParseJson(const std::string& fileName, const std::string& content) {
     Builder builder(fileName, content);
-    Scalar::sax_parse(content, &builder);
+    Library::sax_parse(content, &builder);
     return std::move(builder).Result();
 }
 
@@ -226,6 +183,6 @@ void PrintDocument(std::string_view command, const Json& content, std::ostream& 
     out << document.Dump(indent) << '\n';
 }
 
-std::string ValidUtf8(const std::string& text) { return Scalar::parse(DumpedScalar(text)).get<std::string>(); }
+std::string ValidUtf8(const std::string& text) { return Library::parse(Dumped(text, -1)).get<std::string>(); }
 
 } // namespace qmv40::text

@@ -24,6 +24,8 @@ public:
     struct Member;
     using Members = std::vector<Member>;
     using Elements = std::vector<Json>;
+    using Value =
+        std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, std::string, Elements, Members>;
 
     // NOLINTBEGIN(google-explicit-constructor): so that values can be written in braces
     Json(std::nullptr_t = nullptr) noexcept;
@@ -38,16 +40,10 @@ public:
     Json(const std::vector<std::string>& texts);
     Json(std::initializer_list<Json> values);
     /// Null when there is no value.
-    template <typename Value> Json(const std::optional<Value>& maybe) : Json(maybe ? Json(*maybe) : Json()) {}
+    template <typename Content> Json(const std::optional<Content>& maybe) : Json(maybe ? Json(*maybe) : Json()) {}
     // NOLINTEND(google-explicit-constructor)
-    static Json Array();
-    static Json Object();
-
-    Json(const Json& other);
-    Json(Json&& other) noexcept;
-    Json& operator=(const Json& other);
-    Json& operator=(Json&& other) noexcept;
-    ~Json();
+    static Json Array() { return Empty<Elements>(); }
+    static Json Object() { return Empty<Members>(); }
 
     bool IsNull() const { return std::holds_alternative<std::nullptr_t>(value); }
     bool IsObject() const { return std::holds_alternative<Members>(value); }
@@ -67,16 +63,18 @@ public:
     // Of an object or an array; empty for any other value.
     const Members& AllMembers() const;
     const Elements& AllElements() const;
+    const Value& Content() const { return value; }
 
     /// With `indent` blanks for each level; without it, in one line. Doubles read back to the same bits. A number that
     /// is not finite is written as null. Bytes that are not UTF-8 become the replacement character.
     std::string Dump(std::optional<int> indent = std::nullopt) const;
 
 private:
-    using Value =
-        std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, std::string, Elements, Members>;
-
-    void Append(std::string& text, std::optional<int> indent, std::size_t column) const;
+    template <typename Kind> static Json Empty() {
+        Json empty;
+        empty.value = Kind();
+        return empty;
+    }
 
     Value value;
 };

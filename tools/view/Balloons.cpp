@@ -57,7 +57,7 @@ Balloon Balloons::Place(const PaperWay& line) {
     double least = std::numeric_limits<double>::infinity();
     for (const double fraction : {placeOfNumber, 0.3, 0.55, 0.2, 0.7, 0.85}) {
         for (const Balloon& balloon : Around(PointAlong(line, fraction))) {
-            const double cost = CostOf(balloon) + costOffThePlace * std::abs(fraction - placeOfNumber);
+            const double cost = CostOf(balloon, least) + costOffThePlace * std::abs(fraction - placeOfNumber);
             if (cost < least) {
                 least = cost;
                 best = balloon;
@@ -73,7 +73,7 @@ bool Balloons::IsInside(const PaperPoint& centre) const {
            centre.y >= corner.y + balloonRadius && centre.y <= corner.y + height - balloonRadius;
 }
 
-double Balloons::CostOf(const Balloon& balloon) const {
+double Balloons::CostOf(const Balloon& balloon, double limit) const {
     if (!IsInside(balloon.centre)) return 1e6; // used only when no candidate is inside
     double cost = costOfLength * Distance(balloon.anchor, balloon.centre);
     for (const Balloon& other : placed) {
@@ -82,8 +82,11 @@ double Balloons::CostOf(const Balloon& balloon) const {
                                         DistanceTo(other.anchor, other.centre, balloon.centre));
         if (between < balloonRadius) cost += costOfCrossing;
     }
+    // Counting what it covers takes longest, and only a balloon below the limit is used.
+    if (cost >= limit) return cost;
     const auto isCovered = [&](const PaperPoint& point) {
-        return Distance(point, balloon.centre) < balloonRadius + 0.3;
+        constexpr double reach = balloonRadius + 0.3;
+        return std::abs(point.x - balloon.centre.x) < reach && Distance(point, balloon.centre) < reach;
     };
     return cost + costOfCovering * static_cast<double>(std::ranges::count_if(obstacles, isCovered));
 }

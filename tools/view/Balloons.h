@@ -29,7 +29,8 @@ public:
     Balloon Place(const PaperWay& line);
 
 private:
-    double CostOf(const Balloon& balloon) const;
+    /// Exact below `limit`; otherwise a part of it that reaches the limit.
+    double CostOf(const Balloon& balloon, double limit) const;
     bool IsInside(const PaperPoint& centre) const;
 
     PaperPoint corner;

@@ -7,7 +7,6 @@
 #include "tools/text/Numbers.h"
 #include "tools/view/DrawnView.h"
 #include "tools/view/Markup.h"
-#include "tools/view/OutputKinds.h"
 
 #include <algorithm>
 
@@ -31,6 +30,8 @@ constexpr int coordinateDecimals = 3;
 const ViewDirection topView{"Top view (from above)", "top", 0, 1, {0.0, 0.0, 1.0}};
 const ViewDirection frontView{"Front view (from -Y)", "front", 0, 2, {0.0, -1.0, 0.0}};
 const ViewDirection sideView{"Right side view (from +X)", "side", 1, 2, {1.0, 0.0, 0.0}};
+
+constexpr const char* drawingMark = "<!-- qmv40/view drawing -->";
 
 std::string Bold() { return Attribute("font-weight", "bold"); }
 
@@ -328,6 +329,10 @@ std::string ThreeViews(const DrawingOfPlan& drawing) {
     return svg.Written();
 }
 
-std::string DrawingFileText(const std::string& drawing) { return DrawingFileStart() + drawing; }
+std::string DrawingFileText(const std::string& drawing) {
+    return std::string(R"(<?xml version="1.0" encoding="UTF-8"?>)") + drawingMark + "\n" + drawing;
+}
+
+text::FileKind DrawingKind() { return text::KindMarked("a drawing of `qmv40 view`", drawingMark); }
 
 } // namespace qmv40::view

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/check/CheckedTour.h"
+#include "tools/text/OutputFile.h"
 
 namespace qmv40::view {
 
@@ -21,7 +22,8 @@ struct DrawingOfPlan {
 
 std::string ThreeViews(const DrawingOfPlan& drawing);
 
-/// The content of an SVG file with the drawing.
+/// The content of an SVG file with the drawing, and the kind of these files.
 std::string DrawingFileText(const std::string& drawing);
+text::FileKind DrawingKind();
 
 } // namespace qmv40::view

@@ -1,6 +1,8 @@
 #include "tools/view/DrawnPlan.h"
 
+#include "tools/check/CheckReport.h"
 #include "tools/model/Angles.h"
+#include "tools/model/Tolerances.h"
 #include "tools/motion/Sampling.h"
 
 #include <algorithm>
@@ -46,6 +48,22 @@ DrawnMove MoveOf(const check::CheckedPlan& checked, std::size_t index, const std
 }
 
 } // namespace
+
+const char* NameOf(MoveLevel level) {
+    constexpr const char* names[] = {"clear", "tight", "contact", "finding"};
+    return names[static_cast<int>(level)];
+}
+
+MoveLevel LevelOf(const check::CheckedPlan& checked, std::size_t move) {
+    const auto isNamed = [&](const check::Finding& finding) { return finding.move == move; };
+    if (move >= checked.report.moves.size() || std::ranges::any_of(checked.report.findings, isNamed)) {
+        return MoveLevel::Finding;
+    }
+    const check::CheckedMove& run = checked.report.moves[move];
+    if (*check::ContactOf(run.run.id) != '\0') return MoveLevel::Contact;
+    const double clearance = std::min(run.clearance.toPoleSphere, run.clearance.toLevers);
+    return clearance < tightClearance - model::lengthTolerance ? MoveLevel::Tight : MoveLevel::Clear;
+}
 
 std::vector<motion::ExecutedMove> RunsOf(const check::PlanReport& report, std::size_t index) {
     std::vector<motion::ExecutedMove> runs;

@@ -33,15 +33,98 @@ public:
         : svg(theSvg), direction(theDirection), cell(theCell), area(DrawingAreaOf(theCell)), scale(theScale),
           plan(thePlan), balloons(area.corner, area.width, area.height) {}
 
-    void DrawName() const;
-    void DrawRulers(const model::Vector3& pole) const;
-    void DrawAxes() const;
-    void DrawSphere() const;
-    void DrawSafeHeight();
-    void DrawHead(const std::optional<DrawnHead>& head, const std::string& style) const;
-    void DrawMoves();
-    void NumberMoves();
-    void NameHead(const std::optional<DrawnHead>& head, const char* name);
+    void DrawName() const {
+        svg.Rectangle(cell.corner, cell.width, cell.height, CellStyle());
+        svg.Text({cell.corner.x + margin, cell.corner.y + 4.2}, 2.9, direction.name, Attribute("font-weight", "bold"));
+    }
+
+    void DrawRulers(const model::Vector3& pole) const {
+        constexpr double largestCoordinate = 1e5; // there is no space for a longer number
+        for (const std::size_t axis : {direction.right, direction.up}) {
+            if (std::abs(pole[axis]) <= largestCoordinate) DrawRuler(axis, pole[axis]);
+        }
+    }
+
+    /// The names of the axes, at the ends of the rulers.
+    void DrawAxes() const {
+        constexpr const char* names[] = {"X", "Y", "Z"};
+        const PaperPoint right{cell.corner.x + cell.width - 4.5, cell.corner.y + cell.height - 1.8};
+        const PaperPoint up{cell.corner.x + 2.0, cell.corner.y + nameHeight + 1.0};
+        const std::string style = Stroked(inkColour, 0.25);
+        const auto draw = [&](const PaperPoint& from, const PaperPoint& tip, const PaperPoint& name, std::size_t axis) {
+            svg.Line(from, tip, style);
+            DrawArrowhead(svg, tip, from, 2.0, inkColour);
+            svg.Text(name, 2.6, names[axis], Attribute("font-weight", "bold"));
+        };
+        draw({right.x - axisLength + 2.0, right.y}, right, {right.x + 1.0, right.y + 0.9}, direction.right);
+        draw({up.x, up.y + axisLength - 2.0}, up, {up.x + 1.2, up.y + 2.2}, direction.up);
+    }
+
+    void DrawSphere() const {
+        const PaperPoint centre = At({0.0, 0.0, 0.0});
+        const double radius = ToPaper(plan.sphereRadius);
+        const double arm = radius + 2.0;
+        svg.Circle(centre, radius, Attribute("class", "sphere") + Filled("#e3e3e3") + Stroked(inkColour, 0.3));
+        svg.Line({centre.x - arm, centre.y}, {centre.x + arm, centre.y}, CentreLineStyle());
+        svg.Line({centre.x, centre.y - arm}, {centre.x, centre.y + arm}, CentreLineStyle());
+    }
+
+    void DrawSafeHeight() {
+        if (!plan.safeHeight || direction.up != 2) return;
+        const double y = At({0.0, 0.0, *plan.safeHeight}).y;
+        svg.Line({area.corner.x, y}, {area.corner.x + area.width, y}, CentreLineStyle());
+        svg.Text({area.corner.x + area.width, y - 0.6}, rulerText, "safe height",
+                 Attribute("text-anchor", "end") + Filled(rulerColour));
+        balloons.Avoid({{area.corner.x + area.width - 11.0, y - 1.3}, {area.corner.x + area.width, y - 1.3}});
+    }
+
+    void DrawHead(const std::optional<DrawnHead>& head, const std::string& style) const {
+        if (!head) return;
+        const PaperPoint centre = At(head->centre);
+        const PaperPoint cup = At(head->driveCup);
+        svg.Line(centre, At(head->stylusEnd), style);
+        svg.Circle(At(head->stylusEnd), 0.6, Filled(paperColour) + style);
+        svg.Line(centre, cup, style);
+        for (const DrawnHead::Lever& lever : head->levers) {
+            svg.Line(At(lever.pivot), At(lever.ball), style);
+            svg.Circle(At(lever.pivot), 0.5, Filled(headColour));
+            svg.Circle(At(lever.ball), ToPaper(plan.ballRadius),
+                       Filled(paperColour) + Attribute("fill-opacity", "0.6") + style);
+        }
+        svg.Rectangle({cup.x - 1.1, cup.y - 1.1}, 2.2, 2.2, Filled(paperColour) + style);
+        svg.Circle(centre, 1.1, Filled(headColour));
+    }
+
+    void DrawMoves() {
+        for (const DrawnMove& move : plan.moves) {
+            if (move.way.empty()) continue;
+            const PaperWay way = WayOf(move);
+            const std::string number = std::to_string(move.index + 1);
+            svg.Way(way, Attribute("class", "move") + Attribute("data-move", number) + LineStyle(move.level));
+            balloons.Avoid(way);
+            constexpr double shortest = 0.8; // mm on paper; a shorter line is not seen
+            const double length = LengthOf(way);
+            if (length < shortest) {
+                const model::Vector3 whole = move.way.back() - move.way.front();
+                DrawPointOfWay(svg, way.front(), ToPaper(model::Dot(whole, direction.toViewer)), move.level);
+                continue;
+            }
+            const double arrow = std::min(3.0, length * 0.8);
+            const double back = (length - arrow) / length * placeOfNumber;
+            DrawArrowhead(svg, PointAlong(way, back + arrow / length), PointAlong(way, back), arrow,
+                          ColourOf(move.level));
+        }
+    }
+
+    void NumberMoves() {
+        for (const DrawnMove& move : plan.moves) {
+            if (!move.way.empty()) DrawBalloon(WayOf(move), std::to_string(move.index + 1), false);
+        }
+    }
+
+    void NameHead(const std::optional<DrawnHead>& head, const char* name) {
+        if (head) DrawBalloon({At(head->centre)}, name, true);
+    }
 
 private:
     double ToPaper(double length) const { return length / scale.millimetresToOne; }
@@ -55,9 +138,47 @@ private:
         for (const model::Vector3& place : move.way) way.push_back(At(place));
         return way;
     }
-    void DrawRuler(std::size_t axis, double pole) const;
-    void DrawTick(bool isAcross, const PaperPoint& place, const std::string& text) const;
-    void DrawBalloon(const PaperWay& line, const std::string& text, bool isHead);
+
+    /// A ruler with machine coordinates along an axis of the view.
+    void DrawRuler(std::size_t axis, double pole) const {
+        const bool isAcross = axis == direction.right;
+        const double half = (isAcross ? area.width : area.height) / 2.0 * scale.millimetresToOne;
+        constexpr double steps[] = {10.0, 20.0, 50.0, 100.0, 200.0, 500.0};
+        constexpr double closest = 12.0; // mm on paper
+        const auto* const step = std::ranges::find_if(steps, [&](double each) { return ToPaper(each) >= closest; });
+        if (step == std::end(steps)) return;
+        const double middle = pole + scale.middle[axis];
+        const double nameOfAxis = isAcross ? 14.0 : 10.0; // mm on paper, at the end of the ruler
+        const double last = middle + half - nameOfAxis * scale.millimetresToOne;
+        const double first = std::ceil((middle - half) / *step) * *step;
+        const int ticks = static_cast<int>(std::floor((last - first) / *step)) + 1;
+        for (int i = 0; i < ticks; ++i) {
+            const double at = first + i * *step;
+            model::Vector3 place = scale.middle;
+            place[axis] = at - pole;
+            DrawTick(isAcross, At(place), text::FixedText(at, 0));
+        }
+    }
+
+    void DrawTick(bool isAcross, const PaperPoint& place, const std::string& text) const {
+        constexpr double length = 1.2;
+        const std::string style = Filled(rulerColour);
+        if (isAcross) {
+            const double y = cell.corner.y + cell.height;
+            svg.Line({place.x, y}, {place.x, y - length}, Stroked(headColour, 0.15));
+            svg.Text({place.x, y - length - 0.6}, rulerText, text, style + Attribute("text-anchor", "middle"));
+        } else {
+            const double x = cell.corner.x;
+            svg.Line({x, place.y}, {x + length, place.y}, Stroked(headColour, 0.15));
+            svg.Text({x + length + 0.4, place.y + rulerText / 3.0}, rulerText, text, style);
+        }
+    }
+
+    void DrawBalloon(const PaperWay& line, const std::string& text, bool isHead) {
+        const Balloon balloon = balloons.Place(line);
+        svg.Line(balloon.anchor, balloon.centre, Stroked(inkColour, 0.12));
+        DrawBalloonText(svg, balloon.centre, text, isHead);
+    }
 
     SvgWriter& svg;
     const ViewDirection& direction;
@@ -67,139 +188,6 @@ private:
     const DrawnPlan& plan;
     Balloons balloons;
 };
-
-void View::DrawName() const {
-    svg.Rectangle(cell.corner, cell.width, cell.height, CellStyle());
-    svg.Text({cell.corner.x + margin, cell.corner.y + 4.2}, 2.9, direction.name, Attribute("font-weight", "bold"));
-}
-
-/// A ruler with machine coordinates along an axis of the view.
-void View::DrawRuler(std::size_t axis, double pole) const {
-    const bool isAcross = axis == direction.right;
-    const double half = (isAcross ? area.width : area.height) / 2.0 * scale.millimetresToOne;
-    constexpr double steps[] = {10.0, 20.0, 50.0, 100.0, 200.0, 500.0};
-    constexpr double closest = 12.0; // mm on paper
-    const auto* const step = std::ranges::find_if(steps, [&](double each) { return ToPaper(each) >= closest; });
-    if (step == std::end(steps)) return;
-    const double middle = pole + scale.middle[axis];
-    const double nameOfAxis = isAcross ? 14.0 : 10.0; // mm on paper, at the end of the ruler
-    const double last = middle + half - nameOfAxis * scale.millimetresToOne;
-    const double first = std::ceil((middle - half) / *step) * *step;
-    const int ticks = static_cast<int>(std::floor((last - first) / *step)) + 1;
-    for (int i = 0; i < ticks; ++i) {
-        const double at = first + i * *step;
-        model::Vector3 place = scale.middle;
-        place[axis] = at - pole;
-        DrawTick(isAcross, At(place), text::FixedText(at, 0));
-    }
-}
-
-void View::DrawTick(bool isAcross, const PaperPoint& place, const std::string& text) const {
-    constexpr double length = 1.2;
-    const std::string style = Filled(rulerColour);
-    if (isAcross) {
-        const double y = cell.corner.y + cell.height;
-        svg.Line({place.x, y}, {place.x, y - length}, Stroked(headColour, 0.15));
-        svg.Text({place.x, y - length - 0.6}, rulerText, text, style + Attribute("text-anchor", "middle"));
-    } else {
-        const double x = cell.corner.x;
-        svg.Line({x, place.y}, {x + length, place.y}, Stroked(headColour, 0.15));
-        svg.Text({x + length + 0.4, place.y + rulerText / 3.0}, rulerText, text, style);
-    }
-}
-
-void View::DrawRulers(const model::Vector3& pole) const {
-    constexpr double largestCoordinate = 1e5; // there is no space for a longer number
-    for (const std::size_t axis : {direction.right, direction.up}) {
-        if (std::abs(pole[axis]) <= largestCoordinate) DrawRuler(axis, pole[axis]);
-    }
-}
-
-/// The names of the axes, at the ends of the rulers.
-void View::DrawAxes() const {
-    constexpr const char* names[] = {"X", "Y", "Z"};
-    const PaperPoint right{cell.corner.x + cell.width - 4.5, cell.corner.y + cell.height - 1.8};
-    const PaperPoint up{cell.corner.x + 2.0, cell.corner.y + nameHeight + 1.0};
-    const std::string style = Stroked(inkColour, 0.25);
-    const auto draw = [&](const PaperPoint& from, const PaperPoint& tip, const PaperPoint& name, std::size_t axis) {
-        svg.Line(from, tip, style);
-        DrawArrowhead(svg, tip, from, 2.0, inkColour);
-        svg.Text(name, 2.6, names[axis], Attribute("font-weight", "bold"));
-    };
-    draw({right.x - axisLength + 2.0, right.y}, right, {right.x + 1.0, right.y + 0.9}, direction.right);
-    draw({up.x, up.y + axisLength - 2.0}, up, {up.x + 1.2, up.y + 2.2}, direction.up);
-}
-
-void View::DrawSphere() const {
-    const PaperPoint centre = At({0.0, 0.0, 0.0});
-    const double radius = ToPaper(plan.sphereRadius);
-    const double arm = radius + 2.0;
-    svg.Circle(centre, radius, Attribute("class", "sphere") + Filled("#e3e3e3") + Stroked(inkColour, 0.3));
-    svg.Line({centre.x - arm, centre.y}, {centre.x + arm, centre.y}, CentreLineStyle());
-    svg.Line({centre.x, centre.y - arm}, {centre.x, centre.y + arm}, CentreLineStyle());
-}
-
-void View::DrawSafeHeight() {
-    if (!plan.safeHeight || direction.up != 2) return;
-    const double y = At({0.0, 0.0, *plan.safeHeight}).y;
-    svg.Line({area.corner.x, y}, {area.corner.x + area.width, y}, CentreLineStyle());
-    svg.Text({area.corner.x + area.width, y - 0.6}, rulerText, "safe height",
-             Attribute("text-anchor", "end") + Filled(rulerColour));
-    balloons.Avoid({{area.corner.x + area.width - 11.0, y - 1.3}, {area.corner.x + area.width, y - 1.3}});
-}
-
-void View::DrawHead(const std::optional<DrawnHead>& head, const std::string& style) const {
-    if (!head) return;
-    const PaperPoint centre = At(head->centre);
-    const PaperPoint cup = At(head->driveCup);
-    svg.Line(centre, At(head->stylusEnd), style);
-    svg.Circle(At(head->stylusEnd), 0.6, Filled(paperColour) + style);
-    svg.Line(centre, cup, style);
-    for (const DrawnHead::Lever& lever : head->levers) {
-        svg.Line(At(lever.pivot), At(lever.ball), style);
-        svg.Circle(At(lever.pivot), 0.5, Filled(headColour));
-        svg.Circle(At(lever.ball), ToPaper(plan.ballRadius),
-                   Filled(paperColour) + Attribute("fill-opacity", "0.6") + style);
-    }
-    svg.Rectangle({cup.x - 1.1, cup.y - 1.1}, 2.2, 2.2, Filled(paperColour) + style);
-    svg.Circle(centre, 1.1, Filled(headColour));
-}
-
-void View::DrawMoves() {
-    for (const DrawnMove& move : plan.moves) {
-        if (move.way.empty()) continue;
-        const PaperWay way = WayOf(move);
-        const std::string number = std::to_string(move.index + 1);
-        svg.Way(way, Attribute("class", "move") + Attribute("data-move", number) + LineStyle(move.level));
-        balloons.Avoid(way);
-        constexpr double shortest = 0.8; // mm on paper; a shorter line is not seen
-        const double length = LengthOf(way);
-        if (length < shortest) {
-            const model::Vector3 whole = move.way.back() - move.way.front();
-            DrawPointOfWay(svg, way.front(), ToPaper(model::Dot(whole, direction.toViewer)), move.level);
-            continue;
-        }
-        const double arrow = std::min(3.0, length * 0.8);
-        const double back = (length - arrow) / length * placeOfNumber;
-        DrawArrowhead(svg, PointAlong(way, back + arrow / length), PointAlong(way, back), arrow, ColourOf(move.level));
-    }
-}
-
-void View::DrawBalloon(const PaperWay& line, const std::string& text, bool isHead) {
-    const Balloon balloon = balloons.Place(line);
-    svg.Line(balloon.anchor, balloon.centre, Stroked(inkColour, 0.12));
-    DrawBalloonText(svg, balloon.centre, text, isHead);
-}
-
-void View::NumberMoves() {
-    for (const DrawnMove& move : plan.moves) {
-        if (!move.way.empty()) DrawBalloon(WayOf(move), std::to_string(move.index + 1), false);
-    }
-}
-
-void View::NameHead(const std::optional<DrawnHead>& head, const char* name) {
-    if (head) DrawBalloon({At(head->centre)}, name, true);
-}
 
 } // namespace
 

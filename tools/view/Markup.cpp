@@ -21,19 +21,10 @@ std::string_view FirstCharacter(std::string_view text) {
 
 /// The character as markup writes it.
 std::string_view Written(std::string_view character) {
-    switch (character.front()) {
-    case '&':
-        return "&amp;";
-    case '<':
-        return "&lt;";
-    case '>':
-        return "&gt;";
-    case '"':
-        return "&quot;";
-    case '\'':
-        return "&#39;";
-    default:
-        break;
+    static constexpr std::pair<char, std::string_view> references[] = {
+        {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&#39;"}};
+    for (const auto& [plain, reference] : references) {
+        if (character.front() == plain) return reference;
     }
     const bool isControl = static_cast<unsigned char>(character.front()) < 0x20 || character.front() == 0x7F;
     const bool isNoCharacter = character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF"; // U+FFFE, U+FFFF

@@ -8,6 +8,7 @@ namespace qmv40::view {
 namespace {
 
 constexpr const char* installedPage = "share/qmv40/view.html";
+constexpr const char* pageMark = "<!-- qmv40/view page -->";
 
 } // namespace
 
@@ -25,5 +26,12 @@ std::string FindPageTemplate(const std::filesystem::path& programFolder) {
                                ". The page belongs to the tool: install or build it anew, or name it with --template. "
                                "--svg works without it"};
 }
+
+std::string MarkedPage(std::string page) {
+    constexpr std::string_view documentType{"<!DOCTYPE html>"};
+    return page.insert(page.starts_with(documentType) ? documentType.size() : 0, pageMark);
+}
+
+text::FileKind PageKind() { return text::KindMarked("a page of `qmv40 view`", pageMark); }
 
 } // namespace qmv40::view

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/text/OutputFile.h"
+
 #include <filesystem>
 #include <string>
 
@@ -8,5 +10,9 @@ namespace qmv40::view {
 /// The name of the installed template of the page. It is searched beside the folder of the program and in it. Throws
 /// InputError when it is in neither place.
 std::string FindPageTemplate(const std::filesystem::path& programFolder);
+
+/// The page with the mark of its kind. The mark comes after the document type, which browsers expect first.
+std::string MarkedPage(std::string page);
+text::FileKind PageKind();
 
 } // namespace qmv40::view

@@ -7,9 +7,9 @@
 #include "tools/plans/MovesJson.h"
 #include "tools/plans/TurnInWords.h"
 #include "tools/text/Numbers.h"
+#include "tools/text/Text.h"
 #include "tools/view/DrawnPlan.h"
 #include "tools/view/Markup.h"
-#include "tools/view/MoveLevel.h"
 
 #include <algorithm>
 #include <bit>
@@ -253,10 +253,8 @@ text::Json ViewDocument(const ViewedTour& view) {
 }
 
 std::string EmbeddedDocument(const text::Json& document) {
-    const std::string text = document.Dump();
-    std::string embedded;
-    for (const char c : text) embedded += c == '<' ? "\\u003c" : std::string(1, c);
-    return embedded;
+    static constexpr std::pair<char, std::string_view> escape[] = {{'<', "\\u003c"}};
+    return text::Replaced(document.Dump(), escape);
 }
 
 } // namespace qmv40::view

@@ -84,7 +84,7 @@ constexpr const char* validFile = "[HEADCENTRE]\nX=4.125000000e+02\nY=-1.7825000
                                   "[AlignmentOffset]\nRequiredRotationAroundZ=0.000000000e+00\n";
 
 /// The valid file with one text replaced.
-std::string With(const std::string& from, const std::string& to) {
+std::string FileWith(const std::string& from, const std::string& to) {
     std::string content = validFile;
     content.replace(content.find(from), from.size(), to);
     return content;
@@ -108,19 +108,20 @@ TEST_F(DoctorOfAGeometryFile, FindsMissingAndDoubtfulEntries) {
         const char* finding;
         const char* why;
     } cases[] = {
-        {With("Y=-1.782500000e+02\n", ""), "refused by the component", "\"[HEADCENTRE] Y\" is missing",
+        {FileWith("Y=-1.782500000e+02\n", ""), "refused by the component", "\"[HEADCENTRE] Y\" is missing",
          "a missing key"},
-        {With("[AlignmentOffset]\n", ""), "refused by the component",
+        {FileWith("[AlignmentOffset]\n", ""), "refused by the component",
          "\"[AlignmentOffset] RequiredRotationAroundZ\" is missing", "a missing section"},
-        {With("Z=-6.200000000e+02", "Z=999999999"), "refused by the component", "\"[SAFEPOSITION] Z\" is 999999999",
+        {FileWith("Z=-6.200000000e+02", "Z=999999999"), "refused by the component", "\"[SAFEPOSITION] Z\" is 999999999",
          "999999999 stands for a missing value"},
-        {With("4.125000000e+02", "left"), "loaded",
+        {FileWith("4.125000000e+02", "left"), "loaded",
          "\"[HEADCENTRE] X\" 'left' reads as 0: it does not begin with a number", "a word"},
-        {With("4.125000000e+02", "412,5"), "loaded", "'412,5' reads as 412: the decimal mark is a point",
+        {FileWith("4.125000000e+02", "412,5"), "loaded", "'412,5' reads as 412: the decimal mark is a point",
          "a decimal comma"},
-        {With("4.125000000e+02", "412.5 mm"), "loaded", "'412.5 mm' reads as 412.5", "a unit"},
-        {With("4.125000000e+02", ""), "loaded", "\"[HEADCENTRE] X\" '' reads as 0", "an empty value"},
-        {With("-6.550000000e+02", "nan"), "loaded", "'nan' reads as nan, which is no length or angle", "not a number"},
+        {FileWith("4.125000000e+02", "412.5 mm"), "loaded", "'412.5 mm' reads as 412.5", "a unit"},
+        {FileWith("4.125000000e+02", ""), "loaded", "\"[HEADCENTRE] X\" '' reads as 0", "an empty value"},
+        {FileWith("-6.550000000e+02", "nan"), "loaded", "'nan' reads as nan, which is no length or angle",
+         "not a number"},
         {"", "refused by the component", "\"[HEADCENTRE] X\" is missing", "an empty file"},
         {std::string("\xEF\xBB\xBF") + validFile, "loaded", "The file begins with a UTF-8 byte-order mark",
          "Windows reads the mark as part of the first line"},
@@ -140,13 +141,13 @@ TEST_F(DoctorOfAGeometryFile, ListsEntriesThatAreIgnored) {
         const char* ignored;
         const char* why;
     } cases[] = {
-        {With("Z=-6.200000000e+02", "Z=-500"),
+        {FileWith("Z=-6.200000000e+02", "Z=-500"),
          "[SAFEPOSITION] Z -500: the safe height is always the head centre's Z + 35, -620", "another safe height"},
-        {With("[AlignmentOffset]\n", "[AlignmentOffset]\nOperator=7\n"), "line 10: 'Operator' in [AlignmentOffset]",
+        {FileWith("[AlignmentOffset]\n", "[AlignmentOffset]\nOperator=7\n"), "line 10: 'Operator' in [AlignmentOffset]",
          "a key that the format does not have"},
         {std::string(validFile) + "[Notes]\nA=1\n", "line 11: section [Notes]",
          "a section that the format does not have"},
-        {With("X=4.125000000e+02\n", "X=4.125000000e+02\nX=1\n"), "line 3: a second [HEADCENTRE] X", "a key twice"},
+        {FileWith("X=4.125000000e+02\n", "X=4.125000000e+02\nX=1\n"), "line 3: a second [HEADCENTRE] X", "a key twice"},
         {std::string(validFile) + "[headcentre]\nX=1\n", "line 11: a second [headcentre]", "a section twice"},
     };
     for (const auto& each : cases) {
@@ -168,7 +169,7 @@ TEST_F(DoctorOfAGeometryFile, ReportsThatItIsMissing) {
 }
 
 TEST_F(DoctorOfAGeometryFile, PrintsTheNumbersAndTheDoubtfulTexts) {
-    const std::string file = folder.Write("head.ini", With("4.125000000e+02", "412,5"));
+    const std::string file = folder.Write("head.ini", FileWith("4.125000000e+02", "412,5"));
     const ToolRun run = RunQmv40({"doctor", "--geometry", file});
     EXPECT_EQ(4, run.exitCode);
     EXPECT_THAT(run.out, HasSubstr("Geometry file\n  " + file + ": loaded\n  [HEADCENTRE] X = 412  \"412,5\"\n"));

@@ -17,25 +17,17 @@ using testing::StartsWith;
 constexpr double plainSafeHeight = -620.0; // of the plain scenario: 35 mm above the pole at Z -655
 constexpr double printedPrecision = 1e-6;
 
-class ExportCommand : public testing::Test {
+class ExportCommand : public testing::Test, protected PlainHead {
 protected:
-    ToolRun Export(const std::string& format, std::vector<std::string> more = {}) const {
-        more.insert(more.begin(), {"export", "--geometry", geometry, "--format", format});
-        return RunQmv40(std::move(more));
+    ToolRun Export(const std::string& format, const std::vector<std::string>& more = {}) const {
+        return RunTool("export", With({"--format", format}, more));
     }
-    std::string Text(const std::string& format, std::vector<std::string> more = {}) const {
-        more.insert(more.begin(), {"--from", "0,0", "--to", "45,90", "--to", "15,-30"});
-        const ToolRun run = Export(format, std::move(more));
+    std::string Text(const std::string& format, const std::vector<std::string>& more = {}) const {
+        const ToolRun run = Export(format, With({"--from", "0,0", "--to", "45,90", "--to", "15,-30"}, more));
         EXPECT_EQ(0, run.exitCode) << run.err;
         return run.out;
     }
-    Json Plans() const {
-        return RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "45,90", "--to", "15,-30", "--json"})
-            .Document()["plans"];
-    }
-
-    const TemporaryFolder folder;
-    const std::string geometry = PlainGeometryFile(folder);
+    Json Plans() const { return PlansThrough({"0,0", "45,90", "15,-30"}); }
 };
 
 std::vector<model::Vector3> EndsOf(const std::vector<Part>& parts) {
@@ -134,12 +126,9 @@ TEST_F(ExportCommand, WritesChordsForArcsOutsideTheMachinesPlanes) {
 }
 
 TEST_F(ExportCommand, WritesATurnOf360Degrees) {
-    const std::vector<std::string> turn{"--from", "90,-180", "--to", "90,180"};
-    const Program program = ReadGcode(Export("gcode", turn).out);
+    const Program program = ReadGcode(Export("gcode", {"--from", "90,-180", "--to", "90,180"}).out);
     ASSERT_EQ(3u, program.at({1, 10}).size());
-    const Json plans =
-        RunQmv40({"move", "--geometry", geometry, "--from", "90,-180", "--to", "90,180", "--json"}).Document()["plans"];
-    EXPECT_EQ("", DifferenceFromPlans(program, plans, 0.01));
+    EXPECT_EQ("", DifferenceFromPlans(program, PlansThrough({"90,-180", "90,180"}), 0.01));
 }
 
 TEST_F(ExportCommand, ApproachesTheFirstPlanFromTheSafeHeight) {
@@ -203,8 +192,8 @@ TEST_F(ExportCommand, ReadsATourFromAFile) {
 }
 
 TEST_F(ExportCommand, WritesNothingWhenAPlanHasFindings) {
-    Json plan = RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "45,90", "--json"}).Document();
-    plan = Edited(plan, [](Json& records) { records["UnLock"]["RotationAngle"] = -120.0; });
+    const Json plan = Edited(Document("move", {"--from", "0,0", "--to", "45,90"}),
+                             [](Json& records) { records["UnLock"]["RotationAngle"] = -120.0; });
     const std::string file = folder.Write("plan.json", plan.dump());
     const std::string output = folder.Name("program.ngc");
     const ToolRun refused = Export("gcode", {"--plan", file, "--output", output});
@@ -217,8 +206,8 @@ TEST_F(ExportCommand, WritesNothingWhenAPlanHasFindings) {
 }
 
 TEST_F(ExportCommand, RefusesAPlanWithAnAngleThatIsNoNumber) {
-    Json plan = RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "45,90", "--json"}).Document();
-    plan = Edited(plan, [](Json& records) { records["UnLock"]["RotationAngle"] = nullptr; });
+    const Json plan = Edited(Document("move", {"--from", "0,0", "--to", "45,90"}),
+                             [](Json& records) { records["UnLock"]["RotationAngle"] = nullptr; });
     const ToolRun run = Export("points", {"--plan", folder.Write("plan.json", plan.dump()), "--force"});
     EXPECT_EQ(3, run.exitCode);
     EXPECT_THAT(run.err, HasSubstr("plan 1: UnLock has a number that is none"));

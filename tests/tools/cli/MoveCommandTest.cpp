@@ -24,12 +24,6 @@ std::vector<std::string> MoveArguments(const std::string& geometry, const std::s
     return arguments;
 }
 
-Json PlansOf(const std::vector<std::string>& arguments) {
-    const ToolRun run = RunQmv40(arguments);
-    EXPECT_EQ(0, run.exitCode) << run.out << run.err;
-    return run.Document()["plans"];
-}
-
 /// The numbers of a member, each after a comma. Missing numbers are empty fields; the result has `count` fields.
 std::string CsvFields(const Json& document, const char* member, std::size_t count) {
     if (!document.contains(member)) return std::string(count, ',');
@@ -44,11 +38,7 @@ std::string CsvRow(std::size_t plan, const Json& move) {
            CsvFields(move, "start", 3) + CsvFields(move, "end", 3);
 }
 
-class MoveCommand : public testing::Test {
-protected:
-    const TemporaryFolder folder;
-    const std::string geometry = PlainGeometryFile(folder);
-};
+class MoveCommand : public testing::Test, protected PlainHead {};
 
 TEST_F(MoveCommand, PrintsThe19MovesInOrderWithTheirFields) {
     const Json document = RunQmv40(MoveArguments(geometry, "0,0", {"45,90"}, {"--json"})).Document();
@@ -100,7 +90,7 @@ TEST_F(MoveCommand, PlansTheMovesOfTheHeadThatWasCaptured) {
     // Worked out by hand from the pole sphere at (412.5, -178.25, -655) and the built-in dimensions: drive cup
     // (-6.95, 24, -11.5), lever centre (+-30.3, 0, -32.25), ball (0, -+19.3, -4.3). The lever side is 0 at (0, 0),
     // because B = 0 counts as negative, and also at (45, 90).
-    const Json moves = RecordsOf(PlansOf(MoveArguments(geometry, "0,0", {"45,90"}, {"--json"}))[0]["moves"]);
+    const Json moves = RecordsOf(PlansThrough({"0,0", "45,90"})[0]["moves"]);
     const struct {
         const char* move;
         std::vector<double> numbers;
@@ -133,7 +123,7 @@ TEST_F(MoveCommand, PrintsTheComponentsNumbersToTheLastBit) {
     calculator.LoadHeadGeometry(geometry);
     calculator.SetCurrentHeadPosition({15.0, -75.0});
     const RequiredMoves planned = calculator.CalculateMove({60.0, 165.0});
-    const Json moves = RecordsOf(PlansOf(MoveArguments(geometry, "15,-75", {"60,165"}, {"--json"}))[0]["moves"]);
+    const Json moves = RecordsOf(PlansThrough({"15,-75", "60,165"})[0]["moves"]);
     const double* number = &planned.ApproachUnLockLever.XPosition;
     for (const auto& move : moves.items()) {
         for (const auto& field : move.value().items()) {
@@ -145,23 +135,23 @@ TEST_F(MoveCommand, PrintsTheComponentsNumbersToTheLastBit) {
 }
 
 TEST_F(MoveCommand, KeepsTheSignOfAZeroAngle) {
-    const Json moves = RecordsOf(PlansOf(MoveArguments(geometry, "0,0", {"0,90"}, {"--json"}))[0]["moves"]);
+    const Json moves = RecordsOf(PlansThrough({"0,0", "0,90"})[0]["moves"]);
     EXPECT_TRUE(std::signbit(moves["MoveToAPosition"]["RotationAngle"].get<double>()));
     EXPECT_FALSE(std::signbit(moves["IntermediateAPosition"]["RotationAngle"].get<double>()));
 }
 
 TEST_F(MoveCommand, StartsEachPlanOfATourWhereTheOneBeforeEnded) {
-    const Json tour = PlansOf(MoveArguments(geometry, "0,0", {"45,-90", "90,180", "0,0"}, {"--json"}));
+    const Json tour = PlansThrough({"0,0", "45,-90", "90,180", "0,0"});
     ASSERT_EQ(3u, tour.size());
     const char* const stops[] = {"0,0", "45,-90", "90,180", "0,0"};
     for (std::size_t i = 0; i < tour.size(); ++i) {
-        const Json single = PlansOf(MoveArguments(geometry, stops[i], {stops[i + 1]}, {"--json"}));
+        const Json single = PlansThrough({stops[i], stops[i + 1]});
         EXPECT_EQ(single[0].dump(), tour[i].dump()) << "plan " << i + 1;
     }
 }
 
 TEST_F(MoveCommand, ShowsTheTargetThatTheComponentRoundedTo) {
-    const Json tour = PlansOf(MoveArguments(geometry, "0,0", {"45.4,-89.6", "0,0"}, {"--json"}));
+    const Json tour = PlansThrough({"0,0", "45.4,-89.6", "0,0"});
     EXPECT_EQ(R"({"A":45.0,"B":-90.0})", tour[0]["to"].dump());
     EXPECT_EQ(R"({"A":45.0,"B":-90.0})", tour[1]["from"].dump());
 }
@@ -197,7 +187,7 @@ TEST_F(MoveCommand, RefusesATargetThatTheHeadCannotReach) {
 }
 
 TEST_F(MoveCommand, BeginsEveryMoveWhereTheOneBeforeEnded) {
-    const Json moves = PlansOf(MoveArguments(geometry, "15,-75", {"60,165"}, {"--json"}))[0]["moves"];
+    const Json moves = PlansThrough({"15,-75", "60,165"})[0]["moves"];
     EXPECT_FALSE(moves[0].contains("start")) << "the position before the plan is not known";
     for (std::size_t i = 1; i < moves.size(); ++i) {
         EXPECT_EQ(moves[i - 1]["end"].dump(), moves[i]["start"].dump()) << moves[i]["name"];
@@ -209,7 +199,7 @@ TEST_F(MoveCommand, EndsTheIndexingWithTheCupOnThePegAtTheTarget) {
     // turned right-handed about -X by A = 60 and then about Z by B = 90.
     const double tiltedY = 24.0 * std::cos(Radians(60.0)) - 11.5 * std::sin(Radians(60.0));
     const double tiltedZ = -11.5 * std::cos(Radians(60.0)) - 24.0 * std::sin(Radians(60.0));
-    const Json moves = PlansOf(MoveArguments(geometry, "15,-75", {"60,90"}, {"--json"}))[0]["moves"];
+    const Json moves = PlansThrough({"15,-75", "60,90"})[0]["moves"];
     const Json end = moves[10]["end"];
     EXPECT_NEAR(412.5 + tiltedY, end["X"].get<double>(), roundedCapture.length);
     EXPECT_NEAR(-178.25 + 6.95, end["Y"].get<double>(), roundedCapture.length);
@@ -232,14 +222,8 @@ TEST_F(MoveCommand, PrintsNoPlanWhenOneOfTheTourIsRefused) {
 }
 
 TEST_F(MoveCommand, PrintsOneCsvRowPerMove) {
-    const std::vector<std::string> tour = MoveArguments(geometry, "0,0", {"45,90", "15,-30"});
-    std::vector<std::string> asCsv = tour;
-    asCsv.push_back("--csv");
-    std::vector<std::string> asJson = tour;
-    asJson.push_back("--json");
-    const Json plans = PlansOf(asJson);
-
-    std::istringstream lines(RunQmv40(asCsv).out);
+    const Json plans = PlansThrough({"0,0", "45,90", "15,-30"});
+    std::istringstream lines(RunQmv40(MoveArguments(geometry, "0,0", {"45,90", "15,-30"}, {"--csv"})).out);
     std::string line;
     std::getline(lines, line);
     EXPECT_EQ("Plan,Move,Name,Kind,X,Y,Z,i,j,k,RotationAngle,StartX,StartY,StartZ,EndX,EndY,EndZ", line);
@@ -306,13 +290,10 @@ TEST_F(MoveCommand, UsesColoursInTheTableOnly) {
 }
 
 TEST_F(MoveCommand, ReadsAndWritesTheSameNumbersInEveryLocale) {
-    const std::vector<std::string> formats{"--json", "--csv", ""};
     const auto everything = [&] {
         std::string all;
-        for (const std::string& format : formats) {
-            std::vector<std::string> arguments = MoveArguments(geometry, "0,0", {"45,90"});
-            if (!format.empty()) arguments.push_back(format);
-            all += RunQmv40(arguments).out;
+        for (const std::vector<std::string>& format : {std::vector<std::string>{"--json"}, {"--csv"}, {}}) {
+            all += RunTool("move", With({"--from", "0,0", "--to", "45,90"}, format)).out;
         }
         return all + RunQmv40(LoadScenario("captured-at-b45").GeometryArguments()).out;
     };

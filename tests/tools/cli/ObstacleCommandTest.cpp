@@ -1,8 +1,15 @@
 #include "tests/tools/cli/ToolRun.h"
+#include "tools/check/AllPairs.h"
+#include "tools/check/HeadFile.h"
+#include "tools/check/obstacles/ObstacleFile.h"
+#include "tools/settings/GeometryFile.h"
 
 #include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sstream>
+
+using namespace qmv40;
 
 namespace {
 
@@ -12,38 +19,32 @@ using testing::IsEmpty;
 
 constexpr double stylusLength = 120.0;
 
-using Point = std::vector<double>;
+using Point = model::Vector3;
 
-Point PointOf(const Json& vector) { return vector.get<Point>(); }
-
-Point Shifted(Point point, const Point& by, double factor = 1.0) {
-    for (std::size_t i = 0; i < 3; ++i) point[i] += factor * by[i];
-    return point;
+Point PointOf(const Json& vector) {
+    return {vector[0].get<double>(), vector[1].get<double>(), vector[2].get<double>()};
 }
 
 /// A point of a part of the head, at a sample of the document of `qmv40 view`.
 Point PlaceOf(const std::string& part, const Json& sample, const Json& document) {
     const Point at = PointOf(sample["at"]);
     if (part == "drive cup") return PointOf(sample["cup"]);
-    if (part == "stylus tip") return Shifted(at, PointOf(sample["stylus"]), stylusLength);
-    if (part == "stylus") return Shifted(at, PointOf(sample["stylus"]), 0.5 * stylusLength);
-    if (part == "plus lever") return Shifted(at, PointOf(document["levers"][0]["pivot"]));
-    if (part == "minus lever") return Shifted(at, PointOf(document["levers"][1]["pivot"]));
-    return Shifted(at, {0.0, 0.0, part == "body" ? 100.0 : 0.0});
+    if (part == "stylus tip") return at + stylusLength * PointOf(sample["stylus"]);
+    if (part == "stylus") return at + 0.5 * stylusLength * PointOf(sample["stylus"]);
+    if (part == "plus lever") return at + PointOf(document["levers"][0]["pivot"]);
+    if (part == "minus lever") return at + PointOf(document["levers"][1]["pivot"]);
+    return at + Point{0.0, 0.0, part == "body" ? 100.0 : 0.0};
 }
 
-class ObstacleCommand : public testing::Test {
+class ObstacleCommand : public testing::Test, protected PlainHead {
 protected:
-    ToolRun Check(std::vector<std::string> more) const {
-        more.insert(more.begin(), {"check", "--geometry", geometry});
-        return RunQmv40(std::move(more));
-    }
+    ToolRun Check(const std::vector<std::string>& more) const { return RunTool("check", more); }
 
     /// An obstacle: a box with sides of 0.2 mm about a point.
     static Json Pin(const std::string& name, const Point& centre) {
         return {{"name", name},
                 {"shape", "box"},
-                {"centre", {{"X", centre[0]}, {"Y", centre[1]}, {"Z", centre[2]}}},
+                {"centre", {{"X", centre.x}, {"Y", centre.y}, {"Z", centre.z}}},
                 {"size", {{"X", 0.2}, {"Y", 0.2}, {"Z", 0.2}}}};
     }
     std::string Obstacles(const Json& list) const {
@@ -52,8 +53,6 @@ protected:
     }
     std::string PinAt(const Point& centre) const { return Obstacles(Json::array({Pin("pin", centre)})); }
 
-    const TemporaryFolder folder;
-    const std::string geometry = PlainGeometryFile(folder);
     const std::vector<std::string> plan{"--from", "30,-45", "--to", "45,90", "--stylus", "120", "--json"};
 };
 
@@ -68,13 +67,9 @@ std::vector<std::string> TouchesOf(const Json& report) {
 }
 
 TEST_F(ObstacleCommand, FindsABoxInTheWayOfEachPartInEachMove) {
-    std::vector<std::string> view{"view", "--geometry", geometry};
-    view.insert(view.end(), plan.begin(), plan.end());
-    const Json document = RunQmv40(view).Document();
+    const Json document = RunTool("view", plan).Document();
     const Json& moves = document["plans"][0]["moves"];
     ASSERT_EQ(19u, moves.size());
-    std::vector<std::string> withBox = plan;
-    withBox.insert(withBox.end(), {"--obstacles", ""});
     const char* const parts[] = {"body", "joint", "drive cup", "plus lever", "minus lever", "stylus", "stylus tip"};
     for (std::size_t i = 0; i < moves.size(); ++i) {
         const Json& samples = moves[i]["samples"];
@@ -82,8 +77,7 @@ TEST_F(ObstacleCommand, FindsABoxInTheWayOfEachPartInEachMove) {
         Json pins = Json::array();
         for (const char* const part : parts)
             pins.push_back(Pin(std::string("pin of ") + part, PlaceOf(part, onTheWay, document)));
-        withBox.back() = Obstacles(pins);
-        const ToolRun run = Check(withBox);
+        const ToolRun run = Check(With(plan, {"--obstacles", Obstacles(pins)}));
         EXPECT_EQ(4, run.exitCode);
         const std::vector<std::string> touches = TouchesOf(run.Document());
         for (const std::string part : parts) {
@@ -93,11 +87,9 @@ TEST_F(ObstacleCommand, FindsABoxInTheWayOfEachPartInEachMove) {
 }
 
 TEST_F(ObstacleCommand, PrintsTheClearanceOfEachPartToEachObstacle) {
-    std::vector<std::string> arguments = plan;
     // The box and the table are far below all parts: every clearance is positive.
-    arguments.insert(arguments.end(), {"--obstacles", PinAt({412.5, -178.25, -2000.0}), "--table", "-1000",
-                                       "--body-diameter", "30", "--joint-diameter", "30"});
-    const ToolRun run = Check(arguments);
+    const ToolRun run = Check(With(plan, {"--obstacles", PinAt({412.5, -178.25, -2000.0}), "--table", "-1000",
+                                          "--body-diameter", "30", "--joint-diameter", "30"}));
     EXPECT_EQ(0, run.exitCode) << run.out;
     const Json report = run.Document();
     const Json& first = report["plans"][0]["moves"][0]["clearances"];
@@ -152,24 +144,34 @@ TEST_F(ObstacleCommand, FindsTheTableUnderALongStylus) {
 TEST_F(ObstacleCommand, ChecksAllPairsAsItChecksSinglePlans) {
     // A box lower than the levers, beside the path of the head round the pole.
     const std::string box = PinAt({412.5 + 45.0, -178.25 + 10.0, -655.0 - 80.0});
-    const std::vector<std::string> around{"--stylus", "120", "--obstacles", box, "--json"};
-    std::vector<std::string> arguments{"--all", "--reachable"};
-    arguments.insert(arguments.end(), around.begin(), around.end());
-    const Json all = Check(arguments).Document();
-    EXPECT_GT(4000, all["differentMoves"].get<int>()) << "many plans have a move in common";
+    check::CheckOptions options;
+    options.scene.parts.stylus = check::Stylus{.length = stylusLength};
+    options.scene.obstacles = check::obstacles::ReadObstacles(box);
+    // Some of the positions: the pairs of all take ten seconds.
+    std::vector<model::HeadAngles> positions = check::HeadPositions(0);
+    std::erase_if(positions, [](const auto& each) { return std::fmod(each.b, 60.0) != 0.0; });
+    const model::HeadModel head = check::HeadModelOf(settings::GeometryFile(geometry).Numbers());
+    std::ostringstream nowhere;
+    const check::AllPairs pairs =
+        check::CheckAllPairs(geometry, head, options, positions, text::Console{nowhere, nowhere});
+    EXPECT_GT(pairs.Pairs() * 19 / 4, pairs.differentMoves) << "many plans have a move in common";
+    const Json all = Json::parse(check::AllPairsJson(pairs, options).Dump());
+    int compared = 0;
     for (const Json& worst : all["worst"]["clearances"]) {
         if (worst["obstacle"] != "pin") continue;
         const auto angles = [](const Json& at) {
             return std::to_string(at["A"].get<double>()) + "," + std::to_string(at["B"].get<double>());
         };
-        arguments = {"--from", angles(worst["from"]), "--to", angles(worst["to"])};
-        arguments.insert(arguments.end(), around.begin(), around.end());
-        const Json alone = Check(arguments).Document()["plans"][0]["moves"][worst["move"].get<std::size_t>() - 1];
+        const Json report = Document("check", {"--from", angles(worst["from"]), "--to", angles(worst["to"]), "--stylus",
+                                               "120", "--obstacles", box});
+        const Json& alone = report["plans"][0]["moves"][worst["move"].get<std::size_t>() - 1];
         for (const Json& each : alone["clearances"]) {
             if (each["obstacle"] != "pin" || each["part"] != worst["part"]) continue;
             EXPECT_NEAR(each["clearance"].get<double>(), worst["value"].get<double>(), 0.0201) << worst.dump();
+            ++compared;
         }
     }
+    EXPECT_EQ(7, compared) << "the parts of the head";
 }
 
 } // namespace

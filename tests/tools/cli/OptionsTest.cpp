@@ -19,11 +19,9 @@ std::string GeometryWith(const std::string& from, const std::string& to) {
 
 class GeometryOption : public testing::Test {
 protected:
-    ToolRun Run(std::vector<std::string> arguments, const std::string& content,
-                std::vector<std::string> more = {}) const {
-        arguments.insert(arguments.end(), {"--geometry", folder.Write("head.ini", content)});
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        return RunQmv40(arguments);
+    ToolRun Run(const std::vector<std::string>& arguments, const std::string& content,
+                const std::vector<std::string>& more = {}) const {
+        return RunQmv40(With(With(arguments, {"--geometry", folder.Write("head.ini", content)}), more));
     }
 
     const TemporaryFolder folder;
@@ -34,7 +32,6 @@ protected:
         {"start", "--from", "0,0"},
         {"pole"},
         {"check", "--from", "0,0", "--to", "45,90"},
-        {"check", "--all", "--reachable"},
         {"view", "--from", "0,0", "--to", "45,90", "--svg", folder.Name("plan.svg")},
         {"export", "--from", "0,0", "--to", "45,90", "--format", "points"},
         {"where", "--at", "0,0", "--tip", "0,0,-180"},

@@ -2,7 +2,6 @@
 
 #include "tools/text/Numbers.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
 
@@ -15,30 +14,25 @@ std::string PositionArgument(const Json& point) {
            text::ExactText(point["Z"].get<double>());
 }
 
-class RecoverCommand : public testing::Test {
+class RecoverCommand : public testing::Test, protected PlainHead {
 protected:
-    std::vector<std::string> Arguments(const std::string& standing, const std::vector<std::string>& more = {}) const {
-        std::vector<std::string> arguments{"recover", "--geometry", geometry,     "--from", "30,45",
-                                           "--to",    "75,-120",    "--standing", standing};
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        return arguments;
+    ToolRun Recover(const std::string& standing, const std::vector<std::string>& more = {},
+                    const std::string& command = "recover") const {
+        return RunTool(command, With({"--from", "30,45", "--to", "75,-120", "--standing", standing}, more));
+    }
+    /// Both ways on the page of `qmv40 view`.
+    ToolRun View(const std::string& standing, const std::vector<std::string>& more) const {
+        return Recover(standing, With({"--recover"}, more), "view");
     }
     /// The machine position at the end of a move of the plan, as an argument.
     std::string EndOf(std::size_t number) const { return PositionArgument(moves[number - 1]["end"]); }
-    std::string JournalWith(const std::string& content) const {
-        const std::string name = folder.Name("journal.txt");
-        std::ofstream(name, std::ios::binary) << content;
-        return name;
-    }
+    std::string JournalWith(const std::string& content) const { return folder.Write("journal.txt", content); }
 
-    const TemporaryFolder folder;
-    const std::string geometry = PlainGeometryFile(folder);
-    const Json moves = RunQmv40({"move", "--geometry", geometry, "--from", "30,45", "--to", "75,-120", "--json"})
-                           .Document()["plans"][0]["moves"];
+    const Json moves = PlansThrough({"30,45", "75,-120"})[0]["moves"];
 };
 
 TEST_F(RecoverCommand, PrintsStateAnglesAndBothWaysFromTheStop) {
-    const ToolRun run = RunQmv40(Arguments(EndOf(9), {"--after", "9", "--json"}));
+    const ToolRun run = Recover(EndOf(9), {"--after", "9", "--json"});
     EXPECT_EQ(0, run.exitCode) << run.err;
     const Json document = run.Document();
     std::vector<std::string> members;
@@ -51,8 +45,7 @@ TEST_F(RecoverCommand, PrintsStateAnglesAndBothWaysFromTheStop) {
     EXPECT_EQ(Json({10}), document["stoppedIn"]);
     EXPECT_NEAR(0.0, document["A"].get<double>(), 1e-6);
     EXPECT_NEAR(45.0, document["B"].get<double>(), 1e-6);
-    const Json home = RunQmv40({"move", "--geometry", geometry, "--from", "30,45", "--to", "30,45", "--json"})
-                          .Document()["plans"][0]["moves"];
+    const Json home = PlansThrough({"30,45", "30,45"})[0]["moves"];
     for (const auto& [name, end] : {std::pair{"finish", moves[18]["end"]}, std::pair{"backOut", home[18]["end"]}}) {
         const Json& way = document[name];
         EXPECT_EQ("", DifferenceBetween(moves[8]["end"], way[0]["start"], 0.0)) << name;
@@ -63,7 +56,7 @@ TEST_F(RecoverCommand, PrintsStateAnglesAndBothWaysFromTheStop) {
 }
 
 TEST_F(RecoverCommand, SaysWhatToInspectWhenTwoStatesFit) {
-    const ToolRun run = RunQmv40(Arguments(EndOf(8), {"--json"}));
+    const ToolRun run = Recover(EndOf(8), {"--json"});
     EXPECT_EQ(4, run.exitCode);
     const Json document = run.Document();
     EXPECT_EQ("unknown", document["state"]);
@@ -77,19 +70,19 @@ TEST_F(RecoverCommand, SaysWhatToInspectWhenTwoStatesFit) {
 
 TEST_F(RecoverCommand, ReadsTheMoveFromAJournal) {
     const std::string line = "before 12 from 30,45 to 75,-120;\n";
-    const ToolRun complete = RunQmv40(Arguments(EndOf(11), {"--json", "--journal", JournalWith(line)}));
+    const ToolRun complete = Recover(EndOf(11), {"--json", "--journal", JournalWith(line)});
     EXPECT_EQ("indexed", complete.Document()["state"]);
-    const ToolRun torn = RunQmv40(Arguments(EndOf(12), {"--json", "--journal", JournalWith(line + "after 12 fr")}));
+    const ToolRun torn = Recover(EndOf(12), {"--json", "--journal", JournalWith(line + "after 12 fr")});
     EXPECT_EQ(Json({13}), torn.Document()["stoppedIn"]) << "the torn line says that move 12 had ended";
     EXPECT_NE(std::string::npos, torn.err.find("the last line is torn")) << torn.err;
-    const ToolRun jogged = RunQmv40(Arguments(EndOf(14), {"--json", "--journal", JournalWith(line)}));
+    const ToolRun jogged = Recover(EndOf(14), {"--json", "--journal", JournalWith(line)});
     EXPECT_EQ("unknown", jogged.Document()["state"]);
     EXPECT_NE(std::string::npos, jogged.Document()["why"].get<std::string>().find("mm off"));
 }
 
 TEST_F(RecoverCommand, RefusesAJournalOfAnotherPlan) {
     const std::string name = JournalWith("before 12 from 30,45 to 75,120;\n");
-    const ToolRun run = RunQmv40(Arguments(EndOf(11), {"--json", "--journal", name}));
+    const ToolRun run = Recover(EndOf(11), {"--json", "--journal", name});
     EXPECT_EQ(3, run.exitCode);
     EXPECT_EQ(name, run.Document()["error"]["file"]);
     EXPECT_EQ(1, run.Document()["error"]["line"]);
@@ -106,19 +99,18 @@ TEST_F(RecoverCommand, RefusesWrongMovesAndPositions) {
                  {{"--during", "3", "--journal", "run.txt"}, "the move comes from --during or from a journal"},
                  {{"--position-error", "0"}, "no position is exact"},
                  {{"--to", "0,0"}, "two targets"}};
-    for (const auto& each : cases) EXPECT_EQ(2, RunQmv40(Arguments("0,0,0", each.more)).exitCode) << each.why;
-    for (const char* standing : {"1,2", "1,2,3,4", "1,2,x", ""})
-        EXPECT_EQ(2, RunQmv40(Arguments(standing)).exitCode) << standing;
+    for (const auto& each : cases) EXPECT_EQ(2, Recover("0,0,0", each.more).exitCode) << each.why;
+    for (const char* standing : {"1,2", "1,2,3,4", "1,2,x", ""}) EXPECT_EQ(2, Recover(standing).exitCode) << standing;
 }
 
 TEST_F(RecoverCommand, PrintsTheStateFirstInLinesOf100Letters) {
     for (const std::size_t number : {1u, 3u, 8u, 10u, 16u, 18u, 19u}) {
-        const ToolRun run = RunQmv40(Arguments(EndOf(number)));
+        const ToolRun run = Recover(EndOf(number));
         EXPECT_TRUE(run.out.starts_with("State: ")) << run.out;
         std::istringstream lines(run.out);
         for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100u) << line;
     }
-    const std::string text = RunQmv40(Arguments(EndOf(10), {"--after", "10"})).out;
+    const std::string text = Recover(EndOf(10), {"--after", "10"}).out;
     for (const char* expected :
          {"State: on-peg\n", "\nFinish, locked at A 75, B -120 (deg)\n", "\nBack out, locked at A 30, B 45 (deg)\n",
           "SetCurrentHeadPosition(75, -120)", "SetCurrentHeadPosition(30, 45)"}) {
@@ -127,38 +119,28 @@ TEST_F(RecoverCommand, PrintsTheStateFirstInLinesOf100Letters) {
 }
 
 TEST_F(RecoverCommand, GivesBothWaysToThePageOfView) {
-    std::vector<std::string> arguments = Arguments(EndOf(16), {"--after", "16", "--recover", "--json"});
-    arguments.front() = "view";
-    const ToolRun run = RunQmv40(arguments);
+    const ToolRun run = View(EndOf(16), {"--after", "16", "--json"});
     EXPECT_EQ(0, run.exitCode) << run.err;
     EXPECT_TRUE(run.err.starts_with("State: indexed. ")) << run.err;
     const Json document = run.Document();
     EXPECT_EQ("plain.ini: stopped, indexed. 1 finish, 2 back out", document["title"]);
     ASSERT_EQ(2u, document["plans"].size());
-    const Json recovered = RunQmv40(Arguments(EndOf(16), {"--after", "16", "--json"})).Document();
+    const Json recovered = Recover(EndOf(16), {"--after", "16", "--json"}).Document();
     EXPECT_EQ(recovered["finish"].size(), document["plans"][0]["moves"].size());
     EXPECT_EQ(recovered["backOut"].size(), document["plans"][1]["moves"].size());
-    arguments.back() = "--plan";
-    EXPECT_EQ(2, RunQmv40(arguments).exitCode);
-    EXPECT_EQ(
-        2, RunQmv40({"view", "--geometry", geometry, "--from", "0,0", "--to", "0,0", "--standing", "1,2,3"}).exitCode)
-        << "--standing needs --recover";
+    EXPECT_EQ(2, View(EndOf(16), {"--after", "16", "--plan"}).exitCode);
+    EXPECT_EQ(2, Recover("1,2,3", {}, "view").exitCode) << "--standing needs --recover";
 }
 
 TEST_F(RecoverCommand, GivesThePageClearancesToStylusAndTable) {
-    std::vector<std::string> arguments =
-        Arguments(EndOf(16), {"--after", "16", "--recover", "--json", "--stylus", "100", "--table", "-900"});
-    arguments.front() = "view";
-    const Json document = RunQmv40(arguments).Document();
+    const Json document = View(EndOf(16), {"--after", "16", "--json", "--stylus", "100", "--table", "-900"}).Document();
     for (const Json& plan : document["plans"]) {
         EXPECT_EQ("stylus", plan["moves"].back()["nearest"]["part"].get<std::string>().substr(0, 6));
     }
 }
 
 TEST_F(RecoverCommand, IsNotShownAsClearWhenTheStateIsUnknown) {
-    std::vector<std::string> arguments = Arguments("1,2,3", {"--recover", "--json"});
-    arguments.front() = "view";
-    const ToolRun run = RunQmv40(arguments);
+    const ToolRun run = View("1,2,3", {"--json"});
     EXPECT_EQ(4, run.exitCode);
     const Json document = run.Document();
     EXPECT_FALSE(document["verdict"]["clear"].get<bool>());

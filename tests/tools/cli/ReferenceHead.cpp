@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <random>
 
 using namespace qmv40;
 
@@ -28,10 +29,9 @@ std::string CaptureText(const Json& rows) {
     return text;
 }
 
-std::vector<std::string> WithSettings(std::vector<std::string> arguments, const std::string& settings) {
-    if (!settings.empty()) arguments.insert(arguments.end(), {"--settings", settings});
-    arguments.push_back("--json");
-    return arguments;
+std::vector<std::string> WithSettings(const std::vector<std::string>& arguments, const std::string& settings) {
+    if (settings.empty()) return With(arguments, {"--json"});
+    return With(arguments, {"--settings", settings, "--json"});
 }
 
 Json DocumentOf(const std::vector<std::string>& arguments) {
@@ -84,6 +84,19 @@ void ExpectReferenceHead(const Json& head, const std::string& settings) {
         EXPECT_EQ("", DifferenceBetween(plan["moves"], RecordsOf(plans["plans"][0]["moves"]), planTolerance,
                                         plan["to"].dump()));
     }
+}
+
+std::string RandomTour(int plans) {
+    constexpr int step = 15;
+    std::mt19937_64 random(20261122);
+    std::uniform_int_distribution<int> a(0, 6);
+    std::uniform_int_distribution<int> b(-12, 12);
+    std::string text = "A,B\n";
+    for (int i = 0; i <= plans; ++i) {
+        const int tilt = step * a(random);
+        text += std::to_string(tilt) + "," + std::to_string(step * b(random)) + "\n";
+    }
+    return text;
 }
 
 std::string SettingsText(const Json& values) {

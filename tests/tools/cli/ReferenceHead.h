@@ -14,5 +14,8 @@ std::string ReferenceGeometryFile(const Json& head, const TemporaryFolder& folde
 /// independently. `settings`: a settings file's name, or empty.
 void ExpectReferenceHead(const Json& head, const std::string& settings);
 
+/// A tour of that many plans between positions of the head, as CSV. It is always the same: the generator is seeded.
+std::string RandomTour(int plans);
+
 /// The content of a settings file with these values: name and text.
 std::string SettingsText(const Json& values);

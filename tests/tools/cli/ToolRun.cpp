@@ -56,11 +56,10 @@ std::string ReadFile(const std::string& fileName) {
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-std::vector<std::string> Scenario::GeometryArguments(std::vector<std::string> more) const {
+std::vector<std::string> Scenario::GeometryArguments(const std::vector<std::string>& more) const {
     std::vector<std::string> arguments{"geometry", "--a-axis", aAxis, "--b-axis", bAxis};
-    if (!settings.empty()) arguments.insert(arguments.end(), {"--settings", settings});
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    return arguments;
+    if (!settings.empty()) arguments = With(arguments, {"--settings", settings});
+    return With(arguments, more);
 }
 
 Scenario LoadScenario(const std::string& name) {
@@ -72,10 +71,25 @@ Scenario LoadScenario(const std::string& name) {
 }
 
 std::string PlainGeometryFile(const TemporaryFolder& folder) {
-    const std::string fileName = folder.Name("plain.ini");
-    const ToolRun run = RunQmv40(LoadScenario("plain").GeometryArguments({"--output", fileName}));
-    if (run.exitCode != 0) throw std::runtime_error(run.err);
-    return fileName;
+    static const std::string content = [] { // the same for all tests
+        const TemporaryFolder ours;
+        const std::string fileName = ours.Name("plain.ini");
+        const ToolRun run = RunQmv40(LoadScenario("plain").GeometryArguments({"--output", fileName}));
+        if (run.exitCode != 0) throw std::runtime_error(run.err);
+        return ReadFile(fileName);
+    }();
+    return folder.Write("plain.ini", content);
+}
+
+std::vector<std::string> With(std::vector<std::string> arguments, const std::vector<std::string>& more) {
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return arguments;
+}
+
+Json PlainHead::PlansThrough(const std::vector<std::string>& positions) const {
+    std::vector<std::string> tour{"--from", positions.front()};
+    for (std::size_t i = 1; i < positions.size(); ++i) tour = With(tour, {"--to", positions[i]});
+    return Document("move", tour)["plans"];
 }
 
 Json RecordsOf(const Json& moves) {

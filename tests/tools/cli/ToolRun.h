@@ -42,12 +42,33 @@ struct Scenario {
     Json truth;           ///< position, mounting and stylus of that head
 
     /// Arguments of `qmv40 geometry` for this capture, with --settings when the scenario has settings.
-    std::vector<std::string> GeometryArguments(std::vector<std::string> more = {}) const;
+    std::vector<std::string> GeometryArguments(const std::vector<std::string>& more = {}) const;
 };
 Scenario LoadScenario(const std::string& name);
 
-/// Lets the tool compute the geometry of the scenario "plain" and save it in `folder`. Returns the file's name.
+/// Writes the geometry of the scenario "plain", as the tool computes it, into `folder`. Returns the file's name.
 std::string PlainGeometryFile(const TemporaryFolder& folder);
+
+/// The arguments with others after them.
+std::vector<std::string> With(std::vector<std::string> arguments, const std::vector<std::string>& more);
+
+/// The head of the scenario "plain": its geometry file, in a folder of its own.
+class PlainHead {
+public:
+    /// Runs a command with this geometry.
+    ToolRun RunTool(const std::string& command, const std::vector<std::string>& more = {}) const {
+        return RunQmv40(With({command, "--geometry", geometry}, more));
+    }
+    /// The document that it prints. The exit code is not tested.
+    Json Document(const std::string& command, const std::vector<std::string>& more) const {
+        return RunTool(command, With(more, {"--json"})).Document();
+    }
+    /// The plans of `qmv40 move` from the first position through the others.
+    Json PlansThrough(const std::vector<std::string>& positions) const;
+
+    const TemporaryFolder folder;
+    const std::string geometry = PlainGeometryFile(folder);
+};
 
 /// The records of the moves of a plan, by the moves' names.
 Json RecordsOf(const Json& moves);

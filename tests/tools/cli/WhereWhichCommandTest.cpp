@@ -8,21 +8,12 @@ namespace {
 
 using testing::HasSubstr;
 
-class WhereAndWhich : public testing::Test {
+class WhereAndWhich : public testing::Test, protected PlainHead {
 protected:
-    ToolRun Run(std::vector<std::string> arguments, std::vector<std::string> more = {}) const {
-        arguments.insert(arguments.begin() + 1, {"--geometry", geometry});
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        return RunQmv40(std::move(arguments));
-    }
-    std::string Where(const std::string& at, const std::string& tip, std::vector<std::string> more = {}) const {
-        more.emplace_back("--json");
-        const Json position = Run({"where", "--at", at, "--tip", tip}, std::move(more)).Document()["position"];
+    std::string Where(const std::string& at, const std::string& tip, const std::vector<std::string>& more = {}) const {
+        const Json position = Document("where", With({"--at", at, "--tip", tip}, more))["position"];
         return position["X"].dump() + "," + position["Y"].dump() + "," + position["Z"].dump();
     }
-
-    const TemporaryFolder folder;
-    const std::string geometry = PlainGeometryFile(folder);
 };
 
 TEST_F(WhereAndWhich, GiveThePointsOfTheCapture) {
@@ -42,7 +33,7 @@ TEST_F(WhereAndWhich, GiveThePointsOfTheCapture) {
         ASSERT_EQ(5, std::sscanf(line.c_str(), "%lf,%lf,%lf,%lf,%lf", &a, &b, &x, &y, &z)) << line;
         const std::string tip = "0,0," + scenario.truth["stylus"]["Z"].dump();
         const std::string at = std::to_string(a) + "," + std::to_string(b);
-        const Json position = Run({"where", "--at", at, "--tip", tip, "--unlocked", "--json"}).Document()["position"];
+        const Json position = Document("where", {"--at", at, "--tip", tip, "--unlocked"})["position"];
         EXPECT_NEAR(x, position["X"].get<double>(), roundedCapture.length) << line;
         EXPECT_NEAR(y, position["Y"].get<double>(), roundedCapture.length) << line;
         EXPECT_NEAR(z, position["Z"].get<double>(), roundedCapture.length) << line;
@@ -53,8 +44,7 @@ TEST_F(WhereAndWhich, GiveThePointsOfTheCapture) {
 TEST_F(WhereAndWhich, AreInverseToEachOther) {
     for (const std::vector<std::string>& state : {std::vector<std::string>{}, {"--unlocked"}}) {
         const std::string place = Where("45,90", "3,-2,-180", state);
-        std::vector<std::string> arguments{"which", "--tip", "3,-2,-180", "--measured", place, "--json"};
-        const ToolRun run = Run(arguments, state);
+        const ToolRun run = RunTool("which", With({"--tip", "3,-2,-180", "--measured", place, "--json"}, state));
         EXPECT_EQ(0, run.exitCode) << run.out;
         const Json document = run.Document();
         EXPECT_EQ(R"({"A":45.0,"B":90.0})", document["nearest"].dump());
@@ -67,19 +57,19 @@ TEST_F(WhereAndWhich, AreInverseToEachOther) {
 
 TEST_F(WhereAndWhich, SayThatTheHeadDidNotIndex) {
     const std::string place = Where("47,90", "0,0,-180");
-    const ToolRun text = Run({"which", "--tip", "0,0,-180", "--measured", place});
+    const ToolRun text = RunTool("which", {"--tip", "0,0,-180", "--measured", place});
     EXPECT_EQ(4, text.exitCode);
     EXPECT_THAT(text.out,
                 HasSubstr("The head did not index\n  nearest position A 45, B 90 deg, 6.2829 mm off its place\n"
                           "  measured A 47.0000, B 90.0000 deg\n"))
         << "2 degrees at 180 mm: a chord of 2 * 180 * sin(1 degree)";
-    const Json document = Run({"which", "--tip", "0,0,-180", "--measured", place, "--json"}).Document();
+    const Json document = RunTool("which", {"--tip", "0,0,-180", "--measured", place, "--json"}).Document();
     EXPECT_EQ("did-not-index", document["findings"][0]["name"]);
     EXPECT_EQ("fault", document["findings"][0]["severity"]);
 }
 
 TEST_F(WhereAndWhich, SayWhenSeveralPositionsHaveTheTipInOnePlace) {
-    const ToolRun hanging = Run({"which", "--tip", "0,0,-180", "--measured", Where("0,30", "0,0,-180"), "--json"});
+    const ToolRun hanging = RunTool("which", {"--tip", "0,0,-180", "--measured", Where("0,30", "0,0,-180"), "--json"});
     EXPECT_EQ(0, hanging.exitCode) << "a note, not a fault";
     EXPECT_TRUE(hanging.Document()["B"].is_null());
     EXPECT_TRUE(hanging.Document()["nearest"]["B"].is_null());
@@ -87,26 +77,26 @@ TEST_F(WhereAndWhich, SayWhenSeveralPositionsHaveTheTipInOnePlace) {
     EXPECT_EQ(25u, hanging.Document()["findings"][0]["positions"].size());
     const std::string behind = Where("60,180", "0,0,-180");
     EXPECT_THAT(
-        Run({"which", "--tip", "0,0,-180", "--measured", behind}).out,
+        RunTool("which", {"--tip", "0,0,-180", "--measured", behind}).out,
         HasSubstr("note: several-positions\n    The tip is in one place at several positions: A 60, B -180; A 60, "
                   "B 180."));
 }
 
 TEST_F(WhereAndWhich, RefuseATipThatIsNotThreeNumbers) {
     for (const char* tip : {"0,0", "0,0,x", "0;0;-180", "0,0,-180,1", "nan,0,0"}) {
-        const ToolRun run = Run({"where", "--at", "0,0", "--tip", tip});
+        const ToolRun run = RunTool("where", {"--at", "0,0", "--tip", tip});
         EXPECT_EQ(2, run.exitCode) << tip;
         EXPECT_THAT(run.err, HasSubstr("is not three numbers such as 0,0,-180")) << tip;
     }
-    EXPECT_EQ(2, Run({"which", "--tip", "0,0,-180"}).exitCode);
+    EXPECT_EQ(2, RunTool("which", {"--tip", "0,0,-180"}).exitCode);
     EXPECT_EQ(3, RunQmv40({"where", "--geometry", folder.Name("no.ini"), "--at", "0,0", "--tip", "0,0,-1"}).exitCode);
 }
 
 TEST_F(WhereAndWhich, PrintUnits) {
     EXPECT_EQ("Where the machine stands with the tip on the pole sphere, the head at A 0, B 0 (deg) and locked\n"
               "  X 412.5000 mm   Y -178.2500 mm   Z -475.0000 mm\n",
-              Run({"where", "--at", "0,0", "--tip", "0,0,-180"}).out);
-    EXPECT_THAT(Run({"which", "--tip", "0,0,-180", "--measured", Where("15,30", "0,0,-180")}).out,
+              RunTool("where", {"--at", "0,0", "--tip", "0,0,-180"}).out);
+    EXPECT_THAT(RunTool("which", {"--tip", "0,0,-180", "--measured", Where("15,30", "0,0,-180")}).out,
                 HasSubstr("The head stands at A 15, B 30 (deg)\n  nearest position A 15, B 30 deg, 0.0000 mm off"));
 }
 

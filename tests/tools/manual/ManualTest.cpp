@@ -128,7 +128,7 @@ TEST(Manual, PowerShellTablesHaveUniqueKeysAndQuotedWords) {
     EXPECT_FALSE(isInTable);
 }
 
-TEST(Usage, HelpOfEveryCommandHasAnExampleAndJson) {
+TEST(Usage, HelpOfEveryCommandHasAnExampleJsonAndSettings) {
     for (const auto& [command, help] : AllCommands()) {
         if (command.empty()) continue;
         bool isShown = false;
@@ -136,6 +136,9 @@ TEST(Usage, HelpOfEveryCommandHasAnExampleAndJson) {
             isShown = isShown || example.starts_with("  " + CommandText(command));
         EXPECT_TRUE(isShown) << CommandText(command);
         EXPECT_TRUE(help.options.contains("--json") || !help.commands.empty()) << CommandText(command);
+        const bool usesSettings =
+            command.front() != "selfcheck" && (command.front() != "settings" || command.back() == "show");
+        EXPECT_EQ(usesSettings, help.options.contains("--settings")) << CommandText(command);
     }
 }
 

@@ -62,10 +62,6 @@ TEST(OutputFile, OfACommandNeverReplacesAFileOfAnotherKind) {
                                        files.otherSettings, files.geometry, files.otherPage};
     const Scenario plain = LoadScenario("plain");
     const std::vector<std::string> view{"view", "--geometry", files.geometry, "--from", "0,0", "--to", "0,0"};
-    const auto with = [](std::vector<std::string> arguments, std::initializer_list<std::string> more) {
-        arguments.insert(arguments.end(), more);
-        return arguments;
-    };
     const std::string page = folder.Write("template.html", "<!DOCTYPE html>\n@TITLE@ @DOCUMENT@ @DRAWINGS@");
     const struct {
         std::vector<std::string> arguments; ///< up to the name of the output
@@ -73,21 +69,21 @@ TEST(OutputFile, OfACommandNeverReplacesAFileOfAnotherKind) {
     } commands[] = {
         {plain.GeometryArguments({"--output"}), files.geometry},
         {{"settings", "write", "--set", "drive-cup-x=-7", "--output"}, ""},
-        {with(view, {"--template", page, "--output"}), ""},
-        {with(view, {"--svg"}), ""},
+        {With(view, {"--template", page, "--output"}), ""},
+        {With(view, {"--svg"}), ""},
     };
     for (const auto& command : commands) {
         for (const std::string& name : all) {
             if (name == command.own) continue;
             const std::string before = ReadFile(name);
-            const ToolRun run = RunQmv40(with(command.arguments, {name}));
+            const ToolRun run = RunQmv40(With(command.arguments, {name}));
             EXPECT_EQ(3, run.exitCode) << command.arguments.front() << " to " << name;
             EXPECT_THAT(run.err, HasSubstr(name + ": is there and is not a")) << command.arguments.front();
             EXPECT_EQ(before, ReadFile(name)) << command.arguments.front() << " to " << name;
         }
         const std::string fresh = folder.Name("fresh");
-        EXPECT_EQ(0, RunQmv40(with(command.arguments, {fresh})).exitCode) << "a new file";
-        EXPECT_EQ(0, RunQmv40(with(command.arguments, {fresh})).exitCode) << "its own file, a second time";
+        EXPECT_EQ(0, RunQmv40(With(command.arguments, {fresh})).exitCode) << "a new file";
+        EXPECT_EQ(0, RunQmv40(With(command.arguments, {fresh})).exitCode) << "its own file, a second time";
         std::filesystem::remove(folder.Path("fresh"));
     }
 }

@@ -28,16 +28,20 @@ constexpr const char* viewNames[] = {"top", "front", "side"};
 
 class Drawing : public testing::Test {
 protected:
-    std::string Text(std::vector<std::string> more) const {
+    std::string Text(const std::vector<std::string>& more) const {
         const std::string file = head.folder.Name("plan.svg");
-        more.insert(more.end(), {"--svg", file});
-        const ToolRun run = head.View(std::move(more));
+        const ToolRun run = head.View(With(more, {"--svg", file}));
         EXPECT_THAT(run.exitCode, testing::AnyOf(0, 4)) << run.err;
         return ReadFile(file);
     }
-    SvgElement Draw(std::vector<std::string> more) const { return ParseSvg(Text(std::move(more))); }
+    /// The drawing of a plan. Several tests examine the same one, so each is drawn once.
+    const SvgElement& Draw(const std::vector<std::string>& more) const {
+        static std::map<std::vector<std::string>, SvgElement> drawings;
+        const auto known = drawings.find(more);
+        return known == drawings.end() ? drawings.emplace(more, ParseSvg(Text(more))).first->second : known->second;
+    }
     SvgElement DrawSpoiled(const std::string& move, const std::string& number, const Json& value) const {
-        return Draw({"--plan", head.SpoiledPlan("0,0", "45,90", move, number, value)});
+        return ParseSvg(Text({"--plan", head.SpoiledPlan("0,0", "45,90", move, number, value)}));
     }
 
     const ViewedHead head;
@@ -84,7 +88,7 @@ std::vector<SvgPoint> PathOf(const SvgElement& drawing, const std::string& view,
 
 TEST_F(Drawing, HasThreeViewsOf19NumberedMoves) {
     for (const auto& plan : PlansToDraw()) {
-        const SvgElement drawing = Draw(plan);
+        const SvgElement& drawing = Draw(plan);
         for (const char* name : viewNames) {
             SCOPED_TRACE(name);
             std::vector<std::string> expected;
@@ -105,7 +109,7 @@ TEST_F(Drawing, HasThreeViewsOf19NumberedMoves) {
 }
 
 TEST_F(Drawing, IsASheetOfA4) {
-    const SvgElement drawing = Draw({"--from", "0,0", "--to", "45,90"});
+    const SvgElement& drawing = Draw({"--from", "0,0", "--to", "45,90"});
     EXPECT_EQ("svg", drawing.name);
     EXPECT_EQ("http://www.w3.org/2000/svg", drawing.Attribute("xmlns"));
     EXPECT_EQ("297mm", drawing.Attribute("width"));
@@ -114,7 +118,7 @@ TEST_F(Drawing, IsASheetOfA4) {
 }
 
 TEST_F(Drawing, HasTheScaleThatItStates) {
-    const SvgElement drawing = Draw({"--from", "0,0", "--to", "45,90"});
+    const SvgElement& drawing = Draw({"--from", "0,0", "--to", "45,90"});
     const double scale = StatedScale(drawing);
     ASSERT_GT(scale, 0.0);
     // Worked out by hand: EngageWithPeg goes 10 mm along +Y, from (419.45, -212.25, -643.5).
@@ -143,7 +147,7 @@ TEST_F(Drawing, HasTheScaleThatItStates) {
 
 TEST_F(Drawing, HasMovesAndSphereWhereTheDocumentHasThem) {
     const std::vector<std::string> plan{"--from", "30,-45", "--to", "45,90"};
-    const SvgElement drawing = Draw(plan);
+    const SvgElement& drawing = Draw(plan);
     const Json document = head.Document(plan);
     const double scale = StatedScale(drawing);
     const struct {
@@ -165,7 +169,7 @@ TEST_F(Drawing, HasMovesAndSphereWhereTheDocumentHasThem) {
 }
 
 TEST_F(Drawing, IsInThirdAngleProjection) {
-    const SvgElement drawing = Draw({"--from", "30,-45", "--to", "45,90"});
+    const SvgElement& drawing = Draw({"--from", "30,-45", "--to", "45,90"});
     for (int number = 1; number <= 19; ++number) {
         const SvgPoint top = PathOf(drawing, "top", number).back();
         const SvgPoint front = PathOf(drawing, "front", number).back();
@@ -240,7 +244,7 @@ TEST_F(Drawing, SaysThatPointsFartherThan1MAreNotDrawn) {
 
 TEST_F(Drawing, HasBalloonsThatDoNotOverlap) {
     for (const auto& plan : PlansToDraw()) {
-        const SvgElement drawing = Draw(plan);
+        const SvgElement& drawing = Draw(plan);
         for (const char* name : viewNames) {
             SCOPED_TRACE(name);
             const std::vector<const SvgElement*> balloons = ElementsOf(View(drawing, name), "circle", "balloon");
@@ -269,7 +273,7 @@ TEST_F(Drawing, HasALineStyleForEachLevelBesideItsColour) {
 
 TEST_F(Drawing, DrawsEachMoveInTheLineStyleOfItsLevel) {
     const std::string plan = head.SpoiledPlan("0,0", "45,90", "UnLock", "RotationAngle", -120.0);
-    const SvgElement drawing = Draw({"--plan", plan});
+    const SvgElement& drawing = Draw({"--plan", plan});
     const Json moves = head.Document({"--plan", plan})["plans"][0]["moves"];
     const auto lineOf = [](const SvgElement& path) {
         return path.Attribute("stroke") + path.Attribute("stroke-width") + path.Attribute("stroke-dasharray");
@@ -293,7 +297,7 @@ TEST_F(Drawing, DrawsEachMoveInTheLineStyleOfItsLevel) {
 }
 
 TEST_F(Drawing, PrintsVerdictClearanceAndSetup) {
-    const SvgElement drawing = Draw({"--from", "0,0", "--to", "45,90"});
+    const SvgElement& drawing = Draw({"--from", "0,0", "--to", "45,90"});
     for (const char* expected :
          {"clear, no findings", "Clearance to pole sphere", "5.00 mm, move ", "2.50 mm, move 1", "X 412.500 mm",
           "Y -178.250 mm", "Z -655.000 mm", "plain.ini", "A 0, B 0", "to A 45, B 90 (deg)", "third-angle",

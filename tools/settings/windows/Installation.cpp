@@ -15,21 +15,23 @@ namespace qmv40::settings {
 
 namespace {
 
-const std::wstring classId = L"{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}";
-const std::wstring classKey = L"CLSID\\" + classId;
-const std::wstring libraryKey = L"TypeLib\\{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}\\1.0";
-constexpr const wchar_t* interfaceKeys[] = {L"Interface\\{2C7D91E3-6F4A-4B28-8D35-9E1A7C0B4F52}\\TypeLib",
-                                            L"Interface\\{6A3E5F82-1D9B-4C47-B6E0-58F2D7A1C93E}\\TypeLib"};
-const std::wstring libraryId = L"{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}";
+const std::string classId = "{5B2E9C41-7A3D-4F6E-9B12-3C8D4E7F1A26}";
+const std::string serverKey = "CLSID\\" + classId + "\\InprocServer32";
+const std::string libraryId = "{8E4F2A17-3B6C-4D59-A2E8-71F0C3B9D645}";
+const std::string libraryKey = "TypeLib\\" + libraryId + "\\1.0";
+constexpr const char* interfaceKeys[] = {"Interface\\{2C7D91E3-6F4A-4B28-8D35-9E1A7C0B4F52}\\TypeLib",
+                                         "Interface\\{6A3E5F82-1D9B-4C47-B6E0-58F2D7A1C93E}\\TypeLib"};
 constexpr const wchar_t* componentFile = L"CoQMV40Calculator.dll";
 constexpr const char* registerAgain = "As administrator: regsvr32 CoQMV40Calculator.dll, the 64-bit one.";
 
 /// The 64-bit and the 32-bit view of the registry.
 enum class View : REGSAM { Wide = KEY_WOW64_64KEY, Narrow = KEY_WOW64_32KEY };
 
-std::optional<std::wstring> RegisteredText(const std::wstring& path, const wchar_t* name, View view = View::Wide) {
+std::optional<std::string> RegisteredText(const std::string& path, const wchar_t* name = nullptr,
+                                          View view = View::Wide) {
     HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ | static_cast<REGSAM>(view), &key) != ERROR_SUCCESS)
+    const REGSAM access = KEY_READ | static_cast<REGSAM>(view);
+    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, text::PathOf(path).c_str(), 0, access, &key) != ERROR_SUCCESS)
         return std::nullopt;
     constexpr std::size_t longestPath = 32768;
     std::wstring text(longestPath, L'\0');
@@ -37,16 +39,12 @@ std::optional<std::wstring> RegisteredText(const std::wstring& path, const wchar
     const LSTATUS result = RegQueryValueExW(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(text.data()), &bytes);
     RegCloseKey(key);
     if (result != ERROR_SUCCESS) return std::nullopt;
-    return text.substr(0, text.find(L'\0'));
+    return text::ToUtf8(text.substr(0, text.find(L'\0')));
 }
 
 constexpr const char* anotherFile = "another file";
 
-text::Json JsonOf(const std::optional<std::wstring>& text) {
-    return text ? text::Json(text::ToUtf8(*text)) : text::Json();
-}
-
-std::wstring FileOfModule(HMODULE module) {
+std::filesystem::path FileOfModule(HMODULE module) {
     constexpr std::size_t longestPath = 32768;
     std::wstring file(longestPath, L'\0');
     file.resize(GetModuleFileNameW(module, file.data(), static_cast<DWORD>(file.size())));
@@ -54,7 +52,7 @@ std::wstring FileOfModule(HMODULE module) {
 }
 
 /// The module that contains the class; empty when no object can be created.
-std::wstring LoadedModule() {
+std::filesystem::path LoadedModule() {
     qmv40::ComPointer<IUnknown> object;
     if (FAILED(CoCreateInstance(CLSID_QMVCalculator, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.Receive())))
         return {};
@@ -66,7 +64,7 @@ std::wstring LoadedModule() {
 }
 
 /// The version resource of a file: four numbers.
-text::Json VersionOf(const std::wstring& file) {
+text::Json VersionOf(const std::filesystem::path& file) {
     const DWORD size = GetFileVersionInfoSizeW(file.c_str(), nullptr);
     std::vector<BYTE> block(size);
     if (size == 0 || GetFileVersionInfoW(file.c_str(), 0, size, block.data()) == FALSE) return nullptr;
@@ -113,21 +111,21 @@ public:
     Installation Result() && { return std::move(installation); }
 
     void ExamineLoaded() {
-        const std::wstring file = LoadedModule();
-        AddComponent("file", "file", file.empty() ? text::Json() : text::Json(text::ToUtf8(file)));
+        const std::filesystem::path file = LoadedModule();
+        AddComponent("file", "file", file.empty() ? text::Json() : text::Json(text::Utf8Name(file)));
         AddComponent("version", "version", file.empty() ? text::Json() : VersionOf(file));
     }
 
     void ExamineClass() {
-        const std::optional<std::wstring> server = RegisteredText(classKey + L"\\InprocServer32", nullptr);
-        const std::optional<std::wstring> model = RegisteredText(classKey + L"\\InprocServer32", L"ThreadingModel");
-        AddRegistration("class", "class registered as", JsonOf(RegisteredText(classKey, nullptr)));
-        AddRegistration("server", "server (64-bit view)", JsonOf(server));
-        AddRegistration("threadingModel", "threading model", JsonOf(model));
+        const std::optional<std::string> server = RegisteredText(serverKey);
+        const std::optional<std::string> model = RegisteredText(serverKey, L"ThreadingModel");
+        AddRegistration("class", "class registered as", RegisteredText("CLSID\\" + classId));
+        AddRegistration("server", "server (64-bit view)", server);
+        AddRegistration("threadingModel", "threading model", model);
         AddRegistration("registered", "registered", server.has_value());
         if (!server) return; // a failure to create the component is reported elsewhere: a manifest may still provide it
-        ExamineServer(*server);
-        if (model != L"Apartment") {
+        ExamineServer(text::PathOf(*server));
+        if (model != "Apartment") {
             ReportBroken("threading-model-wrong",
                          "The threading model is not \"Apartment\": the component would be used "
                          "on threads it is not made for");
@@ -135,40 +133,36 @@ public:
     }
 
     void ExamineNames() {
-        for (const wchar_t* const name : {QMVCalculatorProgId, QMVCalculatorVersionIndependentProgId}) {
-            const std::optional<std::wstring> id = RegisteredText(std::wstring(name) + L"\\CLSID", nullptr);
-            AddRegistration(text::ToUtf8(name), text::ToUtf8(name), JsonOf(id));
-            if (isRegistered && (!id || !ascii::EqualIgnoringCase(text::ToUtf8(*id), text::ToUtf8(classId)))) {
-                ReportBroken("name-broken", "\"" + text::ToUtf8(name) + "\" does not name the component's class");
-            }
+        for (const wchar_t* const progId : {QMVCalculatorProgId, QMVCalculatorVersionIndependentProgId}) {
+            const std::string name = text::ToUtf8(progId);
+            const std::optional<std::string> id = RegisteredText(name + "\\CLSID");
+            AddRegistration(name, name, id);
+            if (isRegistered && !ascii::EqualIgnoringCase(id.value_or(""), classId))
+                ReportBroken("name-broken", "\"" + name + "\" does not name the component's class");
         }
     }
 
     void ExamineTypeLibrary() {
-        std::optional<std::wstring> library = RegisteredText(libraryKey + L"\\0\\win64", nullptr);
-        if (!library) library = RegisteredText(libraryKey + L"\\409\\win64", nullptr);
-        AddRegistration("typeLibrary", "type library", JsonOf(library));
-        const char* const consequence = "late binding by other programs and calls across apartments fail";
-        if (isRegistered && !library) {
-            ReportBroken("type-library-missing", std::string("No type library is registered: ") + consequence);
-        }
-        if (library && !Exists(*library)) {
+        std::optional<std::string> library = RegisteredText(libraryKey + "\\0\\win64");
+        if (!library) library = RegisteredText(libraryKey + "\\409\\win64");
+        AddRegistration("typeLibrary", "type library", library);
+        const std::string consequence = "late binding by other programs and calls across apartments fail";
+        if (isRegistered && !library)
+            ReportBroken("type-library-missing", "No type library is registered: " + consequence);
+        if (library && !Exists(text::PathOf(*library))) {
             ReportBroken("type-library-missing",
-                         "The registered type library " + text::ToUtf8(*library) + " is not there: " + consequence);
+                         "The registered type library " + *library + " is not there: " + consequence);
         }
-        for (const wchar_t* const key : interfaceKeys) {
-            if (isRegistered && !ascii::EqualIgnoringCase(text::ToUtf8(RegisteredText(key, nullptr).value_or(L"")),
-                                                          text::ToUtf8(libraryId))) {
-                ReportBroken("interface-broken", text::ToUtf8(key) + " does not name the type library: " + consequence);
-            }
+        for (const std::string key : interfaceKeys) {
+            if (isRegistered && !ascii::EqualIgnoringCase(RegisteredText(key).value_or(""), libraryId))
+                ReportBroken("interface-broken", key + " does not name the type library: " + consequence);
         }
     }
 
     void ExamineNarrowView() {
-        const std::optional<std::wstring> server =
-            RegisteredText(classKey + L"\\InprocServer32", nullptr, View::Narrow);
-        const bool isShared = server && server == RegisteredText(classKey + L"\\InprocServer32", nullptr);
-        AddRegistration("server32", "server (32-bit view)", isShared ? text::Json() : JsonOf(server));
+        const std::optional<std::string> server = RegisteredText(serverKey, nullptr, View::Narrow);
+        const bool isShared = server && server == RegisteredText(serverKey);
+        AddRegistration("server32", "server (32-bit view)", isShared ? text::Json() : text::Json(server));
     }
 
 private:
@@ -182,14 +176,14 @@ private:
         AddRegistration("serverExists", "the file exists", Exists(server));
         if (!Exists(server)) {
             return Report("component-missing", Severity::Fault,
-                          "The registered file " + text::ToUtf8(server.wstring()) + " is not there",
+                          "The registered file " + text::Utf8Name(server) + " is not there",
                           "Put it back, or register the component where it is now. " + std::string(registerAgain));
         }
         const std::string bitness = BitnessOf(server);
         AddRegistration("serverBitness", "made for programs of", bitness.empty() ? text::Json() : text::Json(bitness));
         if (bitness != "64-bit") {
             ReportBroken("component-not-64-bit",
-                         "The registered file " + text::ToUtf8(server.wstring()) + " is no 64-bit module");
+                         "The registered file " + text::Utf8Name(server) + " is no 64-bit module");
         }
         CompareWithOwn(server);
     }
@@ -201,8 +195,8 @@ private:
         if (comparison.Text() != nullptr && *comparison.Text() == anotherFile) {
             Report("component-differs", Severity::Warning,
                    "The registered component is another one than that beside this tool",
-                   "Programs use the registered one. To use this one instead: regsvr32 \"" +
-                       text::ToUtf8(beside.wstring()) + "\"");
+                   "Programs use the registered one. To use this one instead: regsvr32 \"" + text::Utf8Name(beside) +
+                       "\"");
         }
     }
 
@@ -235,6 +229,6 @@ Installation ExamineInstallation() {
     return std::move(examination).Result();
 }
 
-std::string OwnFile() { return text::ToUtf8(FileOfModule(nullptr)); }
+std::string OwnFile() { return text::Utf8Name(FileOfModule(nullptr)); }
 
 } // namespace qmv40::settings

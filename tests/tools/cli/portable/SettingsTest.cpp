@@ -5,12 +5,8 @@
 
 namespace {
 
-Json MovesOf(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "move");
-    arguments.insert(arguments.end(), {"--from", "0,0", "--to", "45,90", "--json"});
-    const ToolRun run = RunQmv40(std::move(arguments));
-    EXPECT_EQ(0, run.exitCode) << run.out << run.err;
-    return RecordsOf(run.Document()["plans"][0]["moves"]);
+Json MovesOf(const PlainHead& head, const std::vector<std::string>& more = {}) {
+    return RecordsOf(head.Document("move", With({"--from", "0,0", "--to", "45,90"}, more))["plans"][0]["moves"]);
 }
 
 TEST(Settings, OfTheScenarioGiveItsGeometry) {
@@ -35,10 +31,9 @@ TEST(Settings, AreNeededForTheGeometryOfTheScenario) {
 }
 
 TEST(Settings, ChangeTheLeversOfAPlan) {
-    const TemporaryFolder folder;
-    const std::string geometry = PlainGeometryFile(folder);
-    const Json builtIn = MovesOf({"--geometry", geometry});
-    const Json overridden = MovesOf({"--geometry", geometry, "--settings", LoadScenario("settings-override").settings});
+    const PlainHead head;
+    const Json builtIn = MovesOf(head);
+    const Json overridden = MovesOf(head, {"--settings", LoadScenario("settings-override").settings});
     EXPECT_EQ(-135.0, builtIn["UnLock"]["RotationAngle"].get<double>());
     EXPECT_EQ(-138.0, builtIn["Lock"]["RotationAngle"].get<double>());
     EXPECT_EQ(-120.0, overridden["UnLock"]["RotationAngle"].get<double>());
@@ -52,18 +47,16 @@ TEST(Settings, ChangeTheLeversOfAPlan) {
 }
 
 TEST(Settings, OfOneRunDoNotReachTheNext) {
-    const TemporaryFolder folder;
-    const std::string geometry = PlainGeometryFile(folder);
-    const Json before = MovesOf({"--geometry", geometry});
-    MovesOf({"--geometry", geometry, "--settings", LoadScenario("settings-override").settings});
-    EXPECT_EQ(before.dump(), MovesOf({"--geometry", geometry}).dump());
+    const PlainHead head;
+    const Json before = MovesOf(head);
+    MovesOf(head, {"--settings", LoadScenario("settings-override").settings});
+    EXPECT_EQ(before.dump(), MovesOf(head).dump());
 }
 
 TEST(Settings, FileThatIsMissingIsReported) {
-    const TemporaryFolder folder;
-    const std::string geometry = PlainGeometryFile(folder);
-    for (const std::string& name : {folder.Name("missing.reg"), folder.Name(".")}) {
-        const ToolRun run = RunQmv40({"pole", "--geometry", geometry, "--settings", name});
+    const PlainHead head;
+    for (const std::string& name : {head.folder.Name("missing.reg"), head.folder.Name(".")}) {
+        const ToolRun run = head.RunTool("pole", {"--settings", name});
         EXPECT_EQ(3, run.exitCode);
         EXPECT_EQ(name + ": no such settings file\n", run.err);
     }
@@ -100,10 +93,9 @@ TEST(Settings, ThatAreDoubtfulAreReportedByEveryCommand) {
     };
     for (const auto& each : cases) {
         const std::string settings = folder.Write("settings.reg", SettingsText(each.stored));
-        for (std::vector<std::string> command : commands) {
-            const std::string name = command.front();
-            command.insert(command.end(), {"--settings", settings});
-            const ToolRun run = RunQmv40(command);
+        for (const std::vector<std::string>& command : commands) {
+            const std::string& name = command.front();
+            const ToolRun run = RunQmv40(With(command, {"--settings", settings}));
             EXPECT_TRUE(run.exitCode == 0 || run.exitCode == 4)
                 << name << ": findings of settings do not change the exit code";
             EXPECT_EQ(each.told.empty(), run.err.empty()) << name << ": " << each.why << '\n' << run.err;
@@ -117,17 +109,14 @@ TEST(Settings, ThatAreDoubtfulAreReportedByEveryCommand) {
 }
 
 TEST(Settings, WithTheLeverOnThePoleGiveAnAngleOfNaN) {
-    const TemporaryFolder folder;
-    const std::string geometry = PlainGeometryFile(folder);
+    const PlainHead head;
     const std::string settings =
-        folder.Write("pole.reg", SettingsText({{"Head Centre To Lever Centre X Offset", "0"},
-                                               {"Lever Centre To Ball Centre X Offset", "0"},
-                                               {"Lever Centre To Ball Centre Y Offset", "0"}}));
-    const Json moves = MovesOf({"--geometry", geometry, "--settings", settings});
-    EXPECT_TRUE(moves["RotateToPeg"]["RotationAngle"].is_null());
-    const std::vector<std::string> move{"move",   "--geometry", geometry, "--settings", settings,
-                                        "--from", "0,0",        "--to",   "45,90"};
-    EXPECT_NE(std::string::npos, RunQmv40(move).out.find("the angle is not a number: do not run this move"));
+        head.folder.Write("pole.reg", SettingsText({{"Head Centre To Lever Centre X Offset", "0"},
+                                                    {"Lever Centre To Ball Centre X Offset", "0"},
+                                                    {"Lever Centre To Ball Centre Y Offset", "0"}}));
+    EXPECT_TRUE(MovesOf(head, {"--settings", settings})["RotateToPeg"]["RotationAngle"].is_null());
+    const ToolRun run = head.RunTool("move", {"--settings", settings, "--from", "0,0", "--to", "45,90"});
+    EXPECT_NE(std::string::npos, run.out.find("the angle is not a number: do not run this move"));
 }
 
 TEST(Settings, GiveTheExpectedResultForTheReferenceHeads) {
@@ -146,34 +135,31 @@ TEST(Settings, OfTheScenarioGivePlansThatTheCheckPasses) {
     const Scenario scenario = LoadScenario("settings-override");
     const std::string geometry = folder.Name("head.ini");
     ASSERT_EQ(0, RunQmv40(scenario.GeometryArguments({"--output", geometry})).exitCode);
-    const std::vector<std::string> check{"check", "--geometry", geometry, "--all", "--reachable"};
-    std::vector<std::string> withSettings = check;
-    withSettings.insert(withSettings.end(), {"--settings", scenario.settings});
-    const ToolRun run = RunQmv40(withSettings);
+    const ToolRun run = RunQmv40({"check", "--geometry", geometry, "--tour", folder.Write("tour.csv", RandomTour(300)),
+                                  "--settings", scenario.settings});
     EXPECT_EQ(0, run.exitCode) << run.out;
 }
 
 TEST(Settings, OtherThanThoseOfThePlanAreFoundByTheCheck) {
-    const TemporaryFolder folder;
-    const std::string geometry = PlainGeometryFile(folder);
-    const std::string plan = RunQmv40({"move", "--geometry", geometry, "--from", "0,0", "--to", "45,90", "--json"}).out;
-    const ToolRun run = RunQmv40({"check", "--geometry", geometry, "--plan", folder.Write("plan.json", plan),
-                                  "--settings", LoadScenario("settings-override").settings});
+    const PlainHead head;
+    const std::string plan =
+        head.folder.Write("plan.json", head.Document("move", {"--from", "0,0", "--to", "45,90"}).dump());
+    const ToolRun run =
+        head.RunTool("check", {"--plan", plan, "--settings", LoadScenario("settings-override").settings});
     EXPECT_EQ(4, run.exitCode);
     EXPECT_NE(std::string::npos, run.out.find("lever-not-touched")) << run.out;
 }
 
 TEST(Settings, OfEveryReferenceHeadGiveClearPlans) {
     const TemporaryFolder folder;
+    const std::string tour = folder.Write("tour.csv", RandomTour(300));
     for (const Json& head : LoadReferenceDocuments()) {
         const bool isRandom = !head["settings"].empty();
         const std::string settings = isRandom ? folder.Write("settings.reg", SettingsText(head["settings"])) : "";
-        std::vector<std::string> check{"check", "--geometry", ReferenceGeometryFile(head, folder, settings), "--all",
-                                       "--reachable"};
+        std::vector<std::string> check{"check", "--geometry", ReferenceGeometryFile(head, folder, settings), "--tour",
+                                       tour};
         // With random dimensions a lever may be too close to the sphere. Radii of 0 leave the rest of the check.
-        if (isRandom) {
-            check.insert(check.end(), {"--settings", settings, "--sphere-radius", "0", "--ball-radius", "0"});
-        }
+        if (isRandom) check = With(check, {"--settings", settings, "--sphere-radius", "0", "--ball-radius", "0"});
         const ToolRun run = RunQmv40(check);
         EXPECT_EQ(0, run.exitCode) << head["name"] << '\n' << run.out;
     }
