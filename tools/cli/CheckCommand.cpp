@@ -16,11 +16,6 @@ struct CheckCommandOptions : CommonOptions {
     AssumptionOptions assumptions;
 };
 
-void RequireSomethingToCheck(const CheckCommandOptions& options) {
-    if (options.all || options.selection.IsComplete()) return;
-    throw text::UsageError{"check: give --from and --to, or --plan, or --all"};
-}
-
 /// Returns the number of findings.
 std::size_t RunAll(const CheckCommandOptions& options, const check::CheckOptions& checked, const model::HeadModel& head,
                    const text::Console& console) {
@@ -47,7 +42,8 @@ std::size_t RunTour(const CheckCommandOptions& options, const check::CheckOption
 }
 
 void Run(const CheckCommandOptions& options, const text::Console& console) {
-    RequireSomethingToCheck(options);
+    if (!options.all && !options.selection.IsComplete())
+        throw text::UsageError{"check: give --from and --to, or --plan, or --all"};
     [[maybe_unused]] const SettingsInUse settings(options, console);
     const check::CheckOptions checked = options.assumptions.Read();
     const model::HeadModel head = ReadHead(options.selection.geometry, console);

@@ -72,14 +72,9 @@ void Run(const ExportCommandOptions& options, const text::Console& console) {
     const std::vector<motion::Step> program = motion::ProgramOf(plans, {safeHeight, options.lift, !options.IsPoints()});
     motion::ExportOptions writing = options.writing;
     writing.arcs = options.arcs == "native" ? motion::Arcs::Native : motion::Arcs::Chords;
-    writing.heading = motion::HeadingOf(program, {.plans = plans,
-                                                  .geometry = options.selection.geometry.file,
-                                                  .settings = options.settings,
-                                                  .poleSphere = head.PoleSphere(),
-                                                  .safeHeight = safeHeight,
-                                                  .lift = options.lift,
-                                                  .chord = writing.chord,
-                                                  .feed = writing.feed});
+    const motion::Origin origin{
+        plans, options.selection.geometry.file, options.settings, head.PoleSphere(), safeHeight, options.lift};
+    writing.heading = motion::HeadingOf(program, origin, writing);
     const std::string content = ContentOf(program, options.format, writing);
     Write(options, writing, content, console);
     if (!options.json) return;

@@ -104,12 +104,8 @@ void PrintFits(const GeometryReport& report, const text::Console& console) {
     rows.Print(console);
 }
 
-void PrintVerdict(const GeometryReport& report, const diagnosis::CaptureFiles& capture, const text::Console& console) {
-    diagnosis::PrintVerdict(report.findings, capture, report.Tip(), console);
-}
-
 void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& capture, const text::Console& console) {
-    PrintVerdict(report, capture, console);
+    diagnosis::PrintVerdict(report.findings, capture, report.Tip(), console);
     console.out << '\n'
                 << console.Strong("Head centre (centre of the pole sphere)") << '\n'
                 << plans::PositionLine(report.head.headCentre) << '\n'

@@ -22,10 +22,10 @@ std::string SourcesLine(const Origin& origin) {
            (origin.settings.empty() ? "of this machine" : origin.settings);
 }
 
-std::string PathLine(std::span<const Step> program, const Origin& origin) {
+std::string PathLine(std::span<const Step> program, double feed) {
     const double length = LengthOf(program);
-    return "Path " + text::FixedText(length, 1) + " mm; at " + text::ExactText(origin.feed) +
-           " mm/min it takes at least " + text::FixedText(length / origin.feed, 1) + " min";
+    return "Path " + text::FixedText(length, 1) + " mm; at " + text::ExactText(feed) + " mm/min it takes at least " +
+           text::FixedText(length / feed, 1) + " min";
 }
 
 std::string BeginLine(std::span<const Step> program, const Origin& origin) {
@@ -38,14 +38,14 @@ std::string BeginLine(std::span<const Step> program, const Origin& origin) {
 
 } // namespace
 
-std::vector<std::string> HeadingOf(std::span<const Step> program, const Origin& origin) {
+std::vector<std::string> HeadingOf(std::span<const Step> program, const Origin& origin, const ExportOptions& options) {
     std::vector<std::string> lines;
     lines.reserve(origin.plans.size());
     for (std::size_t i = 0; i < origin.plans.size(); ++i) lines.push_back(PlanLine(i, origin));
     lines.push_back(SourcesLine(origin));
     lines.emplace_back("Positions are the machine's own, mm, without a stylus tip in force: where the head centre is");
-    lines.push_back("Chords leave their arcs by at most " + text::ExactText(origin.chord) + " mm");
-    lines.push_back(PathLine(program, origin));
+    lines.push_back("Chords leave their arcs by at most " + text::ExactText(options.chord) + " mm");
+    lines.push_back(PathLine(program, options.feed));
     lines.push_back(BeginLine(program, origin));
     if (origin.lift != 0.0) {
         lines.push_back("REHEARSAL: everything is " + text::ExactText(origin.lift) +

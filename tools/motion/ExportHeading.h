@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/motion/Program.h"
+#include "tools/motion/Export.h"
 
 #include <string>
 #include <vector>
@@ -15,11 +15,9 @@ struct Origin {
     model::Vector3 poleSphere;
     double safeHeight; ///< without the lift
     double lift;
-    double chord;
-    double feed;
 };
 
 /// The lines at the beginning of every file, for the person who runs it.
-std::vector<std::string> HeadingOf(std::span<const Step> program, const Origin& origin);
+std::vector<std::string> HeadingOf(std::span<const Step> program, const Origin& origin, const ExportOptions& options);
 
 } // namespace qmv40::motion

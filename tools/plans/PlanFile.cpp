@@ -20,22 +20,15 @@ double NumberAt(const Place& place, const char* name) {
 
 model::HeadAngles AnglesAt(const Place& place) { return {NumberAt(place, "A"), NumberAt(place, "B")}; }
 
-void Read(const Place& record, XYZData& position) {
-    position = {NumberAt(record, "XPosition"), NumberAt(record, "YPosition"), NumberAt(record, "ZPosition")};
+XYZData Read(const Place& record, XYZData RequiredMoves::* /*field*/) {
+    return {NumberAt(record, "XPosition"), NumberAt(record, "YPosition"), NumberAt(record, "ZPosition")};
 }
 
-void Read(const Place& record, ArcData& arc) {
-    arc = {NumberAt(record, "XOrigin"),         NumberAt(record, "YOrigin"),
-           NumberAt(record, "ZOrigin"),         NumberAt(record, "iRotationVector"),
-           NumberAt(record, "jRotationVector"), NumberAt(record, "kRotationVector"),
-           NumberAt(record, "RotationAngle")};
-}
-
-template <typename Record>
-std::variant<XYZData, ArcData> RecordAt(const Place& place, Record RequiredMoves::* /*field*/) {
-    Record record{};
-    Read(place, record);
-    return record;
+ArcData Read(const Place& record, ArcData RequiredMoves::* /*field*/) {
+    return {NumberAt(record, "XOrigin"),         NumberAt(record, "YOrigin"),
+            NumberAt(record, "ZOrigin"),         NumberAt(record, "iRotationVector"),
+            NumberAt(record, "jRotationVector"), NumberAt(record, "kRotationVector"),
+            NumberAt(record, "RotationAngle")};
 }
 
 /// "number", "kind", "start" and "end" repeat what "name", "record" and the order say. In an edited file they may be
@@ -45,7 +38,8 @@ PlannedMove MoveAt(const Place& place) {
     const Move* const move = FindMove(name);
     if (move == nullptr) place.Member("name").Refuse("is " + name + ", and there is no such move");
     const Place record = place.Member("record");
-    return {move->id, std::visit([&](const auto field) { return RecordAt(record, field); }, move->field)};
+    const auto read = [&](const auto field) -> std::variant<XYZData, ArcData> { return Read(record, field); };
+    return {move->id, std::visit(read, move->field)};
 }
 
 Plan PlanAt(const Place& place) {

@@ -117,6 +117,18 @@ Json::Json(std::initializer_list<Json> values) {
     value = std::move(members);
 }
 
+Json Json::Array() {
+    Json array;
+    array.value = Elements();
+    return array;
+}
+
+Json Json::Object() {
+    Json object;
+    object.value = Members();
+    return object;
+}
+
 std::optional<double> Json::Number() const {
     if (const auto* const number = std::get_if<double>(&value)) return *number;
     if (const auto* const number = std::get_if<std::int64_t>(&value)) return static_cast<double>(*number);

@@ -40,10 +40,10 @@ public:
     Json(const std::vector<std::string>& texts);
     Json(std::initializer_list<Json> values);
     /// Null when there is no value.
-    template <typename Content> Json(const std::optional<Content>& maybe) : Json(maybe ? Json(*maybe) : Json()) {}
+    template <typename Inner> Json(const std::optional<Inner>& maybe);
     // NOLINTEND(google-explicit-constructor)
-    static Json Array() { return Empty<Elements>(); }
-    static Json Object() { return Empty<Members>(); }
+    static Json Array();
+    static Json Object();
 
     bool IsNull() const { return std::holds_alternative<std::nullptr_t>(value); }
     bool IsObject() const { return std::holds_alternative<Members>(value); }
@@ -70,12 +70,6 @@ public:
     std::string Dump(std::optional<int> indent = std::nullopt) const;
 
 private:
-    template <typename Kind> static Json Empty() {
-        Json empty;
-        empty.value = Kind();
-        return empty;
-    }
-
     Value value;
 };
 
@@ -86,6 +80,7 @@ struct Json::Member {
 
 Json::Json(std::signed_integral auto number) : value(std::int64_t{number}) {}
 Json::Json(std::unsigned_integral auto number) : value(std::uint64_t{number}) {}
+template <typename Inner> Json::Json(const std::optional<Inner>& maybe) : Json(maybe ? Json(*maybe) : Json()) {}
 
 /// The JSON document in `content`. Throws InputError, with the file's name, for a text that is not JSON, and for an
 /// object that names a member twice.

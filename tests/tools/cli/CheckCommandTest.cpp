@@ -147,8 +147,7 @@ TEST_F(CheckCommand, PrintsATableOfStatesClearancesAndTheVerdict) {
           "Verdict: clear, no findings in 1 plan.\n"}) {
         EXPECT_THAT(run.out, HasSubstr(expected));
     }
-    std::istringstream lines(run.out);
-    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100u) << line;
+    EXPECT_TRUE(IsWithin100Columns(run.out)) << run.out;
 }
 
 TEST_F(CheckCommand, PrintsWhatIsWrongAndWhatToDo) {

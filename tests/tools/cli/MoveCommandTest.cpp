@@ -253,8 +253,7 @@ TEST_F(MoveCommand, PrintsEveryMoveAndWhichWayEachArcTurns) {
          }) {
         EXPECT_NE(std::string::npos, text.find(expected)) << "missing: " << expected << "\nin:\n" << text;
     }
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100u) << line;
+    EXPECT_TRUE(IsWithin100Columns(text)) << text;
 }
 
 TEST_F(MoveCommand, NumbersThePlansOfATour) {

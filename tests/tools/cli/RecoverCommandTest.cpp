@@ -107,8 +107,7 @@ TEST_F(RecoverCommand, PrintsTheStateFirstInLinesOf100Letters) {
     for (const std::size_t number : {1u, 3u, 8u, 10u, 16u, 18u, 19u}) {
         const ToolRun run = Recover(EndOf(number));
         EXPECT_TRUE(run.out.starts_with("State: ")) << run.out;
-        std::istringstream lines(run.out);
-        for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100u) << line;
+        EXPECT_TRUE(IsWithin100Columns(run.out)) << run.out;
     }
     const std::string text = Recover(EndOf(10), {"--after", "10"}).out;
     for (const char* expected :

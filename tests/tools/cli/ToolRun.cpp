@@ -92,6 +92,14 @@ Json PlainHead::PlansThrough(const std::vector<std::string>& positions) const {
     return Document("move", tour)["plans"];
 }
 
+bool IsWithin100Columns(const std::string& text) {
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.size() > 100) return false;
+    }
+    return true;
+}
+
 Json RecordsOf(const Json& moves) {
     Json records = Json::object();
     for (const Json& move : moves) records[move["name"].get<std::string>()] = move["record"];

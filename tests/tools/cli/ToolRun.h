@@ -70,6 +70,9 @@ public:
     const std::string geometry = PlainGeometryFile(folder);
 };
 
+/// True when no line has more than 100 columns.
+bool IsWithin100Columns(const std::string& text);
+
 /// The records of the moves of a plan, by the moves' names.
 Json RecordsOf(const Json& moves);
 
