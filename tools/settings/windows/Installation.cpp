@@ -153,9 +153,11 @@ public:
             ReportBroken("type-library-missing",
                          "The registered type library " + *library + " is not there: " + consequence);
         }
-        for (const std::string key : interfaceKeys) {
-            if (isRegistered && !ascii::EqualIgnoringCase(RegisteredText(key).value_or(""), libraryId))
-                ReportBroken("interface-broken", key + " does not name the type library: " + consequence);
+        for (const char* const key : interfaceKeys) {
+            if (isRegistered && !ascii::EqualIgnoringCase(RegisteredText(key).value_or(""), libraryId)) {
+                ReportBroken("interface-broken",
+                             std::string(key).append(" does not name the type library: ").append(consequence));
+            }
         }
     }
 
