@@ -15,8 +15,6 @@ namespace qmv40::check {
 
 namespace {
 
-std::size_t IndexOf(FindingKind kind) { return static_cast<std::size_t>(kind); }
-
 /// Runs a step of the component. False when it refuses the angles.
 template <typename Step> bool IsAccepted(Step&& step) {
     try {
@@ -31,34 +29,10 @@ template <typename Step> bool IsAccepted(Step&& step) {
 void Take(AllPairs& all, const plans::Plan& plan, const PlanReport& report) {
     all.figures.Take(plan, report);
     all.findings += report.findings.size();
-    bool isNew = false;
     for (const Finding& finding : report.findings) {
-        isNew = all.findingsOfKind[IndexOf(finding.kind)]++ == 0 || isNew;
+        FoundKind& found = all.kinds[finding.kind];
+        if (found.count++ == 0) found = {1, finding, plan};
     }
-    if (isNew) all.examples.push_back({plan, report});
-}
-
-struct Example {
-    const CheckedPlan& checked;
-    const Finding& finding;
-};
-
-/// The first finding of the kind.
-Example ExampleOf(const AllPairs& all, FindingKind kind) {
-    for (const CheckedPlan& checked : all.examples) {
-        const auto& findings = checked.report.findings;
-        const auto found = std::ranges::find(findings, kind, &Finding::kind);
-        if (found != findings.end()) return {checked, *found};
-    }
-    throw std::logic_error("a finding without its plan");
-}
-
-std::vector<FindingKind> KindsFound(const AllPairs& all) {
-    std::vector<FindingKind> kinds;
-    for (const FindingText& text : AllFindingTexts()) {
-        if (all.findingsOfKind[IndexOf(text.kind)] != 0) kinds.push_back(text.kind);
-    }
-    return kinds;
 }
 
 } // namespace
@@ -76,7 +50,6 @@ AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& 
                        std::vector<model::HeadAngles> positions, const text::Console& console) {
     AllPairs all;
     all.positions = std::move(positions);
-    all.findingsOfKind.resize(AllFindingTexts().size());
     Surroundings surroundings(head, options.sizes, options.scene);
     surroundings.ComputeOnlySmallest(options.requiredClearance);
     all.figures = Figures(surroundings);
@@ -115,13 +88,11 @@ void PrintAllPairs(const AllPairs& all, const CheckOptions& options, const text:
     table.AddRow({"planned and checked", std::to_string(all.figures.Plans())});
     table.AddRow({"different moves among them", std::to_string(all.differentMoves)});
     table.Print(console);
-    for (const FindingKind kind : KindsFound(all)) {
-        const auto [checked, finding] = ExampleOf(all, kind);
+    for (const auto& [kind, found] : all.kinds) {
         console.out << '\n'
-                    << std::to_string(all.findingsOfKind[IndexOf(kind)]) << " times, first from "
-                    << plans::HeadAnglesText(checked.plan.from) << " to " << plans::HeadAnglesText(checked.plan.to)
-                    << ":\n";
-        text::PrintFinding(FindingFor(finding, checked.plan), console.out, console.colour);
+                    << found.count << " times, first from " << plans::HeadAnglesText(found.plan.from) << " to "
+                    << plans::HeadAnglesText(found.plan.to) << ":\n";
+        text::PrintFinding(FindingFor(found.first, found.plan), console.out, console.colour);
     }
     PrintFigures(all.figures, options, console);
     PrintAssumptions(options, console);
@@ -129,12 +100,10 @@ void PrintAllPairs(const AllPairs& all, const CheckOptions& options, const text:
 
 text::Json AllPairsJson(const AllPairs& all, const CheckOptions& options) {
     text::Json findings = text::Json::Array();
-    for (const FindingKind kind : KindsFound(all)) {
-        const auto [checked, finding] = ExampleOf(all, kind);
-        text::Json first{{"from", plans::AnglesJson(checked.plan.from)}, {"to", plans::AnglesJson(checked.plan.to)}};
-        first.Update(text::FindingJson(FindingFor(finding, checked.plan)));
-        findings.PushBack(
-            {{"name", TextOf(kind).name}, {"count", all.findingsOfKind[IndexOf(kind)]}, {"first", first}});
+    for (const auto& [kind, found] : all.kinds) {
+        text::Json first{{"from", plans::AnglesJson(found.plan.from)}, {"to", plans::AnglesJson(found.plan.to)}};
+        first.Update(text::FindingJson(FindingFor(found.first, found.plan)));
+        findings.PushBack({{"name", TextOf(kind).name}, {"count", found.count}, {"first", first}});
     }
     return {{"verdict", Verdict(all.findings)},
             {"assumptions", AssumptionsJson(options)},

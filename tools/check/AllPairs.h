@@ -1,24 +1,30 @@
 #pragma once
 
 #include "tools/check/CheckReport.h"
-#include "tools/check/Figures.h"
+#include "tools/check/CheckedTour.h"
 #include "tools/text/Console.h"
 #include "tools/text/Json.h"
 
-#include <functional>
+#include <map>
 #include <vector>
 
 namespace qmv40::check {
 
 /// Every indexing between the positions of a head, planned by the component and checked.
 
+/// A kind of finding, and the first finding of it.
+struct FoundKind {
+    std::size_t count = 0;
+    Finding first{};
+    plans::Plan plan; ///< in which it was found; a finding names a move of it
+};
+
 struct AllPairs {
     std::vector<model::HeadAngles> positions;
     std::size_t refused = 0;        ///< pairs that the component refuses to plan
     std::size_t differentMoves = 0; ///< moves that are in many plans are counted once
     std::size_t findings = 0;
-    std::vector<std::size_t> findingsOfKind; ///< by kind
-    std::vector<CheckedPlan> examples;       ///< the first plan with each kind of finding
+    std::map<FindingKind, FoundKind> kinds;
     Figures figures;
 
     std::size_t Pairs() const { return positions.size() * positions.size(); }

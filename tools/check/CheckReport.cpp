@@ -70,6 +70,27 @@ std::string PlanText(const WorstFigure& worst) {
     return ", from " + plans::HeadAnglesText(worst.from) + " to " + plans::HeadAnglesText(worst.to);
 }
 
+std::string MoveText(std::size_t index, MoveId id) { return "move " + std::to_string(index + 1) + " " + NameOf(id); }
+
+std::string WhereText(const WorstFigure& worst, const Figures& figures) {
+    return MoveText(worst.move, worst.id) + (figures.Plans() > 1 ? PlanText(worst) : "");
+}
+
+/// For each part, the clearance to the obstacle that it comes closest to.
+void PrintPartClearances(const Figures& figures, const text::Console& console) {
+    const auto isKnown = [](const PairFigure& pair) { return pair.smallest.has_value(); };
+    if (std::ranges::none_of(figures.Pairs(), isKnown)) return;
+    console.out << '\n' << console.Strong("Smallest clearance of each part, at least") << '\n';
+    text::Table table(
+        {{"", text::Table::Align::Left}, {"", text::Table::Align::Left}, {""}, {"", text::Table::Align::Left}});
+    for (const PairFigure& pair : figures.Pairs()) {
+        if (!pair.smallest) continue;
+        table.AddRow({pair.part, "to " + pair.solid, text::FixedText(pair.smallest->value, clearanceDecimals) + " mm",
+                      WhereText(*pair.smallest, figures)});
+    }
+    table.Print(console);
+}
+
 text::Json WorstJson(const std::optional<WorstFigure>& worst) {
     if (!worst) return nullptr;
     return {{"value", worst->value},
@@ -149,15 +170,14 @@ text::Json PlanJson(const CheckedPlan& checked, const model::HeadModel& head, co
             {"moves", moves}};
 }
 
-void PrintTourVerdict(const CheckedTour& tour, const text::Console& console) {
-    const std::size_t plans = tour.plans.size();
-    PrintVerdict(tour.Findings(), std::to_string(plans) + (plans == 1 ? " plan" : " plans"), console);
-}
+} // namespace
 
-void PrintTour(const CheckedTour& tour, const CheckOptions& options, bool withMoves, const text::Console& console) {
-    PrintTourVerdict(tour, console);
-    for (std::size_t i = 0; i < tour.plans.size(); ++i) {
-        const std::string title = plans::PlanTitle(tour.plans[i].plan, i, tour.plans.size());
+void PrintCheckedTour(const CheckedTour& tour, const CheckOptions& options, bool withMoves,
+                      const text::Console& console) {
+    const std::size_t count = tour.plans.size();
+    PrintVerdict(tour.Findings(), std::to_string(count) + (count == 1 ? " plan" : " plans"), console);
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string title = plans::PlanTitle(tour.plans[i].plan, i, count);
         console.out << (i == 0 ? "" : "\n") << console.Strong(title + (withMoves ? ", as after each move" : ""))
                     << '\n';
         PrintFindings(tour.plans[i], console);
@@ -167,16 +187,6 @@ void PrintTour(const CheckedTour& tour, const CheckOptions& options, bool withMo
     }
     PrintFigures(tour.figures, options, console);
     PrintAssumptions(options, console);
-}
-
-} // namespace
-
-void PrintCheckedTour(const CheckedTour& tour, const CheckOptions& options, const text::Console& console) {
-    PrintTour(tour, options, true, console);
-}
-
-void PrintJudgement(const CheckedTour& tour, const CheckOptions& options, const text::Console& console) {
-    PrintTour(tour, options, false, console);
 }
 
 text::Json CheckedTourJson(const CheckedTour& tour, const model::HeadModel& head, const CheckOptions& options) {
@@ -200,31 +210,6 @@ std::string AmountText(const Finding& finding) {
     const std::string amount = text::FixedText(*finding.amount, figureDecimals) + " " + TextOf(finding.kind).unit;
     return finding.meeting ? amount + " (" + finding.meeting->part + " to " + finding.meeting->obstacle + ")" : amount;
 }
-
-namespace {
-
-std::string MoveText(std::size_t index, MoveId id) { return "move " + std::to_string(index + 1) + " " + NameOf(id); }
-
-std::string WhereText(const WorstFigure& worst, const Figures& figures) {
-    return MoveText(worst.move, worst.id) + (figures.Plans() > 1 ? PlanText(worst) : "");
-}
-
-/// For each part, the clearance to the obstacle that it comes closest to.
-void PrintPartClearances(const Figures& figures, const text::Console& console) {
-    const auto isKnown = [](const PairFigure& pair) { return pair.smallest.has_value(); };
-    if (std::ranges::none_of(figures.Pairs(), isKnown)) return;
-    console.out << '\n' << console.Strong("Smallest clearance of each part, at least") << '\n';
-    text::Table table(
-        {{"", text::Table::Align::Left}, {"", text::Table::Align::Left}, {""}, {"", text::Table::Align::Left}});
-    for (const PairFigure& pair : figures.Pairs()) {
-        if (!pair.smallest) continue;
-        table.AddRow({pair.part, "to " + pair.solid, text::FixedText(pair.smallest->value, clearanceDecimals) + " mm",
-                      WhereText(*pair.smallest, figures)});
-    }
-    table.Print(console);
-}
-
-} // namespace
 
 void PrintFigures(const Figures& figures, const CheckOptions& options, const text::Console& console) {
     console.out << '\n' << console.Strong("Worst figures") << '\n';

@@ -7,11 +7,10 @@
 
 namespace qmv40::check {
 
-/// For people: the moves of each plan with state and clearance, findings, worst figures, assumptions, verdict.
-void PrintCheckedTour(const CheckedTour& tour, const CheckOptions& options, const text::Console& console);
-
-/// The same without the moves: findings, worst figures, verdict.
-void PrintJudgement(const CheckedTour& tour, const CheckOptions& options, const text::Console& console);
+/// For people: verdict, findings, worst figures, assumptions, and with `withMoves` the moves of each plan with state
+/// and clearance.
+void PrintCheckedTour(const CheckedTour& tour, const CheckOptions& options, bool withMoves,
+                      const text::Console& console);
 
 text::Json CheckedTourJson(const CheckedTour& tour, const model::HeadModel& head, const CheckOptions& options);
 

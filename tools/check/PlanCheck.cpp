@@ -23,27 +23,192 @@ public:
               Surroundings& theSurroundings, const motion::Machine& theMachine)
         : head(theHead), options(theOptions), plan(thePlan), surroundings(theSurroundings), machine(theMachine) {}
 
-    PlanReport Report() &&;
-    void CheckOrder();
-    void CheckStart(const model::HeadAngles& left);
+    PlanReport Report() && {
+        const bool ranAll = RunAll();
+        index.reset();
+        if (ranAll) CheckEnd();
+        return std::move(report);
+    }
+
+    void CheckOrder() {
+        for (std::size_t i = 0; i < std::min(plan.moves.size(), plans::moveCount); ++i) {
+            index = i;
+            if (IndexOf(plan.moves[i].id) != i) return Find(K::MovesOutOfOrder);
+        }
+        index.reset();
+        if (plan.moves.size() != plans::moveCount) Find(K::MoveMissing);
+    }
+
+    void CheckStart(const model::HeadAngles& left) {
+        FindAbove(model::angleTolerance, K::StartIsNotTheEndBefore, LargestDifference(left, plan.from));
+    }
     void SetWay(std::vector<motion::ExecutedMove> way) { report.way = std::move(way); }
 
 private:
-    bool RunAll();
+    bool RunAll() {
+        for (std::size_t i = 0; i < plan.moves.size(); ++i) {
+            index = i;
+            if (!motion::Machine::CanRun(plan.moves[i])) {
+                Find(K::NotANumber);
+                return false;
+            }
+            CheckMove(plan.moves[i], machine.Run(plan.moves[i]));
+        }
+        return true;
+    }
     CheckedMove Measured(const motion::ExecutedMove& run) { return CheckedMoveOf(run, head, options, surroundings); }
-    void AddWayTo(CheckedMove& first);
-    void CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run);
-    void CheckStateFor(const motion::ExecutedMove& run);
-    void CheckEnding(MoveRequirement::Ending ending, const motion::ExecutedMove& run);
-    void CheckContactLine(const model::ContactLine& line, const model::Vector3& point);
-    void CheckLeverTouched(const motion::ExecutedMove& run);
-    void CheckArc(MoveRequirement::Arc kind, const ArcData& arc, const motion::ExecutedMove& run);
-    WantedArc WantedFor(MoveRequirement::Arc kind, const motion::ExecutedMove& run) const;
-    WantedArc WantedSwing(const motion::ExecutedMove& run) const;
-    void CheckHeight(MoveRequirement::Height height, const motion::ExecutedMove& run);
-    void CheckClearance(const CheckedMove& move);
-    void CheckTravel(const model::Path& path);
-    void CheckEnd();
+
+    void AddWayTo(CheckedMove& first) {
+        for (const motion::ExecutedMove& leg : report.way) {
+            const CheckedMove measured = Measured(leg);
+            Take(FindingsOfTravel(leg.path, options));
+            first.clearance.toPoleSphere = std::min(first.clearance.toPoleSphere, measured.clearance.toPoleSphere);
+            first.clearance.toLevers = std::min(first.clearance.toLevers, measured.clearance.toLevers);
+            if (first.lowestTip) first.lowestTip = std::min(*first.lowestTip, *measured.lowestTip);
+            for (std::size_t i = 0; i < first.around.size(); ++i) {
+                first.around[i].atLeast = std::min(first.around[i].atLeast, measured.around[i].atLeast);
+            }
+        }
+    }
+
+    void CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run) {
+        const MoveRequirement& requirement = RequirementOf(planned.id);
+        report.moves.push_back(Measured(run));
+        if (index == 0) AddWayTo(report.moves.back());
+        if (const auto* const arc = std::get_if<ArcData>(&planned.data)) CheckArc(requirement.arc, *arc, run);
+        CheckStateFor(run);
+        CheckEnding(requirement.ending, run);
+        if (requirement.isVertical) {
+            FindAbove(model::lengthTolerance, K::NotAboveTheApproach,
+                      model::Length(model::Perpendicular(run.path.End() - run.path.Start(), up)));
+        }
+        CheckHeight(requirement.height, run);
+        const CheckedMove& checked = report.moves.back();
+        Take(FindingsOfClearance(checked.clearance, checked.around, options, surroundings));
+        Take(FindingsOfTravel(run.path, options));
+    }
+
+    void CheckStateFor(const motion::ExecutedMove& run) {
+        const bool isLocked = run.before.lever == model::LeverState::Locked;
+        switch (RequirementOf(run.id).arc) {
+        case MoveRequirement::Arc::AToZero:
+        case MoveRequirement::Arc::BToTarget:
+        case MoveRequirement::Arc::AToTarget:
+            if (isLocked) Find(K::IndexedWhileLocked);
+            FindAbove(model::lengthTolerance, K::PegTornOut, run.pulledOff);
+            FindAbove(model::angleTolerance, K::HeadAngleOutOfRange, BeyondStops(run.after.angles));
+            break;
+        case MoveRequirement::Arc::Push:
+            if (run.id == plans::MoveId::UnLock && run.after.lever == model::LeverState::Locked)
+                Find(K::LeverNotUnlocked);
+            if (run.id == plans::MoveId::Lock && run.after.lever == model::LeverState::Unlocked)
+                Find(K::LeverNotLocked);
+            break;
+        case MoveRequirement::Arc::Swing:
+        case MoveRequirement::Arc::None:
+            break;
+        }
+        if (run.id == plans::MoveId::EngageWithPeg && isLocked) Find(K::EngagedWhileLocked);
+        if (run.id == plans::MoveId::MoveToAPosition) {
+            report.targetMiss = model::Distance(run.path.End(), head.EngagementPosition(plan.to));
+            FindAbove(model::lengthTolerance, K::TargetPositionMissed, *report.targetMiss);
+        }
+    }
+
+    void CheckEnding(MoveRequirement::Ending ending, const motion::ExecutedMove& run) {
+        const model::Vector3 end = run.path.End();
+        const model::LeverSide side = model::HeadModel::LeverInReach(run.after.angles);
+        switch (ending) {
+        case MoveRequirement::Ending::Anywhere:
+            break;
+        case MoveRequirement::Ending::BeforeLever:
+            CheckContactLine(head.LeverLine(side, run.after.lever), end);
+            break;
+        case MoveRequirement::Ending::AtLever:
+            CheckLeverTouched(run);
+            break;
+        case MoveRequirement::Ending::ClearOfLever: {
+            const model::ContactLine line = head.LeverLine(side, run.after.lever);
+            FindAbove(model::lengthTolerance, K::ApproachTooShort, line.distance - model::Distance(end, line.contact));
+            break;
+        }
+        case MoveRequirement::Ending::BeforePeg:
+            CheckContactLine(head.PegLine(run.after.angles), end);
+            break;
+        case MoveRequirement::Ending::AtPeg:
+            FindAbove(model::lengthTolerance, K::PegNotEngaged,
+                      model::Distance(end, head.EngagementPosition(run.after.angles)));
+            break;
+        }
+    }
+
+    void CheckContactLine(const model::ContactLine& line, const model::Vector3& point) {
+        const model::Vector3 fromContact = point - line.contact;
+        const double along = model::Dot(fromContact, line.outward);
+        if (along < 0.0) return Find(K::ApproachFromTheWrongSide, -along);
+        FindAbove(model::lengthTolerance, K::ApproachLineMissed,
+                  model::Length(model::Perpendicular(fromContact, line.outward)));
+        FindAbove(model::lengthTolerance, K::ApproachTooShort, line.distance - along);
+    }
+
+    void CheckLeverTouched(const motion::ExecutedMove& run) {
+        const model::LeverSide side = model::HeadModel::LeverInReach(run.after.angles);
+        if (run.after.touchedBall == model::OtherLever(side)) return Find(K::WrongLever);
+        FindAbove(model::lengthTolerance, K::LeverNotTouched,
+                  model::Distance(run.path.End(), head.LeverBall(side, run.after.lever)));
+    }
+
+    void CheckArc(MoveRequirement::Arc kind, const ArcData& arc, const motion::ExecutedMove& run) {
+        const bool leadsSomewhere = *index + 1 < plan.moves.size() && motion::Machine::CanRun(plan.moves[*index + 1]);
+        if (kind == MoveRequirement::Arc::Swing && !leadsSomewhere) return;
+        Take(FindingsOfArc(arc, run.path.Start(), WantedFor(kind, run)));
+    }
+
+    WantedArc WantedFor(MoveRequirement::Arc kind, const motion::ExecutedMove& run) const {
+        // Each indexing arc is judged by itself, not by what an earlier arc has spoiled.
+        const model::Vector3 onPeg = head.EngagementPosition(run.before.angles);
+        if (kind == MoveRequirement::Arc::AToZero) return {onPeg, head.TurnOfA(-plan.from.a, plan.from.b)};
+        if (kind == MoveRequirement::Arc::BToTarget) return {onPeg, head.TurnOfB(plan.to.b - plan.from.b)};
+        if (kind == MoveRequirement::Arc::AToTarget) return {onPeg, head.TurnOfA(plan.to.a, plan.to.b)};
+        if (kind == MoveRequirement::Arc::Swing) return WantedSwing(run);
+        const model::LeverSide side = model::HeadModel::LeverInReach(run.before.angles);
+        const model::LeverState state =
+            run.id == plans::MoveId::UnLock ? model::LeverState::Locked : model::LeverState::Unlocked;
+        return {head.LeverBall(side, state), head.LeverPush(side, state)};
+    }
+
+    WantedArc WantedSwing(const motion::ExecutedMove& run) const {
+        const model::Vector3 centre = head.SwingCentre();
+        const model::Vector3 from = model::Perpendicular(run.path.Start() - centre, up);
+        const auto* const next = std::get_if<XYZData>(&plan.moves[*index + 1].data);
+        const model::Vector3 to = next == nullptr ? from : model::Perpendicular(plans::VectorOf(*next) - centre, up);
+        const double degrees =
+            model::ToDegrees(std::atan2(model::Dot(model::Cross(from, to), up), model::Dot(from, to)));
+        return {run.path.Start(), {centre, up, degrees}, true};
+    }
+
+    void CheckHeight(MoveRequirement::Height height, const motion::ExecutedMove& run) {
+        if (height == MoveRequirement::Height::Free) return;
+        const double lowest =
+            height == MoveRequirement::Height::SafeAtEnd ? run.path.End()[2] : run.path.RangeAlong(up).smallest;
+        const double above = lowest - head.SafeHeight();
+        report.moves.back().aboveSafeHeight = above;
+        FindAbove(model::lengthTolerance, K::BelowSafeHeight, -above);
+    }
+
+    void Take(std::vector<Finding> findings) {
+        for (Finding& finding : findings) {
+            finding.move = index;
+            report.findings.push_back(std::move(finding));
+        }
+    }
+
+    void CheckEnd() {
+        const motion::HeadState& state = machine.State();
+        FindAbove(model::angleTolerance, K::TargetNotReached, LargestDifference(state.angles, plan.to));
+        if (state.isOnPeg) Find(K::StillOnThePeg);
+        if (state.lever != model::LeverState::Locked) Find(K::NotLockedAtTheEnd);
+    }
 
     void Find(K kind, std::optional<double> amount = std::nullopt) { report.findings.push_back({kind, index, amount}); }
     /// Adds a finding when the amount is above what is allowed, or is not a number.
@@ -59,199 +224,6 @@ private:
     PlanReport report;
     std::optional<std::size_t> index; ///< of the move that is being checked
 };
-
-PlanReport PlanCheck::Report() && {
-    const bool ranAll = RunAll();
-    index.reset();
-    if (ranAll) CheckEnd();
-    return std::move(report);
-}
-
-void PlanCheck::CheckOrder() {
-    for (std::size_t i = 0; i < std::min(plan.moves.size(), plans::moveCount); ++i) {
-        index = i;
-        if (IndexOf(plan.moves[i].id) != i) return Find(K::MovesOutOfOrder);
-    }
-    index.reset();
-    if (plan.moves.size() != plans::moveCount) Find(K::MoveMissing);
-}
-
-bool PlanCheck::RunAll() {
-    for (std::size_t i = 0; i < plan.moves.size(); ++i) {
-        index = i;
-        if (!motion::Machine::CanRun(plan.moves[i])) {
-            Find(K::NotANumber);
-            return false;
-        }
-        CheckMove(plan.moves[i], machine.Run(plan.moves[i]));
-    }
-    return true;
-}
-
-void PlanCheck::CheckMove(const plans::PlannedMove& planned, const motion::ExecutedMove& run) {
-    const MoveRequirement& requirement = RequirementOf(planned.id);
-    report.moves.push_back(Measured(run));
-    if (index == 0) AddWayTo(report.moves.back());
-    if (const auto* const arc = std::get_if<ArcData>(&planned.data)) CheckArc(requirement.arc, *arc, run);
-    CheckStateFor(run);
-    CheckEnding(requirement.ending, run);
-    if (requirement.isVertical) {
-        FindAbove(model::lengthTolerance, K::NotAboveTheApproach,
-                  model::Length(model::Perpendicular(run.path.End() - run.path.Start(), up)));
-    }
-    CheckHeight(requirement.height, run);
-    CheckClearance(report.moves.back());
-    CheckTravel(run.path);
-}
-
-void PlanCheck::AddWayTo(CheckedMove& first) {
-    for (const motion::ExecutedMove& leg : report.way) {
-        const CheckedMove measured = Measured(leg);
-        CheckTravel(leg.path);
-        first.clearance.toPoleSphere = std::min(first.clearance.toPoleSphere, measured.clearance.toPoleSphere);
-        first.clearance.toLevers = std::min(first.clearance.toLevers, measured.clearance.toLevers);
-        if (first.lowestTip) first.lowestTip = std::min(*first.lowestTip, *measured.lowestTip);
-        for (std::size_t i = 0; i < first.around.size(); ++i) {
-            first.around[i].atLeast = std::min(first.around[i].atLeast, measured.around[i].atLeast);
-        }
-    }
-}
-
-void PlanCheck::CheckStateFor(const motion::ExecutedMove& run) {
-    const bool isLocked = run.before.lever == model::LeverState::Locked;
-    switch (RequirementOf(run.id).arc) {
-    case MoveRequirement::Arc::AToZero:
-    case MoveRequirement::Arc::BToTarget:
-    case MoveRequirement::Arc::AToTarget:
-        if (isLocked) Find(K::IndexedWhileLocked);
-        FindAbove(model::lengthTolerance, K::PegTornOut, run.pulledOff);
-        FindAbove(model::angleTolerance, K::HeadAngleOutOfRange, BeyondStops(run.after.angles));
-        break;
-    case MoveRequirement::Arc::Push:
-        if (run.id == plans::MoveId::UnLock && run.after.lever == model::LeverState::Locked) Find(K::LeverNotUnlocked);
-        if (run.id == plans::MoveId::Lock && run.after.lever == model::LeverState::Unlocked) Find(K::LeverNotLocked);
-        break;
-    case MoveRequirement::Arc::Swing:
-    case MoveRequirement::Arc::None:
-        break;
-    }
-    if (run.id == plans::MoveId::EngageWithPeg && isLocked) Find(K::EngagedWhileLocked);
-    if (run.id == plans::MoveId::MoveToAPosition) {
-        report.targetMiss = model::Distance(run.path.End(), head.EngagementPosition(plan.to));
-        FindAbove(model::lengthTolerance, K::TargetPositionMissed, *report.targetMiss);
-    }
-}
-
-void PlanCheck::CheckEnding(MoveRequirement::Ending ending, const motion::ExecutedMove& run) {
-    const model::Vector3 end = run.path.End();
-    const model::LeverSide side = model::HeadModel::LeverInReach(run.after.angles);
-    switch (ending) {
-    case MoveRequirement::Ending::Anywhere:
-        break;
-    case MoveRequirement::Ending::BeforeLever:
-        CheckContactLine(head.LeverLine(side, run.after.lever), end);
-        break;
-    case MoveRequirement::Ending::AtLever:
-        CheckLeverTouched(run);
-        break;
-    case MoveRequirement::Ending::ClearOfLever: {
-        const model::ContactLine line = head.LeverLine(side, run.after.lever);
-        FindAbove(model::lengthTolerance, K::ApproachTooShort, line.distance - model::Distance(end, line.contact));
-        break;
-    }
-    case MoveRequirement::Ending::BeforePeg:
-        CheckContactLine(head.PegLine(run.after.angles), end);
-        break;
-    case MoveRequirement::Ending::AtPeg:
-        FindAbove(model::lengthTolerance, K::PegNotEngaged,
-                  model::Distance(end, head.EngagementPosition(run.after.angles)));
-        break;
-    }
-}
-
-void PlanCheck::CheckContactLine(const model::ContactLine& line, const model::Vector3& point) {
-    const model::Vector3 fromContact = point - line.contact;
-    const double along = model::Dot(fromContact, line.outward);
-    if (along < 0.0) return Find(K::ApproachFromTheWrongSide, -along);
-    FindAbove(model::lengthTolerance, K::ApproachLineMissed,
-              model::Length(model::Perpendicular(fromContact, line.outward)));
-    FindAbove(model::lengthTolerance, K::ApproachTooShort, line.distance - along);
-}
-
-void PlanCheck::CheckLeverTouched(const motion::ExecutedMove& run) {
-    const model::LeverSide side = model::HeadModel::LeverInReach(run.after.angles);
-    if (run.after.touchedBall == model::OtherLever(side)) return Find(K::WrongLever);
-    FindAbove(model::lengthTolerance, K::LeverNotTouched,
-              model::Distance(run.path.End(), head.LeverBall(side, run.after.lever)));
-}
-
-void PlanCheck::CheckArc(MoveRequirement::Arc kind, const ArcData& arc, const motion::ExecutedMove& run) {
-    const bool leadsSomewhere = *index + 1 < plan.moves.size() && motion::Machine::CanRun(plan.moves[*index + 1]);
-    if (kind == MoveRequirement::Arc::Swing && !leadsSomewhere) return;
-    for (const Finding& finding : FindingsOfArc(arc, run.path.Start(), WantedFor(kind, run))) {
-        Find(finding.kind, finding.amount);
-    }
-}
-
-WantedArc PlanCheck::WantedFor(MoveRequirement::Arc kind, const motion::ExecutedMove& run) const {
-    // Each indexing arc is judged by itself, not by what an earlier arc has spoiled.
-    const model::Vector3 onPeg = head.EngagementPosition(run.before.angles);
-    if (kind == MoveRequirement::Arc::AToZero) return {onPeg, head.TurnOfA(-plan.from.a, plan.from.b)};
-    if (kind == MoveRequirement::Arc::BToTarget) return {onPeg, head.TurnOfB(plan.to.b - plan.from.b)};
-    if (kind == MoveRequirement::Arc::AToTarget) return {onPeg, head.TurnOfA(plan.to.a, plan.to.b)};
-    if (kind == MoveRequirement::Arc::Swing) return WantedSwing(run);
-    const model::LeverSide side = model::HeadModel::LeverInReach(run.before.angles);
-    const model::LeverState state =
-        run.id == plans::MoveId::UnLock ? model::LeverState::Locked : model::LeverState::Unlocked;
-    return {head.LeverBall(side, state), head.LeverPush(side, state)};
-}
-
-WantedArc PlanCheck::WantedSwing(const motion::ExecutedMove& run) const {
-    const model::Vector3 centre = head.SwingCentre();
-    const model::Vector3 from = model::Perpendicular(run.path.Start() - centre, up);
-    const auto* const next = std::get_if<XYZData>(&plan.moves[*index + 1].data);
-    const model::Vector3 to = next == nullptr ? from : model::Perpendicular(plans::VectorOf(*next) - centre, up);
-    const double degrees = model::ToDegrees(std::atan2(model::Dot(model::Cross(from, to), up), model::Dot(from, to)));
-    return {run.path.Start(), {centre, up, degrees}, true};
-}
-
-void PlanCheck::CheckHeight(MoveRequirement::Height height, const motion::ExecutedMove& run) {
-    if (height == MoveRequirement::Height::Free) return;
-    const double lowest =
-        height == MoveRequirement::Height::SafeAtEnd ? run.path.End()[2] : run.path.RangeAlong(up).smallest;
-    const double above = lowest - head.SafeHeight();
-    report.moves.back().aboveSafeHeight = above;
-    FindAbove(model::lengthTolerance, K::BelowSafeHeight, -above);
-}
-
-void PlanCheck::CheckClearance(const CheckedMove& move) {
-    const double required = options.requiredClearance;
-    FindAbove(model::lengthTolerance, K::TouchesPoleSphere, required - move.clearance.toPoleSphere);
-    FindAbove(model::lengthTolerance, K::TouchesLever, required - move.clearance.toLevers);
-    for (const PartClearance& each : move.around) {
-        const double missing = required - each.atLeast;
-        if (missing <= model::lengthTolerance) continue; // not-a-number goes on to the finding
-        const Meeting meeting{surroundings.Parts()[each.part], surroundings.Solids()[each.solid]};
-        report.findings.push_back({K::TouchesObstacle, index, missing, meeting});
-    }
-}
-
-void PlanCheck::CheckTravel(const model::Path& path) {
-    for (const double beyond : BeyondTravel(path, options.travel)) {
-        FindAbove(model::lengthTolerance, K::TravelLimitExceeded, beyond);
-    }
-}
-
-void PlanCheck::CheckStart(const model::HeadAngles& left) {
-    FindAbove(model::angleTolerance, K::StartIsNotTheEndBefore, LargestDifference(left, plan.from));
-}
-
-void PlanCheck::CheckEnd() {
-    const motion::HeadState& state = machine.State();
-    FindAbove(model::angleTolerance, K::TargetNotReached, LargestDifference(state.angles, plan.to));
-    if (state.isOnPeg) Find(K::StillOnThePeg);
-    if (state.lever != model::LeverState::Locked) Find(K::NotLockedAtTheEnd);
-}
 
 /// The way from the end of the plan before: up, and across to above the first position. Empty when the plan begins with
 /// an arc or with a number that is not finite.
@@ -272,15 +244,36 @@ std::vector<motion::ExecutedMove> WayTo(const plans::Plan& plan, const model::He
 
 } // namespace
 
-std::array<double, 3> BeyondTravel(const model::Path& path, const std::array<TravelLimits, 3>& travel) {
-    std::array<double, 3> beyond{};
-    for (std::size_t axis = 0; axis < travel.size(); ++axis) {
+std::vector<Finding> FindingsOfClearance(const Clearance& clearance, const PartClearances& around,
+                                         const CheckOptions& options, const Surroundings& surroundings) {
+    std::vector<Finding> findings;
+    // Not-a-number is a finding too: an unknown clearance is not enough.
+    const auto find = [&](K kind, double clear) {
+        const double missing = options.requiredClearance - clear;
+        if (missing <= model::lengthTolerance) return false;
+        findings.push_back({kind, {}, missing});
+        return true;
+    };
+    find(K::TouchesPoleSphere, clearance.toPoleSphere);
+    find(K::TouchesLever, clearance.toLevers);
+    for (const PartClearance& each : around) {
+        if (!find(K::TouchesObstacle, each.atLeast)) continue;
+        findings.back().meeting = {surroundings.Parts()[each.part], surroundings.Solids()[each.solid]};
+    }
+    return findings;
+}
+
+std::vector<Finding> FindingsOfTravel(const model::Path& path, const CheckOptions& options) {
+    std::vector<Finding> findings;
+    for (std::size_t axis = 0; axis < options.travel.size(); ++axis) {
+        const TravelLimits& limits = options.travel[axis];
         model::Vector3 direction;
         direction[axis] = 1.0;
         const model::Path::Range range = path.RangeAlong(direction);
-        beyond[axis] = std::max(travel[axis].smallest - range.smallest, range.largest - travel[axis].largest);
+        const double beyond = std::max(limits.smallest - range.smallest, range.largest - limits.largest);
+        if (!(beyond <= model::lengthTolerance)) findings.push_back({K::TravelLimitExceeded, {}, beyond});
     }
-    return beyond;
+    return findings;
 }
 
 double BeyondStops(const model::HeadAngles& angles) {
@@ -295,11 +288,6 @@ CheckedMove CheckedMoveOf(const motion::ExecutedMove& run, const model::HeadMode
                           Surroundings& surroundings) {
     return {run, ClearanceOf(run, head, options.sizes), surroundings.Of(run), LowestTip(run, head, options.scene.parts),
             std::nullopt};
-}
-
-PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan) {
-    Surroundings surroundings(head, options.sizes, options.scene);
-    return CheckPlan(head, options, plan, surroundings);
 }
 
 PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
@@ -320,12 +308,6 @@ PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& optio
     check.CheckStart(last.after.angles);
     check.CheckOrder();
     return std::move(check).Report();
-}
-
-PlanReport CheckRest(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
-                     const motion::HeadState& state, const model::Vector3& machineAt) {
-    Surroundings surroundings(head, options.sizes, options.scene);
-    return PlanCheck(head, options, plan, surroundings, motion::Machine::InTheMiddle(head, state, machineAt)).Report();
 }
 
 } // namespace qmv40::check

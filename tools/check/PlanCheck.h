@@ -25,8 +25,11 @@ struct CheckOptions {
     Scene scene;
 };
 
-/// How far a path goes beyond the machine's travel: mm for each axis, negative inside.
-std::array<double, 3> BeyondTravel(const model::Path& path, const std::array<TravelLimits, 3>& travel);
+/// What comes closer than the required clearance. These findings and the next ones do not have the move's index.
+std::vector<Finding> FindingsOfClearance(const Clearance& clearance, const PartClearances& around,
+                                         const CheckOptions& options, const Surroundings& surroundings);
+/// One finding for each machine axis whose travel the path exceeds.
+std::vector<Finding> FindingsOfTravel(const model::Path& path, const CheckOptions& options);
 /// How far angles are beyond the head's stops (A 0 to 90, B -180 to 180): degrees, negative inside.
 double BeyondStops(const model::HeadAngles& angles);
 /// The larger one of the differences in A and in B, degrees.
@@ -56,7 +59,6 @@ struct PlanReport {
     std::optional<double> targetMiss;
 };
 
-PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan);
 /// For many plans of one head, use one Surroundings object for all: it remembers the moves that it has computed.
 PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
                      Surroundings& surroundings);
@@ -65,10 +67,5 @@ PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, 
 /// plan must begin with the head as `before` left it.
 PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
                          const PlanReport& before, Surroundings& surroundings);
-
-/// The same for moves that begin in the middle of a plan, with the head in `state` and the machine at `machineAt`. Each
-/// is compared with its purpose, and the end with `plan.to`. The plan may have fewer than 19 moves.
-PlanReport CheckRest(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
-                     const motion::HeadState& state, const model::Vector3& machineAt);
 
 } // namespace qmv40::check

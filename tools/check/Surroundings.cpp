@@ -41,29 +41,18 @@ const PartClearances& Surroundings::Of(const motion::ExecutedMove& move) {
 void Surroundings::ComputeOnlySmallest(double theRequired) { required = theRequired; }
 
 Surroundings::Key Surroundings::KeyOf(const motion::ExecutedMove& move) {
-    const model::Vector3 start = move.path.Start();
-    const model::Vector3 middle = move.path.At(0.5);
-    const model::Vector3 end = move.path.End();
-    const auto [before, after] = std::pair(move.before.angles, move.after.angles);
+    const model::HeadAngles &before = move.before.angles, &after = move.after.angles;
     const double touched = move.before.touchedBall ? 1.0 + static_cast<double>(*move.before.touchedBall) : 0.0;
-    Key key{start.x,
-            start.y,
-            start.z,
-            middle.x,
-            middle.y,
-            middle.z,
-            end.x,
-            end.y,
-            end.z,
-            before.a,
-            before.b,
-            after.a,
-            after.b,
-            touched,
-            static_cast<double>(move.before.lever),
-            move.path.Degrees(),
-            move.path.Radius()};
-    for (double& number : key) number = std::round(number / sameNumber);
+    Key key{};
+    auto next = key.begin();
+    const auto add = [&](double number) { *next++ = std::round(number / sameNumber); };
+    for (const model::Vector3& place : {move.path.Start(), move.path.At(0.5), move.path.End()}) {
+        for (const std::size_t axis : {0U, 1U, 2U}) add(place[axis]);
+    }
+    for (const double number : {before.a, before.b, after.a, after.b, touched, static_cast<double>(move.before.lever),
+                                move.path.Degrees(), move.path.Radius()}) {
+        add(number);
+    }
     return key;
 }
 

@@ -36,7 +36,7 @@ std::size_t RunTour(const CheckCommandOptions& options, const check::CheckOption
     if (options.json) {
         text::PrintDocument("check", check::CheckedTourJson(tour, head, checked), console.out);
     } else {
-        check::PrintCheckedTour(tour, checked, console);
+        check::PrintCheckedTour(tour, checked, true, console);
     }
     return tour.Findings();
 }

@@ -35,7 +35,7 @@ double SafeHeight(const ExportCommandOptions& options, const model::HeadModel& h
 /// A tour with findings is not exported, because the machine would execute it.
 void RequireSound(const check::CheckedTour& tour, bool force, const text::Console& console) {
     if (tour.Findings() == 0) return;
-    check::PrintJudgement(tour, {}, {console.err, console.err});
+    check::PrintCheckedTour(tour, {}, false, {console.err, console.err});
     if (force) return;
     console.err << "Nothing was written (--force writes it all the same).\n";
     throw CommandEnded{exitFindings};

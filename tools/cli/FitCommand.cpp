@@ -1,7 +1,6 @@
 #include "tools/cli/Commands.h"
 #include "tools/cli/Options.h"
 #include "tools/diagnosis/Capture.h"
-#include "tools/diagnosis/FitRows.h"
 #include "tools/diagnosis/Fits.h"
 #include "tools/text/Json.h"
 
@@ -38,9 +37,9 @@ void ShowCircle(const CMaPointArray& points, bool json, const text::Console& con
     rows.Print(console);
 }
 
-/// Prints a plane or a line. `direction` is the plane's normal or the line's direction.
-void ShowFlat(const FitOptions& options, const char* directionName, const CMaVector& point, const CMaVector& direction,
-              const diagnosis::Residuals& residuals, const text::Console& console) {
+void ShowFlat(const FitOptions& options, const char* directionName, const diagnosis::FlatFit& fit,
+              const text::Console& console) {
+    const auto& [point, direction, residuals] = fit;
     if (options.json) {
         return text::PrintDocument("fit",
                                    {{"shape", options.shape},
@@ -61,12 +60,8 @@ void ShowFlat(const FitOptions& options, const char* directionName, const CMaVec
 void Run(const FitOptions& options, const text::Console& console) {
     const CMaPointArray points = PointArrayOf(diagnosis::ReadPoints(options.points));
     if (options.shape == "circle") return ShowCircle(points, options.json, console);
-    if (options.shape == "plane") {
-        const diagnosis::PlaneFit fit = diagnosis::FitPlane(points);
-        return ShowFlat(options, "normal", fit.point, fit.normal, fit.residuals, console);
-    }
-    const diagnosis::LineFit fit = diagnosis::FitLine(points);
-    ShowFlat(options, "direction", fit.point, fit.direction, fit.residuals, console);
+    if (options.shape == "plane") return ShowFlat(options, "normal", diagnosis::FitPlane(points), console);
+    ShowFlat(options, "direction", diagnosis::FitLine(points), console);
 }
 
 constexpr const char* fitFooter =

@@ -5,11 +5,8 @@
 #include "tools/cli/Options.h"
 #include "tools/component/Calculator.h"
 #include "tools/component/ComponentError.h"
-#include "tools/diagnosis/Capture.h"
 #include "tools/diagnosis/DiagnosisReport.h"
-#include "tools/diagnosis/FitRows.h"
 #include "tools/diagnosis/Fits.h"
-#include "tools/diagnosis/HeldAngles.h"
 #include "tools/diagnosis/SetJudgement.h"
 #include "tools/model/Angles.h"
 #include "tools/plans/PositionLine.h"
@@ -19,7 +16,6 @@
 #include "tools/text/OutputFile.h"
 #include "tools/text/Progress.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace qmv40::cli {
@@ -39,37 +35,23 @@ struct GeometryOptions : CommonOptions {
 struct GeometryReport : JudgedCapture {
     diagnosis::CircleFit aAxis;
     diagnosis::CircleFit bAxis;
-    double aAxisCaptureB;
-    double bAxisCaptureA;
-
-    bool Contradicts() const {
-        return std::ranges::any_of(
-            findings, [](const diagnosis::Finding& each) { return each.severity == diagnosis::Severity::Fault; });
-    }
 };
 
-CMaPointArray LockedPoints(const diagnosis::CaptureFile& file, const model::Vector3& unlocking) {
-    CMaPointArray points(static_cast<int>(file.items.size()));
-    for (const HeadAlignmentDataItem& item : file.items) {
-        points.Add({item.XPosition - unlocking.x, item.YPosition - unlocking.y, item.ZPosition - unlocking.z});
-    }
-    return points;
-}
-
-diagnosis::CircleFit AxisFit(const CMaPointArray& points, const CMaVector& axis) {
+diagnosis::CircleFit AxisFit(std::span<const diagnosis::fit::CapturedPoint> set, const CMaVector& axis) {
+    CMaPointArray points(static_cast<int>(set.size()));
+    for (const auto& point : set) points.Add({point.position.x, point.position.y, point.position.z});
     diagnosis::CircleFit fit = diagnosis::FitCircle(points);
     fit.normal = diagnosis::Facing(fit.normal, axis);
     return fit;
 }
 
-GeometryReport Report(JudgedCapture judged, const diagnosis::CaptureFiles& capture) {
+GeometryReport Report(JudgedCapture judged) {
+    const auto aSet = judged.capture.sets.Set(true), bSet = judged.capture.sets.Set(false);
     // The direction of the A axis as the component turns it
-    const double azimuth = model::ToRadians(judged.head.rotationAroundZ + capture.aAxis.items.front().BPosition);
+    const double azimuth = model::ToRadians(judged.head.rotationAroundZ + aSet.front().b);
     const CMaVector aAxis(-std::cos(azimuth), -std::sin(azimuth), 0.0), bAxis(0.0, 0.0, 1.0);
-    diagnosis::CircleFit aFit = AxisFit(LockedPoints(capture.aAxis, judged.capture.unlocking), aAxis);
-    diagnosis::CircleFit bFit = AxisFit(LockedPoints(capture.bAxis, judged.capture.unlocking), bAxis);
-    return {std::move(judged), std::move(aFit), std::move(bFit), capture.aAxis.items.front().BPosition,
-            capture.bAxis.items.front().APosition};
+    diagnosis::CircleFit aFit = AxisFit(aSet, aAxis), bFit = AxisFit(bSet, bAxis);
+    return {std::move(judged), std::move(aFit), std::move(bFit)};
 }
 
 CMaVector VectorOf(const XYZData& position) { return {position.XPosition, position.YPosition, position.ZPosition}; }
@@ -94,7 +76,8 @@ void PrintFits(const GeometryReport& report, const text::Console& console) {
     diagnosis::FitRows rows({"A axis", "B axis"});
     rows.Add("points", "", {std::to_string(a.residuals.values.size()), std::to_string(b.residuals.values.size())});
     rows.Add("captured at", "deg",
-             {"B " + text::ExactText(report.aAxisCaptureB), "A " + text::ExactText(report.bAxisCaptureA)});
+             {"B " + text::ExactText(report.capture.sets.Set(true).front().b),
+              "A " + text::ExactText(report.capture.sets.Set(false).front().a)});
     rows.AddPoint("centre", {a.centre, b.centre});
     rows.AddDirection("axis", {a.normal, b.normal});
     rows.Add("radius", "mm", {diagnosis::FitRows::Length(a.radius), diagnosis::FitRows::Length(b.radius)});
@@ -125,7 +108,7 @@ void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& ca
 /// message.
 [[noreturn]] void Refuse(const component::ComponentError& error, const diagnosis::CaptureFiles& capture, bool json,
                          const text::Console& console) {
-    const diagnosis::fit::CapturedSets sets = SetsOf(capture, {});
+    const diagnosis::fit::CapturedSets sets = diagnosis::SetsOf(capture.aAxis.items, capture.bAxis.items, {});
     std::vector<diagnosis::Finding> findings;
     if (error.code == QMV_E_FIXED_AXIS_MOVED) findings = diagnosis::JudgeHeldAngles(sets);
     // For points that form no circle the reason can be found.
@@ -139,7 +122,7 @@ void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& ca
     } else {
         console.err << "qmv40: error " << component::CodeText(error.code) << " from " << error.source << ": "
                     << error.description << '\n';
-        diagnosis::PrintFindings(findings, capture, {}, console.err);
+        text::PrintFindings(diagnosis::FindingsOf(findings, capture, {}), console.err);
     }
     throw CommandEnded{exitRefused};
 }
@@ -152,7 +135,7 @@ GeometryReport Compute(const GeometryOptions& options, const diagnosis::CaptureF
         Refuse(error, capture, options.json, console);
     }
     progress.Advance(1);
-    return Report(Judged(options.capture, capture, calculator, progress), capture);
+    return Report(Judged(options.capture, capture, calculator, progress));
 }
 
 /// Nothing is computed before it is certain that every file may be written.
@@ -188,7 +171,7 @@ void Run(const GeometryOptions& options, const text::Console& console) {
     component::Calculator calculator;
     const GeometryReport report = Compute(options, capture, calculator, *progress, console);
     progress.reset();
-    const bool isRefused = report.Contradicts() && !options.force;
+    const bool isRefused = Has(report.findings, diagnosis::Severity::Fault) && !options.force;
     const bool isWritten = !options.output.empty() && !isRefused;
     if (isWritten) calculator.SaveHeadGeometry(options.output);
     WriteForPeople(options, report, capture, isWritten, console);

@@ -40,7 +40,7 @@ public:
         record.title = "Geometry of head " + (geometry.headNumber.empty() ? "(no number given)" : geometry.headNumber);
         record.verdict = diagnosis::VerdictOf(geometry.judged.findings);
         record.meaning = Meaning(record.verdict);
-        record.findings = RecordedFindings(geometry.judged, geometry.files);
+        record.findings = diagnosis::FindingsOf(geometry.judged.findings, geometry.files, geometry.judged.Tip());
         record.picture =
             record::CapturePicture({geometry.judged.capture.sets, geometry.files, geometry.judged.findings});
         record.sections = {Occasion(), Geometry(), Capture(), Known(), Settings()};
@@ -135,18 +135,6 @@ private:
 };
 
 } // namespace
-
-std::vector<record::RecordedFinding> RecordedFindings(const JudgedCapture& judged,
-                                                      const diagnosis::CaptureFiles& files) {
-    std::vector<record::RecordedFinding> recorded;
-    recorded.reserve(judged.findings.size());
-    for (const diagnosis::Finding& finding : judged.findings) {
-        diagnosis::FindingMessage message = diagnosis::MessageFor(finding, files, judged.Tip());
-        recorded.push_back({std::string(NameOf(finding.severity)) + ": " + std::string(NameOf(finding.kind)),
-                            std::move(message.sentence), std::move(message.remedy)});
-    }
-    return recorded;
-}
 
 record::Record RecordOf(const RecordedGeometry& geometry) { return Recorder(geometry).Made(); }
 

@@ -4,7 +4,6 @@
 #include "tools/record/RecordPage.h"
 
 #include <string>
-#include <vector>
 
 namespace qmv40::cli {
 
@@ -16,9 +15,6 @@ struct RecordedGeometry {
     std::string geometryFile; ///< the geometry file that was written; empty: none
 };
 
-/// What was found in a capture, in words.
-std::vector<record::RecordedFinding> RecordedFindings(const JudgedCapture& judged,
-                                                      const diagnosis::CaptureFiles& files);
 /// The page has the time of this moment and the settings in force.
 record::Record RecordOf(const RecordedGeometry& geometry);
 

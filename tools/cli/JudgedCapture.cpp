@@ -6,54 +6,29 @@ namespace qmv40::cli {
 
 namespace {
 
-double MillimetresIn(text::LengthUnit unit) { return unit == text::LengthUnit::Inch ? 25.4 : 1.0; }
-
 diagnosis::CaptureUnderTest UnderTest(const CaptureOptions& options, const diagnosis::CaptureFiles& capture,
                                       const ComputedHead& head) {
     diagnosis::CaptureUnderTest test;
     test.unlocking = UnlockingInForce();
-    test.sets = SetsOf(capture, test.unlocking);
+    test.sets = diagnosis::SetsOf(capture.aAxis.items, capture.bAxis.items, test.unlocking);
     test.rotation = head.rotationAroundZ;
     test.headCentre = {head.headCentre.XPosition, head.headCentre.YPosition, head.headCentre.ZPosition};
     test.centreWithin = options.centreWithin;
-    const double unit = MillimetresIn(options.unit);
+    const double unit = diagnosis::MillimetresIn(options.unit);
     if (options.sphere) test.knownSphere = unit * *options.sphere;
     if (options.stylus) test.knownStylus = unit * *options.stylus;
     return test;
 }
 
-/// The capture in millimetres, whatever its unit is.
-diagnosis::CaptureFile ReadIn(text::LengthUnit given, const std::string& fileName, text::Progress& progress) {
-    diagnosis::CaptureFile file = diagnosis::ReadCaptureFile(fileName);
-    diagnosis::RequireUnit(file, given);
-    const double unit = MillimetresIn(given);
-    for (HeadAlignmentDataItem& item : file.items) {
-        item.XPosition *= unit;
-        item.YPosition *= unit;
-        item.ZPosition *= unit;
-    }
-    progress.Advance(1);
-    return file;
-}
-
 } // namespace
 
-diagnosis::fit::CapturedSets SetsOf(const diagnosis::CaptureFiles& capture, const model::Vector3& unlocking) {
-    diagnosis::fit::CapturedSets sets;
-    sets.points.reserve(capture.aAxis.items.size() + capture.bAxis.items.size());
-    for (const diagnosis::CaptureFile* const file : {&capture.aAxis, &capture.bAxis}) {
-        for (const HeadAlignmentDataItem& item : file->items) {
-            const model::Vector3 read{item.XPosition, item.YPosition, item.ZPosition};
-            sets.points.push_back({item.APosition, item.BPosition, read - unlocking});
-        }
-    }
-    sets.aCount = capture.aAxis.items.size();
-    return sets;
-}
-
 diagnosis::CaptureFiles ReadCapture(const CaptureOptions& options, text::Progress& progress) {
-    diagnosis::CaptureFile aAxis = ReadIn(options.unit, options.aAxis, progress);
-    return {std::move(aAxis), ReadIn(options.unit, options.bAxis, progress)};
+    diagnosis::CaptureFiles capture;
+    capture.aAxis = diagnosis::ReadCapture(options.aAxis, options.unit);
+    progress.Advance(1);
+    capture.bAxis = diagnosis::ReadCapture(options.bAxis, options.unit);
+    progress.Advance(1);
+    return capture;
 }
 
 JudgedCapture Judged(const CaptureOptions& options, const diagnosis::CaptureFiles& capture,
@@ -62,7 +37,7 @@ JudgedCapture Judged(const CaptureOptions& options, const diagnosis::CaptureFile
     diagnosis::CaptureUnderTest test = UnderTest(options, capture, head);
     progress.Advance(1);
     diagnosis::Judgement judgement = diagnosis::JudgeCapture(test);
-    return {head, std::move(test), std::move(judgement.findings), std::move(judgement.diagnosis)};
+    return {std::move(judgement), head, std::move(test)};
 }
 
 void AddCaptureFiles(Command& command, CaptureOptions& options, bool isRequired) {

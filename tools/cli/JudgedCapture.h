@@ -23,11 +23,9 @@ struct CaptureOptions {
 };
 
 /// The component's answer to a capture, and the judgement of the points.
-struct JudgedCapture {
+struct JudgedCapture : diagnosis::Judgement {
     ComputedHead head;
     diagnosis::CaptureUnderTest capture;
-    std::vector<diagnosis::Finding> findings;
-    std::optional<diagnosis::Diagnosis> diagnosis; ///< empty: the sets determine no head, or the numbers are too large
 
     /// The stylus tip of the fitted head, in the head's frame; 0, 0, 0 without one.
     model::Vector3 Tip() const { return diagnosis ? diagnosis->head.model.tip : model::Vector3{}; }
@@ -45,8 +43,6 @@ inline constexpr std::size_t longStepsOfACapture = 5;
 
 /// Both files, in millimetres. Takes two steps.
 diagnosis::CaptureFiles ReadCapture(const CaptureOptions& options, text::Progress& progress);
-/// The points with their angles, shifted to the locked position.
-diagnosis::fit::CapturedSets SetsOf(const diagnosis::CaptureFiles& capture, const model::Vector3& unlocking);
 /// Judges a capture with the answer of a calculator that accepted it. Takes one step before the search for mistakes.
 JudgedCapture Judged(const CaptureOptions& options, const diagnosis::CaptureFiles& capture,
                      component::Calculator& calculator, text::Progress& progress);

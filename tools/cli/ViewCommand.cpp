@@ -7,7 +7,7 @@
 #include "tools/cli/StopQuestion.h"
 #include "tools/diagnosis/DiagnosisReport.h"
 #include "tools/record/CapturePicture.h"
-#include "tools/recovery/ShownWays.h"
+#include "tools/recovery/RecoveryReport.h"
 #include "tools/settings/Installation.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Files.h"
@@ -75,7 +75,7 @@ std::string CaptureFigure(const CaptureOptions& options, const text::Console& co
     const JudgedCapture judged = Judged(options, files, calculator, progress);
     return "<section id=\"capture\" aria-label=\"Capture\">\n<h3>Capture: " +
            view::MarkupText(diagnosis::VerdictOf(judged.findings)) + "</h3>\n" +
-           record::FindingsMarkup(RecordedFindings(judged, files)) +
+           record::FindingsMarkup(diagnosis::FindingsOf(judged.findings, files, judged.Tip())) +
            record::CapturePicture({judged.capture.sets, files, judged.findings}) + "</section>\n";
 }
 
@@ -168,7 +168,7 @@ void Run(const ViewOptions& options, const text::Console& console) {
     if (options.json) {
         text::PrintDocument("view", view::ViewDocument(view), console.out);
     } else {
-        check::PrintJudgement(view.tour, view.options, console);
+        check::PrintCheckedTour(view.tour, view.options, false, console);
     }
     for (const Outcome& file : files) console.err << "Written to " << file.file << ": " << file.whatToDo << ".\n";
     if (view.tour.Findings() != 0) throw CommandEnded{exitFindings};

@@ -1,36 +1,51 @@
 #pragma once
 
 #include "interface/Records.h"
+#include "tools/diagnosis/fit/CapturedPoint.h"
 #include "tools/text/Csv.h"
 
-#include <cstddef>
-#include <optional>
 #include <string>
-#include <vector>
 
 namespace qmv40::diagnosis {
 
-/// The captured points of one axis, and the lines of their file.
+/// The captured points of one axis in millimetres, and their lines in the file.
 struct CaptureFile {
     std::string name;
     std::vector<HeadAlignmentDataItem> items;
-    std::vector<std::size_t> lines;       ///< of each item, counted from 1
-    std::optional<text::LengthUnit> unit; ///< named in the header; the coordinates are not converted
+    std::vector<std::size_t> lines; ///< of each item, counted from 1
 };
 
+/// Both files of a capture. A point is named by its number: the points of both sets are numbered together, those of the
+/// A set first.
+struct CaptureFiles {
+    CaptureFile aAxis;
+    CaptureFile bAxis;
+
+    bool IsOfASet(std::size_t point) const { return point < aAxis.items.size(); }
+    const CaptureFile& FileOf(std::size_t point) const { return IsOfASet(point) ? aAxis : bAxis; }
+    const HeadAlignmentDataItem& ItemOf(std::size_t point) const { return FileOf(point).items[InFile(point)]; }
+    std::size_t LineOf(std::size_t point) const { return FileOf(point).lines[InFile(point)]; }
+    /// "file:line", the form in which compilers name places.
+    std::string NameOf(std::size_t point) const;
+
+private:
+    std::size_t InFile(std::size_t point) const { return IsOfASet(point) ? point : point - aAxis.items.size(); }
+};
+
+double MillimetresIn(text::LengthUnit unit);
+
 /// The captured points of one axis: a CSV file with the columns APosition, BPosition, XPosition, YPosition, ZPosition,
-/// or A, B, X, Y, Z.
-/// See Csv.h for what is accepted and what is refused.
-CaptureFile ReadCaptureFile(const std::string& fileName);
-
-/// Throws InputError for a capture whose header names another unit than `unit`.
-void RequireUnit(const CaptureFile& file, text::LengthUnit unit);
-
-/// The points without their lines.
-std::vector<HeadAlignmentDataItem> ReadCapture(const std::string& fileName);
+/// or A, B, X, Y, Z. `unit`: what the coordinates are in. Throws InputError for a header that names another unit.
+/// See Csv.h for what else is accepted and what is refused.
+CaptureFile ReadCapture(const std::string& fileName, text::LengthUnit unit);
 
 /// The points of a CSV file with the columns XPosition, YPosition, ZPosition, or X, Y, Z; a capture has them. Throws
 /// InputError for a header in inches: results are printed in millimetres.
 std::vector<XYZData> ReadPoints(const std::string& fileName);
+
+/// The points with their angles. `unlocking`, the shift by unlocking, is subtracted from the positions, which brings
+/// them to the locked position.
+fit::CapturedSets SetsOf(std::span<const HeadAlignmentDataItem> aAxis, std::span<const HeadAlignmentDataItem> bAxis,
+                         const model::Vector3& unlocking);
 
 } // namespace qmv40::diagnosis

@@ -32,12 +32,12 @@ private:
              std::vector<std::size_t> points = {}) {
         findings.push_back({kind, severity, std::move(points), figure, reference});
     }
-    bool HasFault() const { return std::ranges::find(findings, Severity::Fault, &Finding::severity) != findings.end(); }
+    bool HasFault() const { return Has(findings, Severity::Fault); }
 
     /// Judges first what makes all other findings meaningless, and last the quality of a capture without mistakes.
     void JudgeWhole() {
-        if (diagnosis.rewriting.kind != Rewriting::Kind::None) {
-            findings.push_back(JudgeRewriting(diagnosis.rewriting, diagnosis.head.model));
+        if (diagnosis.rewriting) {
+            findings.push_back(JudgeRewriting(*diagnosis.rewriting, diagnosis.head.model));
             return;
         }
         if (JudgeStylus()) return;
@@ -55,7 +55,8 @@ private:
         if (!HasFault()) JudgeKnown();
         JudgePrecision();
         JudgePrecisionOfRotation();
-        if (diagnosis.noise.isUneven) JudgeNoise();
+        const NoiseFigures& noise = diagnosis.noise;
+        if (noise.isUneven) Add(Kind::NoiseUneven, Severity::Warning, noise.perSet.aSet, noise.perSet.bSet);
     }
 
     /// Both sets were captured about the same axis, or a set about none. A single mistake that explains it is reported
@@ -88,12 +89,12 @@ private:
         }
     }
 
-    /// The largest RMS that noise and inexact index positions together can cause.
+    /// The largest RMS of a capture without a mistake: noise, inexact index positions and small errors together.
     double MisfitCeiling() const {
+        const double ofIndexing =
+            model::ToRadians(thresholds::indexCeiling) * model::SafeLength(diagnosis.head.model.tip);
         return std::min(thresholds::noiseCeiling,
-                        0.02 +
-                            model::ToRadians(thresholds::indexCeiling) * model::SafeLength(diagnosis.head.model.tip) +
-                            2.0 * std::sqrt(VarianceOnCircles()));
+                        thresholds::smallErrors + ofIndexing + 2.0 * std::sqrt(VarianceOnCircles()));
     }
 
     /// The variance of the noise by both circles, at least that of rounding.
@@ -129,8 +130,9 @@ private:
     /// The points form a head, but the length of its stylus is impossible.
     bool JudgeStylus() {
         const double length = model::SafeLength(plain.model.tip);
-        constexpr double clearly = 0.02;
-        if (!(plain.Rms() < clearly * length)) return false;
+        // The residuals of points that form a head are small in any unit, compared with the stylus.
+        constexpr double smallShare = 0.02;
+        if (!(plain.Rms() < smallShare * length)) return false;
         if (length >= thresholds::shortestStylus && length <= thresholds::longestStylus) return false;
         constexpr double inch = 25.4, metre = 1000.0;
         const double factor = length > thresholds::longestStylus            ? 1.0 / metre
@@ -293,6 +295,7 @@ private:
         if (known <= capture.centreWithin) return;
         const bool isOfASet = CentreWithin({shown.aSet, 0.0}) > CentreWithin({0.0, shown.bSet});
         const Kind kind = ReasonForPrecision(isOfASet);
+        // The stylus is then within 12 degrees of the B axis.
         constexpr double hangingShare = 0.2;
         if (isUnknown && !isOfASet && kind == Kind::CentreUncertain &&
             diagnosis.bCircle.radius < hangingShare * model::SafeLength(diagnosis.head.model.tip)) {
@@ -302,6 +305,7 @@ private:
         Add(kind, isUnknown ? Severity::Fault : Severity::Warning, known, capture.centreWithin);
     }
     Kind ReasonForPrecision(bool isOfASet) const {
+        // Degrees. A turns no farther than 90. From 180 on, a B circle's centre is known as well as one point.
         constexpr double ampleTilt = 80.0, ampleSwivel = 180.0;
         if (isOfASet && diagnosis.aCircle.arcCovered < ampleTilt) return Kind::TiltArcShort;
         if (!isOfASet && diagnosis.bCircle.arcCovered < ampleSwivel) return Kind::SwivelArcShort;
@@ -313,10 +317,6 @@ private:
         if (known <= thresholds::rotationWithin) return;
         Add(Kind::RotationUncertain, known <= thresholds::rotationUnknown ? Severity::Warning : Severity::Fault, known,
             thresholds::rotationWithin);
-    }
-
-    void JudgeNoise() {
-        Add(Kind::NoiseUneven, Severity::Warning, diagnosis.noise.perSet.aSet, diagnosis.noise.perSet.bSet);
     }
 
     void NoteFewPoints() {

@@ -85,12 +85,12 @@ double ScoreOf(const fit::CapturedSets& sets, const HeadExplained& explained, co
     return score;
 }
 
-/// The search takes all points to scatter alike. Where one set scatters more, it finds mistake after mistake in that
-/// set; where a mistake was made in one set, that set scatters more until it is found. So both are tried, and the one
-/// with the better score is taken.
+/// The search assumes that all points scatter alike. Where one set scatters more, it finds mistake after mistake in
+/// that set; where a mistake was made in one set, that set scatters more until it is found. So both are tried, and the
+/// one with the better score is taken.
 struct Search {
     Search(const fit::CapturedSets& sets, const model::Vector3& unlocking) : explained(ExplainHead(sets, unlocking)) {
-        if (explained.rewriting.kind != Rewriting::Kind::None) return;
+        if (explained.rewriting) return;
         HeadExplained uneven = explained;
         uneven.fit = explained.plain;
         SetWeights used;
@@ -104,7 +104,7 @@ struct Search {
             used = after;
             uneven = ExplainHead(Weighted(sets, used), unlocking);
         }
-        if (used.AreEven() || uneven.rewriting.kind != Rewriting::Kind::None) return;
+        if (used.AreEven() || uneven.rewriting) return;
         // Noise of two sizes is no mistake: a mistake must explain more than chance would.
         const double clearly = uneven.fit.model.errors.size() < explained.fit.model.errors.size()
                                    ? -2.0 * std::log(thresholds::falseAlarmRate)
@@ -147,61 +147,39 @@ NoiseFigures NoiseOf(const fit::CapturedSets& sets, const fit::AxisCircle& a, co
     return {perSet, {factor * perSet.aSet, factor * perSet.bSet}, degreesOfFreedom, !weights.AreEven(), weights};
 }
 
-/// The effect of leaving out each point of a set in turn. It is computed to first order from the covariances of the
-/// set's circle, so that the time for each point is constant.
-class LeaveOneOut {
-public:
-    LeaveOneOut(const Diagnosis& theDiagnosis, bool isOfASet)
-        : diagnosis(theDiagnosis), isA(isOfASet), set(isOfASet ? diagnosis.aCircle : diagnosis.bCircle),
-          centre(fit::NearestPointOfBAxis(diagnosis.aCircle, diagnosis.bCircle)) {}
-
-    std::optional<Influence> Of(std::size_t index) const {
-        const int left = set.DegreesOfFreedom() - 2;
-        if (left < 1) return std::nullopt;
-        const fit::CircleWithout without = fit::WithoutPoint(set, index);
-        const fit::AxisCircle changed{without.centre, without.normal, {}, {}, 0.0, {}, 0.0, 0.0, {}};
-        const fit::AxisCircle& a = isA ? changed : diagnosis.aCircle;
-        const fit::AxisCircle& b = isA ? diagnosis.bCircle : changed;
-        // An axis has no direction, so that half a turn is no turn.
-        const double turn = std::remainder(fit::AzimuthOfAAxis(a) - fit::AzimuthOfAAxis(diagnosis.aCircle), 180.0);
-        const double variance = std::max((set.sumOfSquares - without.gain) / left, thresholds::leastVariance);
-        return Influence{model::SafeLength(fit::NearestPointOfBAxis(a, b) - centre), turn,
-                         fit::FTestUpperTail(without.gain / 2.0 / variance, 2.0, left)};
-    }
-
-private:
-    const Diagnosis& diagnosis;
-    bool isA;
-    const fit::AxisCircle& set;
-    model::Vector3 centre;
-};
-
-/// The fitted head without the errors of single points or sets.
-fit::HeadModel HeadItself(fit::HeadModel model, std::size_t points) {
-    std::erase_if(model.errors, [points](const fit::ModelError& error) { return !error.IsOfTheHead(points); });
-    return model;
+/// The effect of leaving out a point of a set, to first order, from the covariances of the set's circle: the time for
+/// each point is constant.
+std::optional<Influence> InfluenceOf(const Diagnosis& diagnosis, bool isOfASet, std::size_t index) {
+    const fit::AxisCircle &aCircle = diagnosis.aCircle, &bCircle = diagnosis.bCircle;
+    const fit::AxisCircle& own = isOfASet ? aCircle : bCircle;
+    const int left = own.DegreesOfFreedom() - 2;
+    if (left < 1) return std::nullopt;
+    const fit::CircleWithout without = fit::WithoutPoint(own, index);
+    const fit::AxisCircle changed{without.centre, without.normal, {}, {}, 0.0, {}, 0.0, 0.0, {}};
+    const fit::AxisCircle &a = isOfASet ? changed : aCircle, &b = isOfASet ? bCircle : changed;
+    const model::Vector3 shift = fit::NearestPointOfBAxis(a, b) - fit::NearestPointOfBAxis(aCircle, bCircle);
+    // An axis has no direction, so that half a turn is no turn.
+    const double turn = std::remainder(fit::AzimuthOfAAxis(a) - fit::AzimuthOfAAxis(aCircle), 180.0);
+    const double variance = std::max((own.sumOfSquares - without.gain) / left, thresholds::leastVariance);
+    return Influence{model::SafeLength(shift), turn, fit::FTestUpperTail(without.gain / 2.0 / variance, 2.0, left)};
 }
 
 std::vector<PointDiagnosis> PointsOf(const fit::CapturedSets& sets, const Diagnosis& diagnosis) {
     const std::span all(sets.points);
-    const LeaveOneOut fromA(diagnosis, true), fromB(diagnosis, false);
-    const fit::HeadModel head = HeadItself(diagnosis.head.model, all.size());
+    fit::HeadModel head = diagnosis.head.model;
+    std::erase_if(head.errors, [&](const fit::ModelError& error) { return !error.IsOfTheHead(all.size()); });
     std::vector<PointDiagnosis> points;
     for (std::size_t i = 0; i < all.size(); ++i) {
         const bool isA = sets.IsOfASet(i);
         const std::size_t inSet = isA ? i : i - sets.aCount;
         const fit::CirclePoint& onCircle = (isA ? diagnosis.aCircle : diagnosis.bCircle).points[inSet];
         const double offPlace = model::SafeLength(all[i].position - head.Position(all[i], i));
-        points.push_back({onCircle, offPlace, (isA ? fromA : fromB).Of(inSet)});
+        points.push_back({onCircle, offPlace, InfluenceOf(diagnosis, isA, inSet)});
     }
     return points;
 }
 
 } // namespace
-
-bool Diagnosis::Has(Severity severity) const {
-    return std::ranges::any_of(findings, [severity](const Finding& finding) { return finding.severity == severity; });
-}
 
 double Diagnosis::StandardDeviationByFit(double variance) const {
     return fit::StudentWidening(head.degreesOfFreedom, thresholds::falseAlarmRate) * head.StandardDeviation(variance);

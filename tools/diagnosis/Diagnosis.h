@@ -58,13 +58,12 @@ struct Diagnosis {
     fit::AxisCircle bCircle;
     NoiseFigures noise;
     fit::HeadAxes axes;
-    fit::HeadFit head;         ///< the second opinion; the errors of its model are the mistakes that were found
-    Rewriting rewriting;       ///< how the columns were rewritten before `head` was fitted
+    fit::HeadFit head; ///< the second opinion; the errors of its model are the mistakes that were found
+    std::optional<Rewriting> rewriting; ///< how the columns were rewritten before `head` was fitted
     double rotationDifference; ///< the component's rotation minus the fitted mounting angle, degrees, -180 to 180
     std::vector<PointDiagnosis> points;
     std::vector<Finding> findings; ///< the gravest first
 
-    bool Has(Severity severity) const;
     /// The standard deviation of an unknown of `head`, widened. `variance`: that of the unknown for noise of standard
     /// deviation 1.
     double StandardDeviationByFit(double variance) const;
@@ -75,10 +74,10 @@ struct Diagnosis {
 /// overflow.
 std::optional<Diagnosis> Diagnose(const CaptureUnderTest& capture);
 
-/// All that is found in a capture, and the diagnosis where its sets determine a head.
+/// All that is found in a capture, and the diagnosis.
 struct Judgement {
     std::vector<Finding> findings;
-    std::optional<Diagnosis> diagnosis;
+    std::optional<Diagnosis> diagnosis; ///< empty: the sets determine no head, or the numbers are too large
 };
 Judgement JudgeCapture(const CaptureUnderTest& capture);
 

@@ -19,6 +19,8 @@ constexpr int positionPlaces = 4; // positions and angles
 /// Residuals are printed in micrometres.
 std::string Micrometres(double millimetres) { return text::FixedText(1000.0 * millimetres, 1); }
 
+std::string OfAxis(const char* figure, std::size_t axis) { return std::string(figure) + "XYZ"[axis]; }
+
 /// Figures with their standard deviations and units.
 class EstimateTable {
 public:
@@ -41,9 +43,8 @@ private:
 void PrintPrecision(const Diagnosis& diagnosis, const text::Console& console) {
     const fit::HeadAxes& axes = diagnosis.axes;
     EstimateTable table;
-    const char* const names[] = {"head centre X", "head centre Y", "head centre Z"};
     for (std::size_t i = 0; i < 3; ++i) {
-        table.Add(names[i], axes.headCentre[i].value, axes.headCentre[i].standardDeviation, "mm");
+        table.Add(OfAxis("head centre ", i), axes.headCentre[i].value, axes.headCentre[i].standardDeviation, "mm");
     }
     const double rotation = diagnosis.head.MountingDegrees() + diagnosis.rotationDifference;
     table.Add("rotation about Z", rotation, axes.rotationStandardDeviation, "deg");
@@ -69,12 +70,8 @@ void PrintSecondOpinion(const Diagnosis& diagnosis, const text::Console& console
     EstimateTable table;
     table.Add("rotation about Z", head.MountingDegrees(), diagnosis.MountingStandardDeviation(), "deg");
     table.Add("component's rotation differs by", diagnosis.rotationDifference, "deg");
-    table.Add("pole sphere X", head.model.pole.x, "mm");
-    table.Add("pole sphere Y", head.model.pole.y, "mm");
-    table.Add("pole sphere Z", head.model.pole.z, "mm");
-    table.Add("stylus tip X", head.model.tip.x, "mm");
-    table.Add("stylus tip Y", head.model.tip.y, "mm");
-    table.Add("stylus tip Z", head.model.tip.z, "mm");
+    for (std::size_t i = 0; i < 3; ++i) table.Add(OfAxis("pole sphere ", i), head.model.pole[i], "mm");
+    for (std::size_t i = 0; i < 3; ++i) table.Add(OfAxis("stylus tip ", i), head.model.tip[i], "mm");
     table.Add("RMS of the residuals", head.Rms(), "mm", residualPlaces);
     console.out << console.Strong("Second opinion: the whole head fitted with the captured angles") << '\n';
     table.Print(console);
@@ -144,27 +141,6 @@ text::Json PointPlaceJson(std::size_t point, const CaptureFiles& files) {
         {"axis", files.IsOfASet(point) ? "A" : "B"}, {"file", files.FileOf(point).name}, {"line", files.LineOf(point)}};
 }
 
-/// The findings in the shape that all commands share.
-std::vector<text::Finding> SharedFindings(const std::vector<Finding>& findings, const CaptureFiles& files,
-                                          const Vector3& tip) {
-    std::vector<text::Finding> shared;
-    for (const Finding& finding : findings) {
-        FindingMessage message = MessageFor(finding, files, tip);
-        text::Json points = text::Json::Array();
-        for (const std::size_t point : finding.points) points.PushBack(PointPlaceJson(point, files));
-        text::Json details{{"points", std::move(points)}};
-        if (finding.captureAt) details["captureAAxisAtB"] = *finding.captureAt;
-        shared.push_back({.name = std::string(NameOf(finding.kind)),
-                          .severity = finding.severity,
-                          .sentence = std::move(message.sentence),
-                          .remedy = std::move(message.remedy),
-                          .place = "",
-                          .amount = "",
-                          .details = std::move(details)});
-    }
-    return shared;
-}
-
 text::Json CapturedPointJson(const PointDiagnosis& point, const HeadAlignmentDataItem& item, std::size_t line) {
     text::Json document{{"line", line},
                         {"APosition", item.APosition},
@@ -213,8 +189,7 @@ text::Json SecondOpinionJson(const Diagnosis& diagnosis) {
 
 std::string VerdictOf(const std::vector<Finding>& findings) {
     for (const Severity severity : {Severity::Fault, Severity::Warning}) {
-        const auto isSo = [severity](const Finding& finding) { return finding.severity == severity; };
-        if (std::ranges::any_of(findings, isSo)) return std::string(NameOf(severity));
+        if (Has(findings, severity)) return std::string(NameOf(severity));
     }
     return "good";
 }
@@ -233,16 +208,31 @@ void PrintVerdict(const std::vector<Finding>& findings, const CaptureFiles& file
     console.out << console.Strong("Verdict: ") << (verdict == "fault" ? Red(verdict, console) : console.Strong(verdict))
                 << '\n';
     if (verdict == "good") console.out << "  circles, axes and angles agree\n";
-    PrintFindings(findings, files, tip, console.out, console.colour);
+    text::PrintFindings(FindingsOf(findings, files, tip), console.out, console.colour);
 }
 
-void PrintFindings(const std::vector<Finding>& findings, const CaptureFiles& files, const Vector3& tip,
-                   std::ostream& out, bool colour) {
-    text::PrintFindings(SharedFindings(findings, files, tip), out, colour);
+std::vector<text::Finding> FindingsOf(const std::vector<Finding>& findings, const CaptureFiles& files,
+                                      const Vector3& tip) {
+    std::vector<text::Finding> shared;
+    for (const Finding& finding : findings) {
+        FindingMessage message = MessageFor(finding, files, tip);
+        text::Json points = text::Json::Array();
+        for (const std::size_t point : finding.points) points.PushBack(PointPlaceJson(point, files));
+        text::Json details{{"points", std::move(points)}};
+        if (finding.captureAt) details["captureAAxisAtB"] = *finding.captureAt;
+        shared.push_back({.name = std::string(NameOf(finding.kind)),
+                          .severity = finding.severity,
+                          .sentence = std::move(message.sentence),
+                          .remedy = std::move(message.remedy),
+                          .place = "",
+                          .amount = "",
+                          .details = std::move(details)});
+    }
+    return shared;
 }
 
 text::Json FindingsJson(const std::vector<Finding>& findings, const CaptureFiles& files, const Vector3& tip) {
-    return {{"verdict", VerdictOf(findings)}, {"findings", text::FindingsJson(SharedFindings(findings, files, tip))}};
+    return {{"verdict", VerdictOf(findings)}, {"findings", text::FindingsJson(FindingsOf(findings, files, tip))}};
 }
 
 text::Json DiagnosisJson(const Diagnosis& diagnosis, const CaptureFiles& files) {

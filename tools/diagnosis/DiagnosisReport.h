@@ -16,8 +16,9 @@ std::string VerdictOf(const std::vector<Finding>& findings);
 /// Prints the verdict and the findings, the most severe first, each with its remedy.
 void PrintVerdict(const std::vector<Finding>& findings, const CaptureFiles& files, const model::Vector3& tip,
                   const text::Console& console);
-void PrintFindings(const std::vector<Finding>& findings, const CaptureFiles& files, const model::Vector3& tip,
-                   std::ostream& out, bool colour = false);
+/// The findings in the shape that all commands share.
+std::vector<text::Finding> FindingsOf(const std::vector<Finding>& findings, const CaptureFiles& files,
+                                      const model::Vector3& tip);
 
 text::Json DiagnosisJson(const Diagnosis& diagnosis, const CaptureFiles& files);
 text::Json FindingsJson(const std::vector<Finding>& findings, const CaptureFiles& files, const model::Vector3& tip);

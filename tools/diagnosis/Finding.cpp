@@ -1,101 +1,79 @@
 #include "tools/diagnosis/Finding.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace qmv40::diagnosis {
 
-std::string_view NameOf(FindingKind kind) {
-    switch (kind) {
-    case FindingKind::TooFewPositions:
-        return "too-few-positions";
-    case FindingKind::CircleTooSmall:
-        return "circle-too-small";
-    case FindingKind::TipInForce:
-        return "tip-in-force";
-    case FindingKind::UnitsWrong:
-        return "units-wrong";
-    case FindingKind::SetsExchanged:
-        return "sets-exchanged";
-    case FindingKind::OtherAxisNotHeld:
-        return "other-axis-not-held";
-    case FindingKind::SwivelReversed:
-        return "swivel-reversed";
-    case FindingKind::TiltReversed:
-        return "tilt-reversed";
-    case FindingKind::AxisMirrored:
-        return "axis-mirrored";
-    case FindingKind::AxesExchanged:
-        return "axes-exchanged";
-    case FindingKind::ArmHorizontal:
-        return "arm-horizontal";
-    case FindingKind::AnglesSwapped:
-        return "angles-swapped";
-    case FindingKind::AngleMistyped:
-        return "angle-mistyped";
-    case FindingKind::OtherAxisMoved:
-        return "other-axis-moved";
-    case FindingKind::SetAngleWrong:
-        return "set-angle-wrong";
-    case FindingKind::CapturedLocked:
-        return "captured-locked";
-    case FindingKind::TurnedOnMount:
-        return "turned-on-mount";
-    case FindingKind::HeadTilted:
-        return "head-tilted";
-    case FindingKind::SphereMoved:
-        return "sphere-moved";
-    case FindingKind::SetsApart:
-        return "sets-apart";
-    case FindingKind::Drifts:
-        return "drifts";
-    case FindingKind::StylusChanged:
-        return "stylus-changed";
-    case FindingKind::StylusBent:
-        return "stylus-bent";
-    case FindingKind::PointOff:
-        return "point-off";
-    case FindingKind::PointSuspicious:
-        return "point-suspicious";
-    case FindingKind::PointsContradict:
-        return "points-contradict";
-    case FindingKind::AnglesInexact:
-        return "angles-inexact";
-    case FindingKind::NumbersTooLarge:
-        return "numbers-too-large";
-    case FindingKind::AxesParallel:
-        return "axes-parallel";
-    case FindingKind::AxesNotSquare:
-        return "axes-not-square";
-    case FindingKind::HeadLeans:
-        return "head-leans";
-    case FindingKind::AxesApart:
-        return "axes-apart";
-    case FindingKind::RotationOnWrongSide:
-        return "rotation-on-wrong-side";
-    case FindingKind::TipOffAxis:
-        return "tip-off-axis";
-    case FindingKind::RotationDisagrees:
-        return "rotation-disagrees";
-    case FindingKind::CentreDisagrees:
-        return "centre-disagrees";
-    case FindingKind::ComponentDiffers:
-        return "component-differs";
-    case FindingKind::SphereElsewhere:
-        return "sphere-elsewhere";
-    case FindingKind::StylusLengthDiffers:
-        return "stylus-length-differs";
-    case FindingKind::TiltArcShort:
-        return "tilt-arc-short";
-    case FindingKind::SwivelArcShort:
-        return "swivel-arc-short";
-    case FindingKind::CentreUncertain:
-        return "centre-uncertain";
-    case FindingKind::RotationUncertain:
-        return "rotation-uncertain";
-    case FindingKind::NoiseUneven:
-        return "noise-uneven";
-    case FindingKind::FewPoints:
-        return "few-points";
+namespace {
+
+using enum FindingKind;
+
+struct KindName {
+    FindingKind kind;
+    std::string_view name;
+};
+
+constexpr KindName names[] = {{TooFewPositions, "too-few-positions"},
+                              {CircleTooSmall, "circle-too-small"},
+                              {TipInForce, "tip-in-force"},
+                              {UnitsWrong, "units-wrong"},
+                              {SetsExchanged, "sets-exchanged"},
+                              {OtherAxisNotHeld, "other-axis-not-held"},
+                              {SwivelReversed, "swivel-reversed"},
+                              {TiltReversed, "tilt-reversed"},
+                              {AxisMirrored, "axis-mirrored"},
+                              {AxesExchanged, "axes-exchanged"},
+                              {ArmHorizontal, "arm-horizontal"},
+                              {AnglesSwapped, "angles-swapped"},
+                              {AngleMistyped, "angle-mistyped"},
+                              {OtherAxisMoved, "other-axis-moved"},
+                              {SetAngleWrong, "set-angle-wrong"},
+                              {CapturedLocked, "captured-locked"},
+                              {TurnedOnMount, "turned-on-mount"},
+                              {HeadTilted, "head-tilted"},
+                              {StylusChanged, "stylus-changed"},
+                              {StylusBent, "stylus-bent"},
+                              {SphereMoved, "sphere-moved"},
+                              {SetsApart, "sets-apart"},
+                              {Drifts, "drifts"},
+                              {PointOff, "point-off"},
+                              {PointSuspicious, "point-suspicious"},
+                              {PointsContradict, "points-contradict"},
+                              {AnglesInexact, "angles-inexact"},
+                              {NumbersTooLarge, "numbers-too-large"},
+                              {AxesParallel, "axes-parallel"},
+                              {AxesNotSquare, "axes-not-square"},
+                              {HeadLeans, "head-leans"},
+                              {AxesApart, "axes-apart"},
+                              {RotationOnWrongSide, "rotation-on-wrong-side"},
+                              {TipOffAxis, "tip-off-axis"},
+                              {RotationDisagrees, "rotation-disagrees"},
+                              {CentreDisagrees, "centre-disagrees"},
+                              {ComponentDiffers, "component-differs"},
+                              {SphereElsewhere, "sphere-elsewhere"},
+                              {StylusLengthDiffers, "stylus-length-differs"},
+                              {TiltArcShort, "tilt-arc-short"},
+                              {SwivelArcShort, "swivel-arc-short"},
+                              {CentreUncertain, "centre-uncertain"},
+                              {RotationUncertain, "rotation-uncertain"},
+                              {NoiseUneven, "noise-uneven"},
+                              {FewPoints, "few-points"}};
+
+constexpr bool AreInTheOrderOfKinds() {
+    for (std::size_t i = 0; i < std::size(names); ++i) {
+        if (names[i].kind != static_cast<FindingKind>(i)) return false;
     }
-    return "";
+    return std::size(names) == static_cast<std::size_t>(FewPoints) + 1;
+}
+static_assert(AreInTheOrderOfKinds());
+
+} // namespace
+
+std::string_view NameOf(FindingKind kind) { return names[static_cast<std::size_t>(kind)].name; }
+
+bool Has(std::span<const Finding> findings, Severity severity) {
+    return std::ranges::find(findings, severity, &Finding::severity) != findings.end();
 }
 
 } // namespace qmv40::diagnosis

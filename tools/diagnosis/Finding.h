@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -80,5 +81,8 @@ struct Finding {
 
 /// The name of a kind of finding in documents. It never changes.
 std::string_view NameOf(FindingKind kind);
+
+/// True when a finding has this severity.
+bool Has(std::span<const Finding> findings, Severity severity);
 
 } // namespace qmv40::diagnosis

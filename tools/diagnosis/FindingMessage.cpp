@@ -84,17 +84,17 @@ public:
         case FindingKind::AnglesSwapped:
             return {
                 files.NameOf(finding.points[0]) + " and " + files.NameOf(finding.points[1]) + " have each other's " +
-                    Turned() + ".",
+                    Set() + ".",
                 "Compare with your notes, and exchange the two angles in the file; if in doubt, unlock the head and "
                 "measure both points again."};
         case FindingKind::AngleMistyped:
             return {
-                WrongAngle(Turned(), TurnedAngle()),
+                WrongAngle(Set()),
                 "Look at the notes or at the head. If it stood there, put the angle right in the file; if in doubt, "
                 "unlock the head and measure these points again. If they are off again, capture both sets again."};
         case FindingKind::OtherAxisMoved:
-            return {WrongAngle(Held(), HeldAngle()), "Hold " + Held() + " at one angle, and capture the " + Set() +
-                                                         " set again, with the head unlocked."};
+            return {WrongAngle(Held()), "Hold " + Held() + " at one angle, and capture the " + Set() +
+                                            " set again, with the head unlocked."};
         case FindingKind::SetAngleWrong:
             return WrongSetAngle();
         case FindingKind::CapturedLocked:
@@ -212,7 +212,7 @@ private:
     static char AxisName(int axis) { return "XYZ"[axis]; }
     std::string InSet() const { return finding.points.empty() ? "" : " in the " + Set() + " set"; }
     std::string WasOrWere() const { return finding.points.size() == 1 ? " was" : " were"; }
-    /// Which of the two sets was captured first is not known: a change between them is told of the B set.
+    /// Which set was captured first is not known. A change between the sets is reported as one of the B set.
     std::string WhereItChanged() const {
         const bool isWholeSet = finding.points.size() == files.bAxis.items.size() && !IsOfASet();
         return isWholeSet ? "In the B set, compared with the A set," : "From " + First() + " on";
@@ -298,32 +298,32 @@ private:
     // The set of the finding's points: the names of its turned and its held axis
     bool IsOfASet() const { return files.IsOfASet(finding.points.front()); }
     std::string Set() const { return IsOfASet() ? "A" : "B"; }
-    std::string Turned() const { return Set(); }
     std::string Held() const { return IsOfASet() ? "B" : "A"; }
-    double TurnedAngle() const {
+    double Written(const std::string& axis) const {
         const HeadAlignmentDataItem& item = files.ItemOf(finding.points.front());
-        return IsOfASet() ? item.APosition : item.BPosition;
-    }
-    double HeldAngle() const {
-        const HeadAlignmentDataItem& item = files.ItemOf(finding.points.front());
-        return IsOfASet() ? item.BPosition : item.APosition;
+        return axis == "A" ? item.APosition : item.BPosition;
     }
 
-    std::string WrongAngle(const std::string& axis, double written) const {
+    /// The angle at which the point was captured, -180 to 180.
+    std::string Captured(const std::string& axis) const {
+        const double degrees = Written(axis) + finding.figure;
+        return RoundAngle(std::abs(degrees) > 180.0 ? std::remainder(degrees, 360.0) : degrees);
+    }
+
+    std::string WrongAngle(const std::string& axis) const {
         if (finding.points.size() == 1) {
-            return Points() + " was captured at " + axis + " = " + RoundAngle(Turn(written + finding.figure)) +
-                   ", not at the " + RoundAngle(written) + " that is written down.";
+            return Points() + " was captured at " + axis + " = " + Captured(axis) + ", not at the " +
+                   RoundAngle(Written(axis)) + " that is written down.";
         }
         return Points() + " were captured at " + axis + " " + RoundAngle(std::abs(finding.figure)) +
                (finding.figure > 0.0 ? " more" : " less") + " than is written down.";
     }
 
     FindingMessage WrongSetAngle() const {
-        const std::string other = IsOfASet() ? "B" : "A";
         return {
             "The sets do not belong together: the " + Set() + " set was captured at " + Held() + " = " +
-                RoundAngle(Turn(HeldAngle() + finding.figure)) + ", not at " + RoundAngle(HeldAngle()) + ", or " +
-                other + " of the other set is wrong throughout.",
+                Captured(Held()) + ", not at " + RoundAngle(Written(Held())) + ", or " + Held() +
+                " of the other set is wrong throughout.",
             "Look at the notes or at the head, and put the angles right in the file that has them wrong; if in doubt, "
             "capture both sets again."};
     }
@@ -341,8 +341,6 @@ private:
             "Switch the tip offset off for the capture, measure the sphere with a qualified tip, and capture both sets "
             "again."};
     }
-
-    static double Turn(double degrees) { return std::abs(degrees) > 180.0 ? std::remainder(degrees, 360.0) : degrees; }
 
     std::string Points() const {
         const auto& points = finding.points;
@@ -391,18 +389,6 @@ private:
 };
 
 } // namespace
-
-const HeadAlignmentDataItem& CaptureFiles::ItemOf(std::size_t point) const {
-    return IsOfASet(point) ? aAxis.items[point] : bAxis.items[point - aAxis.items.size()];
-}
-
-std::size_t CaptureFiles::LineOf(std::size_t point) const {
-    return IsOfASet(point) ? aAxis.lines[point] : bAxis.lines[point - aAxis.lines.size()];
-}
-
-std::string CaptureFiles::NameOf(std::size_t point) const {
-    return FileOf(point).name + ":" + std::to_string(LineOf(point));
-}
 
 FindingMessage MessageFor(const Finding& finding, const CaptureFiles& files, const model::Vector3& tip) {
     return MessageWriter(finding, files, tip).Message();

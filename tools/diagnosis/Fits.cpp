@@ -3,18 +3,16 @@
 #include "maths/RaisingGeometryErrors.h"
 #include "tools/component/ComponentError.h"
 #include "tools/diagnosis/fit/AxisCircle.h"
+#include "tools/model/Angles.h"
+#include "tools/text/Numbers.h"
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
 
 namespace qmv40::diagnosis {
 
 namespace {
 
 constexpr long fitIterationLimit = 200000;
-
-double Degrees(double radians) { return radians * 180.0 / std::numbers::pi; }
 
 CMaVector Difference(const CMaVector& a, const CMaVector& b) { return a + b * -1.0; }
 
@@ -48,9 +46,21 @@ std::vector<double> PolarAngles(const CMaCircle& circle, const CMaPointArray& po
     return ResidualsOf(points,
                        [&](const CMaVector& point) {
                            const CMaVector fromCentre = Difference(point, centre);
-                           return Degrees(std::atan2(fromCentre % across, fromCentre % along));
+                           return model::ToDegrees(std::atan2(fromCentre % across, fromCentre % along));
                        })
         .values;
+}
+
+constexpr int lengthDecimals = 4;
+constexpr int residualDecimals = 6; // the noise of a good machine is tenths of a micrometre
+constexpr int directionDecimals = 6;
+constexpr int angleDecimals = 4;
+
+std::vector<text::Table::Column> Columns(const std::vector<std::string>& titles) {
+    std::vector<text::Table::Column> columns{{"", text::Table::Align::Left}};
+    for (const std::string& title : titles) columns.push_back({title, text::Table::Align::Right});
+    columns.push_back({"", text::Table::Align::Left});
+    return columns;
 }
 
 } // namespace
@@ -74,7 +84,7 @@ CircleFit FitCircle(const CMaPointArray& points) {
             fit::ArcCovered(PolarAngles(circle, points))};
 }
 
-PlaneFit FitPlane(const CMaPointArray& points) {
+FlatFit FitPlane(const CMaPointArray& points) {
     CMaPlane plane;
     Fitted(L"CMaPlane::Fit", L"Error Fitting points to a plane", [&] { plane.Fit(points); });
     const CMaVector point = plane.GetPoint().To3DVector();
@@ -82,7 +92,7 @@ PlaneFit FitPlane(const CMaPointArray& points) {
     return {point, normal, ResidualsOf(points, [&](const CMaVector& p) { return normal % Difference(p, point); })};
 }
 
-LineFit FitLine(const CMaPointArray& points) {
+FlatFit FitLine(const CMaPointArray& points) {
     CMaLine line;
     Fitted(L"CMaLine::Fit", L"Error Fitting points to a line", [&] { line.Fit(points); });
     const CMaVector point = line.GetPoint().To3DVector();
@@ -113,5 +123,48 @@ text::Json CircleJson(const CircleFit& fit) {
             {"rms", fit.residuals.Rms()},
             {"residuals", fit.residuals.values}};
 }
+
+FitRows::FitRows(const std::vector<std::string>& titles) : table(Columns(titles)) {}
+
+void FitRows::Add(const std::string& figure, const std::string& unit, const std::vector<std::string>& valueOfEachFit) {
+    std::vector<std::string> cells{figure};
+    cells.insert(cells.end(), valueOfEachFit.begin(), valueOfEachFit.end());
+    cells.push_back(unit);
+    table.AddRow(std::move(cells));
+}
+
+void FitRows::AddPoint(const std::string& name, const std::vector<CMaVector>& pointOfEachFit) {
+    AddComponents(name, {"X", "Y", "Z"}, "mm", lengthDecimals, pointOfEachFit);
+}
+
+void FitRows::AddDirection(const std::string& name, const std::vector<CMaVector>& directionOfEachFit) {
+    AddComponents(name, {"i", "j", "k"}, "", directionDecimals, directionOfEachFit);
+}
+
+void FitRows::AddComponents(const std::string& name, const char* const (&axes)[3], const std::string& unit,
+                            int decimals, const std::vector<CMaVector>& vectorOfEachFit) {
+    for (int i = 0; i < 3; ++i) {
+        std::vector<std::string> values;
+        values.reserve(vectorOfEachFit.size());
+        for (const CMaVector& each : vectorOfEachFit) values.push_back(text::FixedText(each[i], decimals));
+        Add(name + " " + axes[i], unit, values);
+    }
+}
+
+void FitRows::AddResiduals(const std::vector<const Residuals*>& residualsOfEachFit) {
+    std::vector<std::string> rms, largest, point;
+    for (const Residuals* const each : residualsOfEachFit) {
+        rms.push_back(text::FixedText(each->Rms(), residualDecimals));
+        largest.push_back(text::FixedText(std::abs(each->values[each->Worst()]), residualDecimals));
+        point.push_back(std::to_string(each->Worst() + 1));
+    }
+    Add("RMS of the residuals", "mm", rms);
+    Add("largest residual", "mm", largest);
+    Add("at point", "", point);
+}
+
+std::string FitRows::Length(double value) { return text::FixedText(value, lengthDecimals); }
+
+std::string FitRows::Angle(double degrees) { return text::FixedText(degrees, angleDecimals); }
 
 } // namespace qmv40::diagnosis

@@ -15,6 +15,20 @@ using model::Vector3;
 /// Degrees to the nearest whole number of index steps.
 double OffSteps(double degrees) { return std::remainder(degrees, thresholds::indexStep); }
 
+/// The largest distance by which an error moves one of its points.
+double DistanceBy(const fit::CapturedSets& sets, const fit::HeadModel& model, const fit::ModelError& error) {
+    fit::HeadModel with = model;
+    fit::HeadModel without = model;
+    with.errors = {error};
+    without.errors.clear();
+    double farthest = 0.0;
+    for (std::size_t i = error.first; i < error.last; ++i) {
+        const fit::CapturedPoint& point = sets.points[i];
+        farthest = std::max(farthest, model::SafeLength(with.Position(point, i) - without.Position(point, i)));
+    }
+    return farthest;
+}
+
 class Mistake {
 public:
     Mistake(const CaptureUnderTest& capture, const fit::HeadModel& theModel, const fit::ModelError& theError)
@@ -41,7 +55,6 @@ public:
 
 private:
     static Severity BySize(double size, double least) { return size >= least ? Severity::Fault : Severity::Warning; }
-    Vector3 Values() const { return {error.values[0], error.values[1], error.values[2]}; }
     double Lean() const { return model::ToDegrees(std::hypot(error.values[0], error.values[1])); }
     bool IsSingle() const { return error.last - error.first == 1; }
     bool IsOfASet() const { return sets.IsOfASet(error.first); }
@@ -66,7 +79,7 @@ private:
     /// Points that were captured locked are off by minus `unlocking`. Points that are off by plus `unlocking` are the
     /// ones that were captured unlocked: then the other points were captured locked.
     Finding Locked() const {
-        const bool isOutside = model::Dot(Values(), unlocking) > 0.0;
+        const bool isOutside = model::Dot(error.values, unlocking) > 0.0;
         return {Name::CapturedLocked, Severity::Fault, isOutside ? PointsOutside() : Points(), distance};
     }
     std::vector<std::size_t> PointsOutside() const {
@@ -84,7 +97,7 @@ private:
                 distance,
                 0.0,
                 std::nullopt,
-                Sign() * Values()};
+                Sign() * error.values};
     }
     Finding OffPlace() const {
         const bool isWrong = distance >= thresholds::leastWrongPlace;
@@ -102,7 +115,8 @@ private:
     Finding DriftByKind() const {
         switch (error.kind) {
         case ErrorKind::Place:
-            return {Name::Drifts, BySize(distance, thresholds::leastMove), {}, distance, 0.0, std::nullopt, Values()};
+            return {Name::Drifts, BySize(distance, thresholds::leastMove), {}, distance, 0.0, std::nullopt,
+                    error.values};
         case ErrorKind::SwivelAngle:
             return {
                 Name::TurnedOnMount, BySize(std::abs(Degrees()), thresholds::leastWrongAngle), {}, Degrees(), distance};
@@ -114,8 +128,8 @@ private:
     }
 
     Finding OtherTip() const {
-        const Vector3 change = Sign() * Values();
-        const Vector3 tip = IsBefore() ? model.tip + Values() : model.tip;
+        const Vector3 change = Sign() * error.values;
+        const Vector3 tip = IsBefore() ? model.tip + error.values : model.tip;
         const double longer = model::SafeLength(tip + change) - model::SafeLength(tip);
         const Vector3 aside = model::Perpendicular(change, model::SafeUnit(tip));
         const bool isLonger = std::abs(longer) > model::SafeLength(aside);
@@ -192,45 +206,22 @@ std::optional<Finding> JudgeMistake(const CaptureUnderTest& capture, const fit::
 }
 
 Finding JudgeRewriting(const Rewriting& rewriting, const fit::HeadModel& model) {
-    const auto found = [](FindingKind kind) { return Finding{kind, Severity::Fault, {}}; };
-    const double mounting = std::abs(model::Wrapped(model::ToDegrees(model.mounting)));
-    Finding finding = found(Name::SwivelReversed);
-    switch (rewriting.kind) {
-    case Rewriting::Kind::SetsExchanged:
-        return found(Name::SetsExchanged);
-    case Rewriting::Kind::TiltReversed:
-        finding = found(Name::TiltReversed);
-        finding.detail = rewriting.sets == Rewriting::Sets::ASet ? 1 : 2;
-        return finding;
-    case Rewriting::Kind::ArmHorizontal:
-        return found(Name::ArmHorizontal);
-    case Rewriting::Kind::UnitsMixed:
-        finding = found(Name::UnitsWrong);
+    const auto found = [](FindingKind kind, int detail) {
+        return Finding{kind, Severity::Fault, {}, 0.0, 0.0, std::nullopt, {}, detail};
+    };
+    Finding finding = found(rewriting.kind, rewriting.detail);
+    if (rewriting.kind == Name::UnitsWrong) {
         finding.figure = model::SafeLength(model.tip);
         finding.reference = rewriting.factor;
-        finding.detail = rewriting.sets == Rewriting::Sets::ASet ? 1 : 2;
-        return finding;
-    case Rewriting::Kind::AxesExchanged:
-        finding = found(Name::AxesExchanged);
-        finding.detail = 10 * rewriting.axis + rewriting.otherAxis;
-        return finding;
-    case Rewriting::Kind::AxisMirrored:
-        finding = found(Name::AxisMirrored);
-        finding.detail = rewriting.axis;
-        return finding;
-    case Rewriting::Kind::SwivelReversed:
-    case Rewriting::Kind::None:
-        break;
     }
+    if (rewriting.kind != Name::SwivelReversed) return finding;
     finding.figure = rewriting.sets == Rewriting::Sets::Both ? 0.0 : 1.0;
     if (rewriting.sets != Rewriting::Sets::Both) return finding;
     // When B was turned the other way, the fitted mounting is the real one. With a mirrored Y it differs by half a
     // turn, with X and Y exchanged by a quarter turn.
-    if (mounting > 135.0)
-        finding = {Name::AxisMirrored, Severity::Fault, {}, 0.0, 0.0, std::nullopt, {}, 1};
-    else if (mounting > 45.0)
-        finding = {Name::AxesExchanged, Severity::Fault, {}, 0.0, 0.0, std::nullopt, {}, 1};
-    return finding;
+    const double mounting = std::abs(model::Wrapped(model::ToDegrees(model.mounting)));
+    if (mounting > 135.0) return found(Name::AxisMirrored, 1);
+    return mounting > 45.0 ? found(Name::AxesExchanged, 1) : finding;
 }
 
 bool MistakesAreTooMany(const fit::CapturedSets& sets, const fit::HeadModel& model) {
@@ -244,19 +235,6 @@ bool MistakesAreTooMany(const fit::CapturedSets& sets, const fit::HeadModel& mod
         if (isRun) ++runs;
     }
     return runs > 1 || all > 3;
-}
-
-double DistanceBy(const fit::CapturedSets& sets, const fit::HeadModel& model, const fit::ModelError& error) {
-    fit::HeadModel with = model;
-    fit::HeadModel without = model;
-    with.errors = {error};
-    without.errors.clear();
-    double farthest = 0.0;
-    for (std::size_t i = error.first; i < error.last; ++i) {
-        const fit::CapturedPoint& point = sets.points[i];
-        farthest = std::max(farthest, model::SafeLength(with.Position(point, i) - without.Position(point, i)));
-    }
-    return farthest;
 }
 
 } // namespace qmv40::diagnosis

@@ -15,7 +15,4 @@ Finding JudgeRewriting(const Rewriting& rewriting, const fit::HeadModel& model);
 /// mistakes any points can be explained.
 bool MistakesAreTooMany(const fit::CapturedSets& sets, const fit::HeadModel& model);
 
-/// The largest distance by which an error moves one of its points.
-double DistanceBy(const fit::CapturedSets& sets, const fit::HeadModel& model, const fit::ModelError& error);
-
 } // namespace qmv40::diagnosis

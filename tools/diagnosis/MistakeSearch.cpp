@@ -217,9 +217,9 @@ private:
 /// True when the remaining residuals are those of a machine's noise.
 bool IsNoise(const fit::HeadFit& fit) { return std::sqrt(fit.NoiseVariance()) < thresholds::noiseCeiling; }
 
-/// True when a head can be like the fitted one: no axis is where the other one should be.
+/// True when a real head can have the errors of the fitted one.
 bool IsBelievable(const fit::HeadModel& model, std::size_t points) {
-    constexpr double mostRadians = 0.1, mostOffset = 5.0;
+    constexpr double mostRadians = 0.1, mostOffset = 5.0; // mm
     return model.StylusHangs() && std::ranges::all_of(model.errors, [&](const fit::ModelError& error) {
                const double most = error.kind == ErrorKind::AxesApart ? mostOffset : mostRadians;
                return !error.IsOfTheHead(points) || std::hypot(error.values[0], error.values[1]) < most;

@@ -7,9 +7,9 @@ namespace qmv40::diagnosis {
 
 /// The whole head fitted to a capture, with the mistakes that explain its points.
 struct HeadExplained {
-    fit::HeadFit plain;  ///< seven unknowns, without errors
-    fit::HeadFit fit;    ///< with the errors in the order in which they were found; equal to `plain` without errors
-    Rewriting rewriting; ///< of whole columns, if any; `fit` is then that of the rewritten capture
+    fit::HeadFit plain; ///< seven unknowns, without errors
+    fit::HeadFit fit;   ///< with the errors in the order in which they were found; equal to `plain` without errors
+    std::optional<Rewriting> rewriting; ///< of whole columns; `fit` is then that of the rewritten capture
 };
 
 /// Looks for mistakes that explain why points are not at the places that their angles give them. Explanations compete:

@@ -1,7 +1,8 @@
 #include "tools/diagnosis/Rewriting.h"
 
 #include <algorithm>
-#include <functional>
+#include <array>
+#include <cstdlib>
 
 namespace qmv40::diagnosis {
 
@@ -9,6 +10,9 @@ namespace {
 
 using Sets = Rewriting::Sets;
 using model::Vector3;
+
+/// The columns from which X, Y and Z are read: 1 is X, 2 is Y, 3 is Z; negative with the other sign.
+using SourceColumns = std::array<int, 3>;
 
 bool Concerns(Sets sets, bool isOfASet) { return sets == Sets::Both || (sets == Sets::ASet) == isOfASet; }
 
@@ -39,61 +43,57 @@ private:
             [&](fit::CapturedPoint& point) { point.position = change(point.position + unlocking) - unlocking; });
     }
 
+    /// Reads X, Y and Z from other columns.
+    void AddColumns(const Rewriting& rewriting, const SourceColumns& columns) {
+        AddReading(rewriting, [&columns](const Vector3& v) {
+            const auto at = [&](int column) {
+                const double value = v[static_cast<std::size_t>(std::abs(column)) - 1];
+                return column < 0 ? -value : value;
+            };
+            return Vector3{at(columns[0]), at(columns[1]), at(columns[2])};
+        });
+    }
+
     void Angles() {
-        Add({Rewriting::Kind::SetsExchanged}, [](fit::CapturedPoint& point) { std::swap(point.a, point.b); });
+        Add({FindingKind::SetsExchanged}, [](fit::CapturedPoint& point) { std::swap(point.a, point.b); });
         for (const Sets which : {Sets::Both, Sets::BSet}) {
-            Add({Rewriting::Kind::SwivelReversed, which}, [](fit::CapturedPoint& point) { point.b = -point.b; });
+            Add({FindingKind::SwivelReversed, which}, [](fit::CapturedPoint& point) { point.b = -point.b; });
         }
-        Add({Rewriting::Kind::TiltReversed}, [](fit::CapturedPoint& point) { point.a = 90.0 - point.a; });
-        Add({Rewriting::Kind::TiltReversed, Sets::ASet}, [](fit::CapturedPoint& point) { point.a = -point.a; });
+        Add({FindingKind::TiltReversed, Sets::Both, 2}, [](fit::CapturedPoint& point) { point.a = 90.0 - point.a; });
+        Add({FindingKind::TiltReversed, Sets::ASet, 1}, [](fit::CapturedPoint& point) { point.a = -point.a; });
         const auto [least, most] =
             std::ranges::minmax(std::span(sets.points).first(sets.aCount), {}, &fit::CapturedPoint::a);
         const double sum = least.a + most.a;
-        Add({Rewriting::Kind::TiltReversed, Sets::ASet}, [sum](fit::CapturedPoint& point) { point.a = sum - point.a; });
+        Add({FindingKind::TiltReversed, Sets::ASet, 1}, [sum](fit::CapturedPoint& point) { point.a = sum - point.a; });
     }
 
     void Coordinates(Sets which) {
-        // Mirroring X or Y in both sets, or exchanging them, has the same effect as counting B in the other direction.
+        using enum FindingKind;
+        // In both sets, X or Y mirrored and X exchanged with Y look the same as B counting in the other direction.
         const bool isOwnMistake = which != Sets::Both;
-        for (const int axis : {0, 1, 2}) {
-            if (axis != 2 && !isOwnMistake) continue;
-            AddReading({Rewriting::Kind::AxisMirrored, which, 1.0, axis}, [axis](Vector3 v) {
-                v[static_cast<std::size_t>(axis)] = -v[static_cast<std::size_t>(axis)];
-                return v;
-            });
-        }
-        if (isOwnMistake)
-            AddReading({Rewriting::Kind::AxesExchanged, which, 1.0, 0, 1}, [](const Vector3& v) {
-                return Vector3{v.y, v.x, v.z};
-            });
-        AddReading({Rewriting::Kind::AxesExchanged, which, 1.0, 0, 2}, [](const Vector3& v) {
-            return Vector3{v.z, v.y, v.x};
-        });
-        AddReading({Rewriting::Kind::AxesExchanged, which, 1.0, 1, 2}, [](const Vector3& v) {
-            return Vector3{v.x, v.z, v.y};
-        });
+        if (isOwnMistake) AddColumns({AxisMirrored, which, 0}, {-1, 2, 3});
+        if (isOwnMistake) AddColumns({AxisMirrored, which, 1}, {1, -2, 3});
+        AddColumns({AxisMirrored, which, 2}, {1, 2, -3});
+        if (isOwnMistake) AddColumns({AxesExchanged, which, 1}, {2, 1, 3});
+        AddColumns({AxesExchanged, which, 2}, {3, 2, 1});
+        AddColumns({AxesExchanged, which, 12}, {1, 3, 2});
         // The same with the vertical axis in the opposite direction
-        AddReading({Rewriting::Kind::AxesExchanged, which, 1.0, 0, 2}, [](const Vector3& v) {
-            return Vector3{-v.z, v.y, -v.x};
-        });
-        AddReading({Rewriting::Kind::AxesExchanged, which, 1.0, 1, 2}, [](const Vector3& v) {
-            return Vector3{v.x, -v.z, -v.y};
-        });
+        AddColumns({AxesExchanged, which, 2}, {-3, 2, -1});
+        AddColumns({AxesExchanged, which, 12}, {1, -3, -2});
     }
 
     void Arms() {
-        AddReading({Rewriting::Kind::ArmHorizontal}, [](const Vector3& v) { return Vector3{-v.z, v.y, v.x}; });
-        AddReading({Rewriting::Kind::ArmHorizontal}, [](const Vector3& v) { return Vector3{v.z, v.y, -v.x}; });
-        AddReading({Rewriting::Kind::ArmHorizontal}, [](const Vector3& v) { return Vector3{v.x, -v.z, v.y}; });
-        AddReading({Rewriting::Kind::ArmHorizontal}, [](const Vector3& v) { return Vector3{v.x, v.z, -v.y}; });
-        AddReading({Rewriting::Kind::ArmHorizontal}, [](const Vector3& v) { return Vector3{v.x, -v.y, -v.z}; });
+        for (const SourceColumns& columns : {SourceColumns{-3, 2, 1}, SourceColumns{3, 2, -1}, SourceColumns{1, -3, 2},
+                                             SourceColumns{1, 3, -2}, SourceColumns{1, -2, -3}}) {
+            AddColumns({FindingKind::ArmHorizontal}, columns);
+        }
     }
 
     void Units() {
         constexpr double inch = 25.4;
         for (const Sets which : {Sets::ASet, Sets::BSet}) {
             for (const double factor : {inch, 1.0 / inch, 1000.0, 0.001, 10.0, 0.1}) {
-                AddReading({Rewriting::Kind::UnitsMixed, which, factor},
+                AddReading({FindingKind::UnitsWrong, which, which == Sets::ASet ? 1 : 2, factor},
                            [factor](const Vector3& v) { return factor * v; });
             }
         }

@@ -13,6 +13,8 @@ namespace {
 
 using ErrorKind = fit::ModelError::Kind;
 
+constexpr double infinite = std::numeric_limits<double>::infinity();
+
 /// Trial angles, degrees: the index positions of the head.
 constexpr int trials = static_cast<int>(360.0 / thresholds::indexStep);
 
@@ -80,6 +82,23 @@ private:
     static double SumOfSquares(fit::HeadSums rest, const fit::HeadSums& changed) {
         rest += changed;
         return fit::BestHead({&rest, 1}).sumOfSquares;
+    }
+
+    struct RatedPair {
+        Interval pair;
+        double sum;
+    };
+    /// The pair of numbers from `first` to the one before `last` with the smallest sum of squares; not finite when no
+    /// pair has one.
+    template <typename SumOf> static RatedPair BestPair(std::size_t first, std::size_t last, const SumOf& sumOf) {
+        RatedPair best{{}, infinite};
+        for (std::size_t i = first; i < last; ++i) {
+            for (std::size_t j = i + 1; j < last; ++j) {
+                const double sum = sumOf(i, j);
+                if (!(sum >= best.sum)) best = {{i, j}, sum};
+            }
+        }
+        return best;
     }
 
     void Add(std::vector<fit::ModelError> errors, std::span<const fit::HeadSums> groups, double alternatives) {
@@ -166,7 +185,7 @@ private:
 
     /// The points were captured locked: they are off by the shift of unlocking, which was subtracted.
     static fit::ModelError Locked(const Interval& run, const model::Vector3& shift) {
-        fit::ModelError error{ErrorKind::Place, run.first, run.last, {-shift.x, -shift.y, -shift.z}};
+        fit::ModelError error{ErrorKind::Place, run.first, run.last, -shift};
         error.isFixed = true;
         return error;
     }
@@ -180,18 +199,11 @@ private:
     void TryLockedStretches(const Interval& set) {
         if (model::SafeLength(unlocking) == 0.0) return;
         const std::size_t count = set.last - set.first;
-        Interval best{set.first, set.last};
-        double least = std::numeric_limits<double>::infinity();
-        for (std::size_t i = set.first; i < set.last; ++i) {
-            for (std::size_t j = i + 2; j <= set.last; ++j) {
-                if (j - i == count) continue;
-                const fit::HeadSums own = Sums({i, j});
-                const double sum = SumOfSquares(Rest(own), own.Shifted(unlocking));
-                if (sum >= least) continue;
-                least = sum;
-                best = {i, j};
-            }
-        }
+        const auto [best, least] = BestPair(set.first, set.last + 1, [&](std::size_t i, std::size_t j) {
+            if (j - i < 2 || j - i == count) return infinite;
+            const fit::HeadSums own = Sums({i, j});
+            return SumOfSquares(Rest(own), own.Shifted(unlocking));
+        });
         if (std::isfinite(least)) TryLocked(best, static_cast<double>(count));
     }
 
@@ -201,23 +213,16 @@ private:
     void TrySwaps(const Interval& set) {
         const ErrorKind kind = sets.IsOfASet(set.first) ? ErrorKind::TiltAngle : ErrorKind::SwivelAngle;
         const std::size_t count = set.last - set.first;
-        double least = std::numeric_limits<double>::infinity();
-        Interval best{set.first, set.first};
-        for (std::size_t i = set.first; i < set.last; ++i) {
-            for (std::size_t j = i + 1; j < set.last; ++j) {
-                if (TurnedAngle(i) == TurnedAngle(j)) continue;
-                fit::HeadSums rest = Rest(Sums({i, i + 1}));
-                rest -= Sums({j, j + 1});
-                rest += SumsWithAngleOf(kind, i, j);
-                rest += SumsWithAngleOf(kind, j, i);
-                const fit::BestHeadResult head = fit::BestHead({&rest, 1});
-                // When the positions are evenly spaced, swapping other points fits as well for a stylus that points
-                // sideways.
-                if (!head.model.StylusHangs() || head.sumOfSquares >= least) continue;
-                least = head.sumOfSquares;
-                best = {i, j};
-            }
-        }
+        const auto [best, least] = BestPair(set.first, set.last, [&](std::size_t i, std::size_t j) {
+            if (TurnedAngle(i) == TurnedAngle(j)) return infinite;
+            fit::HeadSums sums = Without(i, j);
+            sums += SumsWithAngleOf(kind, i, j);
+            sums += SumsWithAngleOf(kind, j, i);
+            const fit::BestHeadResult head = fit::BestHead({&sums, 1});
+            // When the positions are evenly spaced, swapping other points fits as well for a stylus that points
+            // sideways.
+            return head.model.StylusHangs() ? head.sumOfSquares : infinite;
+        });
         if (std::isfinite(least)) AddSwap(kind, best, 0.5 * static_cast<double>(count * count));
     }
     double Difference(std::size_t from, std::size_t to) const {
@@ -233,10 +238,16 @@ private:
             error.isFixed = error.isSwap = true;
             errors.push_back(error);
         }
-        fit::HeadSums sums = Rest(Sums({pair.first, pair.first + 1}));
-        sums -= Sums({pair.last, pair.last + 1});
+        fit::HeadSums sums = Without(pair.first, pair.last);
         sums += SumsWithAngleOf(kind, pair.first, pair.last);
         AddOne(std::move(errors), sums, SumsWithAngleOf(kind, pair.last, pair.first), alternatives);
+    }
+
+    /// The sums of all points except two.
+    fit::HeadSums Without(std::size_t i, std::size_t j) const {
+        fit::HeadSums rest = Rest(Sums({i, i + 1}));
+        rest -= Sums({j, j + 1});
+        return rest;
     }
 
     /// Two points are off their places: together they may look like another mistake. Only the best pair becomes a
@@ -245,25 +256,13 @@ private:
         constexpr std::size_t most = 80;
         const std::size_t count = points.size();
         if (count > most) return;
-        double least = std::numeric_limits<double>::infinity();
-        Interval best{};
-        for (std::size_t i = 0; i < count; ++i) {
-            for (std::size_t j = i + 1; j < count; ++j) {
-                const fit::HeadSums rest = Without(i, j);
-                const double sum = fit::BestHead({&rest, 1}).sumOfSquares;
-                if (sum >= least) continue;
-                least = sum;
-                best = {i, j};
-            }
-        }
+        const Interval best = BestPair(0, count, [&](std::size_t i, std::size_t j) {
+                                  const fit::HeadSums rest = Without(i, j);
+                                  return fit::BestHead({&rest, 1}).sumOfSquares;
+                              }).pair;
         const fit::HeadSums rest = Without(best.first, best.last);
         Add({{ErrorKind::Place, best.first, best.first + 1, {}}, {ErrorKind::Place, best.last, best.last + 1, {}}},
             {&rest, 1}, 0.5 * static_cast<double>(count * count));
-    }
-    fit::HeadSums Without(std::size_t i, std::size_t j) const {
-        fit::HeadSums rest = Rest(Sums({i, i + 1}));
-        rest -= Sums({j, j + 1});
-        return rest;
     }
 
     /// From one point on, the sphere or the machine's zero has moved, or the head was locked before or after it.

@@ -6,15 +6,14 @@
 #include "tools/model/Angles.h"
 
 #include <algorithm>
-#include <numeric>
 #include <set>
-#include <span>
 
 namespace qmv40::diagnosis {
 
 namespace {
 
 using Points = std::span<const fit::CapturedPoint>;
+using Angle = double fit::CapturedPoint::*;
 using model::Vector3;
 
 double MedianOf(std::vector<double> values) {
@@ -47,7 +46,7 @@ std::size_t DifferentPositions(Points points, double within, std::size_t most) {
     return different.size();
 }
 
-std::size_t DifferentAngles(Points points, double fit::CapturedPoint::*angle) {
+std::size_t DifferentAngles(Points points, Angle angle) {
     std::set<double> angles;
     for (const fit::CapturedPoint& point : points) angles.insert(point.*angle);
     return angles.size();
@@ -57,7 +56,7 @@ std::size_t DifferentAngles(Points points, double fit::CapturedPoint::*angle) {
 class Set {
 public:
     Set(const fit::CapturedSets& sets, bool isOfASet)
-        : isA(isOfASet), points(Of(sets, isOfASet)), others(Of(sets, !isOfASet)), reach(ReachOf(points)),
+        : isA(isOfASet), points(sets.Set(isOfASet)), others(sets.Set(!isOfASet)), reach(ReachOf(points)),
           otherReach(ReachOf(others)), first(isOfASet ? 0 : sets.aCount) {}
 
     void Judge(std::vector<Finding>& findings) const {
@@ -74,11 +73,8 @@ public:
     bool IsSmall() const { return !(reach >= SmallReach()) || !(reach > 0.0); }
 
 private:
-    static Points Of(const fit::CapturedSets& sets, bool isOfASet) {
-        return isOfASet ? Points(sets.points).first(sets.aCount) : Points(sets.points).subspan(sets.aCount);
-    }
-    /// At A = 0, the tip of a straight stylus is off the B axis by some thousandths of the stylus length, and makes a
-    /// circle as small as this.
+    /// The smallest reach of a circle that can have an axis. At A = 0, the tip of a straight stylus is off the B axis
+    /// by some thousandths of the stylus length, and makes a smaller circle.
     double SmallReach() const {
         const bool mayHang = !isA && std::abs(points.front().a) < hanging;
         return std::max((mayHang ? 0.06 : 0.03) * otherReach, 1e-9);
@@ -96,9 +92,9 @@ private:
     bool IsACircle() const {
         // The radius of an arc of 40 degrees is not more than `widest` times its reach. Noise in one place gives a wide
         // circle or a poor fit.
-        constexpr double clearly = 0.03, widest = 6.0;
+        constexpr double goodFit = 0.03, widest = 6.0;
         const auto circle = fit::FitAxisCircle(fit::PositionsOf(points));
-        return circle && circle->Rms() < clearly * circle->radius && circle->radius < widest * reach;
+        return circle && circle->Rms() < goodFit * circle->radius && circle->radius < widest * reach;
     }
     /// With a tip offset in force, every point is at the place of the sphere, and both axes pass through it.
     bool AreWhereTheSphereIs() const {
@@ -107,12 +103,11 @@ private:
         // Unless the stylus points sideways, the B circle lies above the sphere.
         const double above = isA ? circle->radius / std::tan(model::ToRadians(others.front().a)) : 0.0;
         const Vector3 sphere = circle->centre - Vector3{0.0, 0.0, above};
-        constexpr double near = 0.2;
-        return model::SafeLength(fit::MeanPosition(points) - sphere) < near * circle->radius;
+        constexpr double nearShare = 0.2; // of the radius
+        return model::SafeLength(fit::MeanPosition(points) - sphere) < nearShare * circle->radius;
     }
     void Add(FindingKind kind, double figure, std::vector<Finding>& findings) const {
-        Finding finding{kind, Severity::Fault, std::vector<std::size_t>(points.size()), figure};
-        std::iota(finding.points.begin(), finding.points.end(), first);
+        Finding finding{kind, Severity::Fault, fit::PointRange(first, first + points.size()), figure};
         finding.detail = kind == FindingKind::TipInForce ? 1 : 0;
         if (kind == FindingKind::TooFewPositions && IsSmall()) finding.figure = 1.0;
         findings.push_back(std::move(finding));
@@ -126,13 +121,34 @@ private:
 
 /// True when both sets are in one place: the distances between the points are as large as their noise.
 bool AreBothInOnePlace(const fit::CapturedSets& sets) {
-    const double reach =
-        std::max(ReachOf(Points(sets.points).first(sets.aCount)), ReachOf(Points(sets.points).subspan(sets.aCount)));
-    constexpr double largest = 1.0;
-    if (reach > largest) return false;
+    const double reach = std::max(ReachOf(sets.Set(true)), ReachOf(sets.Set(false)));
+    constexpr double largestNoise = 1.0; // mm, far more than a machine's noise
+    if (reach > largestNoise) return false;
+    // A small capture in metres or inches also has this reach, but its points form a head.
     const fit::HeadFit head = fit::FitHead(sets.points);
-    constexpr double clearly = 0.05;
-    return !(head.Rms() < clearly * model::SafeLength(head.model.tip));
+    constexpr double smallShare = 0.05; // of the stylus
+    return !(head.Rms() < smallShare * model::SafeLength(head.model.tip));
+}
+
+bool IsHeld(Points points, Angle angle) { return DifferentAngles(points, angle) < 2; }
+
+/// The most frequent angle of the points; of several, the first.
+double CommonestOf(Points points, Angle angle) {
+    const auto count = [&](const fit::CapturedPoint& point) {
+        return std::ranges::count(points, point.*angle,
+                                  [angle](const fit::CapturedPoint& each) { return each.*angle; });
+    };
+    return (*std::ranges::max_element(points, {}, count)).*angle;
+}
+
+void AddPointsNotHeld(Points points, std::size_t offset, Angle angle, std::vector<Finding>& findings) {
+    if (IsHeld(points, angle)) return;
+    const double commonest = CommonestOf(points, angle);
+    Finding finding{FindingKind::OtherAxisNotHeld, Severity::Fault, {}, commonest, 0.0, std::nullopt};
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        if (points[i].*angle != commonest) finding.points.push_back(offset + i);
+    }
+    findings.push_back(std::move(finding));
 }
 
 } // namespace
@@ -141,6 +157,21 @@ std::vector<Finding> JudgeSets(const fit::CapturedSets& sets) {
     if (AreBothInOnePlace(sets)) return {{FindingKind::TipInForce, Severity::Fault, {}}};
     std::vector<Finding> findings;
     for (const bool isOfASet : {true, false}) Set(sets, isOfASet).Judge(findings);
+    return findings;
+}
+
+std::vector<Finding> JudgeHeldAngles(const fit::CapturedSets& sets) {
+    const Points aSet = sets.Set(true), bSet = sets.Set(false);
+    const auto looksLike = [](Points points, Angle held, Angle turned) {
+        return IsHeld(points, held) && !IsHeld(points, turned);
+    };
+    if (looksLike(aSet, &fit::CapturedPoint::a, &fit::CapturedPoint::b) &&
+        looksLike(bSet, &fit::CapturedPoint::b, &fit::CapturedPoint::a)) {
+        return {{FindingKind::SetsExchanged, Severity::Fault, {}, 0.0, 0.0, std::nullopt}};
+    }
+    std::vector<Finding> findings;
+    AddPointsNotHeld(aSet, 0, &fit::CapturedPoint::b, findings);
+    AddPointsNotHeld(bSet, sets.aCount, &fit::CapturedPoint::a, findings);
     return findings;
 }
 

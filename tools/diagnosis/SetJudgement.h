@@ -6,7 +6,13 @@
 namespace qmv40::diagnosis {
 
 /// The findings about sets whose points cannot determine a head: too few different positions, or circles that are too
-/// small to have an axis. A fit to such points means nothing. Empty when the sets can determine a head.
+/// small to have an axis. A fit to such points means nothing. Empty when the sets can determine a head. Each set has at
+/// least one point.
 std::vector<Finding> JudgeSets(const fit::CapturedSets& sets);
+
+/// The findings that the angles alone give about a capture that the component refuses because an axis was not held: the
+/// sets are exchanged, or the held angle of some points differs from that of most points. Empty when each set holds
+/// one axis.
+std::vector<Finding> JudgeHeldAngles(const fit::CapturedSets& sets);
 
 } // namespace qmv40::diagnosis

@@ -44,7 +44,7 @@ HeadExplained Thinning::OfAll(HeadExplained ofPart) const {
     HeadExplained all;
     all.rewriting = ofPart.rewriting;
     all.plain = fit::FitHead(sets.points, ofPart.plain.model);
-    if (all.rewriting.kind != Rewriting::Kind::None) {
+    if (all.rewriting) {
         all.fit = std::move(ofPart.fit);
         return all;
     }

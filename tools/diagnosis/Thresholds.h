@@ -8,8 +8,8 @@ namespace qmv40::diagnosis::thresholds {
 /// thousand is called into question, and a real mistake is still thousands of times larger than what is needed.
 inline constexpr double falseAlarmRate = 1e-4;
 
-/// By chance a value is off by more standard deviations than this, to either side, at that rate: the quantile of the
-/// normal distribution.
+/// The normal distribution's quantile for that rate: noise alone moves a value by more than this many standard
+/// deviations, to either side, that often.
 inline constexpr double surely = 3.8906;
 
 /// Points that agree better are taken to have this noise: coordinates have five or six decimals, and rounding follows
@@ -31,6 +31,9 @@ inline constexpr double unevenNoiseCeiling = 0.03;
 /// An index position of a head is exact to a few hundredths of a degree. This limits the RMS of the points about the
 /// places that their angles give them.
 inline constexpr double indexCeiling = 0.02;
+
+/// Errors too small to be reported, each below leastMove, add about this much to that RMS.
+inline constexpr double smallErrors = 0.02;
 
 /// The index positions are 15 apart. An angle that is wrong by whole steps, to within nearAStep, was written down wrong
 /// or turned to by mistake. Other differences have other causes.
@@ -76,7 +79,7 @@ inline constexpr double leastWrongCentre = 0.05;
 /// The component and the diagnosis compute the same circles. A difference above rounding is a finding.
 inline constexpr double sameComputation = 1e-5;
 
-/// Compared with what the user has measured: the sphere with a qualified tip, the stylus with a ruler.
+/// Allowed differences from what the user has measured: the sphere with a qualified tip, the stylus with a ruler.
 inline constexpr double sphereElsewhere = 0.1;
 inline constexpr double otherStylusLength = 5.0;
 

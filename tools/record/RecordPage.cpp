@@ -42,12 +42,12 @@ std::string Section(const RecordSection& section) {
 
 } // namespace
 
-std::string FindingsMarkup(const std::vector<RecordedFinding>& findings) {
+std::string FindingsMarkup(const std::vector<text::Finding>& findings) {
     std::string markup;
-    for (const RecordedFinding& finding : findings) {
-        markup += "<p class=\"finding\">" + Element("b", "", finding.heading) + "<br>" +
-                  view::MarkupText(finding.sentence) + "<br>" + view::MarkupText("\xE2\x86\x92 " + finding.remedy) +
-                  "</p>\n";
+    for (const text::Finding& finding : findings) {
+        const std::string heading = std::string(NameOf(finding.severity)) + ": " + finding.name;
+        markup += "<p class=\"finding\">" + Element("b", "", heading) + "<br>" + view::MarkupText(finding.sentence) +
+                  "<br>" + view::MarkupText("\xE2\x86\x92 " + finding.remedy) + "</p>\n";
     }
     return markup;
 }

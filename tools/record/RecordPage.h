@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/text/Finding.h"
 #include "tools/text/OutputFile.h"
 
 #include <string>
@@ -16,24 +17,17 @@ struct RecordSection {
     std::vector<std::vector<std::string>> rows;
 };
 
-/// What was found, as the geometry command says it.
-struct RecordedFinding {
-    std::string heading; ///< severity and name
-    std::string sentence;
-    std::string remedy;
-};
-
 struct Record {
     std::string title;
     std::string verdict; ///< "good", "warning" or "fault"
     std::string meaning; ///< of the verdict, a sentence
-    std::vector<RecordedFinding> findings;
+    std::vector<text::Finding> findings;
     std::string picture; ///< an `svg` element; the only text that is taken as it is
     std::vector<RecordSection> sections;
 };
 
 /// Findings as paragraphs of a page.
-std::string FindingsMarkup(const std::vector<RecordedFinding>& findings);
+std::string FindingsMarkup(const std::vector<text::Finding>& findings);
 
 /// The page: one file that needs no other. It is laid out for A4 paper.
 std::string RecordPage(const Record& record);

@@ -29,23 +29,20 @@ std::string CallText(const model::HeadAngles& angles) {
 
 /// How a person recognises that the head is in the state.
 std::string LookOf(State state, const plans::Plan& plan) {
-    const std::string start = AnglesText(plan.from);
-    const std::string target = AnglesText(plan.to);
+    const std::string stands = " and the head stands at " + AnglesText(state < State::OnPeg ? plan.from : plan.to);
     switch (state) {
     case State::Untouched:
-        return "the lever is shut and the head stands at " + start;
+    case State::Locked:
+        return "the lever is shut" + stands;
     case State::Unlocking:
-        return "the lever is pushed open part of the way and the head stands at " + start;
+        return "the lever is pushed open part of the way" + stands;
     case State::Unlocked:
-        return "the lever is open, the cup is off the peg and the head stands at " + start;
+    case State::Indexed:
+        return "the lever is open, the cup is off the peg" + stands;
     case State::OnPeg:
         return "the lever is open and the cup sits on the peg";
-    case State::Indexed:
-        return "the lever is open, the cup is off the peg and the head stands at " + target;
     case State::Locking:
-        return "the lever is pushed shut part of the way and the head stands at " + target;
-    case State::Locked:
-        return "the lever is shut and the head stands at " + target;
+        return "the lever is pushed shut part of the way" + stands;
     default:
         return "nothing is known";
     }
@@ -150,6 +147,28 @@ text::Json NumbersJson(const std::vector<std::size_t>& numbers) {
     return list;
 }
 
+/// Each move gets the name of the contact that it makes or leaves, because it is judged by that name.
+check::CheckedPlan Shown(const CheckedWay& checked, const StoppedPlan& plan, const Question& question,
+                         const Stopped& state, check::Surroundings& surroundings) {
+    check::CheckedPlan shown{{ReadableAngles(state.head.angles), checked.way.angles, {}}, {}};
+    motion::Machine machine = motion::Machine::InTheMiddle(plan.Head(), state.head, state.position);
+    for (const WayMove& each : checked.way.moves) {
+        shown.plan.moves.push_back({each.contact, each.move.data});
+        if (!motion::Machine::CanRun(each.move)) continue;
+        const motion::ExecutedMove run = machine.Run(shown.plan.moves.back());
+        shown.report.moves.push_back(check::CheckedMoveOf(run, plan.Head(), question.check, surroundings));
+    }
+    if (checked.finding) shown.report.findings.push_back(*checked.finding);
+    return shown;
+}
+
+check::CheckedTour UnknownStop(const StoppedPlan& plan, const Question& question) {
+    check::CheckedTour tour = check::CheckTour({plan.UnderWay()}, plan.Head(), question.check);
+    std::vector<check::Finding>& findings = tour.plans.front().report.findings;
+    findings.insert(findings.begin(), {check::FindingKind::StopUnknown, std::nullopt, std::nullopt});
+    return tour;
+}
+
 } // namespace
 
 std::string Why(const Answered& answered) {
@@ -191,6 +210,19 @@ text::Json RecoveryJson(const Answered& answered) {
     addWay("backOut", recovery.backOut);
     document["why"] = Why(answered);
     return document;
+}
+
+check::CheckedTour ShownWays(const StoppedPlan& plan, const Question& question, const Recovery& recovery) {
+    if (recovery.stop.state == State::Unknown) return UnknownStop(plan, question);
+    check::Surroundings surroundings(plan.Head(), question.check.sizes, question.check.scene);
+    check::CheckedTour tour;
+    tour.figures = check::Figures(surroundings);
+    const Stopped state = plan.StateOf(recovery.stop, question.standing);
+    for (const auto& way : {recovery.finish, recovery.backOut}) {
+        tour.plans.push_back(Shown(*way, plan, question, state, surroundings));
+        tour.figures.Take(tour.plans.back().plan, tour.plans.back().report);
+    }
+    return tour;
 }
 
 } // namespace qmv40::recovery

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/check/CheckedTour.h"
 #include "tools/recovery/Recovery.h"
 #include "tools/text/Console.h"
 #include "tools/text/Json.h"
@@ -22,5 +23,9 @@ void PrintRecovery(const Answered& answered, const text::Console& console);
 
 /// {"state", "stoppedIn", "A", "B", "finish", "backOut", "why"}; a way out that is not safe is left out.
 text::Json RecoveryJson(const Answered& answered);
+
+/// The ways out as checked plans, for viewing: first the rest of the plan, then the way back. A way that is not safe
+/// has its finding. When the state is unknown: the plan itself, with the finding that says so.
+check::CheckedTour ShownWays(const StoppedPlan& plan, const Question& question, const Recovery& recovery);
 
 } // namespace qmv40::recovery

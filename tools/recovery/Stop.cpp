@@ -50,13 +50,38 @@ public:
         if (fit.distance <= error) stop.fits.push_back(fit);
     }
 
-    Stop Result() &&;
+    Stop Result() && {
+        if (stop.fits.empty()) return std::move(stop);
+        ChooseBest();
+        stop.hasSeveralOrientations = HaveOneState() && !HaveOneOrientation();
+        if (HaveOneState() && HaveOneOrientation()) stop.state = stop.Place().StateThere();
+        return std::move(stop);
+    }
 
 private:
-    void ChooseBest();
-    bool HaveOneState() const;
-    bool HaveOneOrientation() const;
-    bool IsSameOrientation(const Fit& first, const Fit& second) const;
+    /// The closest place. Of places that are the same, the latest: the way to the target is shortest from there.
+    void ChooseBest() {
+        for (std::size_t i = 1; i < stop.fits.size(); ++i) {
+            if (stop.fits[i].distance <= stop.fits[stop.best].distance + samePlace) stop.best = i;
+        }
+    }
+
+    bool HaveOneState() const {
+        return std::ranges::all_of(stop.fits,
+                                   [&](const Fit& fit) { return fit.StateThere() == stop.fits.front().StateThere(); });
+    }
+
+    bool HaveOneOrientation() const {
+        return std::ranges::all_of(stop.fits,
+                                   [&](const Fit& fit) { return IsSameOrientation(stop.fits.front(), fit); });
+    }
+
+    /// True when A and B are the same at both places, or when the plan leads from one to the other within the position
+    /// error, as at the corner of two arcs. From A = 39 degrees on, one place can belong to two orientations.
+    bool IsSameOrientation(const Fit& first, const Fit& second) const {
+        return check::LargestDifference(first.angles, second.angles) <= sameAngle ||
+               paths.LengthBetween(first.place, second.place) <= 4.0 * error;
+    }
 
     const PlanPaths& paths;
     const model::Vector3& standing;
@@ -64,37 +89,6 @@ private:
     Stop stop;
     bool isAnySeen = false;
 };
-
-/// The closest place. Of places that are the same, the latest: the way to the target is shortest from there.
-void Search::ChooseBest() {
-    for (std::size_t i = 1; i < stop.fits.size(); ++i) {
-        if (stop.fits[i].distance <= stop.fits[stop.best].distance + samePlace) stop.best = i;
-    }
-}
-
-bool Search::HaveOneState() const {
-    return std::ranges::all_of(stop.fits,
-                               [&](const Fit& fit) { return fit.StateThere() == stop.fits.front().StateThere(); });
-}
-
-bool Search::HaveOneOrientation() const {
-    return std::ranges::all_of(stop.fits, [&](const Fit& fit) { return IsSameOrientation(stop.fits.front(), fit); });
-}
-
-/// True when A and B are the same at both places, or when the plan leads from one to the other within the position
-/// error, as at the corner of two arcs. From A = 39 degrees on, one place can belong to two orientations.
-bool Search::IsSameOrientation(const Fit& first, const Fit& second) const {
-    return check::LargestDifference(first.angles, second.angles) <= sameAngle ||
-           paths.LengthBetween(first.place, second.place) <= 4.0 * error;
-}
-
-Stop Search::Result() && {
-    if (stop.fits.empty()) return std::move(stop);
-    ChooseBest();
-    stop.hasSeveralOrientations = HaveOneState() && !HaveOneOrientation();
-    if (HaveOneState() && HaveOneOrientation()) stop.state = stop.Place().StateThere();
-    return std::move(stop);
-}
 
 Stop KnownPlace(const Fit& fit) { return {fit.StateThere(), {fit}, 0, fit, false}; }
 

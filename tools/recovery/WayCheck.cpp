@@ -15,33 +15,16 @@ using K = check::FindingKind;
 /// True also for not-a-number: an unknown amount is not safe.
 bool IsAbove(double amount, double allowed) { return !(amount <= allowed); }
 
+std::optional<Finding> FirstOf(const std::vector<Finding>& findings) {
+    return findings.empty() ? std::nullopt : std::optional(findings.front());
+}
+
 std::optional<Finding> FindingOfClearance(const model::HeadModel& head, const check::CheckOptions& options,
-                                          motion::ExecutedMove run, plans::MoveId contact) {
+                                          motion::ExecutedMove run, plans::MoveId contact,
+                                          check::Surroundings& surroundings) {
     run.id = contact;
-    const check::Clearance clearance = check::ClearanceOf(run, head, options.sizes);
-    const double toSphere = options.requiredClearance - clearance.toPoleSphere;
-    if (IsAbove(toSphere, model::lengthTolerance)) return Finding{K::TouchesPoleSphere, {}, toSphere};
-    const double toLevers = options.requiredClearance - clearance.toLevers;
-    if (IsAbove(toLevers, model::lengthTolerance)) return Finding{K::TouchesLever, {}, toLevers};
-    return std::nullopt;
-}
-
-std::optional<Finding> FindingOfSurroundings(check::Surroundings& surroundings, const check::CheckOptions& options,
-                                             const motion::ExecutedMove& run) {
-    for (const check::PartClearance& each : surroundings.Of(run)) {
-        const double missing = options.requiredClearance - each.atLeast;
-        if (!IsAbove(missing, model::lengthTolerance)) continue;
-        const check::Meeting meeting{surroundings.Parts()[each.part], surroundings.Solids()[each.solid]};
-        return Finding{K::TouchesObstacle, {}, missing, meeting};
-    }
-    return std::nullopt;
-}
-
-std::optional<Finding> FindingOfTravel(const check::CheckOptions& options, const model::Path& path) {
-    for (const double beyond : check::BeyondTravel(path, options.travel)) {
-        if (IsAbove(beyond, model::lengthTolerance)) return Finding{K::TravelLimitExceeded, {}, beyond};
-    }
-    return std::nullopt;
+    return FirstOf(check::FindingsOfClearance(check::ClearanceOf(run, head, options.sizes), surroundings.Of(run),
+                                              options, surroundings));
 }
 
 /// A lever that was pushed part of the way and would be left so.
@@ -82,9 +65,8 @@ std::optional<Finding> FirstFinding(const model::HeadModel& head, const check::C
         const motion::ExecutedMove run = machine.Run(each.move);
         std::optional<Finding> found = FindingOfLever(run);
         if (!found) found = FindingOfHead(run);
-        if (!found) found = FindingOfClearance(head, options, run, each.contact);
-        if (!found) found = FindingOfSurroundings(surroundings, options, run);
-        if (!found) found = FindingOfTravel(options, run.path);
+        if (!found) found = FindingOfClearance(head, options, run, each.contact, surroundings);
+        if (!found) found = FirstOf(check::FindingsOfTravel(run.path, options));
         if (!found) continue;
         found->move = i;
         return found;

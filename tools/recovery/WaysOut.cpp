@@ -62,8 +62,20 @@ public:
         const auto& arc = std::get<ArcData>(plans.underWay.moves[stopped.number - 1].data);
         return Add({id, TurnedBy(arc, -arc.RotationAngle * stopped.fraction)});
     }
-    Builder& AddSwingToPeg(const model::Vector3& from);
-    Builder& AddSwingToLever(const model::Vector3& from);
+
+    Builder& AddSwingToPeg(const model::Vector3& from) {
+        const ArcData& swing = ArcOf(plans.back, MoveId::RotateToPeg);
+        const model::Vector3 peg = plans::VectorOf(TargetOf(plans.back, MoveId::ApproachPeg));
+        const double angle = SwingAngle(plans::OriginOf(swing), from, peg, BackOver(MoveId::RotateToLockLever));
+        return Add({MoveId::RotateToPeg, TurnedBy(swing, angle)});
+    }
+
+    Builder& AddSwingToLever(const model::Vector3& from) {
+        const ArcData& swing = ArcOf(plans.stay, MoveId::RotateToLockLever);
+        const model::Vector3 lever = plans::VectorOf(TargetOf(plans.stay, MoveId::ApproachLockLever));
+        const double angle = SwingAngle(plans::OriginOf(swing), from, lever, BackOver(MoveId::RotateToPeg));
+        return Add({MoveId::RotateToLockLever, TurnedBy(swing, angle)});
+    }
 
     WayOut Way(const plans::Plan& likeThis) && { return {std::move(moves), likeThis.to, EndOf(likeThis)}; }
 
@@ -78,20 +90,6 @@ private:
     Progress stopped;
     std::vector<WayMove> moves;
 };
-
-Builder& Builder::AddSwingToPeg(const model::Vector3& from) {
-    const ArcData& swing = ArcOf(plans.back, MoveId::RotateToPeg);
-    const model::Vector3 peg = plans::VectorOf(TargetOf(plans.back, MoveId::ApproachPeg));
-    const double angle = SwingAngle(plans::OriginOf(swing), from, peg, BackOver(MoveId::RotateToLockLever));
-    return Add({MoveId::RotateToPeg, TurnedBy(swing, angle)});
-}
-
-Builder& Builder::AddSwingToLever(const model::Vector3& from) {
-    const ArcData& swing = ArcOf(plans.stay, MoveId::RotateToLockLever);
-    const model::Vector3 lever = plans::VectorOf(TargetOf(plans.stay, MoveId::ApproachLockLever));
-    const double angle = SwingAngle(plans::OriginOf(swing), from, lever, BackOver(MoveId::RotateToPeg));
-    return Add({MoveId::RotateToLockLever, TurnedBy(swing, angle)});
-}
 
 /// Two ways to a place: a straight line, and a way above all obstacles.
 std::vector<std::vector<plans::PlannedMove>> WaysTo(MoveId id, const XYZData& target, const model::Vector3& from,

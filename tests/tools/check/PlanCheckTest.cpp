@@ -46,6 +46,11 @@ plans::Plan PlanByHand() {
     return {{0.0, 0.0}, {0.0, 0.0}, plans::MovesInOrder(moves)};
 }
 
+check::PlanReport Checked(const model::HeadModel& head, const check::CheckOptions& options, const plans::Plan& plan) {
+    check::Surroundings surroundings(head, options.sizes, options.scene);
+    return check::CheckPlan(head, options, plan, surroundings);
+}
+
 std::vector<std::string> NamesOf(const check::PlanReport& report) {
     std::vector<std::string> names;
     for (const check::Finding& finding : report.findings) names.emplace_back(check::TextOf(finding.kind).name);
@@ -53,7 +58,7 @@ std::vector<std::string> NamesOf(const check::PlanReport& report) {
 }
 
 TEST(PlanCheck, PassesAPlanWorkedOutByHand) {
-    const check::PlanReport report = check::CheckPlan(IdealHead(), {}, PlanByHand());
+    const check::PlanReport report = Checked(IdealHead(), {}, PlanByHand());
     EXPECT_THAT(NamesOf(report), IsEmpty());
     EXPECT_EQ(plans::moveCount, report.moves.size());
     EXPECT_LE(*report.targetMiss, rounding);
@@ -63,17 +68,17 @@ TEST(PlanCheck, HasAFindingWhenANumberOfTheHeadIsNaN) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     const model::HeadModel heads[] = {IdealHead(0.0, {nan, 0.0, 0.0}), IdealHead(0.0, {0.0, 0.0, nan}), IdealHead(nan)};
     for (const model::HeadModel& head : heads) {
-        EXPECT_THAT(NamesOf(check::CheckPlan(head, {}, PlanByHand())), Not(IsEmpty()));
+        EXPECT_THAT(NamesOf(Checked(head, {}, PlanByHand())), Not(IsEmpty()));
     }
     check::CheckOptions unknownSphere;
     unknownSphere.sizes.poleSphereRadius = nan;
-    EXPECT_THAT(NamesOf(check::CheckPlan(IdealHead(), unknownSphere, PlanByHand())), Not(IsEmpty()));
+    EXPECT_THAT(NamesOf(Checked(IdealHead(), unknownSphere, PlanByHand())), Not(IsEmpty()));
 }
 
 TEST(PlanCheck, StopsAtAMoveThatCannotBeRun) {
     plans::Plan plan = PlanByHand();
     plan.moves[5].data = XYZData{6.95, std::numeric_limits<double>::quiet_NaN(), 35.0};
-    const check::PlanReport report = check::CheckPlan(IdealHead(), {}, plan);
+    const check::PlanReport report = Checked(IdealHead(), {}, plan);
     EXPECT_EQ(5u, report.moves.size());
     EXPECT_THAT(NamesOf(report), ElementsAre("not-a-number"))
         << "no finding about the move before, which depends on this one";
@@ -88,14 +93,14 @@ TEST(PlanCheck, ComparesTheWholeArcWithTheTravel) {
     plan.moves.resize(3);
     check::CheckOptions options;
     options.travel[2].largest = top + 0.01;
-    EXPECT_THAT(NamesOf(check::CheckPlan(IdealHead(), options, plan)), Not(testing::Contains("travel-limit-exceeded")));
+    EXPECT_THAT(NamesOf(Checked(IdealHead(), options, plan)), Not(testing::Contains("travel-limit-exceeded")));
     options.travel[2].largest = top - 0.01;
-    EXPECT_THAT(NamesOf(check::CheckPlan(IdealHead(), options, plan)), testing::Contains("travel-limit-exceeded"));
+    EXPECT_THAT(NamesOf(Checked(IdealHead(), options, plan)), testing::Contains("travel-limit-exceeded"));
 }
 
 TEST(PlanCheck, ChecksTheWayFromOnePlanToTheNext) {
     const model::HeadModel head = IdealHead();
-    const check::PlanReport first = check::CheckPlan(head, {}, PlanByHand());
+    const check::PlanReport first = Checked(head, {}, PlanByHand());
     check::Surroundings surroundings(head, {}, {});
     const check::PlanReport second = check::CheckNextPlan(head, {}, PlanByHand(), first, surroundings);
     EXPECT_THAT(NamesOf(second), IsEmpty());
@@ -125,7 +130,7 @@ TEST(PlanCheck, FindsAnObstacleBetweenOnePlanAndTheNext) {
     for (const auto& each : cases) {
         check::CheckOptions options;
         options.scene.obstacles.push_back(pin(each.place));
-        const check::PlanReport first = check::CheckPlan(head, options, PlanByHand());
+        const check::PlanReport first = Checked(head, options, PlanByHand());
         check::Surroundings surroundings(head, options.sizes, options.scene);
         const check::PlanReport second = check::CheckNextPlan(head, options, PlanByHand(), first, surroundings);
         const bool isFound = std::ranges::any_of(second.findings, [](const check::Finding& finding) {
@@ -135,31 +140,11 @@ TEST(PlanCheck, FindsAnObstacleBetweenOnePlanAndTheNext) {
     }
     check::CheckOptions low;
     low.travel[2].largest = 34.0;
-    const check::PlanReport first = check::CheckPlan(head, {}, PlanByHand());
+    const check::PlanReport first = Checked(head, {}, PlanByHand());
     check::Surroundings surroundings(head, {}, {});
     const check::PlanReport second = check::CheckNextPlan(head, low, PlanByHand(), first, surroundings);
     EXPECT_EQ(0u, second.findings.front().move);
     EXPECT_THAT(NamesOf(second), testing::Contains("travel-limit-exceeded"));
-}
-
-TEST(PlanCheck, ChecksTheRestOfAPlanFromAnyMove) {
-    const model::HeadModel head = IdealHead();
-    const plans::Plan plan = PlanByHand();
-    const check::PlanReport whole = check::CheckPlan(head, {}, plan);
-    for (std::size_t i = 1; i < plans::moveCount; ++i) {
-        const auto firstLeft = plan.moves.begin() + static_cast<std::ptrdiff_t>(i);
-        const plans::Plan rest{plan.from, plan.to, {firstLeft, plan.moves.end()}};
-        const motion::ExecutedMove& before = whole.moves[i - 1].run;
-        EXPECT_THAT(NamesOf(check::CheckRest(head, {}, rest, before.after, before.path.End())), IsEmpty()) << i;
-    }
-}
-
-TEST(PlanCheck, FindsARestThatDoesNotFitTheHeadsState) {
-    const plans::Plan plan = PlanByHand();
-    const plans::Plan rest{plan.from, plan.to, {plan.moves.begin() + 11, plan.moves.end()}};
-    const motion::HeadState locked{{0.0, 0.0}, model::LeverState::Locked, true, std::nullopt};
-    EXPECT_THAT(NamesOf(check::CheckRest(IdealHead(), {}, rest, locked, {6.95, -24.0, 11.5})),
-                testing::Contains("lever-not-touched"));
 }
 
 TEST(PlanCheck, HasNameSentenceAndRemedyForEveryFinding) {

@@ -13,6 +13,10 @@ namespace {
 
 constexpr const char* header = "APosition,BPosition,XPosition,YPosition,ZPosition\n";
 
+std::vector<HeadAlignmentDataItem> ReadItems(const std::string& fileName) {
+    return diagnosis::ReadCapture(fileName, text::LengthUnit::Millimetre).items;
+}
+
 /// The one point that every accepted spelling below stands for.
 void ExpectTheOnePoint(const std::vector<HeadAlignmentDataItem>& items, const char* why) {
     ASSERT_EQ(1u, items.size()) << why;
@@ -68,7 +72,7 @@ TEST(CaptureFile, IsReadInEverySpellingThatMeansTheSame) {
     const TemporaryFolder folder;
     for (const auto& each : cases) {
         try {
-            ExpectTheOnePoint(diagnosis::ReadCapture(folder.Write("capture.csv", each.content)), each.why);
+            ExpectTheOnePoint(ReadItems(folder.Write("capture.csv", each.content)), each.why);
         } catch (const text::InputError& error) {
             ADD_FAILURE() << each.why << ": " << error.reason;
         }
@@ -85,37 +89,48 @@ TEST(CaptureFile, MayBeUtf16WithAByteOrderMark) {
     const TemporaryFolder folder;
     for (const std::endian order : {std::endian::little, std::endian::big}) {
         const std::string content = InUtf16("A\tB\tX\tY\tZ\r\n45\t-90\t1,5\t-2,25\t1000\r\n", order);
-        ExpectTheOnePoint(diagnosis::ReadCapture(folder.Write("capture.csv", content)), "UTF-16");
+        ExpectTheOnePoint(ReadItems(folder.Write("capture.csv", content)), "UTF-16");
     }
 }
 
-TEST(CaptureFile, TellsTheUnitThatItsHeaderGives) {
+TEST(CaptureFile, IsReadInTheUnitThatItIsTakenIn) {
+    using enum text::LengthUnit;
     const struct {
         const char* header;
-        std::optional<text::LengthUnit> unit;
+        text::LengthUnit unit;
+        std::optional<double> x; ///< what a 2 means in millimetres; empty: refused
     } cases[] = {
-        {"A,B,X,Y,Z\n", std::nullopt},
-        {"A [deg],B [deg],X,Y,Z\n", std::nullopt},
-        {"A,B,X [mm],Y [mm],Z [mm]\n", text::LengthUnit::Millimetre},
-        {"A,B,X (in),Y (inch),Z (Inches)\n", text::LengthUnit::Inch},
-        {"A;B;X/in;Y/in;Z/in\n", text::LengthUnit::Inch},
+        {"A,B,X,Y,Z\n", Millimetre, 2.0},
+        {"A,B,X,Y,Z\n", Inch, 50.8},
+        {"A [deg],B [deg],X,Y,Z\n", Inch, 50.8},
+        {"A,B,X [mm],Y [mm],Z [mm]\n", Millimetre, 2.0},
+        {"A,B,X [mm],Y [mm],Z [mm]\n", Inch, std::nullopt},
+        {"A,B,X (in),Y (inch),Z (Inches)\n", Inch, 50.8},
+        {"A,B,X (in),Y (inch),Z (Inches)\n", Millimetre, std::nullopt},
+        {"A,B,X/in,Y/in,Z/in\n", Inch, 50.8},
     };
     const TemporaryFolder folder;
     for (const auto& each : cases) {
-        EXPECT_EQ(each.unit, diagnosis::ReadCaptureFile(folder.Write("capture.csv", each.header)).unit) << each.header;
+        SCOPED_TRACE(each.header + (each.unit == Inch ? std::string("in inches") : "in millimetres"));
+        const std::string file = folder.Write("capture.csv", std::string(each.header) + "45,-90,2,2,2\n");
+        if (!each.x) {
+            EXPECT_THROW(diagnosis::ReadCapture(file, each.unit), text::InputError);
+            continue;
+        }
+        const auto items = diagnosis::ReadCapture(file, each.unit).items;
+        ASSERT_EQ(1u, items.size());
+        EXPECT_EQ(45.0, items[0].APosition);
+        EXPECT_EQ(-90.0, items[0].BPosition);
+        EXPECT_EQ(*each.x, items[0].XPosition);
+        EXPECT_EQ(*each.x, items[0].YPosition);
+        EXPECT_EQ(*each.x, items[0].ZPosition);
     }
-}
-
-TEST(CaptureFile, IsAsItStandsInTheFileWhateverItsUnit) {
-    const TemporaryFolder folder;
-    const auto items = diagnosis::ReadCapture(folder.Write("capture.csv", "A,B,X [in],Y [in],Z [in]\n0,0,1,2,3\n"));
-    EXPECT_EQ(1.0, items.at(0).XPosition);
 }
 
 TEST(CaptureFile, KeepsThePointsInTheirOrder) {
     const TemporaryFolder folder;
-    const auto items = diagnosis::ReadCapture(
-        folder.Write("capture.csv", std::string(header) + "0,0,1,1,1\n30,0,2,2,2\n15,0,3,3,3\n"));
+    const auto items =
+        ReadItems(folder.Write("capture.csv", std::string(header) + "0,0,1,1,1\n30,0,2,2,2\n15,0,3,3,3\n"));
     ASSERT_EQ(3u, items.size());
     EXPECT_EQ(0.0, items[0].APosition);
     EXPECT_EQ(30.0, items[1].APosition);
@@ -184,7 +199,7 @@ TEST(CaptureFile, IsRefusedWithTheLineAndTheReason) {
     for (const auto& each : cases) {
         const std::string fileName = folder.Write("capture.csv", each.content);
         try {
-            diagnosis::ReadCapture(fileName);
+            ReadItems(fileName);
             ADD_FAILURE() << "accepted: " << each.content;
         } catch (const text::InputError& error) {
             EXPECT_EQ(fileName, error.file);
@@ -205,7 +220,7 @@ TEST(CaptureFile, IsRefusedAsAWholeWhenItCannotBeRead) {
     };
     for (const auto& each : cases) {
         try {
-            diagnosis::ReadCapture(each.fileName);
+            ReadItems(each.fileName);
             ADD_FAILURE() << "accepted: " << each.fileName;
         } catch (const text::InputError& error) {
             EXPECT_EQ(each.reason, error.reason) << each.fileName;
@@ -223,13 +238,7 @@ TEST(PointFile, NeedsTheThreeCoordinatesAlone) {
     EXPECT_EQ(3.0, points[0].ZPosition);
 }
 
-TEST(CaptureFile, IsRefusedWhereItsHeaderGivesAnotherUnitThanItIsTakenIn) {
-    using enum text::LengthUnit;
-    const diagnosis::CaptureFile inches{"capture.csv", {}, {}, Inch};
-    const diagnosis::CaptureFile unknown{"capture.csv", {}, {}, std::nullopt};
-    EXPECT_THROW(diagnosis::RequireUnit(inches, Millimetre), text::InputError);
-    EXPECT_NO_THROW(diagnosis::RequireUnit(inches, Inch));
-    EXPECT_NO_THROW(diagnosis::RequireUnit(unknown, Inch));
+TEST(CaptureFile, IsRefusedInAnotherUnitThanItsHeaderGives) {
     const TemporaryFolder folder;
     EXPECT_THROW(diagnosis::ReadPoints(folder.Write("points.csv", "X [in],Y [in],Z [in]\n")), text::InputError);
     const std::string capture = folder.Write("capture.csv", "A,B,X [in],Y [in],Z [in]\n0,0,1,2,3\n");

@@ -1,7 +1,5 @@
 #include "tests/tools/diagnosis/Captures.h"
 
-#include "head/RoundThePole.h"
-#include "tests/support/AlignmentArray.h"
 #include "tests/support/SettingsFixture.h"
 
 #include <gtest/gtest.h>
@@ -34,34 +32,6 @@ SimulatedHead SomeSimulatedHead() {
     head.mountingAngle = -1.35;
     head.stylus = {0.4, -0.3, -180.0};
     return head;
-}
-
-diagnosis::fit::CapturedSets SetsOf(const Items& aSet, const Items& bSet) {
-    diagnosis::fit::CapturedSets sets;
-    for (const Items* const set : {&aSet, &bSet}) {
-        for (const HeadAlignmentDataItem& item : *set) {
-            sets.points.push_back({item.APosition, item.BPosition, {item.XPosition, item.YPosition, item.ZPosition}});
-        }
-    }
-    sets.aCount = aSet.size();
-    return sets;
-}
-
-diagnosis::CaptureUnderTest UnderTest(const Items& aSet, const Items& bSet) {
-    RoundThePole head;
-    AlignmentArray aArray(aSet), bArray(bSet);
-    head.ComputeGeometry(aArray.Address(), bArray.Address());
-    const CMaVector centre = head.HeadCentre();
-    diagnosis::CaptureUnderTest test{SetsOf(aSet, bSet), head.RequiredRotationAroundZ()};
-    test.headCentre = {centre[0], centre[1], centre[2]};
-    test.unlocking = {0.0, 0.0, -1.5};
-    for (std::size_t i = 0; i < test.sets.points.size(); ++i) {
-        const bool isOfASet = test.sets.IsOfASet(i);
-        const CMaPointArray& points = isOfASet ? head.AAxisPoints() : head.BAxisPoints();
-        const CMaPoint point = points[static_cast<int>(isOfASet ? i : i - aSet.size())];
-        test.sets.points[i].position = {point.x(), point.y(), point.z()};
-    }
-    return test;
 }
 
 diagnosis::Diagnosis DiagnosisOf(const Items& aSet, const Items& bSet) {

@@ -1,24 +1,20 @@
 #pragma once
 
 #include "tests/support/SimulatedHead.h"
-#include "tools/diagnosis/Diagnosis.h"
-
-#include <string>
+#include "tests/tools/diagnosis/PaperTrial.h"
+#include "tools/diagnosis/Capture.h"
 
 using namespace qmv40;
 
 /// Captures as the diagnostics take them, with the component's answer.
 
-using Items = std::vector<HeadAlignmentDataItem>;
-
 /// A head that is mounted turned by 1.35 degrees, with a stylus that is half a millimetre off the vertical.
 SimulatedHead SomeSimulatedHead();
 
 /// As they were captured, not brought to the locked position.
-diagnosis::fit::CapturedSets SetsOf(const Items& aSet, const Items& bSet);
-
-/// Brought to the locked position by the component, with the rotation that it finds. No settings are in force.
-diagnosis::CaptureUnderTest UnderTest(const Items& aSet, const Items& bSet);
+inline diagnosis::fit::CapturedSets SetsOf(const Items& aSet, const Items& bSet) {
+    return diagnosis::SetsOf(aSet, bSet, {});
+}
 
 /// The diagnosis of what the component accepts; fails the test where there is none.
 diagnosis::Diagnosis DiagnosisOf(const Items& aSet, const Items& bSet);

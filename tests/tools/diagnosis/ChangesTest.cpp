@@ -43,7 +43,7 @@ struct Place {
 
 constexpr std::size_t aCount = 7, count = 19;
 const Place places[] = {{aCount, count, 1.0, aCount, "the B set"},
-                        {0, aCount, -1.0, aCount, "the A set: against it, the B set is off the other way"},
+                        {0, aCount, -1.0, aCount, "the A set: the B set then differs in the opposite direction"},
                         {aCount + 5, count, 1.0, aCount + 5, "from a point of the B set on"},
                         {3, count, 1.0, 3, "from a point of the A set on, and the B set after it"}};
 

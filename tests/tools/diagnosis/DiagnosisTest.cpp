@@ -2,7 +2,6 @@
 
 #include "tests/support/ReferenceHeads.h"
 #include "tests/tools/diagnosis/Captures.h"
-#include "tools/model/Angles.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,21 +11,29 @@ using namespace qmv40;
 
 namespace {
 
+using diagnosis::Finding;
+using diagnosis::Severity;
 using testing::ElementsAre;
+using Kind = diagnosis::FindingKind;
 
-std::vector<diagnosis::Finding> WithoutNotes(const diagnosis::Diagnosis& diagnosis) {
-    std::vector<diagnosis::Finding> findings = diagnosis.findings;
-    std::erase_if(findings,
-                  [](const diagnosis::Finding& finding) { return finding.severity == diagnosis::Severity::Note; });
+/// The finding of this kind and severity, which must be there.
+const Finding& Found(const diagnosis::Diagnosis& diagnosis, Kind kind, Severity severity = Severity::Fault) {
+    const Finding* const finding = FindingOf(diagnosis, kind);
+    if (finding == nullptr || finding->severity != severity) throw std::runtime_error(TextOf(diagnosis));
+    return *finding;
+}
+
+std::vector<Finding> WithoutNotes(const diagnosis::Diagnosis& diagnosis) {
+    std::vector<Finding> findings = diagnosis.findings;
+    std::erase_if(findings, [](const Finding& finding) { return finding.severity == Severity::Note; });
     return findings;
 }
 
-TEST(Diagnosis, OfTheReferenceHeadsFindsTheThreeThatComeOutWrongAndNoOther) {
+TEST(Diagnosis, FindsTheThreeReferenceHeadsThatComeOutWrong) {
     // The heads of which the component's rotation is not the angle at which the head was mounted.
-    const std::map<std::string, diagnosis::FindingKind> wrong{
-        {"case-41-000", diagnosis::FindingKind::TipOffAxis},
-        {"case-41-010", diagnosis::FindingKind::RotationOnWrongSide},
-        {"case-41-011", diagnosis::FindingKind::TipOffAxis}};
+    const std::map<std::string, Kind> wrong{{"case-41-000", Kind::TipOffAxis},
+                                            {"case-41-010", Kind::RotationOnWrongSide},
+                                            {"case-41-011", Kind::TipOffAxis}};
     const std::map<std::string, double> mountedAt{
         {"case-41-000", 30.0}, {"case-41-010", -0.8704975}, {"case-41-011", -2.15}};
     for (const ReferenceHead& head : LoadReferenceHeads()) {
@@ -42,7 +49,7 @@ TEST(Diagnosis, OfTheReferenceHeadsFindsTheThreeThatComeOutWrongAndNoOther) {
         }
         ASSERT_EQ(1u, findings.size()) << TextOf(*diagnosis);
         EXPECT_EQ(wrong.at(head.name), findings[0].kind) << TextOf(*diagnosis);
-        EXPECT_EQ(diagnosis::Severity::Fault, findings[0].severity);
+        EXPECT_EQ(Severity::Fault, findings[0].severity);
         EXPECT_NEAR(mountedAt.at(head.name), findings[0].reference, 0.01) << "what the head was mounted at";
         EXPECT_TRUE(findings[0].captureAt.has_value());
     }
@@ -55,11 +62,10 @@ TEST(Diagnosis, FindsTheWrongQuadrantOfAHeadCapturedAtB0) {
     for (const double noise : {0.0, 1e-3, 5e-3}) {
         const Items bSet = WithNoise(head.BSet(75), noise, 2);
         const diagnosis::Diagnosis atZero = DiagnosisOf(WithNoise(head.ASet(0), noise, 1), bSet);
-        const diagnosis::Finding* const finding = FindingOf(atZero, diagnosis::FindingKind::RotationOnWrongSide);
-        ASSERT_NE(nullptr, finding) << TextOf(atZero);
-        EXPECT_NEAR(3.0, finding->figure, 0.02);
-        EXPECT_NEAR(-3.0, finding->reference, 0.02);
-        EXPECT_EQ(45.0, finding->captureAt);
+        const Finding& finding = Found(atZero, Kind::RotationOnWrongSide);
+        EXPECT_NEAR(3.0, finding.figure, 0.02);
+        EXPECT_NEAR(-3.0, finding.reference, 0.02);
+        EXPECT_EQ(45.0, finding.captureAt);
         const diagnosis::Diagnosis at45 = DiagnosisOf(WithNoise(head.ASet(45), noise, 1), bSet);
         EXPECT_TRUE(at45.findings.empty()) << TextOf(at45);
     }
@@ -73,11 +79,9 @@ TEST(Diagnosis, RefusesAHeadCentreThatTheFittedHeadContradicts) {
     // Far beyond the standard deviation of some micrometres.
     test.headCentre->z += 0.3;
     const diagnosis::Diagnosis diagnosis = diagnosis::Diagnose(test).value();
-    for (const auto kind : {diagnosis::FindingKind::CentreDisagrees, diagnosis::FindingKind::ComponentDiffers}) {
-        const diagnosis::Finding* const finding = FindingOf(diagnosis, kind);
-        ASSERT_NE(nullptr, finding) << TextOf(diagnosis);
-        EXPECT_EQ(diagnosis::Severity::Fault, finding->severity);
-        EXPECT_NEAR(0.3, finding->figure, 0.02);
+    for (const auto kind : {Kind::CentreDisagrees, Kind::ComponentDiffers}) {
+        const Finding& finding = Found(diagnosis, kind);
+        EXPECT_NEAR(0.3, finding.figure, 0.02);
     }
 }
 
@@ -92,15 +96,14 @@ TEST(Diagnosis, WarnsOfATiltArcThatIsTooShortForTheCentreAskedFor) {
     EXPECT_TRUE(diagnosed(90, 0.05).findings.empty());
     const diagnosis::Diagnosis shortArc = diagnosed(30, 0.05);
     ASSERT_EQ(1u, shortArc.findings.size()) << TextOf(shortArc);
-    EXPECT_EQ(diagnosis::FindingKind::TiltArcShort, shortArc.findings[0].kind);
-    EXPECT_EQ(diagnosis::Severity::Warning, shortArc.findings[0].severity);
+    EXPECT_EQ(Kind::TiltArcShort, shortArc.findings[0].kind);
+    EXPECT_EQ(Severity::Warning, shortArc.findings[0].severity);
     EXPECT_EQ(0.05, shortArc.findings[0].reference);
     // The standard deviation of the centre is 29 times the noise. The figure is twice as much, and the noise is
     // estimated from seven and thirteen points.
     EXPECT_NEAR(2.0 * 29.0 * 1e-3, shortArc.findings[0].figure, 0.015);
     EXPECT_TRUE(diagnosed(30, 0.2).findings.empty()) << "0.2 mm are enough";
-    EXPECT_NE(nullptr, FindingOf(diagnosed(90, 0.001), diagnosis::FindingKind::CentreUncertain))
-        << "0.001 mm are asked for";
+    EXPECT_NE(nullptr, FindingOf(diagnosed(90, 0.001), Kind::CentreUncertain)) << "0.001 mm are asked for";
 }
 
 TEST(Diagnosis, DoesNotTrustAFewPointsThatAgreeByLuck) {
@@ -108,15 +111,15 @@ TEST(Diagnosis, DoesNotTrustAFewPointsThatAgreeByLuck) {
     const SimulatedHead head = SomeSimulatedHead();
     const diagnosis::Diagnosis exact = DiagnosisOf(head.ASet(45, 7, 0, 30), head.BSet(75));
     EXPECT_LT(exact.axes.CentreStandardDeviation(), 1e-9);
-    EXPECT_NE(nullptr, FindingOf(exact, diagnosis::FindingKind::TiltArcShort)) << TextOf(exact);
+    EXPECT_NE(nullptr, FindingOf(exact, Kind::TiltArcShort)) << TextOf(exact);
 }
 
 TEST(Diagnosis, WarnsOfASwivelArcThatIsTooShort) {
     const SimulatedHead head = SomeSimulatedHead();
     const diagnosis::Diagnosis diagnosis =
         DiagnosisOf(WithNoise(head.ASet(45), 1e-3, 1), WithNoise(head.BSet(75, 7, 0, 30), 1e-3, 2));
-    EXPECT_NE(nullptr, FindingOf(diagnosis, diagnosis::FindingKind::SwivelArcShort)) << TextOf(diagnosis);
-    EXPECT_FALSE(diagnosis.Has(diagnosis::Severity::Fault)) << TextOf(diagnosis);
+    EXPECT_NE(nullptr, FindingOf(diagnosis, Kind::SwivelArcShort)) << TextOf(diagnosis);
+    EXPECT_FALSE(Has(diagnosis.findings, Severity::Fault)) << TextOf(diagnosis);
 }
 
 TEST(Diagnosis, CallsAxesThatAreNearlyParallelAFault) {
@@ -128,19 +131,15 @@ TEST(Diagnosis, CallsAxesThatAreNearlyParallelAFault) {
         item.BPosition = 45.0;
     }
     const diagnosis::Diagnosis diagnosis = DiagnosisOf(aSet, WithNoise(head.BSet(75, 13, -180, 180), 1e-3, 2));
-    const diagnosis::Finding* const finding = FindingOf(diagnosis, diagnosis::FindingKind::AxesParallel);
-    ASSERT_NE(nullptr, finding) << TextOf(diagnosis);
-    EXPECT_EQ(diagnosis::Severity::Fault, finding->severity);
-    EXPECT_LT(finding->figure, 1.0);
+    const Finding& finding = Found(diagnosis, Kind::AxesParallel);
+    EXPECT_LT(finding.figure, 1.0);
 }
 
-TEST(Diagnosis, SaysWhatFourPointsCannotTell) {
+TEST(Diagnosis, NotesThatFourPointsAreTooFewToJudgeOne) {
     const SimulatedHead head = SomeSimulatedHead();
     const diagnosis::Diagnosis diagnosis = DiagnosisOf(head.ASet(45, 4), head.BSet(75));
-    const diagnosis::Finding* const finding = FindingOf(diagnosis, diagnosis::FindingKind::FewPoints);
-    ASSERT_NE(nullptr, finding);
-    EXPECT_EQ(diagnosis::Severity::Note, finding->severity);
-    EXPECT_THAT(finding->points, ElementsAre(0, 1, 2, 3));
+    const Finding& finding = Found(diagnosis, Kind::FewPoints, Severity::Note);
+    EXPECT_THAT(finding.points, ElementsAre(0, 1, 2, 3));
     EXPECT_FALSE(diagnosis.points[0].influence.has_value());
     EXPECT_TRUE(diagnosis.points[4].influence.has_value());
 }
@@ -174,11 +173,9 @@ TEST(Diagnosis, NamesAPointThatStandsOutWithoutBeingWrong) {
     Items bSet = WithNoise(head.BSet(75, 13, -180, 180), 1e-3, 2);
     bSet[5].ZPosition += 0.03;
     const diagnosis::Diagnosis diagnosis = DiagnosisOf(WithNoise(head.ASet(45), 1e-3, 1), bSet);
-    const diagnosis::Finding* const finding = FindingOf(diagnosis, diagnosis::FindingKind::PointSuspicious);
-    ASSERT_NE(nullptr, finding) << TextOf(diagnosis);
-    EXPECT_EQ(diagnosis::Severity::Warning, finding->severity);
-    EXPECT_THAT(finding->points, ElementsAre(12));
-    EXPECT_FALSE(diagnosis.Has(diagnosis::Severity::Fault));
+    const Finding& finding = Found(diagnosis, Kind::PointSuspicious, Severity::Warning);
+    EXPECT_THAT(finding.points, ElementsAre(12));
+    EXPECT_FALSE(Has(diagnosis.findings, Severity::Fault));
 }
 
 TEST(Diagnosis, NoticesASetThatScattersMoreThanTheOther) {
@@ -186,7 +183,7 @@ TEST(Diagnosis, NoticesASetThatScattersMoreThanTheOther) {
     const diagnosis::Diagnosis diagnosis =
         DiagnosisOf(WithNoise(head.ASet(45), 2e-2, 1), WithNoise(head.BSet(75, 13, -180, 180), 1e-3, 2));
     EXPECT_TRUE(diagnosis.noise.isUneven);
-    EXPECT_NE(nullptr, FindingOf(diagnosis, diagnosis::FindingKind::NoiseUneven)) << TextOf(diagnosis);
+    EXPECT_NE(nullptr, FindingOf(diagnosis, Kind::NoiseUneven)) << TextOf(diagnosis);
     EXPECT_GT(diagnosis.noise.perSet.aSet, 5.0 * diagnosis.noise.perSet.bSet);
 }
 
@@ -195,8 +192,8 @@ TEST(Diagnosis, OfUnevenNoiseFindsNoContradiction) {
     for (std::uint64_t seed = 1; seed <= 20; ++seed) {
         const diagnosis::Diagnosis diagnosis = DiagnosisOf(WithNoise(head.ASet(45), 2e-2, seed),
                                                            WithNoise(head.BSet(75, 13, -180, 180), 1e-3, seed + 100));
-        EXPECT_EQ(nullptr, FindingOf(diagnosis, diagnosis::FindingKind::PointsContradict)) << "seed " << seed << "\n"
-                                                                                           << TextOf(diagnosis);
+        EXPECT_EQ(nullptr, FindingOf(diagnosis, Kind::PointsContradict)) << "seed " << seed << "\n"
+                                                                         << TextOf(diagnosis);
     }
 }
 
@@ -209,27 +206,22 @@ struct RealHead {
     diagnosis::Diagnosis Captured(std::uint64_t seed) const {
         std::mt19937_64 generator(seed);
         std::uniform_real_distribution<double> anywhere(-1.0, 1.0);
-        diagnosis::fit::HeadModel model;
-        model.pole = {100.0 * anywhere(generator), 100.0 * anywhere(generator), -500.0};
-        model.mounting = model::ToRadians(3.0 * anywhere(generator));
-        model.tip = {anywhere(generator), anywhere(generator), -150.0 + 80.0 * anywhere(generator)};
+        SimulatedHead head;
+        head.pole = {100.0 * anywhere(generator), 100.0 * anywhere(generator), -500.0};
+        head.mountingAngle = 3.0 * anywhere(generator);
+        head.stylus = {anywhere(generator), anywhere(generator), -150.0 + 80.0 * anywhere(generator)};
         const double direction = 3.0 * anywhere(generator);
-        model.errors = {{diagnosis::fit::ModelError::Kind::LeaningHead,
-                         0,
-                         99,
-                         {model::ToRadians(lean) * std::cos(direction), model::ToRadians(lean) * std::sin(direction)}},
-                        {diagnosis::fit::ModelError::Kind::AxesNotSquare, 0, 99, {model::ToRadians(squareness)}},
-                        {diagnosis::fit::ModelError::Kind::AxesApart, 0, 99, {axisOffset}}};
+        head.leanAboutX = lean * std::cos(direction);
+        head.leanAboutY = lean * std::sin(direction);
+        head.squareness = squareness;
+        head.axisOffset = axisOffset;
         std::map<double, double> tilts, swivels;
         std::normal_distribution<double> normal(0.0, 1.0);
         const auto captured = [&](Items items) {
             for (HeadAlignmentDataItem& item : items) {
                 const double a = tilts.try_emplace(item.APosition, indexError * normal(generator)).first->second;
                 const double b = swivels.try_emplace(item.BPosition, indexError * normal(generator)).first->second;
-                const model::Vector3 p = model.Position({item.APosition + a, item.BPosition + b, {}}, 0);
-                item.XPosition = p.x;
-                item.YPosition = p.y;
-                item.ZPosition = p.z;
+                item = head.Point({item.APosition, item.BPosition}, {item.APosition + a, item.BPosition + b});
             }
             return WithNoise(items, 1e-3, generator());
         };
@@ -238,44 +230,38 @@ struct RealHead {
     }
 };
 
-TEST(Diagnosis, OfAHeadThatIsNotQuiteTrueIsNoFault) {
+TEST(Diagnosis, OfAHeadWithSmallErrorsIsNoFault) {
     const struct {
         RealHead head;
-        std::vector<diagnosis::FindingKind> warnings;
+        std::vector<Kind> warnings;
         const char* why;
-    } cases[] = {
-        {{0.02, 0.01, 0.01, 0.0}, {}, "as heads are"},
-        {{0.3, 0.0, 0.0, 0.0}, {diagnosis::FindingKind::HeadLeans}, "mounted askew"},
-        {{0.0, 0.2, 0.0, 0.0}, {diagnosis::FindingKind::AxesNotSquare}, "axes out of square"},
-        {{0.0, 0.0, 0.08, 0.0}, {diagnosis::FindingKind::AxesApart}, "axes that do not meet"},
-        {{0.3, 0.2, 0.08, 0.0},
-         {diagnosis::FindingKind::HeadLeans, diagnosis::FindingKind::AxesNotSquare, diagnosis::FindingKind::AxesApart},
-         "all together"},
-        {{0.0, 0.0, 0.0, 0.01}, {}, "index positions that are a little off"}};
+    } cases[] = {{{0.02, 0.01, 0.01, 0.0}, {}, "as heads are"},
+                 {{0.3, 0.0, 0.0, 0.0}, {Kind::HeadLeans}, "mounted askew"},
+                 {{0.0, 0.2, 0.0, 0.0}, {Kind::AxesNotSquare}, "axes out of square"},
+                 {{0.0, 0.0, 0.08, 0.0}, {Kind::AxesApart}, "axes that do not meet"},
+                 {{0.3, 0.2, 0.08, 0.0}, {Kind::HeadLeans, Kind::AxesNotSquare, Kind::AxesApart}, "all together"},
+                 {{0.0, 0.0, 0.0, 0.01}, {}, "index positions that are a little off"}};
     for (const auto& each : cases) {
         for (std::uint64_t seed = 0; seed < 25; ++seed) {
             SCOPED_TRACE(each.why + (", seed " + std::to_string(seed)));
             const diagnosis::Diagnosis diagnosis = each.head.Captured(seed);
-            EXPECT_FALSE(diagnosis.Has(diagnosis::Severity::Fault)) << TextOf(diagnosis);
-            for (const diagnosis::FindingKind kind : each.warnings) {
+            EXPECT_FALSE(Has(diagnosis.findings, Severity::Fault)) << TextOf(diagnosis);
+            for (const Kind kind : each.warnings) {
                 EXPECT_NE(nullptr, FindingOf(diagnosis, kind)) << NameOf(kind) << " is missing\n" << TextOf(diagnosis);
             }
         }
     }
 }
 
-TEST(Diagnosis, OfAHeadFarFromTrueIsAFault) {
+TEST(Diagnosis, OfAHeadWithLargeErrorsIsAFault) {
     const struct {
         RealHead head;
-        diagnosis::FindingKind kind;
-    } cases[] = {{{3.0, 0.0, 0.0, 0.0}, diagnosis::FindingKind::HeadLeans},
-                 {{0.0, 3.0, 0.0, 0.0}, diagnosis::FindingKind::AxesNotSquare},
-                 {{0.0, 0.0, 2.0, 0.0}, diagnosis::FindingKind::AxesApart}};
+        Kind kind;
+    } cases[] = {{{3.0, 0.0, 0.0, 0.0}, Kind::HeadLeans},
+                 {{0.0, 3.0, 0.0, 0.0}, Kind::AxesNotSquare},
+                 {{0.0, 0.0, 2.0, 0.0}, Kind::AxesApart}};
     for (const auto& each : cases) {
-        const diagnosis::Diagnosis diagnosis = each.head.Captured(1);
-        const diagnosis::Finding* const finding = FindingOf(diagnosis, each.kind);
-        ASSERT_NE(nullptr, finding) << TextOf(diagnosis);
-        EXPECT_EQ(diagnosis::Severity::Fault, finding->severity) << TextOf(diagnosis);
+        EXPECT_EQ(each.kind, Found(each.head.Captured(1), each.kind).kind);
     }
 }
 
@@ -291,10 +277,8 @@ TEST(Diagnosis, CallsPointsThatFollowNoHeadAContradiction) {
         }
     }
     const diagnosis::Diagnosis diagnosis = DiagnosisOf(aSet, bSet);
-    const diagnosis::Finding* const finding = FindingOf(diagnosis, diagnosis::FindingKind::PointsContradict);
-    ASSERT_NE(nullptr, finding) << TextOf(diagnosis);
-    EXPECT_EQ(diagnosis::Severity::Fault, finding->severity);
-    EXPECT_EQ(3u, finding->points.size());
+    const Finding& finding = Found(diagnosis, Kind::PointsContradict);
+    EXPECT_EQ(3u, finding.points.size());
 }
 
 TEST(Diagnosis, IsMissingForPointsThatFormNoCircle) {
@@ -324,8 +308,8 @@ TEST(Diagnosis, IsDefinedForAnyNumbers) {
 
 TEST(FindingNames, AreAllThereAndAllDifferent) {
     std::map<std::string_view, int> names;
-    for (int kind = 0; kind <= static_cast<int>(diagnosis::FindingKind::FewPoints); ++kind) {
-        const std::string_view name = NameOf(static_cast<diagnosis::FindingKind>(kind));
+    for (int kind = 0; kind <= static_cast<int>(Kind::FewPoints); ++kind) {
+        const std::string_view name = NameOf(static_cast<Kind>(kind));
         EXPECT_FALSE(name.empty()) << kind;
         EXPECT_EQ(1, ++names[name]) << name;
     }

@@ -1,4 +1,4 @@
-#include "tools/diagnosis/HeldAngles.h"
+#include "tools/diagnosis/SetJudgement.h"
 
 #include "tests/tools/diagnosis/Captures.h"
 

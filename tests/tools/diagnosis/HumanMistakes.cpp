@@ -1,7 +1,6 @@
 #include "tests/tools/diagnosis/HumanMistakes.h"
 
-#include "tests/tools/diagnosis/OddMistakes.h"
-#include "tools/model/Angles.h"
+#include "tests/support/SimulatedHead.h"
 
 #include <algorithm>
 
@@ -359,7 +358,32 @@ void PointOnAShortArc(PaperCapture& c) {
     each.shift = each.shift + c.Vector(0.03, 0.3);
 }
 
+/// Notes the numbers of the elements that are different now. `offset`: the number of the first one.
+template <typename Element> void NoteChanges(const std::vector<Element>& before, const std::vector<Element>& now,
+                                             std::size_t offset, std::vector<std::size_t>& changed) {
+    if (before.size() != now.size()) return;
+    for (std::size_t i = 0; i < now.size(); ++i) {
+        if (before[i] != now[i]) changed.push_back(offset + i);
+    }
+}
+
 } // namespace
+
+Vector3 Measurement::Reading() const {
+    return SimulatedHead{sphere, mounting, tip, shift, axisOffset, squareness, leanX, leanY}.Position({a, b});
+}
+
+std::vector<CapturedLine> paper::LinesOf(const Measurements& measurements, double noise, std::mt19937_64& generator) {
+    std::normal_distribution<double> normal(0.0, 1.0);
+    std::vector<CapturedLine> lines;
+    lines.reserve(measurements.size());
+    for (const Measurement& measurement : measurements) {
+        CapturedLine line{measurement.writtenA, measurement.writtenB, measurement.Reading()};
+        for (std::size_t i = 0; i < 3; ++i) line.position[i] += noise * normal(generator);
+        lines.push_back(line);
+    }
+    return lines;
+}
 
 PaperCapture::PaperCapture(std::uint64_t seed) : generator(seed) {
     head.sphere = {Between(-800, 800), Between(-800, 800), Between(-900, 100)};
@@ -518,8 +542,14 @@ const std::vector<HumanKind>& HumanKinds() {
 
 PaperCapture MakeCapture(const HumanKind& kind, std::uint64_t seed) {
     PaperCapture capture(seed);
+    const Measurements aSet = capture.aSet, bSet = capture.bSet;
     if (kind.circumstances != nullptr) kind.circumstances(capture);
+    NoteChanges(aSet, capture.aSet, 0, capture.changed);
+    NoteChanges(bSet, capture.bSet, aSet.size(), capture.changed);
     capture.Measure();
+    const auto aLines = capture.aLines, bLines = capture.bLines;
     if (kind.readings != nullptr) kind.readings(capture);
+    NoteChanges(aLines, capture.aLines, 0, capture.changed);
+    NoteChanges(bLines, capture.bLines, aLines.size(), capture.changed);
     return capture;
 }

@@ -1,12 +1,57 @@
 #pragma once
 
-#include "tests/tools/diagnosis/Measurement.h"
+#include "tools/model/Vector3.h"
 
+#include <cstdint>
 #include <initializer_list>
 #include <optional>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+/// A capture as a person makes it, point by point, on a head on paper. Each measurement has its own circumstances, so
+/// that anything can go wrong between two of them. Machine coordinates, millimetres, degrees.
+namespace paper {
+
+using qmv40::model::Vector3;
+
+/// One line of a capture: the angles as they were written down, and the machine's position as it was read.
+struct CapturedLine {
+    double a = 0.0;
+    double b = 0.0;
+    Vector3 position;
+
+    bool operator==(const CapturedLine&) const = default;
+};
+
+/// One measurement of the pole sphere.
+struct Measurement {
+    double a = 0.0;          ///< where the head stands
+    double b = 0.0;          //
+    double writtenA = 0.0;   ///< what is written down
+    double writtenB = 0.0;   //
+    Vector3 sphere;          ///< the centre of the pole sphere
+    double mounting = 0.0;   ///< how far the head is mounted turned about machine Z
+    Vector3 tip;             ///< the stylus tip, in the head's frame at A = B = 0
+    Vector3 shift;           ///< what the reading is off by: the shift of unlocking, an offset in force
+    double leanX = 0.0;      ///< the B axis is turned about machine X and Y
+    double leanY = 0.0;      //
+    double squareness = 0.0; ///< the A axis is turned about the head's Y, out of square to the B axis
+    double axisOffset = 0.0; ///< the A axis passes the B axis at this distance, along the head's Y
+
+    /// Where the machine stands with the tip in the sphere's centre, without noise.
+    Vector3 Reading() const;
+
+    bool operator==(const Measurement&) const = default;
+};
+
+using Measurements = std::vector<Measurement>;
+
+/// The lines of the measurements, with independent normal noise of the given standard deviation on every coordinate.
+std::vector<CapturedLine> LinesOf(const Measurements& measurements, double noise, std::mt19937_64& generator);
+
+} // namespace paper
 
 /// One capture of a head on paper, as it is made. Everything is drawn from the seed: the pole sphere, the mounting, the
 /// stylus, the noise, the positions of both sets, and which set is captured first.
@@ -58,6 +103,7 @@ struct PaperCapture {
     std::optional<double> knownStylus;
     std::vector<void (*)(PaperCapture&)> later; ///< what is left to be done to the readings
     std::string made;                           ///< the mistakes that were drawn, for messages
+    std::vector<std::size_t> changed;           ///< the points that a mistake changed; the A set is numbered first
 
     /// The pole sphere's centre and the mounting angle at the end of the capture.
     qmv40::model::Vector3 TrueCentre() const { return (aSetIsFirst ? bSet : aSet).back().sphere; }
@@ -76,6 +122,9 @@ struct HumanKind {
 
 /// The common ones, each with the name that it is to be found under.
 const std::vector<HumanKind>& CommonMistakes();
+/// Rarer circumstances and mistakes, two at once, and things that no finding has a name for. Any finding counts as the
+/// right one.
+const std::vector<HumanKind>& OddMistakes();
 /// The common and the odd ones.
 const std::vector<HumanKind>& HumanKinds();
 

@@ -1,4 +1,4 @@
-#include "tests/tools/diagnosis/OddMistakes.h"
+#include "tests/tools/diagnosis/HumanMistakes.h"
 
 #include "tools/model/Angles.h"
 
@@ -75,6 +75,12 @@ void NoisyInZ(PaperCapture& c) {
 void WrongDigit(PaperCapture& c) {
     double& coordinate = AnyLine(c).position[c.Below(3)];
     coordinate += c.EitherSign(1.0, 1.0) * std::floor(c.Between(1, 10)) * std::pow(10.0, c.OneOf({-2, -1, 0, 1, 2}));
+}
+void WrittenBesideAnIndexPosition(PaperCapture& c) {
+    const bool ofA = c.Either();
+    Measurements& set = ofA ? c.aSet : c.bSet;
+    Measurement& each = set[c.Below(set.size())];
+    (ofA ? each.writtenA : each.writtenB) += c.OneOf({1.0, -9.0});
 }
 void DigitsExchanged(PaperCapture& c) {
     double& coordinate = AnyLine(c).position[c.Below(3)];
@@ -406,6 +412,11 @@ const std::vector<HumanKind>& OddMistakes() {
 
         {"settles on its mount", false, {}, SettlesOnItsMount, nullptr},
         {"a loose stylus comes to rest", false, {}, StylusComesToRest, nullptr},
+        {"an angle written beside its index position",
+         false,
+         {"angle-mistyped", "point-off"},
+         WrittenBesideAnIndexPosition,
+         nullptr},
     };
     return kinds;
 }

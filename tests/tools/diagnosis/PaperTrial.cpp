@@ -2,7 +2,7 @@
 
 #include "head/RoundThePole.h"
 #include "tests/support/AlignmentArray.h"
-#include "tools/diagnosis/HeldAngles.h"
+#include "tools/diagnosis/Capture.h"
 #include "tools/diagnosis/SetJudgement.h"
 #include "tools/model/Angles.h"
 
@@ -13,44 +13,43 @@ using namespace qmv40;
 
 namespace {
 
-std::vector<HeadAlignmentDataItem> ItemsOf(const std::vector<paper::CapturedLine>& lines) {
-    std::vector<HeadAlignmentDataItem> items;
+constexpr model::Vector3 unlocking{0.0, 0.0, -1.5};
+
+} // namespace
+
+Items ItemsOf(const std::vector<paper::CapturedLine>& lines) {
+    Items items;
     for (const auto& line : lines) {
         items.push_back({line.a, line.b, line.position.x, line.position.y, line.position.z});
     }
     return items;
 }
 
-diagnosis::fit::CapturedSets SetsOf(const PaperCapture& capture, const model::Vector3& unlocking) {
-    diagnosis::fit::CapturedSets sets;
-    for (const auto* const lines : {&capture.aLines, &capture.bLines}) {
-        for (const auto& line : *lines) sets.points.push_back({line.a, line.b, line.position - unlocking});
-    }
-    sets.aCount = capture.aLines.size();
-    return sets;
+diagnosis::CaptureUnderTest UnderTest(const Items& aSet, const Items& bSet) {
+    RoundThePole head;
+    AlignmentArray aArray(aSet), bArray(bSet);
+    head.ComputeGeometry(aArray.Address(), bArray.Address());
+    const CMaVector centre = head.HeadCentre();
+    diagnosis::CaptureUnderTest test{diagnosis::SetsOf(aSet, bSet, unlocking), head.RequiredRotationAroundZ()};
+    test.headCentre = {centre[0], centre[1], centre[2]};
+    test.unlocking = unlocking;
+    return test;
 }
 
-} // namespace
-
 PaperTrial::PaperTrial(const PaperCapture& capture) {
+    const Items aSet = ItemsOf(capture.aLines), bSet = ItemsOf(capture.bLines);
     diagnosis::CaptureUnderTest test;
-    test.unlocking = {0.0, 0.0, -1.5};
-    test.sets = SetsOf(capture, test.unlocking);
-    test.knownSphere = capture.knownSphere;
-    test.knownStylus = capture.knownStylus;
-    RoundThePole head;
     try {
-        AlignmentArray aArray(ItemsOf(capture.aLines)), bArray(ItemsOf(capture.bLines));
-        head.ComputeGeometry(aArray.Address(), bArray.Address());
+        test = UnderTest(aSet, bSet);
         componentAnswered = true;
     } catch (const HRESULT) {
-        findings = diagnosis::JudgeHeldAngles(test.sets);
-        if (findings.empty()) findings = diagnosis::JudgeSets(test.sets);
+        const diagnosis::fit::CapturedSets sets = diagnosis::SetsOf(aSet, bSet, unlocking);
+        findings = diagnosis::JudgeHeldAngles(sets);
+        if (findings.empty()) findings = diagnosis::JudgeSets(sets);
         return;
     }
-    const CMaVector centre = head.HeadCentre();
-    test.headCentre = {centre[0], centre[1], centre[2]};
-    test.rotation = head.RequiredRotationAroundZ();
+    test.knownSphere = capture.knownSphere;
+    test.knownStylus = capture.knownStylus;
     centreOff = model::SafeLength(*test.headCentre - capture.TrueCentre());
     rotationOff = std::abs(model::Wrapped(test.rotation - capture.TrueMounting()));
     diagnosis::Judgement judgement = diagnosis::JudgeCapture(test);
@@ -61,10 +60,6 @@ PaperTrial::PaperTrial(const PaperCapture& capture) {
     }
     isWrong = !(centreOff <= 0.5) || !(rotationOff <= 0.2) || (centreOff > 0.1 && centreOff > 4.0 * centreKnown) ||
               (rotationOff > 0.05 && rotationOff > 4.0 * rotationKnown);
-}
-
-bool PaperTrial::HasFault() const {
-    return std::ranges::any_of(findings, [](const auto& each) { return each.severity == diagnosis::Severity::Fault; });
 }
 
 bool PaperTrial::Names(const std::vector<std::string_view>& culprits) const {

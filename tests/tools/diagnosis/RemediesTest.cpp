@@ -91,11 +91,8 @@ public:
 
 private:
     static CaptureFile FileOf(const char* name, const std::vector<paper::CapturedLine>& lines) {
-        CaptureFile file{name, {}, {}, {}};
-        for (const paper::CapturedLine& line : lines) {
-            file.items.push_back({line.a, line.b, line.position.x, line.position.y, line.position.z});
-            file.lines.push_back(file.items.size() + 1);
-        }
+        CaptureFile file{name, ItemsOf(lines), {}};
+        for (std::size_t i = 0; i < lines.size(); ++i) file.lines.push_back(i + 2);
         return file;
     }
     std::string RemedyOf(const Finding& finding) const {

@@ -17,7 +17,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 diagnosis::CaptureFile FileOf(const std::string& name, const Items& items) {
-    diagnosis::CaptureFile file{name, items, {}, {}};
+    diagnosis::CaptureFile file{name, items, {}};
     for (std::size_t i = 0; i < items.size(); ++i) file.lines.push_back(i + 2);
     return file;
 }
@@ -27,16 +27,8 @@ struct DrawnCapture {
     explicit DrawnCapture(std::size_t ofBSet = 13) : bSet(head.BSet(90, static_cast<int>(ofBSet), -180, 180)) {}
 
     SvgElement Picture() const {
-        diagnosis::fit::CapturedSets sets;
-        for (const Items* const set : {&aSet, &bSet}) {
-            for (const HeadAlignmentDataItem& item : *set) {
-                sets.points.push_back(
-                    {item.APosition, item.BPosition, {item.XPosition, item.YPosition, item.ZPosition}});
-            }
-        }
-        sets.aCount = aSet.size();
         const diagnosis::CaptureFiles files{FileOf("notes/a<1>.csv", aSet), FileOf("notes/b.csv", bSet)};
-        return ParseSvg(record::CapturePicture({sets, files, findings}));
+        return ParseSvg(record::CapturePicture({diagnosis::SetsOf(aSet, bSet, {}), files, findings}));
     }
 
     SimulatedHead head;

@@ -14,9 +14,9 @@ constexpr const char* hostile = R"(<script>alert("&'")</script>)";
 constexpr const char* harmless = "&lt;script&gt;alert(&quot;&amp;&#39;&quot;)&lt;/script&gt;";
 
 TEST(RecordPage, EscapesEveryTextThatAPersonMayHaveGiven) {
-    const record::Record record{hostile,  "fault",
-                                hostile,  {{hostile, hostile, hostile}},
-                                "<svg/>", {{hostile, {hostile}, {{hostile, hostile}}}}};
+    const text::Finding finding{hostile, text::Severity::Fault, hostile, hostile, "", "", {}};
+    const record::Record record{hostile,   "fault",  hostile,
+                                {finding}, "<svg/>", {{hostile, {hostile}, {{hostile, hostile}}}}};
     const std::string page = record::RecordPage(record);
     EXPECT_THAT(page, Not(HasSubstr("<script")));
     std::size_t count = 0;

@@ -2,6 +2,7 @@
 
 #include "tools/check/obstacles/Triangle.h"
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 #include <string>
@@ -30,7 +31,9 @@ public:
 class Table : public Solid {
 public:
     explicit Table(double theHeight) : height(theHeight) {}
-    double DistanceTo(const Triangle& triangle, double enough) const override;
+    double DistanceTo(const Triangle& triangle, double enough) const override {
+        return std::min(std::min({triangle.a.z, triangle.b.z, triangle.c.z}) - height, enough);
+    }
     double SmallestDistance() const override { return -std::numeric_limits<double>::infinity(); }
     bool Contains(const model::Vector3& /*point*/) const override { return false; } // there its distance is negative
 
@@ -43,7 +46,9 @@ class Rod : public Solid {
 public:
     Rod(const model::Vector3& theFrom, const model::Vector3& theTo, double theRadius)
         : line{theFrom, theTo, theTo}, radius(theRadius) {}
-    double DistanceTo(const Triangle& triangle, double enough) const override;
+    double DistanceTo(const Triangle& triangle, double enough) const override {
+        return std::min(Distance(triangle, line) - radius, enough);
+    }
     double SmallestDistance() const override { return -radius; }
     bool Contains(const model::Vector3& /*point*/) const override { return false; } // there its distance is negative
 

@@ -75,12 +75,37 @@ class StlText {
 public:
     StlText(const std::string& theFileName, std::string_view theContent) : fileName(theFileName), content(theContent) {}
 
-    std::vector<Triangle> Triangles();
+    std::vector<Triangle> Triangles() {
+        for (std::size_t at = 0; at < content.size();) {
+            const ascii::TextLine text = ascii::LineAt(content, at);
+            ++line;
+            Take(text.content);
+            at = text.next;
+        }
+        if (!corners.empty()) Refuse("the file ends within a triangle");
+        return std::move(triangles);
+    }
 
 private:
     [[noreturn]] void Refuse(const std::string& reason) const { throw text::InputError{fileName, line, reason}; }
-    void Take(std::string_view text);
-    double NumberOf(std::string_view word) const;
+
+    void Take(std::string_view text) {
+        const auto words = WordsOf(text);
+        if (ascii::EqualIgnoringCase(words[0], "vertex")) {
+            if (!words[4].empty()) Refuse("more than three numbers follow 'vertex'");
+            corners.push_back({NumberOf(words[1]), NumberOf(words[2]), NumberOf(words[3])});
+        } else if (ascii::EqualIgnoringCase(words[0], "endfacet")) {
+            if (corners.size() != 3) Refuse("a facet with " + std::to_string(corners.size()) + " corners, and not 3");
+            triangles.push_back({corners[0], corners[1], corners[2]});
+            corners.clear();
+        }
+    }
+
+    double NumberOf(std::string_view word) const {
+        const text::ParsedNumber number = text::ParseNumber(word);
+        if (number.problem != nullptr) Refuse("'" + std::string(word) + "' after 'vertex' " + number.problem);
+        return number.value;
+    }
 
     const std::string& fileName;
     std::string_view content;
@@ -88,35 +113,6 @@ private:
     std::vector<Vector3> corners;
     std::vector<Triangle> triangles;
 };
-
-std::vector<Triangle> StlText::Triangles() {
-    for (std::size_t at = 0; at < content.size();) {
-        const ascii::TextLine text = ascii::LineAt(content, at);
-        ++line;
-        Take(text.content);
-        at = text.next;
-    }
-    if (!corners.empty()) Refuse("the file ends within a triangle");
-    return std::move(triangles);
-}
-
-void StlText::Take(std::string_view text) {
-    const auto words = WordsOf(text);
-    if (ascii::EqualIgnoringCase(words[0], "vertex")) {
-        if (!words[4].empty()) Refuse("more than three numbers follow 'vertex'");
-        corners.push_back({NumberOf(words[1]), NumberOf(words[2]), NumberOf(words[3])});
-    } else if (ascii::EqualIgnoringCase(words[0], "endfacet")) {
-        if (corners.size() != 3) Refuse("a facet with " + std::to_string(corners.size()) + " corners, and not 3");
-        triangles.push_back({corners[0], corners[1], corners[2]});
-        corners.clear();
-    }
-}
-
-double StlText::NumberOf(std::string_view word) const {
-    const text::ParsedNumber number = text::ParseNumber(word);
-    if (number.problem != nullptr) Refuse("'" + std::string(word) + "' after 'vertex' " + number.problem);
-    return number.value;
-}
 
 } // namespace
 

@@ -44,13 +44,54 @@ public:
     Sweep(const MovingPart& thePart, const Solid& theSolid, double theEnough)
         : part(thePart), solid(theSolid), enough(theEnough) {}
 
-    double Clearance();
+    double Clearance() {
+        const Moment start = At(0.0);
+        const Moment end = At(1.0);
+        if (!IsFinite(start.axis) || !IsFinite(end.axis)) return std::numeric_limits<double>::quiet_NaN();
+        if (solid.Contains(start.axis.from)) {
+            const model::Vector3& point = start.axis.from;
+            return -part.radius - solid.DistanceTo({point, point, point}, std::numeric_limits<double>::infinity());
+        }
+        Add(start, end);
+        for (int i = 0; i < mostDivisions; ++i) {
+            if (IsSettled(stretches.front())) break;
+            DivideFirst();
+        }
+        return stretches.front().atLeast - roundings;
+    }
 
 private:
     Moment At(double fraction) const { return {fraction, part.at(fraction)}; }
-    bool IsSettled(const Stretch& first) const;
-    void Add(const Moment& start, const Moment& end);
-    void DivideFirst();
+
+    bool IsSettled(const Stretch& first) const {
+        return first.atLeast >= enough || first.error <= clearanceTolerance ||
+               atMost - first.atLeast <= clearanceTolerance;
+    }
+
+    void Add(const Moment& start, const Moment& end) {
+        const double length = end.fraction - start.fraction;
+        const double off = part.bend * length * length / 8.0 + TwistBetween(start.axis, end.axis);
+        const double wanted = std::min(enough, atMost) + off + part.radius;
+        double distance = solid.DistanceTo({start.axis.from, start.axis.to, end.axis.to}, wanted);
+        if (!IsOnePoint(start.axis.from, end.axis.from) && !IsOnePoint(end.axis.from, end.axis.to)) {
+            distance = std::min(distance, solid.DistanceTo({start.axis.from, end.axis.to, end.axis.from}, wanted));
+        }
+        if (distance < wanted) atMost = std::min(atMost, distance + off - part.radius);
+        const double keptByAxis = std::max(distance - off, solid.SmallestDistance());
+        stretches.push_back({start, end, keptByAxis - part.radius, 2.0 * off});
+        std::ranges::push_heap(stretches, IsFartherOff);
+    }
+
+    void DivideFirst() {
+        std::ranges::pop_heap(stretches, IsFartherOff);
+        const Stretch first = stretches.back();
+        stretches.pop_back();
+        const Moment middle = At(0.5 * (first.start.fraction + first.end.fraction));
+        const double there = solid.DistanceTo({middle.axis.from, middle.axis.to, middle.axis.to}, atMost + part.radius);
+        atMost = std::min(atMost, there - part.radius);
+        Add(first.start, middle);
+        Add(middle, first.end);
+    }
 
     const MovingPart& part;
     const Solid& solid;
@@ -58,51 +99,6 @@ private:
     double atMost = std::numeric_limits<double>::infinity(); ///< upper bound of the true clearance
     std::vector<Stretch> stretches;                          ///< a heap: the one with the smallest bound is first
 };
-
-void Sweep::Add(const Moment& start, const Moment& end) {
-    const double length = end.fraction - start.fraction;
-    const double off = part.bend * length * length / 8.0 + TwistBetween(start.axis, end.axis);
-    const double wanted = std::min(enough, atMost) + off + part.radius;
-    double distance = solid.DistanceTo({start.axis.from, start.axis.to, end.axis.to}, wanted);
-    if (!IsOnePoint(start.axis.from, end.axis.from) && !IsOnePoint(end.axis.from, end.axis.to)) {
-        distance = std::min(distance, solid.DistanceTo({start.axis.from, end.axis.to, end.axis.from}, wanted));
-    }
-    if (distance < wanted) atMost = std::min(atMost, distance + off - part.radius);
-    const double keptByAxis = std::max(distance - off, solid.SmallestDistance());
-    stretches.push_back({start, end, keptByAxis - part.radius, 2.0 * off});
-    std::ranges::push_heap(stretches, IsFartherOff);
-}
-
-void Sweep::DivideFirst() {
-    std::ranges::pop_heap(stretches, IsFartherOff);
-    const Stretch first = stretches.back();
-    stretches.pop_back();
-    const Moment middle = At(0.5 * (first.start.fraction + first.end.fraction));
-    const double there = solid.DistanceTo({middle.axis.from, middle.axis.to, middle.axis.to}, atMost + part.radius);
-    atMost = std::min(atMost, there - part.radius);
-    Add(first.start, middle);
-    Add(middle, first.end);
-}
-
-bool Sweep::IsSettled(const Stretch& first) const {
-    return first.atLeast >= enough || first.error <= clearanceTolerance || atMost - first.atLeast <= clearanceTolerance;
-}
-
-double Sweep::Clearance() {
-    const Moment start = At(0.0);
-    const Moment end = At(1.0);
-    if (!IsFinite(start.axis) || !IsFinite(end.axis)) return std::numeric_limits<double>::quiet_NaN();
-    if (solid.Contains(start.axis.from)) {
-        const model::Vector3& point = start.axis.from;
-        return -part.radius - solid.DistanceTo({point, point, point}, std::numeric_limits<double>::infinity());
-    }
-    Add(start, end);
-    for (int i = 0; i < mostDivisions; ++i) {
-        if (IsSettled(stretches.front())) break;
-        DivideFirst();
-    }
-    return stretches.front().atLeast - roundings;
-}
 
 } // namespace
 

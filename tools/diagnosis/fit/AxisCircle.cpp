@@ -44,13 +44,8 @@ AxisCircle::Covariance CovarianceOf(const AxisCircle& circle) {
     for (const CirclePoint& point : circle.points) {
         for (const auto& row : Derivatives(point, circle.radius)) equations.Add(row, 0.0);
     }
-    AxisCircle::Covariance covariance{};
-    const auto flat = equations.Covariance();
-    for (std::size_t i = 0; flat && i < AxisCircle::unknowns; ++i) {
-        std::copy_n(flat->begin() + static_cast<std::ptrdiff_t>(i * AxisCircle::unknowns), AxisCircle::unknowns,
-                    covariance[i].begin());
-    }
-    return covariance;
+    constexpr std::size_t n = AxisCircle::unknowns;
+    return equations.Covariance().value_or(AxisCircle::Covariance(n, std::vector<double>(n, 0.0)));
 }
 
 model::Vector3 VectorOf(const CMaVector& v) { return {v[0], v[1], v[2]}; }

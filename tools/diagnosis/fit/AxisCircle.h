@@ -21,7 +21,7 @@ struct AxisCircle {
     /// The six unknowns in the order of `covariance`: the centre along `along`, `across` and `normal`, the turn of the
     /// normal towards `along` and towards `across` (radians), the radius.
     static constexpr std::size_t unknowns = 6;
-    using Covariance = std::array<std::array<double, unknowns>, unknowns>;
+    using Covariance = std::vector<std::vector<double>>;
 
     model::Vector3 centre;
     model::Vector3 normal; ///< its sense is arbitrary
@@ -29,9 +29,9 @@ struct AxisCircle {
     model::Vector3 across;
     double radius;
     std::vector<CirclePoint> points;
-    double arcCovered;       ///< degrees
-    double sumOfSquares;     ///< of all radial and out-of-plane residuals
-    Covariance covariance{}; ///< for noise of standard deviation 1 in every coordinate of a point
+    double arcCovered;     ///< degrees
+    double sumOfSquares;   ///< of all radial and out-of-plane residuals
+    Covariance covariance; ///< for noise of standard deviation 1 in every coordinate of a point; 0 when undetermined
 
     /// Observations (each point has two residuals) minus unknowns.
     int DegreesOfFreedom() const { return 2 * static_cast<int>(points.size()) - static_cast<int>(unknowns); }

@@ -3,6 +3,7 @@
 #include "tools/model/Angles.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace qmv40::diagnosis::fit {
@@ -11,61 +12,15 @@ namespace {
 
 constexpr model::Vector3 unitVectors[] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
 
-/// The angles and offsets of one point, with all errors included.
-struct Angles {
-    Angles(const HeadModel& model, const CapturedPoint& point, std::size_t index)
-        : tilt(model::ToRadians(point.a)), swivel(model.mounting + model::ToRadians(point.b)) {
-        for (const ModelError& error : model.errors) {
-            if (error.Concerns(index)) Take(error, index);
-        }
-    }
-
-    void Take(const ModelError& error, std::size_t index) {
-        const double share = error.ShareAt(index);
-        const double values[] = {share * error.values[0], share * error.values[1], share * error.values[2]};
-        switch (error.kind) {
-        case ModelError::Kind::TiltAngle:
-            tilt += values[0];
-            break;
-        case ModelError::Kind::SwivelAngle:
-            swivel += values[0];
-            break;
-        case ModelError::Kind::Place:
-            offset = offset + model::Vector3{values[0], values[1], values[2]};
-            break;
-        case ModelError::Kind::OtherTip:
-            moreTip = moreTip + model::Vector3{values[0], values[1], values[2]};
-            break;
-        case ModelError::Kind::LeaningHead:
-            leanX += values[0];
-            leanY += values[1];
-            break;
-        case ModelError::Kind::AxesNotSquare:
-            squareness += values[0];
-            break;
-        case ModelError::Kind::AxesApart:
-            axisOffset += values[0];
-            break;
-        }
-    }
-
-    double tilt;
-    double swivel;
-    double leanX = 0.0;
-    double leanY = 0.0;
-    double squareness = 0.0;
-    double axisOffset = 0.0;
-    model::Vector3 offset;
-    model::Vector3 moreTip;
-};
-
-/// The rotations of one point, from the head outward: each leads from one frame to the next.
+/// The rotations of one point, from the head outward: each leads from one frame to the next. Its errors are included.
 class Pose {
+    using Kind = ModelError::Kind;
+    using Sums = std::array<model::Vector3, static_cast<std::size_t>(Kind::AxesApart) + 1>;
+
 public:
-    explicit Pose(const Angles& angles)
-        : tilt(-angles.tilt), squareness(angles.squareness), swivel(angles.swivel), leanY(angles.leanY),
-          leanX(angles.leanX), axisOffset{0.0, angles.axisOffset, 0.0}, offset(angles.offset), moreTip(angles.moreTip) {
-    }
+    Pose(const HeadModel& model, const CapturedPoint& point, std::size_t index)
+        : sums(SumsOf(model, point, index)), tilt(-Sum(Kind::TiltAngle).x), squareness(Sum(Kind::AxesNotSquare).x),
+          swivel(Sum(Kind::SwivelAngle).x), leanY(Sum(Kind::LeaningHead).y), leanX(Sum(Kind::LeaningHead).x) {}
 
     model::Vector3 Tilted(const model::Vector3& v) const { return model::AboutX(tilt, v); }
     model::Vector3 Squared(const model::Vector3& v) const { return model::AboutY(squareness, v); }
@@ -74,15 +29,27 @@ public:
     model::Vector3 LeantOnX(const model::Vector3& v) const { return model::AboutX(leanX, v); }
     model::Vector3 Leant(const model::Vector3& v) const { return LeantOnX(LeantOnY(v)); }
 
-    const model::Vector3& AxisOffset() const { return axisOffset; }
-    const model::Vector3& Offset() const { return offset; }
-    const model::Vector3& MoreTip() const { return moreTip; }
+    model::Vector3 AxisOffset() const { return {0.0, Sum(Kind::AxesApart).x, 0.0}; }
+    const model::Vector3& Offset() const { return Sum(Kind::Place); }
+    const model::Vector3& MoreTip() const { return Sum(Kind::OtherTip); }
 
 private:
+    /// For each kind of error the sum of its values, and for the two angles also the angles without errors.
+    static Sums SumsOf(const HeadModel& model, const CapturedPoint& point, std::size_t index) {
+        Sums sums;
+        sums[static_cast<std::size_t>(Kind::TiltAngle)].x = model::ToRadians(point.a);
+        sums[static_cast<std::size_t>(Kind::SwivelAngle)].x = model.mounting + model::ToRadians(point.b);
+        for (const ModelError& error : model.errors) {
+            if (!error.Concerns(index)) continue;
+            model::Vector3& sum = sums[static_cast<std::size_t>(error.kind)];
+            sum = sum + error.ShareAt(index) * error.values;
+        }
+        return sums;
+    }
+    const model::Vector3& Sum(Kind kind) const { return sums[static_cast<std::size_t>(kind)]; }
+
+    Sums sums;
     model::Rotation tilt, squareness, swivel, leanY, leanX;
-    model::Vector3 axisOffset;
-    model::Vector3 offset;
-    model::Vector3 moreTip;
 };
 
 /// The vector from the pole to the stylus tip, in each frame.
@@ -99,10 +66,9 @@ struct TipInFrames {
     model::Vector3 leant;
 };
 
-/// The derivatives by the values of one error that concerns the point.
-void ErrorDerivatives(const ModelError& error, std::size_t index, const Pose& pose, const TipInFrames& tip,
-                      std::span<model::Vector3> out) {
-    switch (error.kind) {
+/// The derivatives of a point's position by the values of an error of this kind.
+void DerivativesBy(ModelError::Kind kind, const Pose& pose, const TipInFrames& tip, std::span<model::Vector3> out) {
+    switch (kind) {
     case ModelError::Kind::TiltAngle:
         out[0] = pose.Leant(pose.Swivelled(pose.Squared(model::Cross(unitVectors[0], tip.tilted))));
         break;
@@ -127,9 +93,6 @@ void ErrorDerivatives(const ModelError& error, std::size_t index, const Pose& po
     case ModelError::Kind::AxesApart:
         out[0] = -pose.Leant(pose.Swivelled(unitVectors[1]));
         break;
-    }
-    if (error.drift) {
-        for (model::Vector3& derivative : out) derivative = error.ShareAt(index) * derivative;
     }
 }
 
@@ -162,28 +125,27 @@ bool HeadModel::StylusHangs() const {
 }
 
 model::Vector3 HeadModel::Position(const CapturedPoint& point, std::size_t index) const {
-    const Pose pose(Angles(*this, point, index));
+    const Pose pose(*this, point, index);
     return pole - TipInFrames(pose, tip).leant + pose.Offset();
 }
 
 void HeadModel::Derivatives(const CapturedPoint& point, std::size_t index, std::span<model::Vector3> out) const {
-    const Pose pose(Angles(*this, point, index));
+    const Pose pose(*this, point, index);
     const TipInFrames tipInFrames(pose, tip);
-    std::ranges::copy(unitVectors, out.begin());
-    out[3] = -pose.Leant(model::Cross(unitVectors[2], tipInFrames.swivelled));
-    for (std::size_t i = 0; i < 3; ++i) {
-        out[4 + i] = -pose.Leant(pose.Swivelled(pose.Squared(pose.Tilted(unitVectors[i]))));
-    }
+    // Pole, mounting and tip have the same derivatives as errors of them
+    DerivativesBy(ModelError::Kind::Place, pose, tipInFrames, out.first(3));
+    DerivativesBy(ModelError::Kind::SwivelAngle, pose, tipInFrames, out.subspan(3, 1));
+    DerivativesBy(ModelError::Kind::OtherTip, pose, tipInFrames, out.subspan(4, 3));
     std::size_t at = ownUnknowns;
     for (const ModelError& error : errors) {
         const std::span<model::Vector3> own = out.subspan(at, error.Unknowns());
         if (own.empty()) continue;
-        if (error.Concerns(index)) {
-            ErrorDerivatives(error, index, pose, tipInFrames, own);
-        } else {
-            std::ranges::fill(own, model::Vector3{});
-        }
         at += own.size();
+        std::ranges::fill(own, model::Vector3{});
+        if (!error.Concerns(index)) continue;
+        DerivativesBy(error.kind, pose, tipInFrames, own);
+        if (!error.drift) continue;
+        for (model::Vector3& derivative : own) derivative = error.ShareAt(index) * derivative;
     }
 }
 

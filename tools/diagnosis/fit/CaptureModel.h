@@ -2,7 +2,6 @@
 
 #include "tools/diagnosis/fit/CapturedPoint.h"
 
-#include <array>
 #include <optional>
 #include <span>
 #include <vector>
@@ -33,9 +32,9 @@ struct ModelError {
     Kind kind = Kind::Place;
     std::size_t first = 0; ///< concerns the points from here
     std::size_t last = 0;  ///< up to the one before this
-    std::array<double, 3> values{};
-    bool isFixed = false; ///< the values are known and not found by the fit
-    bool isSwap = false;  ///< with the error before or after it: two points have each other's angle
+    model::Vector3 values; ///< as many of them as the kind has
+    bool isFixed = false;  ///< the values are known and not found by the fit
+    bool isSwap = false;   ///< with the error before or after it: two points have each other's angle
     std::optional<Drift> drift = std::nullopt; ///< how the values grow during the capture
 
     std::size_t Unknowns() const;

@@ -24,6 +24,9 @@ struct CapturedSets {
     std::size_t aCount = 0; ///< the number of points of the A set
 
     bool IsOfASet(std::size_t index) const { return index < aCount; }
+    std::span<const CapturedPoint> Set(bool isOfASet) const {
+        return isOfASet ? std::span(points).first(aCount) : std::span(points).subspan(aCount);
+    }
 };
 
 inline std::vector<model::Vector3> PositionsOf(std::span<const CapturedPoint> points) {

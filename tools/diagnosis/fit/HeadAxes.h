@@ -16,8 +16,8 @@ struct HeadAxes {
     Estimate headCentre[3];           ///< the point of the B axis nearest to the A axis; not finite for parallel axes
     Estimate axisOffset;              ///< by how much the A axis passes the B axis; its sign is arbitrary
     Estimate squareness;              ///< what the angle between the axes lacks to 90; its sign is arbitrary
-    Estimate offVerticalTowardsX;     ///< the angle by which the B axis leans from the vertical
-    Estimate offVerticalTowardsY;     //
+    Estimate offVerticalTowardsX;     ///< the angle by which the B axis leans from the vertical, in the XZ plane
+    Estimate offVerticalTowardsY;     ///< the same in the YZ plane
     double rotationStandardDeviation; ///< of the A axis' azimuth, and so of the head's rotation
     double angleBetween;              ///< 0 to 90
     double offVertical;               ///< of the B axis, 0 to 90

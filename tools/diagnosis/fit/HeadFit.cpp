@@ -88,8 +88,6 @@ double HeadFit::MountingDegrees() const { return model::Wrapped(model::ToDegrees
 
 double HeadFit::StandardDeviation(double variance) const { return std::sqrt(variance * NoiseVariance()); }
 
-double HeadFit::MountingStandardDeviation() const { return model::ToDegrees(StandardDeviation(mountingVariance)); }
-
 HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start) {
     constexpr int mostSteps = 60;
     HeadFit fit;
@@ -102,8 +100,7 @@ HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start) {
     }
     const auto covariance = EquationsOf(points, fit.model, fit.residuals).Covariance();
     const auto variance = [&](std::size_t unknown) {
-        return covariance ? (*covariance)[unknown * (fit.model.Unknowns() + 1)]
-                          : std::numeric_limits<double>::infinity();
+        return covariance ? (*covariance)[unknown][unknown] : std::numeric_limits<double>::infinity();
     };
     fit.poleVariance = {variance(0), variance(1), variance(2)};
     fit.mountingVariance = variance(3);

@@ -22,7 +22,6 @@ struct HeadFit {
     /// for noise of standard deviation 1.
     double StandardDeviation(double variance) const;
     double MountingDegrees() const;
-    double MountingStandardDeviation() const; ///< degrees, by the residuals
 };
 
 /// The fit nearest to `start`, with its errors, by the Levenberg-Marquardt method.

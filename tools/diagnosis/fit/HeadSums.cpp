@@ -3,6 +3,7 @@
 #include "tools/model/Angles.h"
 
 #include <algorithm>
+#include <functional>
 #include <numbers>
 
 namespace qmv40::diagnosis::fit {
@@ -153,27 +154,19 @@ HeadSums::HeadSums(const CapturedPoint& point, double moreTilt, double moreSwive
     for (model::Vector3& column : turns) column = point.weight * column;
 }
 
-HeadSums& HeadSums::operator+=(const HeadSums& other) {
-    count += other.count;
-    squares += other.squares;
-    positions = positions + other.positions;
-    for (std::size_t i = 0; i < 3; ++i) turns[i] = turns[i] + other.turns[i];
-    turnedX = turnedX + other.turnedX;
-    turnedY = turnedY + other.turnedY;
-    turnedZ = turnedZ + other.turnedZ;
+template <typename Operation> HeadSums& HeadSums::Combine(Operation operation, const HeadSums& other) {
+    count = operation(count, other.count);
+    squares = operation(squares, other.squares);
+    positions = operation(positions, other.positions);
+    for (std::size_t i = 0; i < 3; ++i) turns[i] = operation(turns[i], other.turns[i]);
+    turnedX = operation(turnedX, other.turnedX);
+    turnedY = operation(turnedY, other.turnedY);
+    turnedZ = operation(turnedZ, other.turnedZ);
     return *this;
 }
 
-HeadSums& HeadSums::operator-=(const HeadSums& other) {
-    count -= other.count;
-    squares -= other.squares;
-    positions = positions - other.positions;
-    for (std::size_t i = 0; i < 3; ++i) turns[i] = turns[i] - other.turns[i];
-    turnedX = turnedX - other.turnedX;
-    turnedY = turnedY - other.turnedY;
-    turnedZ = turnedZ - other.turnedZ;
-    return *this;
-}
+HeadSums& HeadSums::operator+=(const HeadSums& other) { return Combine(std::plus(), other); }
+HeadSums& HeadSums::operator-=(const HeadSums& other) { return Combine(std::minus(), other); }
 
 HeadSums HeadSums::Tilted(double moreTilt) const {
     // Every rotation K becomes K Rx(-moreTilt): its columns are combined, and K^T v turns about X.

@@ -34,6 +34,9 @@ struct HeadSums {
     HeadSums Swivelled(double moreSwivel) const;
     /// Their positions are moved.
     HeadSums Shifted(const model::Vector3& shift) const;
+
+private:
+    template <typename Operation> HeadSums& Combine(Operation operation, const HeadSums& other);
 };
 
 struct BestHeadResult {

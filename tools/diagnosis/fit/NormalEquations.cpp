@@ -72,16 +72,14 @@ std::optional<std::vector<double>> NormalEquations::Solve(double damping) const 
     return factor.Solve(right);
 }
 
-std::optional<std::vector<double>> NormalEquations::Covariance() const {
+std::optional<std::vector<std::vector<double>>> NormalEquations::Covariance() const {
     const Factor factor(*this, 0.0);
     if (!factor.IsDefinite()) return std::nullopt;
-    std::vector<double> covariance;
-    covariance.reserve(size * size);
+    std::vector<std::vector<double>> covariance;
     for (std::size_t i = 0; i < size; ++i) {
         std::vector<double> unit(size, 0.0);
         unit[i] = 1.0;
-        const std::vector<double> row = factor.Solve(std::move(unit));
-        covariance.insert(covariance.end(), row.begin(), row.end());
+        covariance.push_back(factor.Solve(std::move(unit)));
     }
     return covariance;
 }

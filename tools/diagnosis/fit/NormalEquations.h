@@ -21,9 +21,9 @@ public:
     /// Empty when the observations do not determine the step.
     std::optional<std::vector<double>> Solve(double damping = 0.0) const;
 
-    /// The covariances of the unknowns, row by row, when every observation has the variance 1. Empty when the
-    /// observations do not determine the unknowns.
-    std::optional<std::vector<double>> Covariance() const;
+    /// The covariances of the unknowns when every observation has the variance 1. Empty when the observations do not
+    /// determine the unknowns.
+    std::optional<std::vector<std::vector<double>>> Covariance() const;
 
 private:
     class Factor;

@@ -3,6 +3,7 @@
 #include "tools/model/Angles.h"
 
 #include <algorithm>
+#include <array>
 
 namespace qmv40::diagnosis::fit {
 

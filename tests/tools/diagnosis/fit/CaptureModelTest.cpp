@@ -48,7 +48,7 @@ TEST(HeadModel, PutsTheMachineWhereTheSimulatedHeadHasIt) {
 
 TEST(HeadModel, DistinguishesTheErrorsOfAHead) {
     const SimulatedHead head = SomeHead();
-    const auto model = [&](Kind kind, std::array<double, 3> values) {
+    const auto model = [&](Kind kind, const model::Vector3& values) {
         diagnosis::fit::HeadModel with = ModelOf(head);
         with.errors.push_back({kind, 1, 3, values});
         return with;

@@ -73,6 +73,16 @@ TEST(HeadAxes, ThatAreParallelEncloseNoAngle) {
     EXPECT_NEAR(0.0, axes.angleBetween, 1e-6);
 }
 
+TEST(HeadAxes, ThatAreParallelHaveNoFiniteCentre) {
+    diagnosis::fit::AxisCircle a = *diagnosis::fit::FitAxisCircle(About(meeting, {0, 0, 1}, 180, 0, 90, 7));
+    a.normal = {0, 0, 1}; // exactly, without the rounding of the fit
+    diagnosis::fit::AxisCircle b = a;
+    b.centre.x += 5.0;
+    for (const diagnosis::fit::Estimate& coordinate : diagnosis::fit::CompareAxes(a, b, none).headCentre) {
+        EXPECT_FALSE(std::isfinite(coordinate.value));
+    }
+}
+
 /// The root mean square of deviations from the expected value.
 class Scatter {
 public:

@@ -64,7 +64,7 @@ TEST(HeadFit, KnowsItsMountingAngleAsWellAsRepetitionsShow) {
             SetsOf(WithNoise(head.ASet(45), noise, seed), WithNoise(head.BSet(75), noise, seed + 1)).points);
         const double deviation = model::Wrapped(fit.MountingDegrees() - head.mountingAngle);
         scatter += deviation * deviation / repetitions;
-        predicted += fit.MountingStandardDeviation() * fit.MountingStandardDeviation() / repetitions;
+        predicted += std::pow(model::ToDegrees(fit.StandardDeviation(fit.mountingVariance)), 2.0) / repetitions;
     }
     // The standard deviation of 1000 repetitions is itself uncertain by 2.2 %. The tolerance is four times that.
     EXPECT_NEAR(1.0, std::sqrt(predicted / scatter), 0.09);

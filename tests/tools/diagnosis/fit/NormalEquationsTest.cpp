@@ -30,14 +30,14 @@ TEST(NormalEquations, GiveTheCovariancesOfTheRegressionLine) {
     // Variance of the slope 1/5; of the height at x = 0 1/4 + 1.5^2/5; their covariance -1.5/5.
     const auto covariance = Line(1.0).Covariance();
     ASSERT_TRUE(covariance.has_value());
-    const double expected[] = {0.7, -0.3, -0.3, 0.2};
-    for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(expected[i], (*covariance)[i], rounding) << i;
+    const double expected[2][2] = {{0.7, -0.3}, {-0.3, 0.2}};
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(expected[i / 2][i % 2], (*covariance)[i / 2][i % 2], rounding) << i;
 }
 
 TEST(NormalEquations, DoNotDependOnUnits) {
     const double unit = 1e9;
     EXPECT_NEAR(1.4 / unit, (*Line(unit).Solve())[1], rounding / unit);
-    EXPECT_NEAR(0.2 / (unit * unit), (*Line(unit).Covariance())[3], rounding / (unit * unit));
+    EXPECT_NEAR(0.2 / (unit * unit), (*Line(unit).Covariance())[1][1], rounding / (unit * unit));
 }
 
 TEST(NormalEquations, AreNotSolvedWhenAnUnknownIsUndetermined) {

@@ -51,7 +51,7 @@ TEST(FTestUpperTail, HasItsClosedFormsFarOutInTheTail) {
     }
 }
 
-TEST(FTestUpperTail, OfBothSidesTogetherIsCertainty) {
+TEST(FTestUpperTail, OfBothTailsAddsUpToOne) {
     constexpr double rounding = 1e-12;
     for (const double ratio : {0.01, 0.5, 1.0, 3.0, 40.0}) {
         EXPECT_NEAR(1.0,
@@ -62,7 +62,7 @@ TEST(FTestUpperTail, OfBothSidesTogetherIsCertainty) {
     }
 }
 
-TEST(FTestUpperTail, IsDefinedForWhatIsNoRatio) {
+TEST(FTestUpperTail, IsDefinedForZeroNegativeAndNotANumber) {
     EXPECT_EQ(1.0, diagnosis::fit::FTestUpperTail(0.0, 3.0, 4.0));
     EXPECT_EQ(1.0, diagnosis::fit::FTestUpperTail(-1.0, 3.0, 4.0));
     EXPECT_EQ(1.0, diagnosis::fit::FTestUpperTail(std::numeric_limits<double>::quiet_NaN(), 3.0, 4.0));
