@@ -1,4 +1,5 @@
 #include "tests/maths/GeometryChecks.h"
+#include "tests/support/Trials.h"
 
 #include <string>
 
@@ -116,7 +117,7 @@ void ExpectTheBest(const std::vector<Coordinates>& points, std::mt19937_64& rand
 TEST(BestCircles, AreGlobalMinimaWhenNoiseIsBelowATenthOfTheSagitta) {
     std::mt19937_64 random(51);
     std::normal_distribution<double> normal;
-    for (int round = 0; round < 20; ++round)
+    for (int round = 0; round < Trials(20); ++round)
         for (const double degrees : {5.0, 10.0, 30.0, 90.0, 180.0, 360.0})
             for (const double noiseOverSagitta : {0.01, 0.1}) {
                 SCOPED_TRACE("seed 51, round " + std::to_string(round) + ": " + std::to_string(degrees) +

@@ -2,6 +2,7 @@
 #include "maths/CMaPlane.h"
 #include "tests/maths/AxisCertificate.h"
 #include "tests/maths/CircleCertificate.h"
+#include "tests/support/Trials.h"
 
 #include <limits>
 #include <string>
@@ -134,7 +135,7 @@ void ExpectRightCircle(const DrawnArc& arc, const std::vector<Coordinates>& poin
 
 TEST(FitAccuracy, CirclesAreRightToTheRoundingOfTheirPoints) {
     Random random(41);
-    for (int round = 0; round < 600; ++round) {
+    for (int round = 0; round < Trials(600); ++round) {
         const DrawnArc arc = DrawnArc::Draw(random);
         SCOPED_TRACE("seed 41, round " + std::to_string(round) + ": " + arc.Describe());
         ExpectRightCircle(arc, arc.Points(random));
@@ -162,7 +163,7 @@ TEST(FitAccuracy, ErrorsOfACircleAreAsItsHeaderStates) {
     constexpr double bound = 3e-13, normalBound = 1e-15; // millimetres, radians: see CMaCircle::Fit
     Random random(48);
     double worst = 0.0, worstNormal = 0.0;
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < Trials(300); ++round) {
         SCOPED_TRACE("seed 48, round " + std::to_string(round));
         const DrawnArc capture = {Kind::Even, 90.0, 180.0, 0.001, 1000.0, 40};
         const std::vector<Coordinates> points = capture.Points(random);
@@ -261,7 +262,7 @@ void ExpectRightAxis(const std::vector<Coordinates>& points, const AxisCertifica
 /// Calls `check(points)` for many boxes whose shape is clear.
 template <typename Check> void ForManyBoxes(unsigned seed, const Check& check) {
     Random random(seed);
-    for (int round = 0; round < 600; ++round) {
+    for (int round = 0; round < Trials(600); ++round) {
         const Box box = Box::Draw(random);
         const std::vector<Coordinates> points = box.Points(random);
         if (!box.IsClear()) continue;
@@ -300,7 +301,7 @@ TEST(FitAccuracy, ErrorsOfALineAndAPlaneAreAsTheirHeadersState) {
         worstDirection = std::max(worstDirection, certificate.directionError);
         worstPoint = std::max(worstPoint, certificate.pointError);
     };
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < Trials(300); ++round) {
         SCOPED_TRACE("seed 49, round " + std::to_string(round));
         const std::vector<Coordinates> onLine = Box{200.0, 0.002, 0.002, 1000.0, 40}.Points(random);
         CMaLine line;

@@ -2,6 +2,7 @@
 // platform.
 
 #include "maths/ElementaryFunctions.h"
+#include "tests/support/Trials.h"
 
 #include <gtest/gtest.h>
 
@@ -82,7 +83,7 @@ constexpr Value arcTangents[] = {
 };
 
 /// Random arguments for the laws below.
-constexpr int samples = 100000;
+constexpr int samples = Trials(100000);
 constexpr std::uint64_t seed = 40;
 
 /// Long doubles have 11 bits more than doubles: the error of the C library's functions for them is 1/1000 of a step.

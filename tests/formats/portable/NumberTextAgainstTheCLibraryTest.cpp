@@ -1,4 +1,5 @@
 #include "formats/NumberText.h"
+#include "tests/support/Trials.h"
 
 #include <gtest/gtest.h>
 
@@ -54,7 +55,7 @@ TEST(TextToDouble, AgreesWithStrtodOnEveryShapeOfText) {
     const std::string pieces[] = {"0", "1", "7",  "9",   "00",  "5",    ".",   ".",    "e",   "E",
                                   "+", "-", "0x", "a",   "F",   "p",    "P",   "inf",  "nan", "(",
                                   ")", " ", "\t", "308", "324", "1074", "e-3", "p-10", ",",   "i"};
-    for (int i = 0; i < 300000; ++i) {
+    for (int i = 0; i < Trials(300000); ++i) {
         std::string text;
         for (std::uint64_t length = random() % 9; length > 0; --length) text += pieces[random() % std::size(pieces)];
         ASSERT_TRUE(IsReadAsTheLibraryDoes(text));
@@ -64,7 +65,7 @@ TEST(TextToDouble, AgreesWithStrtodOnEveryShapeOfText) {
 TEST(TextToDouble, AgreesWithStrtodOnNumbersInAllNotations) {
     SCOPED_TRACE(seed);
     std::mt19937_64 random(seed);
-    for (int i = 0; i < 100000; ++i) {
+    for (int i = 0; i < Trials(100000); ++i) {
         const double value = std::bit_cast<double>(random());
         for (const Printed& text : {General(value, 6), General(value, 17), Scientific(value, 9), Scientific(value, 16),
                                     Scientific(value, 20), Hexadecimal(value, 3), Hexadecimal(value, 13)})
@@ -75,7 +76,7 @@ TEST(TextToDouble, AgreesWithStrtodOnNumbersInAllNotations) {
 TEST(TextToDouble, AgreesWithStrtodAroundBothEndsOfTheRange) {
     SCOPED_TRACE(seed);
     std::mt19937_64 random(seed);
-    for (int i = 0; i < 100000; ++i) {
+    for (int i = 0; i < Trials(100000); ++i) {
         const std::string digits = std::to_string(random());
         const std::string point = random() % 2 == 0 ? "." : "";
         const int large = 280 + static_cast<int>(random() % 40), small = -300 - static_cast<int>(random() % 60);
@@ -94,7 +95,7 @@ TEST(DoubleToScientific, AgreesWithPrintfOnEveryNumber) {
     SCOPED_TRACE(seed);
     std::mt19937_64 random(seed);
     std::uniform_real_distribution<double> coordinate(-2000.0, 2000.0);
-    for (int i = 0; i < 200000; ++i) {
+    for (int i = 0; i < Trials(200000); ++i) {
         for (const double value :
              {std::bit_cast<double>(random()), coordinate(random), std::round(coordinate(random) * 1e7) / 16})
             ASSERT_STREQ(DoubleToScientific(value).data(), Scientific(value, 9).data());
