@@ -6,7 +6,7 @@
 
 namespace qmv40::check {
 
-/// The worst figure of any number of plans, and where it was found.
+/// A worst figure, and where it was found.
 struct WorstFigure {
     double value;
     std::size_t plan; ///< counted from 0, in the order in which the plans were taken
@@ -23,6 +23,7 @@ struct PairFigure {
     std::optional<WorstFigure> smallest; ///< empty when the two are not compared
 };
 
+/// The worst figures of any number of plans.
 class Figures {
 public:
     /// Without figures of parts and obstacles.

@@ -8,14 +8,14 @@
 /// To the pole sphere: from either point to the sphere's surface. The cup is left out from EngageWithPeg to
 /// DisengageFromPeg, because it must touch the sphere there.
 ///
-/// To the levers: from the machine position to those in the middle of each lever's ball and centre, minus the radius of
-/// a ball. The lever in reach is left out in the four moves in which the machine must touch it.
+/// To the levers: from the machine position to the positions of each lever's ball and centre, minus the radius of a
+/// ball. The lever in reach is left out in the four moves in which the machine must touch it.
 
 namespace qmv40::check {
 
 struct BallSizes {
-    // A head's geometry has no dimension of sphere and ball. The approach to the peg ends 10 mm before it, that to a
-    // lever 5 mm before it, and half of that is assumed.
+    // A head's geometry has no sizes of sphere and ball. Half of the distance at which an approach ends is assumed: it
+    // is 10 mm before the peg and 5 mm before a lever.
     double poleSphereRadius = 5.0; ///< mm
     double leverBallRadius = 2.5;  ///< mm
 };

@@ -32,6 +32,7 @@ private:
     std::size_t InFile(std::size_t point) const { return IsOfASet(point) ? point : point - aAxis.items.size(); }
 };
 
+/// The factor by which a length in `unit` is multiplied.
 double MillimetresIn(text::LengthUnit unit);
 
 /// The captured points of one axis: a CSV file with the columns APosition, BPosition, XPosition, YPosition, ZPosition,

@@ -180,7 +180,7 @@ private:
         }
     }
 
-    /// From a point on, the head was tilted or had another stylus. Each of these needs a fit, so that they are tried
+    /// From a point on, the head was tilted or had another stylus. Each of these needs a fit, so they are tried
     /// only when something is surely wrong. Of many changes at most 60 are tried, evenly spread, and then the
     /// neighbours of the best one.
     void FitChanges() {

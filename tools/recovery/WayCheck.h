@@ -15,8 +15,8 @@ namespace qmv40::recovery {
 /// A move of a way out.
 struct WayMove {
     plans::PlannedMove move;
-    /// The move whose contact it makes or leaves. A way back from a lever's ball is called by the place that it leads
-    /// to, and must touch the ball where it begins.
+    /// The move whose contact it makes or leaves. A move back from a lever's ball has the name of the place to which it
+    /// leads, but touches the ball where it begins.
     plans::MoveId contact = move.id;
 };
 
