@@ -89,9 +89,8 @@ struct DrawnArc {
             if (kind == Kind::OutOfPlane) across *= 10.0;
             if (kind == Kind::Alternating) outward = i % 2 == 0 ? noise : -noise;
             const double rho = radius + outward;
-            const Coordinates p = frame.At(rho * std::cos(angle), rho * std::sin(angle), across);
-            points.push_back(
-                {p[0] + away * place.first[0], p[1] + away * place.first[1], p[2] + away * place.first[2]});
+            const CMaVector p = VectorOf(frame.At(rho * std::cos(angle), rho * std::sin(angle), across));
+            points.push_back(CoordinatesOf(p + place.first * away));
         }
         return points;
     }
@@ -220,7 +219,7 @@ struct Box {
 
     static Box Draw(Random& random) {
         constexpr double lengths[] = {1e-2, 1.0, 100.0, 1e5};
-        constexpr double ratios[] = {1.0, 0.3, 1e-2, 1e-4};
+        constexpr double ratios[] = {1.0, 0.3, 1e-2, 1e-4, 1.5e-6};
         constexpr double heights[] = {0.0, 1e-6, 1e-3, 0.1, 0.5};
         constexpr double aways[] = {0.0, 1.0, 1e3, 1e6};
         constexpr int counts[] = {3, 4, 5, 8, 20, 40, 300};
@@ -242,9 +241,7 @@ struct Box {
         std::vector<Coordinates> points;
         for (int i = 0; i < count; ++i) {
             const double u = length * anywhere(random), v = width * anywhere(random), w = height * anywhere(random);
-            const Coordinates p = frame.At(u, v, w);
-            points.push_back(
-                {p[0] + away * place.first[0], p[1] + away * place.first[1], p[2] + away * place.first[2]});
+            points.push_back(CoordinatesOf(VectorOf(frame.At(u, v, w)) + place.first * away));
         }
         return points;
     }
@@ -280,6 +277,25 @@ TEST(FitAccuracy, LinesAreRightToTheRoundingOfTheirPoints) {
         const AxisCertificate certificate(points, line.GetPoint(), line.GetDirection(), AxisCertificate::Longest);
         ExpectRightAxis(points, certificate, line.GetDirection());
     });
+}
+
+TEST(FitAccuracy, ALineIsRightWithAllPointsButOneAtOneEnd) {
+    // Their mean is far from the middle of their extent: sums about the middle lose digits to cancellation.
+    Random random(51);
+    std::uniform_real_distribution<double> anywhere(-0.5, 0.5);
+    for (int round = 0; round < 10; ++round) {
+        SCOPED_TRACE("seed 51, round " + std::to_string(round));
+        const RandomFrame frame(random);
+        std::vector<Coordinates> points{frame.At(-100.0, 0.0, 0.0)};
+        for (int i = 0; i < 3000; ++i) {
+            const double u = 100.0 + anywhere(random), v = anywhere(random), w = anywhere(random);
+            points.push_back(frame.At(u, v, w));
+        }
+        CMaLine line;
+        ASSERT_NO_THROW(line.Fit(ArrayOf(points)));
+        const AxisCertificate certificate(points, line.GetPoint(), line.GetDirection(), AxisCertificate::Longest);
+        ExpectRightAxis(points, certificate, line.GetDirection());
+    }
 }
 
 TEST(FitAccuracy, PlanesAreRightToTheRoundingOfTheirPoints) {

@@ -21,6 +21,8 @@ inline CMaPointArray ArrayOf(const std::vector<Coordinates>& points) {
     return array;
 }
 
+inline CMaVector VectorOf(const Coordinates& p) { return {p[0], p[1], p[2]}; }
+inline Coordinates CoordinatesOf(const CMaVector& v) { return {v[0], v[1], v[2]}; }
 inline CMaVector Difference(const CMaVector& a, const CMaVector& b) { return a + b * -1.0; }
 
 inline double Distance(const CMaVector& a, const CMaVector& b) { return Difference(a, b).Magnitude(); }
@@ -50,20 +52,16 @@ template <typename Action> testing::AssertionResult FailsWith(qmv40::GeometryErr
 struct RandomFrame {
     explicit RandomFrame(std::mt19937_64& random) {
         std::normal_distribution<double> normal;
-        const auto unit = [](const CMaVector& v) { return v * (1.0 / v.Magnitude()); };
         const auto direction = [&] {
             const double x = normal(random), y = normal(random), z = normal(random);
             return CMaVector(x, y, z);
         };
-        first = unit(direction());
-        third = unit(first * direction());
+        first = qmv40::Unit(direction());
+        third = qmv40::Unit(first * direction());
         second = third * first;
     }
 
-    Coordinates At(double u, double v, double w) const {
-        const CMaVector position = first * u + second * v + third * w;
-        return {position[0], position[1], position[2]};
-    }
+    Coordinates At(double u, double v, double w) const { return CoordinatesOf(first * u + second * v + third * w); }
 
     CMaVector first{1.0, 0.0, 0.0}, second{0.0, 1.0, 0.0}, third{0.0, 0.0, 1.0};
 };

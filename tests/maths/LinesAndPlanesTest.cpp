@@ -69,16 +69,18 @@ TEST(Plane, ThroughThreePointsHasTheirCrossProductAsNormal) {
 }
 
 TEST(Plane, IsRightForLongNarrowStrips) {
-    // The width of the strip is 1/10,000 of its length. The normal of the exact points is known. A covariance matrix in
-    // a fixed frame would give it with an error of 1e-8.
+    // Strips of length 2000 and a width of 1/10,000 to 1/1,000,000 of it. The normal of the exact points is known. A
+    // covariance matrix in a fixed frame would give it with an error of 1e-8 for the widest strip, and without a right
+    // digit for the narrowest.
     std::mt19937_64 random(31);
-    for (int round = 0; round < 50; ++round) {
-        SCOPED_TRACE("seed 31, round " + std::to_string(round));
+    for (int round = 0; round < 60; ++round) {
+        const double halfWidth = std::pow(10.0, -1 - round % 3);
+        SCOPED_TRACE(testing::Message() << "seed 31, round " << round << ", half a width of " << halfWidth);
         const RandomFrame frame(random);
         std::vector<Coordinates> points;
         for (int i = -10; i <= 10; ++i)
-            for (const double side : {-1.0, 1.0}) points.push_back(frame.At(100.0 * i, 0.1 * side, 0.0));
-        constexpr double roundingOverWidth = 1000.0 * std::numeric_limits<double>::epsilon() / 0.1;
+            for (const double across : {-halfWidth, halfWidth}) points.push_back(frame.At(100.0 * i, across, 0.0));
+        const double roundingOverWidth = 1000.0 * std::numeric_limits<double>::epsilon() / halfWidth;
         EXPECT_LT(DirectionError(PlaneThrough(points).GetNormal(), frame.third), roundingOverWidth);
     }
 }

@@ -4,7 +4,10 @@
 #include "tests/maths/GeometryChecks.h"
 #include "tests/support/ErrorRecord.h"
 
+#include <functional>
+#include <new>
 #include <type_traits>
+#include <utility>
 
 using namespace qmv40;
 
@@ -120,29 +123,23 @@ TEST(Quaternion, ResultsBelongToTheCaller) {
     static_assert(std::is_same_v<decltype(CQuaternion().RotateVector({0.0, 0.0, 0.0})), std::unique_ptr<CMaVector>>);
 }
 
-TEST(RaisingGeometryErrors, RaisesAGeometryErrorWithTheTextsOfTheStep) {
+TEST(RaisingGeometryErrors, RaisesTheFailureOfAStepWithItsTexts) {
     ErrorContext context{L"Class::Operation"};
     context.description = L"The step under way";
-    struct {
-        GeometryError::Reason reason;
-        HRESULT code;
-    } const cases[] = {{GeometryError::Reason::Impossible, QMV_E_GEOMETRY_IMPOSSIBLE},
-                       {GeometryError::Reason::LimitReached, QMV_E_GEOMETRY_LIMIT_REACHED}};
-    for (const auto& [reason, code] : cases) {
-        const Raised raised = RaisedBy([&] { RaisingGeometryErrors(context, [&] { throw GeometryError(reason); }); });
+    const auto impossible = [] { throw GeometryError(GeometryError::Reason::Impossible); };
+    const auto limitReached = [] { throw GeometryError(GeometryError::Reason::LimitReached); };
+    const std::pair<std::function<void()>, HRESULT> cases[] = {
+        {impossible, QMV_E_GEOMETRY_IMPOSSIBLE},
+        {limitReached, QMV_E_GEOMETRY_LIMIT_REACHED},
+        {[] { throw std::bad_alloc(); }, E_OUTOFMEMORY},
+    };
+    for (const auto& [step, code] : cases) {
+        const Raised raised = RaisedBy([&] { RaisingGeometryErrors(context, step); });
         EXPECT_EQ(raised.code, code);
         ASSERT_TRUE(raised.record);
         EXPECT_EQ(raised.record->source, L"Class::Operation");
         EXPECT_EQ(raised.record->description, L"The step under way");
     }
-}
-
-TEST(RaisingGeometryErrors, RaisesBadAllocWithTheTextsOfTheStep) {
-    const ErrorContext context{L"Class::Operation"};
-    const Raised raised = RaisedBy([&] { RaisingGeometryErrors(context, [] { throw std::bad_alloc(); }); });
-    EXPECT_EQ(raised.code, E_OUTOFMEMORY);
-    ASSERT_TRUE(raised.record);
-    EXPECT_EQ(raised.record->source, L"Class::Operation");
 }
 
 TEST(RaisingGeometryErrors, ReturnsTheResultOfTheStep) {

@@ -160,9 +160,7 @@ TEST(Point, ProjectsAsExactlyAsItsHeaderStates) {
         const double away = std::pow(10.0, round % 10 - 3), size = std::pow(10.0, round % 7 - 3);
         const RandomFrame frame(random), place(random);
         const auto at = [&](double u, double v, double w) {
-            const Coordinates c = frame.At(u, v, w);
-            const CMaVector& a = place.first;
-            return Coordinates{c[0] + away * a[0], c[1] + away * a[1], c[2] + away * a[2]};
+            return CoordinatesOf(VectorOf(frame.At(u, v, w)) + place.first * away);
         };
         CMaPlane plane;
         plane.Fit(ArrayOf({at(size, 0.0, 0.0), at(0.0, size, 0.0), at(-size, -size, 0.0)}));
@@ -236,13 +234,6 @@ TEST(PointArray, RefusesAnIndexOutOfRange) {
     for (const int index : {-1, 1, std::numeric_limits<int>::max()})
         EXPECT_TRUE(FailsWith(impossible, [&] { array[index]; })) << index;
     EXPECT_TRUE(FailsWith(impossible, [] { CMaPointArray()[0]; }));
-}
-
-TEST(Matrix, IdentityLeavesEveryVectorUnchanged) {
-    CMaMatrix identity(3, 3);
-    for (int i = 0; i < 3; ++i) identity.SetElement(i, i, 1.0);
-    for (const CMaVector& v : {CMaVector(1.0, 2.0, 3.0), CMaVector(-1e300, 1e-300, 0.1), CMaVector(0.0, 0.0, 0.0)})
-        ExpectComponents(identity * v, v[0], v[1], v[2]);
 }
 
 TEST(Matrix, MultipliesAColumnFromTheLeft) {
