@@ -108,6 +108,7 @@ TEST_F(SettingsStore, ReadsTextsByTheirBeginningAndIgnoresOtherTypes) {
         double read;
     } cases[] = {
         {"a word is zero", text, Bytes(std::string("abc\0", 4)), 0.0},
+        {"a sign alone is zero", text, Bytes(std::string("-\0", 2)), 0.0},
         {"up to the unit", text, Bytes(std::string("7mm\0", 4)), 7.0},
         {"an empty text is zero", text, Bytes(std::string("\0", 1)), 0.0},
         {"expandable text is read without expansion", expandableText, Bytes(std::string("-3.5\0", 5)), -3.5},
@@ -121,6 +122,7 @@ TEST_F(SettingsStore, ReadsTextsByTheirBeginningAndIgnoresOtherTypes) {
         settings.RemoveKey();
         settings.SetRaw("Locked To Unlocked Lever Rotation", c.type, c.stored);
         EXPECT_EQ(ReadFixedRotation(HeadOffset::UnlockingRotation), c.read);
+        EXPECT_EQ(ReadFixedRotation(HeadOffset::LockingRotation), 138.0) << "each rotation is read by its own name";
     }
 }
 
