@@ -17,6 +17,11 @@ class ProfileOnDisk {
 public:
     std::filesystem::path Path() const { return folder.Path("head.ini"); }
     const std::filesystem::path& Folder() const { return folder.Path(); }
+    /// The files in its folder, itself included. Copies that a write leaves are among them.
+    std::ptrdiff_t FilesInFolder() const {
+        const std::filesystem::directory_iterator files(Folder());
+        return std::distance(begin(files), end(files));
+    }
     bool Exists() const { return std::filesystem::exists(Path()); }
 
     void Put(const std::string& content) const {

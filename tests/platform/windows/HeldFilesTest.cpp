@@ -50,11 +50,6 @@ protected:
         WaitLimit waitLimit(clock);
         return WriteEntries(profile.Path().wstring(), entries, waitLimit);
     }
-    std::ptrdiff_t FilesInFolder() const {
-        const std::filesystem::directory_iterator files(profile.Folder());
-        return std::distance(begin(files), end(files));
-    }
-
     ProfileOnDisk profile;
 };
 
@@ -101,7 +96,7 @@ TEST_F(HeldFiles, CauseAWaitOf250MillisecondsAtMost) {
                     EXPECT_LE(testClock.now - 1000, mostWaiting);
                 }
                 EXPECT_EQ(profile.Content(), isSaved ? after : before);
-                EXPECT_EQ(FilesInFolder(), 1);
+                EXPECT_EQ(profile.FilesInFolder(), 1);
                 const bool mayWrite = (sharing & FILE_SHARE_READ) != 0 && (sharing & FILE_SHARE_WRITE) != 0;
                 if (mayWrite && access == GENERIC_READ) {
                     EXPECT_TRUE(isSaved);
@@ -147,7 +142,7 @@ TEST_F(HeldFiles, DoNotChangeDuringALoad) {
         EXPECT_GE(testClock.asked, 200U) << "the save must wait for the end of the load";
         EXPECT_LE(testClock.asked, mostWaiting);
         EXPECT_EQ(profile.Content(), before);
-        EXPECT_EQ(FilesInFolder(), 1);
+        EXPECT_EQ(profile.FilesInFolder(), 1);
     }
     EXPECT_TRUE(Save());
     EXPECT_EQ(profile.Content(), after);
@@ -193,7 +188,7 @@ TEST_F(HeldFiles, HaveASeparateCopyForEachWaitingSave) {
     EXPECT_TRUE(WriteEntries(heldPath, entries, waitLimit));
     EXPECT_EQ(mostFiles, 3) << "the file and two copies";
     EXPECT_EQ(profile.Content(), after);
-    EXPECT_EQ(FilesInFolder(), 1);
+    EXPECT_EQ(profile.FilesInFolder(), 1);
 }
 
 TEST_F(HeldFiles, CannotBeWrittenByOtherProgramsDuringALoad) {
@@ -266,7 +261,7 @@ TEST_F(HeldFiles, AreNotCopiedWhileASaveWritesIntoThem) {
         EXPECT_GE(testClock.asked, 200U);
         EXPECT_EQ(mostFiles, 1) << "there must be no copy";
         EXPECT_EQ(profile.Content(), before);
-        EXPECT_EQ(FilesInFolder(), 1);
+        EXPECT_EQ(profile.FilesInFolder(), 1);
     }
     EXPECT_TRUE(Save());
 }
@@ -282,7 +277,7 @@ TEST_F(HeldFiles, ThatCannotBeReplacedGetTheWholeContent) {
     WaitLimit waitLimit(clock);
     EXPECT_FALSE(WriteEntries(profile.Path().wstring(), unwritable, waitLimit));
     EXPECT_EQ(profile.Read(L"S", L"a"), "10") << "the entries before the failure must stay";
-    EXPECT_EQ(FilesInFolder(), 1);
+    EXPECT_EQ(profile.FilesInFolder(), 1);
 }
 
 } // namespace

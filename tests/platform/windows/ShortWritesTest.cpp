@@ -56,8 +56,7 @@ TEST(ShortWrites, LeaveTheWholeEntriesOnly) {
         WaitLimit waitLimit;
         EXPECT_FALSE(WriteEntries(profile.Path().wstring(), entries, waitLimit));
         EXPECT_EQ(profile.Content(), left) << size;
-        const std::filesystem::directory_iterator files(profile.Folder());
-        EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+        EXPECT_EQ(profile.FilesInFolder(), 1);
     }
 }
 
