@@ -116,6 +116,7 @@ TEST(CInterface, GivesThePlansOfTheReferenceHeads) {
         qmv40_xyz pole{};
         ASSERT_EQ(qmv40_pole_sphere(calculator.get(), &pole), 0);
         EXPECT_NEAR(pole.XPosition, head.headCentre[0], agreement);
+        EXPECT_NEAR(pole.YPosition, head.headCentre[1], agreement);
         EXPECT_NEAR(pole.ZPosition, head.headCentre[2], agreement);
     }
     EXPECT_GT(plans, 20);

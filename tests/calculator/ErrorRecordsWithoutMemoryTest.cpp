@@ -1,6 +1,6 @@
 #include "interface/ErrorCodes.h"
-#include "tests/calculator/PreparedCalculator.h"
 #include "tests/support/FailingAllocations.h"
+#include "tests/support/PreparedCalculator.h"
 
 /// Memory runs out while a caller reads the texts of an error record.
 

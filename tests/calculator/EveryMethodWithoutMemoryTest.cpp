@@ -1,11 +1,11 @@
 #include "interface/ErrorCodes.h"
-#include "tests/calculator/PreparedCalculator.h"
+#include "tests/calculator/MemoryFailures.h"
 #include "tests/support/Bstr.h"
-#include "tests/support/FailingAllocations.h"
 #include "tests/support/ReferenceHeads.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <functional>
+#include <optional>
 
 using namespace qmv40;
 
@@ -15,10 +15,18 @@ using namespace qmv40;
 
 namespace {
 
-using Extent = FailingAllocations::Extent;
+/// Checks each time that no more blocks are allocated than the first time.
+class SameBlocks {
+public:
+    void Expect() {
+        const long now = FailingAllocations::LiveBlocks();
+        if (!first) first = now;
+        EXPECT_EQ(now, *first);
+    }
 
-constexpr Extent extents[] = {Extent::One, Extent::AllAfter};
-constexpr long moreThanEnough = 5000;
+private:
+    std::optional<long> first;
+};
 
 /// A calculator through one of its interfaces, and the objects that own it.
 struct Object {
@@ -92,34 +100,26 @@ protected:
     }
 
     void FailEveryAllocationOf(const Method& method, const Object& object, IQMVCalculator& calculator) {
+        Numbers numbers{};
+        const auto call = [&] { return Code(method, calculator, numbers); };
         Prepare(object);
-        Numbers expected{};
-        EXPECT_EQ(Code(method, calculator, expected), method.code);
-        SetErrorInfo(0, nullptr);
+        EXPECT_EQ(call(), method.code);
+        const Numbers expected = numbers;
         Prepare(object);
-        const long blocks = FailingAllocations::LiveBlocks();
-        for (const Extent extent : extents) {
-            bool wasReached = true;
-            for (long n = 0; wasReached; ++n) {
-                ASSERT_LT(n, moreThanEnough) << "too many allocations";
-                Numbers numbers{};
-                FailingAllocations failing(n, extent);
-                const HRESULT code = Code(method, calculator, numbers);
-                wasReached = failing.Stop();
-                failures += wasReached ? 1 : 0;
-                ASSERT_TRUE(code == method.code || (wasReached && code == E_OUTOFMEMORY)) << std::hex << code;
-                if (code == S_OK) {
-                    ASSERT_EQ(numbers, expected);
-                }
-                // The same call succeeds now, and then the object has its old state again.
-                Prepare(object);
-                ASSERT_EQ(Code(method, calculator, numbers), method.code);
+        SameBlocks blocks;
+        failures += ForEveryAllocation(call, [&](HRESULT code) {
+            ASSERT_TRUE(code == method.code || code == E_OUTOFMEMORY) << std::hex << code;
+            if (code == S_OK) {
                 ASSERT_EQ(numbers, expected);
-                SetErrorInfo(0, nullptr);
-                Prepare(object);
-                ASSERT_EQ(FailingAllocations::LiveBlocks(), blocks) << "allocation " << n;
             }
-        }
+            // The same call succeeds now, and then the object has its old state again.
+            Prepare(object);
+            ASSERT_EQ(call(), method.code);
+            ASSERT_EQ(numbers, expected);
+            SetErrorInfo(0, nullptr);
+            Prepare(object);
+            blocks.Expect();
+        });
     }
 
     std::vector<Method> Methods() {
@@ -234,24 +234,12 @@ TEST_F(EveryMethod, EndsWithItsOwnCodeOrOutOfMemoryInANewObject) {
                                               [&] { return fresh->CalculateMove(0.0, 0.0, &moves); }};
     constexpr HRESULT codes[] = {QMV_E_POSITION_UNKNOWN, QMV_E_NO_HEAD_GEOMETRY, QMV_E_NO_HEAD_GEOMETRY};
     for (std::size_t i = 0; i < std::size(calls); ++i) {
-        const long blocks = FailingAllocations::LiveBlocks();
-        for (const Extent extent : extents) {
-            bool wasReached = true;
-            for (long n = 0; wasReached; ++n) {
-                ASSERT_LT(n, moreThanEnough);
-                HRESULT code = S_OK;
-                FailingAllocations failing(n, extent);
-                try {
-                    code = calls[i]();
-                } catch (const HRESULT thrown) {
-                    code = thrown;
-                }
-                wasReached = failing.Stop();
-                ASSERT_TRUE(code == codes[i] || (wasReached && code == E_OUTOFMEMORY)) << std::hex << code;
-                SetErrorInfo(0, nullptr);
-                ASSERT_EQ(FailingAllocations::LiveBlocks(), blocks);
-            }
-        }
+        SameBlocks blocks;
+        ForEveryAllocation(calls[i], [&](HRESULT code) {
+            EXPECT_TRUE(code == codes[i] || code == E_OUTOFMEMORY) << std::hex << code;
+            SetErrorInfo(0, nullptr);
+            blocks.Expect();
+        });
     }
 }
 
@@ -278,21 +266,15 @@ TEST_F(EveryMethod, LeaksNothingInTheFactory) {
         {&outer, &IID_IQMVCalculator, CLASS_E_NOAGGREGATION},
     };
     long failed = 0;
-    for (const auto& [owner, iid, expected] : creations) {
-        const long blocks = FailingAllocations::LiveBlocks();
-        for (const Extent extent : extents) {
-            bool wasReached = true;
-            for (long n = 0; wasReached; ++n) {
-                ASSERT_LT(n, moreThanEnough);
-                FailingAllocations failing(n, extent);
-                const HRESULT code = Create(*factory.Get(), owner, *iid);
-                wasReached = failing.Stop();
-                failed += wasReached ? 1 : 0;
-                ASSERT_TRUE(code == expected || (wasReached && code == E_OUTOFMEMORY)) << std::hex << code;
-                ASSERT_EQ(FailingAllocations::LiveBlocks(), blocks);
-                ASSERT_EQ(outer.references, 1U);
-            }
-        }
+    for (const auto& creation : creations) {
+        SameBlocks blocks;
+        failed += ForEveryAllocation([&] { return Create(*factory.Get(), creation.outer, *creation.iid); },
+                                     [&](HRESULT code) {
+                                         EXPECT_TRUE(code == creation.code || code == E_OUTOFMEMORY)
+                                             << std::hex << code;
+                                         EXPECT_EQ(outer.references, 1U);
+                                         blocks.Expect();
+                                     });
     }
     EXPECT_GT(failed, 10);
 }

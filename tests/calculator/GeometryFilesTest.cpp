@@ -1,6 +1,6 @@
 #include "interface/ErrorCodes.h"
-#include "tests/calculator/PreparedCalculator.h"
 #include "tests/support/Bstr.h"
+#include "tests/support/PreparedCalculator.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <cmath>
@@ -100,38 +100,6 @@ TEST_F(GeometryFiles, KeepTheirOtherContentInASave) {
     ExpectNear(Pole(*calculator.Get()), {100.0, -200.0, 300.0}, 1e-6);
 }
 
-TEST_F(GeometryFiles, AreTheOnlyFilesThatASaveLeaves) {
-    ASSERT_EQ(Save(*WithGeometry().Get()), S_OK);
-    const auto files = std::filesystem::directory_iterator(folder.Path());
-    EXPECT_EQ(std::distance(begin(files), end(files)), 1);
-}
-
-TEST_F(GeometryFiles, CannotBeSavedWhereNoFileCanBeCreated) {
-    const auto calculator = WithGeometry();
-    const std::filesystem::path places[] = {folder.Path("no such folder") / "head.ini", folder.Path()};
-    for (const auto& place : places) {
-        const Raised raised = ReturnedBy([&] { return calculator->SaveHeadGeometryToFile(Bstr(place).Address()); });
-        EXPECT_EQ(raised.code, QMV_E_WRITE_TO_FILE) << place;
-        ASSERT_TRUE(raised.record);
-        EXPECT_EQ(raised.record->source, L"RoundThePole::WriteDoubleToIniFile");
-        EXPECT_EQ(raised.record->description, L"Failed To Write To File");
-    }
-}
-
-TEST_F(GeometryFiles, CannotBeLoadedWhenMissing) {
-    const auto calculator = CreateCalculator();
-    Bstr nameless{std::wstring()};
-    BSTR null = nullptr;
-    Bstr missing(path);
-    for (BSTR* const name : {missing.Address(), nameless.Address(), &null}) {
-        const Raised raised = ReturnedBy([&] { return calculator->LoadHeadGeometryFromFile(name); });
-        EXPECT_EQ(raised.code, QMV_E_READ_FROM_FILE);
-        ASSERT_TRUE(raised.record);
-        EXPECT_EQ(raised.record->source, L"RoundThePole::ReadDoubleFromIniFile");
-        EXPECT_EQ(raised.record->description, L"Failed To Read from File");
-    }
-}
-
 TEST_F(GeometryFiles, MakeAGeometryAvailableWhenLoaded) {
     Write(path, CompleteText());
     const auto calculator = CreateCalculator();
@@ -214,21 +182,6 @@ TEST_F(Geometry, HasTheSimulatedPoleAsItsHeadCentre) {
         ASSERT_EQ(calculator->EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address()), S_OK);
         ExpectNear(Pole(*calculator.Get()), {100.0, -200.0, 300.0});
     }
-}
-
-TEST_F(Geometry, DoesNotChangeTheCallersPoints) {
-    const auto points = Head().ASet(45.0);
-    AlignmentArray aAxisPoints(points);
-    AlignmentArray bAxisPoints(Head().BSet(60.0));
-    ASSERT_EQ(CreateCalculator()->EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address()), S_OK);
-    const auto after = aAxisPoints.Items();
-    ASSERT_EQ(after.size(), points.size());
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        EXPECT_EQ(after[i].XPosition, points[i].XPosition);
-        EXPECT_EQ(after[i].YPosition, points[i].YPosition);
-        EXPECT_EQ(after[i].ZPosition, points[i].ZPosition);
-    }
-    EXPECT_EQ(aAxisPoints.Get()->cLocks, 0U);
 }
 
 TEST_F(Geometry, StaysAvailableWhenANewOneIsRefused) {

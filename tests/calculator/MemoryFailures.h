@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/calculator/PreparedCalculator.h"
 #include "tests/support/FailingAllocations.h"
+#include "tests/support/PreparedCalculator.h"
 
 #include <functional>
 
@@ -23,7 +23,10 @@ inline long ForEveryAllocation(const std::function<HRESULT()>& call, const std::
             }
             const bool reached = failing.Stop();
             check(code);
-            if (!reached) break;
+            if (!reached) {
+                EXPECT_NE(code, E_OUTOFMEMORY) << "no allocation failed";
+                break;
+            }
             ++failures;
             if (n + 1 >= moreThanEnough) ADD_FAILURE() << "more than " << moreThanEnough << " allocations";
         }

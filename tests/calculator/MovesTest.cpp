@@ -1,14 +1,9 @@
 #include "interface/ErrorCodes.h"
-#include "tests/calculator/PreparedCalculator.h"
-#include "tests/support/Bstr.h"
+#include "tests/support/PreparedCalculator.h"
 #include "tests/support/ReferenceHeads.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
-#include <fstream>
-#include <map>
 
 using namespace qmv40;
 
@@ -25,30 +20,6 @@ RequiredMoves UntouchedMoves() {
 std::size_t Untouched(const RequiredMoves& moves) {
     const auto numbers = NumbersOf(moves);
     return static_cast<std::size_t>(std::count(numbers.begin(), numbers.end(), untouched));
-}
-
-TEST(RequiredMovesRecord, HasItsFieldsAtTheRequiredOffsets) {
-    EXPECT_EQ(sizeof(RequiredMoves), 680U);
-    const std::pair<std::size_t, std::size_t> offsets[] = {{offsetof(RequiredMoves, ApproachUnLockLever), 0},
-                                                           {offsetof(RequiredMoves, EngageWithUnLockLever), 24},
-                                                           {offsetof(RequiredMoves, UnLock), 48},
-                                                           {offsetof(RequiredMoves, DisengageFromUnLockLever), 104},
-                                                           {offsetof(RequiredMoves, RotateToPeg), 128},
-                                                           {offsetof(RequiredMoves, MoveToPegAtSafeZ), 184},
-                                                           {offsetof(RequiredMoves, ApproachPeg), 208},
-                                                           {offsetof(RequiredMoves, EngageWithPeg), 232},
-                                                           {offsetof(RequiredMoves, IntermediateAPosition), 256},
-                                                           {offsetof(RequiredMoves, MoveToBPosition), 312},
-                                                           {offsetof(RequiredMoves, MoveToAPosition), 368},
-                                                           {offsetof(RequiredMoves, DisengageFromPeg), 424},
-                                                           {offsetof(RequiredMoves, DisengageFromPegToSafeZ), 448},
-                                                           {offsetof(RequiredMoves, RotateToLockLever), 472},
-                                                           {offsetof(RequiredMoves, MoveToLockLeverAtSafeZ), 528},
-                                                           {offsetof(RequiredMoves, ApproachLockLever), 552},
-                                                           {offsetof(RequiredMoves, EngageWithLockLever), 576},
-                                                           {offsetof(RequiredMoves, Lock), 600},
-                                                           {offsetof(RequiredMoves, DisengageFromLockLever), 656}};
-    for (const auto& [actual, expected] : offsets) EXPECT_EQ(actual, expected);
 }
 
 class Moves : public PreparedCalculator {};
@@ -87,12 +58,7 @@ TEST_F(Moves, NeedAGeometryBeforeTheTargetIsChecked) {
 // Unlike the other seven methods, CalculateMove throws its failure code instead of returning it. This is required.
 TEST_F(Moves, FailByThrowingTheCode) {
     RequiredMoves moves{};
-    const auto calculator = CreateCalculator();
-    EXPECT_THROW(calculator->CalculateMove(0.0, 0.0, &moves), HRESULT);
-    const Raised raised = Plan(*calculator.Get(), 0.0, 0.0);
-    EXPECT_EQ(raised.code, QMV_E_NO_HEAD_GEOMETRY);
-    ASSERT_TRUE(raised.record) << "the record must be set as for every other failure";
-    EXPECT_EQ(raised.record->source, L"CQMVCalculator::CalculateMove");
+    EXPECT_THROW(CreateCalculator()->CalculateMove(0.0, 0.0, &moves), HRESULT);
 }
 
 TEST_F(Moves, DoNotChangeTheRecordWhenTheyAreRefused) {
@@ -153,114 +119,6 @@ TEST_F(Moves, BeginAtTheStartPosition) {
             EXPECT_EQ(calculator->CalculateMove(90.0 - a, -b, &moves), S_OK);
             EXPECT_EQ(start, moves.ApproachUnLockLever) << "for every target";
         }
-    }
-}
-
-TEST_F(Moves, ThatFailMakeGetStartPositionReturnTheCode) {
-    XYZData start{};
-    const auto calculator = CreateCalculator();
-    const Raised raised = ReturnedBy([&] { return calculator->GetStartPosition(&start); });
-    EXPECT_EQ(raised.code, QMV_E_NO_HEAD_GEOMETRY);
-    ASSERT_TRUE(raised.record);
-    EXPECT_EQ(raised.record->source, L"CQMVCalculator::CalculateMove")
-        << "the record names the operation that failed, not GetStartPosition";
-}
-
-class ReferenceGeometry : public PreparedCalculator {
-protected:
-    static constexpr double relativeTolerance = 1e-9;
-
-    void Store(const ReferenceHead& head) {
-        settings.RemoveKey();
-        for (const auto& [name, text] : head.settings) settings.SetText(name.c_str(), text.c_str());
-    }
-    static ComPointer<IQMVCalculator2> Measured(const ReferenceHead& head) {
-        auto calculator = CreateCalculator();
-        AlignmentArray aAxisPoints(head.aAxisPoints);
-        AlignmentArray bAxisPoints(head.bAxisPoints);
-        EXPECT_EQ(calculator->EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address()), S_OK);
-        return calculator;
-    }
-    /// Relative for large numbers, and absolute for small ones: coordinates and angles near zero are computed from
-    /// numbers of about 1 and more.
-    static void ExpectClose(double actual, double expected, const std::string& what) {
-        if (std::isnan(expected)) {
-            EXPECT_TRUE(std::isnan(actual)) << what;
-            return;
-        }
-        EXPECT_NEAR(actual, expected, relativeTolerance * std::max(1.0, std::abs(expected))) << what;
-    }
-};
-
-TEST_F(ReferenceGeometry, HasTheHeadCentresOfTheReference) {
-    for (const ReferenceHead& head : LoadReferenceHeads()) {
-        SCOPED_TRACE(head.name);
-        Store(head);
-        const XYZData pole = Pole(*Measured(head).Get());
-        ExpectClose(pole.XPosition, head.headCentre[0], "X");
-        ExpectClose(pole.YPosition, head.headCentre[1], "Y");
-        ExpectClose(pole.ZPosition, head.headCentre[2], "Z");
-    }
-}
-
-TEST_F(ReferenceGeometry, HasTheMovesOfTheReference) {
-    for (const ReferenceHead& head : LoadReferenceHeads()) {
-        SCOPED_TRACE(head.name);
-        Store(head);
-        const auto calculator = Measured(head);
-        for (const ReferenceHead::Plan& plan : head.plans) {
-            SCOPED_TRACE(testing::Message()
-                         << plan.from.a << ", " << plan.from.b << " to " << plan.to.a << ", " << plan.to.b);
-            ASSERT_EQ(calculator->SetCurrentHeadPosition(plan.from.a, plan.from.b), S_OK);
-            RequiredMoves moves = UntouchedMoves();
-            ASSERT_EQ(calculator->CalculateMove(plan.to.a, plan.to.b, &moves), S_OK);
-            const auto actual = NumbersOf(moves);
-            const auto expected = NumbersOf(plan.moves);
-            for (std::size_t i = 0; i < numbersInAPlan; ++i) ExpectClose(actual[i], expected[i], NameOfNumber(i));
-        }
-    }
-}
-
-TEST_F(ReferenceGeometry, IsSavedWithTheDigitsOfTheReference) {
-    // A value this near to the middle between two texts may have either text.
-    constexpr double tie = 1e-12;
-    for (const ReferenceHead& head : LoadReferenceHeads()) {
-        SCOPED_TRACE(head.name);
-        Store(head);
-        const TemporaryFolder folder;
-        const auto path = folder.Path("head.ini");
-        ASSERT_EQ(Measured(head)->SaveHeadGeometryToFile(Bstr(path).Address()), S_OK);
-        const std::map<std::string, double> exact{
-            {"HEADCENTRE X", head.headCentre[0]},
-            {"HEADCENTRE Y", head.headCentre[1]},
-            {"HEADCENTRE Z", head.headCentre[2]},
-            {"SAFEPOSITION X", 0.0},
-            {"SAFEPOSITION Y", 0.0},
-            {"SAFEPOSITION Z", head.safePositionZ},
-            {"AlignmentOffset RequiredRotationAroundZ", head.requiredRotationAroundZ}};
-        std::ifstream file(path);
-        std::string section;
-        auto expected = head.file.begin();
-        for (std::string line; std::getline(file, line);) {
-            if (!line.empty() && line.back() == '\r') line.pop_back();
-            if (line.empty()) continue;
-            if (line.front() == '[') {
-                section = line.substr(1, line.size() - 2);
-                continue;
-            }
-            ASSERT_NE(expected, head.file.end()) << line;
-            EXPECT_EQ(section, expected->section);
-            const std::size_t equals = line.find('=');
-            EXPECT_EQ(line.substr(0, equals), expected->key);
-            const std::string text = line.substr(equals + 1);
-            if (text != expected->text) {
-                const double value = exact.at(section + " " + expected->key);
-                const double middle = (std::stod(text) + std::stod(expected->text)) / 2.0;
-                EXPECT_NEAR(value, middle, tie * std::max(1.0, std::abs(value))) << text << " for " << expected->text;
-            }
-            ++expected;
-        }
-        EXPECT_EQ(expected, head.file.end());
     }
 }
 

@@ -1,5 +1,5 @@
 #include "interface/ErrorCodes.h"
-#include "tests/calculator/PreparedCalculator.h"
+#include "tests/support/PreparedCalculator.h"
 
 #include <cmath>
 

@@ -2,7 +2,7 @@
 #include "errors/RaiseError.h"
 #include "interface/ErrorCodes.h"
 #include "server/CreatableObjects.h"
-#include "tests/calculator/PreparedCalculator.h"
+#include "tests/support/PreparedCalculator.h"
 
 #include <functional>
 

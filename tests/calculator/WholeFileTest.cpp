@@ -1,6 +1,6 @@
-#include "interface/ErrorCodes.h"
 #include "tests/calculator/MemoryFailures.h"
 #include "tests/support/Bstr.h"
+#include "tests/support/Failures.h"
 #include "tests/support/TemporaryFolder.h"
 
 using namespace qmv40;
@@ -12,15 +12,19 @@ namespace {
 
 class WholeFile : public PreparedCalculator {
 protected:
-    /// The records of all runs of `call` that end with E_OUTOFMEMORY. In each run the next allocation fails.
-    static std::vector<ErrorRecord> RecordsOf(const std::function<HRESULT()>& call, HRESULT ownCode) {
-        std::vector<ErrorRecord> records;
+    /// Makes the call again and again; in each run the next allocation fails. Checks the records of the runs that end
+    /// with E_OUTOFMEMORY. (A record whose texts could not be allocated has no texts.)
+    static void ExpectRecords(const std::function<HRESULT()>& call, HRESULT ownCode, const wchar_t* description) {
+        bool seen = false;
         ForEveryAllocation(call, [&](HRESULT code) {
-            const auto record = TakeErrorRecord();
+            const Raised raised{code, TakeErrorRecord()};
             EXPECT_TRUE(code == ownCode || code == E_OUTOFMEMORY) << std::hex << "0x" << static_cast<unsigned>(code);
-            if (code == E_OUTOFMEMORY && record) records.push_back(*record);
+            if (code != E_OUTOFMEMORY || !raised.record) return;
+            if (raised.record->source.empty() || raised.record->description.empty()) return;
+            seen = true;
+            ExpectFailure(raised, {E_OUTOFMEMORY, L"RoundThePole::LoadFromFile", description});
         });
-        return records;
+        EXPECT_TRUE(seen);
     }
 
     TemporaryFolder folder;
@@ -28,36 +32,12 @@ protected:
     ComPointer<IQMVCalculator2> calculator = CreateCalculator();
 };
 
-// A record whose texts could not be allocated has no texts.
-bool HasTexts(const ErrorRecord& record) { return !record.source.empty() && !record.description.empty(); }
-
-TEST_F(WholeFile, NamesTheLoadWhenMemoryRunsOut) {
-    const auto records =
-        RecordsOf([&] { return calculator->LoadHeadGeometryFromFile(nowhere.Address()); }, QMV_E_READ_FROM_FILE);
-    bool seen = false;
-    for (const ErrorRecord& record : records) {
-        if (!HasTexts(record)) continue;
-        seen = true;
-        EXPECT_EQ(record.source, L"RoundThePole::LoadFromFile");
-        EXPECT_EQ(record.description, L"Failed To Load File");
-        EXPECT_EQ(record.helpFile, L"");
-    }
-    EXPECT_TRUE(seen);
-}
-
-// The failed save names the load as its source. The text is fixed.
-TEST_F(WholeFile, NamesTheLoadAlsoForAFailedSave) {
-    const auto records =
-        RecordsOf([&] { return calculator->SaveHeadGeometryToFile(nowhere.Address()); }, QMV_E_WRITE_TO_FILE);
-    bool seen = false;
-    for (const ErrorRecord& record : records) {
-        if (!HasTexts(record)) continue;
-        seen = true;
-        EXPECT_EQ(record.source, L"RoundThePole::LoadFromFile");
-        EXPECT_EQ(record.description, L"Failed To Save File");
-        EXPECT_EQ(record.helpFile, L"");
-    }
-    EXPECT_TRUE(seen);
+// A failed save names the load as its source. The text is fixed.
+TEST_F(WholeFile, IsNamedWhenMemoryRunsOut) {
+    ExpectRecords([&] { return calculator->LoadHeadGeometryFromFile(nowhere.Address()); }, QMV_E_READ_FROM_FILE,
+                  L"Failed To Load File");
+    ExpectRecords([&] { return calculator->SaveHeadGeometryToFile(nowhere.Address()); }, QMV_E_WRITE_TO_FILE,
+                  L"Failed To Save File");
 }
 
 } // namespace

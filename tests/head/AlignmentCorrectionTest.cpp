@@ -119,22 +119,10 @@ TEST_F(AlignmentCorrection, TurnsEveryDirectionAndOffsetButNotTheHeadCentre) {
         EXPECT_TRUE(AreNear(TripleOf(head.AAxis()), turned({-1.0, 0.0, 0.0}), 2e-15));
         EXPECT_EQ(TripleOf(head.BAxis()), (Triple{0.0, 0.0, 1.0}));
 
-        struct Case {
-            LeverQuery query;
-            Triple offset; ///< of lever 0; lever 1 has the other sign of X
-        };
-        const Case cases[] = {{&RoundThePole::LeverCentrePosition, {30.3, 0.0, -32.25}},
-                              {&RoundThePole::LeverLockedPosition, {30.3, -19.3, -36.55}},
-                              {&RoundThePole::LeverLockedApproachPosition, {30.3, -24.3, -36.55}},
-                              {&RoundThePole::LeverUnlockingCentreOfRotation, {30.3, -2.0, -36.25}},
-                              {&RoundThePole::LeverUnlockedPosition, {30.3, 19.3, -36.55}},
-                              {&RoundThePole::LeverUnlockedApproachPosition, {30.3, 24.3, -36.55}},
-                              {&RoundThePole::LeverLockingCentreOfRotation, {30.3, 2.0, -36.25}}};
-        for (const Case& c : cases)
-            for (const int lever : {0, 1}) {
-                const Triple offset{lever == 0 ? c.offset[0] : -c.offset[0], c.offset[1], c.offset[2]};
-                EXPECT_TRUE(AreNear(AnswerFor(head, c.query, lever), centre + turned(offset), 5e-13));
-            }
+        for (const LeverPosition& position : leverPositions)
+            for (const int lever : {0, 1})
+                EXPECT_TRUE(
+                    AreNear(AnswerFor(head, position.query, lever), centre + turned(position.OffsetOf(lever)), 5e-13));
         EXPECT_TRUE(AreNear(AnswerFor(head, &RoundThePole::LeverAxisOfRotation, 0), turned({1.0, 0.0, 0.0}), 2e-15));
         EXPECT_TRUE(AreNear(AnswerFor(head, &RoundThePole::LeverAxisOfRotation, 1), turned({-1.0, 0.0, 0.0}), 2e-15));
 
@@ -202,15 +190,15 @@ TEST_F(AlignmentCorrection, NamesThePlaneFitWithTheTextOfTheCircleFit) {
          {std::vector<Triple>{{0, 5, 7}, {1, 5, 7}, {4, 5, 7}, {9, 5, 7}}, std::vector<Triple>{{1, 2, 3}, {1, 2, 3}},
           std::vector<Triple>{{notANumber, 0, 0}, {10, 0, 0}, {0, 10, 0}, {0, 0, 10}}, std::vector<Triple>{}}) {
         const Raised raised = RaisedBy([&] { RotationFor(points); });
-        EXPECT_TRUE(FailedWith(raised, QMV_E_GEOMETRY_IMPOSSIBLE, correcting, L"Error Fitting points to a circle",
-                               L"Unspecified"));
+        ExpectFailure(raised,
+                      {QMV_E_GEOMETRY_IMPOSSIBLE, correcting, L"Error Fitting points to a circle", L"Unspecified"});
     }
 }
 
 TEST_F(AlignmentCorrection, NamesTheTurnAboutAnAxisThatDoesNotExist) {
     const Raised raised = RaisedBy([&] { head.AdjustForMisAlignment(30.0, static_cast<CMaGeometry::EAxisType>(3)); });
-    EXPECT_TRUE(FailedWith(raised, QMV_E_GEOMETRY_IMPOSSIBLE, L"RoundThePole::AdjustForMisAlignment", L"Unspecified",
-                           L"Unspecified"));
+    ExpectFailure(raised,
+                  {QMV_E_GEOMETRY_IMPOSSIBLE, L"RoundThePole::AdjustForMisAlignment", L"Unspecified", L"Unspecified"});
 }
 
 TEST_F(AlignmentCorrection, NamesTheLineFitWhenTheHeadCentreIsNotFinite) {
@@ -220,8 +208,8 @@ TEST_F(AlignmentCorrection, NamesTheLineFitWhenTheHeadCentreIsNotFinite) {
             saved.headCentre[i] = bad;
             saved.LoadInto(head);
             const Raised raised = RaisedBy([&] { RotationFor(At30DegreesToY(-1.0, 1.0)); });
-            EXPECT_TRUE(FailedWith(raised, QMV_E_GEOMETRY_IMPOSSIBLE, correcting,
-                                   L"Error Fitting Line Through Point Array", L"Unspecified"));
+            ExpectFailure(raised, {QMV_E_GEOMETRY_IMPOSSIBLE, correcting, L"Error Fitting Line Through Point Array",
+                                   L"Unspecified"});
         }
 }
 

@@ -41,9 +41,10 @@ TEST_F(FailingArrays, MakeTheCheckAndTheShiftFail) {
     const wchar_t* const sources[] = {L"RoundThePole::ValidateSafeArrayData", L"RoundThePole::ValidateSafeArrayData",
                                       L"RoundThePole::ModifyDataForLockedPosition",
                                       L"RoundThePole::ModifyDataForLockedPosition"};
-    for (int call = 1; call <= 4; ++call)
-        EXPECT_TRUE(FailedWith(ComputeWithFailing(call), E_FAIL, sources[call - 1], L"Unspecified", L"Unspecified"))
-            << "call " << call;
+    for (int call = 1; call <= 4; ++call) {
+        SCOPED_TRACE(call);
+        ExpectFailure(ComputeWithFailing(call), {E_FAIL, sources[call - 1], L"Unspecified", L"Unspecified"});
+    }
 }
 
 TEST_F(FailingArrays, DoNotMakeTheFillingOfThePointArraysFail) {

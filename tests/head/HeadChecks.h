@@ -1,9 +1,8 @@
 #pragma once
 
 #include "head/RoundThePole.h"
-#include "interface/ErrorCodes.h"
 #include "tests/support/AlignmentArray.h"
-#include "tests/support/ErrorRecord.h"
+#include "tests/support/Failures.h"
 #include "tools/model/Angles.h"
 
 #include <gtest/gtest.h>
@@ -33,6 +32,23 @@ using LeverQuery = void (RoundThePole::*)(int, CMaVector&) const;
 inline Triple AnswerFor(const RoundThePole& head, LeverQuery query, int lever) {
     return Answer([&](CMaVector& out) { (head.*query)(lever, out); });
 }
+
+/// A position of the levers, and its built-in offset from the head centre.
+struct LeverPosition {
+    LeverQuery query;
+    Triple offset; ///< of lever 0
+    const char* name;
+
+    Triple OffsetOf(int lever) const { return {lever == 0 ? offset.x : -offset.x, offset.y, offset.z}; }
+};
+inline const LeverPosition leverPositions[] = {
+    {&RoundThePole::LeverCentrePosition, {30.3, 0.0, -32.25}, "lever centre"},
+    {&RoundThePole::LeverLockedPosition, {30.3, -19.3, -32.25 + -4.3}, "locked ball"},
+    {&RoundThePole::LeverLockedApproachPosition, {30.3, -19.3 - 5.0, -32.25 + -4.3}, "locked approach"},
+    {&RoundThePole::LeverUnlockingCentreOfRotation, {30.3, -2.0, -32.25 + -4.0}, "unlocking centre"},
+    {&RoundThePole::LeverUnlockedPosition, {30.3, 19.3, -32.25 + -4.3}, "unlocked ball"},
+    {&RoundThePole::LeverUnlockedApproachPosition, {30.3, 19.3 + 5.0, -32.25 + -4.3}, "unlocked approach"},
+    {&RoundThePole::LeverLockingCentreOfRotation, {30.3, 2.0, -32.25 + -4.0}, "locking centre"}};
 
 /// Rotates right-handed about the vertical through the origin, with the full pi.
 inline Triple TurnedAboutZ(const Triple& v, double angleDegrees) {
@@ -83,20 +99,4 @@ inline Raised Computing(RoundThePole& head, const AlignmentPoints& aPoints, cons
     AlignmentArray a(aPoints);
     AlignmentArray b(bPoints);
     return RaisedBy([&] { head.ComputeGeometry(a.Address(), b.Address()); });
-}
-
-/// Whether a call failed with this code and set this error record.
-inline testing::AssertionResult FailedWith(const Raised& raised, HRESULT code, const std::wstring& source,
-                                           const std::wstring& description, const std::wstring& helpFile) {
-    if (raised.code != code)
-        return testing::AssertionFailure() << std::hex << "code 0x" << static_cast<unsigned long>(raised.code)
-                                           << " instead of 0x" << static_cast<unsigned long>(code);
-    if (!raised.record) return testing::AssertionFailure() << "no error record";
-    if (raised.record->source != source)
-        return testing::AssertionFailure() << "source " << testing::PrintToString(raised.record->source);
-    if (raised.record->description != description)
-        return testing::AssertionFailure() << "description " << testing::PrintToString(raised.record->description);
-    if (raised.record->helpFile != helpFile)
-        return testing::AssertionFailure() << "help file " << testing::PrintToString(raised.record->helpFile);
-    return testing::AssertionSuccess();
 }

@@ -26,13 +26,11 @@ TEST_F(HeadModel, HasNoPointsAndNoLeverOffsetsWhenNew) {
     const RoundThePole head;
     EXPECT_EQ(head.AAxisPoints().GetSize(), 0);
     EXPECT_EQ(head.BAxisPoints().GetSize(), 0);
-    const LeverQuery queries[] = {
-        &RoundThePole::LeverCentrePosition,          &RoundThePole::LeverLockedPosition,
-        &RoundThePole::LeverLockedApproachPosition,  &RoundThePole::LeverUnlockingCentreOfRotation,
-        &RoundThePole::LeverUnlockedPosition,        &RoundThePole::LeverUnlockedApproachPosition,
-        &RoundThePole::LeverLockingCentreOfRotation, &RoundThePole::LeverAxisOfRotation};
-    for (const LeverQuery query : queries)
-        for (const int lever : {0, 1}) EXPECT_EQ(AnswerFor(head, query, lever), (Triple{0.0, 0.0, 0.0}));
+    for (const int lever : {0, 1}) {
+        for (const LeverPosition& position : leverPositions)
+            EXPECT_EQ(AnswerFor(head, position.query, lever), (Triple{0.0, 0.0, 0.0})) << position.name;
+        EXPECT_EQ(AnswerFor(head, &RoundThePole::LeverAxisOfRotation, lever), (Triple{0.0, 0.0, 0.0}));
+    }
 }
 
 TEST_F(HeadModel, SetsAllNumbersToZeroWhenNew) {

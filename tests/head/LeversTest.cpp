@@ -13,82 +13,38 @@ protected:
     RoundThePole head;
 };
 
-/// The rounding of a sum of two decimal numbers.
-constexpr double rounding = 1e-14;
-
-struct DefaultPosition {
-    LeverQuery query;
-    Triple offset; ///< of lever 0
-    const char* name;
-};
-const DefaultPosition defaults[] = {
-    {&RoundThePole::LeverCentrePosition, {30.3, 0.0, -32.25}, "lever centre"},
-    {&RoundThePole::LeverLockedPosition, {30.3, -19.3, -36.55}, "locked ball"},
-    {&RoundThePole::LeverLockedApproachPosition, {30.3, -24.3, -36.55}, "locked approach"},
-    {&RoundThePole::LeverUnlockingCentreOfRotation, {30.3, -2.0, -36.25}, "unlocking centre"},
-    {&RoundThePole::LeverUnlockedPosition, {30.3, 19.3, -36.55}, "unlocked ball"},
-    {&RoundThePole::LeverUnlockedApproachPosition, {30.3, 24.3, -36.55}, "unlocked approach"},
-    {&RoundThePole::LeverLockingCentreOfRotation, {30.3, 2.0, -36.25}, "locking centre"}};
-
 TEST_F(Levers, AreAtTheirBuiltInOffsetsFromTheHeadCentre) {
+    constexpr double rounding = 1e-13; // of the sum with the head centre
     const Triple centre{128.0, -64.0, 512.0};
-    SavedHead{.headCentre = centre}.LoadInto(head);
-    for (const DefaultPosition& d : defaults) {
-        EXPECT_TRUE(AreNear(At(d.query, 0), d.offset + centre, 1e-13)) << d.name;
-        EXPECT_TRUE(AreNear(At(d.query, 1), Triple{-d.offset.x, d.offset.y, d.offset.z} + centre, 1e-13)) << d.name;
-    }
-}
-
-TEST_F(Levers, AreExactlyAtTheirBuiltInOffsetsWhenTheHeadIsAtTheOrigin) {
+    RoundThePole elsewhere;
     LoadAtOrigin();
-    EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 0), (Triple{30.3, 0.0, -32.25}));
-    EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 1), (Triple{-30.3, 0.0, -32.25}));
-    EXPECT_EQ(At(&RoundThePole::LeverLockedPosition, 0), (Triple{30.3, -19.3, -32.25 + -4.3}));
-    EXPECT_EQ(At(&RoundThePole::LeverLockedApproachPosition, 0), (Triple{30.3, -19.3 - 5.0, -32.25 + -4.3}));
-    EXPECT_EQ(At(&RoundThePole::LeverUnlockedApproachPosition, 1), (Triple{-30.3, 19.3 + 5.0, -32.25 + -4.3}));
+    SavedHead{.headCentre = centre}.LoadInto(elsewhere);
+    for (const LeverPosition& position : leverPositions)
+        for (const int lever : {0, 1}) {
+            const Triple offset = position.OffsetOf(lever);
+            EXPECT_EQ(At(position.query, lever), offset) << position.name;
+            EXPECT_TRUE(AreNear(AnswerFor(elsewhere, position.query, lever), offset + centre, rounding))
+                << position.name;
+        }
 }
 
-TEST_F(Levers, DifferOnlyInTheMirroredXOfTheirCentres) {
-    Store("Lever Centre To Ball Centre X Offset", "1.25000");
-    Store("Lever Centre To Ball Centre Y Offset", "-20.0");
-    LoadAtOrigin();
-    // The X offset from the lever centre to the ball is not mirrored.
-    EXPECT_TRUE(AreNear(At(&RoundThePole::LeverLockedPosition, 0), {31.55, -20.0, -36.55}, rounding));
-    EXPECT_TRUE(AreNear(At(&RoundThePole::LeverLockedPosition, 1), {-29.05, -20.0, -36.55}, rounding));
-    EXPECT_TRUE(AreNear(At(&RoundThePole::LeverUnlockedPosition, 1), {-29.05, 20.0, -36.55}, rounding));
-}
-
-TEST_F(Levers, ReadTheirCentresFromTheSettings) {
-    Store("Head Centre To Lever Centre X Offset", "31.0");
-    LoadAtOrigin();
-    for (const DefaultPosition& d : defaults) {
-        EXPECT_TRUE(AreNear(At(d.query, 0), {31.0, d.offset[1], d.offset[2]}, rounding)) << d.name;
-        EXPECT_TRUE(AreNear(At(d.query, 1), {-31.0, d.offset[1], d.offset[2]}, rounding)) << d.name;
-    }
-}
-
-TEST_F(Levers, DoNotMirrorYAndZOfTheirCentres) {
+TEST_F(Levers, MirrorXOfTheirCentresByTheSideAndYOfTheirBallsWhenUnlocked) {
+    // No other number is mirrored, in particular not X from the lever centre to the ball. The centres of rotation are
+    // offsets from the lever centre, not from the ball.
     Store("Head Centre To Lever Centre X Offset", "31.0000");
     Store("Head Centre To Lever Centre Y Offset", "1.500");
     Store("Head Centre To Lever Centre Z Offset", "-40");
-    LoadAtOrigin();
-    EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 0), (Triple{31.0, 1.5, -40.0}));
-    EXPECT_EQ(At(&RoundThePole::LeverCentrePosition, 1), (Triple{-31.0, 1.5, -40.0}));
-}
-
-TEST_F(Levers, MirrorTheYOfTheirBallsWhenUnlocked) {
-    Store("Lever Centre To Ball Centre X Offset", "0.0000");
+    Store("Lever Centre To Ball Centre X Offset", "1.25000");
     Store("Lever Centre To Ball Centre Y Offset", "-20.0");
     LoadAtOrigin();
-    for (const int lever : {0, 1}) {
-        EXPECT_EQ(At(&RoundThePole::LeverLockedPosition, lever)[1], -20.0);
-        EXPECT_EQ(At(&RoundThePole::LeverLockedApproachPosition, lever)[1], -25.0);
-        EXPECT_EQ(At(&RoundThePole::LeverUnlockedPosition, lever)[1], 20.0);
-        EXPECT_EQ(At(&RoundThePole::LeverUnlockedApproachPosition, lever)[1], 25.0);
-        // The centres of rotation are offsets from the lever centre, not from the ball.
-        EXPECT_EQ(At(&RoundThePole::LeverUnlockingCentreOfRotation, lever)[1], -2.0);
-        EXPECT_EQ(At(&RoundThePole::LeverLockingCentreOfRotation, lever)[1], 2.0);
-    }
+    const Triple offsets[] = {{0.0, 0.0, 0.0},    {1.25, -20.0, -4.3}, {1.25, -25.0, -4.3}, {0.0, -2.0, -4.0},
+                              {1.25, 20.0, -4.3}, {1.25, 25.0, -4.3},  {0.0, 2.0, -4.0}};
+    constexpr double rounding = 1e-14; // of a sum of decimal numbers
+    for (std::size_t i = 0; i < std::size(offsets); ++i)
+        for (const int lever : {0, 1})
+            EXPECT_TRUE(AreNear(At(leverPositions[i].query, lever),
+                                offsets[i] + Triple{lever == 0 ? 31.0 : -31.0, 1.5, -40.0}, rounding))
+                << leverPositions[i].name;
 }
 
 TEST_F(Levers, UseNewSettingsFromTheNextLoadOn) {
@@ -101,10 +57,11 @@ TEST_F(Levers, UseNewSettingsFromTheNextLoadOn) {
 
 TEST_F(Levers, WithAnySideExcept0AreTheNegativeLever) {
     LoadAtOrigin();
-    for (const DefaultPosition& d : defaults)
-        for (const int side : {1, 2, 5, -1, 2147483647, -2147483647 - 1}) EXPECT_EQ(At(d.query, side), At(d.query, 1));
-    EXPECT_EQ(At(&RoundThePole::LeverAxisOfRotation, 5), At(&RoundThePole::LeverAxisOfRotation, 1));
-    EXPECT_EQ(At(&RoundThePole::LeverAxisOfRotation, -1), At(&RoundThePole::LeverAxisOfRotation, 1));
+    for (const int side : {1, 2, 5, -1, 2147483647, -2147483647 - 1}) {
+        for (const LeverPosition& position : leverPositions)
+            EXPECT_EQ(At(position.query, side), position.OffsetOf(1)) << position.name;
+        EXPECT_EQ(At(&RoundThePole::LeverAxisOfRotation, side), (Triple{-1.0, 0.0, 0.0}));
+    }
 }
 
 TEST_F(Levers, HaveAxesThatAreDirectionsAndNotPositions) {
@@ -118,7 +75,7 @@ TEST_F(Levers, AreTurnedWithTheirAxesInALoadedHead) {
     const double cosine = std::sqrt(0.75);
     EXPECT_TRUE(AreNear(At(&RoundThePole::LeverAxisOfRotation, 0), {cosine, 0.5, 0.0}, 1e-15));
     EXPECT_TRUE(AreNear(At(&RoundThePole::LeverAxisOfRotation, 1), {-cosine, -0.5, 0.0}, 1e-15));
-    EXPECT_TRUE(AreNear(At(&RoundThePole::LeverCentrePosition, 0), {30.3 * cosine, 15.15, -32.25}, 3 * rounding));
+    EXPECT_TRUE(AreNear(At(&RoundThePole::LeverCentrePosition, 0), {30.3 * cosine, 15.15, -32.25}, 3e-14));
     EXPECT_NE(At(&RoundThePole::LeverAxisOfRotation, 0), (Triple{1.0, 0.0, 0.0}));
 }
 

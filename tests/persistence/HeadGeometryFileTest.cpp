@@ -1,9 +1,8 @@
 #include "persistence/HeadGeometryFile.h"
 #include "head/RoundThePole.h"
-#include "interface/ErrorCodes.h"
 #include "platform/SettingsStore.h"
 #include "tests/support/Bstr.h"
-#include "tests/support/ExpectedFailure.h"
+#include "tests/support/Failures.h"
 
 #include <gtest/gtest.h>
 
@@ -195,7 +194,7 @@ TEST_F(HeadGeometryFile, EndsASaveAtTheFirstValueThatCannotBeWritten) {
         SCOPED_TRACE(failing);
         profile = Profile{};
         profile.write = [failing](std::size_t i) { return i != failing; };
-        ExpectRecord(Save(), QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File");
+        ExpectFailure(Save(), failures::notWritten);
         EXPECT_EQ(profile.written, First(savedOrder, failing + 1));
         EXPECT_EQ(profile.texts.size(), failing) << "the entries before it must stay";
     }
@@ -207,7 +206,7 @@ TEST_F(HeadGeometryFile, EndsALoadAtTheFirstValueThatIsMissing) {
         profile = Profile{};
         FillWithNumbers();
         profile.texts.erase(savedOrder[missing]);
-        ExpectRecord(Load(), QMV_E_READ_FROM_FILE, L"RoundThePole::ReadDoubleFromIniFile", L"Failed To Read from File");
+        ExpectFailure(Load(), failures::notRead);
         const std::size_t lastRead = missing < 3 ? missing : missing + 3;
         EXPECT_EQ(profile.read, First(loadedOrder, lastRead + 1));
     }
@@ -263,8 +262,7 @@ TEST_F(HeadGeometryFile, CannotContainTheNumberThatMarksAMissingOne) {
             SCOPED_TRACE(std::string(text) + " as value " + std::to_string(i));
             FillWithNumbers();
             profile.texts[savedOrder[i]] = text;
-            ExpectRecord(Load(), QMV_E_READ_FROM_FILE, L"RoundThePole::ReadDoubleFromIniFile",
-                         L"Failed To Read from File");
+            ExpectFailure(Load(), failures::notRead);
         }
     }
 }
@@ -285,13 +283,11 @@ TEST_F(HeadGeometryFile, CanContainTheNeighboursOfThatNumber) {
     }
 }
 
-// A text that does not begin with a number is read as 0.0, as required: only a missing value is an error.
+// A text that does not begin with a number is read as 0.0, as required: only a missing value is an error. (The tests of
+// TextToDouble and DoubleToScientific have many more texts and numbers.)
 TEST_F(HeadGeometryFile, ReadsWordsAsZeroAndNumbersToTheirEnds) {
     const std::pair<const char*, double> texts[] = {
-        {"word", 0.0},  {"", 0.0},      {"-", 0.0},       {".", 0.0},      {"e5", 0.0},    {"mm7", 0.0},
-        {"7mm", 7.0},   {"1,5", 1.0},   {"-6.95", -6.95}, {"+2", 2.0},     {".5", 0.5},    {"5.", 5.0},
-        {"1e2", 100.0}, {"1E-2", 0.01}, {"1e", 1.0},      {"12 34", 12.0}, {"0x10", 16.0}, {"1.5.5", 1.5},
-    };
+        {"word", 0.0}, {"", 0.0}, {"7mm", 7.0}, {"1,5", 1.0}, {"1e2", 100.0}};
     for (const auto& [text, number] : texts) {
         SCOPED_TRACE(text);
         FillWithNumbers();
@@ -310,47 +306,18 @@ TEST_F(HeadGeometryFile, ReadsNoMoreThan348CharactersOfAValue) {
 
 TEST_F(HeadGeometryFile, WritesOneDigitNineDecimalsAndTheExponent) {
     const std::pair<const char*, const char*> cases[] = {
-        {"-6.95", "-6.950000000e+00"},
-        {"0", "0.000000000e+00"},
-        {"-0", "-0.000000000e+00"},
-        {"1", "1.000000000e+00"},
-        {"-214.1627580076114", "-2.141627580e+02"},
-        {"0.00012345678901234", "1.234567890e-04"},
-        {"9.9999999999", "1.000000000e+01"},
-        {"1e100", "1.000000000e+100"},
-        {"-1e-100", "-1.000000000e-100"},
-        {"4.9406564584124654e-324", "4.940656458e-324"},
-        {"1.7976931348623157e308", "1.797693135e+308"},
-        {"9.5367431640625e-7", "9.536743164e-07"},
-        // Exact ties go to the even digit.
-        {"1073741824.5", "1.073741824e+09"},
-        {"1073741825.5", "1.073741826e+09"},
+        {"-6.95", "-6.950000000e+00"}, {"-0", "-0.000000000e+00"},          {"-214.1627580076114", "-2.141627580e+02"},
+        {"1e100", "1.000000000e+100"}, {"1073741825.5", "1.073741826e+09"}, // a tie goes to the even digit
     };
     for (const auto& [loaded, saved] : cases) {
         SCOPED_TRACE(loaded);
-        FillWithNumbers();
-        profile.texts[savedOrder[0]] = loaded;
+        Fill({loaded, loaded, loaded, loaded, loaded, "0", "0"});
         ASSERT_EQ(Load().code, S_OK);
-        ASSERT_EQ(Save().code, S_OK);
-        EXPECT_EQ(profile.texts[savedOrder[0]], saved);
-    }
-}
-
-TEST_F(HeadGeometryFile, KeepsTenDigitsAndTheTextOfASecondSave) {
-    // Half a unit of the tenth digit, relative to a number that begins with 1.
-    constexpr double tenDigits = 5e-10;
-    for (const char* const text : {"3.14159265358979", "-271828.1828459045", "1e-300", "0.1", "-123456.7890123456789",
-                                   "99999.999995", "8.98846567431158e307"}) {
-        SCOPED_TRACE(text);
-        Fill({text, text, text, text, text, "0", "0"});
-        ASSERT_EQ(Load().code, S_OK);
-        const double before = head.HeadCentre()[0];
-        ASSERT_EQ(Save().code, S_OK);
-        const std::string saved = profile.texts[savedOrder[0]];
-        ASSERT_EQ(Load().code, S_OK);
-        EXPECT_NEAR(head.HeadCentre()[0], before, tenDigits * std::abs(before));
-        ASSERT_EQ(Save().code, S_OK);
-        EXPECT_EQ(profile.texts[savedOrder[0]], saved);
+        for (int save = 0; save < 2; ++save) {
+            ASSERT_EQ(Save().code, S_OK);
+            for (std::size_t i = 0; i < 5; ++i) EXPECT_EQ(profile.texts[savedOrder[i]], saved) << i;
+            ASSERT_EQ(Load().code, S_OK) << "the second save must give the same text";
+        }
     }
 }
 
@@ -363,7 +330,7 @@ TEST_F(HeadGeometryFile, NamesTheWholeLoadForAnyOtherCode) {
             profile.beforeRead = [=](std::size_t i) {
                 if (i == at) throw code;
             };
-            ExpectRecord(Load(), code, L"RoundThePole::LoadFromFile", L"Failed To Load File");
+            ExpectFailure(Load(), {code, L"RoundThePole::LoadFromFile", L"Failed To Load File"});
         }
     }
 }
@@ -378,25 +345,8 @@ TEST_F(HeadGeometryFile, NamesTheLoadAlsoForAnyOtherCodeOfASave) {
                 if (i == at) throw code;
                 return true;
             };
-            ExpectRecord(Save(), code, L"RoundThePole::LoadFromFile", L"Failed To Save File");
+            ExpectFailure(Save(), {code, L"RoundThePole::LoadFromFile", L"Failed To Save File"});
         }
-    }
-}
-
-TEST_F(HeadGeometryFile, TurnsTheHeadOnceInRepeatedLoads) {
-    // The rounding of one turn by 30 degrees.
-    constexpr double cosine = 0.86602540378443865;
-    constexpr double sine = 0.5;
-    constexpr double oneTurn = 1e-15;
-    Fill({"10", "20", "30", "0", "0", "0", "30"});
-    for (int load = 0; load < 3; ++load) {
-        ASSERT_EQ(Load().code, S_OK);
-        EXPECT_NEAR(head.AAxis()[0], -cosine, oneTurn);
-        EXPECT_NEAR(head.AAxis()[1], -sine, oneTurn);
-        EXPECT_NEAR(head.ApproachDirection()[0], -sine, oneTurn);
-        EXPECT_NEAR(head.ApproachDirection()[1], cosine, oneTurn);
-        EXPECT_EQ(head.BAxis()[2], 1.0);
-        EXPECT_EQ(head.HeadCentre()[0], 10.0);
     }
 }
 

@@ -1,11 +1,6 @@
 #include "tests/server/Client.h"
 
-#include "interface/ErrorCodes.h"
-#include "tests/support/AlignmentArray.h"
-#include "tests/support/Bstr.h"
-#include "tests/support/ErrorRecord.h"
-#include "tests/support/ExpectedFailure.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/Failures.h"
 
 #include <cstring>
 
@@ -16,10 +11,7 @@ using namespace qmv40;
 namespace {
 
 class Activation : public RegisteredClient {};
-class Failures : public RegisteredClient {
-protected:
-    TemporaryFolder folder;
-};
+class Failures : public RegisteredClient {};
 
 CLSID ClassOf(const wchar_t* progId) {
     CLSID clsid{};
@@ -91,80 +83,34 @@ TEST(ActivationWithoutRegistration, FindsNeitherClassNorName) {
 
 TEST_F(Failures, SetAnErrorRecordWithHelpFileAndInterface) {
     const auto fresh = CreateRegistered();
-    AlignmentArray few(Head().ASet(45.0, 3));
-    AlignmentArray enough(Head().BSet(60.0));
     AlignmentArray none = AlignmentArray::Null();
-    Bstr nowhere(folder.Path("no such folder") / "head.ini");
+    AlignmentArray enough(Head().BSet(60.0));
     double a = 0.0;
-    double b = 0.0;
-    XYZData start{};
-    const ExpectedFailure failures[] = {
-        {"getting a position that was never set",
-         [&] { return ReturnedBy([&] { return fresh->GetCurrentHeadPosition(&a, &b); }); }, QMV_E_POSITION_UNKNOWN,
-         L"CQMVCalculator::GetCurrentHeadPosition", L"Current Position is not known", L""},
-        {"a start without a geometry", [&] { return ReturnedBy([&] { return fresh->GetStartPosition(&start); }); },
-         QMV_E_NO_HEAD_GEOMETRY, L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded",
-         L""},
-        {"a position between two steps",
-         [&] { return ReturnedBy([&] { return fresh->SetCurrentHeadPosition(0.0, 7.0); }); }, QMV_E_INVALID_TARGET,
-         L"CQMVCalculator::ValidateMoveTarget", L"Invalid B Target Angle, value must be a 15 degree interval.", L""},
-        {"too few points",
-         [&] { return ReturnedBy([&] { return fresh->EnterHeadGeometry(few.Address(), enough.Address()); }); },
-         QMV_E_TOO_FEW_POINTS, L"RoundThePole::ValidateSafeArrayData", L"Too Few A Axis Points Supplied", L""},
-        {"no array, the platform's own failure passed on",
-         [&] { return ReturnedBy([&] { return fresh->EnterHeadGeometry(none.Address(), enough.Address()); }); },
-         E_INVALIDARG, L"RoundThePole::ValidateSafeArrayData", L"Unspecified", L"Unspecified"},
-        {"no file", [&] { return ReturnedBy([&] { return fresh->LoadHeadGeometryFromFile(nowhere.Address()); }); },
-         QMV_E_READ_FROM_FILE, L"RoundThePole::ReadDoubleFromIniFile", L"Failed To Read from File", L""},
-        {"saving into a folder that does not exist",
-         [&] { return ReturnedBy([&] { return fresh->SaveHeadGeometryToFile(nowhere.Address()); }); },
-         QMV_E_WRITE_TO_FILE, L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File", L""}};
-    for (const ExpectedFailure& failure : failures) ExpectRecord(failure);
-}
-
-TEST_F(Failures, ThatAreThrownSetAnErrorRecordToo) {
-    if (!catchesWhatIsThrown) GTEST_SKIP();
-    const auto fresh = CreateRegistered();
-    const auto placed = CreateRegistered();
-    ASSERT_EQ(Enter(*placed.Get()), S_OK);
-    ASSERT_EQ(placed->SetCurrentHeadPosition(0.0, 0.0), S_OK);
-    RequiredMoves moves{};
-    const ExpectedFailure failures[] = {
-        {"a plan without a geometry, thrown", [&] { return RaisedBy([&] { fresh->CalculateMove(0.0, 0.0, &moves); }); },
-         QMV_E_NO_HEAD_GEOMETRY, L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded",
-         L""},
-        {"a target out of range, thrown", [&] { return RaisedBy([&] { placed->CalculateMove(105.0, 0.0, &moves); }); },
-         QMV_E_INVALID_TARGET, L"CQMVCalculator::ValidateMoveTarget",
-         L"Invalid A Target Angle, value must be between 0 and 90.", L""}};
-    for (const ExpectedFailure& failure : failures) ExpectRecord(failure);
-}
-
-TEST_F(Failures, AreReportedAsRecordedForTheFirstInterfaceOnly) {
-    const auto calculator = CreateRegistered();
-    ComPointer<ISupportErrorInfo> support;
-    ASSERT_EQ(calculator->QueryInterface(IID_ISupportErrorInfo, support.Receive()), S_OK);
-    EXPECT_EQ(support->InterfaceSupportsErrorInfo(IID_IQMVCalculator), S_OK);
-    for (const IID* const other : {&IID_IQMVCalculator2, &IID_IDispatch, &IID_IUnknown, &unknownIdentifier})
-        EXPECT_EQ(support->InterfaceSupportsErrorInfo(*other), S_FALSE);
+    ExpectFailures(
+        {{"an error of the component",
+          [&] { return ReturnedBy([&] { return fresh->GetCurrentHeadPosition(&a, &a); }); }, failures::noPosition},
+         {"no array, the platform's own failure passed on",
+          [&] { return ReturnedBy([&] { return fresh->EnterHeadGeometry(none.Address(), enough.Address()); }); },
+          failures::noArray}});
+    if (catchesWhatIsThrown) {
+        ExpectFailures({{"a plan without a geometry, thrown", [&] { return Plan(*fresh.Get(), 0.0, 0.0); },
+                         failures::noGeometry}});
+    }
 }
 
 TEST_F(Failures, DoNotChangeTheOutParameters) {
     if (!catchesWhatIsThrown) GTEST_SKIP();
     const auto calculator = CreateRegistered();
-    double a = 12.5;
-    double b = -12.5;
+    Position position{12.5, -12.5};
     XYZData start{1.0, 2.0, 3.0};
     RequiredMoves moves{};
     moves.DisengageFromLockLever = {4.0, 5.0, 6.0};
-    EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), QMV_E_POSITION_UNKNOWN);
+    EXPECT_EQ(calculator->GetCurrentHeadPosition(&position.a, &position.b), QMV_E_POSITION_UNKNOWN);
     EXPECT_EQ(calculator->GetStartPosition(&start), QMV_E_NO_HEAD_GEOMETRY);
     EXPECT_THROW(calculator->CalculateMove(0.0, 0.0, &moves), HRESULT);
-    EXPECT_EQ(a, 12.5);
-    EXPECT_EQ(b, -12.5);
-    EXPECT_EQ(start.XPosition, 1.0);
-    EXPECT_EQ(start.YPosition, 2.0);
-    EXPECT_EQ(start.ZPosition, 3.0);
-    EXPECT_EQ(moves.DisengageFromLockLever.ZPosition, 6.0);
+    EXPECT_EQ(position, (Position{12.5, -12.5}));
+    EXPECT_EQ(start, (XYZData{1.0, 2.0, 3.0}));
+    EXPECT_EQ(moves.DisengageFromLockLever, (XYZData{4.0, 5.0, 6.0}));
 }
 
 TEST_F(Failures, DoNotChangeTheObjectAndItsReferences) {

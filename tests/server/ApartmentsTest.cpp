@@ -2,8 +2,6 @@
 
 #include "interface/ErrorCodes.h"
 #include "tests/server/Client.h"
-#include "tests/support/AlignmentArray.h"
-#include "tests/support/ErrorRecord.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <atomic>
@@ -61,7 +59,7 @@ class OtherApartment : public RegisteredClient {
 protected:
     void SetUp() override {
         RegisteredClient::SetUp();
-        serving = std::make_unique<ServingThread>([this] { return At(15.0, 30.0); }, IID_IQMVCalculator2);
+        serving = std::make_unique<ServingThread>([] { return At(15.0, 30.0); }, IID_IQMVCalculator2);
         ASSERT_EQ(serving->Receive(IID_IQMVCalculator2, calculator.Receive()), S_OK);
         ASSERT_TRUE(IsProxy(*calculator.Get()));
     }
@@ -72,31 +70,16 @@ protected:
     }
 
     /// Checks that the object still works.
-    void ExpectItWorks() {
-        XYZData pole{};
-        EXPECT_EQ(calculator->GetPoleSpherePosition(&pole), S_OK);
-        EXPECT_NEAR(pole.XPosition, 100.0, tolerance);
-        EXPECT_NEAR(pole.YPosition, -200.0, tolerance);
-        EXPECT_NEAR(pole.ZPosition, 300.0, tolerance);
-    }
-
-    /// Far above the rounding of a fit of exact points at these coordinates, and far below the accuracy of any machine.
-    static constexpr double tolerance = 1e-9;
+    void ExpectItWorks() { ExpectNear(Pole(*calculator.Get()), {100.0, -200.0, 300.0}); }
 
     std::unique_ptr<ServingThread> serving;
     ComPointer<IQMVCalculator2> calculator;
 };
 
 TEST_F(OtherApartment, ReachesNumbersAndPositions) {
-    double a = 0.0;
-    double b = 0.0;
-    EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
-    EXPECT_EQ(a, 15.0);
-    EXPECT_EQ(b, 30.0);
+    EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{15.0, 30.0}));
     EXPECT_EQ(calculator->SetCurrentHeadPosition(90.0, -180.0), S_OK);
-    EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
-    EXPECT_EQ(a, 90.0);
-    EXPECT_EQ(b, -180.0);
+    EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{90.0, -180.0}));
     ExpectItWorks();
 }
 
@@ -120,10 +103,8 @@ TEST_F(OtherApartment, SavesAndLoadsByFileName) {
 
 // After a failed call the marshaller decides the values of the out parameters, not the object.
 TEST_F(OtherApartment, ReceivesFailureCodes) {
-    double a = 0.0;
-    double b = 0.0;
     EXPECT_EQ(calculator->SetCurrentHeadPosition(7.0, 0.0), QMV_E_INVALID_TARGET);
-    EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), QMV_E_POSITION_UNKNOWN);
+    EXPECT_EQ(PositionCode(*calculator.Get()), QMV_E_POSITION_UNKNOWN);
     ExpectItWorks();
 }
 
@@ -135,28 +116,17 @@ TEST_F(OtherApartment, HasOneIdentityForTheObjectToo) {
 
 TEST_F(OtherApartment, CallsMethodsWithNumbersByName) {
     EXPECT_EQ(Call(*calculator.Get(), L"SetCurrentHeadPosition", 45.0, 60.0).code, S_OK);
-    double a = 0.0;
-    double b = 0.0;
-    EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
-    EXPECT_EQ(a, 45.0);
-    EXPECT_EQ(b, 60.0);
+    EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{45.0, 60.0}));
 }
 
 // Some marshallers cannot transfer arrays of records. Then the call must fail, and the geometry must not change.
 TEST_F(OtherApartment, SendsPointArraysOrTheCallFails) {
     SimulatedHead elsewhere = Head();
     elsewhere.pole = {0.0, 0.0, 0.0};
-    AlignmentArray aAxisPoints(elsewhere.ASet(45.0));
-    AlignmentArray bAxisPoints(elsewhere.BSet(60.0));
-    const HRESULT entered = calculator->EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address());
+    const HRESULT entered = Enter(*calculator.Get(), elsewhere);
     RecordProperty("entered", std::to_string(entered));
-    if (FAILED(entered)) {
-        ExpectItWorks();
-        return;
-    }
-    XYZData pole{};
-    EXPECT_EQ(calculator->GetPoleSpherePosition(&pole), S_OK);
-    EXPECT_NEAR(pole.ZPosition, 0.0, tolerance);
+    if (FAILED(entered)) return ExpectItWorks();
+    ExpectNear(Pole(*calculator.Get()), {0.0, 0.0, 0.0});
 }
 
 // Some marshallers cannot transfer error records. If one can, it must be the right record.

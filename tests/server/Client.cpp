@@ -1,7 +1,6 @@
 #include "tests/server/Client.h"
 
 #include "tests/server/Registry.h"
-#include "tests/support/AlignmentArray.h"
 
 using namespace qmv40;
 
@@ -51,27 +50,17 @@ Client::Client() { RemoveRegistration(); }
 
 Client::~Client() { RemoveRegistration(); }
 
-SimulatedHead Client::Head() {
-    SimulatedHead head;
-    head.pole = {100.0, -200.0, 300.0};
-    head.mountingAngle = 10.0;
-    return head;
+namespace {
+
+const LoadedServer& Delivered() {
+    static const LoadedServer server;
+    return server;
 }
 
-HRESULT Client::Enter(IQMVCalculator& calculator) {
-    AlignmentArray aAxisPoints(Head().ASet(45.0));
-    AlignmentArray bAxisPoints(Head().BSet(60.0));
-    return calculator.EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address());
+} // namespace
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
+    return Delivered().GetClassObject(clsid, iid, object);
 }
 
-ComPointer<IQMVCalculator2> Client::WithGeometry() const {
-    auto calculator = server.Create();
-    EXPECT_EQ(Enter(*calculator.Get()), S_OK);
-    return calculator;
-}
-
-ComPointer<IQMVCalculator2> Client::At(double a, double b) const {
-    auto calculator = WithGeometry();
-    EXPECT_EQ(calculator->SetCurrentHeadPosition(a, b), S_OK);
-    return calculator;
-}
+STDAPI DllCanUnloadNow() { return Delivered().CanUnloadNow(); }

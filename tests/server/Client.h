@@ -1,14 +1,9 @@
 #pragma once
 
-#include "tests/support/Calculator.h"
-#include "tests/support/SettingsFixture.h"
-#include "tests/support/SimulatedHead.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/PreparedCalculator.h"
 
 #include <filesystem>
 #include <stdexcept>
-#include <type_traits>
 #include <utility>
 
 /// The client's side of the component: its file is beside the test program and is loaded at run time.
@@ -83,22 +78,14 @@ template <class Interface, class Call> qmv40::ComPointer<Interface> Received(Cal
 inline constexpr GUID unknownIdentifier{0x9C0A7C1D, 0x5B1E, 0x4E7B, {0x8F, 0x0D, 0x2A, 0x61, 0x33, 0x94, 0xE5, 0x70}};
 
 /// A single-threaded client that has loaded the component. There are no settings. Nothing is registered, except by the
-/// test itself; the registration is removed at the end.
-class Client : public testing::Test {
+/// test itself; the registration is removed at the end. In these programs DllGetClassObject and DllCanUnloadNow are the
+/// entry points of the loaded component.
+class Client : public PreparedCalculator {
 protected:
     Client();
     ~Client() override;
 
-    /// A head with its centre at (100, -200, 300), mounted turned by 10 degrees.
-    static SimulatedHead Head();
-    /// Enters that head's geometry.
-    static HRESULT Enter(IQMVCalculator& calculator);
-    qmv40::ComPointer<IQMVCalculator2> WithGeometry() const;
-    /// Has a geometry and a position.
-    qmv40::ComPointer<IQMVCalculator2> At(double a, double b) const;
-
     Apartment apartment;
-    SettingsFixture settings;
     LoadedServer server;
 };
 

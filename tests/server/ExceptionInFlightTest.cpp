@@ -1,6 +1,5 @@
-#include "interface/ErrorCodes.h"
 #include "tests/server/Client.h"
-#include "tests/support/ErrorRecord.h"
+#include "tests/support/Failures.h"
 #include "tests/support/Unwinding.h"
 
 #include <cstring>
@@ -32,9 +31,7 @@ TEST_F(ExceptionInFlight, CanBeFollowedByACaughtCodeOfCalculateMove) {
     for (int i = 0; i < 3; ++i) {
         Raised raised;
         WhileUnwinding([&] { raised = RaisedBy([&] { calculator->CalculateMove(0.0, 0.0, &moves); }); });
-        EXPECT_EQ(raised.code, QMV_E_NO_HEAD_GEOMETRY);
-        ASSERT_TRUE(raised.record);
-        EXPECT_EQ(raised.record->description, L"Head Geometry has not been supplied and/or loaded");
+        ExpectFailure(raised, failures::noGeometry);
     }
 }
 

@@ -1,8 +1,8 @@
 #include "tests/server/LateCall.h"
 
-#include "interface/ErrorCodes.h"
 #include "tests/server/Client.h"
 #include "tests/server/Registry.h"
+#include "tests/support/Failures.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <functional>
@@ -110,6 +110,7 @@ TEST_F(LateBinding, HasOneTypeInformation) {
     ASSERT_EQ(own->GetTypeAttr(&attributes), S_OK);
     EXPECT_TRUE(IsEqualGUID(attributes->guid, IID_IQMVCalculator2));
     own->ReleaseTypeAttr(attributes);
+    EXPECT_EQ(References(*calculator.Get()), 1U) << "the type information must hold no reference to the object";
 }
 
 TEST_F(LateBinding, RefusesOtherMethodsAndPropertyWrites) {
@@ -222,11 +223,7 @@ TEST_F(LateBinding, AcceptsANumberInEveryForm) {
             const auto calculator = server.Create();
             EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {argument, Argument(-30.0)}, {.locale = locale}).code, S_OK)
                 << why << ", locale " << locale;
-            double a = 0.0;
-            double b = 0.0;
-            EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
-            EXPECT_EQ(a, 45.0) << why << ", locale " << locale;
-            EXPECT_EQ(b, -30.0);
+            EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{45.0, -30.0})) << why << ", locale " << locale;
         }
     }
 }
@@ -257,6 +254,7 @@ void ExpectNumbers(IQMVCalculator2& calculator, const std::vector<NumberCase>& c
 }
 
 TEST_F(LateBinding, AcceptsATextOnlyIfAllOfItIsANumber) {
+    constexpr HRESULT refused = DISP_E_TYPEMISMATCH;
     const struct {
         const wchar_t* text;
         HRESULT code;
@@ -271,31 +269,31 @@ TEST_F(LateBinding, AcceptsATextOnlyIfAllOfItIsANumber) {
                  {L"4.5e1", S_OK, 45.0, "an exponent, as languages write large numbers"},
                  {L"4.5E+01", S_OK, 45.0, "an exponent"},
                  {L" \t45 ", S_OK, 45.0, "blanks around it, as files and forms have them"},
-                 {L"7,5", DISP_E_TYPEMISMATCH, 0.0, "a comma: 7.5 to one caller, 75 to another"},
-                 {L"45,", DISP_E_TYPEMISMATCH, 0.0, "a comma"},
-                 {L"4,5", DISP_E_TYPEMISMATCH, 0.0, "a comma: another program could read 45"},
-                 {L"1,5e1", DISP_E_TYPEMISMATCH, 0.0, "a comma"},
-                 {L"4 5", DISP_E_TYPEMISMATCH, 0.0, "a blank inside: it separates thousands in some countries"},
-                 {L"4\u00A05", DISP_E_TYPEMISMATCH, 0.0, "a non-breaking space"},
-                 {L"4'5", DISP_E_TYPEMISMATCH, 0.0, "an apostrophe: it separates thousands in some countries"},
-                 {L"&H2D", DISP_E_TYPEMISMATCH, 0.0, "hexadecimal in Basic"},
-                 {L"0x2D", DISP_E_TYPEMISMATCH, 0.0, "hexadecimal in C"},
-                 {L"4.5d1", DISP_E_TYPEMISMATCH, 0.0, "an exponent of old languages"},
-                 {L"inf", DISP_E_TYPEMISMATCH, 0.0, "a word"},
-                 {L"nan", DISP_E_TYPEMISMATCH, 0.0, "a word"},
-                 {L"45 degrees", DISP_E_TYPEMISMATCH, 0.0, "more than a number"},
-                 {L"45\u00B0", DISP_E_TYPEMISMATCH, 0.0, "more than a number"},
-                 {L"(45)", DISP_E_TYPEMISMATCH, 0.0, "parentheses: they mean a negative number in accounting"},
-                 {L"45-", DISP_E_TYPEMISMATCH, 0.0, "a sign behind"},
-                 {L"+-45", DISP_E_TYPEMISMATCH, 0.0, "two signs"},
-                 {L"++45", DISP_E_TYPEMISMATCH, 0.0, "two signs"},
-                 {L"4.5.0", DISP_E_TYPEMISMATCH, 0.0, "two points"},
-                 {L"45e", DISP_E_TYPEMISMATCH, 0.0, "an exponent without digits"},
-                 {L"\uFF14\uFF15", DISP_E_TYPEMISMATCH, 0.0, "digits of full width"},
-                 {L"+", DISP_E_TYPEMISMATCH, 0.0, "no digits"},
-                 {L".", DISP_E_TYPEMISMATCH, 0.0, "no digits"},
-                 {L" ", DISP_E_TYPEMISMATCH, 0.0, "blanks alone"},
-                 {L"", DISP_E_TYPEMISMATCH, 0.0, "an empty text is not zero"},
+                 {L"7,5", refused, 0.0, "a comma: 7.5 to one caller, 75 to another"},
+                 {L"45,", refused, 0.0, "a comma"},
+                 {L"4,5", refused, 0.0, "a comma: another program could read 45"},
+                 {L"1,5e1", refused, 0.0, "a comma"},
+                 {L"4 5", refused, 0.0, "a blank inside: it separates thousands in some countries"},
+                 {L"4\u00A05", refused, 0.0, "a non-breaking space"},
+                 {L"4'5", refused, 0.0, "an apostrophe: it separates thousands in some countries"},
+                 {L"&H2D", refused, 0.0, "hexadecimal in Basic"},
+                 {L"0x2D", refused, 0.0, "hexadecimal in C"},
+                 {L"4.5d1", refused, 0.0, "an exponent of old languages"},
+                 {L"inf", refused, 0.0, "a word"},
+                 {L"nan", refused, 0.0, "a word"},
+                 {L"45 degrees", refused, 0.0, "more than a number"},
+                 {L"45\u00B0", refused, 0.0, "more than a number"},
+                 {L"(45)", refused, 0.0, "parentheses: they mean a negative number in accounting"},
+                 {L"45-", refused, 0.0, "a sign behind"},
+                 {L"+-45", refused, 0.0, "two signs"},
+                 {L"++45", refused, 0.0, "two signs"},
+                 {L"4.5.0", refused, 0.0, "two points"},
+                 {L"45e", refused, 0.0, "an exponent without digits"},
+                 {L"\uFF14\uFF15", refused, 0.0, "digits of full width"},
+                 {L"+", refused, 0.0, "no digits"},
+                 {L".", refused, 0.0, "no digits"},
+                 {L" ", refused, 0.0, "blanks alone"},
+                 {L"", refused, 0.0, "an empty text is not zero"},
                  {L"1e999", DISP_E_OVERFLOW, 0.0, "a number beyond the largest double"}};
     const auto calculator = server.Create();
     for (const auto& [text, code, angle, why] : cases) {
@@ -501,23 +499,16 @@ TEST_F(LateBinding, WritesBothPositionsOrNeither) {
 
 TEST_F(LateBinding, AcceptsArgumentsByName) {
     const auto calculator = server.Create();
-    const auto expectPosition = [&](double expectedA, double expectedB) {
-        double a = 0.0;
-        double b = 0.0;
-        EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
-        EXPECT_EQ(a, expectedA);
-        EXPECT_EQ(b, expectedB);
-    };
     EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(-45.0), Argument(15.0)}, {.named = {1, 0}}).code, S_OK);
-    expectPosition(15.0, -45.0);
+    EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{15.0, -45.0}));
     EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(30.0), Argument(-60.0)}, {.named = {0, 1}}).code, S_OK);
-    expectPosition(30.0, -60.0);
+    EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{30.0, -60.0}));
     EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(-75.0), Argument(90.0)}, {.named = {1}}).code, S_OK)
         << "one by name, one by position";
-    expectPosition(90.0, -75.0);
+    EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{90.0, -75.0}));
     EXPECT_EQ(InvokeWith(*calculator.Get(), 4, {Argument(0.0), Argument(0.0)}, {.named = {0, 7}}).code,
               DISP_E_PARAMNOTFOUND);
-    expectPosition(90.0, -75.0);
+    EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{90.0, -75.0}));
 }
 
 TEST_F(LateBinding, AcceptsArgumentsByNameForEveryMethod) {
@@ -528,9 +519,7 @@ TEST_F(LateBinding, AcceptsArgumentsByNameForEveryMethod) {
     EXPECT_EQ(a, 15.0);
     EXPECT_EQ(b, -30.0);
     EXPECT_EQ(InvokeWith(*calculator.Get(), 5, {Argument(90), Argument(45)}, {.named = {1, 0}}).code, S_OK);
-    EXPECT_EQ(calculator->GetCurrentHeadPosition(&a, &b), S_OK);
-    EXPECT_EQ(a, 45.0);
-    EXPECT_EQ(b, 90.0);
+    EXPECT_EQ(CurrentPosition(*calculator.Get()), (Position{45.0, 90.0}));
     Bstr path(folder.Path("head.ini"));
     EXPECT_EQ(InvokeWith(*calculator.Get(), 2, {Argument(path)}, {.named = {0}}).code, S_OK);
     EXPECT_EQ(InvokeWith(*calculator.Get(), 1, {Argument(path)}, {.named = {0}}).code, S_OK);
@@ -589,6 +578,7 @@ TEST_F(LateBinding, TellsWhichArgumentHasTheWrongType) {
 }
 
 TEST_F(LateBinding, ReportsAFailingMethodByCodeSourceAndDescription) {
+    using namespace failures;
     const auto fresh = server.Create();
     const auto placed = At(15.0, 30.0);
     double a = 12.5;
@@ -600,40 +590,26 @@ TEST_F(LateBinding, ReportsAFailingMethodByCodeSourceAndDescription) {
     const struct {
         const char* how;
         std::function<Outcome()> action;
-        HRESULT scode;
-        const wchar_t* source;
-        const wchar_t* description;
-        const wchar_t* helpFile;
-    } failures[] = {
-        {"a position never set", [&] { return Call(*fresh.Get(), L"GetCurrentHeadPosition", &a, &b); },
-         QMV_E_POSITION_UNKNOWN, L"CQMVCalculator::GetCurrentHeadPosition", L"Current Position is not known", L""},
-        {"a plan without a geometry", [&] { return Call(*fresh.Get(), L"CalculateMove", 0.0, 0.0); },
-         QMV_E_NO_HEAD_GEOMETRY, L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded",
-         L""},
-        {"a target between two steps", [&] { return Call(*placed.Get(), L"CalculateMove", 0, 7); },
-         QMV_E_INVALID_TARGET, L"CQMVCalculator::ValidateMoveTarget",
-         L"Invalid B Target Angle, value must be a 15 degree interval.", L""},
-        {"a start without a geometry", [&] { return Call(*fresh.Get(), L"GetStartPosition"); }, QMV_E_NO_HEAD_GEOMETRY,
-         L"CQMVCalculator::CalculateMove", L"Head Geometry has not been supplied and/or loaded", L""},
+        Failure expected;
+    } calls[] = {
+        {"a position never set", [&] { return Call(*fresh.Get(), L"GetCurrentHeadPosition", &a, &b); }, noPosition},
+        {"a plan without a geometry", [&] { return Call(*fresh.Get(), L"CalculateMove", 0.0, 0.0); }, noGeometry},
+        {"a target between two steps", [&] { return Call(*placed.Get(), L"CalculateMove", 0, 7); }, stepOfB},
+        {"a start without a geometry", [&] { return Call(*fresh.Get(), L"GetStartPosition"); }, noGeometry},
         {"a position out of range", [&] { return Call(*fresh.Get(), L"SetCurrentHeadPosition", 105.0, 0.0); },
-         QMV_E_INVALID_TARGET, L"CQMVCalculator::ValidateMoveTarget",
-         L"Invalid A Target Angle, value must be between 0 and 90.", L""},
-        {"too few points", [&] { return Call(*fresh.Get(), L"EnterHeadGeometry", few.Get(), enough.Get()); },
-         QMV_E_TOO_FEW_POINTS, L"RoundThePole::ValidateSafeArrayData", L"Too Few A Axis Points Supplied", L""},
-        {"no array", [&] { return Call(*fresh.Get(), L"EnterHeadGeometry", none, enough.Get()); }, E_INVALIDARG,
-         L"RoundThePole::ValidateSafeArrayData", L"Unspecified", L"Unspecified"},
-        {"no file", [&] { return Call(*fresh.Get(), L"LoadHeadGeometryFromFile", nowhere); }, QMV_E_READ_FROM_FILE,
-         L"RoundThePole::ReadDoubleFromIniFile", L"Failed To Read from File", L""},
-        {"nowhere to save", [&] { return Call(*fresh.Get(), L"SaveHeadGeometryToFile", nowhere); }, QMV_E_WRITE_TO_FILE,
-         L"RoundThePole::WriteDoubleToIniFile", L"Failed To Write To File", L""}};
-    for (const auto& failure : failures) {
-        SCOPED_TRACE(failure.how);
-        const Outcome outcome = failure.action();
+         rangeOfA},
+        {"too few points", [&] { return Call(*fresh.Get(), L"EnterHeadGeometry", few.Get(), enough.Get()); }, tooFewA},
+        {"no array", [&] { return Call(*fresh.Get(), L"EnterHeadGeometry", none, enough.Get()); }, noArray},
+        {"no file", [&] { return Call(*fresh.Get(), L"LoadHeadGeometryFromFile", nowhere); }, notRead},
+        {"nowhere to save", [&] { return Call(*fresh.Get(), L"SaveHeadGeometryToFile", nowhere); }, notWritten}};
+    for (const auto& [how, action, expected] : calls) {
+        SCOPED_TRACE(how);
+        const Outcome outcome = action();
         EXPECT_EQ(outcome.code, DISP_E_EXCEPTION);
-        EXPECT_EQ(outcome.scode, failure.scode);
-        EXPECT_EQ(outcome.source, failure.source);
-        EXPECT_EQ(outcome.description, failure.description);
-        EXPECT_EQ(outcome.helpFile, failure.helpFile);
+        EXPECT_EQ(outcome.scode, expected.code);
+        EXPECT_EQ(outcome.source, expected.source);
+        EXPECT_EQ(outcome.description, expected.description);
+        EXPECT_EQ(outcome.helpFile, expected.helpFile);
         EXPECT_EQ(V_VT(outcome.result.get()), VT_EMPTY);
     }
     EXPECT_EQ(a, 12.5);

@@ -31,7 +31,7 @@ HRESULT CallBeside(std::uint32_t beside, IUnknown* object, std::size_t place, Ar
     (Append(words, arguments), ...);
     const void* const method = (*reinterpret_cast<const void* const* const*>(object))[place];
     auto count = static_cast<std::uint32_t>(words.size());
-    std::uint32_t gap = (beside - 4 * count) % 16;
+    std::uint32_t gap = (beside + 4 * count) % 16; // the pushed words move the pointer down by 4 each
     HRESULT result = E_UNEXPECTED;
     __asm__ volatile("movl %%esp, %%esi\n\t"
                      "andl $-16, %%esp\n\t"

@@ -11,12 +11,12 @@
 #include <csignal>
 #include <sys/mount.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace qmv40;
 
-/// Difficult places of this platform: permissions, links, a full disk.
+/// Difficult places of this platform: a full disk, long names. (The tests of the profile files have permissions and
+/// links.)
 
 namespace {
 
@@ -24,16 +24,6 @@ namespace fs = std::filesystem;
 
 class AwkwardPlaces : public testing::Test {
 protected:
-    AwkwardPlaces() { fs::permissions(folder.Path(), fs::perms::all); }
-    ~AwkwardPlaces() override {
-        std::error_code ignored;
-        fs::permissions(folder.Path(), fs::perms::all, ignored);
-    }
-
-    void PutFirst(unsigned mode) const {
-        TwoGeometries::Put(path, 1);
-        fs::permissions(path, static_cast<fs::perms>(mode));
-    }
     /// Whether a save of the second geometry is refused with the right code and record.
     bool IsSaveRefused() const {
         const Raised raised = ReturnedBy([&] { return second->SaveHeadGeometryToFile(Bstr(path).Address()); });
@@ -46,8 +36,8 @@ protected:
         return loader->LoadHeadGeometryFromFile(Bstr(path).Address()) == S_OK &&
                TwoGeometries::HeldBy(*loader.Get()) == which;
     }
-    std::ptrdiff_t FilesIn(const fs::path& place) const {
-        const fs::directory_iterator files(place);
+    std::ptrdiff_t FilesInFolder() const {
+        const fs::directory_iterator files(folder.Path());
         return std::distance(begin(files), end(files));
     }
 
@@ -55,68 +45,6 @@ protected:
     fs::path path = folder.Path("head.ini");
     ComPointer<IQMVCalculator2> second = TwoGeometries::Calculator(folder.Path(), 2);
 };
-
-TEST_F(AwkwardPlaces, AllowALoadOfAFileWithoutWritePermission) {
-    PutFirst(0444);
-    EXPECT_TRUE(AsOrdinaryUser([&] { return IsSaveRefused() && IsLoaded(1); }));
-    EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
-    EXPECT_EQ(FilesIn(folder.Path()), 1);
-}
-
-TEST_F(AwkwardPlaces, AllowASaveInAFolderWithoutWritePermission) {
-    PutFirst(0666);
-    fs::permissions(folder.Path(), static_cast<fs::perms>(0555));
-    EXPECT_TRUE(AsOrdinaryUser([&] { return Save() == S_OK && IsLoaded(2); }));
-    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
-    EXPECT_EQ(FilesIn(folder.Path()), 1);
-}
-
-TEST_F(AwkwardPlaces, AllowASaveInAFolderThatCannotBeListed) {
-    PutFirst(0666);
-    fs::permissions(folder.Path(), static_cast<fs::perms>(0333));
-    EXPECT_TRUE(AsOrdinaryUser([&] { return Save() == S_OK && IsLoaded(2); }));
-    fs::permissions(folder.Path(), fs::perms::all);
-    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
-    EXPECT_EQ(FilesIn(folder.Path()), 1);
-}
-
-TEST_F(AwkwardPlaces, RefuseAFileWithoutReadPermission) {
-    PutFirst(0222);
-    EXPECT_TRUE(AsOrdinaryUser([&] {
-        return second->LoadHeadGeometryFromFile(Bstr(path).Address()) == QMV_E_READ_FROM_FILE && IsSaveRefused() &&
-               TwoGeometries::HeldBy(*second.Get()) == 2;
-    }));
-    fs::permissions(path, static_cast<fs::perms>(0666));
-    EXPECT_EQ(TwoGeometries::HeldByFile(path), 1);
-}
-
-TEST_F(AwkwardPlaces, WriteTheTargetOfALink) {
-    fs::create_directory(folder.Path("elsewhere"));
-    TwoGeometries::Put(folder.Path("elsewhere") / "real.ini", 1);
-    fs::create_symlink("elsewhere/real.ini", path);
-    EXPECT_TRUE(IsLoaded(1));
-    EXPECT_EQ(Save(), S_OK);
-    EXPECT_TRUE(fs::is_symlink(path));
-    EXPECT_EQ(TwoGeometries::HeldByFile(folder.Path("elsewhere") / "real.ini"), 2);
-    EXPECT_TRUE(IsLoaded(2));
-    EXPECT_EQ(FilesIn(folder.Path("elsewhere")), 1);
-}
-
-TEST_F(AwkwardPlaces, CreateTheTargetOfALinkInAnExistingFolder) {
-    fs::create_symlink(folder.Path("real.ini"), path);
-    EXPECT_EQ(second->LoadHeadGeometryFromFile(Bstr(path).Address()), QMV_E_READ_FROM_FILE);
-    EXPECT_EQ(Save(), S_OK);
-    EXPECT_TRUE(fs::is_symlink(path));
-    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(folder.Path("real.ini"))));
-
-    fs::remove(path);
-    fs::create_symlink(folder.Path("none") / "real.ini", path);
-    EXPECT_TRUE(IsSaveRefused());
-    fs::remove(path);
-    fs::create_symlink("head.ini", path);
-    EXPECT_TRUE(IsSaveRefused()) << "a link to itself";
-    EXPECT_EQ(second->LoadHeadGeometryFromFile(Bstr(path).Address()), QMV_E_READ_FROM_FILE);
-}
 
 /// The file of the first geometry, with those entries of the second one that fit into `room` bytes.
 std::string EntriesBefore(std::size_t room) {
@@ -148,7 +76,7 @@ TEST_F(AwkwardPlaces, KeepTheEntriesThatFitOnTheDisk) {
             return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && (isComplete ? Save() == S_OK : IsSaveRefused());
         }));
         ASSERT_EQ(TwoGeometries::ContentOf(path), expected);
-        ASSERT_EQ(FilesIn(folder.Path()), 1);
+        ASSERT_EQ(FilesInFolder(), 1);
         if (!isComplete && expected != TwoGeometries::FileText(1)) ++mixtures;
     }
     EXPECT_GT(mixtures, 50);
@@ -164,7 +92,7 @@ TEST_F(AwkwardPlaces, KeepWholeEntriesOfANewFileThatDoesNotFit) {
     }));
     EXPECT_EQ(TwoGeometries::ContentOf(path), "[HEADCENTRE]\r\nX=2.222000000e+01\r\nY=2.222000000e+02\r\n"
                                               "Z=2.222000000e+03\r\n");
-    EXPECT_EQ(FilesIn(folder.Path()), 1);
+    EXPECT_EQ(FilesInFolder(), 1);
 }
 
 /// Mounts a disk of 16 blocks at `folder`, for this process only. False without the permission.
@@ -188,7 +116,7 @@ TEST_F(AwkwardPlaces, AllowASaveThatFitsOnAFullDisk) {
         if (Save() != S_OK || TwoGeometries::HeldByFile(path) != 2) return notWritten; // it fits into the file's block
         path = folder.Path("new.ini");
         if (!IsSaveRefused()) return notRefused;
-        return FilesIn(folder.Path()) == 2 ? asPromised : notAlone;
+        return FilesInFolder() == 2 ? asPromised : notAlone;
     });
     if (outcome == notPermitted)
         GTEST_SKIP() << "no permission to mount a disk; another test uses a limit of the file size";

@@ -3,10 +3,9 @@
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TwoGeometries.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
 
-#include <sddl.h>
+#include <fstream>
 
 using namespace qmv40;
 
@@ -39,13 +38,6 @@ protected:
 
     Raised Save() const {
         return ReturnedBy([&] { return second->SaveHeadGeometryToFile(Bstr(path).Address()); });
-    }
-    std::string AccessControlList() const {
-        DWORD size = 0;
-        GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
-        std::string list(size, '\0');
-        EXPECT_NE(GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, list.data(), size, &size), 0);
-        return list;
     }
     void ExpectOnlyTheFile() const {
         const fs::directory_iterator files(folder.Path());
@@ -102,19 +94,6 @@ TEST_F(AwkwardPlaces, KeepTheFilesAttributes) {
     EXPECT_EQ(Save().code, S_OK);
     EXPECT_NE(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN, 0U);
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-}
-
-TEST_F(AwkwardPlaces, KeepTheAccessControlList) {
-    // Full access for everybody, in the platform's text form, protected against inheritance from the folder.
-    const wchar_t* const text = L"D:P(A;;FA;;;WD)";
-    PSECURITY_DESCRIPTOR wanted = nullptr;
-    ASSERT_NE(ConvertStringSecurityDescriptorToSecurityDescriptorW(text, SDDL_REVISION_1, &wanted, nullptr), 0);
-    ASSERT_NE(SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, wanted), 0);
-    LocalFree(wanted);
-    const std::string before = AccessControlList();
-    EXPECT_EQ(Save().code, S_OK);
-    EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
-    EXPECT_EQ(AccessControlList(), before);
 }
 
 TEST_F(AwkwardPlaces, KeepAllNamesOfAFile) {

@@ -21,7 +21,7 @@ protected:
         return head;
     }
 
-    static HRESULT Enter(IQMVCalculator& calculator, const SimulatedHead& head) {
+    static HRESULT Enter(IQMVCalculator& calculator, const SimulatedHead& head = Head()) {
         AlignmentArray aAxisPoints(head.ASet(45.0));
         AlignmentArray bAxisPoints(head.BSet(60.0));
         return calculator.EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address());
@@ -30,7 +30,7 @@ protected:
     /// Has a geometry. The head's position is unknown.
     static qmv40::ComPointer<IQMVCalculator2> WithGeometry() {
         auto calculator = CreateCalculator();
-        EXPECT_EQ(Enter(*calculator.Get(), Head()), S_OK);
+        EXPECT_EQ(Enter(*calculator.Get()), S_OK);
         return calculator;
     }
 
