@@ -5,22 +5,18 @@
 
 #include <cmath>
 #include <fstream>
-#include <functional>
 #include <iterator>
 
-/// A client enters, saves, loads and replaces geometries.
+/// A client enters, saves, loads and replaces geometries. (What a geometry and its file contain is tested in tests/head
+/// and tests/persistence.)
 
 namespace {
 
-std::string ContentOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// Without blank lines and line ends, in which the platforms' profile writers differ.
 std::string LinesOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
     std::string lines;
-    for (const char c : ContentOf(path))
+    for (const char c : std::string(std::istreambuf_iterator<char>(file), {}))
         if (c != '\r' && (c != '\n' || (!lines.empty() && lines.back() != '\n'))) lines += c;
     return lines;
 }
@@ -31,16 +27,9 @@ void Write(const std::filesystem::path& path, const std::string& content) {
 
 class GeometryFiles : public PreparedCalculator {
 protected:
-    static std::string FileText(const char* centre, const char* safe, const char* alignment) {
-        return std::string("[HEADCENTRE]\r\n") + centre + "[SAFEPOSITION]\r\n" + safe + alignment;
-    }
-    static std::string CompleteText() {
-        return FileText("X=1\r\nY=2\r\nZ=3\r\n", "X=4\r\nY=5\r\nZ=6\r\n",
-                        "[AlignmentOffset]\r\nRequiredRotationAroundZ=0\r\n");
-    }
-    static std::string TextWithoutRotation() {
-        return FileText("X=10\r\nY=20\r\nZ=30\r\n", "X=4\r\nY=5\r\nZ=6\r\n", "");
-    }
+    static constexpr const char* completeText =
+        "[HEADCENTRE]\r\nX=1\r\nY=2\r\nZ=3\r\n[SAFEPOSITION]\r\nX=4\r\nY=5\r\nZ=6\r\n"
+        "[AlignmentOffset]\r\nRequiredRotationAroundZ=0\r\n";
 
     HRESULT Load(IQMVCalculator& calculator) const { return calculator.LoadHeadGeometryFromFile(Bstr(path).Address()); }
     HRESULT Save(IQMVCalculator& calculator) const { return calculator.SaveHeadGeometryToFile(Bstr(path).Address()); }
@@ -77,16 +66,6 @@ TEST_F(GeometryFiles, GiveTheMovesOfTheSavedGeometry) {
     EXPECT_NEAR(loaded.RotateToPeg.RotationAngle, saved.RotateToPeg.RotationAngle, tenDigits);
 }
 
-TEST_F(GeometryFiles, AreTheSameWhenALoadedGeometryIsSaved) {
-    ASSERT_EQ(Save(*WithGeometry().Get()), S_OK);
-    const std::string before = LinesOf(path);
-    const auto calculator = CreateCalculator();
-    ASSERT_EQ(Load(*calculator.Get()), S_OK);
-    std::filesystem::remove(path);
-    ASSERT_EQ(Save(*calculator.Get()), S_OK);
-    EXPECT_EQ(LinesOf(path), before);
-}
-
 TEST_F(GeometryFiles, KeepTheirOtherContentInASave) {
     Write(path, "[Machine]\r\nName=left\r\n[HEADCENTRE]\r\nX=old\r\nNote=kept\r\n[Other]\r\nX=7\r\n");
     ASSERT_EQ(Save(*WithGeometry().Get()), S_OK);
@@ -101,26 +80,16 @@ TEST_F(GeometryFiles, KeepTheirOtherContentInASave) {
 }
 
 TEST_F(GeometryFiles, MakeAGeometryAvailableWhenLoaded) {
-    Write(path, CompleteText());
+    Write(path, completeText);
     const auto calculator = CreateCalculator();
     ASSERT_EQ(calculator->SetCurrentHeadPosition(0.0, 0.0), S_OK);
     ASSERT_EQ(Load(*calculator.Get()), S_OK);
     EXPECT_EQ(Plan(*calculator.Get(), 0.0, 0.0).code, S_OK);
 }
 
-// The safe height is 35 above the head centre; the height in the file is not used.
-TEST_F(GeometryFiles, GivePlansAtTheComputedSafeHeight) {
-    Write(path, CompleteText());
-    const auto calculator = CreateCalculator();
-    ASSERT_EQ(Load(*calculator.Get()), S_OK);
-    ASSERT_EQ(calculator->SetCurrentHeadPosition(0.0, 0.0), S_OK);
-    RequiredMoves moves{};
-    ASSERT_EQ(calculator->CalculateMove(0.0, 0.0, &moves), S_OK);
-    EXPECT_EQ(moves.MoveToPegAtSafeZ.ZPosition, 38.0);
-}
-
 TEST_F(GeometryFiles, ThatCannotBeLoadedDoNotChangeTheAvailability) {
-    Write(path, TextWithoutRotation());
+    Write(path,
+          "[HEADCENTRE]\r\nX=10\r\nY=20\r\nZ=30\r\n[SAFEPOSITION]\r\nX=4\r\nY=5\r\nZ=6\r\n"); // without a rotation
     const auto fresh = CreateCalculator();
     ASSERT_EQ(fresh->SetCurrentHeadPosition(0.0, 0.0), S_OK);
     EXPECT_EQ(Load(*fresh.Get()), QMV_E_READ_FROM_FILE);
@@ -131,20 +100,8 @@ TEST_F(GeometryFiles, ThatCannotBeLoadedDoNotChangeTheAvailability) {
     EXPECT_EQ(Plan(*prepared.Get(), 0.0, 0.0).code, S_OK);
 }
 
-TEST_F(GeometryFiles, WithoutARotationReplaceTheOtherNumbers) {
-    Write(path, TextWithoutRotation());
-    const auto calculator = At(15.0, 0.0);
-    EXPECT_EQ(Load(*calculator.Get()), QMV_E_READ_FROM_FILE);
-    EXPECT_EQ(Pole(*calculator.Get()), (XYZData{10.0, 20.0, 30.0}));
-    RequiredMoves moves{};
-    ASSERT_EQ(calculator->CalculateMove(15.0, 0.0, &moves), S_OK);
-    EXPECT_EQ(moves.MoveToPegAtSafeZ.ZPosition, 65.0);
-    // The negative lever of the ideal head: its locked ball is at (-30.3, -19.3, -36.55) from the head centre.
-    ExpectNear(moves.EngageWithUnLockLever, {10.0 - 30.3, 20.0 - 19.3, 30.0 - 36.55}, 1e-12);
-}
-
 TEST_F(GeometryFiles, AndEnteredGeometriesReplaceEachOther) {
-    Write(path, CompleteText());
+    Write(path, completeText);
     const auto calculator = WithGeometry();
     ExpectNear(Pole(*calculator.Get()), {100.0, -200.0, 300.0});
     ASSERT_EQ(Load(*calculator.Get()), S_OK);
@@ -155,33 +112,10 @@ TEST_F(GeometryFiles, AndEnteredGeometriesReplaceEachOther) {
     ExpectNear(Pole(*calculator.Get()), {-7.0, -8.0, -9.0});
 }
 
-TEST_F(GeometryFiles, KeepTheSafeXAndYWhenAGeometryIsEntered) {
-    Write(path, CompleteText());
-    const auto calculator = CreateCalculator();
-    ASSERT_EQ(Load(*calculator.Get()), S_OK);
-    ASSERT_EQ(Enter(*calculator.Get(), Head()), S_OK);
-    std::filesystem::remove(path);
-    ASSERT_EQ(Save(*calculator.Get()), S_OK);
-    EXPECT_NE(LinesOf(path).find("[SAFEPOSITION]\nX=4.000000000e+00\nY=5.000000000e+00\nZ=3.350000000e+02\n"),
-              std::string::npos)
-        << LinesOf(path);
-}
-
 class Geometry : public PreparedCalculator {};
 
 TEST_F(Geometry, OfANewObjectHasItsHeadCentreAtTheOrigin) {
     EXPECT_EQ(Pole(*CreateCalculator().Get()), (XYZData{0.0, 0.0, 0.0}));
-}
-
-TEST_F(Geometry, HasTheSimulatedPoleAsItsHeadCentre) {
-    for (const double b : {-135.0, -45.0, 45.0, 135.0}) {
-        SCOPED_TRACE(b);
-        const auto calculator = CreateCalculator();
-        AlignmentArray aAxisPoints(Head().ASet(b));
-        AlignmentArray bAxisPoints(Head().BSet(75.0));
-        ASSERT_EQ(calculator->EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address()), S_OK);
-        ExpectNear(Pole(*calculator.Get()), {100.0, -200.0, 300.0});
-    }
 }
 
 TEST_F(Geometry, StaysAvailableWhenANewOneIsRefused) {
@@ -208,23 +142,6 @@ TEST_F(Geometry, UsesTheSettingsAtTheTimeOfItsEntry) {
     const double moved = std::hypot(after.EngageWithUnLockLever.XPosition - before.EngageWithUnLockLever.XPosition,
                                     after.EngageWithUnLockLever.YPosition - before.EngageWithUnLockLever.YPosition);
     EXPECT_NEAR(moved, 1.0, geometryTolerance);
-}
-
-TEST_F(Geometry, ReadsTheLeverRotationsAgainForEveryPlan) {
-    const auto calculator = At(0.0, 0.0);
-    RequiredMoves moves{};
-    ASSERT_EQ(calculator->CalculateMove(0.0, 0.0, &moves), S_OK);
-    EXPECT_EQ(moves.UnLock.RotationAngle, -135.0);
-    EXPECT_EQ(moves.Lock.RotationAngle, -138.0);
-    settings.SetText("Locked To Unlocked Lever Rotation", "120");
-    settings.SetText("UnLocked To locked Lever Rotation", "121.5 degrees");
-    ASSERT_EQ(calculator->CalculateMove(0.0, 0.0, &moves), S_OK);
-    EXPECT_EQ(moves.UnLock.RotationAngle, -120.0);
-    EXPECT_EQ(moves.Lock.RotationAngle, -121.5);
-    settings.RemoveKey();
-    ASSERT_EQ(calculator->CalculateMove(0.0, 0.0, &moves), S_OK);
-    EXPECT_EQ(moves.UnLock.RotationAngle, -135.0);
-    EXPECT_EQ(moves.Lock.RotationAngle, -138.0);
 }
 
 } // namespace

@@ -70,7 +70,7 @@ double SumOfSquares(const std::vector<Coordinates>& points, const Candidate& c) 
 
 double LeastSumNear(Candidate best, const std::vector<Coordinates>& points) {
     double damping = 1e-3;
-    for (int i = 0; i < 60 && damping < 1e9; ++i) {
+    for (int i = 0; i < 60 && damping < 1e3; ++i) {
         const CMaVector first =
             Unit(best.normal * (std::fabs(best.normal[0]) < 0.6 ? CMaVector(1.0, 0.0, 0.0) : CMaVector(0.0, 1.0, 0.0)));
         const CMaVector second = best.normal * first;
@@ -80,7 +80,7 @@ double LeastSumNear(Candidate best, const std::vector<Coordinates>& points) {
                                 Unit(best.normal + first * -x[3] + second * -x[4]), best.radius - x[5]};
         const bool lower = next.radius > 0.0 && SumOfSquares(points, next) < here.sumOfSquares;
         if (lower) best = next;
-        damping *= lower ? 0.1 : 10.0;
+        damping = lower ? std::max(0.1 * damping, 1e-6) : 10.0 * damping;
     }
     return SumOfSquares(points, best);
 }

@@ -13,7 +13,7 @@ namespace {
 class ExceptionInFlight : public Neighbour {};
 
 TEST_F(ExceptionInFlight, ChangesNothing) {
-    Seen actual;
+    Results actual;
     int inFlight = 0;
     WhileUnwinding([&] {
         inFlight = std::uncaught_exceptions();

@@ -16,7 +16,7 @@ TEST_F(FloatingPoint, RoundingModeHasNoEffectAndDoesNotChange) {
     for (const int mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
         SCOPED_TRACE(mode);
         std::fesetround(mode);
-        const Seen actual = job.Do();
+        const Results actual = job.Do();
         const int after = std::fegetround();
         std::fesetround(FE_TONEAREST);
         ExpectSame(actual, expected);
@@ -75,7 +75,7 @@ TEST_F(FloatingPoint, ControlWordsHaveNoEffectAndDoNotChange) {
         SCOPED_TRACE(why);
         const ControlWords host{vector, stack};
         host.Set();
-        const Seen actual = job.Do();
+        const Results actual = job.Do();
         const ControlWords after = ControlWords::Now();
         own.Set();
         ExpectSame(actual, expected);

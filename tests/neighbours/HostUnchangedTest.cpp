@@ -13,7 +13,7 @@ class Host : public Neighbour {};
 TEST_F(Host, IsTheSameAfterEveryCall) {
     for (int round = 0; round < 3; ++round) {
         const HostSnapshot before;
-        const Seen actual = job.Do();
+        const Results actual = job.Do();
         const HostSnapshot after;
         EXPECT_EQ(after.Lines(), before.Lines());
         ExpectSame(actual, expected);

@@ -33,7 +33,7 @@ class OtherNumbers : public std::numpunct<char> {
 TEST_F(Locales, OfTheCPlusPlusLibraryHaveNoEffectAndDoNotChange) {
     const std::locale chosen(std::locale::classic(), new OtherNumbers); // owned by the locale
     const std::locale before = std::locale::global(chosen);
-    const Seen actual = job.Do();
+    const Results actual = job.Do();
     const bool isKept = std::locale() == chosen;
     std::locale::global(before);
     ExpectSame(actual, expected);

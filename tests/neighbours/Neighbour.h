@@ -20,5 +20,5 @@ protected:
     SettingsFixture settings;
     TemporaryFolder folder;
     WholeJob job{folder.Path()};
-    Seen expected;
+    Results expected;
 };

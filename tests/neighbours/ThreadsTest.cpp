@@ -33,7 +33,7 @@ template <typename Action> void OnManyThreads(Action action) {
 class Threads : public Neighbour {};
 
 TEST_F(Threads, WithSeparateCalculatorsGetTheResultsOfOneThread) {
-    std::vector<Seen> alone;
+    std::vector<Results> alone;
     for (int i = 0; i < threadCount; ++i) alone.push_back(WholeJob(folder.Path(), i).Do());
     OnManyThreads([&](int i) {
         WholeJob own(folder.Path(), i);
@@ -72,20 +72,6 @@ TEST_F(Threads, GetTheirOwnErrorRecordsOnly) {
         }
         EXPECT_FALSE(TakeErrorRecord()) << "GetErrorInfo must have removed the record";
     });
-}
-
-TEST_F(Threads, DoNotGetErrorRecordsOfOtherThreads) {
-    const auto calculator = CreateCalculator();
-    double angle = 0.0;
-    SetErrorInfo(0, nullptr);
-    ASSERT_EQ(calculator->GetCurrentHeadPosition(&angle, &angle), QMV_E_POSITION_UNKNOWN);
-    std::thread([] { EXPECT_FALSE(TakeErrorRecord()); }).join();
-    const auto record = TakeErrorRecord();
-    ASSERT_TRUE(record) << "the failing thread must have the record";
-    EXPECT_EQ(record->description, L"Current Position is not known");
-
-    std::thread([&] { EXPECT_EQ(calculator->GetCurrentHeadPosition(&angle, &angle), QMV_E_POSITION_UNKNOWN); }).join();
-    EXPECT_FALSE(TakeErrorRecord()) << "the record of an ended thread must be released";
 }
 
 TEST_F(Threads, CanReadTheRecordOfAnotherThread) {

@@ -24,7 +24,7 @@ std::string Hex(std::uint64_t number) {
 /// Records the results of calls, independently of locale and environment.
 class Notes {
 public:
-    explicit Notes(Seen& theSeen) : seen(theSeen) {}
+    explicit Notes(Results& theResults) : results(theResults) {}
 
     template <typename Call> void Note(const char* what, Call&& call, std::span<const double> numbers = {}) {
         HRESULT code = S_OK;
@@ -37,11 +37,11 @@ public:
                 line += " | " + std::string(text.begin(), text.end());
         }
         for (const double number : numbers) line += ' ' + Hex(std::bit_cast<std::uint64_t>(number));
-        seen.lines.push_back(line);
+        results.lines.push_back(line);
     }
 
 private:
-    Seen& seen;
+    Results& results;
 };
 
 constexpr double noise = 1e-3; // so that a fit needs several steps
@@ -62,9 +62,9 @@ WholeJob::WholeJob(const std::filesystem::path& folder, int number)
       nowhere(folder / "no such folder" / "head.ini"), aSet(WithNoise(HeadOf(number).ASet(45.0), noise, 1)),
       bSet(WithNoise(HeadOf(number).BSet(60.0), noise, 2)), fewPoints(HeadOf(number).ASet(45.0, 3)) {}
 
-Seen WholeJob::Do() {
-    Seen seen;
-    Notes notes(seen);
+Results WholeJob::Do() {
+    Results results;
+    Notes notes(results);
     const auto calculator = CreateCalculator();
     RequiredMoves moves{};
     XYZData position{};
@@ -100,11 +100,11 @@ Seen WholeJob::Do() {
     notes.Note("no pointer", [&] { return calculator->GetPoleSpherePosition(nullptr); });
 
     std::ifstream file(path, std::ios::binary);
-    seen.file.assign(std::istreambuf_iterator<char>(file), {});
-    return seen;
+    results.file.assign(std::istreambuf_iterator<char>(file), {});
+    return results;
 }
 
-void ExpectSame(const Seen& actual, const Seen& expected) {
+void ExpectSame(const Results& actual, const Results& expected) {
     EXPECT_EQ(actual.lines, expected.lines);
     EXPECT_EQ(actual.file, expected.file);
 }

@@ -9,7 +9,7 @@
 
 /// All results of one call of each kind, right and wrong: codes, texts of the error records, and every number to its
 /// last bit. If two of them differ, something outside the component has affected it.
-struct Seen {
+struct Results {
     std::vector<std::string> lines;
     std::string file; ///< the content of the saved file
 };
@@ -21,7 +21,7 @@ public:
     explicit WholeJob(const std::filesystem::path& folder, int number = 0);
 
     /// Makes the calls with a new object.
-    Seen Do();
+    Results Do();
 
 private:
     double fromA, fromB, toA, toB;
@@ -35,4 +35,4 @@ private:
 };
 
 /// Compares two jobs and names the first line that differs.
-void ExpectSame(const Seen& actual, const Seen& expected);
+void ExpectSame(const Results& actual, const Results& expected);

@@ -78,7 +78,7 @@ TEST_F(Sequence, CombinesTheStepsForCurrentAnglesAndTarget) {
     EXPECT_EQ(VectorOf(plan.MoveToAPosition), aAxis(120.0));
     for (const ArcData& arc : {plan.IntermediateAPosition, plan.MoveToBPosition, plan.MoveToAPosition})
         EXPECT_EQ(OriginOf(arc), workedCentre);
-    // The current position decides the lever for unlocking (1), the target the lever for locking (0).
+    // The head is unlocked at the lever of the current position (1) and locked at the lever of the target (0).
     EXPECT_EQ(TripleOf(plan.EngageWithUnLockLever), AnswerFor(head, &RoundThePole::LeverLockedPosition, 1));
     EXPECT_EQ(TripleOf(plan.EngageWithLockLever), AnswerFor(head, &RoundThePole::LeverUnlockedPosition, 0));
 }

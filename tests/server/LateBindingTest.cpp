@@ -200,19 +200,13 @@ TEST_F(LateBinding, AcceptsANumberInEveryForm) {
     Bstr exponent(std::wstring(L"4.5e1"));
     VARIANT number = Argument(45);
     VARIANT words = Argument(text);
-    VARIANT small{};
-    V_VT(&small) = VT_UI1;
-    V_UI1(&small) = 45;
-    VARIANT single{};
-    V_VT(&single) = VT_R4;
-    V_R4(&single) = 45.0F;
     const struct {
         const char* why;
         VARIANT argument;
     } forms[] = {{"a double", Argument(45.0)},
                  {"a whole number", Argument(45)},
-                 {"a byte", small},
-                 {"a single", single},
+                 {"a byte", VariantOf(VT_UI1, BYTE{45})},
+                 {"a single", VariantOf(VT_R4, 45.0F)},
                  {"a double variable", Argument(&plain)},
                  {"a script's variable", Argument(&number)},
                  {"a text", Argument(text)},
@@ -306,42 +300,30 @@ TEST_F(LateBinding, AcceptsATextOnlyIfAllOfItIsANumber) {
     }
     Bstr afterNull(std::wstring(L"45\0", 3));
     Bstr tooLong(std::wstring(500, L'0') + L"45");
-    VARIANT none{};
-    V_VT(&none) = VT_BSTR;
     ExpectNumbers(*calculator.Get(), {{"a zero character behind the number", Argument(afterNull), DISP_E_TYPEMISMATCH},
                                       {"500 digits", Argument(tooLong), DISP_E_TYPEMISMATCH},
-                                      {"a null text", none, DISP_E_TYPEMISMATCH}});
-}
-
-/// A variant of that type; its value is set by `set`.
-template <class Set> VARIANT Typed(VARTYPE type, Set&& set) {
-    VARIANT variant{};
-    set(variant);
-    V_VT(&variant) = type;
-    return variant;
+                                      {"a null text", VariantOf(VT_BSTR, nullptr), DISP_E_TYPEMISMATCH}});
 }
 
 TEST_F(LateBinding, ConvertsOtherValuesAsThePlatformDoes) {
     const auto calculator = server.Create();
-    const auto decimal = Typed(VT_DECIMAL, [](VARIANT& variant) {
-        V_DECIMAL(&variant).Lo64 = 450;
-        V_DECIMAL(&variant).scale = 1;
-    });
-    const auto none = [](VARIANT&) {};
+    VARIANT decimal{};
+    V_DECIMAL(&decimal).Lo64 = 450;
+    V_DECIMAL(&decimal).scale = 1;
+    V_VT(&decimal) = VT_DECIMAL;
     std::vector<NumberCase> cases{
-        {"Currency", Typed(VT_CY, [](VARIANT& one) { V_CY(&one).int64 = 450000; }), S_OK, 45.0},
+        {"Currency", VariantOf(VT_CY, LONGLONG{450000}), S_OK, 45.0},
         {"Decimal", decimal, S_OK, 45.0},
-        {"Date, as a cell may be formatted", Typed(VT_DATE, [](VARIANT& one) { V_DATE(&one) = 45.0; }), S_OK, 45.0},
-        {"False is 0", Typed(VT_BOOL, none), S_OK, 0.0},
-        {"an empty variable is 0", Typed(VT_EMPTY, none), S_OK, 0.0},
-        {"Null", Typed(VT_NULL, none), DISP_E_TYPEMISMATCH},
-        {"left out", Typed(VT_ERROR, [](VARIANT& one) { V_ERROR(&one) = DISP_E_PARAMNOTFOUND; }), DISP_E_PARAMNOTFOUND},
-        {"the error value of a cell",
-         Typed(VT_ERROR, [](VARIANT& one) { V_ERROR(&one) = static_cast<SCODE>(0x800A07FA); }), DISP_E_TYPEMISMATCH},
-        {"Nothing", Typed(VT_DISPATCH, none), DISP_E_TYPEMISMATCH},
-        {"a null reference", Typed(VT_R8 | VT_BYREF, none), DISP_E_TYPEMISMATCH}};
+        {"Date, as a cell may be formatted", VariantOf(VT_DATE, 45.0), S_OK, 45.0},
+        {"False is 0", VariantOf(VT_BOOL, VARIANT_FALSE), S_OK, 0.0},
+        {"an empty variable is 0", VariantOf(VT_EMPTY, 0), S_OK, 0.0},
+        {"Null", VariantOf(VT_NULL, 0), DISP_E_TYPEMISMATCH},
+        {"left out", VariantOf(VT_ERROR, DISP_E_PARAMNOTFOUND), DISP_E_PARAMNOTFOUND},
+        {"the error value of a cell", VariantOf(VT_ERROR, static_cast<SCODE>(0x800A07FA)), DISP_E_TYPEMISMATCH},
+        {"Nothing", VariantOf(VT_DISPATCH, nullptr), DISP_E_TYPEMISMATCH},
+        {"a null reference", VariantOf(VT_R8 | VT_BYREF, nullptr), DISP_E_TYPEMISMATCH}};
     for (const VARTYPE type : {VT_I1, VT_UI1, VT_I2, VT_UI2, VT_I4, VT_UI4, VT_I8, VT_UI8, VT_INT, VT_UINT})
-        cases.push_back({"a whole number", Typed(type, [](VARIANT& one) { V_I8(&one) = 45; }), S_OK, 45.0});
+        cases.push_back({"a whole number", VariantOf(type, LONGLONG{45}), S_OK, 45.0});
     ExpectNumbers(*calculator.Get(), cases);
 }
 
@@ -375,9 +357,7 @@ TEST_F(LateBinding, ReadsTheDefaultPropertyOfAnObject) {
     Bstr comma(std::wstring(L"4,5"));
     Cell number(Argument(45.0));
     Cell text(Argument(comma));
-    const auto object = [](IDispatch& one) {
-        return Typed(VT_DISPATCH, [&](VARIANT& variant) { V_DISPATCH(&variant) = &one; });
-    };
+    const auto object = [](IDispatch& one) { return VariantOf(VT_DISPATCH, &one); };
     ExpectNumbers(*calculator.Get(), {{"a cell with a number", object(number), S_OK, 45.0},
                                       {"a cell with a text", object(text), DISP_E_TYPEMISMATCH},
                                       {"no value", object(*calculator.Get()), DISP_E_TYPEMISMATCH}});
@@ -442,18 +422,15 @@ TEST_F(LateBinding, WritesPositionsIntoReferencesOfEveryKind) {
         for (const bool inVariable : {false, true}) {
             SCOPED_TRACE(testing::Message() << "type " << type << (inVariable ? " in a variable" : ""));
             DECIMAL places[2]{};
-            VARIANT references[2]{};
-            for (int i = 0; i < 2; ++i) {
-                V_VT(&references[i]) = static_cast<VARTYPE>(type | VT_BYREF);
-                V_BYREF(&references[i]) = &places[i];
-            }
+            const auto reference = static_cast<VARTYPE>(type | VT_BYREF);
+            VARIANT references[] = {VariantOf(reference, &places[0]), VariantOf(reference, &places[1])};
             const auto outcome =
                 inVariable ? InvokeWith(*calculator.Get(), 3, {Argument(&references[0]), Argument(&references[1])})
                            : InvokeWith(*calculator.Get(), 3, {references[0], references[1]});
             EXPECT_EQ(outcome.code, S_OK);
             EXPECT_EQ(NumberAt(references[0]), 15.0);
             EXPECT_EQ(NumberAt(references[1]), 105.0);
-            EXPECT_EQ(V_VT(&references[0]), type | VT_BYREF);
+            EXPECT_EQ(V_VT(&references[0]), reference);
         }
     }
 }
@@ -486,9 +463,7 @@ TEST_F(LateBinding, WritesBothPositionsOrNeither) {
                  {"an array", VT_ARRAY | VT_R8, DISP_E_TYPEMISMATCH}};
     for (const auto& [why, type, code] : cases) {
         SCOPED_TRACE(testing::Message() << why << ", type " << type);
-        VARIANT second{};
-        V_VT(&second) = static_cast<VARTYPE>(type | VT_BYREF);
-        V_BYREF(&second) = &place;
+        const VARIANT second = VariantOf(static_cast<VARTYPE>(type | VT_BYREF), &place);
         const auto outcome = InvokeWith(*calculator.Get(), 3, {Argument(&a), second});
         EXPECT_EQ(outcome.code, code);
         EXPECT_EQ(outcome.wrongArgument, 0U);
@@ -554,8 +529,7 @@ TEST_F(LateBinding, TellsWhichArgumentHasTheWrongType) {
     const auto calculator = server.Create();
     Bstr words(std::wstring(L"fifteen"));
     RecordArray points(*calculator.Get(), Head().ASet(45.0));
-    VARIANT object{};
-    V_VT(&object) = VT_UNKNOWN;
+    const VARIANT object = VariantOf(VT_UNKNOWN, nullptr);
     const struct {
         const char* why;
         DISPID method;
@@ -634,8 +608,7 @@ TEST_F(LateBinding, AcceptsNullPointersForResultsAndReports) {
     targets[0] = Argument(7.0);
     EXPECT_EQ(calculator->Invoke(5, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr),
               DISP_E_EXCEPTION);
-    VARIANT wrong[] = {Argument(30.0), VARIANT{}};
-    V_VT(&wrong[1]) = VT_UNKNOWN;
+    VARIANT wrong[] = {Argument(30.0), VariantOf(VT_UNKNOWN, nullptr)};
     parameters.rgvarg = wrong;
     EXPECT_EQ(calculator->Invoke(5, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr),
               DISP_E_TYPEMISMATCH);

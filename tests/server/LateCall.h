@@ -14,56 +14,25 @@
 
 /// Late-bound calls as scripts make them. An argument refers to a value of the test and does not own it.
 
-inline VARIANT Argument(const VARIANT& whatever) { return whatever; }
-inline VARIANT Argument(double number) {
-    VARIANT argument{};
-    V_VT(&argument) = VT_R8;
-    V_R8(&argument) = number;
-    return argument;
+/// A variant of this type. Its value has the bytes of `value`.
+template <class Value> VARIANT VariantOf(VARTYPE type, const Value& value) {
+    static_assert(sizeof value <= sizeof(LONGLONG));
+    VARIANT variant{};
+    std::memcpy(&V_I8(&variant), &value, sizeof value);
+    V_VT(&variant) = type;
+    return variant;
 }
-inline VARIANT Argument(int number) {
-    VARIANT argument{};
-    V_VT(&argument) = VT_I4;
-    V_I4(&argument) = number;
-    return argument;
-}
-inline VARIANT Argument(Bstr& text) {
-    VARIANT argument{};
-    V_VT(&argument) = VT_BSTR;
-    V_BSTR(&argument) = *text.Address();
-    return argument;
-}
-inline VARIANT Argument(BSTR* text) {
-    VARIANT argument{};
-    V_VT(&argument) = VT_BSTR | VT_BYREF;
-    V_BSTRREF(&argument) = text;
-    return argument;
-}
-inline VARIANT Argument(double* number) {
-    VARIANT argument{};
-    V_VT(&argument) = VT_R8 | VT_BYREF;
-    V_R8REF(&argument) = number;
-    return argument;
-}
+
+inline VARIANT Argument(const VARIANT& variant) { return variant; }
+inline VARIANT Argument(double number) { return VariantOf(VT_R8, number); }
+inline VARIANT Argument(int number) { return VariantOf(VT_I4, number); }
+inline VARIANT Argument(Bstr& text) { return VariantOf(VT_BSTR, *text.Address()); }
+inline VARIANT Argument(BSTR* text) { return VariantOf(VT_BSTR | VT_BYREF, text); }
+inline VARIANT Argument(double* number) { return VariantOf(VT_R8 | VT_BYREF, number); }
 /// A script's variable.
-inline VARIANT Argument(VARIANT* variable) {
-    VARIANT argument{};
-    V_VT(&argument) = VT_VARIANT | VT_BYREF;
-    V_VARIANTREF(&argument) = variable;
-    return argument;
-}
-inline VARIANT Argument(SAFEARRAY* records) {
-    VARIANT argument{};
-    V_VT(&argument) = VT_ARRAY | VT_RECORD;
-    V_ARRAY(&argument) = records;
-    return argument;
-}
-inline VARIANT Argument(SAFEARRAY** records) {
-    VARIANT argument{};
-    V_VT(&argument) = VT_ARRAY | VT_RECORD | VT_BYREF;
-    V_ARRAYREF(&argument) = records;
-    return argument;
-}
+inline VARIANT Argument(VARIANT* variable) { return VariantOf(VT_VARIANT | VT_BYREF, variable); }
+inline VARIANT Argument(SAFEARRAY* records) { return VariantOf(VT_ARRAY | VT_RECORD, records); }
+inline VARIANT Argument(SAFEARRAY** records) { return VariantOf(VT_ARRAY | VT_RECORD | VT_BYREF, records); }
 
 /// The results of a call.
 struct Outcome {
@@ -79,24 +48,24 @@ struct Outcome {
 };
 
 /// The parameters of a call besides its arguments.
-struct Manner {
+struct CallOptions {
     WORD flags = DISPATCH_METHOD;
     LCID locale = LOCALE_USER_DEFAULT;
     std::vector<DISPID> named{}; ///< the parameters of the first arguments, which are passed by name
 };
 
-inline Outcome InvokeWith(IDispatch& object, DISPID method, std::vector<VARIANT> arguments, Manner manner = {}) {
+inline Outcome InvokeWith(IDispatch& object, DISPID method, std::vector<VARIANT> arguments, CallOptions options = {}) {
     // The named arguments come first, then the others in reverse order.
-    std::reverse(arguments.begin() + static_cast<std::ptrdiff_t>(manner.named.size()), arguments.end());
-    DISPPARAMS parameters{arguments.data(), manner.named.data(), static_cast<UINT>(arguments.size()),
-                          static_cast<UINT>(manner.named.size())};
+    std::reverse(arguments.begin() + static_cast<std::ptrdiff_t>(options.named.size()), arguments.end());
+    DISPPARAMS parameters{arguments.data(), options.named.data(), static_cast<UINT>(arguments.size()),
+                          static_cast<UINT>(options.named.size())};
     Outcome outcome;
     outcome.result = {new VARIANT{}, [](VARIANT* owned) {
                           VariantClear(owned);
                           delete owned;
                       }};
     EXCEPINFO exception{};
-    outcome.code = object.Invoke(method, IID_NULL, manner.locale, manner.flags, &parameters, outcome.result.get(),
+    outcome.code = object.Invoke(method, IID_NULL, options.locale, options.flags, &parameters, outcome.result.get(),
                                  &exception, &outcome.wrongArgument);
     const auto taken = [](BSTR text) {
         const std::wstring copy(text == nullptr ? L"" : text, SysStringLen(text));

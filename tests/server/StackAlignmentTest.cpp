@@ -22,16 +22,16 @@ template <typename Argument> void Append(Words& words, const Argument& argument)
     words.insert(words.end(), added.begin(), added.end());
 }
 
-/// Calls the method with the index `place` in the object's table. At the call the stack pointer is `beside` bytes off a
-/// multiple of 16.
+/// Calls the method with the index `place` in the object's table. At the call instruction the stack pointer is a
+/// multiple of 16 plus `offset`.
 template <typename... Arguments>
-HRESULT CallBeside(std::uint32_t beside, IUnknown* object, std::size_t place, Arguments... arguments) {
+HRESULT CallWithStackAt(std::uint32_t offset, IUnknown* object, std::size_t place, Arguments... arguments) {
     Words words;
     Append(words, object);
     (Append(words, arguments), ...);
     const void* const method = (*reinterpret_cast<const void* const* const*>(object))[place];
     auto count = static_cast<std::uint32_t>(words.size());
-    std::uint32_t gap = (beside + 4 * count) % 16; // the pushed words move the pointer down by 4 each
+    std::uint32_t gap = (offset + 4 * count) % 16; // the pushed words move the pointer down by 4 each
     HRESULT result = E_UNEXPECTED;
     __asm__ volatile("movl %%esp, %%esi\n\t"
                      "andl $-16, %%esp\n\t"
@@ -58,16 +58,17 @@ TEST_F(StackAlignment, OfTheCallerHasNoEffect) {
     const auto expectedFrom = At(15.0, 30.0);
     RequiredMoves expected{};
     ASSERT_EQ(expectedFrom->CalculateMove(60.0, -90.0, &expected), S_OK);
-    for (const std::uint32_t beside : {0U, 4U, 8U, 12U}) {
+    for (const std::uint32_t offset : {0U, 4U, 8U, 12U}) {
         const auto calculator = server.Create();
         AlignmentArray aAxisPoints(Head().ASet(45.0));
         AlignmentArray bAxisPoints(Head().BSet(60.0));
         RequiredMoves moves{};
-        EXPECT_EQ(CallBeside(beside, calculator.Get(), enterHeadGeometry, aAxisPoints.Address(), bAxisPoints.Address()),
-                  S_OK);
-        EXPECT_EQ(CallBeside(beside, calculator.Get(), setCurrentHeadPosition, 15.0, 30.0), S_OK);
-        EXPECT_EQ(CallBeside(beside, calculator.Get(), calculateMove, 60.0, -90.0, &moves), S_OK);
-        EXPECT_EQ(std::memcmp(&moves, &expected, sizeof moves), 0) << beside;
+        EXPECT_EQ(
+            CallWithStackAt(offset, calculator.Get(), enterHeadGeometry, aAxisPoints.Address(), bAxisPoints.Address()),
+            S_OK);
+        EXPECT_EQ(CallWithStackAt(offset, calculator.Get(), setCurrentHeadPosition, 15.0, 30.0), S_OK);
+        EXPECT_EQ(CallWithStackAt(offset, calculator.Get(), calculateMove, 60.0, -90.0, &moves), S_OK);
+        EXPECT_EQ(std::memcmp(&moves, &expected, sizeof moves), 0) << offset;
     }
 }
 

@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <random>
 
-/// The state of one client: its random numbers, its files and the number of its calls.
-class Workshop {
+/// What all clients share: the required results, random numbers, files, arguments, and the number of calls.
+class SharedState {
 public:
-    Workshop(const std::filesystem::path& folder, const Answers& theAnswers, std::uint64_t seed);
+    SharedState(const std::filesystem::path& folder, const Answers& theAnswers, std::uint64_t seed);
 
     std::size_t Choose(std::size_t count) { return std::uniform_int_distribution<std::size_t>(0, count - 1)(random); }
 
@@ -29,23 +29,23 @@ private:
 /// One calculator and the required results of its calls. Throws the reason at the first wrong result.
 class Client {
 public:
-    explicit Client(Workshop& theWorkshop) : workshop(theWorkshop), calculator(CreateCalculator()) {}
+    explicit Client(SharedState& theShared) : shared(theShared), calculator(CreateCalculator()) {}
 
     /// Makes one random call. If it fails, also makes the call that restores the state.
     void Call();
     /// Sets the object to one fixed state.
-    void Settle();
+    void SetFixedState();
 
 private:
     void Plan();
-    void PlanToNowhere();
+    void PlanToInvalidTarget();
     void AskForStart();
     void AskForPole();
     void AskForPosition();
     void SetPosition();
-    void SetNoPosition();
-    void TakeGeometry();
-    void TakeBadGeometry();
+    void SetInvalidPosition();
+    void ReplaceGeometry();
+    void OfferInvalidGeometry();
     void Save();
     void SaveNowhere();
     void PassNoPointer();
@@ -54,7 +54,7 @@ private:
     /// Checks that a failed call has set a record with this description.
     void Expect(HRESULT actual, HRESULT expected, const wchar_t* description = nullptr);
 
-    Workshop& workshop;
+    SharedState& shared;
     qmv40::ComPointer<IQMVCalculator2> calculator;
     std::optional<std::size_t> held;     ///< the geometry, if any
     std::optional<std::size_t> position; ///< the head's position, if it is known

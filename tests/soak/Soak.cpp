@@ -20,8 +20,8 @@ constexpr int stretches = 10;
 constexpr std::size_t heapTolerance = 64U << 10;
 constexpr std::size_t residentTolerance = 2U << 20;
 
-void Print(const Workshop& workshop, const ProcessFigures& figures) {
-    std::printf("%10ld calls  %8zu KiB resident  %10zu bytes in use  %6ld blocks  %3ld open files\n", workshop.calls,
+void Print(const SharedState& shared, const ProcessFigures& figures) {
+    std::printf("%10ld calls  %8zu KiB resident  %10zu bytes in use  %6ld blocks  %3ld open files\n", shared.calls,
                 figures.residentBytes >> 10, figures.heapBytes, figures.blocks, figures.openFiles);
     std::fflush(stdout);
 }
@@ -32,18 +32,18 @@ bool IsFlat(const ProcessFigures& before, const ProcessFigures& after) {
            after.residentBytes <= before.residentBytes + residentTolerance;
 }
 
-/// Makes `calls` calls in several parts and compares the memory after the first part with that after the last. `settle`
-/// sets the same state each time.
-bool Soak(const char* what, Workshop& workshop, long calls, const std::function<void()>& call,
-          const std::function<void()>& settle) {
+/// Makes `calls` calls in several parts and compares the memory after the first part with that after the last.
+/// `setFixedState` sets the same state each time.
+bool Soak(const char* what, SharedState& shared, long calls, const std::function<void()>& call,
+          const std::function<void()>& setFixedState) {
     std::printf("%s\n", what);
-    const long start = workshop.calls;
+    const long start = shared.calls;
     ProcessFigures warm{};
     for (int stretch = 1; stretch <= stretches; ++stretch) {
-        while (workshop.calls - start < calls / stretches * stretch) call();
-        settle();
+        while (shared.calls - start < calls / stretches * stretch) call();
+        setFixedState();
         const ProcessFigures now = ProcessFigures::Now();
-        Print(workshop, now);
+        Print(shared, now);
         if (stretch == 1) warm = now;
         if (stretch == stretches && !IsFlat(warm, now)) {
             std::printf("the process has grown\n");
@@ -53,29 +53,29 @@ bool Soak(const char* what, Workshop& workshop, long calls, const std::function<
     return true;
 }
 
-bool SoakOneObject(Workshop& workshop, long calls) {
-    Client client(workshop);
+bool SoakOneObject(SharedState& shared, long calls) {
+    Client client(shared);
     return Soak(
-        "one calculator", workshop, calls, [&] { client.Call(); }, [&] { client.Settle(); });
+        "one calculator", shared, calls, [&] { client.Call(); }, [&] { client.SetFixedState(); });
 }
 
-bool SoakManyObjects(Workshop& workshop, long calls) {
+bool SoakManyObjects(SharedState& shared, long calls) {
     constexpr std::size_t most = 64;
     constexpr std::size_t callsOfALife = 500;
     std::vector<std::unique_ptr<Client>> clients(most);
-    const auto renew = [&](std::unique_ptr<Client>& client) { client = std::make_unique<Client>(workshop); };
+    const auto renew = [&](std::unique_ptr<Client>& client) { client = std::make_unique<Client>(shared); };
     for (auto& client : clients) renew(client);
     return Soak(
-        "many calculators, created and deleted", workshop, calls,
+        "many calculators, created and deleted", shared, calls,
         [&] {
-            auto& client = clients[workshop.Choose(most)];
-            if (workshop.Choose(callsOfALife) == 0) renew(client);
+            auto& client = clients[shared.Choose(most)];
+            if (shared.Choose(callsOfALife) == 0) renew(client);
             client->Call();
         },
         [&] {
             for (auto& client : clients) {
                 renew(client);
-                client->Settle();
+                client->SetFixedState();
             }
         });
 }
@@ -86,12 +86,12 @@ bool Run(long calls, std::uint64_t seed) {
     settings.SetText("Locked To Unlocked Lever Rotation", "120");
     const TemporaryFolder folder;
     const Answers answers(folder.Path());
-    Workshop workshop(folder.Path(), answers, seed);
+    SharedState shared(folder.Path(), answers, seed);
     const auto start = std::chrono::steady_clock::now();
-    const bool isFlat = SoakOneObject(workshop, calls / 2) && SoakManyObjects(workshop, calls - calls / 2);
+    const bool isFlat = SoakOneObject(shared, calls / 2) && SoakManyObjects(shared, calls - calls / 2);
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-    std::printf("%ld calls in %.1f s, all results equal to those of a new calculator: %s\n", workshop.calls,
-                time.count(), isFlat ? "memory and files flat" : "NOT flat");
+    std::printf("%ld calls in %.1f s, all results equal to those of a new calculator: %s\n", shared.calls, time.count(),
+                isFlat ? "memory and files flat" : "NOT flat");
     return isFlat;
 }
 

@@ -34,7 +34,7 @@ int __wrap_select(int /*count*/, fd_set* /*in*/, fd_set* /*out*/, fd_set* /*erro
 
 namespace {
 
-// A plan reads the settings several times, and the caller's window does not react meanwhile.
+// A plan reads the settings several times. If a read waited, the caller's window would not react.
 TEST(SettingsAccess, NeverWaitsForAFileToBeFilled) {
     const TemporaryFolder folder;
     const std::filesystem::path file = folder.Path("settings.reg");

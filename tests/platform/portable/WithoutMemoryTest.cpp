@@ -106,7 +106,7 @@ TEST(WithoutMemory, ErrorRecordsRefuseToSetAndReturnTexts) {
 }
 
 /// Whether `call` threw std::bad_alloc.
-template <typename Call> bool EndsForWantOfMemory(Call call) {
+template <typename Call> bool ThrowsBadAlloc(Call call) {
     try {
         call();
         return false;
@@ -121,12 +121,12 @@ TEST(WithoutMemory, ProfilesAreReadWholeOrNotAtAll) {
     const std::wstring path = profile.Path().wstring();
     AtEveryAllocation([&](auto ranOut) {
         char buffer[20] = "untouched";
-        const bool ended = EndsForWantOfMemory([&] {
+        const bool threw = ThrowsBadAlloc([&] {
             ReadProfileText(L"SAFEPOSITION OF THE HEAD", L"RequiredRotationAroundZ", "default", buffer, path.c_str());
         });
         const bool didRunOut = ranOut();
-        EXPECT_STREQ(buffer, ended ? "untouched" : "1");
-        EXPECT_EQ(ended, didRunOut);
+        EXPECT_STREQ(buffer, threw ? "untouched" : "1");
+        EXPECT_EQ(threw, didRunOut);
         return didRunOut;
     });
 }
@@ -142,11 +142,11 @@ TEST(WithoutMemory, ProfilesAreWrittenWholeOrNotAtAll) {
         profile.Put(before);
         bool isWritten = false;
         FailingAllocations failing(count);
-        const bool ended = EndsForWantOfMemory(
+        const bool threw = ThrowsBadAlloc(
             [&] { isWritten = WriteProfileText(L"HEADCENTRE", L"RequiredRotationAroundZ", "2", path.c_str()); });
         didRunOut = failing.Stop();
         ASSERT_LT(count, 1000);
-        EXPECT_EQ(didRunOut, ended) << "a failed allocation must not be hidden";
+        EXPECT_EQ(didRunOut, threw) << "a failed allocation must not be hidden";
         EXPECT_EQ(profile.Content(), isWritten ? after : before);
         EXPECT_EQ(profile.FilesInFolder(), 1) << "no copy may be left";
     }
@@ -159,12 +159,12 @@ TEST(WithoutMemory, SettingsAreReadOrTheCallThrows) {
         char buffer[20] = "";
         DWORD type = 0, length = 0;
         LSTATUS status = ERROR_MORE_DATA;
-        const bool ended = EndsForWantOfMemory([&] {
+        const bool threw = ThrowsBadAlloc([&] {
             status = SettingsKey(SettingsFixture::key).Query("Head Centre To Drive Cup X Offset", buffer, type, length);
         });
         const bool didRunOut = ranOut();
-        EXPECT_EQ(ended, didRunOut);
-        EXPECT_EQ(status, ended ? ERROR_MORE_DATA : ERROR_SUCCESS);
+        EXPECT_EQ(threw, didRunOut);
+        EXPECT_EQ(status, threw ? ERROR_MORE_DATA : ERROR_SUCCESS);
         return didRunOut;
     });
 }
