@@ -289,9 +289,14 @@ TEST(ProfileReplacing, KeepsAllNamesOfAFile) {
 TEST(ProfileReplacing, WorksInAFolderThatCannotBeListed) {
     ProfileOnDisk profile;
     fs::permissions(Opened(profile).Folder(), static_cast<fs::perms>(0333));
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(profile.Path().c_str(), nobody, nobody), 0); // only the owner can give a copy the same owner
+    }
+    const ino_t number = StatusOf(profile.Path()).st_ino;
     EXPECT_TRUE(AsOrdinaryUser([&] { return profile.Write(L"S", L"k", "2"); }));
     fs::permissions(profile.Folder(), fs::perms::all);
     EXPECT_EQ(profile.Content(), newContent);
+    EXPECT_NE(StatusOf(profile.Path()).st_ino, number) << "the file must have been replaced";
 }
 
 TEST(ProfileReplacing, WritesTheTargetOfALinkAndKeepsTheLink) {

@@ -24,9 +24,10 @@ template <typename Action> bool InAnotherProcess(Action action) {
     return CodeOfAnotherProcess([&] { return action() ? 0 : 1; }) == 0;
 }
 
+inline constexpr uid_t nobody = 65534; ///< an ordinary user
+
 /// The same as an ordinary user: if the test runs as root, the separate process gives up these rights.
 template <typename Action> bool AsOrdinaryUser(Action action) {
-    constexpr uid_t nobody = 65534;
     return InAnotherProcess([&] {
         if (::geteuid() == 0 && (::setgid(nobody) != 0 || ::setuid(nobody) != 0)) return false;
         return action();
