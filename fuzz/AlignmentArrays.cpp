@@ -2,8 +2,8 @@
 // - the first fault of the arrays decides the code and the text of the refusal, by the documented rules, which are
 //   written here a second time; arrays of the right shape are computed, or refused as impossible;
 // - the arrays of the caller do not change;
-// - after a success the pole is finite, and plans keep the laws of PlanLaws.h;
-// - the points of a simulated head give its pole and its mounting angle;
+// - after a success the position of the pole sphere is finite, and plans keep the laws of PlanLaws.h;
+// - the points of a simulated head give its pole sphere and its rotation about Z, the mounting angle;
 // - a refusal does not change the position, and there are still no plans if there were none before; good points then
 //   give the plans of a new calculator.
 
@@ -24,7 +24,7 @@ namespace {
 
 using Items = std::vector<HeadAlignmentDataItem>;
 
-/// A head that exists, and how its points were captured.
+/// A simulated head, and the held angles of its two sets.
 struct Capture {
     SimulatedHead head;
     double captureB; ///< of the A set
@@ -197,7 +197,7 @@ void PromiseGeometry(IQMVCalculator2& calculator, double captureB) {
 }
 
 void PromiseTruth(IQMVCalculator2& calculator, const Capture& capture) {
-    // The effect of rounding coordinates of some thousands on the shortest arcs that are tried here.
+    // So much can the rounding of coordinates of some thousands change the result, on the shortest arcs tried here.
     constexpr double tolerance = 1e-6;
     XYZData pole{};
     RequiredMoves moves{};

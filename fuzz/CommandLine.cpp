@@ -2,8 +2,8 @@
 // - the tool returns one of its exit codes and throws nothing;
 // - with --json it prints exactly one document: the result, or the error of the component, of a refused file or of
 //   wrong usage;
-// - without --json a failure prints nothing on standard output and a reason on standard error; a success prints there,
-//   or names the file that it wrote;
+// - without --json a failure prints nothing on standard output and a reason on standard error; a success prints on
+//   standard output, or names on standard error the file that it wrote;
 // - the same arguments give the same output, and the settings in the environment do not change;
 // - no file changes except those that --output and --svg name, and the page of `view`.
 // Input: one argument in each line, an empty line, and the content of the file "given".
@@ -168,7 +168,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Promise(WorkingFolder::Content() == files, "no file changes except those to be written");
     const Run again = RunOnce(arguments);
     Promise(again.exitCode == run.exitCode, "the same arguments give the same exit code");
-    // The parser names options that exclude each other in the order of their addresses.
+    // The parser names options that exclude each other in the order of their addresses, which differs between runs.
     if (run.exitCode == 2 || IsHelp(arguments, run)) return 0;
     Promise(again.out == run.out && again.err == run.err, "the same arguments give the same output");
     return 0;

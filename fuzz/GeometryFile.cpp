@@ -1,8 +1,8 @@
 // Loads and saves any bytes as a head geometry file. Laws:
 // - a load succeeds if and only if all seven numbers can be read by the C library's rules and none is 999999999; it
 //   fails with the one code and the texts for that, and with no other;
-// - after a load the pole is at the place in the file, and every plan keeps the laws of PlanLaws.h; for a head far
-//   outside any machine there is at least a plan;
+// - after a load the pole sphere is at the position in the file, and every plan keeps the laws of PlanLaws.h; for a
+//   head far outside any machine there is at least a plan;
 // - a save into a new file holds the numbers to ten digits; a second load and save does not change them;
 // - a save into the same file, whatever else it holds, loads again to the same numbers;
 // - after a failure a good file loads as it does in a new calculator.
@@ -23,7 +23,7 @@ using namespace qmv40;
 
 namespace {
 
-/// The scratch files and their names as the component takes them.
+/// A scratch file, and its name in the forms that the calls take.
 struct File {
     explicit File(const char* fileName)
         : name(Folder().Name(fileName)), wide(name.begin(), name.end()), argument(wide) {}
@@ -102,7 +102,7 @@ void PromisePlans(IQMVCalculator2& calculator, const SevenNumbers& numbers, cons
         Promise(SameNumber(PositionIn(pole)[i], centre[i]), "the pole sphere is at the position in the file");
     }
     const RequiredMoves moves = PlanOf(calculator, indexing);
-    // In this form a length that is not a number counts as far away.
+    // For a length that is not a number the comparison is false: the head counts as far away.
     const bool isOnAMachine = Length(centre) <= farthestCentre && std::isfinite(numbers[rotation]);
     const HeadModel head = IdealHead(std::fmod(numbers[rotation], 360.0), centre);
     if (isOnAMachine) PromisePlan(moves, head, indexing.from, indexing.to);

@@ -106,7 +106,7 @@ inline void PromisePlan(const RequiredMoves& moves, const HeadModel& head, const
     Promise(isAt(moves.DisengageFromLockLever, head.LeverBall(openLever, Locked) + Vector3{0.0, 0.0, 10.0}),
             "off the locked lever");
 
-    // About the vertical half-way between the levers, from one azimuth to another.
+    // Each swing turns about the pole, from one azimuth to another.
     const Vector3 pole = head.SwingCentre();
     const auto endsAtAzimuth = [&](const ArcData& arc, const XYZData& start, const XYZData& end) {
         const Vector3 reached = TurningOf(arc).Carried(PositionIn(start)) - pole;

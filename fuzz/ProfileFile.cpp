@@ -18,8 +18,8 @@ using namespace qmv40;
 
 namespace {
 
-// Large enough for every text of the largest file: UTF-8 needs at most 1.5 times the bytes of UTF-16.
 constexpr std::size_t largestInput = 4096;
+// Enough room for every text of the largest file: UTF-8 needs at most 1.5 times the bytes of UTF-16.
 constexpr std::size_t plenty = 2 * largestInput;
 
 const std::string& ProfileName() {

@@ -3,8 +3,8 @@
 //   buffer that is too small is not written, and one of the length that the query names is large enough;
 // - the readers of the fourteen settings give the stored number or the built-in one, by the documented rules, which are
 //   written here a second time with the queries alone;
-// - a value that a second, independent writer puts into the file reads back, whatever is in the lines before it, and
-//   whatever follows that names no key and no value.
+// - a value that a second, independent writer puts into the file reads back, with any lines before it, and with any
+//   lines after it that name no key and no value.
 
 #include "Support.h"
 

@@ -83,7 +83,7 @@ using PointArray = std::unique_ptr<SAFEARRAY, ArrayReleaser>;
 
 PointArray ArrayOf(const qmv40_alignment_point* points, std::size_t count) {
     if (points == nullptr && count > 0) throw Refusal{E_POINTER, "the captured points are null"};
-    constexpr std::size_t most = 1'000'000'000; // within the range of an array's bound, and more than any memory holds
+    constexpr std::size_t most = 1'000'000'000; // 40 GB, more than any capture; within an array's 32-bit bound
     if (count > most) throw Refusal{E_INVALIDARG, "there are too many captured points"};
     SAFEARRAY* made = nullptr;
     if (FAILED(SafeArrayAllocDescriptor(1, &made))) throw std::bad_alloc();

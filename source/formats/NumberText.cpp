@@ -18,7 +18,7 @@ bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsHexDigit(char c) { return IsDigit(c) || (UpperAscii(c) >= 'A' && UpperAscii(c) <= 'F'); }
 
-/// One way of writing a number: how to recognise it and what its exponent counts.
+/// One way of writing a number: how to recognise it, and how much one digit before the point adds to its exponent.
 struct Notation {
     std::chars_format format;
     bool (*isDigit)(char);

@@ -12,8 +12,8 @@ namespace qmv40 {
 /// Blanks around lines, names and values are ignored, and so is the case of ASCII letters in names. The name of a
 /// section ends at the last `]` of its line; the rest of the line is ignored. A line that begins with `[` but has no
 /// `]` is an ordinary line. A lookup knows no comments: the line `;a=1` holds the key ";a". Section "" is the text
-/// before the first section line. If several sections or keys have one name, the first is used. A zero byte ends the
-/// value.
+/// before the first section line. If several sections or keys have the same name, the first is used. A zero byte ends
+/// the value.
 
 /// The value, with its quotes. Returns nothing if the key is missing or its line has no `=`.
 std::optional<std::string_view> FindProfileValue(std::string_view text, std::string_view section, std::string_view key);

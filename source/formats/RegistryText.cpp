@@ -173,6 +173,7 @@ void TakeValue(std::string_view rest, LineReader& reader, bool hasWideTexts, Reg
 }
 
 /// False for most lines that set another value. Without it, decoding all names would take most of the time of a query.
+/// A name with a backslash may contain escapes, so it is not compared here.
 bool MaySet(std::string_view line, std::string_view name) {
     SkipBlanks(line);
     return !Skip(line, "\"") || line.find('\\') < name.size() || StartsWithIgnoringCase(line, name);
@@ -197,6 +198,7 @@ RegistryKeyText::RegistryKeyText(const std::string& fileContent, std::string_vie
         }
         const bool isKey = EqualIgnoringCase(named->path, key);
         isInKey = isKey && !named->isRemoval;
+        // The heading of a subkey creates the key too. The removal of an outer key removes it.
         if (isInKey || (IsBelow(key, named->path) && !named->isRemoval)) isPresent = true;
         if (named->isRemoval && (isKey || (named->path.size() > root.size() && IsBelow(named->path, key)))) {
             isPresent = false;

@@ -28,8 +28,8 @@ void RoundThePole::PlaceHeadCentre() {
 }
 
 std::unique_ptr<CMaCircle> RoundThePole::FitPointsToACircle(const CMaPointArray& points) const {
-    constexpr double radiusBeforeFit = 1.0;
-    constexpr long evaluationLimit = 200000;
+    constexpr double radiusBeforeFit = 1.0;  // no effect on the fit
+    constexpr long evaluationLimit = 200000; // never reached: no fit needs more than 5,000 (CMaCircle.h)
     const ErrorContext context{L"RoundThePole::FitPointsToACircle", L"Error Fitting points to a circle"};
     return RaisingGeometryErrors(context, [&] {
         CMaPlane plane;

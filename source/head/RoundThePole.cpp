@@ -4,7 +4,7 @@ using namespace qmv40;
 
 RoundThePole::RoundThePole() {
     InitialiseFixedGeometry();
-    // They are empty already. Required.
+    // Required, although both arrays are empty already.
     aAxisPoints = CMaPointArray(0);
     bAxisPoints = CMaPointArray(0);
 }

@@ -22,9 +22,9 @@ class ProfileWriter;
 /// relative to the head centre, already rotated by that rotation. A position is the head centre plus an offset. Lever
 /// side: 0 is the positive lever, any other value the negative one.
 ///
-/// ComputeGeometry and LoadFromFile set the same fields. If one of them fails, some fields may have new values. The
-/// object does not know whether it holds a geometry: its owner keeps that flag. Failures are raised as codes
-/// (RaiseError.h).
+/// ComputeGeometry and LoadFromFile set all fields that a plan uses. If one of them fails, some fields may have new
+/// values. The object does not know whether it holds a geometry: its owner keeps that flag. Failures are raised as
+/// codes (RaiseError.h).
 class RoundThePole {
 public:
     /// The ideal head at the origin: ideal axes, the drive cup of the settings, everything else zero.

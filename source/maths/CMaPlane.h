@@ -11,7 +11,8 @@ public:
     ///
     /// It passes through the mean of the points. Its normal is the direction of their smallest spread.
     ///
-    /// Accuracy: that of CMaLine::Fit, for the normal with the second smallest spread a and the smallest spread b.
+    /// Accuracy: the bounds of CMaLine::Fit, with the normal instead of the direction. In them a is then the middle
+    /// spread and b the smallest.
     /// Example: 40 points on 200 mm x 100 mm, 1 um of noise, coordinates of up to 1000 mm: the normal is within 1e-15
     /// rad and the point within 2e-13 mm.
     ///

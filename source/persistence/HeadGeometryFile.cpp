@@ -23,7 +23,7 @@ std::optional<std::string> ReadHeadGeometryText(const ProfileReader& file, const
 }
 
 double ReadHeadGeometryNumber(const ProfileReader& file, const HeadGeometryEntry& entry) {
-    // A word is read as 0.0, as required. Only a missing number is an error.
+    // A text that is not a number is read as 0.0, as required. Only a missing number is an error.
     const double value = TextToDouble(TextOf(file, entry, missingNumberText).data());
     if (value == missingNumber)
         RaiseError(QMV_E_READ_FROM_FILE, L"RoundThePole::ReadDoubleFromIniFile", L"Failed To Read from File");

@@ -33,11 +33,12 @@ inline constexpr std::size_t headCentreEntry = 0;
 inline constexpr std::size_t safePositionEntry = 3;
 inline constexpr std::size_t rotationEntry = 6;
 
-/// The default that marks a missing number. A stored number of exactly this value counts as missing; this is accepted.
+/// The default that marks a missing number. A stored number of exactly this value cannot be distinguished from a
+/// missing one.
 inline constexpr double missingNumber = 999999999.0;
 inline constexpr const char* missingNumberText = "999999999";
 
-/// The text of a number with its terminator. A longer text is cut.
+/// The text of a number with its terminator. The size is required: a text of more than 348 characters is cut.
 using NumberText = std::array<char, 349>;
 
 /// The text of an entry as a load reads it; nothing when the file, the section or the key is missing.

@@ -1,4 +1,4 @@
-// The moves at the lock lever: it is pushed open before the head is indexed, and shut afterwards.
+// The moves at the lock lever: it is pushed to unlock the head before the indexing, and to lock it afterwards.
 
 #include "planning/MovePlanner.h"
 #include "planning/RecordFields.h"
@@ -66,7 +66,7 @@ void MovePlanner::CalculateRotateToLockLeverMoves(RequiredMoves& moves, const CM
 }
 
 void MovePlanner::CalculateLockMoves(RequiredMoves& moves, double a, double b) const {
-    constexpr double liftOverLockedLever = 10.0;
+    constexpr double liftOverLockedLever = 10.0; // in the unit of the captured points
     const ErrorContext context{L"CQMVCalculator::CalculateLockMoves"};
     RaisingGeometryErrors(context, [&] {
         const int side = LeverSide(a, b);

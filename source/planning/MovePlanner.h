@@ -14,9 +14,9 @@ class MovePlanner {
 public:
     // The steps of a plan, in the order in which PlanMoves takes them
 
-    /// Fields 1 to 4: push the locked lever open, from the current head angles.
+    /// Fields 1 to 4: push the locked lever to unlock the head, at the current head angles.
     void CalculateUnlockMoves(RequiredMoves& moves) const;
-    /// Field 5: round the pole, from the lever to the peg. Reads field 4. `centre` is required and not used.
+    /// Field 5: the swing about the pole, from the lever to the peg. Reads field 4. `centre` is required and not used.
     void CalculateRotateToPeg(RequiredMoves& moves, const CMaVector& centre, const CMaVector& approachNow) const;
     /// Fields 6 to 8: down to the peg and onto it.
     void CalculateEngageWithPeg(RequiredMoves& moves, const CMaVector& approachNow, const CMaVector& engageNow) const;
@@ -26,10 +26,10 @@ public:
                                     const CMaVector& aAxisTarget) const;
     /// Fields 12 and 13: off the peg and up.
     void CalculateDisengageFromPeg(RequiredMoves& moves, const CMaVector& approachTarget) const;
-    /// Field 14: round the pole, from the peg to the unlocked lever.
+    /// Field 14: the swing about the pole, from the peg to the unlocked lever.
     void CalculateRotateToLockLeverMoves(RequiredMoves& moves, const CMaVector& approachTarget, double a,
                                          double b) const;
-    /// Fields 15 to 19: push the unlocked lever shut, at the target head angles.
+    /// Fields 15 to 19: push the unlocked lever to lock the head, at the target head angles.
     void CalculateLockMoves(RequiredMoves& moves, double a, double b) const;
 
     /// A point of the pole, which is the vertical axis midway between the two lever centres. Fields 5 and 14 turn about
@@ -43,7 +43,7 @@ protected:
     MovePlanner() = default;
     ~MovePlanner() = default;
 
-    /// All 19 fields, from the current angles to the target's.
+    /// Fills all 19 fields: from the current angles to the target angles.
     void PlanMoves(double targetA, double targetB, RequiredMoves& moves) const;
 
     RoundThePole headGeometry;

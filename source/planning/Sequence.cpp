@@ -5,7 +5,7 @@
 namespace qmv40 {
 
 void MovePlanner::PlanMoves(double targetA, double targetB, RequiredMoves& moves) const {
-    constexpr double approachDistance = 10.0;
+    constexpr double approachDistance = 10.0; // before engagement with the peg, in the unit of the captured points
     const CMaVector zero(0.0, 0.0, 0.0);
     CMaVector approachNow = zero, engageNow = zero, approachTarget = zero, aAxisNow = zero, aAxisTarget = zero;
     headGeometry.ApproachPosition(currentA, currentB, approachDistance, approachNow);

@@ -30,8 +30,8 @@ public:
 
     /// Copies the value of `key` in `section` into `buffer`, cut to fit, with its terminator. A missing file, section
     /// or key gives `defaultText`. Blanks around the value and one matching pair of quotes are removed. Letter case and
-    /// outer blanks of section and key do not matter. If several sections or keys have one name, the first is used.
-    /// Section "" is the text before the first section line. A null `defaultText` is empty.
+    /// outer blanks of section and key do not matter. If several sections or keys have the same name, the first is
+    /// used. Section "" is the text before the first section line. A null `defaultText` is empty.
     void Read(const wchar_t* section, const wchar_t* key, const char* defaultText, std::span<char> buffer) const;
 
 private:

@@ -94,8 +94,8 @@ class Calculator:
         """Computes the head geometry from captured points, at least four for each axis.
 
         Each row is A, B, X, Y, Z: the head's angles in degrees, and the machine position while the stylus tip is on
-        the pole sphere and the head is unlocked. `a_points` were captured while A alone was turned, `b_points` while B alone
-        was turned. They can be lists, tuples or numpy arrays.
+        the pole sphere and the head is unlocked. `a_points` were captured while A alone was turned, `b_points` while B
+        alone was turned. They can be lists, tuples or numpy arrays.
         """
         a, b = _points(a_points), _points(b_points)
         self._call(library.qmv40_enter_geometry, a, len(a), b, len(b))

@@ -15,13 +15,16 @@ _NAME = "qmv40.dll" if _IS_WINDOWS else "libqmv40.so.1"
 
 
 def _places() -> Iterator[str]:
-    """The possible places of the library, in the order of the search. The system searches for a name without a folder."""
+    """The possible places of the library, in the order of the search.
+
+    A name without a folder is searched for by the system.
+    """
     package = Path(__file__).resolve().parent
     if "QMV40_LIBRARY" in os.environ:
         yield os.environ["QMV40_LIBRARY"]
         return
     # In a wheel the library is in the package. In an installation the package is in lib/python3/dist-packages, and the
-    # library is in lib or beside lib.
+    # library is in lib or in the folder above lib.
     for folder in (package, *list(package.parents)[2:4]):
         if (folder / _NAME).is_file():
             yield str(folder / _NAME)

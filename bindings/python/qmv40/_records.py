@@ -50,8 +50,8 @@ class Arc(NamedTuple):
 
 
 class AlignmentPoint(NamedTuple):
-    """A captured point: the head's angles in degrees, and the machine position while the stylus tip is on the pole sphere
-    and the head is unlocked."""
+    """A captured point: the head's angles in degrees, and the machine position while the stylus tip is on the pole
+    sphere and the head is unlocked."""
 
     APosition: float
     BPosition: float

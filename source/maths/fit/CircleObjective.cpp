@@ -53,6 +53,7 @@ void MirrorUpperTriangle(Matrix6& m) noexcept {
 /// Cholesky's factors would need a square root for each unknown.
 template <std::size_t Size>
 bool SolveBlock(const CircleObjective& objective, std::size_t first, double damping, Vector6& change) noexcept {
+    // A smaller pivot, relative to its diagonal element, is only rounding error.
     constexpr double notPositive = 8.0 * std::numeric_limits<double>::epsilon();
     double l[Size][Size], ld[Size][Size], perPivot[Size];
     double* const y = &change[first];

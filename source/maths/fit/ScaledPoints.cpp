@@ -62,6 +62,7 @@ ScaledPoints::ScaledPoints(const CMaPointArray& points) : xs(points.X()), ys(poi
     if (halfExtent == 0.0) ThrowImpossible();
 
     using Limits = std::numeric_limits<double>;
+    // The exponent is limited so that the scale is a normal double.
     scale = std::ldexp(1.0, -std::clamp(std::ilogb(halfExtent), -1022, 1022));
     if (std::isinf(largest * scale)) ThrowImpossible();
     rounding = std::max(Limits::epsilon() * largest, Limits::denorm_min()) * scale;

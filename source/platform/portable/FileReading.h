@@ -36,7 +36,7 @@ FileDescriptor OpenFile(const std::string& name, int flags) noexcept;
 FileDescriptor OpenFileIn(const FileDescriptor& folder, const std::string& name, int flags, unsigned mode = 0) noexcept;
 
 /// All bytes of a regular file. Nothing if it is of another kind, larger than 16 MiB, or cannot be read to its end. A
-/// file that changes during the reading is read again, at most ten times.
+/// file that changes during the reading is read again; it is read at most ten times in all.
 std::optional<std::string> ReadWhole(const FileDescriptor& file);
 
 } // namespace qmv40

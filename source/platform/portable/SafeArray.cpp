@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr ULONG mostAccesses = 0xFFFF;
+constexpr ULONG mostAccesses = 0xFFFF; // at the same time; one more is refused
 
 using Bounds = std::span<SAFEARRAYBOUND>;
 

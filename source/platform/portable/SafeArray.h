@@ -34,7 +34,8 @@ QMV_EXPORT UINT SafeArrayGetElemsize(SAFEARRAY* array) noexcept;
 /// Bounds of one dimension, counted from 1. E_INVALIDARG for a null array, DISP_E_BADINDEX for another dimension.
 QMV_EXPORT HRESULT SafeArrayGetLBound(SAFEARRAY* array, UINT dimension, LONG* bound) noexcept;
 QMV_EXPORT HRESULT SafeArrayGetUBound(SAFEARRAY* array, UINT dimension, LONG* bound) noexcept;
-/// The elements, counted as an access until SafeArrayUnaccessData. E_INVALIDARG for a null array or null `data`.
+/// The elements, counted as an access until SafeArrayUnaccessData. E_INVALIDARG for a null array or null `data`,
+/// E_UNEXPECTED for more than 65535 accesses at the same time.
 QMV_EXPORT HRESULT SafeArrayAccessData(SAFEARRAY* array, void** data) noexcept;
 /// Ends one access. E_UNEXPECTED when no access has begun.
 QMV_EXPORT HRESULT SafeArrayUnaccessData(SAFEARRAY* array) noexcept;

@@ -21,8 +21,8 @@ std::uintptr_t AddressBase() { return 0; }
 constexpr DWORD argumentCount = 3;
 #endif
 
-constexpr DWORD exceptionCode = 0xE06D7363;
-constexpr ULONG_PTR exceptionVersion = 0x19930520;
+constexpr DWORD exceptionCode = 0xE06D7363;        // a C++ exception: 0xE0 and the letters "msc" in ASCII
+constexpr ULONG_PTR exceptionVersion = 0x19930520; // of the layout of the structures below
 
 std::uint32_t ImageAddress(const void* thing) {
     return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(thing) - AddressBase());
@@ -35,8 +35,8 @@ struct TypeDescriptor {
 };
 struct CatchableType {
     std::uint32_t properties;
-    std::uint32_t descriptor; // an address, as are `type` and `types` below
-    std::array<std::int32_t, 3> distanceToBase;
+    std::uint32_t descriptor;                   // an address, as are `type` and `types` below
+    std::array<std::int32_t, 3> distanceToBase; // -1 as the second number: no virtual base
     std::uint32_t size;
     std::uint32_t copyFunction;
 };

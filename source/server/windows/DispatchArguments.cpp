@@ -158,7 +158,7 @@ void DispatchArguments::Store(UINT place, VARIANT& converted) const noexcept {
         SysFreeString(std::exchange(*V_BSTRREF(target), std::exchange(V_BSTR(&converted), nullptr)));
     } else if (type == VT_DECIMAL) {
         *V_DECIMALREF(target) = V_DECIMAL(&converted);
-        V_DECIMALREF(target)->wReserved = 0; // these bytes hold the type of the variant
+        V_DECIMALREF(target)->wReserved = 0; // in `converted` these bytes held the variant's type
     } else {
         std::memcpy(V_BYREF(target), &V_UI1(&converted), SizeOfNumber(type));
     }

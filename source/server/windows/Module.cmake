@@ -30,7 +30,8 @@ add_library(CoQMV40Calculator MODULE $<TARGET_OBJECTS:qmv40_server>
     ${generated}/CoQMV40Calculator.rc ${CMAKE_CURRENT_LIST_DIR}/CoQMV40Calculator.def)
 target_link_libraries(CoQMV40Calculator PRIVATE qmv40_calculator)
 set_target_properties(CoQMV40Calculator PROPERTIES PREFIX "")
-# Address randomisation and no execution of data, independently of the linker's defaults. Terminal-server awareness is for programs only.
+# Address randomisation and no execution of data, independently of the linker's defaults. The linker's flag --tsaware
+# (terminal-server awareness) is missing because it is for programs only.
 target_link_options(CoQMV40Calculator PRIVATE -Wl,--dynamicbase -Wl,--nxcompat)
 # The last two make two builds equal, bit for bit: otherwise the image base depends on the name of the output.
 target_link_options(CoQMV40Calculator PRIVATE
