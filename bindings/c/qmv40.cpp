@@ -76,24 +76,12 @@ template <typename Method> HRESULT WithFileName(const char* file, const Method& 
     return method(&argument);
 }
 
-struct ArrayReleaser {
-    void operator()(SAFEARRAY* array) const { SafeArrayDestroy(array); }
-};
-using PointArray = std::unique_ptr<SAFEARRAY, ArrayReleaser>;
-
-PointArray ArrayOf(const qmv40_alignment_point* points, std::size_t count) {
+/// The captured points in the component's form.
+OwnedArray PointArray(const qmv40_alignment_point* points, std::size_t count) {
     if (points == nullptr && count > 0) throw Refusal{E_POINTER, "the captured points are null"};
     constexpr std::size_t most = 1'000'000'000; // 40 GB, more than any capture; within an array's 32-bit bound
     if (count > most) throw Refusal{E_INVALIDARG, "there are too many captured points"};
-    SAFEARRAY* made = nullptr;
-    if (FAILED(SafeArrayAllocDescriptor(1, &made))) throw std::bad_alloc();
-    PointArray array(made);
-    array->cbElements = sizeof(HeadAlignmentDataItem);
-    array->rgsabound[0] = {static_cast<ULONG>(count), 0};
-    if (FAILED(SafeArrayAllocData(made))) throw std::bad_alloc();
-    const auto convert = [](const qmv40_alignment_point& point) { return std::bit_cast<HeadAlignmentDataItem>(point); };
-    std::ranges::transform(std::span(points, count), static_cast<HeadAlignmentDataItem*>(array->pvData), convert);
-    return array;
+    return ArrayOf(std::span(points, count));
 }
 
 /// Calls `method` with a record of the component and copies it into the caller's.
@@ -145,10 +133,8 @@ int32_t qmv40_save(qmv40_calculator* calculator, const char* file) {
 int32_t qmv40_enter_geometry(qmv40_calculator* calculator, const qmv40_alignment_point* a_points, size_t a_count,
                              const qmv40_alignment_point* b_points, size_t b_count) {
     return Call(calculator, __func__, [&](IQMVCalculator2& component) {
-        const PointArray aArray = ArrayOf(a_points, a_count);
-        const PointArray bArray = ArrayOf(b_points, b_count);
-        SAFEARRAY* a = aArray.get();
-        SAFEARRAY* b = bArray.get();
+        const OwnedArray aArray = PointArray(a_points, a_count), bArray = PointArray(b_points, b_count);
+        SAFEARRAY *a = aArray.get(), *b = bArray.get();
         return component.EnterHeadGeometry(&a, &b);
     });
 }

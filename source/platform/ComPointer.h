@@ -2,7 +2,10 @@
 
 #include "platform/Automation.h"
 
+#include <algorithm>
 #include <memory>
+#include <new>
+#include <span>
 #include <utility>
 
 namespace qmv40 {
@@ -56,5 +59,23 @@ struct TextReleaser {
 };
 /// Owns a BSTR, or null.
 using OwnedText = std::unique_ptr<OLECHAR, TextReleaser>;
+
+struct ArrayReleaser {
+    void operator()(SAFEARRAY* array) const noexcept { SafeArrayDestroy(array); }
+};
+/// Owns a safe array, or null.
+using OwnedArray = std::unique_ptr<SAFEARRAY, ArrayReleaser>;
+
+/// A safe array of one dimension, indexed from 0, with copies of the records. Throws bad_alloc.
+template <typename Record> OwnedArray ArrayOf(std::span<const Record> records) {
+    SAFEARRAY* made = nullptr;
+    if (FAILED(SafeArrayAllocDescriptor(1, &made))) throw std::bad_alloc();
+    OwnedArray array(made);
+    array->cbElements = sizeof(Record);
+    array->rgsabound[0] = {static_cast<ULONG>(records.size()), 0};
+    if (FAILED(SafeArrayAllocData(made))) throw std::bad_alloc();
+    std::ranges::copy(records, static_cast<Record*>(array->pvData));
+    return array;
+}
 
 } // namespace qmv40

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "interface/IQMVCalculator.h"
+#include "platform/ComPointer.h"
 #include "tools/model/HeadAngles.h"
 
-#include <memory>
 #include <span>
 #include <string>
 
@@ -28,10 +28,7 @@ public:
     XYZData PoleSpherePosition();
 
 private:
-    struct Releaser {
-        void operator()(IQMVCalculator2* object) const { object->Release(); }
-    };
-    std::unique_ptr<IQMVCalculator2, Releaser> component;
+    ComPointer<IQMVCalculator2> component;
 };
 
 } // namespace qmv40::component

@@ -1,5 +1,6 @@
 #include "tools/component/ComponentError.h"
 
+#include "platform/ComPointer.h"
 #include "tools/text/WideText.h"
 
 #include <algorithm>
@@ -13,11 +14,10 @@ namespace {
 using TextGetter = HRESULT (STDMETHODCALLTYPE IErrorInfo::*)(BSTR*);
 
 std::string TextOf(IErrorInfo& record, TextGetter getter) {
-    BSTR text = nullptr;
-    if (FAILED((record.*getter)(&text)) || text == nullptr) return {};
-    std::string utf8 = text::ToUtf8({text, SysStringLen(text)});
-    SysFreeString(text);
-    return utf8;
+    BSTR received = nullptr;
+    if (FAILED((record.*getter)(&received)) || received == nullptr) return {};
+    const OwnedText text(received);
+    return text::ToUtf8({text.get(), SysStringLen(text.get())});
 }
 
 struct KnownFailure {
@@ -44,13 +44,11 @@ constexpr std::array knownFailures{
 } // namespace
 
 ComponentError TakeComponentError(HRESULT code, const char* withoutRecord) {
-    IErrorInfo* record = nullptr;
-    if (GetErrorInfo(0, &record) != S_OK || record == nullptr) {
+    ComPointer<IErrorInfo> record;
+    if (GetErrorInfo(0, record.Receive()) != S_OK || !record) {
         return {code, withoutRecord, "no description is available"};
     }
-    ComponentError error{code, TextOf(*record, &IErrorInfo::GetSource), TextOf(*record, &IErrorInfo::GetDescription)};
-    record->Release();
-    return error;
+    return {code, TextOf(*record.Get(), &IErrorInfo::GetSource), TextOf(*record.Get(), &IErrorInfo::GetDescription)};
 }
 
 std::string CodeText(HRESULT code) {

@@ -71,8 +71,10 @@ private:
         using enum FindingKind;
         // In both sets, X or Y mirrored and X exchanged with Y look the same as B counting in the other direction.
         const bool isOwnMistake = which != Sets::Both;
-        if (isOwnMistake) AddColumns({AxisMirrored, which, 0}, {-1, 2, 3});
-        if (isOwnMistake) AddColumns({AxisMirrored, which, 1}, {1, -2, 3});
+        if (isOwnMistake) {
+            AddColumns({AxisMirrored, which, 0}, {-1, 2, 3});
+            AddColumns({AxisMirrored, which, 1}, {1, -2, 3});
+        }
         AddColumns({AxisMirrored, which, 2}, {1, 2, -3});
         if (isOwnMistake) AddColumns({AxesExchanged, which, 1}, {2, 1, 3});
         AddColumns({AxesExchanged, which, 2}, {3, 2, 1});
