@@ -76,6 +76,7 @@ FittedCircle FitCircle(const CMaPointArray& points, long evaluationLimit) {
     ScaledPoints scaled(points);
     SolverLimits limits{StraightRadius(scaled), evaluationLimit};
     std::optional<SolvedCircle> solved;
+    // The fit to the sample takes 3 to 10 passes over it. For fewer points that would be too large a part of the work.
     if (scaled.GetSize() > 8 * sampleSize) solved = FitFromASample(points, scaled, limits);
     if (!solved) solved = FitClearCircle(scaled, limits);
     if (!solved) solved = FitUnclearCircle(scaled, limits);

@@ -24,8 +24,9 @@ std::optional<ApexCircle> TaubinCircle(const CMaVector& first, const CMaVector& 
     const double a3 = 4.0 * q, a2 = -3.0 * q * q - qq;
     const double a1 = variance * q + 4.0 * area * q - uq * uq - vq * vq;
     const double a0 = uq * (uq * vv - vq * uv) + vq * (vq * uu - uq * uv) - variance * area;
+    constexpr int maxNewtonSteps = 20; // more than needed: the circle is only an initial guess
     double root = 0.0;
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < maxNewtonSteps; ++i) {
         const double next =
             root - (a0 + root * (a1 + root * (a2 + root * a3))) / (a1 + root * (2.0 * a2 + root * 3.0 * a3));
         if (!(next > root) || !(next < q)) break;
