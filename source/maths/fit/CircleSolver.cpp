@@ -168,8 +168,8 @@ private:
     }
 
     /// Whether this Newton step, or the next one, is below the rounding. The convergence is quadratic: if a step is
-    /// `ratio` times the one before, the next one is about ratio^2 times this one. That is relied on for small steps only:
-    /// far from the minimum the convergence is not quadratic.
+    /// `ratio` times the one before, the next one is about ratio^2 times this one. That is relied on for small steps
+    /// only: far from the minimum the convergence is not quadratic.
     bool IsLast(double size) noexcept {
         const double ratio = size / lastNewtonStep;
         lastNewtonStep = size;
