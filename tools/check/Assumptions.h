@@ -14,7 +14,7 @@ text::Json AssumptionsJson(const CheckOptions& options);
 /// {"length", "diameter", "tipDiameter"}; null without a stylus.
 text::Json StylusJson(const std::optional<Stylus>& stylus);
 
-/// One line for each: "stylus: 180 mm, diameter 4 mm", and the option that changes it.
+/// One line for each: "stylus", "180 mm long, diameter 4 mm, tip 5 mm", and the options that change it.
 struct AssumptionLine {
     std::string what;
     std::string value;

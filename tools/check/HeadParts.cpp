@@ -15,8 +15,9 @@ using obstacles::MovingPart;
 
 double Squared(double value) { return value * value; }
 
-/// The largest curvature term of a place on the head: the machine follows its path, and the place turns at the distance
-/// `reach` about the head's centre. Both change in proportion to the fraction.
+/// A bound of the second derivative, by the fraction, of the path of a place on the head: the machine follows its path,
+/// and the place turns at the distance `reach` about the head's centre. Both angles change in proportion to the
+/// fraction.
 double BendOf(const motion::ExecutedMove& move, double reach) {
     const double turned =
         std::abs(move.after.angles.a - move.before.angles.a) + std::abs(move.after.angles.b - move.before.angles.b);

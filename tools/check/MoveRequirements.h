@@ -10,11 +10,11 @@ struct MoveRequirement {
 
     enum class Ending {
         Anywhere,
-        BeforeLever, ///< on the line to the ball of the lever in reach, far enough off
-        AtLever,     ///< at its ball
-        ClearOfLever,
-        BeforePeg, ///< on the line on which cup and peg meet, far enough off
-        AtPeg      ///< the cup on the peg
+        BeforeLever,  ///< on the line to the ball of the lever in reach, far enough off
+        AtLever,      ///< at its ball
+        ClearOfLever, ///< at least as far from the ball as an approach position
+        BeforePeg,    ///< on the line on which cup and peg meet, far enough off
+        AtPeg         ///< the cup on the peg
     } ending = Ending::Anywhere;
 
     enum class Arc {

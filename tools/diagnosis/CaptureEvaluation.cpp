@@ -89,7 +89,9 @@ private:
         }
     }
 
-    /// The largest RMS of a capture without a mistake: noise, inexact index positions and small errors together.
+    /// The largest RMS about the fitted head that is not a fault. The mistakes that were found are in the fit. The
+    /// limit is the sum of what unexplained small errors, inexact index positions and noise may contribute, and at most
+    /// noiseCeiling.
     double MisfitCeiling() const {
         const double ofIndexing =
             model::ToRadians(thresholds::indexCeiling) * model::SafeLength(diagnosis.head.model.tip);

@@ -13,7 +13,7 @@ namespace {
 
 using model::Vector3;
 
-constexpr int residualPlaces = 6; // residuals and deviations: tenths of a micrometre are a good machine's noise
+constexpr int residualPlaces = 6; // residuals and standard deviations: a small one is tenths of a micrometre
 constexpr int positionPlaces = 4; // positions and angles
 
 /// Residuals are printed in micrometres.

@@ -9,7 +9,8 @@ namespace qmv40::diagnosis {
 
 /// The diagnosis of a capture, for people and for programs
 
-/// Prints how well the head is known, the second opinion, and every point.
+/// Prints how well the head is known, the second opinion (the head fitted with the captured angles), and the points:
+/// all, or of a large capture those that are farthest from their places.
 void PrintDiagnosis(const Diagnosis& diagnosis, const CaptureFiles& files, const text::Console& console);
 /// The worst severity: "fault" or "warning"; "good" when there is none of either.
 std::string VerdictOf(const std::vector<Finding>& findings);

@@ -19,28 +19,29 @@ enum class FindingKind {
     TooFewPositions, ///< a set has too few different positions; figure: how many
     CircleTooSmall,  ///< the circle of a set is too small to have an axis; figure: its radius
     TipInForce,      ///< the points are where the sphere is: a tip offset was in force; detail 1: in one set
-    UnitsWrong,    ///< figure: the fitted stylus length; reference: the factor that gives millimetres; detail 1: in one
-                   ///< set
-    SetsExchanged, ///< the A set was given as the B set, and the B set as the A set
+    UnitsWrong, ///< figure: the fitted stylus length; reference: the factor that gives millimetres, or the unit of the
+                ///< other set; detail 0: in both sets, 1: in the A set only, 2: in the B set only
+    SetsExchanged,    ///< the A set was given as the B set, and the B set as the A set
     OtherAxisNotHeld, ///< the held angle of these points differs from that of the others; figure: that of the others
     SwivelReversed,   ///< B counts in the wrong direction; figure 0: in both sets, 1: in the B set only
-    TiltReversed,     ///< A counts in the wrong direction; figure: the component's rotation, reference: the fitted one
-    AxisMirrored,     ///< a coordinate has the wrong sign; detail: its number, 0 is X
-    AxesExchanged,    ///< two coordinates are exchanged; detail: 10 times the one plus the other
-    ArmHorizontal,    ///< the head hangs from a horizontal arm, or all three coordinates are exchanged
-    AnglesSwapped,    ///< two points of a set have each other's turning angle
-    AngleMistyped,    ///< the turning angle of the points is wrong; figure: the true angle minus the written one,
-                      ///< reference: how far that moves the points
-    OtherAxisMoved,   ///< the held angle of the points is wrong; figures as above
-    SetAngleWrong,    ///< the held angle of a set contradicts the other set; figures as above
-    CapturedLocked,   ///< the points were captured with the head locked; figure: how far that moves them
+    TiltReversed,   ///< A counts in the wrong direction; detail 0: figure is the component's rotation and reference the
+                    ///< fitted one; detail 1: in the A set only, 2: in both sets
+    AxisMirrored,   ///< a coordinate has the wrong sign; detail: its number, 0 is X
+    AxesExchanged,  ///< two coordinates are exchanged; detail: 10 times the one plus the other
+    ArmHorizontal,  ///< the head hangs from a horizontal arm, or all three coordinates are exchanged
+    AnglesSwapped,  ///< two points of a set have each other's turning angle
+    AngleMistyped,  ///< the turning angle of the points is wrong; figure: the true angle minus the written one,
+                    ///< reference: how far that moves the points
+    OtherAxisMoved, ///< the held angle of the points is wrong; figures as above
+    SetAngleWrong,  ///< the held angle of a set contradicts the other set; figures as above
+    CapturedLocked, ///< the points were captured with the head locked; figure: how far that moves them
     // Of the next four, detail is 1 when it happens little by little during the whole capture
     TurnedOnMount,       ///< from these points on, the head is turned on its mount; figure: by how much
     HeadTilted,          ///< from these points on, the head is tilted; figure: by how much
     StylusChanged,       ///< from these points on, the stylus is another one; figure: by how much it is longer
     StylusBent,          ///< from these points on, its tip is elsewhere; figure: how far
     SphereMoved,         ///< from these points on, the pole sphere or the machine's zero has moved; vector: how far
-    SetsApart,           ///< the same, between the sets
+    SetsApart,           ///< the same, between the sets; figure: the length of the vector
     Drifts,              ///< the points drift; vector: from the first to the last point
     PointOff,            ///< the point is off its place; figure: how far
     PointSuspicious,     ///< the same, but less than a mistake would cause

@@ -9,14 +9,14 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-/// Three significant digits, and at most six decimals.
+/// With one decimal from 100 mm on, three from 0.01 mm on, and six below.
 std::string LengthText(double length) {
     const double size = std::abs(length);
     const int decimals = size >= 100.0 ? 1 : size >= 0.01 ? 3 : 6;
     return text::FixedText(length, decimals) + " mm";
 }
 
-/// An angle rounded to tenths, without trailing zeros.
+/// An angle rounded to tenths, without trailing zeros. Adding zero removes the sign of a negative zero.
 std::string RoundAngle(double degrees) { return text::ExactText(std::round(degrees * 10.0) / 10.0 + 0.0); }
 
 std::string ExactAngle(double degrees) { return text::FixedText(degrees, 4) + " deg"; }
@@ -342,6 +342,7 @@ private:
             "again."};
     }
 
+    /// The points by file and line: the ends of a run, otherwise the first seven points and the last one.
     std::string Points() const {
         const auto& points = finding.points;
         const bool isRun = points.size() > 3 && points.back() - points.front() + 1 == points.size();

@@ -12,6 +12,7 @@ namespace qmv40::diagnosis {
 
 namespace {
 
+// As many as the component allows for the circles of a head
 constexpr long fitIterationLimit = 200000;
 
 CMaVector Difference(const CMaVector& a, const CMaVector& b) { return a + b * -1.0; }
@@ -52,7 +53,7 @@ std::vector<double> PolarAngles(const CMaCircle& circle, const CMaPointArray& po
 }
 
 constexpr int lengthDecimals = 4;
-constexpr int residualDecimals = 6; // the noise of a good machine is tenths of a micrometre
+constexpr int residualDecimals = 6; // a small residual is tenths of a micrometre
 constexpr int directionDecimals = 6;
 constexpr int angleDecimals = 4;
 

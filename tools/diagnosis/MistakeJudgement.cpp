@@ -153,7 +153,8 @@ private:
     double Written(std::size_t i) const {
         return error.kind == ErrorKind::TiltAngle ? sets.points[i].a : sets.points[i].b;
     }
-    /// All other points are at index positions. This one is written down beside one, but was captured at it.
+    /// The written angle of this point is no index position, but those of all other points of its set are. It was
+    /// captured at an index position.
     bool IsASlipOfThePen() const {
         const auto isOffSteps = [](double degrees) { return std::abs(OffSteps(degrees)) > 1e-9; };
         for (std::size_t i = IsOfASet() ? 0 : sets.aCount; i < (IsOfASet() ? sets.aCount : count); ++i) {

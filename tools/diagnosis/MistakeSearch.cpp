@@ -162,7 +162,7 @@ private:
 
     /// Fits the most likely of the candidates that could explain more than chance, in their order.
     void FitPromising() {
-        constexpr std::size_t most = 16;
+        constexpr std::size_t most = 16; // a fit takes much longer than the screening of a candidate
         const std::size_t points = sets.points.size();
         std::erase_if(candidates, [&](const Candidate& candidate) {
             const std::size_t unknowns = candidate.Unknowns();

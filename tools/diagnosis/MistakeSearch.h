@@ -23,7 +23,9 @@ struct HeadExplained {
 /// - two points: each has the other's angle
 /// - one point: off its place
 /// - all points from one on, with either set first: the sphere or the machine's zero moved; the head turned on its
-///   mount, or tilted; another stylus; a drift of the points, or of the mounting angle
+///   mount, or tilted; another stylus
+/// - the whole capture, with either set first: a drift of the points, of the mounting angle, of the head's tilt, or of
+///   the stylus tip
 /// - the head: its B axis leans, its axes are not square, its axes do not meet
 /// - whole columns: the rewritings
 ///

@@ -253,7 +253,7 @@ private:
     /// Two points are off their places: together they may look like another mistake. Only the best pair becomes a
     /// candidate.
     void TryPairs() {
-        constexpr std::size_t most = 80;
+        constexpr std::size_t most = 80; // the time grows with the square of the number
         const std::size_t count = points.size();
         if (count > most) return;
         const Interval best = BestPair(0, count, [&](std::size_t i, std::size_t j) {

@@ -109,6 +109,7 @@ private:
     void Add(FindingKind kind, double figure, std::vector<Finding>& findings) const {
         Finding finding{kind, Severity::Fault, fit::PointRange(first, first + points.size()), figure};
         finding.detail = kind == FindingKind::TipInForce ? 1 : 0;
+        // The message of 1 says that the points are in one place or near each other.
         if (kind == FindingKind::TooFewPositions && IsSmall()) finding.figure = 1.0;
         findings.push_back(std::move(finding));
     }

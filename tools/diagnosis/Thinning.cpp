@@ -98,7 +98,7 @@ std::size_t Thinning::BestEnd(std::size_t end, const fit::ModelError& error, boo
 void Thinning::AddPointsOff(fit::HeadFit& fit) const {
     // In standard deviations: far more than noise alone moves any of a million points.
     constexpr double farOff = 8.0;
-    constexpr std::size_t most = 8;
+    constexpr std::size_t most = 8; // errors in all: a capture with so many mistakes is to be repeated
     double sum = 0.0;
     for (const std::size_t i : kept) sum += Misfit(fit.model, sets.points[i], i);
     const double variance = std::max(sum / (3.0 * static_cast<double>(kept.size())), thresholds::leastVariance);

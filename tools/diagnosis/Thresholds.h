@@ -5,7 +5,7 @@ namespace qmv40::diagnosis::thresholds {
 
 /// How often chance alone may set off one kind of finding on a faultless capture; a test that looks at many points or
 /// many explanations shares this among them. With some eight kinds of findings fewer than one faultless capture in a
-/// thousand is called into question, and a real mistake is still thousands of times larger than what is needed.
+/// thousand is called into question. Most real mistakes are many times larger than the noise, and still found.
 inline constexpr double falseAlarmRate = 1e-4;
 
 /// The normal distribution's quantile for that rate: noise alone moves a value by more than this many standard
@@ -24,15 +24,17 @@ inline constexpr double pointNoiseAtLeast = 1e-3;
 /// The noise of a machine is a few micrometres; a scatter of a tenth of a millimetre is a mistake.
 inline constexpr double noiseCeiling = 0.1;
 
-/// Up to this, a set that scatters more than the other is taken to be noisy. In a set of few points, a point that is
-/// off by leastWrongPlace is above this limit.
+/// Up to this, a set that scatters more than the other is taken to be noisy. More is taken for a mistake: in a set of
+/// four points, one point that is off by leastWrongPlace gives about this scatter.
 inline constexpr double unevenNoiseCeiling = 0.03;
 
-/// An index position of a head is exact to a few hundredths of a degree. This limits the RMS of the points about the
-/// places that their angles give them.
+/// An index position of a head is exact to a few hundredths of a degree. Times the length of the stylus, this is the
+/// part of inexact index positions in the limit for the RMS of the points about the places that their angles give them.
 inline constexpr double indexCeiling = 0.02;
 
-/// Errors too small to be reported, each below leastMove, add about this much to that RMS.
+/// A fixed part of that limit, added to those of inexact index positions and of the noise. It allows for what the
+/// fitted head does not explain: errors that are found are in the fit and need no allowance, whatever their size. The
+/// value is a choice, and well below leastMove.
 inline constexpr double smallErrors = 0.02;
 
 /// The index positions are 15 apart. An angle that is wrong by whole steps, to within nearAStep, was written down wrong
@@ -62,7 +64,7 @@ inline constexpr double offsetBeyondAnyHead = 0.1;
 /// Axes with a smaller angle between them are not the two axes of a head.
 inline constexpr double nearlyParallel = 30.0;
 
-/// A stylus that is shorter or longer is given in another unit: a length in inches is at most some tens.
+/// A stylus that is shorter or longer is taken to be given in another unit: 19.5 inches are 495 mm.
 inline constexpr double shortestStylus = 19.5;
 inline constexpr double longestStylus = 2000.0;
 

@@ -9,7 +9,7 @@ namespace qmv40::model {
 
 namespace {
 
-/// mm. A measuring machine cannot tell places apart that are closer.
+/// mm. Places that are closer than this, a few times the noise of a measuring machine, count as one.
 constexpr double onePlace = 0.01;
 /// mm for each radian. The place of a tip closer to the B axis does not depend on B.
 constexpr double smallestArm = onePlace;

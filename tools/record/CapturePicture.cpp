@@ -105,7 +105,8 @@ public:
     }
 
 private:
-    /// The points without a finding, if they are enough for a circle: a wrong point then stands out from it.
+    /// The points without a finding, if they are enough for a circle: a wrong point then stands out from it. Through
+    /// three points there is always a circle, so that at least four are needed.
     std::vector<Vector3> PointsOfTheCircle() const {
         constexpr std::size_t enough = 4;
         std::vector<Vector3> sound, all;
@@ -116,9 +117,10 @@ private:
         return sound.size() >= enough ? sound : all;
     }
 
-    /// Turns the circle so that up is machine Z, or machine Y for what is seen from above.
+    /// Chooses the direction in which the circle is seen, with machine Z up, or from above with machine Y up. Computes
+    /// what is drawn of each point.
     void Look(const diagnosis::fit::AxisCircle& circle) {
-        constexpr double steep = 0.7;
+        constexpr double steep = 0.7; // the cosine of 45 degrees
         isFromAbove = std::abs(circle.normal.z) > steep;
         const Vector3 normal = isFromAbove && circle.normal.z < 0.0 ? -circle.normal : circle.normal;
         const Vector3 wanted = isFromAbove ? Vector3{0.0, 1.0, 0.0} : Vector3{0.0, 0.0, 1.0};
@@ -197,7 +199,7 @@ private:
     void DrawNames(const Mark& mark) {
         // Beyond the longest stick, on the side on which the point lies
         const PaperPoint at = middle + (circleRadius + longestStick + 1.5) * mark.outward + PaperPoint{0.0, 0.9};
-        constexpr double upright = 0.3;
+        constexpr double upright = 0.3; // the name of a point nearly above or below the centre is centred on it
         const std::string anchor = mark.outward.x > upright ? "start" : mark.outward.x < -upright ? "end" : "middle";
         if (last - first <= mostAngles) {
             svg->Text(middle + (circleRadius - longestStick - 3.0) * mark.outward + PaperPoint{0.0, 0.8}, 2.2,

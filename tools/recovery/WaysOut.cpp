@@ -57,7 +57,7 @@ public:
         if (arc == nullptr) return Add(move);
         return Add({move.id, TurnedBy(*arc, arc->RotationAngle * (1.0 - stopped.fraction))});
     }
-    /// The part of that move that was made, back to its start.
+    /// The part of that move that was made, back to its start. `id`: the name that the move gets.
     Builder& AddReturn(MoveId id) {
         const auto& arc = std::get<ArcData>(plans.underWay.moves[stopped.number - 1].data);
         return Add({id, TurnedBy(arc, -arc.RotationAngle * stopped.fraction)});
@@ -91,7 +91,7 @@ private:
     std::vector<WayMove> moves;
 };
 
-/// Two ways to a place: a straight line, and a way above all obstacles.
+/// Two ways to a place: a straight line, and a way at the safe height, or higher when an end of the way is higher.
 std::vector<std::vector<plans::PlannedMove>> WaysTo(MoveId id, const XYZData& target, const model::Vector3& from,
                                                     double safeHeight) {
     const double height = std::max({safeHeight, from.z, target.ZPosition});
@@ -127,7 +127,7 @@ std::vector<WayOut> BackWhileUntouched(const Plans& plans, const Builder& empty,
     return WaysFrom(WaysTo(MoveId::DisengageFromLockLever, end, state.position, safeHeight), empty, goOn);
 }
 
-/// The lever at the start's angles is open, or being opened: it is locked again.
+/// The head is unlocked at the start's angles, or being unlocked: it is locked again.
 void BackWhileUnlocked(Builder& builder, const Plans& plans, MoveId under, const model::Vector3& position) {
     switch (under) {
     case MoveId::UnLock:

@@ -114,6 +114,7 @@ TEST(PlanCheck, ChecksTheWayFromOnePlanToTheNext) {
 
 TEST(PlanCheck, FindsAnObstacleBetweenOnePlanAndTheNext) {
     const model::HeadModel head = IdealHead();
+    // The body of the head is assumed to be 40 mm thick and 150 mm high.
     const auto pin = [](const model::Vector3& centre) {
         return check::obstacles::Obstacle{
             "pin", "ball", std::make_shared<check::obstacles::Rod>(centre, centre, 0.1), {}};

@@ -49,7 +49,7 @@ TEST(CaptureFile, IsReadInEverySpellingThatMeansTheSame) {
         {"APosition,BPosition,XPosition,YPosition,ZPosition\n45.0,-9e1,+1.5,-225e-2,1.0E3\n", "spellings of numbers"},
         {"Time,APosition,BPosition,XPosition,YPosition,ZPosition,Remark\n"
          "09:30,45,-90,1.5,-2.25,1000,\"said \"\"good\"\", kept\"\n",
-         "columns that nobody asked for are not looked at"},
+         "other columns are ignored"},
         {"A,B,X,Y,Z\n45,-90,1.5,-2.25,1000\n", "short names"},
         {"z;y;x;b;a\n1000;-2.25;1.5;-90;45\n", "short names in any order and letter case"},
         {"X,APosition,BPosition,XPosition,YPosition,ZPosition\n7,45,-90,1.5,-2.25,1000\n", "a long name comes first"},
@@ -61,9 +61,9 @@ TEST(CaptureFile, IsReadInEverySpellingThatMeansTheSame) {
         {"\"A\"\t\"B\"\tX\tY\tZ\n 45 \t \"-90\" \t1.5\t-2.25\t1000\n", "blanks and quotes beside tabulators"},
         {"\"A\";\"B\";\"X\";\"Y\";\"Z\"\n\"45\";\"-90\";\"1,5\";\"-2,25\";\"1000\"\n", "quoted fields, semicolons"},
         {"A;B;X;Y;Z;Remark\n45;-90;1,5;-2,25;1000;one, two. three\n", "commas and points in another column"},
-        {"sep=;\r\nA;B;X;Y;Z\r\n45;-90;1,5;-2,25;1000\r\n", "the separator told first"},
-        {"SEP=,\nA,B,X,Y,Z\n45,-90,1.5,-2.25,1000\n", "in any letter case"},
-        {"# by hand\nsep=\t\nA\tB\tX\tY\tZ\n45\t-90\t1.5\t-2.25\t1000\n", "a tabulator told first"},
+        {"sep=;\r\nA;B;X;Y;Z\r\n45;-90;1,5;-2,25;1000\r\n", "a line sep= gives the separator"},
+        {"SEP=,\nA,B,X,Y,Z\n45,-90,1.5,-2.25,1000\n", "a line sep= in capitals"},
+        {"# by hand\nsep=\t\nA\tB\tX\tY\tZ\n45\t-90\t1.5\t-2.25\t1000\n", "a line sep= gives a tabulator"},
         {"A,B,X,Y,Z\r45,-90,1.5,-2.25,1000\r", "CR alone ends a line"},
         {"A [deg],B (\xC2\xB0),X [mm],Y (MM),Z/mm\n45,-90,1.5,-2.25,1000\n", "units"},
         {"APosition [deg],BPosition,XPosition [ millimetres ],YPosition (mm),ZPosition/mm\n45,-90,1.5,-2.25,1000\n",
@@ -93,7 +93,7 @@ TEST(CaptureFile, MayBeUtf16WithAByteOrderMark) {
     }
 }
 
-TEST(CaptureFile, IsReadInTheUnitThatItIsTakenIn) {
+TEST(CaptureFile, IsReadInTheGivenUnitUnlessItsHeaderContradicts) {
     using enum text::LengthUnit;
     const struct {
         const char* header;
@@ -229,7 +229,7 @@ TEST(CaptureFile, IsRefusedAsAWholeWhenItCannotBeRead) {
     }
 }
 
-TEST(PointFile, NeedsTheThreeCoordinatesAlone) {
+TEST(PointFile, NeedsOnlyTheThreeCoordinates) {
     const TemporaryFolder folder;
     const auto points = diagnosis::ReadPoints(folder.Write("points.csv", "zposition,yposition,xposition\n3,2,1\n"));
     ASSERT_EQ(1u, points.size());
@@ -256,7 +256,7 @@ TEST(PointFile, IsReadInTheDialectsOfCaptures) {
     EXPECT_EQ(1.5, points[0].XPosition);
 }
 
-TEST(PointFile, MayBeACaptureWhoseAnglesAreNotLookedAt) {
+TEST(PointFile, MayBeACaptureAndIgnoresItsAngles) {
     const TemporaryFolder folder;
     const auto points = diagnosis::ReadPoints(folder.Write("capture.csv", std::string(header) + "?,?,1,2,3\n"));
     ASSERT_EQ(1u, points.size());

@@ -8,7 +8,7 @@ using namespace qmv40;
 
 /// Captures as the diagnostics take them, with the component's answer.
 
-/// A head that is mounted turned by 1.35 degrees, with a stylus that is half a millimetre off the vertical.
+/// A head that is mounted turned by -1.35 degrees, with a stylus tip that is half a millimetre off the B axis at A = 0.
 SimulatedHead SomeSimulatedHead();
 
 /// As they were captured, not brought to the locked position.

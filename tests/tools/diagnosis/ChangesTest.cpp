@@ -9,7 +9,7 @@ using namespace qmv40;
 
 namespace {
 
-/// Each is many times what the noise of a drawn capture (5 um at most) explains.
+/// Each is many times what the noise of these captures (5 um at most) explains.
 constexpr double turned = 1.5;                  // degrees
 constexpr double longer = 30.0;                 // mm
 constexpr model::Vector3 moved{0.5, -0.4, 0.3}; // mm
@@ -47,7 +47,7 @@ const Place places[] = {{aCount, count, 1.0, aCount, "the B set"},
                         {aCount + 5, count, 1.0, aCount + 5, "from a point of the B set on"},
                         {3, count, 1.0, 3, "from a point of the A set on, and the B set after it"}};
 
-TEST(Changes, AreToldAsTheLaterPointsStandOffTheEarlier) {
+TEST(Changes, AreGivenAsLaterPointsMinusEarlierPoints) {
     for (std::uint64_t seed = 1; seed <= 8; ++seed) {
         for (const Change& change : changes) {
             for (const Place& place : places) {

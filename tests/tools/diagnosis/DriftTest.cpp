@@ -11,7 +11,8 @@ namespace {
 using paper::Measurement;
 using qmv40::model::Vector3;
 
-/// A whole capture during which something comes to rest: `left` goes from 1 at the first measurement to almost 0.
+/// A whole capture during which something comes to rest: `change` is given the share of the movement that is left. It
+/// goes from 1 at the first measurement to about exp(-timeConstants) at the last.
 template <typename Change>
 PaperTrial TrialOf(std::uint64_t seed, bool aSetIsFirst, double timeConstants, Change change) {
     PaperCapture capture(seed);
@@ -53,7 +54,8 @@ TEST(Drift, IsNamedAfterWhatComesToRest) {
     for (const auto& each : cases) {
         for (const bool aSetIsFirst : {true, false}) {
             for (const double timeConstants : {1.0, 2.0, 4.5, 9.0}) {
-                // With nine time constants the movement is over at the third measurement. Other mistakes look the same.
+                // With nine time constants a twentieth of the movement is left at the sixth measurement. Other mistakes
+                // look the same.
                 const bool isNamed = timeConstants < 9.0;
                 SCOPED_TRACE(std::string(each.what) + (aSetIsFirst ? ", A first, " : ", B first, ") +
                              std::to_string(timeConstants) + " time constants");

@@ -27,9 +27,9 @@ std::vector<double> IndexPositions(int first, int step, int last) {
     return positions;
 }
 
-/// A wrong angle that is off by whole index steps.
+/// The error of an angle that is wrong by whole index steps.
 double WholeSteps(PaperCapture& capture) { return capture.OneOf({15.0, -15.0, 30.0, -30.0, 90.0}); }
-/// A wrong angle that is less than one index step.
+/// The error of an angle that is wrong by less than one index step.
 double PartOfAStep(PaperCapture& capture) {
     return capture.OneOf({1.0, -1.0}) * capture.OneOf({capture.Between(0.1, 1.0), capture.Between(1.0, 6.0)});
 }

@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
-/// A capture as a person makes it, point by point, on a head on paper. Each measurement has its own circumstances, so
-/// that anything can go wrong between two of them. Machine coordinates, millimetres, degrees.
+/// A capture as a person makes it, point by point, on a head on paper: a simulated one. Each measurement has its own
+/// circumstances, so that anything can go wrong between two of them. Machine coordinates, millimetres, degrees.
 namespace paper {
 
 using qmv40::model::Vector3;
@@ -27,14 +27,14 @@ struct CapturedLine {
 
 /// One measurement of the pole sphere.
 struct Measurement {
-    double a = 0.0;          ///< where the head stands
+    double a = 0.0;          ///< the angles of the head
     double b = 0.0;          //
-    double writtenA = 0.0;   ///< what is written down
+    double writtenA = 0.0;   ///< the angles that are written down
     double writtenB = 0.0;   //
     Vector3 sphere;          ///< the centre of the pole sphere
     double mounting = 0.0;   ///< how far the head is mounted turned about machine Z
     Vector3 tip;             ///< the stylus tip, in the head's frame at A = B = 0
-    Vector3 shift;           ///< what the reading is off by: the shift of unlocking, an offset in force
+    Vector3 shift;           ///< added to the reading: the shift by unlocking, a tip offset in force
     double leanX = 0.0;      ///< the B axis is turned about machine X and Y
     double leanY = 0.0;      //
     double squareness = 0.0; ///< the A axis is turned about the head's Y, out of square to the B axis
@@ -61,6 +61,7 @@ struct PaperCapture {
     double Between(double least, double most);
     /// The same, with either sign.
     double EitherSign(double least, double most);
+    /// A number from 0 to `count` - 1.
     std::size_t Below(std::size_t count);
     bool Either() { return Below(2) == 0; }
     template <typename T> T OneOf(std::initializer_list<T> choices) {
@@ -85,7 +86,7 @@ struct PaperCapture {
     template <typename Change> void All(Change&& change) { FromOn(0, change); }
     /// The number of the measurement with which the second set begins.
     std::size_t Between() { return First().size(); }
-    /// The number of a measurement within a set, with at least two measurements of the set on either side.
+    /// The number of a measurement within a set, with at least two measurements of the set before it and one after it.
     std::size_t WithinASet();
 
     /// Replaces both sets by measurements at these angles, with the head that was drawn.
@@ -101,7 +102,7 @@ struct PaperCapture {
     std::vector<paper::CapturedLine> aLines, bLines;  ///< after Measure()
     std::optional<qmv40::model::Vector3> knownSphere; ///< as a qualified stylus measured it
     std::optional<double> knownStylus;
-    std::vector<void (*)(PaperCapture&)> later; ///< what is left to be done to the readings
+    std::vector<void (*)(PaperCapture&)> later; ///< changes that are made to the readings at the end
     std::string made;                           ///< the mistakes that were drawn, for messages
     std::vector<std::size_t> changed;           ///< the points that a mistake changed; the A set is numbered first
 
@@ -114,16 +115,16 @@ struct PaperCapture {
 struct HumanKind {
     const char* name;
     bool isClean;
-    /// Names of findings that say what was done; where none is given any finding will do.
+    /// Names of findings that say what was done. When there are none, any finding counts as the right one.
     std::vector<std::string_view> culprits;
-    void (*circumstances)(PaperCapture&); ///< before the measurements; may be none
-    void (*readings)(PaperCapture&);      ///< after them; may be none
+    void (*circumstances)(PaperCapture&); ///< before the measurements; may be null
+    void (*readings)(PaperCapture&);      ///< after them; may be null
 };
 
-/// The common ones, each with the name that it is to be found under.
+/// The common kinds. A mistake has the names of the findings that may report it.
 const std::vector<HumanKind>& CommonMistakes();
-/// Rarer circumstances and mistakes, two at once, and things that no finding has a name for. Any finding counts as the
-/// right one.
+/// Rarer circumstances and mistakes, two mistakes at once, and mistakes for which there is no finding. For all except
+/// one, any finding counts as the right one.
 const std::vector<HumanKind>& OddMistakes();
 /// The common and the odd ones.
 const std::vector<HumanKind>& HumanKinds();

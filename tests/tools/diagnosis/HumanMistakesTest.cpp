@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Captures of each kind. The printed seeds make a failure again: `qmv40_mistakes --kind ... --show ALL`.
+/// The number of captures of each kind. A printed seed repeats its failure: `qmv40_mistakes --kind ... --show ALL`.
 constexpr int capturesOfAKind = 2;
 std::uint64_t SeedOf(std::size_t kind, int i) { return 7000 + 100 * kind + static_cast<std::uint64_t>(i); }
 
@@ -94,7 +94,7 @@ TEST(HumanMistakes, AreFoundAtThePointsWhereTheyWereMade) {
                  {"a star stylus", false},
                  {"the A set near the edge of a quadrant", false}};
     constexpr int captures = 30;
-    // In a few captures two explanations are as good as one another.
+    // In a few captures two explanations are equally good.
     constexpr double mostMissed = 0.05;
     for (const auto& each : cases) {
         const HumanKind& kind = KindNamed(each.kind);
@@ -124,7 +124,7 @@ TEST(HumanMistakes, AreFoundAtThePointsWhereTheyWereMade) {
 
 TEST(HumanMistakes, AreHardlyEverSuspectedInAFaultlessCapture) {
     constexpr int capturesOfEach = 75;
-    // Fewer than one in a thousand may be: with 600, more than three are a chance of one in three hundred.
+    // At most one capture in a thousand may be doubted. Among 600, chance then exceeds three once in 300 times.
     constexpr std::size_t mostDoubted = 3;
     std::vector<std::string> doubted;
     for (const HumanKind& kind : CommonMistakes()) {
@@ -149,7 +149,7 @@ TEST(HumanMistakes, AreHardlyEverSuspectedInAFaultlessCapture) {
 }
 
 /// Seeds of the campaign whose noise came out small by luck, or that have more noise in one set.
-TEST(HumanMistakes, AreJudgedByNoiseThatFewPointsCannotTellWell) {
+TEST(HumanMistakes, AreJudgedWellWhenTheNoiseOfFewPointsMisleads) {
     const struct {
         const char* kind;
         std::uint64_t seed;

@@ -1,4 +1,5 @@
-// Captures of heads on paper with one human mistake each, and faultless ones, judged as `qmv40 geometry` judges them.
+// Captures of simulated heads with one or two human mistakes each, and faultless ones, judged as `qmv40 geometry`
+// judges them.
 //     qmv40_mistakes [captures] [seed] [--show CULPRIT|HARM|CLEAN|ALL] [--kind TEXT]
 // Prints a table. The exit code is 1 when a wrong geometry was accepted.
 
@@ -68,12 +69,12 @@ Count Try(const HumanKind& kind, std::uint64_t seed, const std::string& show) {
 }
 
 void Print(const char* name, const Count& count, bool isClean) {
-    const int wrong = count.captures - count.accepted;
+    const int refused = count.captures - count.accepted;
     std::printf("| %-42s | %8d | %16d | ", name, count.captures, count.harmful);
     if (isClean) {
         std::printf("%15s | %13d |\n", "", count.refused);
     } else {
-        std::printf("%13.1f %% | %13d |\n", wrong > 0 ? 100.0 * count.named / wrong : 100.0, wrong);
+        std::printf("%13.1f %% | %13d |\n", refused > 0 ? 100.0 * count.named / refused : 100.0, refused);
     }
 }
 
@@ -91,6 +92,7 @@ int main(int count, char** arguments) {
         if (std::string(kinds[k].name).find(asked.kind) == std::string::npos) continue;
         Count all;
         for (int i = 0; i < each; ++i) {
+            // Within a run no two captures have the same seed.
             all += Try(kinds[k], asked.seed * 1000003 + k * 100003 + static_cast<std::uint64_t>(i), asked.show);
         }
         Print(kinds[k].name, all, kinds[k].isClean);

@@ -24,7 +24,7 @@ struct PaperTrial {
     /// The geometry written is off by more than 0.1 mm or 0.05 degrees and by more than four of the standard deviations
     /// stated, or by more than 0.5 mm or 0.2 degrees.
     bool IsWrong() const { return isWrong; }
-    /// A finding has one of the names; any will do where none is given.
+    /// True when a finding has one of the names, and always when none is given.
     bool Names(const std::vector<std::string_view>& culprits) const;
     /// For messages.
     std::string Text() const;

@@ -14,7 +14,7 @@ using model::Measured;
 using model::Vector3;
 
 constexpr unsigned seed = 20261122;
-/// Degrees and mm: rounding of an iteration for two angles, with coordinates of some hundred millimetres.
+/// Degrees and mm: the rounding error of an iteration for two angles, at coordinates of some hundred millimetres.
 constexpr double fitTolerance = 1e-7;
 
 /// A head with a locked-to-unlocked offset other than the built-in one, at machine coordinates of hundreds of mm.

@@ -22,7 +22,7 @@ diagnosis::CaptureFile FileOf(const std::string& name, const Items& items) {
     return file;
 }
 
-/// A capture without noise, in which single points may be put off their places.
+/// A capture without noise, in which a test can move single points.
 struct DrawnCapture {
     explicit DrawnCapture(std::size_t ofBSet = 13) : bSet(head.BSet(90, static_cast<int>(ofBSet), -180, 180)) {}
 
@@ -51,7 +51,7 @@ double LengthOf(const SvgElement& stick) {
 /// Each point has a stick for each of its two residuals. Each of the two scale bars has three: the bar and its ends.
 constexpr std::size_t sticksOfAPoint = 2, sticksOfBars = 6;
 
-TEST(CapturePicture, HasAStickForEachPointInBothWays) {
+TEST(CapturePicture, HasAStickForEachOfTheTwoResidualsOfAPoint) {
     const DrawnCapture capture;
     const SvgElement picture = capture.Picture();
     EXPECT_EQ(sticksOfAPoint * (capture.aSet.size() + capture.bSet.size()) + sticksOfBars,

@@ -21,8 +21,8 @@ constexpr std::size_t placesInside = 10;
 constexpr double exactAngle = 1e-6; // degrees, for positions without noise
 /// mm and degrees, for positions without noise: rounding errors are about 1e-9 mm.
 constexpr JudgeTolerance exactly{1e-6, 1e-6};
-/// mm and degrees, for positions with noise. The position error of 0.05 mm is 0.41 degrees at the cup's distance of
-/// 6.95 mm from the B axis, and 0.41 degrees are 0.2 mm at a distance of 27 mm.
+/// mm and degrees, for positions with noise. As A turns, the cup comes within 6.95 mm of the B axis: the position error
+/// of 0.05 mm is then 0.41 degrees. At 27 mm, the cup's distance from the head centre, 0.41 degrees are 0.2 mm.
 constexpr JudgeTolerance withNoise{0.3, 0.5};
 constexpr double noise = 0.01; // mm, standard deviation of each coordinate
 

@@ -12,6 +12,7 @@ using model::LeverSide;
 using model::LeverState;
 using model::Vector3;
 
+// The radii that the check assumes when the user gives none, mm
 constexpr double sphereRadius = 5.0;
 constexpr double ballRadius = 2.5;
 

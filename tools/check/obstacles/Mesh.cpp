@@ -11,6 +11,7 @@ namespace {
 
 using model::Vector3;
 
+// A node with so few triangles is not divided.
 constexpr std::uint32_t fewTriangles = 4;
 
 Vector3 Smaller(const Vector3& a, const Vector3& b) {

@@ -103,6 +103,7 @@ std::vector<Obstacle> ObstaclesOf(const std::string& fileName, const std::string
 
 std::vector<Obstacle> ReadObstacles(const std::string& fileName) {
     const std::string content = text::ReadWholeFile(fileName);
+    // Blanks and a byte-order mark may come before a document.
     const std::size_t begin = content.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
     if (begin != std::string::npos && content[begin] == '{') return ObstaclesOf(fileName, content);
     std::vector<Obstacle> one;

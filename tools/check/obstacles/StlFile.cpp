@@ -58,7 +58,7 @@ std::vector<Triangle> BinaryTriangles(const std::string& fileName, std::string_v
     return triangles;
 }
 
-/// The words of a line, as many as are asked for; a missing one is empty.
+/// The first five words of a line: 'vertex', three numbers, and one that must not be there. A missing word is empty.
 std::array<std::string_view, 5> WordsOf(std::string_view line) {
     std::array<std::string_view, 5> words;
     for (std::string_view& word : words) {

@@ -8,7 +8,7 @@ namespace qmv40::check::obstacles {
 
 namespace {
 
-// The error of a computed distance is about 1e-9 mm.
+// The error of a computed distance is about 1e-9 mm. A hundred times that is subtracted from a bound.
 constexpr double roundings = 1e-7; // mm
 // Far more than any move needs. A bound that is not tight yet is still a valid bound.
 constexpr int mostDivisions = 200'000;
@@ -22,7 +22,7 @@ struct Stretch {
     Moment start;
     Moment end;
     double atLeast; ///< lower bound of the clearance in it
-    double error;   ///< the largest possible difference of the true clearance
+    double error;   ///< by how much at most the true clearance exceeds `atLeast`
 };
 
 bool IsFartherOff(const Stretch& left, const Stretch& right) { return left.atLeast > right.atLeast; }
@@ -70,6 +70,8 @@ private:
 
     void Add(const Moment& start, const Moment& end) {
         const double length = end.fraction - start.fraction;
+        // The ends of the axis leave their chords by at most an eighth of the second derivative times the squared
+        // length.
         const double off = part.bend * length * length / 8.0 + TwistBetween(start.axis, end.axis);
         const double wanted = std::min(enough, atMost) + off + part.radius;
         double distance = solid.DistanceTo({start.axis.from, start.axis.to, end.axis.to}, wanted);

@@ -14,7 +14,7 @@ struct Triangle {
 /// The smallest distance between two triangles, in closed form; 0 where they meet.
 double Distance(const Triangle& left, const Triangle& right);
 
-/// The distance along the direction from `origin` at which the ray crosses the triangle; negative when it does not.
+/// Where the ray from `origin` crosses the triangle, in multiples of `direction`; negative when it does not.
 double CrossedAt(const Triangle& triangle, const model::Vector3& origin, const model::Vector3& direction);
 
 } // namespace qmv40::check::obstacles

@@ -32,8 +32,8 @@ CirclePoint PlaceOn(const AxisCircle& circle, const model::Vector3& point) {
     return {model::ToDegrees(std::atan2(y, x)), std::hypot(x, y) - circle.radius, model::Dot(arm, circle.normal)};
 }
 
-/// The derivatives of a point's two residuals by the unknowns. The signs of both rows are reversed, which does not
-/// change the covariances.
+/// The derivatives of a point's two residuals with respect to the unknowns. The signs of both rows are reversed, which
+/// does not change the covariances.
 std::array<std::array<double, AxisCircle::unknowns>, 2> Derivatives(const CirclePoint& point, double radius) {
     const double c = std::cos(model::ToRadians(point.polarAngle)), s = std::sin(model::ToRadians(point.polarAngle));
     return {{{c, s, 0.0, 0.0, 0.0, 1.0}, {0.0, 0.0, 1.0, -radius * c, -radius * s, 0.0}}};

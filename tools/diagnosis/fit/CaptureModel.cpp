@@ -52,7 +52,7 @@ private:
     model::Rotation tilt, squareness, swivel, leanY, leanX;
 };
 
-/// The vector from the pole to the stylus tip, in each frame.
+/// The vector from the head's centre to the stylus tip, in each frame.
 struct TipInFrames {
     TipInFrames(const Pose& pose, const model::Vector3& tip)
         : tilted(pose.Tilted(tip + pose.MoreTip())), squared(pose.Squared(tilted)),

@@ -9,8 +9,8 @@
 
 namespace qmv40::diagnosis::fit {
 
-/// One captured point: the head's angles as they are written down, in degrees, and the machine position, shifted to the
-/// locked one.
+/// One captured point: the head's angles as they are written down, in degrees, and the machine position, converted to
+/// that of the locked head.
 struct CapturedPoint {
     double a = 0.0;
     double b = 0.0;

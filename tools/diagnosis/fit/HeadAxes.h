@@ -14,15 +14,15 @@ struct Estimate {
 /// covariances of both circles. Angles in degrees.
 struct HeadAxes {
     Estimate headCentre[3];           ///< the point of the B axis nearest to the A axis; not finite for parallel axes
-    Estimate axisOffset;              ///< by how much the A axis passes the B axis; its sign is arbitrary
-    Estimate squareness;              ///< what the angle between the axes lacks to 90; its sign is arbitrary
+    Estimate axisOffset;              ///< the distance between the two axes; its sign is arbitrary
+    Estimate squareness;              ///< the angle between the axes minus 90; its sign is arbitrary
     Estimate offVerticalTowardsX;     ///< the angle by which the B axis leans from the vertical, in the XZ plane
     Estimate offVerticalTowardsY;     ///< the same in the YZ plane
     double rotationStandardDeviation; ///< of the A axis' azimuth, and so of the head's rotation
     double angleBetween;              ///< 0 to 90
     double offVertical;               ///< of the B axis, 0 to 90
 
-    /// Of the head centre, in all directions together.
+    /// The standard deviation of the head centre, in all directions together.
     double CentreStandardDeviation() const;
 };
 

@@ -14,11 +14,12 @@ public:
     explicit NormalEquations(std::size_t unknowns)
         : size(unknowns), matrix(unknowns * unknowns, 0.0), right(unknowns, 0.0) {}
 
-    /// One observation: its derivatives by the unknowns, its wanted change, and how much its square counts.
+    /// Adds one observation: its derivatives with respect to the unknowns, the change that is wanted of it (measured
+    /// minus modelled), and the weight of its square.
     void Add(std::span<const double> derivatives, double wanted, double weight = 1.0);
 
-    /// The step that brings the observations nearest to what is wanted. The diagonal is raised by the share `damping`.
-    /// Empty when the observations do not determine the step.
+    /// The step that brings the observations nearest to what is wanted. Each element of the diagonal is raised by the
+    /// share `damping` of itself. Empty when the observations do not determine the step.
     std::optional<std::vector<double>> Solve(double damping = 0.0) const;
 
     /// The covariances of the unknowns when every observation has the variance 1. Empty when the observations do not

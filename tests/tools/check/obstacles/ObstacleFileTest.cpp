@@ -122,7 +122,7 @@ TEST_F(ObstacleFile, CanBeAnStlFile) {
     EXPECT_EQ("plate.stl", obstacles[0].name);
 }
 
-TEST_F(ObstacleFile, RefusesUnknownMembers) {
+TEST_F(ObstacleFile, RefusesUnknownMembersAndImpossibleShapes) {
     const char* const box = R"("centre":{"X":0,"Y":0,"Z":0},"size":{"X":1,"Y":1,"Z":1})";
     const struct {
         const char* why;

@@ -38,6 +38,7 @@ double CentreStandardDeviation(const diagnosis::fit::AxisCircle& circle, const m
 }
 
 TEST(AxisCircle, KnowsItsCentreAsWellAsTheTableOfArcsSays) {
+    // The table is in docs/conventions.md.
     const struct {
         double arc, alongBisector, tolerance;
     } cases[] = {{360, 0.53, 0.005}, {180, 0.99, 0.005}, {90, 3.4, 0.05},

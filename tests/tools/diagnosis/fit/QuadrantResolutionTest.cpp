@@ -29,8 +29,9 @@ TEST(RotationByQuadrant, IsWhatTheComponentFinds) {
                 head.mountingAngle = mounting;
                 head.stylus = {tip.x, tip.y, tip.z};
                 const double found = UnderTest(head.ASet(b), head.BSet(75)).rotation;
-                const double folded = diagnosis::fit::RotationByQuadrant(ModelOf(mounting, tip), allTilts, b);
-                EXPECT_NEAR(0.0, model::Wrapped(found - folded), 1e-6) << mounting << " at B " << b << " tip " << tip.x;
+                const double byQuadrant = diagnosis::fit::RotationByQuadrant(ModelOf(mounting, tip), allTilts, b);
+                EXPECT_NEAR(0.0, model::Wrapped(found - byQuadrant), 1e-6)
+                    << mounting << " at B " << b << " tip " << tip.x;
             }
         }
     }
@@ -46,7 +47,7 @@ TEST(RotationByQuadrant, TakesTheWrongSideNearTheEdgeOfAQuadrant) {
     EXPECT_TRUE(diagnosis::fit::QuadrantIsRight(ModelOf(-3.0, straight), allTilts, 45.0));
 }
 
-TEST(SwivelWithSafeQuadrant, IsTheMiddleOfAQuadrantForAHeadMountedNearlySquare) {
+TEST(SwivelWithSafeQuadrant, Is45WhenThatIsFarFromAnEdge) {
     for (const double mounting : {-30.0, -3.0, 0.0, 20.0, 87.0, 180.0}) {
         EXPECT_EQ(45.0, diagnosis::fit::SwivelWithSafeQuadrant(ModelOf(mounting, straight), allTilts)) << mounting;
     }

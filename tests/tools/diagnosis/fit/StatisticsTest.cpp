@@ -14,7 +14,7 @@ TEST(FTestUpperTail, IsThatOfThePrintedTables) {
         double ratio, numerator, denominator, chance;
     } cases[] = {{161.448, 1, 1, 0.05}, {18.5128, 1, 2, 0.05}, {3.3258, 5, 10, 0.05},  {2.3479, 10, 20, 0.05},
                  {5.3903, 2, 30, 0.01}, {11.3919, 4, 5, 0.01}, {1.5343, 60, 60, 0.05}, {1.3519, 120, 120, 0.05}};
-    // The tables give five or six figures of the ratio.
+    // The tables round the ratio. With many degrees of freedom this changes the probability by up to 5e-4 of itself.
     constexpr double ofTables = 1e-4;
     for (const auto& each : cases) {
         EXPECT_NEAR(each.chance, diagnosis::fit::FTestUpperTail(each.ratio, each.numerator, each.denominator),
@@ -51,7 +51,7 @@ TEST(FTestUpperTail, HasItsClosedFormsFarOutInTheTail) {
     }
 }
 
-TEST(FTestUpperTail, OfBothTailsAddsUpToOne) {
+TEST(FTestUpperTail, AndThatOfTheInverseRatioAddUpToOne) {
     constexpr double rounding = 1e-12;
     for (const double ratio : {0.01, 0.5, 1.0, 3.0, 40.0}) {
         EXPECT_NEAR(1.0,
@@ -70,7 +70,7 @@ TEST(FTestUpperTail, IsDefinedForZeroNegativeAndNotANumber) {
 }
 
 /// Student's table, both tails together 0.001; the normal distribution's quantile there is 3.2905.
-TEST(Statistics, WidenADeviationAsStudentsTableSays) {
+TEST(Statistics, WidenAStandardDeviationAsStudentsTableSays) {
     const struct {
         double degreesOfFreedom, quantile;
     } cases[] = {{1, 636.619}, {2, 31.599}, {4, 8.610}, {10, 4.587}, {30, 3.646}, {120, 3.373}};
