@@ -18,8 +18,8 @@
 
 namespace {
 
-constexpr std::int32_t pointerCode = std::bit_cast<std::int32_t>(0x80004003U);
-constexpr std::int32_t argumentCode = std::bit_cast<std::int32_t>(0x80070057U);
+constexpr std::int32_t pointerCode = std::bit_cast<std::int32_t>(0x80004003U);  // E_POINTER
+constexpr std::int32_t argumentCode = std::bit_cast<std::int32_t>(0x80070057U); // E_INVALIDARG
 
 struct Destroyer {
     void operator()(qmv40_calculator* calculator) const { qmv40_destroy(calculator); }
@@ -75,7 +75,8 @@ LastError LastErrorOf(qmv40_calculator* calculator) {
     return {code, source.data(), description.data()};
 }
 
-/// The references have more digits; machine coordinates are some hundreds of millimetres.
+/// mm and degrees. The references have more digits, and the rounding of coordinates of some hundred millimetres is far
+/// smaller.
 constexpr double agreement = 1e-9;
 
 testing::AssertionResult AgreesWith(const RequiredMoves& reference, const qmv40_moves& moves) {

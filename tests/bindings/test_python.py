@@ -14,7 +14,7 @@ import qmv40
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 HEADS = sorted((ROOT / "tests/data/heads").glob("*.json"))
 KEY = r"HKEY_LOCAL_MACHINE\Software\Hollbeck\VRX Software\QMV40Calculator"
-AGREEMENT = 1e-9  # the references have more digits; coordinates are some hundreds of millimetres
+AGREEMENT = 1e-9  # mm and degrees: far above the rounding of coordinates of some hundred millimetres
 
 
 def use_settings(folder, texts):
@@ -132,7 +132,7 @@ class Files(Case):
         head.position = 0, 0
         self.assertEqual(head.calculate_move(45, 90), self.head().calculate_move(45, 90))
 
-    def test_the_component_is_told(self):
+    def test_of_the_component_is_the_one_beside_the_library(self):
         library = pathlib.Path(os.environ["QMV40_LIBRARY"])
         component = pathlib.Path(qmv40.Calculator().component)
         self.assertEqual(component.parent.resolve(), library.parent.resolve())
@@ -154,7 +154,7 @@ class Arrays(Case):
         self.assertEqual(by_arrays.pole_sphere(), by_lists.pole_sphere())
         by_lists.position = numpy.array([0.0, 0.0])
         plan = by_lists.calculate_move(45, 90)
-        self.assertEqual(plan.ends().shape, (12, 3))
+        self.assertEqual(plan.ends().shape, (12, 3))  # of the 12 straight moves
         self.assertEqual(plan[2].record.array().tolist(), list(plan[2].record))
 
     def test_numpy_is_not_needed(self):

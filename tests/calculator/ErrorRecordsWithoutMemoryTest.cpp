@@ -33,7 +33,7 @@ TEST_F(PreparedCalculator, ReturnsErrorTextsWholeOrOutOfMemory) {
             failures += wasReached ? 1 : 0;
         }
     }
-    EXPECT_EQ(failures, 3);
+    EXPECT_EQ(failures, 3); // each of the three texts takes one allocation
 }
 
 } // namespace

@@ -109,7 +109,7 @@ protected:
             if (code == S_OK) {
                 ASSERT_EQ(numbers, expected);
             }
-            // The same call succeeds now, and then the object has its old state again.
+            // With memory the same call has its usual result. Prepare then sets the old state again.
             Prepare(object);
             ASSERT_EQ(call(), method.code);
             ASSERT_EQ(numbers, expected);

@@ -5,9 +5,10 @@
 
 #include <functional>
 
-/// Runs `call` again and again. In each run the next allocation fails, first alone and then together with all later
-/// ones. Ends after a run in which no allocation failed. After each run, with memory available again, `check` gets the
-/// code that the call returned or threw. Returns the number of runs in which an allocation failed.
+/// Runs `call` in two series. In the runs of a series the first allocation fails, then the second, and so on, until no
+/// allocation fails. In the first series it fails alone, in the second together with all later ones. After each run,
+/// with memory available again, `check` gets the code that the call returned or threw. Returns the number of runs in
+/// which an allocation failed.
 inline long ForEveryAllocation(const std::function<HRESULT()>& call, const std::function<void(HRESULT)>& check) {
     constexpr long moreThanEnough = 20000;
     long failures = 0;

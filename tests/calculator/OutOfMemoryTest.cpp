@@ -37,7 +37,7 @@ protected:
         EXPECT_TRUE(code == S_OK || code == E_OUTOFMEMORY) << std::hex << "0x" << static_cast<unsigned>(code);
     }
 
-    /// A plan of `calculator` from one position to another.
+    /// The plan of `calculator` from (30, -75) to (60, 120). Afterwards the head is at the target.
     static std::array<double, numbersInAPlan> PlannedBy(IQMVCalculator& calculator) {
         RequiredMoves moves{};
         EXPECT_EQ(calculator.SetCurrentHeadPosition(30.0, -75.0), S_OK);

@@ -36,7 +36,7 @@ TEST(Guarded, ReturnsOutOfMemoryAndLeavesNoRecord) {
     EXPECT_FALSE(raised.record);
 }
 
-/// Restores the rounding mode at the end of a test.
+/// Sets a rounding mode. Rounds to nearest again at the end of the scope.
 class RoundingMode {
 public:
     explicit RoundingMode(int mode) { std::fesetround(mode); }

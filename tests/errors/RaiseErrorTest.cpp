@@ -24,7 +24,7 @@ TEST(RaiseError, ThrowsTheCode) {
     }
 }
 
-TEST(RaiseError, RecordsAnOwnErrorWithAnEmptyHelpFile) {
+TEST(RaiseError, RecordsAComponentCodeWithAnEmptyHelpFile) {
     const Raised raised = RaisedBy([] { RaiseError(QMV_E_READ_FROM_FILE, aSource, aDescription); });
     ExpectFailure(raised, {QMV_E_READ_FROM_FILE, aSource, aDescription});
 }

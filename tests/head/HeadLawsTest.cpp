@@ -59,7 +59,7 @@ TEST_F(HeadLaws, CapturesAtB45GivePoleSphereAndMounting) {
     EXPECT_EQ(heads, 4 * 33);
 }
 
-TEST_F(HeadLaws, CapturesInTheMiddleOfEveryQuadrantAreRight) {
+TEST_F(HeadLaws, CapturesWithBInTheMiddleOfAQuadrantAreRight) {
     for (const double b : {45.0, -45.0, 135.0, -135.0})
         for (const double mounting : {-40.0, -3.0, 0.0, 1.5, 40.0}) {
             const SimulatedHead simulated{.pole = {-50.0, 820.0, 95.0}, .mountingAngle = mounting};
@@ -111,7 +111,7 @@ TEST_F(HeadLaws, ATurnOfAllPointsAboutTheVerticalTurnsTheHead) {
     const Triple lever = AnswerFor(head, &RoundThePole::LeverLockedPosition, 1);
     for (const double direction : {0.0, 90.0, 180.0, 270.0})
         for (const double within : {-38.0, -20.0, -7.3, 0.0, 11.0, 33.0}) {
-            // In all cases the plane of the A set is in the middle of a quadrant, where the quadrant is unambiguous.
+            // In all cases the plane of the A set is at least 9 degrees from the edges of its quadrant.
             const double by = direction + within;
             SCOPED_TRACE(by);
             Compute(Turned(a, by), Turned(b, by));

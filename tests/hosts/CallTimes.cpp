@@ -1,5 +1,5 @@
-// The time of a call in a host with 53 bits of x87 precision, the default of programs of the platform, and in one with
-// 64 bits. This is a measurement, not a test: long times are no failure.
+// The time of a call in a host with 53 bits of x87 precision, the default of Windows programs, and in one with 64
+// bits. This is a measurement, not a test: long times are no failure.
 
 #include "hosts/Imports.h"
 #include "hosts/Subjects.h"
@@ -29,7 +29,7 @@ template <class Call> void Print(const char* what, int rounds, int calls, Call&&
     printf("  %-40s %8.0f ns\n", what, shortest);
 }
 
-/// Replaces the opening of a registry key: returns at once that there is none.
+/// Replaces the opening of a registry key: returns at once that there is none (ERROR_FILE_NOT_FOUND).
 long __stdcall NoKey(void*, const char*, DWORD, DWORD, void**) { return 2; }
 
 void PrintTable(const Server& server, IQMVCalculator2& calculator, int rounds) {
@@ -64,7 +64,7 @@ void CallTimes(int rounds) {
     AlignmentPoints bPoints(AlignmentPoints::B);
     Expect(calculator->EnterHeadGeometry(aPoints.Address(), bPoints.Address()) == S_OK, "a geometry is entered");
     Expect(calculator->SetCurrentHeadPosition(0.0, 0.0) == S_OK, "a position is set");
-    constexpr unsigned short words[] = {0x027F, 0x037F};
+    constexpr unsigned short words[] = {0x027F, 0x037F}; // 53 and 64 bits of precision
     for (const unsigned short& word : words) {
         printf("x87 control word 0x%04X\n", word);
         __asm__ volatile("fnclex\n\tfldcw %0" : : "m"(word));

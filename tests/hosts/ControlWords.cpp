@@ -33,7 +33,7 @@ unsigned long long BitsOfPlans(const Server& server, AlignmentPoints& aPoints, A
         for (const double& number : moves.numbers) {
             unsigned long long bits = 0;
             __builtin_memcpy(&bits, &number, sizeof bits);
-            checksum = (checksum ^ bits) * 1099511628211ULL;
+            checksum = (checksum ^ bits) * 1099511628211ULL; // the prime of the FNV-1a hash
         }
     }
     calculator->Release();

@@ -41,8 +41,8 @@ struct HandleEntry {
 };
 
 long OpenHandles() {
-    constexpr int allHandles = 64; // SystemExtendedHandleInformation
-    static Size answer[2 + 7 * 100000];
+    constexpr int allHandles = 64;      // SystemExtendedHandleInformation
+    static Size answer[2 + 7 * 100000]; // a count, and room for at least 100,000 entries
     if (NtQuerySystemInformation(allHandles, answer, sizeof answer, nullptr) != 0) return -1;
     const auto* const entries = reinterpret_cast<const HandleEntry*>(answer + 2);
     long count = 0;
@@ -52,7 +52,7 @@ long OpenHandles() {
 }
 
 long long BusyHeapBytes() {
-    constexpr unsigned short busy = 4;
+    constexpr unsigned short busy = 4; // PROCESS_HEAP_ENTRY_BUSY
     HANDLE heaps[64];
     const DWORD count = GetProcessHeaps(64, heaps);
     long long bytes = 0;

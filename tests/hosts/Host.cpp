@@ -28,6 +28,7 @@ IUnknown* AlignmentRecord() {
     ITypeLib* library = nullptr;
     IUnknown* info = nullptr;
     IUnknown* record = nullptr;
+    // 2: REGKIND_NONE, which loads without a registration.
     Expect(LoadTypeLibEx(ServerPath(path), 2, &library) == S_OK, "the type library loads");
     Expect(library->GetTypeInfoOfGuid(alignmentItem, &info) == S_OK, "the record is in it");
     Expect(GetRecordInfoFromTypeInfo(info, &record) == S_OK, "the record can be made");
@@ -36,6 +37,7 @@ IUnknown* AlignmentRecord() {
     return record;
 }
 
+/// A point of the capture of an ideal head with its centre at (100, -200, 300), mounted turned by 10 degrees.
 HeadAlignmentDataItem MeasuredPoint(double a, double b) {
     constexpr double degree = 3.14159265358979323846 / 180.0;
     constexpr double stylus = 180.0;

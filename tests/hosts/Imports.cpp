@@ -4,7 +4,7 @@
 
 namespace {
 
-// Offsets in an image, from the platform's documentation.
+// Offsets in bytes in a loaded module (Portable Executable format), from the platform's documentation.
 constexpr DWORD placeOfHeader = 0x3C;
 constexpr DWORD imports = 24 + (sizeof(void*) == 8 ? 120 : 104); // counted from the header
 constexpr DWORD namesOfModule = 0;                               // counted from a module's entry
@@ -12,7 +12,7 @@ constexpr DWORD nameOfModule = 12;
 constexpr DWORD addressesOfModule = 16;
 constexpr DWORD sizeOfEntry = 20;
 constexpr DWORD hintBeforeName = 2;
-constexpr Size byNumber = Size{1} << (8 * sizeof(Size) - 1); // an import that has no name
+constexpr Size byNumber = Size{1} << (8 * sizeof(Size) - 1); // the flag of an import by number, which has no name
 
 /// The entry of the module's import table with the address of the function.
 void** ImportOf(void* module, const char* function) {
@@ -40,7 +40,7 @@ ReplacedImport::ReplacedImport(void* module, const char* function, void* replace
 ReplacedImport::~ReplacedImport() { Put(before); }
 
 void ReplacedImport::Put(void* function) {
-    constexpr DWORD readAndWrite = 4;
+    constexpr DWORD readAndWrite = 4; // PAGE_READWRITE
     DWORD protection = 0;
     if (place == nullptr) return;
     VirtualProtect(place, sizeof *place, readAndWrite, &protection);

@@ -3,7 +3,7 @@
 #include <cmath>
 
 /// A number of about 32 digits: the unevaluated sum of two doubles. The tests compare the component's arithmetic with
-/// it. For sizes between 1e-140 and 1e140, in the rounding mode to nearest.
+/// it. It is valid for sizes between 1e-140 and 1e140, in the rounding mode to nearest.
 class DoubleDouble {
 public:
     DoubleDouble(double value = 0.0) noexcept : high(value) {}
@@ -61,7 +61,7 @@ private:
         return Parts(product, ((x.high * y.high - product) + x.high * y.low + x.low * y.high) + x.low * y.low);
     }
     static DoubleDouble HalvesOf(double a) noexcept {
-        const double shifted = 134217729.0 * a; // 2^27 + 1
+        const double shifted = 134217729.0 * a; // 2^27 + 1: leaves the upper half of the 53 bits
         const double upper = shifted - (shifted - a);
         return Parts(upper, a - upper);
     }

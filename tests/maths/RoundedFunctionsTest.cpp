@@ -86,7 +86,8 @@ constexpr Value arcTangents[] = {
 constexpr int samples = Trials(100000);
 constexpr std::uint64_t seed = 40;
 
-/// Long doubles have 11 bits more than doubles: the error of the C library's functions for them is 1/1000 of a step.
+/// Long doubles have 11 bits more than doubles: the error of the C library's functions for them is below 1/1000 of a
+/// step.
 constexpr double largestError = 0.501;
 
 /// The distance of `rounded` from `exact`, in steps between neighbouring doubles.

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-/// The settings of the process as lines of text: locale, environment, current folder, floating-point rounding, and
-/// those of each platform (open files, signals, threads).
+/// The settings of the process as lines of text: locale, environment, current folder, floating-point rounding and
+/// flags, and those of each platform (open files, signals, threads).
 class HostSnapshot {
 public:
     HostSnapshot();

@@ -23,7 +23,7 @@ TEST_F(Locales, OfTheCLibraryHaveNoEffectAndDoNotChange) {
     }
 }
 
-/// Numbers with commas and points, and German words for Boolean values.
+/// Numbers with a decimal comma, and points between thousands.
 class OtherNumbers : public std::numpunct<char> {
     char do_decimal_point() const override { return ','; }
     char do_thousands_sep() const override { return '.'; }

@@ -56,7 +56,7 @@ TEST(ModuleState, DoesNotCountACallAfterAnException) {
 #ifdef __SSE2__
 
 constexpr unsigned int defaultControl = 0x1F80;
-constexpr unsigned int flushToZero = 0x8040; ///< tiny results and tiny operands
+constexpr unsigned int flushToZero = 0x8040; ///< subnormal results and operands become zero
 constexpr unsigned int roundingModes[] = {0x0000, 0x2000, 0x4000, 0x6000};
 
 /// Sets MXCSR as a host can. Restores the test program's settings at the end.
@@ -77,7 +77,7 @@ TEST(ModuleState, RoundsToNearestInEveryModeOfTheHost) {
     }
 }
 
-TEST(ModuleState, KeepsSubnormalNumbersInEveryModeOfTheHost) {
+TEST(ModuleState, KeepsSubnormalNumbersWhenTheHostFlushesThem) {
     const Host host(defaultControl | flushToZero);
     const ModuleStateGuard guard;
     result = smallestNormal / three;

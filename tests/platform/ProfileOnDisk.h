@@ -17,7 +17,7 @@ class ProfileOnDisk {
 public:
     std::filesystem::path Path() const { return folder.Path("head.ini"); }
     const std::filesystem::path& Folder() const { return folder.Path(); }
-    /// The files in its folder, itself included. Copies that a write leaves are among them.
+    /// The number of files in its folder: itself, and copies that a write did not remove.
     std::ptrdiff_t FilesInFolder() const {
         const std::filesystem::directory_iterator files(Folder());
         return std::distance(begin(files), end(files));

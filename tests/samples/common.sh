@@ -37,7 +37,7 @@ same_registry() {
     cmp "$work/$1.reg" "$work/now.reg" || fail "the registry is not as it was before, $2: $(diff_registry "$1")"
 }
 
-# The script host registers its own types when it first runs; that is no business of the comparison.
+# The script host registers its own types when it first runs. It runs here, before the registry is remembered.
 : >"$work/empty.vbs"
 (cd "$work" && windows cscript //nologo empty.vbs)
 

@@ -1,12 +1,13 @@
-# Sourced by the checks of samples on every system: what a sample is given and what it must print.
+# Sourced by the checks of samples on every system: what a sample must print.
 fail() {
     echo "$@" >&2
     exit 1
 }
 
-# check_plan <file>: the one text that every sample prints for samples/head.ini, an ideal head square to the machine: its pole is
-# the head centre. The lines below are computed by hand: the head centre and the lever's locked ball, (30.3, -19.3, -36.55)
-# from it, less the drive cup, and the turns of a tilt by 45 and a swivel by 90.
+# check_plan <file>: the file must be samples/plan.txt, which every sample prints for samples/head.ini, an ideal head
+# mounted square to the machine. The lines below are computed by hand: the lever's locked ball is at the head centre
+# plus (30.3, -19.3, -36.55), the engagement at the head centre minus the drive cup, and the arcs tilt by 45 and swivel
+# by 90.
 check_plan() {
     cmp -s "$root/samples/plan.txt" "$1" || fail "$1 is not samples/plan.txt: $(diff "$root/samples/plan.txt" "$1" | head -20)"
     [ "$(wc -l <"$1")" -eq 22 ] || fail "$1 has not 22 lines: $(cat "$1")"

@@ -6,7 +6,7 @@
 
 using namespace qmv40;
 
-/// Most clients create objects through the registration. These tests do too, and check the failures there.
+/// Most clients create objects through the registration. These tests do the same, and also check failures.
 
 namespace {
 

@@ -11,9 +11,9 @@
 /// The component's file.
 std::filesystem::path ServerPath();
 
-/// Whether this program can catch the component's exceptions. Each of the two has its own copy of the compiler's
-/// runtime. On x64 the runtime finds the functions of all images in the system's tables. In 32-bit code it knows those
-/// of its own image only, and a refused CalculateMove ends the program: see docs/callers.md.
+/// Whether this program can catch the component's exceptions. The program and the component each have their own copy of
+/// the compiler's runtime. On x64 the runtime finds the functions of all images in the system's tables. In 32-bit code
+/// it knows those of its own image only, and a refused CalculateMove ends the program: see docs/callers.md.
 inline constexpr bool catchesWhatIsThrown = sizeof(void*) == 8;
 
 /// The component, loaded from its file without a registration.

@@ -322,7 +322,7 @@ TEST_F(Registration, ThatFailsLeavesNoKeys) {
 
 TEST_F(Registration, WithoutRightsReturnsAccessDeniedAndWritesNothing) {
     NoRegistrar registrar(DISP_E_EXCEPTION);
-    // The last key exists, and access to it is denied to everybody.
+    // The last key to which a registration writes exists already, and access to it is denied to everybody.
     constexpr auto denied = secondInterfaceKey;
     SECURITY_DESCRIPTOR noAccess{};
     ACL empty{};

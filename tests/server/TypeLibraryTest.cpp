@@ -75,7 +75,7 @@ TEST_F(TypeLibrary, IsTheFirstOfTheModule) {
     EXPECT_TRUE(IsEqualGUID(attributes->guid, LIBID_CoQMV40CalculatorLib));
     EXPECT_EQ(attributes->wMajorVerNum, 1);
     EXPECT_EQ(attributes->wMinorVerNum, 0);
-    EXPECT_EQ(attributes->lcid, 1033U);
+    EXPECT_EQ(attributes->lcid, 1033U); // English (United States)
     EXPECT_EQ(attributes->syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
     library->ReleaseTLibAttr(attributes);
     EXPECT_EQ(WordsOf(*library.Get(), MEMBERID_NIL),

@@ -32,6 +32,7 @@ void ExpectDefaults() {
 
 std::vector<unsigned char> Bytes(const std::string& text) { return {text.begin(), text.end()}; }
 
+// The types of stored values, as the registry numbers them.
 constexpr unsigned long text = 1;
 constexpr unsigned long expandableText = 2;
 constexpr unsigned long bytes = 3;

@@ -51,7 +51,7 @@ private:
     void PassNoPointer();
 
     HRESULT Give(std::size_t which);
-    /// Checks that a failed call has set a record with this description.
+    /// Counts a call and checks its code. If a description is given, the error record must have it.
     void Expect(HRESULT actual, HRESULT expected, const wchar_t* description = nullptr);
 
     SharedState& shared;

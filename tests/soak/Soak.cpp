@@ -32,7 +32,7 @@ bool IsFlat(const ProcessFigures& before, const ProcessFigures& after) {
            after.residentBytes <= before.residentBytes + residentTolerance;
 }
 
-/// Makes `calls` calls in several parts and compares the memory after the first part with that after the last.
+/// Makes `calls` calls in several stretches and compares the memory after the first one with that after the last.
 /// `setFixedState` sets the same state each time.
 bool Soak(const char* what, SharedState& shared, long calls, const std::function<void()>& call,
           const std::function<void()>& setFixedState) {

@@ -75,7 +75,7 @@ struct FailingCall {
     Failure expected;
 };
 
-/// Makes the calls.
+/// Makes the calls and compares the failure of each.
 inline void ExpectFailures(const std::vector<FailingCall>& calls) {
     for (const FailingCall& call : calls) {
         SCOPED_TRACE(call.how);

@@ -27,14 +27,14 @@ protected:
         return calculator.EnterHeadGeometry(aAxisPoints.Address(), bAxisPoints.Address());
     }
 
-    /// Has a geometry. The head's position is unknown.
+    /// A calculator with a geometry. The head's position is unknown.
     static qmv40::ComPointer<IQMVCalculator2> WithGeometry() {
         auto calculator = CreateCalculator();
         EXPECT_EQ(Enter(*calculator.Get()), S_OK);
         return calculator;
     }
 
-    /// Has a geometry and a position.
+    /// A calculator with a geometry and a position.
     static qmv40::ComPointer<IQMVCalculator2> At(double a, double b) {
         auto calculator = WithGeometry();
         EXPECT_EQ(calculator->SetCurrentHeadPosition(a, b), S_OK);

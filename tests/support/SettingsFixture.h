@@ -15,7 +15,7 @@ public:
     /// The key as the component opens it, below the machine-wide root.
     static constexpr const char* key = R"(Software\Hollbeck\VRX Software\QMV40Calculator)";
 
-    /// Stores a terminated text. Creates the key if there is none. SetRaw does the same.
+    /// Stores a terminated text. SetText and SetRaw create the key if there is none.
     void SetText(const char* name, const char* text);
     /// Stores `bytes` as they are under one of the store's types (1: text, 2: expandable text, 3: bytes, 4: number).
     /// The bytes of a text are ASCII characters. A terminator is stored only if it is among them.

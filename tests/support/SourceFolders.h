@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// Folders of the source tree that tests read, absolute, with "/" and without one at the end.
+/// Folders of the source tree that tests read: absolute paths with "/" between the names and none at the end.
 std::string SourceRoot();
 std::string TestDataFolder();
 std::string ScenariosFolder();

@@ -6,7 +6,7 @@ namespace {
 
 class LateBindingWithoutMemory : public PreparedCalculator {};
 
-TEST_F(LateBindingWithoutMemory, IsAResultOfEveryDispatchCall) {
+TEST_F(LateBindingWithoutMemory, ReturnsOutOfMemoryFromEveryCall) {
     const auto calculator = CreateCalculator();
     LPOLESTR names[] = {const_cast<LPOLESTR>(L"CalculateMove")};
     DISPID id = 0;
@@ -17,7 +17,7 @@ TEST_F(LateBindingWithoutMemory, IsAResultOfEveryDispatchCall) {
         std::function<HRESULT()> action;
     } calls[] = {{"GetTypeInfo", [&] { return calculator->GetTypeInfo(0, 0, &info); }},
                  {"GetIDsOfNames", [&] { return calculator->GetIDsOfNames(IID_NULL, names, 1, 0, &id); }},
-                 {"Invoke", [&] {
+                 {"Invoke", [&] { // 8: GetPoleSpherePosition
                       return calculator->Invoke(8, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr);
                   }}};
     for (const auto& [call, action] : calls) {

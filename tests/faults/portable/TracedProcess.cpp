@@ -33,7 +33,7 @@ public:
             ::ptrace(PTRACE_SYSCALL, process, nullptr, signal);
             Await();
             if (!WIFSTOPPED(status) || WSTOPSIG(status) == SIGSTOP) return false;
-            if (WSTOPSIG(status) == (SIGTRAP | 0x80)) return true;
+            if (WSTOPSIG(status) == (SIGTRAP | 0x80)) return true; // 0x80: the mark of PTRACE_O_TRACESYSGOOD
             signal = WSTOPSIG(status) == SIGTRAP ? 0 : WSTOPSIG(status);
         }
     }

@@ -114,7 +114,7 @@ TEST_F(AwkwardPlaces, RemoveAByteOrderMarkFromAFileWithSeveralNames) {
     EXPECT_EQ(TwoGeometries::HeldByFile(path), 2);
 }
 
-// Hosts of old programs call SetFileApisToOEM. It does not affect the profile functions.
+// Some old hosts call SetFileApisToOEM. It does not affect the profile functions.
 TEST_F(AwkwardPlaces, SaveInAHostWithOemFileFunctions) {
     path = folder.Path() / fs::path(u8"K\u00F6pfe.ini");
     SetFileApisToOEM();

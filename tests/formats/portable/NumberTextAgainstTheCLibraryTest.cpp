@@ -95,6 +95,7 @@ TEST(DoubleToScientific, AgreesWithPrintfOnEveryNumber) {
     SCOPED_TRACE(seed);
     std::mt19937_64 random(seed);
     std::uniform_real_distribution<double> coordinate(-2000.0, 2000.0);
+    // Sixteenths: many of them are exactly half-way between two texts of ten digits.
     for (int i = 0; i < Trials(200000); ++i) {
         for (const double value :
              {std::bit_cast<double>(random()), coordinate(random), std::round(coordinate(random) * 1e7) / 16})

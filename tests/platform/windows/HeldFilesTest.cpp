@@ -109,7 +109,7 @@ TEST_F(HeldFiles, CauseAWaitOf250MillisecondsAtMost) {
     }
 }
 
-TEST_F(HeldFiles, CauseAWaitOfMostOfThatTime) {
+TEST_F(HeldFiles, CauseAWaitOf200MillisecondsAtLeast) {
     const FileHandle held(profile.Path().wstring(), GENERIC_READ, 0);
     EXPECT_FALSE(Save());
     EXPECT_GE(testClock.asked, 200U);

@@ -127,7 +127,7 @@ TEST_F(NarrowNames, AreNoneWhenTheCodePageLacksACharacter) {
     }
 }
 
-TEST_F(NarrowNames, AreElseInTheSystemsCodePage) {
+TEST_F(NarrowNames, AreOtherwiseInTheSystemsCodePage) {
     Become(1250, 1252);
     EXPECT_EQ(NarrowName(german, conversions), "C:\\k\xF6pf.ini") << "the letter has the same byte in both";
     EXPECT_EQ(NarrowName(polish, conversions), std::nullopt) << "the system would read g\xB3owa.ini";
@@ -139,7 +139,7 @@ TEST_F(NarrowNames, AreElseInTheSystemsCodePage) {
     EXPECT_EQ(NarrowName(russian, conversions), "C:\\\xD0\xB3\xD0\xBE\xD0\xBB\xD0\xBE\xD0\xB2\xD0\xB0.ini");
 }
 
-TEST_F(NarrowNames, OfFilesAreElseTheShortNames) {
+TEST_F(NarrowNames, OfFilesAreOtherwiseTheShortNames) {
     Become(1250, 1252);
     machine.shortPath = L"C:\\GOWA~1.INI";
     EXPECT_EQ(NarrowFileName(polish, conversions), "C:\\GOWA~1.INI");

@@ -35,7 +35,7 @@ namespace {
 
 // Accounts without administrator rights may only read the machine's settings.
 TEST(SettingsAccess, RequestsReadingOnly) {
-    constexpr REGSAM toRead = 0x20019;
+    constexpr REGSAM toRead = 0x20019; // KEY_READ
     openings.clear();
     const SettingsKey key(R"(Software\Hollbeck\VRX Software\QMV40Calculator)");
     ASSERT_EQ(openings.size(), 1U);

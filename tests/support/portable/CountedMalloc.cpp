@@ -1,8 +1,8 @@
 #include "tests/support/CountedMalloc.h"
 
-// With the option --wrap the linker directs each call of malloc, calloc and free in the program's code to __wrap_...,
-// and
-// __real_... to the C library. So allocations of the platform layer's texts and arrays can fail too.
+// With the option --wrap the linker directs each call of malloc, calloc and free in the program's code to a function
+// __wrap_..., and each call of a function __real_... to the C library. So allocations of the platform layer's texts and
+// arrays can fail too.
 extern "C" {
 void* __real_malloc(std::size_t size);
 void* __real_calloc(std::size_t count, std::size_t size);

@@ -147,7 +147,7 @@ TEST_F(ObstacleCommand, ChecksAllPairsAsItChecksSinglePlans) {
     check::CheckOptions options;
     options.scene.parts.stylus = check::Stylus{.length = stylusLength};
     options.scene.obstacles = check::obstacles::ReadObstacles(box);
-    // Some of the positions: the pairs of all take ten seconds.
+    // Only some of the positions: the pairs of all positions take ten seconds.
     std::vector<model::HeadAngles> positions = check::HeadPositions(0);
     std::erase_if(positions, [](const auto& each) { return std::fmod(each.b, 60.0) != 0.0; });
     const model::HeadModel head = check::HeadModelOf(settings::GeometryFile(geometry).Numbers());

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* commands[] = {"geometry", "move", "export", "check", "where", "which", "start", "pole", "fit"};
 
-TEST(Usage, HelpOfTheToolNamesEveryCommandAndTheExitCodes) {
+TEST(Usage, HelpOfTheToolNamesCommandsAndTheExitCodes) {
     const ToolRun run = RunQmv40({"--help"});
     EXPECT_EQ(0, run.exitCode);
     for (const char* command : commands) {

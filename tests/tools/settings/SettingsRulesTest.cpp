@@ -179,6 +179,7 @@ std::string RandomText(std::mt19937_64& random) {
 }
 
 void StoreSomething(const char* name, std::mt19937_64& random, SettingsFixture& store) {
+    // REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ
     constexpr unsigned long types[] = {1, 2, 3, 4, 7};
     switch (random() % 8) {
     case 0:
