@@ -3,7 +3,7 @@
 #include <cstddef>
 
 /// Counts the program's allocations through `new` while an object of this class lives. For one thread, and one object
-/// at a time. While none lives, it costs a test of one variable.
+/// at a time. While none lives, an allocation costs only one more test of a variable.
 class Allocations {
 public:
     Allocations() noexcept;

@@ -13,7 +13,7 @@ using namespace qmv40;
 
 namespace {
 
-/// A store that answers at once, and a missing one, which costs the least.
+/// A local file with all fourteen settings, and a missing file, which takes the least time.
 constexpr const char* fullStore = QMV40_SCENARIOS "/settings-override/settings.reg";
 constexpr const char* noStore = QMV40_SCENARIOS "/there is none";
 

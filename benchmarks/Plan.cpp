@@ -91,7 +91,7 @@ double AllocationsOfAPlan(Tour& tour) {
 
 constexpr int allocationsOfAPlan = 8;
 
-/// The heap allocations of one plan: a rotation of the head and its result for each of three positions, two axes.
+/// The heap allocations of one plan: for each of three positions a rotation of the head and its result, and two axes.
 void AllocateLikeAPlan() {
     const auto allocate = [](std::size_t size) {
         char* const block = std::allocator<char>().allocate(size);

@@ -72,7 +72,8 @@ template <typename Fit> void AddShape(Suite& suite, const std::string& shape,
         "CGAL", [=] { return (inputs->cgal.*fitWithCgal)(); }, std::nullopt);
 }
 
-/// A strip 10 000 times as long as wide, whose normal is (1, 2, 2) / 3 to the last bit: its coordinates are exact.
+/// A strip 3000 mm long and 0.375 mm wide with the normal (1, 2, 2) / 3. The coordinates are exact in binary, so the
+/// points have exactly this normal.
 Points NarrowStrip() {
     Points strip{{}, CMaPointArray(0)};
     for (int along = -500; along <= 500; ++along)

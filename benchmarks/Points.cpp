@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr double noiseOfTheProbe = 0.002;
+constexpr double noiseOfTheProbe = 0.002; // mm
 
 class NoisyPoints {
 public:
@@ -37,7 +37,7 @@ Points ArcOf90Degrees(std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         const double angle = 0.5 * std::numbers::pi * Share(i, count);
         const double u = arcRadius * std::cos(angle), v = arcRadius * std::sin(angle);
-        // Along (2, 1, -2) / 3 and (2, -2, 1) / 3: the plane is square to (1, 2, 2) / 3.
+        // Along (2, 1, -2) / 3 and (2, -2, 1) / 3: the plane is perpendicular to (1, 2, 2) / 3.
         points.Add(arcCentre.x + (2.0 * u + 2.0 * v) / 3.0, arcCentre.y + (u - 2.0 * v) / 3.0,
                    arcCentre.z + (v - 2.0 * u) / 3.0);
     }

@@ -47,6 +47,7 @@ std::string Shown(double value, const std::string& unit) {
     if (unit != "s") return Text(value) + ' ' + unit;
     constexpr std::array<const char*, 4> units{"s", "ms", "us", "ns"};
     std::size_t chosen = 0;
+    // With three digits, 0.9995 is shown as 1.
     while (value < 0.9995 && chosen + 1 < units.size()) value *= 1e3, ++chosen;
     return Text(value) + ' ' + units[chosen];
 }

@@ -48,8 +48,8 @@ struct Row {
 /// How long to measure.
 struct Effort {
     int rounds;
-    double secondsEach; ///< of one piece of work in one round, at least
-    bool large;         ///< with the sizes that take seconds a call
+    double secondsEach; ///< the least time for one piece of work in one round
+    bool large;         ///< include the sizes at which one call takes seconds
 };
 
 /// The pieces of timed work and the rows made from their times.

@@ -1,6 +1,6 @@
-# QMV40_COMPILER_CACHE: if ccache is installed, it stores what the compiler writes and uses it again, also for other clones of the
-# same user. Only one file contains the path of the sources (tests/support/SourceFolders.cpp); ccache makes the paths on the
-# command line relative.
+# QMV40_COMPILER_CACHE: if ccache is installed, it stores what the compiler writes and uses it again, also for other
+# clones of the same user. Only one file contains the path of the sources (tests/support/SourceFolders.cpp); ccache
+# makes the paths on the command line relative.
 option(QMV40_COMPILER_CACHE "Take what was compiled before from ccache, where it is installed" OFF)
 if(QMV40_COMPILER_CACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     find_program(CCACHE ccache)

@@ -1,8 +1,8 @@
 include_guard(GLOBAL)
 
 # An interface target for an installed header-only library, for native and cross builds alike.
-# The compiler reaches the library's folder through a link in the build tree: a cross compiler must not search /usr/include,
-# because the other headers there belong to this machine's system.
+# The compiler reaches the library's folder through a link in the build tree: a cross compiler must not search
+# /usr/include, because the other headers there belong to this machine's system.
 #   qmv40_header_only_library(<target> HEADER <folder/file> PACKAGE <Debian package>)
 function(qmv40_header_only_library target)
     cmake_parse_arguments(PARSE_ARGV 1 library "" "HEADER;PACKAGE" "")

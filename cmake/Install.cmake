@@ -10,7 +10,7 @@ install(DIRECTORY bindings/python/qmv40 DESTINATION lib/python3/dist-packages CO
 install(FILES bindings/csharp/Qmv40.cs DESTINATION ${CMAKE_INSTALL_DATADIR}/qmv40/csharp)
 install(DIRECTORY samples DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN "CMakeLists.txt" EXCLUDE PATTERN "__pycache__" EXCLUDE)
 if(QMV40_TOOLS)
-    # The tool finds the library beside itself, wherever both are put.
+    # The tool finds the library relative to its own folder, so that the installed tree can be moved.
     set_target_properties(qmv40 PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
     install(TARGETS qmv40)
     set(manual ${PROJECT_BINARY_DIR}/manual)

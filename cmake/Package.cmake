@@ -1,5 +1,5 @@
-# Two Debian packages of all installed files; packaging/debian builds them. (The target `package` alone packs the page of
-# `qmv40 view` only if qmv40_view_page was built before.)
+# Two Debian packages of all installed files; packaging/debian builds them. (The target `package` alone packs the page
+# of `qmv40 view` only if qmv40_view_page was built before.)
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME coqmv40calculator)
 # The owner gives the real address in the environment variable DEBEMAIL, as for Debian's own tools.

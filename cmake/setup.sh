@@ -20,8 +20,8 @@ ensure_packages() {
     }
 }
 
-# ensure_node: installs node and npm, which build the page of `qmv40 view`. Some packages of node contain npm. Build trees
-# that were configured without them are configured again.
+# ensure_node: installs node and npm, which build the page of `qmv40 view`. Some packages of node contain npm. Build
+# trees that were configured without them are configured again.
 ensure_node() {
     command -v npm >/dev/null && return
     ensure_packages nodejs npm && rm -f "$root"/build/*/build.ninja

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Draws docs/diagnostics.svg: how well arcs of different length determine a centre, and where the fold goes wrong.
+"""Draws docs/diagnostics.svg: how well arcs of different length determine a centre, and when the
+wrong quadrant is chosen.
 
     docs/draw_diagnostics.py > docs/diagnostics.svg
 """
@@ -28,7 +29,7 @@ def line(x1, y1, x2, y2, colour=INK, width=1.2, dash=""):
 
 
 def inverse(m):
-    """Of a symmetric 3 x 3 matrix, by cofactors."""
+    """The inverse of a symmetric 3 x 3 matrix, by cofactors."""
     def minor(i, j):
         rows = [r for k, r in enumerate(m) if k != i]
         a, b = ([v for k, v in enumerate(r) if k != j] for r in rows)
@@ -45,13 +46,13 @@ def centre_deviations(bearings):
 
 
 def arc_panel(cx, cy, degrees):
-    radius, noise = 75.0, 1.35
+    radius, noise = 75.0, 1.35  # pixels; `noise` is the standard deviation of one point
     spacing = degrees / (7 if degrees == 360 else 6)
     bearings = [math.radians(spacing * (i - 3)) for i in range(7)]
     along, across = centre_deviations(bearings)
     out.append(f'<circle cx="{cx}" cy="{cy}" r="{radius}" fill="none" stroke="#d5d8dc"/>')
     colour = GOOD if along < 5 else BAD
-    # Drawn about the arc's bisector, straight up.
+    # The bisector of the arc points up.
     out.append(f'<ellipse cx="{cx}" cy="{cy}" rx="{max(noise * across, 1.2):.1f}" ry="{max(noise * along, 1.2):.1f}" '
                f'fill="{colour}" fill-opacity="0.35" stroke="{colour}"/>')
     for bearing in bearings:
@@ -72,7 +73,7 @@ def fold_panel(cx, cy, title, mounting, swivel, tip, lines):
     scale, half = 0.62, 125
     out.append(f'<rect x="{cx - half}" y="{cy - half}" width="{2 * half}" height="{2 * half}" fill="#ffffff" stroke="#d5d8dc"/>')
     edge = MARGIN * scale
-    # Not yet on the positive side: the strips of the margin.
+    # The margin: strips in which a point does not yet count as on the positive side.
     out.append(f'<rect x="{cx}" y="{cy - half}" width="{edge:.1f}" height="{2 * half}" fill="{BAD}" fill-opacity="0.13"/>')
     out.append(f'<rect x="{cx - half}" y="{cy - edge:.1f}" width="{2 * half}" height="{edge:.1f}" fill="{BAD}" fill-opacity="0.13"/>')
     line(cx - half, cy, cx + half, cy, "#aeb6bf")

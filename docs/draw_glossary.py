@@ -3,13 +3,14 @@
 
     docs/draw_glossary.py > docs/glossary.svg
 
-Dimensions are the built-in ones, in millimetres from the head's own centre. Body, swivel and stylus are drawn to be recognised.
+Dimensions are the built-in ones, in millimetres from the head's own centre. The sizes of body, swivel and stylus are
+invented: they only show what the parts are.
 """
 import math
 
 INK, FAINT, BODY, SWIVEL, TILT = "#222222", "#8a9496", "#e5e8e8", "#d3dcdd", "#c3d0d3"
 SPHERE, LEVER, CUP, AXIS, SET_A, SET_B = "#c0392b", "#7d3c98", "#0e7c7b", "#2471a3", "#b9770e", "#1e8449"
-SCALE = 4.0
+SCALE = 4.0                  # pixels per millimetre
 CENTRE = (370, 250)          # of the left picture: where the head's own centre is
 CUP_Y, CUP_Z = 24.0, -11.5   # drive cup from the head's centre, seen from +X
 LEVER_Z, BALL_Y, BALL_Z = 32.25, 19.3, 36.55

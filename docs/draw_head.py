@@ -15,8 +15,9 @@ PHASES = [  # first move, last move, colour, what happens
     (12, 14, "#7d3c98", "12-14  off the peg, round to the lever"),
     (15, 19, "#b9770e", "15-19  push the lever shut"),
 ]
-VIEWS = [("from above", 0, 1, 215, 205), ("from the side, +X towards you", 1, 2, 675, 230)]  # name, right, up, centre
-SCALE = 4.6
+# name, index of the axes to the right and up, centre
+VIEWS = [("from above", 0, 1, 215, 205), ("from the side, +X towards you", 1, 2, 675, 230)]
+SCALE = 4.6  # pixels per millimetre
 
 
 def turned(point, arc, fraction):
@@ -66,7 +67,7 @@ def main():
         out.append(f'<text x="{cx}" y="28" text-anchor="middle" font-size="16">{name}</text>')
         mark((0, 0, 0), 36, 'fill="#e5e8e8" stroke="#99a3a4"')
         mark((0, 0, 0), 3, 'fill="#333"', "head centre", -32, 20)
-        for side in (1, -1):
+        for side in (1, -1):  # lever centre and ball: the built-in dimensions of the head
             centre, ball = (side * 30.3, 0, -32.25), -4.3
             ends = [paper([p + o for p, o in zip(pole, (centre[0], y, centre[2] + ball))]) for y in (-19.3, 19.3)]
             out.append('<line x1="%.1f" y1="%.1f" x2="%.1f" y2="%.1f" stroke="#ccd1d1" stroke-width="7"/>'
@@ -79,7 +80,7 @@ def main():
             phase = next(i for i, (first, last, _, _) in enumerate(PHASES) if first <= number <= last)
             points = [paper(step) for step in steps]
             length = sum(math.dist(a, b) for a, b in zip(points, points[1:]))
-            if length < 4:
+            if length < 4:  # pixels: perpendicular to the paper, or nearly
                 continue
             track = " ".join(f"{x:.1f},{y:.1f}" for x, y in points)
             out.append(f'<polyline points="{track}" fill="none" stroke="{PHASES[phase][2]}" stroke-width="2" '

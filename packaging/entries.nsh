@@ -3,7 +3,8 @@
 !define MENU "$SMPROGRAMS\CoQMV40Calculator"
 
 !macro Entries UN
-; $R1: the registry key with the scope's PATH. $R2: the PATH as ";first;second;", in memory, with room for one more folder.
+; $R1: the registry key with the scope's PATH. $R2: the PATH as ";first;second;", in memory, with space for one more
+; folder. -2147483647 is HKEY_CURRENT_USER, -2147483646 is HKEY_LOCAL_MACHINE; access 3 reads and writes values.
 ; (A text variable of the installer holds 1023 characters; a PATH can be longer.)
 Function ${UN}ReadPath
     ${If} $Scope == "user"

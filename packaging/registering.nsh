@@ -6,7 +6,8 @@ Var Scope          ; "machine" or "user"
 
 !macro Registering UN
 
-; For one account, the writes of the component to HKEY_CLASSES_ROOT are redirected to the classes of that account.
+; For one account, the writes of the component to HKEY_CLASSES_ROOT (-2147483648) are redirected to the classes of that
+; account, below HKEY_CURRENT_USER (-2147483647).
 Function ${UN}BeginRegistering
     ${If} $Scope == "user"
         System::Call 'oleaut32::OaEnablePerUserTLibRegistration()'

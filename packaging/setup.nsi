@@ -1,10 +1,11 @@
-; The installer: copies the package and registers the component; the uninstaller removes both. Silent with /S; /CURRENTUSER
-; installs for the calling account only and needs no administrator rights.
-; packaging/windows defines VERSION, SETUP (the file to write), LISTS (macros that call an action for every file and folder) and
-; SIGN (a program that signs files) and, if there is a component for 32-bit programs, REGISTER32 (register32.exe).
+; The installer: copies the package and registers the component; the uninstaller removes both. Silent with /S;
+; /CURRENTUSER installs for the calling account only and needs no administrator rights.
+; packaging/windows defines VERSION, SETUP (the file to write), LISTS (macros that call an action for every file and
+; folder), SIGN (a program that signs files) and, if there is a component for 32-bit programs, REGISTER32
+; (register32.exe).
 ;
-; An installation is complete or has no effect: the files of a previous version are moved aside first, which Windows allows
-; for a loaded DLL too, and they are moved back if anything fails. docs/windows.md lists the exit codes.
+; An installation is complete or has no effect: the files of a previous version are moved aside first, which Windows
+; allows for a loaded DLL too, and they are moved back if anything fails. docs/windows.md lists the exit codes.
 Unicode true
 Target amd64-unicode ; a 64-bit process: it can load the component and sees the registry that 64-bit callers see
 SetCompressor lzma
@@ -371,7 +372,7 @@ Section "Uninstall"
     !insertmacro ForEachFolderBackwards RemoveFolder
     StrCpy $1 "Uninstalled. Programs that run now use the component until they end; its files go with the next restart."
     Call un.RemoveMovedAside
-    Delete "${UNINSTALLER}" ; stays when it runs from there itself, with _?
+    Delete "${UNINSTALLER}" ; stays if the uninstaller runs from this file (option _?)
     ${If} ${RebootFlag}
         RMDir /REBOOTOK "$INSTDIR"
     ${Else}

@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
 """Writes the scenario folders beside this file: simulated captures of heads that do not exist.
 
-Run it after a change of a head below. The same heads always give the same files. It has its own formulas and constants, not
-those of the component: rotation matrices and the full pi.
+Run it after a change of a head below. The same heads always give the same files. It has its own formulas and constants,
+not those of the component: rotation matrices and the full pi.
 
-Lengths are in millimetres and angles in degrees; rotations are right-handed. The stylus tip t (its offset from the head's
-centre at A = B = 0) is on the pole sphere, whose centre is S. While the head is locked, the machine position is
+Lengths are in millimetres and angles in degrees; rotations are right-handed. The stylus tip t (its offset from the
+head's centre at A = B = 0) is on the pole sphere, whose centre is S. While the head is locked, the machine position is
 
     S - Rz(mounting angle + B) . R(-X, A) . t
 
-R(-X, A) is a rotation by A about the direction (-1, 0, 0), and Rz a rotation about the vertical. Unlocking shifts the head.
-Points are captured with the head unlocked: the shift is added. So the A set lies on a circle about the A axis, and the B set
-on a circle about the vertical. Both axes pass through S, which is the head centre of the geometry.
+R(-X, A) is a rotation by A about the direction (-1, 0, 0), and Rz a rotation about the vertical. Unlocking shifts the
+head. Points are captured with the head unlocked: the shift is added. So the A set lies on a circle about the A axis, and
+the B set on a circle about the vertical. Both axes pass through S, which is the head centre of the geometry.
 """
 
 import json
@@ -34,13 +34,14 @@ class Scenario:
     stylus_length: float = 180.0  # straight: the tip is at (0, 0, -length)
     noise: float = 0.0            # standard deviation of each coordinate
     seed: int = 0
-    a_set_b: float = 45.0         # the A set is then in the middle of a quadrant
-    b_set_a: float = 90.0         # the widest circle that B can make
+    a_set_b: float = 45.0         # in the middle of a quadrant for a head mounted square
+    b_set_a: float = 90.0         # the largest circle that B can make
     locked_to_unlocked: tuple = (0.0, 0.0, -1.5)
     settings: dict = field(default_factory=dict)
 
 
-# In each group X, Y, Z of settings a text that is longer than the one before it would not be read.
+# In each group X, Y, Z of settings the texts have one length: the component reads no text that is longer than the one
+# before it.
 SCENARIOS = [
     Scenario("plain", pole=(412.5, -178.25, -655.0)),
     Scenario("turned-30", pole=(-265.75, 320.125, -480.5), mounting_angle=30.0, stylus_length=195.5),

@@ -16,7 +16,7 @@ PeerAxis AxisByCovariance(const std::vector<Points::Point>& points, Spread sprea
 /// Eigen: QR decomposition of the centred points and singular values of its triangle.
 PeerAxis AxisByQr(const std::vector<Points::Point>& points, Spread spread);
 
-/// CGAL's fits work on points of its own.
+/// The points in CGAL's own type, which its fits need.
 class CgalPoints {
 public:
     explicit CgalPoints(const std::vector<Points::Point>& points);

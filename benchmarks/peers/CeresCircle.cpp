@@ -4,7 +4,8 @@
 
 namespace {
 
-/// The two residuals of MINPACK's problem, for any number type.
+/// The two residuals of one point, as in MinpackCircle.cpp: its distance from the plane, and from the axis less the
+/// radius. For any number type, so that the derivatives are computed automatically.
 struct DistanceFromCircle {
     template <typename T> bool operator()(const T* const unknowns, T* residuals) const {
         using Vector = Eigen::Matrix<T, 3, 1>;
@@ -28,7 +29,7 @@ PeerCircle FitCircleWithCeres(const std::vector<Points::Point>& points, double t
         using Cost = ceres::AutoDiffCostFunction<DistanceFromCircle, 2, 6>;
         auto functor = std::make_unique<DistanceFromCircle>(DistanceFromCircle{point});
         auto cost = std::make_unique<Cost>(functor.release());
-        // The problem owns it.
+        // The problem takes ownership.
         problem.AddResidualBlock(cost.release(), nullptr, unknowns.data());
     }
     ceres::Solver::Options options;

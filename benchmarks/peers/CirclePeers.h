@@ -20,5 +20,5 @@ inline constexpr double minpacksOwn = 1.49e-8;
 /// Eigen's port of MINPACK's Levenberg-Marquardt, with the Jacobian written out.
 PeerCircle FitCircleWithMinpack(const std::vector<Points::Point>& points, double tolerance);
 
-/// Ceres, one residual block for each point, derivatives by itself.
+/// Ceres, one residual block for each point, with automatic derivatives.
 PeerCircle FitCircleWithCeres(const std::vector<Points::Point>& points, double tolerance);

@@ -13,7 +13,8 @@ CircleProblem::CircleProblem(const std::vector<Points::Point>& points) {
 }
 
 CircleProblem::Unknowns CircleProblem::Start() const {
-    // u^2 + v^2 = 2 a u + 2 b v + c in least squares; the sums of u and of v are zero.
+    // The algebraic circle: u^2 + v^2 = 2 a u + 2 b v + c in least squares, with the centre (a, b). The sums of u and
+    // of v are zero, so c is the mean of u^2 + v^2.
     const auto u = local.row(0).array(), v = local.row(1).array();
     const auto squares = u.square() + v.square();
     Eigen::Matrix2d normal;

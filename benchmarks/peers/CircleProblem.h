@@ -16,6 +16,6 @@ struct CircleProblem {
     PeerCircle ToCaller(const Unknowns& unknowns) const;
 
     Eigen::Vector3d mean;
-    Eigen::Matrix3d frame; ///< columns: two directions in the plane and its normal
-    Eigen::Matrix3Xd local;
+    Eigen::Matrix3d frame;  ///< columns: two directions in the plane and its normal
+    Eigen::Matrix3Xd local; ///< the points in this frame
 };

@@ -66,7 +66,7 @@ static int show_failure(qmv40_calculator* head) {
 static int plan(qmv40_calculator* head, const char* geometry_file) {
     struct qmv40_moves moves;
     if (qmv40_load(head, geometry_file) != 0 || qmv40_set_position(head, 0.0, 0.0) != 0) return show_failure(head);
-    if (qmv40_calculate_move(head, 50.0, 90.0, &moves) != 0) show_failure(head); /* not a step of 15 degrees */
+    if (qmv40_calculate_move(head, 50.0, 90.0, &moves) != 0) show_failure(head); /* 50 is not a multiple of 15 */
     show_position(head);
     if (qmv40_calculate_move(head, 45.0, 90.0, &moves) != 0) return show_failure(head);
     show_position(head);

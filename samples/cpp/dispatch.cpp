@@ -105,7 +105,7 @@ void Plan(const char* geometryFile) {
     calculator.Call(L"SetCurrentHeadPosition", 0.0, 0.0);
 
     try {
-        calculator.Call(L"CalculateMove", 50.0, 90.0); // not a step of 15 degrees
+        calculator.Call(L"CalculateMove", 50.0, 90.0); // 50 is not a multiple of 15
     } catch (const Failure& failure) {
         ShowFailure(failure.code, failure.description.c_str());
     }

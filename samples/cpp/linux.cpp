@@ -96,7 +96,7 @@ void Plan(const char* geometryFile) {
 
     RequiredMoves plan{};
     try {
-        head->CalculateMove(50.0, 90.0, &plan); // not a step of 15 degrees
+        head->CalculateMove(50.0, 90.0, &plan); // 50 is not a multiple of 15
     } catch (const HRESULT code) {
         ShowFailure(code);
     }

@@ -31,7 +31,7 @@ static class Program
         head.SetPosition(0, 0);
         try
         {
-            head.CalculateMove(50, 90); // not a step of 15 degrees
+            head.CalculateMove(50, 90); // 50 is not a multiple of 15
         }
         catch (HeadException failure)
         {

@@ -4,9 +4,9 @@
 //
 // Build: csc /platform:x64 PlanThroughCom.cs, or in a console project with <PlatformTarget>x64</PlatformTarget>.
 //
-// CalculateMove throws its failure code as a C++ exception. A .NET program can catch the exception, but cannot read the code
-// in it. So that method is called through the dispatch interface, which returns the failure. (The "dynamic" keyword cannot
-// be used: it cannot receive a record without a registered .NET assembly.)
+// CalculateMove throws its failure code as a C++ exception. A .NET program can catch the exception, but cannot read the
+// code in it. So that method is called through the dispatch interface, which returns the failure. (The "dynamic"
+// keyword cannot be used: it cannot receive a record without a registered .NET assembly.)
 
 using System;
 using System.Globalization;
@@ -161,7 +161,7 @@ static class Program
         calculator.SetCurrentHeadPosition(0, 0);
         try
         {
-            LateBound.CalculateMove(created, 50, 90); // not a step of 15 degrees
+            LateBound.CalculateMove(created, 50, 90); // 50 is not a multiple of 15
         }
         catch (COMException failure)
         {

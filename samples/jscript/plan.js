@@ -1,8 +1,8 @@
 // cscript //nologo plan.js <geometry file> [qmv40.exe]: plans an indexing.
 //
 // Scripts cannot use records, and JScript passes every argument by value: the script can read neither the plan nor the
-// head's position, but it can read failures. So it stores the position itself (a refused target does not change it), and gets the
-// numbers of the moves from qmv40.exe: the named one, or the one in the PATH.
+// head's position, but it can read failures. So it stores the position itself (a refused target does not change it),
+// and gets the numbers of the moves from qmv40.exe: the named one, or the one in the PATH.
 
 var files = new ActiveXObject("Scripting.FileSystemObject");
 
@@ -24,7 +24,7 @@ function showPosition(position) {
 
 // Runs the tool and shows its table: Plan, Move, Name, Kind, the numbers of a point or an arc, and more.
 function showMoves(tool, geometryFile, from, to) {
-    var table = files.BuildPath(files.GetSpecialFolder(2), files.GetTempName());
+    var table = files.BuildPath(files.GetSpecialFolder(2), files.GetTempName()); // 2: the temporary folder
     var command = quoted(tool) + " move --geometry " + quoted(geometryFile) + " --from " + from + " --to " + to;
     new ActiveXObject("WScript.Shell").Run('cmd /c "' + command + " --csv >" + quoted(table) + '"', 0, true);
     var reader = files.OpenTextFile(table);
@@ -48,7 +48,7 @@ function plan(geometryFile, tool) {
     head.LoadHeadGeometryFromFile(geometryFile);
     head.SetCurrentHeadPosition(start[0], start[1]);
     try {
-        head.CalculateMove(50, 90); // not a step of 15 degrees
+        head.CalculateMove(50, 90); // 50 is not a multiple of 15
     } catch (failure) {
         WScript.Echo("refused " + hexadecimal(failure.number) + ": " + failure.description);
     }

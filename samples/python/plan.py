@@ -19,7 +19,7 @@ def main(geometry_file):
         head.load(geometry_file)
         head.position = (0, 0)
         try:
-            head.calculate_move(50, 90)  # not a step of 15 degrees
+            head.calculate_move(50, 90)  # 50 is not a multiple of 15
         except qmv40.Error as failure:
             show_failure(failure)
         print("position", *map(three_decimals, head.position))

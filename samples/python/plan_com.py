@@ -2,8 +2,9 @@
 
 The tests of this component do not run it, because they have no Python on Windows.
 
-pywin32 calls every method through the dispatch interface, as CalculateMove requires: through the component's own interface
-it throws its failure code as a C++ exception, which Python cannot catch. Therefore do not use comtypes for CalculateMove.
+pywin32 calls every method through the dispatch interface, as CalculateMove requires: through the component's own
+interface it throws its failure code as a C++ exception, which Python cannot catch. Therefore do not use comtypes for
+CalculateMove.
 """
 
 import math
@@ -66,7 +67,7 @@ def main(geometry_file):
     head.LoadHeadGeometryFromFile(os.path.abspath(geometry_file))
     head.SetCurrentHeadPosition(0, 0)
     try:
-        head.CalculateMove(50, 90)  # not a step of 15 degrees
+        head.CalculateMove(50, 90)  # 50 is not a multiple of 15
     except pythoncom.com_error as failure:
         show_failure(failure)
     show_current_position(head)

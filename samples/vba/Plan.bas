@@ -19,7 +19,7 @@ Public Sub PlanIndexing(ByVal geometryFile As String)
     head.SetCurrentHeadPosition 0, 0
 
     On Error Resume Next
-    plan = lateBound.CalculateMove(50#, 90#) ' not a step of 15 degrees
+    plan = lateBound.CalculateMove(50#, 90#) ' 50 is not a multiple of 15
     If Err.Number <> 0 Then Debug.Print "refused 0x" & Hex$(Err.Number) & ": " & Err.Description
     On Error GoTo 0
 

@@ -1,7 +1,7 @@
 ' cscript //nologo plan.vbs <geometry file> [qmv40.exe]: plans an indexing.
 '
-' Scripts cannot use records, so this one cannot read the plan. CalculateMove as a statement checks the target and sets the
-' current position. qmv40.exe, the named one or the one in the PATH, prints the numbers of the moves.
+' Scripts cannot use records, so this one cannot read the plan. CalculateMove as a statement checks the target and sets
+' the current position. qmv40.exe, the named one or the one in the PATH, prints the numbers of the moves.
 Option Explicit
 
 Dim files, head, tool
@@ -16,7 +16,7 @@ head.LoadHeadGeometryFromFile files.GetAbsolutePathName(WScript.Arguments(0))
 head.SetCurrentHeadPosition 0, 0
 
 On Error Resume Next
-head.CalculateMove 50, 90 ' not a step of 15 degrees
+head.CalculateMove 50, 90 ' 50 is not a multiple of 15
 If Err.Number <> 0 Then
     WScript.Echo "refused 0x" & Hex(Err.Number) & ": " & Err.Description
 End If
@@ -38,7 +38,7 @@ End Sub
 ' Runs the tool and shows its table: Plan, Move, Name, Kind, the numbers of a point or an arc, and more.
 Sub ShowMoves(angles)
     Dim table, command, reader, columns, text, i
-    table = files.BuildPath(files.GetSpecialFolder(2), files.GetTempName)
+    table = files.BuildPath(files.GetSpecialFolder(2), files.GetTempName) ' 2: the temporary folder
     command = Quoted(tool) & " move --geometry " & Quoted(files.GetAbsolutePathName(WScript.Arguments(0))) & " " & angles
     CreateObject("WScript.Shell").Run "cmd /c """ & command & " --csv >" & Quoted(table) & """", 0, True
     Set reader = files.OpenTextFile(table)

@@ -11,7 +11,7 @@ ComputedHead AnswerOf(component::Calculator& calculator) {
     const text::PassingFile passing(std::filesystem::temp_directory_path() / "qmv40");
     const std::string name = text::Utf8Name(passing.Path());
     calculator.SaveHeadGeometry(name);
-    // Head centre, safe position, rotation about Z
+    // The file's seven numbers: head centre (0 to 2), safe position (3 to 5), rotation about Z (6)
     const auto numbers = settings::GeometryFile(name).Numbers();
     return {calculator.PoleSpherePosition(), {numbers[3], numbers[4], numbers[5]}, numbers[6]};
 }

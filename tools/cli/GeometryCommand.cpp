@@ -47,7 +47,7 @@ diagnosis::CircleFit AxisFit(std::span<const diagnosis::fit::CapturedPoint> set,
 
 GeometryReport Report(JudgedCapture judged) {
     const auto aSet = judged.capture.sets.Set(true), bSet = judged.capture.sets.Set(false);
-    // The direction of the A axis as the component turns it
+    // The direction of the A axis, from the rotation about Z and the B of the A set
     const double azimuth = model::ToRadians(judged.head.rotationAroundZ + aSet.front().b);
     const CMaVector aAxis(-std::cos(azimuth), -std::sin(azimuth), 0.0), bAxis(0.0, 0.0, 1.0);
     diagnosis::CircleFit aFit = AxisFit(aSet, aAxis), bFit = AxisFit(bSet, bAxis);
@@ -111,7 +111,7 @@ void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& ca
     const diagnosis::fit::CapturedSets sets = diagnosis::SetsOf(capture.aAxis.items, capture.bAxis.items, {});
     std::vector<diagnosis::Finding> findings;
     if (error.code == QMV_E_FIXED_AXIS_MOVED) findings = diagnosis::JudgeHeldAngles(sets);
-    // For points that form no circle the reason can be found.
+    // When the points form no circle, each set is examined for the reason.
     const bool isOfPoints = error.code == QMV_E_GEOMETRY_IMPOSSIBLE;
     if (isOfPoints && sets.aCount > 0 && sets.aCount < sets.points.size()) findings = diagnosis::JudgeSets(sets);
     if (findings.empty()) throw error;

@@ -15,7 +15,7 @@ struct RecordedGeometry {
     std::string geometryFile; ///< the geometry file that was written; empty: none
 };
 
-/// The page has the time of this moment and the settings in force.
+/// The page shows the present time and the settings in force.
 record::Record RecordOf(const RecordedGeometry& geometry);
 
 } // namespace qmv40::cli

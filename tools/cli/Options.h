@@ -80,7 +80,7 @@ settings::GeometryFile ReadGeometryFile(const GeometryOption& option, const text
 model::HeadModel ReadHead(const GeometryOption& option, const text::Console& console);
 
 /// While it lives, the head's fixed dimensions come from --settings. Warns on standard error of every setting, in that
-/// file or on this machine, that is not read as it looks.
+/// file or on this machine, that the component reads differently from what its text suggests.
 class SettingsInUse {
 public:
     SettingsInUse(const CommonOptions& options, const text::Console& console);

@@ -8,7 +8,7 @@ namespace qmv40::manual {
 
 namespace {
 
-/// A case of the script: the words typed so far, and the words to offer.
+/// A branch of a `case` of the script: the pattern that selects it, and its commands.
 std::string Case(const std::string& pattern, const std::string& action) {
     return "    \"" + pattern + "\") " + action + " ;;\n";
 }

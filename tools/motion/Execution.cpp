@@ -99,7 +99,7 @@ HeadState Machine::After(const ArcData& arc) const {
 
 double Machine::PulledOff(const ExecutedMove& move) const {
     if (!move.before.isOnPeg || !move.path.IsArc()) return 0.0;
-    // A wrong rotation can end where it began, so that points on the way are compared too.
+    // A wrong rotation can end where it began: therefore points on the way are compared too.
     constexpr std::array fractions{0.25, 0.5, 0.75, 1.0};
     double farthest = 0.0;
     for (const double fraction : fractions) {

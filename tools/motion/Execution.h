@@ -17,7 +17,7 @@ struct HeadState {
     model::LeverState lever;
     bool isOnPeg;                                ///< the drive cup sits on the pole sphere
     std::optional<model::LeverSide> touchedBall; ///< the lever whose ball is at the pole sphere
-    double pushed = 0.0; ///< degrees by which that lever is pushed out of its state; 0 unless a plan was stopped
+    double pushed = 0.0; ///< degrees by which that lever is turned already; 0 unless a plan was stopped
 };
 
 /// A move that was run.
@@ -26,7 +26,7 @@ struct ExecutedMove {
     model::Path path; ///< of the machine position
     HeadState before;
     HeadState after;
-    double pulledOff; ///< the largest distance of the cup from the peg that it sat on
+    double pulledOff; ///< mm: during an arc, the largest distance of the cup from the peg that it sat on
 
     /// During an arc A and B change in proportion to the angle. Every other change of state happens at the end of the
     /// move.

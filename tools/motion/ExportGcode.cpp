@@ -17,9 +17,9 @@ using model::Vector3;
 /// A plane of G-code's arcs, given by the machine axis perpendicular to it.
 struct Plane {
     Vector3 axis;
-    const char* word;
-    std::array<const char*, 2> centre; ///< words for the centre, from the arc's start
-    std::array<Vector3, 2> directions;
+    const char* word;                  ///< selects the plane
+    std::array<const char*, 2> centre; ///< words for the offset of an arc's centre from its start
+    std::array<Vector3, 2> directions; ///< of these two words
 };
 
 constexpr std::array planes{Plane{{0, 0, 1}, "G17", {"I", "J"}, {{{1, 0, 0}, {0, 1, 0}}}},
@@ -29,9 +29,11 @@ constexpr std::array planes{Plane{{0, 0, 1}, "G17", {"I", "J"}, {{{1, 0, 0}, {0,
 /// The largest sine of the angle between the axis of an arc and a machine axis. At 40 mm from the axis, which is more
 /// than the radius of any arc, the points are then at most 4e-8 mm off.
 constexpr double largestTilt = 1e-9;
-/// mm. A controller takes an arc whose start and end are written alike for a full turn.
+/// mm. A shorter arc is written as chords: when its start and its end are written alike, a controller makes a full
+/// turn.
 constexpr double shortestArc = 0.01;
-/// Degrees. When its ends are rounded, an arc of half a turn or more can be taken for another arc.
+/// Degrees; a longer arc is divided. When its ends are rounded, an arc of half a turn or more can be taken for
+/// another arc; 120 is well below.
 constexpr double largestArc = 120.0;
 
 /// A comment ends at the first closing parenthesis.

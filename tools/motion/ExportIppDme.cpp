@@ -41,7 +41,7 @@ std::string IppDmeText(std::span<const Step> program, const ExportOptions& optio
     commands.AddComment("Send every line with CR LF at its end, and the next one when the server has completed it.");
     commands.AddComment(
         "Lines that begin with # are for people: the protocol has no comments, so a sender leaves them out.");
-    // The protocol leaves to the machine how tools are called and which of them has no offset.
+    // The names of the tools, and which tool has no tip offset, depend on the machine.
     commands.AddComment("STOP is no command: a server refuses it. Confirm what it says, then delete that line.");
     commands.AddStop("Select a tool without any tip offset: the tip at the head centre. With a tip in force every "
                      "position would be wrong by its offset.");

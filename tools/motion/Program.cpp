@@ -56,7 +56,7 @@ private:
     }
 
     const ProgramOptions& options;
-    std::optional<Vector3> position; ///< not lifted
+    std::optional<Vector3> position; ///< without the lift
     std::vector<Step> steps;
 };
 

@@ -14,7 +14,7 @@ namespace qmv40::motion {
 struct Step {
     std::size_t plan;                  ///< counted from 1
     std::optional<plans::MoveId> move; ///< empty: on the way to the plan's first move
-    model::Path path;                  ///< only its end when the machine position before it is not known
+    model::Path path;                  ///< of length 0, at its end, when the machine position before it is not known
 };
 
 struct ProgramOptions {
@@ -32,7 +32,7 @@ std::vector<Step> ProgramOf(std::span<const plans::Plan> plans, const ProgramOpt
 /// the start.
 std::array<model::Vector3, 2> CornersOfWay(const model::Vector3& end, const model::Vector3& start, double safeHeight);
 
-/// mm, from the first known position.
+/// The length of the path in mm, from the first known position.
 double LengthOf(std::span<const Step> program);
 
 } // namespace qmv40::motion

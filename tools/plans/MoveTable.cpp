@@ -35,7 +35,7 @@ void AddMove(text::Table& table, const PlacedMove& placed) {
     if (const auto* const arc = std::get_if<ArcData>(&placed.move.data)) AddArcNotes(table, *arc, placed.start);
 }
 
-/// A field before each number.
+/// A comma and the number, for each value.
 std::string CsvFields(std::initializer_list<double> values) {
     std::string text;
     for (const double value : values) text.append(",").append(text::ExactText(value));

@@ -12,7 +12,7 @@ namespace {
 
 using Place = text::DocumentPlace;
 
-/// Documents write null for not-a-number.
+/// Documents write null for every number that is not finite. It is read as not-a-number.
 double NumberAt(const Place& place, const char* name) {
     const Place member = place.Member(name);
     return member.value.IsNull() ? std::numeric_limits<double>::quiet_NaN() : member.Number();

@@ -40,7 +40,7 @@ struct PlacedMove {
 std::vector<PlacedMove> PlacedMoves(std::span<const PlannedMove> moves,
                                     const std::optional<model::Vector3>& start = std::nullopt);
 
-// A record's numbers as the model's
+// Numbers of a record as vectors of the model
 model::Vector3 VectorOf(const XYZData& position);
 model::Vector3 OriginOf(const ArcData& arc);
 model::Vector3 RotationVectorOf(const ArcData& arc);

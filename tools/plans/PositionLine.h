@@ -7,7 +7,7 @@
 
 namespace qmv40::plans {
 
-/// A position for people, units beside the numbers.
+/// A position with units, for people.
 inline std::string PositionLine(const XYZData& position) {
     constexpr int decimals = 4;
     return "  X " + text::FixedText(position.XPosition, decimals) + " mm   Y " +

@@ -51,7 +51,7 @@ std::string Way(const ArcData& arc, const std::optional<model::Vector3>& start) 
     }
     // About an axis between vertical and horizontal, an arc has no simple direction in words.
     if (!start || std::abs(axis.z) > vertical) return SeenFromTheTip(arc);
-    const model::Path path = PathOf({MoveId::UnLock, arc}, *start);
+    const model::Path path = PathOf({MoveId::UnLock, arc}, *start); // any move: only the arc counts
     return HeightWords(path) + Towards(path.End() - path.Start());
 }
 

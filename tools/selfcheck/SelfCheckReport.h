@@ -5,8 +5,8 @@
 
 namespace qmv40::selfcheck {
 
-/// The checks for a person or as one document: expected, got, difference, unit, passed or not.
-/// True when all passed.
+/// Prints the checks as a table or as one JSON document: expected, got, difference, unit, passed or not. Returns true
+/// when all passed.
 bool ReportSelfChecks(const std::vector<SelfCheckGroup>& groups, bool asJson, const text::Console& console);
 
 } // namespace qmv40::selfcheck

@@ -128,13 +128,14 @@ double PiInUse(const RequiredMoves& halfTurnOfB) {
 
 /// Degrees in one radian that the build uses, from an arc whose tangent is known: 180 minus the arctangent in degrees.
 double DegreesInARadianInUse(const RequiredMoves& fromZero) {
-    // Unlocked lever (30.3, 19.3), approach to the peg (6.95, -34): cross product over scalar product.
+    // Seen from the pole, the unlocked lever is at (30.3, 19.3) and the approach to the peg at (6.95, -34): cross
+    // product over scalar product, without their signs.
     constexpr double tangent = 1164.335 / 445.615;
     return (180.0 - std::abs(fromZero.RotateToPeg.RotationAngle)) / std::atan(tangent);
 }
 
 SelfCheckGroup ConstantChecks(component::Calculator& calculator) {
-    // A third of the difference to the exact constant; a tenth would be lost in rounding.
+    // Less than half of the difference to the exact constant; a tenth of it would be lost in rounding.
     constexpr double piTolerance = 1e-15;
     constexpr double factorTolerance = 2.5e-14;
     const RequiredMoves moves = PlanFrom(calculator, {0, 0}, {0, 180});

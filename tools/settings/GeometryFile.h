@@ -17,7 +17,7 @@ struct GeometryFileEntry {
     std::string key;
     std::optional<std::string> text; ///< empty when the entry is missing
     double value;                    ///< as the component reads the text; 0.0 when the entry is missing
-    std::string problem;             ///< why the entry is not the number that it looks like; empty when it is
+    std::string problem;             ///< "is missing", or why the number is doubtful; empty when nothing is wrong
 
     std::string Name() const { return "[" + section + "] " + key; }
 };

@@ -178,7 +178,7 @@ private:
         std::string withPoint(*text);
         std::ranges::replace(withPoint, ',', '.');
         const text::LenientNumber number = text::ReadLenientNumber(withPoint);
-        // No dimension of a head is larger than this.
+        // No dimension of a head is larger than the first, or smaller than the second unless it is 0.
         constexpr double beyondAnyHead = 1e6;
         constexpr double belowAnyMeaning = 1e-9;
         const double size = std::abs(number.value);

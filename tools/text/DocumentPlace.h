@@ -10,17 +10,17 @@
 
 namespace qmv40::text {
 
-/// A value in a document that is being read, with its place for messages, such as plans[0].moves[2].record. A missing
-/// member, or a value of another type, throws InputError with the file's name. The document must exist as long as the
-/// place.
+/// A value in a document that is being read, with its path for messages, such as plans[0].moves[2].record. A missing
+/// member, or a value of another type, throws InputError. The document must exist as long as the place.
 struct DocumentPlace {
     const std::string& file;
     std::string path; ///< empty: the whole document
     const Json& value;
 
+    /// Throws InputError: the path, then the problem ("is empty").
     [[noreturn]] void Refuse(const std::string& problem) const;
 
-    /// Refuses an object with a member of another name.
+    /// Throws InputError when the object has a member with a name that is not in `names`.
     void AcceptOnly(std::initializer_list<std::string_view> names) const;
     /// A member of an object; empty when there is none.
     std::optional<DocumentPlace> Find(const std::string& name) const;

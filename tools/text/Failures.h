@@ -19,7 +19,7 @@ inline std::string MessageOf(const InputError& error) {
     return error.file + (error.line ? ":" + std::to_string(*error.line) : "") + ": " + error.reason;
 }
 
-/// An input file can be read but may not mean what it looks like. A person has to decide what to do with it.
+/// An input file can be read, but its content may be a mistake. A person has to decide what to do with it.
 struct DoubtfulInput {
     std::vector<InputError> problems; ///< at least one
     std::string remedy;               ///< sentences

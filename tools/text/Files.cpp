@@ -12,7 +12,7 @@ namespace qmv40::text {
 
 namespace {
 
-/// The new file gets the permissions of the one that it is to replace.
+/// The new file gets the permissions of the file that it will replace.
 bool Fill(const std::filesystem::path& name, std::string_view content, const std::filesystem::file_status& original) {
     std::ofstream file(name, std::ios::binary);
     std::error_code ignored;
@@ -47,7 +47,7 @@ std::string ReadWholeFile(const std::string& fileName) {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream content;
     content << file.rdbuf();
-    // Copying an empty file counts as a failure of the target, and a file may be empty.
+    // operator<< sets the failure bit of `content` when the file is empty, and a file may be empty.
     const bool isEmpty = std::filesystem::file_size(path, ignored) == 0;
     if (!file || (!content && !isEmpty)) throw InputError{fileName, {}, "cannot be read"};
     return content.str();
@@ -56,7 +56,7 @@ std::string ReadWholeFile(const std::string& fileName) {
 void WriteWholeFile(const std::string& fileName, std::string_view content) {
     IsReplaceable(fileName);
     std::error_code error;
-    // A link keeps leading to the file: the file is replaced, not the link.
+    // The file to which a symbolic link leads is replaced, not the link.
     std::filesystem::path target = std::filesystem::weakly_canonical(PathOf(fileName), error);
     if (error) target = PathOf(fileName);
     const PassingFile file(target);

@@ -20,7 +20,7 @@ std::string ReadWholeFile(const std::string& fileName);
 /// old content or the complete new one.
 void WriteWholeFile(const std::string& fileName, std::string_view content);
 
-/// A new file name that begins with `name`. The destructor removes the file if it is there.
+/// The name of a temporary file: a new name that begins with `name`. The destructor removes the file if it is there.
 class PassingFile {
 public:
     explicit PassingFile(std::filesystem::path name);

@@ -17,7 +17,7 @@ bool BeginsNumber(std::string_view text) {
     return !text.empty() && text.front() >= '0' && text.front() <= '9';
 }
 
-/// Why the component reads the text differently from what it looks like; null when it does not.
+/// Why the component reads another number than a person would; null when both read the same.
 const char* Reason(const std::string& text, double value) {
     if (!std::isfinite(value)) return ", which is no length or angle";
     if (!BeginsNumber(text)) return ": it does not begin with a number";

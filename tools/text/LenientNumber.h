@@ -8,7 +8,7 @@ namespace qmv40::text {
 struct LenientNumber {
     double value;
     bool isNumber;      ///< the text begins with a finite number
-    std::string oddity; ///< why the text reads as another number than it looks: completes a sentence; or empty
+    std::string oddity; ///< "'1,5' reads as 1: the decimal mark is a point"; empty when nothing is odd
 };
 
 LenientNumber ReadLenientNumber(const std::string& text);

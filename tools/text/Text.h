@@ -11,7 +11,7 @@ namespace qmv40::text {
 /// The texts with the separator between each two of them.
 std::string Joined(std::span<const std::string> texts, const std::string& separator);
 
-/// The text with words in the place of some characters.
+/// The text with each character that `words` has as a key replaced by its word.
 std::string Replaced(std::string_view text, std::span<const std::pair<char, std::string_view>> words);
 
 // Conversion of file names: in the tool they are UTF-8 on every platform, the file system takes paths. WideText.h

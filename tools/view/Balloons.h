@@ -29,7 +29,7 @@ public:
     Balloon Place(const PaperWay& line);
 
 private:
-    /// Exact below `limit`; otherwise a part of it that reaches the limit.
+    /// The sum stops when it reaches `limit`: the result is then only a lower bound, at least `limit`.
     double CostOf(const Balloon& balloon, double limit) const;
     bool IsInside(const PaperPoint& centre) const;
 

@@ -26,7 +26,7 @@ MoveLevel LevelOf(const check::CheckedPlan& checked, std::size_t move);
 /// A checked plan as it is drawn: everything in millimetres from the centre of the pole sphere. Points beyond
 /// `drawnReach`, as of a mistyped plan, and points that are not finite are left out.
 
-inline constexpr double drawnReach = 1000.0;
+inline constexpr double drawnReach = 1000.0; ///< mm
 
 /// The head at one place. Its levers are drawn in their state. The drawn length of the stylus is not the real one.
 struct DrawnHead {
@@ -67,7 +67,7 @@ struct DrawnPlan {
     std::array<Range, 3> Extent() const;
 };
 
-/// What the machine does in a move: the way from the plan before is a part of the first one.
+/// What the machine does in a move. The first move of a plan includes the way from the end of the plan before.
 std::vector<motion::ExecutedMove> RunsOf(const check::PlanReport& report, std::size_t index);
 
 DrawnPlan DrawnPlanOf(const check::CheckedPlan& checked, const model::HeadModel& head, const check::BallSizes& sizes);

@@ -10,7 +10,7 @@ namespace qmv40::view {
 /// The direction from which a view is seen. The machine axes `right` and `up` point right and up on paper.
 struct ViewDirection {
     const char* name;
-    const char* key;   ///< the class of its group
+    const char* key;   ///< the class of the view's SVG group
     std::size_t right; ///< index of the axis
     std::size_t up;
     model::Vector3 toViewer;

@@ -12,8 +12,8 @@ namespace qmv40::view {
 /// allow, become the replacement character.
 std::string MarkupText(const std::string& text);
 
-/// The first `columns` columns of a text; when it is longer, the last of them are three dots. Letters of the East Asian
-/// scripts take two columns.
+/// The text, cut to `columns` columns; a text that was cut ends in an ellipsis. Characters from U+1000 up, such as
+/// those of the East Asian scripts, count as two columns.
 std::string CutText(const std::string& text, std::size_t columns);
 
 /// Base64 of RFC 4648.

@@ -66,7 +66,7 @@ text::Json PlannedJson(const plans::PlannedMove& move) {
         move.data);
 }
 
-/// The smaller one of both clearances; empty when the move must touch.
+/// The smaller one of the clearances to pole sphere and levers; null when the move must touch.
 text::Json ClearanceJson(const motion::ExecutedMove& run, double fraction, const ViewedTour& view) {
     if (*check::ContactOf(run.id) != '\0') return nullptr;
     const check::Clearance clearance = check::ClearanceAt(run, fraction, view.head, view.options.sizes);

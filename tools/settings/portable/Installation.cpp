@@ -31,7 +31,8 @@ text::Json VersionOf(const std::filesystem::path& library) {
     return name.starts_with(start) ? text::Json(name.substr(start.size())) : text::Json();
 }
 
-/// Other copies, in the folders that the loader searches for a program without a search path of its own.
+/// Other copies of the library: beside the tool, in the lib folder next to the tool's folder, and in the folders of the
+/// system.
 std::vector<std::string> OtherCopies(const std::filesystem::path& library) {
     std::set<std::string> copies;
     const std::filesystem::path toolFolder = std::filesystem::path(OwnFile()).parent_path();

@@ -19,7 +19,7 @@ public:
 
     LSTATUS Result() const { return result; }
 
-    /// The narrow functions, which the component calls too: lengths count their characters.
+    /// Uses the narrow functions, as the component does, so that each text is as long here as the component sees it.
     std::vector<StoredValue> Values() const {
         DWORD longestName = 0;
         DWORD longestValue = 0;

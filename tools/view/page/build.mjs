@@ -1,4 +1,4 @@
-// Makes the one file of the page: src/page.html with style sheet and scripts put in. qmv40 view fills in the rest.
+// Makes the one file of the page: src/page.html with the style sheet and the scripts. qmv40 view fills in the rest.
 //   node build.mjs OUTPUT
 
 import { build } from "esbuild";
@@ -6,7 +6,8 @@ import { mkdir, readFile, writeFile } from "node:fs/promises";
 import { dirname } from "node:path";
 
 const placeholders = ["@TITLE@", "@DOCUMENT@", "@DRAWINGS@"];
-// The oldest versions that have every function the scripts call, of 2022. They also have WebGL 2, which the picture needs.
+// The oldest versions, of 2022, that have every function that the scripts call. They also have WebGL 2, which the
+// picture needs.
 const browsers = ["chrome97", "firefox104", "safari15.4"];
 
 /** The licence requires that every copy contains its full text. */

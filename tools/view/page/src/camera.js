@@ -3,9 +3,9 @@
 import { Box3, MOUSE, OrthographicCamera, PerspectiveCamera, TOUCH, Vector3 } from "three";
 import { OrbitControls } from "three/addons/controls/OrbitControls.js";
 
-const fieldOfView = 32;
+const fieldOfView = 32; // degrees
 const halfField = (fieldOfView / 2) * (Math.PI / 180);
-const distances = { near: 1, far: 20000 };
+const distances = { near: 1, far: 20000 }; // mm
 // A margin for the buttons and the triad: the points fill 1 / rim of the picture.
 const rim = 1.1;
 // Almost vertical from above: exactly vertical, the direction of +Y on the screen would be undefined.

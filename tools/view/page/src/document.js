@@ -1,5 +1,5 @@
-// The document that qmv40 view put into the page: texts of its numbers, and its samples in the order of the machine's
-// path. Nothing is computed here: every number that the page shows is a number of the document.
+// Reads the document that qmv40 view put into the page, writes its numbers as text, and lists its samples in the order
+// of the machine's path. Every number that is shown is a number of the document.
 
 const lengthDecimals = 3;
 export const angleDecimals = 3;
@@ -66,8 +66,8 @@ function stepLength(before, after) {
 }
 
 /**
- * The plan's samples one after the other: `{move, sample, time, isFirst, isLast}`, time being the length of the path up to there.
- * A move that was not run has one frame without a sample, so that it can be chosen too.
+ * The plan's samples one after the other: `{move, sample, time, isFirst, isLast}`. `time` is the length of the path up
+ * to the sample, in millimetres. A move that was not run has one frame without a sample, so that it can be chosen too.
  */
 export function framesOf(plan) {
     const frames = [];

@@ -77,7 +77,7 @@ export class Head {
         };
     }
 
-    /** Above the levers, and thin enough for the pole sphere to pass between it and them. */
+    /** Between the levers, and thin enough for the pole sphere to pass between it and them. The ram is above. */
     makeBody(levers) {
         const { ram, body, edge, faintEdge } = this.materials;
         const radius = Math.max(...levers.map((lever) => Math.hypot(lever.pivot[0], lever.pivot[1]))) - bodyInsidePivots;

@@ -83,8 +83,8 @@ export class Labels {
     }
 
     /**
-     * `taken`: boxes that no label may touch. `free`: solids that no label may cover, and points of lines; labels cover as few
-     * of these points as possible. A label without a place is not shown.
+     * `taken`: boxes that no label may touch. `free`: solids that no label may cover, and points of lines; labels cover
+     * as few of these points as possible. A label without a place is not shown.
      */
     place(camera, width, height, taken, free) {
         const about = (at, size) => {

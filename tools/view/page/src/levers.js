@@ -64,7 +64,10 @@ export class Levers {
     /** Where the balls are while the head is at `at`. */
     balls(at) { return this.levers.flatMap((lever) => lever.end ? [lever.end.clone().add(at)] : []); }
 
-    /** `pushedAt`: the head's place while the sphere pushes the nearer lever, whose ball then stays at the sphere; or null. */
+    /**
+     * `pushedAt`: where the head is while the sphere pushes the nearer lever; null when it pushes none. The ball of a
+     * pushed lever stays at the sphere.
+     */
     show(state, pushedAt) {
         if (!pushedAt) return this.levers.forEach((lever) => lever.show(state));
         const sphere = this.fromHead(pushedAt);

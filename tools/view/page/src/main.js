@@ -8,9 +8,9 @@ import { createScene } from "./scene.js";
 import { connectPlayer, markMoves, showTime } from "./timeline.js";
 
 const byId = (id) => document.getElementById(id);
-const orbitStep = Math.PI / 24;
+const orbitStep = Math.PI / 24; // radians
 const zoomStep = 1.15;
-// Seconds. After a pause in which the page was hidden, playing continues at the same place.
+// Seconds. A browser sends no frames to a hidden page: playing continues where it was, not where it would be by now.
 const longestTick = 0.25;
 
 /** A page with at least one plan. */
@@ -68,7 +68,7 @@ class Viewer {
         showTime(this.player, this.plan);
     }
 
-    /** The end of a plan is where the next one begins. */
+    /** Goes to the next plan (1) or to the end of the previous one (-1). Returns false when there is none. */
     goToNeighbour(step) {
         const index = this.planIndex + step;
         if (index < 0 || index >= this.document.plans.length) return false;

@@ -4,7 +4,7 @@
 const degree = Math.PI / 180;
 // The spacing of the tool's samples: millimetres along a line, degrees along an arc.
 const spacing = { line: 1, arc: 1 };
-const mostSteps = 10000;
+const mostSteps = 10000; // as in the tool
 
 const plus = (one, other, factor = 1) => one.map((value, i) => value + factor * other[i]);
 const dot = (one, other) => one.reduce((sum, value, i) => sum + value * other[i], 0);

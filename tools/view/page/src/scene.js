@@ -1,4 +1,4 @@
-// The picture: pole sphere, safe height, path and head. Drawn only when something in it has changed.
+// The picture: pole sphere, safe height, path and head. It is drawn only when something in it has changed.
 
 import {
     Box3, BufferGeometry, DirectionalLight, DoubleSide, Group, HemisphereLight, Line, LineBasicMaterial, LineDashedMaterial,
@@ -14,13 +14,16 @@ import { vector } from "./solids.js";
 import { Surroundings } from "./surroundings.js";
 
 const byId = (id) => document.getElementById(id);
+// Lengths are in millimetres.
 // How far the plane of the safe height extends beyond the path.
 const planeMargin = 25;
+// Half the length of the drawn A axis.
 const axisReach = 34;
-// Millimetres. Points of a mistyped plan that are farther away are not shown.
+// Points of a mistyped plan that are farther from the pole sphere have no influence on what the views show.
 const farthest = 1000;
+// The axes are drawn after the paths (1) and before the current move (10): see paths.js.
 const axisOrder = 5;
-// Labels avoid every fifth point of the paths; points are a millimetre apart.
+// Labels avoid every fifth point of the paths.
 const pointsBetweenLooks = 5;
 
 /** Points about the head's centre that enclose the drawn head. */
@@ -277,7 +280,10 @@ class Picture {
     }
 }
 
-/** Throws an error with a sentence for the reader when there can be no picture. `onLost` gets such a sentence later. */
+/**
+ * Throws an error with a sentence for the reader when there can be no picture. `onLost` is called with such a sentence
+ * when the browser gives up the picture later.
+ */
 export function createScene(theDocument, onLost) {
     return new Picture(theDocument, onLost);
 }

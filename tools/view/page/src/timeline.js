@@ -1,7 +1,7 @@
 // The time line: a slider that shows the place in the plan, over one section for each move.
 
 const byId = (id) => document.getElementById(id);
-// The number of a move is shown when its section covers more than this share of the time line.
+// A section that covers a smaller share of the time line is too narrow for the number of its move.
 const leastShareForNumber = 0.028;
 
 /** The moves with the times at which they begin and end. A time is a length of path, in millimetres: see framesOf. */
