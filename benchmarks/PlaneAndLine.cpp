@@ -92,7 +92,7 @@ void AddAccuracy(Suite& suite) {
     const double ours = Apart(FittedPlane(strip.array).GetNormal(), normal);
     const double byQr = Apart(DirectionOf(AxisByQr(strip.list, Spread::Least)), normal);
     const double byCovariance = Apart(DirectionOf(AxisByCovariance(strip.list, Spread::Least)), normal);
-    const std::string subject = "plane: error of the normal", size = "strip 1 : 10 000";
+    const std::string subject = "plane: error of the normal", size = "strip 1 : 8 000";
     suite.Compare(subject, size, "rad", ours, "Eigen QR", byQr);
     suite.Compare(subject, size, "rad", ours, "Eigen covariance", byCovariance);
 }
