@@ -34,8 +34,8 @@ struct Capture {
         Capture capture{};
         for (std::size_t axis = 0; axis < 3; ++axis)
             capture.head.pole[axis] = input.ConsumeFloatingPointInRange(-5000.0, 5000.0);
-        // As docs/conventions.md requires: with a mounting within 40 degrees and a capture at an odd multiple of 45
-        // degrees, the A points are in the middle of a quadrant.
+        // As docs/conventions.md requires: the A set is captured at an odd multiple of 45 degrees, and the head is
+        // mounted turned by less than 40. So the plane of the A points is not near a machine axis.
         capture.head.mountingAngle = input.ConsumeFloatingPointInRange(-35.0, 35.0);
         capture.head.stylus = {0.0, 0.0, -input.ConsumeFloatingPointInRange(120.0, 500.0)};
         capture.captureB = input.PickValueInArray({-135.0, -45.0, 45.0, 135.0});
@@ -97,7 +97,8 @@ public:
                Get()->cbElements == sizeof(HeadAlignmentDataItem) &&
                Get()->rgsabound[0].cElements > static_cast<ULONG>(UpperBound());
     }
-    /// The points that are read: elements 0 to the upper bound, from the first one in memory.
+    /// The points that are read: as many as there are elements from 0 to the upper bound, counted from the beginning of
+    /// the memory. With a negative lower bound this is not element 0.
     Items Counted() const {
         Items items(static_cast<std::size_t>(UpperBound()) + 1);
         if (Get()->pvData != nullptr) std::memcpy(items.data(), Get()->pvData, items.size() * sizeof items[0]);

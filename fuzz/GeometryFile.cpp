@@ -1,9 +1,11 @@
 // Loads and saves any bytes as a head geometry file. Laws:
-// - a load succeeds if and only if all seven numbers can be read by the C library's rules and none is 999999999; it
-//   fails with the one code and the texts for that, and with no other;
+// - a load succeeds if and only if all seven entries exist and none of them is 999999999 when it is read by the C
+//   library's rules (a text that is not a number is 0); it fails with the one code and the texts for that, and with no
+//   other;
 // - after a load the pole sphere is at the position in the file, and every plan keeps the laws of PlanLaws.h; for a
 //   head far outside any machine there is at least a plan;
-// - a save into a new file holds the numbers to ten digits; a second load and save does not change them;
+// - a save into a new file holds the numbers to ten digits; a second load and save does not change them, except the
+//   safe Z, which each load computes from the head centre;
 // - a save into the same file, whatever else it holds, loads again to the same numbers;
 // - after a failure a good file loads as it does in a new calculator.
 
@@ -62,7 +64,7 @@ SevenNumbers NumbersIn(const SevenTexts& texts) {
 
 bool IsComplete(const SevenNumbers& numbers) { return std::ranges::find(numbers, 999999999.0) == numbers.end(); }
 
-/// Checks the result of a load of a file with these texts.
+/// Loads a file that has these numbers and checks the result. Returns whether the file was accepted.
 bool Load(IQMVCalculator2& calculator, File& file, const SevenNumbers& numbers) {
     const Raised loaded = ReturnedBy([&] { return calculator.LoadHeadGeometryFromFile(file.argument.Address()); });
     if (IsComplete(numbers)) {

@@ -2,10 +2,11 @@
 // - a read stays within its buffer, terminates it, changes nothing, and gives the same text twice; a smaller buffer
 //   gets the beginning of the text that a larger one gets;
 // - a write that succeeds reads back; everything else in the file stays byte for byte: at most the old value of the
-//   entry is removed, and one piece of text is added;
+//   entry and the byte-order mark of UTF-8 are removed, and one piece of text is added;
 // - every other entry reads as before; writing the same text again changes nothing;
 // - names that a file cannot hold are refused, and the file does not change.
-// Input: section\_key\_value\_section\_key\_content, where a backslash and any other character end a text.
+// Input: section\_key\_value\_section\_key\_content, where a backslash and any other character end a text. The last
+// byte of the input is not content: it gives the size of the small buffer.
 
 #include "Support.h"
 
@@ -180,8 +181,8 @@ void PromiseOnlyTheValueChanged(const Units& before, const Units& after, bool wa
     Promise(wasThere || gone.empty(), "a new entry removes nothing");
     const std::u16string old = before.Of(oldValue);
     const std::u16string known = u"\"" + old + u"\" '" + old + u"'";
-    // If the new value ends like the text after the old one, the blanks can belong to either: both results are
-    // accepted.
+    // Blanks beside the old value can count as removed or as kept: that depends on how the new value begins and ends.
+    // So they are not compared.
     Promise(known.find(Trimmed(gone, std::u16string_view(u" \t\v\f\x1A"))) != std::u16string::npos,
             "only the old value of the entry is removed");
 }
@@ -206,7 +207,8 @@ void PromiseWrite(const Name& name, const std::string& value, const Name& bystan
     if (value.find_first_of("\r\n") != std::string::npos) return;
 
     Promise(IsThere(name), "a written entry exists");
-    // A UTF-16 file cannot contain bytes that are no characters, and blanks before a zero byte stay.
+    // A UTF-16 file cannot contain bytes that are no characters. If a zero byte follows the value, the blanks between
+    // them are not at the end of the line, and a read keeps them.
     const bool isHeld = !unitsBefore.IsUtf16() || IsAllCharacters(WideText(value));
     const bool hasZero = unitsBefore.text.find(u'\0') != std::u16string::npos;
     if (isHeld && !(hasZero && blanks.find(value.empty() ? 'x' : value.back()) != std::string_view::npos)) {

@@ -148,7 +148,7 @@ struct Writing {
         for (const char c : std::string(asciiText) + '\0') {
             std::array<char, 8> digits{};
             std::snprintf(digits.data(), digits.size(), isOldFormat ? "%02x," : "%02x,00,", static_cast<unsigned>(c));
-            // Lines of bytes are broken where an exporting editor would break them.
+            // Long lines of bytes are broken with a backslash, as an exporting editor breaks them.
             if (value.size() - (value.rfind('\\') + 1) > 70) value += std::string("\\") + lineEnd + "  ";
             value += digits.data();
         }

@@ -12,7 +12,7 @@ public:
     const std::vector<std::string>& Lines() const noexcept { return lines; }
 
 private:
-    /// The settings that only one platform has.
+    /// Adds the settings that are read in another way on each platform.
     void AddPlatform();
 
     std::vector<std::string> lines;

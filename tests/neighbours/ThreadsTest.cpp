@@ -102,7 +102,7 @@ TEST_F(Threads, ShareTheClassFactoryAndTheModulesCounts) {
     EXPECT_EQ(DllCanUnloadNow(), S_OK);
 }
 
-/// The results of one thread's saves while other threads save and load the same file.
+/// Saves and loads the file again and again while other threads do the same. Returns how many saves succeeded.
 int SavesAmongOthers(const std::filesystem::path& file, int which) {
     const TemporaryFolder own;
     const auto saver = TwoGeometries::Calculator(own.Path(), which);

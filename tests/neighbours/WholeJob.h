@@ -34,5 +34,5 @@ private:
     AlignmentArray fewPoints;
 };
 
-/// Compares two jobs and names the first line that differs.
+/// Expects the same lines and the same file.
 void ExpectSame(const Results& actual, const Results& expected);

@@ -31,7 +31,7 @@ class Client {
 public:
     explicit Client(SharedState& theShared) : shared(theShared), calculator(CreateCalculator()) {}
 
-    /// Makes one random call. If it fails, also makes the call that restores the state.
+    /// Makes one random call. After a refused geometry it also gives a good one.
     void Call();
     /// Sets the object to one fixed state.
     void SetFixedState();

@@ -12,8 +12,7 @@
 #include <string>
 #include <vector>
 
-/// The results of calculators that were created for one call only. Results after millions of calls are compared with
-/// them.
+/// The results of new calculators. Results after millions of calls are compared with them.
 
 using qmv40::model::HeadAngles;
 

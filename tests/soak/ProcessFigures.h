@@ -6,7 +6,7 @@
 struct ProcessFigures {
     std::size_t residentBytes; ///< 0 if unknown
     std::size_t heapBytes;     ///< allocated and not freed
-    long blocks;               ///< the same in blocks of the program's own code
+    long blocks;               ///< allocated by the program's own code and not freed; only differences count
     long openFiles;            ///< file descriptors or handles; 0 if unknown
 
     static ProcessFigures Now();
