@@ -76,7 +76,7 @@ std::string WhereText(const WorstFigure& worst, const Figures& figures) {
     return MoveText(worst.move, worst.id) + (figures.Plans() > 1 ? PlanText(worst) : "");
 }
 
-/// For each part, the clearance to the obstacle that it comes closest to.
+/// For each part and each obstacle that were compared, the smallest clearance.
 void PrintPartClearances(const Figures& figures, const text::Console& console) {
     const auto isKnown = [](const PairFigure& pair) { return pair.smallest.has_value(); };
     if (std::ranges::none_of(figures.Pairs(), isKnown)) return;

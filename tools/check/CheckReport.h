@@ -29,7 +29,7 @@ std::string VerdictText(std::size_t findings);
 
 /// "locked" or "open"
 const char* NameOf(model::LeverState state);
-/// The part that the move must touch, and to which its clearance is therefore not computed: "peg", "lever" or nothing.
+/// The part that the move must touch: "peg", "lever" or nothing. The clearances leave this contact out.
 const char* ContactOf(plans::MoveId id);
 /// "2.0000 mm (stylus to vice)"; empty for a finding without an amount.
 std::string AmountText(const Finding& finding);

@@ -40,8 +40,8 @@ struct CheckedMove {
     Clearance clearance;
     PartClearances around;           ///< of every part of the head to every obstacle
     std::optional<double> lowestTip; ///< Z of the stylus tip's lowest point, mm; empty without a stylus
-    /// Height of the move's lowest point above the safe height, for a move that must stay above it; empty for all
-    /// others.
+    /// Height above the safe height, mm: of the lowest point of a move that must stay above it, of the end of a move
+    /// that must only end above it; empty for all others.
     std::optional<double> aboveSafeHeight;
 };
 
@@ -53,7 +53,9 @@ struct PlanReport {
     /// part of the first one.
     std::vector<CheckedMove> moves;
     std::vector<motion::ExecutedMove> way; ///< from the end of the plan before to the start of the first move
-    std::vector<Finding> findings;         ///< in the order of the moves; later ones may follow from the first
+    /// First about the plan's start and the order of its moves, then move by move, at last about the end. Later ones
+    /// may follow from earlier ones.
+    std::vector<Finding> findings;
     /// Distance, mm, of the last indexing arc's end from the engagement position of the target; empty when it was not
     /// run.
     std::optional<double> targetMiss;

@@ -89,9 +89,9 @@ private:
         }
     }
 
-    /// The largest RMS about the fitted head that is not a fault. The mistakes that were found are in the fit. The
-    /// limit is the sum of what unexplained small errors, inexact index positions and noise may contribute, and at most
-    /// noiseCeiling.
+    /// The largest standard deviation of a coordinate about the fitted head that is not a fault. The mistakes that were
+    /// found are in the fit. The limit is the sum of what unexplained small errors, inexact index positions and noise
+    /// may contribute, and at most noiseCeiling.
     double MisfitCeiling() const {
         const double ofIndexing =
             model::ToRadians(thresholds::indexCeiling) * model::SafeLength(diagnosis.head.model.tip);

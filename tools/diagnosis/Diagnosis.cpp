@@ -118,8 +118,8 @@ struct Search {
     SetWeights weights;
 };
 
-/// The noise is estimated from the circles and from the head that was fitted with the angles, which has far more
-/// observations. The larger estimate counts. When the angles are inexact, so that the head has surely larger residuals
+/// The noise is estimated from the circles and from the head that was fitted with the angles, which has more degrees of
+/// freedom. The larger estimate counts. When the angles are inexact, so that the head has surely larger residuals
 /// than the circles, only the circles count.
 NoiseFigures NoiseOf(const fit::CapturedSets& sets, const fit::AxisCircle& a, const fit::AxisCircle& b,
                      const fit::HeadFit& head, const SetWeights& weights) {

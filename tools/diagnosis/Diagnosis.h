@@ -58,7 +58,8 @@ struct Diagnosis {
     fit::AxisCircle bCircle;
     NoiseFigures noise;
     fit::HeadAxes axes;
-    fit::HeadFit head; ///< the second opinion; the errors of its model are the mistakes that were found
+    /// The second opinion. Its model has the mistakes that were found, and the errors of the head.
+    fit::HeadFit head;
     std::optional<Rewriting> rewriting; ///< how the columns were rewritten before `head` was fitted
     double rotationDifference; ///< the component's rotation minus the fitted mounting angle, degrees, -180 to 180
     std::vector<PointDiagnosis> points;

@@ -27,7 +27,8 @@ std::vector<Candidate> ScreenedCandidates(const fit::CapturedSets& sets, const f
                                           const model::Vector3& unlocking);
 
 /// The intervals of points that a change between two points can concern, when it happens once and lasts, and either set
-/// was captured first. An interval from 0 on holds the points before the change.
+/// was captured first. An interval that ends within a set holds the points before the change, and one that begins
+/// within a set those after it. The A set stands for a change between the sets.
 struct Interval {
     std::size_t first, last;
 };

@@ -5,9 +5,9 @@
 
 namespace qmv40::diagnosis {
 
-/// The findings about sets whose points cannot determine a head: too few different positions, or circles that are too
-/// small to have an axis. A fit to such points means nothing. Empty when the sets can determine a head. Each set has at
-/// least one point.
+/// The findings about sets whose points cannot determine a head: too few different positions, circles that are too
+/// small to have an axis, or all points where the sphere is, because a tip offset was in force. A fit to such points
+/// means nothing. Empty when the sets can determine a head. Each set has at least one point.
 std::vector<Finding> JudgeSets(const fit::CapturedSets& sets);
 
 /// The findings that the angles alone give about a capture that the component refuses because an axis was not held: the

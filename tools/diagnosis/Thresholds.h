@@ -29,7 +29,7 @@ inline constexpr double noiseCeiling = 0.1;
 inline constexpr double unevenNoiseCeiling = 0.03;
 
 /// An index position of a head is exact to a few hundredths of a degree. Times the length of the stylus, this is the
-/// part of inexact index positions in the limit for the RMS of the points about the places that their angles give them.
+/// part of inexact index positions in the limit for the standard deviation of a coordinate about the fitted head.
 inline constexpr double indexCeiling = 0.02;
 
 /// A fixed part of that limit, added to those of inexact index positions and of the noise. It allows for what the

@@ -17,8 +17,8 @@ namespace {
 
 /// Opens the file so that no other program can replace it or write into it. A save holds the file for a short time
 /// only, so that a few attempts without a pause are enough. If another program has the file open for writing, only the
-/// saves of this component are locked out. Nothing if a save was writing into the file at each attempt: a part of the
-/// old geometry and a part of the new one would be read.
+/// saves of this component are locked out. Nothing if a save was still writing into the file at the last attempt: a
+/// part of the old geometry and a part of the new one would be read.
 std::optional<FileHandle> Hold(const wchar_t* fileName) {
     constexpr int mostAttempts = 10;
     bool isWrittenInto = false;

@@ -24,7 +24,7 @@ struct HeadFit {
     double MountingDegrees() const;
 };
 
-/// The fit nearest to `start`, with its errors, by the Levenberg-Marquardt method.
+/// The fit nearest to `start`, by the Levenberg-Marquardt method. The values of the errors of `start` are fitted too.
 HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start);
 
 /// The best fit of a head without errors, over all mounting angles.

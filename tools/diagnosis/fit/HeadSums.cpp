@@ -10,7 +10,7 @@ namespace qmv40::diagnosis::fit {
 
 namespace {
 
-/// A symmetric 3 x 3 matrix. It is made positive definite and inverted by its cofactors.
+/// A symmetric 3 x 3 matrix. Only a positive definite one is inverted, by its cofactors.
 class Symmetric {
 public:
     Symmetric& operator+=(const Symmetric& other) {

@@ -14,8 +14,8 @@ constexpr double margin = 10.0; // mm
 /// The angle of -180 to 180 degrees that has this acute angle. `xInside`: no point is more than `margin` beyond the
 /// head centre in X; `yInside`: the same in Y.
 double InQuadrant(double acuteAngle, bool xInside, bool yInside) {
-    const double angle = yInside ? 180.0 - acuteAngle : acuteAngle; // a point beyond it in Y: quadrants 1 and 4
-    return xInside ? angle : -angle;                                // a point beyond it in X: quadrants 3 and 4
+    const double angle = yInside ? 180.0 - acuteAngle : acuteAngle; // inside in Y: the component's quadrants 1 and 4
+    return xInside ? angle : -angle;                                // inside in X: its quadrants 1 and 2
 }
 
 } // namespace
