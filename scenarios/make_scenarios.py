@@ -9,9 +9,10 @@ head's centre at A = B = 0) is on the pole sphere, whose centre is S. While the 
 
     S - Rz(mounting angle + B) . R(-X, A) . t
 
-R(-X, A) is a rotation by A about the direction (-1, 0, 0), and Rz a rotation about the vertical. Unlocking shifts the
-head. Points are captured with the head unlocked: the shift is added. So the A set lies on a circle about the A axis, and
-the B set on a circle about the vertical. Both axes pass through S, which is the head centre of the geometry.
+R(-X, A) is a rotation by A about the direction (-1, 0, 0), and Rz a rotation about the vertical. So these positions of
+the A set lie on a circle about the A axis, and those of the B set on a circle about the vertical. Both axes pass through
+S, which is the head centre of the geometry. Unlocking shifts the head. Points are captured with the head unlocked: the
+shift is added to each, and the component subtracts it again.
 """
 
 import json

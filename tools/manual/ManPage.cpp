@@ -62,7 +62,8 @@ std::string Synopsis(const cli::CommandDescription& command) {
     return text;
 }
 
-/// A footer in the formatter's form: lines that begin with two blanks keep their line breaks, the others are filled.
+/// A footer in the formatter's form: lines that begin with two blanks keep their line breaks, the others are joined
+/// into paragraphs.
 std::string Paragraphs(const std::string& footer) {
     std::string page;
     std::istringstream lines(footer);

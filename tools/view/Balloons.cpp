@@ -12,7 +12,8 @@ namespace {
 constexpr double obstacleSpacing = 0.8; // mm: less than a balloon's size, so that no line passes unseen below one
 constexpr double distanceBetween = 2.0 * balloonRadius + 0.4;
 
-// Relative costs: a balloon on another one is never accepted, one on a line rarely, a long leader sometimes.
+// Relative costs: a balloon on another one is accepted only when there is no other place, one on a line rarely, a long
+// leader sometimes.
 constexpr double costOfCollision = 1000.0;
 constexpr double costOfCrossing = 40.0;
 constexpr double costOfCovering = 1.5;

@@ -8,8 +8,8 @@ namespace qmv40::view {
 
 /// Text for HTML and SVG
 
-/// The text escaped for use between tags or in an attribute. Bytes that are not UTF-8, and characters that XML does not
-/// allow, become the replacement character.
+/// The text escaped for use between tags or in an attribute. Bytes that are not UTF-8, control characters (line ends
+/// too) and characters that XML does not allow become the replacement character.
 std::string MarkupText(const std::string& text);
 
 /// The text, cut to `columns` columns; a text that was cut ends in an ellipsis. Characters from U+1000 up, such as

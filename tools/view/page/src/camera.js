@@ -1,4 +1,5 @@
-// The views of the picture: one in perspective that the user turns, and three along the machine's axes, to scale.
+// The views of the picture: two in perspective, one of the whole that the user turns and one of the contact, and three
+// along the machine's axes, to scale.
 
 import { Box3, MOUSE, OrthographicCamera, PerspectiveCamera, TOUCH, Vector3 } from "three";
 import { OrbitControls } from "three/addons/controls/OrbitControls.js";

@@ -6,7 +6,8 @@ import { DoubleSide, Group, LatheGeometry, LineBasicMaterial, Matrix4, Mesh, Mes
 import { Levers } from "./levers.js";
 import { ball, block, cylinder, outlined, vector } from "./solids.js";
 
-// Millimetres from the head's centre, unless a dimension of the document decides.
+// In millimetres. Places are counted from the head's centre, those with "Pivots" in their name from the lever centres,
+// which the document gives.
 const bodyInsidePivots = 8;
 const bodyBottom = 16;
 const bodyAbovePivots = 20;
@@ -34,7 +35,7 @@ export const headReach = { aside: 36, up: 70, down: shortStylus.length };
 
 const up = new Vector3(0, 0, 1);
 
-/** Turns an object of the head's own frame so that its X and Z axes are `x` and `z`. */
+/** Turns an object so that its own X and Z axes point along `x` and `z`. */
 function turn(object, x, z) {
     const y = new Vector3().crossVectors(z, x).normalize();
     object.quaternion.setFromRotationMatrix(new Matrix4().makeBasis(new Vector3().crossVectors(y, z).normalize(), y, z));
