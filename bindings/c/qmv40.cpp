@@ -81,7 +81,9 @@ OwnedArray PointArray(const qmv40_alignment_point* points, std::size_t count) {
     if (points == nullptr && count > 0) throw Refusal{E_POINTER, "the captured points are null"};
     constexpr std::size_t most = 1'000'000'000; // 40 GB, more than any capture; within an array's 32-bit bound
     if (count > most) throw Refusal{E_INVALIDARG, "there are too many captured points"};
-    return ArrayOf(std::span(points, count));
+    OwnedArray array = ArrayOf(std::span(points, count));
+    if (!array) throw std::bad_alloc();
+    return array;
 }
 
 /// Calls `method` with a record of the component and copies it into the caller's.

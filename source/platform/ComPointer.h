@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <new>
 #include <span>
 #include <utility>
 
@@ -66,14 +65,14 @@ struct ArrayReleaser {
 /// Owns a safe array, or null.
 using OwnedArray = std::unique_ptr<SAFEARRAY, ArrayReleaser>;
 
-/// A safe array of one dimension, indexed from 0, with copies of the records. Throws bad_alloc.
-template <typename Record> OwnedArray ArrayOf(std::span<const Record> records) {
+/// A safe array of one dimension, indexed from 0, with copies of the records. Null without memory.
+template <typename Record> OwnedArray ArrayOf(std::span<const Record> records) noexcept {
     SAFEARRAY* made = nullptr;
-    if (FAILED(SafeArrayAllocDescriptor(1, &made))) throw std::bad_alloc();
+    if (FAILED(SafeArrayAllocDescriptor(1, &made))) return nullptr;
     OwnedArray array(made);
     array->cbElements = sizeof(Record);
     array->rgsabound[0] = {static_cast<ULONG>(records.size()), 0};
-    if (FAILED(SafeArrayAllocData(made))) throw std::bad_alloc();
+    if (FAILED(SafeArrayAllocData(made))) return nullptr;
     std::ranges::copy(records, static_cast<Record*>(array->pvData));
     return array;
 }

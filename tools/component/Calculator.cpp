@@ -5,7 +5,6 @@
 #include "tools/text/Text.h"
 #include "tools/text/WideText.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <new>
 
@@ -15,6 +14,12 @@ namespace {
 
 void ThrowIfFailed(HRESULT result, const char* operation) {
     if (FAILED(result)) throw TakeComponentError(result, operation);
+}
+
+OwnedArray PointArray(std::span<const HeadAlignmentDataItem> points) {
+    OwnedArray array = ArrayOf(points);
+    if (!array) throw std::bad_alloc();
+    return array;
 }
 
 /// A file name as the component takes it.
@@ -36,7 +41,7 @@ Calculator::Calculator() {
 
 void Calculator::EnterHeadGeometry(std::span<const HeadAlignmentDataItem> aAxisPoints,
                                    std::span<const HeadAlignmentDataItem> bAxisPoints) {
-    const OwnedArray aAxisArray = ArrayOf(aAxisPoints), bAxisArray = ArrayOf(bAxisPoints);
+    const OwnedArray aAxisArray = PointArray(aAxisPoints), bAxisArray = PointArray(bAxisPoints);
     SAFEARRAY *aAxis = aAxisArray.get(), *bAxis = bAxisArray.get();
     ThrowIfFailed(component->EnterHeadGeometry(&aAxis, &bAxis), "EnterHeadGeometry");
 }
