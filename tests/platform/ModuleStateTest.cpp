@@ -162,7 +162,8 @@ TEST(ModuleState, SetsX87ToItsDefaultsAndBack) {
     };
     for (const Case& c :
          {Case{x87Default, "the default"}, Case{x87OfThePlatform, "53 bits"}, Case{0x007F, "24 bits"},
-          Case{0x0B7F, "rounding up"}, Case{0x037A, "traps on division by zero"}, Case{0x0340, "traps on all"}}) {
+          Case{0x0B7F, "rounding up"}, Case{0x037A, "traps on invalid operations and on division by zero"},
+          Case{0x0340, "traps on all"}}) {
         const X87Host host(c.control);
         {
             const ModuleStateGuard guard;
