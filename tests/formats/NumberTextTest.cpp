@@ -152,7 +152,7 @@ TEST(DoubleToScientific, WritesNineDecimalsAndAtLeastTwoExponentDigits) {
 }
 
 TEST(DoubleToScientific, IsReadBackToTenDigitsAndThenToTheSameText) {
-    constexpr double halfOfTheTenthDigit = 0.5e-9 * (1 + 1e-6); // over the leading digit, with room for rounding
+    constexpr double halfOfTheTenthDigit = 0.5e-9 * (1 + 1e-6); // in units of the leading digit, with room for rounding
     constexpr std::uint64_t seed = 20240519;
     SCOPED_TRACE(seed);
     std::mt19937_64 random(seed);

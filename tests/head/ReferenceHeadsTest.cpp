@@ -7,9 +7,9 @@
 
 namespace {
 
-/// The allowed effect of rounding in the fits: 1/100 of the file's last digit for coordinates of some hundreds, and no
-/// more for angles. Lengths have the error bound of circle fits of such points. An angle comes from a plane through
-/// points with distances of 100 and roundings of 1e-13.
+/// The allowed effect of rounding in the fits. Lengths: the error that the tests of the circle fit always allow, 1/100
+/// of the file's last digit for a coordinate of some hundreds. Degrees: far more than the error of a plane through
+/// points that are 100 apart and have roundings of 1e-13.
 constexpr double lengthNoise = 1e-9;
 constexpr double angleNoise = 1e-10;
 

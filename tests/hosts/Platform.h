@@ -1,8 +1,8 @@
 #pragma once
 
 /// The declarations of the platform and of the component's interface that this client needs. They are written by hand,
-/// because the platform's headers are not available for this compiler. Names and layouts are those of the platform's
-/// documentation and of CoQMV40Calculator.idl.
+/// because the platform's headers are not available for this compiler. The layouts, and the names of functions and
+/// methods, are those of the platform's documentation and of CoQMV40Calculator.idl; fields have other names.
 
 using HRESULT = long;
 using HANDLE = void*;

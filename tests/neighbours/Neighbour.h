@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-/// A process that contains other code than the component, and has its own settings. The settings store has texts that a
-/// locale or a rounding mode could change.
+/// A process that contains other code than the component, and has its own settings. The settings store has texts that
+/// could be read as other numbers under another locale or rounding mode.
 class Neighbour : public testing::Test {
 protected:
     Neighbour() {

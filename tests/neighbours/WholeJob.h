@@ -17,7 +17,7 @@ struct Results {
 /// All calls. Their arguments are prepared before, so that only the component computes during the calls.
 class WholeJob {
 public:
-    /// Files are created in `folder`. A job with another `number` has other angles, another head and other failures.
+    /// Files are created in `folder`. A job with another `number` has another head and other angles, right and wrong.
     explicit WholeJob(const std::filesystem::path& folder, int number = 0);
 
     /// Makes the calls with a new object.

@@ -69,7 +69,8 @@ TEST_F(AwkwardPlaces, KeepTheEntriesThatFitOnTheDisk) {
         TwoGeometries::Put(path, 1);
         const std::string expected = EntriesBefore(room);
         const bool isComplete = expected == TwoGeometries::FileText(2);
-        // A limit of this process's file sizes, because a test may not create a disk of a certain size.
+        // A limit of this process's file sizes, because a test often has no permission to mount a disk of
+        // a certain size.
         ASSERT_TRUE(InAnotherProcess([&] {
             const rlimit limit{room, room};
             std::signal(SIGXFSZ, SIG_IGN);

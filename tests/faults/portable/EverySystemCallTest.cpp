@@ -213,7 +213,8 @@ void FailEveryCall(const std::function<void()>& before, const std::function<void
     EXPECT_GE(counts[refused], leastRefused);
 }
 
-// If one call fails, no copy is made, and the entries are written in place.
+// If a call fails that the replacement by a copy needs, the entries are written in place. So one failing call need not
+// end the save.
 TEST_F(EverySystemCall, OfASaveCanFail) {
     FailEveryCall([&] { TwoGeometries::Put(path, 1); }, [&] { Save(); }, [&] { return VerdictOnSave(); }, 0);
 }

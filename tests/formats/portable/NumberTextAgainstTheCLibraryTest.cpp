@@ -14,7 +14,7 @@
 
 using namespace qmv40;
 
-/// Compares with the C library's conversions, which are correctly rounded on this system. This program stays in the C
+/// Compares with the C library's conversions, which are correctly rounded on this system. These tests run in the C
 /// locale.
 
 namespace {

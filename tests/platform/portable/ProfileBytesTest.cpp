@@ -7,7 +7,8 @@
 #include <random>
 #include <string>
 
-/// A write changes the bytes of its entry and no others.
+/// A write changes the bytes of its entry and no others, with two exceptions: it removes a UTF-8 mark, and it gives the
+/// last line a line end if new lines follow.
 
 namespace {
 
