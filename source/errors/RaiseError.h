@@ -5,8 +5,8 @@
 
 namespace qmv40 {
 
-/// The texts with which a computing operation reports a failure. Every such operation has one as a local variable and
-/// sets the description before each step, so that a failure is reported with the step in which it occurred.
+/// The texts with which an operation reports a failure. An operation that describes its steps sets the description
+/// before each of them, so that a failure is reported with the step in which it occurred.
 struct ErrorContext {
     const wchar_t* source; ///< class and operation joined by two colons
     const wchar_t* description = L"Unspecified";
@@ -18,7 +18,7 @@ struct ErrorContext {
 /// the record cannot be created or set, the failure code of that step is thrown instead.
 [[noreturn]] void RaiseError(HRESULT code, const ErrorContext& context);
 
-/// Raises one of the component's own errors: the help file in its record is empty.
+/// The same, with these two texts, an empty help file and the help context 0 in the record.
 [[noreturn]] void RaiseError(HRESULT code, const wchar_t* source, const wchar_t* description);
 
 /// Throws `code`, whose error record is set already, out of an interface method. `returnAddress` is in the calling

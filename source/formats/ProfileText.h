@@ -18,9 +18,9 @@ namespace qmv40 {
 /// The value, with its quotes. Returns nothing if the key is missing or its line has no `=`.
 std::optional<std::string_view> FindProfileValue(std::string_view text, std::string_view section, std::string_view key);
 
-/// Replaces the value of the key. A missing key is added after the last line of its section, a missing section at the
-/// end of the text. Everything else stays unchanged. An added line gets the line end that is most frequent in the text
-/// (CR LF in an empty text).
+/// Replaces the value of the key. A line that has the key but no `=` gets both. A missing key is added after the last
+/// line of its section that is not blank, a missing section at the end of the text. Everything else stays unchanged. An
+/// added line gets the line end that is most frequent in the text (CR LF in an empty text).
 void SetProfileValue(std::string& text, std::string_view section, std::string_view key, std::string_view value);
 
 /// A line of the text.

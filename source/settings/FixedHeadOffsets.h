@@ -11,8 +11,9 @@ struct FixedOffset {
 };
 
 /// A fixed offset of the head's mechanics. Opens the key of the settings store, reads the settings of the offset and
-/// closes the key; nothing is cached or written. It does not fail: a missing setting has its built-in value. If
-/// `selector` (a lever side or a lever state) is not 0, the settings that the table marks as mirrored are negated.
+/// closes the key; nothing is cached or written. A missing setting has its built-in value. If `selector` (a lever
+/// side or a lever state) is not 0, the settings that the table marks as mirrored are negated. It fails only when
+/// memory runs out (std::bad_alloc).
 FixedOffset ReadFixedOffset(HeadOffset offset, int selector = 0);
 
 /// The same for an offset of one setting: the degrees by which a lever turns.

@@ -2,7 +2,8 @@
 
 #include "platform/portable/Types.h"
 
-/// Length-prefixed wide text. A null BSTR is the empty text. The receiver frees it.
+/// Length-prefixed wide text. A null BSTR is the empty text. Whoever gets one from a function frees it; a function that
+/// is given one does not.
 using BSTR = OLECHAR*;
 
 extern "C" {
