@@ -7,7 +7,7 @@ using namespace qmv40;
 
 namespace {
 
-/// Redirects writes to HKEY_CLASSES_ROOT to the classes of the calling account.
+/// While it lives, HKEY_CLASSES_ROOT is the key with the classes of the calling account, for reading and writing.
 class AccountsClasses {
 public:
     AccountsClasses() {

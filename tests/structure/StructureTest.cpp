@@ -184,7 +184,7 @@ TEST(Structure, OneFileIncludesTheParserAndOneTheJsonLibrary) {
     EXPECT_EQ(json, std::set<std::string>{"tools/text/Json.cpp"});
 }
 
-/// The headers with global names: the interface, the platform's types, and the classes that callers name.
+/// The headers with global names: the interface, the platform's types, the classes that callers name, and the exports.
 bool MayGiveGlobalNames(const std::string& header) {
     static const std::regex global(
         "source/(interface/.*|platform/(.*/)?Automation|platform/portable/(Activation|ErrorInfo|SafeArray|"

@@ -36,7 +36,7 @@ public:
     SAFEARRAY** Address() noexcept { return &array; }
     SAFEARRAY* Get() const noexcept { return array; }
 
-    /// The points in the array. For arrays of 40-byte elements.
+    /// The points in the array. For arrays of one dimension and 40-byte elements.
     std::vector<HeadAlignmentDataItem> Items() const {
         std::vector<HeadAlignmentDataItem> items(array->rgsabound[0].cElements);
         const std::size_t size = items.size() * sizeof(HeadAlignmentDataItem);

@@ -9,8 +9,8 @@
 #include <functional>
 #include <vector>
 
-/// The code and the texts that the caller of a failed call gets. An error of the component has an empty help file; a
-/// code that it passes on has a help file that is not specified.
+/// The code and the texts that the caller of a failed call gets. The help file is the text "Unspecified" if the
+/// component raises the failure with an ErrorContext, and empty otherwise: see RaiseError.h.
 struct Failure {
     HRESULT code;
     const wchar_t* source;

@@ -53,7 +53,7 @@ TEST(ChordEnds, KeepTheChordsWithinTheToleranceOfTheArc) {
 }
 
 TEST(ChordEnds, AreAsFewAsTheToleranceAllows) {
-    // At a radius of 50 mm a chord with a sagitta of 0.01 mm covers 2 * acos(1 - 0.01 / 50) = 2.2918 degrees. 90
+    // At a radius of 50 mm a chord with a sagitta of 0.01 mm covers 2 * acos(1 - 0.01 / 50) = 2.2919 degrees. 90
     // degrees take 40 of them.
     const model::Path arc = model::Path::Arc({50.0, 0.0, 0.0}, {0.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 90.0);
     EXPECT_EQ(40u, motion::ChordEnds(arc, 0.01).size());

@@ -11,7 +11,7 @@ namespace {
 
 using namespace qmv40;
 
-/// Plans with the largest turns of B (360 degrees), plans with equal start and target, and random ones.
+/// Plans with the largest turns of B (360 degrees), plans with equal start and target, a few others, and random ones.
 std::vector<std::pair<model::HeadAngles, model::HeadAngles>> SampleOfPlans(std::uint64_t seed) {
     std::vector<std::pair<model::HeadAngles, model::HeadAngles>> sample{
         {{0, -180}, {0, 180}}, {{90, 180}, {90, -180}}, {{45, -180}, {60, 180}}, {{0, 0}, {0, 0}},

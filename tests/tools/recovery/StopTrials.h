@@ -13,7 +13,7 @@
 enum class Given { MoveKnown, MoveKnownWithNoise, PositionOnly, PositionOnlyWithNoise, Jogged };
 inline constexpr std::size_t givenCount = 5;
 
-/// "move and position"
+/// The same in words, for example "move and position".
 const char* NameOf(Given given);
 
 struct Counts {
