@@ -7,7 +7,8 @@
 #include <vector>
 
 /// The moving parts of the head as bodies, each a ball or a rod with round ends, and their places in a move. A head's
-/// geometry has none of their sizes: each has a default, and the report says which was used.
+/// geometry has none of their sizes. Each has a default, except the stylus, which is left out when the user does not
+/// give its length. The report says which sizes were used.
 
 namespace qmv40::check {
 
@@ -20,8 +21,9 @@ struct Stylus {
 inline constexpr double assumedBodyDiameter = 40.0;
 inline constexpr double assumedJointDiameter = 36.0;
 
-/// Millimetres. On every head, body and joint pass close to the pole sphere. When the user gives no size for them, the
-/// default counts for fixtures, and the pole sphere and its stem are left out.
+/// Millimetres. On every head, body and joint pass close to the pole sphere. When the user gives no size for them,
+/// their clearance to fixtures is computed with the default size, and their clearance to the pole sphere and its stem
+/// is not computed.
 struct PartSizes {
     /// An upright rod whose lower end is at the height of the head's centre.
     std::optional<double> bodyDiameter;

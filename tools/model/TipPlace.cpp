@@ -11,7 +11,7 @@ namespace {
 
 /// mm. Places that are closer than this, a few times the noise of a measuring machine, count as one.
 constexpr double onePlace = 0.01;
-/// mm for each radian. The place of a tip closer to the B axis does not depend on B.
+/// mm for each radian of B. When the place of a tip moves less than this, the tip counts as being on the B axis.
 constexpr double smallestArm = onePlace;
 
 struct Placement {
@@ -55,7 +55,7 @@ HeadAngles Solved(const Placement& placement, const HeadAngles& nearest, const V
 
 bool SameTurn(double left, double right) { return std::abs(Wrapped(left - right)) < 1e-6; }
 
-/// False when two angles with the same A differ in B by more than whole turns: then the tip is on the B axis.
+/// False when two positions have the same A, but another orientation in B: then the tip is on the B axis.
 bool ShowsB(const std::vector<HeadAngles>& samePlace) {
     const HeadAngles& first = samePlace.front();
     return std::ranges::none_of(

@@ -26,7 +26,7 @@ struct ExecutedMove {
     model::Path path; ///< of the machine position
     HeadState before;
     HeadState after;
-    double pulledOff; ///< mm: during an arc, the largest distance of the cup from the peg that it sat on
+    double pulledOff; ///< mm: the largest distance of the cup from the peg that it sat on, at four places of an arc
 
     /// During an arc A and B change in proportion to the angle. Every other change of state happens at the end of the
     /// move.
@@ -40,8 +40,8 @@ bool CanRun(const plans::Plan& plan);
 
 class Machine {
 public:
-    /// The head is locked at `angles`. `theStart`: the machine position, if it is known; otherwise the machine
-    /// begins at the end of the first move.
+    /// The head is locked at `angles`. `theStart`: the machine position, if it is known. Otherwise the machine begins
+    /// at the end of the first move, or, if that is an arc, at the approach position of the lever in reach.
     Machine(const model::HeadModel& theHead, const model::HeadAngles& angles,
             const std::optional<model::Vector3>& theStart);
     /// A machine in the middle of a plan. What happens next depends on lever, cup and angles.

@@ -80,7 +80,7 @@ struct Fit {
 
 struct Stop {
     State state = State::Unknown;
-    std::vector<Fit> fits;               ///< all places that agree with the known facts, in the order of the plan
+    std::vector<Fit> fits;               ///< all places that agree with the known facts, in the order of their moves
     std::size_t best = 0;                ///< index of the fit that is used, unless the state is unknown
     Fit nearest{};                       ///< of the moves in question; it need not agree
     bool hasSeveralOrientations = false; ///< the state is unknown because the fits agree in it, but not in A and B
