@@ -9,11 +9,11 @@ import math
 import sys
 
 PHASES = [  # first move, last move, colour, what happens
-    (1, 4, "#c0392b", "1-4  push the lever open, rise"),
+    (1, 4, "#c0392b", "1-4  push the lever to unlock, rise"),
     (5, 8, "#2471a3", "5-8  round to the peg, engage"),
     (9, 11, "#1e8449", "9-11  turn the head: A, B, A"),
     (12, 14, "#7d3c98", "12-14  off the peg, round to the lever"),
-    (15, 19, "#b9770e", "15-19  push the lever shut"),
+    (15, 19, "#b9770e", "15-19  push the lever to lock"),
 ]
 # name, index of the axes to the right and up, centre
 VIEWS = [("from above", 0, 1, 215, 205), ("from the side, +X towards you", 1, 2, 675, 230)]

@@ -7,7 +7,7 @@
 
 #include "Support.h"
 
-#include "tools/diagnosis/Capture.h"
+#include "tools/captures/Capture.h"
 #include "tools/text/Failures.h"
 
 #include <algorithm>
@@ -29,11 +29,11 @@ const std::string& CaptureName() {
     return name;
 }
 
-diagnosis::CaptureFile ReadCapture(const std::string& name) {
-    return diagnosis::ReadCapture(name, text::LengthUnit::Millimetre);
+captures::CaptureFile ReadCapture(const std::string& name) {
+    return captures::ReadCapture(name, text::LengthUnit::Millimetre);
 }
 
-Rows RowsOf(const diagnosis::CaptureFile& file) {
+Rows RowsOf(const captures::CaptureFile& file) {
     Rows rows;
     for (const auto& item : file.items) {
         rows.push_back({item.APosition, item.BPosition, item.XPosition, item.YPosition, item.ZPosition});
@@ -41,9 +41,9 @@ Rows RowsOf(const diagnosis::CaptureFile& file) {
     return rows;
 }
 
-Rows RowsOf(const std::vector<XYZData>& points) {
+Rows RowsOf(const std::vector<model::Vector3>& points) {
     Rows rows;
-    for (const auto& point : points) rows.push_back({point.XPosition, point.YPosition, point.ZPosition});
+    for (const auto& point : points) rows.push_back({point.x, point.y, point.z});
     return rows;
 }
 
@@ -233,7 +233,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view content(reinterpret_cast<const char*>(data), size);
     WriteFile(CaptureName(), content);
     PromiseDefined(OutcomeOf(ReadCapture), OutcomeOf(ReadCapture), content);
-    PromiseDefined(OutcomeOf(diagnosis::ReadPoints), OutcomeOf(diagnosis::ReadPoints), content);
+    PromiseDefined(OutcomeOf(captures::ReadPoints), OutcomeOf(captures::ReadPoints), content);
 
     FuzzedDataProvider input(data, size);
     PromiseRoundTrip(input);

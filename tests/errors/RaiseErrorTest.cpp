@@ -20,7 +20,7 @@ TEST(RaiseError, ThrowsTheCode) {
     } catch (const HRESULT thrown) {
         EXPECT_EQ(thrown, QMV_E_INVALID_QUADRANT);
     } catch (...) {
-        FAIL() << "not an HRESULT was thrown";
+        FAIL() << "something other than an HRESULT was thrown";
     }
 }
 

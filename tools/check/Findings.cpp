@@ -15,8 +15,8 @@ constexpr std::array texts{
     FindingText{K::MoveMissing, "move-missing", "", "The plan ends without this move.",
                 "Plan afresh with `qmv40 move`, or add the move."},
     FindingText{K::NotANumber, "not-a-number", "",
-                "The move has a number that is none, or a rotation vector of no length; it and what follows were not "
-                "run.",
+                "A number of the move is not finite, or its rotation vector has no length. This move and the following "
+                "ones were not run.",
                 "Look at the settings with `qmv40 doctor`: a dimension that reads as 0 can do this. Do not run the "
                 "plan."},
     FindingText{K::StartIsNotTheEndBefore, "start-is-not-the-end-before", "deg",
@@ -29,7 +29,7 @@ constexpr std::array texts{
                 "Check that --from is where the head stands, and that B = 180 and B = -180 were not exchanged."},
     FindingText{K::LeverNotUnlocked, "lever-not-unlocked", "", "After this move the lever is still locked.",
                 "Touch the ball first, and turn the full unlocking angle the right way."},
-    FindingText{K::LeverNotLocked, "lever-not-locked", "", "After this move the lever is still open.",
+    FindingText{K::LeverNotLocked, "lever-not-locked", "", "After this move the lever is still unlocked.",
                 "Touch the ball first, and turn the full locking angle the right way."},
     FindingText{K::EngagedWhileLocked, "engaged-while-locked", "",
                 "The cup goes onto the peg while the head is locked.", "Unlock the head first (moves 1 to 4)."},

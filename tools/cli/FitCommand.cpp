@@ -1,7 +1,7 @@
+#include "tools/captures/Capture.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/Options.h"
-#include "tools/diagnosis/Capture.h"
-#include "tools/diagnosis/Fits.h"
+#include "tools/report/Fits.h"
 #include "tools/text/Json.h"
 
 namespace qmv40::cli {
@@ -13,43 +13,37 @@ struct FitOptions : CommonOptions {
     std::string points;
 };
 
-CMaPointArray PointArrayOf(const std::vector<XYZData>& points) {
-    CMaPointArray array(0);
-    for (const XYZData& point : points) array.Add(CMaPoint(point.XPosition, point.YPosition, point.ZPosition));
-    return array;
-}
-
-void ShowCircle(const CMaPointArray& points, bool json, const text::Console& console) {
-    diagnosis::CircleFit fit = diagnosis::FitCircle(points);
-    fit.normal = diagnosis::WithLargestPositive(fit.normal);
+void ShowCircle(report::Points points, bool json, const text::Console& console) {
+    const auto fitted = report::FitCircle(points);
+    const report::ReportedCircle circle(fitted, report::WithLargestPositive(fitted.normal));
     if (json) {
         text::Json document{{"shape", "circle"}};
-        document.Update(diagnosis::CircleJson(fit));
+        document.Update(circle.Document());
         return text::PrintDocument("fit", document, console.out);
     }
-    diagnosis::FitRows rows({"circle"});
-    rows.Add("points", "", {std::to_string(fit.residuals.values.size())});
-    rows.AddPoint("centre", {fit.centre});
-    rows.AddDirection("normal", {fit.normal});
-    rows.Add("radius", "mm", {diagnosis::FitRows::Length(fit.radius)});
-    rows.Add("arc covered", "deg", {diagnosis::FitRows::Angle(fit.arcCovered)});
-    rows.AddResiduals({&fit.residuals});
+    report::FitRows rows({"circle"});
+    rows.Add("points", "", {std::to_string(points.size())});
+    rows.AddPoint("centre", {fitted.centre});
+    rows.AddDirection("normal", {circle.normal});
+    rows.Add("radius", "mm", {report::FitRows::Length(fitted.radius)});
+    rows.Add("arc covered", "deg", {report::FitRows::Angle(fitted.arcCovered)});
+    rows.AddResiduals({&circle.residuals});
     rows.Print(console);
 }
 
-void ShowFlat(const FitOptions& options, const char* directionName, const diagnosis::FlatFit& fit,
+void ShowFlat(const FitOptions& options, const char* directionName, const report::FlatFit& fit,
               const text::Console& console) {
     const auto& [point, direction, residuals] = fit;
     if (options.json) {
         return text::PrintDocument("fit",
                                    {{"shape", options.shape},
-                                    {"point", diagnosis::PointJson(point)},
-                                    {directionName, diagnosis::DirectionJson(direction)},
+                                    {"point", report::PointJson(point)},
+                                    {directionName, report::DirectionJson(direction)},
                                     {"rms", residuals.Rms()},
                                     {"residuals", residuals.values}},
                                    console.out);
     }
-    diagnosis::FitRows rows({options.shape});
+    report::FitRows rows({options.shape});
     rows.Add("points", "", {std::to_string(residuals.values.size())});
     rows.AddPoint("point", {point});
     rows.AddDirection(directionName, {direction});
@@ -58,10 +52,10 @@ void ShowFlat(const FitOptions& options, const char* directionName, const diagno
 }
 
 void Run(const FitOptions& options, const text::Console& console) {
-    const CMaPointArray points = PointArrayOf(diagnosis::ReadPoints(options.points));
+    const std::vector<model::Vector3> points = captures::ReadPoints(options.points);
     if (options.shape == "circle") return ShowCircle(points, options.json, console);
-    if (options.shape == "plane") return ShowFlat(options, "normal", diagnosis::FitPlane(points), console);
-    ShowFlat(options, "direction", diagnosis::FitLine(points), console);
+    if (options.shape == "plane") return ShowFlat(options, "normal", report::FitPlane(points), console);
+    ShowFlat(options, "direction", report::FitLine(points), console);
 }
 
 constexpr const char* fitFooter =

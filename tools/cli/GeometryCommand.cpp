@@ -5,12 +5,12 @@
 #include "tools/cli/Options.h"
 #include "tools/component/Calculator.h"
 #include "tools/component/ComponentError.h"
-#include "tools/diagnosis/DiagnosisReport.h"
-#include "tools/diagnosis/Fits.h"
 #include "tools/diagnosis/SetJudgement.h"
 #include "tools/model/Angles.h"
 #include "tools/plans/PositionLine.h"
-#include "tools/record/CapturePicture.h"
+#include "tools/report/CapturePicture.h"
+#include "tools/report/DiagnosisReport.h"
+#include "tools/report/Fits.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Json.h"
 #include "tools/text/OutputFile.h"
@@ -31,84 +31,86 @@ struct GeometryOptions : CommonOptions {
     bool force = false;     ///< write a geometry with a fault too
 };
 
-/// A capture and its judgement, and the circles through its points as the component fits them.
+/// A capture and its judgement, and the circles through its points.
 struct GeometryReport : JudgedCapture {
-    diagnosis::CircleFit aAxis;
-    diagnosis::CircleFit bAxis;
+    report::ReportedCircle aAxis;
+    report::ReportedCircle bAxis;
 };
 
-diagnosis::CircleFit AxisFit(std::span<const diagnosis::fit::CapturedPoint> set, const CMaVector& axis) {
-    CMaPointArray points(static_cast<int>(set.size()));
-    for (const auto& point : set) points.Add({point.position.x, point.position.y, point.position.z});
-    diagnosis::CircleFit fit = diagnosis::FitCircle(points);
-    fit.normal = diagnosis::Facing(fit.normal, axis);
-    return fit;
+/// The circle that the judgement fitted. There is none where the points were judged without one.
+diagnosis::fit::AxisCircle CircleOf(const JudgedCapture& judged, bool isOfASet) {
+    if (judged.diagnosis) return isOfASet ? judged.diagnosis->aCircle : judged.diagnosis->bCircle;
+    return report::FitCircle(captures::PositionsOf(judged.capture.sets.Set(isOfASet)));
+}
+
+report::ReportedCircle AxisFit(const JudgedCapture& judged, bool isOfASet, const model::Vector3& axis) {
+    diagnosis::fit::AxisCircle circle = CircleOf(judged, isOfASet);
+    const model::Vector3 normal = report::Facing(circle.normal, axis);
+    return {std::move(circle), normal};
 }
 
 GeometryReport Report(JudgedCapture judged) {
-    const auto aSet = judged.capture.sets.Set(true), bSet = judged.capture.sets.Set(false);
     // The direction of the A axis, from the rotation about Z and the B of the A set
-    const double azimuth = model::ToRadians(judged.head.rotationAroundZ + aSet.front().b);
-    const CMaVector aAxis(-std::cos(azimuth), -std::sin(azimuth), 0.0), bAxis(0.0, 0.0, 1.0);
-    diagnosis::CircleFit aFit = AxisFit(aSet, aAxis), bFit = AxisFit(bSet, bAxis);
+    const double azimuth = model::ToRadians(judged.head.rotationAroundZ + judged.capture.sets.Set(true).front().b);
+    report::ReportedCircle aFit = AxisFit(judged, true, {-std::cos(azimuth), -std::sin(azimuth), 0.0});
+    report::ReportedCircle bFit = AxisFit(judged, false, {0.0, 0.0, 1.0});
     return {std::move(judged), std::move(aFit), std::move(bFit)};
 }
 
-CMaVector VectorOf(const XYZData& position) { return {position.XPosition, position.YPosition, position.ZPosition}; }
-
-text::Json ReportJson(const GeometryReport& report, const diagnosis::CaptureFiles& capture) {
-    return {{"headCentre", diagnosis::PointJson(VectorOf(report.head.headCentre))},
-            {"requiredRotationAroundZ", report.head.rotationAroundZ},
-            {"safePosition", diagnosis::PointJson(VectorOf(report.head.safePosition))},
-            {"fits", {{"aAxis", diagnosis::CircleJson(report.aAxis)}, {"bAxis", diagnosis::CircleJson(report.bAxis)}}},
-            {"diagnostics", report.diagnosis ? diagnosis::DiagnosisJson(*report.diagnosis, capture)
-                                             : diagnosis::FindingsJson(report.findings, capture, {})}};
+model::Vector3 VectorOf(const XYZData& position) {
+    return {position.XPosition, position.YPosition, position.ZPosition};
 }
 
-/// Every point has two residuals; six of them would determine the circle exactly.
-std::string DegreesOfFreedom(const diagnosis::CircleFit& fit) {
-    return std::to_string(2 * fit.residuals.values.size() - 6);
+text::Json ReportJson(const GeometryReport& report, const captures::CaptureFiles& capture) {
+    return {{"headCentre", report::PointJson(VectorOf(report.head.headCentre))},
+            {"requiredRotationAroundZ", report.head.rotationAroundZ},
+            {"safePosition", report::PointJson(VectorOf(report.head.safePosition))},
+            {"fits", {{"aAxis", report.aAxis.Document()}, {"bAxis", report.bAxis.Document()}}},
+            {"diagnostics", report.diagnosis ? report::DiagnosisJson(*report.diagnosis, capture)
+                                             : report::FindingsJson(report.findings, capture, {})}};
 }
 
 void PrintFits(const GeometryReport& report, const text::Console& console) {
-    const diagnosis::CircleFit& a = report.aAxis;
-    const diagnosis::CircleFit& b = report.bAxis;
-    diagnosis::FitRows rows({"A axis", "B axis"});
+    const report::ReportedCircle& a = report.aAxis;
+    const report::ReportedCircle& b = report.bAxis;
+    report::FitRows rows({"A axis", "B axis"});
     rows.Add("points", "", {std::to_string(a.residuals.values.size()), std::to_string(b.residuals.values.size())});
     rows.Add("captured at", "deg",
              {"B " + text::ExactText(report.capture.sets.Set(true).front().b),
               "A " + text::ExactText(report.capture.sets.Set(false).front().a)});
-    rows.AddPoint("centre", {a.centre, b.centre});
+    rows.AddPoint("centre", {a.circle.centre, b.circle.centre});
     rows.AddDirection("axis", {a.normal, b.normal});
-    rows.Add("radius", "mm", {diagnosis::FitRows::Length(a.radius), diagnosis::FitRows::Length(b.radius)});
-    rows.Add("arc covered", "deg", {diagnosis::FitRows::Angle(a.arcCovered), diagnosis::FitRows::Angle(b.arcCovered)});
-    rows.Add("degrees of freedom", "", {DegreesOfFreedom(a), DegreesOfFreedom(b)});
+    rows.Add("radius", "mm", {report::FitRows::Length(a.circle.radius), report::FitRows::Length(b.circle.radius)});
+    rows.Add("arc covered", "deg",
+             {report::FitRows::Angle(a.circle.arcCovered), report::FitRows::Angle(b.circle.arcCovered)});
+    rows.Add("degrees of freedom", "",
+             {std::to_string(a.circle.DegreesOfFreedom()), std::to_string(b.circle.DegreesOfFreedom())});
     rows.AddResiduals({&a.residuals, &b.residuals});
     rows.Print(console);
 }
 
-void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& capture, const text::Console& console) {
-    diagnosis::PrintVerdict(report.findings, capture, report.Tip(), console);
+void PrintReport(const GeometryReport& report, const captures::CaptureFiles& capture, const text::Console& console) {
+    report::PrintVerdict(report.findings, capture, report.Tip(), console);
     console.out << '\n'
                 << console.Strong("Head centre (centre of the pole sphere)") << '\n'
                 << plans::PositionLine(report.head.headCentre) << '\n'
                 << console.Strong("Head turned about Z by") << "\n  "
-                << diagnosis::FitRows::Angle(report.head.rotationAroundZ) << " deg\n"
+                << report::FitRows::Angle(report.head.rotationAroundZ) << " deg\n"
                 << console.Strong("Safe height, above the pole sphere and both levers") << "\n  Z "
-                << diagnosis::FitRows::Length(report.head.safePosition.ZPosition) << " mm\n\n"
+                << report::FitRows::Length(report.head.safePosition.ZPosition) << " mm\n\n"
                 << console.Strong("Circles through the points, brought to the locked position") << '\n';
     PrintFits(report, console);
     console.out << "  The RMS tells how well the points lie on a circle, not how well its centre is known.\n";
     if (!report.diagnosis) return;
     console.out << '\n';
-    diagnosis::PrintDiagnosis(*report.diagnosis, capture, console);
+    report::PrintDiagnosis(*report.diagnosis, capture, console);
 }
 
 /// The component refused the capture. When the angles alone show the reason, it is printed beside the component's
 /// message.
-[[noreturn]] void Refuse(const component::ComponentError& error, const diagnosis::CaptureFiles& capture, bool json,
+[[noreturn]] void Refuse(const component::ComponentError& error, const captures::CaptureFiles& capture, bool json,
                          const text::Console& console) {
-    const diagnosis::fit::CapturedSets sets = diagnosis::SetsOf(capture.aAxis.items, capture.bAxis.items, {});
+    const captures::CapturedSets& sets = capture.sets;
     std::vector<diagnosis::Finding> findings;
     if (error.code == QMV_E_FIXED_AXIS_MOVED) findings = diagnosis::JudgeHeldAngles(sets);
     // When the points form no circle, each set is examined for the reason.
@@ -117,17 +119,17 @@ void PrintReport(const GeometryReport& report, const diagnosis::CaptureFiles& ca
     if (findings.empty()) throw error;
     if (json) {
         text::Json document = component::ErrorJson(error);
-        document["diagnostics"] = diagnosis::FindingsJson(findings, capture, {});
+        document["diagnostics"] = report::FindingsJson(findings, capture, {});
         text::PrintDocument("geometry", document, console.out);
     } else {
         console.err << "qmv40: error " << component::CodeText(error.code) << " from " << error.source << ": "
                     << error.description << '\n';
-        text::PrintFindings(diagnosis::FindingsOf(findings, capture, {}), console.err);
+        text::PrintFindings(report::FindingsOf(findings, capture, {}), console.err);
     }
     throw CommandEnded{exitRefused};
 }
 
-GeometryReport Compute(const GeometryOptions& options, const diagnosis::CaptureFiles& capture,
+GeometryReport Compute(const GeometryOptions& options, const captures::CaptureFiles& capture,
                        component::Calculator& calculator, text::Progress& progress, const text::Console& console) {
     try {
         calculator.EnterHeadGeometry(capture.aAxis.items, capture.bAxis.items);
@@ -141,24 +143,23 @@ GeometryReport Compute(const GeometryOptions& options, const diagnosis::CaptureF
 /// Nothing is computed before it is certain that every file may be written.
 void RequireFiles(const GeometryOptions& options) {
     if (!options.output.empty()) text::RequireNewOrOfKind(options.output, settings::GeometryFileKind());
-    if (!options.picture.empty()) text::RequireNewOrOfKind(options.picture, record::PictureKind());
-    if (!options.record.empty()) text::RequireNewOrOfKind(options.record, record::RecordKind());
+    if (!options.picture.empty()) text::RequireNewOrOfKind(options.picture, report::PictureKind());
+    if (!options.record.empty()) text::RequireNewOrOfKind(options.record, report::RecordKind());
     if (!options.headNumber.empty() && options.record.empty()) {
         throw text::UsageError{"geometry: --head goes with --record"};
     }
 }
 
 /// Picture and record show what is wrong, so they are written whatever was found.
-void WriteForPeople(const GeometryOptions& options, const GeometryReport& report,
-                    const diagnosis::CaptureFiles& capture, bool isWritten, const text::Console& console) {
+void WriteForPeople(const GeometryOptions& options, const GeometryReport& report, const captures::CaptureFiles& capture,
+                    bool isWritten, const text::Console& console) {
     if (!options.picture.empty()) {
-        text::WriteOutput(options.picture, record::PictureFileText({report.capture.sets, capture, report.findings}),
-                          record::PictureKind());
+        text::WriteOutput(options.picture, report::PictureFileText({capture, report.findings}), report::PictureKind());
         console.err << "The residuals were drawn into " << options.picture << '\n';
     }
     if (!options.record.empty()) {
         const RecordedGeometry recorded{report, capture, options.headNumber, isWritten ? options.output : ""};
-        text::WriteOutput(options.record, record::RecordPage(RecordOf(recorded)), record::RecordKind());
+        text::WriteOutput(options.record, report::RecordPage(RecordOf(recorded)), report::RecordKind());
         console.err << "The record was written to " << options.record << ": print it on A4\n";
     }
 }
@@ -167,7 +168,7 @@ void Run(const GeometryOptions& options, const text::Console& console) {
     RequireFiles(options);
     [[maybe_unused]] const SettingsInUse settings(options, console);
     std::optional<text::Progress> progress(std::in_place, console, "computing the geometry", longStepsOfACapture);
-    const diagnosis::CaptureFiles capture = ReadCapture(options.capture, *progress);
+    const captures::CaptureFiles capture = ReadCapture(options.capture, *progress);
     component::Calculator calculator;
     const GeometryReport report = Compute(options, capture, calculator, *progress, console);
     progress.reset();

@@ -1,7 +1,7 @@
 #include "tools/cli/GeometryRecord.h"
 
-#include "tools/diagnosis/DiagnosisReport.h"
-#include "tools/record/CapturePicture.h"
+#include "tools/report/CapturePicture.h"
+#include "tools/report/DiagnosisReport.h"
 #include "tools/settings/HeadSettings.h"
 #include "tools/text/Numbers.h"
 
@@ -11,7 +11,7 @@ namespace qmv40::cli {
 
 namespace {
 
-using record::RecordSection;
+using report::RecordSection;
 
 std::string Fixed(double value, int decimals, const std::string& unit) {
     return text::FixedText(value, decimals) + " " + unit;
@@ -35,14 +35,13 @@ class Recorder {
 public:
     explicit Recorder(const RecordedGeometry& theGeometry) : geometry(theGeometry) {}
 
-    record::Record Made() const {
-        record::Record record;
+    report::Record Made() const {
+        report::Record record;
         record.title = "Geometry of head " + (geometry.headNumber.empty() ? "(no number given)" : geometry.headNumber);
-        record.verdict = diagnosis::VerdictOf(geometry.judged.findings);
+        record.verdict = report::VerdictOf(geometry.judged.findings);
         record.meaning = Meaning(record.verdict);
-        record.findings = diagnosis::FindingsOf(geometry.judged.findings, geometry.files, geometry.judged.Tip());
-        record.picture =
-            record::CapturePicture({geometry.judged.capture.sets, geometry.files, geometry.judged.findings});
+        record.findings = report::FindingsOf(geometry.judged.findings, geometry.files, geometry.judged.Tip());
+        record.picture = report::CapturePicture({geometry.files, geometry.judged.findings});
         record.sections = {Occasion(), Geometry(), Capture(), Known(), Settings()};
         return record;
     }
@@ -92,7 +91,7 @@ private:
     }
 
     RecordSection Capture() const {
-        const auto& [a, b] = geometry.files;
+        const captures::CaptureFile &a = geometry.files.aAxis, &b = geometry.files.bAxis;
         RecordSection section{"Capture",
                               {"", "A set", "B set"},
                               {{"file", a.name, b.name},
@@ -136,6 +135,6 @@ private:
 
 } // namespace
 
-record::Record RecordOf(const RecordedGeometry& geometry) { return Recorder(geometry).Made(); }
+report::Record RecordOf(const RecordedGeometry& geometry) { return Recorder(geometry).Made(); }
 
 } // namespace qmv40::cli

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tools/cli/JudgedCapture.h"
-#include "tools/record/RecordPage.h"
+#include "tools/report/RecordPage.h"
 
 #include <string>
 
@@ -10,12 +10,12 @@ namespace qmv40::cli {
 /// What the page of `qmv40 geometry --record` is about.
 struct RecordedGeometry {
     const JudgedCapture& judged;
-    const diagnosis::CaptureFiles& files;
+    const captures::CaptureFiles& files;
     std::string headNumber;   ///< empty: not given
     std::string geometryFile; ///< the geometry file that was written; empty: none
 };
 
 /// The page shows the present time and the settings in force.
-record::Record RecordOf(const RecordedGeometry& geometry);
+report::Record RecordOf(const RecordedGeometry& geometry);
 
 } // namespace qmv40::cli

@@ -6,15 +6,15 @@ namespace qmv40::cli {
 
 namespace {
 
-diagnosis::CaptureUnderTest UnderTest(const CaptureOptions& options, const diagnosis::CaptureFiles& capture,
+diagnosis::CaptureUnderTest UnderTest(const CaptureOptions& options, const captures::CaptureFiles& capture,
                                       const ComputedHead& head) {
     diagnosis::CaptureUnderTest test;
     test.unlocking = UnlockingInForce();
-    test.sets = diagnosis::SetsOf(capture.aAxis.items, capture.bAxis.items, test.unlocking);
+    test.sets = capture.sets;
     test.rotation = head.rotationAroundZ;
     test.headCentre = {head.headCentre.XPosition, head.headCentre.YPosition, head.headCentre.ZPosition};
     test.centreWithin = options.centreWithin;
-    const double unit = diagnosis::MillimetresIn(options.unit);
+    const double unit = captures::MillimetresIn(options.unit);
     if (options.sphere) test.knownSphere = unit * *options.sphere;
     if (options.stylus) test.knownStylus = unit * *options.stylus;
     return test;
@@ -22,16 +22,17 @@ diagnosis::CaptureUnderTest UnderTest(const CaptureOptions& options, const diagn
 
 } // namespace
 
-diagnosis::CaptureFiles ReadCapture(const CaptureOptions& options, text::Progress& progress) {
-    diagnosis::CaptureFiles capture;
-    capture.aAxis = diagnosis::ReadCapture(options.aAxis, options.unit);
+captures::CaptureFiles ReadCapture(const CaptureOptions& options, text::Progress& progress) {
+    captures::CaptureFiles capture;
+    capture.aAxis = captures::ReadCapture(options.aAxis, options.unit);
     progress.Advance(1);
-    capture.bAxis = diagnosis::ReadCapture(options.bAxis, options.unit);
+    capture.bAxis = captures::ReadCapture(options.bAxis, options.unit);
+    capture.sets = captures::SetsOf(capture.aAxis.items, capture.bAxis.items, UnlockingInForce());
     progress.Advance(1);
     return capture;
 }
 
-JudgedCapture Judged(const CaptureOptions& options, const diagnosis::CaptureFiles& capture,
+JudgedCapture Judged(const CaptureOptions& options, const captures::CaptureFiles& capture,
                      component::Calculator& calculator, text::Progress& progress) {
     const ComputedHead head = AnswerOf(calculator);
     diagnosis::CaptureUnderTest test = UnderTest(options, capture, head);

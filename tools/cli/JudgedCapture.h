@@ -3,7 +3,7 @@
 #include "tools/cli/CommandLine.h"
 #include "tools/cli/ComputedHead.h"
 #include "tools/diagnosis/Diagnosis.h"
-#include "tools/diagnosis/FindingMessage.h"
+#include "tools/report/FindingMessage.h"
 #include "tools/text/Progress.h"
 
 #include <optional>
@@ -41,10 +41,10 @@ void AddUnits(Command& command, CaptureOptions& options, const char* description
 /// The number of steps that `text::Progress` shows of a large capture. All take about the same time.
 inline constexpr std::size_t longStepsOfACapture = 5;
 
-/// Both files, in millimetres. Takes two steps.
-diagnosis::CaptureFiles ReadCapture(const CaptureOptions& options, text::Progress& progress);
+/// Both files, in millimetres, and their points, brought to the locked position. Takes two steps.
+captures::CaptureFiles ReadCapture(const CaptureOptions& options, text::Progress& progress);
 /// Judges a capture with the answer of a calculator that accepted it. Takes one step before the search for mistakes.
-JudgedCapture Judged(const CaptureOptions& options, const diagnosis::CaptureFiles& capture,
+JudgedCapture Judged(const CaptureOptions& options, const captures::CaptureFiles& capture,
                      component::Calculator& calculator, text::Progress& progress);
 
 } // namespace qmv40::cli

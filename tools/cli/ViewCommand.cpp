@@ -5,9 +5,9 @@
 #include "tools/cli/Options.h"
 #include "tools/cli/PlanSelection.h"
 #include "tools/cli/StopQuestion.h"
-#include "tools/diagnosis/DiagnosisReport.h"
-#include "tools/record/CapturePicture.h"
 #include "tools/recovery/RecoveryReport.h"
+#include "tools/report/CapturePicture.h"
+#include "tools/report/DiagnosisReport.h"
 #include "tools/settings/Installation.h"
 #include "tools/text/Failures.h"
 #include "tools/text/Files.h"
@@ -69,14 +69,14 @@ std::vector<std::string> Drawings(const view::ViewedTour& view) {
 std::string CaptureFigure(const CaptureOptions& options, const text::Console& console) {
     if (options.aAxis.empty()) return "";
     text::Progress progress(console, "judging the capture", longStepsOfACapture);
-    const diagnosis::CaptureFiles files = ReadCapture(options, progress);
+    const captures::CaptureFiles files = ReadCapture(options, progress);
     component::Calculator calculator;
     calculator.EnterHeadGeometry(files.aAxis.items, files.bAxis.items);
     const JudgedCapture judged = Judged(options, files, calculator, progress);
     return "<section id=\"capture\" aria-label=\"Capture\">\n<h3>Capture: " +
-           view::MarkupText(diagnosis::VerdictOf(judged.findings)) + "</h3>\n" +
-           record::FindingsMarkup(diagnosis::FindingsOf(judged.findings, files, judged.Tip())) +
-           record::CapturePicture({judged.capture.sets, files, judged.findings}) + "</section>\n";
+           view::MarkupText(report::VerdictOf(judged.findings)) + "</h3>\n" +
+           report::FindingsMarkup(report::FindingsOf(judged.findings, files, judged.Tip())) +
+           report::CapturePicture({files, judged.findings}) + "</section>\n";
 }
 
 std::string PageText(const std::string& templateFile, const std::string& content, const view::ViewedTour& view,

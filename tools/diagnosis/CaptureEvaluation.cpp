@@ -107,7 +107,7 @@ private:
 
     /// The three points farthest off their places.
     std::vector<std::size_t> FarthestOff() const {
-        std::vector<std::size_t> order = fit::PointRange(0, diagnosis.points.size());
+        std::vector<std::size_t> order = captures::PointRange(0, diagnosis.points.size());
         constexpr std::size_t most = 3;
         const std::size_t count = std::min(order.size(), most);
         std::ranges::partial_sort(order, order.begin() + static_cast<std::ptrdiff_t>(count), std::ranges::greater(),
@@ -302,7 +302,7 @@ private:
         if (isUnknown && !isOfASet && kind == Kind::CentreUncertain &&
             diagnosis.bCircle.radius < hangingShare * model::SafeLength(diagnosis.head.model.tip)) {
             return Add(Kind::CircleTooSmall, Severity::Fault, diagnosis.bCircle.radius, 0.0,
-                       fit::PointRange(sets.aCount, sets.points.size()));
+                       captures::PointRange(sets.aCount, sets.points.size()));
         }
         Add(kind, isUnknown ? Severity::Fault : Severity::Warning, known, capture.centreWithin);
     }
@@ -327,13 +327,13 @@ private:
             const auto points = std::span(diagnosis.points).subspan(first, last - first);
             if (std::ranges::any_of(points, isUnknown)) {
                 Add(Kind::FewPoints, Severity::Note, static_cast<double>(points.size()), 0.0,
-                    fit::PointRange(first, last));
+                    captures::PointRange(first, last));
             }
         }
     }
 
     const CaptureUnderTest& capture;
-    const fit::CapturedSets& sets;
+    const captures::CapturedSets& sets;
     const fit::HeadFit& plain;
     const Diagnosis& diagnosis;
     std::vector<Finding> findings;

@@ -27,7 +27,7 @@ bool IsUneven(const fit::AxisCircle& a, const fit::AxisCircle& b) {
 
 /// The residuals of a fit, set by set.
 struct PerSet {
-    PerSet(const fit::CapturedSets& sets, const fit::HeadFit& fit)
+    PerSet(const captures::CapturedSets& sets, const fit::HeadFit& fit)
         : observations{3.0 * static_cast<double>(sets.aCount),
                        3.0 * static_cast<double>(sets.points.size() - sets.aCount)},
           // Each set determines about half of the unknowns.
@@ -56,7 +56,7 @@ struct PerSet {
     double sums[2]{};
 };
 
-fit::CapturedSets Weighted(fit::CapturedSets sets, const SetWeights& weights) {
+captures::CapturedSets Weighted(captures::CapturedSets sets, const SetWeights& weights) {
     for (std::size_t i = 0; i < sets.points.size(); ++i) {
         sets.points[i].weight = sets.IsOfASet(i) ? weights.a : weights.b;
     }
@@ -65,7 +65,7 @@ fit::CapturedSets Weighted(fit::CapturedSets sets, const SetWeights& weights) {
 
 /// The score of an explanation, the smaller the better: minus twice the logarithm of the likelihood of its residuals,
 /// and a penalty for each mistake and for a second size of noise.
-double ScoreOf(const fit::CapturedSets& sets, const HeadExplained& explained, const SetWeights& weights) {
+double ScoreOf(const captures::CapturedSets& sets, const HeadExplained& explained, const SetWeights& weights) {
     const PerSet residuals(sets, explained.fit);
     const double all = residuals.observations[0] + residuals.observations[1];
     // A few points may agree better by luck than any machine measures. Therefore some observations with the noise of a
@@ -89,7 +89,8 @@ double ScoreOf(const fit::CapturedSets& sets, const HeadExplained& explained, co
 /// that set; where a mistake was made in one set, that set scatters more until it is found. So both are tried, and the
 /// one with the better score is taken.
 struct Search {
-    Search(const fit::CapturedSets& sets, const model::Vector3& unlocking) : explained(ExplainHead(sets, unlocking)) {
+    Search(const captures::CapturedSets& sets, const model::Vector3& unlocking)
+        : explained(ExplainHead(sets, unlocking)) {
         if (explained.rewriting) return;
         HeadExplained uneven = explained;
         uneven.fit = explained.plain;
@@ -121,7 +122,7 @@ struct Search {
 /// The noise is estimated from the circles and from the head that was fitted with the angles, which has more degrees of
 /// freedom. The larger estimate counts. When the angles are inexact, so that the head has surely larger residuals
 /// than the circles, only the circles count.
-NoiseFigures NoiseOf(const fit::CapturedSets& sets, const fit::AxisCircle& a, const fit::AxisCircle& b,
+NoiseFigures NoiseOf(const captures::CapturedSets& sets, const fit::AxisCircle& a, const fit::AxisCircle& b,
                      const fit::HeadFit& head, const SetWeights& weights) {
     const int degreesOfFreedom = a.DegreesOfFreedom() + b.DegreesOfFreedom();
     const double ofCircles = (weights.a * a.sumOfSquares + weights.b * b.sumOfSquares) / degreesOfFreedom;
@@ -164,7 +165,7 @@ std::optional<Influence> InfluenceOf(const Diagnosis& diagnosis, bool isOfASet, 
     return Influence{model::SafeLength(shift), turn, fit::FTestUpperTail(without.gain / 2.0 / variance, 2.0, left)};
 }
 
-std::vector<PointDiagnosis> PointsOf(const fit::CapturedSets& sets, const Diagnosis& diagnosis) {
+std::vector<PointDiagnosis> PointsOf(const captures::CapturedSets& sets, const Diagnosis& diagnosis) {
     const std::span all(sets.points);
     fit::HeadModel head = diagnosis.head.model;
     std::erase_if(head.errors, [&](const fit::ModelError& error) { return !error.IsOfTheHead(all.size()); });
@@ -190,8 +191,8 @@ double Diagnosis::MountingStandardDeviation() const {
 }
 
 std::optional<Diagnosis> Diagnose(const CaptureUnderTest& capture) {
-    const fit::CapturedSets& sets = capture.sets;
-    const std::vector<model::Vector3> positions = fit::PositionsOf(sets.points);
+    const captures::CapturedSets& sets = capture.sets;
+    const std::vector<model::Vector3> positions = captures::PositionsOf(sets.points);
     const auto aCircle = fit::FitAxisCircle(std::span(positions).first(sets.aCount));
     const auto bCircle = fit::FitAxisCircle(std::span(positions).subspan(sets.aCount));
     if (!aCircle || !bCircle) return std::nullopt;

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "tools/captures/CapturedPoint.h"
 #include "tools/diagnosis/Finding.h"
 #include "tools/diagnosis/Rewriting.h"
 #include "tools/diagnosis/Thresholds.h"
 #include "tools/diagnosis/fit/AxisCircle.h"
-#include "tools/diagnosis/fit/CapturedPoint.h"
 #include "tools/diagnosis/fit/HeadAxes.h"
 #include "tools/diagnosis/fit/HeadFit.h"
 
@@ -12,7 +12,7 @@ namespace qmv40::diagnosis {
 
 /// The input of a diagnosis: a capture that the component accepted, and the component's result.
 struct CaptureUnderTest {
-    fit::CapturedSets sets;
+    captures::CapturedSets sets;
     double rotation = 0.0; ///< RequiredRotationAroundZ, degrees
     double centreWithin = thresholds::centreWithin;
     std::optional<model::Vector3> headCentre = std::nullopt;  ///< as the component computed it

@@ -16,14 +16,14 @@ using model::Vector3;
 double OffSteps(double degrees) { return std::remainder(degrees, thresholds::indexStep); }
 
 /// The largest distance by which an error moves one of its points.
-double DistanceBy(const fit::CapturedSets& sets, const fit::HeadModel& model, const fit::ModelError& error) {
+double DistanceBy(const captures::CapturedSets& sets, const fit::HeadModel& model, const fit::ModelError& error) {
     fit::HeadModel with = model;
     fit::HeadModel without = model;
     with.errors = {error};
     without.errors.clear();
     double farthest = 0.0;
     for (std::size_t i = error.first; i < error.last; ++i) {
-        const fit::CapturedPoint& point = sets.points[i];
+        const captures::CapturedPoint& point = sets.points[i];
         farthest = std::max(farthest, model::SafeLength(with.Position(point, i) - without.Position(point, i)));
     }
     return farthest;
@@ -62,7 +62,7 @@ private:
         return IsOfASet() ? IsBetweenTheSets() : error.first == sets.aCount && error.last == count;
     }
     bool IsBetweenTheSets() const { return error.first == 0 && error.last == sets.aCount; }
-    std::vector<std::size_t> Points() const { return fit::PointRange(error.first, error.last); }
+    std::vector<std::size_t> Points() const { return captures::PointRange(error.first, error.last); }
 
     /// True when the interval holds the points before a change.
     bool IsBefore() const {
@@ -72,7 +72,7 @@ private:
     /// The points of the same set that were captured after the change; of a change between the sets, the B set.
     std::vector<std::size_t> PointsAfter() const {
         if (!IsBefore()) return Points();
-        return fit::PointRange(error.last, error.last < sets.aCount ? sets.aCount : count);
+        return captures::PointRange(error.last, error.last < sets.aCount ? sets.aCount : count);
     }
     double Sign() const { return IsBefore() ? -1.0 : 1.0; }
 
@@ -83,8 +83,8 @@ private:
         return {Name::CapturedLocked, Severity::Fault, isOutside ? PointsOutside() : Points(), distance};
     }
     std::vector<std::size_t> PointsOutside() const {
-        std::vector<std::size_t> points = fit::PointRange(0, error.first);
-        const std::vector<std::size_t> more = fit::PointRange(error.last, count);
+        std::vector<std::size_t> points = captures::PointRange(0, error.first);
+        const std::vector<std::size_t> more = captures::PointRange(error.last, count);
         points.insert(points.end(), more.begin(), more.end());
         return points;
     }
@@ -184,7 +184,7 @@ private:
         return IsTurningAngle() ? Name::AngleMistyped : Name::OtherAxisMoved;
     }
 
-    const fit::CapturedSets& sets;
+    const captures::CapturedSets& sets;
     const fit::HeadModel& model;
     const fit::ModelError& error;
     Vector3 unlocking;
@@ -225,7 +225,7 @@ Finding JudgeRewriting(const Rewriting& rewriting, const fit::HeadModel& model) 
     return mounting > 45.0 ? found(Name::AxesExchanged, 1) : finding;
 }
 
-bool MistakesAreTooMany(const fit::CapturedSets& sets, const fit::HeadModel& model) {
+bool MistakesAreTooMany(const captures::CapturedSets& sets, const fit::HeadModel& model) {
     int runs = 0, all = 0;
     for (const fit::ModelError& error : model.errors) {
         if (error.IsOfTheHead(sets.points.size())) continue;

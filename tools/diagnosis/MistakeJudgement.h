@@ -14,6 +14,6 @@ Finding JudgeRewriting(const Rewriting& rewriting, const fit::HeadModel& model);
 
 /// True when the model has more than one mistake over a run of points, or more than three mistakes in all: with enough
 /// mistakes any points can be explained. Mistakes that move their points too little for a fault do not count.
-bool MistakesAreTooMany(const fit::CapturedSets& sets, const fit::HeadModel& model);
+bool MistakesAreTooMany(const captures::CapturedSets& sets, const fit::HeadModel& model);
 
 } // namespace qmv40::diagnosis

@@ -56,7 +56,7 @@ constexpr double rare = 10.0;
 /// One round of the search.
 class Round {
 public:
-    Round(const fit::CapturedSets& theSets, const fit::HeadFit& theCurrent, const model::Vector3& theUnlocking)
+    Round(const captures::CapturedSets& theSets, const fit::HeadFit& theCurrent, const model::Vector3& theUnlocking)
         : sets(theSets), current(theCurrent), candidates(ScreenedCandidates(theSets, theCurrent, theUnlocking)) {
         AddHead();
         AddWholeSets();
@@ -207,7 +207,7 @@ private:
         }
     }
 
-    const fit::CapturedSets& sets;
+    const captures::CapturedSets& sets;
     const fit::HeadFit& current;
     std::vector<Candidate> candidates;
     double tried = 0.0;
@@ -228,7 +228,7 @@ bool IsBelievable(const fit::HeadModel& model, std::size_t points) {
 
 /// A rewriting is accepted when the head without errors then fits, far better than before and better than any other
 /// explanation.
-bool TryRewritings(const fit::CapturedSets& sets, const model::Vector3& unlocking, HeadExplained& explained) {
+bool TryRewritings(const captures::CapturedSets& sets, const model::Vector3& unlocking, HeadExplained& explained) {
     const double written = explained.plain.NoiseVariance();
     if (IsNoise(explained.plain) && explained.plain.model.StylusHangs()) return false;
     const std::size_t points = sets.points.size();
@@ -257,7 +257,7 @@ bool TryRewritings(const fit::CapturedSets& sets, const model::Vector3& unlockin
     return isFound;
 }
 
-HeadExplained ExplainAll(const fit::CapturedSets& sets, const model::Vector3& unlocking) {
+HeadExplained ExplainAll(const captures::CapturedSets& sets, const model::Vector3& unlocking) {
     // Three errors of the head and three mistakes. A capture with more mistakes is to be repeated.
     constexpr int mostRounds = 6;
     HeadExplained explained;
@@ -274,7 +274,7 @@ HeadExplained ExplainAll(const fit::CapturedSets& sets, const model::Vector3& un
 
 } // namespace
 
-HeadExplained ExplainHead(const fit::CapturedSets& sets, const model::Vector3& unlocking) {
+HeadExplained ExplainHead(const captures::CapturedSets& sets, const model::Vector3& unlocking) {
     const Thinning thinning(sets);
     if (!thinning.IsThinned()) return ExplainAll(sets, unlocking);
     return thinning.OfAll(ExplainAll(thinning.Thinned(), unlocking));

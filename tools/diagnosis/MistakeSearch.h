@@ -32,6 +32,6 @@ struct HeadExplained {
 /// Of a capture of many points a part is searched, and its findings are extended to all points, so that the time is
 /// proportional to their number. `unlocking`: the shift that was subtracted from the points to bring them to the locked
 /// position.
-HeadExplained ExplainHead(const fit::CapturedSets& sets, const model::Vector3& unlocking);
+HeadExplained ExplainHead(const captures::CapturedSets& sets, const model::Vector3& unlocking);
 
 } // namespace qmv40::diagnosis

@@ -19,7 +19,8 @@ bool Concerns(Sets sets, bool isOfASet) { return sets == Sets::Both || (sets == 
 /// Collects the rewritings.
 class Rewriter {
 public:
-    Rewriter(const fit::CapturedSets& theSets, const Vector3& theUnlocking) : sets(theSets), unlocking(theUnlocking) {}
+    Rewriter(const captures::CapturedSets& theSets, const Vector3& theUnlocking)
+        : sets(theSets), unlocking(theUnlocking) {}
 
     std::vector<Rewritten> All() {
         Angles();
@@ -40,7 +41,7 @@ private:
     /// `change` changes the positions as they were read.
     template <typename Change> void AddReading(const Rewriting& rewriting, Change&& change) {
         Add(rewriting,
-            [&](fit::CapturedPoint& point) { point.position = change(point.position + unlocking) - unlocking; });
+            [&](captures::CapturedPoint& point) { point.position = change(point.position + unlocking) - unlocking; });
     }
 
     /// Reads X, Y and Z from other columns.
@@ -55,16 +56,18 @@ private:
     }
 
     void Angles() {
-        Add({FindingKind::SetsExchanged}, [](fit::CapturedPoint& point) { std::swap(point.a, point.b); });
+        Add({FindingKind::SetsExchanged}, [](captures::CapturedPoint& point) { std::swap(point.a, point.b); });
         for (const Sets which : {Sets::Both, Sets::BSet}) {
-            Add({FindingKind::SwivelReversed, which}, [](fit::CapturedPoint& point) { point.b = -point.b; });
+            Add({FindingKind::SwivelReversed, which}, [](captures::CapturedPoint& point) { point.b = -point.b; });
         }
-        Add({FindingKind::TiltReversed, Sets::Both, 2}, [](fit::CapturedPoint& point) { point.a = 90.0 - point.a; });
-        Add({FindingKind::TiltReversed, Sets::ASet, 1}, [](fit::CapturedPoint& point) { point.a = -point.a; });
+        Add({FindingKind::TiltReversed, Sets::Both, 2},
+            [](captures::CapturedPoint& point) { point.a = 90.0 - point.a; });
+        Add({FindingKind::TiltReversed, Sets::ASet, 1}, [](captures::CapturedPoint& point) { point.a = -point.a; });
         const auto [least, most] =
-            std::ranges::minmax(std::span(sets.points).first(sets.aCount), {}, &fit::CapturedPoint::a);
+            std::ranges::minmax(std::span(sets.points).first(sets.aCount), {}, &captures::CapturedPoint::a);
         const double sum = least.a + most.a;
-        Add({FindingKind::TiltReversed, Sets::ASet, 1}, [sum](fit::CapturedPoint& point) { point.a = sum - point.a; });
+        Add({FindingKind::TiltReversed, Sets::ASet, 1},
+            [sum](captures::CapturedPoint& point) { point.a = sum - point.a; });
     }
 
     void Coordinates(Sets which) {
@@ -101,14 +104,14 @@ private:
         }
     }
 
-    const fit::CapturedSets& sets;
+    const captures::CapturedSets& sets;
     Vector3 unlocking;
     std::vector<Rewritten> all;
 };
 
 } // namespace
 
-std::vector<Rewritten> AllRewritings(const fit::CapturedSets& sets, const Vector3& unlocking) {
+std::vector<Rewritten> AllRewritings(const captures::CapturedSets& sets, const Vector3& unlocking) {
     return Rewriter(sets, unlocking).All();
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "tools/captures/CapturedPoint.h"
 #include "tools/diagnosis/Finding.h"
-#include "tools/diagnosis/fit/CapturedPoint.h"
 
 #include <vector>
 
@@ -21,11 +21,11 @@ struct Rewriting {
 /// A capture with its columns rewritten.
 struct Rewritten {
     Rewriting rewriting;
-    fit::CapturedSets sets;
+    captures::CapturedSets sets;
 };
 
 /// All rewritings to be tried. `unlocking`: the shift that was subtracted from the points to bring them to the locked
 /// position.
-std::vector<Rewritten> AllRewritings(const fit::CapturedSets& sets, const model::Vector3& unlocking);
+std::vector<Rewritten> AllRewritings(const captures::CapturedSets& sets, const model::Vector3& unlocking);
 
 } // namespace qmv40::diagnosis

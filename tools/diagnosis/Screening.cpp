@@ -29,8 +29,9 @@ double LowestOf(double before, double here, double after) {
 
 /// The points without the errors found so far. The remaining residuals are to be explained by the head or by further
 /// errors.
-std::vector<fit::CapturedPoint> Corrected(std::span<const fit::CapturedPoint> points, const fit::HeadModel& model) {
-    std::vector<fit::CapturedPoint> corrected(points.begin(), points.end());
+std::vector<captures::CapturedPoint> Corrected(std::span<const captures::CapturedPoint> points,
+                                               const fit::HeadModel& model) {
+    std::vector<captures::CapturedPoint> corrected(points.begin(), points.end());
     if (model.errors.empty()) return corrected;
     fit::HeadModel plain = model;
     plain.errors.clear();
@@ -43,11 +44,11 @@ std::vector<fit::CapturedPoint> Corrected(std::span<const fit::CapturedPoint> po
 
 class Screen {
 public:
-    Screen(const fit::CapturedSets& theSets, const fit::HeadFit& theCurrent, const model::Vector3& theUnlocking)
+    Screen(const captures::CapturedSets& theSets, const fit::HeadFit& theCurrent, const model::Vector3& theUnlocking)
         : sets(theSets), current(theCurrent), unlocking(theUnlocking), points(Corrected(sets.points, current.model)),
-          mean(fit::MeanPosition(points)), running(1) {
+          mean(captures::MeanPosition(points)), running(1) {
         // Relative to the mean of the points, so that the sums do not lose digits.
-        for (fit::CapturedPoint& point : points) {
+        for (captures::CapturedPoint& point : points) {
             point.position = point.position - mean;
             fit::HeadSums next = running.back();
             next += fit::HeadSums(point, 0.0, 0.0);
@@ -284,10 +285,10 @@ private:
         AddOne({Locked(run, -unlocking)}, Rest(own), own.Shifted(-unlocking), alternatives);
     }
 
-    const fit::CapturedSets& sets;
+    const captures::CapturedSets& sets;
     const fit::HeadFit& current;
     model::Vector3 unlocking;
-    std::vector<fit::CapturedPoint> points;
+    std::vector<captures::CapturedPoint> points;
     model::Vector3 mean;
     std::vector<fit::HeadSums> running; ///< at i: the sums of the first i points
     std::vector<Candidate> candidates;
@@ -300,12 +301,12 @@ std::size_t Candidate::Unknowns() const {
                            [](std::size_t sum, const fit::ModelError& each) { return sum + each.Unknowns(); });
 }
 
-std::vector<Candidate> ScreenedCandidates(const fit::CapturedSets& sets, const fit::HeadFit& current,
+std::vector<Candidate> ScreenedCandidates(const captures::CapturedSets& sets, const fit::HeadFit& current,
                                           const model::Vector3& unlocking) {
     return Screen(sets, current, unlocking).All();
 }
 
-std::vector<Interval> ChangesBetweenPoints(const fit::CapturedSets& sets) {
+std::vector<Interval> ChangesBetweenPoints(const captures::CapturedSets& sets) {
     const std::size_t a = sets.aCount, count = sets.points.size();
     std::vector<Interval> changes{{0, a}};
     for (std::size_t i = 2; i < a; ++i) changes.push_back({0, i});         // in the A set, and the B set after it

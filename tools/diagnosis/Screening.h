@@ -23,7 +23,7 @@ struct Candidate {
 /// The candidates whose sum of squares follows from sums of the points, so that each takes constant time: wrong angles,
 /// points off their places, everything moved from one point on, locked points. `current`: what was found so far.
 /// `unlocking`: see ExplainHead.
-std::vector<Candidate> ScreenedCandidates(const fit::CapturedSets& sets, const fit::HeadFit& current,
+std::vector<Candidate> ScreenedCandidates(const captures::CapturedSets& sets, const fit::HeadFit& current,
                                           const model::Vector3& unlocking);
 
 /// The intervals of points that a change between two points can concern, when it happens once and lasts, and either set
@@ -32,6 +32,6 @@ std::vector<Candidate> ScreenedCandidates(const fit::CapturedSets& sets, const f
 struct Interval {
     std::size_t first, last;
 };
-std::vector<Interval> ChangesBetweenPoints(const fit::CapturedSets& sets);
+std::vector<Interval> ChangesBetweenPoints(const captures::CapturedSets& sets);
 
 } // namespace qmv40::diagnosis

@@ -12,8 +12,8 @@ namespace qmv40::diagnosis {
 
 namespace {
 
-using Points = std::span<const fit::CapturedPoint>;
-using Angle = double fit::CapturedPoint::*;
+using Points = std::span<const captures::CapturedPoint>;
+using Angle = double captures::CapturedPoint::*;
 using model::Vector3;
 
 double MedianOf(std::vector<double> values) {
@@ -26,19 +26,19 @@ double MedianOf(std::vector<double> values) {
 double ReachOf(Points points) {
     const auto median = [&](double Vector3::*axis) {
         std::vector<double> values;
-        for (const fit::CapturedPoint& point : points) values.push_back(point.position.*axis);
+        for (const captures::CapturedPoint& point : points) values.push_back(point.position.*axis);
         return MedianOf(std::move(values));
     };
     const Vector3 middle{median(&Vector3::x), median(&Vector3::y), median(&Vector3::z)};
     std::vector<double> distances;
-    for (const fit::CapturedPoint& point : points) distances.push_back(model::SafeLength(point.position - middle));
+    for (const captures::CapturedPoint& point : points) distances.push_back(model::SafeLength(point.position - middle));
     return MedianOf(std::move(distances));
 }
 
 /// The number of different positions, up to `most`. Positions closer than `within` count as one.
 std::size_t DifferentPositions(Points points, double within, std::size_t most) {
     std::vector<Vector3> different;
-    for (const fit::CapturedPoint& point : points) {
+    for (const captures::CapturedPoint& point : points) {
         const auto isNear = [&](const Vector3& each) { return model::SafeLength(point.position - each) <= within; };
         if (std::ranges::none_of(different, isNear)) different.push_back(point.position);
         if (different.size() == most) break;
@@ -48,14 +48,14 @@ std::size_t DifferentPositions(Points points, double within, std::size_t most) {
 
 std::size_t DifferentAngles(Points points, Angle angle) {
     std::set<double> angles;
-    for (const fit::CapturedPoint& point : points) angles.insert(point.*angle);
+    for (const captures::CapturedPoint& point : points) angles.insert(point.*angle);
     return angles.size();
 }
 
 /// One set, and the other set for comparison.
 class Set {
 public:
-    Set(const fit::CapturedSets& sets, bool isOfASet)
+    Set(const captures::CapturedSets& sets, bool isOfASet)
         : isA(isOfASet), points(sets.Set(isOfASet)), others(sets.Set(!isOfASet)), reach(ReachOf(points)),
           otherReach(ReachOf(others)), first(isOfASet ? 0 : sets.aCount) {}
 
@@ -83,7 +83,7 @@ private:
 
     /// Empty when the points form a good circle that is only far too small: the set may be in another unit.
     std::optional<FindingKind> WhySmall() const {
-        const auto turned = isA ? &fit::CapturedPoint::a : &fit::CapturedPoint::b;
+        const auto turned = isA ? &captures::CapturedPoint::a : &captures::CapturedPoint::b;
         if (DifferentAngles(points, turned) < 3) return FindingKind::TooFewPositions;
         if (!isA && std::abs(points.front().a) < hanging) return FindingKind::CircleTooSmall;
         if (IsACircle()) return std::nullopt;
@@ -93,21 +93,21 @@ private:
         // The radius of an arc of 40 degrees is not more than `widest` times its reach. Noise in one place gives a wide
         // circle or a poor fit.
         constexpr double goodFit = 0.03, widest = 6.0;
-        const auto circle = fit::FitAxisCircle(fit::PositionsOf(points));
+        const auto circle = fit::FitAxisCircle(captures::PositionsOf(points));
         return circle && circle->Rms() < goodFit * circle->radius && circle->radius < widest * reach;
     }
     /// With a tip offset in force, every point is at the place of the sphere, and both axes pass through it.
     bool AreWhereTheSphereIs() const {
-        const auto circle = fit::FitAxisCircle(fit::PositionsOf(others));
+        const auto circle = fit::FitAxisCircle(captures::PositionsOf(others));
         if (!circle) return false;
         // Unless the stylus points sideways, the B circle lies above the sphere.
         const double above = isA ? circle->radius / std::tan(model::ToRadians(others.front().a)) : 0.0;
         const Vector3 sphere = circle->centre - Vector3{0.0, 0.0, above};
         constexpr double nearShare = 0.2; // of the radius
-        return model::SafeLength(fit::MeanPosition(points) - sphere) < nearShare * circle->radius;
+        return model::SafeLength(captures::MeanPosition(points) - sphere) < nearShare * circle->radius;
     }
     void Add(FindingKind kind, double figure, std::vector<Finding>& findings) const {
-        Finding finding{kind, Severity::Fault, fit::PointRange(first, first + points.size()), figure};
+        Finding finding{kind, Severity::Fault, captures::PointRange(first, first + points.size()), figure};
         finding.detail = kind == FindingKind::TipInForce ? 1 : 0;
         // The message of 1 says that the points are in one place or near each other.
         if (kind == FindingKind::TooFewPositions && IsSmall()) finding.figure = 1.0;
@@ -121,7 +121,7 @@ private:
 };
 
 /// True when both sets are in one place: the distances between the points are as large as their noise.
-bool AreBothInOnePlace(const fit::CapturedSets& sets) {
+bool AreBothInOnePlace(const captures::CapturedSets& sets) {
     const double reach = std::max(ReachOf(sets.Set(true)), ReachOf(sets.Set(false)));
     constexpr double largestNoise = 1.0; // mm, far more than a machine's noise
     if (reach > largestNoise) return false;
@@ -135,9 +135,9 @@ bool IsHeld(Points points, Angle angle) { return DifferentAngles(points, angle) 
 
 /// The most frequent angle of the points; of several, the first.
 double CommonestOf(Points points, Angle angle) {
-    const auto count = [&](const fit::CapturedPoint& point) {
+    const auto count = [&](const captures::CapturedPoint& point) {
         return std::ranges::count(points, point.*angle,
-                                  [angle](const fit::CapturedPoint& each) { return each.*angle; });
+                                  [angle](const captures::CapturedPoint& each) { return each.*angle; });
     };
     return (*std::ranges::max_element(points, {}, count)).*angle;
 }
@@ -154,25 +154,25 @@ void AddPointsNotHeld(Points points, std::size_t offset, Angle angle, std::vecto
 
 } // namespace
 
-std::vector<Finding> JudgeSets(const fit::CapturedSets& sets) {
+std::vector<Finding> JudgeSets(const captures::CapturedSets& sets) {
     if (AreBothInOnePlace(sets)) return {{FindingKind::TipInForce, Severity::Fault, {}}};
     std::vector<Finding> findings;
     for (const bool isOfASet : {true, false}) Set(sets, isOfASet).Judge(findings);
     return findings;
 }
 
-std::vector<Finding> JudgeHeldAngles(const fit::CapturedSets& sets) {
+std::vector<Finding> JudgeHeldAngles(const captures::CapturedSets& sets) {
     const Points aSet = sets.Set(true), bSet = sets.Set(false);
     const auto looksLike = [](Points points, Angle held, Angle turned) {
         return IsHeld(points, held) && !IsHeld(points, turned);
     };
-    if (looksLike(aSet, &fit::CapturedPoint::a, &fit::CapturedPoint::b) &&
-        looksLike(bSet, &fit::CapturedPoint::b, &fit::CapturedPoint::a)) {
+    if (looksLike(aSet, &captures::CapturedPoint::a, &captures::CapturedPoint::b) &&
+        looksLike(bSet, &captures::CapturedPoint::b, &captures::CapturedPoint::a)) {
         return {{FindingKind::SetsExchanged, Severity::Fault, {}, 0.0, 0.0, std::nullopt}};
     }
     std::vector<Finding> findings;
-    AddPointsNotHeld(aSet, 0, &fit::CapturedPoint::b, findings);
-    AddPointsNotHeld(bSet, sets.aCount, &fit::CapturedPoint::a, findings);
+    AddPointsNotHeld(aSet, 0, &captures::CapturedPoint::b, findings);
+    AddPointsNotHeld(bSet, sets.aCount, &captures::CapturedPoint::a, findings);
     return findings;
 }
 

@@ -20,21 +20,21 @@ void KeepEvenly(std::size_t first, std::size_t last, std::vector<std::size_t>& k
     }
 }
 
-double Misfit(const fit::HeadModel& model, const fit::CapturedPoint& point, std::size_t index) {
+double Misfit(const fit::HeadModel& model, const captures::CapturedPoint& point, std::size_t index) {
     const model::Vector3 off = point.position - model.Position(point, index);
     return point.weight * model::Dot(off, off);
 }
 
 } // namespace
 
-Thinning::Thinning(const fit::CapturedSets& theSets) : sets(theSets) {
+Thinning::Thinning(const captures::CapturedSets& theSets) : sets(theSets) {
     KeepEvenly(0, sets.aCount, kept);
     keptOfASet = kept.size();
     KeepEvenly(sets.aCount, sets.points.size(), kept);
 }
 
-fit::CapturedSets Thinning::Thinned() const {
-    fit::CapturedSets thinned;
+captures::CapturedSets Thinning::Thinned() const {
+    captures::CapturedSets thinned;
     for (const std::size_t index : kept) thinned.points.push_back(sets.points[index]);
     thinned.aCount = keptOfASet;
     return thinned;

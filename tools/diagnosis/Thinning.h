@@ -8,10 +8,10 @@ namespace qmv40::diagnosis {
 /// the last included.
 class Thinning {
 public:
-    explicit Thinning(const fit::CapturedSets& theSets);
+    explicit Thinning(const captures::CapturedSets& theSets);
 
     bool IsThinned() const { return kept.size() < sets.points.size(); }
-    fit::CapturedSets Thinned() const;
+    captures::CapturedSets Thinned() const;
     /// The findings of the part, extended to all points. An error that begins or ends between two points of the part
     /// begins or ends at the point where it explains most. Points that are far off and not in the part become errors of
     /// their own.
@@ -22,7 +22,7 @@ private:
     std::size_t BestEnd(std::size_t end, const fit::ModelError& error, bool isFirst, const fit::HeadModel& model) const;
     void AddPointsOff(fit::HeadFit& fit) const;
 
-    const fit::CapturedSets& sets;
+    const captures::CapturedSets& sets;
     std::vector<std::size_t> kept;
     std::size_t keptOfASet = 0;
 };

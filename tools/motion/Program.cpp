@@ -31,7 +31,7 @@ private:
         const bool hasStart = !moves.empty() && std::holds_alternative<XYZData>(moves.front().data);
         const auto lost = std::ranges::find_if_not(moves, Machine::CanRun);
         if (hasStart && lost == moves.end()) return;
-        const std::string reason = hasStart ? std::string(NameOf(lost->id)) + " has a number that is none"
+        const std::string reason = hasStart ? std::string(NameOf(lost->id)) + " has a number that is not finite"
                                             : "does not begin with a straight move";
         throw text::InputError{"plan " + std::to_string(plan), {}, reason};
     }

@@ -13,9 +13,9 @@ using M = RequiredMoves;
 
 // The table of moves is 100 columns wide, so a purpose has at most 32 letters.
 constexpr std::array<Move, moveCount> allMoves{{
-    {ApproachUnLockLever, "ApproachUnLockLever", "go to the closed lock lever", &M::ApproachUnLockLever},
+    {ApproachUnLockLever, "ApproachUnLockLever", "go to the locked lever", &M::ApproachUnLockLever},
     {EngageWithUnLockLever, "EngageWithUnLockLever", "touch the lever's ball", &M::EngageWithUnLockLever},
-    {UnLock, "UnLock", "push the lever open", &M::UnLock},
+    {UnLock, "UnLock", "push the lever to unlock", &M::UnLock},
     {DisengageFromUnLockLever, "DisengageFromUnLockLever", "rise clear, to the safe height",
      &M::DisengageFromUnLockLever},
     {RotateToPeg, "RotateToPeg", "swing round to the peg", &M::RotateToPeg},
@@ -29,10 +29,10 @@ constexpr std::array<Move, moveCount> allMoves{{
     {DisengageFromPegToSafeZ, "DisengageFromPegToSafeZ", "rise to the safe height", &M::DisengageFromPegToSafeZ},
     {RotateToLockLever, "RotateToLockLever", "swing round to the lock lever", &M::RotateToLockLever},
     {MoveToLockLeverAtSafeZ, "MoveToLockLeverAtSafeZ", "go above the lever's approach", &M::MoveToLockLeverAtSafeZ},
-    {ApproachLockLever, "ApproachLockLever", "go down beside the open lever", &M::ApproachLockLever},
+    {ApproachLockLever, "ApproachLockLever", "go down beside the lever", &M::ApproachLockLever},
     {EngageWithLockLever, "EngageWithLockLever", "touch the lever's ball", &M::EngageWithLockLever},
-    {Lock, "Lock", "push the lever shut", &M::Lock},
-    {DisengageFromLockLever, "DisengageFromLockLever", "lift off the closed lever", &M::DisengageFromLockLever},
+    {Lock, "Lock", "push the lever to lock", &M::Lock},
+    {DisengageFromLockLever, "DisengageFromLockLever", "lift off the locked lever", &M::DisengageFromLockLever},
 }};
 
 } // namespace

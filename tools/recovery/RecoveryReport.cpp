@@ -33,16 +33,16 @@ std::string LookOf(State state, const plans::Plan& plan) {
     switch (state) {
     case State::Untouched:
     case State::Locked:
-        return "the lever is shut" + stands;
+        return "the lever is locked" + stands;
     case State::Unlocking:
-        return "the lever is pushed open part of the way" + stands;
+        return "the lever is part of the way from locked to unlocked" + stands;
     case State::Unlocked:
     case State::Indexed:
-        return "the lever is open, the cup is off the peg" + stands;
+        return "the lever is unlocked, the cup is off the peg" + stands;
     case State::OnPeg:
-        return "the lever is open and the cup sits on the peg";
+        return "the lever is unlocked and the cup sits on the peg";
     case State::Locking:
-        return "the lever is pushed shut part of the way" + stands;
+        return "the lever is part of the way from unlocked to locked" + stands;
     default:
         return "nothing is known";
     }

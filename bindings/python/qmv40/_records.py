@@ -17,7 +17,7 @@ def _to_array(rows: Sequence[Any]) -> "numpy.ndarray":
 
 
 class Point(NamedTuple):
-    """A point that the machine moves to in a straight line: machine coordinates, in the unit of the captured points."""
+    """A point in machine coordinates, in the unit of the captured points."""
 
     XPosition: float
     YPosition: float

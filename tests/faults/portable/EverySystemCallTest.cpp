@@ -134,7 +134,7 @@ TEST_F(EverySystemCall, CanBeTheLastOneOfAKilledSave) {
         }
         ASSERT_FALSE(wasReached) << "no end of system calls";
     }
-    std::cout << "killed at " << calls << " system calls, before and after each: " << found[1] << " old files, "
+    std::cout << "killed before and after each system call, the highest number " << calls << ": " << found[1] << " old files, "
               << found[2] << " new ones, " << left << " copies left behind" << std::endl;
     EXPECT_GT(found[1], 10) << "there are more calls before the file is replaced";
     EXPECT_GT(found[2], 2) << "there are calls after the file is replaced";

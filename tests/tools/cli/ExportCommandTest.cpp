@@ -210,7 +210,7 @@ TEST_F(ExportCommand, RefusesAPlanWithAnAngleThatIsNoNumber) {
                              [](Json& records) { records["UnLock"]["RotationAngle"] = nullptr; });
     const ToolRun run = Export("points", {"--plan", folder.Write("plan.json", plan.dump()), "--force"});
     EXPECT_EQ(3, run.exitCode);
-    EXPECT_THAT(run.err, HasSubstr("plan 1: UnLock has a number that is none"));
+    EXPECT_THAT(run.err, HasSubstr("plan 1: UnLock has a number that is not finite"));
 }
 
 TEST_F(ExportCommand, WritesTheHeadingOfPointsIntoTheFile) {

@@ -241,15 +241,15 @@ TEST_F(MoveCommand, PrintsEveryMoveAndWhichWayEachArcTurns) {
     for (const char* expected : {
              "Plan: from A 0, B 0 to A 45, B 90 (deg)\n",
              "   #  Move                      to X (mm)  to Y (mm)  to Z (mm)  What the machine does\n",
-             "   1  ApproachUnLockLever        442.8000  -202.5500  -691.5500  go to the closed lock lever\n",
+             "   1  ApproachUnLockLever        442.8000  -202.5500  -691.5500  go to the locked lever\n",
              // Worked out by hand: relative to the lever centre, the machine starts at 17.3 mm in -Y and 0.3 mm in -Z
              // and turns by 135 degrees over the top.
-             "   3  UnLock                     442.8000  -168.2292  -678.8049  push the lever open\n"
+             "   3  UnLock                     442.8000  -168.2292  -678.8049  push the lever to unlock\n"
              "        turn 135.0000 deg up and over, towards +Y\n"
              "        about (442.8000, -180.2500, -691.2500) along (-1.000000, 0.000000, 0.000000)\n",
              "        turn 90.0000 deg counter-clockwise, seen from above\n",
              "  11  MoveToAPosition            ",
-             "  19  DisengageFromLockLever     442.8000  -197.5500  -681.5500  lift off the closed lever\n",
+             "  19  DisengageFromLockLever     442.8000  -197.5500  -681.5500  lift off the locked lever\n",
          }) {
         EXPECT_NE(std::string::npos, text.find(expected)) << "missing: " << expected << "\nin:\n" << text;
     }

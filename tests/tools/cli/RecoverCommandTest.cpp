@@ -64,8 +64,8 @@ TEST_F(RecoverCommand, SaysWhatToInspectWhenTwoStatesFit) {
     EXPECT_TRUE(document["A"].is_null() && document["B"].is_null());
     EXPECT_FALSE(document.contains("finish") || document.contains("backOut"));
     const std::string why = document["why"];
-    EXPECT_NE(std::string::npos, why.find("Unlocked (move 8): the lever is open, the cup is off the peg")) << why;
-    EXPECT_NE(std::string::npos, why.find("On-peg (move 9): the lever is open and the cup sits on the peg")) << why;
+    EXPECT_NE(std::string::npos, why.find("Unlocked (move 8): the lever is unlocked, the cup is off the peg")) << why;
+    EXPECT_NE(std::string::npos, why.find("On-peg (move 9): the lever is unlocked and the cup sits on the peg")) << why;
 }
 
 TEST_F(RecoverCommand, ReadsTheMoveFromAJournal) {

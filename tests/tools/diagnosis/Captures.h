@@ -2,7 +2,7 @@
 
 #include "tests/support/SimulatedHead.h"
 #include "tests/tools/diagnosis/PaperTrial.h"
-#include "tools/diagnosis/Capture.h"
+#include "tools/captures/Capture.h"
 
 using namespace qmv40;
 
@@ -12,9 +12,7 @@ using namespace qmv40;
 SimulatedHead SomeSimulatedHead();
 
 /// As they were captured, not brought to the locked position.
-inline diagnosis::fit::CapturedSets SetsOf(const Items& aSet, const Items& bSet) {
-    return diagnosis::SetsOf(aSet, bSet, {});
-}
+inline captures::CapturedSets SetsOf(const Items& aSet, const Items& bSet) { return captures::SetsOf(aSet, bSet, {}); }
 
 /// The diagnosis of what the component accepts; fails the test where there is none.
 diagnosis::Diagnosis DiagnosisOf(const Items& aSet, const Items& bSet);

@@ -283,7 +283,7 @@ TEST(Diagnosis, CallsPointsThatFollowNoHeadAContradiction) {
 
 TEST(Diagnosis, IsMissingForPointsThatFormNoCircle) {
     diagnosis::CaptureUnderTest test{SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75))};
-    for (diagnosis::fit::CapturedPoint& point : test.sets.points) point.position = {1.0, 2.0, 3.0};
+    for (captures::CapturedPoint& point : test.sets.points) point.position = {1.0, 2.0, 3.0};
     EXPECT_FALSE(diagnosis::Diagnose(test).has_value());
 }
 
@@ -295,7 +295,7 @@ TEST(Diagnosis, IsDefinedForAnyNumbers) {
     for (int round = 0; round < 150; ++round) {
         SCOPED_TRACE(round);
         diagnosis::CaptureUnderTest test{SetsOf(SimulatedHead().ASet(45, 5), SimulatedHead().BSet(75, 5)), number()};
-        for (diagnosis::fit::CapturedPoint& point : test.sets.points) {
+        for (captures::CapturedPoint& point : test.sets.points) {
             if (round % 3 != 0) point.position = {number(), number(), number()};
             if (round % 3 != 1) point = {number(), number(), point.position};
         }

@@ -2,7 +2,7 @@
 
 #include "head/RoundThePole.h"
 #include "tests/support/AlignmentArray.h"
-#include "tools/diagnosis/Capture.h"
+#include "tools/captures/Capture.h"
 #include "tools/diagnosis/SetJudgement.h"
 #include "tools/model/Angles.h"
 
@@ -30,7 +30,7 @@ diagnosis::CaptureUnderTest UnderTest(const Items& aSet, const Items& bSet) {
     AlignmentArray aArray(aSet), bArray(bSet);
     head.ComputeGeometry(aArray.Address(), bArray.Address());
     const CMaVector centre = head.HeadCentre();
-    diagnosis::CaptureUnderTest test{diagnosis::SetsOf(aSet, bSet, unlocking), head.RequiredRotationAroundZ()};
+    diagnosis::CaptureUnderTest test{captures::SetsOf(aSet, bSet, unlocking), head.RequiredRotationAroundZ()};
     test.headCentre = {centre[0], centre[1], centre[2]};
     test.unlocking = unlocking;
     return test;
@@ -43,7 +43,7 @@ PaperTrial::PaperTrial(const PaperCapture& capture) {
         test = UnderTest(aSet, bSet);
         componentAnswered = true;
     } catch (const HRESULT) {
-        const diagnosis::fit::CapturedSets sets = diagnosis::SetsOf(aSet, bSet, unlocking);
+        const captures::CapturedSets sets = captures::SetsOf(aSet, bSet, unlocking);
         findings = diagnosis::JudgeHeldAngles(sets);
         if (findings.empty()) findings = diagnosis::JudgeSets(sets);
         return;

@@ -2,7 +2,7 @@
 // now.
 
 #include "tests/tools/diagnosis/PaperTrial.h"
-#include "tools/diagnosis/FindingMessage.h"
+#include "tools/report/FindingMessage.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -10,9 +10,11 @@
 #include <string>
 
 using namespace qmv40::diagnosis;
+using namespace qmv40::captures;
 using paper::Measurement;
 using paper::Measurements;
 using qmv40::model::Vector3;
+using qmv40::report::MessageFor;
 using testing::AnyOf;
 using testing::HasSubstr;
 

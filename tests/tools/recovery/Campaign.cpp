@@ -50,7 +50,7 @@ void PrintRow(const char* name, const Counts& counts) {
 void Print(const Tally& tally) {
     std::printf("%zu plans, %zu stops\n\n", tally.plans, tally.stops);
     std::printf(
-        "| what is told | asked | right | unknown | unknown without need | wrong |\n|---|---|---|---|---|---|\n");
+        "| what is given | asked | right | unknown | unknown without need | wrong |\n|---|---|---|---|---|---|\n");
     for (std::size_t i = 0; i < givenCount; ++i) PrintRow(NameOf(static_cast<Given>(i)), tally.told[i]);
     std::printf("\n| position alone, by true state | asked | right | unknown | unknown without need | wrong |\n"
                 "|---|---|---|---|---|---|\n");

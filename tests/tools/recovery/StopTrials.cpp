@@ -153,7 +153,7 @@ void PlanTrial::Ask(Given given, const Injected& stop, const Vector3& standing, 
             const bool isNeedless = given != Given::Jogged && (isKnown || !IsReasonToDoubt(stop, standing));
             ++(isNeedless ? counts.needless : counts.unknown);
             if (isNeedless) Note(stop, "needlessly unknown");
-        } else if (IsSameHead(answer.state, answer.Place().angles, stop, angle)) {
+        } else if (given != Given::Jogged && IsSameHead(answer.state, answer.Place().angles, stop, angle)) {
             ++counts.right;
         } else {
             ++counts.wrong;
@@ -192,7 +192,7 @@ void PlanTrial::TryWays(const Injected& stop, const Vector3& standing, const Jud
 }
 
 /// Asks about a position off every move of the plan: the answer must be unknown. During the first move any position is
-/// possible, because its start is not known; so the move is told only for later ones.
+/// possible, because its start is not known; so the move is given only for later ones.
 void PlanTrial::Jog(const Injected& stop) {
     std::normal_distribution<double> normal;
     std::uniform_real_distribution<double> length(0.1, 3.0);
@@ -201,9 +201,9 @@ void PlanTrial::Jog(const Injected& stop) {
     const bool isOff = std::ranges::all_of(
         runs, [&](const motion::ExecutedMove& run) { return run.path.SmallestDistanceTo(standing) > 0.1; });
     if (!isOff) return;
-    Ask(Given::Jogged, stop, standing, {}, 0.0);
+    Ask(Given::Jogged, stop, standing, {}, exactAngle);
     if (stop.known.number + (stop.known.kind == KnownMove::Kind::After ? 1 : 0) > 1) {
-        Ask(Given::Jogged, stop, standing, stop.known, 0.0);
+        Ask(Given::Jogged, stop, standing, stop.known, exactAngle);
     }
 }
 

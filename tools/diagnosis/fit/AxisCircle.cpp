@@ -1,7 +1,6 @@
 #include "tools/diagnosis/fit/AxisCircle.h"
 
 #include "maths/CMaCircle.h"
-#include "maths/CMaPointArray.h"
 #include "tools/diagnosis/fit/NormalEquations.h"
 #include "tools/model/Angles.h"
 
@@ -11,20 +10,7 @@ namespace qmv40::diagnosis::fit {
 
 namespace {
 
-/// A fit usually takes a few steps. It takes hundreds when the points hardly form a circle.
-constexpr long iterationLimit = 10000;
-
-std::optional<CMaCircle> LeastSquaresCircle(std::span<const model::Vector3> points) {
-    CMaPointArray array(static_cast<int>(points.size()));
-    for (const model::Vector3& p : points) array.Add({p.x, p.y, p.z});
-    CMaCircle circle(1.0);
-    try {
-        circle.Fit(array, iterationLimit);
-    } catch (const qmv40::GeometryError&) {
-        return std::nullopt;
-    }
-    return circle;
-}
+constexpr long evaluationLimit = 200000; // never reached: no fit needs more than 5,000 (CMaCircle.h)
 
 CirclePoint PlaceOn(const AxisCircle& circle, const model::Vector3& point) {
     const model::Vector3 arm = point - circle.centre;
@@ -61,15 +47,21 @@ model::Vector3 FarthestAxis(const model::Vector3& v) {
 
 double AxisCircle::Rms() const { return std::sqrt(sumOfSquares / static_cast<double>(points.size())); }
 
-std::optional<AxisCircle> FitAxisCircle(std::span<const model::Vector3> points) {
-    const auto fitted = LeastSquaresCircle(points);
-    if (!fitted) return std::nullopt;
+CMaPointArray PointArrayOf(std::span<const model::Vector3> points) {
+    CMaPointArray array(static_cast<int>(points.size()));
+    for (const model::Vector3& p : points) array.Add({p.x, p.y, p.z});
+    return array;
+}
+
+AxisCircle AxisCircleThrough(std::span<const model::Vector3> points) {
+    CMaCircle fitted(1.0);
+    fitted.Fit(PointArrayOf(points), evaluationLimit);
     AxisCircle circle{};
-    circle.centre = VectorOf(fitted->GetCentre().To3DVector());
-    circle.normal = model::SafeUnit(VectorOf(fitted->GetNormal()));
+    circle.centre = VectorOf(fitted.GetCentre().To3DVector());
+    circle.normal = VectorOf(fitted.GetNormal());
     circle.across = model::SafeUnit(model::Cross(circle.normal, FarthestAxis(circle.normal)));
     circle.along = model::Cross(circle.across, circle.normal);
-    circle.radius = fitted->GetRadius();
+    circle.radius = fitted.GetRadius();
     std::vector<double> polarAngles;
     for (const model::Vector3& point : points) {
         circle.points.push_back(PlaceOn(circle, point));
@@ -80,6 +72,14 @@ std::optional<AxisCircle> FitAxisCircle(std::span<const model::Vector3> points) 
     circle.arcCovered = ArcCovered(std::move(polarAngles));
     circle.covariance = CovarianceOf(circle);
     return circle;
+}
+
+std::optional<AxisCircle> FitAxisCircle(std::span<const model::Vector3> points) {
+    try {
+        return AxisCircleThrough(points);
+    } catch (const GeometryError&) {
+        return std::nullopt;
+    }
 }
 
 CircleWithout WithoutPoint(const AxisCircle& circle, std::size_t index) {

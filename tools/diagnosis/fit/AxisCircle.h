@@ -1,5 +1,6 @@
 #pragma once
 
+#include "maths/CMaPointArray.h"
 #include "tools/model/Vector3.h"
 
 #include <array>
@@ -37,6 +38,11 @@ struct AxisCircle {
     int DegreesOfFreedom() const { return 2 * static_cast<int>(points.size()) - static_cast<int>(unknowns); }
     double Rms() const;
 };
+
+CMaPointArray PointArrayOf(std::span<const model::Vector3> points);
+
+/// Throws GeometryError when the points determine no circle.
+AxisCircle AxisCircleThrough(std::span<const model::Vector3> points);
 
 /// Empty when the points determine no circle.
 std::optional<AxisCircle> FitAxisCircle(std::span<const model::Vector3> points);

@@ -18,7 +18,7 @@ class Pose {
     using Sums = std::array<model::Vector3, static_cast<std::size_t>(Kind::AxesApart) + 1>;
 
 public:
-    Pose(const HeadModel& model, const CapturedPoint& point, std::size_t index)
+    Pose(const HeadModel& model, const captures::CapturedPoint& point, std::size_t index)
         : sums(SumsOf(model, point, index)), tilt(-Sum(Kind::TiltAngle).x), squareness(Sum(Kind::AxesNotSquare).x),
           swivel(Sum(Kind::SwivelAngle).x), leanY(Sum(Kind::LeaningHead).y), leanX(Sum(Kind::LeaningHead).x) {}
 
@@ -35,7 +35,7 @@ public:
 
 private:
     /// For each kind of error the sum of its values, and for the two angles also the angles without errors.
-    static Sums SumsOf(const HeadModel& model, const CapturedPoint& point, std::size_t index) {
+    static Sums SumsOf(const HeadModel& model, const captures::CapturedPoint& point, std::size_t index) {
         Sums sums;
         sums[static_cast<std::size_t>(Kind::TiltAngle)].x = model::ToRadians(point.a);
         sums[static_cast<std::size_t>(Kind::SwivelAngle)].x = model.mounting + model::ToRadians(point.b);
@@ -124,12 +124,13 @@ bool HeadModel::StylusHangs() const {
     return tip.z < -leastShare * model::SafeLength(tip);
 }
 
-model::Vector3 HeadModel::Position(const CapturedPoint& point, std::size_t index) const {
+model::Vector3 HeadModel::Position(const captures::CapturedPoint& point, std::size_t index) const {
     const Pose pose(*this, point, index);
     return pole - TipInFrames(pose, tip).leant + pose.Offset();
 }
 
-void HeadModel::Derivatives(const CapturedPoint& point, std::size_t index, std::span<model::Vector3> out) const {
+void HeadModel::Derivatives(const captures::CapturedPoint& point, std::size_t index,
+                            std::span<model::Vector3> out) const {
     const Pose pose(*this, point, index);
     const TipInFrames tipInFrames(pose, tip);
     // Pole, mounting and tip have the same derivatives as errors of them

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/diagnosis/fit/CapturedPoint.h"
+#include "tools/captures/CapturedPoint.h"
 
 #include <optional>
 #include <span>
@@ -65,9 +65,9 @@ struct HeadModel {
     /// True when the stylus points down at A = 0, as every stylus does.
     bool StylusHangs() const;
     /// The machine position for point `index`, captured at the angles that are written down for it.
-    model::Vector3 Position(const CapturedPoint& point, std::size_t index) const;
+    model::Vector3 Position(const captures::CapturedPoint& point, std::size_t index) const;
     /// The derivatives of that position by each unknown: pole, mounting, tip, then the values of the errors in order.
-    void Derivatives(const CapturedPoint& point, std::size_t index, std::span<model::Vector3> out) const;
+    void Derivatives(const captures::CapturedPoint& point, std::size_t index, std::span<model::Vector3> out) const;
     /// The model with its unknowns changed by `step`.
     HeadModel Stepped(std::span<const double> step) const;
 };

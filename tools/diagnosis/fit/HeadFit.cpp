@@ -11,7 +11,7 @@ namespace qmv40::diagnosis::fit {
 
 namespace {
 
-std::vector<model::Vector3> ResidualsOf(std::span<const CapturedPoint> points, const HeadModel& model) {
+std::vector<model::Vector3> ResidualsOf(std::span<const captures::CapturedPoint> points, const HeadModel& model) {
     std::vector<model::Vector3> residuals;
     residuals.reserve(points.size());
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -20,13 +20,13 @@ std::vector<model::Vector3> ResidualsOf(std::span<const CapturedPoint> points, c
     return residuals;
 }
 
-double SumOfSquares(std::span<const CapturedPoint> points, std::span<const model::Vector3> residuals) {
+double SumOfSquares(std::span<const captures::CapturedPoint> points, std::span<const model::Vector3> residuals) {
     double sum = 0.0;
     for (std::size_t i = 0; i < points.size(); ++i) sum += points[i].weight * model::Dot(residuals[i], residuals[i]);
     return sum;
 }
 
-NormalEquations EquationsOf(std::span<const CapturedPoint> points, const HeadModel& model,
+NormalEquations EquationsOf(std::span<const captures::CapturedPoint> points, const HeadModel& model,
                             std::span<const model::Vector3> residuals) {
     const std::size_t unknowns = model.Unknowns();
     NormalEquations equations(unknowns);
@@ -45,7 +45,7 @@ NormalEquations EquationsOf(std::span<const CapturedPoint> points, const HeadMod
 enum class Outcome { Worse, Better, AtRest };
 
 /// Takes the step of the normal equations when it makes the sum of squares smaller.
-Outcome TakeStep(std::span<const CapturedPoint> points, const NormalEquations& equations, double damping,
+Outcome TakeStep(std::span<const captures::CapturedPoint> points, const NormalEquations& equations, double damping,
                  HeadFit& fit) {
     const auto step = equations.Solve(damping);
     if (!step) return Outcome::Worse;
@@ -64,7 +64,7 @@ Outcome TakeStep(std::span<const CapturedPoint> points, const NormalEquations& e
 
 /// Finds one better model, and raises the damping each time a step is not better. True when a further improvement is
 /// possible.
-bool Improve(std::span<const CapturedPoint> points, HeadFit& fit, double& damping) {
+bool Improve(std::span<const captures::CapturedPoint> points, HeadFit& fit, double& damping) {
     constexpr int mostTries = 15;
     constexpr double leastDamping = 1e-12;
     const NormalEquations equations = EquationsOf(points, fit.model, fit.residuals);
@@ -88,7 +88,7 @@ double HeadFit::MountingDegrees() const { return model::Wrapped(model::ToDegrees
 
 double HeadFit::StandardDeviation(double variance) const { return std::sqrt(variance * NoiseVariance()); }
 
-HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start) {
+HeadFit FitHead(std::span<const captures::CapturedPoint> points, const HeadModel& start) {
     constexpr int mostSteps = 60;
     HeadFit fit;
     fit.model = start;
@@ -108,9 +108,9 @@ HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start) {
     return fit;
 }
 
-HeadFit FitHead(std::span<const CapturedPoint> points) {
+HeadFit FitHead(std::span<const captures::CapturedPoint> points) {
     HeadSums sums;
-    for (const CapturedPoint& point : points) sums += HeadSums(point, 0.0, 0.0);
+    for (const captures::CapturedPoint& point : points) sums += HeadSums(point, 0.0, 0.0);
     return FitHead(points, BestHead({&sums, 1}).model);
 }
 

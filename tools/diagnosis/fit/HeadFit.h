@@ -25,9 +25,9 @@ struct HeadFit {
 };
 
 /// The fit nearest to `start`, by the Levenberg-Marquardt method. The values of the errors of `start` are fitted too.
-HeadFit FitHead(std::span<const CapturedPoint> points, const HeadModel& start);
+HeadFit FitHead(std::span<const captures::CapturedPoint> points, const HeadModel& start);
 
 /// The best fit of a head without errors, over all mounting angles.
-HeadFit FitHead(std::span<const CapturedPoint> points);
+HeadFit FitHead(std::span<const captures::CapturedPoint> points);
 
 } // namespace qmv40::diagnosis::fit

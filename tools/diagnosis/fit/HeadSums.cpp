@@ -141,7 +141,7 @@ double AngleOfGreatest(const Gain& gain) {
 
 } // namespace
 
-HeadSums::HeadSums(const CapturedPoint& point, double moreTilt, double moreSwivel)
+HeadSums::HeadSums(const captures::CapturedPoint& point, double moreTilt, double moreSwivel)
     : count(point.weight), squares(point.weight * model::Dot(point.position, point.position)),
       positions(point.weight * point.position) {
     const model::Rotation tilt(-(model::ToRadians(point.a) + moreTilt)), swivel(model::ToRadians(point.b) + moreSwivel);

@@ -21,7 +21,7 @@ struct HeadSums {
 
     HeadSums() = default;
     /// The sums of one point, with its angles corrected (radians).
-    HeadSums(const CapturedPoint& point, double moreTilt, double moreSwivel);
+    HeadSums(const captures::CapturedPoint& point, double moreTilt, double moreSwivel);
 
     HeadSums& operator+=(const HeadSums& other);
     HeadSums& operator-=(const HeadSums& other);

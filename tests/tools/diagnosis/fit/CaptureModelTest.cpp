@@ -57,7 +57,7 @@ TEST(HeadModel, DistinguishesTheErrorsOfAHead) {
         EXPECT_NEAR(0.0, Length(expected - actual), 1e-10) << why;
     };
     const diagnosis::fit::HeadModel plain = ModelOf(head);
-    const diagnosis::fit::CapturedPoint point{30.0, -45.0, {}};
+    const captures::CapturedPoint point{30.0, -45.0, {}};
     expectSame(plain.Position({45.0, -45.0, {}}, 0), model(Kind::TiltAngle, {model::ToRadians(15)}).Position(point, 1),
                "A of a point in the run");
     expectSame(plain.Position({30.0, -30.0, {}}, 0),
@@ -84,7 +84,7 @@ TEST(HeadModel, DriftsFromNothingAtTheFirstPointToAllAtTheLast) {
         {{-3.0 * perStep, 0}, {0.0, 3.0 / 63.0, 15.0 / 63.0, 1.0}, "each step is four times the one before"},
     };
     const diagnosis::fit::HeadModel plain = ModelOf(SomeHead());
-    const diagnosis::fit::CapturedPoint point{30.0, -45.0, {}};
+    const captures::CapturedPoint point{30.0, -45.0, {}};
     for (const auto& each : cases) {
         SCOPED_TRACE(each.why);
         diagnosis::fit::HeadModel drifting = plain;
@@ -99,7 +99,7 @@ TEST(HeadModel, DriftsFromNothingAtTheFirstPointToAllAtTheLast) {
 
 TEST(HeadModel, LeaningTurnsEverythingAboutThePole) {
     diagnosis::fit::HeadModel model = ModelOf(SomeHead());
-    const diagnosis::fit::CapturedPoint point{30.0, -45.0, {}};
+    const captures::CapturedPoint point{30.0, -45.0, {}};
     const model::Vector3 upright = model.Position(point, 0) - model.pole;
     model.errors.push_back({Kind::LeaningHead, 0, 1, {model::ToRadians(90), 0.0}});
     const model::Vector3 leant = model.Position(point, 0) - model.pole;
@@ -117,7 +117,7 @@ TEST(HeadModel, DerivativesAreThoseOfItsPositions) {
     for (const std::size_t drifting : {6u, 7u}) model.errors[drifting].drift = diagnosis::fit::Drift{2.0, 5};
     const std::size_t unknowns = model.Unknowns();
     EXPECT_EQ(7u + 1 + 1 + 3 + 2 + 1 + 1 + 3 + 1 + 3 + 1, unknowns);
-    const diagnosis::fit::CapturedPoint point{40.0, 70.0, {}};
+    const captures::CapturedPoint point{40.0, 70.0, {}};
     std::vector<model::Vector3> derivatives(unknowns);
     model.Derivatives(point, 2, derivatives);
     // The error of a central difference is a sixth of the squared step times the third derivative, which is some

@@ -42,7 +42,7 @@ TEST(HeadFit, FindsTheErrorsOfAHead) {
             {diagnosis::fit::ModelError::Kind::AxesApart, 0, 14, {0.07}}};
         return model;
     }();
-    diagnosis::fit::CapturedSets sets = SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75));
+    captures::CapturedSets sets = SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75));
     for (std::size_t i = 0; i < sets.points.size(); ++i) sets.points[i].position = truth.Position(sets.points[i], i);
     diagnosis::fit::HeadModel start = diagnosis::fit::FitHead(sets.points).model;
     start.errors = truth.errors;
@@ -76,9 +76,9 @@ TEST(BestHead, IsAsGoodAsTheFitToTheSamePoints) {
     std::uniform_real_distribution<double> anywhere(-100.0, 100.0);
     for (int round = 0; round < 50; ++round) {
         SCOPED_TRACE(round);
-        diagnosis::fit::CapturedSets sets = SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75));
+        captures::CapturedSets sets = SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75));
         diagnosis::fit::HeadSums sums;
-        for (diagnosis::fit::CapturedPoint& point : sets.points) {
+        for (captures::CapturedPoint& point : sets.points) {
             point.position = {anywhere(generator), anywhere(generator), anywhere(generator)};
             sums += diagnosis::fit::HeadSums(point, 0.0, 0.0);
         }
@@ -94,7 +94,7 @@ TEST(BestHead, IsAsGoodAsTheFitToTheSamePoints) {
 }
 
 TEST(HeadSums, ForgetAPointThatIsTakenOut) {
-    const diagnosis::fit::CapturedSets sets = SetsOf(SomeSimulatedHead().ASet(45), SomeSimulatedHead().BSet(75));
+    const captures::CapturedSets sets = SetsOf(SomeSimulatedHead().ASet(45), SomeSimulatedHead().BSet(75));
     diagnosis::fit::HeadSums without, withAndOut;
     for (std::size_t i = 0; i < sets.points.size(); ++i) {
         if (i != 3) without += diagnosis::fit::HeadSums(sets.points[i], 0.0, 0.0);

@@ -168,7 +168,7 @@ describe("The picture", () => {
         // A locked lever points along +Y. In the top view +Y is up.
         assert.ok(await camera.solidAbovePale(await camera.take(opened)) > severalPixels);
         await opened.row(4).click();
-        assert.deepEqual(await words(), ["plus lever, open", "minus lever, open"]);
+        assert.deepEqual(await words(), ["plus lever, unlocked", "minus lever, unlocked"]);
         assert.ok(await camera.solidAbovePale(await camera.take(opened)) < -severalPixels);
     });
 

@@ -65,7 +65,7 @@ describe("The player", () => {
         await opened.row(10).click();
         await opened.press(".", ".");
         const { lever, peg, clearance } = await opened.machine();
-        assert.deepEqual([lever, peg, clearance], ["Levers open", "On the peg", "\u2014"]);
+        assert.deepEqual([lever, peg, clearance], ["Levers unlocked", "On the peg", "\u2014"]);
     });
 
     fromTheStart("says that the levers are pushed part of the way during a push", async (opened) => {
@@ -76,7 +76,7 @@ describe("The player", () => {
             await opened.press(key);
         }
         states.push((await opened.machine()).lever);
-        assert.deepEqual(states, ["Levers locked", "Levers locked", "Levers locked", "Levers pushed part of the way", "Levers open"]);
+        assert.deepEqual(states, ["Levers locked", "Levers locked", "Levers locked", "Levers pushed part of the way", "Levers unlocked"]);
     });
 
     fromTheStart("goes to both ends with Home and End and their buttons", async (opened) => {

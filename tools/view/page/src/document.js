@@ -51,7 +51,8 @@ export function levelMeaning(level, levels) {
 
 /** The state of both levers, which turn together. */
 export function leverText(sample) {
-    return sample.leverPushed ? "pushed part of the way" : sample.lever;
+    if (sample.leverPushed) return "pushed part of the way";
+    return sample.lever === "open" ? "unlocked" : sample.lever;
 }
 
 /** The words for what a move must touch. */

@@ -1,4 +1,4 @@
-#include "tools/record/RecordPage.h"
+#include "tools/report/RecordPage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,9 +15,9 @@ constexpr const char* harmless = "&lt;script&gt;alert(&quot;&amp;&#39;&quot;)&lt
 
 TEST(RecordPage, EscapesEveryTextThatAPersonMayHaveGiven) {
     const text::Finding finding{hostile, text::Severity::Fault, hostile, hostile, "", "", {}};
-    const record::Record record{hostile,   "fault",  hostile,
+    const report::Record record{hostile,   "fault",  hostile,
                                 {finding}, "<svg/>", {{hostile, {hostile}, {{hostile, hostile}}}}};
-    const std::string page = record::RecordPage(record);
+    const std::string page = report::RecordPage(record);
     EXPECT_THAT(page, Not(HasSubstr("<script")));
     std::size_t count = 0;
     for (std::size_t at = page.find(harmless); at != std::string::npos; at = page.find(harmless, at + 1)) ++count;
@@ -26,7 +26,7 @@ TEST(RecordPage, EscapesEveryTextThatAPersonMayHaveGiven) {
 }
 
 TEST(RecordPage, NeedsNoOtherFile) {
-    const std::string page = record::RecordPage({"Head 1", "good", "", {}, "<svg/>", {}});
+    const std::string page = report::RecordPage({"Head 1", "good", "", {}, "<svg/>", {}});
     for (const char* const reference : {"src=", "href=", "url(", "@import", "http"}) {
         EXPECT_THAT(page, Not(HasSubstr(reference)));
     }
@@ -34,9 +34,9 @@ TEST(RecordPage, NeedsNoOtherFile) {
 }
 
 TEST(RecordPage, IsKnownByItsFirstLine) {
-    const std::string page = record::RecordPage({"Head 1", "good", "", {}, "", {}});
-    EXPECT_TRUE(record::RecordKind().isContentOf(page));
-    EXPECT_FALSE(record::RecordKind().isContentOf("<!DOCTYPE html>\n<html></html>"));
+    const std::string page = report::RecordPage({"Head 1", "good", "", {}, "", {}});
+    EXPECT_TRUE(report::RecordKind().isContentOf(page));
+    EXPECT_FALSE(report::RecordKind().isContentOf("<!DOCTYPE html>\n<html></html>"));
 }
 
 } // namespace

@@ -1,16 +1,19 @@
 #pragma once
 
-#include "maths/CMaCircle.h"
-#include "maths/CMaLine.h"
-#include "maths/CMaPlane.h"
-#include "maths/CMaPointArray.h"
+#include "tools/diagnosis/fit/AxisCircle.h"
 #include "tools/text/Json.h"
 #include "tools/text/Table.h"
 
-namespace qmv40::diagnosis {
+#include <span>
+#include <string>
+#include <vector>
+
+namespace qmv40::report {
 
 /// Shapes fitted to points, with residuals. Lengths are in the unit of the points. A fit that is impossible is thrown
 /// as ComponentError, in the words of the component.
+
+using Points = std::span<const model::Vector3>;
 
 /// One residual for each point, in the order of the points.
 struct Residuals {
@@ -21,37 +24,39 @@ struct Residuals {
     std::size_t Worst() const;
 };
 
-/// Residuals are distances from the circle, never negative.
-struct CircleFit {
-    CMaVector centre;
-    CMaVector normal; ///< of unit length; its sense is arbitrary
-    double radius;
-    Residuals residuals;
-    double arcCovered; ///< degrees: a whole turn less the widest gap between neighbouring points
-};
-
 /// A plane, its direction being the normal, or a line. Residuals of a plane are distances along its normal, with their
 /// sign; those of a line are distances from it, never negative.
 struct FlatFit {
-    CMaVector point;
-    CMaVector direction;
+    model::Vector3 point;
+    model::Vector3 direction; ///< the one whose largest component is positive
     Residuals residuals;
 };
 
-CircleFit FitCircle(const CMaPointArray& points);
-FlatFit FitPlane(const CMaPointArray& points);
-FlatFit FitLine(const CMaPointArray& points);
+diagnosis::fit::AxisCircle FitCircle(Points points);
+FlatFit FitPlane(Points points);
+FlatFit FitLine(Points points);
 
 /// `direction` or its opposite: the one whose angle with `reference` is at most 90 degrees.
-CMaVector Facing(const CMaVector& direction, const CMaVector& reference);
+model::Vector3 Facing(const model::Vector3& direction, const model::Vector3& reference);
 
 /// `direction` or its opposite: the one whose largest component is positive.
-CMaVector WithLargestPositive(const CMaVector& direction);
+model::Vector3 WithLargestPositive(const model::Vector3& direction);
 
-text::Json PointJson(const CMaVector& point);
-text::Json DirectionJson(const CMaVector& direction);
-/// Centre, normal, radius, RMS and residuals.
-text::Json CircleJson(const CircleFit& fit);
+text::Json PointJson(const model::Vector3& point);
+text::Json DirectionJson(const model::Vector3& direction);
+
+/// A circle as it is reported. Residuals are distances from it, never negative.
+struct ReportedCircle {
+    /// `theNormal`: the normal of the circle, or its opposite.
+    ReportedCircle(diagnosis::fit::AxisCircle theCircle, const model::Vector3& theNormal);
+
+    diagnosis::fit::AxisCircle circle;
+    model::Vector3 normal;
+    Residuals residuals;
+
+    /// Centre, normal, radius, RMS and residuals.
+    text::Json Document() const;
+};
 
 /// Fits side by side for a person: one row for each figure, with its unit at the end.
 class FitRows {
@@ -60,8 +65,8 @@ public:
     explicit FitRows(const std::vector<std::string>& titles);
 
     void Add(const std::string& figure, const std::string& unit, const std::vector<std::string>& valueOfEachFit);
-    void AddPoint(const std::string& name, const std::vector<CMaVector>& pointOfEachFit);
-    void AddDirection(const std::string& name, const std::vector<CMaVector>& directionOfEachFit);
+    void AddPoint(const std::string& name, const std::vector<model::Vector3>& pointOfEachFit);
+    void AddDirection(const std::string& name, const std::vector<model::Vector3>& directionOfEachFit);
     /// RMS, the largest residual, and the number of its point, counted from 1.
     void AddResiduals(const std::vector<const Residuals*>& residualsOfEachFit);
     void Print(const text::Console& console) const { table.Print(console); }
@@ -71,9 +76,9 @@ public:
 
 private:
     void AddComponents(const std::string& name, const char* const (&axes)[3], const std::string& unit, int decimals,
-                       const std::vector<CMaVector>& vectorOfEachFit);
+                       const std::vector<model::Vector3>& vectorOfEachFit);
 
     text::Table table;
 };
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::report

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-namespace qmv40::diagnosis::fit {
+namespace qmv40::captures {
 
 /// One captured point: the head's angles as they are written down, in degrees, and the machine position, converted to
 /// that of the locked head.
@@ -49,4 +49,4 @@ inline std::vector<std::size_t> PointRange(std::size_t first, std::size_t last) 
     return points;
 }
 
-} // namespace qmv40::diagnosis::fit
+} // namespace qmv40::captures

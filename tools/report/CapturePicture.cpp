@@ -1,4 +1,4 @@
-#include "tools/record/CapturePicture.h"
+#include "tools/report/CapturePicture.h"
 
 #include "tools/diagnosis/fit/AxisCircle.h"
 #include "tools/model/Angles.h"
@@ -10,7 +10,7 @@
 #include <set>
 #include <span>
 
-namespace qmv40::record {
+namespace qmv40::report {
 
 namespace {
 
@@ -84,10 +84,11 @@ struct Suspects {
 class Panel {
 public:
     Panel(const PicturedCapture& theCapture, const Suspects& theSuspects, bool isOfASet)
-        : capture(theCapture), suspects(theSuspects), isA(isOfASet), first(isOfASet ? 0 : capture.sets.aCount),
-          last(isOfASet ? capture.sets.aCount : capture.sets.points.size()), middle{isOfASet ? 0.5 * panelWidth
-                                                                                             : 1.5 * panelWidth,
-                                                                                    circleMiddle} {
+        : capture(theCapture), suspects(theSuspects), isA(isOfASet), first(isOfASet ? 0 : capture.files.sets.aCount),
+          last(isOfASet ? capture.files.sets.aCount : capture.files.sets.points.size()), middle{isOfASet
+                                                                                                    ? 0.5 * panelWidth
+                                                                                                    : 1.5 * panelWidth,
+                                                                                                circleMiddle} {
         const auto circle = diagnosis::fit::FitAxisCircle(PointsOfTheCircle());
         if (!circle) return;
         isCircle = true;
@@ -111,7 +112,7 @@ private:
         constexpr std::size_t enough = 4;
         std::vector<Vector3> sound, all;
         for (std::size_t i = first; i < last; ++i) {
-            all.push_back(capture.sets.points[i].position);
+            all.push_back(capture.files.sets.points[i].position);
             if (!suspects.all.contains(i)) sound.push_back(all.back());
         }
         return sound.size() >= enough ? sound : all;
@@ -130,7 +131,7 @@ private:
         for (std::size_t i = first; i < last; ++i) {
             const bool isSuspicious = suspects.all.contains(i), isNamed = suspects.named.contains(i);
             if ((i - first) % stride != 0 && i + 1 != last && !isNamed) continue;
-            const Vector3 arm = capture.sets.points[i].position - circle.centre;
+            const Vector3 arm = capture.files.sets.points[i].position - circle.centre;
             const Vector3 inPlane = model::Perpendicular(arm, normal);
             const Vector3 outward = model::SafeUnit(inPlane);
             marks.push_back({{model::Dot(outward, right), -model::Dot(outward, up)},
@@ -143,7 +144,7 @@ private:
         }
     }
     double AngleOf(std::size_t point) const {
-        return isA ? capture.sets.points[point].a : capture.sets.points[point].b;
+        return isA ? capture.files.sets.points[point].a : capture.files.sets.points[point].b;
     }
 
     double FactorOfResiduals() const {
@@ -159,8 +160,8 @@ private:
 
     void DrawTitle() {
         const std::string set = isA ? "A" : "B";
-        const std::string held = isA ? "B = " + text::ExactText(capture.sets.points[first].b)
-                                     : "A = " + text::ExactText(capture.sets.points[first].a);
+        const std::string held = isA ? "B = " + text::ExactText(capture.files.sets.points[first].b)
+                                     : "A = " + text::ExactText(capture.files.sets.points[first].a);
         Write({middle.x, 12.0}, set + " set, at " + held + " deg, " + std::to_string(last - first) + " points", "q-ink",
               3.4, Attribute("font-weight", "bold"));
         if (!isCircle) return Write({middle.x, circleMiddle}, "The points form no circle.", "q-ink", 3.4);
@@ -297,4 +298,4 @@ std::string PictureFileText(const PicturedCapture& capture) {
 
 text::FileKind PictureKind() { return text::KindMarked("a picture of `qmv40 geometry`", pictureMark); }
 
-} // namespace qmv40::record
+} // namespace qmv40::report

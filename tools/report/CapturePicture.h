@@ -1,18 +1,17 @@
 #pragma once
 
-#include "tools/diagnosis/FindingMessage.h"
-#include "tools/diagnosis/fit/CapturedPoint.h"
+#include "tools/captures/CapturedPoint.h"
+#include "tools/report/FindingMessage.h"
 #include "tools/text/OutputFile.h"
 
 #include <string>
 #include <vector>
 
-namespace qmv40::record {
+namespace qmv40::report {
 
-/// A capture that is drawn: both sets, brought to the locked position, and what was found in them.
+/// A capture that is drawn, and what was found in it.
 struct PicturedCapture {
-    const diagnosis::fit::CapturedSets& sets;
-    const diagnosis::CaptureFiles& files;
+    const captures::CaptureFiles& files;
     const std::vector<diagnosis::Finding>& findings;
 };
 
@@ -28,4 +27,4 @@ std::string CapturePicture(const PicturedCapture& capture);
 std::string PictureFileText(const PicturedCapture& capture);
 text::FileKind PictureKind();
 
-} // namespace qmv40::record
+} // namespace qmv40::report

@@ -1,4 +1,4 @@
-#include "tools/record/CapturePicture.h"
+#include "tools/report/CapturePicture.h"
 
 #include "tests/support/SimulatedHead.h"
 #include "tests/tools/view/SvgDocument.h"
@@ -16,8 +16,8 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 
-diagnosis::CaptureFile FileOf(const std::string& name, const Items& items) {
-    diagnosis::CaptureFile file{name, items, {}};
+captures::CaptureFile FileOf(const std::string& name, const Items& items) {
+    captures::CaptureFile file{name, items, {}};
     for (std::size_t i = 0; i < items.size(); ++i) file.lines.push_back(i + 2);
     return file;
 }
@@ -27,8 +27,9 @@ struct DrawnCapture {
     explicit DrawnCapture(std::size_t ofBSet = 13) : bSet(head.BSet(90, static_cast<int>(ofBSet), -180, 180)) {}
 
     SvgElement Picture() const {
-        const diagnosis::CaptureFiles files{FileOf("notes/a<1>.csv", aSet), FileOf("notes/b.csv", bSet)};
-        return ParseSvg(record::CapturePicture({diagnosis::SetsOf(aSet, bSet, {}), files, findings}));
+        const captures::CaptureFiles files{FileOf("notes/a<1>.csv", aSet), FileOf("notes/b.csv", bSet),
+                                           captures::SetsOf(aSet, bSet, {})};
+        return ParseSvg(report::CapturePicture({files, findings}));
     }
 
     SimulatedHead head;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace qmv40::record {
+namespace qmv40::report {
 
 /// One page about a capture, to print and to keep. All texts are plain; the page escapes them.
 
@@ -35,4 +35,4 @@ std::string RecordPage(const Record& record);
 /// The kind of such files.
 text::FileKind RecordKind();
 
-} // namespace qmv40::record
+} // namespace qmv40::report

@@ -1,4 +1,4 @@
-#include "tools/diagnosis/DiagnosisReport.h"
+#include "tools/report/DiagnosisReport.h"
 
 #include "tools/text/Finding.h"
 #include "tools/text/Numbers.h"
@@ -7,11 +7,16 @@
 #include <algorithm>
 #include <cmath>
 
-namespace qmv40::diagnosis {
+namespace qmv40::report {
 
 namespace {
 
+using diagnosis::Diagnosis;
+using diagnosis::Finding;
+using diagnosis::PointDiagnosis;
+using diagnosis::Severity;
 using model::Vector3;
+namespace fit = diagnosis::fit;
 
 constexpr int residualPlaces = 6; // residuals and standard deviations: a small one is tenths of a micrometre
 constexpr int positionPlaces = 4; // positions and angles
@@ -83,7 +88,7 @@ void PrintSecondOpinion(const Diagnosis& diagnosis, const text::Console& console
 /// All points of a capture made by hand; of a larger capture, those farthest from their places.
 std::vector<std::size_t> PointsToShow(const Diagnosis& diagnosis) {
     constexpr std::size_t most = 100, few = 20;
-    std::vector<std::size_t> points = fit::PointRange(0, diagnosis.points.size());
+    std::vector<std::size_t> points = captures::PointRange(0, diagnosis.points.size());
     if (points.size() <= most) return points;
     std::ranges::partial_sort(points, points.begin() + few, std::ranges::greater(),
                               [&](std::size_t i) { return diagnosis.points[i].offPlace; });
@@ -92,7 +97,7 @@ std::vector<std::size_t> PointsToShow(const Diagnosis& diagnosis) {
     return points;
 }
 
-void PrintPoints(const Diagnosis& diagnosis, const CaptureFiles& files, const text::Console& console) {
+void PrintPoints(const Diagnosis& diagnosis, const captures::CaptureFiles& files, const text::Console& console) {
     text::Table table({{"point", text::Table::Align::Left},
                        {"A"},
                        {"B"},
@@ -136,7 +141,7 @@ text::Json EstimateJson(const fit::Estimate& estimate) {
     return {{"value", estimate.value}, {"standardDeviation", estimate.standardDeviation}};
 }
 
-text::Json PointPlaceJson(std::size_t point, const CaptureFiles& files) {
+text::Json PointPlaceJson(std::size_t point, const captures::CaptureFiles& files) {
     return {
         {"axis", files.IsOfASet(point) ? "A" : "B"}, {"file", files.FileOf(point).name}, {"line", files.LineOf(point)}};
 }
@@ -157,8 +162,8 @@ text::Json CapturedPointJson(const PointDiagnosis& point, const HeadAlignmentDat
     return document;
 }
 
-text::Json SetJson(const fit::AxisCircle& circle, double noise, const Diagnosis& diagnosis, const CaptureFiles& files,
-                   std::size_t first) {
+text::Json SetJson(const fit::AxisCircle& circle, double noise, const Diagnosis& diagnosis,
+                   const captures::CaptureFiles& files, std::size_t first) {
     text::Json points = text::Json::Array();
     // More points would make a document too large to be useful.
     constexpr std::size_t most = 10000;
@@ -194,7 +199,7 @@ std::string VerdictOf(const std::vector<Finding>& findings) {
     return "good";
 }
 
-void PrintDiagnosis(const Diagnosis& diagnosis, const CaptureFiles& files, const text::Console& console) {
+void PrintDiagnosis(const Diagnosis& diagnosis, const captures::CaptureFiles& files, const text::Console& console) {
     PrintPrecision(diagnosis, console);
     console.out << '\n';
     PrintSecondOpinion(diagnosis, console);
@@ -202,7 +207,7 @@ void PrintDiagnosis(const Diagnosis& diagnosis, const CaptureFiles& files, const
     PrintPoints(diagnosis, files, console);
 }
 
-void PrintVerdict(const std::vector<Finding>& findings, const CaptureFiles& files, const Vector3& tip,
+void PrintVerdict(const std::vector<Finding>& findings, const captures::CaptureFiles& files, const Vector3& tip,
                   const text::Console& console) {
     const std::string verdict = VerdictOf(findings);
     console.out << console.Strong("Verdict: ") << (verdict == "fault" ? Red(verdict, console) : console.Strong(verdict))
@@ -211,7 +216,7 @@ void PrintVerdict(const std::vector<Finding>& findings, const CaptureFiles& file
     text::PrintFindings(FindingsOf(findings, files, tip), console.out, console.colour);
 }
 
-std::vector<text::Finding> FindingsOf(const std::vector<Finding>& findings, const CaptureFiles& files,
+std::vector<text::Finding> FindingsOf(const std::vector<Finding>& findings, const captures::CaptureFiles& files,
                                       const Vector3& tip) {
     std::vector<text::Finding> shared;
     for (const Finding& finding : findings) {
@@ -231,11 +236,11 @@ std::vector<text::Finding> FindingsOf(const std::vector<Finding>& findings, cons
     return shared;
 }
 
-text::Json FindingsJson(const std::vector<Finding>& findings, const CaptureFiles& files, const Vector3& tip) {
+text::Json FindingsJson(const std::vector<Finding>& findings, const captures::CaptureFiles& files, const Vector3& tip) {
     return {{"verdict", VerdictOf(findings)}, {"findings", text::FindingsJson(FindingsOf(findings, files, tip))}};
 }
 
-text::Json DiagnosisJson(const Diagnosis& diagnosis, const CaptureFiles& files) {
+text::Json DiagnosisJson(const Diagnosis& diagnosis, const captures::CaptureFiles& files) {
     const fit::HeadAxes& axes = diagnosis.axes;
     text::Json document = FindingsJson(diagnosis.findings, files, diagnosis.head.model.tip);
     document["standardDeviations"] = {{"X", axes.headCentre[0].standardDeviation},
@@ -253,4 +258,4 @@ text::Json DiagnosisJson(const Diagnosis& diagnosis, const CaptureFiles& files) 
     return document;
 }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::report

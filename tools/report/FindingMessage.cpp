@@ -1,13 +1,16 @@
-#include "tools/diagnosis/FindingMessage.h"
+#include "tools/report/FindingMessage.h"
 
 #include "tools/text/Numbers.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace qmv40::diagnosis {
+namespace qmv40::report {
 
 namespace {
+
+using diagnosis::Finding;
+using diagnosis::FindingKind;
 
 /// With one decimal from 100 mm on, three from 0.01 mm on, and six below.
 std::string LengthText(double length) {
@@ -24,7 +27,7 @@ std::string ExactAngle(double degrees) { return text::FixedText(degrees, 4) + " 
 /// Writes the message of one finding.
 class MessageWriter {
 public:
-    MessageWriter(const Finding& theFinding, const CaptureFiles& theFiles, const model::Vector3& theTip)
+    MessageWriter(const Finding& theFinding, const captures::CaptureFiles& theFiles, const model::Vector3& theTip)
         : finding(theFinding), files(theFiles), tip(theTip) {}
 
     FindingMessage Message() const {
@@ -385,14 +388,14 @@ private:
     }
 
     const Finding& finding;
-    const CaptureFiles& files;
+    const captures::CaptureFiles& files;
     const model::Vector3& tip;
 };
 
 } // namespace
 
-FindingMessage MessageFor(const Finding& finding, const CaptureFiles& files, const model::Vector3& tip) {
+FindingMessage MessageFor(const Finding& finding, const captures::CaptureFiles& files, const model::Vector3& tip) {
     return MessageWriter(finding, files, tip).Message();
 }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::report

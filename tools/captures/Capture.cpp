@@ -1,8 +1,8 @@
-#include "tools/diagnosis/Capture.h"
+#include "tools/captures/Capture.h"
 
 #include "tools/text/Failures.h"
 
-namespace qmv40::diagnosis {
+namespace qmv40::captures {
 
 namespace {
 
@@ -37,17 +37,17 @@ CaptureFile ReadCapture(const std::string& fileName, text::LengthUnit unit) {
     return file;
 }
 
-std::vector<XYZData> ReadPoints(const std::string& fileName) {
-    std::vector<XYZData> points;
+std::vector<model::Vector3> ReadPoints(const std::string& fileName) {
+    std::vector<model::Vector3> points;
     for (const auto& [line, row] : RowsIn(text::LengthUnit::Millimetre, fileName, text::coordinateColumns)) {
         points.push_back({row[0], row[1], row[2]});
     }
     return points;
 }
 
-fit::CapturedSets SetsOf(std::span<const HeadAlignmentDataItem> aAxis, std::span<const HeadAlignmentDataItem> bAxis,
-                         const model::Vector3& unlocking) {
-    fit::CapturedSets sets{{}, aAxis.size()};
+CapturedSets SetsOf(std::span<const HeadAlignmentDataItem> aAxis, std::span<const HeadAlignmentDataItem> bAxis,
+                    const model::Vector3& unlocking) {
+    CapturedSets sets{{}, aAxis.size()};
     sets.points.reserve(aAxis.size() + bAxis.size());
     for (const auto set : {aAxis, bAxis}) {
         for (const auto& [a, b, x, y, z] : set) sets.points.push_back({a, b, model::Vector3{x, y, z} - unlocking});
@@ -55,4 +55,4 @@ fit::CapturedSets SetsOf(std::span<const HeadAlignmentDataItem> aAxis, std::span
     return sets;
 }
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::captures

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "interface/Records.h"
-#include "tools/diagnosis/fit/CapturedPoint.h"
+#include "tools/captures/CapturedPoint.h"
 #include "tools/text/Csv.h"
 
 #include <string>
 
-namespace qmv40::diagnosis {
+namespace qmv40::captures {
 
 /// The captured points of one axis in millimetres, and their lines in the file.
 struct CaptureFile {
@@ -20,6 +20,7 @@ struct CaptureFile {
 struct CaptureFiles {
     CaptureFile aAxis;
     CaptureFile bAxis;
+    CapturedSets sets = {}; ///< brought to the locked position
 
     bool IsOfASet(std::size_t point) const { return point < aAxis.items.size(); }
     const CaptureFile& FileOf(std::size_t point) const { return IsOfASet(point) ? aAxis : bAxis; }
@@ -42,11 +43,11 @@ CaptureFile ReadCapture(const std::string& fileName, text::LengthUnit unit);
 
 /// The points of a CSV file with the columns XPosition, YPosition, ZPosition, or X, Y, Z; a capture has them. Throws
 /// InputError for a header in inches: results are printed in millimetres.
-std::vector<XYZData> ReadPoints(const std::string& fileName);
+std::vector<model::Vector3> ReadPoints(const std::string& fileName);
 
 /// The points with their angles. `unlocking`, the shift by unlocking, is subtracted from the positions, which brings
 /// them to the locked position.
-fit::CapturedSets SetsOf(std::span<const HeadAlignmentDataItem> aAxis, std::span<const HeadAlignmentDataItem> bAxis,
-                         const model::Vector3& unlocking);
+CapturedSets SetsOf(std::span<const HeadAlignmentDataItem> aAxis, std::span<const HeadAlignmentDataItem> bAxis,
+                    const model::Vector3& unlocking);
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::captures

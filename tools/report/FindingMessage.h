@@ -1,9 +1,9 @@
 #pragma once
 
-#include "tools/diagnosis/Capture.h"
+#include "tools/captures/Capture.h"
 #include "tools/diagnosis/Finding.h"
 
-namespace qmv40::diagnosis {
+namespace qmv40::report {
 
 /// A finding as sentences, and its remedy. Lengths are printed in mm.
 struct FindingMessage {
@@ -12,6 +12,7 @@ struct FindingMessage {
 };
 
 /// `tip`: the stylus tip of the fitted head.
-FindingMessage MessageFor(const Finding& finding, const CaptureFiles& files, const model::Vector3& tip);
+FindingMessage MessageFor(const diagnosis::Finding& finding, const captures::CaptureFiles& files,
+                          const model::Vector3& tip);
 
-} // namespace qmv40::diagnosis
+} // namespace qmv40::report

@@ -1,4 +1,4 @@
-#include "tools/diagnosis/Capture.h"
+#include "tools/captures/Capture.h"
 
 #include "tests/tools/cli/ToolRun.h"
 #include "tools/text/Failures.h"
@@ -14,7 +14,7 @@ namespace {
 constexpr const char* header = "APosition,BPosition,XPosition,YPosition,ZPosition\n";
 
 std::vector<HeadAlignmentDataItem> ReadItems(const std::string& fileName) {
-    return diagnosis::ReadCapture(fileName, text::LengthUnit::Millimetre).items;
+    return captures::ReadCapture(fileName, text::LengthUnit::Millimetre).items;
 }
 
 /// The one point that every accepted spelling below stands for.
@@ -114,10 +114,10 @@ TEST(CaptureFile, IsReadInTheGivenUnitUnlessItsHeaderContradicts) {
         SCOPED_TRACE(each.header + (each.unit == Inch ? std::string("in inches") : "in millimetres"));
         const std::string file = folder.Write("capture.csv", std::string(each.header) + "45,-90,2,2,2\n");
         if (!each.x) {
-            EXPECT_THROW(diagnosis::ReadCapture(file, each.unit), text::InputError);
+            EXPECT_THROW(captures::ReadCapture(file, each.unit), text::InputError);
             continue;
         }
-        const auto items = diagnosis::ReadCapture(file, each.unit).items;
+        const auto items = captures::ReadCapture(file, each.unit).items;
         ASSERT_EQ(1u, items.size());
         EXPECT_EQ(45.0, items[0].APosition);
         EXPECT_EQ(-90.0, items[0].BPosition);
@@ -231,16 +231,16 @@ TEST(CaptureFile, IsRefusedAsAWholeWhenItCannotBeRead) {
 
 TEST(PointFile, NeedsOnlyTheThreeCoordinates) {
     const TemporaryFolder folder;
-    const auto points = diagnosis::ReadPoints(folder.Write("points.csv", "zposition,yposition,xposition\n3,2,1\n"));
+    const auto points = captures::ReadPoints(folder.Write("points.csv", "zposition,yposition,xposition\n3,2,1\n"));
     ASSERT_EQ(1u, points.size());
-    EXPECT_EQ(1.0, points[0].XPosition);
-    EXPECT_EQ(2.0, points[0].YPosition);
-    EXPECT_EQ(3.0, points[0].ZPosition);
+    EXPECT_EQ(1.0, points[0].x);
+    EXPECT_EQ(2.0, points[0].y);
+    EXPECT_EQ(3.0, points[0].z);
 }
 
 TEST(CaptureFile, IsRefusedInAnotherUnitThanItsHeaderGives) {
     const TemporaryFolder folder;
-    EXPECT_THROW(diagnosis::ReadPoints(folder.Write("points.csv", "X [in],Y [in],Z [in]\n")), text::InputError);
+    EXPECT_THROW(captures::ReadPoints(folder.Write("points.csv", "X [in],Y [in],Z [in]\n")), text::InputError);
     const std::string capture = folder.Write("capture.csv", "A,B,X [in],Y [in],Z [in]\n0,0,1,2,3\n");
     const ToolRun run = RunQmv40({"geometry", "--a-axis", capture, "--b-axis", capture});
     EXPECT_EQ(3, run.exitCode);
@@ -251,16 +251,16 @@ TEST(CaptureFile, IsRefusedInAnotherUnitThanItsHeaderGives) {
 
 TEST(PointFile, IsReadInTheDialectsOfCaptures) {
     const TemporaryFolder folder;
-    const auto points = diagnosis::ReadPoints(folder.Write("points.csv", "X [mm];Y [mm];Z [mm]\n1,5;2;3\n"));
+    const auto points = captures::ReadPoints(folder.Write("points.csv", "X [mm];Y [mm];Z [mm]\n1,5;2;3\n"));
     ASSERT_EQ(1u, points.size());
-    EXPECT_EQ(1.5, points[0].XPosition);
+    EXPECT_EQ(1.5, points[0].x);
 }
 
 TEST(PointFile, MayBeACaptureAndIgnoresItsAngles) {
     const TemporaryFolder folder;
-    const auto points = diagnosis::ReadPoints(folder.Write("capture.csv", std::string(header) + "?,?,1,2,3\n"));
+    const auto points = captures::ReadPoints(folder.Write("capture.csv", std::string(header) + "?,?,1,2,3\n"));
     ASSERT_EQ(1u, points.size());
-    EXPECT_EQ(1.0, points[0].XPosition);
+    EXPECT_EQ(1.0, points[0].x);
 }
 
 } // namespace

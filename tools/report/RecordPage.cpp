@@ -1,8 +1,8 @@
-#include "tools/record/RecordPage.h"
+#include "tools/report/RecordPage.h"
 
 #include "tools/view/Markup.h"
 
-namespace qmv40::record {
+namespace qmv40::report {
 
 namespace {
 
@@ -67,4 +67,4 @@ std::string RecordPage(const Record& record) {
 
 text::FileKind RecordKind() { return text::KindMarked("a record of `qmv40 geometry`", recordMark); }
 
-} // namespace qmv40::record
+} // namespace qmv40::report
