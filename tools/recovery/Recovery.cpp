@@ -15,8 +15,9 @@ using model::LeverState;
 /// The plans, when all of them can be run: paths exist only then.
 Plans Runnable(Plans plans) {
     if (motion::CanRun(plans.underWay) && motion::CanRun(plans.back) && motion::CanRun(plans.stay)) return plans;
-    throw text::UsageError{"the plan has a move with a number that is not finite: no machine can have run it. Look at the "
-                           "settings with `qmv40 doctor`"};
+    throw text::UsageError{
+        "the plan has a move with a number that is not finite: no machine can have run it. Look at the "
+        "settings with `qmv40 doctor`"};
 }
 
 } // namespace

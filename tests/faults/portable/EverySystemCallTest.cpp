@@ -134,8 +134,8 @@ TEST_F(EverySystemCall, CanBeTheLastOneOfAKilledSave) {
         }
         ASSERT_FALSE(wasReached) << "no end of system calls";
     }
-    std::cout << "killed before and after each system call, the highest number " << calls << ": " << found[1] << " old files, "
-              << found[2] << " new ones, " << left << " copies left behind" << std::endl;
+    std::cout << "killed before and after each system call, the highest number " << calls << ": " << found[1]
+              << " old files, " << found[2] << " new ones, " << left << " copies left behind" << std::endl;
     EXPECT_GT(found[1], 10) << "there are more calls before the file is replaced";
     EXPECT_GT(found[2], 2) << "there are calls after the file is replaced";
     EXPECT_LE(left, MostCopiesLeft()) << "a copy may be left only between its naming and its renaming";
