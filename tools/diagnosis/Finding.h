@@ -17,7 +17,8 @@ using text::Severity; // a fault: the geometry is wrong, or its correctness cann
 /// are in millimetres, angles in degrees.
 enum class FindingKind {
     TooFewPositions, ///< a set has too few different positions; figure: how many
-    CircleTooSmall,  ///< the circle of a set is too small to have an axis; figure: its radius
+    CircleTooSmall,  ///< the circle of a set is too small to have an axis; figure: its radius, or the median distance
+                     ///< of the points from their centre
     TipInForce,      ///< the points are where the sphere is: a tip offset was in force; detail 1: in one set
     UnitsWrong, ///< figure: the fitted stylus length; reference: the factor that gives millimetres, or the unit of the
                 ///< other set; detail 0: in both sets, 1: in the A set only, 2: in the B set only
@@ -45,7 +46,8 @@ enum class FindingKind {
     Drifts,              ///< the points drift; vector: from the first to the last point
     PointOff,            ///< the point is off its place; figure: how far
     PointSuspicious,     ///< the same, but less than a mistake would cause
-    PointsContradict,    ///< points are off their places, and no known mistake explains it; figure: RMS
+    PointsContradict,    ///< points are off their places, and no known mistake explains it; figure: RMS, or the
+                         ///< standard deviation of a coordinate about the circles
     AnglesInexact,       ///< points are slightly farther off than noise explains; figure: RMS of the excess
     NumbersTooLarge,     ///< the numbers are too large to be judged
     AxesParallel,        ///< figure: angle between the axes
@@ -55,8 +57,8 @@ enum class FindingKind {
     RotationOnWrongSide, ///< figure: the component's rotation, reference: the fitted one
     TipOffAxis,          ///< the same because of the stylus
     RotationDisagrees,   ///< the same without a known reason
-    CentreDisagrees,     ///< figure: distance of the component's head centre from the fitted one, reference: its
-                         ///< standard deviation
+    CentreDisagrees,     ///< figure: distance of the component's head centre from the fitted one, reference: the
+                         ///< standard deviation of its part along one axis
     ComponentDiffers,    ///< component and diagnosis compute different centres of the same points; figure: their
                          ///< distance
     SphereElsewhere,     ///< the head centre is not where the sphere was measured; vector: the difference

@@ -172,7 +172,8 @@ private:
         std::ranges::stable_sort(candidates, {}, [&](const Candidate& each) {
             return Score(each.likelySum, each.Unknowns(), each.alternatives, points);
         });
-        // Candidates without a likely sum come first: they are always fitted.
+        // Candidates without a likely sum do not count towards `most`. With a sum of 0 few others have a better score,
+        // so that practically all of them are fitted.
         std::size_t fitted = 0;
         for (const Candidate& candidate : candidates) {
             if (candidate.likelySum > 0.0 && ++fitted > most) break;
@@ -227,7 +228,7 @@ bool IsBelievable(const fit::HeadModel& model, std::size_t points) {
 }
 
 /// A rewriting is accepted when the head without errors then fits, far better than before and better than any other
-/// explanation.
+/// explanation. It need not fit better than a head whose stylus does not hang or whose errors no real head can have.
 bool TryRewritings(const captures::CapturedSets& sets, const model::Vector3& unlocking, HeadExplained& explained) {
     const double written = explained.plain.NoiseVariance();
     if (IsNoise(explained.plain) && explained.plain.model.StylusHangs()) return false;

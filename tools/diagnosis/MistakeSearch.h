@@ -15,7 +15,7 @@ struct HeadExplained {
 /// Looks for mistakes that explain why points are not at the places that their angles give them. Explanations compete:
 /// the best one leaves the smallest sum of squares, with a penalty for each of its unknowns and for each place at which
 /// it could have been. Every round takes the best one, until none explains more than chance would at
-/// `thresholds::falseAlarmRate`.
+/// `thresholds::falseAlarmRate`, or six rounds are over.
 ///
 /// The explanations are:
 /// - one point, the points of a set up to one or from one on, or a whole set: a wrong angle, by whole index steps or

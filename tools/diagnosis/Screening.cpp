@@ -15,9 +15,10 @@ using ErrorKind = fit::ModelError::Kind;
 
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
-/// Trial angles, degrees: the index positions of the head.
+/// The number of trial angles: from 0 on, in index steps, to one step below a whole turn.
 constexpr int trials = static_cast<int>(360.0 / thresholds::indexStep);
 
+/// Radians.
 double TrialAngle(int trial) { return model::ToRadians(thresholds::indexStep * trial); }
 
 /// The place of the minimum of the parabola through three neighbouring sums, in units of the spacing.

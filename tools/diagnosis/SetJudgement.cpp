@@ -22,7 +22,7 @@ double MedianOf(std::vector<double> values) {
     return *middle;
 }
 
-/// The median distance of the points from their centre. One point that is far off does not change it.
+/// The median distance of the points from their centre. One point that is far off hardly changes it.
 double ReachOf(Points points) {
     const auto median = [&](double Vector3::*axis) {
         std::vector<double> values;

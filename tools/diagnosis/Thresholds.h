@@ -28,8 +28,9 @@ inline constexpr double noiseCeiling = 0.1;
 /// four points, one point that is off by leastWrongPlace gives about this scatter.
 inline constexpr double unevenNoiseCeiling = 0.03;
 
-/// An index position of a head is exact to a few hundredths of a degree. Times the length of the stylus, this is the
-/// part of inexact index positions in the limit for the standard deviation of a coordinate about the fitted head.
+/// An index position of a head is exact to a few hundredths of a degree. This angle moves the tip of the fitted stylus
+/// by a distance. That distance is a part of the limit for the standard deviation of a coordinate about the fitted
+/// head.
 inline constexpr double indexCeiling = 0.02;
 
 /// A fixed part of that limit, added to those of inexact index positions and of the noise. It allows for what the
@@ -64,7 +65,8 @@ inline constexpr double offsetBeyondAnyHead = 0.1;
 /// Axes with a smaller angle between them are not the two axes of a head.
 inline constexpr double nearlyParallel = 30.0;
 
-/// A stylus that is shorter or longer is taken to be given in another unit: 19.5 inches are 495 mm.
+/// A stylus that is shorter or longer is taken to be given in another unit. In inches the length of every stylus up to
+/// 495 mm is a number below 19.5.
 inline constexpr double shortestStylus = 19.5;
 inline constexpr double longestStylus = 2000.0;
 
@@ -85,8 +87,8 @@ inline constexpr double sameComputation = 1e-5;
 inline constexpr double sphereElsewhere = 0.1;
 inline constexpr double otherStylusLength = 5.0;
 
-/// Limits for twice the standard deviation of the rotation, for a warning and for a fault. A lever, 45 from the head
-/// centre, is then off by 0.04 and 0.12.
+/// Limits for twice the standard deviation of the rotation, for a warning and for a fault. The ball of a lever, 36 from
+/// the vertical through the head centre, is then off by 0.03 and 0.09.
 inline constexpr double rotationWithin = 0.05;
 inline constexpr double rotationUnknown = 0.15;
 

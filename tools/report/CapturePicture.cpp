@@ -30,12 +30,12 @@ constexpr double stripMiddle = 112.0;
 constexpr double stripHalf = 9.0;
 constexpr double letters = 2.6;
 
-/// Of a larger set every second, third ... point is drawn, so that at most this many remain, and also the last point
-/// and the points that are named.
+/// Of a set with this many points or more every second, third ... point is drawn, so that at most this many remain, and
+/// also the last point and the points that are named.
 constexpr std::size_t mostPoints = 1000;
 /// Up to this many points have their angle beside them.
 constexpr std::size_t mostAngles = 30;
-/// A finding about more points than this is about a run of them: the first and the last are named.
+/// Of a finding about more points than this only the first and the last are named: mostly they are the ends of a run.
 constexpr std::size_t mostNames = 3;
 
 constexpr const char* pictureStyle =
@@ -63,7 +63,7 @@ struct Mark {
     bool isNamed;
 };
 
-/// The points of the findings, and which of them have their name in the picture.
+/// The points of faults and warnings, and which of them have their name in the picture.
 struct Suspects {
     explicit Suspects(const PicturedCapture& capture) {
         for (const diagnosis::Finding& finding : capture.findings) {

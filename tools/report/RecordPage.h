@@ -8,7 +8,7 @@
 
 namespace qmv40::report {
 
-/// One page about a capture, to print and to keep. All texts are plain; the page escapes them.
+/// One page about a capture, to print and to keep. The texts are plain; the page escapes them.
 
 /// A heading, and below it a table, the first row of which may name the columns.
 struct RecordSection {
@@ -19,10 +19,10 @@ struct RecordSection {
 
 struct Record {
     std::string title;
-    std::string verdict; ///< "good", "warning" or "fault"
+    std::string verdict; ///< "good", "warning" or "fault", nothing else: it is also the name of a style
     std::string meaning; ///< of the verdict, a sentence
     std::vector<text::Finding> findings;
-    std::string picture; ///< an `svg` element; the only text that is taken as it is
+    std::string picture; ///< an `svg` element, which is not escaped
     std::vector<RecordSection> sections;
 };
 

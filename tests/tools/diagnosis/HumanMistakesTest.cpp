@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The number of captures of each kind. A printed seed repeats its failure: `qmv40_mistakes --kind ... --show ALL`.
+/// The number of captures of each kind. MakeCapture with the printed kind and seed repeats a failure.
 constexpr int capturesOfAKind = 2;
 std::uint64_t SeedOf(std::size_t kind, int i) { return 7000 + 100 * kind + static_cast<std::uint64_t>(i); }
 

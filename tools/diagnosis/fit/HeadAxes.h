@@ -26,7 +26,7 @@ struct HeadAxes {
     double CentreStandardDeviation() const;
 };
 
-/// The standard deviation of one coordinate of a point, estimated from the residuals of each circle.
+/// The standard deviation of one coordinate of a point, in each set.
 struct PointNoise {
     double aSet = 0.0;
     double bSet = 0.0;

@@ -118,7 +118,7 @@ struct Gain {
 };
 
 double AngleOfGreatest(const Gain& gain) {
-    // The function has at most two maxima, and none is narrower than an eighth of a turn.
+    // The function has at most two maxima, and the greater one is wider than an eighth of a turn.
     constexpr int samples = 24;
     constexpr double spacing = 2.0 * std::numbers::pi / samples;
     double best = 0.0;

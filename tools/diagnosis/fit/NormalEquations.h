@@ -7,8 +7,9 @@
 
 namespace qmv40::diagnosis::fit {
 
-/// The normal equations of a small linear least-squares problem with up to a dozen unknowns. Unknowns may have
-/// different units: the equations are scaled to a unit diagonal before they are solved.
+/// The normal equations of a small linear least-squares problem: six unknowns for a circle, seven for a head and some
+/// more for each of its errors. Unknowns may have different units: the equations are scaled to a unit diagonal before
+/// they are solved.
 class NormalEquations {
 public:
     explicit NormalEquations(std::size_t unknowns)

@@ -19,7 +19,8 @@ double RotationByQuadrant(const HeadModel& head, std::span<const double> tilts, 
 bool QuadrantIsRight(const HeadModel& head, std::span<const double> tilts, double swivel);
 
 /// The B position at which an A set with these tilts gives the right rotation, also when the mounting differs by up to
-/// 5 degrees. The usual 45, -45, 135 and -135 are tried first. Empty when there is none.
+/// 5 degrees. The index positions from -165 to 165 are tried, the usual 45, -45, 135 and -135 first. Empty when none of
+/// them is right.
 std::optional<double> SwivelWithSafeQuadrant(const HeadModel& head, std::span<const double> tilts);
 
 /// The same head with a straight stylus of equal length.
