@@ -18,8 +18,8 @@ struct CommandEnded {
     ExitCode exitCode;
 };
 
-/// Each function adds one command to the tool. A command throws InputError, UsageError or ComponentError when it cannot
-/// do its work.
+/// Each function adds one command to the tool. A command throws InputError, DoubtfulInput, UsageError or ComponentError
+/// when it cannot do its work.
 
 void AddGeometryCommand(Command tool);
 void AddMoveCommand(Command tool);

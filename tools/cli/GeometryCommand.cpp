@@ -37,7 +37,7 @@ struct GeometryReport : JudgedCapture {
     report::ReportedCircle bAxis;
 };
 
-/// The circle that the judgement fitted. There is none where the points were judged without one.
+/// The circle that the judgement fitted. Where it ended before the fit, the circle is fitted here.
 diagnosis::fit::AxisCircle CircleOf(const JudgedCapture& judged, bool isOfASet) {
     if (judged.diagnosis) return isOfASet ? judged.diagnosis->aCircle : judged.diagnosis->bCircle;
     return report::FitCircle(captures::PositionsOf(judged.capture.sets.Set(isOfASet)));

@@ -33,8 +33,8 @@ void AddPlanSelection(Command& command, PlanSelection& selection);
 /// those of --tour. A tour without --from begins at its first row. Throws UsageError when there are fewer than two.
 std::vector<model::HeadAngles> SelectedPositions(const PlanSelection& selection);
 
-/// The plans of a complete selection. Plans of a file are compared with --from and --to when these are given. Throws
-/// UsageError when the file has another number of plans.
+/// The plans of a complete selection. In plans of a file, --from and --to replace the start and the targets when they
+/// are given. Throws UsageError when the file has another number of plans than --to was given.
 std::vector<plans::Plan> SelectedPlans(const PlanSelection& selection);
 
 } // namespace qmv40::cli

@@ -1,4 +1,4 @@
-// Each test makes one mistake in a good plan and expects the finding with the name of that mistake.
+// Makes single mistakes in a good plan and expects for each the finding with the name of that mistake.
 
 #include "tests/tools/cli/CheckedPlan.h"
 #include "tools/check/Findings.h"

@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-/// The tests read documents with nlohmann's library; the tool writes them with code of its own. Members keep their
-/// order.
+/// The tests read documents with the library with which the tool writes them. Members keep their order.
 using Json = nlohmann::ordered_json;
 
 /// The result of one run of the tool.
