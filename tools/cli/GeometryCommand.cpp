@@ -217,7 +217,7 @@ void AddGeometryCommand(Command tool) {
     AddCaptureFiles(command, options.capture, true);
     command.AddText("--output", options.output, "FILE", "Save the geometry here; without it nothing is written");
     command.AddText("--svg", options.picture, "FILE",
-                    "Draw both circles with the residual of each point, 1000 times as long (SVG)");
+                    "Draw both circles with the residual of each point, up to 1000 times as long (SVG)");
     command.AddText("--record", options.record, "FILE",
                     "Write a page to print and keep: verdict, picture, geometry, capture, settings (HTML)");
     command.AddText("--head", options.headNumber, "NUMBER", "The head's serial number, for the record");

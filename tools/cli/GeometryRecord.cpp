@@ -80,14 +80,12 @@ private:
         return section;
     }
     static void AddAxes(RecordSection& section, const diagnosis::fit::HeadAxes& axes) {
-        const double offVertical =
-            std::hypot(axes.offVerticalTowardsX.standardDeviation, axes.offVerticalTowardsY.standardDeviation);
         section.rows.push_back({"A axis passes B axis at", Fixed(std::abs(axes.axisOffset.value), 4, "mm"),
                                 Fixed(axes.axisOffset.standardDeviation, 4, "mm")});
         section.rows.push_back({"axes out of square by", Fixed(std::abs(axes.squareness.value), 4, "deg"),
                                 Fixed(axes.squareness.standardDeviation, 4, "deg")});
-        section.rows.push_back(
-            {"B axis off the vertical by", Fixed(axes.offVertical, 4, "deg"), Fixed(offVertical, 4, "deg")});
+        section.rows.push_back({"B axis off the vertical by", Fixed(axes.offVertical.value, 4, "deg"),
+                                Fixed(axes.offVertical.standardDeviation, 4, "deg")});
     }
 
     RecordSection Capture() const {

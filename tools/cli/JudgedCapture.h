@@ -38,7 +38,7 @@ void AddJudgingOptions(Command& command, CaptureOptions& options);
 /// --units.
 void AddUnits(Command& command, CaptureOptions& options, const char* description);
 
-/// The number of steps that `text::Progress` shows of a large capture. All take about the same time.
+/// The number of steps that `text::Progress` shows of a large capture.
 inline constexpr std::size_t longStepsOfACapture = 5;
 
 /// Both files, in millimetres, and their points, brought to the locked position. Takes two steps.

@@ -204,7 +204,7 @@ constexpr const char* viewFooter =
     "It is one file, needs no network, and can be sent to anybody. The drawing is a sheet of A4: top, front and side\n"
     "view to one scale, the moves numbered. With --json the document that the page shows is printed.\n"
     "With --a-axis and --b-axis, the capture that the geometry was computed from, the page shows the residual of each\n"
-    "point, 1000 times as long, and what `qmv40 geometry` finds.\n"
+    "point, up to 1000 times as long, and what `qmv40 geometry` finds.\n"
     "Moves with findings are marked. Page and drawing are written in any case; with findings the exit code is 4.";
 
 } // namespace

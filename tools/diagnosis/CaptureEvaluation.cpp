@@ -83,7 +83,7 @@ private:
         }
         if (HasFault()) return;
         if (std::sqrt(VarianceOnCircles()) > thresholds::noiseCeiling) {
-            Add(Kind::PointsContradict, Severity::Fault, std::sqrt(VarianceOnCircles()), 0.0, FarthestOff());
+            Add(Kind::PointsContradict, Severity::Fault, plain.Rms(), 0.0, FarthestOff());
         } else {
             JudgeExactness();
         }
@@ -113,6 +113,7 @@ private:
         std::ranges::partial_sort(order, order.begin() + static_cast<std::ptrdiff_t>(count), std::ranges::greater(),
                                   [this](std::size_t i) { return diagnosis.points[i].offPlace; });
         order.resize(count);
+        std::ranges::sort(order);
         return order;
     }
 
@@ -153,11 +154,9 @@ private:
 
     void JudgeAxes() {
         const fit::HeadAxes& axes = diagnosis.axes;
-        const double lean =
-            std::hypot(axes.offVerticalTowardsX.standardDeviation, axes.offVerticalTowardsY.standardDeviation);
-        // Far from the vertical this standard deviation means nothing.
-        constexpr double far = 5.0;
-        JudgeAxis(Kind::HeadLeans, axes.offVertical, axes.offVertical > far ? 0.0 : lean, thresholds::tiltWorthAWarning,
+        const auto& [lean, deviation] = axes.offVertical;
+        constexpr double wide = 5.0; // degrees: from here on the standard deviation means nothing
+        JudgeAxis(Kind::HeadLeans, lean, lean > wide ? 0.0 : deviation, thresholds::tiltWorthAWarning,
                   thresholds::tiltBeyondAnyHead);
         JudgeAxis(Kind::AxesNotSquare, axes.squareness.value, axes.squareness.standardDeviation,
                   thresholds::tiltWorthAWarning, thresholds::tiltBeyondAnyHead);

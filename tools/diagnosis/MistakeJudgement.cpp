@@ -226,16 +226,15 @@ Finding JudgeRewriting(const Rewriting& rewriting, const fit::HeadModel& model) 
 }
 
 bool MistakesAreTooMany(const captures::CapturedSets& sets, const fit::HeadModel& model) {
-    int runs = 0, all = 0;
+    int runs = 0, points = 0, ofSwaps = 0;
     for (const fit::ModelError& error : model.errors) {
         if (error.IsOfTheHead(sets.points.size())) continue;
         const bool isRun = error.last - error.first > 1;
         const double least = isRun ? thresholds::leastMove : thresholds::leastWrongPlace;
         if (DistanceBy(sets, model, error) < least) continue;
-        if (!error.isSwap || all == 0) ++all;
-        if (isRun) ++runs;
+        ++(isRun ? runs : error.isSwap ? ofSwaps : points);
     }
-    return runs > 1 || all > 3;
+    return runs > 1 || runs + points + (ofSwaps + 1) / 2 > 3; // a swap has two errors
 }
 
 } // namespace qmv40::diagnosis

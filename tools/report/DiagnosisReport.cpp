@@ -55,9 +55,7 @@ void PrintPrecision(const Diagnosis& diagnosis, const text::Console& console) {
     table.Add("rotation about Z", rotation, axes.rotationStandardDeviation, "deg");
     table.Add("A axis passes B axis at", std::abs(axes.axisOffset.value), axes.axisOffset.standardDeviation, "mm");
     table.Add("axes out of square by", std::abs(axes.squareness.value), axes.squareness.standardDeviation, "deg");
-    const double lean =
-        std::max(axes.offVerticalTowardsX.standardDeviation, axes.offVerticalTowardsY.standardDeviation);
-    table.Add("B axis off the vertical by", axes.offVertical, lean, "deg");
+    table.Add("B axis off the vertical by", axes.offVertical.value, axes.offVertical.standardDeviation, "deg");
     console.out << console.Strong("How well they are known") << '\n';
     table.Print(console);
     console.out << "  from " << diagnosis.noise.degreesOfFreedom << " degrees of freedom: a point scatters by ";

@@ -35,9 +35,9 @@ public:
         case FindingKind::TooFewPositions:
             return TooFewPositions();
         case FindingKind::CircleTooSmall:
-            return {"The circle of the " + Set() + " set is too small to have an axis: its radius is " +
+            return {"The circle of the " + Set() + " set is too small to have an axis: its points are " +
                         LengthText(finding.figure) +
-                        ". With A near 0 the stylus hangs, and turning B hardly moves its tip.",
+                        " from their middle. With A near 0 the stylus hangs, and turning B hardly moves its tip.",
                     "Capture the B set again at A = 90 or 75."};
         case FindingKind::TipInForce:
             return {(finding.detail == 0 ? std::string("All points lie") : "The points of the " + Set() + " set lie") +

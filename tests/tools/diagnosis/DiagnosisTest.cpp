@@ -2,6 +2,7 @@
 
 #include "tests/support/ReferenceHeads.h"
 #include "tests/tools/diagnosis/Captures.h"
+#include "tools/diagnosis/MistakeJudgement.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -279,6 +280,39 @@ TEST(Diagnosis, CallsPointsThatFollowNoHeadAContradiction) {
     const diagnosis::Diagnosis diagnosis = DiagnosisOf(aSet, bSet);
     const Finding& finding = Found(diagnosis, Kind::PointsContradict);
     EXPECT_EQ(3u, finding.points.size());
+    EXPECT_TRUE(std::ranges::is_sorted(finding.points)) << "a message counts on their order";
+    EXPECT_NEAR(finding.figure, diagnosis.head.Rms(), 0.2 * finding.figure) << "the sentence calls it RMS";
+}
+
+TEST(Diagnosis, BelievesUpToThreeMistakesAndOneOverARun) {
+    using Error = diagnosis::fit::ModelError;
+    const captures::CapturedSets sets = SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75));
+    const auto place = [](std::size_t point, double size) {
+        return Error{Error::Kind::Place, point, point + 1, {size, 0.0, 0.0}};
+    };
+    const auto swap = [](std::size_t point) {
+        return Error{
+            .kind = Error::Kind::TiltAngle, .first = point, .last = point + 1, .values = {0.5}, .isSwap = true};
+    };
+    const Error run{Error::Kind::Place, 4, 8, {2.0, 0.0, 0.0}};
+    const struct {
+        std::vector<Error> errors;
+        bool areTooMany;
+        const char* why;
+    } cases[] = {{{}, false, "none"},
+                 {{place(0, 2), place(1, 2), place(2, 2)}, false, "three points"},
+                 {{place(0, 2), place(1, 2), place(2, 2), place(3, 2)}, true, "four points"},
+                 {{place(0, 2), place(1, 2), place(2, 2), place(3, 1e-6)}, false, "the fourth is too small"},
+                 {{place(0, 2), place(1, 2), swap(2), swap(3)}, false, "a swap has two errors"},
+                 {{place(0, 2), place(1, 2), place(4, 2), swap(2), swap(3)}, true, "three points, then a swap"},
+                 {{swap(2), swap(3), place(0, 2), place(1, 2), place(4, 2)}, true, "a swap, then three points"},
+                 {{run, place(0, 2), place(1, 2)}, false, "a run and two points"},
+                 {{run, place(0, 2), place(1, 2), place(2, 2)}, true, "a run and three points"},
+                 {{run, Error{Error::Kind::Place, 0, 3, {0.0, 2.0, 0.0}}}, true, "two runs"}};
+    for (const auto& each : cases) {
+        const diagnosis::fit::HeadModel model{{}, 0.0, {0.0, 0.0, -120.0}, each.errors};
+        EXPECT_EQ(each.areTooMany, diagnosis::MistakesAreTooMany(sets, model)) << each.why;
+    }
 }
 
 TEST(Diagnosis, IsMissingForPointsThatFormNoCircle) {

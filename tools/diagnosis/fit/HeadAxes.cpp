@@ -93,14 +93,16 @@ HeadAxes CompareAxes(const AxisCircle& a, const AxisCircle& b, const PointNoise&
     };
     const double between =
         std::atan2(model::SafeLength(model::Cross(a.normal, b.normal)), std::abs(model::Dot(a.normal, b.normal)));
+    const Estimate leanX = estimate(LeanX), leanY = estimate(LeanY);
+    const double offVertical = std::atan2(std::hypot(b.normal.x, b.normal.y), std::abs(b.normal.z));
     return {{estimate(CentreX), estimate(CentreY), estimate(CentreZ)},
             estimate(AxisOffset),
             estimate(Squareness),
-            estimate(LeanX),
-            estimate(LeanY),
+            leanX,
+            leanY,
+            {model::ToDegrees(offVertical), std::hypot(leanX.standardDeviation, leanY.standardDeviation)},
             estimate(AzimuthOfA).standardDeviation,
-            model::ToDegrees(between),
-            model::ToDegrees(std::atan2(std::hypot(b.normal.x, b.normal.y), std::abs(b.normal.z)))};
+            model::ToDegrees(between)};
 }
 
 model::Vector3 NearestPointOfBAxis(const AxisCircle& a, const AxisCircle& b) {

@@ -13,14 +13,16 @@ struct Estimate {
 /// The relation of the axes of the two circles, with standard deviations: from the noise of the points, through the
 /// covariances of both circles. Angles in degrees.
 struct HeadAxes {
-    Estimate headCentre[3];           ///< the point of the B axis nearest to the A axis; not finite for parallel axes
-    Estimate axisOffset;              ///< the distance between the two axes; its sign is arbitrary
-    Estimate squareness;              ///< the angle between the axes minus 90; its sign is arbitrary
-    Estimate offVerticalTowardsX;     ///< the angle by which the B axis leans from the vertical, in the XZ plane
-    Estimate offVerticalTowardsY;     ///< the same in the YZ plane
+    Estimate headCentre[3];       ///< the point of the B axis nearest to the A axis; not finite for parallel axes
+    Estimate axisOffset;          ///< the distance between the two axes; its sign is arbitrary
+    Estimate squareness;          ///< the angle between the axes minus 90; its sign is arbitrary
+    Estimate offVerticalTowardsX; ///< the angle by which the B axis leans from the vertical, in the XZ plane
+    Estimate offVerticalTowardsY; ///< the same in the YZ plane
+    /// The angle between the B axis and the vertical, 0 to 90. Its standard deviation is that of both directions
+    /// together, which is a little too large, and means nothing far from the vertical.
+    Estimate offVertical;
     double rotationStandardDeviation; ///< of the A axis' azimuth, and so of the head's rotation
     double angleBetween;              ///< 0 to 90
-    double offVertical;               ///< of the B axis, 0 to 90
 
     /// The standard deviation of the head centre, in all directions together.
     double CentreStandardDeviation() const;

@@ -41,7 +41,7 @@ TEST(HeadAxes, OfAnIdealHeadMeetAtARightAngleInItsCentre) {
     EXPECT_NEAR(meeting.z, axes.headCentre[2].value, rounding);
     EXPECT_NEAR(0.0, axes.axisOffset.value, rounding);
     EXPECT_NEAR(0.0, axes.squareness.value, rounding);
-    EXPECT_NEAR(0.0, axes.offVertical, rounding);
+    EXPECT_NEAR(0.0, axes.offVertical.value, rounding);
     EXPECT_NEAR(90.0, axes.angleBetween, rounding);
 }
 
@@ -64,7 +64,7 @@ TEST(HeadAxes, ShowByHowMuchTheyAreOutOfSquareAndLean) {
         Compared(About(meeting, {1, 0, 0}, 180, 0, 90, 7), About(meeting, {0, -lean, -1}, 170, 0, 330, 12));
     EXPECT_NEAR(0.0, leaning.offVerticalTowardsX.value, rounding);
     EXPECT_NEAR(0.3, leaning.offVerticalTowardsY.value, rounding) << "whichever way the normal points";
-    EXPECT_NEAR(0.3, leaning.offVertical, rounding);
+    EXPECT_NEAR(0.3, leaning.offVertical.value, rounding);
 }
 
 TEST(HeadAxes, ThatAreParallelEncloseNoAngle) {
