@@ -20,7 +20,8 @@ struct CaptureFile {
 struct CaptureFiles {
     CaptureFile aAxis;
     CaptureFile bAxis;
-    CapturedSets sets = {}; ///< brought to the locked position
+    CapturedSets sets = {};        ///< brought to the locked position
+    model::Vector3 unlocking = {}; ///< the shift by unlocking, which was subtracted from their points
 
     bool IsOfASet(std::size_t point) const { return point < aAxis.items.size(); }
     const CaptureFile& FileOf(std::size_t point) const { return IsOfASet(point) ? aAxis : bAxis; }

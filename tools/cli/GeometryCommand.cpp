@@ -168,7 +168,7 @@ void Run(const GeometryOptions& options, const text::Console& console) {
     RequireFiles(options);
     [[maybe_unused]] const SettingsInUse settings(options, console);
     std::optional<text::Progress> progress(std::in_place, console, "computing the geometry", longStepsOfACapture);
-    const captures::CaptureFiles capture = ReadCapture(options.capture, *progress);
+    const captures::CaptureFiles capture = ReadBothSets(options.capture, *progress);
     component::Calculator calculator;
     const GeometryReport report = Compute(options, capture, calculator, *progress, console);
     progress.reset();

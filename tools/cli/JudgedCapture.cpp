@@ -9,7 +9,7 @@ namespace {
 diagnosis::CaptureUnderTest UnderTest(const CaptureOptions& options, const captures::CaptureFiles& capture,
                                       const ComputedHead& head) {
     diagnosis::CaptureUnderTest test;
-    test.unlocking = UnlockingInForce();
+    test.unlocking = capture.unlocking;
     test.sets = capture.sets;
     test.rotation = head.rotationAroundZ;
     test.headCentre = {head.headCentre.XPosition, head.headCentre.YPosition, head.headCentre.ZPosition};
@@ -22,12 +22,13 @@ diagnosis::CaptureUnderTest UnderTest(const CaptureOptions& options, const captu
 
 } // namespace
 
-captures::CaptureFiles ReadCapture(const CaptureOptions& options, text::Progress& progress) {
+captures::CaptureFiles ReadBothSets(const CaptureOptions& options, text::Progress& progress) {
     captures::CaptureFiles capture;
     capture.aAxis = captures::ReadCapture(options.aAxis, options.unit);
     progress.Advance(1);
     capture.bAxis = captures::ReadCapture(options.bAxis, options.unit);
-    capture.sets = captures::SetsOf(capture.aAxis.items, capture.bAxis.items, UnlockingInForce());
+    capture.unlocking = UnlockingInForce();
+    capture.sets = captures::SetsOf(capture.aAxis.items, capture.bAxis.items, capture.unlocking);
     progress.Advance(1);
     return capture;
 }

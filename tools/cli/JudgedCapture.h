@@ -42,7 +42,7 @@ void AddUnits(Command& command, CaptureOptions& options, const char* description
 inline constexpr std::size_t longStepsOfACapture = 5;
 
 /// Both files, in millimetres, and their points, brought to the locked position. Takes two steps.
-captures::CaptureFiles ReadCapture(const CaptureOptions& options, text::Progress& progress);
+captures::CaptureFiles ReadBothSets(const CaptureOptions& options, text::Progress& progress);
 /// Judges a capture with the answer of a calculator that accepted it. Takes one step before the search for mistakes.
 JudgedCapture Judged(const CaptureOptions& options, const captures::CaptureFiles& capture,
                      component::Calculator& calculator, text::Progress& progress);

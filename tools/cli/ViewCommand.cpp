@@ -69,7 +69,7 @@ std::vector<std::string> Drawings(const view::ViewedTour& view) {
 std::string CaptureFigure(const CaptureOptions& options, const text::Console& console) {
     if (options.aAxis.empty()) return "";
     text::Progress progress(console, "judging the capture", longStepsOfACapture);
-    const captures::CaptureFiles files = ReadCapture(options, progress);
+    const captures::CaptureFiles files = ReadBothSets(options, progress);
     component::Calculator calculator;
     calculator.EnterHeadGeometry(files.aAxis.items, files.bAxis.items);
     const JudgedCapture judged = Judged(options, files, calculator, progress);
