@@ -9,19 +9,18 @@
 #include "tools/text/Progress.h"
 #include "tools/text/Table.h"
 
-#include <algorithm>
-
 namespace qmv40::check {
 
 namespace {
 
-/// Runs a step of the component. False when it refuses the angles.
-template <typename Step> bool IsAccepted(Step&& step) {
+/// Empty when the component refuses the angles.
+std::optional<plans::Plan> PlanBetween(component::Calculator& calculator, const model::HeadAngles& from,
+                                       const model::HeadAngles& to) {
     try {
-        std::forward<Step>(step)();
-        return true;
+        calculator.SetCurrentHeadPosition(from);
+        return plans::Plan{from, to, plans::MovesInOrder(calculator.CalculateMove(to))};
     } catch (const component::ComponentError& error) {
-        if (error.code == QMV_E_INVALID_TARGET) return false;
+        if (error.code == QMV_E_INVALID_TARGET) return std::nullopt;
         throw;
     }
 }
@@ -58,13 +57,8 @@ AllPairs CheckAllPairs(const std::string& geometryFile, const model::HeadModel& 
     text::Progress progress(console, "checking all pairs", all.Pairs());
     for (const model::HeadAngles& from : all.positions) {
         for (const model::HeadAngles& to : all.positions) {
-            RequiredMoves moves{};
-            if (IsAccepted([&] {
-                    calculator.SetCurrentHeadPosition(from);
-                    moves = calculator.CalculateMove(to);
-                })) {
-                const plans::Plan plan{from, to, plans::MovesInOrder(moves)};
-                Take(all, plan, CheckPlan(head, options, plan, surroundings));
+            if (const auto plan = PlanBetween(calculator, from, to)) {
+                Take(all, *plan, CheckPlan(head, options, *plan, surroundings));
             } else {
                 ++all.refused;
             }

@@ -5,7 +5,6 @@
 #include "tools/plans/MoveTable.h"
 #include "tools/plans/Moves.h"
 #include "tools/plans/MovesJson.h"
-#include "tools/text/Finding.h"
 #include "tools/text/Numbers.h"
 #include "tools/text/Table.h"
 
@@ -23,6 +22,8 @@ constexpr int figureDecimals = 4;
 // Clearances are computed to 0.01 mm.
 constexpr int clearanceDecimals = 2;
 
+std::string FigureText(double figure) { return text::FixedText(figure, figureDecimals); }
+
 void PrintMoves(const CheckedPlan& checked, const text::Console& console) {
     text::Table table({{"#"},
                        {"Move", text::Table::Align::Left},
@@ -37,10 +38,9 @@ void PrintMoves(const CheckedPlan& checked, const text::Console& console) {
         const CheckedMove& move = checked.report.moves[i];
         const HeadState& after = move.run.after;
         table.AddRow({std::to_string(i + 1), NameOf(move.run.id), NameOf(after.lever),
-                      after.isOnPeg ? "on peg" : "free", text::FixedText(after.angles.a, figureDecimals),
-                      text::FixedText(after.angles.b, figureDecimals),
-                      text::FixedText(move.clearance.toPoleSphere, figureDecimals),
-                      text::FixedText(move.clearance.toLevers, figureDecimals), ContactOf(move.run.id)});
+                      after.isOnPeg ? "on peg" : "free", FigureText(after.angles.a), FigureText(after.angles.b),
+                      FigureText(move.clearance.toPoleSphere), FigureText(move.clearance.toLevers),
+                      ContactOf(move.run.id)});
     }
     table.Print(console);
 }
@@ -66,14 +66,14 @@ std::vector<NamedFigure> NamedFigures(const Figures& figures) {
             {"targetMiss", "farthest past the target's engagement", figures.targetMiss}};
 }
 
-std::string PlanText(const WorstFigure& worst) {
-    return ", from " + plans::HeadAnglesText(worst.from) + " to " + plans::HeadAnglesText(worst.to);
-}
-
 std::string MoveText(std::size_t index, MoveId id) { return "move " + std::to_string(index + 1) + " " + NameOf(id); }
 
 std::string WhereText(const WorstFigure& worst, const Figures& figures) {
-    return MoveText(worst.move, worst.id) + (figures.Plans() > 1 ? PlanText(worst) : "");
+    std::string where = MoveText(worst.move, worst.id);
+    if (figures.Plans() > 1) {
+        where += ", from " + plans::HeadAnglesText(worst.from) + " to " + plans::HeadAnglesText(worst.to);
+    }
+    return where;
 }
 
 /// For each part and each obstacle that were compared, the smallest clearance.
@@ -207,7 +207,7 @@ const char* ContactOf(MoveId id) {
 
 std::string AmountText(const Finding& finding) {
     if (!finding.amount) return "";
-    const std::string amount = text::FixedText(*finding.amount, figureDecimals) + " " + TextOf(finding.kind).unit;
+    const std::string amount = FigureText(*finding.amount) + " " + TextOf(finding.kind).unit;
     return finding.meeting ? amount + " (" + finding.meeting->part + " to " + finding.meeting->obstacle + ")" : amount;
 }
 
@@ -216,11 +216,10 @@ void PrintFigures(const Figures& figures, const CheckOptions& options, const tex
     text::Table table({{"", text::Table::Align::Left}, {""}, {"", text::Table::Align::Left}});
     for (const NamedFigure& named : NamedFigures(figures)) {
         if (!named.figure) continue;
-        table.AddRow({named.text, text::FixedText(named.figure->value, figureDecimals) + " mm",
-                      WhereText(*named.figure, figures)});
+        table.AddRow({named.text, FigureText(named.figure->value) + " mm", WhereText(*named.figure, figures)});
     }
     if (const std::optional<double> largest = figures.LargestSphere(options)) {
-        table.AddRow({"largest sphere radius still clear", text::FixedText(*largest, figureDecimals) + " mm"});
+        table.AddRow({"largest sphere radius still clear", FigureText(*largest) + " mm"});
     }
     table.Print(console);
     PrintPartClearances(figures, console);

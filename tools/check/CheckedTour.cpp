@@ -61,9 +61,8 @@ CheckedTour CheckTour(std::vector<plans::Plan> plans, const model::HeadModel& he
     Surroundings surroundings(head, options.sizes, options.scene);
     tour.figures = Figures(surroundings);
     for (plans::Plan& plan : plans) {
-        PlanReport report = tour.plans.empty()
-                                ? CheckPlan(head, options, plan, surroundings)
-                                : CheckNextPlan(head, options, plan, tour.plans.back().report, surroundings);
+        const PlanReport* const before = tour.plans.empty() ? nullptr : &tour.plans.back().report;
+        PlanReport report = CheckPlan(head, options, plan, surroundings, before);
         tour.figures.Take(plan, report);
         tour.plans.push_back({std::move(plan), std::move(report)});
     }

@@ -1,7 +1,6 @@
 #include "tools/check/Clearance.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace qmv40::check {
 

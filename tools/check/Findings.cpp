@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 
 namespace qmv40::check {
 
@@ -100,13 +101,9 @@ constexpr std::array texts{
                 "Move nothing. `qmv40 recover` says what to look at; ask again with --during or --after."},
 };
 
-constexpr bool StandInTheirPlaces() {
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        if (texts[i].kind != static_cast<FindingKind>(i)) return false;
-    }
-    return texts.size() == static_cast<std::size_t>(K::StopUnknown) + 1;
-}
-static_assert(StandInTheirPlaces());
+static_assert(texts.size() == static_cast<std::size_t>(K::StopUnknown) + 1 &&
+                  std::ranges::adjacent_find(texts, std::greater_equal(), &FindingText::kind) == texts.end(),
+              "the texts are in the order of the kinds, which are their indices");
 
 } // namespace
 

@@ -77,11 +77,6 @@ std::vector<const char*> NamesOfParts(const PartSizes& sizes) {
     return names;
 }
 
-std::optional<std::size_t> IndexOfTip(const PartSizes& sizes) {
-    if (!sizes.stylus) return std::nullopt;
-    return NamesOfParts(sizes).size() - 1;
-}
-
 std::vector<PartInMove> PartsOf(const motion::ExecutedMove& move, const model::HeadModel& head,
                                 const PartSizes& sizes) {
     constexpr Vector3 centre{};

@@ -43,9 +43,7 @@ struct PartInMove {
 /// The names of the parts, in the order of `PartsOf`.
 std::vector<const char*> NamesOfParts(const PartSizes& sizes);
 
-/// The index of the stylus tip among the parts; empty without a stylus.
-std::optional<std::size_t> IndexOfTip(const PartSizes& sizes);
-
+/// With a stylus, its tip is the last one.
 std::vector<PartInMove> PartsOf(const motion::ExecutedMove& move, const model::HeadModel& head, const PartSizes& sizes);
 
 } // namespace qmv40::check

@@ -1,6 +1,8 @@
 #include "tools/check/MoveRequirements.h"
 
+#include <algorithm>
 #include <array>
+#include <functional>
 
 namespace qmv40::check {
 
@@ -33,13 +35,10 @@ constexpr std::array requirements{
     MoveRequirement{.id = M::DisengageFromLockLever, .ending = Ending::ClearOfLever},
 };
 
-constexpr bool RequirementsStandInTheirPlaces() {
-    for (std::size_t i = 0; i < requirements.size(); ++i) {
-        if (IndexOf(requirements[i].id) != i) return false;
-    }
-    return requirements.size() == plans::moveCount;
-}
-static_assert(RequirementsStandInTheirPlaces());
+static_assert(requirements.size() == plans::moveCount &&
+                  std::ranges::adjacent_find(requirements, std::greater_equal(), &MoveRequirement::id) ==
+                      requirements.end(),
+              "the requirements are in the order of the moves, which are their indices");
 
 } // namespace
 

@@ -20,16 +20,25 @@ constexpr model::Vector3 up{0.0, 0.0, 1.0};
 class PlanCheck {
 public:
     PlanCheck(const model::HeadModel& theHead, const CheckOptions& theOptions, const plans::Plan& thePlan,
-              Surroundings& theSurroundings, const motion::Machine& theMachine)
-        : head(theHead), options(theOptions), plan(thePlan), surroundings(theSurroundings), machine(theMachine) {}
+              Surroundings& theSurroundings, const std::optional<model::Vector3>& start = std::nullopt)
+        : head(theHead), options(theOptions), plan(thePlan), surroundings(theSurroundings),
+          machine(theHead, thePlan.from, start) {}
+
+    /// For a plan after another one. `left`: the head angles at the end of that one.
+    void ContinueFrom(const model::HeadAngles& left, std::vector<motion::ExecutedMove> way) {
+        report.way = std::move(way);
+        FindAbove(model::angleTolerance, K::StartIsNotTheEndBefore, LargestDifference(left, plan.from));
+    }
 
     PlanReport Report() && {
+        CheckOrder();
         const bool ranAll = RunAll();
         index.reset();
         if (ranAll) CheckEnd();
         return std::move(report);
     }
 
+private:
     void CheckOrder() {
         for (std::size_t i = 0; i < std::min(plan.moves.size(), plans::moveCount); ++i) {
             index = i;
@@ -39,12 +48,6 @@ public:
         if (plan.moves.size() != plans::moveCount) Find(K::MoveMissing);
     }
 
-    void CheckStart(const model::HeadAngles& left) {
-        FindAbove(model::angleTolerance, K::StartIsNotTheEndBefore, LargestDifference(left, plan.from));
-    }
-    void SetWay(std::vector<motion::ExecutedMove> way) { report.way = std::move(way); }
-
-private:
     bool RunAll() {
         for (std::size_t i = 0; i < plan.moves.size(); ++i) {
             index = i;
@@ -89,27 +92,17 @@ private:
     }
 
     void CheckStateFor(const motion::ExecutedMove& run) {
+        using enum plans::MoveId;
         const bool isLocked = run.before.lever == model::LeverState::Locked;
-        switch (RequirementOf(run.id).arc) {
-        case MoveRequirement::Arc::AToZero:
-        case MoveRequirement::Arc::BToTarget:
-        case MoveRequirement::Arc::AToTarget:
+        if (run.id == IntermediateAPosition || run.id == MoveToBPosition || run.id == MoveToAPosition) {
             if (isLocked) Find(K::IndexedWhileLocked);
             FindAbove(model::lengthTolerance, K::PegTornOut, run.pulledOff);
             FindAbove(model::angleTolerance, K::HeadAngleOutOfRange, BeyondStops(run.after.angles));
-            break;
-        case MoveRequirement::Arc::Push:
-            if (run.id == plans::MoveId::UnLock && run.after.lever == model::LeverState::Locked)
-                Find(K::LeverNotUnlocked);
-            if (run.id == plans::MoveId::Lock && run.after.lever == model::LeverState::Unlocked)
-                Find(K::LeverNotLocked);
-            break;
-        case MoveRequirement::Arc::Swing:
-        case MoveRequirement::Arc::None:
-            break;
         }
-        if (run.id == plans::MoveId::EngageWithPeg && isLocked) Find(K::EngagedWhileLocked);
-        if (run.id == plans::MoveId::MoveToAPosition) {
+        if (run.id == UnLock && run.after.lever == model::LeverState::Locked) Find(K::LeverNotUnlocked);
+        if (run.id == Lock && run.after.lever == model::LeverState::Unlocked) Find(K::LeverNotLocked);
+        if (run.id == EngageWithPeg && isLocked) Find(K::EngagedWhileLocked);
+        if (run.id == MoveToAPosition) {
             report.targetMiss = model::Distance(run.path.End(), head.EngagementPosition(plan.to));
             FindAbove(model::lengthTolerance, K::TargetPositionMissed, *report.targetMiss);
         }
@@ -291,22 +284,13 @@ CheckedMove CheckedMoveOf(const motion::ExecutedMove& run, const model::HeadMode
 }
 
 PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
-                     Surroundings& surroundings) {
-    PlanCheck check(head, options, plan, surroundings, motion::Machine(head, plan.from, std::nullopt));
-    check.CheckOrder();
-    return std::move(check).Report();
-}
-
-PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
-                         const PlanReport& before, Surroundings& surroundings) {
-    if (before.moves.empty()) return CheckPlan(head, options, plan, surroundings);
-    const motion::ExecutedMove& last = before.moves.back().run;
+                     Surroundings& surroundings, const PlanReport* before) {
+    if (before == nullptr || before->moves.empty()) return PlanCheck(head, options, plan, surroundings).Report();
+    const motion::ExecutedMove& last = before->moves.back().run;
     std::vector<motion::ExecutedMove> way = WayTo(plan, head, last);
     const model::Vector3 start = way.empty() ? last.path.End() : way.back().path.End();
-    PlanCheck check(head, options, plan, surroundings, motion::Machine(head, plan.from, start));
-    check.SetWay(std::move(way));
-    check.CheckStart(last.after.angles);
-    check.CheckOrder();
+    PlanCheck check(head, options, plan, surroundings, start);
+    check.ContinueFrom(last.after.angles, std::move(way));
     return std::move(check).Report();
 }
 

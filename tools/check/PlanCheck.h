@@ -62,12 +62,9 @@ struct PlanReport {
 };
 
 /// For many plans of one head, use one Surroundings object for all: it remembers the moves that it has computed.
+/// `before`: the plan before this one, if there is one. The machine then comes from where that plan left it, at the
+/// safe height, and the plan must begin with the head as that plan left it.
 PlanReport CheckPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
-                     Surroundings& surroundings);
-
-/// The same for a plan after another one: the machine comes from where `before` left it, at the safe height, and the
-/// plan must begin with the head as `before` left it.
-PlanReport CheckNextPlan(const model::HeadModel& head, const CheckOptions& options, const plans::Plan& plan,
-                         const PlanReport& before, Surroundings& surroundings);
+                     Surroundings& surroundings, const PlanReport* before = nullptr);
 
 } // namespace qmv40::check

@@ -80,9 +80,8 @@ PartClearances Surroundings::Measured(const motion::ExecutedMove& move) {
 
 std::optional<double> LowestTip(const motion::ExecutedMove& move, const model::HeadModel& head,
                                 const PartSizes& sizes) {
-    const std::optional<std::size_t> tip = IndexOfTip(sizes);
-    if (!tip) return std::nullopt;
-    return obstacles::ClearanceOf(PartsOf(move, head, sizes)[*tip].moving, obstacles::Table(0.0));
+    if (!sizes.stylus) return std::nullopt;
+    return obstacles::ClearanceOf(PartsOf(move, head, sizes).back().moving, obstacles::Table(0.0));
 }
 
 } // namespace qmv40::check

@@ -116,12 +116,12 @@ public:
     }
 
     void DrawPointsOfWay() {
-        DrawPointOfWay(svg, {x + 1.0, y - 0.8}, 1.0, MoveLevel::Clear);
-        Explain(3.0, "towards you");
-        DrawPointOfWay(svg, {x + 1.0, y - 0.8}, -1.0, MoveLevel::Clear);
-        Explain(3.0, "away from you");
-        DrawPointOfWay(svg, {x + 1.0, y - 0.8}, 0.0, MoveLevel::Clear);
-        Explain(3.0, "stays, or comes from anywhere");
+        const std::pair<double, const char*> directions[] = {
+            {1.0, "towards you"}, {-1.0, "away from you"}, {0.0, "stays, or comes from anywhere"}};
+        for (const auto& [towardsViewer, words] : directions) {
+            DrawPointOfWay(svg, {x + 1.0, y - 0.8}, towardsViewer, MoveLevel::Clear);
+            Explain(3.0, words);
+        }
         BeginRow();
     }
 

@@ -1,7 +1,6 @@
 #include "tools/view/DrawnPlan.h"
 
 #include "tools/check/CheckReport.h"
-#include "tools/model/Angles.h"
 #include "tools/model/Tolerances.h"
 #include "tools/motion/Sampling.h"
 
@@ -35,16 +34,13 @@ std::optional<DrawnHead> HeadAt(const HeadModel& head, const motion::Sample& sam
 
 DrawnMove MoveOf(const check::CheckedPlan& checked, std::size_t index, const std::vector<motion::Sample>& samples,
                  const model::Vector3& pole) {
-    DrawnMove move{index, LevelOf(checked, index), {}, true};
+    std::vector<model::Vector3> way;
     for (const motion::Sample& sample : samples) {
         const model::Vector3 place = sample.position - pole;
-        if (IsDrawn(place)) {
-            move.way.push_back(place);
-        } else {
-            move.isComplete = false;
-        }
+        if (IsDrawn(place)) way.push_back(place);
     }
-    return move;
+    const bool isComplete = way.size() == samples.size();
+    return {index, LevelOf(checked, index), std::move(way), isComplete};
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "tools/view/DrawnView.h"
 
-#include "tools/model/Angles.h"
 #include "tools/text/Numbers.h"
 #include "tools/view/Balloons.h"
 

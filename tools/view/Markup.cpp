@@ -3,7 +3,6 @@
 #include "tools/text/Failures.h"
 #include "tools/text/Json.h"
 
-#include <algorithm>
 #include <map>
 
 namespace qmv40::view {

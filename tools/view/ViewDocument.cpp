@@ -154,9 +154,7 @@ text::Json AllMovesJson(const check::CheckedPlan& checked, const ViewedTour& vie
         move["motion"]["way"] = text::Json::Array();
         for (const motion::ExecutedMove& part : RunsOf(checked.report, i)) {
             move["motion"]["way"].PushBack(ArrayJson(part.path.Start()));
-        }
-        if (view.tour.plans.size() > mostPlansInFull) continue;
-        for (const motion::ExecutedMove& part : RunsOf(checked.report, i)) {
+            if (view.tour.plans.size() > mostPlansInFull) continue;
             for (const motion::Sample& sample : motion::SamplesOf(view.head, part, fineSpacing)) {
                 move["samples"].PushBack(SampleJson(sample, part, view));
             }

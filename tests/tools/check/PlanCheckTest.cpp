@@ -102,7 +102,7 @@ TEST(PlanCheck, ChecksTheWayFromOnePlanToTheNext) {
     const model::HeadModel head = IdealHead();
     const check::PlanReport first = Checked(head, {}, PlanByHand());
     check::Surroundings surroundings(head, {}, {});
-    const check::PlanReport second = check::CheckNextPlan(head, {}, PlanByHand(), first, surroundings);
+    const check::PlanReport second = check::CheckPlan(head, {}, PlanByHand(), surroundings, &first);
     EXPECT_THAT(NamesOf(second), IsEmpty());
     // Up from 10 mm above the ball, across at the safe height, and down to 5 mm beside the ball.
     ASSERT_EQ(2u, second.way.size());
@@ -133,7 +133,7 @@ TEST(PlanCheck, FindsAnObstacleBetweenOnePlanAndTheNext) {
         options.scene.obstacles.push_back(pin(each.place));
         const check::PlanReport first = Checked(head, options, PlanByHand());
         check::Surroundings surroundings(head, options.sizes, options.scene);
-        const check::PlanReport second = check::CheckNextPlan(head, options, PlanByHand(), first, surroundings);
+        const check::PlanReport second = check::CheckPlan(head, options, PlanByHand(), surroundings, &first);
         const bool isFound = std::ranges::any_of(second.findings, [](const check::Finding& finding) {
             return finding.move == 0 && finding.kind == check::FindingKind::TouchesObstacle;
         });
@@ -143,7 +143,7 @@ TEST(PlanCheck, FindsAnObstacleBetweenOnePlanAndTheNext) {
     low.travel[2].largest = 34.0;
     const check::PlanReport first = Checked(head, {}, PlanByHand());
     check::Surroundings surroundings(head, {}, {});
-    const check::PlanReport second = check::CheckNextPlan(head, low, PlanByHand(), first, surroundings);
+    const check::PlanReport second = check::CheckPlan(head, low, PlanByHand(), surroundings, &first);
     EXPECT_EQ(0u, second.findings.front().move);
     EXPECT_THAT(NamesOf(second), testing::Contains("travel-limit-exceeded"));
 }

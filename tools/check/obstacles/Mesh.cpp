@@ -22,11 +22,6 @@ Vector3 Larger(const Vector3& a, const Vector3& b) {
     return {std::max(a.x, b.x), std::max(a.y, b.y), std::max(a.z, b.z)};
 }
 
-double TwiceTheMiddle(const Triangle& triangle, std::size_t axis) {
-    return std::min({triangle.a[axis], triangle.b[axis], triangle.c[axis]}) +
-           std::max({triangle.a[axis], triangle.b[axis], triangle.c[axis]});
-}
-
 /// In a closed surface each edge belongs to two triangles. Corners with equal coordinates are one corner.
 bool IsEveryEdgeShared(const std::vector<Triangle>& triangles) {
     using Corner = std::array<double, 3>;
@@ -77,9 +72,12 @@ void Mesh::Divide(std::uint32_t node) {
     const Vector3 size = box.largest - box.smallest;
     const std::size_t axis = size.x >= size.y && size.x >= size.z ? 0 : size.y >= size.z ? 1 : 2;
     const std::uint32_t middle = first + (last - first) / 2;
-    std::nth_element(
-        triangles.begin() + first, triangles.begin() + middle, triangles.begin() + last,
-        [axis](const Triangle& a, const Triangle& b) { return TwiceTheMiddle(a, axis) < TwiceTheMiddle(b, axis); });
+    const auto twiceTheMiddle = [axis](const Triangle& triangle) {
+        const Box around = BoxOf(triangle);
+        return around.smallest[axis] + around.largest[axis];
+    };
+    std::ranges::nth_element(triangles.begin() + first, triangles.begin() + middle, triangles.begin() + last, {},
+                             twiceTheMiddle);
     nodes[node].left = static_cast<std::uint32_t>(nodes.size());
     nodes.push_back({BoxOf(first, middle), first, middle, 0});
     nodes.push_back({BoxOf(middle, last), middle, last, 0});

@@ -106,10 +106,7 @@ std::vector<Obstacle> ReadObstacles(const std::string& fileName) {
     // Blanks and a byte-order mark may come before a document.
     const std::size_t begin = content.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
     if (begin != std::string::npos && content[begin] == '{') return ObstaclesOf(fileName, content);
-    std::vector<Obstacle> one;
-    one.push_back(
-        ObstacleOf(text::Utf8Name(text::PathOf(fileName).filename()), "mesh", TrianglesOfStl(fileName, content)));
-    return one;
+    return {ObstacleOf(text::Utf8Name(text::PathOf(fileName).filename()), "mesh", TrianglesOfStl(fileName, content))};
 }
 
 } // namespace qmv40::check::obstacles

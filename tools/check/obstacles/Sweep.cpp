@@ -1,8 +1,7 @@
 #include "tools/check/obstacles/Sweep.h"
 
 #include <algorithm>
-#include <cmath>
-#include <vector>
+#include <queue>
 
 namespace qmv40::check::obstacles {
 
@@ -23,9 +22,9 @@ struct Stretch {
     Moment end;
     double atLeast; ///< lower bound of the clearance in it
     double error;   ///< by how much at most the true clearance exceeds `atLeast`
-};
 
-bool IsFartherOff(const Stretch& left, const Stretch& right) { return left.atLeast > right.atLeast; }
+    bool operator>(const Stretch& other) const { return atLeast > other.atLeast; }
+};
 
 bool IsFinite(const Axis& axis) { return IsFinite(axis.from) && IsFinite(axis.to); }
 
@@ -54,10 +53,10 @@ public:
         }
         Add(start, end);
         for (int i = 0; i < mostDivisions; ++i) {
-            if (IsSettled(stretches.front())) break;
+            if (IsSettled(stretches.top())) break;
             DivideFirst();
         }
-        return stretches.front().atLeast - roundings;
+        return stretches.top().atLeast - roundings;
     }
 
 private:
@@ -80,14 +79,12 @@ private:
         }
         if (distance < wanted) atMost = std::min(atMost, distance + off - part.radius);
         const double keptByAxis = std::max(distance - off, solid.SmallestDistance());
-        stretches.push_back({start, end, keptByAxis - part.radius, 2.0 * off});
-        std::ranges::push_heap(stretches, IsFartherOff);
+        stretches.push({start, end, keptByAxis - part.radius, 2.0 * off});
     }
 
     void DivideFirst() {
-        std::ranges::pop_heap(stretches, IsFartherOff);
-        const Stretch first = stretches.back();
-        stretches.pop_back();
+        const Stretch first = stretches.top();
+        stretches.pop();
         const Moment middle = At(0.5 * (first.start.fraction + first.end.fraction));
         const double there = solid.DistanceTo({middle.axis.from, middle.axis.to, middle.axis.to}, atMost + part.radius);
         atMost = std::min(atMost, there - part.radius);
@@ -98,8 +95,8 @@ private:
     const MovingPart& part;
     const Solid& solid;
     double enough;
-    double atMost = std::numeric_limits<double>::infinity(); ///< upper bound of the true clearance
-    std::vector<Stretch> stretches;                          ///< a heap: the one with the smallest bound is first
+    double atMost = std::numeric_limits<double>::infinity();                      ///< upper bound of the true clearance
+    std::priority_queue<Stretch, std::vector<Stretch>, std::greater<>> stretches; ///< the smallest bound on top
 };
 
 } // namespace

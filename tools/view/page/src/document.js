@@ -1,8 +1,17 @@
 // Reads the document that qmv40 view put into the page, writes its numbers as text, and lists its samples in the order
 // of the machine's path. Every number that is shown is a number of the document.
 
-const lengthDecimals = 3;
-export const angleDecimals = 3;
+export const byId = (id) => document.getElementById(id);
+
+/** An element that contains texts and elements. A text is never markup: the document's texts may contain any character. */
+export function element(tag, className = "", ...content) {
+    const made = document.createElement(tag);
+    made.className = className;
+    made.append(...content);
+    return made;
+}
+
+const decimalsOfLengthsAndAngles = 3;
 // The decimals that the tool prints for planned numbers.
 export const plannedDecimals = 4;
 
@@ -16,7 +25,7 @@ export function readDocument() {
 }
 
 /** A number with a fixed number of decimals and a decimal point. null becomes the text "not a number". */
-export function numberText(number, decimals = lengthDecimals) {
+export function numberText(number, decimals = decimalsOfLengthsAndAngles) {
     if (typeof number !== "number") return "not a number";
     const text = number.toFixed(decimals);
     return /^-[0.]*$/.test(text) ? text.slice(1) : text;
@@ -53,11 +62,6 @@ export function levelMeaning(level, levels) {
 export function leverText(sample) {
     if (sample.leverPushed) return "pushed part of the way";
     return sample.lever === "open" ? "unlocked" : sample.lever;
-}
-
-/** The words for what a move must touch. */
-export function contactText(mustTouch) {
-    return mustTouch === "" ? "nothing" : mustTouch;
 }
 
 function stepLength(before, after) {

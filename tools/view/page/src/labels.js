@@ -2,6 +2,7 @@
 // page, so that they stay sharp, and they move apart, so that they can be read.
 
 import { Vector3 } from "three";
+import { element } from "./document.js";
 
 const gap = 3; // pixels between two labels
 // Possible places of a label: right and down of its point, in halves of its size, and a distance in pixels.
@@ -13,8 +14,7 @@ const arm = 34; // of the triad, in its own units
 
 class Label {
     constructor(parent, className) {
-        this.element = document.createElement("span");
-        this.element.className = `label ${className}`;
+        this.element = element("span", `label ${className}`);
         parent.append(this.element);
     }
 

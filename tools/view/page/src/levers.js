@@ -59,8 +59,6 @@ export class Levers {
         this.group.add(cylinder(this.levers[0].pivot, this.levers[1].pivot, hubRadius / 2, material));
     }
 
-    fromHead(at) { return this.sphere.clone().sub(at); }
-
     /** Where the balls are while the head is at `at`. */
     balls(at) { return this.levers.flatMap((lever) => lever.end ? [lever.end.clone().add(at)] : []); }
 
@@ -70,7 +68,7 @@ export class Levers {
      */
     show(state, pushedAt) {
         if (!pushedAt) return this.levers.forEach((lever) => lever.show(state));
-        const sphere = this.fromHead(pushedAt);
+        const sphere = this.sphere.clone().sub(pushedAt);
         const [touched] = this.levers.map((lever) => sphere.clone().sub(lever.pivot)).sort((one, other) => one.length() - other.length());
         const pushed = touched.projectOnPlane(this.right);
         this.levers.forEach((lever) => lever.show(state, lever.pivot.clone().add(pushed)));

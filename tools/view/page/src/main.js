@@ -1,13 +1,12 @@
 // Builds the page: the document, the player, the panels and, if the browser supports it, the picture.
 
-import { framesOf, anglesText, readDocument } from "./document.js";
+import { anglesText, byId, framesOf, readDocument } from "./document.js";
 import { fillSamples } from "./motion.js";
 import { listAssumptions, listFindings, listMoves, offerPlans, showDrawing, showHeading, showLegend, showMachine, showMove } from "./panels.js";
 import { Player } from "./player.js";
-import { createScene } from "./scene.js";
+import { Picture } from "./scene.js";
 import { connectPlayer, markMoves, showTime } from "./timeline.js";
 
-const byId = (id) => document.getElementById(id);
 const orbitStep = Math.PI / 24; // radians
 const zoomStep = 1.15;
 // Seconds. A browser sends no frames to a hidden page: playing continues where it was, not where it would be by now.
@@ -38,7 +37,7 @@ class Viewer {
     /** The picture, or nothing and a sentence that says why. */
     createSceneOrExplain() {
         try {
-            return createScene(this.document, (reason) => this.explainMissingScene(reason));
+            return new Picture(this.document, (reason) => this.explainMissingScene(reason));
         } catch (problem) {
             this.explainMissingScene(problem.message);
             return null;
@@ -57,8 +56,9 @@ class Viewer {
     choosePlan(index) {
         const { plans } = this.document;
         this.planIndex = index;
-        listMoves(this.plan, `Moves from ${anglesText(this.plan.from)} to ${anglesText(this.plan.to)}`, (move) => this.goToStart(move));
-        listFindings(this.plan, (move) => this.goToEnd(move));
+        listMoves(this.plan, `Moves from ${anglesText(this.plan.from)} to ${anglesText(this.plan.to)}`, (move) => this.player.goToStart(move));
+        // The subject of most findings is visible at the end of their move.
+        listFindings(this.plan, (move) => this.player.goToEnd(move));
         showDrawing(index, plans.length);
         fillSamples(this.document, this.plan);
         const frames = framesOf(this.plan);
@@ -76,17 +76,6 @@ class Viewer {
         byId("plan").value = String(index);
         if (step < 0) this.player.toEnd();
         return true;
-    }
-
-    goToStart(move) {
-        this.player.pause();
-        this.player.goTo(this.player.startOf(move));
-    }
-
-    /** The subject of most findings is visible at the end of their move. */
-    goToEnd(move) {
-        this.player.pause();
-        this.player.goTo(this.player.endOf(move));
     }
 
     show() {
@@ -128,15 +117,15 @@ class Viewer {
         return {
             ArrowLeft: () => this.scene?.orbit(orbitStep, 0), ArrowRight: () => this.scene?.orbit(-orbitStep, 0),
             ArrowUp: () => this.scene?.orbit(0, orbitStep), ArrowDown: () => this.scene?.orbit(0, -orbitStep),
-            "+": () => this.scene?.zoom(zoomStep),
+            "+": () => this.scene?.views.zoom(zoomStep),
         }[key];
     }
 
     viewAction(key) {
         return {
             1: () => this.scene?.setView("free"), 2: () => this.scene?.setView("top"), 3: () => this.scene?.setView("front"),
-            4: () => this.scene?.setView("side"), 5: () => this.scene?.setView("contact"), h: () => this.scene?.turnWithHead(), f: () => this.scene?.fit(),
-            "+": () => this.scene?.zoom(zoomStep), "=": () => this.scene?.zoom(zoomStep), "-": () => this.scene?.zoom(1 / zoomStep),
+            4: () => this.scene?.setView("side"), 5: () => this.scene?.setView("contact"), h: () => this.scene?.turnWithHead(), f: () => this.scene?.views.fit(),
+            "+": () => this.scene?.views.zoom(zoomStep), "=": () => this.scene?.views.zoom(zoomStep), "-": () => this.scene?.views.zoom(1 / zoomStep),
         }[key];
     }
 }

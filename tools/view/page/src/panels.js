@@ -1,37 +1,21 @@
 // Everything beside the picture: verdict, machine, move, findings and the list of moves. It works without the picture.
 
-import { anglesText, angleDecimals, contactText, leverText, levelMeaning, numberText, plannedDecimals, clearanceText } from "./document.js";
+import { anglesText, byId, clearanceText, element, levelMeaning, leverText, numberText, plannedDecimals } from "./document.js";
 
 // A clearance to an obstacle is computed to 0.01 mm.
 const nearestDecimals = 2;
 
-const byId = (id) => document.getElementById(id);
-
-/** An element with text. The text is never markup, because the document's texts may contain any character. */
-function element(tag, className = "", text = "") {
-    const made = document.createElement(tag);
-    made.className = className;
-    made.textContent = text;
-    return made;
-}
-
 /** A level as a shape and a word, so that it can be recognised without its colour. */
 function levelMark(level) {
-    const mark = element("span", `level ${level}`);
-    mark.append(element("i", "shape"), element("span", "word", level));
-    return mark;
+    return element("span", `level ${level}`, element("i", "shape"), element("span", "word", level));
 }
 
-function showBadge(badge, verdict) {
-    badge.hidden = false;
-    badge.className = `badge ${verdict.clear ? "clear" : "finding"}`;
-    badge.replaceChildren(element("i", "shape"), verdict.text);
-}
-
-export function showHeading(theDocument) {
-    document.title = theDocument.title;
-    byId("title").textContent = theDocument.title;
-    showBadge(byId("verdict"), theDocument.verdict);
+export function showHeading({ title, verdict }) {
+    document.title = title;
+    byId("title").textContent = title;
+    byId("verdict").hidden = false;
+    byId("verdict").className = `badge ${verdict.clear ? "clear" : "finding"}`;
+    byId("verdict").replaceChildren(element("i", "shape"), verdict.text);
 }
 
 /** Fills the list of plans. It is hidden when there is only one plan. */
@@ -50,12 +34,6 @@ export function showDrawing(planIndex, planCount) {
 }
 
 // The list of moves
-
-function cell(className, ...content) {
-    const made = element("td", className);
-    made.append(...content);
-    return made;
-}
 
 function coordinatesText(vector) {
     return vector.map((value) => numberText(value, plannedDecimals)).join(", ");
@@ -79,11 +57,10 @@ function breakableName(name) {
 }
 
 function rowOf(move, index, go) {
-    const row = element("tr", move.level);
-    const name = element("button", "name");
+    const cell = (className, ...content) => element("td", className, ...content);
+    const name = element("button", "name", ...breakableName(move.name));
     name.type = "button";
-    name.append(...breakableName(move.name));
-    row.append(
+    const row = element("tr", move.level,
         cell("number", String(index + 1)), cell("", name), cell("kind", move.kind), cell("number", clearanceText(move.clearanceToPoleSphere)),
         cell("number", clearanceText(move.clearanceToLevers)), cell("touch", move.mustTouch || clearanceText(null)), cell("", levelMark(move.level)),
         cell("planned", plannedNumbers(move).map((pair) => pair.join(" ")).join("; ")));
@@ -103,31 +80,24 @@ function moveFocus(event, go) {
     target.querySelector("button").focus();
 }
 
-let goFromRow = () => {};
-
 export function listMoves(plan, heading, go) {
     byId("moves-title").textContent = heading;
     byId("rows").replaceChildren(...plan.moves.map((move, i) => rowOf(move, i, go)));
-    goFromRow = go;
+    byId("rows").onkeydown = (event) => moveFocus(event, go);
 }
-
-byId("rows").addEventListener("keydown", (event) => moveFocus(event, goFromRow));
 
 // Findings
 
 function findingItem(finding, go) {
-    const item = element("li");
-    const jump = element("button", "finding-jump");
     const where = finding.move === null ? "The plan as a whole" : `Move ${finding.move}, ${finding.moveName}`;
     const meeting = finding.part ? `${finding.part} to ${finding.obstacle}, ` : "";
     const amount = finding.amount === null ? "" : ` (${meeting}${numberText(finding.amount)} ${finding.unit})`;
+    const jump = element("button", "finding-jump", element("strong", "", where), element("code", "", finding.name),
+        element("span", "", finding.sentence + amount), element("span", "remedy", finding.remedy));
     jump.type = "button";
     jump.disabled = finding.move === null;
-    jump.append(element("strong", "", where), element("code", "", finding.name), element("span", "", finding.sentence + amount),
-                element("span", "remedy", finding.remedy));
     jump.addEventListener("click", () => go(finding.move - 1));
-    item.append(jump);
-    return item;
+    return element("li", "", jump);
 }
 
 export function listFindings(plan, go) {
@@ -140,9 +110,8 @@ export function listFindings(plan, go) {
 // Updated while the machine moves
 
 function showPosition(sample) {
-    ["x", "y", "z"].forEach((axis, i) => { byId(`live-${axis}`).textContent = numberText(sample?.at[i]); });
-    byId("live-a").textContent = numberText(sample?.A, angleDecimals);
-    byId("live-b").textContent = numberText(sample?.B, angleDecimals);
+    const [x, y, z] = sample?.at ?? [];
+    for (const [name, number] of Object.entries({ x, y, z, a: sample?.A, b: sample?.B })) byId(`live-${name}`).textContent = numberText(number);
     byId("live-clearance").textContent = clearanceText(sample?.clearance);
 }
 
@@ -175,14 +144,6 @@ function keepRowInSight(row) {
     else if (bottom > seen.bottom) list.scrollTop += bottom - seen.bottom;
 }
 
-function namedNumbers(pairs) {
-    return pairs.map(([name, text]) => {
-        const pair = element("div");
-        pair.append(element("dt", "", name), element("dd", "", text));
-        return pair;
-    });
-}
-
 /** A clearance to something, or a dash when the move was not run. */
 function measured(number, to) {
     return `${number === null ? clearanceText(number) : `${numberText(number)} mm`} to ${to}`;
@@ -191,7 +152,7 @@ function measured(number, to) {
 function clearanceNumbers(move) {
     return [
         ["Clearance", `${measured(move.clearanceToPoleSphere, "the sphere")}, ${measured(move.clearanceToLevers, "the levers")}`],
-        ["Must touch", contactText(move.mustTouch)],
+        ["Must touch", move.mustTouch || "nothing"],
         ...(move.nearest ? [["Nearest", `${move.nearest.part} to ${move.nearest.obstacle}, ${numberText(move.nearest.clearance, nearestDecimals)} mm at least`]] : []),
     ];
 }
@@ -207,7 +168,8 @@ export function showMove(plan, index, levels) {
     byId("move-level").replaceChildren(levelMark(move.level));
     byId("move-level").title = levelMeaning(move.level, levels);
     byId("move-purpose").textContent = move.purpose;
-    byId("move-planned").replaceChildren(...namedNumbers([...plannedNumbers(move), ...clearanceNumbers(move)]));
+    byId("move-planned").replaceChildren(...[...plannedNumbers(move), ...clearanceNumbers(move)].map(([name, text]) =>
+        element("div", "", element("dt", "", name), element("dd", "", text))));
     markRow(index);
     keepRowInSight(byId("rows").children[index]);
 }
@@ -215,18 +177,14 @@ export function showMove(plan, index, levels) {
 /** Lists the assumptions of the check with the options that change them. */
 export function listAssumptions(assumptions) {
     byId("assumed").replaceChildren(...assumptions.map(({ what, value, option }) => {
-        const row = element("tr");
-        row.append(element("th", "", what), element("td", "", value), element("td", "option", option));
-        row.firstChild.scope = "row";
-        return row;
+        const heading = element("th", "", what);
+        heading.scope = "row";
+        return element("tr", "", heading, element("td", "", value), element("td", "option", option));
     }));
 }
 
 /** The meaning of the colours of the paths. */
 export function showLegend(levels) {
-    byId("legend").replaceChildren(...levels.map(({ name: level }) => {
-        const item = element("li", `level ${level}`);
-        item.append(element("i", "shape"), levelMeaning(level, levels));
-        return item;
-    }));
+    byId("legend").replaceChildren(...levels.map(({ name: level }) =>
+        element("li", `level ${level}`, element("i", "shape"), levelMeaning(level, levels))));
 }

@@ -15,7 +15,6 @@ export class Player {
 
     load(frames) {
         this.frames = frames;
-        this.isPlaying = false;
         this.goTo(0);
     }
 
@@ -31,7 +30,9 @@ export class Player {
         return { frame: next, fraction: (this.time - this.frame.time) / (next.time - this.frame.time) };
     }
 
+    /** Goes to a frame and stops there. */
     goTo(index) {
+        this.isPlaying = false;
         this.index = Math.min(Math.max(index, 0), this.lastIndex);
         this.time = this.frame.time;
         this.onChange();
@@ -56,27 +57,23 @@ export class Player {
 
     /** To the end of this move, or from there to the end of the next one. */
     forward() {
-        this.pause();
         if (this.isAtEnd && this.goBeyond(1)) return;
         const { move, isLast } = this.frame;
-        this.goTo(isLast && !this.isAtEnd ? this.endOf(move + 1) : this.endOf(move));
+        this.goToEnd(isLast && !this.isAtEnd ? move + 1 : move);
     }
 
     /** To the start of this move, or from there to the start of the one before. */
     back() {
-        this.pause();
-        if (this.index === 0 && this.time === this.frame.time && this.goBeyond(-1)) return;
         const isAtStart = this.frame.isFirst && this.time === this.frame.time;
-        this.goTo(this.startOf(isAtStart ? Math.max(this.frame.move - 1, 0) : this.frame.move));
+        if (this.index === 0 && isAtStart && this.goBeyond(-1)) return;
+        this.goToStart(isAtStart ? Math.max(this.frame.move - 1, 0) : this.frame.move);
     }
 
-    step(samples) {
-        this.pause();
-        this.goTo(this.index + samples);
-    }
-
-    toStart() { this.pause(); this.goTo(0); }
-    toEnd() { this.pause(); this.goTo(this.lastIndex); }
+    goToStart(move) { this.goTo(this.startOf(move)); }
+    goToEnd(move) { this.goTo(this.endOf(move)); }
+    step(samples) { this.goTo(this.index + samples); }
+    toStart() { this.goTo(0); }
+    toEnd() { this.goTo(this.lastIndex); }
 
     toggle() { return this.isPlaying ? this.pause() : this.play(); }
 

@@ -6,14 +6,13 @@ import {
 } from "three";
 import { Views } from "./camera.js";
 import { Colours } from "./colours.js";
-import { leverText } from "./document.js";
+import { byId, leverText } from "./document.js";
 import { Head, headReach } from "./head.js";
 import { drawTriad, Labels } from "./labels.js";
 import { Paths } from "./paths.js";
 import { vector } from "./solids.js";
 import { Surroundings } from "./surroundings.js";
 
-const byId = (id) => document.getElementById(id);
 // Lengths are in millimetres.
 // How far the plane of the safe height extends beyond the path.
 const planeMargin = 25;
@@ -47,7 +46,11 @@ function rendererFor(canvas) {
     return new WebGLRenderer({ canvas, context, antialias: true, alpha: true });
 }
 
-class Picture {
+export class Picture {
+    /**
+     * Throws an error with a sentence for the reader when there can be no picture. `onLost` is called with such a
+     * sentence when the browser gives up the picture later.
+     */
     constructor(theDocument, onLost) {
         this.document = theDocument;
         this.element = byId("scene");
@@ -69,7 +72,7 @@ class Picture {
         this.canvas.addEventListener("webglcontextlost", () => onLost(lostWebGl));
         matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => this.refreshColours());
         new ResizeObserver(() => this.resize()).observe(this.element);
-        byId("fit").addEventListener("click", () => this.fit());
+        byId("fit").addEventListener("click", () => this.views.fit());
         for (const button of byId("views").querySelectorAll("[data-view]")) {
             button.addEventListener("click", () => this.setView(button.dataset.view));
         }
@@ -216,9 +219,6 @@ class Picture {
         this.setView(this.views.name);
     }
 
-    fit() { this.views.fit(); }
-    zoom(factor) { this.views.zoom(factor); }
-
     orbit(around, upwards) {
         this.views.orbit(around, upwards);
         this.markView();
@@ -237,7 +237,7 @@ class Picture {
         this.renderer.setSize(width, height);
         this.views.resize(width, height);
         this.labels.measureAgain();
-        if (this.plan) this.fit();
+        if (this.plan) this.views.fit();
     }
 
     requestDrawing() {
@@ -278,12 +278,4 @@ class Picture {
             return { left: box.left - left, right: box.right - left, top: box.top - top, bottom: box.bottom - top };
         });
     }
-}
-
-/**
- * Throws an error with a sentence for the reader when there can be no picture. `onLost` is called with such a sentence
- * when the browser gives up the picture later.
- */
-export function createScene(theDocument, onLost) {
-    return new Picture(theDocument, onLost);
 }

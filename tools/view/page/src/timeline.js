@@ -1,31 +1,22 @@
 // The time line: a slider that shows the place in the plan, over one section for each move.
 
-const byId = (id) => document.getElementById(id);
+import { byId, element } from "./document.js";
+
 // A section that covers a smaller share of the time line is too narrow for the number of its move.
 const leastShareForNumber = 0.028;
 
-/** The moves with the times at which they begin and end. A time is a length of path, in millimetres: see framesOf. */
-function sectionsOf(player, plan) {
-    return plan.moves.map((move, i) => ({
-        move, index: i,
-        from: player.frames[player.startOf(i)].time,
-        to: player.frames[player.endOf(i)].time,
-    }));
-}
-
-function markOf({ move, index, from, to }, duration) {
-    const mark = document.createElement("span");
-    const share = duration > 0 ? (to - from) / duration : 0;
-    mark.className = `mark ${move.level}`;
-    mark.style.left = `${duration > 0 ? 100 * from / duration : 0}%`;
-    mark.style.width = `${100 * share}%`;
-    mark.textContent = share > leastShareForNumber ? String(index + 1) : "";
+/** The section of a move. Times are lengths of path, in millimetres: see framesOf. */
+function markOf(player, move, index) {
+    const [from, to] = [player.startOf(index), player.endOf(index)].map((frame) => player.duration > 0 ? player.frames[frame].time / player.duration : 0);
+    const mark = element("span", `mark ${move.level}`, to - from > leastShareForNumber ? String(index + 1) : "");
+    mark.style.left = `${100 * from}%`;
+    mark.style.width = `${100 * (to - from)}%`;
     return mark;
 }
 
 /** Draws the sections of the plan that the player has loaded. */
 export function markMoves(player, plan) {
-    byId("marks").replaceChildren(...sectionsOf(player, plan).map((section) => markOf(section, player.duration)));
+    byId("marks").replaceChildren(...plan.moves.map((move, i) => markOf(player, move, i)));
     byId("time").max = player.duration;
 }
 
