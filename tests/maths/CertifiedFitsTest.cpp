@@ -16,7 +16,7 @@ namespace {
 using Json = nlohmann::json;
 
 /// The hardest case needs 45 evaluations. A method with linear convergence would need more.
-constexpr long iterationLimit = 45;
+constexpr long evaluationLimit = 45;
 /// The allowed error in floors: the arithmetic has rounding errors too.
 constexpr double floors = 20.0;
 /// In the unit of the points: far below the resolution of any probe.
@@ -76,7 +76,7 @@ TEST(CertifiedFits, CirclesAreRightToTheRoundingOfTheirPoints) {
         const CMaPointArray points = PointsOf(one);
         const Json& certified = one.at("certified");
         CMaCircle circle(1.0);
-        ASSERT_NO_THROW(circle.Fit(points, iterationLimit));
+        ASSERT_NO_THROW(circle.Fit(points, evaluationLimit));
         EXPECT_LE(ErrorOf(circle.GetCentre(), certified.at("center")), Allowed(one, "center"));
         EXPECT_LE(std::fabs(static_cast<double>(static_cast<long double>(circle.GetRadius()) -
                                                 Number(certified.at("radius")))),
