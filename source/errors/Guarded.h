@@ -7,8 +7,8 @@
 
 namespace qmv40 {
 
-/// The boundary of every interface method that returns its failures: runs `body` with the module's floating-point state
-/// and converts a raised error into the method's result. No other code does this.
+/// The boundary of every method of the calculator's two interfaces: runs `body` with the module's floating-point state
+/// and converts a raised error into a result. No other code of the component does this.
 template <typename Body> HRESULT Guarded(Body&& body) {
     const ModuleStateGuard moduleState;
     try {

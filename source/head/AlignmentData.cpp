@@ -142,7 +142,7 @@ void RoundThePole::ValidateSafeArrayData(SAFEARRAY** pAAxisPoints, SAFEARRAY** p
     const SetRules bAxisRules{&HeadAlignmentDataItem::APosition, L"Too Few B Axis Points Supplied",
                               L"Invalid Data. A Axis Must Remain Fixed During B Axis Data Capture"};
     ValidateSet(*pAAxisPoints, aAxisRules, context, aAxisCaptureBPosition);
-    double captureA = 0.0; // not stored: the B circle does not depend on A
+    double captureA = 0.0; // not stored: the axis of the B circle is the same at every A
     ValidateSet(*pBAxisPoints, bAxisRules, context, captureA);
 }
 

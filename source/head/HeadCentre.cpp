@@ -34,8 +34,8 @@ std::unique_ptr<CMaCircle> RoundThePole::FitPointsToACircle(const CMaPointArray&
     return RaisingGeometryErrors(context, [&] {
         CMaPlane plane;
         plane.Fit(points);
-        // The projections are required although they have no effect: each is assigned to the copy that the array
-        // returns, so the circle is fitted to the points as they were captured.
+        // The projections are required although they have no effect: each is assigned to a copy of the point, so the
+        // circle is fitted to the points themselves, as the array holds them.
         for (int i = 0; i < points.GetSize(); ++i) {
             CMaPoint copy = points[i];
             copy = copy.ProjectionOn(plane);

@@ -41,7 +41,8 @@ std::string ReadNumber(const std::string& text, double least, double& number);
 /// Empty unless the number is a length above 0.
 std::optional<double> ParsePositiveLength(const std::string& text);
 
-// The values of these options are of the type, or an optional of it. `unit`: what the help shows for the value.
+// The options below write their value to the last reference: a variable of the value's type (HeadAngles, Vector3 or
+// double), or a std::optional of it. `unit`: the word that the help shows in the place of the value.
 
 /// A position of the head.
 template <typename Angles> Option AddAnglesOption(Command& command, const char* name, Angles& angles) {

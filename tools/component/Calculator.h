@@ -9,7 +9,8 @@
 
 namespace qmv40::component {
 
-/// The component, used through its public interface. Every failure is thrown as ComponentError.
+/// The component, used through its public interface. Every failure that the component reports is thrown as
+/// ComponentError.
 class Calculator {
 public:
     Calculator();
@@ -18,6 +19,7 @@ public:
                            std::span<const HeadAlignmentDataItem> bAxisPoints);
     /// Throws InputError when the file is not there.
     void LoadHeadGeometry(const std::string& fileName);
+    /// Throws InputError when the component cannot be given a name for the file.
     void SaveHeadGeometry(const std::string& fileName);
 
     void SetCurrentHeadPosition(const model::HeadAngles& angles);

@@ -27,8 +27,9 @@ struct SelfCheckGroup {
     std::vector<SelfCheck> checks;
 };
 
-/// Runs all checks with the built-in dimensions of the head. The machine's settings have no influence. Nothing is
-/// written. Throws ComponentError when a call of the component fails.
+/// Runs all checks with the built-in dimensions of the head. The machine's settings have no influence. No file
+/// is written; on Windows there is a temporary registry key while the checks run. Throws ComponentError when a call of
+/// the component fails.
 std::vector<SelfCheckGroup> RunSelfChecks();
 
 } // namespace qmv40::selfcheck

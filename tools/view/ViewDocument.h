@@ -14,15 +14,17 @@ struct ViewedTour {
     check::CheckedTour tour;
 };
 
-/// A page with more plans computes its points from `motion` and has no drawings, so that it stays small.
+/// A page with more plans has no samples and no drawings, so that it stays small: it computes the points of a move from
+/// the move's member `motion` in the document.
 inline constexpr std::size_t mostPlansInFull = 10;
 
 /// The head's name and the stops in one line. For a long tour only the number of plans, its start and its end.
 std::string TitleText(const std::string& name, const std::vector<check::CheckedPlan>& plans);
 
-/// Everything that a page needs to show the plans without computing a coordinate: machine coordinates, mm and degrees.
-/// docs/qmv40.md describes its members. Samples are at most a millimetre or a degree apart. There are none for a move
-/// that could not be run, nor in a document of more than `mostPlansInFull` plans.
+/// Everything that a page needs to show the plans: machine coordinates, mm and degrees. Up to `mostPlansInFull` plans
+/// are shown without computing a coordinate. docs/qmv40.md describes its members. Samples are at most a millimetre or a
+/// degree apart. There are none for a move that could not be run, nor in a document of more than `mostPlansInFull`
+/// plans.
 text::Json ViewDocument(const ViewedTour& view);
 
 /// The document in the form in which a page's script element can hold it: no text in it ends the element or begins

@@ -23,7 +23,8 @@ public:
     virtual double DistanceTo(const Triangle& triangle, double enough) const = 0;
     /// The lower limit of `DistanceTo`.
     virtual double SmallestDistance() const = 0;
-    /// True when the point lies inside, away from the surface.
+    /// True when the point lies inside and its distance to the surface is positive there. False when `DistanceTo` is
+    /// already negative inside, as for Table and Rod.
     virtual bool Contains(const model::Vector3& point) const = 0;
 };
 
@@ -60,9 +61,9 @@ private:
 /// A solid and its name in findings.
 struct Obstacle {
     std::string name;
-    std::string description; ///< "box", "cylinder", "mesh of 12,000 triangles, closed"
+    std::string description; ///< "box", "cylinder", "mesh of 12000 triangles, closed"
     std::shared_ptr<const Solid> solid;
-    std::shared_ptr<const std::vector<Triangle>> surface; ///< for drawings; empty when the solid is drawn otherwise
+    std::shared_ptr<const std::vector<Triangle>> surface; ///< for drawings: the triangles of the solid
 };
 
 } // namespace qmv40::check::obstacles

@@ -11,8 +11,8 @@ struct HeadFit {
     double sumOfSquares = 0.0;             ///< with the weights of the points
     int degreesOfFreedom = 0;              ///< three observations for each point, minus the unknowns
     double mountingVariance = 0.0;         ///< radians squared, for noise of standard deviation 1 in every coordinate
-    model::Vector3 poleVariance;           ///< the same, of the pole in X, Y and Z
-    double tipVariance = 0.0;              ///< the same, of the tip in all directions together
+    model::Vector3 poleVariance; ///< mm squared, for the same noise: of the pole sphere's centre in X, Y and Z
+    double tipVariance = 0.0;    ///< the same, of the tip in all directions together
 
     /// Of the residuals, whatever the weights.
     double Rms() const;
@@ -24,7 +24,8 @@ struct HeadFit {
     double MountingDegrees() const;
 };
 
-/// The fit nearest to `start`, by the Levenberg-Marquardt method. The values of the errors of `start` are fitted too.
+/// The fit nearest to `start`, by the Levenberg-Marquardt method. The values of the errors of `start` are fitted too,
+/// except those that are fixed.
 HeadFit FitHead(std::span<const captures::CapturedPoint> points, const HeadModel& start);
 
 /// The best fit of a head without errors, over all mounting angles.
