@@ -16,7 +16,7 @@ namespace {
 
 constexpr long iterationLimit = 200000;
 
-/// All answers agree to this, in millimetres: the accuracy of our fit for the smallest of the circles.
+/// All answers agree to this, in millimetres.
 constexpr double sameWithin = 1e-9;
 
 CMaCircle Fitted(const Points& points) {

@@ -1,4 +1,4 @@
-# Sourced by ./run, ./test and the programs beside them.
+# Sourced by ./run, ./test, benchmarks/run, and programs in packaging/ and tests/campaigns/.
 
 # ensure_packages <name>...: installs the Debian packages that are missing, and prints their names.
 ensure_packages() {

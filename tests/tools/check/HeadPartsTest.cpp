@@ -78,7 +78,8 @@ TEST(HeadParts, BendNoMoreThanTheirBound) {
     const std::uint64_t seed = std::random_device{}();
     RandomMoves random(seed);
     const model::HeadModel head = IdealHead(17.0, {100.0, -50.0, 30.0});
-    constexpr double tolerance = 1e-7; // rounding of a few 1e-13 mm, divided by the square of the step 0.01
+    // Far above the rounding of a few 1e-13 mm, divided by the square of the step 0.01.
+    constexpr double tolerance = 1e-7;
     for (int i = 0; i < 300; ++i) {
         const motion::ExecutedMove move = random.Next(head);
         const std::vector<check::PartInMove> parts = PartsOf(move, head, withStylus);

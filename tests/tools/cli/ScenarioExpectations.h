@@ -16,7 +16,7 @@ struct Tolerance {
 /// Coordinates of captures are rounded to six decimals: 0.5 nm each, and a few times that in a head centre.
 inline constexpr Tolerance roundedCapture{5e-6, 2e-6, 2e-6};
 /// The noise is 0.001 mm per coordinate. The centre of the A circle then has a standard deviation of about 0.0034 mm;
-/// the tolerance is four times that.
+/// the tolerance is a little more than four times that.
 inline constexpr Tolerance noisyCapture{0.015, 0.003, 0.005};
 
 inline double Radians(double degrees) { return degrees * std::numbers::pi / 180.0; }

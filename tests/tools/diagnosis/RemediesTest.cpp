@@ -32,7 +32,7 @@ public:
     bool Follow(const Finding& finding) {
         const bool cameAgain = std::ranges::find(followed, finding.kind) != followed.end();
         followed.push_back(finding.kind);
-        // A remedy that did not help may only be followed by new sets when it says so.
+        // The remedy did not help before. Now both sets are captured again, and the remedy must say so.
         if (cameAgain) {
             EXPECT_THAT(RemedyOf(finding), HasSubstr("apture both sets again"));
         }
