@@ -220,7 +220,7 @@ private:
 
     /// The standard deviation of the difference of the component's head centre and the fitted one, along one axis.
     double StandardDeviationOfDifference(std::size_t axis) const {
-        const double ofFit = diagnosis.StandardDeviationByFit(diagnosis.head.poleVariance[axis]);
+        const double ofFit = diagnosis.StandardDeviationByFit(diagnosis.head.poleSphereVariance[axis]);
         return std::hypot(diagnosis.axes.headCentre[axis].standardDeviation, ofFit);
     }
 
@@ -235,17 +235,17 @@ private:
             Add(Kind::ComponentDiffers, Severity::Fault, apart);
         }
         for (std::size_t i = 0; i < 3; ++i) {
-            const double difference = centre[i] - diagnosis.head.model.pole[i];
+            const double difference = centre[i] - diagnosis.head.model.poleSphere[i];
             if (std::abs(difference) < thresholds::leastWrongCentre) continue;
             if (!(std::abs(difference) > thresholds::surely * StandardDeviationOfDifference(i))) continue;
-            return Add(Kind::CentreDisagrees, Severity::Fault, model::SafeLength(centre - diagnosis.head.model.pole),
-                       StandardDeviationOfDifference(i));
+            return Add(Kind::CentreDisagrees, Severity::Fault,
+                       model::SafeLength(centre - diagnosis.head.model.poleSphere), StandardDeviationOfDifference(i));
         }
     }
 
     /// Compares the results with what the user has measured by other means.
     void JudgeKnown() {
-        const Vector3 centre = capture.headCentre.value_or(diagnosis.head.model.pole);
+        const Vector3 centre = capture.headCentre.value_or(diagnosis.head.model.poleSphere);
         if (capture.knownSphere) {
             const Vector3 off = centre - *capture.knownSphere;
             const double least =

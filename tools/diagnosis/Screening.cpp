@@ -108,7 +108,7 @@ private:
         const fit::BestHeadResult best = fit::BestHead(groups);
         candidate.likelySum = best.sumOfSquares;
         candidate.start = best.model;
-        candidate.start.pole = candidate.start.pole + mean;
+        candidate.start.poleSphere = candidate.start.poleSphere + mean;
         candidate.start.errors = current.model.errors;
         candidate.start.errors.insert(candidate.start.errors.end(), candidate.errors.begin(), candidate.errors.end());
         candidates.push_back(std::move(candidate));

@@ -73,7 +73,7 @@ void PrintSecondOpinion(const Diagnosis& diagnosis, const text::Console& console
     EstimateTable table;
     table.Add("rotation about Z", head.MountingDegrees(), diagnosis.MountingStandardDeviation(), "deg");
     table.Add("component's rotation differs by", diagnosis.rotationDifference, "deg");
-    for (std::size_t i = 0; i < 3; ++i) table.Add(OfAxis("pole sphere ", i), head.model.pole[i], "mm");
+    for (std::size_t i = 0; i < 3; ++i) table.Add(OfAxis("pole sphere ", i), head.model.poleSphere[i], "mm");
     for (std::size_t i = 0; i < 3; ++i) table.Add(OfAxis("stylus tip ", i), head.model.tip[i], "mm");
     table.Add("RMS of the residuals", head.Rms(), "mm", residualPlaces);
     console.out << console.Strong("Second opinion: the whole head fitted with the captured angles") << '\n';
@@ -179,7 +179,7 @@ text::Json SetJson(const fit::AxisCircle& circle, double noise, const Diagnosis&
 
 text::Json SecondOpinionJson(const Diagnosis& diagnosis) {
     const fit::HeadFit& head = diagnosis.head;
-    return {{"poleSphere", VectorJson(head.model.pole)},
+    return {{"poleSphere", VectorJson(head.model.poleSphere)},
             {"mountingAngle", EstimateJson({head.MountingDegrees(), diagnosis.MountingStandardDeviation()})},
             {"stylusTip", VectorJson(head.model.tip)},
             {"rotationDifference", diagnosis.rotationDifference},

@@ -27,7 +27,7 @@ TEST(SafeArrayLimits, RefuseSizesThatOverflow) {
         const char* why;
     } cases[] = {
         {1U << 20, {1U << 22, 1U << 22}, "wraps to 0"},
-        {40, {most, most}, "wraps to a small number"},
+        {40, {most, most}, "wraps round"},
         {most, {most}, "does not overflow but is larger than any memory"},
         {8, {most, most, most, most}, "wraps more than once"},
     };

@@ -126,14 +126,14 @@ bool HeadModel::StylusHangs() const {
 
 model::Vector3 HeadModel::Position(const captures::CapturedPoint& point, std::size_t index) const {
     const Pose pose(*this, point, index);
-    return pole - TipInFrames(pose, tip).leant + pose.Offset();
+    return poleSphere - TipInFrames(pose, tip).leant + pose.Offset();
 }
 
 void HeadModel::Derivatives(const captures::CapturedPoint& point, std::size_t index,
                             std::span<model::Vector3> out) const {
     const Pose pose(*this, point, index);
     const TipInFrames tipInFrames(pose, tip);
-    // Pole, mounting and tip have the same derivatives as errors of them
+    // Pole sphere, mounting and tip have the same derivatives as errors of them
     DerivativesBy(ModelError::Kind::Place, pose, tipInFrames, out.first(3));
     DerivativesBy(ModelError::Kind::SwivelAngle, pose, tipInFrames, out.subspan(3, 1));
     DerivativesBy(ModelError::Kind::OtherTip, pose, tipInFrames, out.subspan(4, 3));
@@ -152,7 +152,7 @@ void HeadModel::Derivatives(const captures::CapturedPoint& point, std::size_t in
 
 HeadModel HeadModel::Stepped(std::span<const double> step) const {
     HeadModel stepped = *this;
-    stepped.pole = pole + model::Vector3{step[0], step[1], step[2]};
+    stepped.poleSphere = poleSphere + model::Vector3{step[0], step[1], step[2]};
     stepped.mounting += step[3];
     stepped.tip = tip + model::Vector3{step[4], step[5], step[6]};
     std::size_t at = ownUnknowns;

@@ -47,16 +47,16 @@ struct ModelError {
     }
 };
 
-/// The head as the captured angles describe it. With the stylus tip on a sphere at `pole`, the machine stands at
+/// The head as the captured angles describe it. With the stylus tip on a sphere at `poleSphere`, the machine stands at
 ///
-///     pole - Rz(mounting + B) * R(-X, A) * tip
+///     poleSphere - Rz(mounting + B) * R(-X, A) * tip
 ///
 /// while the head is locked. Rotations are right-handed. `tip` is in the head's frame at A = B = 0. The model errors
 /// are added.
 struct HeadModel {
     static constexpr std::size_t ownUnknowns = 7;
 
-    model::Vector3 pole;
+    model::Vector3 poleSphere;
     double mounting = 0.0; ///< radians
     model::Vector3 tip;
     std::vector<ModelError> errors;
@@ -66,7 +66,8 @@ struct HeadModel {
     bool StylusHangs() const;
     /// The machine position for point `index`, captured at the angles that are written down for it.
     model::Vector3 Position(const captures::CapturedPoint& point, std::size_t index) const;
-    /// The derivatives of that position by each unknown: pole, mounting, tip, then the values of the errors in order.
+    /// The derivatives of that position by each unknown: pole sphere, mounting, tip, then the values of the errors in
+    /// order.
     void Derivatives(const captures::CapturedPoint& point, std::size_t index, std::span<model::Vector3> out) const;
     /// The model with its unknowns changed by `step`.
     HeadModel Stepped(std::span<const double> step) const;

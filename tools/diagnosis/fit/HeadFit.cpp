@@ -102,7 +102,7 @@ HeadFit FitHead(std::span<const captures::CapturedPoint> points, const HeadModel
     const auto variance = [&](std::size_t unknown) {
         return covariance ? (*covariance)[unknown][unknown] : std::numeric_limits<double>::infinity();
     };
-    fit.poleVariance = {variance(0), variance(1), variance(2)};
+    fit.poleSphereVariance = {variance(0), variance(1), variance(2)};
     fit.mountingVariance = variance(3);
     fit.tipVariance = variance(4) + variance(5) + variance(6);
     return fit;

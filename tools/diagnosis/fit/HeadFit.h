@@ -11,8 +11,8 @@ struct HeadFit {
     double sumOfSquares = 0.0;             ///< with the weights of the points
     int degreesOfFreedom = 0;              ///< three observations for each point, minus the unknowns
     double mountingVariance = 0.0;         ///< radians squared, for noise of standard deviation 1 in every coordinate
-    model::Vector3 poleVariance; ///< mm squared, for the same noise: of the pole sphere's centre in X, Y and Z
-    double tipVariance = 0.0;    ///< the same, of the tip in all directions together
+    model::Vector3 poleSphereVariance; ///< mm squared, for the same noise: of the pole sphere's centre in X, Y and Z
+    double tipVariance = 0.0;          ///< the same, of the tip in all directions together
 
     /// Of the residuals, whatever the weights.
     double Rms() const;

@@ -208,7 +208,7 @@ BestHeadResult BestHead(std::span<const HeadSums> groups) {
     best.model.mounting = AngleOfGreatest(gain);
     best.model.tip = -(inverse * correlation.At(best.model.mounting));
     const HeadSums& first = groups.front();
-    best.model.pole =
+    best.model.poleSphere =
         (1.0 / first.count) * (first.positions + model::AboutZ(model::Rotation(best.model.mounting),
                                                                TimesColumns(first.turns, best.model.tip)));
     for (const HeadSums& group : groups) {

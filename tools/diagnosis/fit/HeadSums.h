@@ -5,9 +5,9 @@
 namespace qmv40::diagnosis::fit {
 
 /// Sums over points from which the best head for these points follows. Points can be added and removed without
-/// computing the sums of the others again. For a given mounting angle, pole and tip follow from linear equations. The
-/// sum of squares as a function of the mounting angle alone is searched over its whole range, so that the best head is
-/// found for every mounting.
+/// computing the sums of the others again. For a given mounting angle, pole sphere and tip follow from linear
+/// equations. The sum of squares as a function of the mounting angle alone is searched over its whole range, so that
+/// the best head is found for every mounting.
 ///
 /// Sums lose digits when coordinates are large compared with their differences. Shift the points near the origin first.
 struct HeadSums {
@@ -40,11 +40,11 @@ private:
 };
 
 struct BestHeadResult {
-    HeadModel model; ///< with the pole of the first group
+    HeadModel model; ///< with the pole sphere of the first group
     double sumOfSquares = 0.0;
 };
 
-/// The best head for points in one or more groups, each with a pole of its own.
+/// The best head for points in one or more groups, each with a pole sphere of its own.
 BestHeadResult BestHead(std::span<const HeadSums> groups);
 
 } // namespace qmv40::diagnosis::fit

@@ -26,7 +26,7 @@ double RotationByQuadrant(const HeadModel& head, std::span<const double> tilts, 
     bool xInside = true;
     bool yInside = true;
     for (const double tilt : tilts) {
-        const model::Vector3 arm = ideal.Position({tilt, swivel, {}}, 0) - ideal.pole;
+        const model::Vector3 arm = ideal.Position({tilt, swivel, {}}, 0) - ideal.poleSphere;
         if (arm.x > margin) xInside = false;
         if (arm.y > margin) yInside = false;
     }

@@ -15,7 +15,7 @@ using Kind = diagnosis::fit::ModelError::Kind;
 
 diagnosis::fit::HeadModel ModelOf(const SimulatedHead& head) {
     diagnosis::fit::HeadModel model;
-    model.pole = {head.pole[0], head.pole[1], head.pole[2]};
+    model.poleSphere = {head.poleSphere[0], head.poleSphere[1], head.poleSphere[2]};
     model.mounting = model::ToRadians(head.mountingAngle);
     model.tip = {head.stylus[0], head.stylus[1], head.stylus[2]};
     return model;
@@ -23,7 +23,7 @@ diagnosis::fit::HeadModel ModelOf(const SimulatedHead& head) {
 
 SimulatedHead SomeHead() {
     SimulatedHead head;
-    head.pole = {-265.75, 320.125, -480.5};
+    head.poleSphere = {-265.75, 320.125, -480.5};
     head.mountingAngle = 31.5;
     head.stylus = {12.0, -7.0, -195.5};
     head.lockedToUnlocked = {0.0, 0.0, 0.0};
@@ -100,9 +100,9 @@ TEST(HeadModel, DriftsFromNothingAtTheFirstPointToAllAtTheLast) {
 TEST(HeadModel, LeaningTurnsEverythingAboutThePole) {
     diagnosis::fit::HeadModel model = ModelOf(SomeHead());
     const captures::CapturedPoint point{30.0, -45.0, {}};
-    const model::Vector3 upright = model.Position(point, 0) - model.pole;
+    const model::Vector3 upright = model.Position(point, 0) - model.poleSphere;
     model.errors.push_back({Kind::LeaningHead, 0, 1, {model::ToRadians(90), 0.0}});
-    const model::Vector3 leant = model.Position(point, 0) - model.pole;
+    const model::Vector3 leant = model.Position(point, 0) - model.poleSphere;
     EXPECT_NEAR(0.0, Length(leant - model::Vector3{upright.x, -upright.z, upright.y}), 1e-10)
         << "a quarter turn about X";
 }
