@@ -11,7 +11,8 @@ namespace {
 /// The setters of the record take non-const text but do not change it.
 LPOLESTR AsSetterText(const wchar_t* text) noexcept { return const_cast<LPOLESTR>(text); }
 
-/// Sets the thread's error record. Returns S_OK, or the code of the step that failed.
+/// Sets the thread's error record. Returns S_OK, or the failure code of creating or setting the record. A text that
+/// cannot be stored is left out without a failure.
 HRESULT SetErrorRecord(const ErrorContext& context) {
     ComPointer<ICreateErrorInfo> builder;
     const HRESULT created = CreateErrorInfo(builder.Receive());

@@ -27,7 +27,8 @@ class ProfileWriter;
 /// codes (RaiseError.h).
 class RoundThePole {
 public:
-    /// The ideal head at the origin: ideal axes, the drive cup of the settings, everything else zero.
+    /// The ideal head at the origin: ideal axes and approach direction, the drive cup of the settings, everything else
+    /// zero.
     RoundThePole();
     RoundThePole(const RoundThePole&) = delete;
     RoundThePole& operator=(const RoundThePole&) = delete;
@@ -69,6 +70,7 @@ public:
 
     /// Z of the head centre plus 35.0: a height above the pole sphere and both levers.
     double SafePositionZ() const noexcept { return safePositionZ; }
+    /// This and the next one are only kept for the geometry file: 0 unless a loaded file gives another number.
     double SafePositionX() const noexcept { return safePositionX; }
     double SafePositionY() const noexcept { return safePositionY; }
 

@@ -58,7 +58,8 @@ struct CheckedPlan {
     PlanReport report;
 };
 
-/// Plans that were checked one after the other: each begins where the one before ended.
+/// Plans that were checked one after the other: each has to begin where the one before ended. For viewing, also the two
+/// ways out of a stopped plan, which begin at one place.
 struct CheckedTour {
     std::vector<CheckedPlan> plans;
     Figures figures;

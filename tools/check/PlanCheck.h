@@ -38,7 +38,7 @@ double LargestDifference(const model::HeadAngles& left, const model::HeadAngles&
 struct CheckedMove {
     motion::ExecutedMove run;
     Clearance clearance;
-    PartClearances around;           ///< of every part of the head to every obstacle
+    PartClearances around;           ///< of the parts of the head to the obstacles: see Surroundings::Of
     std::optional<double> lowestTip; ///< Z of the stylus tip's lowest point, mm; empty without a stylus
     /// Height above the safe height, mm: of the lowest point of a move that must stay above it, of the end of a move
     /// that must only end above it; empty for all others.
@@ -49,7 +49,7 @@ CheckedMove CheckedMoveOf(const motion::ExecutedMove& run, const model::HeadMode
                           Surroundings& surroundings);
 
 struct PlanReport {
-    /// Those that were run: all, unless one has a number that is not finite. The way from the plan before counts as a
+    /// Those that were run: all, unless one cannot be run (Machine::CanRun). The way from the plan before counts as a
     /// part of the first one.
     std::vector<CheckedMove> moves;
     std::vector<motion::ExecutedMove> way; ///< from the end of the plan before to the start of the first move

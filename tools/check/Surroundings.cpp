@@ -11,8 +11,8 @@ namespace {
 // A stem of this length ends far below any table.
 constexpr double stemLength = 2000.0; // mm
 // Two moves are taken for the same only when their numbers differ by less: the end of a swing about the pole has
-// rounding errors in its last digits. Every clearance is lowered by an allowance for rounding that is larger than this
-// difference.
+// rounding errors in its last digits. A clearance is lowered by an allowance for rounding that is larger than this
+// difference, except when the part begins inside an obstacle.
 constexpr double sameNumber = 1e-8; // mm or degrees
 
 } // namespace

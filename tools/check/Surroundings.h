@@ -7,7 +7,7 @@
 #include <array>
 #include <map>
 
-/// The obstacles around the head, and the clearance of every part of the head to each of them in a move.
+/// The obstacles around the head, and the clearances of the parts of the head to them in a move.
 
 namespace qmv40::check {
 

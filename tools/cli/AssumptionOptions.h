@@ -16,8 +16,8 @@ struct AssumptionOptions {
     check::CheckOptions Read() const;
 };
 
-/// Options of every command that checks plans: sizes of sphere, levers, head and stylus, clearance, table, travel,
-/// obstacles.
+/// Options of the commands that show the result of a check (`qmv40 export` checks without them): sizes of sphere, stem,
+/// levers, head and stylus, clearance, table, travel, obstacles.
 void AddAssumptionOptions(Command& command, AssumptionOptions& assumptions);
 
 } // namespace qmv40::cli

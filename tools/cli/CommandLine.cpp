@@ -69,8 +69,8 @@ std::pair<const CLI::App*, std::size_t> Named(const CLI::App& root, std::span<co
     return {command, count};
 }
 
-/// Empty when the arguments name a command that can be run. Otherwise a message with the known commands, which the
-/// parser's own message does not have.
+/// Empty when the arguments name a command that can be run, or when an option stands where a command is missing.
+/// Otherwise a message with the known commands, which the parser's own message does not have.
 std::string ProblemWithCommand(const CLI::App& root, std::span<const std::string> arguments) {
     const auto [command, count] = Named(root, arguments);
     std::vector<std::string> names;

@@ -33,7 +33,8 @@ private:
 };
 
 /// A command, or the tool itself. A name that begins with two dashes is an option; any other name is a positional
-/// argument. The variables that options fill must exist until the command line was run. Descriptions have no full stop.
+/// argument. The variables that options fill must exist until the command line was run. Descriptions do not end
+/// with a full stop.
 class Command {
 public:
     /// Takes a value and returns what is wrong with it, or an empty text.

@@ -16,7 +16,7 @@ struct ComputedHead {
 /// The answer of a calculator that was given a geometry.
 ComputedHead AnswerOf(component::Calculator& calculator);
 
-/// The locked-to-unlocked offset that is in force on this machine.
+/// The locked-to-unlocked offset in force: of --settings, or of this machine.
 model::Vector3 UnlockingInForce();
 
 } // namespace qmv40::cli

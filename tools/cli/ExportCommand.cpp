@@ -32,7 +32,7 @@ double SafeHeight(const ExportCommandOptions& options, const model::HeadModel& h
                            " mm upwards"};
 }
 
-/// A tour with findings is not exported, because the machine would execute it.
+/// A tour with findings is not exported unless it is forced, because the machine would execute it.
 void RequireSound(const check::CheckedTour& tour, bool force, const text::Console& console) {
     if (tour.Findings() == 0) return;
     check::PrintCheckedTour(tour, {}, false, {console.err, console.err});

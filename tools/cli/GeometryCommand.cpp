@@ -106,8 +106,8 @@ void PrintReport(const GeometryReport& report, const captures::CaptureFiles& cap
     report::PrintDiagnosis(*report.diagnosis, capture, console);
 }
 
-/// The component refused the capture. When the angles alone show the reason, it is printed beside the component's
-/// message.
+/// The component refused the capture. When the angles or the points show the reason, it is printed beside the
+/// component's message.
 [[noreturn]] void Refuse(const component::ComponentError& error, const captures::CaptureFiles& capture, bool json,
                          const text::Console& console) {
     const captures::CapturedSets& sets = capture.sets;

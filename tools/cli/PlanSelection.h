@@ -14,8 +14,8 @@ namespace qmv40::cli {
 struct PlanSelection {
     GeometryOption geometry;
     std::optional<model::HeadAngles> from;
-    std::vector<model::HeadAngles> targets; ///< of --to, then of --tour
-    std::string tour;                       ///< a file of positions; read by SelectedPlans
+    std::vector<model::HeadAngles> targets; ///< of --to
+    std::string tour;                       ///< a file of positions; read by SelectedPositions
     std::string file;                       ///< empty: the component plans
 
     bool IsComplete() const { return !file.empty() || !tour.empty() || (from && !targets.empty()); }

@@ -12,7 +12,7 @@ namespace qmv40::selfcheck {
 
 namespace {
 
-// Coordinates of some hundreds of millimetres have rounding errors of about 1e-13. A wrong sign or constant changes
+// Coordinates of some hundreds of millimetres have rounding errors of about 1e-13. A wrong sign or dimension changes
 // them by more than a micrometre.
 constexpr double lengthTolerance = 1e-9;
 constexpr double angleTolerance = 1e-9;

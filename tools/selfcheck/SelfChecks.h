@@ -5,8 +5,9 @@
 
 namespace qmv40::selfcheck {
 
-/// The signs and constants of the component, compared with numbers that were worked out without it: by hand, or from
-/// closed formulas. The component is used only through its public interface.
+/// The signs and constants of the component, compared with numbers that were worked out without it: by hand, from
+/// closed formulas, or from the design. One check compares the end of an arc of a plan with a later position of the
+/// same plan. The component is used only through its public interface.
 
 /// One number or one point: expected, and as the build computes it.
 struct SelfCheck {
