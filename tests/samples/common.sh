@@ -1,4 +1,5 @@
-# Sourced by the checks: a working folder, the commands of Windows, and the required output of the samples.
+# Sourced by the checks that run Windows programs: a working folder, the commands of Windows, and the required output of
+# the samples.
 # An unexpected failure names its command.
 set -E
 trap 'echo "line $LINENO of ${BASH_SOURCE[0]##*/} failed: $BASH_COMMAND" >&2' ERR

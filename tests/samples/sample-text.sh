@@ -4,10 +4,10 @@ fail() {
     exit 1
 }
 
-# check_plan <file>: the file must be samples/plan.txt, which every sample prints for samples/head.ini, an ideal head
-# mounted square to the machine. The lines below are computed by hand: the lever's locked ball is at the head centre
-# plus (30.3, -19.3, -36.55), the engagement at the head centre minus the drive cup, and the arcs tilt by 45 and swivel
-# by 90.
+# check_plan <file>: the file must be samples/plan.txt, which every sample of one plan prints for samples/head.ini, an
+# ideal head mounted square to the machine. The lines below are computed by hand: the lever's locked ball is at the head
+# centre plus (30.3, -19.3, -36.55), the engagement at the head centre minus the drive cup, and the arcs tilt by 45 and
+# swivel by 90.
 check_plan() {
     cmp -s "$root/samples/plan.txt" "$1" || fail "$1 is not samples/plan.txt: $(diff "$root/samples/plan.txt" "$1" | head -20)"
     [ "$(wc -l <"$1")" -eq 22 ] || fail "$1 has not 22 lines: $(cat "$1")"

@@ -35,7 +35,7 @@ struct SourceFile {
     std::string text;
 };
 
-/// The text without its comments.
+/// The text without its comments after //. Those between /* and */ stay.
 std::string CodeOf(const std::string& text) {
     static const std::regex comment("//[^\\n]*");
     return std::regex_replace(text, comment, "");

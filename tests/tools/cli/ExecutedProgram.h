@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-/// Executes exported programs with code that shares nothing with the tool, and compares the moves with the plans of
-/// `qmv40 move --json`.
+/// Executes exported programs with code that shares only vectors and angles with the tool, and compares the moves with
+/// the plans of `qmv40 move --json`.
 
 /// A straight part of a program, or an arc in one of the machine's planes.
 struct Part {

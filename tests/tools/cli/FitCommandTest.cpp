@@ -6,7 +6,7 @@
 namespace {
 
 constexpr const char* pointsHeader = "XPosition,YPosition,ZPosition\n";
-// The points were made by hand, with coordinates of a few units: only rounding errors remain.
+// The points were made by hand, with coordinates of at most 43: only rounding errors remain.
 constexpr double tolerance = 1e-12;
 
 Json FitOf(const std::string& shape, const std::string& points) {

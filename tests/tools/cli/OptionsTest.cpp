@@ -26,7 +26,7 @@ protected:
 
     const TemporaryFolder folder;
     const std::string file = folder.Name("head.ini");
-    /// Every command that plans from a geometry file, without that option.
+    /// Every command that needs a geometry file, with its arguments but without --geometry.
     const std::vector<std::vector<std::string>> planningCommands{
         {"move", "--from", "0,0", "--to", "45,90"},
         {"start", "--from", "0,0"},

@@ -27,8 +27,8 @@ std::string DifferenceBetweenNumbers(double expected, double actual, double tole
     return text.str();
 }
 
-/// Appends the document to the file that QMV40_DOCUMENTS names, one document per line. The test `schemas` compares them
-/// with the schemas. Writes nothing when the environment variable is not set.
+/// Writes the document to the file that QMV40_DOCUMENTS names: one line for each different document of this process.
+/// The test `schemas` compares them with the schemas. Writes nothing when the environment variable is not set.
 void KeepDocument(const std::string& document) {
     const char* const fileName = std::getenv("QMV40_DOCUMENTS");
     if (fileName == nullptr) return;

@@ -1,4 +1,5 @@
-// Programs exported for every reference head, executed by test code that shares nothing with the tool.
+// Programs exported for every reference head, executed by test code that shares only vectors and angles with the
+// tool.
 
 #include "tests/tools/cli/ExecutedProgram.h"
 #include "tests/tools/cli/ReferenceHead.h"

@@ -25,7 +25,7 @@ TEST(Settings, AreNeededForTheGeometryOfTheScenario) {
     Scenario scenario = LoadScenario("settings-override");
     scenario.settings.clear();
     const Json document = RunQmv40(scenario.GeometryArguments({"--json"})).Document();
-    // The built-in locked-to-unlocked offset is 0.12 mm smaller than that of this head.
+    // The built-in locked-to-unlocked offset is 0.12 mm shorter than that of this head.
     const double expected = scenario.truth["pole"]["Z"].get<double>() - 0.12;
     EXPECT_NEAR(expected, document["headCentre"]["Z"].get<double>(), roundedCapture.length);
 }
