@@ -9,8 +9,8 @@ inline void Verify(bool condition, const std::string& what) {
     if (!condition) throw std::runtime_error("not the same answer: " + what);
 }
 
-/// The subjects of the table. Each prepares its data, compares its peers' answers with ours, and adds the work to be
-/// timed and the rows of the table.
+/// The subjects of the table. Each prepares its data, compares the answers of its peers, if it has any, with ours, and
+/// adds the work to be timed and the rows of the table.
 
 void AddCircle(Suite& suite);
 void AddPlaneAndLine(Suite& suite);
