@@ -43,7 +43,7 @@ std::size_t RunTour(const CheckCommandOptions& options, const check::CheckOption
 
 void Run(const CheckCommandOptions& options, const text::Console& console) {
     if (!options.all && !options.selection.IsComplete())
-        throw text::UsageError{"check: give --from and --to, or --plan, or --all"};
+        throw text::UsageError{"check: give --from and --to, or --tour, or --plan, or --all"};
     [[maybe_unused]] const SettingsInUse settings(options, console);
     const check::CheckOptions checked = options.assumptions.Read();
     const model::HeadModel head = ReadHead(options.selection.geometry, console);
@@ -57,6 +57,7 @@ void AddWhatToCheck(Command& command, CheckCommandOptions& options) {
     command.AddFlag("--all", options.all, "Check every pair of positions, A -90 to 90 and B -180 to 180 by 15")
         .Exclude("--from")
         .Exclude("--to")
+        .Exclude("--tour")
         .Exclude("--plan");
     command.AddFlag("--reachable", options.reachable, "Of all pairs, those within the head's reach: A 0 to 90")
         .Need("--all");
@@ -76,8 +77,9 @@ constexpr const char* checkFooter =
     "touch is left out of its clearance. Findings have names, which docs/qmv40.md lists. If there is a finding, the "
     "exit\n"
     "code is 4.\n"
-    "Every part of the head is checked against the sphere's stem, the table and the obstacles; the report says with\n"
-    "which sizes. With --all the component refuses the pairs with A below 0; they are counted.";
+    "The parts of the head are checked against the table and the obstacles, and the stylus against the sphere and its\n"
+    "stem too, body and joint when their sizes are given; the report says with which sizes. With --all the component "
+    "refuses the pairs with A below 0; they are counted.";
 
 } // namespace
 

@@ -19,7 +19,7 @@ constexpr const char* selfcheckFooter =
     "Example:\n"
     "  qmv40 selfcheck\n"
     "\n"
-    "The built-in dimensions of the head are used, not the settings, and nothing is written.\n"
+    "The built-in dimensions of the head are used, not the settings, and no file is written.\n"
     "Exit code 4 when a number is wrong: do not move a machine with that build.";
 
 } // namespace

@@ -72,6 +72,7 @@ std::string CaptureFigure(const CaptureOptions& options, const text::Console& co
     const captures::CaptureFiles files = ReadBothSets(options, progress);
     component::Calculator calculator;
     calculator.EnterHeadGeometry(files.aAxis.items, files.bAxis.items);
+    progress.Advance(1);
     const JudgedCapture judged = Judged(options, files, calculator, progress);
     return "<section id=\"capture\" aria-label=\"Capture\">\n<h3>Capture: " +
            view::MarkupText(report::VerdictOf(judged.findings)) + "</h3>\n" +
@@ -117,7 +118,8 @@ std::vector<Outcome> DrawingFiles(const ViewOptions& options, const std::vector<
 view::ViewedTour RecoveredView(const ViewOptions& options, const model::HeadModel& head,
                                const check::CheckOptions& checked, const text::Console& console) {
     const PlanSelection& selection = options.selection;
-    if (selection.targets.size() != 1) throw text::UsageError{"view --recover: give --from and one --to"};
+    if (!selection.from || selection.targets.size() != 1)
+        throw text::UsageError{"view --recover: give --from and one --to"};
     const recovery::Plans plans = recovery::PlansFor(selection.geometry.file, *selection.from, selection.targets[0]);
     const recovery::StoppedPlan plan(head, plans);
     const recovery::Question question = QuestionAbout(options.stop, plan, checked, console);
@@ -142,7 +144,7 @@ view::ViewedTour CheckedView(const ViewOptions& options, const text::Console& co
 }
 
 void Run(const ViewOptions& options, const text::Console& console) {
-    if (!options.selection.IsComplete()) throw text::UsageError{"view: give --from and --to, or --plan"};
+    RequireComplete(options.selection, "view");
     [[maybe_unused]] const SettingsInUse settings(options, console);
     if (!IsPageWanted(options) && !options.capture.aAxis.empty()) {
         throw text::UsageError{"view: --a-axis and --b-axis are shown in the page: give --output"};

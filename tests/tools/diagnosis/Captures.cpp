@@ -28,7 +28,7 @@ const testing::Environment* const noSettings =
 
 SimulatedHead SomeSimulatedHead() {
     SimulatedHead head;
-    head.poleSphere = {87.325, 640.9, -712.35};
+    head.pole = {87.325, 640.9, -712.35};
     head.mountingAngle = -1.35;
     head.stylus = {0.4, -0.3, -180.0};
     return head;

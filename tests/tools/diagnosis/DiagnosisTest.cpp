@@ -208,7 +208,7 @@ struct RealHead {
         std::mt19937_64 generator(seed);
         std::uniform_real_distribution<double> anywhere(-1.0, 1.0);
         SimulatedHead head;
-        head.poleSphere = {100.0 * anywhere(generator), 100.0 * anywhere(generator), -500.0};
+        head.pole = {100.0 * anywhere(generator), 100.0 * anywhere(generator), -500.0};
         head.mountingAngle = 3.0 * anywhere(generator);
         head.stylus = {anywhere(generator), anywhere(generator), -150.0 + 80.0 * anywhere(generator)};
         const double direction = 3.0 * anywhere(generator);

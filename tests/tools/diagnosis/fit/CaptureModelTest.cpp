@@ -15,7 +15,7 @@ using Kind = diagnosis::fit::ModelError::Kind;
 
 diagnosis::fit::HeadModel ModelOf(const SimulatedHead& head) {
     diagnosis::fit::HeadModel model;
-    model.poleSphere = {head.poleSphere[0], head.poleSphere[1], head.poleSphere[2]};
+    model.poleSphere = {head.pole[0], head.pole[1], head.pole[2]};
     model.mounting = model::ToRadians(head.mountingAngle);
     model.tip = {head.stylus[0], head.stylus[1], head.stylus[2]};
     return model;
@@ -23,7 +23,7 @@ diagnosis::fit::HeadModel ModelOf(const SimulatedHead& head) {
 
 SimulatedHead SomeHead() {
     SimulatedHead head;
-    head.poleSphere = {-265.75, 320.125, -480.5};
+    head.pole = {-265.75, 320.125, -480.5};
     head.mountingAngle = 31.5;
     head.stylus = {12.0, -7.0, -195.5};
     head.lockedToUnlocked = {0.0, 0.0, 0.0};

@@ -20,9 +20,7 @@ TEST(HeadFit, FindsTheHeadWhateverItsMountingAngle) {
         head.mountingAngle = mounting;
         const diagnosis::fit::HeadFit fit = diagnosis::fit::FitHead(SetsOf(head.ASet(0), head.BSet(75)).points);
         EXPECT_NEAR(0.0, model::Wrapped(fit.MountingDegrees() - mounting), angleRounding);
-        EXPECT_NEAR(0.0,
-                    Length(fit.model.poleSphere -
-                           model::Vector3{head.poleSphere[0], head.poleSphere[1], head.poleSphere[2] - 1.5}),
+        EXPECT_NEAR(0.0, Length(fit.model.poleSphere - model::Vector3{head.pole[0], head.pole[1], head.pole[2] - 1.5}),
                     lengthRounding)
             << "of points that were not brought to the locked position";
         EXPECT_NEAR(0.0, Length(fit.model.tip - model::Vector3{head.stylus[0], head.stylus[1], head.stylus[2]}),
