@@ -31,6 +31,13 @@ protected:
     const Json moves = PlansThrough({"30,45", "75,-120"})[0]["moves"];
 };
 
+TEST_F(RecoverCommand, OnThePageNeedsTheStartThatATourDoesNotReplace) {
+    const std::string tour = folder.Write("tour.csv", "A,B\n0,0\n15,30\n");
+    const ToolRun run = RunTool("view", {"--recover", "--standing", EndOf(9), "--tour", tour, "--to", "75,-120"});
+    EXPECT_EQ(2, run.exitCode);
+    EXPECT_NE(std::string::npos, run.err.find("view --recover: give --from and one --to")) << run.err;
+}
+
 TEST_F(RecoverCommand, PrintsStateAnglesAndBothWaysFromTheStop) {
     const ToolRun run = Recover(EndOf(9), {"--after", "9", "--json"});
     EXPECT_EQ(0, run.exitCode) << run.err;

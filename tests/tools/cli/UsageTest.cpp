@@ -49,6 +49,7 @@ TEST(Usage, WrongArgumentsAreRefused) {
         {{"move", "--geometry", "x.ini", "--from", "0,0", "--to", "a,b"}, "no numbers"},
         {{"move", "--geometry", "x.ini", "--from", "0,0", "--to", "0,0", "--json", "--csv"}, "two formats"},
         {{"fit", "--shape", "sphere", "--points", "p.csv"}, "no such shape"},
+        {{"check", "--geometry", "x.ini", "--all", "--tour", "t.csv"}, "all pairs are no tour"},
         {{"settings"}, "the second word of the command is missing"},
         {{"settings", "validate"}, "no file"},
         {{"selfcheck", "--settings", "x.reg"}, "selfcheck always uses the built-in settings"},
