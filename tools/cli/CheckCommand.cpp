@@ -77,9 +77,9 @@ constexpr const char* checkFooter =
     "touch is left out of its clearance. Findings have names, which docs/qmv40.md lists. If there is a finding, the "
     "exit\n"
     "code is 4.\n"
-    "The parts of the head are checked against the table and the obstacles, and the stylus against the sphere and its\n"
-    "stem too, body and joint when their sizes are given; the report says with which sizes. With --all the component "
-    "refuses the pairs with A below 0; they are counted.";
+    "The parts of the head are checked against the table and the obstacles. The stylus is also checked against the\n"
+    "pole sphere and its stem; so are body and joint when their sizes are given. The report says with which sizes.\n"
+    "With --all the component refuses the pairs with A below 0; they are counted.";
 
 } // namespace
 

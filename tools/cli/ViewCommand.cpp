@@ -118,8 +118,7 @@ std::vector<Outcome> DrawingFiles(const ViewOptions& options, const std::vector<
 view::ViewedTour RecoveredView(const ViewOptions& options, const model::HeadModel& head,
                                const check::CheckOptions& checked, const text::Console& console) {
     const PlanSelection& selection = options.selection;
-    if (!selection.from || selection.targets.size() != 1)
-        throw text::UsageError{"view --recover: give --from and one --to"};
+    if (selection.targets.size() != 1) throw text::UsageError{"view --recover: give --from and one --to"};
     const recovery::Plans plans = recovery::PlansFor(selection.geometry.file, *selection.from, selection.targets[0]);
     const recovery::StoppedPlan plan(head, plans);
     const recovery::Question question = QuestionAbout(options.stop, plan, checked, console);
@@ -187,6 +186,7 @@ void AddWhatToWrite(Command& command, ViewOptions& options) {
         .AddFlag("--recover", options.isStopped,
                  "Show where a stopped plan left the head, and both ways out, as `qmv40 recover` finds them")
         .Need("--standing")
+        .Exclude("--tour")
         .Exclude("--plan");
     standing.Need("--recover");
     command.AddText("--template", options.pageTemplate, "FILE", "Fill this page instead of the installed one");

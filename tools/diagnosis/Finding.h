@@ -46,8 +46,7 @@ enum class FindingKind {
     Drifts,              ///< the points drift; vector: from the first to the last point
     PointOff,            ///< the point is off its place; figure: how far
     PointSuspicious,     ///< the same, but less than a mistake would cause
-    PointsContradict,    ///< points are off their places, and no known mistake explains it; figure: RMS, or the
-                         ///< standard deviation of a coordinate about the circles
+    PointsContradict,    ///< points are off their places, and no known mistake explains it; figure: RMS
     AnglesInexact,       ///< points are slightly farther off than noise explains; figure: RMS of the excess
     NumbersTooLarge,     ///< the numbers are too large to be judged
     AxesParallel,        ///< figure: angle between the axes

@@ -19,7 +19,7 @@ struct HeadAxes {
     Estimate offVerticalTowardsX; ///< the angle by which the B axis leans from the vertical, in the XZ plane
     Estimate offVerticalTowardsY; ///< the same in the YZ plane
     /// The angle between the B axis and the vertical, 0 to 90. Its standard deviation is that of both directions
-    /// together, which is a little too large, and means nothing far from the vertical.
+    /// together: up to 1.4 times too large, and without meaning far from the vertical.
     Estimate offVertical;
     double rotationStandardDeviation; ///< of the A axis' azimuth, and so of the head's rotation
     double angleBetween;              ///< 0 to 90
