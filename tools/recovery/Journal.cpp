@@ -65,7 +65,8 @@ public:
                    plans::HeadAnglesText(from) + " to " + plans::HeadAnglesText(to));
         }
         const auto kind = last->isBegun ? KnownMove::Kind::During : KnownMove::Kind::After;
-        // After a "before" line comes an "after" line: a torn one shows that the program saw the move end.
+        // After a "before" line usually comes the "after" line of the same move. Therefore a torn line is taken for the
+        // report that the move ended.
         return {{kind, last->number, last->isBegun && isTorn}, isTorn};
     }
 

@@ -59,7 +59,7 @@ public:
     }
 
 private:
-    /// The closest place. Of places that are the same, the latest: the way to the target is shortest from there.
+    /// The closest place. Of places that are equally close, the latest: the way to the target is shortest from there.
     void ChooseBest() {
         for (std::size_t i = 1; i < stop.fits.size(); ++i) {
             if (stop.fits[i].distance <= stop.fits[stop.best].distance + samePlace) stop.best = i;
@@ -76,8 +76,9 @@ private:
                                    [&](const Fit& fit) { return IsSameOrientation(stop.fits.front(), fit); });
     }
 
-    /// True when A and B are the same at both places, or when the plan leads from one to the other within the position
-    /// error, as at the corner of two arcs. From A = 39 degrees on, one place can belong to two orientations.
+    /// True when A and B are the same at both places, or when the path of the plan from one to the other is at most
+    /// four position errors long, as at the corner of two arcs. From A = 39 degrees on, one place can belong to two
+    /// orientations.
     bool IsSameOrientation(const Fit& first, const Fit& second) const {
         return check::LargestDifference(first.angles, second.angles) <= sameAngle ||
                paths.LengthBetween(first.place, second.place) <= 4.0 * error;

@@ -5,8 +5,10 @@
 
 #include <vector>
 
-/// The moves that lead out of a stopped plan. Each way begins on the path that the machine was on: forward on it, or
-/// back over the part that was made, which is known to be free. Moves of plans follow.
+/// The moves that lead out of a stopped plan. A way begins on the path that the machine was on: forward on it, or back
+/// over the part that was made, which is known to be free. Moves of plans follow. Two exceptions: in the first move the
+/// path is not known; and the way back out of `MoveToPegAtSafeZ` or `MoveToLockLeverAtSafeZ` begins at once with a
+/// swing about the pole.
 
 namespace qmv40::recovery {
 

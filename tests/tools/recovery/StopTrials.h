@@ -19,7 +19,9 @@ const char* NameOf(Given given);
 struct Counts {
     std::size_t asked = 0;
     std::size_t right = 0;
-    std::size_t unknown = 0;  ///< with a reason: another state of the plan lies within the position error
+    /// With a reason: another state, or other angles, of the plan lie within the position error, or the machine was
+    /// jogged.
+    std::size_t unknown = 0;
     std::size_t needless = 0; ///< unknown without a reason
     std::size_t wrong = 0;
 };
