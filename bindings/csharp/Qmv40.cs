@@ -12,7 +12,7 @@ using System.Text;
 
 namespace Qmv40
 {
-    /// <summary>A point that the machine moves to in a straight line.</summary>
+    /// <summary>A point in machine coordinates.</summary>
     [StructLayout(LayoutKind.Sequential)]
     public struct Point
     {

@@ -4,7 +4,8 @@
 #include <vector>
 
 /// The settings of the process as lines of text: locale, environment, current folder, floating-point rounding and
-/// flags, and those of each platform (open files, signals, threads).
+/// flags. Also, on Linux, open files, signals and the number of threads, on Windows the number of handles and the
+/// error mode.
 class HostSnapshot {
 public:
     HostSnapshot();

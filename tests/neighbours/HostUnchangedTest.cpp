@@ -4,7 +4,7 @@
 
 #include <cerrno>
 
-/// The settings of the process are the same after every call.
+/// The settings of the process are the same before and after calls of all methods.
 
 namespace {
 

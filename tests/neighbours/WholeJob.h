@@ -7,14 +7,15 @@
 #include <string>
 #include <vector>
 
-/// All results of one call of each kind, right and wrong: codes, texts of the error records, and every number to its
-/// last bit. If two of them differ, something outside the component has affected it.
+/// All results of the calls of a WholeJob: codes, texts of the error records, and every number to its last bit. If two
+/// of them differ, something outside the component has affected it.
 struct Results {
     std::vector<std::string> lines;
     std::string file; ///< the content of the saved file
 };
 
-/// All calls. Their arguments are prepared before, so that only the component computes during the calls.
+/// Calls of all eight methods, accepted ones and refused ones. Their arguments are prepared before, so that only the
+/// component computes during the calls.
 class WholeJob {
 public:
     /// Files are created in `folder`. A job with another `number` has another head and other angles, right and wrong.
