@@ -6,7 +6,8 @@
 
 namespace qmv40 {
 
-/// Larger files are neither read nor changed: no profile or settings file is so large.
+/// Larger files are neither read nor changed, except by Windows' profile functions: no profile or settings file is so
+/// large.
 inline constexpr std::size_t largestFile = 16U << 20;
 
 /// The content of a text file, split into the byte-order mark and the text. UTF-16 is converted to UTF-8 and back. The

@@ -2,7 +2,8 @@
 
 #include "platform/Automation.h"
 
-/// The component's own failure codes. The error record of each names the failing operation and its step.
+/// The component's own failure codes. The error record names the failing operation; its description is the reason, the
+/// step, or "Unspecified".
 
 inline constexpr HRESULT QMV_E_READ_FROM_FILE = static_cast<HRESULT>(0x8A000001U);
 inline constexpr HRESULT QMV_E_WRITE_TO_FILE = static_cast<HRESULT>(0x8A000002U);

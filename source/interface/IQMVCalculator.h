@@ -18,7 +18,7 @@
 struct IQMVCalculator : DualInterfaceBase {
     /// Replaces the head geometry by the one saved in `FileName`.
     virtual HRESULT STDMETHODCALLTYPE LoadHeadGeometryFromFile(BSTR* FileName) = 0;
-    /// Saves the object's geometry into `FileName`. If no geometry was ever entered or loaded, the numbers are zero.
+    /// Saves the object's geometry into `FileName`. The numbers of a new object are zero.
     virtual HRESULT STDMETHODCALLTYPE SaveHeadGeometryToFile(BSTR* FileName) = 0;
     /// The head's A and B after the last SetCurrentHeadPosition or CalculateMove.
     virtual HRESULT STDMETHODCALLTYPE GetCurrentHeadPosition(double* APosition, double* BPosition) = 0;

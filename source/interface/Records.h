@@ -4,7 +4,7 @@
 /// captured points, positions in machine coordinates, angles in degrees. The peg is the pole sphere: the fixed
 /// ball on which the head is turned.
 
-/// A point that the machine moves to.
+/// A position: one that the machine moves to, or that of the pole sphere.
 struct XYZData {
     double XPosition;
     double YPosition;

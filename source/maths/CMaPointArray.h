@@ -7,8 +7,7 @@
 #include <vector>
 
 /// Points in the order in which they were added. Coordinates that are not finite are stored too; the fits refuse them.
-/// The only geometry class that allocates: adding throws std::bad_alloc, with the array unchanged, when memory runs
-/// out.
+/// The only CMa class that allocates: adding throws std::bad_alloc, with the array unchanged, when memory runs out.
 class CMaPointArray : public CMaObject {
 public:
     /// An empty array with room for `capacity` points; a negative capacity counts as 0.

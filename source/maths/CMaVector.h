@@ -8,8 +8,8 @@ class CMaPoint;
 /// Three doubles: a direction, an offset or a position, in the caller's unit. Index 0 is x, 1 is y, 2 is z.
 ///
 /// Every component of a result is computed by the written formula in the written order, one rounding for each
-/// operation. Infinities and not-a-number are treated as IEEE arithmetic does. There is no subtraction: a - b is a + (b
-/// * -1.0). An index outside 0 to 2 throws GeometryError (Impossible).
+/// operation. Infinities and not-a-number are treated as IEEE arithmetic does. There is no subtraction: a - b is
+/// a + (b * -1.0). An index outside 0 to 2 throws GeometryError (Impossible).
 class CMaVector : public CMaGeometry {
 public:
     CMaVector(double x, double y, double z) noexcept : components{x, y, z} {}
@@ -44,9 +44,9 @@ public:
     /// Turns this vector in place about the coordinate axis through `centre`, right-handed.
     ///
     /// The component along the axis keeps its bits, and a rotation by 0 keeps all bits. Rotations by multiples of 90
-    /// degrees are exact, also beyond 360 degrees. Otherwise each component is right to 4 units in the last place of
-    /// the distance from the axis (and of the centre's coordinates). An angle that is not finite gives not-a-number. An
-    /// axis other than X, Y and Z throws GeometryError (Impossible).
+    /// degrees about the origin are exact, also beyond 360 degrees. Otherwise each component is right to 4 units in the
+    /// last place of the distance from the axis (and of the centre's coordinates). An angle that is not finite gives
+    /// not-a-number. An axis other than X, Y and Z throws GeometryError (Impossible).
     void Rotate(double angleDegrees, EAxisType axis, const CMaPoint& centre);
 
 private:
@@ -60,7 +60,8 @@ private:
 
 namespace qmv40 {
 
-/// The vector of length 1 along `v`, which is neither zero nor so small or large that 1 / its length overflows.
+/// The vector of length 1 along `v`, which is neither zero nor so small that 1 / its length overflows, nor so large
+/// that this underflows.
 inline CMaVector Unit(const CMaVector& v) noexcept { return v * (1.0 / v.Magnitude()); }
 
 } // namespace qmv40

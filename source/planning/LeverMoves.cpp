@@ -1,4 +1,4 @@
-// The moves at the lock lever: it is pushed to unlock the head before the indexing, and to lock it afterwards.
+// The moves at the lock lever: it is pushed to unlock the head before the head is turned, and to lock it afterwards.
 
 #include "planning/MovePlanner.h"
 #include "planning/RecordFields.h"

@@ -18,9 +18,9 @@ namespace qmv40 {
 /// file. On other systems a file name without a folder is looked for in the current folder.
 
 /// Reads a file as it is at one moment, even if another program replaces the file meanwhile. Never waits.
-/// On Windows no program can replace the file during the life of this object, if its name is absolute, and no save
-/// of this component can write into it. While such a save writes, no entry is found. Another program that writes
-/// into the file itself still changes what is read.
+/// On Windows, if the file's name is absolute and this object could open the file, no program can replace it during the
+/// life of this object, and no save of this component can write into it. While such a save writes, no entry is found.
+/// Another program that writes into the file itself still changes what is read.
 class ProfileReader {
 public:
     explicit ProfileReader(const wchar_t* fileName);
@@ -60,7 +60,8 @@ public:
     ///
     /// If no copy can be made, or if it cannot replace the file (an unwritable folder, a full disk, a link, a mounted
     /// file, a name that is not absolute on Windows), the entries are written into the file itself, one after the
-    /// other. The first failure ends this: the entries before it stay, and the failing one leaves no part of itself.
+    /// other. The first failure ends this: the entries before it stay, and the failing one is removed again (on Windows
+    /// only if the name is absolute).
     ///
     /// Returns false if an entry could not be written. All other content of the file stays, except a UTF-8 byte-order
     /// mark, which Windows would take for the first character of the first line. Waits at most 250 ms in all for a

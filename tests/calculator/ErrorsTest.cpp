@@ -6,8 +6,8 @@
 #include <cmath>
 #include <fstream>
 
-/// The code and the error record after every kind of failure. (The tests of the head's alignment data refuse many more
-/// sets of points.)
+/// The code and the error record after refused positions, moves, sets of points and geometry files. (The tests of the
+/// head's alignment data refuse many more sets of points.)
 
 namespace {
 

@@ -9,9 +9,9 @@
 
 using namespace qmv40;
 
-/// Calls every method, with success and with failure, of plain and aggregated objects. (Both interfaces of an object
-/// are one pointer.) Each allocation fails in turn. Each call must end with its own code or with E_OUTOFMEMORY, leak
-/// nothing, and leave the object unchanged.
+/// Calls the methods of plain and aggregated objects, with success and with failures. (Both interfaces of an object are
+/// one pointer.) Each allocation fails in turn. Each call must end with its own code or with E_OUTOFMEMORY, and leak
+/// nothing; the object must work again when there is memory.
 
 namespace {
 

@@ -32,7 +32,7 @@ protected:
     ComPointer<IQMVCalculator2> calculator = CreateCalculator();
 };
 
-// A failed save names the load as its source. The text is fixed.
+// A save that fails with E_OUTOFMEMORY names the load as its source. The text is fixed.
 TEST_F(WholeFile, IsNamedWhenMemoryRunsOut) {
     ExpectRecords([&] { return calculator->LoadHeadGeometryFromFile(nowhere.Address()); }, QMV_E_READ_FROM_FILE,
                   L"Failed To Load File");

@@ -168,7 +168,7 @@ TEST_F(AlignmentCorrection, AddsUpWhenAppliedTwice) {
 }
 
 TEST_F(AlignmentCorrection, UsesTheFullPi) {
-    // The shortened pi is used for head angles only. Here it would cause an error of 3.2e-15.
+    // The shortened pi is used for head angles and for swings. Here it would cause an error of 3.2e-15.
     constexpr double sineOfOneDegree = 0.017452406437283512;
     head.AdjustForMisAlignment(179.0, CMaGeometry::Z);
     EXPECT_NEAR(head.ApproachDirection()[0], -sineOfOneDegree, 8e-16);

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Some units in the last place of the coordinates: the circles are of this size and near the origin.
+/// A tolerance for head centres. The roundings of coordinates below 100 move a head centre by less.
 constexpr double fewRoundings = 1e-11;
 
 /// `count` points over `arcDegrees` of a circle about the line through `centre` along `axis`.

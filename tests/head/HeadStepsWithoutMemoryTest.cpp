@@ -82,8 +82,8 @@ TEST_F(StepsWithoutMemory, AreNamedInThePositionQueries) {
               (std::vector<Step>{{L"RoundThePole::RotatedAAxis", L"Error Calculating A Axis Rotation"}}));
 }
 
-/// Fails each allocation of a call in turn. The call must end with a code, and with this record if there was memory for
-/// it.
+/// Fails each allocation of a call in turn, one in each run. The call must succeed, or end with E_OUTOFMEMORY and with
+/// this record.
 void ExpectOneRecord(const std::function<void(RoundThePole&)>& action, const wchar_t* description) {
     bool wasReached = true;
     int failures = 0;

@@ -335,7 +335,7 @@ TEST_F(HeadGeometryFile, NamesTheWholeLoadForAnyOtherCode) {
     }
 }
 
-// A failed save names the load as its source: the text is fixed.
+// A save that fails with another code than QMV_E_WRITE_TO_FILE names the load as its source: the text is fixed.
 TEST_F(HeadGeometryFile, NamesTheLoadAlsoForAnyOtherCodeOfASave) {
     for (const HRESULT code : {E_OUTOFMEMORY, E_FAIL, QMV_E_READ_FROM_FILE}) {
         for (const std::size_t at : {0U, 3U, 6U}) {

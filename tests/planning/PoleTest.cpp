@@ -6,8 +6,8 @@
 
 namespace {
 
-/// 180 over pi, with pi shortened to 14 decimals. The shortened factor is required: it changes the last two digits of
-/// every angle.
+/// 180 over pi, with pi shortened to 14 decimals. The shortened factor is required: most angles differ by it in their
+/// last digits.
 constexpr double factor = 57.29577951308238;
 
 class Pole : public Planning {

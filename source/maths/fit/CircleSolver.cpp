@@ -12,8 +12,10 @@
 // 3. Gauss-Newton with Marquardt's damping (Levenberg-Marquardt) where the Hessian is not positive definite, or where
 //    Newton's step would increase the sum of squares; back to Newton when the steps are below 10 % of the radius.
 // 4. At a saddle point, a line search along the direction of negative curvature.
-// The solver stops when the step is small. The sum of squares is no criterion: near the minimum an error of 1e-8 of the
-// noise changes it by about 1e-16 of itself, which is less than one rounding.
+// The normal end is a small step. A small change of the sum of squares is no criterion: near the minimum an error of
+// 1e-8 of the noise changes it by about 1e-16 of itself, which is less than one rounding. But the solver also stops
+// where the steps do not become small and the sum has not decreased for several of them: see IsStalled and
+// maxStepsWithoutDecrease.
 
 namespace qmv40::fit {
 

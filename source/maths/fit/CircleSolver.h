@@ -12,7 +12,7 @@ namespace qmv40::fit {
 constexpr double sagittaTimesRadius = 1.0;
 
 struct SolverLimits {
-    double straightRadius; ///< beyond it the sagitta is smaller than the rounding of the coordinates
+    double straightRadius; ///< beyond it the sagitta is smaller than four roundings of a coordinate
     long evaluationsLeft;  ///< of the objective; each reads the points once or twice
 };
 

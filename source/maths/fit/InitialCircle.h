@@ -14,8 +14,9 @@ namespace qmv40::fit {
 std::optional<ApexCircle> TaubinCircle(const CMaVector& first, const CMaVector& second, const ScaledPoints& points,
                                        double straightRadius);
 
-/// A flat arc along the axis of largest spread, with the curvature of the least-squares parabola through the points. It
-/// fits better than a straight line. Also nothing when that parabola is a straight line.
+/// A flat arc along the axis of largest spread, with the curvature of the least-squares parabola through the points,
+/// but with a radius of at least 10. It fits better than a straight line. Also nothing when that parabola is a straight
+/// line.
 std::optional<ApexCircle> FlatArc(const PrincipalAxes& axes, const ScaledPoints& points, double straightRadius);
 
 } // namespace qmv40::fit
