@@ -127,15 +127,15 @@ text::Json StateJson(const HeadState& state, const model::Vector3& position) {
             {"onPeg", state.isOnPeg},
             {"A", state.angles.a},
             {"B", state.angles.b},
-            {"position", plans::PointJson(position)}};
+            {"position", text::PointJson(position)}};
 }
 
 text::Json PathJson(const std::vector<motion::Sample>& samples) {
     text::Json path = text::Json::Array();
     for (const motion::Sample& sample : samples) {
         path.PushBack({{"fraction", sample.fraction},
-                       {"position", plans::PointJson(sample.position)},
-                       {"driveCup", plans::PointJson(sample.driveCup)},
+                       {"position", text::PointJson(sample.position)},
+                       {"driveCup", text::PointJson(sample.driveCup)},
                        {"A", sample.angles.a},
                        {"B", sample.angles.b}});
     }

@@ -37,8 +37,8 @@ void ShowFlat(const FitOptions& options, const char* directionName, const report
     if (options.json) {
         return text::PrintDocument("fit",
                                    {{"shape", options.shape},
-                                    {"point", report::PointJson(point)},
-                                    {directionName, report::DirectionJson(direction)},
+                                    {"point", text::PointJson(point)},
+                                    {directionName, text::DirectionJson(direction)},
                                     {"rms", residuals.Rms()},
                                     {"residuals", residuals.values}},
                                    console.out);

@@ -57,14 +57,10 @@ GeometryReport Report(JudgedCapture judged) {
     return {std::move(judged), std::move(aFit), std::move(bFit)};
 }
 
-model::Vector3 VectorOf(const XYZData& position) {
-    return {position.XPosition, position.YPosition, position.ZPosition};
-}
-
 text::Json ReportJson(const GeometryReport& report, const captures::CaptureFiles& capture) {
-    return {{"headCentre", report::PointJson(VectorOf(report.head.headCentre))},
+    return {{"headCentre", text::PointJson(report.head.headCentre)},
             {"requiredRotationAroundZ", report.head.rotationAroundZ},
-            {"safePosition", report::PointJson(VectorOf(report.head.safePosition))},
+            {"safePosition", text::PointJson(report.head.safePosition)},
             {"fits", {{"aAxis", report.aAxis.Document()}, {"bAxis", report.bAxis.Document()}}},
             {"diagnostics", report.diagnosis ? report::DiagnosisJson(*report.diagnosis, capture)
                                              : report::FindingsJson(report.findings, capture, {})}};
@@ -97,7 +93,7 @@ void PrintReport(const GeometryReport& report, const captures::CaptureFiles& cap
                 << console.Strong("Head turned about Z by") << "\n  "
                 << report::FitRows::Angle(report.head.rotationAroundZ) << " deg\n"
                 << console.Strong("Safe height, above the pole sphere and both levers") << "\n  Z "
-                << report::FitRows::Length(report.head.safePosition.ZPosition) << " mm\n\n"
+                << report::FitRows::Length(report.head.safePosition.z) << " mm\n\n"
                 << console.Strong("Circles through the points, brought to the locked position") << '\n';
     PrintFits(report, console);
     console.out << "  The RMS tells how well the points lie on a circle, not how well its centre is known.\n";
@@ -129,15 +125,13 @@ void PrintReport(const GeometryReport& report, const captures::CaptureFiles& cap
     throw CommandEnded{exitRefused};
 }
 
-GeometryReport Compute(const GeometryOptions& options, const captures::CaptureFiles& capture,
-                       component::Calculator& calculator, text::Progress& progress, const text::Console& console) {
+JudgedCapture Compute(const GeometryOptions& options, const captures::CaptureFiles& capture,
+                      component::Calculator& calculator, text::Progress& progress, const text::Console& console) {
     try {
-        calculator.EnterHeadGeometry(capture.aAxis.items, capture.bAxis.items);
+        return Judged(options.capture, capture, calculator, progress);
     } catch (const component::ComponentError& error) {
         Refuse(error, capture, options.json, console);
     }
-    progress.Advance(1);
-    return Report(Judged(options.capture, capture, calculator, progress));
 }
 
 /// Nothing is computed before it is certain that every file may be written.
@@ -170,7 +164,7 @@ void Run(const GeometryOptions& options, const text::Console& console) {
     std::optional<text::Progress> progress(std::in_place, console, "computing the geometry", longStepsOfACapture);
     const captures::CaptureFiles capture = ReadBothSets(options.capture, *progress);
     component::Calculator calculator;
-    const GeometryReport report = Compute(options, capture, calculator, *progress, console);
+    const GeometryReport report = Report(Compute(options, capture, calculator, *progress, console));
     progress.reset();
     const bool isRefused = Has(report.findings, diagnosis::Severity::Fault) && !options.force;
     const bool isWritten = !options.output.empty() && !isRefused;

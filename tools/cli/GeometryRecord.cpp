@@ -66,16 +66,15 @@ private:
         const ComputedHead& head = geometry.judged.head;
         const auto& diagnosis = geometry.judged.diagnosis;
         const auto deviation = [&](double value, const char* unit) { return diagnosis ? Fixed(value, 4, unit) : ""; };
-        const double centre[] = {head.headCentre.XPosition, head.headCentre.YPosition, head.headCentre.ZPosition};
         RecordSection section{"Geometry", {"", "", "standard deviation"}, {}};
         for (std::size_t i = 0; i < 3; ++i) {
             const double known = diagnosis ? diagnosis->axes.headCentre[i].standardDeviation : 0.0;
             section.rows.push_back(
-                {std::string("head centre ") + "XYZ"[i], Fixed(centre[i], 4, "mm"), deviation(known, "mm")});
+                {std::string("head centre ") + "XYZ"[i], Fixed(head.headCentre[i], 4, "mm"), deviation(known, "mm")});
         }
         const double known = diagnosis ? diagnosis->axes.rotationStandardDeviation : 0.0;
         section.rows.push_back({"turned about Z", Fixed(head.rotationAroundZ, 4, "deg"), deviation(known, "deg")});
-        section.rows.push_back({"safe height Z", Fixed(head.safePosition.ZPosition, 4, "mm"), ""});
+        section.rows.push_back({"safe height Z", Fixed(head.safePosition.z, 4, "mm"), ""});
         if (diagnosis) AddAxes(section, diagnosis->axes);
         return section;
     }

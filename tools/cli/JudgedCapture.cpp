@@ -1,10 +1,36 @@
 #include "tools/cli/JudgedCapture.h"
 
 #include "tools/cli/Options.h"
+#include "tools/plans/PlannedMove.h"
+#include "tools/settings/GeometryFile.h"
+#include "tools/settings/HeadSettings.h"
+#include "tools/text/Files.h"
+#include "tools/text/Text.h"
 
 namespace qmv40::cli {
 
 namespace {
+
+/// The answer of a calculator that was given a geometry.
+ComputedHead AnswerOf(component::Calculator& calculator) {
+    const text::PassingFile passing(std::filesystem::temp_directory_path() / "qmv40");
+    const std::string name = text::Utf8Name(passing.Path());
+    calculator.SaveHeadGeometry(name);
+    // The file's seven numbers: head centre (0 to 2), safe position (3 to 5), rotation about Z (6)
+    const auto numbers = settings::GeometryFile(name).Numbers();
+    return {plans::VectorOf(calculator.PoleSpherePosition()), {numbers[3], numbers[4], numbers[5]}, numbers[6]};
+}
+
+/// The locked-to-unlocked offset in force: of --settings, or of this machine.
+model::Vector3 UnlockingInForce() {
+    const auto values = settings::SettingsInForce();
+    const auto table = HeadSettings();
+    model::Vector3 shift;
+    for (std::size_t i = 0, axis = 0; i < values.size(); ++i) {
+        if (table[i].offset == HeadOffset::LockedToUnlocked) shift[axis++] = values[i];
+    }
+    return shift;
+}
 
 diagnosis::CaptureUnderTest UnderTest(const CaptureOptions& options, const captures::CaptureFiles& capture,
                                       const ComputedHead& head) {
@@ -12,7 +38,7 @@ diagnosis::CaptureUnderTest UnderTest(const CaptureOptions& options, const captu
     test.unlocking = capture.unlocking;
     test.sets = capture.sets;
     test.rotation = head.rotationAroundZ;
-    test.headCentre = {head.headCentre.XPosition, head.headCentre.YPosition, head.headCentre.ZPosition};
+    test.headCentre = head.headCentre;
     test.centreWithin = options.centreWithin;
     const double unit = captures::MillimetresIn(options.unit);
     if (options.sphere) test.knownSphere = unit * *options.sphere;
@@ -35,6 +61,8 @@ captures::CaptureFiles ReadBothSets(const CaptureOptions& options, text::Progres
 
 JudgedCapture Judged(const CaptureOptions& options, const captures::CaptureFiles& capture,
                      component::Calculator& calculator, text::Progress& progress) {
+    calculator.EnterHeadGeometry(capture.aAxis.items, capture.bAxis.items);
+    progress.Advance(1);
     const ComputedHead head = AnswerOf(calculator);
     diagnosis::CaptureUnderTest test = UnderTest(options, capture, head);
     progress.Advance(1);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tools/cli/CommandLine.h"
-#include "tools/cli/ComputedHead.h"
+#include "tools/component/Calculator.h"
 #include "tools/diagnosis/Diagnosis.h"
 #include "tools/report/FindingMessage.h"
 #include "tools/text/Progress.h"
@@ -20,6 +20,14 @@ struct CaptureOptions {
     text::LengthUnit unit = text::LengthUnit::Millimetre; ///< of the capture
     std::optional<model::Vector3> sphere;                 ///< in that unit
     std::optional<double> stylus;
+};
+
+/// The component's answer to a capture. All of it comes from the component itself: its interface returns the head
+/// centre, the file that it saves has the rest.
+struct ComputedHead {
+    model::Vector3 headCentre;
+    model::Vector3 safePosition;
+    double rotationAroundZ = 0.0; ///< degrees
 };
 
 /// The component's answer to a capture, and the judgement of the points.
@@ -43,7 +51,8 @@ inline constexpr std::size_t longStepsOfACapture = 5;
 
 /// Both files, in millimetres, and their points, brought to the locked position. Takes two steps.
 captures::CaptureFiles ReadBothSets(const CaptureOptions& options, text::Progress& progress);
-/// Judges a capture with the answer of a calculator that accepted it. Takes one step before the search for mistakes.
+/// Enters a capture into the component, and judges it with its answer. Takes one step each, before the search for
+/// mistakes. Throws ComponentError when the component refuses the capture.
 JudgedCapture Judged(const CaptureOptions& options, const captures::CaptureFiles& capture,
                      component::Calculator& calculator, text::Progress& progress);
 

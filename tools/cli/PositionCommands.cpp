@@ -6,6 +6,7 @@
 #include "tools/model/TipPlace.h"
 #include "tools/plans/HeadAnglesText.h"
 #include "tools/plans/MovesJson.h"
+#include "tools/plans/PlannedMove.h"
 #include "tools/plans/PositionLine.h"
 #include "tools/text/Json.h"
 
@@ -28,7 +29,7 @@ struct WhereOptions : PositionOptions {
 };
 
 void Print(const std::string& title, const XYZData& position, const text::Console& console) {
-    console.out << console.Strong(title) << '\n' << plans::PositionLine(position) << '\n';
+    console.out << console.Strong(title) << '\n' << plans::PositionLine(plans::VectorOf(position)) << '\n';
 }
 
 component::Calculator LoadedCalculator(const PositionOptions& options, const text::Console& console) {
@@ -43,7 +44,7 @@ void ShowWhere(const WhereOptions& options, const text::Console& console) {
     const model::HeadModel head = ReadHead(options.geometry, console);
     const auto measured = options.isUnlocked ? model::Measured::Unlocked : model::Measured::Locked;
     const model::Vector3 place = PlaceOf(head, options.at, options.tip, measured);
-    if (options.json) return text::PrintDocument("where", {{"position", plans::PointJson(place)}}, console.out);
+    if (options.json) return text::PrintDocument("where", {{"position", text::PointJson(place)}}, console.out);
     Print("Where the machine stands with the tip on the pole sphere, the head at " + plans::HeadAnglesText(options.at) +
               " (deg) and " + (options.isUnlocked ? "unlocked" : "locked"),
           {place.x, place.y, place.z}, console);

@@ -71,8 +71,6 @@ std::string CaptureFigure(const CaptureOptions& options, const text::Console& co
     text::Progress progress(console, "judging the capture", longStepsOfACapture);
     const captures::CaptureFiles files = ReadBothSets(options, progress);
     component::Calculator calculator;
-    calculator.EnterHeadGeometry(files.aAxis.items, files.bAxis.items);
-    progress.Advance(1);
     const JudgedCapture judged = Judged(options, files, calculator, progress);
     return "<section id=\"capture\" aria-label=\"Capture\">\n<h3>Capture: " +
            view::MarkupText(report::VerdictOf(judged.findings)) + "</h3>\n" +

@@ -1,12 +1,10 @@
 #pragma once
 
 #include "tools/captures/CapturedPoint.h"
+#include "tools/diagnosis/Explanation.h"
 #include "tools/diagnosis/Finding.h"
-#include "tools/diagnosis/Rewriting.h"
+#include "tools/diagnosis/Influence.h"
 #include "tools/diagnosis/Thresholds.h"
-#include "tools/diagnosis/fit/AxisCircle.h"
-#include "tools/diagnosis/fit/HeadAxes.h"
-#include "tools/diagnosis/fit/HeadFit.h"
 
 namespace qmv40::diagnosis {
 
@@ -19,38 +17,6 @@ struct CaptureUnderTest {
     model::Vector3 unlocking = {};                            ///< the shift that was taken off the points
     std::optional<model::Vector3> knownSphere = std::nullopt; ///< as it was measured with a qualified tip
     std::optional<double> knownStylus = std::nullopt;         ///< the length of the stylus
-};
-
-/// The effect of leaving out one point.
-struct Influence {
-    double centreShift;   ///< how far the head centre moves
-    double rotationShift; ///< by how much the rotation changes, degrees
-    double pValue;        ///< how often noise alone would set the point so far off the circle of the others
-};
-
-struct PointDiagnosis {
-    fit::CirclePoint onCircle;
-    double offPlace;                    ///< distance from the place that the fitted head gives it at its angles
-    std::optional<Influence> influence; ///< none where too few points would be left
-};
-
-/// The factors of the squared residuals of each set. The noisier set has 1, the other one 1 or more.
-struct SetWeights {
-    double a = 1.0;
-    double b = 1.0;
-
-    bool AreEven() const { return a == b; }
-};
-
-/// The noise in one coordinate of a point, the same for both sets unless they surely differ.
-struct NoiseFigures {
-    fit::PointNoise perSet;
-    /// The noise times fit::StudentWidening, because it was estimated from few observations: a limit of some standard
-    /// deviations can then be judged by the normal distribution.
-    fit::PointNoise widened;
-    int degreesOfFreedom; ///< of both circles
-    bool isUneven;
-    SetWeights weights; ///< with which the head was fitted
 };
 
 struct Diagnosis {

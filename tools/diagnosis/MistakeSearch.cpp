@@ -1,7 +1,6 @@
 #include "tools/diagnosis/MistakeSearch.h"
 
 #include "tools/diagnosis/Screening.h"
-#include "tools/diagnosis/Thinning.h"
 #include "tools/diagnosis/Thresholds.h"
 #include "tools/diagnosis/fit/Statistics.h"
 #include "tools/model/Angles.h"
@@ -10,6 +9,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <ranges>
 
 namespace qmv40::diagnosis {
 
@@ -75,15 +75,15 @@ public:
     }
 
 private:
-    fit::HeadModel With(const fit::ModelError& error) const {
+    fit::HeadModel With(const std::vector<fit::ModelError>& errors) const {
         fit::HeadModel start = current.model;
-        start.errors.push_back(error);
+        start.errors.insert(start.errors.end(), errors.begin(), errors.end());
         return start;
     }
     void AddFitted(const std::vector<fit::ModelError>& errors, double alternatives) {
-        fit::HeadModel start = current.model;
-        start.errors.insert(start.errors.end(), errors.begin(), errors.end());
-        candidates.push_back({errors, 0.0, alternatives, std::move(start)});
+        fit::HeadModel start = With(errors);
+        const double likelySum = fit::FitHead(sets.points, start, 1).sumOfSquares;
+        candidates.push_back({errors, likelySum, alternatives, std::move(start)});
     }
     bool IsKnown(ErrorKind kind) const {
         return std::ranges::any_of(current.model.errors, [&](const fit::ModelError& error) {
@@ -172,18 +172,12 @@ private:
         std::ranges::stable_sort(candidates, {}, [&](const Candidate& each) {
             return Score(each.likelySum, each.Unknowns(), each.alternatives, points);
         });
-        // Candidates without a likely sum do not count towards `most`. With a sum of 0 few others have a better score,
-        // so that practically all of them are fitted.
-        std::size_t fitted = 0;
-        for (const Candidate& candidate : candidates) {
-            if (candidate.likelySum > 0.0 && ++fitted > most) break;
-            Fit(candidate);
-        }
+        for (const Candidate& candidate : candidates | std::views::take(most)) Fit(candidate);
     }
 
-    /// From a point on, the head was tilted or had another stylus. Each of these needs a fit, so they are tried
-    /// only when something is surely wrong. Of many changes at most 60 are tried, evenly spread, and then the
-    /// neighbours of the best one.
+    /// From a point on, the head was tilted or had another stylus. Each of these needs a step of a fit, so they are
+    /// tried only when something is surely wrong. Of many changes about 60 are tried, evenly spread, and then the best
+    /// one and its neighbours are fitted.
     void FitChanges() {
         const std::vector<Interval> changes = ChangesBetweenPoints(sets);
         const std::size_t stride = 1 + changes.size() / 60;
@@ -192,7 +186,7 @@ private:
             double least = std::numeric_limits<double>::infinity();
             for (std::size_t i = 1; i < changes.size(); i += stride) {
                 const double sum =
-                    fit::FitHead(sets.points, With({kind, changes[i].first, changes[i].last, {}})).sumOfSquares;
+                    fit::FitHead(sets.points, With({{kind, changes[i].first, changes[i].last, {}}}), 1).sumOfSquares;
                 if (sum >= least) continue;
                 least = sum;
                 nearest = i;
@@ -203,7 +197,7 @@ private:
                 const fit::ModelError error{kind, changes[i].first, changes[i].last, {}};
                 // A sphere that moved while the stylus points sideways looks like a bent stylus, and is likelier.
                 const double rarity = kind == ErrorKind::OtherTip ? rare * rare : rare;
-                Fit({{error}, 0.0, rarity * static_cast<double>(changes.size()), With(error)});
+                Fit({{error}, 0.0, rarity * static_cast<double>(changes.size()), With({error})});
             }
         }
     }
@@ -229,9 +223,9 @@ bool IsBelievable(const fit::HeadModel& model, std::size_t points) {
 
 /// A rewriting is accepted when the head without errors then fits, far better than before and better than any other
 /// explanation. It need not fit better than a head whose stylus does not hang or whose errors no real head can have.
-bool TryRewritings(const captures::CapturedSets& sets, const model::Vector3& unlocking, HeadExplained& explained) {
+void TryRewritings(const captures::CapturedSets& sets, const model::Vector3& unlocking, HeadExplained& explained) {
     const double written = explained.plain.NoiseVariance();
-    if (IsNoise(explained.plain) && explained.plain.model.StylusHangs()) return false;
+    if (IsNoise(explained.plain) && explained.plain.model.StylusHangs()) return;
     const std::size_t points = sets.points.size();
     const auto scoreOf = [&](const fit::HeadFit& fit, double alternatives) {
         std::size_t unknowns = fit.model.Unknowns() - fit::HeadModel::ownUnknowns;
@@ -239,7 +233,6 @@ bool TryRewritings(const captures::CapturedSets& sets, const model::Vector3& unl
     };
     double best = IsBelievable(explained.fit.model, points) ? scoreOf(explained.fit, static_cast<double>(points))
                                                             : std::numeric_limits<double>::infinity();
-    bool isFound = false;
     const std::vector<Rewritten> all = AllRewritings(sets, unlocking);
     for (const Rewritten& each : all) {
         fit::HeadFit fit = fit::FitHead(each.sets.points);
@@ -251,14 +244,15 @@ bool TryRewritings(const captures::CapturedSets& sets, const model::Vector3& unl
         const double score = scoreOf(fit, static_cast<double>(all.size()));
         if (score >= best) continue;
         best = score;
-        isFound = true;
+        fit::FindVariances(each.sets.points, fit);
         explained.fit = std::move(fit);
         explained.rewriting = each.rewriting;
     }
-    return isFound;
 }
 
-HeadExplained ExplainAll(const captures::CapturedSets& sets, const model::Vector3& unlocking) {
+} // namespace
+
+HeadExplained SearchMistakes(const captures::CapturedSets& sets, const model::Vector3& unlocking) {
     // Three errors of the head and three mistakes. A capture with more mistakes is to be repeated.
     constexpr int mostRounds = 6;
     HeadExplained explained;
@@ -269,16 +263,9 @@ HeadExplained ExplainAll(const captures::CapturedSets& sets, const model::Vector
         if (!better) break;
         explained.fit = std::move(*better);
     }
+    fit::FindVariances(sets.points, explained.fit);
     TryRewritings(sets, unlocking, explained);
     return explained;
-}
-
-} // namespace
-
-HeadExplained ExplainHead(const captures::CapturedSets& sets, const model::Vector3& unlocking) {
-    const Thinning thinning(sets);
-    if (!thinning.IsThinned()) return ExplainAll(sets, unlocking);
-    return thinning.OfAll(ExplainAll(thinning.Thinned(), unlocking));
 }
 
 } // namespace qmv40::diagnosis

@@ -29,9 +29,8 @@ struct HeadExplained {
 /// - the head: its B axis leans, its axes are not square, its axes do not meet
 /// - whole columns: the rewritings
 ///
-/// Of a capture of many points a part is searched, and its findings are extended to all points, so that the time is
-/// proportional to their number. `unlocking`: the shift that was subtracted from the points to bring them to the locked
-/// position.
-HeadExplained ExplainHead(const captures::CapturedSets& sets, const model::Vector3& unlocking);
+/// The time grows with the square of the number of points. `unlocking`: the shift that was subtracted from the points
+/// to bring them to the locked position.
+HeadExplained SearchMistakes(const captures::CapturedSets& sets, const model::Vector3& unlocking);
 
 } // namespace qmv40::diagnosis

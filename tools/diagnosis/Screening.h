@@ -22,7 +22,7 @@ struct Candidate {
 
 /// The candidates whose sum of squares follows from sums of the points, so that each takes constant time: wrong angles,
 /// points off their places, everything moved from one point on, locked points. `current`: what was found so far.
-/// `unlocking`: see ExplainHead.
+/// `unlocking`: see SearchMistakes.
 std::vector<Candidate> ScreenedCandidates(const captures::CapturedSets& sets, const fit::HeadFit& current,
                                           const model::Vector3& unlocking);
 

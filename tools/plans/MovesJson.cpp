@@ -24,8 +24,8 @@ Json MoveJson(const PlacedMove& placed) {
                   {"name", NameOf(move.id)},
                   {"kind", std::holds_alternative<ArcData>(move.data) ? "arc" : "straight"},
                   {"record", std::visit([](const auto& record) { return RecordJson(record); }, move.data)}};
-    if (placed.start) document["start"] = PointJson(*placed.start);
-    if (placed.end) document["end"] = PointJson(*placed.end);
+    if (placed.start) document["start"] = text::PointJson(*placed.start);
+    if (placed.end) document["end"] = text::PointJson(*placed.end);
     return document;
 }
 
@@ -36,8 +36,6 @@ Json PositionJson(const XYZData& position) {
 }
 
 Json AnglesJson(const model::HeadAngles& angles) { return {{"A", angles.a}, {"B", angles.b}}; }
-
-Json PointJson(const model::Vector3& point) { return text::PointJson(point.x, point.y, point.z); }
 
 Json MovesJson(std::span<const PlacedMove> moves) {
     Json documents = Json::Array();

@@ -10,7 +10,6 @@ namespace qmv40::plans {
 text::Json PositionJson(const XYZData& position);
 text::Json AnglesJson(const model::HeadAngles& angles);
 /// {"X", "Y", "Z"}
-text::Json PointJson(const model::Vector3& point);
 
 /// A list of {"number", "name", "kind", "record", "start", "end"}; what is not known is left out.
 text::Json MovesJson(std::span<const PlacedMove> moves);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "interface/Records.h"
+#include "tools/model/Vector3.h"
 #include "tools/text/Numbers.h"
 
 #include <string>
@@ -8,11 +8,10 @@
 namespace qmv40::plans {
 
 /// A position with units, for people.
-inline std::string PositionLine(const XYZData& position) {
+inline std::string PositionLine(const model::Vector3& position) {
     constexpr int decimals = 4;
-    return "  X " + text::FixedText(position.XPosition, decimals) + " mm   Y " +
-           text::FixedText(position.YPosition, decimals) + " mm   Z " + text::FixedText(position.ZPosition, decimals) +
-           " mm";
+    return "  X " + text::FixedText(position.x, decimals) + " mm   Y " + text::FixedText(position.y, decimals) +
+           " mm   Z " + text::FixedText(position.z, decimals) + " mm";
 }
 
 } // namespace qmv40::plans

@@ -90,20 +90,14 @@ Vector3 WithLargestPositive(const Vector3& direction) {
     return std::max({direction.x, direction.y, direction.z}, smaller) < 0.0 ? -direction : direction;
 }
 
-text::Json PointJson(const Vector3& point) { return text::PointJson(point.x, point.y, point.z); }
-
-text::Json DirectionJson(const Vector3& direction) {
-    return text::DirectionJson(direction.x, direction.y, direction.z);
-}
-
 ReportedCircle::ReportedCircle(AxisCircle theCircle, const Vector3& theNormal)
     : circle(std::move(theCircle)), normal(theNormal) {
     for (const auto& point : circle.points) residuals.values.push_back(std::hypot(point.radial, point.outOfPlane));
 }
 
 text::Json ReportedCircle::Document() const {
-    return {{"centre", PointJson(circle.centre)},
-            {"normal", DirectionJson(normal)},
+    return {{"centre", text::PointJson(circle.centre)},
+            {"normal", text::DirectionJson(normal)},
             {"radius", circle.radius},
             {"rms", residuals.Rms()},
             {"residuals", residuals.values}};

@@ -42,9 +42,6 @@ model::Vector3 Facing(const model::Vector3& direction, const model::Vector3& ref
 /// `direction` or its opposite: the one whose largest component is positive.
 model::Vector3 WithLargestPositive(const model::Vector3& direction);
 
-text::Json PointJson(const model::Vector3& point);
-text::Json DirectionJson(const model::Vector3& direction);
-
 /// A circle as it is reported. Residuals are distances from it, never negative.
 struct ReportedCircle {
     /// `theNormal`: the normal of the circle, or its opposite.

@@ -3,6 +3,7 @@
 #include "tools/component/Calculator.h"
 #include "tools/model/SimulatedCapture.h"
 #include "tools/model/Turning.h"
+#include "tools/plans/PlannedMove.h"
 #include "tools/settings/SettingsOverride.h"
 
 #include <algorithm>
@@ -58,10 +59,6 @@ Numbers StartFrom(component::Calculator& calculator, const model::HeadAngles& fr
     return NumbersOf(calculator.StartPosition());
 }
 
-model::Vector3 VectorOf(const XYZData& position) {
-    return {position.XPosition, position.YPosition, position.ZPosition};
-}
-
 /// The machine position after an arc that is executed left-handed (-1), as required, or right-handed (1).
 model::Vector3 Execute(const ArcData& arc, const model::Vector3& from, double hand = -1.0) {
     return model::Turning{{arc.XOrigin, arc.YOrigin, arc.ZOrigin},
@@ -71,7 +68,7 @@ model::Vector3 Execute(const ArcData& arc, const model::Vector3& from, double ha
 }
 
 model::Vector3 ExecuteIndexing(const RequiredMoves& moves, double hand) {
-    model::Vector3 position = VectorOf(moves.EngageWithPeg);
+    model::Vector3 position = plans::VectorOf(moves.EngageWithPeg);
     for (const ArcData* const arc : {&moves.IntermediateAPosition, &moves.MoveToBPosition, &moves.MoveToAPosition}) {
         position = Execute(*arc, position, hand);
     }
@@ -104,7 +101,7 @@ SelfCheckGroup IndexingChecks(component::Calculator& calculator) {
     const model::Vector3 target{-8.46712151623374, -0.76548465997647, 26.1586388496166};
     const model::Vector3 leftHanded = ExecuteIndexing(moves, -1.0);
     const model::Vector3 rightHanded = ExecuteIndexing(moves, 1.0);
-    const model::Vector3 atPeg = Execute(moves.RotateToPeg, VectorOf(moves.DisengageFromUnLockLever));
+    const model::Vector3 atPeg = Execute(moves.RotateToPeg, plans::VectorOf(moves.DisengageFromUnLockLever));
     return {"Arcs are left-handed: the indexing from A 15, B -60 to A 75, B 150",
             "Worked with 40 digits from the closed formulas; the same head.",
             {AngleCheck("arc to A 0", 15.0, moves.IntermediateAPosition.RotationAngle),
@@ -118,7 +115,7 @@ SelfCheckGroup IndexingChecks(component::Calculator& calculator) {
                          NumbersOf(rightHanded)),
              LengthCheck("right-handed they would miss by", {47.6918756184}, {Distance(rightHanded, target)}),
              AngleCheck("RotateToPeg ends, left-handed, at the azimuth of ApproachPeg",
-                        Azimuth(VectorOf(moves.ApproachPeg)), Azimuth(atPeg))}};
+                        Azimuth(plans::VectorOf(moves.ApproachPeg)), Azimuth(atPeg))}};
 }
 
 /// The pi that the build uses: the sine of 180 degrees shows how much is missing to the exact pi.

@@ -175,9 +175,11 @@ Json ParseJson(const std::string& fileName, const std::string& content) {
     return std::move(builder).Result();
 }
 
-Json PointJson(double x, double y, double z) { return {{"X", x}, {"Y", y}, {"Z", z}}; }
+Json PointJson(const model::Vector3& point) { return {{"X", point.x}, {"Y", point.y}, {"Z", point.z}}; }
 
-Json DirectionJson(double i, double j, double k) { return {{"i", i}, {"j", j}, {"k", k}}; }
+Json DirectionJson(const model::Vector3& direction) {
+    return {{"i", direction.x}, {"j", direction.y}, {"k", direction.z}};
+}
 
 Json ErrorJson(const InputError& error) {
     return {{"error", {{"file", error.file}, {"line", error.line}, {"description", error.reason}}}};

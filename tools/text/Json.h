@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/model/Vector3.h"
 #include "tools/text/Failures.h"
 
 #include <concepts>
@@ -86,8 +87,8 @@ template <typename Inner> Json::Json(const std::optional<Inner>& maybe) : Json(m
 /// object that names a member twice.
 Json ParseJson(const std::string& fileName, const std::string& content);
 
-Json PointJson(double x, double y, double z);
-Json DirectionJson(double i, double j, double k);
+Json PointJson(const model::Vector3& point);
+Json DirectionJson(const model::Vector3& direction);
 
 // What a document says when a command could not do its work: {"error":{"file","line","description"}}
 Json ErrorJson(const InputError& error);

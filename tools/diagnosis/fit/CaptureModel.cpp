@@ -146,7 +146,8 @@ void HeadModel::Derivatives(const captures::CapturedPoint& point, std::size_t in
         if (!error.Concerns(index)) continue;
         DerivativesBy(error.kind, pose, tipInFrames, own);
         if (!error.drift) continue;
-        for (model::Vector3& derivative : own) derivative = error.ShareAt(index) * derivative;
+        const double share = error.ShareAt(index);
+        for (model::Vector3& derivative : own) derivative = share * derivative;
     }
 }
 

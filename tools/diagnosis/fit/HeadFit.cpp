@@ -88,8 +88,7 @@ double HeadFit::MountingDegrees() const { return model::Wrapped(model::ToDegrees
 
 double HeadFit::StandardDeviation(double variance) const { return std::sqrt(variance * NoiseVariance()); }
 
-HeadFit FitHead(std::span<const captures::CapturedPoint> points, const HeadModel& start) {
-    constexpr int mostSteps = 60;
+HeadFit FitHead(std::span<const captures::CapturedPoint> points, const HeadModel& start, int mostSteps) {
     HeadFit fit;
     fit.model = start;
     fit.residuals = ResidualsOf(points, start);
@@ -98,6 +97,10 @@ HeadFit FitHead(std::span<const captures::CapturedPoint> points, const HeadModel
     double damping = 1e-9;
     for (int i = 0; i < mostSteps && Improve(points, fit, damping); ++i) {
     }
+    return fit;
+}
+
+void FindVariances(std::span<const captures::CapturedPoint> points, HeadFit& fit) {
     const auto covariance = EquationsOf(points, fit.model, fit.residuals).Covariance();
     const auto variance = [&](std::size_t unknown) {
         return covariance ? (*covariance)[unknown][unknown] : std::numeric_limits<double>::infinity();
@@ -105,7 +108,6 @@ HeadFit FitHead(std::span<const captures::CapturedPoint> points, const HeadModel
     fit.poleSphereVariance = {variance(0), variance(1), variance(2)};
     fit.mountingVariance = variance(3);
     fit.tipVariance = variance(4) + variance(5) + variance(6);
-    return fit;
 }
 
 HeadFit FitHead(std::span<const captures::CapturedPoint> points) {

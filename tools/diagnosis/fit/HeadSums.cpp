@@ -102,16 +102,16 @@ struct Gain {
           withSinSin(model::Dot(c.withSin, inverse * c.withSin)),
           withCosSin(2.0 * model::Dot(c.withCos, inverse * c.withSin)) {}
 
-    double At(double angle) const {
-        const double c = std::cos(angle), s = std::sin(angle);
+    double At(const model::Rotation& mounting) const {
+        const auto& [c, s] = mounting;
         return fixed + c * withCos + s * withSin + c * c * withCosCos + s * s * withSinSin + c * s * withCosSin;
     }
-    double Slope(double angle) const {
-        const double c = std::cos(angle), s = std::sin(angle);
+    double Slope(const model::Rotation& mounting) const {
+        const auto& [c, s] = mounting;
         return c * withSin - s * withCos + 2.0 * c * s * (withSinSin - withCosCos) + (c * c - s * s) * withCosSin;
     }
-    double Curvature(double angle) const {
-        const double c = std::cos(angle), s = std::sin(angle);
+    double Curvature(const model::Rotation& mounting) const {
+        const auto& [c, s] = mounting;
         return -c * withCos - s * withSin + 2.0 * (c * c - s * s) * (withSinSin - withCosCos) -
                4.0 * c * s * withCosSin;
     }
@@ -121,10 +121,15 @@ double AngleOfGreatest(const Gain& gain) {
     // The function has at most two maxima, and the greater one is wider than an eighth of a turn.
     constexpr int samples = 24;
     constexpr double spacing = 2.0 * std::numbers::pi / samples;
+    static const std::vector<model::Rotation> rotations = [] {
+        std::vector<model::Rotation> all;
+        for (int i = 0; i < samples; ++i) all.emplace_back(i * spacing);
+        return all;
+    }();
     double best = 0.0;
-    double greatest = gain.At(best);
+    double greatest = gain.At(rotations[0]);
     for (int i = 1; i < samples; ++i) {
-        const double here = gain.At(i * spacing);
+        const double here = gain.At(rotations[static_cast<std::size_t>(i)]);
         if (here <= greatest) continue;
         greatest = here;
         best = i * spacing;
@@ -132,11 +137,12 @@ double AngleOfGreatest(const Gain& gain) {
     constexpr int steps = 5;
     double angle = best;
     for (int i = 0; i < steps; ++i) {
-        const double curvature = gain.Curvature(angle);
+        const model::Rotation mounting(angle);
+        const double curvature = gain.Curvature(mounting);
         if (!(curvature < 0.0)) break;
-        angle = std::clamp(angle - gain.Slope(angle) / curvature, best - spacing, best + spacing);
+        angle = std::clamp(angle - gain.Slope(mounting) / curvature, best - spacing, best + spacing);
     }
-    return gain.At(angle) >= gain.At(best) ? angle : best;
+    return gain.At(model::Rotation(angle)) >= greatest ? angle : best;
 }
 
 } // namespace
@@ -214,7 +220,7 @@ BestHeadResult BestHead(std::span<const HeadSums> groups) {
     for (const HeadSums& group : groups) {
         best.sumOfSquares += group.squares - model::Dot(group.positions, group.positions) / group.count;
     }
-    best.sumOfSquares = std::max(0.0, best.sumOfSquares - gain.At(best.model.mounting));
+    best.sumOfSquares = std::max(0.0, best.sumOfSquares - gain.At(model::Rotation(best.model.mounting)));
     return best;
 }
 

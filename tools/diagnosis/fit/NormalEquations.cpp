@@ -14,7 +14,7 @@ public:
             if (diagonal > 0.0) scale[i] = 1.0 / std::sqrt(diagonal);
         }
         for (std::size_t i = 0; i < size; ++i) {
-            for (std::size_t j = 0; j < size; ++j) lower[i * size + j] *= scale[i] * scale[j];
+            for (std::size_t j = 0; j <= i; ++j) lower[i * size + j] *= scale[i] * scale[j];
             lower[i * size + i] += damping;
         }
         isDefinite = Factorise();
@@ -62,7 +62,7 @@ void NormalEquations::Add(std::span<const double> derivatives, double wanted, do
         if (derivatives[i] == 0.0) continue;
         const double weighted = weight * derivatives[i];
         right[i] += weighted * wanted;
-        for (std::size_t j = 0; j < size; ++j) matrix[i * size + j] += weighted * derivatives[j];
+        for (std::size_t j = 0; j <= i; ++j) matrix[i * size + j] += weighted * derivatives[j];
     }
 }
 

@@ -31,7 +31,7 @@ private:
     class Factor;
 
     std::size_t size;
-    std::vector<double> matrix; ///< row by row
+    std::vector<double> matrix; ///< row by row, up to the diagonal
     std::vector<double> right;
 };
 

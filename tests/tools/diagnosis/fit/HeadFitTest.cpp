@@ -60,8 +60,9 @@ TEST(HeadFit, KnowsItsMountingAngleAsWellAsRepetitionsShow) {
     double scatter = 0.0, predicted = 0.0;
     for (int i = 0; i < repetitions; ++i) {
         const auto seed = static_cast<std::uint64_t>(2 * i);
-        const diagnosis::fit::HeadFit fit = diagnosis::fit::FitHead(
-            SetsOf(WithNoise(head.ASet(45), noise, seed), WithNoise(head.BSet(75), noise, seed + 1)).points);
+        const auto sets = SetsOf(WithNoise(head.ASet(45), noise, seed), WithNoise(head.BSet(75), noise, seed + 1));
+        diagnosis::fit::HeadFit fit = diagnosis::fit::FitHead(sets.points);
+        diagnosis::fit::FindVariances(sets.points, fit);
         const double deviation = model::Wrapped(fit.MountingDegrees() - head.mountingAngle);
         scatter += deviation * deviation / repetitions;
         predicted += std::pow(model::ToDegrees(fit.StandardDeviation(fit.mountingVariance)), 2.0) / repetitions;
