@@ -176,8 +176,8 @@ private:
     }
 
     /// From a point on, the head was tilted or had another stylus. Each of these needs a step of a fit, so they are
-    /// tried only when something is surely wrong. Of many changes about 60 are tried, evenly spread, and then the best
-    /// one and its neighbours are fitted.
+    /// tried only when something is surely wrong. Of many changes at most 60 are tried, evenly spread, and then the
+    /// best one and its neighbours are fitted.
     void FitChanges() {
         const std::vector<Interval> changes = ChangesBetweenPoints(sets);
         const std::size_t stride = 1 + changes.size() / 60;

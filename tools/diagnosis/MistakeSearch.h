@@ -19,15 +19,17 @@ struct HeadExplained {
 ///
 /// The explanations are:
 /// - one point, the points of a set up to one or from one on, or a whole set: a wrong angle, by whole index steps or
-///   by any amount; captured locked instead of unlocked
-/// - two points: each has the other's angle
-/// - one point: off its place
+///   by any amount
+/// - one point, a run of points of a set, a whole set, or all points before or after a change: captured locked instead
+///   of unlocked
+/// - two points of a set: each has the other's angle
+/// - one point, or two of a capture of at most 80 points: off their places
 /// - all points from one on, with either set first: the sphere or the machine's zero moved; the head turned on its
 ///   mount, or tilted; another stylus
 /// - the whole capture, with either set first: a drift of the points, of the mounting angle, of the head's tilt, or of
 ///   the stylus tip
 /// - the head: its B axis leans, its axes are not square, its axes do not meet
-/// - whole columns: the rewritings
+/// - whole columns: the rewritings, which are tried after the rounds
 ///
 /// The time grows with the square of the number of points. `unlocking`: the shift that was subtracted from the points
 /// to bring them to the locked position.

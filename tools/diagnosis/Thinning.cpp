@@ -45,8 +45,8 @@ public:
     }
 
     /// The findings of the part, extended to all points. An error that begins or ends between two points of the part
-    /// begins or ends at the point where it explains most. Points that are far off and not in the part become errors of
-    /// their own.
+    /// begins or ends at the point where it explains most. Points that are still far off become errors of their own,
+    /// up to eight errors in all. The fit to a rewritten capture stays that of the part.
     HeadExplained OfAll(HeadExplained ofPart) const {
         HeadExplained all;
         all.rewriting = ofPart.rewriting;

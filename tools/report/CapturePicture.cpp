@@ -106,8 +106,8 @@ public:
     }
 
 private:
-    /// The points without a finding, if they are enough for a circle: a wrong point then stands out from it. Through
-    /// three points there is always a circle, so that at least four are needed.
+    /// The points that no fault or warning speaks of, if they are enough for a circle: a wrong point then stands out
+    /// from it. A circle through three points fits them exactly and shows nothing, so that at least four are needed.
     std::vector<Vector3> PointsOfTheCircle() const {
         constexpr std::size_t enough = 4;
         std::vector<Vector3> sound, all;
