@@ -143,7 +143,8 @@ TEST(Structure, OnlyMathsIncludesTheSolverOfItsFits) {
 }
 
 TEST(Structure, IncludesOfFoldersFormNoCircle) {
-    // Folders that include no remaining folder are removed again and again. If folders remain, they form a circle.
+    // Folders that include no remaining folder are removed again and again. If folders remain, there is a circle among
+    // them.
     auto waiting = AllowedIncludes();
     std::set<std::string> below;
     for (bool isMoving = true; isMoving;) {

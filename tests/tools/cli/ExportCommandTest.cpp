@@ -14,7 +14,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr double plainSafeHeight = -620.0; // of the plain scenario: 35 mm above the pole at Z -655
+constexpr double plainSafeHeight = -620.0; // of the plain scenario: 35 mm above the head centre, Z -655
 constexpr double printedPrecision = 1e-6;
 
 class ExportCommand : public testing::Test, protected PlainHead {

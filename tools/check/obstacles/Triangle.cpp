@@ -31,7 +31,8 @@ double SquaredDistanceOfLines(const Vector3& a, const Vector3& b, const Vector3&
     const double fb = Dot(first, between);
     const double sb = Dot(second, between);
     const double denominator = ff * ss - fs * fs;
-    // For parallel lines every place on the first one is equally good: its start is taken, also when it has no length.
+    // At first the second line has no ends. Every place on a parallel first line is then equally near to it: its start
+    // is taken, also when it has no length.
     double s = denominator > 0.0 ? std::clamp((fs * sb - fb * ss) / denominator, 0.0, 1.0) : 0.0;
     double t = ss > 0.0 ? (fs * s + sb) / ss : 0.0;
     if (t < 0.0 || t > 1.0 || ss == 0.0) {
