@@ -38,13 +38,11 @@ struct GeometryReport : JudgedCapture {
 };
 
 /// The circle that the judgement fitted. Where it ended before the fit, the circle is fitted here.
-diagnosis::fit::AxisCircle CircleOf(const JudgedCapture& judged, bool isOfASet) {
-    if (judged.diagnosis) return isOfASet ? judged.diagnosis->aCircle : judged.diagnosis->bCircle;
-    return report::FitCircle(captures::PositionsOf(judged.capture.sets.Set(isOfASet)));
-}
-
 report::ReportedCircle AxisFit(const JudgedCapture& judged, bool isOfASet, const model::Vector3& axis) {
-    diagnosis::fit::AxisCircle circle = CircleOf(judged, isOfASet);
+    const auto& diagnosis = judged.diagnosis;
+    diagnosis::fit::AxisCircle circle =
+        diagnosis ? (isOfASet ? diagnosis->aCircle : diagnosis->bCircle)
+                  : report::FitCircle(captures::PositionsOf(judged.capture.sets.Set(isOfASet)));
     const model::Vector3 normal = report::Facing(circle.normal, axis);
     return {std::move(circle), normal};
 }

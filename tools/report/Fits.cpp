@@ -14,6 +14,8 @@ namespace qmv40::report {
 namespace {
 
 using diagnosis::fit::AxisCircle;
+using diagnosis::fit::PointArrayOf;
+using diagnosis::fit::VectorOf;
 using model::Vector3;
 
 /// Fits `shape`. A failure is thrown in the words of the component.
@@ -28,8 +30,6 @@ template <typename Measure> Residuals Measured(Points points, Measure&& measure)
     for (const Vector3& point : points) residuals.values.push_back(measure(point));
     return residuals;
 }
-
-Vector3 VectorOf(const CMaVector& v) { return {v[0], v[1], v[2]}; }
 
 constexpr int lengthDecimals = 4;
 constexpr int residualDecimals = 6; // a small residual is tenths of a micrometre
@@ -65,8 +65,7 @@ AxisCircle FitCircle(Points points) {
 
 FlatFit FitPlane(Points points) {
     CMaPlane plane;
-    Fitted(L"CMaPlane::Fit", L"Error Fitting points to a plane",
-           [&] { plane.Fit(diagnosis::fit::PointArrayOf(points)); });
+    Fitted(L"CMaPlane::Fit", L"Error Fitting points to a plane", [&] { plane.Fit(PointArrayOf(points)); });
     const Vector3 point = VectorOf(plane.GetPoint().To3DVector());
     const Vector3 normal = WithLargestPositive(VectorOf(plane.GetNormal()));
     return {point, normal, Measured(points, [&](const Vector3& p) { return model::Dot(normal, p - point); })};
@@ -74,7 +73,7 @@ FlatFit FitPlane(Points points) {
 
 FlatFit FitLine(Points points) {
     CMaLine line;
-    Fitted(L"CMaLine::Fit", L"Error Fitting points to a line", [&] { line.Fit(diagnosis::fit::PointArrayOf(points)); });
+    Fitted(L"CMaLine::Fit", L"Error Fitting points to a line", [&] { line.Fit(PointArrayOf(points)); });
     const Vector3 point = VectorOf(line.GetPoint().To3DVector());
     const Vector3 direction = WithLargestPositive(VectorOf(line.GetDirection()));
     const auto distance = [&](const Vector3& p) { return model::Length(model::Cross(direction, p - point)); };

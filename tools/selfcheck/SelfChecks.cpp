@@ -25,9 +25,9 @@ constexpr double triangleAngle = 36.86989764584402;
 using Numbers = std::vector<double>;
 
 Numbers NumbersOf(const model::Vector3& v) { return {v.x, v.y, v.z}; }
-Numbers NumbersOf(const XYZData& position) { return {position.XPosition, position.YPosition, position.ZPosition}; }
-Numbers OriginOf(const ArcData& arc) { return {arc.XOrigin, arc.YOrigin, arc.ZOrigin}; }
-Numbers AxisOf(const ArcData& arc) { return {arc.iRotationVector, arc.jRotationVector, arc.kRotationVector}; }
+Numbers NumbersOf(const XYZData& position) { return NumbersOf(plans::VectorOf(position)); }
+Numbers OriginOf(const ArcData& arc) { return NumbersOf(plans::OriginOf(arc)); }
+Numbers AxisOf(const ArcData& arc) { return NumbersOf(plans::RotationVectorOf(arc)); }
 
 SelfCheck LengthCheck(std::string what, Numbers expected, Numbers got) {
     return {std::move(what), std::move(expected), std::move(got), "mm", lengthTolerance};
@@ -61,10 +61,7 @@ Numbers StartFrom(component::Calculator& calculator, const model::HeadAngles& fr
 
 /// The machine position after an arc that is executed left-handed (-1), as required, or right-handed (1).
 model::Vector3 Execute(const ArcData& arc, const model::Vector3& from, double hand = -1.0) {
-    return model::Turning{{arc.XOrigin, arc.YOrigin, arc.ZOrigin},
-                          {arc.iRotationVector, arc.jRotationVector, arc.kRotationVector},
-                          hand * arc.RotationAngle}
-        .Carried(from);
+    return model::Turning{plans::OriginOf(arc), plans::RotationVectorOf(arc), hand * arc.RotationAngle}.Carried(from);
 }
 
 model::Vector3 ExecuteIndexing(const RequiredMoves& moves, double hand) {

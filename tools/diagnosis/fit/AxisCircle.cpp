@@ -34,8 +34,6 @@ AxisCircle::Covariance CovarianceOf(const AxisCircle& circle) {
     return equations.Covariance().value_or(AxisCircle::Covariance(n, std::vector<double>(n, 0.0)));
 }
 
-model::Vector3 VectorOf(const CMaVector& v) { return {v[0], v[1], v[2]}; }
-
 /// The coordinate axis that makes the largest angle with `v`.
 model::Vector3 FarthestAxis(const model::Vector3& v) {
     const double x = std::abs(v.x), y = std::abs(v.y), z = std::abs(v.z);
@@ -46,6 +44,8 @@ model::Vector3 FarthestAxis(const model::Vector3& v) {
 } // namespace
 
 double AxisCircle::Rms() const { return std::sqrt(sumOfSquares / static_cast<double>(points.size())); }
+
+model::Vector3 VectorOf(const CMaVector& v) { return {v[0], v[1], v[2]}; }
 
 CMaPointArray PointArrayOf(std::span<const model::Vector3> points) {
     CMaPointArray array(static_cast<int>(points.size()));

@@ -39,6 +39,7 @@ struct AxisCircle {
     double Rms() const;
 };
 
+model::Vector3 VectorOf(const CMaVector& v);
 CMaPointArray PointArrayOf(std::span<const model::Vector3> points);
 
 /// Throws GeometryError when the points determine no circle.
