@@ -37,10 +37,10 @@ CaptureFile ReadCapture(const std::string& fileName, text::LengthUnit unit) {
     return file;
 }
 
-std::vector<model::Vector3> ReadPoints(const std::string& fileName) {
+std::vector<model::Vector3> ReadPoints(const std::string& fileName, text::LengthUnit unit) {
     std::vector<model::Vector3> points;
-    for (const auto& [line, row] : RowsIn(text::LengthUnit::Millimetre, fileName, text::coordinateColumns)) {
-        points.push_back({row[0], row[1], row[2]});
+    for (const auto& [line, row] : RowsIn(unit, fileName, text::coordinateColumns)) {
+        points.push_back(MillimetresIn(unit) * model::Vector3{row[0], row[1], row[2]});
     }
     return points;
 }

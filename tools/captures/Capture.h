@@ -42,9 +42,9 @@ double MillimetresIn(text::LengthUnit unit);
 /// See Csv.h for what else is accepted and what is refused.
 CaptureFile ReadCapture(const std::string& fileName, text::LengthUnit unit);
 
-/// The points of a CSV file with the columns XPosition, YPosition, ZPosition, or X, Y, Z; a capture has them. Throws
-/// InputError for a header in inches: results are printed in millimetres.
-std::vector<model::Vector3> ReadPoints(const std::string& fileName);
+/// The points of a CSV file with the columns XPosition, YPosition, ZPosition, or X, Y, Z, as a capture has them; in
+/// millimetres. `unit` and failures: as for ReadCapture.
+std::vector<model::Vector3> ReadPoints(const std::string& fileName, text::LengthUnit unit);
 
 /// The points with their angles. `unlocking`, the shift by unlocking, is subtracted from the positions, which brings
 /// them to the locked position.

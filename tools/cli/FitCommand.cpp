@@ -11,6 +11,7 @@ namespace {
 struct FitOptions : CommonOptions {
     std::string shape;
     std::string points;
+    text::LengthUnit unit = text::LengthUnit::Millimetre; ///< of the points
 };
 
 void ShowCircle(report::Points points, bool json, const text::Console& console) {
@@ -52,7 +53,7 @@ void ShowFlat(const FitOptions& options, const char* directionName, const report
 }
 
 void Run(const FitOptions& options, const text::Console& console) {
-    const std::vector<model::Vector3> points = captures::ReadPoints(options.points);
+    const std::vector<model::Vector3> points = captures::ReadPoints(options.points, options.unit);
     if (options.shape == "circle") return ShowCircle(points, options.json, console);
     if (options.shape == "plane") return ShowFlat(options, "normal", report::FitPlane(points), console);
     ShowFlat(options, "direction", report::FitLine(points), console);
@@ -74,6 +75,7 @@ void AddFitCommand(Command tool) {
     command.AddText("--shape", options.shape, "TEXT", "What to fit").Require().AcceptOnly({"circle", "plane", "line"});
     command.AddText("--points", options.points, "FILE", "CSV file with the columns XPosition, YPosition, ZPosition")
         .Require();
+    AddUnits(command, options.unit, "What the points are in; the results are in mm");
     AddCommonOptions(command, options);
 }
 

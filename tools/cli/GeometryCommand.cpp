@@ -216,7 +216,7 @@ void AddGeometryCommand(Command tool) {
     command.AddFlag("--force", options.force,
                     "Write the geometry, and end with 0, even when the capture contradicts itself");
     AddJudgingOptions(command, options.capture);
-    AddUnits(command, options.capture, "What the capture, --sphere and --stylus are in; the geometry is in mm");
+    AddUnits(command, options.capture.unit, "What the capture, --sphere and --stylus are in; the geometry is in mm");
     AddCommonOptions(command, options);
 }
 

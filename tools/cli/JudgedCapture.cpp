@@ -96,11 +96,4 @@ void AddJudgingOptions(Command& command, CaptureOptions& options) {
                             options.stylus);
 }
 
-void AddUnits(Command& command, CaptureOptions& options, const char* description) {
-    command.AddValue("--units", "mm|in", description, [&options](const std::string& value) -> std::string {
-        options.unit = value == "in" ? text::LengthUnit::Inch : text::LengthUnit::Millimetre;
-        return value == "in" || value == "mm" ? "" : "'" + value + "' is neither mm nor in";
-    });
-}
-
 } // namespace qmv40::cli

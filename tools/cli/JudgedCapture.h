@@ -43,8 +43,6 @@ struct JudgedCapture : diagnosis::Judgement {
 void AddCaptureFiles(Command& command, CaptureOptions& options, bool isRequired);
 /// --centre-within, --sphere and --stylus.
 void AddJudgingOptions(Command& command, CaptureOptions& options);
-/// --units.
-void AddUnits(Command& command, CaptureOptions& options, const char* description);
 
 /// The number of steps that `text::Progress` shows of a large capture.
 inline constexpr std::size_t longStepsOfACapture = 5;

@@ -48,6 +48,13 @@ Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets) {
         });
 }
 
+void AddUnits(Command& command, text::LengthUnit& unit, const char* description) {
+    command.AddValue("--units", "mm|in", description, [&unit](const std::string& value) -> std::string {
+        unit = value == "in" ? text::LengthUnit::Inch : text::LengthUnit::Millimetre;
+        return value == "in" || value == "mm" ? "" : "'" + value + "' is neither mm nor in";
+    });
+}
+
 std::optional<model::Vector3> ParsePoint(const std::string& text) {
     const std::size_t comma = text.find(',');
     if (comma == std::string::npos) return std::nullopt;

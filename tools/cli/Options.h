@@ -6,6 +6,7 @@
 #include "tools/settings/GeometryFile.h"
 #include "tools/settings/SettingsOverride.h"
 #include "tools/text/Console.h"
+#include "tools/text/Csv.h"
 
 #include <limits>
 #include <optional>
@@ -34,6 +35,8 @@ void AddGeometryOption(Command& command, GeometryOption& option);
 /// --tip, the offset of the stylus tip from the head's centre. Required.
 void AddTipOption(Command& command, model::Vector3& tip);
 Option AddToOption(Command& command, std::vector<model::HeadAngles>& targets);
+/// --units.
+void AddUnits(Command& command, text::LengthUnit& unit, const char* description);
 
 std::optional<model::Vector3> ParsePoint(const std::string& text);
 /// What is wrong with a number that must be at least `least`; empty when nothing is.

@@ -216,7 +216,7 @@ void AddViewCommand(Command tool) {
     AddAssumptionOptions(command, options.assumptions);
     AddWhatToWrite(command, options);
     AddCaptureFiles(command, options.capture, false);
-    AddUnits(command, options.capture, "What the capture is in");
+    AddUnits(command, options.capture.unit, "What the capture is in");
     AddCommonOptions(command, options);
 }
 

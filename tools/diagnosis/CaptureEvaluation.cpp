@@ -37,7 +37,7 @@ private:
     /// Judges first what makes all other findings meaningless, and last the quality of a capture without mistakes.
     void JudgeWhole() {
         if (diagnosis.rewriting) {
-            findings.push_back(JudgeRewriting(*diagnosis.rewriting, diagnosis.head.model));
+            findings.push_back(JudgeRewriting(*diagnosis.rewriting, sets, diagnosis.head.model));
             return;
         }
         if (JudgeStylus()) return;

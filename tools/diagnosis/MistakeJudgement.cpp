@@ -206,11 +206,13 @@ std::optional<Finding> JudgeMistake(const CaptureUnderTest& capture, const fit::
     return finding;
 }
 
-Finding JudgeRewriting(const Rewriting& rewriting, const fit::HeadModel& model) {
+Finding JudgeRewriting(const Rewriting& rewriting, const captures::CapturedSets& sets, const fit::HeadModel& model) {
     const auto found = [](FindingKind kind, int detail) {
         return Finding{kind, Severity::Fault, {}, 0.0, 0.0, std::nullopt, {}, detail};
     };
     Finding finding = found(rewriting.kind, rewriting.detail);
+    if (rewriting.sets == Rewriting::Sets::ASet) finding.points = captures::PointRange(0, sets.aCount);
+    if (rewriting.sets == Rewriting::Sets::BSet) finding.points = captures::PointRange(sets.aCount, sets.points.size());
     if (rewriting.kind == Name::UnitsWrong) {
         finding.figure = model::SafeLength(model.tip);
         finding.reference = rewriting.factor;

@@ -10,7 +10,7 @@ namespace qmv40::diagnosis {
 std::optional<Finding> JudgeMistake(const CaptureUnderTest& capture, const fit::HeadModel& model, std::size_t index);
 
 /// The finding for a capture that is right after its columns were rewritten.
-Finding JudgeRewriting(const Rewriting& rewriting, const fit::HeadModel& model);
+Finding JudgeRewriting(const Rewriting& rewriting, const captures::CapturedSets& sets, const fit::HeadModel& model);
 
 /// True when the model has more than one mistake over a run of points, or more than three mistakes in all: with enough
 /// mistakes any points can be explained. Mistakes that move their points too little for a fault do not count.

@@ -76,14 +76,15 @@ public:
         case FindingKind::AxesExchanged:
             return {
                 std::string("The columns ") + AxisName(finding.detail / 10) + " and " + AxisName(finding.detail % 10) +
-                    " are exchanged.",
+                    " are exchanged" + InSet() + ".",
                 "Write each coordinate into its own column, and capture again where it is not certain which is which."};
         case FindingKind::ArmHorizontal:
             return {
-                "The B axis does not stand vertical: the head hangs from a horizontal arm, or the columns X, Y and Z "
-                "are "
-                "exchanged in turn. The component takes the B axis to be machine Z.",
-                "A head on a horizontal arm cannot be computed. Otherwise write each coordinate into its own column."};
+                "The head does not hang down: it is on a horizontal arm or points up, or the columns X, Y and Z are "
+                "exchanged in turn. The component takes the B axis to be machine Z, with the head below.",
+                "A head that does not hang down cannot be computed. Otherwise write each coordinate into its own "
+                "column, "
+                "with its sign."};
         case FindingKind::AnglesSwapped:
             return {
                 files.NameOf(finding.points[0]) + " and " + files.NameOf(finding.points[1]) + " have each other's " +

@@ -251,11 +251,11 @@ struct Dialect {
 /// The dialect that finds most columns in the header; of several, the first.
 Dialect DialectOf(const Line& line, std::string_view separators, std::span<const Column> columns) {
     std::optional<Dialect> best;
-    const char* problem = nullptr;
+    std::string problem;
     for (const char separator : separators) {
         const FieldSplitter splitter{separator};
         const Fields fields = splitter.Split(line.text);
-        if (problem == nullptr) problem = fields.problem;
+        if (problem.empty() && fields.problem != nullptr) problem = fields.problem;
         for (const auto name : {&Column::name, &Column::shortName}) {
             Header header(fields.texts, columns, name);
             const bool isBetter = !best || header.Found() > best->header.Found();

@@ -231,7 +231,8 @@ TEST(CaptureFile, IsRefusedAsAWholeWhenItCannotBeRead) {
 
 TEST(PointFile, NeedsOnlyTheThreeCoordinates) {
     const TemporaryFolder folder;
-    const auto points = captures::ReadPoints(folder.Write("points.csv", "zposition,yposition,xposition\n3,2,1\n"));
+    const auto points = captures::ReadPoints(folder.Write("points.csv", "zposition,yposition,xposition\n3,2,1\n"),
+                                             text::LengthUnit::Millimetre);
     ASSERT_EQ(1u, points.size());
     EXPECT_EQ(1.0, points[0].x);
     EXPECT_EQ(2.0, points[0].y);
@@ -240,7 +241,9 @@ TEST(PointFile, NeedsOnlyTheThreeCoordinates) {
 
 TEST(CaptureFile, IsRefusedInAnotherUnitThanItsHeaderGives) {
     const TemporaryFolder folder;
-    EXPECT_THROW(captures::ReadPoints(folder.Write("points.csv", "X [in],Y [in],Z [in]\n")), text::InputError);
+    EXPECT_THROW(
+        captures::ReadPoints(folder.Write("points.csv", "X [in],Y [in],Z [in]\n"), text::LengthUnit::Millimetre),
+        text::InputError);
     const std::string capture = folder.Write("capture.csv", "A,B,X [in],Y [in],Z [in]\n0,0,1,2,3\n");
     const ToolRun run = RunQmv40({"geometry", "--a-axis", capture, "--b-axis", capture});
     EXPECT_EQ(3, run.exitCode);
@@ -251,14 +254,25 @@ TEST(CaptureFile, IsRefusedInAnotherUnitThanItsHeaderGives) {
 
 TEST(PointFile, IsReadInTheDialectsOfCaptures) {
     const TemporaryFolder folder;
-    const auto points = captures::ReadPoints(folder.Write("points.csv", "X [mm];Y [mm];Z [mm]\n1,5;2;3\n"));
+    const auto points = captures::ReadPoints(folder.Write("points.csv", "X [mm];Y [mm];Z [mm]\n1,5;2;3\n"),
+                                             text::LengthUnit::Millimetre);
     ASSERT_EQ(1u, points.size());
     EXPECT_EQ(1.5, points[0].x);
 }
 
+TEST(PointFile, InInchesBecomesMillimetres) {
+    const TemporaryFolder folder;
+    const auto points = captures::ReadPoints(folder.Write("points.csv", "X,Y,Z\n1,0.5,-2\n"), text::LengthUnit::Inch);
+    ASSERT_EQ(1u, points.size());
+    EXPECT_EQ(25.4, points[0].x);
+    EXPECT_EQ(12.7, points[0].y);
+    EXPECT_EQ(-50.8, points[0].z);
+}
+
 TEST(PointFile, MayBeACaptureAndIgnoresItsAngles) {
     const TemporaryFolder folder;
-    const auto points = captures::ReadPoints(folder.Write("capture.csv", std::string(header) + "?,?,1,2,3\n"));
+    const auto points = captures::ReadPoints(folder.Write("capture.csv", std::string(header) + "?,?,1,2,3\n"),
+                                             text::LengthUnit::Millimetre);
     ASSERT_EQ(1u, points.size());
     EXPECT_EQ(1.0, points[0].x);
 }

@@ -170,6 +170,14 @@ TEST(GeometryDiagnosis, RefusesEveryMistakeByItsName) {
              for (HeadAlignmentDataItem& item : c.bSet) item.APosition = -item.APosition;
          },
          "tilt-reversed", "A counts the wrong way round"},
+        {[](CapturedHead& c) {
+             for (HeadAlignmentDataItem& item : c.aSet) item.XPosition = -item.XPosition;
+         },
+         "axis-mirrored", "Machine X is mirrored: its values have the other sign in the A set"},
+        {[](CapturedHead& c) {
+             for (HeadAlignmentDataItem& item : c.bSet) std::swap(item.YPosition, item.ZPosition);
+         },
+         "axes-exchanged", "The columns Y and Z are exchanged in the B set"},
         {[](CapturedHead& c) { c.bSet[7].ZPosition += 0.5; }, "point-off", "0.5"},
         {[](CapturedHead& c) {
              for (HeadAlignmentDataItem& item : c.bSet) item.XPosition += 1.0;

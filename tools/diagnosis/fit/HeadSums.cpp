@@ -123,6 +123,7 @@ double AngleOfGreatest(const Gain& gain) {
     constexpr double spacing = 2.0 * std::numbers::pi / samples;
     static const std::vector<model::Rotation> rotations = [] {
         std::vector<model::Rotation> all;
+        all.reserve(samples);
         for (int i = 0; i < samples; ++i) all.emplace_back(i * spacing);
         return all;
     }();
