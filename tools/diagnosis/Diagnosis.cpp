@@ -45,11 +45,8 @@ Judgement JudgeCapture(const CaptureUnderTest& capture) {
     Judgement judgement{JudgeSets(capture.sets), std::nullopt};
     if (!judgement.findings.empty()) return judgement;
     judgement.diagnosis = Diagnose(capture);
-    if (judgement.diagnosis) {
-        judgement.findings = judgement.diagnosis->findings;
-    } else {
-        judgement.findings = {{FindingKind::NumbersTooLarge, Severity::Fault, {}}};
-    }
+    judgement.findings = judgement.diagnosis ? judgement.diagnosis->findings
+                                             : std::vector{Finding{FindingKind::NumbersTooLarge, Severity::Fault, {}}};
     return judgement;
 }
 

@@ -207,10 +207,7 @@ std::optional<Finding> JudgeMistake(const CaptureUnderTest& capture, const fit::
 }
 
 Finding JudgeRewriting(const Rewriting& rewriting, const captures::CapturedSets& sets, const fit::HeadModel& model) {
-    const auto found = [](FindingKind kind, int detail) {
-        return Finding{kind, Severity::Fault, {}, 0.0, 0.0, std::nullopt, {}, detail};
-    };
-    Finding finding = found(rewriting.kind, rewriting.detail);
+    Finding finding{rewriting.kind, Severity::Fault, {}, 0.0, 0.0, std::nullopt, {}, rewriting.detail};
     if (rewriting.sets == Rewriting::Sets::ASet) finding.points = captures::PointRange(0, sets.aCount);
     if (rewriting.sets == Rewriting::Sets::BSet) finding.points = captures::PointRange(sets.aCount, sets.points.size());
     if (rewriting.kind == Name::UnitsWrong) {
@@ -223,8 +220,10 @@ Finding JudgeRewriting(const Rewriting& rewriting, const captures::CapturedSets&
     // When B was turned the other way, the fitted mounting is the real one. With a mirrored Y it differs by half a
     // turn, with X and Y exchanged by a quarter turn.
     const double mounting = std::abs(model::Wrapped(model::ToDegrees(model.mounting)));
-    if (mounting > 135.0) return found(Name::AxisMirrored, 1);
-    return mounting > 45.0 ? found(Name::AxesExchanged, 1) : finding;
+    if (mounting <= 45.0) return finding;
+    finding.kind = mounting > 135.0 ? Name::AxisMirrored : Name::AxesExchanged;
+    finding.detail = 1; // Y, or X with Y
+    return finding;
 }
 
 bool MistakesAreTooMany(const captures::CapturedSets& sets, const fit::HeadModel& model) {

@@ -44,12 +44,6 @@ double Score(double sumOfSquares, std::size_t unknowns, double alternatives, std
            2.0 * (static_cast<double>(unknowns) * std::log(observations) + std::log(alternatives));
 }
 
-/// A candidate fitted to all points.
-struct Explained {
-    fit::HeadFit fit;
-    double score = std::numeric_limits<double>::infinity();
-};
-
 /// A mistake that is rarer counts like one with this many alternatives.
 constexpr double rare = 10.0;
 
@@ -68,10 +62,10 @@ public:
         FitPromising();
         // The noise of machine and head alone is smaller than this.
         constexpr double usualNoise = 0.01;
-        if (std::isfinite(best.score) || std::sqrt(current.NoiseVariance()) > usualNoise) FitChanges();
-        if (!std::isfinite(best.score)) return std::nullopt;
-        RefineDrift(best.fit);
-        return std::move(best.fit);
+        if (std::isfinite(bestScore) || std::sqrt(current.NoiseVariance()) > usualNoise) FitChanges();
+        if (!std::isfinite(bestScore)) return std::nullopt;
+        RefineDrift(best);
+        return std::move(best);
     }
 
 private:
@@ -85,16 +79,14 @@ private:
         const double likelySum = fit::FitHead(sets.points, start, 1).sumOfSquares;
         candidates.push_back({errors, likelySum, alternatives, std::move(start)});
     }
-    bool IsKnown(ErrorKind kind) const {
-        return std::ranges::any_of(current.model.errors, [&](const fit::ModelError& error) {
-            return error.kind == kind && error.IsOfTheHead(sets.points.size());
-        });
-    }
-
     std::vector<fit::ModelError> UnknownErrorsOfTheHead() const {
         std::vector<fit::ModelError> all;
-        for (const ErrorKind kind : {ErrorKind::LeaningHead, ErrorKind::AxesNotSquare, ErrorKind::AxesApart})
-            if (!IsKnown(kind)) all.push_back({kind, 0, sets.points.size(), {}});
+        for (const ErrorKind kind : {ErrorKind::LeaningHead, ErrorKind::AxesNotSquare, ErrorKind::AxesApart}) {
+            const auto isThisOne = [&](const fit::ModelError& error) {
+                return error.kind == kind && error.IsOfTheHead(sets.points.size());
+            };
+            if (std::ranges::none_of(current.model.errors, isThisOne)) all.push_back({kind, 0, sets.points.size(), {}});
+        }
         return all;
     }
 
@@ -157,7 +149,9 @@ private:
                                      points, tried * candidate.doubt);
         if (!(pValue < thresholds::falseAlarmRate)) return;
         const double score = Score(fit.sumOfSquares, candidate.Unknowns(), candidate.alternatives, points);
-        if (score < best.score) best = {std::move(fit), score};
+        if (!(score < bestScore)) return;
+        best = std::move(fit);
+        bestScore = score;
     }
 
     /// Fits the most likely of the candidates that could explain more than chance, in their order.
@@ -206,7 +200,8 @@ private:
     const fit::HeadFit& current;
     std::vector<Candidate> candidates;
     double tried = 0.0;
-    Explained best;
+    fit::HeadFit best; ///< of the candidates that were fitted
+    double bestScore = std::numeric_limits<double>::infinity();
 };
 
 /// True when the remaining residuals are those of a machine's noise.

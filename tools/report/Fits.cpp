@@ -19,9 +19,9 @@ using diagnosis::fit::VectorOf;
 using model::Vector3;
 
 /// Fits `shape`. A failure is thrown in the words of the component.
-template <typename Fit> void Fitted(const wchar_t* source, const wchar_t* description, Fit&& fit) {
+template <typename Fit> auto Fitted(const wchar_t* source, const wchar_t* description, Fit&& fit) {
     const ErrorContext context{source, description};
-    component::CatchingCodes("fit", [&] { RaisingGeometryErrors(context, fit); });
+    return component::CatchingCodes("fit", [&] { return RaisingGeometryErrors(context, fit); });
 }
 
 template <typename Measure> Residuals Measured(Points points, Measure&& measure) {
@@ -57,10 +57,8 @@ std::size_t Residuals::Worst() const {
 }
 
 AxisCircle FitCircle(Points points) {
-    std::optional<AxisCircle> circle;
-    Fitted(L"CMaCircle::Fit", L"Error Fitting points to a circle",
-           [&] { circle = diagnosis::fit::AxisCircleThrough(points); });
-    return *std::move(circle);
+    return Fitted(L"CMaCircle::Fit", L"Error Fitting points to a circle",
+                  [&] { return diagnosis::fit::AxisCircleThrough(points); });
 }
 
 FlatFit FitPlane(Points points) {

@@ -127,8 +127,7 @@ double AngleOfGreatest(const Gain& gain) {
         for (int i = 0; i < samples; ++i) all.emplace_back(i * spacing);
         return all;
     }();
-    double best = 0.0;
-    double greatest = gain.At(rotations[0]);
+    double best = 0.0, greatest = gain.At(rotations[0]);
     for (int i = 1; i < samples; ++i) {
         const double here = gain.At(rotations[static_cast<std::size_t>(i)]);
         if (here <= greatest) continue;
