@@ -63,9 +63,9 @@ constexpr const char* fitFooter =
     "Example:\n"
     "  qmv40 fit --shape circle --points a-axis.csv\n"
     "\n"
-    "The points are taken as they stand in the file. Residuals are distances from the shape, for a plane\n"
-    "with the sign that its normal gives. A normal or direction could as well point the other way; the\n"
-    "one whose largest component is positive is shown. Settings have no influence on a fit.";
+    "The points are fitted as they were measured: nothing is subtracted for unlocking. Residuals are distances\n"
+    "from the shape, for a plane with the sign that its normal gives. A normal or direction could as well point\n"
+    "the other way; the one whose largest component is positive is shown. Settings have no influence on a fit.";
 
 } // namespace
 

@@ -118,7 +118,8 @@ void PrintReport(const GeometryReport& report, const captures::CaptureFiles& cap
     } else {
         console.err << "qmv40: error " << component::CodeText(error.code) << " from " << error.source << ": "
                     << error.description << '\n';
-        text::PrintFindings(report::FindingsOf(findings, capture, {}), console.err);
+        const std::vector<text::Finding> told = report::FindingsOf(findings, capture, {});
+        text::PrintFindings(told, console.err);
     }
     throw CommandEnded{exitRefused};
 }
@@ -176,8 +177,9 @@ void Run(const GeometryOptions& options, const text::Console& console) {
     }
     if (isWritten) console.err << "The geometry was written to " << options.output << '\n';
     if (!isRefused) return;
-    console.err << "The capture contradicts itself"
-                << (options.output.empty() ? "" : ": nothing was written (--force writes it all the same)") << ".\n";
+    console.err << "The capture has a fault"
+                << (options.output.empty() ? "" : ": no geometry was written (--force writes it all the same)")
+                << ".\n";
     throw CommandEnded{exitFindings};
 }
 
@@ -188,8 +190,9 @@ constexpr const char* geometryFooter =
     "  qmv40 geometry --a-axis a-axis.csv --b-axis b-axis.csv --record head-4711.html --head 4711\n"
     "\n"
     "A capture is a CSV file with the columns APosition, BPosition, XPosition, YPosition, ZPosition in any order\n"
-    "and letter case: the head's angles and the point on the pole sphere, measured with the head unlocked. `.` is\n"
-    "the decimal mark, `#` starts a comment line, other columns are ignored. At least four points for each axis.\n"
+    "and letter case: the head's angles, and the machine's position with the stylus tip on the pole sphere and the\n"
+    "head unlocked. The decimal mark is `.`, or `,` where semicolons or tabulators separate the columns; `#` starts a\n"
+    "comment line, other columns are ignored. At least four points for each axis.\n"
     "Capture the A points at B = 45, -45, 135 or -135 with a straight stylus: elsewhere the turn of the head about\n"
     "Z may come out on the wrong side. Capture the B points at A = 75 or 90: with a stylus that hangs (A = 0) their\n"
     "circle is too small to have an axis. Unlock the head for all points, with no offset of a tip in force.\n"
@@ -199,7 +202,8 @@ constexpr const char* geometryFooter =
     "\n"
     "The capture is judged: how well head centre and rotation are known, and whether points, angles and the\n"
     "component's answer agree. Findings have names, which docs/diagnostics.md explains. A warning is shown and no\n"
-    "more. A fault means that the capture contradicts itself: nothing is written and the exit code is 4.";
+    "more. A fault means that the geometry is wrong, or cannot be shown to be right: no geometry is written, and the\n"
+    "exit code is 4.";
 
 } // namespace
 
@@ -207,14 +211,13 @@ void AddGeometryCommand(Command tool) {
     auto [command, options] = tool.AddCommand<GeometryOptions>(
         "geometry", "Compute the head geometry from captured points", geometryFooter, Run);
     AddCaptureFiles(command, options.capture, true);
-    command.AddText("--output", options.output, "FILE", "Save the geometry here; without it nothing is written");
+    command.AddText("--output", options.output, "FILE", "Save the geometry here; without it no geometry is written");
     command.AddText("--svg", options.picture, "FILE",
                     "Draw both circles with the residual of each point, up to 1000 times as long (SVG)");
     command.AddText("--record", options.record, "FILE",
                     "Write a page to print and keep: verdict, picture, geometry, capture, settings (HTML)");
     command.AddText("--head", options.headNumber, "NUMBER", "The head's serial number, for the record");
-    command.AddFlag("--force", options.force,
-                    "Write the geometry, and end with 0, even when the capture contradicts itself");
+    command.AddFlag("--force", options.force, "Write the geometry, and end with 0, even when the capture has a fault");
     AddJudgingOptions(command, options.capture);
     AddUnits(command, options.capture.unit, "What the capture, --sphere and --stylus are in; the geometry is in mm");
     AddCommonOptions(command, options);

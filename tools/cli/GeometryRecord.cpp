@@ -49,7 +49,7 @@ public:
 private:
     static std::string Meaning(const std::string& verdict) {
         if (verdict == "good") return "Circles, axes and angles agree.";
-        return verdict == "fault" ? "The capture contradicts itself. Do not use this geometry."
+        return verdict == "fault" ? "The capture has a fault. Do not use this geometry."
                                   : "The geometry is right, but not as good as it should be.";
     }
 

@@ -8,7 +8,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace qmv40::cli {
 
@@ -49,8 +48,8 @@ inline constexpr std::size_t longStepsOfACapture = 5;
 
 /// Both files, in millimetres, and their points, brought to the locked position. Takes two steps.
 captures::CaptureFiles ReadBothSets(const CaptureOptions& options, text::Progress& progress);
-/// Enters a capture into the component, and judges it with its answer. Takes one step each, before the search for
-/// mistakes. Throws ComponentError when the component refuses the capture.
+/// Enters a capture into the component, and judges it with its answer. Takes two steps: when the component has accepted
+/// the capture, and before the points are judged. Throws ComponentError when the component refuses the capture.
 JudgedCapture Judged(const CaptureOptions& options, const captures::CaptureFiles& capture,
                      component::Calculator& calculator, text::Progress& progress);
 

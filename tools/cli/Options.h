@@ -53,7 +53,7 @@ template <typename Angles> Option AddAnglesOption(Command& command, const char* 
                              plans::ParseHeadAngles, plans::notTwoAngles, angles);
 }
 
-/// A point or an offset, in mm.
+/// A point or an offset.
 template <typename Point>
 Option AddPointOption(Command& command, const char* name, const char* description, Point& point) {
     return command.AddParsed(name, "X,Y,Z", description, ParsePoint, "is not three numbers such as 0,0,-180", point);

@@ -52,7 +52,7 @@ captures::CapturedSets Weighted(captures::CapturedSets sets, const SetWeights& w
 }
 
 /// The score of an explanation, the smaller the better: minus twice the logarithm of the likelihood of its residuals,
-/// and a penalty for each mistake and for a second size of noise.
+/// and a penalty for each error of the model and for a second size of noise.
 double ScoreOf(const captures::CapturedSets& sets, const Explanation& explained) {
     const SetResiduals residuals(sets, explained.fit);
     const auto& [a, b] = residuals.sums;
@@ -120,7 +120,9 @@ NoiseFigures NoiseOf(const captures::CapturedSets& sets, const fit::AxisCircle& 
         fit::FTestUpperTail(head.NoiseVariance() / std::max(ofCircles, thresholds::leastVariance),
                             head.degreesOfFreedom, degreesOfFreedom) > thresholds::falseAlarmRate;
     const auto widening = [](double freedoms) { return fit::StudentWidening(freedoms, thresholds::falseAlarmRate); };
-    if (weights.AreEven() && IsUneven(a, b)) {
+    // The head of a rewritten part (Thinning.cpp) has no residuals of all points.
+    const bool hasResiduals = head.residuals.size() == sets.points.size();
+    if (weights.AreEven() && hasResiduals && IsUneven(a, b)) {
         const SetResiduals residuals(sets, head);
         fit::PointNoise own, widened;
         const auto take = [&](const fit::AxisCircle& circle, std::size_t set, double& noise, double& wide) {

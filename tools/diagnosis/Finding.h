@@ -29,7 +29,7 @@ enum class FindingKind {
                     ///< fitted one; detail 1: in the A set only, 2: in both sets
     AxisMirrored,   ///< a coordinate has the wrong sign; detail: its number, 0 is X
     AxesExchanged,  ///< two coordinates are exchanged; detail: 10 times the one plus the other
-    ArmHorizontal,  ///< the head hangs from a horizontal arm or points up, or all three coordinates are exchanged
+    ArmHorizontal,  ///< the head hangs from a horizontal arm or points up, or coordinates are in the wrong columns
     AnglesSwapped,  ///< two points of a set have each other's turning angle
     AngleMistyped,  ///< the turning angle of the points is wrong; figure: the true angle minus the written one,
                     ///< reference: how far that moves the points

@@ -199,9 +199,9 @@ std::optional<Finding> JudgeMistake(const CaptureUnderTest& capture, const fit::
     if (error.IsOfTheHead(capture.sets.points.size())) return std::nullopt;
     Finding finding = Mistake(capture, model, error).Judged();
     if (!error.isSwap) return finding;
-    const bool isSecond =
-        index > 0 && model.errors[index - 1].isSwap && finding.points.front() > model.errors[index - 1].first;
-    if (isSecond) return std::nullopt;
+    // The two errors of a swap follow each other.
+    const auto before = std::span(model.errors).first(index);
+    if (std::ranges::count(before, true, &fit::ModelError::isSwap) % 2 == 1) return std::nullopt;
     finding.points.push_back(model.errors[index + 1].first);
     return finding;
 }

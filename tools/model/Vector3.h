@@ -41,7 +41,7 @@ inline Vector3 Perpendicular(const Vector3& v, const Vector3& direction) { retur
 
 /// A rotation by an angle, prepared for many vectors.
 struct Rotation {
-    /// No rotation is common, and needs no functions.
+    /// An angle of 0 is common, and needs no functions.
     explicit Rotation(double radians)
         : c(radians == 0.0 ? 1.0 : std::cos(radians)), s(radians == 0.0 ? radians : std::sin(radians)) {}
 

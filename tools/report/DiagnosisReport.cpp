@@ -235,7 +235,8 @@ std::vector<text::Finding> FindingsOf(const std::vector<Finding>& findings, cons
 }
 
 text::Json FindingsJson(const std::vector<Finding>& findings, const captures::CaptureFiles& files, const Vector3& tip) {
-    return {{"verdict", VerdictOf(findings)}, {"findings", text::FindingsJson(FindingsOf(findings, files, tip))}};
+    const std::vector<text::Finding> told = FindingsOf(findings, files, tip);
+    return {{"verdict", VerdictOf(findings)}, {"findings", text::FindingsJson(told)}};
 }
 
 text::Json DiagnosisJson(const Diagnosis& diagnosis, const captures::CaptureFiles& files) {

@@ -70,21 +70,25 @@ public:
         case FindingKind::AxisMirrored:
             return {
                 std::string("Machine ") + AxisName(finding.detail) + " is mirrored: its values have the other sign" +
-                    InSet() + ", or B counts the wrong way round.",
+                    InSet() + (OrIsB() ? orIsB : "."),
                 std::string("Look how ") + AxisName(finding.detail) +
-                    " counts at the machine: X, Y and Z are right-handed, Z up. Capture again with the right sign."};
+                    " counts at the machine: X, Y and Z are right-handed, Z up. Capture again with the right sign." +
+                    (OrIsB() ? " If Y counts so, B counts the wrong way: it grows from machine X towards Y." : "")};
         case FindingKind::AxesExchanged:
-            return {
-                std::string("The columns ") + AxisName(finding.detail / 10) + " and " + AxisName(finding.detail % 10) +
-                    " are exchanged" + InSet() + ".",
-                "Write each coordinate into its own column, and capture again where it is not certain which is which."};
+            return {std::string("The columns ") + AxisName(finding.detail / 10) + " and " +
+                        AxisName(finding.detail % 10) + " are exchanged" + InSet() + (OrIsB() ? orIsB : "."),
+                    std::string(OrIsB()
+                                    ? "Look first how B counts: it grows from machine X towards Y. If it does, write "
+                                    : "Write ") +
+                        "each coordinate into its own column, with its sign, and capture again where it is not certain "
+                        "which is which."};
         case FindingKind::ArmHorizontal:
-            return {
-                "The head does not hang down: it is on a horizontal arm or points up, or the columns X, Y and Z are "
-                "exchanged in turn. The component takes the B axis to be machine Z, with the head below.",
-                "A head that does not hang down cannot be computed. Otherwise write each coordinate into its own "
-                "column, "
-                "with its sign."};
+            return {"The head is on a horizontal arm or points up, or coordinates are in the wrong columns or have the "
+                    "wrong "
+                    "sign. The component takes the B axis to be machine Z, with the head below.",
+                    "A head that does not hang down cannot be computed. Otherwise write each coordinate into its own "
+                    "column, "
+                    "with its sign."};
         case FindingKind::AnglesSwapped:
             return {
                 files.NameOf(finding.points[0]) + " and " + files.NameOf(finding.points[1]) + " have each other's " +
@@ -214,6 +218,9 @@ private:
                 remedy};
     }
     static char AxisName(int axis) { return "XYZ"[axis]; }
+    /// In both sets, Y mirrored, or X exchanged with Y, looks the same as B counting in the other direction.
+    bool OrIsB() const { return finding.points.empty() && finding.detail == 1; }
+    static constexpr const char* orIsB = ", or B counts the wrong way round.";
     std::string InSet() const { return finding.points.empty() ? "" : " in the " + Set() + " set"; }
     std::string WasOrWere() const { return finding.points.size() == 1 ? " was" : " were"; }
     /// Which set was captured first is not known. A change between the sets is reported as one of the B set.

@@ -26,7 +26,6 @@ using Numbers = std::vector<double>;
 
 Numbers NumbersOf(const model::Vector3& v) { return {v.x, v.y, v.z}; }
 Numbers NumbersOf(const XYZData& position) { return NumbersOf(plans::VectorOf(position)); }
-Numbers OriginOf(const ArcData& arc) { return NumbersOf(plans::OriginOf(arc)); }
 Numbers AxisOf(const ArcData& arc) { return NumbersOf(plans::RotationVectorOf(arc)); }
 
 SelfCheck LengthCheck(std::string what, Numbers expected, Numbers got) {
@@ -153,7 +152,7 @@ SelfCheckGroup TurnedHeadChecks(component::Calculator& calculator) {
          LengthCheck("ApproachUnLockLever, lever at +X", {338.82, -201.26, -536.55},
                      NumbersOf(moves.ApproachUnLockLever)),
          LengthCheck("EngageWithUnLockLever", {335.82, -197.26, -536.55}, NumbersOf(moves.EngageWithUnLockLever)),
-         LengthCheck("UnLock, origin", {325.44, -183.42, -536.25}, OriginOf(moves.UnLock)),
+         LengthCheck("UnLock, origin", {325.44, -183.42, -536.25}, NumbersOf(plans::OriginOf(moves.UnLock))),
          DirectionCheck("UnLock, axis", {-0.8, -0.6, 0}, AxisOf(moves.UnLock)),
          AngleCheck("UnLock, angle", -135.0, moves.UnLock.RotationAngle),
          LengthCheck("DisengageFromUnLockLever", {312.66, -166.38, -465}, NumbersOf(moves.DisengageFromUnLockLever)),
@@ -162,7 +161,7 @@ SelfCheckGroup TurnedHeadChecks(component::Calculator& calculator) {
          LengthCheck("EngageWithPeg", {319.96, -215.03, -488.5}, NumbersOf(moves.EngageWithPeg)),
          LengthCheck("EngageWithLockLever, lever at -X", {264.18, -202.74, -536.55},
                      NumbersOf(moves.EngageWithLockLever)),
-         LengthCheck("Lock, origin", {274.56, -216.58, -536.25}, OriginOf(moves.Lock)),
+         LengthCheck("Lock, origin", {274.56, -216.58, -536.25}, NumbersOf(plans::OriginOf(moves.Lock))),
          DirectionCheck("Lock, axis", {0.8, 0.6, 0}, AxisOf(moves.Lock)),
          AngleCheck("Lock, angle", -138.0, moves.Lock.RotationAngle),
          LengthCheck("DisengageFromLockLever", {287.34, -233.62, -526.55}, NumbersOf(moves.DisengageFromLockLever))}};

@@ -85,7 +85,7 @@ TEST(GeometryDiagnosis, RefusesATurnedHeadOnlyIfCapturedAtBZero) {
     const ToolRun refused = captured.Run(folder, {"--output", output});
     EXPECT_EQ(4, refused.exitCode);
     EXPECT_FALSE(std::filesystem::exists(output));
-    EXPECT_EQ("The capture contradicts itself: nothing was written (--force writes it all the same).\n", refused.err);
+    EXPECT_EQ("The capture has a fault: no geometry was written (--force writes it all the same).\n", refused.err);
     EXPECT_THAT(refused.out, HasSubstr("  fault: rotation-on-wrong-side\n"));
     EXPECT_THAT(refused.out, HasSubstr("    -> Capture the A set at B = 45.\n"));
 
@@ -102,7 +102,7 @@ TEST(GeometryDiagnosis, ExitsWith4OnAContradictionWithoutOutput) {
     captured.CaptureASetAt(0);
     const ToolRun run = captured.Run(folder);
     EXPECT_EQ(4, run.exitCode);
-    EXPECT_EQ("The capture contradicts itself.\n", run.err);
+    EXPECT_EQ("The capture has a fault.\n", run.err);
     const ToolRun document = captured.Run(folder, {"--json"});
     EXPECT_EQ(4, document.exitCode);
     const Json finding = document.Document()["diagnostics"]["findings"][0];

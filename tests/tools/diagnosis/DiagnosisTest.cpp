@@ -316,6 +316,44 @@ TEST(Diagnosis, BelievesUpToThreeMistakesAndOneOverARun) {
     }
 }
 
+TEST(JudgeMistake, NamesEachSwapOnceInAnyOrder) {
+    diagnosis::CaptureUnderTest test{SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75))};
+    using Error = diagnosis::fit::ModelError;
+    const auto swap = [](Error::Kind kind, std::size_t i) {
+        return Error{
+            .kind = kind, .first = i, .last = i + 1, .values = {0.3, 0.0, 0.0}, .isFixed = true, .isSwap = true};
+    };
+    const auto pair = [&](Error::Kind kind, std::size_t i, std::size_t j) {
+        return std::vector{swap(kind, i), swap(kind, j)};
+    };
+    const auto inA = pair(Error::Kind::TiltAngle, 0, 5), inB = pair(Error::Kind::SwivelAngle, 9, 12);
+    for (const auto& [first, second] : {std::pair{inA, inB}, {inB, inA}}) {
+        diagnosis::fit::HeadModel model{{}, 0.0, {0.0, 0.0, -120.0}, first};
+        model.errors.insert(model.errors.end(), second.begin(), second.end());
+        for (std::size_t i = 0; i < 4; i += 2) {
+            const auto finding = diagnosis::JudgeMistake(test, model, i);
+            ASSERT_TRUE(finding.has_value());
+            EXPECT_EQ((std::vector{model.errors[i].first, model.errors[i + 1].first}), finding->points);
+            EXPECT_FALSE(diagnosis::JudgeMistake(test, model, i + 1).has_value());
+        }
+    }
+}
+
+TEST(Diagnosis, TakesNoResidualsFromTheSearchedPartOfARewrittenCapture) {
+    Items aSet, bSet;
+    for (std::uint64_t seed = 0; seed < 60; ++seed) {
+        for (HeadAlignmentDataItem item : WithNoise(SimulatedHead().ASet(45), 2e-3, 2 * seed)) {
+            for (double* const each : {&item.XPosition, &item.YPosition, &item.ZPosition}) *each /= 25.4;
+            aSet.push_back(item);
+        }
+        std::ranges::copy(WithNoise(SimulatedHead().BSet(75), 2e-3, 2 * seed + 1), std::back_inserter(bSet));
+    }
+    const auto diagnosis = diagnosis::Diagnose({SetsOf(aSet, bSet)});
+    ASSERT_TRUE(diagnosis && diagnosis->rewriting);
+    ASSERT_LT(diagnosis->head.residuals.size(), diagnosis->points.size()) << "only a part was searched";
+    EXPECT_FALSE(diagnosis->noise.isUneven) << "that would need the residuals of all points";
+}
+
 TEST(Diagnosis, IsMissingForPointsThatFormNoCircle) {
     diagnosis::CaptureUnderTest test{SetsOf(SimulatedHead().ASet(45), SimulatedHead().BSet(75))};
     for (captures::CapturedPoint& point : test.sets.points) point.position = {1.0, 2.0, 3.0};
