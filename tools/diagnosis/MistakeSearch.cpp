@@ -9,7 +9,6 @@
 #include <cmath>
 #include <limits>
 #include <optional>
-#include <ranges>
 
 namespace qmv40::diagnosis {
 
@@ -166,7 +165,8 @@ private:
         std::ranges::stable_sort(candidates, {}, [&](const Candidate& each) {
             return Score(each.likelySum, each.Unknowns(), each.alternatives, points);
         });
-        for (const Candidate& candidate : candidates | std::views::take(most)) Fit(candidate);
+        for (const Candidate& candidate : std::span(candidates).first(std::min(candidates.size(), most)))
+            Fit(candidate);
     }
 
     /// From a point on, the head was tilted or had another stylus. Each of these needs a step of a fit, so they are
