@@ -68,20 +68,9 @@ public:
         case FindingKind::TiltReversed:
             return TiltReversed();
         case FindingKind::AxisMirrored:
-            return {
-                std::string("Machine ") + AxisName(finding.detail) + " is mirrored: its values have the other sign" +
-                    InSet() + (OrIsB() ? orIsB : "."),
-                std::string("Look how ") + AxisName(finding.detail) +
-                    " counts at the machine: X, Y and Z are right-handed, Z up. Capture again with the right sign." +
-                    (OrIsB() ? " If Y counts so, B counts the wrong way: it grows from machine X towards Y." : "")};
+            return Mirrored();
         case FindingKind::AxesExchanged:
-            return {std::string("The columns ") + AxisName(finding.detail / 10) + " and " +
-                        AxisName(finding.detail % 10) + " are exchanged" + InSet() + (OrIsB() ? orIsB : "."),
-                    std::string(OrIsB()
-                                    ? "Look first how B counts: it grows from machine X towards Y. If it does, write "
-                                    : "Write ") +
-                        "each coordinate into its own column, with its sign, and capture again where it is not certain "
-                        "which is which."};
+            return Exchanged();
         case FindingKind::ArmHorizontal:
             return {"The head is on a horizontal arm or points up, or coordinates are in the wrong columns or have the "
                     "wrong "
@@ -218,9 +207,28 @@ private:
                 remedy};
     }
     static char AxisName(int axis) { return "XYZ"[axis]; }
+    FindingMessage Mirrored() const {
+        const std::string axis(1, AxisName(finding.detail));
+        return {"Machine " + axis + " is mirrored: its values have the other sign" + InSet() + OrIsB() + ".",
+                "Look how " + axis +
+                    " counts at the machine: X, Y and Z are right-handed, Z up. Capture again with the right sign." +
+                    (OrIsB().empty()
+                         ? ""
+                         : " If Y counts so, B counts the wrong way: it grows from machine X towards machine Y.")};
+    }
+    FindingMessage Exchanged() const {
+        const char* const first = OrIsB().empty() ? "Write "
+                                                  : "Look first how B counts: it grows from machine X "
+                                                    "towards machine Y. If it does, write ";
+        return {std::string("The columns ") + AxisName(finding.detail / 10) + " and " + AxisName(finding.detail % 10) +
+                    " are exchanged" + InSet() + OrIsB() + ".",
+                std::string(first) + "each coordinate into its own column, with its sign, and capture again where it "
+                                     "is not certain which is which."};
+    }
     /// In both sets, Y mirrored, or X exchanged with Y, looks the same as B counting in the other direction.
-    bool OrIsB() const { return finding.points.empty() && finding.detail == 1; }
-    static constexpr const char* orIsB = ", or B counts the wrong way round.";
+    std::string OrIsB() const {
+        return finding.points.empty() && finding.detail == 1 ? ", or B counts the wrong way round" : "";
+    }
     std::string InSet() const { return finding.points.empty() ? "" : " in the " + Set() + " set"; }
     std::string WasOrWere() const { return finding.points.size() == 1 ? " was" : " were"; }
     /// Which set was captured first is not known. A change between the sets is reported as one of the B set.
@@ -390,7 +398,7 @@ private:
     }
 
     std::string MechanicalRemedy() const {
-        return finding.severity == Severity::Fault
+        return finding.severity == diagnosis::Severity::Fault
                    ? "No head is built so: one of the sets is not what it seems. Capture both again."
                    : "Capture both sets again. If it stays so, have the head looked at.";
     }
