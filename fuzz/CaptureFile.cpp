@@ -32,6 +32,9 @@ const std::string& CaptureName() {
 captures::CaptureFile ReadCapture(const std::string& name) {
     return captures::ReadCapture(name, text::LengthUnit::Millimetre);
 }
+std::vector<model::Vector3> ReadPoints(const std::string& name) {
+    return captures::ReadPoints(name, text::LengthUnit::Millimetre);
+}
 
 Rows RowsOf(const captures::CaptureFile& file) {
     Rows rows;
@@ -233,7 +236,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view content(reinterpret_cast<const char*>(data), size);
     WriteFile(CaptureName(), content);
     PromiseDefined(OutcomeOf(ReadCapture), OutcomeOf(ReadCapture), content);
-    PromiseDefined(OutcomeOf(captures::ReadPoints), OutcomeOf(captures::ReadPoints), content);
+    PromiseDefined(OutcomeOf(ReadPoints), OutcomeOf(ReadPoints), content);
 
     FuzzedDataProvider input(data, size);
     PromiseRoundTrip(input);
