@@ -93,9 +93,10 @@ Explanation ExplainCapture(const captures::CapturedSets& sets, const model::Vect
     if (even.rewriting) return even;
     Explanation uneven = even;
     uneven.fit = even.plain;
-    // The noise of a set is overestimated until a mistake in it is found, so it becomes known step by step.
+    // The noise of a set is overestimated until a mistake in it is found, so it becomes known step by step. A rewritten
+    // part of a large capture (Thinning.cpp) has no residuals of all points, and is not taken here.
     constexpr int mostTimes = 3;
-    for (int i = 0; i < mostTimes; ++i) {
+    for (int i = 0; i < mostTimes && !uneven.rewriting; ++i) {
         const SetWeights used = uneven.weights, after = SetResiduals(sets, uneven.fit).Weights();
         constexpr double alike = 1.5;
         const auto isAlike = [](double one, double other) { return one < alike * other && other < alike * one; };
